@@ -1,0 +1,44 @@
+# host_module(<Name>
+#   SOURCES       <file>...      relative to the module's folder
+#   [REFLECTED    <header>...]   headers with UCLASS, USTRUCT or UENUM: HeaderTool reads them
+#   [PUBLIC_NEEDS  <target>...]  modules whose headers the Public headers include
+#   [PRIVATE_NEEDS <target>...]  modules and libraries that the sources use
+#   [TESTS        <file>...])    GoogleTest sources, built into <Name>Tests
+#
+# A module is a shared library of its own, as in the engine's modular build: what does not name the module it uses does
+# not link.
+function(host_module name)
+  cmake_parse_arguments(arg "" "" "SOURCES;REFLECTED;PUBLIC_NEEDS;PRIVATE_NEEDS;TESTS" ${ARGN})
+
+  add_library(${name} SHARED ${arg_SOURCES})
+  set_target_properties(${name} PROPERTIES OUTPUT_NAME Host-${name})
+  target_include_directories(${name} PUBLIC Public PRIVATE Private)
+  target_link_libraries(${name} PUBLIC ${arg_PUBLIC_NEEDS} PRIVATE EngineCompileRules ${arg_PRIVATE_NEEDS})
+  target_link_options(${name} PRIVATE -Wl,-z,defs)
+  string(TOUPPER ${name} upper_name)
+  target_compile_definitions(${name} PUBLIC ${upper_name}_API= PRIVATE UE_MODULE_NAME="${name}")
+  engine_precompiled_header(${name})
+
+  if(arg_REFLECTED)
+    run_header_tool(${name} ${arg_REFLECTED})
+  endif()
+  if(arg_TESTS)
+    host_test(${name}Tests SOURCES ${arg_TESTS} NEEDS ${name} ${arg_PRIVATE_NEEDS} INCLUDES Private)
+  endif()
+endfunction()
+
+# host_test(<Name> SOURCES <file>... NEEDS <target>... [INCLUDES <folder>...])
+#
+# A GoogleTest program that is started with the host's core set up (game thread, command line, log).
+function(host_test name)
+  cmake_parse_arguments(arg "" "" "SOURCES;NEEDS;INCLUDES" ${ARGN})
+  add_executable(${name} ${arg_SOURCES})
+  target_include_directories(${name} PRIVATE ${arg_INCLUDES})
+  target_link_libraries(${name} PRIVATE EngineCompileRules HostTestMain ${arg_NEEDS})
+  add_test(NAME ${name} COMMAND ${name} --gtest_output=xml:${CMAKE_BINARY_DIR}/TestResults/${name}.xml)
+endfunction()
+
+# engine_precompiled_header(<target>): every source of the target sees CoreMinimal.h, parsed once for the target.
+function(engine_precompiled_header target)
+  target_precompile_headers(${target} PRIVATE <CoreMinimal.h>)
+endfunction()
