@@ -28,7 +28,8 @@ struct FBoundWidgets
 {
 	static TArray<SWidget*>& Get()
 	{
-		static TArray<SWidget*> Widgets;
+		// Never destroyed: the last widgets go when the process ends, in no order that is known here.
+		static TArray<SWidget*>& Widgets = *new TArray<SWidget*>();
 		return Widgets;
 	}
 
@@ -228,6 +229,10 @@ int32 SWidget::Paint(const FPaintArgs& Args, const FGeometry& AllottedGeometry, 
 	if (HasActiveTimers())
 	{
 		This.ExecuteActiveTimers(Args.GetCurrentTime());
+		for (const TSharedRef<FActiveTimerHandle>& Timer : ActiveTimers)
+		{
+			Args.NoteTimer(Timer->GetNextExecutionTime());
+		}
 	}
 	if (bCanTick)
 	{

@@ -8,7 +8,8 @@ namespace SlateStyleRegistry
 {
 static TMap<FName, const ISlateStyle*>& Styles()
 {
-	static TMap<FName, const ISlateStyle*> All;
+	// Never destroyed: style sets that are static objects may be unregistered while the process ends.
+	static TMap<FName, const ISlateStyle*>& All = *new TMap<FName, const ISlateStyle*>();
 	return All;
 }
 }

@@ -192,7 +192,7 @@ public:
 class SVerticalBox : public SVerticalBoxBase
 {
 public:
-	SLATE_BEGIN_ARGS(SVerticalBox) {}
+	SLATE_BEGIN_ARGS(SVerticalBox) { _Visibility = EVisibility::SelfHitTestInvisible; }
 		SLATE_SLOT_ARGUMENT(SVerticalBox::FSlot, Slots)
 	SLATE_END_ARGS()
 
@@ -202,7 +202,7 @@ public:
 class SHorizontalBox : public SHorizontalBoxBase
 {
 public:
-	SLATE_BEGIN_ARGS(SHorizontalBox) {}
+	SLATE_BEGIN_ARGS(SHorizontalBox) { _Visibility = EVisibility::SelfHitTestInvisible; }
 		SLATE_SLOT_ARGUMENT(SHorizontalBox::FSlot, Slots)
 	SLATE_END_ARGS()
 

@@ -14,7 +14,7 @@ public:
 	};
 	using FScopedWidgetSlotArguments = TScopedWidgetSlotArguments<FOverlaySlot>;
 
-	SLATE_BEGIN_ARGS(SOverlay) {}
+	SLATE_BEGIN_ARGS(SOverlay) { _Visibility = EVisibility::SelfHitTestInvisible; }
 		SLATE_SLOT_ARGUMENT(SOverlay::FOverlaySlot, Slots)
 	SLATE_END_ARGS()
 
