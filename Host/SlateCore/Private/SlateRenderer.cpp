@@ -1,11 +1,10 @@
 #include "Rendering/SlateRenderer.h"
 
 #include "Fonts/FontMeasure.h"
+#include "Misc/Paths.h"
 #include "Rendering/SlateNullRenderer.h"
 #include "Styling/ISlateStyle.h"
 #include "Styling/SlateStyleRegistry.h"
-
-#include <unistd.h>
 
 DEFINE_LOG_CATEGORY_STATIC(LogSlateRenderer, Log, All);
 
@@ -24,7 +23,7 @@ void FSlateRenderer::LoadStyleResources(const ISlateStyle& Style)
 	for (const FSlateBrush* const Brush : Brushes)
 	{
 		const FString File = Brush->GetResourceName().IsNone() ? FString() : Brush->GetResourceName().ToString();
-		if (!File.IsEmpty() && !ReportedFiles.Contains(File) && access(TCHAR_TO_UTF8(*File), R_OK) != 0)
+		if (!File.IsEmpty() && !ReportedFiles.Contains(File) && !FPaths::FileExists(File))
 		{
 			ReportedFiles.Add(File);
 			UE_LOG(LogSlateRenderer, Warning, TEXT("The image '%s' of the style '%s' does not exist"), *File,
