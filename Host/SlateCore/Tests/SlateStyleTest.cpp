@@ -1,1 +1,76 @@
+#include "Styling/SlateStyle.h"
+
+#include "Brushes/SlateColorBrush.h"
+#include "Brushes/SlateImageBrush.h"
+#include "Styling/AppStyle.h"
+#include "Styling/CoreStyle.h"
+#include "Styling/SlateStyleMacros.h"
+#include "Styling/SlateStyleRegistry.h"
+#include "Textures/SlateIcon.h"
+
 #include <gtest/gtest.h>
+
+namespace SlateStyleTest
+{
+
+TEST(SlateStyle, GivesAUsableBrushForAnUnknownName)
+{
+	EXPECT_EQ(FAppStyle::GetBrush("NoSuchBrush"), FStyleDefaults::GetDefaultBrush());
+	EXPECT_EQ(FAppStyle::Get().GetOptionalBrush("NoSuchBrush", nullptr, nullptr), nullptr);
+	EXPECT_NE(FAppStyle::GetBrush("ToolPanel.GroupBorder"), FStyleDefaults::GetDefaultBrush());
+}
+
+TEST(SlateStyle, BuildsPathsFromItsContentRoot)
+{
+	FSlateStyleSet Style(FName("TestPaths"));
+	Style.SetContentRoot(TEXT("/plugin/Resources"));
+#define RootToContentDir Style.RootToContentDir
+	Style.Set("Icon", new IMAGE_BRUSH_SVG("Picture", FVector2D(16.0, 16.0)));
+#undef RootToContentDir
+	const FSlateBrush* const Brush = Style.GetBrush("Icon");
+	EXPECT_TRUE(Brush->GetResourceName().ToString().Equals(TEXT("/plugin/Resources/Picture.svg")));
+	EXPECT_EQ(Brush->GetImageType(), ESlateBrushImageType::Vector);
+	EXPECT_EQ(FVector2D(Brush->GetImageSize()), FVector2D(16.0, 16.0));
+	EXPECT_TRUE(Style.RootToContentDir(TEXT("Picture"), TEXT(".png")).Equals(TEXT("/plugin/Resources/Picture.png")));
+}
+
+TEST(SlateStyle, ResolvesIconsLate)
+{
+	const FSlateIcon Icon("TestIcons", "Thing");
+	EXPECT_EQ(Icon.GetSmallStyleName(), FName("Thing.Small"));
+	EXPECT_EQ(FSlateIcon("TestIcons", "Thing", "Tiny").GetSmallStyleName(), FName("Tiny"));
+	EXPECT_EQ(Icon.GetIcon(), FStyleDefaults::GetDefaultBrush());
+
+	FSlateStyleSet Style(FName("TestIcons"));
+	FSlateColorBrush* const Brush = new FSlateColorBrush(FLinearColor::Red);
+	Style.Set("Thing", Brush);
+	FSlateStyleRegistry::RegisterSlateStyle(Style);
+	EXPECT_EQ(Icon.GetIcon(), Brush);
+	FSlateStyleRegistry::UnRegisterSlateStyle(Style);
+	EXPECT_EQ(Icon.GetIcon(), FStyleDefaults::GetDefaultBrush());
+	FSlateStyleRegistry::UnRegisterSlateStyle(FName("NeverRegistered"));
+}
+
+TEST(SlateStyle, KeepsTheNameOfAnUnknownTypeface)
+{
+	const FSlateFontInfo Font = FCoreStyle::GetDefaultFontStyle("NoSuchFace", 8.0f);
+	EXPECT_EQ(Font.TypefaceFontName, FName("NoSuchFace"));
+	EXPECT_EQ(Font.Size, 8.0f);
+}
+
+TEST(SlateStyle, MakesAnUnsetColourLoud)
+{
+	EXPECT_EQ(FSlateColor().GetSpecifiedColor(), FLinearColor(1.0f, 0.0f, 1.0f));
+	EXPECT_FALSE(FSlateColor::UseForeground().IsColorSpecified());
+}
+
+TEST(SlateStyleDeathTest, RefusesASecondSetOfAName)
+{
+	FSlateStyleSet First(FName("TestTwice"));
+	FSlateStyleSet Second(FName("TestTwice"));
+	FSlateStyleRegistry::RegisterSlateStyle(First);
+	EXPECT_DEATH(FSlateStyleRegistry::RegisterSlateStyle(Second), "registered already");
+	FSlateStyleRegistry::UnRegisterSlateStyle(First);
+}
+
+}

@@ -185,6 +185,9 @@ private:
 	TWeakPtr<SWidget> ParentWidget;
 	const int32 UniqueId;
 
+	// Before the attributes, which take themselves off the list when they are destroyed.
+	TArray<FCachedAttributeBase*> BoundAttributes;
+	int32 IndexInBoundWidgets = INDEX_NONE;
 	TCachedAttribute<bool> EnabledAttribute{ EInvalidateWidgetReason::Paint, true };
 	TCachedAttribute<EVisibility> VisibilityAttribute{ EInvalidateWidgetReason::Visibility };
 	TAttribute<FText> ToolTipAttribute;
@@ -195,9 +198,6 @@ private:
 	EWidgetClipping Clipping = EWidgetClipping::Inherit;
 
 	TArray<TSharedRef<FActiveTimerHandle>> ActiveTimers;
-	TArray<FCachedAttributeBase*> BoundAttributes;
-	int32 IndexInBoundWidgets = INDEX_NONE;
-
 	FGeometry CachedGeometry;
 	FVector2D DesiredSize = FVector2D(0.0, 0.0);
 	bool bNeedsPrepass = true; // for this widget or one below it
