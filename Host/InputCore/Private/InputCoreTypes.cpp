@@ -99,9 +99,9 @@ const FKey EKeys::Invalid(NAME_None);
 
 bool FKey::IsModifierKey() const
 {
-	return *this == EKeys::LeftShift || *this == EKeys::RightShift || *this == EKeys::LeftControl
-		|| *this == EKeys::RightControl || *this == EKeys::LeftAlt || *this == EKeys::RightAlt
-		|| *this == EKeys::LeftCommand || *this == EKeys::RightCommand;
+	return *this == EKeys::LeftShift || *this == EKeys::RightShift || *this == EKeys::LeftControl ||
+		   *this == EKeys::RightControl || *this == EKeys::LeftAlt || *this == EKeys::RightAlt ||
+		   *this == EKeys::LeftCommand || *this == EKeys::RightCommand;
 }
 
 bool FKey::IsMouseButton() const

@@ -6,7 +6,10 @@
 struct FKey
 {
 	FKey() = default;
-	FKey(const FName InName) : KeyName(InName) {}
+	FKey(const FName InName)
+		: KeyName(InName)
+	{
+	}
 
 	bool IsValid() const { return KeyName != NAME_None; }
 	bool IsModifierKey() const;

@@ -26,14 +26,15 @@ FReply SBorder::OnMouseButtonUp(const FGeometry& MyGeometry, const FPointerEvent
 }
 
 int32 SBorder::OnPaint(const FPaintArgs& Args, const FGeometry& AllottedGeometry, const FSlateRect& MyCullingRect,
-	FSlateWindowElementList& OutDrawElements, int32 LayerId, const FWidgetStyle& InWidgetStyle, bool bParentEnabled) const
+	FSlateWindowElementList& OutDrawElements, int32 LayerId, const FWidgetStyle& InWidgetStyle,
+	bool bParentEnabled) const
 {
 	const FSlateBrush* const Brush = GetBrushToPaint(ShouldBeEnabled(bParentEnabled));
 	if (Brush != nullptr)
 	{
 		FSlateDrawElement::MakeBox(OutDrawElements, LayerId, AllottedGeometry, MyCullingRect, Brush,
-			InWidgetStyle.GetColorAndOpacityTint() * BorderBackgroundColor.Get().GetColor(InWidgetStyle)
-				* Brush->GetTint(InWidgetStyle));
+			InWidgetStyle.GetColorAndOpacityTint() * BorderBackgroundColor.Get().GetColor(InWidgetStyle) *
+				Brush->GetTint(InWidgetStyle));
 	}
 	return SCompoundWidget::OnPaint(
 		Args, AllottedGeometry, MyCullingRect, OutDrawElements, LayerId + 1, InWidgetStyle, bParentEnabled);
@@ -43,8 +44,7 @@ void SSeparator::Construct(const FArguments& InArgs)
 {
 	Orientation = InArgs._Orientation;
 	Thickness = InArgs._Thickness;
-	SBorder::Construct(
-		SBorder::FArguments().BorderImage(InArgs._SeparatorImage).Padding(0.0f));
+	SBorder::Construct(SBorder::FArguments().BorderImage(InArgs._SeparatorImage).Padding(0.0f));
 	SetBorderBackgroundColor(InArgs._ColorAndOpacity);
 }
 

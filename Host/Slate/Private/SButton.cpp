@@ -19,16 +19,16 @@ static TSharedRef<SWidget> MakeContent(const SButton::FArguments& InArgs)
 		return InArgs._Content.Widget;
 	}
 	const FTextBlockStyle* const TextStyle = InArgs._TextStyle != nullptr
-		? InArgs._TextStyle
-		: &FAppStyle::Get().GetWidgetStyle<FTextBlockStyle>("ButtonText");
+												 ? InArgs._TextStyle
+												 : &FAppStyle::Get().GetWidgetStyle<FTextBlockStyle>("ButtonText");
 	return SNew(STextBlock).Text(InArgs._Text).TextStyle(TextStyle);
 }
 }
 
 void SButton::Construct(const FArguments& InArgs)
 {
-	ButtonStyle = InArgs._ButtonStyle != nullptr ? InArgs._ButtonStyle
-												 : &FAppStyle::Get().GetWidgetStyle<FButtonStyle>("Button");
+	ButtonStyle =
+		InArgs._ButtonStyle != nullptr ? InArgs._ButtonStyle : &FAppStyle::Get().GetWidgetStyle<FButtonStyle>("Button");
 	OnClicked = InArgs._OnClicked;
 	ClickMethod = InArgs._ClickMethod;
 	PressMethod = InArgs._PressMethod;
@@ -80,8 +80,8 @@ FReply SButton::OnKeyUp(const FGeometry& MyGeometry, const FKeyEvent& InKeyEvent
 	}
 	const bool bWasPressed = bIsPressed;
 	bIsPressed = false;
-	const bool bClicks = PressMethod == EButtonPressMethod::ButtonRelease
-		|| (PressMethod == EButtonPressMethod::DownAndUp && bWasPressed);
+	const bool bClicks = PressMethod == EButtonPressMethod::ButtonRelease ||
+						 (PressMethod == EButtonPressMethod::DownAndUp && bWasPressed);
 	return bClicks ? ExecuteOnClick() : FReply::Handled();
 }
 

@@ -227,9 +227,9 @@ FSlateFontInfo SMultiLineEditableText::GetFont() const
 
 float SMultiLineEditableText::GetWrapWidth() const
 {
-	const float Allotted = AutoWrapText.Get()
-		? static_cast<float>(AllottedSize.X) - Margin.Get().GetTotalSpaceAlong<Orient_Horizontal>()
-		: 0.0f;
+	const float Allotted =
+		AutoWrapText.Get() ? static_cast<float>(AllottedSize.X) - Margin.Get().GetTotalSpaceAlong<Orient_Horizontal>()
+						   : 0.0f;
 	if (WrapTextAt.Get() > 0.0f)
 	{
 		return Allotted > 0.0f ? FMath::Min(Allotted, WrapTextAt.Get()) : WrapTextAt.Get();
@@ -263,7 +263,8 @@ FVector2D SMultiLineEditableText::ComputeDesiredSize(float LayoutScaleMultiplier
 	return Size + FVector2D(EditableText::CursorWidth, 0.0) + Margin.Get().GetDesiredSize();
 }
 
-void SMultiLineEditableText::Tick(const FGeometry& AllottedGeometry, const double InCurrentTime, const float InDeltaTime)
+void SMultiLineEditableText::Tick(
+	const FGeometry& AllottedGeometry, const double InCurrentTime, const float InDeltaTime)
 {
 	const FVector2D NewSize = AllottedGeometry.GetLocalSize();
 	if (NewSize.X != AllottedSize.X && AutoWrapText.Get())
@@ -315,8 +316,8 @@ int32 SMultiLineEditableText::OnPaint(const FPaintArgs& Args, const FGeometry& A
 	{
 		const FGeometry HintGeometry = AllottedGeometry.MakeChild(
 			AllottedGeometry.GetLocalSize(), FSlateLayoutTransform(Margin.Get().GetTopLeft()));
-		FSlateDrawElement::MakeText(OutDrawElements, LayerId + 1, HintGeometry, MyCullingRect,
-			GetHintText().ToString(), GetFont(), Tint.CopyWithNewOpacity(Tint.A * EditableText::HintOpacity));
+		FSlateDrawElement::MakeText(OutDrawElements, LayerId + 1, HintGeometry, MyCullingRect, GetHintText().ToString(),
+			GetFont(), Tint.CopyWithNewOpacity(Tint.A * EditableText::HintOpacity));
 	}
 	return PaintText(AllottedGeometry, MyCullingRect, OutDrawElements, LayerId, Tint);
 }
@@ -332,8 +333,8 @@ int32 SMultiLineEditableText::PaintText(const FGeometry& AllottedGeometry, const
 	{
 		const FWrappedText::FLine& Line = ShownLines[Index];
 		const float Y = Top + static_cast<float>(Index) * Shown.GetLineHeight();
-		const FGeometry LineGeometry = AllottedGeometry.MakeChild(FVector2D(Allotted.X, Shown.GetLineHeight()),
-			FSlateLayoutTransform(FVector2D(Margin.Get().Left, Y)));
+		const FGeometry LineGeometry = AllottedGeometry.MakeChild(
+			FVector2D(Allotted.X, Shown.GetLineHeight()), FSlateLayoutTransform(FVector2D(Margin.Get().Left, Y)));
 		if (FSlateRect::DoRectanglesIntersect(MyCullingRect, LineGeometry.GetLayoutBoundingRect()))
 		{
 			PaintSelection(Line, Y, AllottedGeometry, MyCullingRect, OutDrawElements, LayerId, Tint);
@@ -351,9 +352,8 @@ void SMultiLineEditableText::PaintSelection(const FWrappedText::FLine& Line, flo
 	const FTextLocation LineBegin(Line.ParagraphIndex, Line.Begin);
 	const FTextLocation LineEnd(Line.ParagraphIndex, Line.End());
 	const auto PaintSpan = [&](float Left, float Right, const FLinearColor& Color) {
-		const FGeometry Span =
-			AllottedGeometry.MakeChild(FVector2D(Right - Left, GetLayout().GetLineHeight()),
-				FSlateLayoutTransform(FVector2D(Margin.Get().Left + Left, Y)));
+		const FGeometry Span = AllottedGeometry.MakeChild(FVector2D(Right - Left, GetLayout().GetLineHeight()),
+			FSlateLayoutTransform(FVector2D(Margin.Get().Left + Left, Y)));
 		FSlateDrawElement::MakeBox(
 			OutDrawElements, LayerId, Span, MyCullingRect, FAppStyle::GetBrush("WhiteBrush"), Color);
 	};
@@ -364,7 +364,8 @@ void SMultiLineEditableText::PaintSelection(const FWrappedText::FLine& Line, flo
 		PaintSpan(GetCursorX(Line, From.GetOffset()), GetCursorX(Line, To.GetOffset()),
 			TextStyle.SelectedBackgroundColor.GetSpecifiedColor());
 	}
-	const bool bHoldsCursor = Cursor.GetLineIndex() == Line.ParagraphIndex && !(Cursor < LineBegin) && !(LineEnd < Cursor);
+	const bool bHoldsCursor =
+		Cursor.GetLineIndex() == Line.ParagraphIndex && !(Cursor < LineBegin) && !(LineEnd < Cursor);
 	if (bHoldsCursor && HasKeyboardFocus() && !IsTextReadOnly())
 	{
 		const float X = GetCursorX(Line, Cursor.GetOffset());

@@ -1,5 +1,5 @@
-#include "Framework/Application/SlateApplication.h"
 #include "Fonts/FontMeasure.h"
+#include "Framework/Application/SlateApplication.h"
 #include "HAL/PlatformApplicationMisc.h"
 #include "Rendering/SlateRenderer.h"
 #include "Widgets/Text/SMultiLineEditableText.h"
@@ -112,8 +112,7 @@ bool SMultiLineEditableText::HandleMovement(const FKeyEvent& InKeyEvent)
 	const FTextLocation LineBegin(Cursor.GetLineIndex(), 0);
 	const FTextLocation LineEnd(Cursor.GetLineIndex(), Lines[Cursor.GetLineIndex()].Len());
 	const float LineHeight = GetLayout().GetLineHeight();
-	const int32 LinesInView =
-		LineHeight > 0.0f ? FMath::Max(static_cast<int32>(AllottedSize.Y / LineHeight), 1) : 1;
+	const int32 LinesInView = LineHeight > 0.0f ? FMath::Max(static_cast<int32>(AllottedSize.Y / LineHeight), 1) : 1;
 	const struct
 	{
 		FKey Key;
@@ -274,17 +273,16 @@ FTextLocation SMultiLineEditableText::GetLocationLinesAway(int32 NumLines) const
 	const float X = GetCursorX(ShownLines[Current], Cursor.GetOffset());
 	const FStringView Text = FStringView(Lines[Target.ParagraphIndex]).Mid(Target.Begin, Target.Length);
 	const TSharedRef<FSlateFontMeasure> Measure = FSlateApplication::Get().GetRenderer()->GetFontMeasureService();
-	return FTextLocation(
-		Target.ParagraphIndex, Target.Begin + Measure->FindCharacterIndexAtOffset(Text, GetFont(), X));
+	return FTextLocation(Target.ParagraphIndex, Target.Begin + Measure->FindCharacterIndexAtOffset(Text, GetFont(), X));
 }
 
 FTextLocation SMultiLineEditableText::GetLocationAt(const FGeometry& MyGeometry, const FPointerEvent& MouseEvent) const
 {
-	const FVector2D Position = FVector2D(MyGeometry.AbsoluteToLocal(MouseEvent.GetScreenSpacePosition()))
-		- Margin.Get().GetTopLeft() + FVector2D(0.0, ScrollOffset);
+	const FVector2D Position = FVector2D(MyGeometry.AbsoluteToLocal(MouseEvent.GetScreenSpacePosition())) -
+							   Margin.Get().GetTopLeft() + FVector2D(0.0, ScrollOffset);
 	const TArray<FWrappedText::FLine>& ShownLines = GetLayout().GetLines();
-	const int32 LineIndex = static_cast<int32>(FMath::Clamp(
-		Position.Y / GetLayout().GetLineHeight(), 0.0, static_cast<double>(ShownLines.Num() - 1)));
+	const int32 LineIndex = static_cast<int32>(
+		FMath::Clamp(Position.Y / GetLayout().GetLineHeight(), 0.0, static_cast<double>(ShownLines.Num() - 1)));
 	const FWrappedText::FLine& Line = ShownLines[LineIndex];
 	const FStringView Text = FStringView(Lines[Line.ParagraphIndex]).Mid(Line.Begin, Line.Length);
 	const TSharedRef<FSlateFontMeasure> Measure = FSlateApplication::Get().GetRenderer()->GetFontMeasureService();

@@ -64,7 +64,8 @@ FVector2D SScrollBar::ComputeDesiredSize(float LayoutScaleMultiplier) const
 }
 
 int32 SScrollBar::OnPaint(const FPaintArgs& Args, const FGeometry& AllottedGeometry, const FSlateRect& MyCullingRect,
-	FSlateWindowElementList& OutDrawElements, int32 LayerId, const FWidgetStyle& InWidgetStyle, bool bParentEnabled) const
+	FSlateWindowElementList& OutDrawElements, int32 LayerId, const FWidgetStyle& InWidgetStyle,
+	bool bParentEnabled) const
 {
 	if (!IsNeeded())
 	{

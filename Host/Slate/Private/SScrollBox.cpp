@@ -63,9 +63,9 @@ FArrangedWidget SScrollPanel::ArrangeSlot(const FGeometry& AllottedGeometry, int
 		static_cast<float>(Desired.Y), Padding.Top, Padding.Bottom, Slot.GetVerticalAlignment());
 	const float ShownAt = Begin - ViewOffset;
 	const FVector2D SlotOffset = bIsVertical ? FVector2D(0.0, ShownAt) : FVector2D(ShownAt, 0.0);
-	return FArrangedWidget(Slot.GetWidget(),
-		AllottedGeometry.MakeChild(
-			FVector2D(X.Size, Y.Size), FSlateLayoutTransform(1.0f, SlotOffset + FVector2D(X.Offset, Y.Offset))));
+	return FArrangedWidget(
+		Slot.GetWidget(), AllottedGeometry.MakeChild(FVector2D(X.Size, Y.Size),
+							  FSlateLayoutTransform(1.0f, SlotOffset + FVector2D(X.Offset, Y.Offset))));
 }
 
 void SScrollPanel::OnArrangeChildren(const FGeometry& AllottedGeometry, FArrangedChildren& ArrangedChildren) const
@@ -263,8 +263,8 @@ void SScrollBox::ScrollBarMoved(float OffsetFraction)
 
 FReply SScrollBox::OnMouseWheel(const FGeometry& MyGeometry, const FPointerEvent& MouseEvent)
 {
-	if (ConsumeMouseWheel == EConsumeMouseWheel::Never || (GetScrollOffsetOfEnd() <= 0.0f
-			&& ConsumeMouseWheel == EConsumeMouseWheel::WhenScrollingPossible))
+	if (ConsumeMouseWheel == EConsumeMouseWheel::Never ||
+		(GetScrollOffsetOfEnd() <= 0.0f && ConsumeMouseWheel == EConsumeMouseWheel::WhenScrollingPossible))
 	{
 		return FReply::Unhandled();
 	}

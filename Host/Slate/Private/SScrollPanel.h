@@ -13,11 +13,12 @@
 class SScrollPanel final : public SPanel
 {
 public:
-	SLATE_BEGIN_ARGS(SScrollPanel) : _Orientation(Orient_Vertical)
+	SLATE_BEGIN_ARGS(SScrollPanel)
+		: _Orientation(Orient_Vertical)
 	{
 		_Visibility = EVisibility::SelfHitTestInvisible;
 	}
-		SLATE_ARGUMENT(EOrientation, Orientation)
+	SLATE_ARGUMENT(EOrientation, Orientation)
 	SLATE_END_ARGS()
 
 	void Construct(const FArguments& InArgs) { Orientation = InArgs._Orientation; }

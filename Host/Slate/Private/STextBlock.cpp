@@ -64,16 +64,16 @@ FVector2D STextBlock::ComputeDesiredSize(float LayoutScaleMultiplier) const
 }
 
 int32 STextBlock::OnPaint(const FPaintArgs& Args, const FGeometry& AllottedGeometry, const FSlateRect& MyCullingRect,
-	FSlateWindowElementList& OutDrawElements, int32 LayerId, const FWidgetStyle& InWidgetStyle, bool bParentEnabled) const
+	FSlateWindowElementList& OutDrawElements, int32 LayerId, const FWidgetStyle& InWidgetStyle,
+	bool bParentEnabled) const
 {
-	const FLinearColor Tint =
-		InWidgetStyle.GetColorAndOpacityTint() * ColorAndOpacity.Get().GetColor(InWidgetStyle);
+	const FLinearColor Tint = InWidgetStyle.GetColorAndOpacityTint() * ColorAndOpacity.Get().GetColor(InWidgetStyle);
 	const FVector2D Allotted = AllottedGeometry.GetLocalSize();
 	float Y = Margin.Get().Top;
 	for (const FWrappedText::FLine& Line : Layout.GetLines())
 	{
-		const FGeometry LineGeometry = AllottedGeometry.MakeChild(
-			FVector2D(Allotted.X, Layout.GetLineHeight()), FSlateLayoutTransform(1.0f, FVector2D(Margin.Get().Left, Y)));
+		const FGeometry LineGeometry = AllottedGeometry.MakeChild(FVector2D(Allotted.X, Layout.GetLineHeight()),
+			FSlateLayoutTransform(1.0f, FVector2D(Margin.Get().Left, Y)));
 		if (FSlateRect::DoRectanglesIntersect(MyCullingRect, LineGeometry.GetLayoutBoundingRect()))
 		{
 			FSlateDrawElement::MakeText(OutDrawElements, LayerId, LineGeometry, MyCullingRect,

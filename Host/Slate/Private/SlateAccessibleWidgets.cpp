@@ -23,7 +23,8 @@ void FSlateAccessibleButton::Activate()
 FString FSlateAccessibleMultiLineEditableText::GetText() const
 {
 	const TSharedPtr<SWidget> Pinned = Widget.Pin();
-	return Pinned.IsValid() ? StaticCastSharedPtr<SMultiLineEditableText>(Pinned)->GetPlainText().ToString() : FString();
+	return Pinned.IsValid() ? StaticCastSharedPtr<SMultiLineEditableText>(Pinned)->GetPlainText().ToString()
+							: FString();
 }
 
 bool FSlateAccessibleMultiLineEditableText::IsReadOnly() const

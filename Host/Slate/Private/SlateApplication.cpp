@@ -13,7 +13,8 @@ constexpr double Never = std::numeric_limits<double>::infinity();
 }
 
 FSlateApplication::FSlateApplication(const TSharedRef<GenericApplication>& InPlatformApplication)
-	: PlatformApplication(InPlatformApplication), NextTimerTime(SlateApplication::Never)
+	: PlatformApplication(InPlatformApplication)
+	, NextTimerTime(SlateApplication::Never)
 {
 	CurrentTime = FPlatformTime::Seconds();
 	LastTickTime = CurrentTime;
@@ -190,7 +191,8 @@ FSlateWidgetPath FSlateApplication::FindPathTo(const TSharedPtr<SWidget>& Widget
 	return Path;
 }
 
-bool FSlateApplication::SetKeyboardFocus(const TSharedPtr<SWidget>& OptionalWidgetToFocus, EFocusCause ReasonFocusIsChanging)
+bool FSlateApplication::SetKeyboardFocus(
+	const TSharedPtr<SWidget>& OptionalWidgetToFocus, EFocusCause ReasonFocusIsChanging)
 {
 	if (!OptionalWidgetToFocus.IsValid())
 	{

@@ -145,8 +145,8 @@ bool FSlateApplication::ProcessMouseButtonDownEvent(
 	const FReply Reply = RoutePointerEvent(InMouseEvent, [&InMouseEvent](SWidget& Widget) {
 		return Widget.OnMouseButtonDown(Widget.GetCachedGeometry(), InMouseEvent);
 	});
-	const bool bFocusWasMoved = Reply.GetUserFocusRecepient().IsValid() || Reply.ShouldReleaseUserFocus()
-		|| GetKeyboardFocusedWidget() != FocusedBefore;
+	const bool bFocusWasMoved = Reply.GetUserFocusRecepient().IsValid() || Reply.ShouldReleaseUserFocus() ||
+								GetKeyboardFocusedWidget() != FocusedBefore;
 	if (!bFocusWasMoved)
 	{
 		FocusInnermost(Path);

@@ -16,8 +16,7 @@ FTabSpawnerEntry& FGlobalTabmanager::RegisterNomadTabSpawner(
 	return AddSpawner(TabId, OnSpawnTab, CanSpawnTab);
 }
 
-FTabSpawnerEntry& FTabManager::AddSpawner(
-	FName TabId, const FOnSpawnTab& OnSpawnTab, const FCanSpawnTab& CanSpawnTab)
+FTabSpawnerEntry& FTabManager::AddSpawner(FName TabId, const FOnSpawnTab& OnSpawnTab, const FCanSpawnTab& CanSpawnTab)
 {
 	checkf(!HasTabSpawner(TabId), TEXT("A spawner for the tab '%s' is registered already"), *TabId.ToString());
 	const TSharedRef<FTabSpawnerEntry> Entry = MakeShared<FTabSpawnerEntry>(TabId, OnSpawnTab, CanSpawnTab);
@@ -65,16 +64,16 @@ TSharedPtr<SDockTab> FTabManager::TryInvokeTab(const FTabId& TabId, bool bInvoke
 
 TSharedPtr<SDockTab> FTabManager::SpawnTab(FTabSpawnerEntry& Spawner, const FTabId& TabId, bool bInvokeAsInactive)
 {
-	const TSharedPtr<SWindow> Window = FSlateApplication::IsInitialized()
-		? FSlateApplication::Get().FindWidgetWindow(GetMainArea())
-		: nullptr;
+	const TSharedPtr<SWindow> Window =
+		FSlateApplication::IsInitialized() ? FSlateApplication::Get().FindWidgetWindow(GetMainArea()) : nullptr;
 	const FSpawnTabArgs Args(Window, TabId);
 	if (!Spawner.OnSpawnTab.IsBound() || (Spawner.CanSpawnTab.IsBound() && !Spawner.CanSpawnTab.Execute(Args)))
 	{
 		return nullptr;
 	}
 	const TSharedRef<SDockTab> Tab = Spawner.OnSpawnTab.Execute(Args);
-	checkf(!Tab->GetParentArea().IsValid(), TEXT("The spawner of '%s' must make a new tab each time"), *TabId.ToString());
+	checkf(
+		!Tab->GetParentArea().IsValid(), TEXT("The spawner of '%s' must make a new tab each time"), *TabId.ToString());
 	Tab->SetLayoutIdentifier(TabId);
 	if (!Tab->HasLabel())
 	{

@@ -1,7 +1,7 @@
 #include "Framework/Commands/UICommandList.h"
 
-void FUICommandList::MapAction(
-	const TSharedPtr<const FUICommandInfo> InUICommandInfo, FExecuteAction ExecuteAction, EUIActionRepeatMode RepeatMode)
+void FUICommandList::MapAction(const TSharedPtr<const FUICommandInfo> InUICommandInfo, FExecuteAction ExecuteAction,
+	EUIActionRepeatMode RepeatMode)
 {
 	MapAction(InUICommandInfo, MoveTemp(ExecuteAction), FCanExecuteAction(), RepeatMode);
 }
@@ -9,9 +9,8 @@ void FUICommandList::MapAction(
 void FUICommandList::MapAction(const TSharedPtr<const FUICommandInfo> InUICommandInfo, FExecuteAction ExecuteAction,
 	FCanExecuteAction CanExecuteAction, EUIActionRepeatMode RepeatMode)
 {
-	MapAction(InUICommandInfo,
-		FUIAction(MoveTemp(ExecuteAction), MoveTemp(CanExecuteAction), FGetActionCheckState(), FIsActionButtonVisible(),
-			RepeatMode));
+	MapAction(InUICommandInfo, FUIAction(MoveTemp(ExecuteAction), MoveTemp(CanExecuteAction), FGetActionCheckState(),
+								   FIsActionButtonVisible(), RepeatMode));
 }
 
 void FUICommandList::MapAction(const TSharedPtr<const FUICommandInfo> InUICommandInfo, const FUIAction& InUIAction)
@@ -70,10 +69,9 @@ bool FUICommandList::ProcessCommandBindings(const FKeyEvent& InKeyEvent) const
 		InKeyEvent.IsAltDown(), InKeyEvent.IsCommandDown());
 	for (const auto& Mapped : Actions)
 	{
-		const bool bIsMeant = Mapped.Key->GetDefaultChord(EMultipleKeyBindingIndex::Primary) == Pressed
-			|| Mapped.Key->GetDefaultChord(EMultipleKeyBindingIndex::Secondary) == Pressed;
-		const bool bMayRun =
-			!InKeyEvent.IsRepeat() || Mapped.Value.RepeatMode == EUIActionRepeatMode::RepeatEnabled;
+		const bool bIsMeant = Mapped.Key->GetDefaultChord(EMultipleKeyBindingIndex::Primary) == Pressed ||
+							  Mapped.Key->GetDefaultChord(EMultipleKeyBindingIndex::Secondary) == Pressed;
+		const bool bMayRun = !InKeyEvent.IsRepeat() || Mapped.Value.RepeatMode == EUIActionRepeatMode::RepeatEnabled;
 		if (bIsMeant && bMayRun && Pressed.IsValidChord())
 		{
 			return TryExecuteAction(Mapped.Key.ToSharedRef());

@@ -41,7 +41,11 @@ public:
 class FActiveTimerTest : public FSlateTest
 {
 protected:
-	FActiveTimerTest() : Counter(SNew(SCounter)) { Show(Counter); }
+	FActiveTimerTest()
+		: Counter(SNew(SCounter))
+	{
+		Show(Counter);
+	}
 
 	const TSharedRef<SCounter> Counter;
 };

@@ -18,13 +18,20 @@ public:
 };
 
 template <typename MethodType>
-concept CIsClickHandler = requires(SButton::FArguments& Arguments, FClicker* Clicker, MethodType Method) {
+concept CIsClickHandler = requires(SButton::FArguments& Arguments, FClicker* Clicker, MethodType Method)
+{
 	Arguments.OnClicked_Raw(Clicker, Method);
 };
 template <typename LambdaType>
-concept CIsClickLambda = requires(SButton::FArguments& Arguments, LambdaType Lambda) { Arguments.OnClicked_Lambda(Lambda); };
+concept CIsClickLambda = requires(SButton::FArguments& Arguments, LambdaType Lambda)
+{
+	Arguments.OnClicked_Lambda(Lambda);
+};
 template <typename ValueType>
-concept CIsBlockText = requires(STextBlock::FArguments& Arguments, ValueType Value) { Arguments.Text(Value); };
+concept CIsBlockText = requires(STextBlock::FArguments& Arguments, ValueType Value)
+{
+	Arguments.Text(Value);
+};
 
 static_assert(CIsClickHandler<decltype(&FClicker::OnClicked)>);
 static_assert(!CIsClickHandler<decltype(&FClicker::OnClickedWithoutReply)>);

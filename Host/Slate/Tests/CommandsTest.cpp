@@ -12,7 +12,10 @@ namespace CommandsTest
 class FTestCommands : public TCommands<FTestCommands>
 {
 public:
-	FTestCommands() : TCommands<FTestCommands>("TestContext", INVTEXT("Test"), NAME_None, "TestStyle") {}
+	FTestCommands()
+		: TCommands<FTestCommands>("TestContext", INVTEXT("Test"), NAME_None, "TestStyle")
+	{
+	}
 
 	virtual void RegisterCommands() override
 	{
@@ -28,7 +31,10 @@ public:
 class FEmptyCommands : public TCommands<FEmptyCommands>
 {
 public:
-	FEmptyCommands() : TCommands<FEmptyCommands>("EmptyContext", INVTEXT("Empty"), NAME_None, "TestStyle") {}
+	FEmptyCommands()
+		: TCommands<FEmptyCommands>("EmptyContext", INVTEXT("Empty"), NAME_None, "TestStyle")
+	{
+	}
 	virtual void RegisterCommands() override {}
 };
 

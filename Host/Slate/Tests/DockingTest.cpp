@@ -20,7 +20,8 @@ static const FName OtherTabName("OtherTestTab");
 class FDockingTest : public FSlateTest
 {
 protected:
-	FDockingTest() : Manager(FGlobalTabmanager::Get())
+	FDockingTest()
+		: Manager(FGlobalTabmanager::Get())
 	{
 		Manager
 			->RegisterNomadTabSpawner(TabName, FOnSpawnTab::CreateRaw(this, &FDockingTest::SpawnTab),

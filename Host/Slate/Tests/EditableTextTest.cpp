@@ -10,11 +10,15 @@ namespace EditableTextTest
 {
 
 template <typename WidgetType>
-concept CHasColorArgument = requires(typename WidgetType::FArguments& Arguments) {
+concept CHasColorArgument = requires(typename WidgetType::FArguments& Arguments)
+{
 	Arguments.ColorAndOpacity(FSlateColor(FLinearColor::White));
 };
 template <typename WidgetType>
-concept CHasColorSetter = requires(WidgetType& Widget) { Widget.SetColorAndOpacity(FSlateColor(FLinearColor::White)); };
+concept CHasColorSetter = requires(WidgetType& Widget)
+{
+	Widget.SetColorAndOpacity(FSlateColor(FLinearColor::White));
+};
 
 // The colour of an editable text comes from its style.
 static_assert(!CHasColorArgument<SMultiLineEditableText> && !CHasColorSetter<SMultiLineEditableText>);

@@ -10,8 +10,11 @@ namespace KeyRoutingTest
 class SKeyPanel : public SCompoundWidget
 {
 public:
-	SLATE_BEGIN_ARGS(SKeyPanel) : _ForwardsPromptKeys(false) {}
-		SLATE_ARGUMENT(bool, ForwardsPromptKeys)
+	SLATE_BEGIN_ARGS(SKeyPanel)
+		: _ForwardsPromptKeys(false)
+	{
+	}
+	SLATE_ARGUMENT(bool, ForwardsPromptKeys)
 	SLATE_END_ARGS()
 
 	void Construct(const FArguments& InArgs)

@@ -10,8 +10,11 @@ namespace ScrollBoxTest
 class SBlock : public SLeafWidget
 {
 public:
-	SLATE_BEGIN_ARGS(SBlock) : _Height(50.0f) {}
-		SLATE_ARGUMENT(float, Height)
+	SLATE_BEGIN_ARGS(SBlock)
+		: _Height(50.0f)
+	{
+	}
+	SLATE_ARGUMENT(float, Height)
 	SLATE_END_ARGS()
 
 	void Construct(const FArguments& InArgs) { Height = InArgs._Height; }

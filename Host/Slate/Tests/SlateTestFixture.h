@@ -22,7 +22,8 @@ public:
 class FSlateTest : public testing::Test
 {
 protected:
-	FSlateTest() : Platform(MakeShared<FTestPlatform>())
+	FSlateTest()
+		: Platform(MakeShared<FTestPlatform>())
 	{
 		FHostClock::Get().SetMode(EClockMode::Unattended);
 		FSlateApplication::Create(Platform);

@@ -111,7 +111,9 @@ TSharedRef<FSlateAccessibleWidget> SWidget::CreateAccessibleWidget()
 }
 
 FSlateAccessibleWidget::FSlateAccessibleWidget(TSharedRef<SWidget> InWidget, EAccessibleWidgetType InWidgetType)
-	: Widget(InWidget), WidgetType(InWidgetType), Id(InWidget->GetId())
+	: Widget(InWidget)
+	, WidgetType(InWidgetType)
+	, Id(InWidget->GetId())
 {
 }
 

@@ -85,16 +85,15 @@ FArrangedWidget TBoxPanel<SlotType, Orientation>::ArrangeSlot(
 	const FAlignedSpan Y = SlateLayout::AlignSpan(static_cast<float>(Allotted.Y), static_cast<float>(Desired.Y),
 		Padding.Top, Padding.Bottom, Slot.GetVerticalAlignment());
 	const FVector2D Offset = FVector2D(X.Offset, Y.Offset) + Join(SlotOffset, 0.0f);
-	return FArrangedWidget(Slot.GetWidget(),
-		AllottedGeometry.MakeChild(FVector2D(X.Size, Y.Size), FSlateLayoutTransform(1.0f, Offset)));
+	return FArrangedWidget(
+		Slot.GetWidget(), AllottedGeometry.MakeChild(FVector2D(X.Size, Y.Size), FSlateLayoutTransform(1.0f, Offset)));
 }
 
 template <typename SlotType, EOrientation Orientation>
 void TBoxPanel<SlotType, Orientation>::OnArrangeChildren(
 	const FGeometry& AllottedGeometry, FArrangedChildren& ArrangedChildren) const
 {
-	const TArray<float> Lengths =
-		FBoxPanelSpans::Distribute(MakeRequests(), Along(AllottedGeometry.GetLocalSize()));
+	const TArray<float> Lengths = FBoxPanelSpans::Distribute(MakeRequests(), Along(AllottedGeometry.GetLocalSize()));
 	float Offset = 0.0f;
 	for (int32 Index = 0; Index < Children.Num(); ++Index)
 	{
@@ -102,8 +101,7 @@ void TBoxPanel<SlotType, Orientation>::OnArrangeChildren(
 		const EVisibility ChildVisibility = Slot.GetWidget()->GetVisibility();
 		if (ArrangedChildren.Accepts(ChildVisibility))
 		{
-			ArrangedChildren.AddWidget(
-				ChildVisibility, ArrangeSlot(AllottedGeometry, Slot, Offset, Lengths[Index]));
+			ArrangedChildren.AddWidget(ChildVisibility, ArrangeSlot(AllottedGeometry, Slot, Offset, Lengths[Index]));
 		}
 		Offset += Lengths[Index];
 	}

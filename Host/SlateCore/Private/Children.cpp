@@ -16,7 +16,8 @@ TSharedRef<const SWidget> FNoChildren::GetChildAt(int32 Index) const
 
 FSingleWidgetChildrenWithBasicLayoutSlot::FSingleWidgetChildrenWithBasicLayoutSlot(
 	SWidget* InOwner, EHorizontalAlignment InHAlign, EVerticalAlignment InVAlign)
-	: FChildren(InOwner), Slot(InHAlign, InVAlign)
+	: FChildren(InOwner)
+	, Slot(InHAlign, InVAlign)
 {
 	Slot.SetOwner(*InOwner);
 }

@@ -64,17 +64,14 @@ static FButtonStyle MakeButton(const FLinearColor& Normal, const FLinearColor& H
 static void SetButtonStyles(FSlateStyleSet& Style)
 {
 	Style.Set("Button", MakeButton(Gray(56), Gray(87), Gray(36)));
-	Style.Set("PrimaryButton",
-		MakeButton(FColor(0, 112, 224), FColor(14, 134, 255), FColor(0, 80, 160)));
-	Style.Set("SimpleButton",
-		MakeButton(FLinearColor::Transparent, Gray(56), Gray(36))
-			.SetDisabled(FSlateNoResource())
-			.SetNormalPadding(FMargin(4.0f, 2.0f))
-			.SetPressedPadding(FMargin(4.0f, 2.0f)));
-	Style.Set("ScrollBar",
-		FScrollBarStyle()
-			.SetNormalThumbImage(FSlateRoundedBoxBrush(Gray(87), CornerRadius))
-			.SetHoveredThumbImage(FSlateRoundedBoxBrush(Gray(128), CornerRadius)));
+	Style.Set("PrimaryButton", MakeButton(FColor(0, 112, 224), FColor(14, 134, 255), FColor(0, 80, 160)));
+	Style.Set("SimpleButton", MakeButton(FLinearColor::Transparent, Gray(56), Gray(36))
+								  .SetDisabled(FSlateNoResource())
+								  .SetNormalPadding(FMargin(4.0f, 2.0f))
+								  .SetPressedPadding(FMargin(4.0f, 2.0f)));
+	Style.Set("ScrollBar", FScrollBarStyle()
+							   .SetNormalThumbImage(FSlateRoundedBoxBrush(Gray(87), CornerRadius))
+							   .SetHoveredThumbImage(FSlateRoundedBoxBrush(Gray(128), CornerRadius)));
 }
 
 static TSharedRef<FSlateStyleSet> Make()
@@ -104,8 +101,8 @@ TSharedRef<const FCompositeFont> FCoreStyle::GetDefaultFont()
 {
 	static const TSharedRef<FCompositeFont> Font = [] {
 		const TSharedRef<FCompositeFont> NewFont = MakeShared<FCompositeFont>();
-		NewFont->TypefaceNames = { "Regular", "Italic", "Bold", "BoldItalic", "Light", "Medium", "Black", "BoldCondensed",
-			"BoldCondensedItalic", "Mono" };
+		NewFont->TypefaceNames = { "Regular", "Italic", "Bold", "BoldItalic", "Light", "Medium", "Black",
+			"BoldCondensed", "BoldCondensedItalic", "Mono" };
 		return NewFont;
 	}();
 	return Font;

@@ -17,7 +17,8 @@ void FSlateDrawElement::MakeBox(FSlateWindowElementList& ElementList, int32 InLa
 }
 
 void FSlateDrawElement::MakeText(FSlateWindowElementList& ElementList, int32 InLayer, const FGeometry& InGeometry,
-	const FSlateRect& InClippingRect, const FString& InText, const FSlateFontInfo& InFontInfo, const FLinearColor& InTint)
+	const FSlateRect& InClippingRect, const FString& InText, const FSlateFontInfo& InFontInfo,
+	const FLinearColor& InTint)
 {
 	if (InText.IsEmpty() || InTint.A <= 0.0f)
 	{

@@ -11,9 +11,9 @@ constexpr float LineHeightInEms = 1.2f;
 
 bool FSlateFontInfo::operator==(const FSlateFontInfo& Other) const
 {
-	return FontObject == Other.FontObject && CompositeFont == Other.CompositeFont
-		&& TypefaceFontName == Other.TypefaceFontName && Size == Other.Size && LetterSpacing == Other.LetterSpacing
-		&& SkewAmount == Other.SkewAmount && OutlineSettings == Other.OutlineSettings;
+	return FontObject == Other.FontObject && CompositeFont == Other.CompositeFont &&
+		   TypefaceFontName == Other.TypefaceFontName && Size == Other.Size && LetterSpacing == Other.LetterSpacing &&
+		   SkewAmount == Other.SkewAmount && OutlineSettings == Other.OutlineSettings;
 }
 
 int32 FSlateFontMeasure::FindCharacterIndexAtOffset(

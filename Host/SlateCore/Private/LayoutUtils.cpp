@@ -61,8 +61,7 @@ void ArrangeSingleChild(const FGeometry& AllottedGeometry, FArrangedChildren& Ar
 		static_cast<float>(Allotted.X), static_cast<float>(Desired.X), Padding.Left, Padding.Right, HAlign);
 	const FAlignedSpan Y = SlateLayout::AlignSpan(
 		static_cast<float>(Allotted.Y), static_cast<float>(Desired.Y), Padding.Top, Padding.Bottom, VAlign);
-	ArrangedChildren.AddWidget(ChildVisibility,
-		FArrangedWidget(Child,
-			AllottedGeometry.MakeChild(
-				FVector2D(X.Size, Y.Size), FSlateLayoutTransform(1.0f, FVector2D(X.Offset, Y.Offset)))));
+	ArrangedChildren.AddWidget(
+		ChildVisibility, FArrangedWidget(Child, AllottedGeometry.MakeChild(FVector2D(X.Size, Y.Size),
+													FSlateLayoutTransform(1.0f, FVector2D(X.Offset, Y.Offset)))));
 }

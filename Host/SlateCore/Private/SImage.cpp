@@ -26,13 +26,14 @@ FVector2D SImage::ComputeDesiredSize(float LayoutScaleMultiplier) const
 }
 
 int32 SImage::OnPaint(const FPaintArgs& Args, const FGeometry& AllottedGeometry, const FSlateRect& MyCullingRect,
-	FSlateWindowElementList& OutDrawElements, int32 LayerId, const FWidgetStyle& InWidgetStyle, bool bParentEnabled) const
+	FSlateWindowElementList& OutDrawElements, int32 LayerId, const FWidgetStyle& InWidgetStyle,
+	bool bParentEnabled) const
 {
 	if (GetImage() != nullptr)
 	{
 		FSlateDrawElement::MakeBox(OutDrawElements, LayerId, AllottedGeometry, MyCullingRect, GetImage(),
-			InWidgetStyle.GetColorAndOpacityTint() * ColorAttribute.Get().GetColor(InWidgetStyle)
-				* GetImage()->GetTint(InWidgetStyle));
+			InWidgetStyle.GetColorAndOpacityTint() * ColorAttribute.Get().GetColor(InWidgetStyle) *
+				GetImage()->GetTint(InWidgetStyle));
 	}
 	return LayerId;
 }

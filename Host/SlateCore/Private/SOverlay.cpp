@@ -34,7 +34,8 @@ void SOverlay::OnArrangeChildren(const FGeometry& AllottedGeometry, FArrangedChi
 }
 
 int32 SOverlay::OnPaint(const FPaintArgs& Args, const FGeometry& AllottedGeometry, const FSlateRect& MyCullingRect,
-	FSlateWindowElementList& OutDrawElements, int32 LayerId, const FWidgetStyle& InWidgetStyle, bool bParentEnabled) const
+	FSlateWindowElementList& OutDrawElements, int32 LayerId, const FWidgetStyle& InWidgetStyle,
+	bool bParentEnabled) const
 {
 	FArrangedChildren Arranged(EVisibility::Visible);
 	ArrangeChildren(AllottedGeometry, Arranged);

@@ -33,10 +33,7 @@ struct FBoundWidgets
 		return Widgets;
 	}
 
-	static void Add(SWidget& Widget)
-	{
-		Widget.IndexInBoundWidgets = Get().Add(&Widget);
-	}
+	static void Add(SWidget& Widget) { Widget.IndexInBoundWidgets = Get().Add(&Widget); }
 
 	static void Remove(SWidget& Widget)
 	{
@@ -55,7 +52,8 @@ static int32 MakeUniqueWidgetId()
 	return ++LastId;
 }
 
-SWidget::SWidget() : UniqueId(MakeUniqueWidgetId())
+SWidget::SWidget()
+	: UniqueId(MakeUniqueWidgetId())
 {
 }
 
@@ -103,8 +101,8 @@ FReply SWidget::OnPreviewKeyDown(const FGeometry& MyGeometry, const FKeyEvent& I
 
 FReply SWidget::OnKeyDown(const FGeometry& MyGeometry, const FKeyEvent& InKeyEvent)
 {
-	if (InKeyEvent.GetKey() != EKeys::Tab || !SupportsKeyboardFocus() || InKeyEvent.IsControlDown()
-		|| InKeyEvent.IsAltDown())
+	if (InKeyEvent.GetKey() != EKeys::Tab || !SupportsKeyboardFocus() || InKeyEvent.IsControlDown() ||
+		InKeyEvent.IsAltDown())
 	{
 		return FReply::Unhandled();
 	}
@@ -193,8 +191,9 @@ void SWidget::Prepass(float InLayoutScaleMultiplier)
 
 void SWidget::Invalidate(EInvalidateWidgetReason InvalidateReason)
 {
-	constexpr EInvalidateWidgetReason ReasonsToMeasure = EInvalidateWidgetReason::Layout
-		| EInvalidateWidgetReason::ChildOrder | EInvalidateWidgetReason::Visibility | EInvalidateWidgetReason::Prepass;
+	constexpr EInvalidateWidgetReason ReasonsToMeasure =
+		EInvalidateWidgetReason::Layout | EInvalidateWidgetReason::ChildOrder | EInvalidateWidgetReason::Visibility |
+		EInvalidateWidgetReason::Prepass;
 	if ((InvalidateReason & ReasonsToMeasure) != EInvalidateWidgetReason::None)
 	{
 		MarkPrepassAsDirty();
@@ -219,7 +218,8 @@ void SWidget::ArrangeChildren(const FGeometry& AllottedGeometry, FArrangedChildr
 }
 
 int32 SWidget::Paint(const FPaintArgs& Args, const FGeometry& AllottedGeometry, const FSlateRect& MyCullingRect,
-	FSlateWindowElementList& OutDrawElements, int32 LayerId, const FWidgetStyle& InWidgetStyle, bool bParentEnabled) const
+	FSlateWindowElementList& OutDrawElements, int32 LayerId, const FWidgetStyle& InWidgetStyle,
+	bool bParentEnabled) const
 {
 	SWidget& This = const_cast<SWidget&>(*this);
 	// A timer or Tick may remove this very widget from the tree.
@@ -240,14 +240,15 @@ int32 SWidget::Paint(const FPaintArgs& Args, const FGeometry& AllottedGeometry, 
 	}
 
 	const FSlateRect CullingRect = Clipping == EWidgetClipping::ClipToBounds
-		? MyCullingRect.IntersectionWith(AllottedGeometry.GetLayoutBoundingRect())
-		: MyCullingRect;
+									   ? MyCullingRect.IntersectionWith(AllottedGeometry.GetLayoutBoundingRect())
+									   : MyCullingRect;
 	const FWidgetStyle Style = FWidgetStyle(InWidgetStyle).BlendOpacity(RenderOpacity);
 	return OnPaint(Args, AllottedGeometry, CullingRect, OutDrawElements, LayerId, Style, bParentEnabled);
 }
 
 int32 SWidget::PaintChildren(const FPaintArgs& Args, const FGeometry& AllottedGeometry, const FSlateRect& MyCullingRect,
-	FSlateWindowElementList& OutDrawElements, int32 LayerId, const FWidgetStyle& InWidgetStyle, bool bParentEnabled) const
+	FSlateWindowElementList& OutDrawElements, int32 LayerId, const FWidgetStyle& InWidgetStyle,
+	bool bParentEnabled) const
 {
 	FArrangedChildren Arranged(EVisibility::Visible);
 	ArrangeChildren(AllottedGeometry, Arranged);
@@ -257,9 +258,8 @@ int32 SWidget::PaintChildren(const FPaintArgs& Args, const FGeometry& AllottedGe
 	{
 		if (FSlateRect::DoRectanglesIntersect(MyCullingRect, Child.Geometry.GetLayoutBoundingRect()))
 		{
-			TopLayer = FMath::Max(TopLayer,
-				Child.Widget->Paint(
-					Args, Child.Geometry, MyCullingRect, OutDrawElements, LayerId, InWidgetStyle, bEnabled));
+			TopLayer = FMath::Max(TopLayer, Child.Widget->Paint(Args, Child.Geometry, MyCullingRect, OutDrawElements,
+												LayerId, InWidgetStyle, bEnabled));
 		}
 	}
 	return TopLayer;
@@ -267,8 +267,8 @@ int32 SWidget::PaintChildren(const FPaintArgs& Args, const FGeometry& AllottedGe
 
 bool SWidget::HasKeyboardFocus() const
 {
-	return FSlateApplicationBase::IsInitialized()
-		&& FSlateApplicationBase::Get().GetKeyboardFocusedWidget().Get() == this;
+	return FSlateApplicationBase::IsInitialized() &&
+		   FSlateApplicationBase::Get().GetKeyboardFocusedWidget().Get() == this;
 }
 
 bool SWidget::HasFocusedDescendants() const
@@ -468,7 +468,8 @@ SLeafWidget::SLeafWidget()
 }
 
 int32 SLeafWidget::OnPaint(const FPaintArgs& Args, const FGeometry& AllottedGeometry, const FSlateRect& MyCullingRect,
-	FSlateWindowElementList& OutDrawElements, int32 LayerId, const FWidgetStyle& InWidgetStyle, bool bParentEnabled) const
+	FSlateWindowElementList& OutDrawElements, int32 LayerId, const FWidgetStyle& InWidgetStyle,
+	bool bParentEnabled) const
 {
 	return LayerId;
 }
@@ -479,7 +480,8 @@ SPanel::SPanel()
 }
 
 int32 SPanel::OnPaint(const FPaintArgs& Args, const FGeometry& AllottedGeometry, const FSlateRect& MyCullingRect,
-	FSlateWindowElementList& OutDrawElements, int32 LayerId, const FWidgetStyle& InWidgetStyle, bool bParentEnabled) const
+	FSlateWindowElementList& OutDrawElements, int32 LayerId, const FWidgetStyle& InWidgetStyle,
+	bool bParentEnabled) const
 {
 	return PaintChildren(
 		Args, AllottedGeometry, MyCullingRect, OutDrawElements, LayerId, InWidgetStyle, bParentEnabled);

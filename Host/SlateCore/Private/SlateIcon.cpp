@@ -32,7 +32,6 @@ const FSlateBrush* FSlateIcon::GetOptionalIcon() const
 const FSlateBrush* FSlateIcon::GetSmallIcon() const
 {
 	const ISlateStyle* const StyleSet = GetStyleSet();
-	return StyleSet != nullptr
-		? StyleSet->GetOptionalBrush(SmallStyleName, nullptr, FStyleDefaults::GetDefaultBrush())
-		: FStyleDefaults::GetDefaultBrush();
+	return StyleSet != nullptr ? StyleSet->GetOptionalBrush(SmallStyleName, nullptr, FStyleDefaults::GetDefaultBrush())
+							   : FStyleDefaults::GetDefaultBrush();
 }

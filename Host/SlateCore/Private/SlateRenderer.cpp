@@ -32,6 +32,7 @@ void FSlateRenderer::LoadStyleResources(const ISlateStyle& Style)
 	}
 }
 
-FSlateNullRenderer::FSlateNullRenderer() : FSlateRenderer(MakeShared<FFixedFontMeasure>())
+FSlateNullRenderer::FSlateNullRenderer()
+	: FSlateRenderer(MakeShared<FFixedFontMeasure>())
 {
 }

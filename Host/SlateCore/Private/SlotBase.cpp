@@ -3,7 +3,8 @@
 #include "Widgets/SNullWidget.h"
 #include "Widgets/SWidget.h"
 
-FSlotBase::FSlotBase() : Widget(SNullWidget::NullWidget)
+FSlotBase::FSlotBase()
+	: Widget(SNullWidget::NullWidget)
 {
 }
 

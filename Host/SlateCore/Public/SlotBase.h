@@ -55,7 +55,10 @@ class TSlotBase : public FSlotBase
 public:
 	struct FSlotArguments : public FSlotBase::FSlotArguments
 	{
-		explicit FSlotArguments(TUniquePtr<SlotType> InSlot) : Slot(MoveTemp(InSlot)) {}
+		explicit FSlotArguments(TUniquePtr<SlotType> InSlot)
+			: Slot(MoveTemp(InSlot))
+		{
+		}
 		FSlotArguments(FSlotArguments&&) = default;
 		FSlotArguments& operator=(FSlotArguments&&) = default;
 

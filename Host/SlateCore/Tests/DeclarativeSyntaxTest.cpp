@@ -15,12 +15,15 @@ namespace DeclarativeSyntaxTest
 class SExample : public SCompoundWidget
 {
 public:
-	SLATE_BEGIN_ARGS(SExample) : _Number(3) {}
-		SLATE_ARGUMENT(int32, Number)
-		SLATE_ATTRIBUTE(FText, Caption)
-		SLATE_EVENT(FPointerEventHandler, OnPointer)
-		SLATE_DEFAULT_SLOT(FArguments, Content)
-		SLATE_NAMED_SLOT(FArguments, Header)
+	SLATE_BEGIN_ARGS(SExample)
+		: _Number(3)
+	{
+	}
+	SLATE_ARGUMENT(int32, Number)
+	SLATE_ATTRIBUTE(FText, Caption)
+	SLATE_EVENT(FPointerEventHandler, OnPointer)
+	SLATE_DEFAULT_SLOT(FArguments, Content)
+	SLATE_NAMED_SLOT(FArguments, Header)
 	SLATE_END_ARGS()
 
 	void Construct(const FArguments& InArgs, int32 InRequired = 0)
@@ -64,15 +67,25 @@ public:
 
 // What the engine refuses to compile.
 template <typename WidgetType>
-concept CCanBeMadeByNew = requires { new WidgetType(); };
+concept CCanBeMadeByNew = requires
+{
+	new WidgetType();
+};
 template <typename WidgetType>
-concept CCanBeMadeByMakeShared = requires { MakeShared<WidgetType>(); };
+concept CCanBeMadeByMakeShared = requires
+{
+	MakeShared<WidgetType>();
+};
 template <typename MethodType>
-concept CIsGetter = requires(SExample::FArguments& Arguments, FOwner* Owner, MethodType Method) {
+concept CIsGetter = requires(SExample::FArguments& Arguments, FOwner* Owner, MethodType Method)
+{
 	Arguments.Caption(Owner, Method);
 };
 template <typename ValueType>
-concept CIsCaption = requires(SExample::FArguments& Arguments, ValueType Value) { Arguments.Caption(Value); };
+concept CIsCaption = requires(SExample::FArguments& Arguments, ValueType Value)
+{
+	Arguments.Caption(Value);
+};
 
 static_assert(!CCanBeMadeByNew<SExample> && !CCanBeMadeByMakeShared<SExample>);
 static_assert(CCanBeMadeByMakeShared<FOwner>);
@@ -118,8 +131,8 @@ TEST(DeclarativeSyntax, BindsGettersInAllForms)
 	EXPECT_EQ(CaptionOf(SNew(SExample).Caption(&Owner.Get(), &FOwner::GetCaptionWith, 12)), FString("12"));
 	EXPECT_EQ(CaptionOf(SNew(SExample).Caption_Raw(&Owner.Get(), &FOwner::GetCaption)), FString("from the owner"));
 	EXPECT_EQ(CaptionOf(SNew(SExample).Caption_Lambda([] { return INVTEXT("lambda"); })), FString("lambda"));
-	EXPECT_EQ(CaptionOf(SNew(SExample).Caption_Static([](int32 Value) { return FText::AsNumber(Value); }, 4)),
-		FString("4"));
+	EXPECT_EQ(
+		CaptionOf(SNew(SExample).Caption_Static([](int32 Value) { return FText::AsNumber(Value); }, 4)), FString("4"));
 }
 
 TEST(DeclarativeSyntax, KeepsTheLastAnswerOfADeadOwner)

@@ -23,23 +23,30 @@ public:
 	TAttribute() = default;
 
 	template <typename OtherType>
-		requires(std::is_convertible_v<const OtherType&, ObjectType>
-			&& !std::is_same_v<std::remove_cvref_t<OtherType>, TAttribute>)
-	TAttribute(const OtherType& InInitialValue) : Value(InInitialValue), bIsSet(true)
+	requires(std::is_convertible_v<const OtherType&, ObjectType> &&
+			 !std::is_same_v<std::remove_cvref_t<OtherType>, TAttribute>) TAttribute(const OtherType& InInitialValue)
+		: Value(InInitialValue)
+		, bIsSet(true)
 	{
 	}
-	TAttribute(ObjectType&& InInitialValue) : Value(static_cast<ObjectType&&>(InInitialValue)), bIsSet(true) {}
+	TAttribute(ObjectType&& InInitialValue)
+		: Value(static_cast<ObjectType&&>(InInitialValue))
+		, bIsSet(true)
+	{
+	}
 
 	/** A bound attribute; a member getter of a shared object is held weakly. */
 	template <typename SourceType>
 	TAttribute(TSharedRef<SourceType> InUserObject, ObjectType (SourceType::*InMethod)() const)
-		: bIsSet(true), Getter(FGetter::CreateSP(InUserObject, InMethod))
+		: bIsSet(true)
+		, Getter(FGetter::CreateSP(InUserObject, InMethod))
 	{
 	}
 	template <typename SourceType, typename MethodClass>
-		requires std::is_base_of_v<MethodClass, SourceType>
-	TAttribute(SourceType* InUserObject, ObjectType (MethodClass::*InMethod)() const)
-		: bIsSet(true), Getter(FGetter::CreateSP(InUserObject, InMethod))
+	requires std::is_base_of_v<MethodClass, SourceType> TAttribute(
+		SourceType* InUserObject, ObjectType (MethodClass::*InMethod)() const)
+		: bIsSet(true)
+		, Getter(FGetter::CreateSP(InUserObject, InMethod))
 	{
 	}
 

@@ -6,8 +6,7 @@
 #include "Layout/Geometry.h"
 #include "Types/SlateEnums.h"
 
-DECLARE_DELEGATE_RetVal(FReply, FOnClicked)
-DECLARE_DELEGATE_OneParam(FOnTextChanged, const FText&)
-DECLARE_DELEGATE_TwoParams(FOnTextCommitted, const FText&, ETextCommit::Type)
-DECLARE_DELEGATE_RetVal_TwoParams(FReply, FOnKeyDown, const FGeometry&, const FKeyEvent&)
-DECLARE_DELEGATE_RetVal_TwoParams(FReply, FOnKeyChar, const FGeometry&, const FCharacterEvent&)
+DECLARE_DELEGATE_RetVal(FReply, FOnClicked) DECLARE_DELEGATE_OneParam(FOnTextChanged, const FText&)
+	DECLARE_DELEGATE_TwoParams(FOnTextCommitted, const FText&, ETextCommit::Type)
+		DECLARE_DELEGATE_RetVal_TwoParams(FReply, FOnKeyDown, const FGeometry&, const FKeyEvent&)
+			DECLARE_DELEGATE_RetVal_TwoParams(FReply, FOnKeyChar, const FGeometry&, const FCharacterEvent&)

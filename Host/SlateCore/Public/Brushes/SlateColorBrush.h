@@ -8,9 +8,15 @@ struct FSlateColorBrush : public FSlateBrush
 {
 	explicit FSlateColorBrush(const FSlateColor& InColor)
 		: FSlateBrush(ESlateBrushDrawType::Image, NAME_None, FMargin(0.0f), ESlateBrushTileType::NoTile,
-			ESlateBrushImageType::NoImage, FVector2D(1.0, 1.0), InColor)
+			  ESlateBrushImageType::NoImage, FVector2D(1.0, 1.0), InColor)
 	{
 	}
-	explicit FSlateColorBrush(const FLinearColor& InColor) : FSlateColorBrush(FSlateColor(InColor)) {}
-	explicit FSlateColorBrush(const FColor& InColor) : FSlateColorBrush(FSlateColor(InColor)) {}
+	explicit FSlateColorBrush(const FLinearColor& InColor)
+		: FSlateColorBrush(FSlateColor(InColor))
+	{
+	}
+	explicit FSlateColorBrush(const FColor& InColor)
+		: FSlateColorBrush(FSlateColor(InColor))
+	{
+	}
 };

@@ -11,7 +11,7 @@ struct FSlateImageBrush : public FSlateBrush
 		ESlateBrushTileType::Type InTiling = ESlateBrushTileType::NoTile,
 		ESlateBrushImageType::Type InImageType = ESlateBrushImageType::FullColor)
 		: FSlateBrush(
-			ESlateBrushDrawType::Image, InImageName, FMargin(0.0f), InTiling, InImageType, InImageSize, InTint)
+			  ESlateBrushDrawType::Image, InImageName, FMargin(0.0f), InTiling, InImageType, InImageSize, InTint)
 	{
 	}
 	/** @param InImageName  full path of the file */

@@ -9,7 +9,7 @@ struct FSlateRoundedBoxBrush : public FSlateBrush
 	FSlateRoundedBoxBrush(const FSlateColor& InColor, float InRadius,
 		const FSlateColor& InOutlineColor = FSlateColor(FLinearColor::Transparent), float InOutlineWidth = 0.0f)
 		: FSlateBrush(ESlateBrushDrawType::RoundedBox, NAME_None, FMargin(0.0f), ESlateBrushTileType::NoTile,
-			ESlateBrushImageType::NoImage, FVector2D(1.0, 1.0), InColor)
+			  ESlateBrushImageType::NoImage, FVector2D(1.0, 1.0), InColor)
 	{
 		for (float& Radius : OutlineSettings.CornerRadii)
 		{

@@ -9,7 +9,11 @@
 struct FFocusEvent
 {
 	FFocusEvent() = default;
-	FFocusEvent(const EFocusCause InCause, const uint32 InUserIndex) : Cause(InCause), UserIndex(InUserIndex) {}
+	FFocusEvent(const EFocusCause InCause, const uint32 InUserIndex)
+		: Cause(InCause)
+		, UserIndex(InUserIndex)
+	{
+	}
 
 	EFocusCause GetCause() const { return Cause; }
 	uint32 GetUser() const { return UserIndex; }
@@ -24,7 +28,9 @@ struct FInputEvent
 {
 	FInputEvent() = default;
 	FInputEvent(const FModifierKeysState& InModifierKeys, const uint32 InUserIndex, const bool bInIsRepeat)
-		: ModifierKeys(InModifierKeys), UserIndex(InUserIndex), bIsRepeat(bInIsRepeat)
+		: ModifierKeys(InModifierKeys)
+		, UserIndex(InUserIndex)
+		, bIsRepeat(bInIsRepeat)
 	{
 	}
 
@@ -71,7 +77,8 @@ struct FCharacterEvent : public FInputEvent
 	FCharacterEvent() = default;
 	FCharacterEvent(const TCHAR InCharacter, const FModifierKeysState& InModifierKeys, const uint32 InUserIndex,
 		const bool bInIsRepeat)
-		: FInputEvent(InModifierKeys, InUserIndex, bInIsRepeat), Character(InCharacter)
+		: FInputEvent(InModifierKeys, InUserIndex, bInIsRepeat)
+		, Character(InCharacter)
 	{
 	}
 

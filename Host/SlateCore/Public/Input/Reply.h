@@ -60,7 +60,10 @@ public:
 	}
 
 private:
-	explicit FReply(bool InIsHandled) : TReplyBase<FReply>(InIsHandled) {}
+	explicit FReply(bool InIsHandled)
+		: TReplyBase<FReply>(InIsHandled)
+	{
+	}
 
 	TSharedPtr<SWidget> MouseCaptor;
 	TSharedPtr<SWidget> FocusRecipient;

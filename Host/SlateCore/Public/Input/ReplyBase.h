@@ -13,7 +13,10 @@ public:
 	TSharedPtr<SWidget> GetHandler() const { return EventHandler; }
 
 protected:
-	explicit FReplyBase(bool InIsHandled) : bIsHandled(InIsHandled) {}
+	explicit FReplyBase(bool InIsHandled)
+		: bIsHandled(InIsHandled)
+	{
+	}
 
 	bool bIsHandled;
 	TSharedPtr<SWidget> EventHandler;
@@ -23,7 +26,10 @@ template <typename ReplyType>
 class TReplyBase : public FReplyBase
 {
 protected:
-	explicit TReplyBase(bool InIsHandled) : FReplyBase(InIsHandled) {}
+	explicit TReplyBase(bool InIsHandled)
+		: FReplyBase(InIsHandled)
+	{
+	}
 
 	ReplyType& Me() { return static_cast<ReplyType&>(*this); }
 };

@@ -8,7 +8,10 @@
 class FArrangedChildren
 {
 public:
-	explicit FArrangedChildren(EVisibility InVisibilityFilter) : VisibilityFilter(InVisibilityFilter) {}
+	explicit FArrangedChildren(EVisibility InVisibilityFilter)
+		: VisibilityFilter(InVisibilityFilter)
+	{
+	}
 
 	/** Drops a widget that the filter does not let pass: for Visible those which are not drawn. */
 	void AddWidget(const FArrangedWidget& InWidget);

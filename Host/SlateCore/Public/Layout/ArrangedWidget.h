@@ -10,7 +10,8 @@ class FArrangedWidget
 {
 public:
 	FArrangedWidget(TSharedRef<SWidget> InWidget, const FGeometry& InGeometry)
-		: Geometry(InGeometry), Widget(InWidget)
+		: Geometry(InGeometry)
+		, Widget(InWidget)
 	{
 	}
 

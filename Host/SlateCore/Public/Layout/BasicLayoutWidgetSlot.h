@@ -13,7 +13,8 @@ class TBasicLayoutWidgetSlot : public TSlotBase<SlotType>
 public:
 	TBasicLayoutWidgetSlot() = default;
 	TBasicLayoutWidgetSlot(EHorizontalAlignment InHAlign, EVerticalAlignment InVAlign)
-		: HorizontalAlignment(InHAlign), VerticalAlignment(InVAlign)
+		: HorizontalAlignment(InHAlign)
+		, VerticalAlignment(InVAlign)
 	{
 	}
 

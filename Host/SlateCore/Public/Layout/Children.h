@@ -51,7 +51,10 @@ template <typename SlotType>
 class TPanelChildren final : public FChildren
 {
 public:
-	explicit TPanelChildren(SWidget* InOwner) : FChildren(InOwner) {}
+	explicit TPanelChildren(SWidget* InOwner)
+		: FChildren(InOwner)
+	{
+	}
 
 	virtual int32 Num() const override { return Slots.Num(); }
 	virtual TSharedRef<SWidget> GetChildAt(int32 Index) override { return Slots[Index]->GetWidget(); }
@@ -129,7 +132,9 @@ template <typename SlotType>
 struct TScopedWidgetSlotArguments final : public SlotType::FSlotArguments
 {
 	TScopedWidgetSlotArguments(TUniquePtr<SlotType> InSlot, TPanelChildren<SlotType>& InChildren, int32 InIndex)
-		: SlotType::FSlotArguments(MoveTemp(InSlot)), Children(&InChildren), Index(InIndex)
+		: SlotType::FSlotArguments(MoveTemp(InSlot))
+		, Children(&InChildren)
+		, Index(InIndex)
 	{
 	}
 	TScopedWidgetSlotArguments(TScopedWidgetSlotArguments&&) = default;

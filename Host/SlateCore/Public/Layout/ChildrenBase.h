@@ -9,7 +9,10 @@ class SWidget;
 class FChildren
 {
 public:
-	explicit FChildren(SWidget* InOwner) : Owner(InOwner) {}
+	explicit FChildren(SWidget* InOwner)
+		: Owner(InOwner)
+	{
+	}
 	virtual ~FChildren() = default;
 	UE_NONCOPYABLE(FChildren)
 
@@ -27,7 +30,10 @@ private:
 class FNoChildren final : public FChildren
 {
 public:
-	explicit FNoChildren(SWidget* InOwner) : FChildren(InOwner) {}
+	explicit FNoChildren(SWidget* InOwner)
+		: FChildren(InOwner)
+	{
+	}
 
 	virtual int32 Num() const override { return 0; }
 	virtual TSharedRef<SWidget> GetChildAt(int32 Index) override;

@@ -12,8 +12,17 @@ struct FMargin
 	float Bottom = 0.0f;
 
 	FMargin() = default;
-	FMargin(float UniformMargin) : FMargin(UniformMargin, UniformMargin) {}
-	FMargin(float Horizontal, float Vertical) : Left(Horizontal), Top(Vertical), Right(Horizontal), Bottom(Vertical) {}
+	FMargin(float UniformMargin)
+		: FMargin(UniformMargin, UniformMargin)
+	{
+	}
+	FMargin(float Horizontal, float Vertical)
+		: Left(Horizontal)
+		, Top(Vertical)
+		, Right(Horizontal)
+		, Bottom(Vertical)
+	{
+	}
 	FMargin(double InLeft, double InTop, double InRight, double InBottom)
 		: Left(static_cast<float>(InLeft))
 		, Top(static_cast<float>(InTop))
@@ -21,7 +30,8 @@ struct FMargin
 		, Bottom(static_cast<float>(InBottom))
 	{
 	}
-	explicit FMargin(const FVector2D& InVector) : FMargin(static_cast<float>(InVector.X), static_cast<float>(InVector.Y))
+	explicit FMargin(const FVector2D& InVector)
+		: FMargin(static_cast<float>(InVector.X), static_cast<float>(InVector.Y))
 	{
 	}
 

@@ -12,12 +12,15 @@ struct FSlateRect
 
 	FSlateRect() = default;
 	FSlateRect(float InLeft, float InTop, float InRight, float InBottom)
-		: Left(InLeft), Top(InTop), Right(InRight), Bottom(InBottom)
+		: Left(InLeft)
+		, Top(InTop)
+		, Right(InRight)
+		, Bottom(InBottom)
 	{
 	}
 	FSlateRect(const FVector2D& InTopLeft, const FVector2D& InBottomRight)
 		: FSlateRect(static_cast<float>(InTopLeft.X), static_cast<float>(InTopLeft.Y),
-			static_cast<float>(InBottomRight.X), static_cast<float>(InBottomRight.Y))
+			  static_cast<float>(InBottomRight.X), static_cast<float>(InBottomRight.Y))
 	{
 	}
 

@@ -38,7 +38,10 @@ private:
 		ChildrenHit = 1 << 3,
 	};
 
-	constexpr explicit EVisibility(int Bits) : Value(static_cast<uint8>(Bits)) {}
+	constexpr explicit EVisibility(int Bits)
+		: Value(static_cast<uint8>(Bits))
+	{
+	}
 
 	uint8 Value = Drawn | Space | SelfHit | ChildrenHit;
 };

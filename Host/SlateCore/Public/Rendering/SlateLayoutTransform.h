@@ -7,10 +7,14 @@ class FSlateLayoutTransform
 {
 public:
 	explicit FSlateLayoutTransform(float InScale = 1.0f, const FVector2D& InTranslation = FVector2D(0.0, 0.0))
-		: Scale(InScale), Translation(InTranslation)
+		: Scale(InScale)
+		, Translation(InTranslation)
 	{
 	}
-	explicit FSlateLayoutTransform(const FVector2D& InTranslation) : Translation(InTranslation) {}
+	explicit FSlateLayoutTransform(const FVector2D& InTranslation)
+		: Translation(InTranslation)
+	{
+	}
 
 	float GetScale() const { return Scale; }
 	FVector2D GetTranslation() const { return Translation; }

@@ -11,7 +11,10 @@ class SWindow;
 class FSlateRenderer
 {
 public:
-	explicit FSlateRenderer(TSharedRef<FSlateFontMeasure> InFontMeasure) : FontMeasure(InFontMeasure) {}
+	explicit FSlateRenderer(TSharedRef<FSlateFontMeasure> InFontMeasure)
+		: FontMeasure(InFontMeasure)
+	{
+	}
 	virtual ~FSlateRenderer() = default;
 	UE_NONCOPYABLE(FSlateRenderer)
 

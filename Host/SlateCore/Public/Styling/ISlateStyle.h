@@ -22,8 +22,8 @@ public:
 	virtual const FName& GetStyleSetName() const = 0;
 	virtual FString GetContentRootDir() const = 0;
 
-	virtual const FSlateBrush* GetBrush(
-		const FName PropertyName, const ANSICHAR* Specifier = nullptr, const ISlateStyle* RequestingStyle = nullptr) const = 0;
+	virtual const FSlateBrush* GetBrush(const FName PropertyName, const ANSICHAR* Specifier = nullptr,
+		const ISlateStyle* RequestingStyle = nullptr) const = 0;
 	/** The same without a warning: DefaultBrush for a name that it does not have. */
 	virtual const FSlateBrush* GetOptionalBrush(const FName PropertyName, const ANSICHAR* Specifier = nullptr,
 		const FSlateBrush* const DefaultBrush = FStyleDefaults::GetNoBrush()) const = 0;
@@ -43,8 +43,8 @@ public:
 	const WidgetStyleType& GetWidgetStyle(const FName PropertyName, const ANSICHAR* Specifier = nullptr,
 		const WidgetStyleType* DefaultValue = nullptr) const
 	{
-		const FSlateWidgetStyle* Existing = GetWidgetStyleInternal(
-			WidgetStyleType::TypeName, Join(PropertyName, Specifier), DefaultValue == nullptr);
+		const FSlateWidgetStyle* Existing =
+			GetWidgetStyleInternal(WidgetStyleType::TypeName, Join(PropertyName, Specifier), DefaultValue == nullptr);
 		if (Existing != nullptr)
 		{
 			return *static_cast<const WidgetStyleType*>(Existing);

@@ -48,7 +48,8 @@ struct FSlateBrushOutlineSettings
 	float Width = 0.0f;
 };
 
-/** How a rectangle is filled: with an image, a colour, a box with corners, or not at all. Made by its derived classes. */
+/** How a rectangle is filled: with an image, a colour, a box with corners, or not at all. Made by its derived classes.
+ */
 struct FSlateBrush
 {
 	FSlateBrush() = default;

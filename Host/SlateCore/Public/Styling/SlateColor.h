@@ -7,9 +7,18 @@
 struct FSlateColor
 {
 	/** A loud pink, so that a colour which nobody set is seen. */
-	FSlateColor() : SpecifiedColor(1.0f, 0.0f, 1.0f) {}
-	FSlateColor(const FLinearColor& InColor) : SpecifiedColor(InColor) {}
-	FSlateColor(const FColor& InColor) : SpecifiedColor(InColor) {}
+	FSlateColor()
+		: SpecifiedColor(1.0f, 0.0f, 1.0f)
+	{
+	}
+	FSlateColor(const FLinearColor& InColor)
+		: SpecifiedColor(InColor)
+	{
+	}
+	FSlateColor(const FColor& InColor)
+		: SpecifiedColor(InColor)
+	{
+	}
 
 	static FSlateColor UseForeground() { return FSlateColor(ERule::Foreground); }
 	static FSlateColor UseSubduedForeground() { return FSlateColor(ERule::SubduedForeground); }
@@ -40,7 +49,11 @@ private:
 		Foreground,
 		SubduedForeground,
 	};
-	explicit FSlateColor(ERule InRule) : SpecifiedColor(1.0f, 0.0f, 1.0f), Rule(InRule) {}
+	explicit FSlateColor(ERule InRule)
+		: SpecifiedColor(1.0f, 0.0f, 1.0f)
+		, Rule(InRule)
+	{
+	}
 
 	FLinearColor SpecifiedColor;
 	ERule Rule = ERule::Specified;

@@ -8,7 +8,10 @@
 class FSlateStyleSet : public ISlateStyle
 {
 public:
-	explicit FSlateStyleSet(const FName& InStyleSetName) : StyleSetName(InStyleSetName) {}
+	explicit FSlateStyleSet(const FName& InStyleSetName)
+		: StyleSetName(InStyleSetName)
+	{
+	}
 	virtual ~FSlateStyleSet() override;
 	UE_NONCOPYABLE(FSlateStyleSet)
 
@@ -27,13 +30,10 @@ public:
 
 	/** Takes InBrush over, which was made with `new`. A brush already set under this name is replaced. */
 	template <typename BrushType>
-		requires std::is_base_of_v<FSlateBrush, BrushType>
-	void Set(const FName PropertyName, BrushType* InBrush)
-	{
-		SetBrush(PropertyName, InBrush);
-	}
+	requires std::is_base_of_v<FSlateBrush, BrushType>
+	void Set(const FName PropertyName, BrushType* InBrush) { SetBrush(PropertyName, InBrush); }
 	template <typename DefinitionType>
-		requires std::is_base_of_v<FSlateWidgetStyle, DefinitionType>
+	requires std::is_base_of_v<FSlateWidgetStyle, DefinitionType>
 	void Set(const FName PropertyName, const DefinitionType& InStyle)
 	{
 		WidgetStyles.Add(PropertyName, MakeShared<DefinitionType>(InStyle));

@@ -11,7 +11,10 @@
 /** The name under which a style set knows what kind of style it holds, and a setter for each member. */
 #define SLATE_STYLE_TYPE(StyleType)                                                                                    \
 	static const FName TypeName;                                                                                       \
-	virtual const FName GetTypeName() const override { return TypeName; }                                              \
+	virtual const FName GetTypeName() const override                                                                   \
+	{                                                                                                                  \
+		return TypeName;                                                                                               \
+	}                                                                                                                  \
 	static const StyleType& GetDefault();
 
 #define SLATE_STYLE_MEMBER(StyleType, MemberType, MemberName)                                                          \

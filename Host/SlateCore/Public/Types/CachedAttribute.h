@@ -31,10 +31,14 @@ public:
 	EInvalidateWidgetReason GetReason() const { return Reason; }
 
 protected:
-	explicit FCachedAttributeBase(EInvalidateWidgetReason InReason) : Reason(InReason) {}
+	explicit FCachedAttributeBase(EInvalidateWidgetReason InReason)
+		: Reason(InReason)
+	{
+	}
 	virtual ~FCachedAttributeBase();
 
-	/** Bound attributes are known to their widget, which asks them each frame. Owner may be null: not yet in a widget. */
+	/** Bound attributes are known to their widget, which asks them each frame. Owner may be null: not yet in a widget.
+	 */
 	void SetRegistered(SWidget* NewOwner, bool bIsBound);
 	static void NotifyChanged(SWidget* Owner, EInvalidateWidgetReason Reason);
 
@@ -48,7 +52,8 @@ class TCachedAttribute final : public FCachedAttributeBase
 {
 public:
 	explicit TCachedAttribute(EInvalidateWidgetReason InReason, ValueType InDefault = ValueType{})
-		: FCachedAttributeBase(InReason), Value(MoveTemp(InDefault))
+		: FCachedAttributeBase(InReason)
+		, Value(MoveTemp(InDefault))
 	{
 	}
 	virtual ~TCachedAttribute() override = default;

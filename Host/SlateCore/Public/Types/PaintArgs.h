@@ -8,7 +8,9 @@ class FPaintArgs
 public:
 	/** @param InNextTimerTime  takes the earliest time at which a timer of a painted widget is due; not null */
 	FPaintArgs(double InCurrentTime, float InDeltaTime, double* InNextTimerTime)
-		: CurrentTime(InCurrentTime), DeltaTime(InDeltaTime), NextTimerTime(InNextTimerTime)
+		: CurrentTime(InCurrentTime)
+		, DeltaTime(InDeltaTime)
+		, NextTimerTime(InNextTimerTime)
 	{
 	}
 

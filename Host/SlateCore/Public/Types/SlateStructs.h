@@ -6,7 +6,10 @@
 struct FOptionalSize
 {
 	FOptionalSize() = default;
-	FOptionalSize(const float SpecifiedSize) : Size(SpecifiedSize) {}
+	FOptionalSize(const float SpecifiedSize)
+		: Size(SpecifiedSize)
+	{
+	}
 
 	bool IsSet() const { return Size.IsSet(); }
 	float Get() const { return Size.GetValue(); }

@@ -16,7 +16,8 @@ struct FDeprecateVector2DResult
 
 	FDeprecateVector2DResult() = default;
 	explicit FDeprecateVector2DResult(const FVector2D& Vector)
-		: X(static_cast<float>(Vector.X)), Y(static_cast<float>(Vector.Y))
+		: X(static_cast<float>(Vector.X))
+		, Y(static_cast<float>(Vector.Y))
 	{
 	}
 
@@ -31,9 +32,21 @@ struct FDeprecateVector2DParameter
 	double Y = 0.0;
 
 	FDeprecateVector2DParameter() = default;
-	FDeprecateVector2DParameter(const FVector2D& Vector) : X(Vector.X), Y(Vector.Y) {}
-	FDeprecateVector2DParameter(const FVector2f& Vector) : X(Vector.X), Y(Vector.Y) {}
-	FDeprecateVector2DParameter(const FDeprecateVector2DResult& Vector) : X(Vector.X), Y(Vector.Y) {}
+	FDeprecateVector2DParameter(const FVector2D& Vector)
+		: X(Vector.X)
+		, Y(Vector.Y)
+	{
+	}
+	FDeprecateVector2DParameter(const FVector2f& Vector)
+		: X(Vector.X)
+		, Y(Vector.Y)
+	{
+	}
+	FDeprecateVector2DParameter(const FDeprecateVector2DResult& Vector)
+		: X(Vector.X)
+		, Y(Vector.Y)
+	{
+	}
 
 	operator FVector2D() const { return FVector2D(X, Y); }
 };

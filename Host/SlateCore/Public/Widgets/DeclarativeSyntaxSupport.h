@@ -13,8 +13,8 @@
 /**
  * The declarative syntax: SNew(SButton).Text(...)[ ... ].
  *
- * Further arguments of the macros go to Construct after its FArguments. In SAssignNew the variable is assigned after the
- * whole right side was evaluated, so children written inside the brackets exist before it is.
+ * Further arguments of the macros go to Construct after its FArguments. In SAssignNew the variable is assigned after
+ * the whole right side was evaluated, so children written inside the brackets exist before it is.
  */
 #define SNew(WidgetType, ...)                                                                                          \
 	MakeTDecl<WidgetType>(TEXT(#WidgetType), std::make_tuple(__VA_ARGS__)) <<= WidgetType::FArguments()
@@ -52,23 +52,24 @@ struct TSlateSignature<DelegateTemplate<ReturnType(ParamTypes...), Rest...>>
 	}                                                                                                                  \
 	template <typename... VarTypes>                                                                                    \
 	WidgetArgsType& AttrName##_Static(                                                                                 \
-		std::type_identity_t<                                                                                          \
-			typename TSlateSignature<TDelegate<AttrType()>>::template TFunctionPtr<VarTypes...>> InFunc,               \
+		std::type_identity_t<typename TSlateSignature<TDelegate<AttrType()>>::template TFunctionPtr<VarTypes...>>      \
+			InFunc,                                                                                                    \
 		VarTypes... Vars)                                                                                              \
 	{                                                                                                                  \
 		return AttrName(TAttribute<AttrType>::Create(TAttribute<AttrType>::FGetter::CreateStatic(InFunc, Vars...)));   \
 	}                                                                                                                  \
 	template <typename LambdaType>                                                                                     \
-		requires(TSlateSignature<TDelegate<AttrType()>>::template IsCallable<std::decay_t<LambdaType>>)                \
-	WidgetArgsType& AttrName##_Lambda(LambdaType&& InLambda)                                                           \
+	requires(TSlateSignature<TDelegate<AttrType()>>::template IsCallable<std::decay_t<LambdaType>>)                    \
+		WidgetArgsType& AttrName##_Lambda(LambdaType&& InLambda)                                                       \
 	{                                                                                                                  \
 		return AttrName(                                                                                               \
 			TAttribute<AttrType>::Create(TAttribute<AttrType>::FGetter::CreateLambda(Forward<LambdaType>(InLambda)))); \
 	}                                                                                                                  \
 	template <typename UserClass, typename... VarTypes>                                                                \
 	WidgetArgsType& AttrName##_Raw(UserClass* InUserObject,                                                            \
-		std::type_identity_t<typename TSlateSignature<TDelegate<AttrType()>>::template TConstMethodPtr<UserClass,      \
-			VarTypes...>> InFunc,                                                                                      \
+		std::type_identity_t<                                                                                          \
+			typename TSlateSignature<TDelegate<AttrType()>>::template TConstMethodPtr<UserClass, VarTypes...>>         \
+			InFunc,                                                                                                    \
 		VarTypes... Vars)                                                                                              \
 	{                                                                                                                  \
 		return AttrName(                                                                                               \
@@ -76,17 +77,19 @@ struct TSlateSignature<DelegateTemplate<ReturnType(ParamTypes...), Rest...>>
 	}                                                                                                                  \
 	template <typename UserClass, typename... VarTypes>                                                                \
 	WidgetArgsType& AttrName##_UObject(UserClass* InUserObject,                                                        \
-		std::type_identity_t<typename TSlateSignature<TDelegate<AttrType()>>::template TConstMethodPtr<UserClass,      \
-			VarTypes...>> InFunc,                                                                                      \
+		std::type_identity_t<                                                                                          \
+			typename TSlateSignature<TDelegate<AttrType()>>::template TConstMethodPtr<UserClass, VarTypes...>>         \
+			InFunc,                                                                                                    \
 		VarTypes... Vars)                                                                                              \
 	{                                                                                                                  \
-		return AttrName(                                                                                               \
-			TAttribute<AttrType>::Create(TAttribute<AttrType>::FGetter::CreateUObject(InUserObject, InFunc, Vars...)));\
+		return AttrName(TAttribute<AttrType>::Create(                                                                  \
+			TAttribute<AttrType>::FGetter::CreateUObject(InUserObject, InFunc, Vars...)));                             \
 	}                                                                                                                  \
 	template <typename UserClass, typename... VarTypes>                                                                \
 	WidgetArgsType& AttrName(TSharedRef<UserClass> InUserObject,                                                       \
-		std::type_identity_t<typename TSlateSignature<TDelegate<AttrType()>>::template TConstMethodPtr<UserClass,      \
-			VarTypes...>> InFunc,                                                                                      \
+		std::type_identity_t<                                                                                          \
+			typename TSlateSignature<TDelegate<AttrType()>>::template TConstMethodPtr<UserClass, VarTypes...>>         \
+			InFunc,                                                                                                    \
 		VarTypes... Vars)                                                                                              \
 	{                                                                                                                  \
 		return AttrName(                                                                                               \
@@ -94,8 +97,9 @@ struct TSlateSignature<DelegateTemplate<ReturnType(ParamTypes...), Rest...>>
 	}                                                                                                                  \
 	template <typename UserClass, typename... VarTypes>                                                                \
 	WidgetArgsType& AttrName(UserClass* InUserObject,                                                                  \
-		std::type_identity_t<typename TSlateSignature<TDelegate<AttrType()>>::template TConstMethodPtr<UserClass,      \
-			VarTypes...>> InFunc,                                                                                      \
+		std::type_identity_t<                                                                                          \
+			typename TSlateSignature<TDelegate<AttrType()>>::template TConstMethodPtr<UserClass, VarTypes...>>         \
+			InFunc,                                                                                                    \
 		VarTypes... Vars)                                                                                              \
 	{                                                                                                                  \
 		return AttrName(                                                                                               \
@@ -105,8 +109,8 @@ struct TSlateSignature<DelegateTemplate<ReturnType(ParamTypes...), Rest...>>
 #define SLATE_PRIVATE_EVENT_METHOD(DelegateName, EventName, FormName, CreateName, ObjectType, MethodKind)              \
 	template <typename UserClass, typename... VarTypes>                                                                \
 	WidgetArgsType& FormName(ObjectType InUserObject,                                                                  \
-		std::type_identity_t<                                                                                          \
-			typename TSlateSignature<DelegateName>::template MethodKind<UserClass, VarTypes...>> InFunc,               \
+		std::type_identity_t<typename TSlateSignature<DelegateName>::template MethodKind<UserClass, VarTypes...>>      \
+			InFunc,                                                                                                    \
 		VarTypes... Vars)                                                                                              \
 	{                                                                                                                  \
 		_##EventName = DelegateName::CreateName(InUserObject, InFunc, Vars...);                                        \
@@ -169,8 +173,8 @@ public:                                                                         
 		return static_cast<WidgetArgsType&>(*this);                                                                    \
 	}                                                                                                                  \
 	template <typename LambdaType, typename... VarTypes>                                                               \
-		requires(TSlateSignature<DelegateName>::template IsCallable<std::decay_t<LambdaType>, VarTypes...>)            \
-	WidgetArgsType& EventName##_Lambda(LambdaType&& InLambda, VarTypes... Vars)                                        \
+	requires(TSlateSignature<DelegateName>::template IsCallable<std::decay_t<LambdaType>, VarTypes...>)                \
+		WidgetArgsType& EventName##_Lambda(LambdaType&& InLambda, VarTypes... Vars)                                    \
 	{                                                                                                                  \
 		_##EventName = DelegateName::CreateLambda(Forward<LambdaType>(InLambda), Vars...);                             \
 		return static_cast<WidgetArgsType&>(*this);                                                                    \
@@ -188,7 +192,10 @@ public:                                                                         
 /** A widget that is never null: SNullWidget until another one is given. */
 struct TAlwaysValidWidget
 {
-	TAlwaysValidWidget() : Widget(SNullWidget::NullWidget) {}
+	TAlwaysValidWidget()
+		: Widget(SNullWidget::NullWidget)
+	{
+	}
 
 	TSharedRef<SWidget> Widget;
 };
@@ -197,7 +204,11 @@ struct TAlwaysValidWidget
 template <typename DeclarationType>
 struct NamedSlotProperty
 {
-	NamedSlotProperty(DeclarationType& InOwner, TAlwaysValidWidget& InContent) : Owner(InOwner), Content(InContent) {}
+	NamedSlotProperty(DeclarationType& InOwner, TAlwaysValidWidget& InContent)
+		: Owner(InOwner)
+		, Content(InContent)
+	{
+	}
 
 	DeclarationType& operator[](const TSharedRef<SWidget>& InChild)
 	{
@@ -278,7 +289,8 @@ template <typename WidgetType, typename RequiredArgsType>
 struct TSlateDecl
 {
 	TSlateDecl(const TCHAR* InType, RequiredArgsType&& InRequiredArgs)
-		: Widget(TWidgetAllocator<WidgetType>::Allocate()), RequiredArgs(std::move(InRequiredArgs))
+		: Widget(TWidgetAllocator<WidgetType>::Allocate())
+		, RequiredArgs(std::move(InRequiredArgs))
 	{
 		Widget->TypeOfWidget = FName(InType);
 	}

@@ -165,9 +165,9 @@ class SVerticalBoxSlot : public TBoxPanelSlot<SVerticalBoxSlot>
 {
 public:
 	SLATE_SLOT_BEGIN_ARGS(SVerticalBoxSlot, TBoxPanelSlot<SVerticalBoxSlot>)
-		FSlotArguments& AutoHeight() { return MakeAuto(); }
-		FSlotArguments& FillHeight(TAttribute<float> InStretchCoefficient) { return MakeStretch(InStretchCoefficient); }
-		FSlotArguments& MaxHeight(TAttribute<float> InMaxHeight) { return SetMax(InMaxHeight); }
+	FSlotArguments& AutoHeight() { return MakeAuto(); }
+	FSlotArguments& FillHeight(TAttribute<float> InStretchCoefficient) { return MakeStretch(InStretchCoefficient); }
+	FSlotArguments& MaxHeight(TAttribute<float> InMaxHeight) { return SetMax(InMaxHeight); }
 	SLATE_SLOT_END_ARGS()
 
 	void SetAutoHeight() { MakeAuto(); }
@@ -179,9 +179,9 @@ class SHorizontalBoxSlot : public TBoxPanelSlot<SHorizontalBoxSlot>
 {
 public:
 	SLATE_SLOT_BEGIN_ARGS(SHorizontalBoxSlot, TBoxPanelSlot<SHorizontalBoxSlot>)
-		FSlotArguments& AutoWidth() { return MakeAuto(); }
-		FSlotArguments& FillWidth(TAttribute<float> InStretchCoefficient) { return MakeStretch(InStretchCoefficient); }
-		FSlotArguments& MaxWidth(TAttribute<float> InMaxWidth) { return SetMax(InMaxWidth); }
+	FSlotArguments& AutoWidth() { return MakeAuto(); }
+	FSlotArguments& FillWidth(TAttribute<float> InStretchCoefficient) { return MakeStretch(InStretchCoefficient); }
+	FSlotArguments& MaxWidth(TAttribute<float> InMaxWidth) { return SetMax(InMaxWidth); }
 	SLATE_SLOT_END_ARGS()
 
 	void SetAutoWidth() { MakeAuto(); }
@@ -193,7 +193,7 @@ class SVerticalBox : public SVerticalBoxBase
 {
 public:
 	SLATE_BEGIN_ARGS(SVerticalBox) { _Visibility = EVisibility::SelfHitTestInvisible; }
-		SLATE_SLOT_ARGUMENT(SVerticalBox::FSlot, Slots)
+	SLATE_SLOT_ARGUMENT(SVerticalBox::FSlot, Slots)
 	SLATE_END_ARGS()
 
 	void Construct(const FArguments& InArgs);
@@ -203,7 +203,7 @@ class SHorizontalBox : public SHorizontalBoxBase
 {
 public:
 	SLATE_BEGIN_ARGS(SHorizontalBox) { _Visibility = EVisibility::SelfHitTestInvisible; }
-		SLATE_SLOT_ARGUMENT(SHorizontalBox::FSlot, Slots)
+	SLATE_SLOT_ARGUMENT(SHorizontalBox::FSlot, Slots)
 	SLATE_END_ARGS()
 
 	void Construct(const FArguments& InArgs);

@@ -13,7 +13,8 @@ public:
 protected:
 	SLeafWidget();
 
-	virtual void OnArrangeChildren(const FGeometry& AllottedGeometry, FArrangedChildren& ArrangedChildren) const override
+	virtual void OnArrangeChildren(
+		const FGeometry& AllottedGeometry, FArrangedChildren& ArrangedChildren) const override
 	{
 	}
 	virtual int32 OnPaint(const FPaintArgs& Args, const FGeometry& AllottedGeometry, const FSlateRect& MyCullingRect,

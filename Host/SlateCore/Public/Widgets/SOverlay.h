@@ -15,7 +15,7 @@ public:
 	using FScopedWidgetSlotArguments = TScopedWidgetSlotArguments<FOverlaySlot>;
 
 	SLATE_BEGIN_ARGS(SOverlay) { _Visibility = EVisibility::SelfHitTestInvisible; }
-		SLATE_SLOT_ARGUMENT(SOverlay::FOverlaySlot, Slots)
+	SLATE_SLOT_ARGUMENT(SOverlay::FOverlaySlot, Slots)
 	SLATE_END_ARGS()
 
 	static FOverlaySlot::FSlotArguments Slot() { return FOverlaySlot::FSlotArguments(MakeUnique<FOverlaySlot>()); }

@@ -31,8 +31,8 @@ DECLARE_DELEGATE_RetVal_TwoParams(FReply, FPointerEventHandler, const FGeometry&
  * A piece of user interface: a node of the widget tree.
  *
  * A frame goes over the tree three times. Bound attributes are asked for their values, desired sizes are computed from
- * the leaves up (only where something has changed), and the shown widgets are painted from the root down. Painting gives
- * a widget its place and runs its active timers and its Tick, so a widget that is not shown does neither.
+ * the leaves up (only where something has changed), and the shown widgets are painted from the root down. Painting
+ * gives a widget its place and runs its active timers and its Tick, so a widget that is not shown does neither.
  */
 class SWidget : public FSlateControlledConstruction, public TSharedFromThis<SWidget>
 {
@@ -49,7 +49,8 @@ public:
 	virtual FReply OnKeyChar(const FGeometry& MyGeometry, const FCharacterEvent& InCharacterEvent);
 	/** From the window down to the focused widget, before OnKeyDown; handled here means that nobody gets OnKeyDown. */
 	virtual FReply OnPreviewKeyDown(const FGeometry& MyGeometry, const FKeyEvent& InKeyEvent);
-	/** Takes the keys that move the focus if the widget can have it, so an override ends with the parent's OnKeyDown. */
+	/** Takes the keys that move the focus if the widget can have it, so an override ends with the parent's OnKeyDown.
+	 */
 	virtual FReply OnKeyDown(const FGeometry& MyGeometry, const FKeyEvent& InKeyEvent);
 	virtual FReply OnKeyUp(const FGeometry& MyGeometry, const FKeyEvent& InKeyEvent);
 	virtual FReply OnMouseButtonDown(const FGeometry& MyGeometry, const FPointerEvent& MouseEvent);

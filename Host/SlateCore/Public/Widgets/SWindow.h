@@ -15,11 +15,14 @@ DECLARE_DELEGATE_OneParam(FRequestDestroyWindowOverride, const TSharedRef<SWindo
 class SWindow : public SCompoundWidget
 {
 public:
-	SLATE_BEGIN_ARGS(SWindow) : _ClientSize(FVector2D(1280.0, 720.0)) {}
-		SLATE_ATTRIBUTE(FText, Title)
-		SLATE_ARGUMENT(FVector2D, ScreenPosition)
-		SLATE_ARGUMENT(FVector2D, ClientSize)
-		SLATE_DEFAULT_SLOT(FArguments, Content)
+	SLATE_BEGIN_ARGS(SWindow)
+		: _ClientSize(FVector2D(1280.0, 720.0))
+	{
+	}
+	SLATE_ATTRIBUTE(FText, Title)
+	SLATE_ARGUMENT(FVector2D, ScreenPosition)
+	SLATE_ARGUMENT(FVector2D, ClientSize)
+	SLATE_DEFAULT_SLOT(FArguments, Content)
 	SLATE_END_ARGS()
 
 	void Construct(const FArguments& InArgs);

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "CoreMinimal.h"
 #include "Application/SlateApplicationBase.h"
+#include "CoreMinimal.h"
 #include "GenericPlatform/GenericApplication.h"
 #include "Input/Events.h"
 #include "Input/Reply.h"

@@ -66,8 +66,8 @@ public:
 	virtual void RegisterCommands() = 0;
 
 protected:
-	TCommands(const FName InContextName, const FText& InContextDesc, const FName InContextParent,
-		const FName InStyleSetName)
+	TCommands(
+		const FName InContextName, const FText& InContextDesc, const FName InContextParent, const FName InStyleSetName)
 		: FBindingContext(InContextName, InContextDesc, InContextParent, InStyleSetName)
 	{
 	}

@@ -17,7 +17,8 @@ public:
 	void RemoveContextByName(const FName& InContextName);
 	TSharedPtr<FUICommandInfo> FindCommandInContext(const FName InBindingContext, const FName CommandName) const;
 	/** Called for each new command; asserts that its name is new in its context. */
-	void CreateInputCommand(const TSharedRef<FBindingContext>& InBindingContext, TSharedRef<FUICommandInfo> InCommandInfo);
+	void CreateInputCommand(
+		const TSharedRef<FBindingContext>& InBindingContext, TSharedRef<FUICommandInfo> InCommandInfo);
 
 	/** The lists in which a context's commands are mapped. */
 	void RegisterCommandList(const FName InBindingContext, const TSharedRef<FUICommandList>& CommandList);

@@ -14,17 +14,27 @@ struct FInputChord
 	bool bCmd = false;
 
 	FInputChord() = default;
-	FInputChord(const FKey InKey) : Key(InKey) {}
+	FInputChord(const FKey InKey)
+		: Key(InKey)
+	{
+	}
 	FInputChord(const FKey InKey, const bool bInShift, const bool bInCtrl, const bool bInAlt, const bool bInCmd)
-		: Key(InKey), bShift(bInShift), bCtrl(bInCtrl), bAlt(bInAlt), bCmd(bInCmd)
+		: Key(InKey)
+		, bShift(bInShift)
+		, bCtrl(bInCtrl)
+		, bAlt(bInAlt)
+		, bCmd(bInCmd)
 	{
 	}
 	FInputChord(const FKey InKey, const EModifierKey::Type InModifierKeys)
 		: FInputChord(InKey, (InModifierKeys & EModifierKey::Shift) != 0, (InModifierKeys & EModifierKey::Control) != 0,
-			(InModifierKeys & EModifierKey::Alt) != 0, (InModifierKeys & EModifierKey::Command) != 0)
+			  (InModifierKeys & EModifierKey::Alt) != 0, (InModifierKeys & EModifierKey::Command) != 0)
 	{
 	}
-	FInputChord(const EModifierKey::Type InModifierKeys, const FKey InKey) : FInputChord(InKey, InModifierKeys) {}
+	FInputChord(const EModifierKey::Type InModifierKeys, const FKey InKey)
+		: FInputChord(InKey, InModifierKeys)
+	{
+	}
 
 	bool IsValidChord() const { return Key.IsValid() && !Key.IsModifierKey(); }
 	/** "Ctrl+Shift+S"; empty for an empty chord. */

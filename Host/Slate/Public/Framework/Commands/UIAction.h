@@ -16,12 +16,11 @@ enum class EUIActionRepeatMode : uint8
 };
 
 DECLARE_DELEGATE(FExecuteAction)
-DECLARE_DELEGATE_RetVal(bool, FCanExecuteAction)
-DECLARE_DELEGATE_RetVal(ECheckBoxState, FGetActionCheckState)
-DECLARE_DELEGATE_RetVal(bool, FIsActionButtonVisible)
+DECLARE_DELEGATE_RetVal(bool, FCanExecuteAction) DECLARE_DELEGATE_RetVal(ECheckBoxState, FGetActionCheckState)
+	DECLARE_DELEGATE_RetVal(bool, FIsActionButtonVisible)
 
-/** What a command or a menu entry does, and whether it can be done now. */
-struct FUIAction
+	/** What a command or a menu entry does, and whether it can be done now. */
+	struct FUIAction
 {
 	FUIAction() = default;
 	FUIAction(FExecuteAction InitExecuteAction, FCanExecuteAction InitCanExecuteAction = FCanExecuteAction(),
@@ -41,10 +40,7 @@ struct FUIAction
 	bool IsVisible() const { return !IsActionVisibleDelegate.IsBound() || IsActionVisibleDelegate.Execute(); }
 	bool IsBound() const { return ExecuteAction.IsBound(); }
 	/** False if there is nothing to do, or if it cannot be done now. */
-	bool Execute() const
-	{
-		return CanExecute() && ExecuteAction.ExecuteIfBound();
-	}
+	bool Execute() const { return CanExecute() && ExecuteAction.ExecuteIfBound(); }
 
 	FExecuteAction ExecuteAction;
 	FCanExecuteAction CanExecuteAction;

@@ -31,8 +31,8 @@ class FBindingContext : public TSharedFromThis<FBindingContext>
 {
 public:
 	/** @param InContextParent  NAME_None for none */
-	FBindingContext(const FName InContextName, const FText& InContextDesc, const FName InContextParent,
-		const FName InStyleSetName);
+	FBindingContext(
+		const FName InContextName, const FText& InContextDesc, const FName InContextParent, const FName InStyleSetName);
 	virtual ~FBindingContext() = default;
 
 	FName GetContextName() const { return ContextName; }

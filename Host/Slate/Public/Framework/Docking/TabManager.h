@@ -14,7 +14,10 @@ class SWindow;
 struct FTabId
 {
 	FTabId() = default;
-	FTabId(const FName InTabType) : TabType(InTabType) {}
+	FTabId(const FName InTabType)
+		: TabType(InTabType)
+	{
+	}
 
 	FName TabType;
 
@@ -29,7 +32,8 @@ class FSpawnTabArgs
 {
 public:
 	FSpawnTabArgs(const TSharedPtr<SWindow>& InOwnerWindow, const FTabId& InTabBeingSpawnedId)
-		: TabId(InTabBeingSpawnedId), OwnerWindow(InOwnerWindow)
+		: TabId(InTabBeingSpawnedId)
+		, OwnerWindow(InOwnerWindow)
 	{
 	}
 
@@ -57,7 +61,9 @@ enum Type : int
 struct FTabSpawnerEntry : public FWorkspaceItem
 {
 	FTabSpawnerEntry(const FName& InTabType, const FOnSpawnTab& InSpawnTabMethod, const FCanSpawnTab& InCanSpawnTab)
-		: TabType(InTabType), OnSpawnTab(InSpawnTabMethod), CanSpawnTab(InCanSpawnTab)
+		: TabType(InTabType)
+		, OnSpawnTab(InSpawnTabMethod)
+		, CanSpawnTab(InCanSpawnTab)
 	{
 	}
 
@@ -134,8 +140,8 @@ public:
 	static const TSharedRef<FGlobalTabmanager>& Get();
 
 	/** Asserts that nothing is registered for the id. The entry is good until it is unregistered. */
-	FTabSpawnerEntry& RegisterNomadTabSpawner(const FName TabId, const FOnSpawnTab& OnSpawnTab,
-		const FCanSpawnTab& CanSpawnTab = FCanSpawnTab());
+	FTabSpawnerEntry& RegisterNomadTabSpawner(
+		const FName TabId, const FOnSpawnTab& OnSpawnTab, const FCanSpawnTab& CanSpawnTab = FCanSpawnTab());
 	/** Leaves an open tab alone; no effect for an unknown id. */
 	void UnregisterNomadTabSpawner(const FName TabId) { RemoveSpawner(TabId); }
 };

@@ -18,7 +18,11 @@ class FTextLocation
 public:
 	FTextLocation() = default;
 	/** @param InLineIndex  from 0  @param InOffset  how many UTF-16 units of the line lie before the place */
-	FTextLocation(const int32 InLineIndex, const int32 InOffset = 0) : LineIndex(InLineIndex), Offset(InOffset) {}
+	FTextLocation(const int32 InLineIndex, const int32 InOffset = 0)
+		: LineIndex(InLineIndex)
+		, Offset(InOffset)
+	{
+	}
 
 	int32 GetLineIndex() const { return LineIndex; }
 	int32 GetOffset() const { return Offset; }

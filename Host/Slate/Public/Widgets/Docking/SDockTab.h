@@ -32,15 +32,20 @@ public:
 	DECLARE_DELEGATE_OneParam(FOnTabClosedCallback, TSharedRef<SDockTab>);
 	DECLARE_DELEGATE_RetVal(bool, FCanCloseTab);
 
-	SLATE_BEGIN_ARGS(SDockTab) : _ContentPadding(FMargin(2.0f)), _TabRole(ETabRole::PanelTab), _CanEverClose(true) {}
-		SLATE_DEFAULT_SLOT(FArguments, Content)
-		SLATE_ATTRIBUTE(FMargin, ContentPadding)
-		SLATE_ARGUMENT(ETabRole, TabRole)
-		/** By default the spawner's display name. */
-		SLATE_ATTRIBUTE(FText, Label)
-		SLATE_EVENT(FOnTabClosedCallback, OnTabClosed)
-		SLATE_EVENT(FCanCloseTab, OnCanCloseTab)
-		SLATE_ARGUMENT(bool, CanEverClose)
+	SLATE_BEGIN_ARGS(SDockTab)
+		: _ContentPadding(FMargin(2.0f))
+		, _TabRole(ETabRole::PanelTab)
+		, _CanEverClose(true)
+	{
+	}
+	SLATE_DEFAULT_SLOT(FArguments, Content)
+	SLATE_ATTRIBUTE(FMargin, ContentPadding)
+	SLATE_ARGUMENT(ETabRole, TabRole)
+	/** By default the spawner's display name. */
+	SLATE_ATTRIBUTE(FText, Label)
+	SLATE_EVENT(FOnTabClosedCallback, OnTabClosed)
+	SLATE_EVENT(FCanCloseTab, OnCanCloseTab)
+	SLATE_ARGUMENT(bool, CanEverClose)
 	SLATE_END_ARGS()
 
 	void Construct(const FArguments& InArgs);

@@ -22,22 +22,22 @@ public:
 		, _IsFocusable(true)
 	{
 	}
-		SLATE_DEFAULT_SLOT(FArguments, Content)
-		/** Kept by address. */
-		SLATE_STYLE_ARGUMENT(FButtonStyle, ButtonStyle)
-		SLATE_STYLE_ARGUMENT(FTextBlockStyle, TextStyle)
-		SLATE_ARGUMENT(EHorizontalAlignment, HAlign)
-		SLATE_ARGUMENT(EVerticalAlignment, VAlign)
-		SLATE_ATTRIBUTE(FMargin, ContentPadding)
-		/** Shown if there is no content. */
-		SLATE_ATTRIBUTE(FText, Text)
-		SLATE_EVENT(FOnClicked, OnClicked)
-		SLATE_ARGUMENT(EButtonClickMethod::Type, ClickMethod)
-		SLATE_ARGUMENT(EButtonPressMethod::Type, PressMethod)
-		SLATE_ATTRIBUTE(FSlateColor, ButtonColorAndOpacity)
-		SLATE_ATTRIBUTE(FSlateColor, ForegroundColor)
-		/** False: a click leaves the keyboard focus where it is. */
-		SLATE_ARGUMENT(bool, IsFocusable)
+	SLATE_DEFAULT_SLOT(FArguments, Content)
+	/** Kept by address. */
+	SLATE_STYLE_ARGUMENT(FButtonStyle, ButtonStyle)
+	SLATE_STYLE_ARGUMENT(FTextBlockStyle, TextStyle)
+	SLATE_ARGUMENT(EHorizontalAlignment, HAlign)
+	SLATE_ARGUMENT(EVerticalAlignment, VAlign)
+	SLATE_ATTRIBUTE(FMargin, ContentPadding)
+	/** Shown if there is no content. */
+	SLATE_ATTRIBUTE(FText, Text)
+	SLATE_EVENT(FOnClicked, OnClicked)
+	SLATE_ARGUMENT(EButtonClickMethod::Type, ClickMethod)
+	SLATE_ARGUMENT(EButtonPressMethod::Type, PressMethod)
+	SLATE_ATTRIBUTE(FSlateColor, ButtonColorAndOpacity)
+	SLATE_ATTRIBUTE(FSlateColor, ForegroundColor)
+	/** False: a click leaves the keyboard focus where it is. */
+	SLATE_ARGUMENT(bool, IsFocusable)
 	SLATE_END_ARGS()
 
 	void Construct(const FArguments& InArgs);

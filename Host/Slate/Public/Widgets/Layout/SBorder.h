@@ -21,27 +21,27 @@ public:
 		, _ForegroundColor(FSlateColor::UseForeground())
 	{
 	}
-		SLATE_DEFAULT_SLOT(FArguments, Content)
-		SLATE_ARGUMENT(EHorizontalAlignment, HAlign)
-		SLATE_ARGUMENT(EVerticalAlignment, VAlign)
-		SLATE_ATTRIBUTE(FMargin, Padding)
-		FArguments& Padding(float Uniform) { return Padding(TAttribute<FMargin>(FMargin(Uniform))); }
-		FArguments& Padding(float Horizontal, float Vertical)
-		{
-			return Padding(TAttribute<FMargin>(FMargin(Horizontal, Vertical)));
-		}
-		FArguments& Padding(float Left, float Top, float Right, float Bottom)
-		{
-			return Padding(TAttribute<FMargin>(FMargin(Left, Top, Right, Bottom)));
-		}
-		SLATE_EVENT(FPointerEventHandler, OnMouseButtonDown)
-		SLATE_EVENT(FPointerEventHandler, OnMouseButtonUp)
-		SLATE_ATTRIBUTE(const FSlateBrush*, BorderImage)
-		/** Tints the brush. */
-		SLATE_ATTRIBUTE(FSlateColor, BorderBackgroundColor)
-		/** Tints the content. */
-		SLATE_ATTRIBUTE(FLinearColor, ColorAndOpacity)
-		SLATE_ATTRIBUTE(FSlateColor, ForegroundColor)
+	SLATE_DEFAULT_SLOT(FArguments, Content)
+	SLATE_ARGUMENT(EHorizontalAlignment, HAlign)
+	SLATE_ARGUMENT(EVerticalAlignment, VAlign)
+	SLATE_ATTRIBUTE(FMargin, Padding)
+	FArguments& Padding(float Uniform) { return Padding(TAttribute<FMargin>(FMargin(Uniform))); }
+	FArguments& Padding(float Horizontal, float Vertical)
+	{
+		return Padding(TAttribute<FMargin>(FMargin(Horizontal, Vertical)));
+	}
+	FArguments& Padding(float Left, float Top, float Right, float Bottom)
+	{
+		return Padding(TAttribute<FMargin>(FMargin(Left, Top, Right, Bottom)));
+	}
+	SLATE_EVENT(FPointerEventHandler, OnMouseButtonDown)
+	SLATE_EVENT(FPointerEventHandler, OnMouseButtonUp)
+	SLATE_ATTRIBUTE(const FSlateBrush*, BorderImage)
+	/** Tints the brush. */
+	SLATE_ATTRIBUTE(FSlateColor, BorderBackgroundColor)
+	/** Tints the content. */
+	SLATE_ATTRIBUTE(FLinearColor, ColorAndOpacity)
+	SLATE_ATTRIBUTE(FSlateColor, ForegroundColor)
 	SLATE_END_ARGS()
 
 	void Construct(const FArguments& InArgs);

@@ -10,20 +10,22 @@
 class SBox : public SPanel
 {
 public:
-	SLATE_BEGIN_ARGS(SBox) : _HAlign(HAlign_Fill), _VAlign(VAlign_Fill)
+	SLATE_BEGIN_ARGS(SBox)
+		: _HAlign(HAlign_Fill)
+		, _VAlign(VAlign_Fill)
 	{
 		_Visibility = EVisibility::SelfHitTestInvisible;
 	}
-		SLATE_ARGUMENT(EHorizontalAlignment, HAlign)
-		SLATE_ARGUMENT(EVerticalAlignment, VAlign)
-		SLATE_ATTRIBUTE(FMargin, Padding)
-		SLATE_ATTRIBUTE(FOptionalSize, WidthOverride)
-		SLATE_ATTRIBUTE(FOptionalSize, HeightOverride)
-		SLATE_ATTRIBUTE(FOptionalSize, MinDesiredWidth)
-		SLATE_ATTRIBUTE(FOptionalSize, MinDesiredHeight)
-		SLATE_ATTRIBUTE(FOptionalSize, MaxDesiredWidth)
-		SLATE_ATTRIBUTE(FOptionalSize, MaxDesiredHeight)
-		SLATE_DEFAULT_SLOT(FArguments, Content)
+	SLATE_ARGUMENT(EHorizontalAlignment, HAlign)
+	SLATE_ARGUMENT(EVerticalAlignment, VAlign)
+	SLATE_ATTRIBUTE(FMargin, Padding)
+	SLATE_ATTRIBUTE(FOptionalSize, WidthOverride)
+	SLATE_ATTRIBUTE(FOptionalSize, HeightOverride)
+	SLATE_ATTRIBUTE(FOptionalSize, MinDesiredWidth)
+	SLATE_ATTRIBUTE(FOptionalSize, MinDesiredHeight)
+	SLATE_ATTRIBUTE(FOptionalSize, MaxDesiredWidth)
+	SLATE_ATTRIBUTE(FOptionalSize, MaxDesiredHeight)
+	SLATE_DEFAULT_SLOT(FArguments, Content)
 	SLATE_END_ARGS()
 
 	void Construct(const FArguments& InArgs);

@@ -12,10 +12,14 @@ DECLARE_DELEGATE_OneParam(FOnUserScrolled, float);
 class SScrollBar : public SLeafWidget
 {
 public:
-	SLATE_BEGIN_ARGS(SScrollBar) : _Orientation(Orient_Vertical), _Style(nullptr) {}
-		SLATE_ARGUMENT(EOrientation, Orientation)
-		SLATE_STYLE_ARGUMENT(FScrollBarStyle, Style)
-		SLATE_EVENT(FOnUserScrolled, OnUserScrolled)
+	SLATE_BEGIN_ARGS(SScrollBar)
+		: _Orientation(Orient_Vertical)
+		, _Style(nullptr)
+	{
+	}
+	SLATE_ARGUMENT(EOrientation, Orientation)
+	SLATE_STYLE_ARGUMENT(FScrollBarStyle, Style)
+	SLATE_EVENT(FOnUserScrolled, OnUserScrolled)
 	SLATE_END_ARGS()
 
 	void Construct(const FArguments& InArgs);

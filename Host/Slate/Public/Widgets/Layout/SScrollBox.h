@@ -41,13 +41,13 @@ public:
 	{
 		_Clipping = EWidgetClipping::ClipToBounds;
 	}
-		SLATE_SLOT_ARGUMENT(SScrollBox::FSlot, Slots)
-		SLATE_STYLE_ARGUMENT(FScrollBarStyle, ScrollBarStyle)
-		SLATE_ARGUMENT(EOrientation, Orientation)
-		SLATE_ARGUMENT(bool, ScrollBarAlwaysVisible)
-		SLATE_ARGUMENT(EConsumeMouseWheel, ConsumeMouseWheel)
-		/** By the wheel or the scroll bar; not by the functions below nor by growing content. */
-		SLATE_EVENT(FOnUserScrolled, OnUserScrolled)
+	SLATE_SLOT_ARGUMENT(SScrollBox::FSlot, Slots)
+	SLATE_STYLE_ARGUMENT(FScrollBarStyle, ScrollBarStyle)
+	SLATE_ARGUMENT(EOrientation, Orientation)
+	SLATE_ARGUMENT(bool, ScrollBarAlwaysVisible)
+	SLATE_ARGUMENT(EConsumeMouseWheel, ConsumeMouseWheel)
+	/** By the wheel or the scroll bar; not by the functions below nor by growing content. */
+	SLATE_EVENT(FOnUserScrolled, OnUserScrolled)
 	SLATE_END_ARGS()
 
 	void Construct(const FArguments& InArgs);

@@ -9,7 +9,7 @@ class SSpacer : public SLeafWidget
 {
 public:
 	SLATE_BEGIN_ARGS(SSpacer) { _Visibility = EVisibility::SelfHitTestInvisible; }
-		SLATE_ATTRIBUTE(FVector2D, Size)
+	SLATE_ATTRIBUTE(FVector2D, Size)
 	SLATE_END_ARGS()
 
 	void Construct(const FArguments& InArgs) { SpacerSize.Assign(this, InArgs._Size); }

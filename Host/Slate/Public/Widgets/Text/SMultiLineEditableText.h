@@ -19,31 +19,32 @@ class SMultiLineEditableText : public SWidget
 {
 public:
 	SLATE_BEGIN_ARGS(SMultiLineEditableText)
-		: _TextStyle(nullptr), _ModiferKeyForNewLine(EModifierKey::None)
+		: _TextStyle(nullptr)
+		, _ModiferKeyForNewLine(EModifierKey::None)
 	{
 		_Clipping = EWidgetClipping::ClipToBounds;
 	}
-		SLATE_ATTRIBUTE(FText, Text)
-		/** Shown while there is no text; never part of it. */
-		SLATE_ATTRIBUTE(FText, HintText)
-		/** Copied. */
-		SLATE_STYLE_ARGUMENT(FTextBlockStyle, TextStyle)
-		/** Wins over the style's. */
-		SLATE_ATTRIBUTE(FSlateFontInfo, Font)
-		SLATE_ATTRIBUTE(FMargin, Margin)
-		SLATE_ATTRIBUTE(bool, IsReadOnly)
-		SLATE_ATTRIBUTE(bool, AutoWrapText)
-		/** A width in Slate units; 0: not there. */
-		SLATE_ATTRIBUTE(float, WrapTextAt)
-		SLATE_ATTRIBUTE(bool, SelectAllTextWhenFocused)
-		SLATE_ATTRIBUTE(bool, ClearTextSelectionOnFocusLoss)
-		SLATE_ATTRIBUTE(bool, ClearKeyboardFocusOnCommit)
-		SLATE_EVENT(FOnTextChanged, OnTextChanged)
-		SLATE_EVENT(FOnTextCommitted, OnTextCommitted)
-		SLATE_EVENT(FOnKeyDown, OnKeyDownHandler)
-		SLATE_EVENT(FOnKeyChar, OnKeyCharHandler)
-		/** What has to be held down for Enter to begin a new line; without it Enter then commits the text. */
-		SLATE_ARGUMENT(EModifierKey::Type, ModiferKeyForNewLine)
+	SLATE_ATTRIBUTE(FText, Text)
+	/** Shown while there is no text; never part of it. */
+	SLATE_ATTRIBUTE(FText, HintText)
+	/** Copied. */
+	SLATE_STYLE_ARGUMENT(FTextBlockStyle, TextStyle)
+	/** Wins over the style's. */
+	SLATE_ATTRIBUTE(FSlateFontInfo, Font)
+	SLATE_ATTRIBUTE(FMargin, Margin)
+	SLATE_ATTRIBUTE(bool, IsReadOnly)
+	SLATE_ATTRIBUTE(bool, AutoWrapText)
+	/** A width in Slate units; 0: not there. */
+	SLATE_ATTRIBUTE(float, WrapTextAt)
+	SLATE_ATTRIBUTE(bool, SelectAllTextWhenFocused)
+	SLATE_ATTRIBUTE(bool, ClearTextSelectionOnFocusLoss)
+	SLATE_ATTRIBUTE(bool, ClearKeyboardFocusOnCommit)
+	SLATE_EVENT(FOnTextChanged, OnTextChanged)
+	SLATE_EVENT(FOnTextCommitted, OnTextCommitted)
+	SLATE_EVENT(FOnKeyDown, OnKeyDownHandler)
+	SLATE_EVENT(FOnKeyChar, OnKeyCharHandler)
+	/** What has to be held down for Enter to begin a new line; without it Enter then commits the text. */
+	SLATE_ARGUMENT(EModifierKey::Type, ModiferKeyForNewLine)
 	SLATE_END_ARGS()
 
 	SMultiLineEditableText();
@@ -92,7 +93,8 @@ public:
 
 protected:
 	virtual FVector2D ComputeDesiredSize(float LayoutScaleMultiplier) const override;
-	virtual void OnArrangeChildren(const FGeometry& AllottedGeometry, FArrangedChildren& ArrangedChildren) const override
+	virtual void OnArrangeChildren(
+		const FGeometry& AllottedGeometry, FArrangedChildren& ArrangedChildren) const override
 	{
 	}
 	virtual int32 OnPaint(const FPaintArgs& Args, const FGeometry& AllottedGeometry, const FSlateRect& MyCullingRect,

@@ -11,17 +11,21 @@
 class STextBlock : public SLeafWidget
 {
 public:
-	SLATE_BEGIN_ARGS(STextBlock) : _TextStyle(nullptr) { _Visibility = EVisibility::SelfHitTestInvisible; }
-		SLATE_ATTRIBUTE(FText, Text)
-		SLATE_STYLE_ARGUMENT(FTextBlockStyle, TextStyle)
-		SLATE_ATTRIBUTE(FSlateFontInfo, Font)
-		SLATE_ATTRIBUTE(FSlateColor, ColorAndOpacity)
-		/** A width in Slate units; 0: not there. */
-		SLATE_ATTRIBUTE(float, WrapTextAt)
-		SLATE_ATTRIBUTE(bool, AutoWrapText)
-		SLATE_ATTRIBUTE(FMargin, Margin)
-		SLATE_ATTRIBUTE(ETextJustify::Type, Justification)
-		SLATE_ATTRIBUTE(float, MinDesiredWidth)
+	SLATE_BEGIN_ARGS(STextBlock)
+		: _TextStyle(nullptr)
+	{
+		_Visibility = EVisibility::SelfHitTestInvisible;
+	}
+	SLATE_ATTRIBUTE(FText, Text)
+	SLATE_STYLE_ARGUMENT(FTextBlockStyle, TextStyle)
+	SLATE_ATTRIBUTE(FSlateFontInfo, Font)
+	SLATE_ATTRIBUTE(FSlateColor, ColorAndOpacity)
+	/** A width in Slate units; 0: not there. */
+	SLATE_ATTRIBUTE(float, WrapTextAt)
+	SLATE_ATTRIBUTE(bool, AutoWrapText)
+	SLATE_ATTRIBUTE(FMargin, Margin)
+	SLATE_ATTRIBUTE(ETextJustify::Type, Justification)
+	SLATE_ATTRIBUTE(float, MinDesiredWidth)
 	SLATE_END_ARGS()
 
 	void Construct(const FArguments& InArgs);

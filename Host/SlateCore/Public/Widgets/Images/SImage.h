@@ -11,10 +11,10 @@ class SImage : public SLeafWidget
 {
 public:
 	SLATE_BEGIN_ARGS(SImage) {}
-		SLATE_ATTRIBUTE(const FSlateBrush*, Image)
-		SLATE_ATTRIBUTE(FSlateColor, ColorAndOpacity)
-		SLATE_ATTRIBUTE(TOptional<FVector2D>, DesiredSizeOverride)
-		SLATE_EVENT(FPointerEventHandler, OnMouseButtonDown)
+	SLATE_ATTRIBUTE(const FSlateBrush*, Image)
+	SLATE_ATTRIBUTE(FSlateColor, ColorAndOpacity)
+	SLATE_ATTRIBUTE(TOptional<FVector2D>, DesiredSizeOverride)
+	SLATE_EVENT(FPointerEventHandler, OnMouseButtonDown)
 	SLATE_END_ARGS()
 
 	void Construct(const FArguments& InArgs);
