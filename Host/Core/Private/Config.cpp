@@ -2,6 +2,7 @@
 
 #include "CoreGlobals.h"
 #include "HAL/FileManager.h"
+#include "Misc/CommandLine.h"
 #include "Misc/FileHelper.h"
 #include "Misc/Guid.h"
 #include "Misc/Paths.h"
@@ -331,6 +332,10 @@ bool FConfigCacheIni::LoadGlobalIniFile(FString& OutFinalIniFilename, const TCHA
 	Entry->Base.Combine(FPaths::ProjectConfigDir() / (FString(TEXT("Default")) + BaseIniName + TEXT(".ini")));
 	Entry->Current = Entry->Base;
 	Entry->Current.Combine(OutFinalIniFilename);
+	// Part of the base, too: what the command line says is not written to the user's file.
+	const FString Overrides = Config::CommandLineOverrides(BaseIniName);
+	Entry->Base.CombineFromBuffer(Overrides);
+	Entry->Current.CombineFromBuffer(Overrides);
 	GConfig->Files.Add(OutFinalIniFilename, Entry);
 	return true;
 }
