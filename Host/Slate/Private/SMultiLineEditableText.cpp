@@ -326,21 +326,21 @@ int32 SMultiLineEditableText::PaintText(const FGeometry& AllottedGeometry, const
 	FSlateWindowElementList& OutDrawElements, int32 LayerId, const FLinearColor& Tint) const
 {
 	const FWrappedText& Shown = GetLayout();
-	const TArray<FWrappedText::FLine>& ShownLines = Shown.GetLines();
-	const FVector2D Allotted = AllottedGeometry.GetLocalSize();
 	const float Top = Margin.Get().Top - ScrollOffset;
-	for (int32 Index = 0; Index < ShownLines.Num(); ++Index)
+	const float ViewTop = AllottedGeometry.AbsoluteToLocal(MyCullingRect.GetTopLeft()).Y - Top;
+	const float ViewEnd = ViewTop + static_cast<float>(MyCullingRect.GetSize().Y) / AllottedGeometry.GetScale();
+	int32 First = 0;
+	int32 Count = 0;
+	Shown.FindLinesBetween(ViewTop, ViewEnd, First, Count);
+	for (int32 Index = First; Index < First + Count; ++Index)
 	{
-		const FWrappedText::FLine& Line = ShownLines[Index];
+		const FWrappedText::FLine& Line = Shown.GetLines()[Index];
 		const float Y = Top + static_cast<float>(Index) * Shown.GetLineHeight();
 		const FGeometry LineGeometry = AllottedGeometry.MakeChild(
-			FVector2D(Allotted.X, Shown.GetLineHeight()), FSlateLayoutTransform(FVector2D(Margin.Get().Left, Y)));
-		if (FSlateRect::DoRectanglesIntersect(MyCullingRect, LineGeometry.GetLayoutBoundingRect()))
-		{
-			PaintSelection(Line, Y, AllottedGeometry, MyCullingRect, OutDrawElements, LayerId, Tint);
-			FSlateDrawElement::MakeText(OutDrawElements, LayerId + 1, LineGeometry, MyCullingRect,
-				Lines[Line.ParagraphIndex].Mid(Line.Begin, Line.Length), GetFont(), Tint);
-		}
+			FVector2D(Line.Width, Shown.GetLineHeight()), FSlateLayoutTransform(FVector2D(Margin.Get().Left, Y)));
+		PaintSelection(Line, Y, AllottedGeometry, MyCullingRect, OutDrawElements, LayerId, Tint);
+		FSlateDrawElement::MakeText(OutDrawElements, LayerId + 1, LineGeometry, MyCullingRect,
+			Lines[Line.ParagraphIndex].Mid(Line.Begin, Line.Length), GetFont(), Tint);
 	}
 	return LayerId + 1;
 }

@@ -63,23 +63,40 @@ FVector2D STextBlock::ComputeDesiredSize(float LayoutScaleMultiplier) const
 	return FVector2D(FMath::Max(Size.X, static_cast<double>(MinDesiredWidth.Get())), Size.Y);
 }
 
+namespace TextBlock
+{
+static float GetIndent(ETextJustify::Type Justification, float SpareWidth)
+{
+	if (Justification == ETextJustify::Left || SpareWidth <= 0.0f)
+	{
+		return 0.0f;
+	}
+	return Justification == ETextJustify::Center ? SpareWidth / 2.0f : SpareWidth;
+}
+}
+
 int32 STextBlock::OnPaint(const FPaintArgs& Args, const FGeometry& AllottedGeometry, const FSlateRect& MyCullingRect,
 	FSlateWindowElementList& OutDrawElements, int32 LayerId, const FWidgetStyle& InWidgetStyle,
 	bool bParentEnabled) const
 {
 	const FLinearColor Tint = InWidgetStyle.GetColorAndOpacityTint() * ColorAndOpacity.Get().GetColor(InWidgetStyle);
+	const FMargin& Space = Margin.Get();
 	const FVector2D Allotted = AllottedGeometry.GetLocalSize();
-	float Y = Margin.Get().Top;
-	for (const FWrappedText::FLine& Line : Layout.GetLines())
+	const float FreeWidth = static_cast<float>(Allotted.X) - Space.GetTotalSpaceAlong<Orient_Horizontal>();
+	const float ViewTop = AllottedGeometry.AbsoluteToLocal(MyCullingRect.GetTopLeft()).Y - Space.Top;
+	const float ViewEnd = ViewTop + static_cast<float>(MyCullingRect.GetSize().Y) / AllottedGeometry.GetScale();
+	int32 First = 0;
+	int32 Count = 0;
+	Layout.FindLinesBetween(ViewTop, ViewEnd, First, Count);
+	for (int32 Index = First; Index < First + Count; ++Index)
 	{
-		const FGeometry LineGeometry = AllottedGeometry.MakeChild(FVector2D(Allotted.X, Layout.GetLineHeight()),
-			FSlateLayoutTransform(1.0f, FVector2D(Margin.Get().Left, Y)));
-		if (FSlateRect::DoRectanglesIntersect(MyCullingRect, LineGeometry.GetLayoutBoundingRect()))
-		{
-			FSlateDrawElement::MakeText(OutDrawElements, LayerId, LineGeometry, MyCullingRect,
-				Paragraphs[Line.ParagraphIndex].Mid(Line.Begin, Line.Length), Font.Get(), Tint);
-		}
-		Y += Layout.GetLineHeight();
+		const FWrappedText::FLine& Line = Layout.GetLines()[Index];
+		const FVector2D Offset(Space.Left + TextBlock::GetIndent(Justification.Get(), FreeWidth - Line.Width),
+			Space.Top + static_cast<float>(Index) * Layout.GetLineHeight());
+		const FGeometry LineGeometry =
+			AllottedGeometry.MakeChild(FVector2D(Line.Width, Layout.GetLineHeight()), FSlateLayoutTransform(Offset));
+		FSlateDrawElement::MakeText(OutDrawElements, LayerId, LineGeometry, MyCullingRect,
+			Paragraphs[Line.ParagraphIndex].Mid(Line.Begin, Line.Length), Font.Get(), Tint);
 	}
 	return LayerId;
 }

@@ -72,12 +72,9 @@ TSharedRef<FGlobalTabmanager> FSlateApplication::GetGlobalTabManager()
 
 bool FSlateApplication::InitializeRenderer(TSharedRef<FSlateRenderer> InRenderer)
 {
+	checkf(Windows.Num() == 0, TEXT("The renderer measures text, so it must be there before the first window"));
 	Renderer = InRenderer;
 	Renderer->ReloadTextureResources();
-	for (const TSharedRef<SWindow>& Window : Windows)
-	{
-		Window->Invalidate(EInvalidateWidgetReason::Layout);
-	}
 	return true;
 }
 

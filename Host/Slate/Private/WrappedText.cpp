@@ -35,10 +35,11 @@ void FWrappedText::Update(const TArray<FString>& Paragraphs, const FSlateFontInf
 	{
 		WrapParagraph(Paragraphs[Index], Index, Font, WrapWidth);
 	}
-	for (const FLine& Line : Lines)
+	for (FLine& Line : Lines)
 	{
 		const FStringView Shown = FStringView(Paragraphs[Line.ParagraphIndex]).Mid(Line.Begin, Line.Length);
-		Size.X = FMath::Max(Size.X, Measure->Measure(Shown, Font).X);
+		Line.Width = static_cast<float>(Measure->Measure(Shown, Font).X);
+		Size.X = FMath::Max(Size.X, static_cast<double>(Line.Width));
 	}
 	Size.Y = static_cast<double>(LineHeight) * Lines.Num();
 }
@@ -66,10 +67,22 @@ void FWrappedText::WrapParagraph(
 				break;
 			}
 		}
-		Lines.Add(FLine{ ParagraphIndex, Begin, NumTaken });
+		Lines.Add(FLine{ ParagraphIndex, Begin, NumTaken, 0.0f });
 		Begin += NumTaken;
 	}
-	Lines.Add(FLine{ ParagraphIndex, Begin, Paragraph.Len() - Begin });
+	Lines.Add(FLine{ ParagraphIndex, Begin, Paragraph.Len() - Begin, 0.0f });
+}
+
+void FWrappedText::FindLinesBetween(float Y, float EndY, int32& OutFirst, int32& OutCount) const
+{
+	OutFirst = 0;
+	OutCount = 0;
+	if (LineHeight > 0.0f && EndY > Y)
+	{
+		const float LastLine = static_cast<float>(Lines.Num());
+		OutFirst = static_cast<int32>(FMath::Clamp(Y / LineHeight, 0.0f, LastLine));
+		OutCount = static_cast<int32>(FMath::Clamp(EndY / LineHeight + 1.0f, 0.0f, LastLine)) - OutFirst;
+	}
 }
 
 int32 FWrappedText::FindLine(int32 ParagraphIndex, int32 Offset) const

@@ -37,7 +37,10 @@ public:
 
 	virtual ~FSlateApplication() override;
 
-	/** Replaces the renderer, which draws nothing to begin with, and loads the images of all registered styles. */
+	/**
+	 * Replaces the renderer, which draws nothing to begin with, and loads the images of all registered styles. Asserts
+	 * that there is no window yet.
+	 */
 	bool InitializeRenderer(TSharedRef<FSlateRenderer> InRenderer);
 
 	/** One frame: takes the time, asks bound attributes, lays out and paints all windows. */

@@ -12,6 +12,7 @@ public:
 		int32 ParagraphIndex; // of the lines the text has by itself
 		int32 Begin;
 		int32 Length;
+		float Width; // in Slate units
 
 		int32 End() const { return Begin + Length; }
 	};
@@ -25,6 +26,8 @@ public:
 	const TArray<FLine>& GetLines() const { return Lines; }
 	FVector2D GetSize() const { return Size; }
 	float GetLineHeight() const { return LineHeight; }
+	/** The first line that reaches below Y, and how many lines there are up to one that begins below EndY. */
+	void FindLinesBetween(float Y, float EndY, int32& OutFirst, int32& OutCount) const;
 	/** The shown line that holds a place; at a break the later one. */
 	int32 FindLine(int32 ParagraphIndex, int32 Offset) const;
 
