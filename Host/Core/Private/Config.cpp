@@ -145,6 +145,33 @@ TArrayView<const FKnownName> KnownNames()
 	return Names;
 }
 
+/** "-ini:Engine:[Section]:Key=Value,[Section2]:Key2=Value2" on the command line, as lines of an ini file. */
+FString CommandLineOverrides(const FString& BaseName)
+{
+	FString Lines;
+	const FString Prefix = TEXT("-ini:") + BaseName + TEXT(":");
+	for (const TCHAR* Stream = FCommandLine::Get(); *Stream;)
+	{
+		const FString Word = FCommandLine::Token(Stream);
+		TArray<FString> Settings;
+		if (Word.StartsWith(Prefix))
+		{
+			Word.RightChop(Prefix.Len()).ParseIntoArray(Settings, TEXT(",["));
+		}
+		for (const FString& Setting : Settings)
+		{
+			FString Section;
+			FString Assignment;
+			if (Setting.Split(TEXT("]:"), &Section, &Assignment))
+			{
+				Section.RemoveFromStart(TEXT("["));
+				Lines += TEXT("[") + Section + TEXT("]") LINE_TERMINATOR + Assignment + LINE_TERMINATOR;
+			}
+		}
+	}
+	return Lines;
+}
+
 bool SaveAtomically(const FString& Filename, const FString& Text)
 {
 	const FString Temporary = Filename + TEXT(".") + FGuid::NewGuid().ToString() + TEXT(".tmp");
