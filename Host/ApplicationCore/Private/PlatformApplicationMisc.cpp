@@ -1,5 +1,9 @@
 #include "HAL/PlatformApplicationMisc.h"
 
+#include "Modules/ModuleManager.h"
+
+IMPLEMENT_MODULE(FDefaultModuleImpl, ApplicationCore)
+
 namespace PlatformApplicationMisc
 {
 static IClipboardBackend* ClipboardBackend = nullptr;

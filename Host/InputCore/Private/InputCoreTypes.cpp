@@ -1,5 +1,9 @@
 #include "InputCoreTypes.h"
 
+#include "Modules/ModuleManager.h"
+
+IMPLEMENT_MODULE(FDefaultModuleImpl, InputCore)
+
 const FKey EKeys::AnyKey(TEXT("AnyKey"));
 const FKey EKeys::MouseX(TEXT("MouseX"));
 const FKey EKeys::MouseY(TEXT("MouseY"));

@@ -90,16 +90,25 @@ bool SDockTab::IsForeground() const
 
 bool SDockTab::RequestCloseTab()
 {
-	const TSharedPtr<SDockingArea> Area = GetParentArea();
-	if (!Area.IsValid() || !bCanEverClose || (OnCanCloseTab.IsBound() && !OnCanCloseTab.Execute()))
+	if (!GetParentArea().IsValid() || !bCanEverClose || (OnCanCloseTab.IsBound() && !OnCanCloseTab.Execute()))
 	{
 		return false;
+	}
+	CloseWithoutAsking();
+	return true;
+}
+
+void SDockTab::CloseWithoutAsking()
+{
+	const TSharedPtr<SDockingArea> Area = GetParentArea();
+	if (!Area.IsValid())
+	{
+		return;
 	}
 	const TSharedRef<SDockTab> KeptAlive = SharedThis(this);
 	Area->RemoveTab(KeptAlive);
 	OnTabClosed.ExecuteIfBound(KeptAlive);
 	SetContent(SNullWidget::NullWidget);
-	return true;
 }
 
 TSharedPtr<SWindow> SDockTab::GetParentWindow() const

@@ -2,10 +2,13 @@
 
 #include "Framework/Docking/TabManager.h"
 #include "HAL/PlatformTime.h"
+#include "Modules/ModuleManager.h"
 #include "Rendering/DrawElements.h"
 #include "Rendering/SlateNullRenderer.h"
 
 #include <limits>
+
+IMPLEMENT_MODULE(FDefaultModuleImpl, Slate)
 
 namespace SlateApplication
 {

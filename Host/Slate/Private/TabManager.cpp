@@ -2,11 +2,17 @@
 
 #include "Framework/Application/SlateApplication.h"
 #include "Framework/Docking/SDockingArea.h"
+#include "Misc/CoreDelegates.h"
 #include "Widgets/Docking/SDockTab.h"
 
 const TSharedRef<FGlobalTabmanager>& FGlobalTabmanager::Get()
 {
-	static const TSharedRef<FGlobalTabmanager> Manager = MakeShared<FGlobalTabmanager>();
+	static const TSharedRef<FGlobalTabmanager> Manager = [] {
+		const TSharedRef<FGlobalTabmanager> NewManager = MakeShared<FGlobalTabmanager>();
+		// What is in a tab is gone before the module whose code it runs.
+		FCoreDelegates::GetOnEnginePreExit().AddSP(NewManager, &FTabManager::CloseAllTabs);
+		return NewManager;
+	}();
 	return Manager;
 }
 
@@ -41,6 +47,15 @@ TSharedRef<SDockingArea> FTabManager::GetMainArea()
 		MainArea = SNew(SDockingArea);
 	}
 	return MainArea.ToSharedRef();
+}
+
+void FTabManager::CloseAllTabs()
+{
+	const TArray<TSharedRef<SDockTab>> Tabs = GetMainArea()->GetTabs();
+	for (const TSharedRef<SDockTab>& Tab : Tabs)
+	{
+		Tab->CloseWithoutAsking();
+	}
 }
 
 TSharedPtr<SDockTab> FTabManager::TryInvokeTab(const FTabId& TabId, bool bInvokeAsInactive)

@@ -1,5 +1,6 @@
 #include "Framework/Docking/SDockingArea.h"
 #include "Framework/Docking/TabManager.h"
+#include "Misc/CoreDelegates.h"
 #include "SlateTestFixture.h"
 #include "Widgets/Docking/SDockTab.h"
 #include "Widgets/Text/STextBlock.h"
@@ -106,6 +107,16 @@ TEST_F(FDockingTest, OpensNothingWithoutASpawnerOrAgainstItsWill)
 	EXPECT_FALSE(Manager->TryInvokeTab(TabName).IsValid());
 	EXPECT_EQ(NumSpawned, 0);
 	Manager->UnregisterNomadTabSpawner(FName("NoSuchTab"));
+}
+
+TEST_F(FDockingTest, ClosesEveryTabBeforeTheModulesGo)
+{
+	Manager->TryInvokeTab(TabName);
+	const TWeakPtr<STextBlock> WeakContent = Content;
+	Content.Reset();
+	FCoreDelegates::GetOnEnginePreExit().Broadcast();
+	EXPECT_EQ(NumClosed, 1);
+	EXPECT_FALSE(WeakContent.IsValid());
 }
 
 using FDockingDeathTest = FDockingTest;

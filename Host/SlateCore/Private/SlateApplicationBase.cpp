@@ -1,7 +1,10 @@
 #include "Application/SlateApplicationBase.h"
 
+#include "Modules/ModuleManager.h"
 #include "Rendering/SlateRenderer.h"
 #include "Widgets/SWidget.h"
+
+IMPLEMENT_MODULE(FDefaultModuleImpl, SlateCore)
 
 namespace SlateApplicationBase
 {

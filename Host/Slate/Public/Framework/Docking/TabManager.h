@@ -122,6 +122,8 @@ public:
 
 	/** Host: where the tabs are. The main window shows it. */
 	TSharedRef<SDockingArea> GetMainArea();
+	/** Closes all tabs without asking them. */
+	void CloseAllTabs();
 
 protected:
 	FTabSpawnerEntry& AddSpawner(FName TabId, const FOnSpawnTab& OnSpawnTab, const FCanSpawnTab& CanSpawnTab);

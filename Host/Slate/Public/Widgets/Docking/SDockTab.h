@@ -66,6 +66,8 @@ public:
 	bool IsForeground() const;
 	/** False if the tab does not want to be closed. */
 	bool RequestCloseTab();
+	/** Nothing happens to a tab that is closed already. */
+	void CloseWithoutAsking();
 	TSharedPtr<SWindow> GetParentWindow() const;
 
 	// For the docking area.
