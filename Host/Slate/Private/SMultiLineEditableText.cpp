@@ -12,6 +12,8 @@ namespace EditableText
 // Slate units.
 constexpr float CursorWidth = 1.0f;
 constexpr float HintOpacity = 0.5f;
+// Layout rounds: a text that has all the height it asked for must not keep the wheel from its parents.
+constexpr double RoundingError = 0.5;
 
 static TSharedRef<FSlateFontMeasure> Measure()
 {
@@ -283,7 +285,8 @@ void SMultiLineEditableText::Tick(
 float SMultiLineEditableText::GetLongestScrollOffset() const
 {
 	const double TextHeight = GetLayout().GetSize().Y + Margin.Get().GetDesiredSize().Y;
-	return static_cast<float>(FMath::Max(TextHeight - AllottedSize.Y, 0.0));
+	const double Excess = TextHeight - AllottedSize.Y;
+	return Excess > EditableText::RoundingError ? static_cast<float>(Excess) : 0.0f;
 }
 
 void SMultiLineEditableText::KeepCursorInView()

@@ -1,7 +1,6 @@
 #include "Widgets/Accessibility/SlateAccessibleWidgets.h"
 
 #include "Framework/Application/SlateApplication.h"
-#include "Framework/Text/WrappedText.h"
 #include "Widgets/Input/SButton.h"
 #include "Widgets/Text/SMultiLineEditableText.h"
 
@@ -43,15 +42,14 @@ void FSlateAccessibleMultiLineEditableText::SetValue(const FString& Value)
 	Text->SelectAllText();
 	FSlateApplication& Application = FSlateApplication::Get();
 	Application.ProcessKeyCharEvent(FCharacterEvent(TEXT('\b'), FModifierKeysState(), 0, false));
-	const TArray<FString> Paragraphs = FWrappedText::SplitIntoParagraphs(Value);
-	for (int32 Index = 0; Index < Paragraphs.Num(); ++Index)
+	for (const TCHAR Character : Value)
 	{
-		if (Index > 0)
+		// Typing Enter would send a prompt, and Tab would leave it: inside a text both are pasted.
+		if (Character < TEXT(' '))
 		{
-			// Typing Enter would send a prompt; a line break inside a text is pasted.
-			Text->InsertTextAtCursor(FString(TEXT("\n")));
+			Text->InsertTextAtCursor(FString::Chr(Character));
 		}
-		for (const TCHAR Character : Paragraphs[Index])
+		else
 		{
 			Application.ProcessKeyCharEvent(FCharacterEvent(Character, FModifierKeysState(), 0, false));
 		}

@@ -128,8 +128,8 @@ TEST_F(FButtonTest, SpeaksInTheAccessibleTree)
 	EXPECT_EQ(Second->GetWidgetType(), EAccessibleWidgetType::TextEdit);
 	EXPECT_TRUE(Second->GetWidgetName().Equals(TEXT("Write here")));
 	Second->AsProperty()->SetValue(TEXT("old"));
-	Second->AsProperty()->SetValue(TEXT("two\nlines"));
-	EXPECT_TRUE(Text->GetText().ToString().Equals(TEXT("two\nlines")));
+	Second->AsProperty()->SetValue(TEXT("two\n\tlines"));
+	EXPECT_TRUE(Text->GetText().ToString().Equals(TEXT("two\n\tlines")));
 	EXPECT_TRUE(Second->HasFocus());
 
 	Button->SetVisibility(EVisibility::Collapsed);

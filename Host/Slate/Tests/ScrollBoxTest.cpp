@@ -140,6 +140,18 @@ TEST_F(FScrollBoxTest, LeavesWhatIsOutOfViewAlone)
 	EXPECT_EQ(SBlock::NumMeasured, 1);
 }
 
+TEST_F(FScrollBoxTest, GetsTheWheelOverATextThatIsInView)
+{
+	for (int32 Index = 0; Index < 9; ++Index)
+	{
+		Box->AddSlot().Padding(3.3f)[SNew(SMultiLineEditableText).IsReadOnly(true).Text(INVTEXT("1\n2\n3"))];
+	}
+	Tick();
+	Tick();
+	EXPECT_TRUE(Wheel(FVector2D(10.0, 10.0), -1.0f));
+	EXPECT_EQ(Box->GetScrollOffset(), 32.0f);
+}
+
 TEST_F(FScrollBoxTest, LearnsTheHeightOfWrappedTextOneFrameLater)
 {
 	FString LongText;

@@ -2,6 +2,8 @@
 
 #include "Brushes/SlateColorBrush.h"
 #include "Brushes/SlateImageBrush.h"
+#include "Misc/OutputDeviceRedirector.h"
+#include "Rendering/SlateNullRenderer.h"
 #include "Styling/AppStyle.h"
 #include "Styling/CoreStyle.h"
 #include "Styling/SlateStyleMacros.h"
@@ -62,6 +64,34 @@ TEST(SlateStyle, MakesAnUnsetColourLoud)
 {
 	EXPECT_EQ(FSlateColor().GetSpecifiedColor(), FLinearColor(1.0f, 0.0f, 1.0f));
 	EXPECT_FALSE(FSlateColor::UseForeground().IsColorSpecified());
+}
+
+/** Counts the lines of the log that name a file. */
+class FLineCounter final : public FOutputDevice
+{
+public:
+	using FOutputDevice::Serialize;
+	virtual void Serialize(const TCHAR* V, ELogVerbosity::Type Verbosity, const FName& Category) override
+	{
+		NumLines += FString(V).Contains(TEXT("NoSuchPicture.svg")) ? 1 : 0;
+	}
+	int32 NumLines = 0;
+};
+
+TEST(SlateStyle, ReportsAMissingImageOnceAndOnlyWhenItIsLoaded)
+{
+	FSlateStyleSet Style(FName("TestMissing"));
+	FLineCounter Counter;
+	GLog->AddOutputDevice(&Counter);
+	Style.Set("Icon", new FSlateVectorImageBrush(TEXT("/nowhere/NoSuchPicture.svg"), FVector2D(16.0, 16.0)));
+	FSlateStyleRegistry::RegisterSlateStyle(Style);
+	EXPECT_EQ(Counter.NumLines, 0);
+	FSlateNullRenderer Renderer;
+	Renderer.ReloadTextureResources();
+	Renderer.LoadStyleResources(Style);
+	EXPECT_EQ(Counter.NumLines, 1);
+	FSlateStyleRegistry::UnRegisterSlateStyle(Style);
+	GLog->RemoveOutputDevice(&Counter);
 }
 
 TEST(SlateStyleDeathTest, RefusesASecondSetOfAName)
