@@ -8,6 +8,7 @@
 #include "ToolMenuOwner.h"
 #include "ToolMenuSection.h"
 #include "UObject/Object.h"
+#include "UObject/ObjectPtr.h"
 
 #include "ToolMenus.generated.h"
 
