@@ -1,0 +1,146 @@
+#include "UObject/NameTypes.h"
+
+#include "Containers/Map.h"
+#include "Containers/StringConv.h"
+
+#include <deque>
+#include <mutex>
+#include <string>
+#include <unordered_map>
+
+namespace Names
+{
+/** Every word ever used, spelt as it was made, with the number of the word that it equals when case is ignored. */
+class FNameTable
+{
+public:
+	static FNameTable& Get()
+	{
+		// Never destroyed: names are used by static objects of every module.
+		static FNameTable* Table = new FNameTable;
+		return *Table;
+	}
+
+	bool Find(FStringView Text, EFindName FindType, uint32& OutComparison, uint32& OutDisplay)
+	{
+		const std::lock_guard Lock(Mutex);
+		const std::u16string Spelling(Text.GetData(), static_cast<size_t>(Text.Len()));
+		std::u16string Folded = Spelling;
+		for (TCHAR& C : Folded)
+		{
+			C = FChar::ToLower(C);
+		}
+		const auto Known = ByFolded.find(Folded);
+		if (Known == ByFolded.end() && FindType == FNAME_Find)
+		{
+			return false;
+		}
+		OutDisplay = Intern(Spelling);
+		OutComparison = ByFolded.emplace(std::move(Folded), OutDisplay).first->second;
+		return true;
+	}
+
+	FStringView GetText(uint32 Display)
+	{
+		const std::lock_guard Lock(Mutex);
+		const std::u16string& Text = Entries[Display];
+		return FStringView(Text.data(), static_cast<int32>(Text.size()));
+	}
+
+private:
+	FNameTable()
+	{
+		Intern(u"None");
+		ByFolded.emplace(u"none", 0);
+	}
+
+	uint32 Intern(const std::u16string& Spelling)
+	{
+		const auto [Known, bNew] = BySpelling.emplace(Spelling, static_cast<uint32>(Entries.size()));
+		if (bNew)
+		{
+			Entries.push_back(Spelling);
+		}
+		return Known->second;
+	}
+
+	std::mutex Mutex;
+	std::deque<std::u16string> Entries; // a deque: texts keep their place
+	std::unordered_map<std::u16string, uint32> BySpelling;
+	std::unordered_map<std::u16string, uint32> ByFolded;
+};
+
+constexpr int32 LongestNumberSuffix = 9;
+
+/** "Foo_3" to "Foo" and 3. "Foo_03", "_3" and numbers past 32 bits are left alone. */
+int32 SplitNumber(FStringView& Text)
+{
+	int32 Underscore = INDEX_NONE;
+	if (!Text.FindLastChar(u'_', Underscore) || Underscore == 0)
+	{
+		return NAME_NO_NUMBER_INTERNAL;
+	}
+	const FStringView Digits = Text.Mid(Underscore + 1);
+	if (Digits.IsEmpty() || Digits.Len() > LongestNumberSuffix || (Digits.Len() > 1 && Digits[0] == u'0'))
+	{
+		return NAME_NO_NUMBER_INTERNAL;
+	}
+	int32 Number = 0;
+	for (const TCHAR C : Digits)
+	{
+		if (!FChar::IsDigit(C))
+		{
+			return NAME_NO_NUMBER_INTERNAL;
+		}
+		Number = Number * 10 + (C - u'0');
+	}
+	Text = Text.Left(Underscore);
+	return Number + 1;
+}
+}
+
+FName::FName(const ANSICHAR* Name, EFindName FindType)
+	: FName(FStringView(FString(Name)), FindType)
+{
+}
+
+FName::FName(FStringView View, EFindName FindType)
+{
+	checkf(View.Len() < NAME_SIZE, TEXT("A name of %d characters is too long; the most are %d"), View.Len(),
+		NAME_SIZE - 1);
+	if (View.IsEmpty())
+	{
+		return;
+	}
+	Number = Names::SplitNumber(View);
+	if (!Names::FNameTable::Get().Find(View, FindType, Comparison, Display))
+	{
+		*this = FName();
+	}
+}
+
+FString FName::GetPlainNameString() const
+{
+	return FString(Names::FNameTable::Get().GetText(Display));
+}
+
+FString FName::ToString() const
+{
+	FString Text = GetPlainNameString();
+	if (Number != NAME_NO_NUMBER_INTERNAL)
+	{
+		Text.AppendChar(u'_');
+		Text.AppendInt(Number - 1);
+	}
+	return Text;
+}
+
+int32 FName::Compare(const FName& Other) const
+{
+	if (Comparison == Other.Comparison)
+	{
+		return Number - Other.Number;
+	}
+	Names::FNameTable& Table = Names::FNameTable::Get();
+	return Table.GetText(Comparison).Compare(Table.GetText(Other.Comparison), ESearchCase::IgnoreCase);
+}

@@ -1,0 +1,110 @@
+#include "Internationalization/Text.h"
+
+#include "UObject/NameTypes.h"
+
+FTextFormat::FTextFormat(const FText& Pattern)
+	: Source(Pattern.ToString())
+{
+}
+
+FTextFormat FTextFormat::FromString(const FString& Pattern)
+{
+	FTextFormat Format;
+	Format.Source = Pattern;
+	return Format;
+}
+
+FText::FText()
+	: Data(GetEmpty().Data)
+{
+}
+
+const FText& FText::GetEmpty()
+{
+	static const FText Empty(MakeShared<const FData>());
+	return Empty;
+}
+
+FText FText::FromString(const FString& String)
+{
+	return FText(MakeShared<const FData>(FData{ FString(), FString(), String }));
+}
+
+FText FText::FromName(const FName& Name)
+{
+	return FromString(Name.ToString());
+}
+
+FText FText::AsNumber(int64 Number)
+{
+	FString Digits = FString::Printf(TEXT("%lld"), Number);
+	constexpr int32 GroupSize = 3;
+	const int32 FirstDigit = Number < 0 ? 1 : 0;
+	for (int32 At = Digits.Len() - GroupSize; At > FirstDigit; At -= GroupSize)
+	{
+		Digits.InsertAt(At, u',');
+	}
+	return FromString(Digits);
+}
+
+namespace TextFormat
+{
+/** Replaces each "{Name}" by what Resolve answers; a name that it does not know stays. "`" escapes the next character.
+ */
+template <typename ResolveType>
+FString Substitute(const FString& Pattern, ResolveType&& Resolve)
+{
+	FString Result;
+	for (int32 Index = 0; Index < Pattern.Len(); ++Index)
+	{
+		const TCHAR C = Pattern[Index];
+		if (C == u'`' && Index + 1 < Pattern.Len())
+		{
+			Result.AppendChar(Pattern[++Index]);
+			continue;
+		}
+		const int32 Close =
+			C == u'{' ? Pattern.Find(FStringView(TEXT("}")), ESearchCase::CaseSensitive, ESearchDir::FromStart, Index)
+					  : INDEX_NONE;
+		FString Value;
+		if (Close == INDEX_NONE || !Resolve(Pattern.Mid(Index + 1, Close - Index - 1), Value))
+		{
+			Result.AppendChar(C);
+			continue;
+		}
+		Result += Value;
+		Index = Close;
+	}
+	return Result;
+}
+}
+
+FText FText::FormatOrdered(const FTextFormat& Fmt, const FString* Values, int32 NumValues)
+{
+	return FromString(TextFormat::Substitute(Fmt.GetSourceString(), [&](const FString& Name, FString& OutValue) {
+		const int32 Index = Name.IsNumeric() ? FCString::Atoi(*Name) : INDEX_NONE;
+		if (Index < 0 || Index >= NumValues)
+		{
+			return false;
+		}
+		OutValue = Values[Index];
+		return true;
+	}));
+}
+
+FText FText::Format(FTextFormat Fmt, const FFormatNamedArguments& NamedArguments)
+{
+	return FromString(TextFormat::Substitute(Fmt.GetSourceString(), [&](const FString& Name, FString& OutValue) {
+		const FText* Value = NamedArguments.Find(Name);
+		if (Value)
+		{
+			OutValue = Value->ToString();
+		}
+		return Value != nullptr;
+	}));
+}
+
+FText MakeLocalizableText(const TCHAR* Namespace, const TCHAR* Key, const TCHAR* Source)
+{
+	return FText(MakeShared<const FText::FData>(FText::FData{ Namespace, Key, Source }));
+}

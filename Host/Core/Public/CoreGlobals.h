@@ -1,0 +1,35 @@
+#pragma once
+
+#include "HAL/Platform.h"
+#include "Logging/LogMacros.h"
+
+class FConfigCacheIni;
+class FFeedbackContext;
+class FOutputDeviceRedirector;
+class FString;
+
+DECLARE_LOG_CATEGORY_EXTERN(LogCore, Log, All);
+DECLARE_LOG_CATEGORY_EXTERN(LogInit, Log, All);
+DECLARE_LOG_CATEGORY_EXTERN(LogExit, Log, All);
+
+/** The log. Null only before main and after the host's core has been shut down. */
+extern FOutputDeviceRedirector* GLog;
+/** Warnings to the user; goes to the log. */
+extern FFeedbackContext* GWarn;
+/** The configuration of the running editor; null until it has been read. */
+extern FConfigCacheIni* GConfig;
+
+/** File names of the engine's own configuration classes. */
+extern FString GEngineIni;
+extern FString GGameIni;
+extern FString GEditorIni;
+extern FString GEditorPerProjectIni;
+extern FString GEditorSettingsIni;
+
+/** Frames since start-up. */
+extern uint64 GFrameCounter;
+extern bool GIsEditor;
+
+bool IsInGameThread();
+bool IsEngineExitRequested();
+void RequestEngineExit(const TCHAR* Reason);
