@@ -22,6 +22,15 @@ function(host_module name)
   if(arg_REFLECTED)
     run_header_tool(${name} ${arg_REFLECTED})
   endif()
+
+  # What a plugin gets that lists this module: its own folders, and nothing of the modules below.
+  set(own_includes ${CMAKE_CURRENT_SOURCE_DIR}/Public)
+  if(arg_REFLECTED)
+    list(APPEND own_includes ${CMAKE_CURRENT_BINARY_DIR}/Generated/${name})
+  endif()
+  set_target_properties(${name} PROPERTIES
+    INTERFACE_OWN_INCLUDES "${own_includes}" INTERFACE_OWN_DEFINITIONS ${upper_name}_API=)
+
   if(arg_TESTS)
     host_test(${name}Tests SOURCES ${arg_TESTS} NEEDS ${name} ${arg_PRIVATE_NEEDS} INCLUDES Private)
   endif()
