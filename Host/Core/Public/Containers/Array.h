@@ -163,10 +163,20 @@ public:
 	template <typename... ArgsType>
 	ElementType& Emplace_GetRef(ArgsType&&... Args)
 	{
-		return Data[Emplace(static_cast<ArgsType&&>(Args)...)];
+		// Not in one expression: Data is read before the call, which may move the block.
+		const int32 Index = Emplace(static_cast<ArgsType&&>(Args)...);
+		return Data[Index];
 	}
-	ElementType& Add_GetRef(const ElementType& Item) { return Data[Add(Item)]; }
-	ElementType& Add_GetRef(ElementType&& Item) { return Data[Add(MoveTempIfPossible(Item))]; }
+	ElementType& Add_GetRef(const ElementType& Item)
+	{
+		CheckAddress(&Item);
+		return Emplace_GetRef(Item);
+	}
+	ElementType& Add_GetRef(ElementType&& Item)
+	{
+		CheckAddress(&Item);
+		return Emplace_GetRef(MoveTempIfPossible(Item));
+	}
 	ElementType& AddDefaulted_GetRef() { return Emplace_GetRef(); }
 	int32 AddDefaulted(int32 Count = 1)
 	{

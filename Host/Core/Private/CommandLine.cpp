@@ -1,0 +1,118 @@
+#include "Misc/CommandLine.h"
+
+#include "Containers/StringConv.h"
+#include "Misc/Parse.h"
+
+namespace CommandLine
+{
+FString& Stored()
+{
+	static FString Text;
+	return Text;
+}
+
+bool IsWordStart(const TCHAR* Stream, const TCHAR* At)
+{
+	return At == Stream || FChar::IsWhitespace(At[-1]) || At[-1] == u'"';
+}
+}
+
+const TCHAR* FCommandLine::Get()
+{
+	return *CommandLine::Stored();
+}
+
+void FCommandLine::Set(const TCHAR* NewCommandLine)
+{
+	CommandLine::Stored() = NewCommandLine;
+}
+
+FString FCommandLine::BuildFromArgV(int32 ArgC, ANSICHAR* ArgV[])
+{
+	TArray<FString> Words;
+	for (int32 Index = 1; Index < ArgC; ++Index)
+	{
+		FString Word(ArgV[Index]);
+		const bool bHasBlank = Word.Contains(TEXT(" ")) || Word.Contains(TEXT("\t"));
+		FString Switch;
+		FString Value;
+		if (bHasBlank && Word.StartsWith(TEXT("-")) && Word.Split(TEXT("="), &Switch, &Value))
+		{
+			Word = Switch + TEXT("=\"") + Value + TEXT("\"");
+		}
+		else if (bHasBlank)
+		{
+			Word = TEXT("\"") + Word + TEXT("\"");
+		}
+		Words.Add(Word);
+	}
+	return FString::Join(Words, TEXT(" "));
+}
+
+FString FCommandLine::Token(const TCHAR*& Stream)
+{
+	while (FChar::IsWhitespace(*Stream))
+	{
+		++Stream;
+	}
+	FString Word;
+	bool bQuoted = false;
+	for (; *Stream && (bQuoted || !FChar::IsWhitespace(*Stream)); ++Stream)
+	{
+		if (*Stream == u'"')
+		{
+			bQuoted = !bQuoted;
+			continue;
+		}
+		Word.AppendChar(*Stream);
+	}
+	return Word;
+}
+
+bool FParse::Value(const TCHAR* Stream, const TCHAR* Match, FString& OutValue)
+{
+	const int32 MatchLength = FCString::Strlen(Match);
+	for (const TCHAR* At = FCString::Stristr(Stream, Match); At; At = FCString::Stristr(At + MatchLength, Match))
+	{
+		const bool bAfterDash = At > Stream && At[-1] == u'-' && CommandLine::IsWordStart(Stream, At - 1);
+		if (!bAfterDash && !CommandLine::IsWordStart(Stream, At))
+		{
+			continue;
+		}
+		const TCHAR* ValueStart = At + MatchLength;
+		if (*ValueStart == u'"')
+		{
+			const TCHAR* Close = FCString::Strstr(++ValueStart, TEXT("\""));
+			OutValue = FString(
+				FStringView(ValueStart, Close ? static_cast<int32>(Close - ValueStart) : FCString::Strlen(ValueStart)));
+			return true;
+		}
+		OutValue = FCommandLine::Token(ValueStart);
+		return true;
+	}
+	return false;
+}
+
+bool FParse::Value(const TCHAR* Stream, const TCHAR* Match, int32& OutValue)
+{
+	FString Text;
+	if (!Value(Stream, Match, Text))
+	{
+		return false;
+	}
+	OutValue = FCString::Atoi(*Text);
+	return true;
+}
+
+bool FParse::Param(const TCHAR* Stream, const TCHAR* Param)
+{
+	const FString Wanted = FString(TEXT("-")) + Param;
+	for (const TCHAR* At = Stream; *At;)
+	{
+		if (FCommandLine::Token(At) == Wanted)
+		{
+			return true;
+		}
+	}
+	return false;
+}

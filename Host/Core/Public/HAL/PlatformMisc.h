@@ -1,0 +1,10 @@
+#pragma once
+
+#include "Containers/UnrealString.h"
+
+struct FPlatformMisc
+{
+	/** Empty when the variable is not set. */
+	static FString GetEnvironmentVariable(const TCHAR* VariableName);
+	static void SetEnvironmentVar(const TCHAR* VariableName, const TCHAR* Value);
+};

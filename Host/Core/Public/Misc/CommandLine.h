@@ -1,0 +1,14 @@
+#pragma once
+
+#include "Containers/UnrealString.h"
+
+/** The words that the editor was started with, without the program's name. */
+struct FCommandLine
+{
+	static const TCHAR* Get();
+	static void Set(const TCHAR* NewCommandLine);
+	/** Joins the arguments of main; one with blanks gets quotes around its value. */
+	static FString BuildFromArgV(int32 ArgC, ANSICHAR* ArgV[]);
+	/** The next word of a command line, without its quotes; empty at the end. Stream moves behind it. */
+	static FString Token(const TCHAR*& Stream);
+};

@@ -1,0 +1,12 @@
+#pragma once
+
+#include "HAL/Platform.h"
+
+enum class EVersionComponent
+{
+	Major,
+	Minor,
+	Patch,
+	Changelist,
+	Branch,
+};

@@ -1,0 +1,6 @@
+#pragma once
+
+/** Names a statistic; the host gathers none. */
+struct TStatId
+{
+};

@@ -1,0 +1,170 @@
+#include "Serialization/JsonSerializer.h"
+
+// The library's own assertions and exceptions stay out: errors come as values.
+#define RAPIDJSON_ASSERT(x) check(x)
+#define RAPIDJSON_NOEXCEPT noexcept
+#include <rapidjson/error/en.h>
+#include <rapidjson/reader.h>
+
+namespace JsonSerializer
+{
+	using FEncoding = rapidjson::UTF16<TCHAR>;
+
+	/** Builds values from the parser's events. */
+	class FValueBuilder : public rapidjson::BaseReaderHandler<FEncoding, FValueBuilder>
+	{
+	public:
+		TSharedPtr<FJsonValue> Root;
+		bool bTooDeep = false;
+
+		bool Default() { return false; }
+		bool Null() { return Put(MakeShared<FJsonValueNull>()); }
+		bool Bool(bool bValue) { return Put(MakeShared<FJsonValueBoolean>(bValue)); }
+		bool Int(int Value) { return Double(Value); }
+		bool Uint(unsigned Value) { return Double(Value); }
+		bool Int64(int64_t Value) { return Double(static_cast<double>(Value)); }
+		bool Uint64(uint64_t Value) { return Double(static_cast<double>(Value)); }
+		bool Double(double Value) { return Put(MakeShared<FJsonValueNumber>(Value)); }
+		bool String(const TCHAR* Text, rapidjson::SizeType Length, bool)
+		{
+			return Put(MakeShared<FJsonValueString>(FString(FStringView(Text, static_cast<int32>(Length)))));
+		}
+		bool Key(const TCHAR* Text, rapidjson::SizeType Length, bool)
+		{
+			Open.Last().Key = FString(FStringView(Text, static_cast<int32>(Length)));
+			return true;
+		}
+		bool StartObject() { return Start(MakeShared<FJsonObject>()); }
+		bool EndObject(rapidjson::SizeType)
+		{
+			const FLevel Level = Open.Pop();
+			return Put(MakeShared<FJsonValueObject>(Level.Object));
+		}
+		bool StartArray() { return Start(nullptr); }
+		bool EndArray(rapidjson::SizeType)
+		{
+			FLevel Level = Open.Pop();
+			return Put(MakeShared<FJsonValueArray>(MoveTemp(Level.Array)));
+		}
+
+	private:
+		struct FLevel
+		{
+			TSharedPtr<FJsonObject> Object; // null for an array
+			TArray<TSharedPtr<FJsonValue>> Array;
+			FString Key;
+		};
+
+		bool Start(TSharedPtr<FJsonObject> Object)
+		{
+			bTooDeep = Open.Num() >= FJsonSerializer::DeepestNesting;
+			Open.Emplace_GetRef().Object = MoveTemp(Object);
+			return !bTooDeep;
+		}
+
+		bool Put(TSharedPtr<FJsonValue> Value)
+		{
+			if (Open.IsEmpty())
+			{
+				Root = MoveTemp(Value);
+			}
+			else if (Open.Last().Object)
+			{
+				Open.Last().Object->SetField(Open.Last().Key, Value);
+			}
+			else
+			{
+				Open.Last().Array.Add(MoveTemp(Value));
+			}
+			return true;
+		}
+
+		TArray<FLevel> Open;
+	};
+}
+
+bool FJsonSerializer::Deserialize(const TSharedRef<TJsonReader<TCHAR>>& Reader, TSharedPtr<FJsonValue>& OutValue)
+{
+	OutValue.Reset();
+	JsonSerializer::FValueBuilder Builder;
+	rapidjson::GenericStringStream<JsonSerializer::FEncoding> Stream(*Reader->Text);
+	rapidjson::GenericReader<JsonSerializer::FEncoding, JsonSerializer::FEncoding> Parser;
+	// Iterative: the depth of an untrusted text must not be the depth of the stack.
+	const rapidjson::ParseResult Result = Parser.Parse<rapidjson::kParseIterativeFlag>(Stream, Builder);
+	if (!Result)
+	{
+		Reader->ErrorMessage = Builder.bTooDeep
+			? FString::Printf(TEXT("Nested deeper than %d"), DeepestNesting)
+			: FString::Printf(TEXT("%hs At: %llu"), rapidjson::GetParseError_En(Result.Code()), static_cast<uint64>(Result.Offset()));
+		return false;
+	}
+	if (Builder.Root->Type != EJson::Object && Builder.Root->Type != EJson::Array)
+	{
+		Reader->ErrorMessage = TEXT("The root must be an object or an array");
+		return false;
+	}
+	OutValue = Builder.Root;
+	return true;
+}
+
+bool FJsonSerializer::Deserialize(const TSharedRef<TJsonReader<TCHAR>>& Reader, TSharedPtr<FJsonObject>& OutObject)
+{
+	OutObject.Reset();
+	TSharedPtr<FJsonValue> Value;
+	const TSharedPtr<FJsonObject>* Object = nullptr;
+	if (!Deserialize(Reader, Value) || !Value->TryGetObject(Object))
+	{
+		return false;
+	}
+	OutObject = *Object;
+	return true;
+}
+
+bool FJsonSerializer::Deserialize(const TSharedRef<TJsonReader<TCHAR>>& Reader, TArray<TSharedPtr<FJsonValue>>& OutArray)
+{
+	OutArray.Empty();
+	TSharedPtr<FJsonValue> Value;
+	const TArray<TSharedPtr<FJsonValue>>* Array = nullptr;
+	if (!Deserialize(Reader, Value) || !Value->TryGetArray(Array))
+	{
+		return false;
+	}
+	OutArray = *Array;
+	return true;
+}
+
+void FJsonSerializer::WriteObject(const FJsonObject& Object, FJsonTextWriter& Writer)
+{
+	Writer.WriteObjectStart();
+	for (const auto& Pair : Object.Values)
+	{
+		Writer.WriteIdentifierPrefix(Pair.Key);
+		WriteValue(Pair.Value, Writer);
+	}
+	Writer.WriteObjectEnd();
+}
+
+void FJsonSerializer::WriteArray(const TArray<TSharedPtr<FJsonValue>>& Array, FJsonTextWriter& Writer)
+{
+	Writer.WriteArrayStart();
+	for (const TSharedPtr<FJsonValue>& Value : Array)
+	{
+		WriteValue(Value, Writer);
+	}
+	Writer.WriteArrayEnd();
+}
+
+void FJsonSerializer::WriteValue(const TSharedPtr<FJsonValue>& Value, FJsonTextWriter& Writer)
+{
+	const EJson Type = Value ? Value->Type : EJson::Null;
+	switch (Type)
+	{
+	case EJson::String: Writer.WriteValue(Value->AsString()); break;
+	case EJson::Number: Writer.WriteValue(Value->AsNumber()); break;
+	case EJson::Boolean: Writer.WriteValue(Value->AsBool()); break;
+	case EJson::Array: WriteArray(Value->AsArray(), Writer); break;
+	case EJson::Object: WriteObject(*Value->AsObject(), Writer); break;
+	case EJson::None:
+	case EJson::Null: Writer.WriteNull(); break;
+	}
+}

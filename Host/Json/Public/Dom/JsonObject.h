@@ -1,0 +1,56 @@
+#pragma once
+
+#include "Containers/Map.h"
+#include "Dom/JsonValue.h"
+
+/** A JSON object. Its members' names ignore case and keep the order in which they were set. */
+class FJsonObject
+{
+public:
+	TMap<FString, TSharedPtr<FJsonValue>> Values;
+
+	bool HasField(FStringView FieldName) const { return TryGetField(FieldName).IsValid(); }
+	template <EJson JsonType>
+	bool HasTypedField(FStringView FieldName) const
+	{
+		const TSharedPtr<FJsonValue> Field = TryGetField(FieldName);
+		return Field && Field->Type == JsonType;
+	}
+	/** Invalid when there is no such member. */
+	TSharedPtr<FJsonValue> TryGetField(FStringView FieldName) const;
+	void SetField(const FString& FieldName, const TSharedPtr<FJsonValue>& Value);
+	void RemoveField(FStringView FieldName);
+
+	/** Numbers and booleans come as text; null, arrays and objects give false. */
+	bool TryGetStringField(FStringView FieldName, FString& OutString) const;
+	bool TryGetBoolField(FStringView FieldName, bool& OutBool) const;
+	/** The pointer lives as long as this object. */
+	bool TryGetArrayField(FStringView FieldName, const TArray<TSharedPtr<FJsonValue>>*& OutArray) const;
+	bool TryGetObjectField(FStringView FieldName, const TSharedPtr<FJsonObject>*& OutObject) const;
+	bool TryGetStringArrayField(FStringView FieldName, TArray<FString>& OutArray) const;
+	template <typename NumberType>
+		requires std::is_arithmetic_v<NumberType>
+	bool TryGetNumberField(FStringView FieldName, NumberType& OutNumber) const
+	{
+		const TSharedPtr<FJsonValue> Field = TryGetField(FieldName);
+		return Field && Field->TryGetNumber(OutNumber);
+	}
+
+	/** A missing or wrong member logs and gives an empty value. */
+	FString GetStringField(FStringView FieldName) const { return GetRequired(FieldName)->AsString(); }
+	double GetNumberField(FStringView FieldName) const { return GetRequired(FieldName)->AsNumber(); }
+	int32 GetIntegerField(FStringView FieldName) const { return static_cast<int32>(GetNumberField(FieldName)); }
+	bool GetBoolField(FStringView FieldName) const { return GetRequired(FieldName)->AsBool(); }
+	const TArray<TSharedPtr<FJsonValue>>& GetArrayField(FStringView FieldName) const;
+	const TSharedPtr<FJsonObject>& GetObjectField(FStringView FieldName) const;
+
+	void SetStringField(const FString& FieldName, const FString& Value);
+	void SetNumberField(const FString& FieldName, double Number);
+	void SetBoolField(const FString& FieldName, bool bInValue);
+	void SetArrayField(const FString& FieldName, const TArray<TSharedPtr<FJsonValue>>& Array);
+	/** Objects are shared, not copied; a null one is written as null. */
+	void SetObjectField(const FString& FieldName, const TSharedPtr<FJsonObject>& JsonObject);
+
+private:
+	TSharedRef<FJsonValue> GetRequired(FStringView FieldName) const;
+};

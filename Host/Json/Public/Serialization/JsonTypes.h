@@ -1,0 +1,14 @@
+#pragma once
+
+#include "HAL/Platform.h"
+
+enum class EJson
+{
+	None,
+	Null,
+	String,
+	Number,
+	Boolean,
+	Array,
+	Object,
+};

@@ -1,0 +1,135 @@
+#include "CoreMinimal.h"
+#include "Policies/CondensedJsonPrintPolicy.h"
+#include "Serialization/JsonSerializer.h"
+
+#include <gtest/gtest.h>
+
+namespace
+{
+	std::string Narrow(const FString& Text)
+	{
+		return TCHAR_TO_UTF8(*Text);
+	}
+
+	TSharedPtr<FJsonObject> Parse(const FString& Text)
+	{
+		TSharedPtr<FJsonObject> Object;
+		FJsonSerializer::Deserialize(TJsonReaderFactory<>::Create(Text), Object);
+		return Object;
+	}
+
+	std::string Condensed(const TSharedPtr<FJsonObject>& Object)
+	{
+		FString Text;
+		const TSharedRef<TJsonWriter<TCHAR, TCondensedJsonPrintPolicy<TCHAR>>> Writer =
+			TJsonWriterFactory<TCHAR, TCondensedJsonPrintPolicy<TCHAR>>::Create(&Text);
+		EXPECT_TRUE(FJsonSerializer::Serialize(Object.ToSharedRef(), Writer));
+		return Narrow(Text);
+	}
+
+	std::string Pretty(const TSharedPtr<FJsonObject>& Object)
+	{
+		FString Text;
+		EXPECT_TRUE(FJsonSerializer::Serialize(Object.ToSharedRef(), TJsonWriterFactory<>::Create(&Text)));
+		return Narrow(Text);
+	}
+}
+
+TEST(JsonWriterTest, CondensedHasNoWhiteSpaceAndKeepsTheOrder)
+{
+	const char* Text = R"({"b":1,"a":[true,null,"x"],"c":{},"d":[],"e":-0.5,"f":"é/\"\\\n"})";
+	EXPECT_EQ(Condensed(Parse(FString(Text))), Text);
+	EXPECT_EQ(Condensed(Parse(TEXT("{\"n\":0.1,\"m\":1e20,\"o\":3.0,\"c\":\"\\u0001\\u00e9\"}"))),
+		"{\"n\":0.10000000000000001,\"m\":1e+20,\"o\":3,\"c\":\"\\u0001é\"}");
+}
+
+TEST(JsonWriterTest, PrettyIsTheEnginesLayout)
+{
+	EXPECT_EQ(Pretty(Parse(TEXT("{\"n\":1,\"o\":{\"s\":\"x\"},\"e\":{},\"a\":[1,2],\"t\":[\"x\",\"y\"],\"m\":[],\"l\":[{\"k\":1}]}"))),
+		"{\n\t\"n\": 1,\n\t\"o\":\n\t{\n\t\t\"s\": \"x\"\n\t},\n\t\"e\":\n\t{\n\t},\n\t\"a\": [ 1, 2 ],\n\t\"t\": [\n\t\t\"x\",\n\t\t\"y\"\n\t],\n"
+		"\t\"m\": [],\n\t\"l\": [\n\t\t{\n\t\t\t\"k\": 1\n\t\t}\n\t]\n}");
+	EXPECT_EQ(Pretty(MakeShared<FJsonObject>()), "{\n}") << "an empty object is two lines";
+}
+
+TEST(JsonWriterTest, TheTextAppearsOnlyAtClose)
+{
+	FString Text = TEXT("before");
+	const TSharedRef<TJsonWriter<>> Writer = TJsonWriterFactory<>::Create(&Text);
+	Writer->WriteArrayStart();
+	Writer->WriteValue(FString(TEXT("x")));
+	EXPECT_FALSE(Writer->Close()) << "not complete";
+	Writer->WriteArrayEnd();
+	EXPECT_TRUE(Writer->Close());
+	EXPECT_EQ(Narrow(Text), "[\n\t\"x\"\n]");
+}
+
+TEST(JsonWriterDeathTest, NamesAndPlacesMustFit)
+{
+	FString Text;
+	TJsonWriter<> Writer(&Text, 0);
+	Writer.WriteObjectStart();
+	EXPECT_DEATH(Writer.WriteValue(1), "needs a name");
+	EXPECT_DEATH(Writer.WriteArrayEnd(), "wrong kind");
+}
+
+TEST(JsonObjectTest, NamesIgnoreCaseAndTheLastWinsInTheFirstPlace)
+{
+	const TSharedPtr<FJsonObject> Object = Parse(TEXT("{\"a\":1,\"b\":2,\"A\":3}"));
+	EXPECT_EQ(Condensed(Object), R"({"A":3,"b":2})");
+	EXPECT_TRUE(Object->HasField(TEXT("B")));
+	Object->SetStringField(TEXT("B"), TEXT("x"));
+	EXPECT_EQ(Condensed(Object), R"({"A":3,"B":"x"})");
+}
+
+TEST(JsonObjectTest, FieldsConvertWhereTheEngineConverts)
+{
+	const TSharedPtr<FJsonObject> Object = Parse(TEXT("{\"n\":5,\"f\":2.5,\"t\":true,\"s\":\"12\",\"z\":null,\"a\":[],\"big\":1e12}"));
+	FString Text;
+	EXPECT_TRUE(Object->TryGetStringField(TEXT("n"), Text));
+	EXPECT_EQ(Narrow(Text), "5");
+	EXPECT_TRUE(Object->TryGetStringField(TEXT("t"), Text));
+	EXPECT_EQ(Narrow(Text), "true");
+	EXPECT_FALSE(Object->TryGetStringField(TEXT("z"), Text));
+	EXPECT_TRUE(Object->HasField(TEXT("z"))) << "a null member is there";
+	EXPECT_FALSE(Object->TryGetStringField(TEXT("a"), Text));
+	int32 Number = 0;
+	EXPECT_TRUE(Object->TryGetNumberField(TEXT("s"), Number));
+	EXPECT_EQ(Number, 12);
+	EXPECT_FALSE(Object->TryGetNumberField(TEXT("big"), Number)) << "out of range";
+	bool bValue = false;
+	EXPECT_TRUE(Object->TryGetBoolField(TEXT("n"), bValue));
+	EXPECT_TRUE(bValue);
+	const TArray<TSharedPtr<FJsonValue>>* Array = nullptr;
+	EXPECT_FALSE(Object->TryGetArrayField(TEXT("n"), Array));
+}
+
+TEST(JsonReaderTest, RefusesWhatIsNoDocument)
+{
+	for (const TCHAR* Text : { TEXT(""), TEXT("5"), TEXT("\"x\""), TEXT("{\"a\":1} x"), TEXT("{'a':1}"), TEXT("{\"a\":1,}"), TEXT("{\"a\""),
+			 TEXT("<html>"), TEXT("[1]"), TEXT("{\"a\":\"\\q\"}") })
+	{
+		EXPECT_FALSE(Parse(Text).IsValid()) << Narrow(Text);
+	}
+	TArray<TSharedPtr<FJsonValue>> Array;
+	EXPECT_TRUE(FJsonSerializer::Deserialize(TJsonReaderFactory<>::Create(TEXT("[1,[2]]")), Array));
+	EXPECT_EQ(Array.Num(), 2);
+}
+
+TEST(JsonReaderTest, EscapesGiveUnits)
+{
+	const TSharedPtr<FJsonObject> Object = Parse(TEXT("{\"e\":\"\\ud83d\\ude00 \\u00e9\\t\"}"));
+	ASSERT_TRUE(Object.IsValid());
+	EXPECT_EQ(Narrow(Object->GetStringField(TEXT("e"))), "\U0001F600 é\t");
+}
+
+TEST(JsonReaderTest, DeepNestingIsRefusedAndNeverOverflowsTheStack)
+{
+	const int32 Depth = 1000000;
+	TSharedPtr<FJsonValue> Value;
+	const TSharedRef<TJsonReader<TCHAR>> Reader = TJsonReaderFactory<>::Create(FString::ChrN(Depth, u'['));
+	EXPECT_FALSE(FJsonSerializer::Deserialize(Reader, Value));
+	EXPECT_TRUE(Reader->GetErrorMessage().Contains(TEXT("deeper")));
+	const int32 Allowed = FJsonSerializer::DeepestNesting;
+	EXPECT_TRUE(FJsonSerializer::Deserialize(
+		TJsonReaderFactory<>::Create(FString::ChrN(Allowed, u'[') + FString::ChrN(Allowed, u']')), Value));
+}
