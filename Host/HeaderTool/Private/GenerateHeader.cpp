@@ -33,8 +33,8 @@ std::vector<std::string> GetStructBody(const FParsedStruct& Struct)
 
 std::vector<std::string> GetClassBody(const FParsedStruct& Class)
 {
-	std::vector<std::string> Lines = { "private:", "friend struct FReflected_" + Class.Name + ";", "public:",
-		"DECLARE_REFLECTED_CLASS(" + Class.Name + ", " + Class.Super + ")" };
+	std::vector<std::string> Lines = { "private:", "friend struct FReflected_" + Class.Name + ";",
+		"public:", "DECLARE_REFLECTED_CLASS(" + Class.Name + ", " + Class.Super + ")" };
 	for (const FParsedFunction& Function : Class.Functions)
 	{
 		if (NeedsImplementationDeclared(Class, Function))
@@ -66,8 +66,8 @@ std::string FormatEnumDeclarations(const FModule& Module, const FParsedEnum& Enu
 bool NeedsImplementationDeclared(const FParsedStruct& Class, const FParsedFunction& Function)
 {
 	return Function.Event == EEventKind::Native &&
-		   std::find(Class.OwnImplementations.begin(), Class.OwnImplementations.end(), Function.Name + "_Implementation") ==
-			   Class.OwnImplementations.end();
+		   std::find(Class.OwnImplementations.begin(), Class.OwnImplementations.end(),
+			   Function.Name + "_Implementation") == Class.OwnImplementations.end();
 }
 
 std::string FormatReturnType(const FParsedFunction& Function)
@@ -90,7 +90,8 @@ std::string FormatParameters(const FParsedFunction& Function)
 std::string GenerateHeader(const FModule& Module, const FParsedHeader& Header)
 {
 	const std::string FileId = GetFileId(Module, Header);
-	std::string Text = "// Written by HeaderTool from " + Header.IncludePath + ".\n\n#include \"UObject/ObjectMacros.h\"\n\n";
+	std::string Text =
+		"// Written by HeaderTool from " + Header.IncludePath + ".\n\n#include \"UObject/ObjectMacros.h\"\n\n";
 	Text += "#ifdef " + FileId + "_INCLUDED\n#error \"" + Header.Stem +
 			".generated.h already included, missing '#pragma once' in " + Header.Stem + ".h\"\n#endif\n";
 	Text += "#define " + FileId + "_INCLUDED\n\n";

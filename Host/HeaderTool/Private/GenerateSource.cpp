@@ -44,7 +44,7 @@ void CollectAccessors(const FPropertyType& Type, std::set<std::string>& Accessor
 			continue;
 		}
 		const FKnownType* Known = Module.Types.Find(Accessor.substr(std::string_view("ReflectedType_").size()));
-		const std::string Returned = Known->Kind == ETypeKind::Class	? "UClass"
+		const std::string Returned = Known->Kind == ETypeKind::Class    ? "UClass"
 									 : Known->Kind == ETypeKind::Struct ? "UScriptStruct"
 																		: "UEnum";
 		Accessors.insert(Returned + "* " + Accessor + "();");
@@ -78,9 +78,10 @@ std::string FormatInner(const FParsedProperty& Property)
 		const FPropertyType& Inner = Property.Property.Inner[Index];
 		const std::string Name = Property.Property.Kind == "Enum"  ? "UnderlyingType"
 								 : Property.Property.Kind != "Map" ? Property.Name
-								 : Index == 0					   ? Property.Name + "_Key"
+								 : Index == 0                      ? Property.Name + "_Key"
 																   : Property.Name;
-		Text += "\n\t\t\t.Inner({ .Name = " + Quote(Name) + ", .Kind = EPropertyKind::" + Inner.Kind + FormatTypeFields(Inner);
+		Text += "\n\t\t\t.Inner({ .Name = " + Quote(Name) + ", .Kind = EPropertyKind::" + Inner.Kind +
+				FormatTypeFields(Inner);
 		Text += " }";
 		for (const FPropertyType& Underlying : Inner.Inner)
 		{
@@ -93,10 +94,10 @@ std::string FormatInner(const FParsedProperty& Property)
 
 std::string FormatProperty(const FParsedProperty& Property, const std::string& Owner, std::string_view Builder)
 {
-	const std::string MemberName =
-		Property.Name + (std::find(Property.Flags.begin(), Property.Flags.end(), "CPF_Deprecated") == Property.Flags.end()
-								? ""
-								: "_DEPRECATED");
+	const std::string MemberName = Property.Name + (std::find(Property.Flags.begin(), Property.Flags.end(),
+														"CPF_Deprecated") == Property.Flags.end()
+														   ? ""
+														   : "_DEPRECATED");
 	std::string Text = "\t\t" + std::string(Builder) + ".Property({ .Name = " + Quote(Property.Name) +
 					   ", .Kind = EPropertyKind::" + (Property.bBitField ? "Bool" : Property.Property.Kind) +
 					   ", .Flags = " + JoinFlags(Property.Flags, "CPF_None");
@@ -134,12 +135,13 @@ std::string FormatThunk(const FParsedStruct& Class, const FParsedFunction& Funct
 	{
 		Arguments += (Index == 0 ? "Parms." : ", Parms.") + Function.Parameters[Index].Name;
 	}
-	const std::string Callee =
-		Function.bStatic ? Class.Name + "::" : "static_cast<" + Class.Name + "*>(Object)->";
-	std::string Text = "\tstatic void Call_" + Function.Name + "([[maybe_unused]] UObject* Object, void* ParmsMemory)\n\t{\n";
+	const std::string Callee = Function.bStatic ? Class.Name + "::" : "static_cast<" + Class.Name + "*>(Object)->";
+	std::string Text =
+		"\tstatic void Call_" + Function.Name + "([[maybe_unused]] UObject* Object, void* ParmsMemory)\n\t{\n";
 	Text += "\t\t[[maybe_unused]] auto& Parms = *static_cast<FParms_" + Function.Name + "*>(ParmsMemory);\n\t\t";
 	Text += (Function.bReturns ? "Parms.ReturnValue = " : "") + Callee + Function.Name;
-	Text += std::string(Function.Event == EEventKind::Native ? "_Implementation" : "") + "(" + Arguments + ");\n\t}\n\n";
+	Text +=
+		std::string(Function.Event == EEventKind::Native ? "_Implementation" : "") + "(" + Arguments + ");\n\t}\n\n";
 	return Text;
 }
 
@@ -233,7 +235,7 @@ std::string FormatStruct(const FModule& Module, const FParsedStruct& Struct)
 	const std::string& Name = Struct.Name;
 	std::string Text = FormatDescription(Struct);
 	Text += "static constinit F" + std::string(Struct.bClass ? "Class" : "ScriptStruct") + "Params Params_" + Name +
-			" = { { .Name = " + Quote(Struct.GetReflectedName()) + ", .Package = \"/Script/" + Module.Name +
+			" = { .Base = { .Name = " + Quote(Struct.GetReflectedName()) + ", .Package = \"/Script/" + Module.Name +
 			"\" }, .Size = sizeof(" + Name + "), .Alignment = alignof(" + Name + ")";
 	if (!Struct.Super.empty())
 	{
@@ -250,7 +252,8 @@ std::string FormatStruct(const FModule& Module, const FParsedStruct& Struct)
 	}
 	else
 	{
-		Text += ", .Flags = " + JoinFlags(Struct.Flags, "STRUCT_NoFlags") + ", .Ops = &TCppStructOps<" + Name + ">::Ops };\n\n";
+		Text += ", .Flags = " + JoinFlags(Struct.Flags, "STRUCT_NoFlags") + ", .Ops = &TCppStructOps<" + Name +
+				">::Ops };\n\n";
 		Text += FormatAccessor(Module, "UScriptStruct", Name);
 		if (!Struct.bNoExport)
 		{
@@ -278,10 +281,10 @@ std::string FormatEnum(const FModule& Module, const FParsedEnum& Enum)
 		Text += "\tBuilder.Value(" + Quote(FullName) + ", static_cast<int64>(" + Name + "::" + Enumerator.Name + "))" +
 				FormatMeta(Enumerator.Meta) + ";\n";
 	}
-	Text += "}\n\nstatic constinit FEnumParams Params_" + Name + " = { { .Name = " + Quote(Name) +
-			", .Package = \"/Script/" + Module.Name + "\" }, .CppForm = UEnum::ECppForm::" +
-			(Enum.bScoped ? "EnumClass" : "Regular") + ", .bFlags = " + (Enum.bFlags ? "true" : "false") +
-			", .Define = &Define_" + Name + " };\n\n";
+	Text += "}\n\nstatic constinit FEnumParams Params_" + Name + " = { .Base = { .Name = " + Quote(Name) +
+			", .Package = \"/Script/" + Module.Name +
+			"\" }, .CppForm = UEnum::ECppForm::" + (Enum.bScoped ? "EnumClass" : "Regular") +
+			", .bFlags = " + (Enum.bFlags ? "true" : "false") + ", .Define = &Define_" + Name + " };\n\n";
 	Text += FormatAccessor(Module, "UEnum", Name);
 	Text += "template <> " + Module.ApiMacro + " UEnum* StaticEnum<" + Name + ">()\n{\n\treturn ReflectedType_" + Name +
 			"();\n}\n\n";
@@ -299,7 +302,8 @@ std::string FormatAccessorDeclarations(const FModule& Module, const FParsedHeade
 		}
 		if (!Struct.Super.empty())
 		{
-			Accessors.insert((Struct.bClass ? "UClass* ReflectedType_" : "UScriptStruct* ReflectedType_") + Struct.Super + "();");
+			Accessors.insert(
+				(Struct.bClass ? "UClass* ReflectedType_" : "UScriptStruct* ReflectedType_") + Struct.Super + "();");
 		}
 		for (const FParsedProperty& Property : Struct.Properties)
 		{

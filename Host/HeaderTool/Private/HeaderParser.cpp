@@ -184,7 +184,8 @@ private:
 			ReadEnumeratorMeta(Enumerator);
 			if (Reader.Accept("="))
 			{
-				while (!Reader.AtEnd() && !Reader.Peek().Is(",") && !Reader.Peek().Is("}") && !Reader.Peek().Is("UMETA"))
+				while (
+					!Reader.AtEnd() && !Reader.Peek().Is(",") && !Reader.Peek().Is("}") && !Reader.Peek().Is("UMETA"))
 				{
 					Reader.Peek().Is("(") ? Reader.SkipBrackets() : void(Reader.Next());
 				}
@@ -318,7 +319,8 @@ private:
 			}
 			Depth += Token.Is("{") - Token.Is("}");
 			Reader.Next();
-		} while (Depth > 0 && !Reader.AtEnd());
+		}
+		while (Depth > 0 && !Reader.AtEnd());
 	}
 
 	bool ReadAccess()
@@ -361,7 +363,8 @@ private:
 		const FSourceToken& Macro = Reader.Peek();
 		if (Macro.Condition == ECondition::Unknown)
 		{
-			Reader.Error("'" + Macro.Text + "' must not be inside preprocessor blocks, except for WITH_EDITORONLY_DATA");
+			Reader.Error(
+				"'" + Macro.Text + "' must not be inside preprocessor blocks, except for WITH_EDITORONLY_DATA");
 			SkipMacro();
 			return;
 		}
@@ -383,7 +386,8 @@ private:
 		ReportAt(Macro.Line, ApplyPropertySpecifiers(Specifiers, Property));
 		if (Macro.Condition == ECondition::Editor)
 		{
-			Reader.Error(Macro.Line, "UProperties should not be wrapped by WITH_EDITOR, use WITH_EDITORONLY_DATA instead.");
+			Reader.Error(
+				Macro.Line, "UProperties should not be wrapped by WITH_EDITOR, use WITH_EDITORONLY_DATA instead.");
 		}
 		if (Macro.Condition == ECondition::EditorOnlyData)
 		{
@@ -430,7 +434,8 @@ private:
 			Property.bBitField = true;
 			if (Property.Type.Name != "uint8" || Reader.Peek().Text != "1")
 			{
-				Reader.Error("Bad bit field '" + Property.Name + "': only 'uint8 " + Property.Name + " : 1' is supported");
+				Reader.Error(
+					"Bad bit field '" + Property.Name + "': only 'uint8 " + Property.Name + " : 1' is supported");
 				return false;
 			}
 		}
@@ -449,16 +454,16 @@ private:
 		}
 		if (HasFlag("CPF_BlueprintVisible") && Access == EAccess::Private && !Property.Meta.Has("AllowPrivateAccess"))
 		{
-			Reader.Error(Macro.Line,
-				std::string(HasFlag("CPF_BlueprintReadOnly") ? "BlueprintReadOnly" : "BlueprintReadWrite") +
-					" should not be used on private members");
+			Reader.Error(
+				Macro.Line, std::string(HasFlag("CPF_BlueprintReadOnly") ? "BlueprintReadOnly" : "BlueprintReadWrite") +
+								" should not be used on private members");
 		}
 		if (Property.Name.ends_with("_DEPRECATED"))
 		{
 			Property.Name.resize(Property.Name.size() - std::string_view("_DEPRECATED").size());
 			Property.Flags.push_back("CPF_Deprecated");
 		}
-		Property.Flags.push_back(Access == EAccess::Public		? "CPF_NativeAccessSpecifierPublic"
+		Property.Flags.push_back(Access == EAccess::Public      ? "CPF_NativeAccessSpecifierPublic"
 								 : Access == EAccess::Protected ? "CPF_NativeAccessSpecifierProtected"
 																: "CPF_NativeAccessSpecifierPrivate");
 	}
@@ -603,7 +608,7 @@ private:
 	void FinishFunction(const FSourceToken& Macro, const FParsedStruct& Struct, FParsedFunction& Function)
 	{
 		FFlagNames& Flags = Function.Flags;
-		Flags.push_back(Access == EAccess::Public	   ? "FUNC_Public"
+		Flags.push_back(Access == EAccess::Public      ? "FUNC_Public"
 						: Access == EAccess::Protected ? "FUNC_Protected"
 													   : "FUNC_Private");
 		if (Function.Event != EEventKind::Implementable)
@@ -618,9 +623,10 @@ private:
 		{
 			Flags.push_back("FUNC_Const");
 		}
-		const bool bHasOutParameters = std::any_of(
-			Function.Parameters.begin(), Function.Parameters.end(), [](const FParsedProperty& Parameter) {
-				return std::find(Parameter.Flags.begin(), Parameter.Flags.end(), "CPF_OutParm") != Parameter.Flags.end();
+		const bool bHasOutParameters =
+			std::any_of(Function.Parameters.begin(), Function.Parameters.end(), [](const FParsedProperty& Parameter) {
+				return std::find(Parameter.Flags.begin(), Parameter.Flags.end(), "CPF_OutParm") !=
+					   Parameter.Flags.end();
 			});
 		if (bHasOutParameters)
 		{
@@ -631,9 +637,9 @@ private:
 		{
 			if (EqualsIgnoreCase(Other.Name, Function.Name))
 			{
-				Reader.Error(Function.Line,
-					"'" + Function.Name + "' conflicts with 'Function " + Struct.GetReflectedName() + ":" + Other.Name +
-						"': reflected functions cannot be overloaded");
+				Reader.Error(Function.Line, "'" + Function.Name + "' conflicts with 'Function " +
+												Struct.GetReflectedName() + ":" + Other.Name +
+												"': reflected functions cannot be overloaded");
 			}
 		}
 	}

@@ -12,7 +12,7 @@ struct FHeaderToolOptions
 	std::string OutputFolder;
 	std::string ManifestPath;
 	std::vector<std::string> UsedManifests; // of the modules whose types may be used
-	std::vector<std::string> IncludeRoots;	// folders from which the module's sources include its headers
+	std::vector<std::string> IncludeRoots;  // folders from which the module's sources include its headers
 	std::vector<std::string> Headers;
 };
 

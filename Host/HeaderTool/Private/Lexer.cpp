@@ -178,7 +178,8 @@ private:
 		}
 		else if (std::isdigit(static_cast<unsigned char>(Peek())))
 		{
-			ReadWhile(ETokenKind::Number, [](char Next) { return IsIdentifierPart(Next) || Next == '.' || Next == '\''; });
+			ReadWhile(
+				ETokenKind::Number, [](char Next) { return IsIdentifierPart(Next) || Next == '.' || Next == '\''; });
 		}
 		else if (Peek() == '"' || Peek() == '\'')
 		{
@@ -259,7 +260,8 @@ private:
 		Add(ETokenKind::Symbol, Symbol);
 	}
 
-	template <typename PredicateType> void ReadWhile(ETokenKind Kind, PredicateType Belongs)
+	template <typename PredicateType>
+	void ReadWhile(ETokenKind Kind, PredicateType Belongs)
 	{
 		const size_t Start = Position;
 		while (!AtEnd() && Belongs(Peek()))

@@ -5,9 +5,8 @@
 
 bool EqualsIgnoreCase(std::string_view A, std::string_view B)
 {
-	return std::equal(A.begin(), A.end(), B.begin(), B.end(), [](unsigned char Left, unsigned char Right) {
-		return std::tolower(Left) == std::tolower(Right);
-	});
+	return std::equal(A.begin(), A.end(), B.begin(), B.end(),
+		[](unsigned char Left, unsigned char Right) { return std::tolower(Left) == std::tolower(Right); });
 }
 
 void FMetaData::Set(std::string_view Key, std::string_view Value)

@@ -112,7 +112,7 @@ struct FParsedStruct
 	bool bNoExport = false;  // the type is declared elsewhere; only its description is wanted
 	bool bIntrinsic = false; // the type is also described elsewhere: it is only known
 	bool bBlueprintType = false;
-	bool bTakesInitializer = false; // a constructor from FObjectInitializer
+	bool bTakesInitializer = false;              // a constructor from FObjectInitializer
 	std::vector<std::string> OwnImplementations; // "<Name>_Implementation" functions that the class declares itself
 
 	/** Without the prefix. */

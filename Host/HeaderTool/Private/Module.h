@@ -11,7 +11,7 @@ struct FModule
 	std::string Name;
 	std::string ApiMacro;
 	std::vector<FParsedHeader> Headers;
-	FTypeRegistry Types;                   // of this module and of those it uses
+	FTypeRegistry Types;                    // of this module and of those it uses
 	std::vector<FKnownHeader> KnownHeaders; // of the modules it uses
 };
 

@@ -44,7 +44,8 @@ constexpr FPointerType PointerTypes[] = {
 	{ "TWeakObjectPtr", "WeakObject" },
 };
 
-template <typename TableType> auto FindByName(const TableType& Table, std::string_view Name) -> decltype(&Table[0])
+template <typename TableType>
+auto FindByName(const TableType& Table, std::string_view Name) -> decltype(&Table[0])
 {
 	const auto Found =
 		std::find_if(std::begin(Table), std::end(Table), [Name](const auto& Each) { return Each.Name == Name; });

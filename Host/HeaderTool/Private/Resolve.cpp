@@ -26,7 +26,8 @@ public:
 	}
 
 private:
-	template <typename FunctionType> void ForEachHeader(FunctionType Function)
+	template <typename FunctionType>
+	void ForEachHeader(FunctionType Function)
 	{
 		for (FParsedHeader& Header : Module.Headers)
 		{
@@ -49,8 +50,8 @@ private:
 			{
 				if (EqualsIgnoreCase(Other.Stem, Header.Stem))
 				{
-					Error(1, "Two headers with the same name is not allowed: '" + Header.Stem + ".h' is also in module '" +
-								 Other.Module + "'");
+					Error(1, "Two headers with the same name is not allowed: '" + Header.Stem +
+								 ".h' is also in module '" + Other.Module + "'");
 				}
 			}
 			Headers.push_back({ Header.Stem, Module.Name });
@@ -131,7 +132,8 @@ private:
 	void CheckPrefix(const FParsedStruct& Struct)
 	{
 		const char Wanted = !Struct.bClass ? 'F' : Module.Types.IsChildOf(Struct.Name, "AActor") ? 'A' : 'U';
-		if (Struct.Name[0] == Wanted && Struct.Name.size() > 1 && std::isupper(static_cast<unsigned char>(Struct.Name[1])))
+		if (Struct.Name[0] == Wanted && Struct.Name.size() > 1 &&
+			std::isupper(static_cast<unsigned char>(Struct.Name[1])))
 		{
 			return;
 		}
@@ -191,8 +193,9 @@ private:
 		}
 		else if (!Parameter.Property.bBlueprintType && HasFlag(Function.Flags, "FUNC_BlueprintCallable"))
 		{
-			Error(Parameter.Line, "Type '" + Parameter.Type.ToString(true) + "' is not supported by blueprint. Function: " +
-									  Function.Name + " Parameter " + Parameter.Name);
+			Error(Parameter.Line, "Type '" + Parameter.Type.ToString(true) +
+									  "' is not supported by blueprint. Function: " + Function.Name + " Parameter " +
+									  Parameter.Name);
 		}
 	}
 

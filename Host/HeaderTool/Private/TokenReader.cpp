@@ -35,7 +35,8 @@ bool FTokenReader::Expect(std::string_view Text, std::string_view Context)
 	{
 		return true;
 	}
-	Error("Found '" + Peek().Text + "' when expecting '" + std::string(Text) + "' while parsing " + std::string(Context));
+	Error(
+		"Found '" + Peek().Text + "' when expecting '" + std::string(Text) + "' while parsing " + std::string(Context));
 	return false;
 }
 
@@ -184,7 +185,8 @@ FSpecifierList FTokenReader::ReadSpecifiers()
 				do
 				{
 					Specifier.Values.push_back(ReadSpecifierValue());
-				} while (bSeveral && Accept(","));
+				}
+				while (bSeveral && Accept(","));
 				if (bSeveral)
 				{
 					Expect(")", "specifiers");
@@ -228,7 +230,8 @@ bool FTokenReader::ReadType(FTypeName& OutType)
 			{
 				return false;
 			}
-		} while (Accept(","));
+		}
+		while (Accept(","));
 		if (!Expect(">", "a template's arguments"))
 		{
 			return false;

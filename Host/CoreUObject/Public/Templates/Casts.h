@@ -15,7 +15,8 @@ requires std::is_base_of_v<UObject, From> To* Cast(From* Src)
 }
 
 template <typename To, typename From>
-requires std::is_base_of_v<UObject, From> const To* Cast(const From* Src)
+requires std::is_base_of_v<UObject, From>
+const To* Cast(const From* Src)
 {
 	return Cast<To>(const_cast<From*>(Src));
 }

@@ -83,9 +83,9 @@ public:
 	bool HasReferences() const;
 	static void AddReferencedObjects(UObject* InThis, FReferenceCollector& Collector);
 
-	UField* Children = nullptr;         // functions, in order of declaration
-	FField* ChildProperties = nullptr;  // own properties, in order of declaration
-	FProperty* PropertyLink = nullptr;  // all properties, own ones first
+	UField* Children = nullptr;        // functions, in order of declaration
+	FField* ChildProperties = nullptr; // own properties, in order of declaration
+	FProperty* PropertyLink = nullptr; // all properties, own ones first
 	int32 PropertiesSize = 0;
 	int32 MinAlignment = 1;
 
@@ -179,7 +179,8 @@ public:
 	bool CanHash() const;
 	uint32 GetStructTypeHash(const void* Value) const;
 
-	/** Appends "(Member=Value,…)". With Defaults, members that equal theirs are left out, unless the struct is atomic. */
+	/** Appends "(Member=Value,…)". With Defaults, members that equal theirs are left out, unless the struct is atomic.
+	 */
 	void ExportText(FString& ValueStr, const void* Value, const void* Defaults, UObject* OwnerObject, int32 PortFlags,
 		UObject* ExportRootScope) const;
 	/** Reads what ExportText writes; members that are not named keep their values. Null when it cannot be read. */
@@ -203,9 +204,9 @@ public:
 
 	enum class ECppForm
 	{
-		Regular,    // enum E { A }: entries are called "A"
+		Regular, // enum E { A }: entries are called "A"
 		Namespaced,
-		EnumClass,  // enum class E { A }: entries are called "E::A"
+		EnumClass, // enum class E { A }: entries are called "E::A"
 	};
 
 	/** Replaces the entries. A _MAX entry is added unless there is one or none is wanted. */
@@ -302,7 +303,7 @@ public:
 	EClassFlags GetClassFlags() const { return ClassFlags; }
 	bool IsNative() const { return HasAnyClassFlags(CLASS_Native); }
 
-	/** Makes the default object when there is none yet, and completes the class for it. */
+	/** Makes the default object when there is none yet. */
 	UObject* GetDefaultObject(bool bCreateIfNeeded = true) const;
 	template <typename T>
 	T* GetDefaultObject() const
@@ -328,8 +329,8 @@ public:
 	static void AddReferencedObjects(UObject* InThis, FReferenceCollector& Collector);
 
 	/**
-	 * Finds a type in memory by a full path or a short name without prefix. An empty name gives null. "Slow" since a short
-	 * name is looked for in all packages.
+	 * Finds a type in memory by a full path or a short name without prefix. An empty name gives null. "Slow" since a
+	 * short name is looked for in all packages.
 	 */
 	template <typename T>
 	static T* TryFindTypeSlow(const FString& TypeName, EFindFirstObjectOptions Options = EFindFirstObjectOptions::None)
@@ -348,7 +349,6 @@ public:
 	FConstruct ClassConstructor = nullptr;
 	FAddReferencedObjects ClassAddReferencedObjects = nullptr;
 	UObject* ClassDefaultObject = nullptr;
-	FSimpleDelegate OnFirstUse; // completes the class; unbound once it is complete
 
 private:
 	static UObject* TryFindType(UClass* TypeClass, const FString& TypeName, EFindFirstObjectOptions Options);
@@ -384,7 +384,6 @@ T* GetMutableDefault(const UClass* Class)
 }
 
 struct FColor;
-struct FDateTime;
 struct FGuid;
 struct FLinearColor;
 struct FSoftClassPath;
@@ -410,5 +409,6 @@ struct TVector2;
 DECLARE_BASE_STRUCTURE(FColor)
 DECLARE_BASE_STRUCTURE(FLinearColor)
 DECLARE_BASE_STRUCTURE(TVector2<double>)
+DECLARE_BASE_STRUCTURE(FGuid)
 DECLARE_BASE_STRUCTURE(FSoftObjectPath)
 DECLARE_BASE_STRUCTURE(FSoftClassPath)

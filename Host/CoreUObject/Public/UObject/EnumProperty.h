@@ -17,6 +17,7 @@ public:
 	void AddCppProperty(FProperty* Property);
 
 	FString GetCPPType(FString* ExtendedTypeText = nullptr, uint32 CPPExportFlags = 0) const override;
+	void CollectTypes(FReferenceCollector& Collector) const override;
 	bool SameType(const FProperty* Other) const override;
 	int32 GetMinAlignment() const override { return UnderlyingProp->GetMinAlignment(); }
 	void LinkInternal() override;

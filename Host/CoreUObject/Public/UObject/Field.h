@@ -3,8 +3,8 @@
 #include "Containers/Map.h"
 #include "Containers/UnrealString.h"
 #include "Internationalization/Text.h"
-#include "UObject/ObjectMacros.h"
 #include "UObject/NameTypes.h"
+#include "UObject/ObjectMacros.h"
 
 class FField;
 class UClass;
@@ -178,6 +178,3 @@ const FieldType* CastFieldChecked(const FField* Src)
 {
 	return CastFieldChecked<FieldType>(const_cast<FField*>(Src));
 }
-
-/** The name of a variable or function as a person reads it: "bIsOn" of a bool is "Is On". */
-FString NameToDisplayString(const FString& Name, bool bIsBool);

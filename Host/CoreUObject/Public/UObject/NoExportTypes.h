@@ -5,8 +5,12 @@
 #include "UObject/Object.h"
 #include "UObject/SoftObjectPath.h"
 
-// Types that are declared without reflection, described for HeaderTool. The compiler sees none of this: members have the
-// names and the order of the real ones.
+#ifndef CPP
+#define CPP 1
+#endif
+
+// Types that are declared without reflection, described for HeaderTool. The compiler sees none of this: members have
+// the names and the order of the real ones.
 #if !CPP
 
 UCLASS(abstract, intrinsic)

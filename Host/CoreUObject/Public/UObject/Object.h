@@ -27,7 +27,8 @@ public:
 	}
 	UObject* CreateDefaultSubobject(FName SubobjectName, const UClass* SubobjectClass, bool bTransient);
 
-	/** After the constructor, with properties copied from the template and, for a default object, the configuration read. */
+	/** After the constructor, with properties copied from the template and, for a default object, the configuration
+	 * read. */
 	virtual void PostInitProperties() {}
 	/** After the object was read from a package. */
 	virtual void PostLoad() {}
@@ -40,7 +41,9 @@ public:
 
 #if WITH_EDITOR
 	/** Before a property is changed from outside; null when it is not known which. */
-	virtual void PreEditChange(FProperty* PropertyAboutToChange) {}
+	virtual void PreEditChange(FProperty* PropertyAboutToChange)
+	{
+	}
 	/** After a property was changed from outside, be it in a details panel. The event's property can be null. */
 	virtual void PostEditChangeProperty(FPropertyChangedEvent& PropertyChangedEvent);
 	/** PostEditChangeProperty with an event that names no property. */
@@ -81,7 +84,9 @@ public:
 	virtual void ProcessEvent(UFunction* Function, void* Parms);
 
 	/** For references that are not reflected: report them to the collector. Call Super's first. */
-	static void AddReferencedObjects(UObject* InThis, FReferenceCollector& Collector) {}
+	static void AddReferencedObjects(UObject* InThis, FReferenceCollector& Collector)
+	{
+	}
 };
 
 /** Whether the object is there and not marked as garbage. */

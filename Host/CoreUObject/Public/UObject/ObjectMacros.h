@@ -28,15 +28,15 @@
 #define STRUCT_OFFSET(Struct, Member) __builtin_offsetof(Struct, Member)
 #define CPP_ARRAY_DIM(ArrayName, ClassName) (sizeof(ClassName::ArrayName) / sizeof(ClassName::ArrayName[0]))
 
-/** The body of a virtual function that every child has to override: objects of abstract classes must be constructible. */
+/** The body of a virtual function that every child has to override: objects of abstract classes must be constructible.
+ */
 #define PURE_VIRTUAL(Function, ...)                                                                                    \
 	{                                                                                                                  \
 		checkf(false, TEXT("Pure virtual function called: %s"), TEXT(#Function));                                      \
 		__VA_ARGS__                                                                                                    \
 	}
 
-#define GET_MEMBER_NAME_CHECKED(ClassName, MemberName)                                                                 \
-	((void)sizeof(ClassName::MemberName), FName(TEXT(#MemberName)))
+#define GET_MEMBER_NAME_CHECKED(ClassName, MemberName) ((void)sizeof(ClassName::MemberName), FName(TEXT(#MemberName)))
 #define GET_MEMBER_NAME_STRING_CHECKED(ClassName, MemberName)                                                          \
 	((void)sizeof(ClassName::MemberName), FString(TEXT(#MemberName)))
 #define GET_FUNCTION_NAME_CHECKED(ClassName, FunctionName)                                                             \
@@ -105,10 +105,10 @@ enum EClassFlags : uint32
 ENUM_CLASS_FLAGS(EClassFlags)
 
 /** What a class takes over from its parent. */
-constexpr EClassFlags CLASS_Inherit =
-	CLASS_Transient | CLASS_DefaultConfig | CLASS_Config | CLASS_PerObjectConfig | CLASS_NotPlaceable | CLASS_Const |
-	CLASS_HasInstancedReference | CLASS_Deprecated | CLASS_DefaultToInstanced | CLASS_GlobalUserConfig |
-	CLASS_ProjectUserConfig;
+constexpr EClassFlags CLASS_Inherit = CLASS_Transient | CLASS_DefaultConfig | CLASS_Config | CLASS_PerObjectConfig |
+									  CLASS_NotPlaceable | CLASS_Const | CLASS_HasInstancedReference |
+									  CLASS_Deprecated | CLASS_DefaultToInstanced | CLASS_GlobalUserConfig |
+									  CLASS_ProjectUserConfig;
 
 enum EStructFlags : uint32
 {

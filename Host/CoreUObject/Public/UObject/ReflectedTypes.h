@@ -124,7 +124,6 @@ struct FReflectedTypeParams
 	const char* Name;    // without prefix
 	const char* Package; // "/Script/<Module>"
 	UField* Type = nullptr;
-	bool bDefined = false; // the fields are there
 };
 
 struct FClassParams

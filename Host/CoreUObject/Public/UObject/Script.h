@@ -1,7 +1,7 @@
 #pragma once
 
-#include "Misc/EnumClassFlags.h"
 #include "CoreTypes.h"
+#include "Misc/EnumClassFlags.h"
 
 /** What a function is and may be used for. */
 enum EFunctionFlags : uint32

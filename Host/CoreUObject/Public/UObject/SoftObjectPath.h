@@ -43,3 +43,22 @@ struct FSoftClassPath : FSoftObjectPath
 	using FSoftObjectPath::FSoftObjectPath;
 	UClass* ResolveClass() const;
 };
+
+template <typename StructType>
+struct TStructOpsTypeTraits;
+
+template <>
+struct TStructOpsTypeTraits<FSoftObjectPath>
+{
+	enum
+	{
+		WithIdenticalViaEquality = true,
+		WithExportTextItem = true,
+		WithImportTextItem = true,
+	};
+};
+
+template <>
+struct TStructOpsTypeTraits<FSoftClassPath> : TStructOpsTypeTraits<FSoftObjectPath>
+{
+};

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "UObject/ObjectMacros.h"
 #include "UObject/NameTypes.h"
+#include "UObject/ObjectMacros.h"
 
 class UClass;
 class UObject;
@@ -45,10 +45,8 @@ private:
 };
 
 /**
- * Completes the reflected types of libraries that were loaded since the last call: fields first, then the default object
- * of each class, for which its constructor runs and its configuration is read.
+ * Makes the reflected types of libraries that were loaded since the last call: first all types with their fields, then
+ * the default object of each class, for which its constructor runs and its configuration is read. The module manager
+ * calls it for each module that it loads.
  */
 void ProcessNewlyLoadedUObjects(FName Package = NAME_None, bool bCanProcessNewlyLoadedObjects = true);
-
-/** Makes sure that the object system works and follows the loading of modules. Calling it again does nothing. */
-void UObjectBaseInit();

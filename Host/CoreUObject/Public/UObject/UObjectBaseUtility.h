@@ -22,7 +22,7 @@ public:
 	void RemoveFromRoot();
 	bool IsRooted() const;
 
-	/** The object counts as gone: IsValid is false from now on, and nothing keeps it but the root set. */
+	/** The object counts as gone: IsValid is false, weak pointers are null, and flags no longer keep it. */
 	void MarkAsGarbage();
 	void ClearGarbage();
 	bool IsUnreachable() const;

@@ -35,8 +35,10 @@ public:
 	template <typename ReturnType>
 	ReturnType* CreateDefaultSubobject(UObject* Outer, FName SubobjectName, bool bTransient = false) const
 	{
-		return Outer->template CreateDefaultSubobject<ReturnType>(SubobjectName, bTransient);
+		return static_cast<ReturnType*>(
+			CreateDefaultSubobject(Outer, SubobjectName, ReturnType::StaticClass(), bTransient));
 	}
+	UObject* CreateDefaultSubobject(UObject* Outer, FName SubobjectName, const UClass* Class, bool bTransient) const;
 
 private:
 	UObject* const Obj;
@@ -166,7 +168,10 @@ public:
 		HandleObjectReference(Object);
 	}
 	template <typename PointerType>
-	void AddReferencedObject(const PointerType& Pointer) requires requires { Pointer.Get(); }
+	void AddReferencedObject(const PointerType& Pointer) requires requires
+	{
+		Pointer.Get();
+	}
 	{
 		HandleObjectReference(Pointer.Get());
 	}

@@ -91,8 +91,9 @@ public:
 	uint32 GetValueTypeHash(const void* Src) const;
 
 	/**
-	 * Appends the value as text and returns true; unless Delta is another place than Data and holds an equal value (null
-	 * stands for the empty value): then nothing is written and the answer is false. Pass Data twice to have it always.
+	 * Appends the value as text and returns true; unless Delta is another place than Data and holds an equal value
+	 * (null stands for the empty value): then nothing is written and the answer is false. Pass Data twice to have it
+	 * always.
 	 */
 	bool ExportText_Direct(FString& ValueStr, const void* Data, const void* Delta, UObject* Parent, int32 PortFlags,
 		UObject* ExportRootScope = nullptr) const;
@@ -107,8 +108,8 @@ public:
 	void ExportTextItem_InContainer(FString& ValueStr, const void* Container, const void* DefaultValue, UObject* Parent,
 		int32 PortFlags, UObject* ExportRootScope = nullptr) const
 	{
-		ExportTextItem_Direct(ValueStr, MemoryToValue(const_cast<void*>(Container), 0), DefaultValue, Parent, PortFlags,
-			ExportRootScope);
+		ExportTextItem_Direct(
+			ValueStr, MemoryToValue(const_cast<void*>(Container), 0), DefaultValue, Parent, PortFlags, ExportRootScope);
 	}
 	/** Reads a value from the start of the text. Null when there is none; otherwise what stands behind it. */
 	const TCHAR* ImportText_Direct(const TCHAR* Buffer, void* PropertyPtr, UObject* OwnerObject, int32 PortFlags,
@@ -124,6 +125,8 @@ public:
 	/** Whether a value can refer to objects, and which ones it does. */
 	virtual bool ContainsObjectReference() const { return false; }
 	virtual void CollectReferences(void* Value, FReferenceCollector& Collector) const {}
+	/** Reports the classes, structs and enums that the property itself refers to. */
+	virtual void CollectTypes(FReferenceCollector& Collector) const {}
 
 	int32 ArrayDim = 1;    // elements of a C array
 	int32 ElementSize = 0; // bytes
@@ -141,6 +144,8 @@ private:
 	void* MemoryToValue(void* Container, int32 ArrayIndex) const;
 	/** Asserts that the object's class has the property. */
 	void* ObjectToValue(UObject* Container, int32 ArrayIndex) const;
+	/** Null for a member of a struct, a parameter or an element. */
+	const UClass* GetDirectOwnerClass() const;
 
 	int32 Offset_Internal = 0;
 };
@@ -311,8 +316,8 @@ public:
 
 	UEnum* GetIntPropertyEnum() const override { return Enum; }
 	FString GetCPPType(FString* ExtendedTypeText = nullptr, uint32 CPPExportFlags = 0) const override;
+	void CollectTypes(FReferenceCollector& Collector) const override;
 	bool SameType(const FProperty* Other) const override;
-	bool ContainsObjectReference() const override { return false; }
 
 	UEnum* Enum = nullptr;
 
@@ -421,6 +426,7 @@ public:
 	}
 	void SetPropertyClass(UClass* NewPropertyClass) { PropertyClass = NewPropertyClass; }
 	bool SameType(const FProperty* Other) const override;
+	void CollectTypes(FReferenceCollector& Collector) const override;
 
 	UClass* PropertyClass = nullptr; // the value is of this class or a child of it
 
@@ -455,6 +461,7 @@ public:
 	FClassProperty(FFieldVariant InOwner, const FName& InName, EObjectFlags InFlags);
 
 	FString GetCPPType(FString* ExtendedTypeText = nullptr, uint32 CPPExportFlags = 0) const override;
+	void CollectTypes(FReferenceCollector& Collector) const override;
 	bool SameType(const FProperty* Other) const override;
 
 	UClass* MetaClass = nullptr; // the class that is referred to is this one or a child of it
@@ -499,6 +506,7 @@ public:
 	FSoftClassProperty(FFieldVariant InOwner, const FName& InName, EObjectFlags InFlags);
 
 	FString GetCPPType(FString* ExtendedTypeText = nullptr, uint32 CPPExportFlags = 0) const override;
+	void CollectTypes(FReferenceCollector& Collector) const override;
 	bool SameType(const FProperty* Other) const override;
 
 	UClass* MetaClass = nullptr;
@@ -511,6 +519,7 @@ public:
 	using FProperty::FProperty;
 
 	FString GetCPPType(FString* ExtendedTypeText = nullptr, uint32 CPPExportFlags = 0) const override;
+	void CollectTypes(FReferenceCollector& Collector) const override;
 	bool SameType(const FProperty* Other) const override;
 	int32 GetMinAlignment() const override { return Struct->GetMinAlignment(); }
 	void LinkInternal() override;
@@ -539,6 +548,7 @@ public:
 	~FArrayProperty() override;
 
 	FString GetCPPType(FString* ExtendedTypeText = nullptr, uint32 CPPExportFlags = 0) const override;
+	void CollectTypes(FReferenceCollector& Collector) const override;
 	bool SameType(const FProperty* Other) const override;
 	int32 GetMinAlignment() const override { return alignof(FScriptArray); }
 	void LinkInternal() override;
@@ -566,6 +576,7 @@ public:
 	~FSetProperty() override;
 
 	FString GetCPPType(FString* ExtendedTypeText = nullptr, uint32 CPPExportFlags = 0) const override;
+	void CollectTypes(FReferenceCollector& Collector) const override;
 	bool SameType(const FProperty* Other) const override;
 	int32 GetMinAlignment() const override { return alignof(FScriptSet); }
 	void LinkInternal() override;
@@ -593,6 +604,7 @@ public:
 	~FMapProperty() override;
 
 	FString GetCPPType(FString* ExtendedTypeText = nullptr, uint32 CPPExportFlags = 0) const override;
+	void CollectTypes(FReferenceCollector& Collector) const override;
 	bool SameType(const FProperty* Other) const override;
 	int32 GetMinAlignment() const override { return alignof(FScriptMap); }
 	void LinkInternal() override;
@@ -764,10 +776,10 @@ public:
 	TFieldIterator(const UStruct* InStruct, EFieldIteratorFlags::SuperClassFlags SuperFlags,
 		EFieldIteratorFlags::DeprecatedPropertyFlags DeprecatedFlags = EFieldIteratorFlags::IncludeDeprecated,
 		EFieldIteratorFlags::InterfaceClassFlags InterfaceFlags = EFieldIteratorFlags::ExcludeInterfaces)
-		: TFieldIterator(InStruct,
-			  (SuperFlags ? EFieldIterationFlags::IncludeSuper : EFieldIterationFlags::None) |
-				  (DeprecatedFlags ? EFieldIterationFlags::IncludeDeprecated : EFieldIterationFlags::None) |
-				  (InterfaceFlags ? EFieldIterationFlags::IncludeInterfaces : EFieldIterationFlags::None))
+		: TFieldIterator(
+			  InStruct, (SuperFlags ? EFieldIterationFlags::IncludeSuper : EFieldIterationFlags::None) |
+							(DeprecatedFlags ? EFieldIterationFlags::IncludeDeprecated : EFieldIterationFlags::None) |
+							(InterfaceFlags ? EFieldIterationFlags::IncludeInterfaces : EFieldIterationFlags::None))
 	{
 	}
 

@@ -21,7 +21,8 @@ struct TWeakObjectPtr
 	{
 	}
 	template <typename U>
-	requires(std::is_convertible_v<U*, const T*> && !std::is_same_v<T, U>) TWeakObjectPtr(const TWeakObjectPtr<U>& Other)
+	requires(std::is_convertible_v<U*, const T*> && !std::is_same_v<T, U>)
+		TWeakObjectPtr(const TWeakObjectPtr<U>& Other)
 		: Pointer(Other.GetWeakPtrTypeBase())
 	{
 	}
