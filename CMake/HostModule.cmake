@@ -38,11 +38,15 @@ endfunction()
 
 # host_test(<Name> SOURCES <file>... NEEDS <target>... [INCLUDES <folder>...])
 #
+# Reflected test types are named by a run_header_tool(<Name> <header>...) behind it.
+#
 # A GoogleTest program that is started with the host's core set up (game thread, command line, log).
 function(host_test name)
   cmake_parse_arguments(arg "" "" "SOURCES;NEEDS;INCLUDES" ${ARGN})
   add_executable(${name} ${arg_SOURCES})
   target_include_directories(${name} PRIVATE ${arg_INCLUDES})
+  string(TOUPPER ${name} upper_name)
+  target_compile_definitions(${name} PRIVATE ${upper_name}_API=)
   target_link_libraries(${name} PRIVATE EngineCompileRules HostTestMain ${arg_NEEDS})
   add_test(NAME ${name} COMMAND ${name} --gtest_output=xml:${CMAKE_BINARY_DIR}/TestResults/${name}.xml)
 endfunction()

@@ -9,21 +9,33 @@ bool UEnum::SetEnums(
 	if (bAddMaxKeyIfMissing && !ContainsExistingMax())
 	{
 		const int64 MaxValue = GetMaxEnumValue() + 1;
-		Names.Emplace(FName(*GenerateMaxName()), MaxValue);
+		const FString Scope = CppForm == ECppForm::Regular ? FString() : GetName() + TEXT("::");
+		Names.Emplace(FName(*(Scope + GenerateEnumPrefix() + TEXT("_MAX"))), MaxValue);
 	}
 	return true;
 }
 
-FString UEnum::GenerateMaxName() const
+FString UEnum::GenerateEnumPrefix() const
 {
-	const FString Prefix = CppForm == ECppForm::Regular ? FString() : GetName() + TEXT("::");
-	return Prefix + GetName() + TEXT("_MAX");
+	FString Prefix = Names.IsEmpty() ? FString() : GetNameStringByIndex(0);
+	for (int32 Index = 1; Index < Names.Num(); ++Index)
+	{
+		const FString Name = GetNameStringByIndex(Index);
+		int32 Length = 0;
+		while (Length < FMath::Min(Prefix.Len(), Name.Len()) && Prefix[Length] == Name[Length])
+		{
+			++Length;
+		}
+		Prefix.LeftInline(Length);
+	}
+	int32 Underscore = INDEX_NONE;
+	return Prefix.FindLastChar(u'_', Underscore) && Underscore > 0 ? Prefix.Left(Underscore) : GetName();
 }
 
 bool UEnum::ContainsExistingMax() const
 {
 	return GetIndexByNameString(TEXT("MAX")) != INDEX_NONE ||
-		   GetIndexByNameString(GetName() + TEXT("_MAX")) != INDEX_NONE;
+		   GetIndexByNameString(GenerateEnumPrefix() + TEXT("_MAX")) != INDEX_NONE;
 }
 
 FName UEnum::GetNameByIndex(int32 Index) const

@@ -115,6 +115,10 @@ void DefineClass(void* Memory, UField* Type)
 		Params.Define(Builder);
 	}
 	static_cast<UClass*>(Type)->StaticLink();
+	for (UField* Child = static_cast<UClass*>(Type)->Children; Child; Child = Child->Next)
+	{
+		static_cast<UFunction*>(Child)->StaticLink();
+	}
 	static_cast<UClass*>(Type)->ClassFlags |= CLASS_Constructed;
 }
 

@@ -81,8 +81,7 @@ std::string FormatInner(const FParsedProperty& Property)
 								 : Index == 0                      ? Property.Name + "_Key"
 																   : Property.Name;
 		Text += "\n\t\t\t.Inner({ .Name = " + Quote(Name) + ", .Kind = EPropertyKind::" + Inner.Kind +
-				FormatTypeFields(Inner);
-		Text += " }";
+				(Inner.bWrapped ? ", .Flags = CPF_UObjectWrapper" : "") + FormatTypeFields(Inner) + " }";
 		for (const FPropertyType& Underlying : Inner.Inner)
 		{
 			Text += ", EPropertyKind::" + Underlying.Kind;

@@ -58,6 +58,7 @@ struct FPropertyType
 	std::string MetaClassAccessor;
 	std::vector<FPropertyType> Inner; // element of an array or set; key and value of a map
 	bool bBlueprintType = true;
+	bool bWrapped = false; // TObjectPtr or TSubclassOf, not a bare pointer
 };
 
 struct FParsedProperty

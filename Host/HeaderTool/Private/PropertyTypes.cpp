@@ -207,6 +207,7 @@ std::string ResolvePropertyType(const FTypeName& Type, const FTypeRegistry& Type
 	}
 	if (const FPointerType* Pointer = FindByName(PointerTypes, Type.Name))
 	{
+		OutProperty.bWrapped = Type.Name == "TObjectPtr" || Type.Name == "TSubclassOf";
 		return Type.Arguments.size() == 1 ? ResolvePointer(Type.Arguments[0], Pointer->Kind, Types, OutProperty)
 										  : "Expected 1 argument in '" + Type.ToString() + "'";
 	}

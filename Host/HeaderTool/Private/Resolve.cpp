@@ -157,6 +157,10 @@ private:
 			Error(Property.Line, TypeError);
 			return;
 		}
+		if (Property.Property.bWrapped)
+		{
+			Property.Flags.push_back("CPF_UObjectWrapper");
+		}
 		if (!Property.ArrayDim.empty() && !Property.Property.Inner.empty() && Property.Property.Kind != "Enum")
 		{
 			Error(Property.Line, "Static arrays of containers are not allowed");

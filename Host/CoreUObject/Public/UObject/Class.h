@@ -249,7 +249,8 @@ public:
 	FString CppType;
 
 private:
-	FString GenerateMaxName() const;
+	/** What the entries' names have in common in front of an underscore (ROLE_None, ROLE_All), or the enum's name. */
+	FString GenerateEnumPrefix() const;
 	FName GetMetaDataKey(const TCHAR* Key, int32 NameIndex) const;
 
 	TArray<TPair<FName, int64>> Names;
