@@ -2,6 +2,7 @@
 
 #include "CoreGlobals.h"
 #include "HAL/FileManager.h"
+#include "Misc/CommandLine.h"
 #include "Misc/FileHelper.h"
 #include "Misc/Guid.h"
 #include "Misc/Paths.h"
@@ -142,6 +143,33 @@ TArrayView<const FKnownName> KnownNames()
 		{ TEXT("EditorSettings"), &GEditorSettingsIni },
 	};
 	return Names;
+}
+
+/** "-ini:Engine:[Section]:Key=Value,[Section2]:Key2=Value2" on the command line, as lines of an ini file. */
+FString CommandLineOverrides(const FString& BaseName)
+{
+	FString Lines;
+	const FString Prefix = TEXT("-ini:") + BaseName + TEXT(":");
+	for (const TCHAR* Stream = FCommandLine::Get(); *Stream;)
+	{
+		const FString Word = FCommandLine::Token(Stream);
+		TArray<FString> Settings;
+		if (Word.StartsWith(Prefix))
+		{
+			Word.RightChop(Prefix.Len()).ParseIntoArray(Settings, TEXT(",["));
+		}
+		for (const FString& Setting : Settings)
+		{
+			FString Section;
+			FString Assignment;
+			if (Setting.Split(TEXT("]:"), &Section, &Assignment))
+			{
+				Section.RemoveFromStart(TEXT("["));
+				Lines += TEXT("[") + Section + TEXT("]") LINE_TERMINATOR + Assignment + LINE_TERMINATOR;
+			}
+		}
+	}
+	return Lines;
 }
 
 bool SaveAtomically(const FString& Filename, const FString& Text)
@@ -331,6 +359,10 @@ bool FConfigCacheIni::LoadGlobalIniFile(FString& OutFinalIniFilename, const TCHA
 	Entry->Base.Combine(FPaths::ProjectConfigDir() / (FString(TEXT("Default")) + BaseIniName + TEXT(".ini")));
 	Entry->Current = Entry->Base;
 	Entry->Current.Combine(OutFinalIniFilename);
+	// Part of the base, too: what the command line says is not written to the user's file.
+	const FString Overrides = Config::CommandLineOverrides(BaseIniName);
+	Entry->Base.CombineFromBuffer(Overrides);
+	Entry->Current.CombineFromBuffer(Overrides);
 	GConfig->Files.Add(OutFinalIniFilename, Entry);
 	return true;
 }

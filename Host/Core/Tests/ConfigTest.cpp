@@ -1,4 +1,5 @@
 #include "CoreMinimal.h"
+#include "Misc/CommandLine.h"
 #include "Misc/ConfigCacheIni.h"
 #include "Misc/FileHelper.h"
 #include "ScratchDirectory.h"
@@ -82,4 +83,24 @@ TEST(ConfigCacheTest, ChangesComeBackAfterARestartAndTheBaseIsNotRepeated)
 	TArray<FString> List;
 	EXPECT_EQ(GConfig->GetArray(TEXT("S"), TEXT("List"), List, File), 3);
 	EXPECT_EQ(Narrow(FString::Join(List, TEXT(","))), "b,a,b");
+}
+
+TEST(ConfigCacheTest, TheCommandLineWinsAndIsNotSaved)
+{
+	FScratchDirectory Scratch;
+	FPaths::SetProjectFilePath(Scratch.Path / TEXT("Game.uproject"));
+	FCommandLine::Set(TEXT("-ini:Engine:[SSL]:Path=\"/a b/c.pem\",[HTTP]:Limit=5"));
+	FConfigCacheIni::InitializeConfigSystem();
+	FCommandLine::Set(TEXT(""));
+	FString Value;
+	EXPECT_TRUE(GConfig->GetString(TEXT("SSL"), TEXT("Path"), Value, GEngineIni));
+	EXPECT_EQ(Narrow(Value), "/a b/c.pem");
+	int32 Limit = 0;
+	EXPECT_TRUE(GConfig->GetInt(TEXT("HTTP"), TEXT("Limit"), Limit, GEngineIni));
+	EXPECT_EQ(Limit, 5);
+	GConfig->SetString(TEXT("S"), TEXT("K"), TEXT("v"), GEngineIni);
+	GConfig->Flush(false);
+	FString Saved;
+	EXPECT_TRUE(FFileHelper::LoadFileToString(Saved, *GEngineIni));
+	EXPECT_FALSE(Saved.Contains(TEXT("Limit")));
 }

@@ -8,79 +8,79 @@
 
 namespace JsonSerializer
 {
-	using FEncoding = rapidjson::UTF16<TCHAR>;
+using FEncoding = rapidjson::UTF16<TCHAR>;
 
-	/** Builds values from the parser's events. */
-	class FValueBuilder : public rapidjson::BaseReaderHandler<FEncoding, FValueBuilder>
+/** Builds values from the parser's events. */
+class FValueBuilder : public rapidjson::BaseReaderHandler<FEncoding, FValueBuilder>
+{
+public:
+	TSharedPtr<FJsonValue> Root;
+	bool bTooDeep = false;
+
+	bool Default() { return false; }
+	bool Null() { return Put(MakeShared<FJsonValueNull>()); }
+	bool Bool(bool bValue) { return Put(MakeShared<FJsonValueBoolean>(bValue)); }
+	bool Int(int Value) { return Double(Value); }
+	bool Uint(unsigned Value) { return Double(Value); }
+	bool Int64(int64_t Value) { return Double(static_cast<double>(Value)); }
+	bool Uint64(uint64_t Value) { return Double(static_cast<double>(Value)); }
+	bool Double(double Value) { return Put(MakeShared<FJsonValueNumber>(Value)); }
+	bool String(const TCHAR* Text, rapidjson::SizeType Length, bool)
 	{
-	public:
-		TSharedPtr<FJsonValue> Root;
-		bool bTooDeep = false;
+		return Put(MakeShared<FJsonValueString>(FString(FStringView(Text, static_cast<int32>(Length)))));
+	}
+	bool Key(const TCHAR* Text, rapidjson::SizeType Length, bool)
+	{
+		Open.Last().Key = FString(FStringView(Text, static_cast<int32>(Length)));
+		return true;
+	}
+	bool StartObject() { return Start(MakeShared<FJsonObject>()); }
+	bool EndObject(rapidjson::SizeType)
+	{
+		const FLevel Level = Open.Pop();
+		return Put(MakeShared<FJsonValueObject>(Level.Object));
+	}
+	bool StartArray() { return Start(nullptr); }
+	bool EndArray(rapidjson::SizeType)
+	{
+		FLevel Level = Open.Pop();
+		return Put(MakeShared<FJsonValueArray>(MoveTemp(Level.Array)));
+	}
 
-		bool Default() { return false; }
-		bool Null() { return Put(MakeShared<FJsonValueNull>()); }
-		bool Bool(bool bValue) { return Put(MakeShared<FJsonValueBoolean>(bValue)); }
-		bool Int(int Value) { return Double(Value); }
-		bool Uint(unsigned Value) { return Double(Value); }
-		bool Int64(int64_t Value) { return Double(static_cast<double>(Value)); }
-		bool Uint64(uint64_t Value) { return Double(static_cast<double>(Value)); }
-		bool Double(double Value) { return Put(MakeShared<FJsonValueNumber>(Value)); }
-		bool String(const TCHAR* Text, rapidjson::SizeType Length, bool)
-		{
-			return Put(MakeShared<FJsonValueString>(FString(FStringView(Text, static_cast<int32>(Length)))));
-		}
-		bool Key(const TCHAR* Text, rapidjson::SizeType Length, bool)
-		{
-			Open.Last().Key = FString(FStringView(Text, static_cast<int32>(Length)));
-			return true;
-		}
-		bool StartObject() { return Start(MakeShared<FJsonObject>()); }
-		bool EndObject(rapidjson::SizeType)
-		{
-			const FLevel Level = Open.Pop();
-			return Put(MakeShared<FJsonValueObject>(Level.Object));
-		}
-		bool StartArray() { return Start(nullptr); }
-		bool EndArray(rapidjson::SizeType)
-		{
-			FLevel Level = Open.Pop();
-			return Put(MakeShared<FJsonValueArray>(MoveTemp(Level.Array)));
-		}
-
-	private:
-		struct FLevel
-		{
-			TSharedPtr<FJsonObject> Object; // null for an array
-			TArray<TSharedPtr<FJsonValue>> Array;
-			FString Key;
-		};
-
-		bool Start(TSharedPtr<FJsonObject> Object)
-		{
-			bTooDeep = Open.Num() >= FJsonSerializer::DeepestNesting;
-			Open.Emplace_GetRef().Object = MoveTemp(Object);
-			return !bTooDeep;
-		}
-
-		bool Put(TSharedPtr<FJsonValue> Value)
-		{
-			if (Open.IsEmpty())
-			{
-				Root = MoveTemp(Value);
-			}
-			else if (Open.Last().Object)
-			{
-				Open.Last().Object->SetField(Open.Last().Key, Value);
-			}
-			else
-			{
-				Open.Last().Array.Add(MoveTemp(Value));
-			}
-			return true;
-		}
-
-		TArray<FLevel> Open;
+private:
+	struct FLevel
+	{
+		TSharedPtr<FJsonObject> Object; // null for an array
+		TArray<TSharedPtr<FJsonValue>> Array;
+		FString Key;
 	};
+
+	bool Start(TSharedPtr<FJsonObject> Object)
+	{
+		bTooDeep = Open.Num() >= FJsonSerializer::DeepestNesting;
+		Open.Emplace_GetRef().Object = MoveTemp(Object);
+		return !bTooDeep;
+	}
+
+	bool Put(TSharedPtr<FJsonValue> Value)
+	{
+		if (Open.IsEmpty())
+		{
+			Root = MoveTemp(Value);
+		}
+		else if (Open.Last().Object)
+		{
+			Open.Last().Object->SetField(Open.Last().Key, Value);
+		}
+		else
+		{
+			Open.Last().Array.Add(MoveTemp(Value));
+		}
+		return true;
+	}
+
+	TArray<FLevel> Open;
+};
 }
 
 bool FJsonSerializer::Deserialize(const TSharedRef<TJsonReader<TCHAR>>& Reader, TSharedPtr<FJsonValue>& OutValue)
@@ -94,8 +94,9 @@ bool FJsonSerializer::Deserialize(const TSharedRef<TJsonReader<TCHAR>>& Reader, 
 	if (!Result)
 	{
 		Reader->ErrorMessage = Builder.bTooDeep
-			? FString::Printf(TEXT("Nested deeper than %d"), DeepestNesting)
-			: FString::Printf(TEXT("%hs At: %llu"), rapidjson::GetParseError_En(Result.Code()), static_cast<uint64>(Result.Offset()));
+								   ? FString::Printf(TEXT("Nested deeper than %d"), DeepestNesting)
+								   : FString::Printf(TEXT("%hs At: %llu"), rapidjson::GetParseError_En(Result.Code()),
+										 static_cast<uint64>(Result.Offset()));
 		return false;
 	}
 	if (Builder.Root->Type != EJson::Object && Builder.Root->Type != EJson::Array)
@@ -120,7 +121,8 @@ bool FJsonSerializer::Deserialize(const TSharedRef<TJsonReader<TCHAR>>& Reader, 
 	return true;
 }
 
-bool FJsonSerializer::Deserialize(const TSharedRef<TJsonReader<TCHAR>>& Reader, TArray<TSharedPtr<FJsonValue>>& OutArray)
+bool FJsonSerializer::Deserialize(
+	const TSharedRef<TJsonReader<TCHAR>>& Reader, TArray<TSharedPtr<FJsonValue>>& OutArray)
 {
 	OutArray.Empty();
 	TSharedPtr<FJsonValue> Value;
@@ -159,12 +161,24 @@ void FJsonSerializer::WriteValue(const TSharedPtr<FJsonValue>& Value, FJsonTextW
 	const EJson Type = Value ? Value->Type : EJson::Null;
 	switch (Type)
 	{
-	case EJson::String: Writer.WriteValue(Value->AsString()); break;
-	case EJson::Number: Writer.WriteValue(Value->AsNumber()); break;
-	case EJson::Boolean: Writer.WriteValue(Value->AsBool()); break;
-	case EJson::Array: WriteArray(Value->AsArray(), Writer); break;
-	case EJson::Object: WriteObject(*Value->AsObject(), Writer); break;
+	case EJson::String:
+		Writer.WriteValue(Value->AsString());
+		break;
+	case EJson::Number:
+		Writer.WriteValue(Value->AsNumber());
+		break;
+	case EJson::Boolean:
+		Writer.WriteValue(Value->AsBool());
+		break;
+	case EJson::Array:
+		WriteArray(Value->AsArray(), Writer);
+		break;
+	case EJson::Object:
+		WriteObject(*Value->AsObject(), Writer);
+		break;
 	case EJson::None:
-	case EJson::Null: Writer.WriteNull(); break;
+	case EJson::Null:
+		Writer.WriteNull();
+		break;
 	}
 }

@@ -10,31 +10,31 @@ DEFINE_LOG_CATEGORY(LogJson);
 
 namespace JsonValue
 {
-	template <typename IntegerType>
-	bool ToInteger(const FJsonValue& Value, IntegerType& Out)
+template <typename IntegerType>
+bool ToInteger(const FJsonValue& Value, IntegerType& Out)
+{
+	double Number = 0.0;
+	if (!Value.TryGetNumber(Number))
 	{
-		double Number = 0.0;
-		if (!Value.TryGetNumber(Number))
-		{
-			return false;
-		}
-		const double Rounded = std::nearbyint(Number);
-		constexpr double Lowest = static_cast<double>(std::numeric_limits<IntegerType>::min());
-		// The first double past the type: its own maximum may not be one.
-		constexpr double PastHighest = static_cast<double>(std::numeric_limits<IntegerType>::max() / 2 + 1) * 2.0;
-		if (!(Rounded >= Lowest && Rounded < PastHighest))
-		{
-			return false;
-		}
-		Out = static_cast<IntegerType>(Rounded);
-		return true;
+		return false;
 	}
+	const double Rounded = std::nearbyint(Number);
+	constexpr double Lowest = static_cast<double>(std::numeric_limits<IntegerType>::min());
+	// The first double past the type: its own maximum may not be one.
+	constexpr double PastHighest = static_cast<double>(std::numeric_limits<IntegerType>::max() / 2 + 1) * 2.0;
+	if (!(Rounded >= Lowest && Rounded < PastHighest))
+	{
+		return false;
+	}
+	Out = static_cast<IntegerType>(Rounded);
+	return true;
+}
 
-	FString NumberText(double Number)
-	{
-		return Number == std::trunc(Number) && std::fabs(Number) < 1e15 ? FString::Printf(TEXT("%.0f"), Number)
-																		: FString::Printf(TEXT("%.17g"), Number);
-	}
+FString NumberText(double Number)
+{
+	return Number == std::trunc(Number) && std::fabs(Number) < 1e15 ? FString::Printf(TEXT("%.0f"), Number)
+																	: FString::Printf(TEXT("%.17g"), Number);
+}
 }
 
 bool FJsonValue::TryGetNumber(float& OutNumber) const

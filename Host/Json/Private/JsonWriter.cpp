@@ -1,14 +1,16 @@
 #include "Serialization/JsonWriter.h"
 
 FJsonTextWriter::FJsonTextWriter(FString* InOut, bool bInPretty, int32 InitialIndent)
-	: Out(InOut), bPretty(bInPretty), Indent(InitialIndent)
+	: Out(InOut)
+	, bPretty(bInPretty)
+	, Indent(InitialIndent)
 {
 }
 
 void FJsonTextWriter::CommaIfNeeded()
 {
-	const bool bFirst = Previous == EToken::None || Previous == EToken::CurlyOpen || Previous == EToken::SquareOpen
-		|| Previous == EToken::Identifier || Previous == EToken::Comma;
+	const bool bFirst = Previous == EToken::None || Previous == EToken::CurlyOpen || Previous == EToken::SquareOpen ||
+						Previous == EToken::Identifier || Previous == EToken::Comma;
 	if (!bFirst)
 	{
 		Text.AppendChar(u',');
@@ -203,14 +205,30 @@ void FJsonTextWriter::WriteQuoted(const FString& Value)
 		PlainStart = Index + 1;
 		switch (C)
 		{
-		case u'"': Text += TEXT("\\\""); break;
-		case u'\\': Text += TEXT("\\\\"); break;
-		case u'\n': Text += TEXT("\\n"); break;
-		case u'\r': Text += TEXT("\\r"); break;
-		case u'\t': Text += TEXT("\\t"); break;
-		case u'\b': Text += TEXT("\\b"); break;
-		case u'\f': Text += TEXT("\\f"); break;
-		default: Text.Appendf(TEXT("\\u%04x"), static_cast<uint32>(C)); break;
+		case u'"':
+			Text += TEXT("\\\"");
+			break;
+		case u'\\':
+			Text += TEXT("\\\\");
+			break;
+		case u'\n':
+			Text += TEXT("\\n");
+			break;
+		case u'\r':
+			Text += TEXT("\\r");
+			break;
+		case u'\t':
+			Text += TEXT("\\t");
+			break;
+		case u'\b':
+			Text += TEXT("\\b");
+			break;
+		case u'\f':
+			Text += TEXT("\\f");
+			break;
+		default:
+			Text.Appendf(TEXT("\\u%04x"), static_cast<uint32>(C));
+			break;
 		}
 	}
 	FlushPlain(Value.Len());

@@ -6,33 +6,33 @@
 
 namespace
 {
-	std::string Narrow(const FString& Text)
-	{
-		return TCHAR_TO_UTF8(*Text);
-	}
+std::string Narrow(const FString& Text)
+{
+	return TCHAR_TO_UTF8(*Text);
+}
 
-	TSharedPtr<FJsonObject> Parse(const FString& Text)
-	{
-		TSharedPtr<FJsonObject> Object;
-		FJsonSerializer::Deserialize(TJsonReaderFactory<>::Create(Text), Object);
-		return Object;
-	}
+TSharedPtr<FJsonObject> Parse(const FString& Text)
+{
+	TSharedPtr<FJsonObject> Object;
+	FJsonSerializer::Deserialize(TJsonReaderFactory<>::Create(Text), Object);
+	return Object;
+}
 
-	std::string Condensed(const TSharedPtr<FJsonObject>& Object)
-	{
-		FString Text;
-		const TSharedRef<TJsonWriter<TCHAR, TCondensedJsonPrintPolicy<TCHAR>>> Writer =
-			TJsonWriterFactory<TCHAR, TCondensedJsonPrintPolicy<TCHAR>>::Create(&Text);
-		EXPECT_TRUE(FJsonSerializer::Serialize(Object.ToSharedRef(), Writer));
-		return Narrow(Text);
-	}
+std::string Condensed(const TSharedPtr<FJsonObject>& Object)
+{
+	FString Text;
+	const TSharedRef<TJsonWriter<TCHAR, TCondensedJsonPrintPolicy<TCHAR>>> Writer =
+		TJsonWriterFactory<TCHAR, TCondensedJsonPrintPolicy<TCHAR>>::Create(&Text);
+	EXPECT_TRUE(FJsonSerializer::Serialize(Object.ToSharedRef(), Writer));
+	return Narrow(Text);
+}
 
-	std::string Pretty(const TSharedPtr<FJsonObject>& Object)
-	{
-		FString Text;
-		EXPECT_TRUE(FJsonSerializer::Serialize(Object.ToSharedRef(), TJsonWriterFactory<>::Create(&Text)));
-		return Narrow(Text);
-	}
+std::string Pretty(const TSharedPtr<FJsonObject>& Object)
+{
+	FString Text;
+	EXPECT_TRUE(FJsonSerializer::Serialize(Object.ToSharedRef(), TJsonWriterFactory<>::Create(&Text)));
+	return Narrow(Text);
+}
 }
 
 TEST(JsonWriterTest, CondensedHasNoWhiteSpaceAndKeepsTheOrder)
@@ -45,7 +45,9 @@ TEST(JsonWriterTest, CondensedHasNoWhiteSpaceAndKeepsTheOrder)
 
 TEST(JsonWriterTest, PrettyIsTheEnginesLayout)
 {
-	EXPECT_EQ(Pretty(Parse(TEXT("{\"n\":1,\"o\":{\"s\":\"x\"},\"e\":{},\"a\":[1,2],\"t\":[\"x\",\"y\"],\"m\":[],\"l\":[{\"k\":1}]}"))),
+	EXPECT_EQ(
+		Pretty(Parse(
+			TEXT("{\"n\":1,\"o\":{\"s\":\"x\"},\"e\":{},\"a\":[1,2],\"t\":[\"x\",\"y\"],\"m\":[],\"l\":[{\"k\":1}]}"))),
 		"{\n\t\"n\": 1,\n\t\"o\":\n\t{\n\t\t\"s\": \"x\"\n\t},\n\t\"e\":\n\t{\n\t},\n\t\"a\": [ 1, 2 ],\n\t\"t\": [\n\t\t\"x\",\n\t\t\"y\"\n\t],\n"
 		"\t\"m\": [],\n\t\"l\": [\n\t\t{\n\t\t\t\"k\": 1\n\t\t}\n\t]\n}");
 	EXPECT_EQ(Pretty(MakeShared<FJsonObject>()), "{\n}") << "an empty object is two lines";
@@ -83,7 +85,8 @@ TEST(JsonObjectTest, NamesIgnoreCaseAndTheLastWinsInTheFirstPlace)
 
 TEST(JsonObjectTest, FieldsConvertWhereTheEngineConverts)
 {
-	const TSharedPtr<FJsonObject> Object = Parse(TEXT("{\"n\":5,\"f\":2.5,\"t\":true,\"s\":\"12\",\"z\":null,\"a\":[],\"big\":1e12}"));
+	const TSharedPtr<FJsonObject> Object =
+		Parse(TEXT("{\"n\":5,\"f\":2.5,\"t\":true,\"s\":\"12\",\"z\":null,\"a\":[],\"big\":1e12}"));
 	FString Text;
 	EXPECT_TRUE(Object->TryGetStringField(TEXT("n"), Text));
 	EXPECT_EQ(Narrow(Text), "5");
@@ -105,8 +108,8 @@ TEST(JsonObjectTest, FieldsConvertWhereTheEngineConverts)
 
 TEST(JsonReaderTest, RefusesWhatIsNoDocument)
 {
-	for (const TCHAR* Text : { TEXT(""), TEXT("5"), TEXT("\"x\""), TEXT("{\"a\":1} x"), TEXT("{'a':1}"), TEXT("{\"a\":1,}"), TEXT("{\"a\""),
-			 TEXT("<html>"), TEXT("[1]"), TEXT("{\"a\":\"\\q\"}") })
+	for (const TCHAR* Text : { TEXT(""), TEXT("5"), TEXT("\"x\""), TEXT("{\"a\":1} x"), TEXT("{'a':1}"),
+			 TEXT("{\"a\":1,}"), TEXT("{\"a\""), TEXT("<html>"), TEXT("[1]"), TEXT("{\"a\":\"\\q\"}") })
 	{
 		EXPECT_FALSE(Parse(Text).IsValid()) << Narrow(Text);
 	}

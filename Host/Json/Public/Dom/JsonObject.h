@@ -29,7 +29,7 @@ public:
 	bool TryGetObjectField(FStringView FieldName, const TSharedPtr<FJsonObject>*& OutObject) const;
 	bool TryGetStringArrayField(FStringView FieldName, TArray<FString>& OutArray) const;
 	template <typename NumberType>
-		requires std::is_arithmetic_v<NumberType>
+	requires std::is_arithmetic_v<NumberType>
 	bool TryGetNumberField(FStringView FieldName, NumberType& OutNumber) const
 	{
 		const TSharedPtr<FJsonValue> Field = TryGetField(FieldName);

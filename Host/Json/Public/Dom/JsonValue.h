@@ -41,7 +41,10 @@ public:
 	const EJson Type;
 
 protected:
-	explicit FJsonValue(EJson InType) : Type(InType) {}
+	explicit FJsonValue(EJson InType)
+		: Type(InType)
+	{
+	}
 	virtual FString GetType() const = 0;
 	void ErrorMessage(const TCHAR* InWanted) const;
 };
@@ -49,8 +52,16 @@ protected:
 class FJsonValueString : public FJsonValue
 {
 public:
-	explicit FJsonValueString(const FString& InString) : FJsonValue(EJson::String), Value(InString) {}
-	explicit FJsonValueString(FString&& InString) : FJsonValue(EJson::String), Value(MoveTemp(InString)) {}
+	explicit FJsonValueString(const FString& InString)
+		: FJsonValue(EJson::String)
+		, Value(InString)
+	{
+	}
+	explicit FJsonValueString(FString&& InString)
+		: FJsonValue(EJson::String)
+		, Value(MoveTemp(InString))
+	{
+	}
 	using FJsonValue::TryGetNumber;
 	bool TryGetString(FString& OutString) const override;
 	bool TryGetNumber(double& OutNumber) const override;
@@ -66,7 +77,11 @@ private:
 class FJsonValueNumber : public FJsonValue
 {
 public:
-	explicit FJsonValueNumber(double InNumber) : FJsonValue(EJson::Number), Value(InNumber) {}
+	explicit FJsonValueNumber(double InNumber)
+		: FJsonValue(EJson::Number)
+		, Value(InNumber)
+	{
+	}
 	using FJsonValue::TryGetNumber;
 	bool TryGetString(FString& OutString) const override;
 	bool TryGetNumber(double& OutNumber) const override;
@@ -82,7 +97,11 @@ private:
 class FJsonValueBoolean : public FJsonValue
 {
 public:
-	explicit FJsonValueBoolean(bool InBool) : FJsonValue(EJson::Boolean), Value(InBool) {}
+	explicit FJsonValueBoolean(bool InBool)
+		: FJsonValue(EJson::Boolean)
+		, Value(InBool)
+	{
+	}
 	using FJsonValue::TryGetNumber;
 	bool TryGetString(FString& OutString) const override;
 	bool TryGetNumber(double& OutNumber) const override;
@@ -98,8 +117,16 @@ private:
 class FJsonValueArray : public FJsonValue
 {
 public:
-	explicit FJsonValueArray(const TArray<TSharedPtr<FJsonValue>>& InArray) : FJsonValue(EJson::Array), Value(InArray) {}
-	explicit FJsonValueArray(TArray<TSharedPtr<FJsonValue>>&& InArray) : FJsonValue(EJson::Array), Value(MoveTemp(InArray)) {}
+	explicit FJsonValueArray(const TArray<TSharedPtr<FJsonValue>>& InArray)
+		: FJsonValue(EJson::Array)
+		, Value(InArray)
+	{
+	}
+	explicit FJsonValueArray(TArray<TSharedPtr<FJsonValue>>&& InArray)
+		: FJsonValue(EJson::Array)
+		, Value(MoveTemp(InArray))
+	{
+	}
 	bool TryGetArray(const TArray<TSharedPtr<FJsonValue>>*& OutArray) const override;
 
 protected:
@@ -112,7 +139,11 @@ private:
 class FJsonValueObject : public FJsonValue
 {
 public:
-	explicit FJsonValueObject(TSharedPtr<FJsonObject> InObject) : FJsonValue(EJson::Object), Value(MoveTemp(InObject)) {}
+	explicit FJsonValueObject(TSharedPtr<FJsonObject> InObject)
+		: FJsonValue(EJson::Object)
+		, Value(MoveTemp(InObject))
+	{
+	}
 	bool TryGetObject(const TSharedPtr<FJsonObject>*& OutObject) const override;
 	const TSharedPtr<FJsonObject>& AsObject() const override { return Value; }
 
@@ -126,7 +157,10 @@ private:
 class FJsonValueNull : public FJsonValue
 {
 public:
-	FJsonValueNull() : FJsonValue(EJson::Null) {}
+	FJsonValueNull()
+		: FJsonValue(EJson::Null)
+	{
+	}
 
 protected:
 	FString GetType() const override { return TEXT("Null"); }

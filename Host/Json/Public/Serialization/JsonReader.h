@@ -8,7 +8,10 @@ template <typename CharType = TCHAR>
 class TJsonReader
 {
 public:
-	explicit TJsonReader(FString InText) : Text(MoveTemp(InText)) {}
+	explicit TJsonReader(FString InText)
+		: Text(MoveTemp(InText))
+	{
+	}
 
 	/** What was wrong, and at which unit of the text; empty before a failure. */
 	const FString& GetErrorMessage() const { return ErrorMessage; }

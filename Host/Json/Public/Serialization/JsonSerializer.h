@@ -18,8 +18,8 @@ public:
 	static bool Deserialize(const TSharedRef<TJsonReader<TCHAR>>& Reader, TSharedPtr<FJsonValue>& OutValue);
 
 	template <typename CharType, typename PrintPolicy>
-	static bool Serialize(
-		const TSharedRef<FJsonObject>& Object, const TSharedRef<TJsonWriter<CharType, PrintPolicy>>& Writer, bool bCloseWriter = true)
+	static bool Serialize(const TSharedRef<FJsonObject>& Object,
+		const TSharedRef<TJsonWriter<CharType, PrintPolicy>>& Writer, bool bCloseWriter = true)
 	{
 		WriteObject(*Object, *Writer);
 		return !bCloseWriter || Writer->Close();

@@ -5,7 +5,8 @@
 #include "Policies/PrettyJsonPrintPolicy.h"
 #include "Templates/SharedPointer.h"
 
-/** The writer behind TJsonWriter, for either print policy. Asserts when a name is missing in an object or given in an array. */
+/** The writer behind TJsonWriter, for either print policy. Asserts when a name is missing in an object or given in an
+ * array. */
 class FJsonTextWriter
 {
 public:
@@ -79,7 +80,10 @@ template <typename CharType = TCHAR, typename PrintPolicy = TPrettyJsonPrintPoli
 class TJsonWriter : public FJsonTextWriter
 {
 public:
-	TJsonWriter(FString* InOut, int32 InitialIndent) : FJsonTextWriter(InOut, PrintPolicy::bPretty, InitialIndent) {}
+	TJsonWriter(FString* InOut, int32 InitialIndent)
+		: FJsonTextWriter(InOut, PrintPolicy::bPretty, InitialIndent)
+	{
+	}
 };
 
 /** The factory without arguments gives a pretty writer. */

@@ -1,0 +1,212 @@
+#include "HostEditor.h"
+
+#include "Async/TaskGraphInterfaces.h"
+#include "Containers/Ticker.h"
+#include "CoreGlobals.h"
+#include "Framework/Application/SlateApplication.h"
+#include "Framework/Docking/TabManager.h"
+#include "HAL/HostClock.h"
+#include "HAL/PlatformProcess.h"
+#include "HAL/PlatformTime.h"
+#include "HttpModule.h"
+#include "Interfaces/IPluginManager.h"
+#include "Interfaces/IProjectManager.h"
+#include "MainWindow.h"
+#include "Misc/App.h"
+#include "Misc/CommandLine.h"
+#include "Misc/ConfigCacheIni.h"
+#include "Misc/CoreDelegates.h"
+#include "Misc/OutputDeviceRedirector.h"
+#include "Misc/Parse.h"
+#include "Misc/Paths.h"
+#include "Modules/ModuleManager.h"
+
+#include <cstdio>
+
+DEFINE_LOG_CATEGORY_STATIC(LogHostEditor, Log, All);
+
+namespace HostEditor
+{
+constexpr double FrameSeconds = 1.0 / 60.0;
+constexpr double UnattendedWaitSeconds = 0.005;
+
+/** The host's own modules, in the order in which they start. Others are loaded when they are asked for. */
+const TCHAR* const EngineModules[] = { TEXT("CoreUObject"), TEXT("SlateCore"), TEXT("Slate"), TEXT("Settings"), TEXT("HTTP"),
+	TEXT("ToolMenus") };
+
+FString ProjectFileOfCommandLine()
+{
+	const TCHAR* Stream = FCommandLine::Get();
+	const FString First = FCommandLine::Token(Stream);
+	return First.StartsWith(TEXT("-")) ? FString() : First;
+}
+}
+
+FHostEditor::FHostEditor()
+	: StdErr(FParse::Param(FCommandLine::Get(), TEXT("Verbose")) ? ELogVerbosity::Log : ELogVerbosity::Warning)
+{
+}
+
+FHostEditor::~FHostEditor() = default;
+
+bool FHostEditor::Init()
+{
+	GLog->AddOutputDevice(&StdErr);
+	if (!OpenProject())
+	{
+		GLog->RemoveOutputDevice(&StdErr);
+		return false;
+	}
+	if (FParse::Param(FCommandLine::Get(), TEXT("UnattendedClock")))
+	{
+		FHostClock::Get().SetMode(EClockMode::Unattended);
+	}
+	LoadModules();
+	LastTickTime = FPlatformTime::Seconds();
+	if (Console.IsWanted() && !Console.Start())
+	{
+		ExitCode = 1;
+		RequestEngineExit(TEXT("the console has no tab"));
+	}
+	return true;
+}
+
+bool FHostEditor::OpenProject()
+{
+	const FString ProjectFile = HostEditor::ProjectFileOfCommandLine();
+	if (ProjectFile.IsEmpty())
+	{
+		std::fprintf(stderr, "Usage: HostEditor <project.uproject> [-PLUGIN=<file.uplugin>] [-Console=<tab>] [...]\n");
+		return false;
+	}
+	FText FailReason;
+	if (!IProjectManager::Get().LoadProjectFile(ProjectFile, FailReason))
+	{
+		std::fprintf(stderr, "The project cannot be opened: %s\n", TCHAR_TO_UTF8(*FailReason.ToString()));
+		return false;
+	}
+	FConfigCacheIni::InitializeConfigSystem();
+	OpenLog();
+	return true;
+}
+
+void FHostEditor::OpenLog()
+{
+	LogFile = MakeUnique<FOutputDeviceFile>(
+		FPaths::ConvertRelativePathToFull(FPaths::ProjectLogDir() / (FString(FApp::GetProjectName()) + TEXT(".log"))));
+	GLog->AddOutputDevice(LogFile.Get());
+	UE_LOG(LogInit, Log, TEXT("Project: %s"), *FPaths::ConvertRelativePathToFull(FPaths::GetProjectFilePath()));
+}
+
+void FHostEditor::LoadModules()
+{
+	FModuleManager& Modules = FModuleManager::Get();
+	IPluginManager& Plugins = IPluginManager::Get();
+	FSlateApplication::Create();
+	for (const TCHAR* Module : HostEditor::EngineModules)
+	{
+		Modules.LoadModuleChecked(Module);
+	}
+	for (int32 Phase = ELoadingPhase::EarliestPossible; Phase <= ELoadingPhase::PostDefault; ++Phase)
+	{
+		Plugins.LoadModulesForEnabledPlugins(static_cast<ELoadingPhase::Type>(Phase));
+	}
+	CreateMainWindow();
+	Plugins.LoadModulesForEnabledPlugins(ELoadingPhase::PostEngineInit);
+	FCoreDelegates::GetOnPostEngineInit().Broadcast();
+	bInitialized = true;
+}
+
+void FHostEditor::CreateMainWindow()
+{
+	FMainWindow::RegisterMenus();
+	FSlateApplication::Get().AddWindow(FMainWindow::Create());
+}
+
+int32 FHostEditor::Run()
+{
+	while (!IsEngineExitRequested())
+	{
+		Tick();
+		Idle();
+	}
+	Shutdown();
+	return ExitCode;
+}
+
+void FHostEditor::Tick()
+{
+	const double Now = FPlatformTime::Seconds();
+	const float DeltaTime = static_cast<float>(Now - LastTickTime);
+	LastTickTime = Now;
+	++GFrameCounter;
+
+	FTSTicker::GetCoreTicker().Tick(DeltaTime);
+	FHttpModule::Get().GetHttpManager().Tick(DeltaTime);
+	FTaskGraphInterface::Get().ProcessThreadUntilIdle(ENamedThreads::GameThread);
+	FSlateApplication::Get().Tick();
+	TickWork();
+}
+
+void FHostEditor::TickWork()
+{
+	if (Automation.HasWork())
+	{
+		Automation.Tick();
+		if (!Automation.HasWork() && Automation.ShouldQuit())
+		{
+			ExitCode = Automation.GetExitCode();
+			RequestEngineExit(TEXT("the tests have run"));
+		}
+	}
+	if (Console.IsWanted() && !IsEngineExitRequested())
+	{
+		Console.Tick();
+		if (Console.HasEnded())
+		{
+			ExitCode = Console.GetExitCode();
+			RequestEngineExit(TEXT("the console has ended"));
+		}
+	}
+}
+
+void FHostEditor::Idle()
+{
+	FHostClock& Clock = FHostClock::Get();
+	FHttpManager& Http = FHttpModule::Get().GetHttpManager();
+	if (Clock.GetMode() == EClockMode::Unattended)
+	{
+		if (Clock.IsHeld())
+		{
+			Http.WaitForActivity(static_cast<float>(HostEditor::UnattendedWaitSeconds));
+			return;
+		}
+		const double NextFrame = FPlatformTime::Seconds() + HostEditor::FrameSeconds;
+		const double NextTimer = FSlateApplication::Get().GetNextTimerTime().Get(NextFrame);
+		Clock.AdvanceTo(FMath::Min(FMath::Max(NextFrame, NextTimer), FTSTicker::GetCoreTicker().GetNextDueTime()));
+		return;
+	}
+	const double Left = LastTickTime + HostEditor::FrameSeconds - FPlatformTime::Seconds();
+	if (Left <= 0.0)
+	{
+		return;
+	}
+	if (Http.HasRequestsInFlight())
+	{
+		Http.WaitForActivity(static_cast<float>(Left));
+		return;
+	}
+	FPlatformProcess::Sleep(static_cast<float>(Left));
+}
+
+void FHostEditor::Shutdown()
+{
+	FCoreDelegates::GetOnEnginePreExit().Broadcast();
+	// Plugins were loaded last, so they go first, while Slate and HTTP are still there.
+	FModuleManager::Get().UnloadModulesAtShutdown();
+	FSlateApplication::Shutdown();
+	GConfig->Flush(false);
+	GLog->Flush();
+	GLog->RemoveOutputDevice(LogFile.Get());
+	GLog->RemoveOutputDevice(&StdErr);
+}

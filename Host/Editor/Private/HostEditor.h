@@ -1,0 +1,46 @@
+#pragma once
+
+#include "AutomationRunner.h"
+#include "CoreMinimal.h"
+#include "LogDevices.h"
+#include "PanelConsole.h"
+#include "Templates/UniquePtr.h"
+
+/**
+ * The editor's life: opens the project of the command line, loads modules and plugins in the engine's phases, ticks until
+ * somebody asks to exit, and shuts down in reverse.
+ *
+ * A tick is: core ticker, HTTP completions, game-thread tasks, Slate. With -UnattendedClock the clock jumps to the next
+ * due time while nothing is in flight.
+ */
+class FHostEditor
+{
+public:
+	FHostEditor();
+	~FHostEditor();
+	UE_NONCOPYABLE(FHostEditor)
+
+	/** False when the project cannot be opened; the reason has been printed. */
+	bool Init();
+	/** Runs until an exit is asked for. @return the program's exit code */
+	int32 Run();
+
+private:
+	bool OpenProject();
+	void OpenLog();
+	void LoadModules();
+	void CreateMainWindow();
+	void Tick();
+	void TickWork();
+	/** Sleeps until something is due, or lets the unattended clock jump there. */
+	void Idle();
+	void Shutdown();
+
+	TUniquePtr<FOutputDeviceFile> LogFile;
+	FOutputDeviceStdErr StdErr;
+	FAutomationRunner Automation;
+	FPanelConsole Console;
+	double LastTickTime = 0.0; // seconds of FPlatformTime
+	int32 ExitCode = 0;
+	bool bInitialized = false;
+};

@@ -1,0 +1,354 @@
+#include "PanelConsole.h"
+
+#include "Framework/Application/SlateApplication.h"
+#include "Framework/Docking/TabManager.h"
+#include "InputCoreTypes.h"
+#include "Misc/CommandLine.h"
+#include "Misc/Parse.h"
+#include "Widgets/Accessibility/SlateCoreAccessibleWidgets.h"
+#include "Widgets/Docking/SDockTab.h"
+
+#include <cerrno>
+#include <csignal>
+#include <cstdio>
+#include <fcntl.h>
+#include <poll.h>
+#include <unistd.h>
+
+namespace PanelConsole
+{
+volatile std::sig_atomic_t NumInterrupts = 0;
+
+void OnInterrupt(int)
+{
+	NumInterrupts = NumInterrupts + 1;
+}
+
+const TCHAR* const ApproveButton = TEXT("approve");
+const TCHAR* const EndButton = TEXT("end");
+
+/** "[ Start ]" to "start". */
+FString LettersOf(const FString& Label)
+{
+	FString Letters;
+	for (const TCHAR C : Label)
+	{
+		if (FChar::IsAlnum(C))
+		{
+			Letters.AppendChar(FChar::ToLower(C));
+		}
+	}
+	return Letters;
+}
+
+TArray<FString> ReadPrompts()
+{
+	TArray<FString> Prompts;
+	const FString Switch = TEXT("-Prompt=");
+	for (const TCHAR* Stream = FCommandLine::Get(); *Stream;)
+	{
+		FString Word = FCommandLine::Token(Stream);
+		if (Word.RemoveFromStart(Switch))
+		{
+			Prompts.Add(Word);
+		}
+	}
+	return Prompts;
+}
+
+/** Lines of one input are at most this long; the rest of a longer one is a line of its own. */
+constexpr size_t MaxLineBytes = 1 << 20;
+}
+
+FPanelConsole::FPanelConsole()
+	: Prompts(PanelConsole::ReadPrompts())
+	, bUnattended(Prompts.Num() > 0)
+	, bApprove(FParse::Param(FCommandLine::Get(), TEXT("Approve")))
+	, bOnTerminal(isatty(STDOUT_FILENO) != 0)
+{
+	FString Name;
+	if (FParse::Value(FCommandLine::Get(), TEXT("-Console="), Name))
+	{
+		TabName = FName(*Name);
+		std::signal(SIGINT, &PanelConsole::OnInterrupt);
+	}
+}
+
+FPanelConsole::~FPanelConsole() = default;
+
+bool FPanelConsole::Start()
+{
+	Tab = FGlobalTabmanager::Get()->TryInvokeTab(TabName);
+	if (!Tab)
+	{
+		std::fprintf(stderr, "There is no tab '%s' in this editor.\n", TCHAR_TO_UTF8(*TabName.ToString()));
+	}
+	return Tab.IsValid();
+}
+
+FPanelConsole::FView FPanelConsole::Look() const
+{
+	FView View;
+	Collect(FSlateAccessibleWidgetCache::GetAccessibleWidgetChecked(Tab.ToSharedRef()), View);
+	return View;
+}
+
+void FPanelConsole::Collect(const TSharedRef<IAccessibleWidget>& Widget, FView& View)
+{
+	if (Widget->GetWidgetType() == EAccessibleWidgetType::Button)
+	{
+		View.Buttons.Add(PanelConsole::LettersOf(Widget->GetWidgetName()), Widget);
+		return;
+	}
+	if (Widget->GetWidgetType() == EAccessibleWidgetType::TextEdit)
+	{
+		const bool bReadOnly = !Widget->AsProperty() || Widget->AsProperty()->IsReadOnly();
+		bReadOnly ? void(View.Texts.Add(Widget)) : void(View.PromptBox = Widget);
+		return;
+	}
+	for (int32 Index = 0; Index < Widget->GetNumberOfChildren(); ++Index)
+	{
+		Collect(Widget->GetChildAt(Index).ToSharedRef(), View);
+	}
+}
+
+bool FPanelConsole::IsEnabled(const FView& View, const TCHAR* Button)
+{
+	const TSharedPtr<IAccessibleWidget> Widget = View.Buttons.FindRef(Button);
+	return Widget && Widget->IsEnabled();
+}
+
+bool FPanelConsole::Press(const FView& View, const TCHAR* Button)
+{
+	if (!IsEnabled(View, Button))
+	{
+		return false;
+	}
+	View.Buttons.FindChecked(Button)->AsActivatable()->Activate();
+	return true;
+}
+
+void FPanelConsole::Tick()
+{
+	const FView View = Look();
+	if (!View.PromptBox)
+	{
+		return; // not laid out yet
+	}
+	PrintNewTexts(View);
+	HandleInterrupts(View);
+	if (bEnded)
+	{
+		return;
+	}
+	if (bUnattended)
+	{
+		RunScript(View);
+		return;
+	}
+	AskForApprovalOnce(View);
+	ReadInput();
+	if (!Lines.IsEmpty())
+	{
+		const FString Line = Lines[0];
+		Lines.RemoveAt(0);
+		HandleLine(View, Line);
+	}
+	else if (bInputClosed && !IsWorking(View))
+	{
+		Leave(0);
+	}
+}
+
+void FPanelConsole::PrintNewTexts(const FView& View)
+{
+	for (const TSharedPtr<IAccessibleWidget>& Text : View.Texts)
+	{
+		bool bAlreadyPrinted = false;
+		Printed.Add(Text->GetId(), &bAlreadyPrinted);
+		if (!bAlreadyPrinted)
+		{
+			PrintBlock(Text->AsText() ? Text->AsText()->GetText() : Text->GetWidgetName());
+		}
+	}
+}
+
+void FPanelConsole::PrintBlock(const FString& Text)
+{
+	FString Title;
+	FString Body = Text;
+	const bool bHasTitle = Text.TrimStart().StartsWith(TEXT("["));
+	if (bHasTitle && !Text.Split(TEXT("\n"), &Title, &Body))
+	{
+		Title = Text;
+		Body.Empty();
+	}
+	Body = Body.TrimStartAndEnd();
+	if (bHasTitle)
+	{
+		std::printf(bOnTerminal ? "\n\033[1m%s\033[0m\n" : "\n%s\n", TCHAR_TO_UTF8(*Title.TrimStartAndEnd()));
+	}
+	if (!Body.IsEmpty())
+	{
+		// Lines without a title are the panel's own remarks.
+		std::printf(bOnTerminal && !bHasTitle ? "\033[2m%s\033[0m\n" : "%s\n", TCHAR_TO_UTF8(*Body));
+	}
+	std::fflush(stdout);
+}
+
+void FPanelConsole::AskForApprovalOnce(const FView& View)
+{
+	const bool bWaits = IsEnabled(View, PanelConsole::ApproveButton);
+	if (bWaits && !bAskedForApproval)
+	{
+		std::printf("Approve? y runs the tools; anything else is sent as a message instead; /end ends.\n");
+		std::fflush(stdout);
+	}
+	bAskedForApproval = bWaits;
+}
+
+void FPanelConsole::ReadInput()
+{
+	pollfd Input{ STDIN_FILENO, POLLIN, 0 };
+	while (!bInputClosed && poll(&Input, 1, 0) > 0)
+	{
+		char Buffer[4096];
+		const ssize_t Count = read(STDIN_FILENO, Buffer, sizeof(Buffer));
+		if (Count < 0 && errno == EINTR)
+		{
+			return;
+		}
+		if (Count <= 0)
+		{
+			bInputClosed = true;
+			break;
+		}
+		PartialLine.append(Buffer, static_cast<size_t>(Count));
+		for (size_t End = PartialLine.find('\n'); End != std::string::npos || PartialLine.size() > PanelConsole::MaxLineBytes;
+			 End = PartialLine.find('\n'))
+		{
+			Lines.Add(FString(PartialLine.substr(0, End).c_str()));
+			PartialLine.erase(0, End == std::string::npos ? End : End + 1);
+		}
+	}
+}
+
+void FPanelConsole::HandleLine(const FView& View, const FString& Line)
+{
+	const FString Trimmed = Line.TrimStartAndEnd();
+	if (Trimmed == TEXT("y") && Press(View, PanelConsole::ApproveButton))
+	{
+		return;
+	}
+	if (Trimmed == TEXT("/quit"))
+	{
+		Leave(0);
+		return;
+	}
+	if (Trimmed.StartsWith(TEXT("/")))
+	{
+		const FString Button = PanelConsole::LettersOf(Trimmed);
+		if (!Press(View, *Button))
+		{
+			TArray<FString> Names;
+			View.Buttons.GetKeys(Names);
+			std::printf("There is no button '%s' to press now. Buttons: /%s; /quit leaves.\n", TCHAR_TO_UTF8(*Button),
+				TCHAR_TO_UTF8(*FString::Join(Names, TEXT(", /"))));
+			std::fflush(stdout);
+		}
+		return;
+	}
+	if (!Trimmed.IsEmpty() || !IsWorking(View))
+	{
+		Send(View, Line);
+	}
+}
+
+void FPanelConsole::HandleInterrupts(const FView& View)
+{
+	while (NumInterruptsSeen < PanelConsole::NumInterrupts && !bEnded)
+	{
+		++NumInterruptsSeen;
+		const bool bFirst = NumInterruptsSeen == 1;
+		if (!bFirst || !Press(View, PanelConsole::EndButton))
+		{
+			constexpr int32 InterruptedExitCode = 130;
+			Leave(InterruptedExitCode);
+			return;
+		}
+		std::printf("Ended. Press Ctrl-C again to leave.\n");
+		std::fflush(stdout);
+		if (bUnattended)
+		{
+			Leave(1);
+		}
+	}
+}
+
+void FPanelConsole::Send(const FView& View, const FString& Prompt)
+{
+	View.PromptBox->AsProperty()->SetValue(Prompt);
+	View.PromptBox->SetFocus();
+	FSlateApplication& Slate = FSlateApplication::Get();
+	const FKeyEvent Enter(EKeys::Enter, FModifierKeysState(), 0, false, u'\r', 0);
+	Slate.ProcessKeyDownEvent(Enter);
+	Slate.ProcessKeyCharEvent(FCharacterEvent(u'\r', FModifierKeysState(), 0, false));
+	Slate.ProcessKeyUpEvent(Enter);
+}
+
+void FPanelConsole::RunScript(const FView& View)
+{
+	switch (Phase)
+	{
+	case EPhase::Opening:
+		Phase = EPhase::Ready;
+		break;
+	case EPhase::Ready:
+		if (NextPrompt < Prompts.Num())
+		{
+			Send(View, Prompts[NextPrompt++]);
+			Phase = EPhase::Sent;
+			break;
+		}
+		Press(View, PanelConsole::EndButton);
+		Phase = EPhase::Ending;
+		break;
+	case EPhase::Sent:
+		// The view of the frame after the key press shows what came of it.
+		Phase = EPhase::Working;
+		break;
+	case EPhase::Working:
+		if (IsWorking(View))
+		{
+			break;
+		}
+		if (IsEnabled(View, PanelConsole::ApproveButton))
+		{
+			if (!bApprove)
+			{
+				std::fprintf(stderr, "A tool waits for approval, and nobody can be asked: try again with --approve.\n");
+				Leave(1);
+				break;
+			}
+			Press(View, PanelConsole::ApproveButton);
+			Phase = EPhase::Sent;
+			break;
+		}
+		if (!IsEnabled(View, PanelConsole::EndButton))
+		{
+			Leave(1); // ended by itself: it failed or was refused
+			break;
+		}
+		Phase = EPhase::Ready;
+		break;
+	case EPhase::Ending:
+		Leave(0);
+		break;
+	}
+}
+
+void FPanelConsole::Leave(int32 Code)
+{
+	bEnded = true;
+	ExitCode = Code;
+}

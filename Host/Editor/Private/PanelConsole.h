@@ -1,0 +1,86 @@
+#pragma once
+
+#include "CoreMinimal.h"
+#include "GenericPlatform/Accessibility/GenericAccessibleInterfaces.h"
+
+#include <string>
+
+class SDockTab;
+
+/**
+ * A chat-like tab on a terminal: "-Console=<tab>" opens the tab, prints its texts as they appear, and types what is
+ * typed here into its prompt box. It knows the tab only as somebody who cannot see it would: by its accessible tree.
+ *
+ * A prompt box is the one text that can be edited; Enter in it sends. "/word" presses the button of that name, "y" the
+ * one called Approve. Ctrl-C presses the one called End, or leaves when that is not to be had.
+ *
+ * "-Prompt=<text>" (any number of them) runs unattended: each prompt is sent when the one before is done, the
+ * conversation is ended after the last, and the program leaves with 0. It leaves with 1 as soon as the conversation ends
+ * by itself, and when a tool waits for approval but "-Approve" was not given and nobody can be asked.
+ */
+class FPanelConsole
+{
+public:
+	FPanelConsole();
+	~FPanelConsole();
+	UE_NONCOPYABLE(FPanelConsole)
+
+	bool IsWanted() const { return !TabName.IsNone(); }
+	/** Opens the tab. False when there is no such tab. */
+	bool Start();
+	/** One frame. */
+	void Tick();
+	bool HasEnded() const { return bEnded; }
+	int32 GetExitCode() const { return ExitCode; }
+
+private:
+	enum class EPhase : uint8
+	{
+		Opening, // the tab has not been laid out yet
+		Ready,   // the user, or the next prompt, may act
+		Sent,    // a prompt was sent and the panel has not begun to work yet
+		Working,
+		Ending,
+	};
+
+	/** What the panel looks like in this frame. */
+	struct FView
+	{
+		TArray<TSharedPtr<IAccessibleWidget>> Texts;
+		TMap<FString, TSharedPtr<IAccessibleWidget>> Buttons; // by their letters
+		TSharedPtr<IAccessibleWidget> PromptBox;
+	};
+
+	FView Look() const;
+	static void Collect(const TSharedRef<IAccessibleWidget>& Widget, FView& View);
+	static bool IsEnabled(const FView& View, const TCHAR* Button);
+	static bool Press(const FView& View, const TCHAR* Button);
+	static bool IsWorking(const FView& View) { return View.Buttons.Contains(TEXT("pause")); }
+
+	void PrintNewTexts(const FView& View);
+	void PrintBlock(const FString& Text);
+	void AskForApprovalOnce(const FView& View);
+	void ReadInput();
+	void HandleLine(const FView& View, const FString& Line);
+	void HandleInterrupts(const FView& View);
+	void RunScript(const FView& View);
+	void Send(const FView& View, const FString& Prompt);
+	void Leave(int32 Code);
+
+	FName TabName;
+	TSharedPtr<SDockTab> Tab;
+	TSet<AccessibleWidgetId> Printed;
+	TArray<FString> Prompts;
+	TArray<FString> Lines;
+	std::string PartialLine; // bytes of a line that has not ended yet
+	int32 NextPrompt = 0;
+	int32 NumInterruptsSeen = 0;
+	EPhase Phase = EPhase::Opening;
+	bool bUnattended = false;
+	bool bApprove = false;
+	bool bOnTerminal = false;
+	bool bInputClosed = false;
+	bool bAskedForApproval = false;
+	bool bEnded = false;
+	int32 ExitCode = 0;
+};

@@ -1,0 +1,328 @@
+#include "CurlHttpRequest.h"
+
+#include "Containers/StringConv.h"
+#include "CoreGlobals.h"
+#include "CurlTransport.h"
+#include "HAL/PlatformTime.h"
+#include "HttpManagerState.h"
+#include "HttpModule.h"
+#include "Misc/App.h"
+#include "Misc/EngineVersion.h"
+
+DEFINE_LOG_CATEGORY_STATIC(LogHttp, Log, All);
+
+namespace CurlHttpRequest
+{
+constexpr long MaxRedirects = 10;
+
+double WallSeconds()
+{
+	return FPlatformTime::ToSeconds64(FPlatformTime::Cycles64());
+}
+
+FString Find(const TArray<FHttpHeader>& Headers, const FString& Name)
+{
+	const FHttpHeader* Header = Headers.FindByPredicate([&](const FHttpHeader& Each) { return Each.Name == Name; });
+	return Header ? Header->Value : FString();
+}
+
+TArray<FString> Lines(const TArray<FHttpHeader>& Headers)
+{
+	TArray<FString> Result;
+	for (const FHttpHeader& Header : Headers)
+	{
+		Result.Add(Header.Name + TEXT(": ") + Header.Value);
+	}
+	return Result;
+}
+
+bool HasLineBreak(const FString& Text)
+{
+	return Text.Contains(TEXT("\r")) || Text.Contains(TEXT("\n"));
+}
+}
+
+FString FCurlHttpResponse::GetHeader(const FString& HeaderName) const
+{
+	return CurlHttpRequest::Find(Headers, HeaderName);
+}
+
+TArray<FString> FCurlHttpResponse::GetAllHeaders() const
+{
+	return CurlHttpRequest::Lines(Headers);
+}
+
+FString FCurlHttpResponse::GetContentAsString() const
+{
+	return FString(FUtf8StringView(reinterpret_cast<const UTF8CHAR*>(Content.GetData()), Content.Num()));
+}
+
+FCurlHttpRequest::~FCurlHttpRequest()
+{
+	ReleaseHandle();
+}
+
+FString FCurlHttpRequest::GetHeader(const FString& HeaderName) const
+{
+	return CurlHttpRequest::Find(Headers, HeaderName);
+}
+
+TArray<FString> FCurlHttpRequest::GetAllHeaders() const
+{
+	return CurlHttpRequest::Lines(Headers);
+}
+
+bool FCurlHttpRequest::CanChange(const TCHAR* What) const
+{
+	return ensureMsgf(Status != EHttpRequestStatus::Processing, TEXT("%s of a request that has been started"), What);
+}
+
+void FCurlHttpRequest::SetVerb(const FString& InVerb)
+{
+	if (CanChange(TEXT("SetVerb")))
+	{
+		Verb = InVerb.ToUpper();
+	}
+}
+
+void FCurlHttpRequest::SetURL(const FString& InURL)
+{
+	if (CanChange(TEXT("SetURL")))
+	{
+		URL = InURL;
+	}
+}
+
+void FCurlHttpRequest::SetHeader(const FString& HeaderName, const FString& HeaderValue)
+{
+	if (!CanChange(TEXT("SetHeader")))
+	{
+		return;
+	}
+	FHttpHeader* Present = Headers.FindByPredicate([&](const FHttpHeader& Each) { return Each.Name == HeaderName; });
+	if (Present)
+	{
+		Present->Value = HeaderValue;
+		return;
+	}
+	Headers.Add({ HeaderName, HeaderValue });
+}
+
+void FCurlHttpRequest::SetContent(const TArray<uint8>& ContentPayload)
+{
+	if (CanChange(TEXT("SetContent")))
+	{
+		Content = ContentPayload;
+	}
+}
+
+void FCurlHttpRequest::SetContentAsString(const FString& ContentString)
+{
+	if (CanChange(TEXT("SetContentAsString")))
+	{
+		const FTCHARToUTF8 Utf8(*ContentString, ContentString.Len());
+		Content = TArray<uint8>(reinterpret_cast<const uint8*>(Utf8.Get()), Utf8.Length());
+	}
+}
+
+void FCurlHttpRequest::SetTimeout(float InTimeoutSecs)
+{
+	if (CanChange(TEXT("SetTimeout")))
+	{
+		TimeoutSeconds = InTimeoutSecs;
+	}
+}
+
+bool FCurlHttpRequest::Refuse(const TCHAR* Reason)
+{
+	UE_LOG(LogHttp, Warning, TEXT("Request not started: %s"), Reason);
+	Status = EHttpRequestStatus::Failed;
+	CompleteDelegate.ExecuteIfBound(AsShared(), nullptr, false);
+	return false;
+}
+
+bool FCurlHttpRequest::ProcessRequest()
+{
+	checkf(IsInGameThread(), TEXT("Requests are started on the game thread"));
+	if (Status == EHttpRequestStatus::Processing)
+	{
+		UE_LOG(LogHttp, Warning, TEXT("The request is in flight already"));
+		return false;
+	}
+	if (!URL.StartsWith(TEXT("https://")) && !URL.StartsWith(TEXT("http://")))
+	{
+		return Refuse(TEXT("the URL is neither https nor http"));
+	}
+	const bool bBrokenHeader = Headers.ContainsByPredicate([](const FHttpHeader& Header) {
+		return CurlHttpRequest::HasLineBreak(Header.Name) || CurlHttpRequest::HasLineBreak(Header.Value);
+	});
+	if (bBrokenHeader)
+	{
+		return Refuse(TEXT("a header holds a line break"));
+	}
+
+	Status = EHttpRequestStatus::Processing;
+	bCancelled = false;
+	StartTime = CurlHttpRequest::WallSeconds();
+	Response = MakeShared<FCurlHttpResponse>();
+	SetUpHandle();
+	FHttpModule::Get().GetHttpManager().State->Start(StaticCastSharedRef<FCurlHttpRequest>(AsShared()));
+	return true;
+}
+
+void FCurlHttpRequest::SetUpHandle()
+{
+	Handle = curl_easy_init();
+	checkf(Handle, TEXT("libcurl gives no handle"));
+	const FHttpModule& Module = FHttpModule::Get();
+	curl_easy_setopt(Handle, CURLOPT_URL, TCHAR_TO_UTF8(*URL));
+	curl_easy_setopt(Handle, CURLOPT_HTTP_VERSION, CURL_HTTP_VERSION_1_1);
+	curl_easy_setopt(Handle, CURLOPT_NOSIGNAL, 1L);
+	curl_easy_setopt(Handle, CURLOPT_PROTOCOLS_STR, "https,http");
+	curl_easy_setopt(Handle, CURLOPT_FOLLOWLOCATION, 1L);
+	curl_easy_setopt(Handle, CURLOPT_MAXREDIRS, CurlHttpRequest::MaxRedirects);
+	curl_easy_setopt(Handle, CURLOPT_CONNECTTIMEOUT_MS, static_cast<long>(Module.GetHttpConnectionTimeout() * 1000.0f));
+	curl_easy_setopt(Handle, CURLOPT_LOW_SPEED_LIMIT, 1L);
+	curl_easy_setopt(Handle, CURLOPT_LOW_SPEED_TIME, static_cast<long>(Module.GetHttpActivityTimeout()));
+	const float Total = TimeoutSeconds > 0.0f ? TimeoutSeconds : Module.GetHttpTotalTimeout();
+	curl_easy_setopt(Handle, CURLOPT_TIMEOUT_MS, static_cast<long>(Total * 1000.0f));
+
+	if (Verb.Equals(TEXT("POST")) || Content.Num() > 0)
+	{
+		curl_easy_setopt(Handle, CURLOPT_POST, 1L);
+		curl_easy_setopt(Handle, CURLOPT_POSTFIELDSIZE_LARGE, static_cast<curl_off_t>(Content.Num()));
+		curl_easy_setopt(
+			Handle, CURLOPT_POSTFIELDS, Content.Num() > 0 ? reinterpret_cast<const char*>(Content.GetData()) : "");
+	}
+	curl_easy_setopt(Handle, CURLOPT_CUSTOMREQUEST, TCHAR_TO_UTF8(*Verb));
+	if (Verb.Equals(TEXT("HEAD")))
+	{
+		curl_easy_setopt(Handle, CURLOPT_NOBODY, 1L);
+	}
+
+	curl_easy_setopt(Handle, CURLOPT_WRITEFUNCTION, &FCurlHttpRequest::ReceiveBody);
+	curl_easy_setopt(Handle, CURLOPT_WRITEDATA, this);
+	curl_easy_setopt(Handle, CURLOPT_HEADERFUNCTION, &FCurlHttpRequest::ReceiveHeader);
+	curl_easy_setopt(Handle, CURLOPT_HEADERDATA, this);
+	SetUpTls();
+	SetUpHeaders();
+}
+
+void FCurlHttpRequest::SetUpTls()
+{
+	curl_easy_setopt(Handle, CURLOPT_SSL_VERIFYPEER, 1L);
+	curl_easy_setopt(Handle, CURLOPT_SSL_VERIFYHOST, 2L);
+	Authorities = FCurlTransport::ReadAuthorities();
+	if (!Authorities.empty())
+	{
+		curl_blob Blob{ Authorities.data(), Authorities.size(), CURL_BLOB_NOCOPY };
+		curl_easy_setopt(Handle, CURLOPT_CAINFO_BLOB, &Blob);
+	}
+	const std::string Resolve = FCurlTransport::ReadResolveOption();
+	if (!Resolve.empty())
+	{
+		ConnectTo = curl_slist_append(nullptr, Resolve.c_str());
+		curl_easy_setopt(Handle, CURLOPT_CONNECT_TO, ConnectTo);
+	}
+}
+
+void FCurlHttpRequest::SetUpHeaders()
+{
+	curl_easy_setopt(Handle, CURLOPT_USERAGENT,
+		TCHAR_TO_UTF8(*FString::Printf(TEXT("%s/%s"), FApp::GetProjectName(),
+			*FEngineVersion::Current().ToString(EVersionComponent::Changelist))));
+	for (const FHttpHeader& Header : Headers)
+	{
+		// A header without a value is written with a semicolon, or libcurl leaves it out.
+		const FString Line = Header.Value.IsEmpty() ? Header.Name + TEXT(";") : Header.Name + TEXT(": ") + Header.Value;
+		HeaderList = curl_slist_append(HeaderList, TCHAR_TO_UTF8(*Line));
+	}
+	// No waiting for "100 Continue" before the body.
+	HeaderList = curl_slist_append(HeaderList, "Expect:");
+	curl_easy_setopt(Handle, CURLOPT_HTTPHEADER, HeaderList);
+}
+
+void FCurlHttpRequest::ReleaseHandle()
+{
+	if (Handle)
+	{
+		curl_easy_cleanup(Handle);
+		Handle = nullptr;
+	}
+	curl_slist_free_all(HeaderList);
+	curl_slist_free_all(ConnectTo);
+	HeaderList = nullptr;
+	ConnectTo = nullptr;
+}
+
+size_t FCurlHttpRequest::ReceiveBody(char* Data, size_t Size, size_t Count, void* Request)
+{
+	FCurlHttpResponse& Received = *static_cast<FCurlHttpRequest*>(Request)->Response;
+	const size_t NumBytes = Size * Count;
+	if (Received.Content.Num() + static_cast<int64>(NumBytes) > MaxResponseBytes)
+	{
+		return 0;
+	}
+	Received.Content.Append(reinterpret_cast<const uint8*>(Data), static_cast<int32>(NumBytes));
+	return NumBytes;
+}
+
+size_t FCurlHttpRequest::ReceiveHeader(char* Data, size_t Size, size_t Count, void* Request)
+{
+	FCurlHttpResponse& Received = *static_cast<FCurlHttpRequest*>(Request)->Response;
+	const FString Line =
+		FString(FUtf8StringView(reinterpret_cast<const UTF8CHAR*>(Data), static_cast<int32>(Size * Count)));
+	FHttpHeader Header;
+	if (Line.StartsWith(TEXT("HTTP/")))
+	{
+		// A new message: what a redirect answered does not count.
+		Received.Headers.Empty();
+		Received.Content.Empty();
+	}
+	else if (Line.Split(TEXT(":"), &Header.Name, &Header.Value))
+	{
+		Header.Value.TrimStartAndEndInline();
+		Received.Headers.Add(Header);
+	}
+	return Size * Count;
+}
+
+void FCurlHttpRequest::CancelRequest()
+{
+	if (Status == EHttpRequestStatus::Processing)
+	{
+		bCancelled = true;
+	}
+}
+
+float FCurlHttpRequest::GetElapsedTime() const
+{
+	if (Status == EHttpRequestStatus::NotStarted)
+	{
+		return 0.0f;
+	}
+	return static_cast<float>(
+		(Status == EHttpRequestStatus::Processing ? CurlHttpRequest::WallSeconds() : EndTime) - StartTime);
+}
+
+void FCurlHttpRequest::Finish(CURLcode Result)
+{
+	long Code = 0;
+	char* EffectiveUrl = nullptr;
+	curl_easy_getinfo(Handle, CURLINFO_RESPONSE_CODE, &Code);
+	curl_easy_getinfo(Handle, CURLINFO_EFFECTIVE_URL, &EffectiveUrl);
+	Response->ResponseCode = static_cast<int32>(Code);
+	Response->URL = EffectiveUrl ? FString(EffectiveUrl) : URL;
+	ReleaseHandle();
+
+	const bool bSucceeded = Result == CURLE_OK && !bCancelled;
+	UE_CLOG(!bSucceeded && !bCancelled, LogHttp, Display, TEXT("%s %s failed: %hs"), *Verb, *URL,
+		curl_easy_strerror(Result));
+	if (!bSucceeded)
+	{
+		Response.Reset();
+	}
+	EndTime = CurlHttpRequest::WallSeconds();
+	Status = bSucceeded ? EHttpRequestStatus::Succeeded : EHttpRequestStatus::Failed;
+	CompleteDelegate.ExecuteIfBound(AsShared(), Response, bSucceeded);
+}

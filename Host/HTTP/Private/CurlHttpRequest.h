@@ -1,0 +1,94 @@
+#pragma once
+
+#include "Interfaces/IHttpRequest.h"
+
+#include <curl/curl.h>
+#include <string>
+
+/** A name and a value as they stand in a message. */
+struct FHttpHeader
+{
+	FString Name;
+	FString Value;
+};
+
+class FCurlHttpResponse final : public IHttpResponse
+{
+public:
+	FString GetURL() const override { return URL; }
+	FString GetHeader(const FString& HeaderName) const override;
+	TArray<FString> GetAllHeaders() const override;
+	FString GetContentType() const override { return GetHeader(TEXT("Content-Type")); }
+	uint64 GetContentLength() const override { return static_cast<uint64>(Content.Num()); }
+	const TArray<uint8>& GetContent() const override { return Content; }
+	int32 GetResponseCode() const override { return ResponseCode; }
+	FString GetContentAsString() const override;
+
+	FString URL;
+	int32 ResponseCode = 0;
+	TArray<FHttpHeader> Headers;
+	TArray<uint8> Content;
+};
+
+/** A request on top of a libcurl easy handle, which lives from start to end of the transfer. */
+class FCurlHttpRequest final : public IHttpRequest
+{
+public:
+	/** Larger bodies end the request. */
+	static constexpr int64 MaxResponseBytes = 256ll * 1024 * 1024;
+
+	~FCurlHttpRequest() override;
+
+	FString GetURL() const override { return URL; }
+	FString GetHeader(const FString& HeaderName) const override;
+	TArray<FString> GetAllHeaders() const override;
+	FString GetContentType() const override { return GetHeader(TEXT("Content-Type")); }
+	uint64 GetContentLength() const override { return static_cast<uint64>(Content.Num()); }
+	const TArray<uint8>& GetContent() const override { return Content; }
+
+	FString GetVerb() const override { return Verb; }
+	void SetVerb(const FString& InVerb) override;
+	void SetURL(const FString& InURL) override;
+	void SetHeader(const FString& HeaderName, const FString& HeaderValue) override;
+	void SetContent(const TArray<uint8>& ContentPayload) override;
+	void SetContentAsString(const FString& ContentString) override;
+	void SetTimeout(float InTimeoutSecs) override;
+	FHttpRequestCompleteDelegate& OnProcessRequestComplete() override { return CompleteDelegate; }
+	bool ProcessRequest() override;
+	void CancelRequest() override;
+	EHttpRequestStatus::Type GetStatus() const override { return Status; }
+	const FHttpResponsePtr GetResponse() const override { return Response; }
+	float GetElapsedTime() const override;
+
+	CURL* GetHandle() const { return Handle; }
+	bool IsCancelled() const { return bCancelled; }
+	/** Called by the manager when the transfer has ended. */
+	void Finish(CURLcode Result);
+
+private:
+	bool CanChange(const TCHAR* What) const;
+	bool Refuse(const TCHAR* Reason);
+	void SetUpHandle();
+	void SetUpTls();
+	void SetUpHeaders();
+	void ReleaseHandle();
+	static size_t ReceiveBody(char* Data, size_t Size, size_t Count, void* Request);
+	static size_t ReceiveHeader(char* Data, size_t Size, size_t Count, void* Request);
+
+	FString Verb = TEXT("GET");
+	FString URL;
+	TArray<FHttpHeader> Headers;
+	TArray<uint8> Content;
+	float TimeoutSeconds = 0.0f;
+	FHttpRequestCompleteDelegate CompleteDelegate;
+	EHttpRequestStatus::Type Status = EHttpRequestStatus::NotStarted;
+	bool bCancelled = false;
+	double StartTime = 0.0; // seconds of the wall
+	double EndTime = 0.0;
+
+	CURL* Handle = nullptr;
+	curl_slist* HeaderList = nullptr;
+	curl_slist* ConnectTo = nullptr;
+	std::string Authorities;
+	TSharedPtr<FCurlHttpResponse> Response;
+};

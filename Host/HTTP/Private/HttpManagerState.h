@@ -1,0 +1,21 @@
+#pragma once
+
+#include "CurlHttpRequest.h"
+#include "HttpManager.h"
+
+struct FHttpManager::FState
+{
+	FState()
+		: Multi(curl_multi_init())
+	{
+	}
+	~FState() { curl_multi_cleanup(Multi); }
+	UE_NONCOPYABLE(FState)
+
+	void Start(const TSharedRef<FCurlHttpRequest>& Request);
+	/** Takes a request out of the transfer and tells its owner. */
+	void End(const TSharedRef<FCurlHttpRequest>& Request, CURLcode Result);
+
+	CURLM* const Multi;
+	TArray<TSharedRef<FCurlHttpRequest>> InFlight;
+};

@@ -1,0 +1,184 @@
+#include "CoreGlobals.h"
+#include "Dom/JsonObject.h"
+#include "HAL/FileManager.h"
+#include "Interfaces/IPluginManager.h"
+#include "Interfaces/IProjectManager.h"
+#include "Misc/CommandLine.h"
+#include "Misc/FileHelper.h"
+#include "Misc/Parse.h"
+#include "Misc/Paths.h"
+#include "Modules/ModuleManager.h"
+#include "Serialization/JsonSerializer.h"
+
+DEFINE_LOG_CATEGORY_STATIC(LogPluginManager, Log, All);
+
+namespace PluginManager
+{
+class FPlugin final : public IPlugin
+{
+public:
+	FPlugin(const FString& InFileName, const FPluginDescriptor& InDescriptor, bool bInEnabled)
+		: FileName(InFileName)
+		, BaseDir(FPaths::GetPath(InFileName))
+		, Name(FPaths::GetBaseFilename(InFileName))
+		, Descriptor(InDescriptor)
+		, bEnabled(bInEnabled)
+	{
+	}
+
+	const FString& GetName() const override { return Name; }
+	const FString& GetDescriptorFileName() const override { return FileName; }
+	const FString& GetBaseDir() const override { return BaseDir; }
+	FString GetContentDir() const override { return BaseDir / TEXT("Content"); }
+	bool IsEnabled() const override { return bEnabled; }
+	const FPluginDescriptor& GetDescriptor() const override { return Descriptor; }
+
+private:
+	const FString FileName;
+	const FString BaseDir;
+	const FString Name;
+	const FPluginDescriptor Descriptor;
+	const bool bEnabled;
+};
+
+/** Descriptors below a folder; a folder that is a plugin is not searched further. */
+void FindDescriptors(const FString& Directory, TArray<FString>& OutFiles)
+{
+	TArray<FString> Found;
+	IFileManager::Get().FindFiles(Found, *(Directory / TEXT("*.uplugin")), true, false);
+	if (!Found.IsEmpty())
+	{
+		OutFiles.Add(Directory / Found[0]);
+		return;
+	}
+	TArray<FString> Children;
+	IFileManager::Get().FindFiles(Children, *(Directory / TEXT("*")), false, true);
+	Children.Sort();
+	for (const FString& Child : Children)
+	{
+		FindDescriptors(Directory / Child, OutFiles);
+	}
+}
+
+/** Tells the module manager in which libraries the plugin's modules lie, as the build's manifest has it. */
+void AnnounceLibraries(const IPlugin& Plugin)
+{
+	const FString Folder = Plugin.GetBaseDir() / TEXT("Binaries/Linux");
+	const FString Manifest = Folder / TEXT("HostEditor-" HOST_FLAVOUR ".modules");
+	FString Text;
+	TSharedPtr<FJsonObject> Object;
+	const TSharedPtr<FJsonObject>* Modules = nullptr;
+	if (!FFileHelper::LoadFileToString(Text, *Manifest) ||
+		!FJsonSerializer::Deserialize(TJsonReaderFactory<>::Create(MoveTemp(Text)), Object) ||
+		!Object->TryGetObjectField(TEXT("Modules"), Modules))
+	{
+		UE_LOG(LogPluginManager, Warning, TEXT("Plugin '%s' has not been built for this editor: there is no %s"),
+			*Plugin.GetName(), *Manifest);
+		return;
+	}
+	for (const auto& Pair : (*Modules)->Values)
+	{
+		const FString Library = FPaths::ConvertRelativePathToFull(Folder / Pair.Value->AsString());
+		FModuleManager::Get().AddModuleLibrary(FName(*FString(*Pair.Key)), Library);
+	}
+}
+
+class FPluginManager final : public IPluginManager
+{
+public:
+	using IPluginManager::FindPlugin;
+
+	TSharedPtr<IPlugin> FindPlugin(const FStringView Name) override
+	{
+		EnsureDiscovered();
+		const TSharedRef<IPlugin>* Found = Plugins.FindByPredicate(
+			[Name](const TSharedRef<IPlugin>& Plugin) { return Plugin->IsEnabled() && Plugin->GetName() == Name; });
+		return Found ? TSharedPtr<IPlugin>(*Found) : nullptr;
+	}
+
+	TArray<TSharedRef<IPlugin>> GetEnabledPlugins() override
+	{
+		EnsureDiscovered();
+		return Plugins.FilterByPredicate([](const TSharedRef<IPlugin>& Plugin) { return Plugin->IsEnabled(); });
+	}
+
+	void RefreshPluginsList() override
+	{
+		bDiscovered = true;
+		Plugins.Empty();
+		FString FromCommandLine;
+		if (FParse::Value(FCommandLine::Get(), TEXT("-PLUGIN="), FromCommandLine))
+		{
+			Add(FPaths::ConvertRelativePathToFull(FromCommandLine), true);
+		}
+		TArray<FString> Files;
+		FindDescriptors(FPaths::ProjectPluginsDir(), Files);
+		for (const FString& File : Files)
+		{
+			Add(File, false);
+		}
+	}
+
+	bool LoadModulesForEnabledPlugins(ELoadingPhase::Type LoadingPhase) override
+	{
+		bool bAllLoaded = true;
+		for (const TSharedRef<IPlugin>& Plugin : GetEnabledPlugins())
+		{
+			for (const FModuleDescriptor& Module : Plugin->GetDescriptor().Modules)
+			{
+				if (Module.LoadingPhase == LoadingPhase && Module.IsLoadedInEditor())
+				{
+					bAllLoaded &= FModuleManager::Get().LoadModule(Module.Name) != nullptr;
+				}
+			}
+		}
+		return bAllLoaded;
+	}
+
+private:
+	void EnsureDiscovered()
+	{
+		if (!bDiscovered)
+		{
+			RefreshPluginsList();
+		}
+	}
+
+	/** One that the command line names comes first, and a second of the same name is left out. */
+	void Add(const FString& File, bool bForceEnabled)
+	{
+		FPluginDescriptor Descriptor;
+		FText FailReason;
+		if (!Descriptor.Load(File, FailReason))
+		{
+			UE_LOG(LogPluginManager, Error, TEXT("Plugin left out: %s"), *FailReason.ToString());
+			return;
+		}
+		const FString Name = FPaths::GetBaseFilename(File);
+		if (Plugins.ContainsByPredicate(
+				[&Name](const TSharedRef<IPlugin>& Plugin) { return Plugin->GetName() == Name; }))
+		{
+			UE_LOG(LogPluginManager, Warning, TEXT("Plugin '%s' was found twice; %s is left out"), *Name, *File);
+			return;
+		}
+		const FProjectDescriptor* Project = IProjectManager::Get().GetCurrentProject();
+		const bool* bWanted = Project ? Project->PluginsEnabled.Find(Name) : nullptr;
+		const bool bEnabled = bForceEnabled || (bWanted ? *bWanted : Descriptor.bEnabledByDefault);
+		const TSharedRef<IPlugin> Plugin = MakeShared<FPlugin>(File, Descriptor, bEnabled);
+		Plugins.Add(Plugin);
+		if (bEnabled)
+		{
+			AnnounceLibraries(*Plugin);
+		}
+	}
+
+	TArray<TSharedRef<IPlugin>> Plugins;
+	bool bDiscovered = false;
+};
+}
+
+IPluginManager& IPluginManager::Get()
+{
+	static PluginManager::FPluginManager Manager;
+	return Manager;
+}

@@ -1,0 +1,37 @@
+using System;
+using UnrealBuildTool;
+
+public class Kestrel : ModuleRules
+{
+	public Kestrel(ReadOnlyTargetRules Target) : base(Target)
+	{
+		PCHUsage = PCHUsageMode.UseExplicitOrSharedPCHs;
+		IncludeOrderVersion = EngineIncludeOrderVersion.Unreal5_4;
+
+		PublicDependencyModuleNames.AddRange(new string[]
+		{
+			"Core",
+			"CoreUObject",
+		});
+
+		PrivateDependencyModuleNames.AddRange(new string[]
+		{
+			"ApplicationCore",
+			"HTTP",
+			"InputCore",
+			"Json",
+			"Projects",
+			"Settings",
+			"Slate",
+			"SlateCore",
+			"ToolMenus",
+		});
+
+		// Host and stage path of the production service, without scheme and trailing slash.
+		string ApiUrl = Environment.GetEnvironmentVariable("KESTREL_API_URL");
+		if (!String.IsNullOrEmpty(ApiUrl))
+		{
+			PrivateDefinitions.Add(String.Format("KESTREL_API_URL=TEXT(\"{0}\")", ApiUrl));
+		}
+	}
+}

@@ -1,0 +1,351 @@
+#include "Agent/Agent.h"
+
+#include "Agent/HTTPAPI.h"
+#include "Agent/JsonText.h"
+#include "Dom/JsonObject.h"
+#include "Dom/JsonValue.h"
+#include "KestrelSettings.h"
+#include "Misc/Guid.h"
+#include "Widget/KestrelInterface.h"
+
+/** What is done on entering a state; the text is the state's payload, or empty. */
+struct FAgent::FEntryAction
+{
+	EAgentState State;
+	void (FAgent::*Enter)(const FString& Text);
+};
+
+namespace KestrelAgent
+{
+	void ShowUserText(const FString& Text)
+	{
+		FKestrelInterface::Get().OnAddStatusMessage(Text, FKestrelInterface::UserColor,
+			FKestrelInterface::RegularFontName, FKestrelInterface::UserFontSize);
+	}
+
+	void ShowAssistantText(const FString& Text)
+	{
+		FKestrelInterface::Get().OnAddStatusMessage(FString::Printf(TEXT(" [ Kestrel ] \n\n%s\n"), *Text),
+			FKestrelInterface::AssistantColor, FKestrelInterface::BoldFontName, FKestrelInterface::AssistantFontSize);
+	}
+
+	/** A content block's kind; letter case does not count. */
+	bool IsOfType(const FJsonObject& Block, const TCHAR* Type)
+	{
+		FString BlockType;
+		return Block.TryGetStringField(TEXT("type"), BlockType) && BlockType.Equals(Type, ESearchCase::IgnoreCase);
+	}
+}
+
+FAgent& FAgent::Get()
+{
+	static FAgent Instance;
+	return Instance;
+}
+
+FAgent::FAgent()
+{
+	FHTTPAPI& Backend = FHTTPAPI::Get();
+	Backend.OnRegularRequest.BindRaw(this, &FAgent::HandleRegularRequest);
+	Backend.OnRegularRequestFailed.BindRaw(this, &FAgent::HandleRegularRequestFailed);
+	Backend.OnPollStatusRequestStarted.BindRaw(this, &FAgent::HandlePollStatusRequestStarted);
+	Backend.OnPollStatusRequestCompleted.BindRaw(this, &FAgent::HandlePollStatusRequestCompleted);
+	Backend.OnPollStatusRequestFailed.BindRaw(this, &FAgent::HandlePollStatusRequestFailed);
+	Backend.OnPollStatusRequestProcessing.BindRaw(this, &FAgent::HandlePollStatusRequestProcessing);
+}
+
+FAgent::~FAgent()
+{
+	FHTTPAPI& Backend = FHTTPAPI::Get();
+	Backend.OnRegularRequest.Unbind();
+	Backend.OnRegularRequestFailed.Unbind();
+	Backend.OnPollStatusRequestStarted.Unbind();
+	Backend.OnPollStatusRequestCompleted.Unbind();
+	Backend.OnPollStatusRequestFailed.Unbind();
+	Backend.OnPollStatusRequestProcessing.Unbind();
+}
+
+void FAgent::Initialize()
+{
+	SetAgentState(EAgentState::Idle, nullptr);
+}
+
+const TArray<FAgent::FEntryAction>& FAgent::GetEntryActions()
+{
+	static const TArray<FEntryAction> EntryActions = {
+		{ EAgentState::Idle, &FAgent::EnterIdle },
+		{ EAgentState::InitialRequest, &FAgent::EnterInitialRequest },
+		{ EAgentState::RegularRequest, &FAgent::EnterRegularRequest },
+		{ EAgentState::Continue, &FAgent::EnterContinue },
+		{ EAgentState::AwaitingUpdate, &FAgent::EnterAwaitingUpdate },
+		{ EAgentState::Pause, &FAgent::EnterPause },
+		{ EAgentState::CancelRequest, &FAgent::EnterCancelRequest },
+		{ EAgentState::EndRequest, &FAgent::EnterEndRequest },
+	};
+	return EntryActions;
+}
+
+void FAgent::SetAgentState(EAgentState NewState, const FAgentStateData* Data)
+{
+	if (NewState == State)
+	{
+		return;
+	}
+	State = NewState;
+	const FEntryAction* EntryAction =
+		GetEntryActions().FindByPredicate([NewState](const FEntryAction& Action) { return Action.State == NewState; });
+	if (EntryAction)
+	{
+		// Only states with a text have a payload.
+		const FString Text = Data ? static_cast<const FTextAgentStateData*>(Data)->Text : FString();
+		(this->*EntryAction->Enter)(Text);
+	}
+	StateChanged.Broadcast();
+}
+
+void FAgent::EnterIdle(const FString&)
+{
+	SetPaused(false);
+	SetApproved(false);
+	ClearConversationId();
+	FHTTPAPI::Get().CancelPolling();
+}
+
+void FAgent::EnterInitialRequest(const FString& Prompt)
+{
+	KestrelAgent::ShowUserText(FString::Printf(TEXT(" [ User Start ]\n\n%s\n"), *Prompt));
+	SetConversationId(FGuid::NewGuid().ToString(EGuidFormats::Digits));
+	SetUndoConversationID(ConversationId);
+	StoredMessages.Empty();
+	ClearToolResults();
+	PendingToolUses.Empty();
+	FHTTPAPI::Get().InitialPromptRequest(Prompt);
+}
+
+void FAgent::EnterRegularRequest(const FString& Message)
+{
+	KestrelAgent::ShowUserText(FString::Printf(TEXT(" [ User ]\n\n%s\n"), *Message));
+	FHTTPAPI::Get().RegularPromptRequest(Message);
+}
+
+void FAgent::EnterContinue(const FString& Message)
+{
+	SetPaused(false);
+	SetApproved(true);
+	KestrelAgent::ShowUserText(Message.IsEmpty() ? FString(TEXT(" [ User ]\n\nThe process has been resumed.\n"))
+												 : FString::Printf(TEXT(" [ User ]\n\n%s\n"), *Message));
+	// Emptied first: a tool may change the agent's state.
+	const TArray<TSharedPtr<FJsonObject>> Pending = MoveTemp(PendingToolUses);
+	PendingToolUses.Empty();
+	for (const TSharedPtr<FJsonObject>& Block : Pending)
+	{
+		Message.IsEmpty() ? HandleResponseToolUse(Block) : HandlePauseToolUse(Block);
+	}
+
+	const TSharedRef<FJsonObject> Body = MakeShared<FJsonObject>();
+	Body->SetStringField(TEXT("message"), Message);
+	if (!ToolResults.IsEmpty())
+	{
+		Body->SetArrayField(TEXT("tool_results"), ToolResults);
+	}
+	Body->SetBoolField(TEXT("was_confirmed"), WasApproved());
+	SendAndClearToolResults(Body);
+}
+
+void FAgent::EnterAwaitingUpdate(const FString&)
+{
+	SetPaused(false);
+	SetApproved(false);
+}
+
+void FAgent::EnterPause(const FString&)
+{
+	KestrelAgent::ShowUserText(TEXT(" [ User ]\n\nThe process has been paused.\n"));
+}
+
+void FAgent::EnterCancelRequest(const FString& Reason)
+{
+	KestrelAgent::ShowUserText(
+		Reason.IsEmpty() ? FString(TEXT(" [ Cancelled ]")) : FString::Printf(TEXT(" [ Cancelled ]\n\n%s\n"), *Reason));
+	SetAgentState(EAgentState::Idle, nullptr);
+}
+
+void FAgent::EnterEndRequest(const FString& Message)
+{
+	// No line break at the end, unlike the other templates.
+	KestrelAgent::ShowUserText(
+		Message.IsEmpty() ? FString(TEXT(" [ User End ]")) : FString::Printf(TEXT(" [ User End ]\n\n%s"), *Message));
+	SetAgentState(EAgentState::Idle, nullptr);
+}
+
+void FAgent::Continue(const FString& Message)
+{
+	const FMessageAgentStateData Data(Message);
+	SetAgentState(EAgentState::Continue, &Data);
+}
+
+void FAgent::EndRequest(const FString& Message)
+{
+	const FEndRequestStateData Data(Message);
+	SetAgentState(EAgentState::EndRequest, &Data);
+}
+
+void FAgent::CancelRequest(const FString& Message)
+{
+	const FCancelRequestStateData Data(Message);
+	SetAgentState(EAgentState::CancelRequest, &Data);
+}
+
+void FAgent::AddToolResult(const TSharedPtr<FJsonObject>& Result)
+{
+	ToolResults.Add(MakeShared<FJsonValueObject>(Result));
+}
+
+bool FAgent::MayActWithoutAsking() const
+{
+	return GetDefault<UKestrelSettings>()->bAutoApprove || WasApproved();
+}
+
+void FAgent::SendAndClearToolResults(const TSharedRef<FJsonObject>& Body)
+{
+	const FString Text = KestrelJson::ToCondensedText(Body);
+	FHTTPAPI::Get().RegularRequest(Text);
+	ClearToolResults();
+}
+
+void FAgent::HandleRegularRequest(const FString& Text, const FLinearColor& Color, const FName& FontStyle, float FontSize)
+{
+	FKestrelInterface::Get().OnAddStatusMessage(Text, Color, FontStyle, FontSize);
+}
+
+void FAgent::HandleRegularRequestFailed(const FString& Message)
+{
+	// The reply to a request that the user has given up meanwhile is no news.
+	if (State != EAgentState::Idle)
+	{
+		CancelRequest(Message);
+	}
+}
+
+void FAgent::HandlePollStatusRequestStarted()
+{
+	// The client polls whatever reply it gets; one that comes after the conversation was ended must not revive it.
+	if (State == EAgentState::Idle)
+	{
+		FHTTPAPI::Get().CancelPolling();
+		return;
+	}
+	SetAgentState(EAgentState::PollRequest, nullptr);
+}
+
+void FAgent::HandlePollStatusRequestProcessing()
+{
+	FKestrelInterface::Get().OnAddStatusMessage(bPaused ? TEXT("Pausing request...") : TEXT("Processing request..."),
+		FKestrelInterface::MessageColor, FKestrelInterface::ItalicFontName, FKestrelInterface::MessageFontSize);
+}
+
+void FAgent::HandlePollStatusRequestFailed(const FString& Error)
+{
+	CancelRequest(FString::Printf(TEXT("Request failed: %s"), *Error));
+}
+
+void FAgent::HandlePollStatusRequestCompleted(const TSharedPtr<FJsonObject> Response)
+{
+	if (!Response.IsValid())
+	{
+		CancelRequest(TEXT("Failed to parse API response"));
+		return;
+	}
+	SetAgentState(EAgentState::PollResponse, nullptr);
+	SetStoredJsonBody(Response);
+	bool bAutoContinue = false;
+	Response->TryGetBoolField(TEXT("auto_continue"), bAutoContinue);
+	SetApproved(bAutoContinue);
+
+	StoreAnswer(Response);
+	const TArray<TSharedPtr<FJsonValue>>* Content = nullptr;
+	if (!Response->TryGetArrayField(TEXT("response"), Content))
+	{
+		return;
+	}
+	HandleContentBlocks(*Content);
+	if (ToolResults.IsEmpty())
+	{
+		FinishAnswerWithoutToolResults();
+		return;
+	}
+	SendToolResults();
+}
+
+void FAgent::StoreAnswer(const TSharedPtr<FJsonObject>& Response)
+{
+	const TArray<TSharedPtr<FJsonValue>>* Messages = nullptr;
+	if (Response->TryGetArrayField(TEXT("messages"), Messages))
+	{
+		for (const TSharedPtr<FJsonValue>& Message : *Messages)
+		{
+			const TSharedPtr<FJsonObject>* Object = nullptr;
+			if (Message.IsValid() && Message->TryGetObject(Object))
+			{
+				AddStoredMessage(*Object);
+			}
+		}
+	}
+	const TArray<TSharedPtr<FJsonValue>>* Content = nullptr;
+	if (Response->TryGetArrayField(TEXT("response"), Content))
+	{
+		const TSharedRef<FJsonObject> Message = MakeShared<FJsonObject>();
+		Message->SetStringField(TEXT("role"), TEXT("assistant"));
+		Message->SetArrayField(TEXT("content"), *Content);
+		AddStoredMessage(Message);
+	}
+}
+
+void FAgent::HandleContentBlocks(const TArray<TSharedPtr<FJsonValue>>& Content)
+{
+	for (const TSharedPtr<FJsonValue>& Value : Content)
+	{
+		const TSharedPtr<FJsonObject>* Block = nullptr;
+		if (!Value.IsValid() || !Value->TryGetObject(Block))
+		{
+			continue;
+		}
+		FString Text;
+		if (KestrelAgent::IsOfType(**Block, TEXT("text")) && (*Block)->TryGetStringField(TEXT("text"), Text))
+		{
+			KestrelAgent::ShowAssistantText(Text);
+		}
+		else if (KestrelAgent::IsOfType(**Block, TEXT("tool_use")))
+		{
+			if (!bPaused && MayActWithoutAsking())
+			{
+				HandleResponseToolUse(*Block);
+			}
+			else
+			{
+				PendingToolUses.Add(*Block);
+			}
+		}
+	}
+}
+
+void FAgent::FinishAnswerWithoutToolResults()
+{
+	if (bPaused)
+	{
+		SetAgentState(EAgentState::Pause, nullptr);
+		return;
+	}
+	SetAgentState(MayActWithoutAsking() ? EAgentState::AwaitingUpdate : EAgentState::AwaitingApproval, nullptr);
+}
+
+void FAgent::SendToolResults()
+{
+	const TSharedRef<FJsonObject> Body = MakeShared<FJsonObject>();
+	Body->SetArrayField(TEXT("tool_results"), ToolResults);
+	if (!GetDefault<UKestrelSettings>()->bAutoApprove)
+	{
+		Body->SetBoolField(TEXT("was_confirmed"), WasApproved());
+	}
+	SendAndClearToolResults(Body);
+}

@@ -1,0 +1,56 @@
+#include "Agent/FileUtils.h"
+
+#include "Misc/FileHelper.h"
+#include "Misc/Paths.h"
+
+namespace FileUtils
+{
+	FString MissingFileError(const FString& FullPath)
+	{
+		return FString::Printf(TEXT("Error: File does not exist: %s"), *FullPath);
+	}
+
+	FString UnreadableFileError(const FString& FullPath)
+	{
+		return FString::Printf(TEXT("Error: Failed to read file: %s"), *FullPath);
+	}
+}
+
+FString FFileUtils::ToAbsolutePath(const FString& Path)
+{
+	return FPaths::ConvertRelativePathToFull(FPaths::ConvertRelativePathToFull(FPaths::ProjectDir()), Path);
+}
+
+FString FFileUtils::ReadFile(const FString& Path)
+{
+	const FString FullPath = ToAbsolutePath(Path);
+	if (!FPaths::FileExists(FullPath))
+	{
+		return FileUtils::MissingFileError(FullPath);
+	}
+	FString Text;
+	return FFileHelper::LoadFileToString(Text, *FullPath) ? Text : FileUtils::UnreadableFileError(FullPath);
+}
+
+FString FFileUtils::ReadFileLineRange(const FString& Path, int32 StartLine, int32 EndLine)
+{
+	const FString FullPath = ToAbsolutePath(Path);
+	if (!FPaths::FileExists(FullPath))
+	{
+		return FileUtils::MissingFileError(FullPath);
+	}
+	TArray<FString> Lines;
+	if (!FFileHelper::LoadFileToStringArray(Lines, *FullPath))
+	{
+		return FileUtils::UnreadableFileError(FullPath);
+	}
+
+	const int32 FirstIndex = FMath::Max(StartLine, 1) - 1;
+	const int32 LastIndex = FMath::Min(EndLine == -1 ? Lines.Num() : EndLine, Lines.Num()) - 1;
+	if (FirstIndex > LastIndex || FirstIndex >= Lines.Num())
+	{
+		return FString::Printf(TEXT("Error: Invalid line range for file: %s (StartLine: %d, EndLine: %d, Total Lines: %d)"),
+			*FullPath, FirstIndex + 1, LastIndex + 1, Lines.Num());
+	}
+	return FString::Join(MakeArrayView(Lines).Slice(FirstIndex, LastIndex - FirstIndex + 1), TEXT("\n"));
+}

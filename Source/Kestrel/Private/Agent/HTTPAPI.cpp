@@ -1,0 +1,273 @@
+#include "Agent/HTTPAPI.h"
+
+#include "Agent/Agent.h"
+#include "Agent/FileUtils.h"
+#include "Agent/JsonText.h"
+#include "Dom/JsonObject.h"
+#include "HAL/PlatformTime.h"
+#include "HttpModule.h"
+#include "Kestrel.h"
+#include "KestrelSettings.h"
+#include "Misc/App.h"
+#include "Misc/EngineVersion.h"
+#include "Misc/Paths.h"
+#include "Widget/KestrelInterface.h"
+
+namespace HTTPAPI
+{
+	constexpr float FirstPollDelaySeconds = 2.0f;
+	constexpr float LongestPollDelaySeconds = 10.0f;
+	constexpr float PollDelayGrowth = 1.5f;
+	constexpr float PollTickerIntervalSeconds = 0.1f;
+
+	const TCHAR* const ApiKeyHeader = TEXT("x-api-key");
+	const TCHAR* const ConversationIdHeader = TEXT("conversation-id");
+
+	/** Major.Minor of the running engine; empty, with an ensure, when its version text is not of that form. */
+	FString GetEngineVersion()
+	{
+		TArray<FString> Pieces;
+		FEngineVersion::Current().ToString(EVersionComponent::Branch).ParseIntoArray(Pieces, TEXT("."));
+		if (!ensureMsgf(Pieces.Num() >= 2,
+				TEXT("Error: Unreal Engine version string is invalid. Expected at least Major.Minor format.")))
+		{
+			return FString();
+		}
+		return Pieces[0] + TEXT(".") + Pieces[1];
+	}
+
+	FString MakeStatusUrl(const FString& Id)
+	{
+		return FString::Printf(TEXT("https://%s/status?request_id=%s"), *FKestrelModule::GetApiUrl(), *Id);
+	}
+
+	/** True for the reply to a conversation that has been given up while another one has begun. */
+	bool IsOfEarlierConversation(const FHttpRequestPtr& Request)
+	{
+		const FString Current = FAgent::Get().GetConversationId();
+		return Request.IsValid() && !Current.IsEmpty() && !Request->GetHeader(ConversationIdHeader).Equals(Current);
+	}
+}
+
+FHTTPAPI& FHTTPAPI::Get()
+{
+	static FHTTPAPI Instance;
+	return Instance;
+}
+
+FHTTPAPI::~FHTTPAPI()
+{
+	CancelPolling();
+}
+
+void FHTTPAPI::InitialPromptRequest(const FString& Prompt)
+{
+	ClearRequestId();
+	const TSharedRef<FJsonObject> Body = MakeShared<FJsonObject>();
+	Body->SetStringField(TEXT("message"), Prompt);
+	const FString Tree = FFileUtils::GetSubDirectoryStructureAsJsonObject(FPaths::ProjectDir());
+	if (const TSharedPtr<FJsonObject> FileStructure = KestrelJson::ParseObject(Tree))
+	{
+		Body->SetObjectField(TEXT("file_structure"), FileStructure);
+	}
+	Body->SetBoolField(TEXT("is_confirmation_mode"), !GetDefault<UKestrelSettings>()->bAutoApprove);
+	RegularRequest(KestrelJson::ToCondensedText(Body));
+}
+
+void FHTTPAPI::RegularPromptRequest(const FString& Message)
+{
+	// The message goes into the templates as it stands: the service takes short fixed texts and the user's own.
+	FAgent& Agent = FAgent::Get();
+	if (Agent.GetToolResults().IsEmpty())
+	{
+		RegularRequest(FString::Printf(TEXT("{\"message\": \"%s\"}"), *Message));
+		return;
+	}
+	const FString ToolResults = KestrelJson::ToPrettyText(Agent.GetToolResults());
+	Agent.ClearToolResults();
+	RegularRequest(FString::Printf(TEXT("{\"tool_results\": %s, \"message\": \"%s\"}"), *ToolResults, *Message));
+}
+
+void FHTTPAPI::RegularRequest(const FString& Body)
+{
+	ResetPollDelay();
+	const FHttpRequestRef Request = FHttpModule::Get().CreateRequest();
+	Request->SetVerb(TEXT("POST"));
+	Request->SetURL(FString::Printf(TEXT("https://%s/command"), *FKestrelModule::GetApiUrl()));
+	Request->SetHeader(TEXT("Content-Type"), TEXT("application/json"));
+	Request->SetHeader(HTTPAPI::ApiKeyHeader, FKestrelModule::GetApiKey());
+	Request->SetHeader(HTTPAPI::ConversationIdHeader, FAgent::Get().GetConversationId());
+	Request->SetHeader(TEXT("engine"), FApp::GetBranchName());
+	const FString EngineVersion = HTTPAPI::GetEngineVersion();
+	if (!EngineVersion.IsEmpty())
+	{
+		Request->SetHeader(TEXT("engine-version"), EngineVersion);
+	}
+	Request->SetContentAsString(Body);
+	Request->OnProcessRequestComplete().BindRaw(this, &FHTTPAPI::OnRegularRequestResponse);
+	Send(Request);
+	OnRegularRequest.ExecuteIfBound(TEXT("Sending request..."), FKestrelInterface::MessageColor,
+		FKestrelInterface::ItalicFontName, FKestrelInterface::MessageFontSize);
+}
+
+void FHTTPAPI::Send(const FHttpRequestRef& Request)
+{
+	InFlight.RemoveAll([](const TWeakPtr<IHttpRequest, ESPMode::ThreadSafe>& Each) { return !Each.IsValid(); });
+	InFlight.Add(Request);
+	Request->ProcessRequest();
+}
+
+void FHTTPAPI::FailRegularRequest(const TCHAR* Message)
+{
+	OnRegularRequestFailed.ExecuteIfBound(Message);
+}
+
+void FHTTPAPI::OnRegularRequestResponse(FHttpRequestPtr Request, FHttpResponsePtr Response, bool bSucceeded)
+{
+	if (HTTPAPI::IsOfEarlierConversation(Request))
+	{
+		return;
+	}
+	if (!bSucceeded || !Response.IsValid() || Response->GetContentAsString().IsEmpty())
+	{
+		FailRegularRequest(TEXT("Request Failed"));
+		return;
+	}
+	const int32 Code = Response->GetResponseCode();
+	if (Code == 401 || Code == 403)
+	{
+		FailRegularRequest(TEXT("Make sure you have a valid API key."));
+		return;
+	}
+	const TSharedPtr<FJsonObject> Reply = KestrelJson::ParseObject(Response->GetContentAsString());
+	if (!Reply.IsValid())
+	{
+		FailRegularRequest(TEXT("Failed to parse initial response"));
+		return;
+	}
+	FString Id;
+	if (!Reply->TryGetStringField(TEXT("request_id"), Id))
+	{
+		FailRegularRequest(TEXT("Failed to get request ID from response"));
+		return;
+	}
+	SetRequestId(Id);
+	bIsPolling = true;
+	LastPollTime = FPlatformTime::Seconds();
+	ScheduleNextPoll();
+	OnPollStatusRequestStarted.ExecuteIfBound();
+}
+
+void FHTTPAPI::ScheduleNextPoll()
+{
+	if (!bIsPolling)
+	{
+		return;
+	}
+	if (PollTickerHandle.IsValid())
+	{
+		FTSTicker::RemoveTicker(PollTickerHandle);
+	}
+	PollTickerHandle = FTSTicker::GetCoreTicker().AddTicker(
+		FTickerDelegate::CreateRaw(this, &FHTTPAPI::PollTick), HTTPAPI::PollTickerIntervalSeconds);
+}
+
+bool FHTTPAPI::PollTick(float DeltaTime)
+{
+	if (!bIsPolling)
+	{
+		return false; // ends the ticker
+	}
+	if (FPlatformTime::Seconds() - LastPollTime < PollDelay)
+	{
+		return true;
+	}
+	PollStatusRequest(RequestId);
+	LastPollTime = FPlatformTime::Seconds();
+	PollDelay = FMath::Min(PollDelay * HTTPAPI::PollDelayGrowth, HTTPAPI::LongestPollDelaySeconds);
+	return true;
+}
+
+void FHTTPAPI::PollStatusRequest(const FString& Id)
+{
+	if (!bIsPolling)
+	{
+		return;
+	}
+	const FHttpRequestRef Request = FHttpModule::Get().CreateRequest();
+	Request->SetVerb(TEXT("GET"));
+	Request->SetURL(HTTPAPI::MakeStatusUrl(Id));
+	Request->SetHeader(HTTPAPI::ApiKeyHeader, FKestrelModule::GetApiKey());
+	Request->SetHeader(HTTPAPI::ConversationIdHeader, FAgent::Get().GetConversationId());
+	Request->OnProcessRequestComplete().BindRaw(this, &FHTTPAPI::OnPollStatusRequestResponse);
+	Send(Request);
+	OnPollStatusRequestProcessing.ExecuteIfBound();
+}
+
+void FHTTPAPI::OnPollStatusRequestResponse(FHttpRequestPtr Request, FHttpResponsePtr Response, bool bSucceeded)
+{
+	if (!bIsPolling || !bSucceeded || !Response.IsValid())
+	{
+		return;
+	}
+	// Polls go out on schedule, so two can be under way: the second answer to a turn must not be taken for the next turn's.
+	if (Request.IsValid() && !FString(Request->GetURL()).Equals(HTTPAPI::MakeStatusUrl(RequestId)))
+	{
+		return;
+	}
+	const TSharedPtr<FJsonObject> Reply = KestrelJson::ParseObject(Response->GetContentAsString());
+	FString Status;
+	if (!Reply.IsValid() || !Reply->TryGetStringField(TEXT("status"), Status))
+	{
+		return;
+	}
+	OnPollStatusUpdate.ExecuteIfBound(RequestId, Status, Reply);
+
+	if (Status.Equals(TEXT("COMPLETED"), ESearchCase::IgnoreCase))
+	{
+		CancelPolling();
+		const TSharedPtr<FJsonObject>* Answer = nullptr;
+		if (Reply->TryGetObjectField(TEXT("response"), Answer))
+		{
+			OnPollStatusRequestCompleted.ExecuteIfBound(*Answer);
+		}
+	}
+	else if (Status.Equals(TEXT("FAILED"), ESearchCase::IgnoreCase))
+	{
+		CancelPolling();
+		FString Error;
+		Reply->TryGetStringField(TEXT("error"), Error);
+		OnPollStatusRequestFailed.ExecuteIfBound(Error);
+	}
+}
+
+void FHTTPAPI::CancelPolling()
+{
+	bIsPolling = false;
+	if (PollTickerHandle.IsValid())
+	{
+		FTSTicker::RemoveTicker(PollTickerHandle);
+		PollTickerHandle.Reset();
+	}
+	ResetPollDelay();
+}
+
+void FHTTPAPI::ResetPollDelay()
+{
+	PollDelay = HTTPAPI::FirstPollDelaySeconds;
+	LastPollTime = 0.0;
+}
+
+void FHTTPAPI::AbandonRequests()
+{
+	CancelPolling();
+	for (const TWeakPtr<IHttpRequest, ESPMode::ThreadSafe>& Weak : InFlight)
+	{
+		if (const FHttpRequestPtr Request = Weak.Pin())
+		{
+			Request->OnProcessRequestComplete().Unbind();
+			Request->CancelRequest();
+		}
+	}
+	InFlight.Empty();
+}

@@ -1,0 +1,182 @@
+#include "Kestrel.h"
+
+#include "Agent/Agent.h"
+#include "Agent/HTTPAPI.h"
+#include "Framework/Commands/UICommandList.h"
+#include "Framework/Docking/TabManager.h"
+#include "HAL/PlatformFileManager.h"
+#include "ISettingsModule.h"
+#include "KestrelCommands.h"
+#include "KestrelSettings.h"
+#include "Misc/ConfigCacheIni.h"
+#include "Misc/Paths.h"
+#include "Modules/ModuleManager.h"
+#include "Textures/SlateIcon.h"
+#include "ToolMenus.h"
+#include "Widget/KestrelStyle.h"
+#include "Widget/SKestrelWidget.h"
+#include "Widgets/Docking/SDockTab.h"
+
+#ifndef KESTREL_API_URL
+// A name that no one can own (RFC 2606). A build for a real service defines its own, see Kestrel.Build.cs.
+#define KESTREL_API_URL TEXT("api.kestrel.example/v1")
+#endif
+
+#define LOCTEXT_NAMESPACE "FKestrelModule"
+
+static const FName KestrelTabName("Kestrel");
+
+FString FKestrelModule::StageApiUrl;
+FString FKestrelModule::StageApiKey;
+
+namespace KestrelModule
+{
+	const FName SettingsContainer("Project");
+	const FName SettingsCategory("Plugins");
+	const FName SettingsSection("Kestrel");
+
+	/** A stage of the service and the ini keys that describe it. */
+	struct FStage
+	{
+		const TCHAR* Name;
+		const TCHAR* UrlKey;
+		const TCHAR* KeyKey;
+	};
+	const FStage Stages[] = {
+		{ TEXT("Dev"), TEXT("DevApiUrl"), TEXT("DevApiKey") },
+		{ TEXT("Sandbox"), TEXT("SandboxApiUrl"), TEXT("SandboxApiKey") },
+		{ TEXT("Sandbox2"), TEXT("Sandbox2ApiUrl"), TEXT("Sandbox2ApiKey") },
+	};
+}
+
+void FKestrelModule::StartupModule()
+{
+	RegisterSettings();
+	ReadStageConfiguration();
+	FKestrelStyle::Initialize();
+	FKestrelCommands::Register();
+
+	PluginCommands = MakeShared<FUICommandList>();
+	PluginCommands->MapAction(FKestrelCommands::Get().OpenPluginWindow,
+		FExecuteAction::CreateRaw(this, &FKestrelModule::PluginButtonClicked), FCanExecuteAction());
+
+	UToolMenus::RegisterStartupCallback(
+		FSimpleMulticastDelegate::FDelegate::CreateRaw(this, &FKestrelModule::RegisterMenus));
+	FGlobalTabmanager::Get()
+		->RegisterNomadTabSpawner(KestrelTabName, FOnSpawnTab::CreateRaw(this, &FKestrelModule::OnSpawnPluginTab))
+		.SetDisplayName(LOCTEXT("FKestrelTabTitle", "Kestrel"))
+		.SetMenuType(ETabSpawnerMenuType::Hidden)
+		.SetIcon(FSlateIcon(FKestrelStyle::GetStyleSetName(), "Kestrel.Icon"));
+
+	FAgent::Get().Initialize();
+}
+
+void FKestrelModule::ShutdownModule()
+{
+	UToolMenus::UnRegisterStartupCallback(this);
+	UToolMenus::UnregisterOwner(this);
+	FKestrelStyle::Shutdown();
+	// The HTTP module outlives this one and would call back into it.
+	FHTTPAPI::Get().AbandonRequests();
+	FKestrelCommands::Unregister();
+	FGlobalTabmanager::Get()->UnregisterNomadTabSpawner(KestrelTabName);
+	UnregisterSettings();
+}
+
+void FKestrelModule::RegisterSettings()
+{
+	if (ISettingsModule* SettingsModule = FModuleManager::GetModulePtr<ISettingsModule>("Settings"))
+	{
+		SettingsModule->RegisterSettings(KestrelModule::SettingsContainer, KestrelModule::SettingsCategory,
+			KestrelModule::SettingsSection, LOCTEXT("SettingsName", "Kestrel"),
+			LOCTEXT("SettingsDescription", "Configure My Plugin settings"), GetMutableDefault<UKestrelSettings>());
+	}
+}
+
+void FKestrelModule::UnregisterSettings()
+{
+	if (ISettingsModule* SettingsModule = FModuleManager::GetModulePtr<ISettingsModule>("Settings"))
+	{
+		SettingsModule->UnregisterSettings(
+			KestrelModule::SettingsContainer, KestrelModule::SettingsCategory, KestrelModule::SettingsSection);
+	}
+}
+
+void FKestrelModule::ReadStageConfiguration()
+{
+	StageApiUrl.Empty();
+	StageApiKey.Empty();
+	const FString IniPath = FPaths::ProjectConfigDir() / TEXT("DefaultPlugin.ini");
+	if (!FPlatformFileManager::Get().GetPlatformFile().FileExists(*IniPath))
+	{
+		return;
+	}
+
+	const TCHAR* const Section = TEXT("Kestrel");
+	FConfigFile Ini;
+	Ini.Read(IniPath);
+	FString StageName;
+	Ini.GetString(Section, TEXT("Stage"), StageName);
+	for (const KestrelModule::FStage& Stage : KestrelModule::Stages)
+	{
+		if (StageName.Equals(Stage.Name, ESearchCase::IgnoreCase))
+		{
+			Ini.GetString(Section, Stage.UrlKey, StageApiUrl);
+			Ini.GetString(Section, Stage.KeyKey, StageApiKey);
+			return;
+		}
+	}
+}
+
+FString FKestrelModule::GetApiKey()
+{
+	// A stage brings its own credential, which wins over the user's.
+	if (!StageApiKey.IsEmpty())
+	{
+		return StageApiKey;
+	}
+	const UKestrelSettings* Settings = GetDefault<UKestrelSettings>();
+	return Settings ? Settings->ApiKey : FString();
+}
+
+FString FKestrelModule::GetApiUrl()
+{
+	return StageApiUrl.IsEmpty() ? FString(KESTREL_API_URL) : StageApiUrl;
+}
+
+void FKestrelModule::PluginButtonClicked()
+{
+	FGlobalTabmanager::Get()->TryInvokeTab(KestrelTabName);
+}
+
+void FKestrelModule::RegisterMenus()
+{
+	FToolMenuOwnerScoped OwnerScoped(this);
+
+	UToolMenu* WindowMenu = UToolMenus::Get()->ExtendMenu("LevelEditor.MainMenu.Window");
+	WindowMenu->FindOrAddSection("WindowLayout")
+		.AddMenuEntryWithCommandList(FKestrelCommands::Get().OpenPluginWindow, PluginCommands);
+
+	UToolMenu* PlayToolBar = UToolMenus::Get()->ExtendMenu("LevelEditor.LevelEditorToolBar.PlayToolBar");
+	FToolMenuEntry& Button = PlayToolBar->FindOrAddSection("PluginTools")
+								 .AddEntry(FToolMenuEntry::InitToolBarButton(FKestrelCommands::Get().OpenPluginWindow,
+									 LOCTEXT("Kestrel_Override", "Kestrel"), LOCTEXT("Kestrel_Override", "Kestrel"),
+									 FSlateIcon(FKestrelStyle::GetStyleSetName(), "Kestrel.Icon", "Kestrel.Icon.Large"),
+									 NAME_None, FName("LevelToolbarKestrel")));
+	Button.SetCommandList(PluginCommands);
+}
+
+TSharedRef<SDockTab> FKestrelModule::OnSpawnPluginTab(const FSpawnTabArgs& SpawnTabArgs)
+{
+	// clang-format off
+	return SNew(SDockTab)
+		.TabRole(ETabRole::NomadTab)
+		[
+			SNew(SKestrelWidget)
+		];
+	// clang-format on
+}
+
+#undef LOCTEXT_NAMESPACE
+
+IMPLEMENT_MODULE(FKestrelModule, Kestrel)

@@ -1,0 +1,10 @@
+#include "KestrelCommands.h"
+
+#define LOCTEXT_NAMESPACE "FKestrelModule"
+
+void FKestrelCommands::RegisterCommands()
+{
+	UI_COMMAND(OpenPluginWindow, "Kestrel", "Bring up Kestrel window", EUserInterfaceActionType::Button, FInputChord());
+}
+
+#undef LOCTEXT_NAMESPACE

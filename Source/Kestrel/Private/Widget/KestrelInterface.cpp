@@ -1,0 +1,171 @@
+#include "Widget/KestrelInterface.h"
+
+#include "Agent/Agent.h"
+#include "HAL/FileManager.h"
+#include "HAL/PlatformFileManager.h"
+#include "KestrelSettings.h"
+#include "Misc/DateTime.h"
+#include "Misc/FileHelper.h"
+#include "Misc/Paths.h"
+
+const FName FKestrelInterface::RegularFontName("Regular");
+const FName FKestrelInterface::BoldFontName("Bold");
+const FName FKestrelInterface::ItalicFontName("Italic");
+const FLinearColor FKestrelInterface::MessageColor(0.55f, 0.55f, 0.55f);
+const FLinearColor FKestrelInterface::UserColor(0.35f, 0.65f, 1.0f);
+const FLinearColor FKestrelInterface::AssistantColor(0.90f, 0.90f, 0.90f);
+
+FKestrelInterface& FKestrelInterface::Get()
+{
+	static FKestrelInterface Instance;
+	return Instance;
+}
+
+void FKestrelInterface::Initialize()
+{
+	if (bInitialized)
+	{
+		return;
+	}
+	bInitialized = true;
+	LogDirectory =
+		FPaths::ConvertRelativePathToFull(FPaths::ProjectPluginsDir() / TEXT("kestrel-unreal") / TEXT("Logs"));
+	EnsureLogDirectoryExists();
+
+	constexpr int32 DaysKept = 30;
+	switch (GetDefault<UKestrelSettings>()->LogRetentionPolicy)
+	{
+	case EKestrelLogDeletionPolicy::DeleteAllOnStart:
+		DeleteAllLogs();
+		break;
+	case EKestrelLogDeletionPolicy::KeepLast30Days:
+		DeleteOldLogs(DaysKept);
+		break;
+	case EKestrelLogDeletionPolicy::KeepAll:
+		break;
+	}
+}
+
+void FKestrelInterface::Shutdown()
+{
+	if (FAgent::Get().GetAgentState() != EAgentState::Idle)
+	{
+		FAgent::Get().CancelRequest(FString());
+	}
+}
+
+void FKestrelInterface::EnsureLogDirectoryExists() const
+{
+	IPlatformFile& PlatformFile = FPlatformFileManager::Get().GetPlatformFile();
+	if (!PlatformFile.DirectoryExists(*LogDirectory))
+	{
+		PlatformFile.CreateDirectoryTree(*LogDirectory);
+	}
+}
+
+TArray<FString> FKestrelInterface::GetAllLogFiles() const
+{
+	TArray<FString> LogFiles;
+	FPlatformFileManager::Get().GetPlatformFile().FindFiles(LogFiles, *LogDirectory, TEXT(".log"));
+	return LogFiles;
+}
+
+void FKestrelInterface::DeleteAllLogs()
+{
+	for (const FString& File : GetAllLogFiles())
+	{
+		FPlatformFileManager::Get().GetPlatformFile().DeleteFile(*File);
+	}
+}
+
+void FKestrelInterface::DeleteOldLogs(int32 Days)
+{
+	for (const FString& File : GetAllLogFiles())
+	{
+		if (IsLogFileOlderThanDays(File, Days))
+		{
+			FPlatformFileManager::Get().GetPlatformFile().DeleteFile(*File);
+		}
+	}
+}
+
+bool FKestrelInterface::IsLogFileOlderThanDays(const FString& File, int32 Days) const
+{
+	// Time stamps of files are UTC.
+	const FTimespan Age = FDateTime::UtcNow() - FPlatformFileManager::Get().GetPlatformFile().GetTimeStamp(*File);
+	return Age.GetTotalDays() > Days;
+}
+
+FString FKestrelInterface::GetPromptLogFilePath() const
+{
+	const FString Today = FDateTime::Now().ToString(TEXT("%Y-%m-%d"));
+	return LogDirectory / FString::Printf(TEXT("KestrelPrompts_%s.log"), *Today);
+}
+
+void FKestrelInterface::KestrelInterfaceLogString(const FString& Text, const FString& FilePath, bool bWithTimestamp) const
+{
+	EnsureLogDirectoryExists();
+	const FString Entry = bWithTimestamp
+		? FString::Printf(TEXT("\n[%s] %s\n\n"), *FDateTime::Now().ToString(TEXT("%H:%M:%S")), *Text)
+		: FString::Printf(TEXT("%s\n"), *Text);
+	// Without a mark: each append would write another one into the middle of the file.
+	FFileHelper::SaveStringToFile(Entry, *FilePath, FFileHelper::EEncodingOptions::ForceUTF8WithoutBOM,
+		&IFileManager::Get(), FILEWRITE_Append);
+}
+
+void FKestrelInterface::InitialRequest(const FString& Prompt)
+{
+	if (FAgent::Get().GetAgentState() == EAgentState::Idle)
+	{
+		const FInitialRequestStateData Data(Prompt);
+		FAgent::Get().SetAgentState(EAgentState::InitialRequest, &Data);
+	}
+}
+
+void FKestrelInterface::RegularRequest(const FString& Prompt)
+{
+	if (FAgent::Get().GetAgentState() == EAgentState::AwaitingUpdate)
+	{
+		const FRegularRequestStateData Data(Prompt);
+		FAgent::Get().SetAgentState(EAgentState::RegularRequest, &Data);
+	}
+}
+
+void FKestrelInterface::Approve()
+{
+	if (FAgent::Get().GetAgentState() == EAgentState::AwaitingApproval)
+	{
+		FAgent::Get().SetAgentState(EAgentState::Approved, nullptr);
+	}
+}
+
+void FKestrelInterface::EndRequest(const FString& Message)
+{
+	FAgent::Get().EndRequest(Message);
+}
+
+void FKestrelInterface::CancelRequest(const FString& Message)
+{
+	FAgent::Get().CancelRequest(Message);
+}
+
+void FKestrelInterface::PauseRequest()
+{
+	FAgent::Get().PauseRequest();
+}
+
+void FKestrelInterface::Continue(FString Message)
+{
+	FAgent::Get().Continue(Message);
+}
+
+void FKestrelInterface::OnAddStatusMessage(
+	const FString& Message, const FLinearColor& Color, const FName& FontStyle, float FontSize) const
+{
+	StatusMessageDelegate.ExecuteIfBound(Message, Color, FontStyle, FontSize);
+}
+
+void FKestrelInterface::OnAddDiffMessage(const FString& FilePath, const FString& Before, const FString& After) const
+{
+	DiffMessageDelegate.ExecuteIfBound(FilePath, Before, After);
+}

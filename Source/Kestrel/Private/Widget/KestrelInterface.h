@@ -1,0 +1,74 @@
+#pragma once
+
+#include "CoreMinimal.h"
+
+DECLARE_DELEGATE_FourParams(FOnAddStatusMessageDelegate, const FString& /*Message*/, const FLinearColor& /*Color*/,
+	const FName& /*FontStyle*/, float /*FontSize*/);
+DECLARE_DELEGATE_ThreeParams(
+	FOnAddDiffMessageDelegate, const FString& /*FilePath*/, const FString& /*Before*/, const FString& /*After*/);
+
+/**
+ * What the panel and the rest of the plugin know of each other.
+ *
+ * It forwards the user's wishes to the agent in the states that allow them and relays the agent's messages to the panel
+ * that is open, if one is. It keeps the prompt logs: a file a day, in Plugins/kestrel-unreal/Logs of the project.
+ */
+class FKestrelInterface
+{
+public:
+	static FKestrelInterface& Get();
+
+	/** Makes the log directory and applies the retention policy, once in the editor's run. */
+	void Initialize();
+	/** Cancels what the agent is doing. */
+	void Shutdown();
+
+	void EnsureLogDirectoryExists() const;
+	/** Full paths of the ".log" files in the log directory. */
+	TArray<FString> GetAllLogFiles() const;
+	void DeleteAllLogs();
+	/** Deletes the logs that were last written more than Days days ago. */
+	void DeleteOldLogs(int32 Days);
+	bool IsLogFileOlderThanDays(const FString& File, int32 Days) const;
+	/** Today's log, by local time. */
+	FString GetPromptLogFilePath() const;
+	/** Appends an entry; a file that cannot be written is left alone in silence, since the chat must go on. */
+	void KestrelInterfaceLogString(const FString& Text, const FString& FilePath, bool bWithTimestamp) const;
+
+	/** Only from `Idle`; otherwise nothing happens. */
+	void InitialRequest(const FString& Prompt);
+	/** Only from `AwaitingUpdate`; otherwise nothing happens. */
+	void RegularRequest(const FString& Prompt);
+	/** Only from `AwaitingApproval`; otherwise nothing happens. */
+	void Approve();
+	void EndRequest(const FString& Message);
+	void CancelRequest(const FString& Message);
+	void PauseRequest();
+	void Continue(FString Message);
+
+	void OnAddStatusMessage(const FString& Message, const FLinearColor& Color, const FName& FontStyle, float FontSize) const;
+	void OnAddDiffMessage(const FString& FilePath, const FString& Before, const FString& After) const;
+
+	/** Bound by the open panel. */
+	FOnAddStatusMessageDelegate StatusMessageDelegate;
+	FOnAddDiffMessageDelegate DiffMessageDelegate;
+
+	// Font styles of status messages, as typefaces of the editor's default font.
+	static const FName RegularFontName;
+	static const FName BoldFontName;
+	static const FName ItalicFontName;
+	/** The interface's own status lines. */
+	static const FLinearColor MessageColor;
+	static const FLinearColor UserColor;
+	static const FLinearColor AssistantColor;
+	static constexpr float MessageFontSize = 8.0f;
+	static constexpr float UserFontSize = 10.0f;
+	static constexpr float AssistantFontSize = 10.0f;
+
+private:
+	FKestrelInterface() = default;
+	UE_NONCOPYABLE(FKestrelInterface)
+
+	FString LogDirectory; // absolute
+	bool bInitialized = false;
+};

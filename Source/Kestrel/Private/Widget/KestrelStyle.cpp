@@ -1,0 +1,68 @@
+#include "Widget/KestrelStyle.h"
+
+#include "Brushes/SlateImageBrush.h"
+#include "Framework/Application/SlateApplication.h"
+#include "Interfaces/IPluginManager.h"
+#include "Rendering/SlateRenderer.h"
+#include "Styling/SlateStyle.h"
+#include "Styling/SlateStyleRegistry.h"
+#include "Widget/KestrelInterface.h"
+
+TSharedPtr<FSlateStyleSet> FKestrelStyle::StyleInstance;
+
+FName FKestrelStyle::GetStyleSetName()
+{
+	static const FName StyleSetName(TEXT("KestrelStyle"));
+	return StyleSetName;
+}
+
+void FKestrelStyle::Initialize()
+{
+	if (!StyleInstance.IsValid())
+	{
+		StyleInstance = Create();
+		FSlateStyleRegistry::RegisterSlateStyle(*StyleInstance);
+	}
+	ReloadTextures();
+	FKestrelInterface::Get().Initialize();
+}
+
+void FKestrelStyle::Shutdown()
+{
+	FKestrelInterface::Get().Shutdown();
+	if (StyleInstance.IsValid())
+	{
+		FSlateStyleRegistry::UnRegisterSlateStyle(*StyleInstance);
+		ensureMsgf(StyleInstance.IsUnique(), TEXT("Somebody still holds the style set, whose images are about to go"));
+		StyleInstance.Reset();
+	}
+}
+
+void FKestrelStyle::ReloadTextures()
+{
+	if (FSlateApplication::IsInitialized())
+	{
+		FSlateApplication::Get().GetRenderer()->ReloadTextureResources();
+	}
+}
+
+const ISlateStyle& FKestrelStyle::Get()
+{
+	return *StyleInstance;
+}
+
+TSharedRef<FSlateStyleSet> FKestrelStyle::Create()
+{
+	const TSharedRef<FSlateStyleSet> Style = MakeShared<FSlateStyleSet>(GetStyleSetName());
+	if (const TSharedPtr<IPlugin> Plugin = IPluginManager::Get().FindPlugin(TEXT("Kestrel")))
+	{
+		Style->SetContentRoot(Plugin->GetBaseDir() / TEXT("Resources"));
+	}
+
+	const FVector2D Icon16x16(16.0, 16.0);
+	const FVector2D Icon40x40(40.0, 40.0);
+	const FString IconPath = Style->RootToContentDir(FString(TEXT("PlaceholderButtonIcon")), TEXT(".svg"));
+	Style->Set("Kestrel.Icon", new FSlateVectorImageBrush(IconPath, Icon16x16));
+	Style->Set("Kestrel.Icon.Large", new FSlateVectorImageBrush(IconPath, Icon40x40));
+	return Style;
+}

@@ -1,0 +1,439 @@
+#include "Widget/SKestrelWidget.h"
+
+#include "Agent/Agent.h"
+#include "HAL/PlatformTime.h"
+#include "InputCoreTypes.h"
+#include "KestrelSettings.h"
+#include "Styling/AppStyle.h"
+#include "Styling/CoreStyle.h"
+#include "Styling/SlateTypes.h"
+#include "Widget/KestrelInterface.h"
+#include "Widgets/Input/SButton.h"
+#include "Widgets/Layout/SBorder.h"
+#include "Widgets/Layout/SBox.h"
+#include "Widgets/Layout/SScrollBox.h"
+#include "Widgets/SBoxPanel.h"
+#include "Widgets/Text/SMultiLineEditableText.h"
+
+#define LOCTEXT_NAMESPACE "SKestrelWidget"
+
+bool SKestrelWidget::bIsUserScrolling = false;
+double SKestrelWidget::LastScrollTime = 0.0;
+
+namespace KestrelWidget
+{
+	constexpr float BlockPadding = 8.0f;
+	constexpr float PromptMinHeight = 60.0f;
+	constexpr float PromptMaxHeight = 200.0f;
+	constexpr float DotPeriodSeconds = 0.5f;
+	constexpr int32 MaxDots = 3;
+	// Slate units. Layout rounds, so "at the end" is never an exact comparison.
+	constexpr float EndTolerance = 2.0f;
+
+	/** What never reaches the screen: the service's own tool names, and its markers for bold text. */
+	const TMap<FString, FString>& GetHiddenTexts()
+	{
+		static const TMap<FString, FString> HiddenTexts = {
+			{ TEXT("execute_unreal_engine_api_python_script"), FString() },
+			{ TEXT("create_cpp_file"), FString() },
+			{ TEXT("update_and_replace_cpp_file"), FString() },
+			{ TEXT("delete_cpp_file"), FString() },
+			{ TEXT("read_file"), FString() },
+			{ TEXT("get_filesystem_tree"), FString() },
+			{ TEXT("create_blueprint"), FString() },
+			{ TEXT("read_blueprint"), FString() },
+			{ TEXT("modify_blueprint"), FString() },
+			{ TEXT("modify_behavior_tree"), FString() },
+			{ TEXT("read_behavior_tree"), FString() },
+			{ TEXT("save_and_compile_all_dirty_blueprints"), FString() },
+			{ TEXT("find_reference_in_all_files"), FString() },
+			{ TEXT("get_blueprint_subset_by_keywords"), FString() },
+			{ TEXT("get_blueprint_summary"), FString() },
+			{ TEXT("**"), FString() },
+		};
+		return HiddenTexts;
+	}
+
+	/** The states in which the agent waits for the user. In all others it is working. */
+	bool IsWaitingForUser(EAgentState State)
+	{
+		return State == EAgentState::Idle || State == EAgentState::Pause || State == EAgentState::AwaitingUpdate
+			|| State == EAgentState::AwaitingApproval;
+	}
+
+	EAgentState GetState()
+	{
+		return FAgent::Get().GetAgentState();
+	}
+
+	FString WithoutTrailingDots(const FString& Text)
+	{
+		FString Base = Text;
+		while (Base.EndsWith(TEXT(".")))
+		{
+			Base.LeftChopInline(1);
+		}
+		return Base;
+	}
+}
+
+void SKestrelWidget::Construct(const FArguments& InArgs)
+{
+	// clang-format off
+	ChildSlot
+	[
+		SNew(SVerticalBox)
+		+ SVerticalBox::Slot()
+		.FillHeight(1.0f)
+		[
+			SNew(SBorder)
+			.BorderImage(FAppStyle::GetBrush("ToolPanel.GroupBorder"))
+			[
+				SAssignNew(ScrollBox, SScrollBox)
+				.OnUserScrolled(this, &SKestrelWidget::OnUserScrolled)
+			]
+		]
+		+ SVerticalBox::Slot()
+		.AutoHeight()
+		.Padding(0.0f, 4.0f)
+		[
+			MakePromptBox()
+		]
+		+ SVerticalBox::Slot()
+		.AutoHeight()
+		[
+			MakeButtonRow()
+		]
+	];
+	// clang-format on
+
+	FKestrelInterface::Get().StatusMessageDelegate.BindSP(this, &SKestrelWidget::OnAddStatusMessage);
+	const FText Welcome = LOCTEXT("Welcome",
+		"I read and change the files of this project. Type what you want below and press Enter, for instance:\n"
+		"  - read Source/ and tell me how the player is built\n"
+		"  - which files set the player's health?\n"
+		"Before I use a tool I ask: press Approve to let me, or write what I should do instead.");
+	AddBlock(FString(TEXT(" [ Kestrel ] \n\n")) + Welcome.ToString(), FKestrelInterface::AssistantColor,
+		FKestrelInterface::RegularFontName, FKestrelInterface::AssistantFontSize);
+}
+
+SKestrelWidget::~SKestrelWidget() = default;
+
+TSharedRef<SWidget> SKestrelWidget::MakePromptBox()
+{
+	// clang-format off
+	return SNew(SBorder)
+		.BorderImage(FAppStyle::GetBrush("Brushes.Recessed"))
+		.Padding(KestrelWidget::BlockPadding)
+		[
+			SNew(SBox)
+			.MinDesiredHeight(KestrelWidget::PromptMinHeight)
+			.MaxDesiredHeight(KestrelWidget::PromptMaxHeight)
+			[
+				SAssignNew(PromptBox, SMultiLineEditableText)
+				.HintText(LOCTEXT("PromptHint", "Enter your prompt here..."))
+				.AutoWrapText(true)
+				// A focused text keeps Enter to itself unless it is asked first.
+				.OnKeyDownHandler(this, &SKestrelWidget::OnPromptKeyDown)
+			]
+		];
+	// clang-format on
+}
+
+TSharedRef<SWidget> SKestrelWidget::MakeButtonRow()
+{
+	// The buttons take no focus: a click must not take it from the prompt box.
+	// clang-format off
+	return SNew(SHorizontalBox)
+		+ SHorizontalBox::Slot()
+		.AutoWidth()
+		.Padding(0.0f, 0.0f, 4.0f, 0.0f)
+		[
+			SAssignNew(StartButton, SButton)
+			.Text(LOCTEXT("Start", "[ Start ]"))
+			.ToolTipText(LOCTEXT("StartToolTip", "Begin a conversation with the prompt (Enter)"))
+			.IsEnabled(this, &SKestrelWidget::UpdateStartButton)
+			.OnClicked(this, &SKestrelWidget::OnRequestStartButtonClicked)
+		]
+		+ SHorizontalBox::Slot()
+		.AutoWidth()
+		.Padding(0.0f, 0.0f, 4.0f, 0.0f)
+		[
+			SAssignNew(ContinueButton, SButton)
+			.Text(LOCTEXT("Continue", "Continue"))
+			.ToolTipText(LOCTEXT("ContinueToolTip", "Go on with the conversation, with what the prompt says (Enter)"))
+			.IsEnabled(this, &SKestrelWidget::UpdateContinueButtonEnability)
+			.Visibility(this, &SKestrelWidget::UpdateContinueButtonVisibility)
+			.OnClicked(this, &SKestrelWidget::OnContinueButtonClicked)
+		]
+		+ SHorizontalBox::Slot()
+		.AutoWidth()
+		.Padding(0.0f, 0.0f, 4.0f, 0.0f)
+		[
+			SAssignNew(PauseButton, SButton)
+			.Text(LOCTEXT("Pause", "Pause"))
+			.ToolTipText(LOCTEXT("PauseToolTip", "Stop before the next tool is used"))
+			.Visibility(this, &SKestrelWidget::UpdatePauseButtonVisibility)
+			.OnClicked(this, &SKestrelWidget::OnPauseButtonClicked)
+		]
+		+ SHorizontalBox::Slot()
+		.AutoWidth()
+		.Padding(0.0f, 0.0f, 4.0f, 0.0f)
+		[
+			SAssignNew(ApproveButton, SButton)
+			.Text(LOCTEXT("Approve", "Approve"))
+			.ToolTipText(LOCTEXT("ApproveToolTip", "Let the assistant use the tools that it has asked for"))
+			.IsEnabled(this, &SKestrelWidget::IsApproveButtonEnabled)
+			.Visibility(this, &SKestrelWidget::UpdateApproveButton)
+			.OnClicked(this, &SKestrelWidget::OnApproveButtonClicked)
+		]
+		+ SHorizontalBox::Slot()
+		.FillWidth(1.0f)
+		.HAlign(HAlign_Right)
+		[
+			SAssignNew(EndButton, SButton)
+			.Text(LOCTEXT("End", "[ End ]"))
+			.ToolTipText(LOCTEXT("EndToolTip", "End the conversation"))
+			.IsEnabled(this, &SKestrelWidget::IsEndButtonEnabled)
+			.OnClicked(this, &SKestrelWidget::OnRequestEndButtonClicked)
+		];
+	// clang-format on
+}
+
+FReply SKestrelWidget::OnFocusReceived(const FGeometry& MyGeometry, const FFocusEvent& InFocusEvent)
+{
+	return FReply::Handled().SetUserFocus(PromptBox.ToSharedRef(), InFocusEvent.GetCause());
+}
+
+void SKestrelWidget::Tick(const FGeometry& AllottedGeometry, const double InCurrentTime, const float InDeltaTime)
+{
+	SCompoundWidget::Tick(AllottedGeometry, InCurrentTime, InDeltaTime);
+	const float FromEnd = ScrollBox->GetScrollOffsetOfEnd() - ScrollBox->GetScrollOffset();
+	if (FromEnd <= KestrelWidget::EndTolerance)
+	{
+		bIsUserScrolling = false;
+	}
+	else if (!bIsUserScrolling)
+	{
+		// A wrapped text knows its height a frame late and can leave the view short of the end.
+		ScrollBox->ScrollToEnd();
+	}
+}
+
+void SKestrelWidget::OnUserScrolled(float ScrollOffset)
+{
+	LastScrollTime = FPlatformTime::Seconds();
+	bIsUserScrolling = ScrollBox->GetScrollOffsetOfEnd() - ScrollOffset > KestrelWidget::EndTolerance;
+}
+
+FString SKestrelWidget::ReplaceStrings(const FString& Text, const TMap<FString, FString>& Replacements)
+{
+	FString Result = Text;
+	for (const auto& Pair : Replacements)
+	{
+		Result.ReplaceInline(*Pair.Key, *Pair.Value);
+	}
+	return Result;
+}
+
+void SKestrelWidget::OnAddStatusMessage(
+	const FString& Message, const FLinearColor& Color, const FName& FontStyle, float FontSize)
+{
+	StopProgressAnimation();
+	AddBlock(ReplaceStrings(Message, KestrelWidget::GetHiddenTexts()), Color, FontStyle, FontSize);
+	if (Message.EndsWith(TEXT("...")))
+	{
+		StartProgressAnimation(LastBlockText.ToSharedRef(), LastBlockBorder.ToSharedRef());
+	}
+	const FKestrelInterface& Interface = FKestrelInterface::Get();
+	Interface.KestrelInterfaceLogString(Message, Interface.GetPromptLogFilePath(), true);
+}
+
+void SKestrelWidget::AddBlock(const FString& Text, const FLinearColor& Color, const FName& FontStyle, float FontSize)
+{
+	FTextBlockStyle TextStyle = FCoreStyle::Get().GetWidgetStyle<FTextBlockStyle>("NormalText");
+	TextStyle.SetFont(FCoreStyle::GetDefaultFontStyle(FontStyle, FontSize));
+	TextStyle.SetColorAndOpacity(Color);
+	// clang-format off
+	ScrollBox->AddSlot()
+	.Padding(0.0f, 0.0f, 0.0f, KestrelWidget::BlockPadding)
+	[
+		SAssignNew(LastBlockBorder, SBorder)
+		.Padding(KestrelWidget::BlockPadding)
+		[
+			SAssignNew(LastBlockText, SMultiLineEditableText)
+			.Text(FText::FromString(Text))
+			.TextStyle(&TextStyle)
+			.IsReadOnly(true)
+			.AutoWrapText(true)
+		]
+	];
+	// clang-format on
+	if (!bIsUserScrolling)
+	{
+		ScrollBox->ScrollToEnd();
+	}
+}
+
+void SKestrelWidget::StartProgressAnimation(
+	const TSharedRef<SMultiLineEditableText>& TextWidget, const TSharedRef<SBorder>& Border)
+{
+	AnimatedText = TextWidget;
+	AnimatedBorder = Border;
+	AnimatedBaseText = KestrelWidget::WithoutTrailingDots(TextWidget->GetText().ToString());
+	NumDots = 0;
+	AnimationTimer = RegisterActiveTimer(KestrelWidget::DotPeriodSeconds,
+		FWidgetActiveTimerDelegate::CreateSP(this, &SKestrelWidget::UpdateProgressAnimation));
+}
+
+EActiveTimerReturnType SKestrelWidget::UpdateProgressAnimation(double InCurrentTime, float InDeltaTime)
+{
+	if (!AnimatedText.IsValid())
+	{
+		return EActiveTimerReturnType::Stop;
+	}
+	NumDots = (NumDots + 1) % (KestrelWidget::MaxDots + 1);
+	// Set, not bound: a bound text would not refresh while the block has the keyboard focus.
+	AnimatedText->SetText(FText::FromString(AnimatedBaseText + FString::ChrN(NumDots, TEXT('.'))));
+	return EActiveTimerReturnType::Continue;
+}
+
+void SKestrelWidget::StopProgressAnimation()
+{
+	if (const TSharedPtr<FActiveTimerHandle> Timer = AnimationTimer.Pin())
+	{
+		UnRegisterActiveTimer(Timer.ToSharedRef());
+	}
+	AnimationTimer.Reset();
+	AnimatedText.Reset();
+	AnimatedBorder.Reset();
+}
+
+bool SKestrelWidget::IsPromptEmpty() const
+{
+	return PromptBox->GetText().IsEmpty();
+}
+
+FString SKestrelWidget::TakePrompt()
+{
+	const FString Prompt = PromptBox->GetText().ToString();
+	PromptBox->SetText(FText::GetEmpty());
+	return Prompt;
+}
+
+bool SKestrelWidget::UpdateStartButton() const
+{
+	return !IsPromptEmpty() && KestrelWidget::GetState() == EAgentState::Idle;
+}
+
+bool SKestrelWidget::UpdateContinueButtonEnability() const
+{
+	const EAgentState State = KestrelWidget::GetState();
+	if (IsPromptEmpty())
+	{
+		return State == EAgentState::Pause;
+	}
+	return State == EAgentState::Pause || State == EAgentState::AwaitingUpdate || State == EAgentState::AwaitingApproval;
+}
+
+EVisibility SKestrelWidget::UpdateContinueButtonVisibility() const
+{
+	return KestrelWidget::IsWaitingForUser(KestrelWidget::GetState()) ? EVisibility::Visible : EVisibility::Collapsed;
+}
+
+EVisibility SKestrelWidget::UpdatePauseButtonVisibility() const
+{
+	return KestrelWidget::IsWaitingForUser(KestrelWidget::GetState()) ? EVisibility::Collapsed : EVisibility::Visible;
+}
+
+EVisibility SKestrelWidget::UpdateApproveButton() const
+{
+	return GetDefault<UKestrelSettings>()->bAutoApprove ? EVisibility::Collapsed : EVisibility::Visible;
+}
+
+bool SKestrelWidget::IsApproveButtonEnabled() const
+{
+	return KestrelWidget::GetState() == EAgentState::AwaitingApproval;
+}
+
+bool SKestrelWidget::IsEndButtonEnabled() const
+{
+	return KestrelWidget::GetState() != EAgentState::Idle;
+}
+
+FReply SKestrelWidget::OnRequestStartButtonClicked()
+{
+	if (IsPromptEmpty())
+	{
+		return FReply::Handled();
+	}
+	const EAgentState State = KestrelWidget::GetState();
+	const FString Prompt = TakePrompt();
+	if (State == EAgentState::Idle)
+	{
+		FKestrelInterface::Get().InitialRequest(Prompt);
+	}
+	else if (State == EAgentState::AwaitingUpdate)
+	{
+		FKestrelInterface::Get().RegularRequest(Prompt);
+	}
+	return FReply::Handled();
+}
+
+FReply SKestrelWidget::OnContinueButtonClicked()
+{
+	FKestrelInterface::Get().Continue(TakePrompt());
+	return FReply::Handled();
+}
+
+FReply SKestrelWidget::OnPauseButtonClicked()
+{
+	FKestrelInterface::Get().PauseRequest();
+	return FReply::Handled();
+}
+
+FReply SKestrelWidget::OnApproveButtonClicked()
+{
+	FKestrelInterface::Get().Approve();
+	FKestrelInterface::Get().Continue(FString());
+	return FReply::Handled();
+}
+
+FReply SKestrelWidget::OnRequestEndButtonClicked()
+{
+	if (IsEndButtonEnabled())
+	{
+		FKestrelInterface::Get().EndRequest(FString());
+	}
+	return FReply::Handled();
+}
+
+FReply SKestrelWidget::OnPromptKeyDown(const FGeometry& MyGeometry, const FKeyEvent& InKeyEvent)
+{
+	const bool bSends = InKeyEvent.GetKey() == EKeys::Enter && !InKeyEvent.IsShiftDown();
+	return bSends ? OnKeyDown(MyGeometry, InKeyEvent) : FReply::Unhandled();
+}
+
+FReply SKestrelWidget::OnKeyDown(const FGeometry& MyGeometry, const FKeyEvent& InKeyEvent)
+{
+	if (InKeyEvent.GetKey() != EKeys::Enter || InKeyEvent.IsShiftDown())
+	{
+		return SCompoundWidget::OnKeyDown(MyGeometry, InKeyEvent);
+	}
+	// A held key repeats: one press sends once.
+	if (InKeyEvent.IsRepeat())
+	{
+		return FReply::Handled();
+	}
+	if (KestrelWidget::GetState() == EAgentState::Idle)
+	{
+		OnRequestStartButtonClicked();
+	}
+	else if (UpdateContinueButtonEnability())
+	{
+		OnContinueButtonClicked();
+	}
+	return FReply::Handled();
+}
+
+#undef LOCTEXT_NAMESPACE

@@ -1,0 +1,89 @@
+#pragma once
+
+#include "CoreMinimal.h"
+#include "Input/Reply.h"
+#include "Widgets/DeclarativeSyntaxSupport.h"
+#include "Widgets/SCompoundWidget.h"
+
+class FActiveTimerHandle;
+class SBorder;
+class SButton;
+class SMultiLineEditableText;
+class SScrollBox;
+
+/**
+ * The content of the plugin's tab: the conversation as a list of blocks, a prompt box, and the buttons that drive the
+ * agent. Each tab has a widget of its own; the conversation itself lives in the agent and outlives them.
+ */
+class SKestrelWidget : public SCompoundWidget
+{
+public:
+	SLATE_BEGIN_ARGS(SKestrelWidget) {}
+	SLATE_END_ARGS()
+
+	void Construct(const FArguments& InArgs);
+	virtual ~SKestrelWidget() override;
+
+	virtual void Tick(const FGeometry& AllottedGeometry, const double InCurrentTime, const float InDeltaTime) override;
+	/** Plain Enter sends; anything else is left to others. */
+	virtual FReply OnKeyDown(const FGeometry& MyGeometry, const FKeyEvent& InKeyEvent) override;
+	virtual bool SupportsKeyboardFocus() const override { return true; }
+	/** Focus on the panel means focus on its prompt box. */
+	virtual FReply OnFocusReceived(const FGeometry& MyGeometry, const FFocusEvent& InFocusEvent) override;
+
+	/** Adds a block and logs it; one that ends in "..." shows moving dots until the next. */
+	void OnAddStatusMessage(const FString& Message, const FLinearColor& Color, const FName& FontStyle, float FontSize);
+
+	/** Replaces every occurrence of each key by its value, without regard to case, in the order of the map. */
+	static FString ReplaceStrings(const FString& Text, const TMap<FString, FString>& Replacements);
+
+	FReply OnRequestStartButtonClicked();
+	FReply OnContinueButtonClicked();
+	FReply OnPauseButtonClicked();
+	FReply OnApproveButtonClicked();
+	FReply OnRequestEndButtonClicked();
+
+	// What the buttons show of the agent's state.
+	bool UpdateStartButton() const;
+	bool UpdateContinueButtonEnability() const;
+	EVisibility UpdateContinueButtonVisibility() const;
+	EVisibility UpdatePauseButtonVisibility() const;
+	EVisibility UpdateApproveButton() const;
+	bool IsApproveButtonEnabled() const;
+	bool IsEndButtonEnabled() const;
+
+private:
+	TSharedRef<SWidget> MakePromptBox();
+	TSharedRef<SWidget> MakeButtonRow();
+	/** A block at the end of the conversation. Its text can be selected and copied. */
+	void AddBlock(const FString& Text, const FLinearColor& Color, const FName& FontStyle, float FontSize);
+	FReply OnPromptKeyDown(const FGeometry& MyGeometry, const FKeyEvent& InKeyEvent);
+	void OnUserScrolled(float ScrollOffset);
+	bool IsPromptEmpty() const;
+	FString TakePrompt();
+
+	void StartProgressAnimation(const TSharedRef<SMultiLineEditableText>& TextWidget, const TSharedRef<SBorder>& Border);
+	EActiveTimerReturnType UpdateProgressAnimation(double InCurrentTime, float InDeltaTime);
+	void StopProgressAnimation();
+
+	TSharedPtr<SScrollBox> ScrollBox;
+	TSharedPtr<SMultiLineEditableText> PromptBox;
+	TSharedPtr<SButton> StartButton;
+	TSharedPtr<SButton> ContinueButton;
+	TSharedPtr<SButton> PauseButton;
+	TSharedPtr<SButton> ApproveButton;
+	TSharedPtr<SButton> EndButton;
+
+	TSharedPtr<SMultiLineEditableText> LastBlockText;
+	TSharedPtr<SBorder> LastBlockBorder;
+
+	TSharedPtr<SMultiLineEditableText> AnimatedText;
+	TSharedPtr<SBorder> AnimatedBorder;
+	FString AnimatedBaseText; // without its dots
+	int32 NumDots = 0;        // 0 to 3
+	TWeakPtr<FActiveTimerHandle> AnimationTimer;
+
+	// Shared by all panels: where the user left the view is where a reopened one stands.
+	static bool bIsUserScrolling;
+	static double LastScrollTime; // seconds of FPlatformTime
+};

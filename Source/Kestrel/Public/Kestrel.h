@@ -1,0 +1,37 @@
+#pragma once
+
+#include "CoreMinimal.h"
+#include "Modules/ModuleInterface.h"
+
+class FSpawnTabArgs;
+class FUICommandList;
+class SDockTab;
+
+/** The plugin's editor module: registers the settings page, the menu entries and the panel's tab. */
+class FKestrelModule : public IModuleInterface
+{
+public:
+	virtual void StartupModule() override;
+	virtual void ShutdownModule() override;
+
+	/** The key that goes with every request: the stage's own if it has one, else the user's, else empty. */
+	static FString GetApiKey();
+	/** Host and path of the service, without scheme and trailing slash. The user's settings never change it. */
+	static FString GetApiUrl();
+
+	/** Brings the panel's tab up, or to front. */
+	void PluginButtonClicked();
+
+private:
+	void RegisterSettings();
+	void UnregisterSettings();
+	void RegisterMenus();
+	TSharedRef<SDockTab> OnSpawnPluginTab(const FSpawnTabArgs& SpawnTabArgs);
+	/** Reads Config/DefaultPlugin.ini, which a project under development may use to name another service. */
+	static void ReadStageConfiguration();
+
+	static FString StageApiUrl;
+	static FString StageApiKey;
+
+	TSharedPtr<FUICommandList> PluginCommands;
+};

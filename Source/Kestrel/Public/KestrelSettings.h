@@ -1,0 +1,130 @@
+#pragma once
+
+#include "CoreMinimal.h"
+#include "UObject/Object.h"
+
+#include "KestrelSettings.generated.h"
+
+/** What the assistant is meant to do with a wish. */
+UENUM()
+enum class EKestrelMode : uint8
+{
+	ExplainerMode UMETA(DisplayName = "Explainer Mode"),
+	ExplainerAndImplementerMode UMETA(DisplayName = "Explainer And Implementer Mode")
+};
+
+/** Enum defining filtering options for Blueprint content usage */
+UENUM()
+enum class EKestrelBlueprintContentFilter : uint8
+{
+	UseAllContent UMETA(DisplayName = "Use All Content"),
+	UseOnlyBlueprintVisibleContent UMETA(DisplayName = "Use Only Blueprint Visible Content"),
+	UseOnlyBlueprintClassContent UMETA(DisplayName = "Use Only Blueprint Class Content")
+};
+
+/** How long the prompt logs are kept; applied when the editor starts. */
+UENUM()
+enum class EKestrelLogDeletionPolicy : uint8
+{
+	DeleteAllOnStart UMETA(DisplayName = "Always Delete All Logs"),
+	KeepLast30Days UMETA(DisplayName = "Keep Last 30 Days"),
+	KeepAll UMETA(DisplayName = "Keep All Logs")
+};
+
+/** Asset group categories for filtering in file tree */
+UENUM(BlueprintType)
+enum class EAssetGroupCategory : uint8
+{
+	CoreEngine UMETA(DisplayName = "Core Engine Assets"),
+	Rendering UMETA(DisplayName = "Rendering Assets"),
+	Textures UMETA(DisplayName = "Texture Assets"),
+	Mesh UMETA(DisplayName = "Mesh Assets"),
+	Animation UMETA(DisplayName = "Animation Assets"),
+	Physics UMETA(DisplayName = "Physics Assets"),
+	Blueprint UMETA(DisplayName = "Blueprint Assets"),
+	Sound UMETA(DisplayName = "Sound Assets"),
+	Media UMETA(DisplayName = "Media Assets"),
+	FX UMETA(DisplayName = "FX Assets"),
+	Data UMETA(DisplayName = "Data Assets"),
+	AI UMETA(DisplayName = "AI Assets"),
+	Gameplay UMETA(DisplayName = "Gameplay Assets"),
+	UI UMETA(DisplayName = "User Interface Assets"),
+	Landscape UMETA(DisplayName = "Landscape and Foliage Assets"),
+	Cinematics UMETA(DisplayName = "Cinematics and Sequencer Assets"),
+	Paper2D UMETA(DisplayName = "Paper 2D Assets"),
+	Networking UMETA(DisplayName = "Networking Assets"),
+	Development UMETA(DisplayName = "Development & Tools Assets"),
+	VR_AR UMETA(DisplayName = "VR/AR Assets"),
+	PhysicsSimulation UMETA(DisplayName = "Physics Simulation Assets"),
+	Miscellaneous UMETA(DisplayName = "Miscellaneous Assets"),
+	Custom UMETA(DisplayName = "Custom Assets")
+};
+
+/** What the user can choose, kept in the user's own editor settings and not in the project. */
+UCLASS(config = EditorPerUserSettings)
+class KESTREL_API UKestrelSettings : public UObject
+{
+	GENERATED_BODY()
+
+public:
+	UKestrelSettings();
+
+	UPROPERTY(config, EditAnywhere, Category = "Kestrel|Authentication", meta = (DisplayName = "API Key", ToolTip = "Authentication key required to access Kestrel AI services"))
+	FString ApiKey;
+
+	/** An EKestrelMode. */
+	UPROPERTY()
+	uint8 ModeFlag = 1;
+
+	/** Lets the agent run the tools of an answer without asking. */
+	UPROPERTY()
+	bool bAutoApprove = false;
+
+	UPROPERTY(config, EditAnywhere, Category = "Kestrel|Interface", meta = (DisplayName = "Display File Changes In Chat", ToolTip = "Enables or disables the display of file modifications, creations, and deletions in the chat interface"))
+	bool bDisplayFileChangesInChat = true;
+
+	/** A button in the shape of a box: ticking it puts the default extensions back. */
+	UPROPERTY(EditAnywhere, Category = "Kestrel|Filtering|File|Extensions", meta = (DisplayName = "Reset Supported File Extensions"))
+	bool bResetSupportedFileExtensions = false;
+
+	/** Without a leading dot. */
+	UPROPERTY(config, EditAnywhere, Category = "Kestrel|Filtering|File|Extensions", meta = (DisplayName = "Supported File Extensions", ToolTip = "Additional file extensions beyond UE4's default types (py, cs, json, cpp, h, uasset, umap, ini, uproject, csv)"))
+	TArray<FString> SupportedFileExtensions;
+
+	/** A button in the shape of a box: ticking it puts the default directories back. */
+	UPROPERTY(EditAnywhere, Category = "Kestrel|Filtering|File|Directories", meta = (DisplayName = "Reset Excluded Directories"))
+	bool bResetExcludedDirectories = false;
+
+	/** Names of single directories; a name excludes the directory wherever it lies. */
+	UPROPERTY(config, EditAnywhere, Category = "Kestrel|Filtering|File|Directories", meta = (DisplayName = "Excluded Directories", ToolTip = "Directories to exclude from the file tree"))
+	TArray<FString> ExcludedDirectories;
+
+	/** Kept for settings of earlier versions; nothing reads it. */
+	UPROPERTY()
+	bool bReservedFlag = true;
+
+	UPROPERTY(config, EditAnywhere, Category = "Kestrel|Logs", meta = (DisplayName = "Log Retention Policy", ToolTip = "Defines how long log files should be kept before automatic deletion"))
+	EKestrelLogDeletionPolicy LogRetentionPolicy = EKestrelLogDeletionPolicy::KeepLast30Days;
+
+	/** Kept for settings of earlier versions; nothing reads it. */
+	UPROPERTY()
+	float ReservedNumber = 10.0f;
+
+	void ResetSupportedFileExtensions();
+	void ResetExcludedDirectories();
+	/** Asset groups have no stored selection, so there is nothing to put back. */
+	void ResetAssetGroups();
+
+	/** Class-name patterns of the assets that the file tree keeps; empty, so that it keeps them all. */
+	TSet<FString> GetEnabledAssetClassPatterns() const;
+
+#if WITH_EDITOR
+	virtual void PostEditChangeProperty(FPropertyChangedEvent& PropertyChangedEvent) override;
+#endif
+
+private:
+#if WITH_EDITOR
+	/** Unticks the box, puts the defaults back and saves. */
+	void RunResetButton(bool& bButton, void (UKestrelSettings::*Reset)());
+#endif
+};

@@ -1,0 +1,60 @@
+"""The launcher behind ./kestrel: installs what is missing, builds, runs, tests."""
+
+import argparse
+import os
+import sys
+
+sys.dont_write_bytecode = True
+
+import bench
+import lint
+import run
+import steps
+import testing
+
+
+def main():
+    parser = argparse.ArgumentParser(prog="./kestrel", description="Build, run and test Kestrel.")
+    commands = parser.add_subparsers(dest="command", metavar="COMMAND")
+
+    run_parser = commands.add_parser("run", help="open a project in the editor, with a local service")
+    run_parser.add_argument("--project", metavar="DIR", help="your own project (default: a copy of the sample)")
+    run_parser.add_argument("--headless", action="store_true", help="no window: the panel is shown in this terminal")
+    run_parser.add_argument("--prompt", metavar="TEXT", action="append", default=[],
+                            help="run this prompt unattended and leave; may be given several times")
+    run_parser.add_argument("--approve", action="store_true", help="approve every tool that the assistant asks for")
+
+    test_parser = commands.add_parser("test", help="build and run every test")
+    test_parser.add_argument("filter", nargs="?", default="", metavar="FILTER",
+                             help="only tests whose name contains this")
+
+    commands.add_parser("bench", help="measure the hot paths against a peer on this machine")
+    commands.add_parser("lint", help="check format, headers, style and packing list")
+    commands.add_parser("format", help="format all C++ sources")
+    commands.add_parser("help", help="show this text")
+
+    arguments = parser.parse_args()
+    actions = {
+        "run": lambda: run.run(arguments),
+        "test": lambda: testing.test(arguments.filter),
+        "bench": bench.bench,
+        "lint": lint.lint,
+        "format": lint.format_sources,
+    }
+    action = actions.get(arguments.command)
+    if not action:
+        parser.print_help()
+        return 0 if arguments.command == "help" else 2
+    try:
+        return action()
+    except steps.StepFailed as failure:
+        print(failure, file=sys.stderr)
+        return 1
+    except KeyboardInterrupt:
+        print("\nInterrupted.", file=sys.stderr)
+        return 130
+
+
+if __name__ == "__main__":
+    os.chdir(steps.ROOT)
+    sys.exit(main())

@@ -1,0 +1,50 @@
+"""Finds a project's file and what its configuration says of the service."""
+
+import configparser
+import os
+import re
+import shutil
+import tempfile
+
+import steps
+
+STAGES = {"dev": "DevApiUrl", "sandbox": "SandboxApiUrl", "sandbox2": "Sandbox2ApiUrl"}
+
+
+def copy_sample():
+    """A copy of the sample in a scratch folder, so that nothing that is tried changes the repository."""
+    folder = tempfile.mkdtemp(prefix="kestrel-sample-")
+    target = os.path.join(folder, "Harrier")
+    shutil.copytree(os.path.join(steps.ROOT, "Samples", "Harrier"), target)
+    return target
+
+
+def find_uproject(folder):
+    if not os.path.isdir(folder):
+        raise steps.StepFailed(f"There is no folder {folder}")
+    found = sorted(name for name in os.listdir(folder) if name.lower().endswith(".uproject"))
+    if not found:
+        raise steps.StepFailed(f"There is no .uproject file in {folder}")
+    return os.path.join(os.path.abspath(folder), found[0])
+
+
+def stage_url(folder):
+    """The service that the project names for itself, or an empty text."""
+    path = os.path.join(folder, "Config", "DefaultPlugin.ini")
+    parser = configparser.ConfigParser(strict=False, interpolation=None, allow_no_value=True)
+    try:
+        parser.read(path, encoding="utf-8-sig")
+    except (configparser.Error, UnicodeDecodeError):
+        return ""
+    if not parser.has_section("Kestrel"):
+        return ""
+    section = parser["Kestrel"]
+    key = STAGES.get((section.get("Stage") or "").strip().strip('"').lower())
+    return (section.get(key) or "").strip().strip('"') if key else ""
+
+
+def production_host():
+    """The host of the address that the plugin is built with."""
+    with open(os.path.join(steps.ROOT, "Source", "Kestrel", "Private", "Kestrel.cpp"), encoding="utf-8") as source:
+        address = re.search(r'#define KESTREL_API_URL TEXT\("([^"]+)"\)', source.read()).group(1)
+    return os.environ.get("KESTREL_API_URL", address).split("/")[0]

@@ -1,0 +1,51 @@
+"""./kestrel run"""
+
+import os
+import subprocess
+import sys
+
+import project
+import steps
+from service import LocalService
+
+PRESET = "release"
+
+
+def run(arguments):
+    folder = os.path.abspath(arguments.project) if arguments.project else None
+    if folder:
+        project.find_uproject(folder)
+    steps.build(PRESET, ["HostEditor", "Kestrel", "kestrel-service"])
+    if not folder:
+        folder = project.copy_sample()
+        print(f"Sample project: {folder}")
+    uproject = project.find_uproject(folder)
+
+    if not arguments.headless and not arguments.prompt:
+        print("The panel is shown in this terminal.")
+    command = [steps.binary(PRESET, "HostEditor"), uproject, f"-PLUGIN={os.path.join(steps.ROOT, 'Kestrel.uplugin')}",
+               "-Console=Kestrel"]
+    command += [f"-Prompt={prompt}" for prompt in arguments.prompt]
+    if arguments.approve:
+        command.append("-Approve")
+
+    stage = project.stage_url(folder)
+    if stage:
+        print(f"The project names a service of its own: https://{stage}")
+        return run_editor(command)
+    host = project.production_host()
+    state = os.path.join(steps.ROOT, "Intermediate", "Service")
+    with LocalService(PRESET, state, ["--host-name", host]) as service:
+        print(f"Local service: https://{host}/ on port {service.port}")
+        return run_editor(command + service.editor_arguments(host))
+
+
+def run_editor(command):
+    sys.stdout.flush()
+    process = subprocess.Popen(command)
+    while True:
+        try:
+            return process.wait()
+        except KeyboardInterrupt:
+            # The editor has been told by the terminal, too: the first Ctrl-C ends the conversation, the second the editor.
+            continue

@@ -1,0 +1,130 @@
+"""Steps with one changing line of progress, a log each, and a failure that says where to look."""
+
+import os
+import re
+import shutil
+import subprocess
+import sys
+import time
+
+ROOT = os.path.dirname(os.path.dirname(os.path.abspath(__file__)))
+LOG_FOLDER = os.path.join(ROOT, "Intermediate", "Logs")
+JOBS = os.cpu_count() or 2
+
+# Debian 12 package names. The first group builds, the second is for tests and checks.
+PACKAGES = [
+    "ccache", "clang", "cmake", "git", "libclang-rt-14-dev", "libcpp-httplib-dev", "libcurl4-openssl-dev", "libssl-dev",
+    "lld", "nlohmann-json3-dev", "ninja-build", "pkg-config", "rapidjson-dev",
+    "clang-format", "libgmock-dev", "libgtest-dev",
+]
+
+NINJA_PROGRESS = re.compile(r"^\[(\d+)/(\d+)\]\s*(.*)")
+FAILED_LINES_SHOWN = 30
+
+
+class StepFailed(Exception):
+    """A step that did not work; its text is for the user."""
+
+
+class ProgressLine:
+    """One line that changes on a terminal; elsewhere only its last state is printed."""
+
+    def __init__(self, title):
+        self.title = title
+        self.started = time.monotonic()
+        self.on_terminal = sys.stdout.isatty()
+        if not self.on_terminal:
+            print(f"{title} ...", flush=True)
+
+    def show(self, detail):
+        if self.on_terminal:
+            width = shutil.get_terminal_size().columns - 1
+            text = f"{self.title}: {detail}"[:width]
+            print(f"\r{text:<{width}}", end="", flush=True)
+
+    def finish(self, outcome):
+        seconds = time.monotonic() - self.started
+        text = f"{self.title}: {outcome} ({seconds:.0f} s)"
+        if self.on_terminal:
+            width = shutil.get_terminal_size().columns - 1
+            text = f"\r{text:<{width}}"
+        print(text, flush=True)
+
+
+def run_step(title, command, log_name, env=None, cwd=ROOT, progress=NINJA_PROGRESS):
+    """Runs a command, its output in a log; shows "done/total" where the output tells it."""
+    os.makedirs(LOG_FOLDER, exist_ok=True)
+    log_path = os.path.join(LOG_FOLDER, log_name)
+    line = ProgressLine(title)
+    with open(log_path, "w", encoding="utf-8", errors="replace") as log:
+        log.write("$ " + " ".join(command) + "\n")
+        try:
+            process = subprocess.Popen(command, cwd=cwd, env=env, stdin=subprocess.DEVNULL, stdout=subprocess.PIPE,
+                                       stderr=subprocess.STDOUT, text=True, errors="replace")
+        except OSError as error:
+            raise StepFailed(f"{title} failed: {error}") from error
+        for output in process.stdout:
+            log.write(output)
+            match = progress.match(output)
+            if match:
+                done, total, what = match.groups()
+                line.show(f"{done}/{total} {what.rsplit('/', 1)[-1]}")
+        code = process.wait()
+    if code != 0:
+        line.finish("failed")
+        raise StepFailed(f"{title} failed with code {code}. The end of its log, {log_path}:\n\n{tail(log_path)}")
+    line.finish("done")
+
+
+def tail(path):
+    with open(path, encoding="utf-8", errors="replace") as log:
+        return "".join(log.readlines()[-FAILED_LINES_SHOWN:])
+
+
+def missing_packages(packages):
+    """Those that are not installed; None on a system without Debian's package manager."""
+    if not shutil.which("dpkg-query"):
+        return None
+    listing = subprocess.run(["dpkg-query", "-W", "-f", "${Package} ${db:Status-Status}\n", *packages],
+                             capture_output=True, text=True, check=False).stdout
+    installed = {line.split()[0] for line in listing.splitlines() if line.endswith(" installed")}
+    return [package for package in packages if package not in installed]
+
+
+def install_packages(packages=None):
+    missing = missing_packages(packages or PACKAGES)
+    if missing is None:
+        tools = [tool for tool in ("clang++", "cmake", "ninja") if not shutil.which(tool)]
+        if tools:
+            raise StepFailed(f"This system has no apt-get. Please install {', '.join(tools)} and the counterparts of "
+                             f"these Debian 12 packages, then try again:\n  {' '.join(PACKAGES)}")
+        return
+    if not missing:
+        return
+    as_root = [] if os.geteuid() == 0 else ["sudo"]
+    if as_root and not shutil.which("sudo"):
+        raise StepFailed("Some packages are missing and there is no sudo. As root:\n"
+                         f"  apt-get install {' '.join(missing)}")
+    env = dict(os.environ, DEBIAN_FRONTEND="noninteractive")
+    run_step("Updating the package list", [*as_root, "apt-get", "update", "-q"], "apt-update.log", env)
+    run_step(f"Installing {len(missing)} packages",
+             [*as_root, "env", "DEBIAN_FRONTEND=noninteractive", "apt-get", "install", "-y", "-q",
+              "--no-install-recommends", *missing], "apt-install.log", env)
+
+
+def build_folder(preset):
+    return os.path.join(ROOT, "Intermediate", "Build", preset)
+
+
+def binary(preset, name):
+    return os.path.join(build_folder(preset), "bin", name)
+
+
+def build(preset, targets=()):
+    """Configures and builds a preset; installs what it needs first."""
+    install_packages()
+    run_step(f"Configuring ({preset})", ["cmake", "--preset", preset], f"configure-{preset}.log")
+    command = ["cmake", "--build", "--preset", preset, "-j", str(JOBS)]
+    if targets:
+        command += ["--target", *targets]
+    run_step(f"Building ({preset})", command, f"build-{preset}.log")
