@@ -22,6 +22,15 @@ function(host_module name)
   if(arg_REFLECTED)
     run_header_tool(${name} ${arg_REFLECTED})
   endif()
+
+  # What a plugin gets that lists this module: its own folders, and nothing of the modules below.
+  set(own_includes ${CMAKE_CURRENT_SOURCE_DIR}/Public)
+  if(arg_REFLECTED)
+    list(APPEND own_includes ${CMAKE_CURRENT_BINARY_DIR}/Generated/${name})
+  endif()
+  set_target_properties(${name} PROPERTIES
+    INTERFACE_OWN_INCLUDES "${own_includes}" INTERFACE_OWN_DEFINITIONS ${upper_name}_API=)
+
   if(arg_TESTS)
     host_test(${name}Tests SOURCES ${arg_TESTS} NEEDS ${name} ${arg_PRIVATE_NEEDS} INCLUDES Private)
   endif()
@@ -29,11 +38,15 @@ endfunction()
 
 # host_test(<Name> SOURCES <file>... NEEDS <target>... [INCLUDES <folder>...])
 #
+# Reflected test types are named by a run_header_tool(<Name> <header>...) behind it.
+#
 # A GoogleTest program that is started with the host's core set up (game thread, command line, log).
 function(host_test name)
   cmake_parse_arguments(arg "" "" "SOURCES;NEEDS;INCLUDES" ${ARGN})
   add_executable(${name} ${arg_SOURCES})
   target_include_directories(${name} PRIVATE ${arg_INCLUDES})
+  string(TOUPPER ${name} upper_name)
+  target_compile_definitions(${name} PRIVATE ${upper_name}_API=)
   target_link_libraries(${name} PRIVATE EngineCompileRules HostTestMain ${arg_NEEDS})
   add_test(NAME ${name} COMMAND ${name} --gtest_output=xml:${CMAKE_BINARY_DIR}/TestResults/${name}.xml)
 endfunction()

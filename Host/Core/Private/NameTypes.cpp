@@ -144,3 +144,81 @@ int32 FName::Compare(const FName& Other) const
 	Names::FNameTable& Table = Names::FNameTable::Get();
 	return Table.GetText(Comparison).Compare(Table.GetText(Other.Comparison), ESearchCase::IgnoreCase);
 }
+
+namespace Names
+{
+bool IsUpper(TCHAR C)
+{
+	return C >= u'A' && C <= u'Z';
+}
+
+bool IsLower(TCHAR C)
+{
+	return C >= u'a' && C <= u'z';
+}
+
+TCHAR ToUpper(TCHAR C)
+{
+	return IsLower(C) ? static_cast<TCHAR>(C - u'a' + u'A') : C;
+}
+
+TCHAR ToLower(TCHAR C)
+{
+	return IsUpper(C) ? static_cast<TCHAR>(C - u'A' + u'a') : C;
+}
+
+/** Whether a small word, written without a capital inside a title, starts at the place. */
+bool StartsWithSmallWord(FStringView Text)
+{
+	static const FStringView SmallWords[] = { TEXT("In"), TEXT("As"), TEXT("To"), TEXT("Or"), TEXT("At"),
+		TEXT("On"), TEXT("If"), TEXT("Be"), TEXT("By"), TEXT("The"), TEXT("For"), TEXT("And"), TEXT("With"),
+		TEXT("When"), TEXT("From") };
+	for (const FStringView Word : SmallWords)
+	{
+		if (Text.Left(Word.Len()).Equals(Word) && (Text.Len() == Word.Len() || !IsLower(Text[Word.Len()])))
+		{
+			return true;
+		}
+	}
+	return false;
+}
+}
+
+FString FName::NameToDisplayString(const FString& InDisplayName, const bool bIsBool)
+{
+	FStringView Name(InDisplayName);
+	if (bIsBool && Name.Len() > 1 && Name[0] == u'b' && Names::IsUpper(Name[1]))
+	{
+		Name = Name.RightChop(1);
+	}
+
+	FString Result;
+	bool bInRun = false; // of capitals and digits, which stay together
+	for (int32 Index = 0; Index < Name.Len(); ++Index)
+	{
+		TCHAR C = Name[Index];
+		if (C == u'_')
+		{
+			Result += Result.IsEmpty() ? TEXT("") : TEXT(" ");
+			bInRun = true;
+			continue;
+		}
+		if ((Names::IsUpper(C) || FChar::IsDigit(C)) && !bInRun)
+		{
+			Result += Result.IsEmpty() || Result.EndsWith(TEXT(" ")) ? TEXT("") : TEXT(" ");
+			bInRun = true;
+		}
+		bInRun &= !Names::IsLower(C);
+
+		if (Result.IsEmpty())
+		{
+			C = Names::ToUpper(C);
+		}
+		else if (Result.EndsWith(TEXT(" ")))
+		{
+			C = Names::StartsWithSmallWord(Name.RightChop(Index)) ? Names::ToLower(C) : Names::ToUpper(C);
+		}
+		Result += C;
+	}
+	return Result;
+}

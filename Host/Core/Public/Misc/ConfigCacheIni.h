@@ -3,6 +3,7 @@
 #include "Containers/Array.h"
 #include "Containers/Map.h"
 #include "Containers/UnrealString.h"
+#include "Templates/SharedPointer.h"
 #include "UObject/NameTypes.h"
 
 /** One value of an ini file. */

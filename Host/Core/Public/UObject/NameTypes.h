@@ -49,6 +49,8 @@ public:
 	void ToString(FString& Out) const { Out = ToString(); }
 	void AppendString(FString& Out) const { Out += ToString(); }
 	FString GetPlainNameString() const;
+	/** A variable's or function's name as a person reads it: "bIsOn" of a bool is "Is On", "UseInMap" "Use in Map". */
+	static FString NameToDisplayString(const FString& InDisplayName, const bool bIsBool);
 	int32 GetNumber() const { return Number; }
 	void SetNumber(int32 NewNumber) { Number = NewNumber; }
 	uint32 GetComparisonIndex() const { return Comparison; }

@@ -1,0 +1,24 @@
+#include "Misc/Guid.h"
+#include "Modules/ModuleManager.h"
+#include "UObject/Class.h"
+#include "UObject/SoftObjectPath.h"
+#include "UObject/UObjectBase.h"
+
+IMPLEMENT_MODULE(FDefaultModuleImpl, CoreUObject)
+
+static const FDelegateHandle ProcessLoadedObjectsHandle =
+	FModuleManager::Get().OnProcessLoadedObjectsCallback().AddStatic(&ProcessNewlyLoadedUObjects);
+
+#define IMPLEMENT_BASE_STRUCTURE(StructType, ReflectedName)                                                            \
+	UScriptStruct* ReflectedType_##ReflectedName();                                                                    \
+	UScriptStruct* TBaseStructure<StructType>::Get()                                                                   \
+	{                                                                                                                  \
+		return ReflectedType_##ReflectedName();                                                                        \
+	}
+
+IMPLEMENT_BASE_STRUCTURE(FColor, FColor)
+IMPLEMENT_BASE_STRUCTURE(FLinearColor, FLinearColor)
+IMPLEMENT_BASE_STRUCTURE(FVector2D, FVector2D)
+IMPLEMENT_BASE_STRUCTURE(FGuid, FGuid)
+IMPLEMENT_BASE_STRUCTURE(FSoftObjectPath, FSoftObjectPath)
+IMPLEMENT_BASE_STRUCTURE(FSoftClassPath, FSoftClassPath)

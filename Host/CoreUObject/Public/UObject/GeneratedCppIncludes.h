@@ -1,0 +1,7 @@
+#pragma once
+
+// What each source that HeaderTool writes needs.
+#include "CoreMinimal.h"
+#include "UObject/Class.h"
+#include "UObject/Object.h"
+#include "UObject/ReflectedTypes.h"

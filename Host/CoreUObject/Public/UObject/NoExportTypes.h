@@ -1,0 +1,130 @@
+#pragma once
+
+#include "CoreMinimal.h"
+#include "Misc/Guid.h"
+#include "UObject/Object.h"
+#include "UObject/SoftObjectPath.h"
+
+#ifndef CPP
+#define CPP 1
+#endif
+
+// Types that are declared without reflection, described for HeaderTool. The compiler sees none of this: members have
+// the names and the order of the real ones.
+#if !CPP
+
+UCLASS(abstract, intrinsic)
+class UObject
+{
+};
+
+UCLASS(abstract, intrinsic)
+class UField : public UObject
+{
+};
+
+UCLASS(abstract, intrinsic)
+class UStruct : public UField
+{
+};
+
+UCLASS(intrinsic)
+class UClass : public UStruct
+{
+};
+
+UCLASS(intrinsic)
+class UScriptStruct : public UStruct
+{
+};
+
+UCLASS(intrinsic)
+class UFunction : public UStruct
+{
+};
+
+UCLASS(intrinsic)
+class UEnum : public UField
+{
+};
+
+UCLASS(intrinsic)
+class UPackage : public UObject
+{
+};
+
+/** A point or vector in the plane. */
+USTRUCT(immutable, noexport, BlueprintType)
+struct FVector2D
+{
+	UPROPERTY(EditAnywhere, BlueprintReadWrite, Category = Vector2D, SaveGame)
+	double X;
+
+	UPROPERTY(EditAnywhere, BlueprintReadWrite, Category = Vector2D, SaveGame)
+	double Y;
+};
+
+/** A colour with 8 bits a channel. */
+USTRUCT(immutable, noexport, BlueprintType)
+struct FColor
+{
+	UPROPERTY(EditAnywhere, BlueprintReadWrite, Category = Color, SaveGame)
+	uint8 B;
+
+	UPROPERTY(EditAnywhere, BlueprintReadWrite, Category = Color, SaveGame)
+	uint8 G;
+
+	UPROPERTY(EditAnywhere, BlueprintReadWrite, Category = Color, SaveGame)
+	uint8 R;
+
+	UPROPERTY(EditAnywhere, BlueprintReadWrite, Category = Color, SaveGame)
+	uint8 A;
+};
+
+/** A colour whose channels are linear in light. */
+USTRUCT(immutable, noexport, BlueprintType)
+struct FLinearColor
+{
+	UPROPERTY(EditAnywhere, BlueprintReadWrite, Category = LinearColor, SaveGame)
+	float R;
+
+	UPROPERTY(EditAnywhere, BlueprintReadWrite, Category = LinearColor, SaveGame)
+	float G;
+
+	UPROPERTY(EditAnywhere, BlueprintReadWrite, Category = LinearColor, SaveGame)
+	float B;
+
+	UPROPERTY(EditAnywhere, BlueprintReadWrite, Category = LinearColor, SaveGame)
+	float A;
+};
+
+/** A 128-bit identifier. */
+USTRUCT(immutable, noexport, BlueprintType)
+struct FGuid
+{
+	UPROPERTY(EditAnywhere, SaveGame, Category = Guid)
+	uint32 A;
+
+	UPROPERTY(EditAnywhere, SaveGame, Category = Guid)
+	uint32 B;
+
+	UPROPERTY(EditAnywhere, SaveGame, Category = Guid)
+	uint32 C;
+
+	UPROPERTY(EditAnywhere, SaveGame, Category = Guid)
+	uint32 D;
+};
+
+/** The path of an object that need not be in memory. */
+USTRUCT(noexport, BlueprintType)
+struct FSoftObjectPath
+{
+};
+
+/** The path of a class that need not be in memory. */
+USTRUCT(noexport, BlueprintType)
+struct FSoftClassPath : public FSoftObjectPath
+{
+};
+
+#endif

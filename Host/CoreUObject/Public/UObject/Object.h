@@ -1,0 +1,99 @@
+#pragma once
+
+#include "CoreGlobals.h"
+#include "UObject/UObjectBaseUtility.h"
+#include "UObject/UObjectGlobals.h"
+
+class FConfigCacheIni;
+class FProperty;
+class FReferenceCollector;
+class UFunction;
+struct FPropertyChangedEvent;
+
+/** The base of all reflected objects. */
+class UObject : public UObjectBaseUtility
+{
+public:
+	DECLARE_REFLECTED_CLASS(UObject, UObjectBaseUtility)
+
+	UObject() = default;
+	UObject(const FObjectInitializer& ObjectInitializer) {}
+
+	/** Makes a part of this object while its constructor runs. The name is unique within the object. */
+	template <typename ReturnType>
+	ReturnType* CreateDefaultSubobject(FName SubobjectName, bool bTransient = false)
+	{
+		return static_cast<ReturnType*>(CreateDefaultSubobject(SubobjectName, ReturnType::StaticClass(), bTransient));
+	}
+	UObject* CreateDefaultSubobject(FName SubobjectName, const UClass* SubobjectClass, bool bTransient);
+
+	/** After the constructor, with properties copied from the template and, for a default object, the configuration
+	 * read. */
+	virtual void PostInitProperties() {}
+	/** After the object was read from a package. */
+	virtual void PostLoad() {}
+	/** Called once when the object is about to be freed. Objects it refers to still exist. */
+	virtual void BeginDestroy();
+	virtual bool IsReadyForFinishDestroy() { return true; }
+	virtual void FinishDestroy();
+	bool ConditionalBeginDestroy();
+	bool ConditionalFinishDestroy();
+
+#if WITH_EDITOR
+	/** Before a property is changed from outside; null when it is not known which. */
+	virtual void PreEditChange(FProperty* PropertyAboutToChange)
+	{
+	}
+	/** After a property was changed from outside, be it in a details panel. The event's property can be null. */
+	virtual void PostEditChangeProperty(FPropertyChangedEvent& PropertyChangedEvent);
+	/** PostEditChangeProperty with an event that names no property. */
+	void PostEditChange();
+#endif
+
+	/** Whether the object is one that a content browser lists: public, in a package, not transient. */
+	virtual bool IsAsset() const;
+	/** Gives the object another name or another outer. False when the name is taken there. */
+	virtual bool Rename(const TCHAR* NewName = nullptr, UObject* NewOuter = nullptr, uint32 Flags = 0);
+
+	/**
+	 * Reads the properties of kind Config from the class's configuration file.
+	 *
+	 * A key that is there replaces the value; for an array the lines of the key replace all elements.
+	 * @param ConfigClass  the class whose section is read, by default the object's own
+	 * @param Filename     by default the file of the class's configuration name
+	 */
+	void LoadConfig(UClass* ConfigClass = nullptr, const TCHAR* Filename = nullptr, uint32 PropagationFlags = 0,
+		FProperty* PropertyToLoad = nullptr);
+	void ReloadConfig(UClass* ConfigClass = nullptr, const TCHAR* Filename = nullptr, uint32 PropagationFlags = 0,
+		FProperty* PropertyToLoad = nullptr);
+	/**
+	 * Writes the properties with one of the flags to the section "[/Script/<Module>.<Class>]" and the file to disk.
+	 *
+	 * An object that is not the default object of its class hands its values to that one first, unless told not to.
+	 */
+	void SaveConfig(uint64 Flags = CPF_Config, const TCHAR* Filename = nullptr, FConfigCacheIni* Config = GConfig,
+		bool bAllowCopyToDefaultObject = true);
+	/** Config/Default<Name>.ini of the project. */
+	FString GetDefaultConfigFilename() const;
+	/** Writes the values into the project's default configuration, or into another file. False when it cannot. */
+	bool TryUpdateDefaultConfigFile(const FString& SpecificFileLocation = FString());
+
+	UFunction* FindFunction(FName InName) const;
+	UFunction* FindFunctionChecked(FName InName) const;
+	/** Calls the function. Parms is a block of its parameters, laid out as its properties say. */
+	virtual void ProcessEvent(UFunction* Function, void* Parms);
+
+	/** For references that are not reflected: report them to the collector. Call Super's first. */
+	static void AddReferencedObjects(UObject* InThis, FReferenceCollector& Collector)
+	{
+	}
+};
+
+/** Whether the object is there and not marked as garbage. */
+bool IsValid(const UObject* Test);
+
+inline bool IsValidChecked(const UObject* Test)
+{
+	check(Test);
+	return IsValid(Test);
+}

@@ -1,0 +1,189 @@
+#pragma once
+
+#include "Delegates/Delegate.h"
+#include "Logging/LogVerbosity.h"
+#include "UObject/UObjectBaseUtility.h"
+
+class FObjectInitializer;
+class UObject;
+class UPackage;
+struct FPropertyChangedEvent;
+
+enum class EFindFirstObjectOptions
+{
+	None = 0,
+	ExactClass = 1 << 1,       // no children of the class
+	NativeFirst = 1 << 2,      // native types before those of Blueprints
+	EnsureIfAmbiguous = 1 << 3 // tell when there are several
+};
+ENUM_CLASS_FLAGS(EFindFirstObjectOptions)
+
+/** The object under construction, and what it is to be made from. */
+class FObjectInitializer
+{
+public:
+	FObjectInitializer(UObject* InObj, UObject* InTemplate);
+	~FObjectInitializer();
+	UE_NONCOPYABLE(FObjectInitializer)
+
+	/** The innermost construction that is running; asserts when there is none. */
+	static FObjectInitializer& Get();
+	static bool IsInConstructor();
+
+	UObject* GetObj() const { return Obj; }
+	UObject* GetArchetype() const { return Template; }
+	template <typename ReturnType>
+	ReturnType* CreateDefaultSubobject(UObject* Outer, FName SubobjectName, bool bTransient = false) const
+	{
+		return static_cast<ReturnType*>(
+			CreateDefaultSubobject(Outer, SubobjectName, ReturnType::StaticClass(), bTransient));
+	}
+	UObject* CreateDefaultSubobject(UObject* Outer, FName SubobjectName, const UClass* Class, bool bTransient) const;
+
+private:
+	UObject* const Obj;
+	UObject* const Template;
+	FObjectInitializer* const Enclosing;
+};
+
+/** The package of objects that are never saved: /Engine/Transient. */
+UPackage* GetTransientPackage();
+UObject* GetTransientPackageAsObject();
+
+/** Finds or creates a package. PackageName is "/Root/Path/Name" and does not end in a slash. */
+UPackage* CreatePackage(const TCHAR* PackageName);
+
+/**
+ * Makes an object. With no name it is called after its class, with a number.
+ *
+ * A name that an object of the same class has in Outer already is taken over: that object is destroyed and the new one
+ * made in its place. One of another class ends the process, as do an abstract class and, while a constructor runs, a
+ * missing name.
+ */
+UObject* StaticConstructObject(
+	const UClass* Class, UObject* Outer, FName Name, EObjectFlags SetFlags, UObject* Template = nullptr);
+void CheckIsClassChildOf(const UClass* Parent, const UClass* Child);
+FName MakeUniqueObjectName(UObject* Outer, const UClass* Class, FName BaseName = NAME_None);
+
+template <typename T>
+T* NewObject(UObject* Outer, const UClass* Class, FName Name = NAME_None, EObjectFlags Flags = RF_NoFlags,
+	UObject* Template = nullptr)
+{
+	CheckIsClassChildOf(T::StaticClass(), Class);
+	return static_cast<T*>(StaticConstructObject(Class, Outer, Name, Flags, Template));
+}
+
+template <typename T>
+T* NewObject(UObject* Outer = GetTransientPackageAsObject())
+{
+	return static_cast<T*>(StaticConstructObject(T::StaticClass(), Outer, NAME_None, RF_NoFlags));
+}
+
+template <typename T>
+T* NewObject(UObject* Outer, FName Name, EObjectFlags Flags = RF_NoFlags, UObject* Template = nullptr)
+{
+	return static_cast<T*>(StaticConstructObject(T::StaticClass(), Outer, Name, Flags, Template));
+}
+
+/** Looks only at what is in memory. With no Outer, Name is a full path: a short name finds nothing. */
+UObject* StaticFindObject(UClass* Class, UObject* Outer, const TCHAR* Name, bool ExactClass = false);
+/** The object of this very name directly in Outer. */
+UObject* StaticFindObjectFast(UClass* Class, UObject* Outer, FName Name, bool ExactClass = false);
+/** Finds an object by its short name, in whatever package. Which one, when there are several, is not defined. */
+UObject* StaticFindFirstObject(UClass* Class, const TCHAR* Name,
+	EFindFirstObjectOptions Options = EFindFirstObjectOptions::None,
+	ELogVerbosity::Type AmbiguousMessageVerbosity = ELogVerbosity::NoLogging, const TCHAR* CurrentOperation = nullptr);
+/** The same; null while a package is saved or garbage is collected. */
+UObject* StaticFindFirstObjectSafe(UClass* Class, const TCHAR* Name,
+	EFindFirstObjectOptions Options = EFindFirstObjectOptions::None,
+	ELogVerbosity::Type AmbiguousMessageVerbosity = ELogVerbosity::NoLogging, const TCHAR* CurrentOperation = nullptr);
+
+template <typename T>
+T* FindObject(UObject* Outer, const TCHAR* Name, bool ExactClass = false)
+{
+	return static_cast<T*>(StaticFindObject(T::StaticClass(), Outer, Name, ExactClass));
+}
+
+template <typename T>
+T* FindObjectChecked(UObject* Outer, const TCHAR* Name, bool ExactClass = false)
+{
+	T* Result = FindObject<T>(Outer, Name, ExactClass);
+	checkf(Result, TEXT("Failed to find object '%s'"), Name);
+	return Result;
+}
+
+template <typename T>
+T* FindObjectFast(UObject* Outer, FName Name, bool ExactClass = false)
+{
+	return static_cast<T*>(StaticFindObjectFast(T::StaticClass(), Outer, Name, ExactClass));
+}
+
+template <typename T>
+T* FindFirstObject(const TCHAR* Name, EFindFirstObjectOptions Options = EFindFirstObjectOptions::None,
+	ELogVerbosity::Type AmbiguousMessageVerbosity = ELogVerbosity::NoLogging, const TCHAR* CurrentOperation = nullptr)
+{
+	return static_cast<T*>(
+		StaticFindFirstObject(T::StaticClass(), Name, Options, AmbiguousMessageVerbosity, CurrentOperation));
+}
+
+template <typename T>
+T* FindFirstObjectSafe(const TCHAR* Name, EFindFirstObjectOptions Options = EFindFirstObjectOptions::None,
+	ELogVerbosity::Type AmbiguousMessageVerbosity = ELogVerbosity::NoLogging, const TCHAR* CurrentOperation = nullptr)
+{
+	return static_cast<T*>(
+		StaticFindFirstObjectSafe(T::StaticClass(), Name, Options, AmbiguousMessageVerbosity, CurrentOperation));
+}
+
+/**
+ * Frees every object that is not reached from the root set, from an object with one of the flags, or from a native
+ * class. What is reached through a reflected variable, an outer, a class or AddReferencedObjects stays.
+ */
+void CollectGarbage(EObjectFlags KeepFlags, bool bPerformFullPurge = true);
+bool IsGarbageCollecting();
+
+/** Events of the object system. */
+struct FCoreUObjectDelegates
+{
+	DECLARE_MULTICAST_DELEGATE_TwoParams(FOnObjectPropertyChanged, UObject*, FPropertyChangedEvent&);
+	static FOnObjectPropertyChanged OnObjectPropertyChanged;
+
+	static FSimpleMulticastDelegate& GetPreGarbageCollectDelegate();
+	static FSimpleMulticastDelegate& GetPostGarbageCollect();
+};
+
+/** Told of each reference of an object while garbage is collected. */
+class FReferenceCollector
+{
+public:
+	virtual ~FReferenceCollector() = default;
+
+	template <typename T>
+	void AddReferencedObject(T*& Object)
+	{
+		HandleObjectReference(Object);
+	}
+	template <typename T>
+	void AddReferencedObject(T* const& Object)
+	{
+		HandleObjectReference(Object);
+	}
+	template <typename PointerType>
+	void AddReferencedObject(const PointerType& Pointer) requires requires
+	{
+		Pointer.Get();
+	}
+	{
+		HandleObjectReference(Pointer.Get());
+	}
+	template <typename RangeType>
+	void AddReferencedObjects(RangeType& Objects)
+	{
+		for (auto& Object : Objects)
+		{
+			AddReferencedObject(Object);
+		}
+	}
+
+protected:
+	virtual void HandleObjectReference(const UObjectBase* Object) = 0;
+};

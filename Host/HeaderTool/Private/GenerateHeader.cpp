@@ -1,0 +1,113 @@
+#include "Generate.h"
+
+#include <algorithm>
+
+namespace
+{
+std::string GetFileId(const FModule& Module, const FParsedHeader& Header)
+{
+	return "FID_" + Module.Name + "_" + Header.Stem;
+}
+
+/** A macro's text: each line but the last ends in a backslash. */
+std::string FormatMacro(const std::string& Name, const std::vector<std::string>& Lines)
+{
+	std::string Text = "#define " + Name;
+	for (const std::string& Line : Lines)
+	{
+		Text += " \\\n\t" + Line;
+	}
+	return Text + "\n\n";
+}
+
+std::vector<std::string> GetStructBody(const FParsedStruct& Struct)
+{
+	std::vector<std::string> Lines = { "friend struct FReflected_" + Struct.Name + ";",
+		"static class UScriptStruct* StaticStruct();" };
+	if (!Struct.Super.empty())
+	{
+		Lines.push_back("using Super = " + Struct.Super + ";");
+	}
+	return Lines;
+}
+
+std::vector<std::string> GetClassBody(const FParsedStruct& Class)
+{
+	std::vector<std::string> Lines = { "private:", "friend struct FReflected_" + Class.Name + ";",
+		"public:", "DECLARE_REFLECTED_CLASS(" + Class.Name + ", " + Class.Super + ")" };
+	for (const FParsedFunction& Function : Class.Functions)
+	{
+		if (NeedsImplementationDeclared(Class, Function))
+		{
+			Lines.push_back("virtual " + FormatReturnType(Function) + " " + Function.Name + "_Implementation(" +
+							FormatParameters(Function) + ")" + (Function.bConst ? " const;" : ";"));
+		}
+	}
+	Lines.push_back("private:");
+	return Lines;
+}
+
+std::string FormatEnumDeclarations(const FModule& Module, const FParsedEnum& Enum)
+{
+	if (Enum.Underlying.empty() && !Enum.bScoped)
+	{
+		return {}; // such an enum cannot be declared before its definition
+	}
+	std::string Text = std::string("enum ") + (Enum.bScoped ? "class " : "") + Enum.Name +
+					   (Enum.Underlying.empty() ? "" : " : " + Enum.Underlying) + ";\n";
+	if (Enum.bScoped)
+	{
+		Text += "template <> struct TIsUEnumClass<" + Enum.Name + ">\n{\n\tenum { Value = true };\n};\n";
+	}
+	return Text + "template <> " + Module.ApiMacro + " class UEnum* StaticEnum<" + Enum.Name + ">();\n\n";
+}
+}
+
+bool NeedsImplementationDeclared(const FParsedStruct& Class, const FParsedFunction& Function)
+{
+	return Function.Event == EEventKind::Native &&
+		   std::find(Class.OwnImplementations.begin(), Class.OwnImplementations.end(),
+			   Function.Name + "_Implementation") == Class.OwnImplementations.end();
+}
+
+std::string FormatReturnType(const FParsedFunction& Function)
+{
+	return Function.bReturns ? Function.Parameters.back().Type.ToString() : "void";
+}
+
+std::string FormatParameters(const FParsedFunction& Function)
+{
+	std::string Text;
+	const size_t Count = Function.Parameters.size() - Function.bReturns;
+	for (size_t Index = 0; Index < Count; ++Index)
+	{
+		const FParsedProperty& Parameter = Function.Parameters[Index];
+		Text += (Index == 0 ? "" : ", ") + Parameter.Type.ToString() + " " + Parameter.Name;
+	}
+	return Text;
+}
+
+std::string GenerateHeader(const FModule& Module, const FParsedHeader& Header)
+{
+	const std::string FileId = GetFileId(Module, Header);
+	std::string Text =
+		"// Written by HeaderTool from " + Header.IncludePath + ".\n\n#include \"UObject/ObjectMacros.h\"\n\n";
+	Text += "#ifdef " + FileId + "_INCLUDED\n#error \"" + Header.Stem +
+			".generated.h already included, missing '#pragma once' in " + Header.Stem + ".h\"\n#endif\n";
+	Text += "#define " + FileId + "_INCLUDED\n\n";
+
+	for (const FParsedEnum& Enum : Header.Enums)
+	{
+		Text += Enum.bNoExport ? "" : FormatEnumDeclarations(Module, Enum);
+	}
+	for (const FParsedStruct& Struct : Header.Structs)
+	{
+		if (!Struct.bNoExport)
+		{
+			Text += FormatMacro(FileId + "_" + std::to_string(Struct.BodyLine) + "_GENERATED_BODY",
+				Struct.bClass ? GetClassBody(Struct) : GetStructBody(Struct));
+			Text += Struct.bClass ? "" : "struct " + Struct.Name + ";\n";
+		}
+	}
+	return Text + "#undef CURRENT_FILE_ID\n#define CURRENT_FILE_ID " + FileId + "\n";
+}
