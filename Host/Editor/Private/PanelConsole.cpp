@@ -89,7 +89,7 @@ bool FPanelConsole::Start()
 FPanelConsole::FView FPanelConsole::Look() const
 {
 	FView View;
-	Collect(FSlateAccessibleWidgetCache::GetAccessibleWidgetChecked(Tab.ToSharedRef()), View);
+	Collect(FSlateAccessibleWidgetCache::GetAccessibleWidgetChecked(Tab->GetContent()), View);
 	return View;
 }
 

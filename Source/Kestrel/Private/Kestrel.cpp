@@ -13,6 +13,7 @@
 #include "Modules/ModuleManager.h"
 #include "Textures/SlateIcon.h"
 #include "ToolMenus.h"
+#include "UObject/Class.h"
 #include "Widget/KestrelStyle.h"
 #include "Widget/SKestrelWidget.h"
 #include "Widgets/Docking/SDockTab.h"

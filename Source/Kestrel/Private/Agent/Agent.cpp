@@ -6,6 +6,7 @@
 #include "Dom/JsonValue.h"
 #include "KestrelSettings.h"
 #include "Misc/Guid.h"
+#include "UObject/Class.h"
 #include "Widget/KestrelInterface.h"
 
 /** What is done on entering a state; the text is the state's payload, or empty. */

@@ -11,6 +11,7 @@
 #include "Misc/App.h"
 #include "Misc/EngineVersion.h"
 #include "Misc/Paths.h"
+#include "UObject/Class.h"
 #include "Widget/KestrelInterface.h"
 
 namespace HTTPAPI

@@ -7,6 +7,7 @@
 #include "Misc/DateTime.h"
 #include "Misc/FileHelper.h"
 #include "Misc/Paths.h"
+#include "UObject/Class.h"
 
 const FName FKestrelInterface::RegularFontName("Regular");
 const FName FKestrelInterface::BoldFontName("Bold");

@@ -7,6 +7,7 @@
 #include "Styling/AppStyle.h"
 #include "Styling/CoreStyle.h"
 #include "Styling/SlateTypes.h"
+#include "UObject/Class.h"
 #include "Widget/KestrelInterface.h"
 #include "Widgets/Input/SButton.h"
 #include "Widgets/Layout/SBorder.h"

@@ -1,0 +1,382 @@
+#include "Widgets/Text/SMultiLineEditableText.h"
+
+#include "Application/SlateApplicationBase.h"
+#include "Fonts/FontMeasure.h"
+#include "Rendering/DrawElements.h"
+#include "Rendering/SlateRenderer.h"
+#include "Styling/AppStyle.h"
+#include "Widgets/Accessibility/SlateAccessibleWidgets.h"
+
+namespace EditableText
+{
+// Slate units.
+constexpr float CursorWidth = 1.0f;
+constexpr float HintOpacity = 0.5f;
+// Layout rounds: a text that has all the height it asked for must not keep the wheel from its parents.
+constexpr double RoundingError = 0.5;
+
+static TSharedRef<FSlateFontMeasure> Measure()
+{
+	return FSlateApplicationBase::Get().GetRenderer()->GetFontMeasureService();
+}
+}
+
+SMultiLineEditableText::SMultiLineEditableText()
+{
+	Lines.Add(FString());
+}
+
+void SMultiLineEditableText::Construct(const FArguments& InArgs)
+{
+	SetTextStyle(InArgs._TextStyle != nullptr ? InArgs._TextStyle
+											  : &FAppStyle::Get().GetWidgetStyle<FTextBlockStyle>("NormalText"));
+	FontOverride.Assign(this, InArgs._Font);
+	Margin.Assign(this, InArgs._Margin);
+	AutoWrapText.Assign(this, InArgs._AutoWrapText);
+	WrapTextAt.Assign(this, InArgs._WrapTextAt);
+	HintText = InArgs._HintText;
+	IsReadOnlyAttribute = InArgs._IsReadOnly;
+	SelectAllTextWhenFocused = InArgs._SelectAllTextWhenFocused;
+	ClearTextSelectionOnFocusLoss = InArgs._ClearTextSelectionOnFocusLoss;
+	ClearKeyboardFocusOnCommit = InArgs._ClearKeyboardFocusOnCommit;
+	OnKeyDownHandler = InArgs._OnKeyDownHandler;
+	OnKeyCharHandler = InArgs._OnKeyCharHandler;
+	ModiferKeyForNewLine = InArgs._ModiferKeyForNewLine;
+	// The first text is no change.
+	SetText(InArgs._Text);
+	OnTextChanged = InArgs._OnTextChanged;
+	OnTextCommitted = InArgs._OnTextCommitted;
+}
+
+void SMultiLineEditableText::SetText(const TAttribute<FText>& InText)
+{
+	BoundText = InText;
+	RefreshBoundText();
+}
+
+bool SMultiLineEditableText::RefreshBoundText()
+{
+	const FString NewText = BoundText.Get(FText::GetEmpty()).ToString();
+	if (FString::Join(FWrappedText::SplitIntoParagraphs(NewText), LINE_TERMINATOR).Equals(GetPlainText().ToString()))
+	{
+		return false;
+	}
+	ReplaceAll(NewText);
+	return true;
+}
+
+void SMultiLineEditableText::ReplaceAll(const FString& NewText)
+{
+	Lines = FWrappedText::SplitIntoParagraphs(NewText);
+	Cursor = GetEnd();
+	SelectionAnchor = Cursor;
+	NotifyTextChanged();
+}
+
+void SMultiLineEditableText::NotifyTextChanged()
+{
+	InvalidateText();
+	OnTextChanged.ExecuteIfBound(GetPlainText());
+}
+
+void SMultiLineEditableText::InvalidateText()
+{
+	bLayoutIsStale = true;
+	Invalidate(EInvalidateWidgetReason::Layout);
+	KeepCursorInView();
+}
+
+FText SMultiLineEditableText::GetText() const
+{
+	return BoundText.IsBound() ? BoundText.Get() : GetPlainText();
+}
+
+FText SMultiLineEditableText::GetPlainText() const
+{
+	return FText::FromString(FString::Join(Lines, LINE_TERMINATOR));
+}
+
+FText SMultiLineEditableText::GetSelectedText() const
+{
+	return FText::FromString(GetTextBetween(GetSelectionStart(), GetSelectionEnd()));
+}
+
+FString SMultiLineEditableText::GetTextBetween(const FTextLocation& From, const FTextLocation& To) const
+{
+	if (From.GetLineIndex() == To.GetLineIndex())
+	{
+		return Lines[From.GetLineIndex()].Mid(From.GetOffset(), To.GetOffset() - From.GetOffset());
+	}
+	FString Text = Lines[From.GetLineIndex()].Mid(From.GetOffset());
+	for (int32 Index = From.GetLineIndex() + 1; Index < To.GetLineIndex(); ++Index)
+	{
+		Text += LINE_TERMINATOR;
+		Text += Lines[Index];
+	}
+	return Text + LINE_TERMINATOR + Lines[To.GetLineIndex()].Left(To.GetOffset());
+}
+
+void SMultiLineEditableText::SetHintText(const TAttribute<FText>& InHintText)
+{
+	HintText = InHintText;
+	Invalidate(EInvalidateWidgetReason::Layout);
+}
+
+void SMultiLineEditableText::SetTextStyle(const FTextBlockStyle* InTextStyle)
+{
+	TextStyle = InTextStyle != nullptr ? *InTextStyle : FTextBlockStyle::GetDefault();
+	InvalidateText();
+}
+
+FTextLocation SMultiLineEditableText::Insert(const FTextLocation& Location, const FString& Text)
+{
+	const TArray<FString> Inserted = FWrappedText::SplitIntoParagraphs(Text);
+	FString& Line = Lines[Location.GetLineIndex()];
+	const FString Rest = Line.Mid(Location.GetOffset());
+	Line = Line.Left(Location.GetOffset()) + Inserted[0];
+	int32 LineIndex = Location.GetLineIndex();
+	for (int32 Index = 1; Index < Inserted.Num(); ++Index)
+	{
+		Lines.Insert(Inserted[Index], ++LineIndex);
+	}
+	const FTextLocation End(LineIndex, Lines[LineIndex].Len());
+	Lines[LineIndex] += Rest;
+	return End;
+}
+
+void SMultiLineEditableText::InsertTextAtCursor(const FString& InString)
+{
+	if (IsTextReadOnly() || InString.IsEmpty())
+	{
+		return;
+	}
+	DeleteSelection();
+	Cursor = Insert(Cursor, InString);
+	SelectionAnchor = Cursor;
+	NotifyTextChanged();
+}
+
+void SMultiLineEditableText::DeleteSelection()
+{
+	const FTextLocation From = GetSelectionStart();
+	const FTextLocation To = GetSelectionEnd();
+	const FString Rest = Lines[To.GetLineIndex()].Mid(To.GetOffset());
+	Lines[From.GetLineIndex()] = Lines[From.GetLineIndex()].Left(From.GetOffset()) + Rest;
+	for (int32 Index = To.GetLineIndex(); Index > From.GetLineIndex(); --Index)
+	{
+		Lines.RemoveAt(Index);
+	}
+	Cursor = From;
+	SelectionAnchor = From;
+}
+
+void SMultiLineEditableText::DeleteTo(const FTextLocation& Other)
+{
+	if (!AnyTextSelected())
+	{
+		SelectionAnchor = Other;
+	}
+	if (AnyTextSelected())
+	{
+		DeleteSelection();
+		NotifyTextChanged();
+	}
+}
+
+void SMultiLineEditableText::GoTo(const FTextLocation& NewLocation)
+{
+	MoveCursor(ClampToText(NewLocation), false);
+}
+
+void SMultiLineEditableText::GoTo(ETextLocation NewLocation)
+{
+	switch (NewLocation)
+	{
+	case ETextLocation::BeginningOfDocument:
+		return MoveCursor(FTextLocation(0, 0), false);
+	case ETextLocation::EndOfDocument:
+		return MoveCursor(GetEnd(), false);
+	case ETextLocation::BeginningOfLine:
+		return MoveCursor(FTextLocation(Cursor.GetLineIndex(), 0), false);
+	case ETextLocation::EndOfLine:
+		return MoveCursor(FTextLocation(Cursor.GetLineIndex(), Lines[Cursor.GetLineIndex()].Len()), false);
+	}
+}
+
+void SMultiLineEditableText::SelectAllText()
+{
+	SelectionAnchor = FTextLocation(0, 0);
+	Cursor = GetEnd();
+}
+
+void SMultiLineEditableText::ClearSelection()
+{
+	SelectionAnchor = Cursor;
+}
+
+void SMultiLineEditableText::Refresh()
+{
+	if (BoundText.IsBound())
+	{
+		RefreshBoundText();
+	}
+}
+
+FSlateFontInfo SMultiLineEditableText::GetFont() const
+{
+	return FontOverride.Get().HasValidFont() ? FontOverride.Get() : TextStyle.Font;
+}
+
+float SMultiLineEditableText::GetWrapWidth() const
+{
+	const float Allotted =
+		AutoWrapText.Get() ? static_cast<float>(AllottedSize.X) - Margin.Get().GetTotalSpaceAlong<Orient_Horizontal>()
+						   : 0.0f;
+	if (WrapTextAt.Get() > 0.0f)
+	{
+		return Allotted > 0.0f ? FMath::Min(Allotted, WrapTextAt.Get()) : WrapTextAt.Get();
+	}
+	return Allotted;
+}
+
+const FWrappedText& SMultiLineEditableText::GetLayout() const
+{
+	const FSlateFontInfo Font = GetFont();
+	const float WrapWidth = GetWrapWidth();
+	if (bLayoutIsStale || WrapWidth != LaidOutWidth || !(Font == LaidOutFont))
+	{
+		bLayoutIsStale = false;
+		LaidOutWidth = WrapWidth;
+		LaidOutFont = Font;
+		Layout.Update(Lines, Font, WrapWidth);
+	}
+	return Layout;
+}
+
+FVector2D SMultiLineEditableText::ComputeDesiredSize(float LayoutScaleMultiplier) const
+{
+	FVector2D Size = GetLayout().GetSize();
+	if (IsEmpty())
+	{
+		const FString Hint = GetHintText().ToString();
+		const FVector2D HintSize = EditableText::Measure()->Measure(Hint, GetFont());
+		Size = FVector2D(FMath::Max(Size.X, HintSize.X), Size.Y);
+	}
+	return Size + FVector2D(EditableText::CursorWidth, 0.0) + Margin.Get().GetDesiredSize();
+}
+
+void SMultiLineEditableText::Tick(
+	const FGeometry& AllottedGeometry, const double InCurrentTime, const float InDeltaTime)
+{
+	const FVector2D NewSize = AllottedGeometry.GetLocalSize();
+	if (NewSize.X != AllottedSize.X && AutoWrapText.Get())
+	{
+		Invalidate(EInvalidateWidgetReason::Layout);
+	}
+	AllottedSize = NewSize;
+	ScrollOffset = FMath::Clamp(ScrollOffset, 0.0f, GetLongestScrollOffset());
+	// While somebody is typing, what they have typed stands.
+	if (BoundText.IsBound() && (IsTextReadOnly() || !HasKeyboardFocus()))
+	{
+		RefreshBoundText();
+	}
+}
+
+float SMultiLineEditableText::GetLongestScrollOffset() const
+{
+	const double TextHeight = GetLayout().GetSize().Y + Margin.Get().GetDesiredSize().Y;
+	const double Excess = TextHeight - AllottedSize.Y;
+	return Excess > EditableText::RoundingError ? static_cast<float>(Excess) : 0.0f;
+}
+
+void SMultiLineEditableText::KeepCursorInView()
+{
+	if (AllottedSize.Y <= 0.0)
+	{
+		return;
+	}
+	const FWrappedText& Shown = GetLayout();
+	const float CursorTop =
+		static_cast<float>(Shown.FindLine(Cursor.GetLineIndex(), Cursor.GetOffset())) * Shown.GetLineHeight();
+	const float SmallestOffset = CursorTop + Shown.GetLineHeight() - static_cast<float>(AllottedSize.Y);
+	ScrollOffset = FMath::Min(FMath::Max(ScrollOffset, SmallestOffset), CursorTop);
+	ScrollOffset = FMath::Clamp(ScrollOffset, 0.0f, GetLongestScrollOffset());
+}
+
+float SMultiLineEditableText::GetCursorX(const FWrappedText::FLine& Line, int32 Offset) const
+{
+	const FStringView Before =
+		FStringView(Lines[Line.ParagraphIndex]).Mid(Line.Begin, FMath::Clamp(Offset - Line.Begin, 0, Line.Length));
+	return static_cast<float>(EditableText::Measure()->Measure(Before, GetFont()).X);
+}
+
+int32 SMultiLineEditableText::OnPaint(const FPaintArgs& Args, const FGeometry& AllottedGeometry,
+	const FSlateRect& MyCullingRect, FSlateWindowElementList& OutDrawElements, int32 LayerId,
+	const FWidgetStyle& InWidgetStyle, bool bParentEnabled) const
+{
+	FLinearColor Tint = InWidgetStyle.GetColorAndOpacityTint() * TextStyle.ColorAndOpacity.GetColor(InWidgetStyle);
+	if (IsEmpty())
+	{
+		const FGeometry HintGeometry = AllottedGeometry.MakeChild(
+			AllottedGeometry.GetLocalSize(), FSlateLayoutTransform(Margin.Get().GetTopLeft()));
+		FSlateDrawElement::MakeText(OutDrawElements, LayerId + 1, HintGeometry, MyCullingRect, GetHintText().ToString(),
+			GetFont(), Tint.CopyWithNewOpacity(Tint.A * EditableText::HintOpacity));
+	}
+	return PaintText(AllottedGeometry, MyCullingRect, OutDrawElements, LayerId, Tint);
+}
+
+int32 SMultiLineEditableText::PaintText(const FGeometry& AllottedGeometry, const FSlateRect& MyCullingRect,
+	FSlateWindowElementList& OutDrawElements, int32 LayerId, const FLinearColor& Tint) const
+{
+	const FWrappedText& Shown = GetLayout();
+	const float Top = Margin.Get().Top - ScrollOffset;
+	const float ViewTop = AllottedGeometry.AbsoluteToLocal(MyCullingRect.GetTopLeft()).Y - Top;
+	const float ViewEnd = ViewTop + static_cast<float>(MyCullingRect.GetSize().Y) / AllottedGeometry.GetScale();
+	int32 First = 0;
+	int32 Count = 0;
+	Shown.FindLinesBetween(ViewTop, ViewEnd, First, Count);
+	for (int32 Index = First; Index < First + Count; ++Index)
+	{
+		const FWrappedText::FLine& Line = Shown.GetLines()[Index];
+		const float Y = Top + static_cast<float>(Index) * Shown.GetLineHeight();
+		const FGeometry LineGeometry = AllottedGeometry.MakeChild(
+			FVector2D(Line.Width, Shown.GetLineHeight()), FSlateLayoutTransform(FVector2D(Margin.Get().Left, Y)));
+		PaintSelection(Line, Y, AllottedGeometry, MyCullingRect, OutDrawElements, LayerId, Tint);
+		FSlateDrawElement::MakeText(OutDrawElements, LayerId + 1, LineGeometry, MyCullingRect,
+			Lines[Line.ParagraphIndex].Mid(Line.Begin, Line.Length), GetFont(), Tint);
+	}
+	return LayerId + 1;
+}
+
+void SMultiLineEditableText::PaintSelection(const FWrappedText::FLine& Line, float Y, const FGeometry& AllottedGeometry,
+	const FSlateRect& MyCullingRect, FSlateWindowElementList& OutDrawElements, int32 LayerId,
+	const FLinearColor& Tint) const
+{
+	const FTextLocation LineBegin(Line.ParagraphIndex, Line.Begin);
+	const FTextLocation LineEnd(Line.ParagraphIndex, Line.End());
+	const auto PaintSpan = [&](float Left, float Right, const FLinearColor& Color) {
+		const FGeometry Span = AllottedGeometry.MakeChild(FVector2D(Right - Left, GetLayout().GetLineHeight()),
+			FSlateLayoutTransform(FVector2D(Margin.Get().Left + Left, Y)));
+		FSlateDrawElement::MakeBox(
+			OutDrawElements, LayerId, Span, MyCullingRect, FAppStyle::GetBrush("WhiteBrush"), Color);
+	};
+	const FTextLocation From = GetSelectionStart() < LineBegin ? LineBegin : GetSelectionStart();
+	const FTextLocation To = LineEnd < GetSelectionEnd() ? LineEnd : GetSelectionEnd();
+	if (From < To)
+	{
+		PaintSpan(GetCursorX(Line, From.GetOffset()), GetCursorX(Line, To.GetOffset()),
+			TextStyle.SelectedBackgroundColor.GetSpecifiedColor());
+	}
+	const bool bHoldsCursor =
+		Cursor.GetLineIndex() == Line.ParagraphIndex && !(Cursor < LineBegin) && !(LineEnd < Cursor);
+	if (bHoldsCursor && HasKeyboardFocus() && !IsTextReadOnly())
+	{
+		const float X = GetCursorX(Line, Cursor.GetOffset());
+		PaintSpan(X, X + EditableText::CursorWidth, Tint);
+	}
+}
+
+TSharedRef<FSlateAccessibleWidget> SMultiLineEditableText::CreateAccessibleWidget()
+{
+	return MakeShared<FSlateAccessibleMultiLineEditableText>(AsShared());
+}

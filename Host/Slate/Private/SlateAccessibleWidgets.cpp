@@ -1,0 +1,57 @@
+#include "Widgets/Accessibility/SlateAccessibleWidgets.h"
+
+#include "Framework/Application/SlateApplication.h"
+#include "Widgets/Input/SButton.h"
+#include "Widgets/Text/SMultiLineEditableText.h"
+
+void FSlateAccessibleButton::Activate()
+{
+	const TSharedPtr<SWidget> Pinned = Widget.Pin();
+	if (!Pinned.IsValid() || !IsEnabled() || IsHidden())
+	{
+		return;
+	}
+	const TSharedRef<SButton> Button = StaticCastSharedRef<SButton>(Pinned.ToSharedRef());
+	if (Button->SupportsKeyboardFocus())
+	{
+		FSlateApplication::Get().SetKeyboardFocus(Button, EFocusCause::Mouse);
+	}
+	FSlateApplication::Get().ProcessExternalReply(Button, Button->ExecuteOnClick());
+}
+
+FString FSlateAccessibleMultiLineEditableText::GetText() const
+{
+	const TSharedPtr<SWidget> Pinned = Widget.Pin();
+	return Pinned.IsValid() ? StaticCastSharedPtr<SMultiLineEditableText>(Pinned)->GetPlainText().ToString()
+							: FString();
+}
+
+bool FSlateAccessibleMultiLineEditableText::IsReadOnly() const
+{
+	const TSharedPtr<SWidget> Pinned = Widget.Pin();
+	return !Pinned.IsValid() || StaticCastSharedPtr<SMultiLineEditableText>(Pinned)->IsTextReadOnly();
+}
+
+void FSlateAccessibleMultiLineEditableText::SetValue(const FString& Value)
+{
+	const TSharedPtr<SMultiLineEditableText> Text = StaticCastSharedPtr<SMultiLineEditableText>(Widget.Pin());
+	if (IsReadOnly() || !IsEnabled() || !FSlateApplication::Get().SetKeyboardFocus(Text))
+	{
+		return;
+	}
+	Text->SelectAllText();
+	FSlateApplication& Application = FSlateApplication::Get();
+	Application.ProcessKeyCharEvent(FCharacterEvent(TEXT('\b'), FModifierKeysState(), 0, false));
+	for (const TCHAR Character : Value)
+	{
+		// Typing Enter would send a prompt, and Tab would leave it: inside a text both are pasted.
+		if (Character < TEXT(' '))
+		{
+			Text->InsertTextAtCursor(FString::Chr(Character));
+		}
+		else
+		{
+			Application.ProcessKeyCharEvent(FCharacterEvent(Character, FModifierKeysState(), 0, false));
+		}
+	}
+}

@@ -1,0 +1,241 @@
+#include "Framework/Application/SlateApplication.h"
+
+namespace SlateApplicationInput
+{
+
+/** The innermost widget at a place and its parents below Widget, appended to OutPath; false if Widget is not hit. */
+static bool HitTest(const FArrangedWidget& Arranged, const FVector2D& Position, FSlateWidgetPath& OutPath)
+{
+	const EVisibility Visibility = Arranged.Widget->GetVisibility();
+	if (!Arranged.Geometry.IsUnderLocation(Position))
+	{
+		return false;
+	}
+	OutPath.Add(Arranged.Widget);
+	if (Visibility.AreChildrenHitTestVisible())
+	{
+		FArrangedChildren Children(EVisibility::Visible);
+		Arranged.Widget->ArrangeChildren(Arranged.Geometry, Children);
+		for (int32 Index = Children.Num() - 1; Index >= 0; --Index)
+		{
+			if (HitTest(Children[Index], Position, OutPath))
+			{
+				return true;
+			}
+		}
+	}
+	if (Visibility.IsHitTestVisible())
+	{
+		return true;
+	}
+	OutPath.RemoveAt(OutPath.Num() - 1);
+	return false;
+}
+
+static void CollectFocusable(const TSharedRef<SWidget>& Widget, TArray<TSharedRef<SWidget>>& OutWidgets)
+{
+	if (!Widget->GetVisibility().IsVisible() || !Widget->IsEnabled())
+	{
+		return;
+	}
+	if (Widget->SupportsKeyboardFocus())
+	{
+		OutWidgets.Add(Widget);
+	}
+	FChildren& Children = *Widget->GetChildren();
+	for (int32 Index = 0; Index < Children.Num(); ++Index)
+	{
+		CollectFocusable(Children.GetChildAt(Index), OutWidgets);
+	}
+}
+
+}
+
+FSlateWidgetPath FSlateApplication::LocateWidgetsUnder(const FVector2D& ScreenPosition) const
+{
+	FSlateWidgetPath Path;
+	for (int32 Index = Windows.Num() - 1; Index >= 0 && Path.Num() == 0; --Index)
+	{
+		const TSharedRef<SWindow>& Window = Windows[Index];
+		if (!Window->IsWindowMinimized() && Window->GetVisibility().IsVisible())
+		{
+			SlateApplicationInput::HitTest(
+				FArrangedWidget(Window, Window->GetWindowGeometryInScreen()), ScreenPosition, Path);
+		}
+	}
+	return Path;
+}
+
+FReply FSlateApplication::RouteUpwards(const FSlateWidgetPath& Path, const TFunction<FReply(SWidget&)>& SendTo)
+{
+	for (int32 Index = Path.Num() - 1; Index >= 0; --Index)
+	{
+		if (!Path[Index]->IsEnabled())
+		{
+			continue;
+		}
+		FReply Reply = SendTo(Path[Index].Get());
+		if (Reply.IsEventHandled())
+		{
+			Reply.SetHandler(Path[Index]);
+			ProcessReply(Reply);
+			return Reply;
+		}
+	}
+	return FReply::Unhandled();
+}
+
+bool FSlateApplication::ProcessKeyDownEvent(const FKeyEvent& InKeyEvent)
+{
+	const FSlateWidgetPath Path = GetFocusPath();
+	for (const TSharedRef<SWidget>& Widget : Path)
+	{
+		if (!Widget->IsEnabled())
+		{
+			continue;
+		}
+		const FReply Reply = Widget->OnPreviewKeyDown(Widget->GetCachedGeometry(), InKeyEvent);
+		if (Reply.IsEventHandled())
+		{
+			ProcessReply(Reply);
+			return true;
+		}
+	}
+	return RouteUpwards(Path, [&InKeyEvent](SWidget& Widget) {
+		return Widget.OnKeyDown(Widget.GetCachedGeometry(), InKeyEvent);
+	}).IsEventHandled();
+}
+
+bool FSlateApplication::ProcessKeyUpEvent(const FKeyEvent& InKeyEvent)
+{
+	return RouteUpwards(GetFocusPath(), [&InKeyEvent](SWidget& Widget) {
+		return Widget.OnKeyUp(Widget.GetCachedGeometry(), InKeyEvent);
+	}).IsEventHandled();
+}
+
+bool FSlateApplication::ProcessKeyCharEvent(const FCharacterEvent& InCharacterEvent)
+{
+	return RouteUpwards(GetFocusPath(), [&InCharacterEvent](SWidget& Widget) {
+		return Widget.OnKeyChar(Widget.GetCachedGeometry(), InCharacterEvent);
+	}).IsEventHandled();
+}
+
+FReply FSlateApplication::RoutePointerEvent(const FPointerEvent& Event, const TFunction<FReply(SWidget&)>& SendTo)
+{
+	const TSharedPtr<SWidget> Captor = MouseCaptor.Pin();
+	if (Captor.IsValid())
+	{
+		return RouteUpwards({ Captor.ToSharedRef() }, SendTo);
+	}
+	FSlateWidgetPath Path = LocateWidgetsUnder(Event.GetScreenSpacePosition());
+	const int32 FirstDisabled =
+		Path.IndexOfByPredicate([](const TSharedRef<SWidget>& Widget) { return !Widget->IsEnabled(); });
+	while (FirstDisabled != INDEX_NONE && Path.Num() > FirstDisabled)
+	{
+		Path.RemoveAt(Path.Num() - 1);
+	}
+	return RouteUpwards(Path, SendTo);
+}
+
+bool FSlateApplication::ProcessMouseButtonDownEvent(
+	const TSharedPtr<FGenericWindow>& PlatformWindow, const FPointerEvent& InMouseEvent)
+{
+	const TSharedPtr<SWidget> FocusedBefore = GetKeyboardFocusedWidget();
+	const FSlateWidgetPath Path = LocateWidgetsUnder(InMouseEvent.GetScreenSpacePosition());
+	const FReply Reply = RoutePointerEvent(InMouseEvent, [&InMouseEvent](SWidget& Widget) {
+		return Widget.OnMouseButtonDown(Widget.GetCachedGeometry(), InMouseEvent);
+	});
+	const bool bFocusWasMoved = Reply.GetUserFocusRecepient().IsValid() || Reply.ShouldReleaseUserFocus() ||
+								GetKeyboardFocusedWidget() != FocusedBefore;
+	if (!bFocusWasMoved)
+	{
+		FocusInnermost(Path);
+	}
+	return Reply.IsEventHandled();
+}
+
+void FSlateApplication::FocusInnermost(const FSlateWidgetPath& Path)
+{
+	const int32 FirstDisabled =
+		Path.IndexOfByPredicate([](const TSharedRef<SWidget>& Widget) { return !Widget->IsEnabled(); });
+	for (int32 Index = (FirstDisabled == INDEX_NONE ? Path.Num() : FirstDisabled) - 1; Index >= 0; --Index)
+	{
+		if (Path[Index]->SupportsKeyboardFocus())
+		{
+			SetKeyboardFocus(Path[Index], EFocusCause::Mouse);
+			return;
+		}
+	}
+}
+
+bool FSlateApplication::ProcessMouseButtonUpEvent(const FPointerEvent& InMouseEvent)
+{
+	return RoutePointerEvent(InMouseEvent, [&InMouseEvent](SWidget& Widget) {
+		return Widget.OnMouseButtonUp(Widget.GetCachedGeometry(), InMouseEvent);
+	}).IsEventHandled();
+}
+
+bool FSlateApplication::ProcessMouseMoveEvent(const FPointerEvent& InMouseEvent, bool bIsSynthetic)
+{
+	HoverPath = TArray<TWeakPtr<SWidget>>(LocateWidgetsUnder(InMouseEvent.GetScreenSpacePosition()));
+	return RoutePointerEvent(InMouseEvent, [&InMouseEvent](SWidget& Widget) {
+		return Widget.OnMouseMove(Widget.GetCachedGeometry(), InMouseEvent);
+	}).IsEventHandled();
+}
+
+bool FSlateApplication::ProcessMouseWheelOrGestureEvent(
+	const FPointerEvent& InWheelEvent, const FPointerEvent* InGestureEvent)
+{
+	return RoutePointerEvent(InWheelEvent, [&InWheelEvent](SWidget& Widget) {
+		return Widget.OnMouseWheel(Widget.GetCachedGeometry(), InWheelEvent);
+	}).IsEventHandled();
+}
+
+void FSlateApplication::ProcessReply(const FReply& Reply)
+{
+	if (Reply.ShouldReleaseMouse())
+	{
+		MouseCaptor.Reset();
+	}
+	if (Reply.GetMouseCaptor().IsValid())
+	{
+		MouseCaptor = Reply.GetMouseCaptor();
+	}
+	if (Reply.ShouldReleaseUserFocus())
+	{
+		ClearKeyboardFocus(Reply.GetFocusCause());
+	}
+	if (Reply.GetUserFocusRecepient().IsValid())
+	{
+		SetKeyboardFocus(Reply.GetUserFocusRecepient(), Reply.GetFocusCause());
+	}
+	if (Reply.GetNavigationType() != EUINavigation::Invalid)
+	{
+		Navigate(Reply.GetNavigationType());
+	}
+}
+
+void FSlateApplication::ProcessExternalReply(const TSharedRef<SWidget>& Widget, const FReply& Reply)
+{
+	ProcessReply(Reply);
+}
+
+void FSlateApplication::Navigate(EUINavigation Direction)
+{
+	const TSharedPtr<SWidget> Current = GetKeyboardFocusedWidget();
+	const TSharedPtr<SWindow> Window = Current.IsValid() ? FindWidgetWindow(Current.ToSharedRef()) : nullptr;
+	if (!Window.IsValid())
+	{
+		return;
+	}
+	TArray<TSharedRef<SWidget>> Focusable;
+	SlateApplicationInput::CollectFocusable(Window.ToSharedRef(), Focusable);
+	const int32 Index = Focusable.IndexOfByKey(Current.ToSharedRef());
+	if (Focusable.Num() == 0)
+	{
+		return;
+	}
+	const int32 Step = Direction == EUINavigation::Next ? 1 : Focusable.Num() - 1;
+	const int32 NewIndex = Index == INDEX_NONE ? 0 : (Index + Step) % Focusable.Num();
+	SetKeyboardFocus(Focusable[NewIndex], EFocusCause::Navigation);
+}

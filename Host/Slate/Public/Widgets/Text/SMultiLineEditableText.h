@@ -1,0 +1,177 @@
+#pragma once
+
+#include "CoreMinimal.h"
+#include "Framework/SlateDelegates.h"
+#include "Framework/Text/TextLayout.h"
+#include "Framework/Text/WrappedText.h"
+#include "GenericPlatform/GenericApplication.h"
+#include "Styling/SlateTypes.h"
+#include "Widgets/DeclarativeSyntaxSupport.h"
+#include "Widgets/SWidget.h"
+
+/**
+ * Several lines of text that can be selected, copied and, unless read-only, changed.
+ *
+ * Each key is offered to OnKeyDownHandler first. While the text can be edited it takes Enter itself, so no parent sees
+ * that key; a read-only text lets it pass. Its colour comes from the style, or from the parents' foreground.
+ */
+class SMultiLineEditableText : public SWidget
+{
+public:
+	SLATE_BEGIN_ARGS(SMultiLineEditableText)
+		: _TextStyle(nullptr)
+		, _ModiferKeyForNewLine(EModifierKey::None)
+	{
+		_Clipping = EWidgetClipping::ClipToBounds;
+	}
+	SLATE_ATTRIBUTE(FText, Text)
+	/** Shown while there is no text; never part of it. */
+	SLATE_ATTRIBUTE(FText, HintText)
+	/** Copied. */
+	SLATE_STYLE_ARGUMENT(FTextBlockStyle, TextStyle)
+	/** Wins over the style's. */
+	SLATE_ATTRIBUTE(FSlateFontInfo, Font)
+	SLATE_ATTRIBUTE(FMargin, Margin)
+	SLATE_ATTRIBUTE(bool, IsReadOnly)
+	SLATE_ATTRIBUTE(bool, AutoWrapText)
+	/** A width in Slate units; 0: not there. */
+	SLATE_ATTRIBUTE(float, WrapTextAt)
+	SLATE_ATTRIBUTE(bool, SelectAllTextWhenFocused)
+	SLATE_ATTRIBUTE(bool, ClearTextSelectionOnFocusLoss)
+	SLATE_ATTRIBUTE(bool, ClearKeyboardFocusOnCommit)
+	SLATE_EVENT(FOnTextChanged, OnTextChanged)
+	SLATE_EVENT(FOnTextCommitted, OnTextCommitted)
+	SLATE_EVENT(FOnKeyDown, OnKeyDownHandler)
+	SLATE_EVENT(FOnKeyChar, OnKeyCharHandler)
+	/** What has to be held down for Enter to begin a new line; without it Enter then commits the text. */
+	SLATE_ARGUMENT(EModifierKey::Type, ModiferKeyForNewLine)
+	SLATE_END_ARGS()
+
+	SMultiLineEditableText();
+	void Construct(const FArguments& InArgs);
+
+	/** Replaces the text and puts the cursor at its end; raises OnTextChanged if the text differs. */
+	void SetText(const TAttribute<FText>& InText);
+	/** The getter's answer if the text is bound, otherwise what GetPlainText says. */
+	FText GetText() const;
+	/** What is shown and edited, its lines joined by LINE_TERMINATOR. */
+	FText GetPlainText() const;
+	FText GetSelectedText() const;
+	void SetHintText(const TAttribute<FText>& InHintText);
+	FText GetHintText() const { return HintText.Get(FText::GetEmpty()); }
+	void SetTextStyle(const FTextBlockStyle* InTextStyle);
+	void SetIsReadOnly(const TAttribute<bool>& InIsReadOnly) { IsReadOnlyAttribute = InIsReadOnly; }
+	virtual bool IsTextReadOnly() const { return IsReadOnlyAttribute.Get(false); }
+	void SetOnKeyDownHandler(FOnKeyDown InHandler) { OnKeyDownHandler = MoveTemp(InHandler); }
+	void SetOnKeyCharHandler(FOnKeyChar InHandler) { OnKeyCharHandler = MoveTemp(InHandler); }
+
+	/** In the place of the selection. Nothing happens when read-only. */
+	void InsertTextAtCursor(const FText& InText) { InsertTextAtCursor(InText.ToString()); }
+	void InsertTextAtCursor(const FString& InString);
+	void GoTo(const FTextLocation& NewLocation);
+	void GoTo(ETextLocation NewLocation);
+	FTextLocation GetCursorLocation() const { return Cursor; }
+	void SelectAllText();
+	void ClearSelection();
+	bool AnyTextSelected() const { return !(SelectionAnchor == Cursor); }
+	/** Asks a bound text anew. */
+	void Refresh();
+
+	virtual bool SupportsKeyboardFocus() const override { return true; }
+	virtual FReply OnFocusReceived(const FGeometry& MyGeometry, const FFocusEvent& InFocusEvent) override;
+	virtual void OnFocusLost(const FFocusEvent& InFocusEvent) override;
+	virtual FReply OnKeyDown(const FGeometry& MyGeometry, const FKeyEvent& InKeyEvent) override;
+	virtual FReply OnKeyChar(const FGeometry& MyGeometry, const FCharacterEvent& InCharacterEvent) override;
+	virtual FReply OnMouseButtonDown(const FGeometry& MyGeometry, const FPointerEvent& MouseEvent) override;
+	virtual FReply OnMouseButtonUp(const FGeometry& MyGeometry, const FPointerEvent& MouseEvent) override;
+	virtual FReply OnMouseMove(const FGeometry& MyGeometry, const FPointerEvent& MouseEvent) override;
+	virtual FReply OnMouseWheel(const FGeometry& MyGeometry, const FPointerEvent& MouseEvent) override;
+	virtual TOptional<EMouseCursor::Type> GetCursor() const override { return EMouseCursor::TextEditBeam; }
+	virtual void Tick(const FGeometry& AllottedGeometry, const double InCurrentTime, const float InDeltaTime) override;
+	virtual FChildren* GetChildren() override { return &NoChildren; }
+	virtual TSharedRef<FSlateAccessibleWidget> CreateAccessibleWidget() override;
+
+protected:
+	virtual FVector2D ComputeDesiredSize(float LayoutScaleMultiplier) const override;
+	virtual void OnArrangeChildren(
+		const FGeometry& AllottedGeometry, FArrangedChildren& ArrangedChildren) const override
+	{
+	}
+	virtual int32 OnPaint(const FPaintArgs& Args, const FGeometry& AllottedGeometry, const FSlateRect& MyCullingRect,
+		FSlateWindowElementList& OutDrawElements, int32 LayerId, const FWidgetStyle& InWidgetStyle,
+		bool bParentEnabled) const override;
+	virtual EAccessibleBehavior GetDefaultAccessibleBehavior() const override { return EAccessibleBehavior::Auto; }
+	virtual FText GetDefaultAccessibleText() const override { return GetHintText(); }
+
+private:
+	FReply HandleKeyDown(const FKeyEvent& InKeyEvent);
+	bool HandleShortcut(const FKeyEvent& InKeyEvent);
+	bool HandleMovement(const FKeyEvent& InKeyEvent);
+	FReply HandleEnter();
+	FReply HandleTypedCharacter(TCHAR Character);
+
+	void MoveCursor(const FTextLocation& NewLocation, bool bSelect);
+	void DeleteSelection();
+	/** Removes the selection, or what lies between the cursor and Other if nothing is selected. */
+	void DeleteTo(const FTextLocation& Other);
+	FTextLocation Insert(const FTextLocation& Location, const FString& Text);
+	void ReplaceAll(const FString& NewText);
+	void NotifyTextChanged();
+	void InvalidateText();
+	bool RefreshBoundText();
+
+	FTextLocation GetLocationBefore(const FTextLocation& Location) const;
+	FTextLocation GetLocationAfter(const FTextLocation& Location) const;
+	FTextLocation GetWordStart(FTextLocation Location) const;
+	FTextLocation GetWordEnd(FTextLocation Location) const;
+	FTextLocation GetLocationLinesAway(int32 NumLines) const;
+	FTextLocation GetEnd() const;
+	FTextLocation ClampToText(const FTextLocation& Location) const;
+	FTextLocation GetLocationAt(const FGeometry& MyGeometry, const FPointerEvent& MouseEvent) const;
+	FString GetTextBetween(const FTextLocation& From, const FTextLocation& To) const;
+	FTextLocation GetSelectionStart() const { return Cursor < SelectionAnchor ? Cursor : SelectionAnchor; }
+	FTextLocation GetSelectionEnd() const { return Cursor < SelectionAnchor ? SelectionAnchor : Cursor; }
+	bool IsEmpty() const { return Lines.Num() == 1 && Lines[0].IsEmpty(); }
+
+	FSlateFontInfo GetFont() const;
+	float GetWrapWidth() const;
+	const FWrappedText& GetLayout() const;
+	void KeepCursorInView();
+	float GetLongestScrollOffset() const;
+	/** The horizontal place of an offset within a shown line, in Slate units. */
+	float GetCursorX(const FWrappedText::FLine& Line, int32 Offset) const;
+	int32 PaintText(const FGeometry& AllottedGeometry, const FSlateRect& MyCullingRect,
+		FSlateWindowElementList& OutDrawElements, int32 LayerId, const FLinearColor& Tint) const;
+	void PaintSelection(const FWrappedText::FLine& Line, float Y, const FGeometry& AllottedGeometry,
+		const FSlateRect& MyCullingRect, FSlateWindowElementList& OutDrawElements, int32 LayerId,
+		const FLinearColor& Tint) const;
+
+	FNoChildren NoChildren{ this };
+	TAttribute<FText> BoundText;
+	TAttribute<FText> HintText;
+	FTextBlockStyle TextStyle;
+	TCachedAttribute<FSlateFontInfo> FontOverride{ EInvalidateWidgetReason::Layout };
+	TCachedAttribute<FMargin> Margin{ EInvalidateWidgetReason::Layout };
+	TCachedAttribute<bool> AutoWrapText{ EInvalidateWidgetReason::Layout, false };
+	TCachedAttribute<float> WrapTextAt{ EInvalidateWidgetReason::Layout, 0.0f };
+	TAttribute<bool> IsReadOnlyAttribute;
+	TAttribute<bool> SelectAllTextWhenFocused;
+	TAttribute<bool> ClearTextSelectionOnFocusLoss;
+	TAttribute<bool> ClearKeyboardFocusOnCommit;
+	FOnTextChanged OnTextChanged;
+	FOnTextCommitted OnTextCommitted;
+	FOnKeyDown OnKeyDownHandler;
+	FOnKeyChar OnKeyCharHandler;
+	EModifierKey::Type ModiferKeyForNewLine = EModifierKey::None;
+
+	TArray<FString> Lines; // at least one
+	FTextLocation Cursor;
+	FTextLocation SelectionAnchor; // where the selection began; the cursor itself when nothing is selected
+	FVector2D AllottedSize = FVector2D(0.0, 0.0); // when last painted
+	float ScrollOffset = 0.0f;
+
+	mutable FWrappedText Layout;
+	mutable FSlateFontInfo LaidOutFont;
+	mutable float LaidOutWidth = -1.0f;
+	mutable bool bLayoutIsStale = true;
+};

@@ -1,0 +1,70 @@
+#include "Fonts/FontMeasure.h"
+
+namespace FontMeasure
+{
+// A point is 1/72 inch, a Slate unit 1/96.
+constexpr float UnitsPerPoint = 96.0f / 72.0f;
+// Average advance and line height of common sans-serif fonts, as shares of the em.
+constexpr float CellWidthInEms = 0.55f;
+constexpr float LineHeightInEms = 1.2f;
+}
+
+bool FSlateFontInfo::operator==(const FSlateFontInfo& Other) const
+{
+	return FontObject == Other.FontObject && CompositeFont == Other.CompositeFont &&
+		   TypefaceFontName == Other.TypefaceFontName && Size == Other.Size && LetterSpacing == Other.LetterSpacing &&
+		   SkewAmount == Other.SkewAmount && OutlineSettings == Other.OutlineSettings;
+}
+
+int32 FSlateFontMeasure::FindCharacterIndexAtOffset(
+	FStringView Text, const FSlateFontInfo& FontInfo, float HorizontalOffset) const
+{
+	int32 Low = 0;
+	int32 High = Text.Len();
+	while (Low < High)
+	{
+		const int32 Middle = (Low + High) / 2;
+		const double Left = Measure(Text.Left(Middle), FontInfo).X;
+		const double Right = Measure(Text.Left(Middle + 1), FontInfo).X;
+		if (HorizontalOffset < (Left + Right) / 2.0)
+		{
+			High = Middle;
+		}
+		else
+		{
+			Low = Middle + 1;
+		}
+	}
+	return Low;
+}
+
+int32 FSlateFontMeasure::FindLastWholeCharacterIndexBeforeOffset(
+	FStringView Text, const FSlateFontInfo& FontInfo, float Width) const
+{
+	int32 Low = 1;
+	int32 High = Text.Len();
+	while (Low < High)
+	{
+		const int32 Middle = (Low + High + 1) / 2;
+		if (Measure(Text.Left(Middle), FontInfo).X <= Width)
+		{
+			Low = Middle;
+		}
+		else
+		{
+			High = Middle - 1;
+		}
+	}
+	return FMath::Min(Low, Text.Len());
+}
+
+FVector2D FFixedFontMeasure::Measure(FStringView Text, const FSlateFontInfo& FontInfo) const
+{
+	const float CellWidth = FontInfo.Size * FontMeasure::UnitsPerPoint * FontMeasure::CellWidthInEms;
+	return FVector2D(CellWidth * static_cast<float>(Text.Len()), GetMaxCharacterHeight(FontInfo));
+}
+
+float FFixedFontMeasure::GetMaxCharacterHeight(const FSlateFontInfo& FontInfo) const
+{
+	return FontInfo.Size * FontMeasure::UnitsPerPoint * FontMeasure::LineHeightInEms;
+}

@@ -1,0 +1,97 @@
+#pragma once
+
+#include "CoreMinimal.h"
+
+enum EHorizontalAlignment : int
+{
+	HAlign_Fill,
+	HAlign_Left,
+	HAlign_Center,
+	HAlign_Right,
+};
+
+enum EVerticalAlignment : int
+{
+	VAlign_Fill,
+	VAlign_Top,
+	VAlign_Center,
+	VAlign_Bottom,
+};
+
+enum EOrientation : int
+{
+	Orient_Horizontal,
+	Orient_Vertical,
+};
+
+/** Why the keyboard focus moved. */
+enum class EFocusCause : uint8
+{
+	Mouse,
+	Navigation,
+	SetDirectly,
+	Cleared,
+	OtherWidgetLostFocus,
+	WindowActivate,
+};
+
+namespace ETextCommit
+{
+enum Type : int
+{
+	Default,
+	OnEnter,
+	OnUserMovedFocus,
+	OnCleared,
+};
+}
+
+namespace EButtonClickMethod
+{
+enum Type : int
+{
+	DownAndUp,
+	MouseDown,
+	MouseUp,
+	PreciseClick,
+};
+}
+
+namespace EButtonPressMethod
+{
+enum Type : int
+{
+	DownAndUp,
+	ButtonPress,
+	ButtonRelease,
+};
+}
+
+enum class EUINavigation : uint8
+{
+	Next,
+	Previous,
+	Invalid,
+};
+
+/** When a scrolling widget keeps a wheel event from its parents. */
+enum class EConsumeMouseWheel : uint8
+{
+	WhenScrollingPossible,
+	Always,
+	Never,
+};
+
+/** What Slate works on in one FSlateApplication::Tick. */
+enum class ESlateTickType : uint8
+{
+	Time,
+	Widgets,
+	All,
+};
+
+enum class ETextOverflowPolicy : uint8
+{
+	Clip,
+	Ellipsis,
+};

@@ -1,0 +1,69 @@
+#pragma once
+
+#include "CoreMinimal.h"
+#include "Widgets/SCompoundWidget.h"
+
+class FGenericWindow;
+class SWindow;
+
+DECLARE_DELEGATE_OneParam(FRequestDestroyWindowOverride, const TSharedRef<SWindow>&);
+
+/**
+ * The top of a widget tree. Added to the application it is laid out and painted each frame, with or without a window of
+ * the operating system behind it.
+ */
+class SWindow : public SCompoundWidget
+{
+public:
+	SLATE_BEGIN_ARGS(SWindow)
+		: _ClientSize(FVector2D(1280.0, 720.0))
+	{
+	}
+	SLATE_ATTRIBUTE(FText, Title)
+	SLATE_ARGUMENT(FVector2D, ScreenPosition)
+	SLATE_ARGUMENT(FVector2D, ClientSize)
+	SLATE_DEFAULT_SLOT(FArguments, Content)
+	SLATE_END_ARGS()
+
+	void Construct(const FArguments& InArgs);
+
+	FText GetTitle() const { return Title.Get(FText::GetEmpty()); }
+	void SetTitle(const FText& InTitle) { Title = InTitle; }
+	void SetContent(TSharedRef<SWidget> InContent);
+	TSharedRef<SWidget> GetContent() const { return ChildSlot.GetWidget(); }
+
+	/** The inner size, in pixels. The platform calls this when the user has changed it. */
+	void Resize(const FVector2D& NewClientSize);
+	void MoveWindowTo(const FVector2D& NewScreenPosition) { ScreenPosition = NewScreenPosition; }
+	FVector2D GetClientSizeInScreen() const { return ClientSize; }
+	FVector2D GetPositionInScreen() const { return ScreenPosition; }
+	FGeometry GetWindowGeometryInScreen() const;
+
+	/** A minimised window is not painted: nothing in it ticks. */
+	void SetMinimized(bool bInMinimized) { bIsMinimized = bInMinimized; }
+	bool IsWindowMinimized() const { return bIsMinimized; }
+
+	void SetNativeWindow(TSharedRef<FGenericWindow> InNativeWindow) { NativeWindow = InNativeWindow; }
+	TSharedPtr<FGenericWindow> GetNativeWindow() const { return NativeWindow; }
+
+	/** Called instead of closing when the user asks to close the window. */
+	void SetRequestDestroyWindowOverride(const FRequestDestroyWindowOverride& InOverride)
+	{
+		RequestDestroyOverride = InOverride;
+	}
+	const FRequestDestroyWindowOverride& GetRequestDestroyWindowOverride() const { return RequestDestroyOverride; }
+
+	virtual TSharedRef<FSlateAccessibleWidget> CreateAccessibleWidget() override;
+
+protected:
+	virtual EAccessibleBehavior GetDefaultAccessibleBehavior() const override { return EAccessibleBehavior::Auto; }
+	virtual FText GetDefaultAccessibleText() const override { return GetTitle(); }
+
+private:
+	TAttribute<FText> Title;
+	FVector2D ScreenPosition = FVector2D(0.0, 0.0);
+	FVector2D ClientSize = FVector2D(0.0, 0.0);
+	bool bIsMinimized = false;
+	TSharedPtr<FGenericWindow> NativeWindow;
+	FRequestDestroyWindowOverride RequestDestroyOverride;
+};

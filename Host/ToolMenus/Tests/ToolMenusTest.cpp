@@ -1,0 +1,214 @@
+#include "ToolMenus.h"
+
+#include "Framework/Application/SlateApplication.h"
+#include "Framework/Commands/Commands.h"
+#include "Framework/Commands/UICommandList.h"
+#include "Misc/CoreDelegates.h"
+#include "Widgets/Accessibility/SlateCoreAccessibleWidgets.h"
+#include "Widgets/SWindow.h"
+
+#include <gtest/gtest.h>
+#include <type_traits>
+
+#define LOCTEXT_NAMESPACE "ToolMenusTest"
+
+namespace ToolMenusTest
+{
+
+// An owner is named by an address that may be written through, so `this` of a const method is none.
+static_assert(std::is_convertible_v<int*, FToolMenuOwner> && !std::is_convertible_v<const int*, FToolMenuOwner>);
+
+class FMenuCommands : public TCommands<FMenuCommands>
+{
+public:
+	FMenuCommands()
+		: TCommands<FMenuCommands>("MenuTest", INVTEXT("Menu test"), NAME_None, "MenuTestStyle")
+	{
+	}
+	virtual void RegisterCommands() override
+	{
+		UI_COMMAND(OpenWindow, "Open", "Opens the window", EUserInterfaceActionType::Button, FInputChord());
+	}
+	TSharedPtr<FUICommandInfo> OpenWindow;
+};
+
+class FToolMenusTest : public testing::Test
+{
+protected:
+	FToolMenusTest()
+		: List(MakeShared<FUICommandList>())
+	{
+		FSlateApplication::Create();
+		FMenuCommands::Register();
+		List->MapAction(FMenuCommands::Get().OpenWindow, FExecuteAction::CreateLambda([this] { ++NumRuns; }),
+			FCanExecuteAction::CreateLambda([this] { return bMayRun; }));
+	}
+	virtual ~FToolMenusTest() override
+	{
+		UToolMenus::UnregisterOwner(this);
+		UToolMenus::UnregisterOwner(FToolMenuOwner("SomebodyElse"));
+		FMenuCommands::Unregister();
+		FSlateApplication::Shutdown();
+	}
+
+	static FToolMenuSection& Section(const TCHAR* Menu, const TCHAR* Name)
+	{
+		return UToolMenus::Get()->ExtendMenu(Menu)->FindOrAddSection(Name);
+	}
+
+	const TSharedRef<FUICommandList> List;
+	int32 NumRuns = 0;
+	bool bMayRun = true;
+};
+
+TEST_F(FToolMenusTest, TakesNameAndTextsFromTheCommandUnlessOverridden)
+{
+	FToolMenuOwnerScoped OwnerScoped(this);
+	Section(TEXT("Test.Window"), TEXT("Layout")).AddMenuEntryWithCommandList(FMenuCommands::Get().OpenWindow, List);
+	const FToolMenuEntry* const Plain = Section(TEXT("Test.Window"), TEXT("Layout")).FindEntry("OpenWindow");
+	ASSERT_NE(Plain, nullptr);
+	EXPECT_TRUE(Plain->Label.Get().ToString().Equals(TEXT("Open")));
+	EXPECT_EQ(Plain->Icon.Get().GetStyleName(), FName("MenuTest.OpenWindow"));
+
+	// clang-format off
+	FToolMenuEntry& Button = Section(TEXT("Test.ToolBar"), TEXT("Tools")).AddEntry(FToolMenuEntry::InitToolBarButton(
+		FMenuCommands::Get().OpenWindow, LOCTEXT("Label", "Go"), LOCTEXT("Tip", "Goes"),
+		FSlateIcon("MenuTestStyle", "Icon", "Icon.Large"), NAME_None, FName("ToolBarOpen")));
+	// clang-format on
+	Button.SetCommandList(List);
+	EXPECT_EQ(Section(TEXT("Test.ToolBar"), TEXT("Tools")).FindEntry("OpenWindow"), nullptr);
+	EXPECT_TRUE(Section(TEXT("Test.ToolBar"), TEXT("Tools"))
+					.FindEntry("ToolBarOpen")
+					->Label.Get()
+					.ToString()
+					.Equals(TEXT("Go")));
+}
+
+TEST_F(FToolMenusTest, RemovesOnlyWhatWasAddedUnderALiveOwner)
+{
+	FToolMenuSection& Shared = Section(TEXT("Test.Owned"), TEXT("Shared"));
+	const FToolUIActionChoice Nothing;
+	{
+		FToolMenuOwnerScoped OwnerScoped(this);
+		Shared.AddMenuEntry("Mine", INVTEXT("Mine"), FText(), FSlateIcon(), Nothing);
+		{
+			FToolMenuOwnerScoped Inner("SomebodyElse");
+			Shared.AddMenuEntry("Theirs", INVTEXT("Theirs"), FText(), FSlateIcon(), Nothing);
+		}
+		Shared.AddMenuEntry("MineToo", INVTEXT("MineToo"), FText(), FSlateIcon(), Nothing);
+	}
+	Shared.AddMenuEntry("Nobodys", INVTEXT("Nobodys"), FText(), FSlateIcon(), Nothing);
+	UToolMenus::UnregisterOwner(this);
+	EXPECT_EQ(Shared.FindEntry("Mine"), nullptr);
+	EXPECT_EQ(Shared.FindEntry("MineToo"), nullptr);
+	EXPECT_NE(Shared.FindEntry("Theirs"), nullptr);
+	EXPECT_NE(Shared.FindEntry("Nobodys"), nullptr);
+	UToolMenus::UnregisterOwner(FToolMenuOwner());
+	EXPECT_NE(Shared.FindEntry("Nobodys"), nullptr);
+	UToolMenus::Get()->RemoveSection("Test.Owned", "Shared");
+}
+
+TEST_F(FToolMenusTest, ReplacesAnEntryOfTheSameName)
+{
+	FToolMenuOwnerScoped OwnerScoped(this);
+	FToolMenuSection& Tools = Section(TEXT("Test.Replace"), TEXT("Tools"));
+	Tools.AddMenuEntry("Same", INVTEXT("First"), FText(), FSlateIcon(), FToolUIActionChoice());
+	Tools.AddMenuEntry("Same", INVTEXT("Second"), FText(), FSlateIcon(), FToolUIActionChoice());
+	ASSERT_EQ(Tools.Blocks.Num(), 1);
+	EXPECT_TRUE(Tools.Blocks[0].Label.Get().ToString().Equals(TEXT("Second")));
+}
+
+TEST_F(FToolMenusTest, KeepsWhatExtendedAMenuBeforeItWasRegistered)
+{
+	FToolMenuOwnerScoped OwnerScoped(this);
+	EXPECT_EQ(UToolMenus::Get()->FindMenu("Test.Late"), nullptr);
+	Section(TEXT("Test.Late"), TEXT("Tools")).AddSeparator("Line");
+	EXPECT_FALSE(UToolMenus::Get()->IsMenuRegistered("Test.Late"));
+	UToolMenu* const Menu = UToolMenus::Get()->RegisterMenu("Test.Late", NAME_None, EMultiBoxType::ToolBar);
+	EXPECT_TRUE(UToolMenus::Get()->IsMenuRegistered("Test.Late"));
+	EXPECT_NE(Menu->FindSection("Tools")->FindEntry("Line"), nullptr);
+	EXPECT_EQ(Menu->MenuType, EMultiBoxType::ToolBar);
+}
+
+TEST_F(FToolMenusTest, ShowsEntriesAsButtonsThatFollowTheMenu)
+{
+	FToolMenuOwnerScoped OwnerScoped(this);
+	UToolMenus::Get()->RegisterMenu("Test.Shown", NAME_None, EMultiBoxType::Menu, false);
+	FToolMenuSection& Tools = Section(TEXT("Test.Shown"), TEXT("Tools"));
+	Tools.AddMenuEntryWithCommandList(FMenuCommands::Get().OpenWindow, List);
+	Tools.AddMenuEntry(
+		FMenuCommands::Get().OpenWindow, INVTEXT("Dead"), FText(), FSlateIcon(), NAME_None, FName("Dead"));
+	const TSharedRef<SWindow> Window = FSlateApplication::Get().AddWindow(SNew(SWindow));
+	Window->SetContent(UToolMenus::Get()->GenerateWidget("Test.Shown", FToolMenuContext()));
+	FSlateApplication::Get().Tick();
+
+	const TSharedRef<IAccessibleWidget> Root = FSlateAccessibleWidgetCache::GetAccessibleWidgetChecked(Window);
+	ASSERT_EQ(Root->GetNumberOfChildren(), 2);
+	EXPECT_TRUE(Root->GetChildAt(0)->GetWidgetName().Equals(TEXT("Open")));
+	EXPECT_TRUE(Root->GetChildAt(0)->GetHelpText().Equals(TEXT("Opens the window")));
+	Root->GetChildAt(0)->AsActivatable()->Activate();
+	EXPECT_EQ(NumRuns, 1);
+	EXPECT_FALSE(Root->GetChildAt(1)->IsEnabled()) << "an entry without a command list is dead";
+	bMayRun = false;
+	FSlateApplication::Get().Tick();
+	EXPECT_FALSE(Root->GetChildAt(0)->IsEnabled());
+
+	UToolMenus::UnregisterOwner(this);
+	FSlateApplication::Get().Tick();
+	EXPECT_EQ(Root->GetNumberOfChildren(), 0);
+}
+
+TEST_F(FToolMenusTest, PutsEntriesWhereTheirPositionsSay)
+{
+	FToolMenuOwnerScoped OwnerScoped(this);
+	FToolMenuSection& Tools = Section(TEXT("Test.Order"), TEXT("Tools"));
+	const auto Add = [&Tools](const TCHAR* Name, const FToolMenuInsert& Position) {
+		FToolMenuEntry Entry = FToolMenuEntry::InitSeparator(Name);
+		Entry.InsertPosition = Position;
+		Tools.AddEntry(Entry);
+	};
+	Add(TEXT("BeforeB"), FToolMenuInsert("B", EToolMenuInsertType::Before));
+	Add(TEXT("A"), FToolMenuInsert());
+	Add(TEXT("B"), FToolMenuInsert());
+	Add(TEXT("Top"), FToolMenuInsert(NAME_None, EToolMenuInsertType::First));
+	TArray<FString> Order;
+	const TArray<FToolMenuSection> Sections = UToolMenus::Get()->CollectSections("Test.Order");
+	for (const FToolMenuEntry& Entry : Sections[0].Blocks)
+	{
+		Order.Add(Entry.Name.ToString());
+	}
+	EXPECT_EQ(Order, (TArray<FString>{ TEXT("Top"), TEXT("A"), TEXT("BeforeB"), TEXT("B") }));
+}
+
+// One test in this order: the engine comes up once in a process.
+TEST_F(FToolMenusTest, RunsStartupCallbacksOnceWhenTheEditorIsUp)
+{
+	int32 NumCalls = 0;
+	const auto Count = FSimpleDelegate::CreateLambda([&NumCalls] { ++NumCalls; });
+	UToolMenus::RegisterStartupCallback(Count);
+	const FDelegateHandle TakenBack =
+		UToolMenus::RegisterStartupCallback(FSimpleDelegate::CreateLambda([&NumCalls] { NumCalls += 100; }));
+	UToolMenus::UnRegisterStartupCallback(TakenBack);
+	EXPECT_EQ(NumCalls, 0) << "the menus are not up yet";
+	FCoreDelegates::GetOnPostEngineInit().Broadcast();
+	EXPECT_EQ(NumCalls, 1);
+	FCoreDelegates::GetOnPostEngineInit().Broadcast();
+	EXPECT_EQ(NumCalls, 1);
+	UToolMenus::RegisterStartupCallback(Count);
+	EXPECT_EQ(NumCalls, 2) << "now at once";
+	FSlateApplication::Shutdown();
+	UToolMenus::RegisterStartupCallback(Count);
+	EXPECT_EQ(NumCalls, 2) << "never without a user interface";
+}
+
+using FToolMenusDeathTest = FToolMenusTest;
+
+TEST_F(FToolMenusDeathTest, RefusesAnEntryWithoutACommand)
+{
+	EXPECT_DEATH(
+		Section(TEXT("Test.Null"), TEXT("Tools")).AddMenuEntryWithCommandList(nullptr, List), "not registered");
+}
+
+}
+
+#undef LOCTEXT_NAMESPACE

@@ -1,0 +1,88 @@
+#include "CommandBody.h"
+
+#include <string_view>
+
+namespace
+{
+const std::string_view MessageStart = "{\"message\": \"";
+const std::string_view ToolResultsStart = "{\"tool_results\": ";
+const std::string_view MessageBehindResults = ", \"message\": \"";
+const std::string_view End = "\"}";
+
+bool StartsWith(std::string_view Text, std::string_view Prefix)
+{
+	return Text.substr(0, Prefix.size()) == Prefix;
+}
+
+bool EndsWith(std::string_view Text, std::string_view Suffix)
+{
+	return Text.size() >= Suffix.size() && Text.substr(Text.size() - Suffix.size()) == Suffix;
+}
+
+Turn FromJson(const Json& Body)
+{
+	Turn Result;
+	const auto Get = [&Body](const char* Name) { return Body.contains(Name) ? Body[Name] : Json(); };
+	if (Get("message").is_string())
+	{
+		Result.Message = Body["message"].get<std::string>();
+	}
+	if (Get("file_structure").is_object())
+	{
+		Result.FileStructure = Body["file_structure"];
+	}
+	if (Get("tool_results").is_array())
+	{
+		Result.ToolResults = Body["tool_results"];
+	}
+	if (Get("is_confirmation_mode").is_boolean())
+	{
+		Result.bConfirmationMode = Body["is_confirmation_mode"].get<bool>();
+	}
+	if (Get("was_confirmed").is_boolean())
+	{
+		Result.WasConfirmed = Body["was_confirmed"].get<bool>();
+	}
+	return Result;
+}
+
+std::optional<Turn> FromTemplate(std::string_view Body)
+{
+	if (StartsWith(Body, MessageStart) && EndsWith(Body, End) && Body.size() >= MessageStart.size() + End.size())
+	{
+		Turn Result;
+		Result.Message = Body.substr(MessageStart.size(), Body.size() - MessageStart.size() - End.size());
+		return Result;
+	}
+	if (!StartsWith(Body, ToolResultsStart) || !EndsWith(Body, End))
+	{
+		return std::nullopt;
+	}
+	// The first place that splits off a valid array is the right one: texts inside the array have their quotes escaped.
+	for (size_t Split = Body.find(MessageBehindResults); Split != std::string_view::npos;
+		 Split = Body.find(MessageBehindResults, Split + 1))
+	{
+		const std::string_view Array = Body.substr(ToolResultsStart.size(), Split - ToolResultsStart.size());
+		Json Results = Json::parse(Array, nullptr, false);
+		const size_t MessageAt = Split + MessageBehindResults.size();
+		if (Results.is_array() && Body.size() >= MessageAt + End.size())
+		{
+			Turn Result;
+			Result.ToolResults = std::move(Results);
+			Result.Message = Body.substr(MessageAt, Body.size() - MessageAt - End.size());
+			return Result;
+		}
+	}
+	return std::nullopt;
+}
+}
+
+std::optional<Turn> ParseCommandBody(const std::string& Body)
+{
+	const Json Parsed = Json::parse(Body, nullptr, false);
+	if (Parsed.is_object())
+	{
+		return FromJson(Parsed);
+	}
+	return Parsed.is_discarded() ? FromTemplate(Body) : std::nullopt;
+}

@@ -1,0 +1,12 @@
+#pragma once
+
+#include "Responder.h"
+
+/**
+ * Reads the body of a command.
+ *
+ * A client may put the user's message into its template without escaping it, so that a quote or a line break makes the
+ * body invalid JSON. Such a body is still understood, as long as it has the template's form:
+ * {"message": "…"} or {"tool_results": […], "message": "…"}.
+ */
+std::optional<Turn> ParseCommandBody(const std::string& Body);

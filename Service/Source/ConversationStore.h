@@ -1,0 +1,44 @@
+#pragma once
+
+#include "Responder.h"
+
+#include <map>
+#include <mutex>
+
+/**
+ * The conversations that are going on, by the id in their requests' header, and the turns that wait to be fetched.
+ *
+ * Several threads use it. It keeps the latest MaxConversations conversations and, of each, its latest turn: a client
+ * polls for one turn at a time.
+ */
+class ConversationStore
+{
+public:
+	static constexpr size_t MaxConversations = 1000;
+
+	explicit ConversationStore(const Responder& InResponder)
+		: TheResponder(InResponder)
+	{
+	}
+
+	/** Hands a turn to its conversation, a new one if the turn carries a file tree or the id is not known. */
+	HttpReply Command(const std::string& ConversationId, const Turn& UserTurn);
+	HttpReply Status(const std::string& RequestId);
+
+private:
+	struct Entry
+	{
+		std::unique_ptr<Conversation> Talk;
+		std::string RequestId;
+		std::vector<HttpReply> StatusReplies;
+		size_t NextStatusReply = 0;
+		uint64_t Age = 0; // rises with each turn of any conversation
+	};
+
+	void DropOldest();
+
+	const Responder& TheResponder;
+	std::mutex Mutex;
+	std::map<std::string, Entry> Conversations;
+	uint64_t NumTurns = 0;
+};

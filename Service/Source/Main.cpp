@@ -1,0 +1,93 @@
+#include "OfflineResponder.h"
+#include "ScriptResponder.h"
+#include "Server.h"
+
+#include <csignal>
+#include <cstdio>
+#include <exception>
+#include <filesystem>
+#include <fstream>
+#include <iostream>
+#include <pthread.h>
+#include <thread>
+
+namespace
+{
+std::unique_ptr<Responder> MakeResponder(const Options& Settings)
+{
+	if (Settings.Responder == "script")
+	{
+		return std::make_unique<ScriptResponder>(Settings.ScriptFolder);
+	}
+	return std::make_unique<OfflineResponder>();
+}
+
+/** Under its final name only when it is whole: somebody waits for it. */
+void WriteReadyFile(const std::string& Path, const Server& Https)
+{
+	const Json Content = { { "port", Https.GetPort() },
+		{ "authority", std::filesystem::absolute(Https.GetCertificates().Authority).string() } };
+	const std::string Temporary = Path + ".tmp";
+	std::ofstream(Temporary) << Content.dump(2) << "\n";
+	std::filesystem::rename(Temporary, Path);
+}
+
+/** From here on only WaitForStop sees the signals. */
+sigset_t BlockStopSignals()
+{
+	sigset_t Signals;
+	sigemptyset(&Signals);
+	sigaddset(&Signals, SIGINT);
+	sigaddset(&Signals, SIGTERM);
+	pthread_sigmask(SIG_BLOCK, &Signals, nullptr);
+	std::signal(SIGPIPE, SIG_IGN);
+	return Signals;
+}
+
+int Serve(const Options& Settings)
+{
+	const sigset_t Signals = BlockStopSignals();
+	const std::unique_ptr<Responder> Chosen = MakeResponder(Settings);
+	Server Https(Settings, *Chosen);
+	std::thread Waiter([&Https, &Signals] {
+		int Signal = 0;
+		sigwait(&Signals, &Signal);
+		Https.Stop();
+	});
+	std::cout << "Listening on https://127.0.0.1:" << Https.GetPort() << "/ (" << Settings.Responder << ")"
+			  << std::endl;
+	if (!Settings.ReadyFile.empty())
+	{
+		WriteReadyFile(Settings.ReadyFile, Https);
+	}
+	Https.Run();
+	// Run also ends by itself, when the socket is lost: the waiter must not be left behind.
+	pthread_kill(Waiter.native_handle(), SIGTERM);
+	Waiter.join();
+	std::cout << "Stopped." << std::endl;
+	return 0;
+}
+}
+
+int main(int ArgC, char** ArgV)
+{
+	Options Settings;
+	try
+	{
+		Settings = Options::Parse(ArgC, ArgV);
+	}
+	catch (const std::exception& Error)
+	{
+		std::cerr << Error.what() << "\n" << Options::Usage();
+		return 2;
+	}
+	try
+	{
+		return Serve(Settings);
+	}
+	catch (const std::exception& Error)
+	{
+		std::cerr << Error.what() << "\n";
+		return 1;
+	}
+}

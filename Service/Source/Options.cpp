@@ -1,0 +1,82 @@
+#include "Options.h"
+
+#include <cstdlib>
+#include <functional>
+#include <map>
+#include <stdexcept>
+
+namespace
+{
+long ParseNumber(const std::string& Name, const std::string& Text, long Highest)
+{
+	char* End = nullptr;
+	const long Number = std::strtol(Text.c_str(), &End, 10);
+	if (Text.empty() || *End != '\0' || Number < 0 || Number > Highest)
+	{
+		throw std::runtime_error(
+			Name + " wants a number from 0 to " + std::to_string(Highest) + ", not '" + Text + "'");
+	}
+	return Number;
+}
+}
+
+const char* Options::Usage()
+{
+	return "Usage: kestrel-service --state FOLDER [options]\n"
+		   "  --port N             port on this machine; 0, the default, takes a free one\n"
+		   "  --host-name NAME     a further name that the certificate is for; may be repeated\n"
+		   "  --ready-file FILE    written as JSON when the service can be reached\n"
+		   "  --api-key KEY        refuse requests without this x-api-key (401)\n"
+		   "  --max-body BYTES     refuse larger bodies (413)\n"
+		   "  --responder KIND     'offline' (default) or 'script'\n"
+		   "  --scripts FOLDER     the conversations of 'script'\n";
+}
+
+Options Options::Parse(int ArgC, char** ArgV)
+{
+	constexpr long HighestPort = 65535;
+	constexpr long LargestBody = 1L << 32;
+	Options Result;
+	const std::map<std::string, std::function<void(const std::string&)>> Setters = {
+		{ "--state", [&](const std::string& Value) { Result.StateFolder = Value; } },
+		{ "--ready-file", [&](const std::string& Value) { Result.ReadyFile = Value; } },
+		{ "--responder", [&](const std::string& Value) { Result.Responder = Value; } },
+		{ "--scripts", [&](const std::string& Value) { Result.ScriptFolder = Value; } },
+		{ "--api-key", [&](const std::string& Value) { Result.ApiKey = Value; } },
+		{ "--host-name", [&](const std::string& Value) { Result.HostNames.push_back(Value); } },
+		{ "--port",
+			[&](const std::string& Value) {
+				Result.Port = static_cast<int>(ParseNumber("--port", Value, HighestPort));
+			} },
+		{ "--max-body",
+			[&](const std::string& Value) {
+				Result.MaxBodyBytes = static_cast<size_t>(ParseNumber("--max-body", Value, LargestBody));
+			} },
+	};
+	for (int Index = 1; Index < ArgC; Index += 2)
+	{
+		const auto Setter = Setters.find(ArgV[Index]);
+		if (Setter == Setters.end())
+		{
+			throw std::runtime_error(std::string("Unknown option ") + ArgV[Index]);
+		}
+		if (Index + 1 >= ArgC)
+		{
+			throw std::runtime_error(std::string(ArgV[Index]) + " wants a value");
+		}
+		Setter->second(ArgV[Index + 1]);
+	}
+	if (Result.StateFolder.empty())
+	{
+		throw std::runtime_error("--state is needed");
+	}
+	if (Result.Responder != "offline" && Result.Responder != "script")
+	{
+		throw std::runtime_error("There is no responder '" + Result.Responder + "'");
+	}
+	if (Result.Responder == "script" && Result.ScriptFolder.empty())
+	{
+		throw std::runtime_error("The responder 'script' needs --scripts");
+	}
+	return Result;
+}

@@ -1,0 +1,105 @@
+#include "Server.h"
+
+#include "CommandBody.h"
+
+#include <chrono>
+#include <httplib.h>
+#include <stdexcept>
+#include <thread>
+
+namespace
+{
+/** Requests that may wait or be delayed at the same time. */
+constexpr size_t NumThreads = 32;
+
+void Send(const HttpReply& Reply, httplib::Response& Response)
+{
+	if (Reply.DelaySeconds > 0.0)
+	{
+		std::this_thread::sleep_for(std::chrono::duration<double>(Reply.DelaySeconds));
+	}
+	Response.status = Reply.Code;
+	if (Reply.bDrop)
+	{
+		// A length that is never reached: the connection closes in the middle of the body.
+		constexpr size_t PromisedBytes = 1000;
+		Response.set_content_provider(
+			PromisedBytes, Reply.ContentType, [](size_t, size_t, httplib::DataSink&) { return false; });
+		return;
+	}
+	Response.set_content(Reply.Body, Reply.ContentType);
+}
+
+HttpReply Refuse(int Code, const std::string& Error)
+{
+	return HttpReply::FromJson({ { "error", Error } }, Code);
+}
+
+/** The same time for every wrong key. */
+bool IsSameKey(const std::string& A, const std::string& B)
+{
+	unsigned Difference = static_cast<unsigned>(A.size() ^ B.size());
+	for (size_t Index = 0; Index < A.size(); ++Index)
+	{
+		Difference |=
+			static_cast<unsigned char>(A[Index]) ^ static_cast<unsigned char>(B.empty() ? 0 : B[Index % B.size()]);
+	}
+	return Difference == 0;
+}
+}
+
+Server::Server(const Options& InOptions, const Responder& InResponder)
+	: Settings(InOptions)
+	, Certificates(PrepareCertificates(InOptions.StateFolder, InOptions.HostNames))
+	, Store(InResponder)
+	, Https(std::make_unique<httplib::SSLServer>(Certificates.Certificate.c_str(), Certificates.PrivateKey.c_str()))
+{
+	Https->new_task_queue = [] { return new httplib::ThreadPool(NumThreads); };
+	Https->set_payload_max_length(Settings.MaxBodyBytes);
+	AddRoutes();
+	Port = Settings.Port == 0 ? Https->bind_to_any_port("127.0.0.1") : Settings.Port;
+	if (Port <= 0 || (Settings.Port != 0 && !Https->bind_to_port("127.0.0.1", Port)))
+	{
+		throw std::runtime_error("Port " + std::to_string(Settings.Port) + " cannot be had");
+	}
+}
+
+Server::~Server() = default;
+
+void Server::AddRoutes()
+{
+	Https->set_pre_routing_handler([this](const httplib::Request& Request, httplib::Response& Response) {
+		if (!Settings.ApiKey.empty() && !IsSameKey(Request.get_header_value("x-api-key"), Settings.ApiKey))
+		{
+			Send(Refuse(401, "The API key is missing or wrong."), Response);
+			return httplib::Server::HandlerResponse::Handled;
+		}
+		return httplib::Server::HandlerResponse::Unhandled;
+	});
+	Https->Post(R"((?:/.*)?/command)", [this](const httplib::Request& Request, httplib::Response& Response) {
+		const std::optional<Turn> UserTurn = ParseCommandBody(Request.body);
+		Send(UserTurn ? Store.Command(Request.get_header_value("conversation-id"), *UserTurn)
+					  : Refuse(400, "The body is no command."),
+			Response);
+	});
+	Https->Get(R"((?:/.*)?/status)", [this](const httplib::Request& Request, httplib::Response& Response) {
+		Send(Store.Status(Request.get_param_value("request_id")), Response);
+	});
+	Https->set_error_handler([](const httplib::Request&, httplib::Response& Response) {
+		if (Response.body.empty() && !Response.content_provider_)
+		{
+			Response.set_content(
+				Json({ { "error", "HTTP " + std::to_string(Response.status) } }).dump(), "application/json");
+		}
+	});
+}
+
+void Server::Run()
+{
+	Https->listen_after_bind();
+}
+
+void Server::Stop()
+{
+	Https->stop();
+}

@@ -1,0 +1,93 @@
+#include "OfflineResponder.h"
+
+#include <gtest/gtest.h>
+
+namespace
+{
+class OfflineResponderTest : public testing::Test
+{
+protected:
+	std::unique_ptr<Conversation> Talk = OfflineResponder().Begin({});
+
+	Json Respond(const Turn& UserTurn)
+	{
+		return Json::parse(Talk->Respond(UserTurn).StatusReplies.back().Body)["response"]["response"];
+	}
+
+	Json Ask(const std::string& Message)
+	{
+		Turn UserTurn;
+		UserTurn.Message = Message;
+		return Respond(UserTurn);
+	}
+
+	std::string Report(const Json& Result)
+	{
+		Turn UserTurn;
+		UserTurn.ToolResults = Json::array({ Result });
+		return Respond(UserTurn).back()["text"];
+	}
+};
+}
+
+TEST_F(OfflineResponderTest, AsksForTheToolsAndSumsUpWhatTheyFound)
+{
+	const Json Blocks = Ask("read lines 2-3 of Source/A.h");
+	ASSERT_EQ(Blocks.size(), 2u);
+	EXPECT_EQ(Blocks[0]["type"], "text");
+	EXPECT_EQ(Blocks[1]["name"], "read_file");
+	EXPECT_EQ(Blocks[1]["input"].dump(), R"({"path":"Source/A.h","view_range":[2,3]})");
+	const std::string Text =
+		Report({ { "tool_use_id", Blocks[1]["id"] }, { "content", "two\nthree" }, { "is_error", false } });
+	EXPECT_EQ(Text, "From Source/A.h, 2 lines:\n\ntwo\nthree");
+}
+
+TEST_F(OfflineResponderTest, TellsOfErrorsAbortsAndStrangeResults)
+{
+	const std::string Id = Ask("read A.h").back()["id"];
+	EXPECT_EQ(Report({ { "tool_use_id", Id }, { "content", "Error: File not found" }, { "is_error", true } }),
+		"That did not work for A.h: Error: File not found");
+	const std::string Other = Ask("read A.h").back()["id"];
+	EXPECT_EQ(Report({ { "tool_use_id", Other }, { "content", "Abort" }, { "is_abort", true } }),
+		"You stopped me before I could use a tool.");
+	EXPECT_EQ(Report("nonsense"), "I got a result that I had not asked for.");
+}
+
+TEST_F(OfflineResponderTest, AnswersAMessageThatComesInPlaceOfAnApproval)
+{
+	const std::string Id = Ask("read A.h").back()["id"];
+	Turn Instead;
+	Instead.ToolResults = Json::array({ { { "tool_use_id", Id }, { "content", "Abort" }, { "is_abort", true } } });
+	Instead.Message = "read B.h";
+	EXPECT_EQ(Respond(Instead).back()["input"]["path"], "B.h");
+}
+
+TEST_F(OfflineResponderTest, ListsFoldersAndCutsWhatIsLong)
+{
+	const std::string Id = Ask("list the files in Source").back()["id"];
+	EXPECT_EQ(Report({ { "tool_use_id", Id }, { "content", R"({"A.h":"#","Game":{"B.h":"#"}})" } }),
+		"Source has 2 files in 1 folder.\n  A.h\n  Game/\n    B.h\n");
+	const std::string Long = Ask("read Long.txt").back()["id"];
+	std::string Content;
+	for (int Line = 0; Line < 1000; ++Line)
+	{
+		Content += "line\n";
+	}
+	const std::string Text = Report({ { "tool_use_id", Long }, { "content", Content } });
+	EXPECT_NE(Text.find("1000 lines"), std::string::npos);
+	EXPECT_LT(Text.size(), 500u);
+	const std::string Wide = Ask("read Wide.txt").back()["id"];
+	std::string Euros;
+	for (int Count = 0; Count < 3000; ++Count)
+	{
+		Euros += "\u20ac";
+	}
+	EXPECT_NO_THROW(Report({ { "tool_use_id", Wide }, { "content", Euros } })) << "cut within a character";
+}
+
+TEST_F(OfflineResponderTest, SaysWhatItCanDoWhenItDoesNotUnderstand)
+{
+	const Json Blocks = Ask("make me a coffee");
+	ASSERT_EQ(Blocks.size(), 1u);
+	EXPECT_NE(Blocks[0]["text"].get<std::string>().find("read Source"), std::string::npos);
+}

@@ -1,0 +1,71 @@
+#include "PlainRequest.h"
+
+#include <gtest/gtest.h>
+
+namespace
+{
+/** "R path first last", "L path" or "F" for each request. */
+std::string Describe(const std::string& Text)
+{
+	std::string Result;
+	for (const PlainRequest& Request : UnderstandPlainRequests(Text))
+	{
+		Result += Result.empty() ? "" : "; ";
+		switch (Request.What)
+		{
+		case PlainRequest::Kind::ReadFile:
+			Result += "R " + Request.Path;
+			Result += Request.FirstLine
+						  ? " " + std::to_string(*Request.FirstLine) + " " + std::to_string(*Request.LastLine)
+						  : "";
+			break;
+		case PlainRequest::Kind::ListFolder:
+			Result += "L " + Request.Path;
+			break;
+		case PlainRequest::Kind::Finish:
+			Result += "F";
+			break;
+		}
+	}
+	return Result;
+}
+}
+
+TEST(PlainRequestTest, UnderstandsShortRequests)
+{
+	struct FCase
+	{
+		const char* Text;
+		const char* Expected;
+	};
+	const FCase Cases[] = {
+		{ "read Source/Player.h", "R Source/Player.h" },
+		{ "Please READ the file Source/Player.h.", "R Source/Player.h" },
+		{ "show me lines 5-12 of Config/DefaultGame.ini", "R Config/DefaultGame.ini 5 12" },
+		{ "read Player.h lines 5 to 12", "R Player.h 5 12" },
+		{ "read line 7 of Player.h", "R Player.h 7 7" },
+		{ "read Player.h lines 30-", "R Player.h 30 -1" },
+		{ "read A.h and B.h, then C.cpp", "R A.h; R B.h; R C.cpp" },
+		{ "read \"My Notes/to do\"", "R My Notes/to do" },
+		{ "look at Source/", "L Source/" },
+		{ "list the files", "L " },
+		{ "list the files in Source", "L Source" },
+		{ "which files are in the project?", "L " },
+		{ "show the tree of Source/Game", "L Source/Game" },
+		{ "finish", "F" },
+		{ "make me a coffee", "" },
+		{ "read the newspaper", "" },
+		{ "", "" },
+	};
+	for (const FCase& Case : Cases)
+	{
+		EXPECT_EQ(Describe(Case.Text), Case.Expected) << Case.Text;
+	}
+}
+
+TEST(PlainRequestTest, OddTextsAreHarmless)
+{
+	EXPECT_EQ(Describe("read lines 99999999999-5 of A.h"), "R A.h");
+	EXPECT_EQ(Describe(std::string(1 << 20, '"')), "");
+	EXPECT_EQ(Describe("read \"unclosed.h"), "R unclosed.h");
+}

@@ -1,0 +1,163 @@
+#include "Server.h"
+
+#include "OfflineResponder.h"
+#include "ScriptResponder.h"
+#include "TestFolder.h"
+
+#include <gtest/gtest.h>
+#include <httplib.h>
+#include <sys/stat.h>
+#include <thread>
+
+namespace
+{
+/** A running service and a client that trusts its authority. */
+class ServerTest : public testing::Test
+{
+protected:
+	void Start(const Responder& Chosen, Options Settings = {})
+	{
+		Settings.StateFolder = Folder.Path + "/state";
+		Https = std::make_unique<Server>(Settings, Chosen);
+		Thread = std::thread([this] { Https->Run(); });
+		Client = std::make_unique<httplib::SSLClient>("localhost", Https->GetPort());
+		Client->set_ca_cert_path(Https->GetCertificates().Authority.c_str());
+		Client->enable_server_certificate_verification(true);
+	}
+
+	void TearDown() override
+	{
+		if (Https)
+		{
+			Https->Stop();
+			Thread.join();
+		}
+	}
+
+	Json Command(const std::string& ConversationId, const std::string& Message, bool bFirst = false)
+	{
+		Json Body = { { "message", Message } };
+		if (bFirst)
+		{
+			Body["file_structure"] = Json::object();
+		}
+		const auto Reply =
+			Client->Post("/v1/command", { { "conversation-id", ConversationId } }, Body.dump(), "application/json");
+		EXPECT_TRUE(Reply) << httplib::to_string(Reply.error());
+		return Json::parse(Reply->body);
+	}
+
+	Json Status(const Json& Reply)
+	{
+		const auto Answer = Client->Get("/v1/status?request_id=" + Reply["request_id"].get<std::string>());
+		EXPECT_TRUE(Answer) << httplib::to_string(Answer.error());
+		return Json::parse(Answer->body);
+	}
+
+	const TestFolder Folder;
+	std::unique_ptr<Server> Https;
+	std::thread Thread;
+	std::unique_ptr<httplib::SSLClient> Client;
+};
+}
+
+TEST_F(ServerTest, HoldsSeveralConversationsApart)
+{
+	const OfflineResponder Offline;
+	Start(Offline);
+	const Json First = Command("one", "read A.h", true);
+	const Json Second = Command("two", "read B.h", true);
+	EXPECT_EQ(Status(First)["response"]["response"].back()["input"]["path"], "A.h");
+	EXPECT_EQ(Status(Second)["response"]["response"].back()["input"]["path"], "B.h");
+	EXPECT_EQ(Status({ { "request_id", "unknown" } })["status"], "FAILED");
+}
+
+TEST_F(ServerTest, ManyClientsAtOnce)
+{
+	const OfflineResponder Offline;
+	Start(Offline);
+	std::vector<std::thread> Threads;
+	std::atomic<int> NumRight = 0;
+	for (int Index = 0; Index < 8; ++Index)
+	{
+		Threads.emplace_back([this, Index, &NumRight] {
+			httplib::SSLClient Own("localhost", Https->GetPort());
+			Own.set_ca_cert_path(Https->GetCertificates().Authority.c_str());
+			const std::string Path = "File" + std::to_string(Index) + ".h";
+			const std::string Body =
+				Json({ { "message", "read " + Path }, { "file_structure", Json::object() } }).dump();
+			const auto Reply = Own.Post("/command", { { "conversation-id", Path } }, Body, "application/json");
+			if (!Reply)
+			{
+				return;
+			}
+			const auto Done =
+				Own.Get("/status?request_id=" + Json::parse(Reply->body)["request_id"].get<std::string>());
+			NumRight += Done && Json::parse(Done->body)["response"]["response"].back()["input"]["path"] == Path;
+		});
+	}
+	for (std::thread& Each : Threads)
+	{
+		Each.join();
+	}
+	EXPECT_EQ(NumRight, 8);
+}
+
+TEST_F(ServerTest, ChecksTheKeyAndTheSizeOfTheBody)
+{
+	const OfflineResponder Offline;
+	Options Settings;
+	Settings.ApiKey = "secret";
+	Settings.MaxBodyBytes = 100;
+	Start(Offline, Settings);
+	EXPECT_EQ(Client->Post("/command", "{}", "application/json")->status, 401);
+	EXPECT_EQ(Client->Get("/status?request_id=x", { { "x-api-key", "secre" } })->status, 401);
+	EXPECT_EQ(Client->Post("/command", { { "x-api-key", "secret" } }, "{}", "application/json")->status, 200);
+	EXPECT_EQ(
+		Client->Post("/command", { { "x-api-key", "secret" } }, std::string(1000, ' '), "application/json")->status,
+		413);
+	EXPECT_EQ(Client->Post("/command", { { "x-api-key", "secret" } }, "no json", "application/json")->status, 400);
+}
+
+TEST_F(ServerTest, PlaysDroppedConnectionsAndOddCodes)
+{
+	Folder.Write("faults.json", R"({"turns": [
+		{"command": {"drop": true}},
+		{"command": {"code": 418, "raw": ""}},
+		{"status": [{"drop": true}, {"code": 503, "raw": "busy"}, {"status": "FAILED", "error": "no"}]}
+	]})");
+	const ScriptResponder Scripts(Folder.Path);
+	Start(Scripts);
+	const std::string Body = R"({"message": "script faults"})";
+	EXPECT_FALSE(Client->Post("/command", Body, "application/json")) << "closed in the middle";
+	EXPECT_EQ(Client->Post("/command", Body, "application/json")->status, 418);
+	const Json Reply = Json::parse(Client->Post("/command", Body, "application/json")->body);
+	const std::string StatusPath = "/status?request_id=" + Reply["request_id"].get<std::string>();
+	EXPECT_FALSE(Client->Get(StatusPath));
+	EXPECT_EQ(Client->Get(StatusPath)->status, 503);
+	EXPECT_EQ(Status(Reply)["error"], "no");
+	EXPECT_EQ(Status(Reply)["error"], "no") << "the last one is repeated";
+}
+
+TEST_F(ServerTest, KeepsItsAuthorityAndItsKeysToItself)
+{
+	const OfflineResponder Offline;
+	Start(Offline);
+	const std::string State = Folder.Path + "/state";
+	std::ifstream File(State + "/authority.pem");
+	const std::string Before((std::istreambuf_iterator<char>(File)), {});
+	PrepareCertificates(State, { "other.example" });
+	std::ifstream Again(State + "/authority.pem");
+	EXPECT_EQ(Before, std::string((std::istreambuf_iterator<char>(Again)), {}));
+	for (const char* Key : { "/authority-key.pem", "/server-key.pem" })
+	{
+		struct stat Info
+		{
+		};
+		ASSERT_EQ(stat((State + Key).c_str(), &Info), 0);
+		EXPECT_EQ(Info.st_mode & 0777, 0600u);
+	}
+	httplib::SSLClient Untrusting("localhost", Https->GetPort());
+	Untrusting.enable_server_certificate_verification(true);
+	EXPECT_FALSE(Untrusting.Get("/status")) << "a client that does not know the authority refuses";
+}
