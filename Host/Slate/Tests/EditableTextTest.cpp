@@ -1,9 +1,6 @@
 #include "Widgets/Text/SMultiLineEditableText.h"
 
-#include "Fonts/FontMeasure.h"
 #include "HAL/PlatformApplicationMisc.h"
-#include "Rendering/DrawElements.h"
-#include "Rendering/SlateRenderer.h"
 #include "SlateTestFixture.h"
 #include "Styling/CoreStyle.h"
 #include "Widgets/Layout/SBox.h"
@@ -207,59 +204,6 @@ TEST_F(FEditableTextTest, GrowsWithItsLinesAndWrapsAtItsWidth)
 	Tick();
 	// A cell is 6.6 wide, so nine fit: "some ", "words ", "that wrap".
 	EXPECT_NEAR(FVector2D(Wrapped->GetDesiredSize()).Y, 3.0 * 9.0 * 96.0 / 72.0 * 1.2, 0.01);
-}
-
-/** Keeps what was drawn in the last frame. */
-class FRecordingRenderer final : public FSlateRenderer
-{
-public:
-	FRecordingRenderer()
-		: FSlateRenderer(MakeShared<FFixedFontMeasure>())
-	{
-	}
-	virtual void DrawWindow(const TSharedRef<SWindow>& Window, FSlateWindowElementList& DrawElements) override
-	{
-		Texts.Empty();
-		for (const FSlateDrawElement& Element : DrawElements.GetElements())
-		{
-			if (!Element.Text.IsEmpty())
-			{
-				Texts.Add(Element);
-			}
-		}
-	}
-
-	TArray<FSlateDrawElement> Texts;
-};
-
-TEST(TextPainting, DrawsTheLinesInViewAndNoOthers)
-{
-	FSlateApplication::Create();
-	const TSharedRef<FRecordingRenderer> Renderer = MakeShared<FRecordingRenderer>();
-	FSlateApplication::Get().InitializeRenderer(Renderer);
-	const TSharedRef<SWindow> Window =
-		FSlateApplication::Get().AddWindow(SNew(SWindow).ClientSize(FVector2D(400.0, 50.0)));
-	FString Text = TEXT("top");
-	for (int32 Index = 0; Index < 1000; ++Index)
-	{
-		Text += FString::Printf(TEXT("\nline %d"), Index);
-	}
-	const TSharedRef<SMultiLineEditableText> Editable = SNew(SMultiLineEditableText).Text(FText::FromString(Text));
-	Window->SetContent(Editable);
-	FSlateApplication::Get().Tick();
-	ASSERT_EQ(Renderer->Texts.Num(), 4) << "a line is 14.4 high";
-	EXPECT_TRUE(Renderer->Texts[0].Text.Equals(TEXT("top")));
-	Editable->GoTo(ETextLocation::EndOfDocument);
-	FSlateApplication::Get().Tick();
-	EXPECT_TRUE(Renderer->Texts.Last().Text.Equals(TEXT("line 999"))) << "the cursor is kept in view";
-
-	// clang-format off
-	Window->SetContent(SNew(STextBlock).Text(INVTEXT("ab\nabcd")).Justification(ETextJustify::Right));
-	// clang-format on
-	FSlateApplication::Get().Tick();
-	ASSERT_EQ(Renderer->Texts.Num(), 2);
-	EXPECT_NEAR(FVector2D(Renderer->Texts[0].Geometry.GetAbsolutePosition()).X, 400.0 - 2.0 * 6.6, 0.01);
-	FSlateApplication::Shutdown();
 }
 
 TEST(WrappedText, SplitsAtEveryKindOfLineEnd)

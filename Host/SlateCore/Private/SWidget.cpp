@@ -15,7 +15,12 @@ public:
 	SLATE_BEGIN_ARGS(SNullWidgetContent) {}
 	SLATE_END_ARGS()
 
-	void Construct(const FArguments& InArgs) { SetCanTick(false); }
+	void Construct(const FArguments& InArgs)
+	{
+		SetCanTick(false);
+		// It fills its slot, and must not be hit there.
+		SetVisibility(EVisibility::Hidden);
+	}
 
 protected:
 	virtual FVector2D ComputeDesiredSize(float LayoutScaleMultiplier) const override { return FVector2D(0.0, 0.0); }

@@ -7,6 +7,7 @@
 #include "Misc/Paths.h"
 #include "ProfilingDebugging/MiscTrace.h"
 #include "Serialization/JsonWriter.h"
+#include "UObject/Class.h"
 
 namespace FileTree
 {

@@ -143,7 +143,7 @@ TSharedRef<SWidget> SKestrelWidget::MakePromptBox()
 
 TSharedRef<SWidget> SKestrelWidget::MakeButtonRow()
 {
-	// The buttons take no focus: a click must not take it from the prompt box.
+	// A click must not take the focus from the prompt box; by keyboard the panel is driven from there, with Enter.
 	// clang-format off
 	return SNew(SHorizontalBox)
 		+ SHorizontalBox::Slot()
@@ -151,6 +151,7 @@ TSharedRef<SWidget> SKestrelWidget::MakeButtonRow()
 		.Padding(0.0f, 0.0f, 4.0f, 0.0f)
 		[
 			SAssignNew(StartButton, SButton)
+			.IsFocusable(false)
 			.Text(LOCTEXT("Start", "[ Start ]"))
 			.ToolTipText(LOCTEXT("StartToolTip", "Begin a conversation with the prompt (Enter)"))
 			.IsEnabled(this, &SKestrelWidget::UpdateStartButton)
@@ -161,6 +162,7 @@ TSharedRef<SWidget> SKestrelWidget::MakeButtonRow()
 		.Padding(0.0f, 0.0f, 4.0f, 0.0f)
 		[
 			SAssignNew(ContinueButton, SButton)
+			.IsFocusable(false)
 			.Text(LOCTEXT("Continue", "Continue"))
 			.ToolTipText(LOCTEXT("ContinueToolTip", "Go on with the conversation, with what the prompt says (Enter)"))
 			.IsEnabled(this, &SKestrelWidget::UpdateContinueButtonEnability)
@@ -172,6 +174,7 @@ TSharedRef<SWidget> SKestrelWidget::MakeButtonRow()
 		.Padding(0.0f, 0.0f, 4.0f, 0.0f)
 		[
 			SAssignNew(PauseButton, SButton)
+			.IsFocusable(false)
 			.Text(LOCTEXT("Pause", "Pause"))
 			.ToolTipText(LOCTEXT("PauseToolTip", "Stop before the next tool is used"))
 			.Visibility(this, &SKestrelWidget::UpdatePauseButtonVisibility)
@@ -182,6 +185,7 @@ TSharedRef<SWidget> SKestrelWidget::MakeButtonRow()
 		.Padding(0.0f, 0.0f, 4.0f, 0.0f)
 		[
 			SAssignNew(ApproveButton, SButton)
+			.IsFocusable(false)
 			.Text(LOCTEXT("Approve", "Approve"))
 			.ToolTipText(LOCTEXT("ApproveToolTip", "Let the assistant use the tools that it has asked for"))
 			.IsEnabled(this, &SKestrelWidget::IsApproveButtonEnabled)
@@ -193,6 +197,7 @@ TSharedRef<SWidget> SKestrelWidget::MakeButtonRow()
 		.HAlign(HAlign_Right)
 		[
 			SAssignNew(EndButton, SButton)
+			.IsFocusable(false)
 			.Text(LOCTEXT("End", "[ End ]"))
 			.ToolTipText(LOCTEXT("EndToolTip", "End the conversation"))
 			.IsEnabled(this, &SKestrelWidget::IsEndButtonEnabled)
