@@ -117,6 +117,11 @@ std::string DescribeFile(const PlainRequest& Request, const std::string& Content
 class OfflineConversation : public Conversation
 {
 public:
+	explicit OfflineConversation(bool bInConfirmationMode)
+		: bConfirmationMode(bInConfirmationMode)
+	{
+	}
+
 	Answer Respond(const Turn& UserTurn) override
 	{
 		if (UserTurn.ToolResults.is_array() && !UserTurn.ToolResults.empty())
@@ -135,7 +140,9 @@ public:
 private:
 	Answer Say(const std::string& Text) const
 	{
-		return Answer::Completed({ { "response", Json::array({ { { "type", "text" }, { "text", Text } } }) } });
+		// Nothing to approve: without this the client would ask its user all the same.
+		return Answer::Completed(
+			{ { "response", Json::array({ { { "type", "text" }, { "text", Text } } }) }, { "auto_continue", true } });
 	}
 
 	Answer Plan(const Turn& UserTurn)
@@ -154,7 +161,7 @@ private:
 			Blocks.push_back({ { "type", "tool_use" }, { "id", Id }, { "name", ToolName(Request) },
 				{ "input", ToolInput(Request) } });
 		}
-		return Answer::Completed({ { "response", Blocks } });
+		return Answer::Completed({ { "response", Blocks }, { "auto_continue", !bConfirmationMode } });
 	}
 
 	static std::string Announce(const std::vector<PlainRequest>& Requests)
@@ -253,12 +260,13 @@ private:
 		return "Done.";
 	}
 
+	const bool bConfirmationMode;
 	std::map<std::string, PlainRequest> Asked; // by the ids of the tool uses
 	int NumTools = 0;
 };
 }
 
-std::unique_ptr<Conversation> OfflineResponder::Begin(const Turn&) const
+std::unique_ptr<Conversation> OfflineResponder::Begin(const Turn& FirstTurn) const
 {
-	return std::make_unique<OfflineConversation>();
+	return std::make_unique<OfflineConversation>(FirstTurn.bConfirmationMode);
 }

@@ -79,8 +79,8 @@ void FAutomationRunner::FinishCurrent()
 	const FAutomationTestExecutionInfo Info = FAutomationTestFramework::Get().Stop();
 	const FString& Name = Queue[NextTest++].FullName;
 	Info.WasSuccessful() ? ++NumPassed : ++NumFailed;
-	AutomationRunner::Print(FString::Printf(
-		TEXT("[%s] %s (%.0f ms)"), Info.WasSuccessful() ? TEXT("  OK  ") : TEXT("FAILED"), *Name, Info.DurationSeconds * 1000.0));
+	AutomationRunner::Print(FString::Printf(TEXT("[%s] %s (%.0f ms)"),
+		Info.WasSuccessful() ? TEXT("  OK  ") : TEXT("FAILED"), *Name, Info.DurationSeconds * 1000.0));
 	for (const FString& Error : Info.Errors)
 	{
 		AutomationRunner::Print(TEXT("         ") + Error);

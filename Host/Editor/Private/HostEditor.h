@@ -7,8 +7,8 @@
 #include "Templates/UniquePtr.h"
 
 /**
- * The editor's life: opens the project of the command line, loads modules and plugins in the engine's phases, ticks until
- * somebody asks to exit, and shuts down in reverse.
+ * The editor's life: opens the project of the command line, loads modules and plugins in the engine's phases, ticks
+ * until somebody asks to exit, and shuts down in reverse.
  *
  * A tick is: core ticker, HTTP completions, game-thread tasks, Slate. With -UnattendedClock the clock jumps to the next
  * due time while nothing is in flight.

@@ -30,7 +30,8 @@ void FOutputDeviceFile::Serialize(const TCHAR* V, ELogVerbosity::Type Verbosity,
 	{
 		return;
 	}
-	const FString Line = FDateTime::UtcNow().ToString(TEXT("[%Y.%m.%d-%H.%M.%S:%s] ")) + LogDevices::FormatLine(V, Verbosity, Category);
+	const FString Line =
+		FDateTime::UtcNow().ToString(TEXT("[%Y.%m.%d-%H.%M.%S:%s] ")) + LogDevices::FormatLine(V, Verbosity, Category);
 	const FTCHARToUTF8 Utf8(*Line, Line.Len());
 	File->Write(reinterpret_cast<const uint8*>(Utf8.Get()), Utf8.Length());
 	NumBytes += Utf8.Length();

@@ -30,7 +30,10 @@ private:
 class FOutputDeviceStdErr final : public FOutputDevice
 {
 public:
-	explicit FOutputDeviceStdErr(ELogVerbosity::Type InMostVerbose) : MostVerbose(InMostVerbose) {}
+	explicit FOutputDeviceStdErr(ELogVerbosity::Type InMostVerbose)
+		: MostVerbose(InMostVerbose)
+	{
+	}
 
 	using FOutputDevice::Serialize;
 	virtual void Serialize(const TCHAR* V, ELogVerbosity::Type Verbosity, const FName& Category) override;

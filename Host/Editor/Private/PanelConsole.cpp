@@ -224,8 +224,8 @@ void FPanelConsole::ReadInput()
 			break;
 		}
 		PartialLine.append(Buffer, static_cast<size_t>(Count));
-		for (size_t End = PartialLine.find('\n'); End != std::string::npos || PartialLine.size() > PanelConsole::MaxLineBytes;
-			 End = PartialLine.find('\n'))
+		for (size_t End = PartialLine.find('\n');
+			 End != std::string::npos || PartialLine.size() > PanelConsole::MaxLineBytes; End = PartialLine.find('\n'))
 		{
 			Lines.Add(FString(PartialLine.substr(0, End).c_str()));
 			PartialLine.erase(0, End == std::string::npos ? End : End + 1);

@@ -15,8 +15,8 @@ class SDockTab;
  * one called Approve. Ctrl-C presses the one called End, or leaves when that is not to be had.
  *
  * "-Prompt=<text>" (any number of them) runs unattended: each prompt is sent when the one before is done, the
- * conversation is ended after the last, and the program leaves with 0. It leaves with 1 as soon as the conversation ends
- * by itself, and when a tool waits for approval but "-Approve" was not given and nobody can be asked.
+ * conversation is ended after the last, and the program leaves with 0. It leaves with 1 as soon as the conversation
+ * ends by itself, and when a tool waits for approval but "-Approve" was not given and nobody can be asked.
  */
 class FPanelConsole
 {

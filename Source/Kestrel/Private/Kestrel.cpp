@@ -32,22 +32,22 @@ FString FKestrelModule::StageApiKey;
 
 namespace KestrelModule
 {
-	const FName SettingsContainer("Project");
-	const FName SettingsCategory("Plugins");
-	const FName SettingsSection("Kestrel");
+const FName SettingsContainer("Project");
+const FName SettingsCategory("Plugins");
+const FName SettingsSection("Kestrel");
 
-	/** A stage of the service and the ini keys that describe it. */
-	struct FStage
-	{
-		const TCHAR* Name;
-		const TCHAR* UrlKey;
-		const TCHAR* KeyKey;
-	};
-	const FStage Stages[] = {
-		{ TEXT("Dev"), TEXT("DevApiUrl"), TEXT("DevApiKey") },
-		{ TEXT("Sandbox"), TEXT("SandboxApiUrl"), TEXT("SandboxApiKey") },
-		{ TEXT("Sandbox2"), TEXT("Sandbox2ApiUrl"), TEXT("Sandbox2ApiKey") },
-	};
+/** A stage of the service and the ini keys that describe it. */
+struct FStage
+{
+	const TCHAR* Name;
+	const TCHAR* UrlKey;
+	const TCHAR* KeyKey;
+};
+const FStage Stages[] = {
+	{ TEXT("Dev"), TEXT("DevApiUrl"), TEXT("DevApiKey") },
+	{ TEXT("Sandbox"), TEXT("SandboxApiUrl"), TEXT("SandboxApiKey") },
+	{ TEXT("Sandbox2"), TEXT("Sandbox2ApiUrl"), TEXT("Sandbox2ApiKey") },
+};
 }
 
 void FKestrelModule::StartupModule()

@@ -11,14 +11,15 @@ UKestrelSettings::UKestrelSettings()
 
 void UKestrelSettings::ResetSupportedFileExtensions()
 {
-	SupportedFileExtensions = { TEXT("py"), TEXT("cs"), TEXT("json"), TEXT("cpp"), TEXT("h"), TEXT("uasset"), TEXT("umap"),
-		TEXT("ini"), TEXT("uproject"), TEXT("csv") };
+	SupportedFileExtensions = { TEXT("py"), TEXT("cs"), TEXT("json"), TEXT("cpp"), TEXT("h"), TEXT("uasset"),
+		TEXT("umap"), TEXT("ini"), TEXT("uproject"), TEXT("csv") };
 }
 
 void UKestrelSettings::ResetExcludedDirectories()
 {
-	ExcludedDirectories = { TEXT("__ExternalObjects__"), TEXT("__ExternalActors__"), TEXT("Binaries"), TEXT("Intermediate"),
-		TEXT("Saved"), TEXT("Build"), TEXT("DerivedDataCache"), TEXT("Engine"), TEXT("Shared"), TEXT(".git") };
+	ExcludedDirectories = { TEXT("__ExternalObjects__"), TEXT("__ExternalActors__"), TEXT("Binaries"),
+		TEXT("Intermediate"), TEXT("Saved"), TEXT("Build"), TEXT("DerivedDataCache"), TEXT("Engine"), TEXT("Shared"),
+		TEXT(".git") };
 }
 
 void UKestrelSettings::ResetAssetGroups()

@@ -69,7 +69,8 @@ class KESTREL_API UKestrelSettings : public UObject
 public:
 	UKestrelSettings();
 
-	UPROPERTY(config, EditAnywhere, Category = "Kestrel|Authentication", meta = (DisplayName = "API Key", ToolTip = "Authentication key required to access Kestrel AI services"))
+	UPROPERTY(config, EditAnywhere, Category = "Kestrel|Authentication",
+		meta = (DisplayName = "API Key", ToolTip = "Authentication key required to access Kestrel AI services"))
 	FString ApiKey;
 
 	/** An EKestrelMode. */
@@ -80,30 +81,41 @@ public:
 	UPROPERTY()
 	bool bAutoApprove = false;
 
-	UPROPERTY(config, EditAnywhere, Category = "Kestrel|Interface", meta = (DisplayName = "Display File Changes In Chat", ToolTip = "Enables or disables the display of file modifications, creations, and deletions in the chat interface"))
+	UPROPERTY(config, EditAnywhere, Category = "Kestrel|Interface",
+		meta = (DisplayName = "Display File Changes In Chat",
+			ToolTip =
+				"Enables or disables the display of file modifications, creations, and deletions in the chat interface"))
 	bool bDisplayFileChangesInChat = true;
 
 	/** A button in the shape of a box: ticking it puts the default extensions back. */
-	UPROPERTY(EditAnywhere, Category = "Kestrel|Filtering|File|Extensions", meta = (DisplayName = "Reset Supported File Extensions"))
+	UPROPERTY(EditAnywhere, Category = "Kestrel|Filtering|File|Extensions",
+		meta = (DisplayName = "Reset Supported File Extensions"))
 	bool bResetSupportedFileExtensions = false;
 
 	/** Without a leading dot. */
-	UPROPERTY(config, EditAnywhere, Category = "Kestrel|Filtering|File|Extensions", meta = (DisplayName = "Supported File Extensions", ToolTip = "Additional file extensions beyond UE4's default types (py, cs, json, cpp, h, uasset, umap, ini, uproject, csv)"))
+	UPROPERTY(config, EditAnywhere, Category = "Kestrel|Filtering|File|Extensions",
+		meta = (DisplayName = "Supported File Extensions",
+			ToolTip =
+				"Additional file extensions beyond UE4's default types (py, cs, json, cpp, h, uasset, umap, ini, uproject, csv)"))
 	TArray<FString> SupportedFileExtensions;
 
 	/** A button in the shape of a box: ticking it puts the default directories back. */
-	UPROPERTY(EditAnywhere, Category = "Kestrel|Filtering|File|Directories", meta = (DisplayName = "Reset Excluded Directories"))
+	UPROPERTY(EditAnywhere, Category = "Kestrel|Filtering|File|Directories",
+		meta = (DisplayName = "Reset Excluded Directories"))
 	bool bResetExcludedDirectories = false;
 
 	/** Names of single directories; a name excludes the directory wherever it lies. */
-	UPROPERTY(config, EditAnywhere, Category = "Kestrel|Filtering|File|Directories", meta = (DisplayName = "Excluded Directories", ToolTip = "Directories to exclude from the file tree"))
+	UPROPERTY(config, EditAnywhere, Category = "Kestrel|Filtering|File|Directories",
+		meta = (DisplayName = "Excluded Directories", ToolTip = "Directories to exclude from the file tree"))
 	TArray<FString> ExcludedDirectories;
 
 	/** Kept for settings of earlier versions; nothing reads it. */
 	UPROPERTY()
 	bool bReservedFlag = true;
 
-	UPROPERTY(config, EditAnywhere, Category = "Kestrel|Logs", meta = (DisplayName = "Log Retention Policy", ToolTip = "Defines how long log files should be kept before automatic deletion"))
+	UPROPERTY(config, EditAnywhere, Category = "Kestrel|Logs",
+		meta = (DisplayName = "Log Retention Policy",
+			ToolTip = "Defines how long log files should be kept before automatic deletion"))
 	EKestrelLogDeletionPolicy LogRetentionPolicy = EKestrelLogDeletionPolicy::KeepLast30Days;
 
 	/** Kept for settings of earlier versions; nothing reads it. */

@@ -18,24 +18,24 @@ struct FAgent::FEntryAction
 
 namespace KestrelAgent
 {
-	void ShowUserText(const FString& Text)
-	{
-		FKestrelInterface::Get().OnAddStatusMessage(Text, FKestrelInterface::UserColor,
-			FKestrelInterface::RegularFontName, FKestrelInterface::UserFontSize);
-	}
+void ShowUserText(const FString& Text)
+{
+	FKestrelInterface::Get().OnAddStatusMessage(
+		Text, FKestrelInterface::UserColor, FKestrelInterface::RegularFontName, FKestrelInterface::UserFontSize);
+}
 
-	void ShowAssistantText(const FString& Text)
-	{
-		FKestrelInterface::Get().OnAddStatusMessage(FString::Printf(TEXT(" [ Kestrel ] \n\n%s\n"), *Text),
-			FKestrelInterface::AssistantColor, FKestrelInterface::BoldFontName, FKestrelInterface::AssistantFontSize);
-	}
+void ShowAssistantText(const FString& Text)
+{
+	FKestrelInterface::Get().OnAddStatusMessage(FString::Printf(TEXT(" [ Kestrel ] \n\n%s\n"), *Text),
+		FKestrelInterface::AssistantColor, FKestrelInterface::BoldFontName, FKestrelInterface::AssistantFontSize);
+}
 
-	/** A content block's kind; letter case does not count. */
-	bool IsOfType(const FJsonObject& Block, const TCHAR* Type)
-	{
-		FString BlockType;
-		return Block.TryGetStringField(TEXT("type"), BlockType) && BlockType.Equals(Type, ESearchCase::IgnoreCase);
-	}
+/** A content block's kind; letter case does not count. */
+bool IsOfType(const FJsonObject& Block, const TCHAR* Type)
+{
+	FString BlockType;
+	return Block.TryGetStringField(TEXT("type"), BlockType) && BlockType.Equals(Type, ESearchCase::IgnoreCase);
+}
 }
 
 FAgent& FAgent::Get()
@@ -214,7 +214,8 @@ void FAgent::SendAndClearToolResults(const TSharedRef<FJsonObject>& Body)
 	ClearToolResults();
 }
 
-void FAgent::HandleRegularRequest(const FString& Text, const FLinearColor& Color, const FName& FontStyle, float FontSize)
+void FAgent::HandleRegularRequest(
+	const FString& Text, const FLinearColor& Color, const FName& FontStyle, float FontSize)
 {
 	FKestrelInterface::Get().OnAddStatusMessage(Text, Color, FontStyle, FontSize);
 }

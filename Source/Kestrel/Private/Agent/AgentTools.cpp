@@ -15,66 +15,67 @@ struct FAgent::FTool
 
 namespace AgentTools
 {
-	void ShowStatus(const TCHAR* Text)
-	{
-		FKestrelInterface::Get().OnAddStatusMessage(Text, FKestrelInterface::MessageColor,
-			FKestrelInterface::ItalicFontName, FKestrelInterface::MessageFontSize);
-	}
+void ShowStatus(const TCHAR* Text)
+{
+	FKestrelInterface::Get().OnAddStatusMessage(
+		Text, FKestrelInterface::MessageColor, FKestrelInterface::ItalicFontName, FKestrelInterface::MessageFontSize);
+}
 
-	/** A block without an id or name is handled like one whose id or name is empty. */
-	FString GetString(const TSharedPtr<FJsonObject>& Block, const TCHAR* Field)
-	{
-		FString Text;
-		Block->TryGetStringField(Field, Text);
-		return Text;
-	}
+/** A block without an id or name is handled like one whose id or name is empty. */
+FString GetString(const TSharedPtr<FJsonObject>& Block, const TCHAR* Field)
+{
+	FString Text;
+	Block->TryGetStringField(Field, Text);
+	return Text;
+}
 
-	TSharedRef<FJsonObject> MakeResult(const FString& ToolUseId, const FString& Content)
-	{
-		const TSharedRef<FJsonObject> Result = MakeShared<FJsonObject>();
-		Result->SetStringField(TEXT("type"), TEXT("tool_result"));
-		Result->SetStringField(TEXT("tool_use_id"), ToolUseId);
-		Result->SetStringField(TEXT("content"), Content);
-		return Result;
-	}
+TSharedRef<FJsonObject> MakeResult(const FString& ToolUseId, const FString& Content)
+{
+	const TSharedRef<FJsonObject> Result = MakeShared<FJsonObject>();
+	Result->SetStringField(TEXT("type"), TEXT("tool_result"));
+	Result->SetStringField(TEXT("tool_use_id"), ToolUseId);
+	Result->SetStringField(TEXT("content"), Content);
+	return Result;
+}
 
-	/** The lines that a "view_range" asks for, counted from 1. */
-	struct FViewRange
-	{
-		int32 StartLine = 1;
-		int32 EndLine = -1;
-	};
+/** The lines that a "view_range" asks for, counted from 1. */
+struct FViewRange
+{
+	int32 StartLine = 1;
+	int32 EndLine = -1;
+};
 
-	/** The element as a whole number, its fraction cut off; what does not fit becomes the nearest that does. */
-	bool ReadLineNumber(const TSharedPtr<FJsonValue>& Value, int32& OutLine)
+/** The element as a whole number, its fraction cut off; what does not fit becomes the nearest that does. */
+bool ReadLineNumber(const TSharedPtr<FJsonValue>& Value, int32& OutLine)
+{
+	double Number = 0.0;
+	if (!Value.IsValid() || !Value->TryGetNumber(Number))
 	{
-		double Number = 0.0;
-		if (!Value.IsValid() || !Value->TryGetNumber(Number))
-		{
-			return false;
-		}
-		OutLine = static_cast<int32>(FMath::Clamp(Number, static_cast<double>(MIN_int32), static_cast<double>(MAX_int32)));
-		return true;
+		return false;
 	}
+	OutLine = static_cast<int32>(FMath::Clamp(Number, static_cast<double>(MIN_int32), static_cast<double>(MAX_int32)));
+	return true;
+}
 
-	bool ReadViewRange(const TArray<TSharedPtr<FJsonValue>>& Values, FViewRange& OutRange)
-	{
-		return Values.Num() == 2 && ReadLineNumber(Values[0], OutRange.StartLine) && ReadLineNumber(Values[1], OutRange.EndLine);
-	}
+bool ReadViewRange(const TArray<TSharedPtr<FJsonValue>>& Values, FViewRange& OutRange)
+{
+	return Values.Num() == 2 && ReadLineNumber(Values[0], OutRange.StartLine) &&
+		   ReadLineNumber(Values[1], OutRange.EndLine);
+}
 
-	/** The file that "read_file" means, empty when there is none: a bare name may also lie in the project's Source. */
-	FString FindFileToRead(const FString& Path)
+/** The file that "read_file" means, empty when there is none: a bare name may also lie in the project's Source. */
+FString FindFileToRead(const FString& Path)
+{
+	IPlatformFile& Files = FPlatformFileManager::Get().GetPlatformFile();
+	const FString FullPath = FFileUtils::ToAbsolutePath(Path);
+	if (Files.FileExists(*FullPath))
 	{
-		IPlatformFile& Files = FPlatformFileManager::Get().GetPlatformFile();
-		const FString FullPath = FFileUtils::ToAbsolutePath(Path);
-		if (Files.FileExists(*FullPath))
-		{
-			return FullPath;
-		}
-		FString InSource = FFileUtils::ToAbsolutePath(TEXT("Source") / FPaths::GetCleanFilename(FullPath));
-		FPaths::NormalizeFilename(InSource);
-		return Files.FileExists(*InSource) ? InSource : FString();
+		return FullPath;
 	}
+	FString InSource = FFileUtils::ToAbsolutePath(TEXT("Source") / FPaths::GetCleanFilename(FullPath));
+	FPaths::NormalizeFilename(InSource);
+	return Files.FileExists(*InSource) ? InSource : FString();
+}
 }
 
 void FAgent::HandleResponseToolUse(const TSharedPtr<FJsonObject>& Block)
@@ -164,5 +165,6 @@ FString FAgent::UseGetFileSystemTool(const FString& Id, const FJsonObject& Input
 		return TEXT("Error: Missing dir_path field");
 	}
 	// Joined, not made absolute: the names of the folders that the project itself lies in must not exclude it.
-	return FFileUtils::GetSubDirectoryStructureAsJsonObject(FPaths::ConvertRelativePathToFull(FPaths::ProjectDir(), DirPath));
+	return FFileUtils::GetSubDirectoryStructureAsJsonObject(
+		FPaths::ConvertRelativePathToFull(FPaths::ProjectDir(), DirPath));
 }

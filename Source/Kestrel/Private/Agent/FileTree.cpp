@@ -11,53 +11,53 @@
 
 namespace FileTree
 {
-	const TCHAR* const NoClassName = TEXT("#");
+const TCHAR* const NoClassName = TEXT("#");
 
-	TArray<FString> ListFolder(const FString& Path, bool bFiles)
-	{
-		TArray<FString> Names;
-		IFileManager::Get().FindFiles(Names, *(Path / TEXT("*")), bFiles, !bFiles);
-		return Names;
-	}
+TArray<FString> ListFolder(const FString& Path, bool bFiles)
+{
+	TArray<FString> Names;
+	IFileManager::Get().FindFiles(Names, *(Path / TEXT("*")), bFiles, !bFiles);
+	return Names;
+}
 
-	FString CleanExcludedEntry(const FString& Entry)
-	{
-		FString Clean = Entry.Replace(TEXT("\\"), TEXT("/")).TrimStartAndEnd();
-		Clean.RemoveFromStart(TEXT("/"));
-		Clean.RemoveFromEnd(TEXT("/"));
-		return Clean;
-	}
+FString CleanExcludedEntry(const FString& Entry)
+{
+	FString Clean = Entry.Replace(TEXT("\\"), TEXT("/")).TrimStartAndEnd();
+	Clean.RemoveFromStart(TEXT("/"));
+	Clean.RemoveFromEnd(TEXT("/"));
+	return Clean;
+}
 
-	/** Name parts that keep a folder out of the flat list. Unlike the tree's, they need not be the whole name. */
-	bool IsLeftOutOfList(const FString& FolderName)
+/** Name parts that keep a folder out of the flat list. Unlike the tree's, they need not be the whole name. */
+bool IsLeftOutOfList(const FString& FolderName)
+{
+	const TCHAR* const LeftOut[] = { TEXT("Binaries"), TEXT("Intermediate"), TEXT("Build"), TEXT("DerivedDataCache"),
+		TEXT("Saved"), TEXT("Engine"), TEXT("Shared") };
+	for (const TCHAR* Part : LeftOut)
 	{
-		const TCHAR* const LeftOut[] = { TEXT("Binaries"), TEXT("Intermediate"), TEXT("Build"), TEXT("DerivedDataCache"),
-			TEXT("Saved"), TEXT("Engine"), TEXT("Shared") };
-		for (const TCHAR* Part : LeftOut)
+		if (FolderName.Contains(Part))
 		{
-			if (FolderName.Contains(Part))
-			{
-				return true;
-			}
+			return true;
 		}
-		return false;
 	}
+	return false;
+}
 
-	const TArray<FString>& ListedExtensions()
-	{
-		static const TArray<FString> Extensions = { TEXT(".py"), TEXT(".cs"), TEXT(".json"), TEXT(".cpp"), TEXT(".h"),
-			TEXT(".uasset"), TEXT(".umap"), TEXT(".ini"), TEXT(".uproject"), TEXT(".csv") };
-		return Extensions;
-	}
+const TArray<FString>& ListedExtensions()
+{
+	static const TArray<FString> Extensions = { TEXT(".py"), TEXT(".cs"), TEXT(".json"), TEXT(".cpp"), TEXT(".h"),
+		TEXT(".uasset"), TEXT(".umap"), TEXT(".ini"), TEXT(".uproject"), TEXT(".csv") };
+	return Extensions;
+}
 
-	FString ToProjectRelative(const FString& File)
-	{
-		FString Relative = File;
-		FPaths::NormalizeFilename(Relative);
-		FPaths::MakePathRelativeTo(Relative, *FPaths::ProjectDir());
-		Relative.RemoveFromStart(TEXT("/"));
-		return Relative;
-	}
+FString ToProjectRelative(const FString& File)
+{
+	FString Relative = File;
+	FPaths::NormalizeFilename(Relative);
+	FPaths::MakePathRelativeTo(Relative, *FPaths::ProjectDir());
+	Relative.RemoveFromStart(TEXT("/"));
+	return Relative;
+}
 }
 
 bool IsDirectoryExcluded(const FString& Path, const TArray<FString>& ExcludedDirs)
@@ -121,7 +121,8 @@ FString FFileUtils::GetSubDirectoryStructureAsJsonObject(const FString& Path)
 	}
 
 	TRACE_BOOKMARK(TEXT("Kestrel - Start GetSubDirectoryStructure"));
-	const TSharedPtr<FJsonObject> Tree = BuildJsonTree(Path, SupportedExtensions, ExcludedDirs, EnabledAssetClassPatterns);
+	const TSharedPtr<FJsonObject> Tree =
+		BuildJsonTree(Path, SupportedExtensions, ExcludedDirs, EnabledAssetClassPatterns);
 	TRACE_BOOKMARK(TEXT("Kestrel - End GetSubDirectoryStructure"));
 	return KestrelJson::ToCondensedText(Tree.ToSharedRef());
 }
@@ -129,8 +130,8 @@ FString FFileUtils::GetSubDirectoryStructureAsJsonObject(const FString& Path)
 void FFileUtils::GetSubDirectoryStructureAsJsonObjectAsync(
 	const FString& Path, TDelegate<void(const FString&)> OnComplete)
 {
-	FFunctionGraphTask::CreateAndDispatchWhenReady(
-		[Path, OnComplete]() { AsyncDirectoryWorker(Path, OnComplete); }, TStatId(), nullptr, ENamedThreads::GameThread);
+	FFunctionGraphTask::CreateAndDispatchWhenReady([Path, OnComplete]() { AsyncDirectoryWorker(Path, OnComplete); },
+		TStatId(), nullptr, ENamedThreads::GameThread);
 }
 
 void FFileUtils::AsyncDirectoryWorker(const FString& Path, TDelegate<void(const FString&)> OnComplete)

@@ -5,15 +5,15 @@
 
 namespace FileUtils
 {
-	FString MissingFileError(const FString& FullPath)
-	{
-		return FString::Printf(TEXT("Error: File does not exist: %s"), *FullPath);
-	}
+FString MissingFileError(const FString& FullPath)
+{
+	return FString::Printf(TEXT("Error: File does not exist: %s"), *FullPath);
+}
 
-	FString UnreadableFileError(const FString& FullPath)
-	{
-		return FString::Printf(TEXT("Error: Failed to read file: %s"), *FullPath);
-	}
+FString UnreadableFileError(const FString& FullPath)
+{
+	return FString::Printf(TEXT("Error: Failed to read file: %s"), *FullPath);
+}
 }
 
 FString FFileUtils::ToAbsolutePath(const FString& Path)
@@ -49,8 +49,9 @@ FString FFileUtils::ReadFileLineRange(const FString& Path, int32 StartLine, int3
 	const int32 LastIndex = FMath::Min(EndLine == -1 ? Lines.Num() : EndLine, Lines.Num()) - 1;
 	if (FirstIndex > LastIndex || FirstIndex >= Lines.Num())
 	{
-		return FString::Printf(TEXT("Error: Invalid line range for file: %s (StartLine: %d, EndLine: %d, Total Lines: %d)"),
-			*FullPath, FirstIndex + 1, LastIndex + 1, Lines.Num());
+		return FString::Printf(
+			TEXT("Error: Invalid line range for file: %s (StartLine: %d, EndLine: %d, Total Lines: %d)"), *FullPath,
+			FirstIndex + 1, LastIndex + 1, Lines.Num());
 	}
 	return FString::Join(MakeArrayView(Lines).Slice(FirstIndex, LastIndex - FirstIndex + 1), TEXT("\n"));
 }

@@ -4,7 +4,8 @@
 
 class FJsonObject;
 
-/** True when a folder of the path has a name of the list. Slashes and blanks around an entry do not count, nor does case. */
+/** True when a folder of the path has a name of the list. Slashes and blanks around an entry do not count, nor does
+ * case. */
 bool IsDirectoryExcluded(const FString& Path, const TArray<FString>& ExcludedDirs);
 
 /**
@@ -40,13 +41,15 @@ public:
 	 */
 	static TSharedPtr<FJsonObject> BuildJsonTree(const FString& Path, const TArray<FString>& SupportedExtensions,
 		const TArray<FString>& ExcludedDirs, const TSet<FName>& EnabledAssetClassPatterns);
-	/** The tree of a folder by the user's settings, as condensed JSON; "{}" for a folder that is excluded or missing. */
+	/** The tree of a folder by the user's settings, as condensed JSON; "{}" for a folder that is excluded or missing.
+	 */
 	static FString GetSubDirectoryStructureAsJsonObject(const FString& Path);
 	/**
 	 * The same, worked out at a later moment of the game thread: the settings and the asset registry are its alone.
 	 * OnComplete is called if it is still bound then.
 	 */
-	static void GetSubDirectoryStructureAsJsonObjectAsync(const FString& Path, TDelegate<void(const FString&)> OnComplete);
+	static void GetSubDirectoryStructureAsJsonObjectAsync(
+		const FString& Path, TDelegate<void(const FString&)> OnComplete);
 
 	/** Paths below a folder of the project, relative to the project directory, of the files that matter to a game. */
 	static TArray<FString> GetDirectoryStructureAsList(const FString& Path);

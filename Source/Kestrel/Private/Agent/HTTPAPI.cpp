@@ -16,38 +16,38 @@
 
 namespace HTTPAPI
 {
-	constexpr float FirstPollDelaySeconds = 2.0f;
-	constexpr float LongestPollDelaySeconds = 10.0f;
-	constexpr float PollDelayGrowth = 1.5f;
-	constexpr float PollTickerIntervalSeconds = 0.1f;
+constexpr float FirstPollDelaySeconds = 2.0f;
+constexpr float LongestPollDelaySeconds = 10.0f;
+constexpr float PollDelayGrowth = 1.5f;
+constexpr float PollTickerIntervalSeconds = 0.1f;
 
-	const TCHAR* const ApiKeyHeader = TEXT("x-api-key");
-	const TCHAR* const ConversationIdHeader = TEXT("conversation-id");
+const TCHAR* const ApiKeyHeader = TEXT("x-api-key");
+const TCHAR* const ConversationIdHeader = TEXT("conversation-id");
 
-	/** Major.Minor of the running engine; empty, with an ensure, when its version text is not of that form. */
-	FString GetEngineVersion()
+/** Major.Minor of the running engine; empty, with an ensure, when its version text is not of that form. */
+FString GetEngineVersion()
+{
+	TArray<FString> Pieces;
+	FEngineVersion::Current().ToString(EVersionComponent::Branch).ParseIntoArray(Pieces, TEXT("."));
+	if (!ensureMsgf(Pieces.Num() >= 2,
+			TEXT("Error: Unreal Engine version string is invalid. Expected at least Major.Minor format.")))
 	{
-		TArray<FString> Pieces;
-		FEngineVersion::Current().ToString(EVersionComponent::Branch).ParseIntoArray(Pieces, TEXT("."));
-		if (!ensureMsgf(Pieces.Num() >= 2,
-				TEXT("Error: Unreal Engine version string is invalid. Expected at least Major.Minor format.")))
-		{
-			return FString();
-		}
-		return Pieces[0] + TEXT(".") + Pieces[1];
+		return FString();
 	}
+	return Pieces[0] + TEXT(".") + Pieces[1];
+}
 
-	FString MakeStatusUrl(const FString& Id)
-	{
-		return FString::Printf(TEXT("https://%s/status?request_id=%s"), *FKestrelModule::GetApiUrl(), *Id);
-	}
+FString MakeStatusUrl(const FString& Id)
+{
+	return FString::Printf(TEXT("https://%s/status?request_id=%s"), *FKestrelModule::GetApiUrl(), *Id);
+}
 
-	/** True for the reply to a conversation that has been given up while another one has begun. */
-	bool IsOfEarlierConversation(const FHttpRequestPtr& Request)
-	{
-		const FString Current = FAgent::Get().GetConversationId();
-		return Request.IsValid() && !Current.IsEmpty() && !Request->GetHeader(ConversationIdHeader).Equals(Current);
-	}
+/** True for the reply to a conversation that has been given up while another one has begun. */
+bool IsOfEarlierConversation(const FHttpRequestPtr& Request)
+{
+	const FString Current = FAgent::Get().GetConversationId();
+	return Request.IsValid() && !Current.IsEmpty() && !Request->GetHeader(ConversationIdHeader).Equals(Current);
+}
 }
 
 FHTTPAPI& FHTTPAPI::Get()
@@ -211,7 +211,8 @@ void FHTTPAPI::OnPollStatusRequestResponse(FHttpRequestPtr Request, FHttpRespons
 	{
 		return;
 	}
-	// Polls go out on schedule, so two can be under way: the second answer to a turn must not be taken for the next turn's.
+	// Polls go out on schedule, so two can be under way: the second answer to a turn must not be taken for the next
+	// turn's.
 	if (Request.IsValid() && !FString(Request->GetURL()).Equals(HTTPAPI::MakeStatusUrl(RequestId)))
 	{
 		return;

@@ -18,9 +18,9 @@ DECLARE_DELEGATE_ThreeParams(FOnPollStatusUpdateDelegate, const FString& /*Reque
 /**
  * The client of the AI service.
  *
- * A command request brings the user's turn and gets a request id at once; the answer is fetched by polling the status of
- * that id on the core ticker, after 2, 3, 4.5, 6.75 and then 10 seconds, until it is there or CancelPolling is called.
- * It tells what happens through its delegates and never touches the conversation itself. Game thread only.
+ * A command request brings the user's turn and gets a request id at once; the answer is fetched by polling the status
+ * of that id on the core ticker, after 2, 3, 4.5, 6.75 and then 10 seconds, until it is there or CancelPolling is
+ * called. It tells what happens through its delegates and never touches the conversation itself. Game thread only.
  */
 class FHTTPAPI
 {

@@ -103,15 +103,16 @@ FString FKestrelInterface::GetPromptLogFilePath() const
 	return LogDirectory / FString::Printf(TEXT("KestrelPrompts_%s.log"), *Today);
 }
 
-void FKestrelInterface::KestrelInterfaceLogString(const FString& Text, const FString& FilePath, bool bWithTimestamp) const
+void FKestrelInterface::KestrelInterfaceLogString(
+	const FString& Text, const FString& FilePath, bool bWithTimestamp) const
 {
 	EnsureLogDirectoryExists();
-	const FString Entry = bWithTimestamp
-		? FString::Printf(TEXT("\n[%s] %s\n\n"), *FDateTime::Now().ToString(TEXT("%H:%M:%S")), *Text)
-		: FString::Printf(TEXT("%s\n"), *Text);
+	const FString Entry =
+		bWithTimestamp ? FString::Printf(TEXT("\n[%s] %s\n\n"), *FDateTime::Now().ToString(TEXT("%H:%M:%S")), *Text)
+					   : FString::Printf(TEXT("%s\n"), *Text);
 	// Without a mark: each append would write another one into the middle of the file.
-	FFileHelper::SaveStringToFile(Entry, *FilePath, FFileHelper::EEncodingOptions::ForceUTF8WithoutBOM,
-		&IFileManager::Get(), FILEWRITE_Append);
+	FFileHelper::SaveStringToFile(
+		Entry, *FilePath, FFileHelper::EEncodingOptions::ForceUTF8WithoutBOM, &IFileManager::Get(), FILEWRITE_Append);
 }
 
 void FKestrelInterface::InitialRequest(const FString& Prompt)

@@ -46,7 +46,8 @@ public:
 	void PauseRequest();
 	void Continue(FString Message);
 
-	void OnAddStatusMessage(const FString& Message, const FLinearColor& Color, const FName& FontStyle, float FontSize) const;
+	void OnAddStatusMessage(
+		const FString& Message, const FLinearColor& Color, const FName& FontStyle, float FontSize) const;
 	void OnAddDiffMessage(const FString& FilePath, const FString& Before, const FString& After) const;
 
 	/** Bound by the open panel. */

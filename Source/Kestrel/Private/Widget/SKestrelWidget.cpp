@@ -23,59 +23,59 @@ double SKestrelWidget::LastScrollTime = 0.0;
 
 namespace KestrelWidget
 {
-	constexpr float BlockPadding = 8.0f;
-	constexpr float PromptMinHeight = 60.0f;
-	constexpr float PromptMaxHeight = 200.0f;
-	constexpr float DotPeriodSeconds = 0.5f;
-	constexpr int32 MaxDots = 3;
-	// Slate units. Layout rounds, so "at the end" is never an exact comparison.
-	constexpr float EndTolerance = 2.0f;
+constexpr float BlockPadding = 8.0f;
+constexpr float PromptMinHeight = 60.0f;
+constexpr float PromptMaxHeight = 200.0f;
+constexpr float DotPeriodSeconds = 0.5f;
+constexpr int32 MaxDots = 3;
+// Slate units. Layout rounds, so "at the end" is never an exact comparison.
+constexpr float EndTolerance = 2.0f;
 
-	/** What never reaches the screen: the service's own tool names, and its markers for bold text. */
-	const TMap<FString, FString>& GetHiddenTexts()
-	{
-		static const TMap<FString, FString> HiddenTexts = {
-			{ TEXT("execute_unreal_engine_api_python_script"), FString() },
-			{ TEXT("create_cpp_file"), FString() },
-			{ TEXT("update_and_replace_cpp_file"), FString() },
-			{ TEXT("delete_cpp_file"), FString() },
-			{ TEXT("read_file"), FString() },
-			{ TEXT("get_filesystem_tree"), FString() },
-			{ TEXT("create_blueprint"), FString() },
-			{ TEXT("read_blueprint"), FString() },
-			{ TEXT("modify_blueprint"), FString() },
-			{ TEXT("modify_behavior_tree"), FString() },
-			{ TEXT("read_behavior_tree"), FString() },
-			{ TEXT("save_and_compile_all_dirty_blueprints"), FString() },
-			{ TEXT("find_reference_in_all_files"), FString() },
-			{ TEXT("get_blueprint_subset_by_keywords"), FString() },
-			{ TEXT("get_blueprint_summary"), FString() },
-			{ TEXT("**"), FString() },
-		};
-		return HiddenTexts;
-	}
+/** What never reaches the screen: the service's own tool names, and its markers for bold text. */
+const TMap<FString, FString>& GetHiddenTexts()
+{
+	static const TMap<FString, FString> HiddenTexts = {
+		{ TEXT("execute_unreal_engine_api_python_script"), FString() },
+		{ TEXT("create_cpp_file"), FString() },
+		{ TEXT("update_and_replace_cpp_file"), FString() },
+		{ TEXT("delete_cpp_file"), FString() },
+		{ TEXT("read_file"), FString() },
+		{ TEXT("get_filesystem_tree"), FString() },
+		{ TEXT("create_blueprint"), FString() },
+		{ TEXT("read_blueprint"), FString() },
+		{ TEXT("modify_blueprint"), FString() },
+		{ TEXT("modify_behavior_tree"), FString() },
+		{ TEXT("read_behavior_tree"), FString() },
+		{ TEXT("save_and_compile_all_dirty_blueprints"), FString() },
+		{ TEXT("find_reference_in_all_files"), FString() },
+		{ TEXT("get_blueprint_subset_by_keywords"), FString() },
+		{ TEXT("get_blueprint_summary"), FString() },
+		{ TEXT("**"), FString() },
+	};
+	return HiddenTexts;
+}
 
-	/** The states in which the agent waits for the user. In all others it is working. */
-	bool IsWaitingForUser(EAgentState State)
-	{
-		return State == EAgentState::Idle || State == EAgentState::Pause || State == EAgentState::AwaitingUpdate
-			|| State == EAgentState::AwaitingApproval;
-	}
+/** The states in which the agent waits for the user. In all others it is working. */
+bool IsWaitingForUser(EAgentState State)
+{
+	return State == EAgentState::Idle || State == EAgentState::Pause || State == EAgentState::AwaitingUpdate ||
+		   State == EAgentState::AwaitingApproval;
+}
 
-	EAgentState GetState()
-	{
-		return FAgent::Get().GetAgentState();
-	}
+EAgentState GetState()
+{
+	return FAgent::Get().GetAgentState();
+}
 
-	FString WithoutTrailingDots(const FString& Text)
+FString WithoutTrailingDots(const FString& Text)
+{
+	FString Base = Text;
+	while (Base.EndsWith(TEXT(".")))
 	{
-		FString Base = Text;
-		while (Base.EndsWith(TEXT(".")))
-		{
-			Base.LeftChopInline(1);
-		}
-		return Base;
+		Base.LeftChopInline(1);
 	}
+	return Base;
+}
 }
 
 void SKestrelWidget::Construct(const FArguments& InArgs)
@@ -143,7 +143,6 @@ TSharedRef<SWidget> SKestrelWidget::MakePromptBox()
 
 TSharedRef<SWidget> SKestrelWidget::MakeButtonRow()
 {
-	// A click must not take the focus from the prompt box; by keyboard the panel is driven from there, with Enter.
 	// clang-format off
 	return SNew(SHorizontalBox)
 		+ SHorizontalBox::Slot()
@@ -151,7 +150,6 @@ TSharedRef<SWidget> SKestrelWidget::MakeButtonRow()
 		.Padding(0.0f, 0.0f, 4.0f, 0.0f)
 		[
 			SAssignNew(StartButton, SButton)
-			.IsFocusable(false)
 			.Text(LOCTEXT("Start", "[ Start ]"))
 			.ToolTipText(LOCTEXT("StartToolTip", "Begin a conversation with the prompt (Enter)"))
 			.IsEnabled(this, &SKestrelWidget::UpdateStartButton)
@@ -162,7 +160,6 @@ TSharedRef<SWidget> SKestrelWidget::MakeButtonRow()
 		.Padding(0.0f, 0.0f, 4.0f, 0.0f)
 		[
 			SAssignNew(ContinueButton, SButton)
-			.IsFocusable(false)
 			.Text(LOCTEXT("Continue", "Continue"))
 			.ToolTipText(LOCTEXT("ContinueToolTip", "Go on with the conversation, with what the prompt says (Enter)"))
 			.IsEnabled(this, &SKestrelWidget::UpdateContinueButtonEnability)
@@ -174,7 +171,6 @@ TSharedRef<SWidget> SKestrelWidget::MakeButtonRow()
 		.Padding(0.0f, 0.0f, 4.0f, 0.0f)
 		[
 			SAssignNew(PauseButton, SButton)
-			.IsFocusable(false)
 			.Text(LOCTEXT("Pause", "Pause"))
 			.ToolTipText(LOCTEXT("PauseToolTip", "Stop before the next tool is used"))
 			.Visibility(this, &SKestrelWidget::UpdatePauseButtonVisibility)
@@ -185,7 +181,6 @@ TSharedRef<SWidget> SKestrelWidget::MakeButtonRow()
 		.Padding(0.0f, 0.0f, 4.0f, 0.0f)
 		[
 			SAssignNew(ApproveButton, SButton)
-			.IsFocusable(false)
 			.Text(LOCTEXT("Approve", "Approve"))
 			.ToolTipText(LOCTEXT("ApproveToolTip", "Let the assistant use the tools that it has asked for"))
 			.IsEnabled(this, &SKestrelWidget::IsApproveButtonEnabled)
@@ -197,7 +192,6 @@ TSharedRef<SWidget> SKestrelWidget::MakeButtonRow()
 		.HAlign(HAlign_Right)
 		[
 			SAssignNew(EndButton, SButton)
-			.IsFocusable(false)
 			.Text(LOCTEXT("End", "[ End ]"))
 			.ToolTipText(LOCTEXT("EndToolTip", "End the conversation"))
 			.IsEnabled(this, &SKestrelWidget::IsEndButtonEnabled)
@@ -339,7 +333,8 @@ bool SKestrelWidget::UpdateContinueButtonEnability() const
 	{
 		return State == EAgentState::Pause;
 	}
-	return State == EAgentState::Pause || State == EAgentState::AwaitingUpdate || State == EAgentState::AwaitingApproval;
+	return State == EAgentState::Pause || State == EAgentState::AwaitingUpdate ||
+		   State == EAgentState::AwaitingApproval;
 }
 
 EVisibility SKestrelWidget::UpdateContinueButtonVisibility() const
@@ -367,11 +362,16 @@ bool SKestrelWidget::IsEndButtonEnabled() const
 	return KestrelWidget::GetState() != EAgentState::Idle;
 }
 
+FReply SKestrelWidget::HandledWithFocusOnPrompt() const
+{
+	return FReply::Handled().SetUserFocus(PromptBox.ToSharedRef(), EFocusCause::SetDirectly);
+}
+
 FReply SKestrelWidget::OnRequestStartButtonClicked()
 {
 	if (IsPromptEmpty())
 	{
-		return FReply::Handled();
+		return HandledWithFocusOnPrompt();
 	}
 	const EAgentState State = KestrelWidget::GetState();
 	const FString Prompt = TakePrompt();
@@ -383,26 +383,26 @@ FReply SKestrelWidget::OnRequestStartButtonClicked()
 	{
 		FKestrelInterface::Get().RegularRequest(Prompt);
 	}
-	return FReply::Handled();
+	return HandledWithFocusOnPrompt();
 }
 
 FReply SKestrelWidget::OnContinueButtonClicked()
 {
 	FKestrelInterface::Get().Continue(TakePrompt());
-	return FReply::Handled();
+	return HandledWithFocusOnPrompt();
 }
 
 FReply SKestrelWidget::OnPauseButtonClicked()
 {
 	FKestrelInterface::Get().PauseRequest();
-	return FReply::Handled();
+	return HandledWithFocusOnPrompt();
 }
 
 FReply SKestrelWidget::OnApproveButtonClicked()
 {
 	FKestrelInterface::Get().Approve();
 	FKestrelInterface::Get().Continue(FString());
-	return FReply::Handled();
+	return HandledWithFocusOnPrompt();
 }
 
 FReply SKestrelWidget::OnRequestEndButtonClicked()
@@ -411,7 +411,7 @@ FReply SKestrelWidget::OnRequestEndButtonClicked()
 	{
 		FKestrelInterface::Get().EndRequest(FString());
 	}
-	return FReply::Handled();
+	return HandledWithFocusOnPrompt();
 }
 
 FReply SKestrelWidget::OnPromptKeyDown(const FGeometry& MyGeometry, const FKeyEvent& InKeyEvent)

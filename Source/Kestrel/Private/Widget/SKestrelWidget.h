@@ -59,10 +59,13 @@ private:
 	void AddBlock(const FString& Text, const FLinearColor& Color, const FName& FontStyle, float FontSize);
 	FReply OnPromptKeyDown(const FGeometry& MyGeometry, const FKeyEvent& InKeyEvent);
 	void OnUserScrolled(float ScrollOffset);
+	/** A click took the focus to its button; the next thing the user does is to type. */
+	FReply HandledWithFocusOnPrompt() const;
 	bool IsPromptEmpty() const;
 	FString TakePrompt();
 
-	void StartProgressAnimation(const TSharedRef<SMultiLineEditableText>& TextWidget, const TSharedRef<SBorder>& Border);
+	void StartProgressAnimation(
+		const TSharedRef<SMultiLineEditableText>& TextWidget, const TSharedRef<SBorder>& Border);
 	EActiveTimerReturnType UpdateProgressAnimation(double InCurrentTime, float InDeltaTime);
 	void StopProgressAnimation();
 

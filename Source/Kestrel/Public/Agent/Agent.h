@@ -46,7 +46,8 @@ public:
 
 	/** Pauses after the answer in flight: its text is shown, its tools wait. */
 	void PauseRequest() { SetPaused(true); }
-	/** Goes on after a pause or an approval; with a message the waiting tools are aborted and the message goes instead. */
+	/** Goes on after a pause or an approval; with a message the waiting tools are aborted and the message goes instead.
+	 */
 	void Continue(const FString& Message);
 	void EndRequest(const FString& Message);
 	void CancelRequest(const FString& Message);

@@ -4,7 +4,8 @@
 
 #include "KestrelAgentState.generated.h"
 
-/** The states of the agent, which manage the flow of requests and responses between the user, the AI system and the editor. */
+/** The states of the agent, which manage the flow of requests and responses between the user, the AI system and the
+ * editor. */
 UENUM()
 enum class EAgentState : uint8
 {
@@ -47,7 +48,10 @@ struct FAgentStateData
 /** A state that needs a text. */
 struct FTextAgentStateData : public FAgentStateData
 {
-	explicit FTextAgentStateData(const FString& InText) : Text(InText) {}
+	explicit FTextAgentStateData(const FString& InText)
+		: Text(InText)
+	{
+	}
 
 	FString Text;
 };
