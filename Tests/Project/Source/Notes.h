@@ -1,0 +1,5 @@
+#pragma once
+
+// one
+// two
+// three
