@@ -44,10 +44,12 @@ function(unreal_module module plugin_folder)
     "${upper_module}_API=__attribute__((visibility(\"default\")))" UE_MODULE_NAME="${module}")
   engine_precompiled_header(${module})
 
+  # A header that includes a generated header without need, or needs one that it does not include, is for HeaderTool to
+  # reject.
   set(reflected)
   foreach(header ${headers})
-    file(STRINGS ${header} generated_include REGEX "^#include \"[A-Za-z0-9_]+\\.generated\\.h\"")
-    if(generated_include)
+    file(STRINGS ${header} reflected_lines REGEX "^#include \".*\\.generated\\.h\"|^[ \t]*U(CLASS|STRUCT|ENUM|INTERFACE)\\(")
+    if(reflected_lines)
       list(APPEND reflected ${header})
     endif()
   endforeach()

@@ -1,6 +1,7 @@
 #include "UObject/Class.h"
 
-#include "UObject/Package.h"
+#include "CoreGlobals.h"
+#include "DeferredConfig.h"
 #include "UObject/UnrealType.h"
 
 const TCHAR* UClass::GetPrefixCPP() const
@@ -48,6 +49,10 @@ UObject* UClass::CreateDefaultObject()
 	const FName Name = GetDefaultObjectName();
 	ClassDefaultObject = StaticConstructObject(
 		this, GetOuter(), Name, RF_Public | RF_ClassDefaultObject | RF_ArchetypeObject | RF_Transactional);
+	if (HasAnyClassFlags(CLASS_Config) && !GConfig)
+	{
+		LoadConfigOfDefaultObjectLater(this);
+	}
 	return ClassDefaultObject;
 }
 

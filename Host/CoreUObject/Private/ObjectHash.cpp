@@ -19,7 +19,7 @@ bool IsOfClass(const UObject* Object, const UClass* Class, bool bExactClass)
 UObject* FindIn(const UClass* Class, const UObject* Outer, FName Name, bool bExactClass)
 {
 	UObject* Found = FObjectTable::Get().Find(Outer, Name);
-	return Found && IsOfClass(Found, Class, bExactClass) ? Found : nullptr;
+	return IsValid(Found) && IsOfClass(Found, Class, bExactClass) ? Found : nullptr;
 }
 
 bool IsDelimiter(TCHAR C)
@@ -95,7 +95,7 @@ UObject* StaticFindFirstObject(UClass* Class, const TCHAR* Name, EFindFirstObjec
 	int32 NumFound = 0;
 	for (UObject* Object : FObjectTable::Get().FindByName(ObjectName))
 	{
-		if (ObjectName.IsNone() ||
+		if (ObjectName.IsNone() || !IsValid(Object) ||
 			!ObjectHash::IsOfClass(Object, Class, EnumHasAnyFlags(Options, EFindFirstObjectOptions::ExactClass)))
 		{
 			continue;

@@ -1,11 +1,12 @@
 #include "UObject/ReflectedTypes.h"
 
 #include "CoreGlobals.h"
-#include "ObjectMemory.h"
+#include "DeferredConfig.h"
 #include "ObjectTable.h"
 #include "UObject/EnumProperty.h"
 #include "UObject/Package.h"
 #include "UObject/TextProperty.h"
+#include "UObject/WeakObjectPtrTemplates.h"
 
 #include <cstring>
 
@@ -31,7 +32,7 @@ struct FState
 {
 	TArray<FRegistration> Registrations;
 	TArray<FUndefinedType> Undefined; // parents before their children
-	TArray<UClass*> WaitingForConfig; // their default objects were made before the configuration was read
+	TArray<TWeakObjectPtr<UClass>> WaitingForConfig;
 	bool bDefining = false;
 
 	static FState& Get()
@@ -411,6 +412,11 @@ FReflectedTypeRegistration::FReflectedTypeRegistration(FEnumParams& Params)
 		{ &Params, [](void* Memory) -> UField* { return GetReflectedType(*static_cast<FEnumParams*>(Memory)); } });
 }
 
+void LoadConfigOfDefaultObjectLater(UClass* Class)
+{
+	ReflectedTypes::FState::Get().WaitingForConfig.Add(Class);
+}
+
 void ProcessNewlyLoadedUObjects(FName Package, bool bCanProcessNewlyLoadedObjects)
 {
 	ReflectedTypes::FState& State = ReflectedTypes::FState::Get();
@@ -420,9 +426,12 @@ void ProcessNewlyLoadedUObjects(FName Package, bool bCanProcessNewlyLoadedObject
 	}
 	if (GConfig)
 	{
-		for (UClass* Class : State.WaitingForConfig)
+		for (const TWeakObjectPtr<UClass>& Class : State.WaitingForConfig)
 		{
-			Class->GetDefaultObject()->LoadConfig();
+			if (Class.IsValid())
+			{
+				Class->GetDefaultObject()->LoadConfig();
+			}
 		}
 		State.WaitingForConfig.Empty();
 	}
@@ -441,9 +450,5 @@ void ProcessNewlyLoadedUObjects(FName Package, bool bCanProcessNewlyLoadedObject
 	for (UClass* Class : Classes)
 	{
 		Class->GetDefaultObject();
-		if (!GConfig && Class->HasAnyClassFlags(CLASS_Config))
-		{
-			State.WaitingForConfig.Add(Class);
-		}
 	}
 }

@@ -125,6 +125,17 @@ TEST_F(FConfigTest, ValuesOfTheProjectsDefaultsAreNotSavedAgain)
 	EXPECT_NE(Text.find("bDisplay=False"), std::string::npos) << Text;
 }
 
+TEST_F(FConfigTest, ADefaultObjectMadeBeforeTheConfigurationIsLoadedLater)
+{
+	WriteFile(SavedFile(TEXT("TestEarly.ini")), TEXT("[/Script/CoreUObjectTests.TestEarlySettings]\nLevel=7\n"));
+	FConfigCacheIni* Config = GConfig;
+	GConfig = nullptr;
+	EXPECT_EQ(GetDefault<UTestEarlySettings>()->Level, 1);
+	GConfig = Config;
+	ProcessNewlyLoadedUObjects();
+	EXPECT_EQ(GetDefault<UTestEarlySettings>()->Level, 7);
+}
+
 TEST_F(FConfigTest, ABadValueLeavesTheDefault)
 {
 	WriteFile(SavedFile(TEXT("TestUserSettings.ini")), FString(Section) + TEXT("Policy=Nonsense\nbDisplay=False\n"));

@@ -2,6 +2,7 @@
 #include "Templates/Casts.h"
 #include "UObject/Package.h"
 #include "UObject/UObjectHash.h"
+#include "UObject/UnrealType.h"
 
 #include <gtest/gtest.h>
 
@@ -30,6 +31,30 @@ void UTestLife::BeginDestroy()
 
 namespace ObjectTest
 {
+template <typename To, typename From>
+concept CCanCast = requires(From* Source)
+{
+	Cast<To>(Source);
+};
+static_assert(CCanCast<UTestKinds, UObject>);
+static_assert(!CCanCast<FIntProperty, FProperty>, "fields are cast with CastField");
+
+template <typename T>
+concept CCanNew = requires
+{
+	new T();
+};
+static_assert(!CCanNew<UTestKinds>, "objects are made by NewObject");
+
+template <typename ArrayType>
+concept CHoldsPointers = requires(ArrayType Array)
+{
+	[](auto*) {}(Array[0]);
+};
+static_assert(!CHoldsPointers<TArray<TObjectPtr<UObject>>>, "auto* does not take a TObjectPtr");
+static_assert(std::is_convertible_v<TObjectPtr<UTestKinds>, UObject*>);
+static_assert(!std::is_copy_constructible_v<UTestKinds>);
+
 void ExpectText(const FString& Text, const TCHAR* Expected)
 {
 	EXPECT_TRUE(Text.Equals(Expected)) << TCHAR_TO_UTF8(*Text);
@@ -229,4 +254,5 @@ TEST(WeakDelegate, DoesNotOutliveItsObject)
 	Object->MarkAsGarbage();
 	EXPECT_FALSE(Delegate.IsBound());
 	EXPECT_FALSE(IsValid(Object));
+	EXPECT_EQ(FindObject<UTestKinds>(GetTransientPackage(), *Object->GetName()), nullptr);
 }

@@ -258,6 +258,16 @@ public:
 	int32 Level = 1;
 };
 
+UCLASS(config = TestEarly)
+class UTestEarlySettings : public UObject
+{
+	GENERATED_BODY()
+
+public:
+	UPROPERTY(config)
+	int32 Level = 1;
+};
+
 UCLASS(Abstract)
 class UTestAbstract : public UObject
 {

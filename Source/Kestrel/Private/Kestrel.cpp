@@ -4,11 +4,10 @@
 #include "Agent/HTTPAPI.h"
 #include "Framework/Commands/UICommandList.h"
 #include "Framework/Docking/TabManager.h"
-#include "HAL/PlatformFileManager.h"
 #include "ISettingsModule.h"
 #include "KestrelCommands.h"
 #include "KestrelSettings.h"
-#include "Misc/ConfigCacheIni.h"
+#include "KestrelStage.h"
 #include "Misc/Paths.h"
 #include "Modules/ModuleManager.h"
 #include "Textures/SlateIcon.h"
@@ -35,19 +34,6 @@ namespace KestrelModule
 const FName SettingsContainer("Project");
 const FName SettingsCategory("Plugins");
 const FName SettingsSection("Kestrel");
-
-/** A stage of the service and the ini keys that describe it. */
-struct FStage
-{
-	const TCHAR* Name;
-	const TCHAR* UrlKey;
-	const TCHAR* KeyKey;
-};
-const FStage Stages[] = {
-	{ TEXT("Dev"), TEXT("DevApiUrl"), TEXT("DevApiKey") },
-	{ TEXT("Sandbox"), TEXT("SandboxApiUrl"), TEXT("SandboxApiKey") },
-	{ TEXT("Sandbox2"), TEXT("Sandbox2ApiUrl"), TEXT("Sandbox2ApiKey") },
-};
 }
 
 void FKestrelModule::StartupModule()
@@ -80,6 +66,11 @@ void FKestrelModule::ShutdownModule()
 	// The HTTP module outlives this one and would call back into it.
 	FHTTPAPI::Get().AbandonRequests();
 	FKestrelCommands::Unregister();
+	// Unregistering leaves an open tab alone, and its widget is this module's code.
+	if (const TSharedPtr<SDockTab> OpenTab = FGlobalTabmanager::Get()->FindExistingLiveTab(KestrelTabName))
+	{
+		OpenTab->RequestCloseTab();
+	}
 	FGlobalTabmanager::Get()->UnregisterNomadTabSpawner(KestrelTabName);
 	UnregisterSettings();
 }
@@ -105,28 +96,9 @@ void FKestrelModule::UnregisterSettings()
 
 void FKestrelModule::ReadStageConfiguration()
 {
-	StageApiUrl.Empty();
-	StageApiKey.Empty();
-	const FString IniPath = FPaths::ProjectConfigDir() / TEXT("DefaultPlugin.ini");
-	if (!FPlatformFileManager::Get().GetPlatformFile().FileExists(*IniPath))
-	{
-		return;
-	}
-
-	const TCHAR* const Section = TEXT("Kestrel");
-	FConfigFile Ini;
-	Ini.Read(IniPath);
-	FString StageName;
-	Ini.GetString(Section, TEXT("Stage"), StageName);
-	for (const KestrelModule::FStage& Stage : KestrelModule::Stages)
-	{
-		if (StageName.Equals(Stage.Name, ESearchCase::IgnoreCase))
-		{
-			Ini.GetString(Section, Stage.UrlKey, StageApiUrl);
-			Ini.GetString(Section, Stage.KeyKey, StageApiKey);
-			return;
-		}
-	}
+	const FKestrelStage Stage = FKestrelStage::Read(FPaths::ProjectConfigDir() / TEXT("DefaultPlugin.ini"));
+	StageApiUrl = Stage.ApiUrl;
+	StageApiKey = Stage.ApiKey;
 }
 
 FString FKestrelModule::GetApiKey()

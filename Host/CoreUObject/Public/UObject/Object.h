@@ -1,6 +1,7 @@
 #pragma once
 
 #include "CoreGlobals.h"
+#include "UObject/ObjectPtr.h"
 #include "UObject/UObjectBaseUtility.h"
 #include "UObject/UObjectGlobals.h"
 

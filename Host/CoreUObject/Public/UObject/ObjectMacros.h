@@ -36,9 +36,10 @@
 		__VA_ARGS__                                                                                                    \
 	}
 
-#define GET_MEMBER_NAME_CHECKED(ClassName, MemberName) ((void)sizeof(ClassName::MemberName), FName(TEXT(#MemberName)))
+#define GET_MEMBER_NAME_CHECKED(ClassName, MemberName)                                                                 \
+	((void)sizeof(decltype(static_cast<ClassName*>(nullptr)->MemberName)), FName(TEXT(#MemberName)))
 #define GET_MEMBER_NAME_STRING_CHECKED(ClassName, MemberName)                                                          \
-	((void)sizeof(ClassName::MemberName), FString(TEXT(#MemberName)))
+	((void)sizeof(decltype(static_cast<ClassName*>(nullptr)->MemberName)), FString(TEXT(#MemberName)))
 #define GET_FUNCTION_NAME_CHECKED(ClassName, FunctionName)                                                             \
 	((void)sizeof(&ClassName::FunctionName), FName(TEXT(#FunctionName)))
 

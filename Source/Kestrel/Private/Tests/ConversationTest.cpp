@@ -1,0 +1,165 @@
+#include "Agent/Agent.h"
+#include "Agent/HTTPAPI.h"
+#include "Agent/JsonText.h"
+#include "Dom/JsonObject.h"
+#include "Dom/JsonValue.h"
+#include "HAL/FileManager.h"
+#include "HAL/PlatformTime.h"
+#include "KestrelSettings.h"
+#include "Misc/FileHelper.h"
+#include "Misc/Paths.h"
+#include "Tests/KestrelTest.h"
+#include "UObject/Class.h"
+#include "Widget/KestrelInterface.h"
+
+/**
+ * Whole conversations, each a file in Tests/Conversations with both sides in it: what the user does ("user"), what the
+ * service does ("turns"), and what the panel shows of it ("panel"). A new case is a new file.
+ */
+namespace ConversationTest
+{
+FString ConversationDir()
+{
+	return KestrelTest::PluginDir() / TEXT("Tests") / TEXT("Conversations");
+}
+
+/** Plays the user's part: the next step each time the agent waits, or when the state that a step names is entered. */
+class FPlayer : public IAutomationLatentCommand
+{
+public:
+	FPlayer(FAutomationTestBase& InTest, const FString& InName)
+		: Test(InTest)
+		, Name(InName)
+	{
+		FString Text;
+		FFileHelper::LoadFileToString(Text, *(ConversationDir() / Name + TEXT(".json")));
+		Script = KestrelJson::ParseObject(Text);
+	}
+
+	virtual ~FPlayer() override { Settings().bAutoApprove = false; }
+
+	virtual bool Update() override
+	{
+		if (!Recorder.IsValid() && !Start())
+		{
+			return true;
+		}
+		const EAgentState State = FAgent::Get().GetAgentState();
+		if (NextStep < Steps.Num())
+		{
+			if (IsStepDue(*Steps[NextStep]->AsObject(), State))
+			{
+				DoStep(*Steps[NextStep++]->AsObject());
+			}
+			return false;
+		}
+		if (!KestrelTest::IsWaitingForUser(State) || FPlatformTime::Seconds() < QuietUntil)
+		{
+			return false;
+		}
+		Check();
+		return true;
+	}
+
+private:
+	static UKestrelSettings& Settings() { return *GetMutableDefault<UKestrelSettings>(); }
+
+	bool Start()
+	{
+		const TArray<TSharedPtr<FJsonValue>>* User = nullptr;
+		if (!Test.TestTrue(Name + TEXT(" is a conversation"), Script.IsValid() && Script->TryGetArrayField(TEXT("user"), User)))
+		{
+			return false;
+		}
+		Steps = *User;
+		Script->TryGetBoolField(TEXT("auto_approve"), Settings().bAutoApprove);
+		FAgent::Get().SetAgentState(EAgentState::Idle, nullptr);
+		Recorder = MakeShared<FKestrelPanelRecorder>();
+		return true;
+	}
+
+	static bool IsStepDue(const FJsonObject& Step, EAgentState State)
+	{
+		FString When;
+		return Step.TryGetStringField(TEXT("when"), When) ? KestrelTest::NameOf(State).Equals(When)
+														  : KestrelTest::IsWaitingForUser(State);
+	}
+
+	void DoStep(const FJsonObject& Step)
+	{
+		FKestrelInterface& Interface = FKestrelInterface::Get();
+		FString Text;
+		if (Step.TryGetStringField(TEXT("say"), Text))
+		{
+			FAgent::Get().GetAgentState() == EAgentState::Idle ? Interface.InitialRequest(Text) : Interface.RegularRequest(Text);
+		}
+		else if (Step.TryGetStringField(TEXT("continue"), Text))
+		{
+			Interface.Continue(Text);
+		}
+		else if (Step.TryGetStringField(TEXT("end"), Text))
+		{
+			Interface.EndRequest(Text);
+		}
+		else if (Step.TryGetStringField(TEXT("cancel"), Text))
+		{
+			Interface.CancelRequest(Text);
+		}
+		else if (Step.HasField(TEXT("pause")))
+		{
+			Interface.PauseRequest();
+		}
+		else if (Step.HasField(TEXT("approve")))
+		{
+			Interface.Approve();
+			Interface.Continue(FString());
+		}
+		else
+		{
+			Test.AddError(Name + TEXT(" has a step that does nothing"));
+		}
+		double WaitSeconds = 0.0;
+		Step.TryGetNumberField(TEXT("then_wait_seconds"), WaitSeconds);
+		QuietUntil = FPlatformTime::Seconds() + WaitSeconds;
+	}
+
+	void Check()
+	{
+		TArray<FString> Expected;
+		Script->TryGetStringArrayField(TEXT("panel"), Expected);
+		const TArray<FString> Actual = Recorder->GetTexts();
+		for (int32 Index = 0; Index < FMath::Max(Expected.Num(), Actual.Num()); ++Index)
+		{
+			const FString Nothing = TEXT("<nothing>");
+			KestrelTest::TestSameText(Test, FString::Printf(TEXT("panel text %d"), Index),
+				Actual.IsValidIndex(Index) ? Actual[Index] : Nothing, Expected.IsValidIndex(Index) ? Expected[Index] : Nothing);
+		}
+		FString EndsIn = TEXT("Idle");
+		Script->TryGetStringField(TEXT("ends_in"), EndsIn);
+		KestrelTest::TestSameText(Test, TEXT("state at the end"), KestrelTest::NameOf(FAgent::Get().GetAgentState()), EndsIn);
+		Test.TestFalse(TEXT("it polls no more"), FHTTPAPI::Get().IsPolling());
+		Recorder.Reset();
+		FAgent::Get().SetAgentState(EAgentState::Idle, nullptr);
+	}
+
+	FAutomationTestBase& Test;
+	const FString Name;
+	TSharedPtr<FJsonObject> Script;
+	TArray<TSharedPtr<FJsonValue>> Steps;
+	TSharedPtr<FKestrelPanelRecorder> Recorder;
+	int32 NextStep = 0;
+	double QuietUntil = 0.0; // seconds of FPlatformTime
+};
+}
+
+class FKestrelConversationTest : public FAutomationTestBase
+{
+public:
+	explicit FKestrelConversationTest(const FString& InName)
+		: FAutomationTestBase(InName, true)
+	{
+	}
+	virtual FString GetBeautifiedTestName() const override { return TEXT("Kestrel.Conversation"); }
+	virtual void GetTests(TArray<FString>& OutBeautifiedNames, TArray<FString>& OutTestCommands) const override;
+	virtual bool RunTest(const FString& Parameters) override;
+};

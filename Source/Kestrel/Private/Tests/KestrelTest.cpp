@@ -1,0 +1,81 @@
+#include "Tests/KestrelTest.h"
+
+#include "HAL/FileManager.h"
+#include "HAL/PlatformTime.h"
+#include "Interfaces/IPluginManager.h"
+#include "Misc/FileHelper.h"
+#include "Misc/Guid.h"
+#include "Misc/Paths.h"
+#include "UObject/Class.h"
+#include "Widget/KestrelInterface.h"
+
+bool KestrelTest::TestSameText(
+	FAutomationTestBase& Test, const FString& What, const FString& Actual, const FString& Expected)
+{
+	if (Actual.Equals(Expected))
+	{
+		return true;
+	}
+	Test.AddError(FString::Printf(TEXT("%s: expected \"%s\", got \"%s\""), *What, *Expected, *Actual));
+	return false;
+}
+
+FString KestrelTest::NameOf(EAgentState State)
+{
+	return StaticEnum<EAgentState>()->GetNameStringByValue(static_cast<int64>(State));
+}
+
+bool KestrelTest::IsWaitingForUser(EAgentState State)
+{
+	return State == EAgentState::Idle || State == EAgentState::AwaitingUpdate || State == EAgentState::AwaitingApproval
+		|| State == EAgentState::Pause;
+}
+
+FString KestrelTest::PluginDir()
+{
+	return FPaths::ConvertRelativePathToFull(IPluginManager::Get().FindPlugin(TEXT("Kestrel"))->GetBaseDir());
+}
+
+FKestrelTestFolder::FKestrelTestFolder()
+	: Path(FPaths::ConvertRelativePathToFull(FPaths::ProjectDir()) / (TEXT("Test ") + FGuid::NewGuid().ToString()))
+	, Name(FPaths::GetCleanFilename(Path))
+{
+	IFileManager::Get().MakeDirectory(*Path, true);
+}
+
+FKestrelTestFolder::~FKestrelTestFolder()
+{
+	IFileManager::Get().DeleteDirectory(*Path, false, true);
+}
+
+void FKestrelTestFolder::Write(const FString& FileName, const FString& Text) const
+{
+	FFileHelper::SaveStringToFile(Text, *Full(FileName), FFileHelper::EEncodingOptions::ForceUTF8WithoutBOM);
+}
+
+FKestrelPanelRecorder::FKestrelPanelRecorder()
+	: Unhooked(FKestrelInterface::Get().StatusMessageDelegate)
+{
+	FKestrelInterface::Get().StatusMessageDelegate.BindLambda(
+		[this](const FString& Text, const FLinearColor&, const FName& FontStyle, float FontSize) {
+			Messages.Add({ Text, FontStyle, FontSize, FPlatformTime::Seconds() });
+		});
+}
+
+FKestrelPanelRecorder::~FKestrelPanelRecorder()
+{
+	FKestrelInterface::Get().StatusMessageDelegate = Unhooked;
+}
+
+TArray<FString> FKestrelPanelRecorder::GetTexts() const
+{
+	TArray<FString> Texts;
+	for (const FMessage& Message : Messages)
+	{
+		if (Texts.IsEmpty() || !Texts.Last().Equals(Message.Text))
+		{
+			Texts.Add(Message.Text);
+		}
+	}
+	return Texts;
+}

@@ -1,0 +1,64 @@
+#pragma once
+
+#include "Agent/KestrelAgentState.h"
+#include "CoreMinimal.h"
+#include "Misc/AutomationTest.h"
+
+/** What every test of the plugin has in common. */
+namespace KestrelTest
+{
+constexpr auto Flags = EAutomationTestFlags::EditorContext | EAutomationTestFlags::ProductFilter;
+
+/** Texts are compared to the letter; == would ignore case. */
+bool TestSameText(FAutomationTestBase& Test, const FString& What, const FString& Actual, const FString& Expected);
+
+/** The state's name as it stands in the code. */
+FString NameOf(EAgentState State);
+
+/** True in the states in which the agent waits for the user. */
+bool IsWaitingForUser(EAgentState State);
+
+/** The plugin's own folder, absolute. */
+FString PluginDir();
+}
+
+/** A folder in the project, removed with everything in it. Its name is not one that the file tree leaves out. */
+class FKestrelTestFolder
+{
+public:
+	FKestrelTestFolder();
+	~FKestrelTestFolder();
+	UE_NONCOPYABLE(FKestrelTestFolder)
+
+	/** Writes UTF-8 without a mark, with missing folders. */
+	void Write(const FString& Name, const FString& Text) const;
+	FString Full(const FString& Name) const { return Path / Name; }
+
+	const FString Path; // absolute
+	const FString Name; // relative to the project directory
+};
+
+/** What the panel would be told, with the time of each message; the panel itself is unhooked meanwhile. */
+class FKestrelPanelRecorder
+{
+public:
+	struct FMessage
+	{
+		FString Text;
+		FName FontStyle;
+		float FontSize = 0.0f;
+		double Time = 0.0; // seconds of FPlatformTime
+	};
+
+	FKestrelPanelRecorder();
+	~FKestrelPanelRecorder();
+	UE_NONCOPYABLE(FKestrelPanelRecorder)
+
+	/** The texts; a text that comes several times in a row counts once. */
+	TArray<FString> GetTexts() const;
+
+	TArray<FMessage> Messages;
+
+private:
+	TDelegate<void(const FString&, const FLinearColor&, const FName&, float)> Unhooked;
+};
