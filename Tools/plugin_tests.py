@@ -9,6 +9,7 @@ import tempfile
 
 sys.dont_write_bytecode = True
 
+import project
 import steps
 from service import LocalService
 from testing import FILTER_VARIABLE
@@ -19,18 +20,18 @@ ALL_TESTS = "Kestrel"
 
 def make_project(folder, service):
     """A copy of the test project that talks to the service and trusts it."""
-    project = os.path.join(folder, "Project")
-    shutil.copytree(os.path.join(steps.ROOT, "Tests", "Project"), project)
-    config = os.path.join(project, "Config")
+    copy = os.path.join(folder, "Project")
+    shutil.copytree(os.path.join(steps.ROOT, "Tests", "Project"), copy)
+    config = os.path.join(copy, "Config")
     with open(os.path.join(config, "DefaultPlugin.ini"), "w", encoding="utf-8") as ini:
         ini.write(f"[Kestrel]\nStage=Dev\nDevApiUrl=localhost:{service.port}/v1\nDevApiKey={API_KEY}\n")
     with open(os.path.join(config, "DefaultEngine.ini"), "a", encoding="utf-8") as ini:
         ini.write(f"\n[SSL]\nDebuggingCertificatePath={service.authority}\n")
-    return os.path.join(project, "Testbed.uproject")
+    return project.find_uproject(copy)
 
 
-def run_editor(preset, project, name_filter, report_folder):
-    command = [steps.binary(preset, "HostEditor"), project, f"-PLUGIN={os.path.join(steps.ROOT, 'Kestrel.uplugin')}",
+def run_editor(preset, uproject, name_filter, report_folder):
+    command = [steps.binary(preset, "HostEditor"), uproject, f"-PLUGIN={os.path.join(steps.ROOT, 'Kestrel.uplugin')}",
                f"-ExecCmds=Automation RunTests {name_filter};Quit", "-Unattended", "-UnattendedClock",
                f"-ReportExportPath={report_folder}"]
     return subprocess.run(command, stdin=subprocess.DEVNULL, check=False).returncode
