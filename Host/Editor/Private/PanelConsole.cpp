@@ -65,6 +65,7 @@ FPanelConsole::FPanelConsole()
 	, bUnattended(Prompts.Num() > 0)
 	, bApprove(FParse::Param(FCommandLine::Get(), TEXT("Approve")))
 	, bOnTerminal(isatty(STDOUT_FILENO) != 0)
+	, bTyped(isatty(STDIN_FILENO) != 0)
 {
 	FString Name;
 	if (FParse::Value(FCommandLine::Get(), TEXT("-Console="), Name))
@@ -148,13 +149,18 @@ void FPanelConsole::Tick()
 	}
 	AskForApprovalOnce(View);
 	ReadInput();
+	if (!IsTimeForLine(View))
+	{
+		return;
+	}
 	if (!Lines.IsEmpty())
 	{
 		const FString Line = Lines[0];
 		Lines.RemoveAt(0);
 		HandleLine(View, Line);
+		bShowsEffect = false;
 	}
-	else if (bInputClosed && !IsWorking(View))
+	else if (bInputClosed)
 	{
 		Leave(0);
 	}
@@ -231,6 +237,17 @@ void FPanelConsole::ReadInput()
 			PartialLine.erase(0, End == std::string::npos ? End : End + 1);
 		}
 	}
+}
+
+bool FPanelConsole::IsTimeForLine(const FView& View)
+{
+	if (!bShowsEffect)
+	{
+		bShowsEffect = true; // what came of the last line is in the view of the next frame
+		return false;
+	}
+	// Who types knows what is going on; a pipe's next line is for what the panel does when it has worked off this one.
+	return !IsWorking(View) || (bTyped && !Lines.IsEmpty());
 }
 
 void FPanelConsole::HandleLine(const FView& View, const FString& Line)

@@ -61,6 +61,8 @@ private:
 	void PrintBlock(const FString& Text);
 	void AskForApprovalOnce(const FView& View);
 	void ReadInput();
+	/** A piped line waits until the panel is not at work, so that a file of lines reads like a conversation. */
+	bool IsTimeForLine(const FView& View);
 	void HandleLine(const FView& View, const FString& Line);
 	void HandleInterrupts(const FView& View);
 	void RunScript(const FView& View);
@@ -79,6 +81,8 @@ private:
 	bool bUnattended = false;
 	bool bApprove = false;
 	bool bOnTerminal = false;
+	bool bTyped = false; // the input is a terminal
+	bool bShowsEffect = true;
 	bool bInputClosed = false;
 	bool bAskedForApproval = false;
 	bool bEnded = false;
