@@ -137,8 +137,7 @@ void FPanelConsole::Tick()
 		return; // not laid out yet
 	}
 	PrintNewTexts(View);
-	HandleInterrupts(View);
-	if (bEnded)
+	if (HandleInterrupts(View))
 	{
 		return;
 	}
@@ -283,25 +282,30 @@ void FPanelConsole::HandleLine(const FView& View, const FString& Line)
 	}
 }
 
-void FPanelConsole::HandleInterrupts(const FView& View)
+bool FPanelConsole::HandleInterrupts(const FView& View)
 {
-	while (NumInterruptsSeen < PanelConsole::NumInterrupts && !bEnded)
+	if (NumInterruptsSeen == PanelConsole::NumInterrupts)
 	{
-		++NumInterruptsSeen;
-		const bool bFirst = NumInterruptsSeen == 1;
-		if (!bFirst || !Press(View, PanelConsole::EndButton))
-		{
-			constexpr int32 InterruptedExitCode = 130;
-			Leave(InterruptedExitCode);
-			return;
-		}
-		std::printf("Ended. Press Ctrl-C again to leave.\n");
-		std::fflush(stdout);
-		if (bUnattended)
-		{
-			Leave(1);
-		}
+		return false;
 	}
+	const bool bFirst = NumInterruptsSeen == 0 && PanelConsole::NumInterrupts == 1;
+	NumInterruptsSeen = PanelConsole::NumInterrupts;
+	if (!bFirst || !Press(View, PanelConsole::EndButton))
+	{
+		constexpr int32 InterruptedExitCode = 130;
+		Leave(InterruptedExitCode);
+		return true;
+	}
+	if (bUnattended)
+	{
+		// In the next frame, when what the panel says of it has been printed.
+		Phase = EPhase::Ending;
+		ExitCode = 1;
+		return true;
+	}
+	std::printf("Ended. Press Ctrl-C again to leave.\n");
+	std::fflush(stdout);
+	return true;
 }
 
 void FPanelConsole::Send(const FView& View, const FString& Prompt)
@@ -354,7 +358,7 @@ void FPanelConsole::RunScript(const FView& View)
 		Phase = EPhase::Ready;
 		break;
 	case EPhase::Ending:
-		Leave(0);
+		Leave(ExitCode);
 		break;
 	}
 }

@@ -64,7 +64,8 @@ private:
 	/** A piped line waits until the panel is not at work, so that a file of lines reads like a conversation. */
 	bool IsTimeForLine(const FView& View);
 	void HandleLine(const FView& View, const FString& Line);
-	void HandleInterrupts(const FView& View);
+	/** True when Ctrl-C was pressed since the last frame. */
+	bool HandleInterrupts(const FView& View);
 	void RunScript(const FView& View);
 	/** Approves if it may; otherwise waits for a "y", and leaves when none can come. */
 	void ApproveInScript(const FView& View);
