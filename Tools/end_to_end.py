@@ -33,6 +33,11 @@ class Recorder(unittest.TextTestResult):
         super().addError(test, err)
         self.record(test, self._exc_info_to_string(err, test))
 
+    def addSubTest(self, test, subtest, err):
+        super().addSubTest(test, subtest, err)
+        if err:
+            self.record(test, self._exc_info_to_string(err, test))
+
 
 def name_of(test):
     """module.Class.test_something as EndToEnd.Class.something"""
