@@ -206,7 +206,9 @@ void FPanelConsole::AskForApprovalOnce(const FView& View)
 	const bool bWaits = IsEnabled(View, PanelConsole::ApproveButton);
 	if (bWaits && !bAskedForApproval)
 	{
-		std::printf("Approve? y runs the tools; anything else is sent as a message instead; /end ends.\n");
+		std::printf(bUnattended
+						? "Approve the tools? "
+						: "Approve? y runs the tools; anything else is sent as a message instead; /end ends.\n");
 		std::fflush(stdout);
 	}
 	bAskedForApproval = bWaits;
@@ -345,14 +347,7 @@ void FPanelConsole::RunScript(const FView& View)
 		}
 		if (IsEnabled(View, PanelConsole::ApproveButton))
 		{
-			if (!bApprove)
-			{
-				std::fprintf(stderr, "A tool waits for approval, and nobody can be asked: try again with --approve.\n");
-				Leave(1);
-				break;
-			}
-			Press(View, PanelConsole::ApproveButton);
-			Phase = EPhase::Sent;
+			ApproveInScript(View);
 			break;
 		}
 		if (!IsEnabled(View, PanelConsole::EndButton))
@@ -365,6 +360,34 @@ void FPanelConsole::RunScript(const FView& View)
 	case EPhase::Ending:
 		Leave(ExitCode);
 		break;
+	}
+}
+
+void FPanelConsole::ApproveInScript(const FView& View)
+{
+	AskForApprovalOnce(View);
+	ReadInput();
+	const bool bSaidYes = !Lines.IsEmpty() && Lines[0].TrimStartAndEnd() == TEXT("y");
+	if (bApprove || bSaidYes)
+	{
+		if (bApprove)
+		{
+			std::printf("y\n");
+			std::fflush(stdout);
+		}
+		else
+		{
+			Lines.RemoveAt(0);
+		}
+		bAskedForApproval = false;
+		Press(View, PanelConsole::ApproveButton);
+		Phase = EPhase::Sent;
+		return;
+	}
+	if (!Lines.IsEmpty() || bInputClosed)
+	{
+		std::fprintf(stderr, "A tool waits for approval and did not get it: answer y, or try again with --approve.\n");
+		Leave(1);
 	}
 }
 
