@@ -1,0 +1,2 @@
+def bench():
+    return 1

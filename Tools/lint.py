@@ -1,0 +1,190 @@
+"""./kestrel lint and ./kestrel format"""
+
+import concurrent.futures
+import json
+import os
+import re
+import shlex
+import subprocess
+import tempfile
+
+import steps
+
+PRESET = "dev"
+CPP = ("*.cpp", "*.h")
+TEXT_FILES = ("*.cpp", "*.h", "*.cs", "*.py", "*.cmake", "CMakeLists.txt", "*.ini", "*.json", "*.uplugin", "*.uproject",
+              "kestrel", ".ci/run")
+PLUGIN_SOURCES = os.path.join("Source", "Kestrel")
+PROBLEMS_SHOWN = 20
+
+
+def git_files(*patterns):
+    listing = subprocess.run(["git", "ls-files", "-z", "--", *patterns], cwd=steps.ROOT, capture_output=True, text=True,
+                             check=True).stdout
+    return [path for path in listing.split("\0") if path and os.path.exists(os.path.join(steps.ROOT, path))]
+
+
+def read(path):
+    with open(os.path.join(steps.ROOT, path), encoding="utf-8") as file:
+        return file.read()
+
+
+def run(command, folder=steps.ROOT):
+    """The output of a command that failed, nothing of one that worked."""
+    done = subprocess.run(command, cwd=folder, capture_output=True, text=True, errors="replace", check=False)
+    return (done.stdout + done.stderr).strip() if done.returncode else ""
+
+
+class CompileCommands:
+    """How the build compiles each source, so that checks compile like it."""
+
+    def __init__(self):
+        with open(os.path.join(steps.build_folder(PRESET), "compile_commands.json"), encoding="utf-8") as file:
+            self.entries = {os.path.relpath(entry["file"], steps.ROOT): entry for entry in json.load(file)}
+
+    def arguments(self, source):
+        """Without the compiler cache, the precompiled header, the source and the object."""
+        words = shlex.split(self.entries[source]["command"])
+        words = words[next(index for index, word in enumerate(words) if word.endswith("clang++")):]
+        kept = []
+        skip = 0
+        for index, word in enumerate(words):
+            if skip:
+                skip -= 1
+            elif word == "-Xclang" and "pch" in words[index + 1]:
+                skip = 3  # -Xclang -include-pch -Xclang FILE
+            elif word == "-Xclang" and words[index + 1] == "-include":
+                skip = 3
+            elif word in ("-o", "-c", "-MT", "-MF"):
+                skip = 1
+            elif word not in ("-MD", "-Winvalid-pch"):
+                kept.append(word)
+        return kept
+
+    def check(self, source, text):
+        """Compiles a text as the build compiles a source. Returns what the compiler says against it."""
+        with tempfile.NamedTemporaryFile("w", suffix=".cpp", encoding="utf-8") as file:
+            file.write(text)
+            file.flush()
+            return run([*self.arguments(source), "-fsyntax-only", file.name], self.entries[source]["directory"])
+
+    def of(self, folder):
+        return sorted(source for source in self.entries
+                      if source.startswith(folder + os.sep) and not source.startswith(".."))
+
+
+def in_parallel(check, items):
+    with concurrent.futures.ThreadPoolExecutor(steps.JOBS) as pool:
+        return [problem for problem in pool.map(check, items) if problem]
+
+
+def check_format(_):
+    return [run(["clang-format", "--dry-run", "-Werror", "--", *git_files(*CPP)])]
+
+
+def check_white_space(_):
+    problems = []
+    for path in git_files(*TEXT_FILES):
+        text = read(path)
+        for number, line in enumerate(text.split("\n"), 1):
+            if line != line.rstrip():
+                problems.append(f"{path}:{number}: white space at the end of the line")
+            elif path.endswith((".py", ".cmake", "CMakeLists.txt")) and "\t" in line:
+                problems.append(f"{path}:{number}: a tab")
+            elif path.endswith((".cpp", ".h", ".cs")) and re.match(r"\t* {4,}", line):
+                problems.append(f"{path}:{number}: blanks where a tab belongs")
+        if text and not text.endswith("\n"):
+            problems.append(f"{path}: no line break at the end")
+    return problems
+
+
+def header_check(commands, header):
+    """Compiles a header alone, as a source of its own module would include it first."""
+    module = header.split("/Public/")[0] if "/Public/" in header else os.path.join("Source", "Kestrel")
+    sources = commands.of(module)
+    if not sources:
+        return None
+    text = f'#include "{os.path.join(steps.ROOT, header)}"\n'
+    problem = commands.check(sources[0], text)
+    return f"{header}:\n{problem}" if problem else None
+
+
+def check_headers(commands):
+    headers = git_files("Host/*/Public/*.h", "Host/*/Public/**/*.h", "Source/*.h", "Source/**/*.h")
+    return in_parallel(lambda header: header_check(commands, header), sorted(set(headers)))
+
+
+def check_unity_build(commands):
+    sources = [source for source in commands.of(PLUGIN_SOURCES)]
+    text = "".join(f'#include "{os.path.join(steps.ROOT, source)}"\n' for source in sources)
+    return [commands.check(sources[0], text)]
+
+
+def check_plugin_includes(commands):
+    """The plugin is compiled with its own folders and those of the modules that its Build.cs lists."""
+    build_cs = read(os.path.join(PLUGIN_SOURCES, "Kestrel.Build.cs"))
+    build_cs = re.sub(r"//[^\n]*", "", build_cs)
+    listed = {name for block in re.findall(r"DependencyModuleNames\.Add(?:Range)?\(([^;]*);", build_cs)
+              for name in re.findall(r'"(\w+)"', block)}
+    allowed = re.compile(r"(Source/Kestrel/(Public|Private)|Intermediate/Build/\w+/Generated/Kestrel"
+                         rf"|Host/({'|'.join(sorted(listed))})/Public"
+                         rf"|Intermediate/Build/\w+/Host/({'|'.join(sorted(listed))})/Generated/\w+)")
+    problems = set()
+    for source in commands.of(PLUGIN_SOURCES):
+        for word in commands.arguments(source):
+            if word.startswith(("-I", "-isystem")):
+                folder = os.path.relpath(word[2:], steps.ROOT)
+                if not allowed.fullmatch(folder):
+                    problems.add(f"{source} sees {folder}, which is of no module listed in Kestrel.Build.cs")
+    return sorted(problems)
+
+
+def check_sources_listed(commands):
+    """A file that no target has is a test that never runs, or code that nobody compiles."""
+    return [f"{path} is in no CMakeLists.txt" for path in git_files("Host/*.cpp", "Service/*.cpp", "Source/*.cpp")
+            if path not in commands.entries]
+
+
+def check_plugin_with_clang_tidy(commands):
+    def tidy(source):
+        arguments = [word for word in commands.arguments(source)[1:] if not word.startswith("-fsanitize")]
+        return run(["clang-tidy", "--quiet", source, "--", *arguments])
+
+    return in_parallel(tidy, [source for source in commands.of(PLUGIN_SOURCES) if "/Tests/" not in source])
+
+
+CHECKS = [
+    ("C++ is formatted", check_format),
+    ("No stray white space", check_white_space),
+    ("Every source is in the build", check_sources_listed),
+    ("Every public header compiles alone", check_headers),
+    ("The plugin sees listed modules only", check_plugin_includes),
+    ("The plugin compiles as one file", check_unity_build),
+    ("clang-tidy finds nothing in the plugin", check_plugin_with_clang_tidy),
+]
+
+
+def lint():
+    steps.install_packages(steps.PACKAGES + steps.CHECK_PACKAGES)
+    # Generated headers are part of what is checked.
+    steps.build(PRESET, ["HostEditor", "Kestrel", "kestrel-service"])
+    commands = CompileCommands()
+    all_good = True
+    for title, check in CHECKS:
+        problems = [problem for problem in check(commands) if problem]
+        print(f"[{'FAIL' if problems else 'OK'}] {title}", flush=True)
+        lines = "\n".join(problems).splitlines()
+        for line in lines[:PROBLEMS_SHOWN]:
+            print(f"       {line}")
+        if len(lines) > PROBLEMS_SHOWN:
+            print(f"       ... and {len(lines) - PROBLEMS_SHOWN} lines more")
+        all_good = all_good and not problems
+    return 0 if all_good else 1
+
+
+def format_sources():
+    steps.install_packages(steps.PACKAGES + steps.CHECK_PACKAGES)
+    problem = run(["clang-format", "-i", "--", *git_files(*CPP)])
+    if problem:
+        raise steps.StepFailed(f"clang-format failed:\n{problem}")
+    return 0
