@@ -156,12 +156,28 @@ void FPanelConsole::Tick()
 	{
 		const FString Line = Lines[0];
 		Lines.RemoveAt(0);
+		bShowsPromptSign = false; // what was typed stands behind it
 		HandleLine(View, Line);
 		bShowsEffect = false;
 	}
 	else if (bInputClosed)
 	{
 		Leave(0);
+	}
+	else if (bOnTerminal && !bShowsPromptSign)
+	{
+		bShowsPromptSign = true;
+		std::printf("\033[1m>\033[0m ");
+		std::fflush(stdout);
+	}
+}
+
+void FPanelConsole::ClearPromptSign()
+{
+	if (bShowsPromptSign)
+	{
+		bShowsPromptSign = false;
+		std::printf("\r\033[K");
 	}
 }
 
@@ -180,6 +196,7 @@ void FPanelConsole::PrintNewTexts(const FView& View)
 
 void FPanelConsole::PrintBlock(const FString& Text)
 {
+	ClearPromptSign();
 	FString Title;
 	FString Body = Text;
 	const bool bHasTitle = Text.TrimStart().StartsWith(TEXT("["));

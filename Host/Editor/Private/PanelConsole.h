@@ -63,6 +63,8 @@ private:
 	void ReadInput();
 	/** A piped line waits until the panel is not at work, so that a file of lines reads like a conversation. */
 	bool IsTimeForLine(const FView& View);
+	/** Takes the sign for "your turn" off the terminal, before something else is printed. */
+	void ClearPromptSign();
 	void HandleLine(const FView& View, const FString& Line);
 	/** True when Ctrl-C was pressed since the last frame. */
 	bool HandleInterrupts(const FView& View);
@@ -85,6 +87,7 @@ private:
 	bool bApprove = false;
 	bool bOnTerminal = false;
 	bool bTyped = false; // the input is a terminal
+	bool bShowsPromptSign = false;
 	bool bShowsEffect = true;
 	bool bInputClosed = false;
 	bool bAskedForApproval = false;
