@@ -91,7 +91,7 @@ def check_white_space(_):
                 problems.append(f"{path}:{number}: white space at the end of the line")
             elif path.endswith((".py", ".cmake", "CMakeLists.txt")) and "\t" in line:
                 problems.append(f"{path}:{number}: a tab")
-            elif path.endswith((".cpp", ".h", ".cs")) and re.match(r"\t* {4,}", line):
+            elif path.endswith((".cpp", ".h", ".cs")) and re.match(r"\t* {4,}[^ \\]", line):
                 problems.append(f"{path}:{number}: blanks where a tab belongs")
         if text and not text.endswith("\n"):
             problems.append(f"{path}: no line break at the end")

@@ -47,4 +47,4 @@ def production_host():
     """The host of the address that the plugin is built with."""
     with open(os.path.join(steps.ROOT, "Source", "Kestrel", "Private", "Kestrel.cpp"), encoding="utf-8") as source:
         address = re.search(r'#define KESTREL_API_URL TEXT\("([^"]+)"\)', source.read()).group(1)
-    return os.environ.get("KESTREL_API_URL", address).split("/")[0]
+    return address.split("/")[0]

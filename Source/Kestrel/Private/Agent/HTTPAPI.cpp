@@ -64,6 +64,11 @@ FHTTPAPI::~FHTTPAPI()
 void FHTTPAPI::InitialPromptRequest(const FString& Prompt)
 {
 	ClearRequestId();
+	RegularRequest(MakeInitialBody(Prompt));
+}
+
+FString FHTTPAPI::MakeInitialBody(const FString& Prompt)
+{
 	const TSharedRef<FJsonObject> Body = MakeShared<FJsonObject>();
 	Body->SetStringField(TEXT("message"), Prompt);
 	const FString Tree = FFileUtils::GetSubDirectoryStructureAsJsonObject(FPaths::ProjectDir());
@@ -72,7 +77,7 @@ void FHTTPAPI::InitialPromptRequest(const FString& Prompt)
 		Body->SetObjectField(TEXT("file_structure"), FileStructure);
 	}
 	Body->SetBoolField(TEXT("is_confirmation_mode"), !GetDefault<UKestrelSettings>()->bAutoApprove);
-	RegularRequest(KestrelJson::ToCondensedText(Body));
+	return KestrelJson::ToCondensedText(Body);
 }
 
 void FHTTPAPI::RegularPromptRequest(const FString& Message)

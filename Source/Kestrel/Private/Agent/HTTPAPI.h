@@ -47,6 +47,8 @@ public:
 
 	/** First turn of a conversation: the prompt with the project's file tree. */
 	void InitialPromptRequest(const FString& Prompt);
+	/** The body of that request: the prompt, the tree by the user's settings, and whether tools wait for approval. */
+	static FString MakeInitialBody(const FString& Prompt);
 	/** Every later turn; the waiting tool results go with it and are forgotten. */
 	void RegularPromptRequest(const FString& Message);
 	/** Sends a body, as it stands, to the command endpoint. */
