@@ -112,6 +112,11 @@ FUTF8ToTCHAR::FUTF8ToTCHAR(const ANSICHAR* Source, int32 SourceLength)
 	const uint8* const End = At + SourceLength;
 	while (At < End)
 	{
+		if (*At < 0x80)
+		{
+			*Out++ = *At++;
+			continue;
+		}
 		uint32 CodePoint = ReplacementCharacter;
 		const int32 Length = DecodeUtf8(At, End, CodePoint);
 		if (Length == 0)
