@@ -3,6 +3,7 @@
 import os
 import socket
 import subprocess
+import sys
 import unittest
 
 import harness
@@ -112,8 +113,37 @@ class SettingsTest(EndToEndTest):
         self.assertEqual(holders, [self.settings_file])
 
 
-class LauncherTest(unittest.TestCase):
-    """./kestrel itself, as far as it goes without building: the rest is what every test here goes through."""
+# The run command with the binaries that are being tested, instead of the release that it would build.
+RUN_COMMAND = """
+import argparse, sys
+import run, steps
+run.PRESET = sys.argv[1]
+steps.build = lambda preset, targets: None
+sys.exit(run.run(argparse.Namespace(project=sys.argv[2] or None, headless=True, prompt=sys.argv[3:], approve=True)))
+"""
+
+
+class LauncherTest(EndToEndTest):
+    """./kestrel itself: the production address, answered by the local service under its own name."""
+
+    def run_project(self, folder, prompt):
+        done = subprocess.run([sys.executable, "-B", "-c", RUN_COMMAND, harness.PRESET, folder, prompt],
+                              cwd=os.path.join(ROOT, "Tools"), capture_output=True, text=True,
+                              timeout=harness.LONGEST_RUN_SECONDS, check=False)
+        return harness.EditorRun(done.returncode, done.stdout, done.stderr)
+
+    def test_run_opens_a_copy_of_the_sample(self):
+        run = self.run_project("", "read Source/Harrier/Harrier.h")
+        self.assert_in_order(run, "Sample project: ", "Local service: https://", "[ User Start ]",
+                             "Reading File...", "DECLARE_LOG_CATEGORY_EXTERN(LogHarrier", "[ User End ]")
+        self.assertEqual(run.code, 0, run)
+
+    def test_run_leaves_the_users_own_project_as_it_was(self):
+        before = self.files_of_project("Config", "Source")
+        run = self.run_project(self.project, "read Source/Moor/Walker.h")
+        self.assert_in_order(run, "Local service: https://", "class AWalker", "[ User End ]")
+        self.assertEqual(run.code, 0, run)
+        self.assertEqual(self.files_of_project("Config", "Source"), before)
 
     def run_launcher(self, *arguments):
         return subprocess.run([os.path.join(ROOT, "kestrel"), *arguments], capture_output=True, text=True,
