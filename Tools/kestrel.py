@@ -22,7 +22,8 @@ def main():
     run_parser.add_argument("--headless", action="store_true", help="no window: the panel is shown in this terminal")
     run_parser.add_argument("--prompt", metavar="TEXT", action="append", default=[],
                             help="run this prompt unattended and leave; may be given several times")
-    run_parser.add_argument("--approve", action="store_true", help="approve every tool that the assistant asks for")
+    run_parser.add_argument("--approve", action="store_true", help="with --prompt: approve every tool that the assistant asks for "
+                                 "(always so with the sample, which is a scratch copy)")
 
     test_parser = commands.add_parser("test", help="build and run every test")
     test_parser.add_argument("filter", nargs="?", default="", metavar="FILTER",

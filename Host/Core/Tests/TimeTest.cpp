@@ -149,10 +149,13 @@ TEST(CommandLineTest, SwitchesAndQuotedValues)
 	char Program[] = "editor";
 	char Project[] = "/my games/a.uproject";
 	char Switch[] = "-prompt=read the file";
-	char* ArgV[] = { Program, Project, Switch };
-	const FString Line = FCommandLine::BuildFromArgV(3, ArgV) + TEXT(" -unattended -Port=80");
+	char Quoted[] = "-say=read \"a b.h\"";
+	char* ArgV[] = { Program, Project, Switch, Quoted };
+	const FString Line = FCommandLine::BuildFromArgV(4, ArgV) + TEXT(" -unattended -Port=80");
 	const TCHAR* Stream = *Line;
 	EXPECT_EQ(Narrow(FCommandLine::Token(Stream)), Project);
+	EXPECT_EQ(Narrow(FCommandLine::Token(Stream)), Switch);
+	EXPECT_EQ(Narrow(FCommandLine::Token(Stream)), Quoted) << "quotes of the argument itself are kept";
 	FString Prompt;
 	int32 Port = 0;
 	EXPECT_TRUE(FParse::Value(*Line, TEXT("-Prompt="), Prompt));

@@ -1,6 +1,7 @@
 #include "AutomationRunner.h"
 
 #include "Dom/JsonObject.h"
+#include "ExecCommands.h"
 #include "Misc/CommandLine.h"
 #include "Misc/FileHelper.h"
 #include "Misc/Parse.h"
@@ -30,19 +31,14 @@ void Print(const FString& Line)
 
 FAutomationRunner::FAutomationRunner()
 {
-	FString Commands;
-	TArray<FString> Parts;
-	FParse::Value(FCommandLine::Get(), TEXT("-ExecCmds="), Commands);
-	Commands.ParseIntoArray(Parts, TEXT(";"));
-	for (FString& Part : Parts)
+	for (FString& Command : FExecCommands::Get())
 	{
-		Part.TrimStartAndEndInline();
-		if (Part.RemoveFromStart(TEXT("Automation RunTests")))
+		if (Command.RemoveFromStart(TEXT("Automation RunTests")))
 		{
-			Filter = Part.TrimStartAndEnd();
+			Filter = Command.TrimStartAndEnd();
 			bHasWork = true;
 		}
-		bQuit |= Part == TEXT("Quit");
+		bQuit |= Command == TEXT("Quit");
 	}
 }
 

@@ -3,6 +3,7 @@
 #include "Async/TaskGraphInterfaces.h"
 #include "Containers/Ticker.h"
 #include "CoreGlobals.h"
+#include "ExecCommands.h"
 #include "Framework/Application/SlateApplication.h"
 #include "Framework/Docking/TabManager.h"
 #include "HAL/HostClock.h"
@@ -63,10 +64,19 @@ bool FHostEditor::Init()
 	}
 	LoadModules();
 	LastTickTime = FPlatformTime::Seconds();
-	if (Console.IsWanted() && !Console.Start())
+	if (!FExecCommands::RunEditorCommands())
+	{
+		ExitCode = 1;
+		RequestEngineExit(TEXT("a command failed"));
+	}
+	else if (Console.IsWanted() && !Console.Start())
 	{
 		ExitCode = 1;
 		RequestEngineExit(TEXT("the console has no tab"));
+	}
+	else if (Automation.ShouldQuit() && !Automation.HasWork())
+	{
+		RequestEngineExit(TEXT("Quit"));
 	}
 	return true;
 }

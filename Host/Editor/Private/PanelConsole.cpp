@@ -65,6 +65,7 @@ FPanelConsole::FPanelConsole()
 	, bUnattended(Prompts.Num() > 0)
 	, bApprove(FParse::Param(FCommandLine::Get(), TEXT("Approve")))
 	, bOnTerminal(isatty(STDOUT_FILENO) != 0)
+	, bTyped(isatty(STDIN_FILENO) != 0)
 {
 	FString Name;
 	if (FParse::Value(FCommandLine::Get(), TEXT("-Console="), Name))
@@ -136,8 +137,7 @@ void FPanelConsole::Tick()
 		return; // not laid out yet
 	}
 	PrintNewTexts(View);
-	HandleInterrupts(View);
-	if (bEnded)
+	if (HandleInterrupts(View))
 	{
 		return;
 	}
@@ -148,13 +148,18 @@ void FPanelConsole::Tick()
 	}
 	AskForApprovalOnce(View);
 	ReadInput();
+	if (!IsTimeForLine(View))
+	{
+		return;
+	}
 	if (!Lines.IsEmpty())
 	{
 		const FString Line = Lines[0];
 		Lines.RemoveAt(0);
 		HandleLine(View, Line);
+		bShowsEffect = false;
 	}
-	else if (bInputClosed && !IsWorking(View))
+	else if (bInputClosed)
 	{
 		Leave(0);
 	}
@@ -201,7 +206,9 @@ void FPanelConsole::AskForApprovalOnce(const FView& View)
 	const bool bWaits = IsEnabled(View, PanelConsole::ApproveButton);
 	if (bWaits && !bAskedForApproval)
 	{
-		std::printf("Approve? y runs the tools; anything else is sent as a message instead; /end ends.\n");
+		std::printf(bUnattended
+						? "Approve the tools? "
+						: "Approve? y runs the tools; anything else is sent as a message instead; /end ends.\n");
 		std::fflush(stdout);
 	}
 	bAskedForApproval = bWaits;
@@ -231,6 +238,17 @@ void FPanelConsole::ReadInput()
 			PartialLine.erase(0, End == std::string::npos ? End : End + 1);
 		}
 	}
+}
+
+bool FPanelConsole::IsTimeForLine(const FView& View)
+{
+	if (!bShowsEffect)
+	{
+		bShowsEffect = true; // what came of the last line is in the view of the next frame
+		return false;
+	}
+	// Who types knows what is going on; a pipe's next line is for what the panel does when it has worked off this one.
+	return !IsWorking(View) || (bTyped && !Lines.IsEmpty());
 }
 
 void FPanelConsole::HandleLine(const FView& View, const FString& Line)
@@ -264,25 +282,30 @@ void FPanelConsole::HandleLine(const FView& View, const FString& Line)
 	}
 }
 
-void FPanelConsole::HandleInterrupts(const FView& View)
+bool FPanelConsole::HandleInterrupts(const FView& View)
 {
-	while (NumInterruptsSeen < PanelConsole::NumInterrupts && !bEnded)
+	if (NumInterruptsSeen == PanelConsole::NumInterrupts)
 	{
-		++NumInterruptsSeen;
-		const bool bFirst = NumInterruptsSeen == 1;
-		if (!bFirst || !Press(View, PanelConsole::EndButton))
-		{
-			constexpr int32 InterruptedExitCode = 130;
-			Leave(InterruptedExitCode);
-			return;
-		}
-		std::printf("Ended. Press Ctrl-C again to leave.\n");
-		std::fflush(stdout);
-		if (bUnattended)
-		{
-			Leave(1);
-		}
+		return false;
 	}
+	const bool bFirst = NumInterruptsSeen == 0 && PanelConsole::NumInterrupts == 1;
+	NumInterruptsSeen = PanelConsole::NumInterrupts;
+	if (!bFirst || !Press(View, PanelConsole::EndButton))
+	{
+		constexpr int32 InterruptedExitCode = 130;
+		Leave(InterruptedExitCode);
+		return true;
+	}
+	if (bUnattended)
+	{
+		// In the next frame, when what the panel says of it has been printed.
+		Phase = EPhase::Ending;
+		ExitCode = 1;
+		return true;
+	}
+	std::printf("Ended. Press Ctrl-C again to leave.\n");
+	std::fflush(stdout);
+	return true;
 }
 
 void FPanelConsole::Send(const FView& View, const FString& Prompt)
@@ -324,14 +347,7 @@ void FPanelConsole::RunScript(const FView& View)
 		}
 		if (IsEnabled(View, PanelConsole::ApproveButton))
 		{
-			if (!bApprove)
-			{
-				std::fprintf(stderr, "A tool waits for approval, and nobody can be asked: try again with --approve.\n");
-				Leave(1);
-				break;
-			}
-			Press(View, PanelConsole::ApproveButton);
-			Phase = EPhase::Sent;
+			ApproveInScript(View);
 			break;
 		}
 		if (!IsEnabled(View, PanelConsole::EndButton))
@@ -342,8 +358,36 @@ void FPanelConsole::RunScript(const FView& View)
 		Phase = EPhase::Ready;
 		break;
 	case EPhase::Ending:
-		Leave(0);
+		Leave(ExitCode);
 		break;
+	}
+}
+
+void FPanelConsole::ApproveInScript(const FView& View)
+{
+	AskForApprovalOnce(View);
+	ReadInput();
+	const bool bSaidYes = !Lines.IsEmpty() && Lines[0].TrimStartAndEnd() == TEXT("y");
+	if (bApprove || bSaidYes)
+	{
+		if (bApprove)
+		{
+			std::printf("y\n");
+			std::fflush(stdout);
+		}
+		else
+		{
+			Lines.RemoveAt(0);
+		}
+		bAskedForApproval = false;
+		Press(View, PanelConsole::ApproveButton);
+		Phase = EPhase::Sent;
+		return;
+	}
+	if (!Lines.IsEmpty() || bInputClosed)
+	{
+		std::fprintf(stderr, "A tool waits for approval and did not get it: answer y, or try again with --approve.\n");
+		Leave(1);
 	}
 }
 

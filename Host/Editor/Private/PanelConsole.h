@@ -16,7 +16,7 @@ class SDockTab;
  *
  * "-Prompt=<text>" (any number of them) runs unattended: each prompt is sent when the one before is done, the
  * conversation is ended after the last, and the program leaves with 0. It leaves with 1 as soon as the conversation
- * ends by itself, and when a tool waits for approval but "-Approve" was not given and nobody can be asked.
+ * ends by itself, and when a tool waits for approval that neither "-Approve" nor a "y" on the standard input gives.
  */
 class FPanelConsole
 {
@@ -61,9 +61,14 @@ private:
 	void PrintBlock(const FString& Text);
 	void AskForApprovalOnce(const FView& View);
 	void ReadInput();
+	/** A piped line waits until the panel is not at work, so that a file of lines reads like a conversation. */
+	bool IsTimeForLine(const FView& View);
 	void HandleLine(const FView& View, const FString& Line);
-	void HandleInterrupts(const FView& View);
+	/** True when Ctrl-C was pressed since the last frame. */
+	bool HandleInterrupts(const FView& View);
 	void RunScript(const FView& View);
+	/** Approves if it may; otherwise waits for a "y", and leaves when none can come. */
+	void ApproveInScript(const FView& View);
 	void Send(const FView& View, const FString& Prompt);
 	void Leave(int32 Code);
 
@@ -79,6 +84,8 @@ private:
 	bool bUnattended = false;
 	bool bApprove = false;
 	bool bOnTerminal = false;
+	bool bTyped = false; // the input is a terminal
+	bool bShowsEffect = true;
 	bool bInputClosed = false;
 	bool bAskedForApproval = false;
 	bool bEnded = false;

@@ -8,7 +8,21 @@
 
 namespace JsonSerializer
 {
-using FEncoding = rapidjson::UTF16<TCHAR>;
+/** UTF-16 units as they are: an escape may name half of a pair, and the library's own encoder would stop the program.
+ */
+struct FEncoding : rapidjson::UTF16<TCHAR>
+{
+	template <typename OutputStream>
+	static void Encode(OutputStream& Output, unsigned CodePoint)
+	{
+		if (CodePoint <= 0xFFFF)
+		{
+			Output.Put(static_cast<TCHAR>(CodePoint));
+			return;
+		}
+		rapidjson::UTF16<TCHAR>::Encode(Output, CodePoint);
+	}
+};
 
 /** Builds values from the parser's events. */
 class FValueBuilder : public rapidjson::BaseReaderHandler<FEncoding, FValueBuilder>
@@ -90,7 +104,8 @@ bool FJsonSerializer::Deserialize(const TSharedRef<TJsonReader<TCHAR>>& Reader, 
 	rapidjson::GenericStringStream<JsonSerializer::FEncoding> Stream(*Reader->Text);
 	rapidjson::GenericReader<JsonSerializer::FEncoding, JsonSerializer::FEncoding> Parser;
 	// Iterative: the depth of an untrusted text must not be the depth of the stack.
-	const rapidjson::ParseResult Result = Parser.Parse<rapidjson::kParseIterativeFlag>(Stream, Builder);
+	const rapidjson::ParseResult Result =
+		Parser.Parse<rapidjson::kParseIterativeFlag | rapidjson::kParseFullPrecisionFlag>(Stream, Builder);
 	if (!Result)
 	{
 		Reader->ErrorMessage = Builder.bTooDeep

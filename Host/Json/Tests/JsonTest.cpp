@@ -3,6 +3,7 @@
 #include "Serialization/JsonSerializer.h"
 
 #include <gtest/gtest.h>
+#include <random>
 
 namespace
 {
@@ -135,4 +136,48 @@ TEST(JsonReaderTest, DeepNestingIsRefusedAndNeverOverflowsTheStack)
 	const int32 Allowed = FJsonSerializer::DeepestNesting;
 	EXPECT_TRUE(FJsonSerializer::Deserialize(
 		TJsonReaderFactory<>::Create(FString::ChrN(Allowed, u'[') + FString::ChrN(Allowed, u']')), Value));
+}
+
+TEST(JsonReaderTest, MutatedTextsAreParsedOrRefusedAndComeBackTheSame)
+{
+	const std::string Seeds[] = {
+		R"({"status":"COMPLETED","response":{"messages":[],"response":[{"type":"text","text":"a\u00e9\ud83d\ude00\n"}],"auto_continue":true}})",
+		R"([1,-2.5e10,null,true,{"":{"":[[[]]]}},"\\\"/\b\f"])",
+	};
+	const std::string Alphabet = "{}[]\",:\\u0019eE+-.tfn \n\x01\x7f\xc3\xa9";
+	std::mt19937 Random(20261121);
+	int32 NumParsed = 0;
+	for (int32 Round = 0; Round < 20000; ++Round)
+	{
+		std::string Text = Seeds[Round % 2];
+		for (uint32 Mutation = Random() % 4; Mutation > 0; --Mutation)
+		{
+			const size_t At = Random() % Text.size();
+			switch (Random() % 3)
+			{
+			case 0:
+				Text[At] = Alphabet[Random() % Alphabet.size()];
+				break;
+			case 1:
+				Text.insert(At, 1, Alphabet[Random() % Alphabet.size()]);
+				break;
+			default:
+				Text.erase(At, 1 + Random() % 3);
+				break;
+			}
+		}
+		TSharedPtr<FJsonValue> Value;
+		if (!FJsonSerializer::Deserialize(TJsonReaderFactory<>::Create(FString(Text.c_str())), Value))
+		{
+			continue;
+		}
+		++NumParsed;
+		FString Once;
+		FString Twice;
+		FJsonSerializer::Serialize(Value, FString(), TJsonWriterFactory<>::Create(&Once));
+		ASSERT_TRUE(FJsonSerializer::Deserialize(TJsonReaderFactory<>::Create(Once), Value)) << Text;
+		FJsonSerializer::Serialize(Value, FString(), TJsonWriterFactory<>::Create(&Twice));
+		ASSERT_TRUE(Once.Equals(Twice)) << Text;
+	}
+	EXPECT_GT(NumParsed, 1000);
 }

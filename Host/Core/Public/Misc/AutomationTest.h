@@ -154,6 +154,8 @@ public:
 	/** Every test whose full name contains the filter, in order of name. An empty filter takes all. */
 	TArray<FTest> FindTests(const FString& Filter) const;
 	void Start(const FTest& Test);
+	/** Adds a step to the running test. */
+	void EnqueueLatentCommand(TSharedPtr<IAutomationLatentCommand> NewCommand);
 	/** One frame of the running test. @return true when it has ended; then Stop gives what happened */
 	bool Update();
 	FAutomationTestExecutionInfo Stop();
@@ -249,6 +251,28 @@ private:
 	{                                                                                                                  \
 	TClass TClass##AutomationTestInstance(TEXT(#TClass));                                                              \
 	}
+
+/** Several tests of one body: GetTests names them, RunTest gets the command of one. */
+#define IMPLEMENT_COMPLEX_AUTOMATION_TEST(TClass, PrettyName, TFlags)                                                  \
+	class TClass : public FAutomationTestBase                                                                          \
+	{                                                                                                                  \
+	public:                                                                                                            \
+		explicit TClass(const FString& InName)                                                                         \
+			: FAutomationTestBase(InName, true)                                                                        \
+		{                                                                                                              \
+		}                                                                                                              \
+		FString GetBeautifiedTestName() const override { return TEXT(PrettyName); }                                    \
+		void GetTests(TArray<FString>& OutBeautifiedNames, TArray<FString>& OutTestCommands) const override;           \
+		bool RunTest(const FString& Parameters) override;                                                              \
+		static constexpr EAutomationTestFlags::Type TestFlags = TFlags;                                                \
+	};                                                                                                                 \
+	namespace                                                                                                          \
+	{                                                                                                                  \
+	TClass TClass##AutomationTestInstance(TEXT(#TClass));                                                              \
+	}
+
+#define ADD_LATENT_AUTOMATION_COMMAND(ClassDeclaration)                                                                \
+	FAutomationTestFramework::Get().EnqueueLatentCommand(MakeShareable(new ClassDeclaration))
 
 #define BEGIN_DEFINE_SPEC(TClass, PrettyName, TFlags)                                                                  \
 	class TClass : public FAutomationSpecBase                                                                          \

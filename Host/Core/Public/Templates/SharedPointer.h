@@ -282,7 +282,10 @@ private:
 
 /** Only for a class that `new` could make here: one that hides its operator new, as a widget does, has its own way. */
 template <typename ObjectType, ESPMode Mode = ESPMode::ThreadSafe, typename... ArgTypes>
-	requires requires(ArgTypes&&... Args) { new ObjectType(std::forward<ArgTypes>(Args)...); }
+requires requires(ArgTypes&&... Args)
+{
+	new ObjectType(std::forward<ArgTypes>(Args)...);
+}
 TSharedRef<ObjectType, Mode> MakeShared(ArgTypes&&... Args)
 {
 	return TSharedRef<ObjectType, Mode>::FromStd(std::make_shared<ObjectType>(std::forward<ArgTypes>(Args)...));

@@ -44,6 +44,10 @@ public:
 		{
 			return true;
 		}
+		if (FPlatformTime::Seconds() < QuietUntil)
+		{
+			return false;
+		}
 		const EAgentState State = FAgent::Get().GetAgentState();
 		if (NextStep < Steps.Num())
 		{
@@ -53,7 +57,7 @@ public:
 			}
 			return false;
 		}
-		if (!KestrelTest::IsWaitingForUser(State) || FPlatformTime::Seconds() < QuietUntil)
+		if (!KestrelTest::IsWaitingForUser(State))
 		{
 			return false;
 		}
@@ -67,7 +71,8 @@ private:
 	bool Start()
 	{
 		const TArray<TSharedPtr<FJsonValue>>* User = nullptr;
-		if (!Test.TestTrue(Name + TEXT(" is a conversation"), Script.IsValid() && Script->TryGetArrayField(TEXT("user"), User)))
+		if (!Test.TestTrue(
+				Name + TEXT(" is a conversation"), Script.IsValid() && Script->TryGetArrayField(TEXT("user"), User)))
 		{
 			return false;
 		}
@@ -80,9 +85,12 @@ private:
 
 	static bool IsStepDue(const FJsonObject& Step, EAgentState State)
 	{
+		bool bPolling = FHTTPAPI::Get().IsPolling();
+		Step.TryGetBoolField(TEXT("polling"), bPolling);
 		FString When;
-		return Step.TryGetStringField(TEXT("when"), When) ? KestrelTest::NameOf(State).Equals(When)
-														  : KestrelTest::IsWaitingForUser(State);
+		const bool bInState = Step.TryGetStringField(TEXT("when"), When) ? KestrelTest::NameOf(State).Equals(When)
+																		 : KestrelTest::IsWaitingForUser(State);
+		return bInState && FHTTPAPI::Get().IsPolling() == bPolling;
 	}
 
 	void DoStep(const FJsonObject& Step)
@@ -91,7 +99,8 @@ private:
 		FString Text;
 		if (Step.TryGetStringField(TEXT("say"), Text))
 		{
-			FAgent::Get().GetAgentState() == EAgentState::Idle ? Interface.InitialRequest(Text) : Interface.RegularRequest(Text);
+			FAgent::Get().GetAgentState() == EAgentState::Idle ? Interface.InitialRequest(Text)
+															   : Interface.RegularRequest(Text);
 		}
 		else if (Step.TryGetStringField(TEXT("continue"), Text))
 		{
@@ -132,11 +141,13 @@ private:
 		{
 			const FString Nothing = TEXT("<nothing>");
 			KestrelTest::TestSameText(Test, FString::Printf(TEXT("panel text %d"), Index),
-				Actual.IsValidIndex(Index) ? Actual[Index] : Nothing, Expected.IsValidIndex(Index) ? Expected[Index] : Nothing);
+				Actual.IsValidIndex(Index) ? Actual[Index] : Nothing,
+				Expected.IsValidIndex(Index) ? Expected[Index] : Nothing);
 		}
 		FString EndsIn = TEXT("Idle");
 		Script->TryGetStringField(TEXT("ends_in"), EndsIn);
-		KestrelTest::TestSameText(Test, TEXT("state at the end"), KestrelTest::NameOf(FAgent::Get().GetAgentState()), EndsIn);
+		KestrelTest::TestSameText(
+			Test, TEXT("state at the end"), KestrelTest::NameOf(FAgent::Get().GetAgentState()), EndsIn);
 		Test.TestFalse(TEXT("it polls no more"), FHTTPAPI::Get().IsPolling());
 		Recorder.Reset();
 		FAgent::Get().SetAgentState(EAgentState::Idle, nullptr);
@@ -152,14 +163,22 @@ private:
 };
 }
 
-class FKestrelConversationTest : public FAutomationTestBase
+IMPLEMENT_COMPLEX_AUTOMATION_TEST(FKestrelConversationTest, "Kestrel.Conversation", KestrelTest::Flags)
+
+void FKestrelConversationTest::GetTests(TArray<FString>& OutBeautifiedNames, TArray<FString>& OutTestCommands) const
 {
-public:
-	explicit FKestrelConversationTest(const FString& InName)
-		: FAutomationTestBase(InName, true)
+	TArray<FString> Files;
+	IFileManager::Get().FindFiles(Files, *(ConversationTest::ConversationDir() / TEXT("*.json")), true, false);
+	Files.Sort();
+	for (const FString& File : Files)
 	{
+		OutBeautifiedNames.Add(FPaths::GetBaseFilename(File));
+		OutTestCommands.Add(FPaths::GetBaseFilename(File));
 	}
-	virtual FString GetBeautifiedTestName() const override { return TEXT("Kestrel.Conversation"); }
-	virtual void GetTests(TArray<FString>& OutBeautifiedNames, TArray<FString>& OutTestCommands) const override;
-	virtual bool RunTest(const FString& Parameters) override;
-};
+}
+
+bool FKestrelConversationTest::RunTest(const FString& Parameters)
+{
+	ADD_LATENT_AUTOMATION_COMMAND(ConversationTest::FPlayer(*this, Parameters));
+	return true;
+}

@@ -27,8 +27,8 @@ FString KestrelTest::NameOf(EAgentState State)
 
 bool KestrelTest::IsWaitingForUser(EAgentState State)
 {
-	return State == EAgentState::Idle || State == EAgentState::AwaitingUpdate || State == EAgentState::AwaitingApproval
-		|| State == EAgentState::Pause;
+	return State == EAgentState::Idle || State == EAgentState::AwaitingUpdate ||
+		   State == EAgentState::AwaitingApproval || State == EAgentState::Pause;
 }
 
 FString KestrelTest::PluginDir()

@@ -31,8 +31,8 @@ public:
 	UE_NONCOPYABLE(FKestrelTestFolder)
 
 	/** Writes UTF-8 without a mark, with missing folders. */
-	void Write(const FString& Name, const FString& Text) const;
-	FString Full(const FString& Name) const { return Path / Name; }
+	void Write(const FString& FileName, const FString& Text) const;
+	FString Full(const FString& FileName) const { return Path / FileName; }
 
 	const FString Path; // absolute
 	const FString Name; // relative to the project directory

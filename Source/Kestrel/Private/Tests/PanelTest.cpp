@@ -1,0 +1,308 @@
+#include "Agent/Agent.h"
+#include "Containers/Ticker.h"
+#include "Framework/Application/SlateApplication.h"
+#include "Framework/Docking/TabManager.h"
+#include "HAL/PlatformFileManager.h"
+#include "InputCoreTypes.h"
+#include "KestrelSettings.h"
+#include "Misc/FileHelper.h"
+#include "Misc/Paths.h"
+#include "Tests/KestrelTest.h"
+#include "ToolMenus.h"
+#include "UObject/Class.h"
+#include "Widget/KestrelInterface.h"
+#include "Widget/SKestrelWidget.h"
+#include "Widgets/Docking/SDockTab.h"
+#include "Widgets/SWindow.h"
+#include "Widgets/Text/SMultiLineEditableText.h"
+
+namespace PanelTest
+{
+/** What the buttons do in a state: with an empty prompt box and with a filled one. */
+struct FStateCase
+{
+	EAgentState State;
+	bool bStart;          // enabled, with a prompt; never without
+	bool bContinueEmpty;  // enabled without a prompt
+	bool bContinueFilled; // enabled with one
+	bool bContinueVisible;
+	bool bPauseVisible;
+	bool bApprove;
+	bool bEnd;
+};
+
+const FStateCase StateCases[] = {
+	{ EAgentState::None, false, false, false, false, true, false, true },
+	{ EAgentState::Indexing, false, false, false, false, true, false, true },
+	{ EAgentState::Idle, true, false, false, true, false, false, false },
+	{ EAgentState::InitialRequest, false, false, false, false, true, false, true },
+	{ EAgentState::RegularRequest, false, false, false, false, true, false, true },
+	{ EAgentState::PollRequest, false, false, false, false, true, false, true },
+	{ EAgentState::PollResponse, false, false, false, false, true, false, true },
+	{ EAgentState::AwaitingApproval, false, false, true, true, false, true, true },
+	{ EAgentState::Approved, false, false, false, false, true, false, true },
+	{ EAgentState::Continue, false, false, false, false, true, false, true },
+	{ EAgentState::AwaitingUpdate, false, false, true, true, false, false, true },
+	{ EAgentState::Pause, false, true, true, true, false, false, true },
+	// These two fall through to Idle at once.
+	{ EAgentState::CancelRequest, true, false, false, true, false, false, false },
+	{ EAgentState::EndRequest, true, false, false, true, false, false, false },
+};
+
+/** Every text below a widget: blocks are read-only, the prompt box is not. */
+void CollectTexts(const TSharedRef<SWidget>& Widget, TArray<TSharedRef<SMultiLineEditableText>>& OutTexts)
+{
+	if (Widget->GetType() == FName("SMultiLineEditableText"))
+	{
+		OutTexts.Add(StaticCastSharedRef<SMultiLineEditableText>(Widget));
+		return;
+	}
+	FChildren* Children = Widget->GetChildren();
+	for (int32 Index = 0; Index < Children->Num(); ++Index)
+	{
+		CollectTexts(Children->GetChildAt(Index), OutTexts);
+	}
+}
+
+/** A panel in a window of its own, and a service that nobody asks anything. */
+class FPanel
+{
+public:
+	FPanel()
+		: Unhooked(FKestrelInterface::Get().StatusMessageDelegate)
+		, Window(SNew(SWindow).ClientSize(FVector2D(600.0, 400.0))[SAssignNew(Widget, SKestrelWidget)])
+	{
+		FSlateApplication::Get().AddWindow(Window);
+		FSlateApplication::Get().Tick();
+	}
+	~FPanel()
+	{
+		FAgent::Get().SetAgentState(EAgentState::Idle, nullptr);
+		FSlateApplication::Get().RequestDestroyWindow(Window);
+		FKestrelInterface::Get().StatusMessageDelegate = Unhooked;
+	}
+	UE_NONCOPYABLE(FPanel)
+
+	TArray<TSharedRef<SMultiLineEditableText>> Texts(bool bReadOnly) const
+	{
+		TArray<TSharedRef<SMultiLineEditableText>> All;
+		CollectTexts(Widget.ToSharedRef(), All);
+		return All.FilterByPredicate([bReadOnly](const TSharedRef<SMultiLineEditableText>& Text) {
+			return Text->IsTextReadOnly() == bReadOnly;
+		});
+	}
+	TSharedRef<SMultiLineEditableText> PromptBox() const { return Texts(false)[0]; }
+	FString LastBlock() const { return Texts(true).Last()->GetText().ToString(); }
+	void Type(const TCHAR* Text) const { PromptBox()->SetText(FText::FromString(Text)); }
+
+	/** A key press with the focus on the prompt box, on the way that a real one takes. */
+	bool Press(const FKey& Key, bool bShift, bool bRepeat = false) const
+	{
+		FSlateApplication& Slate = FSlateApplication::Get();
+		Slate.SetKeyboardFocus(PromptBox());
+		const FModifierKeysState Modifiers(bShift, false, false, false, false, false, false, false, false);
+		return Slate.ProcessKeyDownEvent(FKeyEvent(Key, Modifiers, 0, bRepeat, 0, 0));
+	}
+
+	FOnAddStatusMessageDelegate Unhooked;
+	TSharedPtr<SKestrelWidget> Widget;
+	TSharedRef<SWindow> Window;
+};
+
+void Enter(EAgentState State)
+{
+	// A prompt that the service refuses: nothing comes of it before the test is over.
+	const FInitialRequestStateData Data(TEXT("script no-such-script"));
+	FAgent::Get().SetAgentState(State, &Data);
+}
+}
+
+DEFINE_SPEC(FKestrelPanelSpec, "Kestrel.Panel", KestrelTest::Flags)
+void FKestrelPanelSpec::Define()
+{
+	for (const PanelTest::FStateCase& Case : PanelTest::StateCases)
+	{
+		It(TEXT("shows its buttons in the state ") + KestrelTest::NameOf(Case.State), [this, &Case]() {
+			const PanelTest::FPanel Panel;
+			const SKestrelWidget& Widget = *Panel.Widget;
+			PanelTest::Enter(Case.State == EAgentState::Idle ? EAgentState::PollResponse : EAgentState::Idle);
+			PanelTest::Enter(Case.State);
+			Panel.Type(TEXT(""));
+			TestFalse(TEXT("Start without a prompt"), Widget.UpdateStartButton());
+			TestEqual(TEXT("Continue without a prompt"), Widget.UpdateContinueButtonEnability(), Case.bContinueEmpty);
+			Panel.Type(TEXT("x"));
+			TestEqual(TEXT("Start"), Widget.UpdateStartButton(), Case.bStart);
+			TestEqual(TEXT("Continue"), Widget.UpdateContinueButtonEnability(), Case.bContinueFilled);
+			TestTrue(
+				TEXT("Continue is seen"), Widget.UpdateContinueButtonVisibility() ==
+											  (Case.bContinueVisible ? EVisibility::Visible : EVisibility::Collapsed));
+			TestTrue(TEXT("Pause is seen"), Widget.UpdatePauseButtonVisibility() ==
+												(Case.bPauseVisible ? EVisibility::Visible : EVisibility::Collapsed));
+			TestEqual(TEXT("Approve"), Widget.IsApproveButtonEnabled(), Case.bApprove);
+			TestEqual(TEXT("End"), Widget.IsEndButtonEnabled(), Case.bEnd);
+			TestTrue(TEXT("Approve is seen"), Widget.UpdateApproveButton() == EVisibility::Visible);
+			const TGuardValue<bool> AutoApprove(GetMutableDefault<UKestrelSettings>()->bAutoApprove, true);
+			TestTrue(TEXT("Approve is not seen"), Widget.UpdateApproveButton() == EVisibility::Collapsed);
+		});
+	}
+
+	It("sends with Enter, breaks the line with Shift and Enter", [this]() {
+		const PanelTest::FPanel Panel;
+		PanelTest::Enter(EAgentState::Idle);
+		TestTrue(TEXT("Enter in an empty box is handled"), Panel.Press(EKeys::Enter, false));
+		TestTrue(TEXT("and does nothing"), FAgent::Get().GetAgentState() == EAgentState::Idle);
+		Panel.Type(TEXT("script no-such-script"));
+		Panel.Press(EKeys::Enter, true);
+		TestTrue(TEXT("a line break"), Panel.PromptBox()->GetText().ToString().Contains(TEXT("\n")));
+		Panel.Type(TEXT("script no-such-script"));
+		Panel.Press(EKeys::Enter, false, true);
+		TestTrue(TEXT("a held key does not send"), FAgent::Get().GetAgentState() == EAgentState::Idle);
+		Panel.Press(EKeys::Enter, false);
+		TestTrue(TEXT("sent"), FAgent::Get().GetAgentState() == EAgentState::InitialRequest);
+		TestTrue(TEXT("the box is empty again"), Panel.PromptBox()->GetText().IsEmpty());
+		TestFalse(TEXT("another key is not the panel's"),
+			Panel.Widget->OnKeyDown(FGeometry(), FKeyEvent(EKeys::SpaceBar, FModifierKeysState(), 0, false, 0, 0))
+				.IsEventHandled());
+		// While it works, Enter is kept from the prompt and does nothing.
+		Panel.Type(TEXT("more"));
+		TestTrue(TEXT("Enter is handled"), Panel.Press(EKeys::Enter, false));
+		KestrelTest::TestSameText(
+			*this, TEXT("the prompt stays"), Panel.PromptBox()->GetText().ToString(), TEXT("more"));
+	});
+
+	It("continues with Enter when the agent waits", [this]() {
+		const PanelTest::FPanel Panel;
+		PanelTest::Enter(EAgentState::Pause);
+		Panel.Press(EKeys::Enter, false);
+		TestTrue(TEXT("resumed without a prompt"), FAgent::Get().GetAgentState() == EAgentState::Continue);
+		PanelTest::Enter(EAgentState::AwaitingUpdate);
+		Panel.Press(EKeys::Enter, false);
+		TestTrue(TEXT("nothing to say"), FAgent::Get().GetAgentState() == EAgentState::AwaitingUpdate);
+		Panel.Type(TEXT("go on"));
+		Panel.Press(EKeys::Enter, false);
+		TestTrue(TEXT("continued with a prompt"), FAgent::Get().GetAgentState() == EAgentState::Continue);
+	});
+
+	It("hides tool names and bold markers, and logs the message whole", [this]() {
+		const PanelTest::FPanel Panel;
+		const FKestrelInterface& Interface = FKestrelInterface::Get();
+		const FString Message =
+			TEXT("Now **read_file** and modify_blueprint_variables! ") + Panel.Widget->GetTypeAsString();
+		Interface.OnAddStatusMessage(Message, FLinearColor::White, FKestrelInterface::BoldFontName, 9.0f);
+		KestrelTest::TestSameText(*this, TEXT("block"), Panel.LastBlock(), TEXT("Now  and _variables! SKestrelWidget"));
+		FString Log;
+		FFileHelper::LoadFileToString(Log, *Interface.GetPromptLogFilePath());
+		TestTrue(TEXT("log"), Log.Contains(Message, ESearchCase::CaseSensitive));
+		TestFalse(TEXT("no mark in the log"), Log.Contains(TEXT("\uFEFF")));
+	});
+
+	It("lets the dots of the last message go round until the next", [this]() {
+		const PanelTest::FPanel Panel;
+		FKestrelInterface::Get().OnAddStatusMessage(
+			TEXT("Working..."), FLinearColor::White, FKestrelInterface::ItalicFontName, 8.0f);
+		const TSharedRef<SMultiLineEditableText> Block = Panel.Texts(true).Last();
+		TestTrue(TEXT("a timer runs"), Panel.Widget->HasActiveTimers());
+		FKestrelInterface::Get().OnAddStatusMessage(
+			TEXT("Done."), FLinearColor::White, FKestrelInterface::ItalicFontName, 8.0f);
+		TestFalse(TEXT("and stops"), Panel.Widget->HasActiveTimers());
+		KestrelTest::TestSameText(*this, TEXT("block"), Panel.LastBlock(), TEXT("Done."));
+	});
+
+	LatentIt("moves the dots every half second", [this](const FDoneDelegate& Done) {
+		const TSharedRef<PanelTest::FPanel> Panel = MakeShared<PanelTest::FPanel>();
+		FKestrelInterface::Get().OnAddStatusMessage(
+			TEXT("Working..."), FLinearColor::White, FKestrelInterface::ItalicFontName, 8.0f);
+		const TSharedRef<SMultiLineEditableText> Block = Panel->Texts(true).Last();
+		const TSharedRef<TArray<FString>> Seen = MakeShared<TArray<FString>>();
+		FTSTicker::GetCoreTicker().AddTicker(TEXT("KestrelDots"), 0.0f, [this, Panel, Block, Seen, Done](float) {
+			const FString Text = Block->GetText().ToString();
+			if (Seen->IsEmpty() || !Seen->Last().Equals(Text))
+			{
+				Seen->Add(Text);
+			}
+			if (Seen->Num() < 6)
+			{
+				return true;
+			}
+			KestrelTest::TestSameText(*this, TEXT("dots"), FString::Join(*Seen, TEXT("|")),
+				TEXT("Working...|Working.|Working..|Working...|Working|Working."));
+			Done.Execute();
+			return false;
+		});
+	});
+
+	It("opens from the menu and the toolbar, once", [this]() {
+		UToolMenus* Menus = UToolMenus::Get();
+		FToolMenuEntry* Button = Menus->ExtendMenu("LevelEditor.LevelEditorToolBar.PlayToolBar")
+									 ->FindOrAddSection("PluginTools")
+									 .FindEntry("LevelToolbarKestrel");
+		TestNotNull(TEXT("toolbar button"), Button);
+		TestNotNull(TEXT("menu entry"), Menus->ExtendMenu("LevelEditor.MainMenu.Window")
+											->FindOrAddSection("WindowLayout")
+											.FindEntry("OpenPluginWindow"));
+		const FTabId TabId(FName("Kestrel"));
+		const TSharedPtr<SDockTab> First = FGlobalTabmanager::Get()->TryInvokeTab(TabId);
+		TestTrue(TEXT("the same tab"), First.IsValid() && First == FGlobalTabmanager::Get()->TryInvokeTab(TabId));
+		TestTrue(TEXT("its content"), First->GetContent()->GetType() == FName("SKestrelWidget"));
+		First->RequestCloseTab();
+		TestFalse(TEXT("closed"), FGlobalTabmanager::Get()->FindExistingLiveTab(TabId).IsValid());
+	});
+}
+
+DEFINE_SPEC(FKestrelInterfaceSpec, "Kestrel.Interface", KestrelTest::Flags)
+void FKestrelInterfaceSpec::Define()
+{
+	It("ignores what the agent's state does not allow", [this]() {
+		const FKestrelPanelRecorder Recorder;
+		FKestrelInterface& Interface = FKestrelInterface::Get();
+		PanelTest::Enter(EAgentState::PollResponse);
+		Interface.InitialRequest(TEXT("a"));
+		Interface.RegularRequest(TEXT("b"));
+		Interface.Approve();
+		TestTrue(TEXT("unchanged"), FAgent::Get().GetAgentState() == EAgentState::PollResponse);
+		TestEqual(TEXT("nothing shown"), Recorder.Messages.Num(), 0);
+		int32 NumBroadcasts = 0;
+		const FDelegateHandle Handle =
+			FAgent::Get().OnStateChanged().AddLambda([&NumBroadcasts]() { ++NumBroadcasts; });
+		PanelTest::Enter(EAgentState::PollResponse);
+		TestEqual(TEXT("the same state again says nothing"), NumBroadcasts, 0);
+		PanelTest::Enter(EAgentState::Idle);
+		TestEqual(TEXT("another one does"), NumBroadcasts, 1);
+		FAgent::Get().OnStateChanged().Remove(Handle);
+	});
+
+	It("keeps logs for as long as it is told", [this]() {
+		FKestrelInterface& Interface = FKestrelInterface::Get();
+		IPlatformFile& Files = FPlatformFileManager::Get().GetPlatformFile();
+		const FString Folder = FPaths::GetPath(Interface.GetPromptLogFilePath());
+		const FString Young = Folder / TEXT("Young.log");
+		const FString Old = Folder / TEXT("Old.log");
+		const FString Other = Folder / TEXT("Old.txt");
+		const FTimespan Minute = FTimespan::FromMinutes(1.0);
+		for (const FString& File : { Young, Old, Other })
+		{
+			FFileHelper::SaveStringToFile(TEXT("x"), *File);
+			const FDateTime ThirtyDaysAgo = FDateTime::UtcNow() - FTimespan::FromDays(30.0);
+			Files.SetTimeStamp(*File, File.Equals(Young) ? ThirtyDaysAgo + Minute : ThirtyDaysAgo - Minute);
+		}
+		Interface.DeleteOldLogs(30);
+		TestTrue(TEXT("a young one stays"), FPaths::FileExists(Young));
+		TestFalse(TEXT("an old one goes"), FPaths::FileExists(Old));
+		TestTrue(TEXT("what is no log stays"), FPaths::FileExists(Other));
+		Interface.DeleteAllLogs();
+		TestEqual(TEXT("all gone"), Interface.GetAllLogFiles().Num(), 0);
+		Files.DeleteFile(*Other);
+	});
+
+	It("writes entries with and without the time", [this]() {
+		const FKestrelTestFolder Folder;
+		const FString File = Folder.Full(TEXT("x.log"));
+		const FKestrelInterface& Interface = FKestrelInterface::Get();
+		Interface.KestrelInterfaceLogString(TEXT("plain ä"), File, false);
+		Interface.KestrelInterfaceLogString(TEXT("timed"), File, true);
+		FString Log;
+		FFileHelper::LoadFileToString(Log, *File);
+		TestTrue(
+			TEXT("entries"), Log.MatchesWildcard(TEXT("plain ä\n\n[??:??:??] timed\n\n"), ESearchCase::CaseSensitive));
+	});
+}

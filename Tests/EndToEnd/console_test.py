@@ -1,0 +1,85 @@
+"""The panel on a terminal, against the real service with its offline responder."""
+
+import subprocess
+import unittest
+
+import harness
+from harness import EndToEndTest
+
+
+class ConsoleTest(EndToEndTest):
+    def setUp(self):
+        super().setUp()
+        service = self.start_service()
+        self.use_service(service.port, service.authority)
+
+    def test_a_prompt_is_answered_from_end_to_end(self):
+        run = self.run_editor("-Prompt=read Source/Moor/Walker.h", "-Approve")
+        self.assert_in_order(
+            run, "[ User Start ]\nread Source/Moor/Walker.h\n", "Sending request...\n", "Processing request...\n",
+            "[ Kestrel ]\nI will read Source/Moor/Walker.h.\n", "[ User ]\nThe process has been resumed.\n",
+            "Reading File...\n", "Sending request...\n", "Processing request...\n",
+            "Source/Moor/Walker.h, 6 lines:\n", "class AWalker\n", "[ User End ]")
+        self.assertEqual(run.code, 0, run)
+        self.assertNotIn("\033", run.output, "no colours in a pipe")
+
+    def test_several_prompts_are_one_conversation(self):
+        run = self.run_editor("-Prompt=read Config/DefaultGame.ini", "-Prompt=list the files in Source", "-Approve")
+        self.assert_in_order(run, "[ User Start ]", "Feathers=12", "[ User ]\nlist the files in Source",
+                             "Source has 1 file in 1 folder.", "Walker.h", "[ User End ]")
+        self.assertEqual(run.output.count("[ User Start ]"), 1, run)
+        self.assertEqual(run.code, 0, run)
+
+    def test_a_tool_that_nobody_approves_fails_the_run(self):
+        run = self.run_editor("-Prompt=read Source/Moor/Walker.h")
+        self.assertEqual(run.code, 1, run)
+        self.assertIn("approval", run.errors)
+        self.assertNotIn("class AWalker", run.output)
+
+    def test_piped_lines_are_prompts_and_approvals(self):
+        run = self.run_editor(typed="read Source/Moor/Walker.h lines 3-4\ny\nread Config/DefaultGame.ini\ny\n/end\n")
+        self.assert_in_order(run, "[ User Start ]\nread Source/Moor/Walker.h lines 3-4", "Approve? y", "class AWalker\n{\n",
+                             "[ User ]\nread Config/DefaultGame.ini", "Approve? y", "Feathers=12", "[ User End ]")
+        self.assertEqual(run.code, 0, run)
+
+    def test_another_answer_than_y_goes_to_the_service_instead_of_the_tool(self):
+        run = self.run_editor(typed="read Source/Moor/Walker.h\nno, read Config/DefaultGame.ini\ny\n")
+        self.assert_in_order(run, "Approve? y", "[ User ]\nno, read Config/DefaultGame.ini", "Feathers=12")
+        self.assertNotIn("class AWalker", run.output)
+
+    def test_a_file_that_is_not_there_is_said_to_be_so(self):
+        run = self.run_editor("-Prompt=read Source/Moor/Nowhere.h", "-Approve")
+        self.assert_in_order(run, "Reading File...", "Source/Moor/Nowhere.h: Error: File not found", "[ User End ]")
+        self.assertEqual(run.code, 0, run)
+
+    def test_a_prompt_with_quotes_and_unusual_letters_arrives_as_it_is(self):
+        run = self.run_editor('-Prompt=read "Source/Größe \u00fcber.h"', "-Approve")
+        self.assert_in_order(run, 'read "Source/Größe über.h"', "Source/Größe über.h: Error: File not found")
+
+    def test_a_tab_that_does_not_exist_ends_at_once(self):
+        command = [word.replace("-Console=Kestrel", "-Console=Nothing") for word in self.editor_command()]
+        done = subprocess.run(command, capture_output=True, text=True, timeout=harness.LONGEST_RUN_SECONDS, check=False)
+        self.assertEqual(done.returncode, 1)
+        self.assertIn("There is no tab 'Nothing'", done.stderr)
+
+
+class InterruptTest(EndToEndTest):
+    """Ctrl-C while the answer is awaited."""
+
+    def run_interrupted(self, *arguments, **options):
+        service = self.start_service("--responder", "script", "--scripts", self.project)
+        self.write("slow.json", '{ "turns": [ { "status": [ { "status": "RUNNING" } ] } ] }')
+        self.use_service(service.port, service.authority)
+        # On the wall clock: the unattended one would jump from poll to poll as fast as the service answers.
+        command = [word for word in self.editor_command(*arguments) if word != "-UnattendedClock"]
+        with subprocess.Popen(command, stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True, **options) as process:
+            return process, harness.interrupt_when(process, "Sending request...")
+
+    def test_ctrl_c_ends_the_conversation_and_fails_an_unattended_run(self):
+        process, output = self.run_interrupted("-Prompt=script slow", stdin=subprocess.DEVNULL)
+        self.assertIn("[ User End ]", output)
+        self.assertEqual(process.returncode, 1, output)
+
+
+if __name__ == "__main__":
+    unittest.main()

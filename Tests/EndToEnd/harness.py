@@ -1,0 +1,112 @@
+"""What the end-to-end tests have in common: scratch projects, the service, and a running editor."""
+
+import os
+import shutil
+import signal
+import subprocess
+import sys
+import tempfile
+import threading
+import unittest
+
+ROOT = os.path.dirname(os.path.dirname(os.path.dirname(os.path.abspath(__file__))))
+sys.path.insert(0, os.path.join(ROOT, "Tools"))
+
+import project
+import steps
+from service import LocalService
+
+PRESET = os.environ.get("KESTREL_PRESET", "dev")
+API_KEY = "kestrel-end-to-end-key"
+# Nothing here takes seconds; who reaches this hangs.
+LONGEST_RUN_SECONDS = 60
+
+
+class EditorRun:
+    """What a run of the editor came to."""
+
+    def __init__(self, code, output, errors):
+        self.code = code
+        self.output = output
+        self.errors = errors
+
+    def __str__(self):
+        return f"exit code {self.code}\n--- output\n{self.output}\n--- errors\n{self.errors}"
+
+
+class EndToEndTest(unittest.TestCase):
+    """A test with a scratch folder, a small project in it and the editor on that project."""
+
+    folder_name = "Project"
+
+    def setUp(self):
+        self.scratch = tempfile.mkdtemp(prefix="kestrel-end-to-end-")
+        self.addCleanup(shutil.rmtree, self.scratch, ignore_errors=True)
+        self.project = os.path.join(self.scratch, self.folder_name)
+        os.makedirs(os.path.join(self.project, "Config"))
+        os.makedirs(os.path.join(self.project, "Source", "Moor"))
+        self.write("Moor.uproject", '{ "FileVersion": 3, "EngineAssociation": "5.4" }\n')
+        self.write("Config/DefaultGame.ini", "[Moor]\nFeathers=12\n")
+        self.write("Source/Moor/Walker.h", "#pragma once\n\nclass AWalker\n{\n\tint Feathers = 12;\n};\n")
+
+    def write(self, path, text):
+        with open(os.path.join(self.project, path), "w", encoding="utf-8") as file:
+            file.write(text)
+
+    def start_service(self, *arguments):
+        """A service with a key, stopped when the test ends."""
+        service = LocalService(PRESET, os.path.join(self.scratch, "Service"), ["--api-key", API_KEY, *arguments])
+        service.__enter__()
+        self.addCleanup(service.stop)
+        return service
+
+    def use_service(self, port, authority):
+        """Makes the project name its own service and trust it."""
+        self.write("Config/DefaultPlugin.ini",
+                   f"[Kestrel]\nStage=Dev\nDevApiUrl=localhost:{port}/v1\nDevApiKey={API_KEY}\n")
+        self.write("Config/DefaultEngine.ini", f"[SSL]\nDebuggingCertificatePath={authority}\n")
+
+    def editor_command(self, *arguments):
+        return [steps.binary(PRESET, "HostEditor"), project.find_uproject(self.project),
+                f"-PLUGIN={os.path.join(ROOT, 'Kestrel.uplugin')}", "-Console=Kestrel", "-UnattendedClock", *arguments]
+
+    def run_editor(self, *arguments, typed=""):
+        done = subprocess.run(self.editor_command(*arguments), input=typed, capture_output=True, text=True,
+                              encoding="utf-8", timeout=LONGEST_RUN_SECONDS, check=False)
+        return EditorRun(done.returncode, done.stdout, done.stderr)
+
+    def assert_in_order(self, run, *texts):
+        """Each text comes in the output, behind the one before."""
+        at = 0
+        for text in texts:
+            found = run.output.find(text, at)
+            self.assertGreaterEqual(found, 0, f"{text!r} is missing behind the text before it:\n{run}")
+            at = found + len(text)
+
+    def files_of_project(self, *folders):
+        """Path and content of every file below the folders."""
+        found = {}
+        for folder in folders:
+            for path, _, names in os.walk(os.path.join(self.project, folder)):
+                for name in names:
+                    full = os.path.join(path, name)
+                    with open(full, "rb") as file:
+                        found[os.path.relpath(full, self.project)] = file.read()
+        return found
+
+
+def interrupt_when(process, text):
+    """Sends Ctrl-C to a process as soon as its output holds a text. Returns all output when it has ended."""
+    output = []
+
+    def read():
+        for line in process.stdout:
+            output.append(line)
+            if text in line:
+                process.send_signal(signal.SIGINT)
+
+    reader = threading.Thread(target=read)
+    reader.start()
+    process.wait(LONGEST_RUN_SECONDS)
+    reader.join(LONGEST_RUN_SECONDS)
+    return "".join(output)

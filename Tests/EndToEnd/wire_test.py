@@ -1,0 +1,143 @@
+"""The bytes of the requests, seen by a server that is nothing but a socket with TLS."""
+
+import json
+import socket
+import ssl
+import threading
+import unittest
+
+import harness
+from harness import EndToEndTest
+
+TEXT_BLOCK = {"type": "text", "text": "Good evening."}
+TOOL_BLOCK = {"type": "tool_use", "id": "t1", "name": "read_file", "input": {"path": "Config/DefaultGame.ini"}}
+TOOL_RESULT = ('{"type":"tool_result","tool_use_id":"t1","content":"[Moor]\\nFeathers=12\\n","is_error":false}')
+OWN_HEADERS = ("content-type", "x-api-key", "conversation-id", "engine", "engine-version")
+
+
+def completed(block, auto_continue):
+    """A status reply that ends a turn; without auto_continue the plugin asks its user before it goes on."""
+    return json.dumps({"status": "COMPLETED", "response": {"auto_continue": auto_continue, "response": [block]}})
+
+
+class Request:
+    """One request as it came."""
+
+    def __init__(self, head, body):
+        lines = head.decode("ascii").split("\r\n")
+        self.line = lines[0]
+        self.headers = [tuple(line.split(": ", 1)) for line in lines[1:]]
+        self.body = body.decode("utf-8")
+
+    def own_headers(self):
+        """Those that the plugin sets itself, in their order; the rest is the HTTP library's."""
+        return [header for header in self.headers if header[0].lower() in OWN_HEADERS]
+
+
+class RecordingServer:
+    """Answers each command with a request id and each status with the next of the given replies."""
+
+    def __init__(self, service_state, status_replies):
+        self.requests = []
+        self.status_replies = list(status_replies)
+        self.num_commands = 0
+        context = ssl.SSLContext(ssl.PROTOCOL_TLS_SERVER)
+        context.load_cert_chain(f"{service_state}/server.pem", f"{service_state}/server-key.pem")
+        self.socket = context.wrap_socket(socket.create_server(("127.0.0.1", 0)), server_side=True)
+        self.port = self.socket.getsockname()[1]
+        threading.Thread(target=self.serve, daemon=True).start()
+
+    def serve(self):
+        while True:
+            try:
+                connection, _ = self.socket.accept()
+            except OSError:
+                return  # closed, or a client that hung up in the handshake
+            threading.Thread(target=self.talk, args=(connection,), daemon=True).start()
+
+    def talk(self, connection):
+        with connection, connection.makefile("rb") as stream:
+            while request := self.read(stream):
+                self.requests.append(request)
+                reply = self.answer(request).encode("utf-8")
+                connection.sendall(b"HTTP/1.1 200 OK\r\nContent-Length: %d\r\n\r\n" % len(reply) + reply)
+
+    def read(self, stream):
+        head = b""
+        while not head.endswith(b"\r\n\r\n"):
+            line = stream.readline()
+            if not line:
+                return None
+            head += line
+        length = next((int(line.split(b":")[1]) for line in head.split(b"\r\n")
+                       if line.lower().startswith(b"content-length:")), 0)
+        return Request(head[:-4], stream.read(length))
+
+    def answer(self, request):
+        if request.line.startswith("POST"):
+            self.num_commands += 1
+            return '{"request_id": "id-%d"}' % self.num_commands
+        return self.status_replies.pop(0)
+
+
+class WireTest(EndToEndTest):
+    maxDiff = None
+
+    def talk(self, status_replies, *prompts):
+        service = self.start_service()
+        server = RecordingServer(service.state_folder, status_replies)
+        self.addCleanup(server.socket.close)
+        self.use_service(server.port, service.authority)
+        run = self.run_editor(*[f"-Prompt={prompt}" for prompt in prompts], "-Approve")
+        self.assertEqual(run.code, 0, run)
+        return server.requests
+
+    def test_the_requests_of_a_conversation_are_as_agreed_to_the_letter(self):
+        requests = self.talk(
+            [completed(TOOL_BLOCK, False), completed(TEXT_BLOCK, True),
+             completed(TOOL_BLOCK, True), completed(TEXT_BLOCK, True)],
+            'Say "hi" \u00fc', 'Read "it"')
+        conversation = dict(requests[0].headers)["conversation-id"]
+        self.assertRegex(conversation, "^[0-9A-F]{32}$")
+        commands = requests[0::2]
+        for index, status in enumerate(requests[1::2]):
+            with self.subTest(status=index):
+                self.check_status(status, index + 1, conversation)
+        for index, command in enumerate(commands):
+            with self.subTest(command=index):
+                self.check_command_head(command, conversation)
+        self.check_first_body(commands[0].body)
+        self.assertEqual([command.body for command in commands[1:]], [
+            '{"message":"","tool_results":[%s],"was_confirmed":true}' % TOOL_RESULT,
+            '{"message":"Read \\"it\\"","was_confirmed":true}',
+            '{"tool_results":[%s],"was_confirmed":true}' % TOOL_RESULT])
+
+    def check_command_head(self, command, conversation):
+        self.assertEqual(command.line, "POST /v1/command HTTP/1.1")
+        headers = dict(command.headers)
+        self.assertRegex(headers["engine-version"], r"^5\.\d+$")
+        self.assertEqual(command.own_headers(), [
+            ("Content-Type", "application/json"), ("x-api-key", harness.API_KEY), ("conversation-id", conversation),
+            ("engine", headers["engine"]), ("engine-version", headers["engine-version"])])
+
+    def check_status(self, status, number, conversation):
+        self.assertEqual(status.line, f"GET /v1/status?request_id=id-{number} HTTP/1.1")
+        self.assertEqual(status.own_headers(), [("x-api-key", harness.API_KEY), ("conversation-id", conversation)])
+        self.assertEqual(status.body, "")
+
+    def check_first_body(self, body):
+        """Members in their order, condensed; the tree has files before folders."""
+        pairs = json.loads(body, object_pairs_hook=list)
+        self.assertEqual([name for name, _ in pairs], ["message", "file_structure", "is_confirmation_mode"])
+        members = json.loads(body)
+        self.assertEqual(members["message"], 'Say "hi" \u00fc')
+        self.assertIs(members["is_confirmation_mode"], True)
+        self.assertEqual(members["file_structure"], {
+            "Moor.uproject": "#",
+            "Config": {name: "#" for name in ("DefaultGame.ini", "DefaultPlugin.ini", "DefaultEngine.ini")},
+            "Source": {"Moor": {"Walker.h": "#"}}})
+        self.assertEqual(body, json.dumps(members, ensure_ascii=False, separators=(",", ":")), "no blanks in between")
+
+
+if __name__ == "__main__":
+    unittest.main()
