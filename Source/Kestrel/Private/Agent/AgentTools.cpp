@@ -165,6 +165,8 @@ FString FAgent::UseGetFileSystemTool(const FString& Id, const FJsonObject& Input
 		return TEXT("Error: Missing dir_path field");
 	}
 	// Joined, not made absolute: the names of the folders that the project itself lies in must not exclude it.
-	return FFileUtils::GetSubDirectoryStructureAsJsonObject(
-		FPaths::ConvertRelativePathToFull(FPaths::ProjectDir(), DirPath));
+	// "/" is the project's own root then, and not the machine's.
+	FString Folder = FPaths::ProjectDir() / DirPath;
+	FPaths::NormalizeFilename(Folder);
+	return FFileUtils::GetSubDirectoryStructureAsJsonObject(Folder);
 }
