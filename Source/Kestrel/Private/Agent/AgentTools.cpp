@@ -57,9 +57,10 @@ bool ReadLineNumber(const TSharedPtr<FJsonValue>& Value, int32& OutLine)
 	return true;
 }
 
+/** The first two elements; what follows them is no reason to read nothing. */
 bool ReadViewRange(const TArray<TSharedPtr<FJsonValue>>& Values, FViewRange& OutRange)
 {
-	return Values.Num() == 2 && ReadLineNumber(Values[0], OutRange.StartLine) &&
+	return Values.Num() >= 2 && ReadLineNumber(Values[0], OutRange.StartLine) &&
 		   ReadLineNumber(Values[1], OutRange.EndLine);
 }
 
