@@ -2,7 +2,6 @@
 
 #include "Containers/StringConv.h"
 #include "CoreGlobals.h"
-#include "CurlTransport.h"
 #include "HAL/PlatformTime.h"
 #include "HttpManagerState.h"
 #include "HttpModule.h"
@@ -153,6 +152,11 @@ bool FCurlHttpRequest::ProcessRequest()
 	{
 		return Refuse(TEXT("the URL is neither https nor http"));
 	}
+	FHttpManager::FState& Manager = *FHttpModule::Get().GetHttpManager().State;
+	if (Manager.bClosed)
+	{
+		return Refuse(TEXT("the HTTP module is shutting down"));
+	}
 	const bool bBrokenHeader = Headers.ContainsByPredicate([](const FHttpHeader& Header) {
 		return CurlHttpRequest::HasLineBreak(Header.Name) || CurlHttpRequest::HasLineBreak(Header.Value);
 	});
@@ -166,7 +170,8 @@ bool FCurlHttpRequest::ProcessRequest()
 	StartTime = CurlHttpRequest::WallSeconds();
 	Response = MakeShared<FCurlHttpResponse>();
 	SetUpHandle();
-	FHttpModule::Get().GetHttpManager().State->Start(StaticCastSharedRef<FCurlHttpRequest>(AsShared()));
+	SetUpTls(Manager.Transport);
+	Manager.Start(StaticCastSharedRef<FCurlHttpRequest>(AsShared()));
 	return true;
 }
 
@@ -179,6 +184,7 @@ void FCurlHttpRequest::SetUpHandle()
 	curl_easy_setopt(Handle, CURLOPT_HTTP_VERSION, CURL_HTTP_VERSION_1_1);
 	curl_easy_setopt(Handle, CURLOPT_NOSIGNAL, 1L);
 	curl_easy_setopt(Handle, CURLOPT_PROTOCOLS_STR, "https,http");
+	curl_easy_setopt(Handle, CURLOPT_REDIR_PROTOCOLS_STR, "https,http");
 	curl_easy_setopt(Handle, CURLOPT_FOLLOWLOCATION, 1L);
 	curl_easy_setopt(Handle, CURLOPT_MAXREDIRS, CurlHttpRequest::MaxRedirects);
 	curl_easy_setopt(Handle, CURLOPT_CONNECTTIMEOUT_MS, static_cast<long>(Module.GetHttpConnectionTimeout() * 1000.0f));
@@ -187,41 +193,50 @@ void FCurlHttpRequest::SetUpHandle()
 	const float Total = TimeoutSeconds > 0.0f ? TimeoutSeconds : Module.GetHttpTotalTimeout();
 	curl_easy_setopt(Handle, CURLOPT_TIMEOUT_MS, static_cast<long>(Total * 1000.0f));
 
-	if (Verb.Equals(TEXT("POST")) || Content.Num() > 0)
+	MaxResponseBytes = Module.GetMaxResponseBytes();
+	curl_easy_setopt(Handle, CURLOPT_WRITEFUNCTION, &FCurlHttpRequest::ReceiveBody);
+	curl_easy_setopt(Handle, CURLOPT_WRITEDATA, this);
+	curl_easy_setopt(Handle, CURLOPT_HEADERFUNCTION, &FCurlHttpRequest::ReceiveHeader);
+	curl_easy_setopt(Handle, CURLOPT_HEADERDATA, this);
+	SetUpMethod();
+	SetUpHeaders();
+}
+
+void FCurlHttpRequest::SetUpMethod()
+{
+	const bool bPost = Verb.Equals(TEXT("POST"));
+	if (bPost || Content.Num() > 0)
 	{
 		curl_easy_setopt(Handle, CURLOPT_POST, 1L);
 		curl_easy_setopt(Handle, CURLOPT_POSTFIELDSIZE_LARGE, static_cast<curl_off_t>(Content.Num()));
 		curl_easy_setopt(
 			Handle, CURLOPT_POSTFIELDS, Content.Num() > 0 ? reinterpret_cast<const char*>(Content.GetData()) : "");
 	}
-	curl_easy_setopt(Handle, CURLOPT_CUSTOMREQUEST, TCHAR_TO_UTF8(*Verb));
 	if (Verb.Equals(TEXT("HEAD")))
 	{
 		curl_easy_setopt(Handle, CURLOPT_NOBODY, 1L);
 	}
-
-	curl_easy_setopt(Handle, CURLOPT_WRITEFUNCTION, &FCurlHttpRequest::ReceiveBody);
-	curl_easy_setopt(Handle, CURLOPT_WRITEDATA, this);
-	curl_easy_setopt(Handle, CURLOPT_HEADERFUNCTION, &FCurlHttpRequest::ReceiveHeader);
-	curl_easy_setopt(Handle, CURLOPT_HEADERDATA, this);
-	SetUpTls();
-	SetUpHeaders();
+	if (!bPost)
+	{
+		// A named verb is kept over redirects, but a POST becomes a GET on its way.
+		curl_easy_setopt(Handle, CURLOPT_CUSTOMREQUEST, TCHAR_TO_UTF8(*Verb));
+	}
 }
 
-void FCurlHttpRequest::SetUpTls()
+void FCurlHttpRequest::SetUpTls(const FCurlTransport& Transport)
 {
 	curl_easy_setopt(Handle, CURLOPT_SSL_VERIFYPEER, 1L);
 	curl_easy_setopt(Handle, CURLOPT_SSL_VERIFYHOST, 2L);
-	Authorities = FCurlTransport::ReadAuthorities();
-	if (!Authorities.empty())
+	if (!Transport.Authorities.empty())
 	{
-		curl_blob Blob{ Authorities.data(), Authorities.size(), CURL_BLOB_NOCOPY };
+		// Not copied: the manager keeps the text for longer than any transfer lives.
+		curl_blob Blob{ const_cast<char*>(Transport.Authorities.data()), Transport.Authorities.size(),
+			CURL_BLOB_NOCOPY };
 		curl_easy_setopt(Handle, CURLOPT_CAINFO_BLOB, &Blob);
 	}
-	const std::string Resolve = FCurlTransport::ReadResolveOption();
-	if (!Resolve.empty())
+	if (!Transport.ResolveOption.empty())
 	{
-		ConnectTo = curl_slist_append(nullptr, Resolve.c_str());
+		ConnectTo = curl_slist_append(nullptr, Transport.ResolveOption.c_str());
 		curl_easy_setopt(Handle, CURLOPT_CONNECT_TO, ConnectTo);
 	}
 }
@@ -234,8 +249,14 @@ void FCurlHttpRequest::SetUpHeaders()
 	for (const FHttpHeader& Header : Headers)
 	{
 		// A header without a value is written with a semicolon, or libcurl leaves it out.
-		const FString Line = Header.Value.IsEmpty() ? Header.Name + TEXT(";") : Header.Name + TEXT(": ") + Header.Value;
+		const bool bBlank = Header.Value.TrimStartAndEnd().IsEmpty();
+		const FString Line = bBlank ? Header.Name + TEXT(";") : Header.Name + TEXT(": ") + Header.Value;
 		HeaderList = curl_slist_append(HeaderList, TCHAR_TO_UTF8(*Line));
+	}
+	if (CurlHttpRequest::Find(Headers, TEXT("Content-Type")).IsEmpty())
+	{
+		// libcurl would call any body a web form.
+		HeaderList = curl_slist_append(HeaderList, "Content-Type:");
 	}
 	// No waiting for "100 Continue" before the body.
 	HeaderList = curl_slist_append(HeaderList, "Expect:");
@@ -257,9 +278,10 @@ void FCurlHttpRequest::ReleaseHandle()
 
 size_t FCurlHttpRequest::ReceiveBody(char* Data, size_t Size, size_t Count, void* Request)
 {
-	FCurlHttpResponse& Received = *static_cast<FCurlHttpRequest*>(Request)->Response;
+	const FCurlHttpRequest& Owner = *static_cast<FCurlHttpRequest*>(Request);
+	FCurlHttpResponse& Received = *Owner.Response;
 	const size_t NumBytes = Size * Count;
-	if (Received.Content.Num() + static_cast<int64>(NumBytes) > MaxResponseBytes)
+	if (Received.Content.Num() + static_cast<int64>(NumBytes) > Owner.MaxResponseBytes)
 	{
 		return 0;
 	}
@@ -293,6 +315,11 @@ void FCurlHttpRequest::CancelRequest()
 	{
 		bCancelled = true;
 	}
+}
+
+const FHttpResponsePtr FCurlHttpRequest::GetResponse() const
+{
+	return Status == EHttpRequestStatus::Succeeded ? Response : nullptr;
 }
 
 float FCurlHttpRequest::GetElapsedTime() const

@@ -5,6 +5,8 @@
 #include <curl/curl.h>
 #include <string>
 
+struct FCurlTransport;
+
 /** A name and a value as they stand in a message. */
 struct FHttpHeader
 {
@@ -34,9 +36,6 @@ public:
 class FCurlHttpRequest final : public IHttpRequest
 {
 public:
-	/** Larger bodies end the request. */
-	static constexpr int64 MaxResponseBytes = 256ll * 1024 * 1024;
-
 	~FCurlHttpRequest() override;
 
 	FString GetURL() const override { return URL; }
@@ -57,7 +56,7 @@ public:
 	bool ProcessRequest() override;
 	void CancelRequest() override;
 	EHttpRequestStatus::Type GetStatus() const override { return Status; }
-	const FHttpResponsePtr GetResponse() const override { return Response; }
+	const FHttpResponsePtr GetResponse() const override;
 	float GetElapsedTime() const override;
 
 	CURL* GetHandle() const { return Handle; }
@@ -69,7 +68,8 @@ private:
 	bool CanChange(const TCHAR* What) const;
 	bool Refuse(const TCHAR* Reason);
 	void SetUpHandle();
-	void SetUpTls();
+	void SetUpMethod();
+	void SetUpTls(const FCurlTransport& Transport);
 	void SetUpHeaders();
 	void ReleaseHandle();
 	static size_t ReceiveBody(char* Data, size_t Size, size_t Count, void* Request);
@@ -89,6 +89,6 @@ private:
 	CURL* Handle = nullptr;
 	curl_slist* HeaderList = nullptr;
 	curl_slist* ConnectTo = nullptr;
-	std::string Authorities;
+	int64 MaxResponseBytes = 0; // a larger body ends the request
 	TSharedPtr<FCurlHttpResponse> Response;
 };

@@ -21,11 +21,10 @@ std::string ReadPem(const FString& Path)
 	}
 	return std::string(reinterpret_cast<const char*>(Bytes.GetData()), static_cast<size_t>(Bytes.Num())) + "\n";
 }
-}
 
-std::string FCurlTransport::ReadAuthorities()
+std::string ReadAuthorities()
 {
-	std::string Pem = CurlTransport::ReadPem(TEXT("/etc/ssl/certs/ca-certificates.crt"));
+	const std::string Pem = ReadPem(TEXT("/etc/ssl/certs/ca-certificates.crt"));
 	FString DebuggingPath;
 	if (!GConfig || !GConfig->GetString(TEXT("SSL"), TEXT("DebuggingCertificatePath"), DebuggingPath, GEngineIni))
 	{
@@ -33,15 +32,22 @@ std::string FCurlTransport::ReadAuthorities()
 	}
 	const FString FullPath =
 		FPaths::ConvertRelativePathToFull(FPaths::ConvertRelativePathToFull(FPaths::ProjectDir()), DebuggingPath);
-	const std::string DebuggingPem = CurlTransport::ReadPem(FullPath);
+	const std::string DebuggingPem = ReadPem(FullPath);
 	UE_CLOG(DebuggingPem.empty(), LogSsl, Warning,
 		TEXT("The authority of [SSL] DebuggingCertificatePath cannot be read: %s"), *FullPath);
 	return Pem + DebuggingPem;
 }
 
-std::string FCurlTransport::ReadResolveOption()
+std::string ReadResolveOption()
 {
 	FString Option;
 	FParse::Value(FCommandLine::Get(), TEXT("-HttpResolve="), Option);
 	return TCHAR_TO_UTF8(*Option);
+}
+}
+
+FCurlTransport::FCurlTransport()
+	: Authorities(CurlTransport::ReadAuthorities())
+	, ResolveOption(CurlTransport::ReadResolveOption())
+{
 }

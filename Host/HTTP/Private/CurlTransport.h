@@ -2,11 +2,13 @@
 
 #include <string>
 
-/** What every transfer shares: read once, from the command line and the configuration. */
+/** What all transfers share, read from the command line and the configuration when it is made. */
 struct FCurlTransport
 {
+	FCurlTransport();
+
 	/** The certificates of the system and of the project's debugging authority, in PEM; empty when there are none. */
-	static std::string ReadAuthorities();
+	const std::string Authorities;
 	/** "HOST:PORT:ADDRESS:PORT", or empty. */
-	static std::string ReadResolveOption();
+	const std::string ResolveOption;
 };

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "CurlHttpRequest.h"
+#include "CurlTransport.h"
 #include "HttpManager.h"
 
 struct FHttpManager::FState
@@ -17,5 +18,7 @@ struct FHttpManager::FState
 	void End(const TSharedRef<FCurlHttpRequest>& Request, CURLcode Result);
 
 	CURLM* const Multi;
+	const FCurlTransport Transport;
 	TArray<TSharedRef<FCurlHttpRequest>> InFlight;
+	bool bClosed = false; // nothing can be started any more
 };

@@ -73,10 +73,11 @@ void FHttpManager::WaitForActivity(float MaxSeconds)
 
 void FHttpManager::Shutdown()
 {
-	const TArray<TSharedRef<FCurlHttpRequest>> Snapshot = State->InFlight;
-	for (const TSharedRef<FCurlHttpRequest>& Request : Snapshot)
+	// The delegates may well try once more.
+	State->bClosed = true;
+	while (HasRequestsInFlight())
 	{
-		State->End(Request, CURLE_ABORTED_BY_CALLBACK);
+		State->End(TSharedRef<FCurlHttpRequest>(State->InFlight[0]), CURLE_ABORTED_BY_CALLBACK);
 	}
 }
 
@@ -94,6 +95,7 @@ void FHttpModule::StartupModule()
 		GConfig->GetFloat(TEXT("HTTP"), TEXT("HttpConnectionTimeout"), ConnectionTimeoutSeconds, GEngineIni);
 		GConfig->GetFloat(TEXT("HTTP"), TEXT("HttpActivityTimeout"), ActivityTimeoutSeconds, GEngineIni);
 		GConfig->GetFloat(TEXT("HTTP"), TEXT("HttpTotalTimeout"), TotalTimeoutSeconds, GEngineIni);
+		GConfig->GetInt(TEXT("HTTP"), TEXT("MaxResponseBytes"), MaxResponseBytes, GEngineIni);
 	}
 	Manager = MakeUnique<FHttpManager>();
 }

@@ -18,7 +18,7 @@ public:
 	/** Sleeps until something arrives, MaxSeconds at the most; returns at once when nothing is in flight. */
 	void WaitForActivity(float MaxSeconds);
 	bool HasRequestsInFlight() const;
-	/** Cancels what is in flight; the delegates are called. */
+	/** Cancels what is in flight; the delegates are called. Nothing can be started any more. */
 	void Shutdown();
 
 private:

@@ -26,10 +26,13 @@ public:
 	float GetHttpConnectionTimeout() const { return ConnectionTimeoutSeconds; }
 	float GetHttpActivityTimeout() const { return ActivityTimeoutSeconds; }
 	float GetHttpTotalTimeout() const { return TotalTimeoutSeconds; }
+	/** A response with a larger body ends its request; "MaxResponseBytes" of section [HTTP] in the engine's ini. */
+	int32 GetMaxResponseBytes() const { return MaxResponseBytes; }
 
 private:
 	TUniquePtr<FHttpManager> Manager;
 	float ConnectionTimeoutSeconds = 30.0f;
 	float ActivityTimeoutSeconds = 30.0f; // with no byte either way
 	float TotalTimeoutSeconds = 0.0f;     // 0: none
+	int32 MaxResponseBytes = 256 * 1024 * 1024;
 };

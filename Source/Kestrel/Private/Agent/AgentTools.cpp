@@ -2,6 +2,7 @@
 #include "Agent/FileUtils.h"
 #include "Dom/JsonObject.h"
 #include "Dom/JsonValue.h"
+#include "GenericPlatform/GenericPlatformFile.h"
 #include "HAL/PlatformFileManager.h"
 #include "Misc/Paths.h"
 #include "Widget/KestrelInterface.h"
@@ -57,9 +58,10 @@ bool ReadLineNumber(const TSharedPtr<FJsonValue>& Value, int32& OutLine)
 	return true;
 }
 
+/** The first two elements; what follows them is no reason to read nothing. */
 bool ReadViewRange(const TArray<TSharedPtr<FJsonValue>>& Values, FViewRange& OutRange)
 {
-	return Values.Num() == 2 && ReadLineNumber(Values[0], OutRange.StartLine) &&
+	return Values.Num() >= 2 && ReadLineNumber(Values[0], OutRange.StartLine) &&
 		   ReadLineNumber(Values[1], OutRange.EndLine);
 }
 
@@ -165,6 +167,8 @@ FString FAgent::UseGetFileSystemTool(const FString& Id, const FJsonObject& Input
 		return TEXT("Error: Missing dir_path field");
 	}
 	// Joined, not made absolute: the names of the folders that the project itself lies in must not exclude it.
-	return FFileUtils::GetSubDirectoryStructureAsJsonObject(
-		FPaths::ConvertRelativePathToFull(FPaths::ProjectDir(), DirPath));
+	// "/" is the project's own root then, and not the machine's.
+	FString Folder = FPaths::ProjectDir() / DirPath;
+	FPaths::NormalizeFilename(Folder);
+	return FFileUtils::GetSubDirectoryStructureAsJsonObject(Folder);
 }

@@ -46,12 +46,13 @@ FString FFileUtils::ReadFileLineRange(const FString& Path, int32 StartLine, int3
 	}
 
 	const int32 FirstIndex = FMath::Max(StartLine, 1) - 1;
-	const int32 LastIndex = FMath::Min(EndLine == -1 ? Lines.Num() : EndLine, Lines.Num()) - 1;
-	if (FirstIndex > LastIndex || FirstIndex >= Lines.Num())
+	// Not an index: the least line number minus 1 would overflow, and the service may send any number.
+	const int32 LastLine = FMath::Min(EndLine == -1 ? Lines.Num() : EndLine, Lines.Num());
+	if (FirstIndex >= LastLine)
 	{
 		return FString::Printf(
 			TEXT("Error: Invalid line range for file: %s (StartLine: %d, EndLine: %d, Total Lines: %d)"), *FullPath,
-			FirstIndex + 1, LastIndex + 1, Lines.Num());
+			FirstIndex + 1, LastLine, Lines.Num());
 	}
-	return FString::Join(MakeArrayView(Lines).Slice(FirstIndex, LastIndex - FirstIndex + 1), TEXT("\n"));
+	return FString::Join(MakeArrayView(Lines).Slice(FirstIndex, LastLine - FirstIndex), TEXT("\n"));
 }

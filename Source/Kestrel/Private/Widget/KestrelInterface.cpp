@@ -1,6 +1,7 @@
 #include "Widget/KestrelInterface.h"
 
 #include "Agent/Agent.h"
+#include "GenericPlatform/GenericPlatformFile.h"
 #include "HAL/FileManager.h"
 #include "HAL/PlatformFileManager.h"
 #include "KestrelSettings.h"
