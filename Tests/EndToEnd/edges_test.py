@@ -31,14 +31,14 @@ class ProjectEdgesTest(EndToEndTest):
         self.assert_in_order(run, f"Large.h, {50 * 1024 * 1024 // len(line)} lines:", "0123456789", "[ User End ]")
         self.assertEqual(run.code, 0, run)
 
-    @unittest.skipIf(os.geteuid() == 0, "root may read everything")
     def test_a_folder_that_may_not_be_read_is_left_out_of_the_tree(self):
         closed = os.path.join(self.project, "Source", "Closed")
         os.makedirs(closed)
         self.write("Source/Closed/Hidden.h", "class AHidden;\n")
+        user = self.ordinary_user()
         os.chmod(closed, 0)
         self.addCleanup(os.chmod, closed, 0o755)
-        run = self.run_editor("-Prompt=list the files", "-Prompt=read Source/Closed/Hidden.h", "-Approve")
+        run = self.run_editor("-Prompt=list the files", "-Prompt=read Source/Closed/Hidden.h", "-Approve", **user)
         self.assert_in_order(run, "The project has", "Walker.h", "Error: File not found", "[ User End ]")
         self.assertNotIn("Closed/\n", run.output)
         self.assertEqual(run.code, 0, run)
