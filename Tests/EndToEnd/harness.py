@@ -66,12 +66,13 @@ class EndToEndTest(unittest.TestCase):
                    f"[Kestrel]\nStage=Dev\nDevApiUrl=localhost:{port}/v1\nDevApiKey={API_KEY}\n")
         self.write("Config/DefaultEngine.ini", f"[SSL]\nDebuggingCertificatePath={authority}\n")
 
-    def editor_command(self, *arguments):
+    def editor_command(self, *arguments, console=True):
         return [steps.binary(PRESET, "HostEditor"), project.find_uproject(self.project),
-                f"-PLUGIN={os.path.join(ROOT, 'Kestrel.uplugin')}", "-Console=Kestrel", "-UnattendedClock", *arguments]
+                f"-PLUGIN={os.path.join(ROOT, 'Kestrel.uplugin')}", *(["-Console=Kestrel"] if console else []),
+                "-UnattendedClock", *arguments]
 
-    def run_editor(self, *arguments, typed="", **options):
-        done = subprocess.run(self.editor_command(*arguments), input=typed, capture_output=True, text=True,
+    def run_editor(self, *arguments, typed="", console=True, **options):
+        done = subprocess.run(self.editor_command(*arguments, console=console), input=typed, capture_output=True, text=True,
                               encoding="utf-8", timeout=LONGEST_RUN_SECONDS, check=False, **options)
         return EditorRun(done.returncode, done.stdout, done.stderr)
 
