@@ -11,12 +11,16 @@ ROOT = os.path.dirname(os.path.dirname(os.path.abspath(__file__)))
 LOG_FOLDER = os.path.join(ROOT, "Intermediate", "Logs")
 JOBS = os.cpu_count() or 2
 
-# Debian 12 package names. The first group builds, the second is for tests and checks.
+# Debian 12 package names: what builds and runs, and what the tests need; apt adds what these need themselves.
 PACKAGES = [
-    "ccache", "clang", "cmake", "git", "libclang-rt-14-dev", "libcpp-httplib-dev", "libcurl4-openssl-dev", "libssl-dev",
+    "ca-certificates", "ccache", "clang", "cmake", "git", "libclang-rt-14-dev", "libcpp-httplib-dev",
+    "libcurl4-openssl-dev", "libssl-dev",
     "lld", "nlohmann-json3-dev", "ninja-build", "pkg-config", "rapidjson-dev",
-    "clang-format", "libgmock-dev", "libgtest-dev",
+    "libgmock-dev", "libgtest-dev",
 ]
+CHECK_PACKAGES = ["clang-format", "clang-tidy"]
+
+APT_LOCK_SECONDS = 120  # a fresh machine may still be updating itself
 
 NINJA_PROGRESS = re.compile(r"^\[(\d+)/(\d+)\]\s*(.*)")
 FAILED_LINES_SHOWN = 30
@@ -109,7 +113,8 @@ def install_packages(packages=None):
     run_step("Updating the package list", [*as_root, "apt-get", "update", "-q"], "apt-update.log", env)
     run_step(f"Installing {len(missing)} packages",
              [*as_root, "env", "DEBIAN_FRONTEND=noninteractive", "apt-get", "install", "-y", "-q",
-              "--no-install-recommends", *missing], "apt-install.log", env)
+              "-o", f"DPkg::Lock::Timeout={APT_LOCK_SECONDS}", "--no-install-recommends", *missing],
+             "apt-install.log", env)
 
 
 def build_folder(preset):

@@ -38,7 +38,8 @@ class ConsoleTest(EndToEndTest):
 
     def test_piped_lines_are_prompts_and_approvals(self):
         run = self.run_editor(typed="read Source/Moor/Walker.h lines 3-4\ny\nread Config/DefaultGame.ini\ny\n/end\n")
-        self.assert_in_order(run, "[ User Start ]\nread Source/Moor/Walker.h lines 3-4", "Approve? y", "class AWalker\n{\n",
+        self.assert_in_order(run, "[ User Start ]\nread Source/Moor/Walker.h lines 3-4", "Approve? y",
+                             "class AWalker\n{\n",
                              "[ User ]\nread Config/DefaultGame.ini", "Approve? y", "Feathers=12", "[ User End ]")
         self.assertEqual(run.code, 0, run)
 
@@ -66,17 +67,18 @@ class ConsoleTest(EndToEndTest):
 class InterruptTest(EndToEndTest):
     """Ctrl-C while the answer is awaited."""
 
-    def run_interrupted(self, *arguments, **options):
+    def run_interrupted(self, *arguments):
         service = self.start_service("--responder", "script", "--scripts", self.project)
         self.write("slow.json", '{ "turns": [ { "status": [ { "status": "RUNNING" } ] } ] }')
         self.use_service(service.port, service.authority)
         # On the wall clock: the unattended one would jump from poll to poll as fast as the service answers.
         command = [word for word in self.editor_command(*arguments) if word != "-UnattendedClock"]
-        with subprocess.Popen(command, stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True, **options) as process:
+        with subprocess.Popen(command, stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=subprocess.STDOUT,
+                              text=True) as process:
             return process, harness.interrupt_when(process, "Sending request...")
 
     def test_ctrl_c_ends_the_conversation_and_fails_an_unattended_run(self):
-        process, output = self.run_interrupted("-Prompt=script slow", stdin=subprocess.DEVNULL)
+        process, output = self.run_interrupted("-Prompt=script slow")
         self.assertIn("[ User End ]", output)
         self.assertEqual(process.returncode, 1, output)
 

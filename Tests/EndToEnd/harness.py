@@ -72,12 +72,13 @@ class EndToEndTest(unittest.TestCase):
                 "-UnattendedClock", *arguments]
 
     def run_editor(self, *arguments, typed="", console=True, **options):
-        done = subprocess.run(self.editor_command(*arguments, console=console), input=typed, capture_output=True, text=True,
-                              encoding="utf-8", timeout=LONGEST_RUN_SECONDS, check=False, **options)
+        done = subprocess.run(self.editor_command(*arguments, console=console), input=typed,
+                              capture_output=True, text=True, encoding="utf-8", timeout=LONGEST_RUN_SECONDS,
+                              check=False, **options)
         return EditorRun(done.returncode, done.stdout, done.stderr)
 
     def ordinary_user(self):
-        """Options of run_editor with which it is not root, whom no permission stops; the project becomes that user's."""
+        """Options of run_editor for a user whom permissions stop, unlike root; the project becomes that user's."""
         if os.geteuid() != 0:
             return {}
         nobody = 65534
