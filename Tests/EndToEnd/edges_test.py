@@ -31,14 +31,14 @@ class ProjectEdgesTest(EndToEndTest):
         self.assert_in_order(run, f"Large.h, {50 * 1024 * 1024 // len(line)} lines:", "0123456789", "[ User End ]")
         self.assertEqual(run.code, 0, run)
 
-    @unittest.skipIf(os.geteuid() == 0, "root may read everything")
     def test_a_folder_that_may_not_be_read_is_left_out_of_the_tree(self):
         closed = os.path.join(self.project, "Source", "Closed")
         os.makedirs(closed)
         self.write("Source/Closed/Hidden.h", "class AHidden;\n")
+        user = self.ordinary_user()
         os.chmod(closed, 0)
         self.addCleanup(os.chmod, closed, 0o755)
-        run = self.run_editor("-Prompt=list the files", "-Prompt=read Source/Closed/Hidden.h", "-Approve")
+        run = self.run_editor("-Prompt=list the files", "-Prompt=read Source/Closed/Hidden.h", "-Approve", **user)
         self.assert_in_order(run, "The project has", "Walker.h", "Error: File not found", "[ User End ]")
         self.assertNotIn("Closed/\n", run.output)
         self.assertEqual(run.code, 0, run)
@@ -91,18 +91,29 @@ class SettingsTest(EndToEndTest):
         stage = os.path.join("Config", "DefaultPlugin.ini")
         text = self.files_of_project("Config")[stage].decode()
         self.write(stage, "".join(line for line in text.splitlines(True) if "Key" not in line))
-        os.makedirs(os.path.dirname(os.path.join(self.project, self.settings_file)))
-        self.write(self.settings_file, f"[/Script/Kestrel.KestrelSettings]\nApiKey={harness.API_KEY}\n"
-                                       "ExcludedDirectories=Moor\n")
+        self.change("ApiKey", harness.API_KEY)
 
-    def test_settings_of_the_user_count_and_survive_restarts(self):
+    def change(self, setting, value):
+        """As the settings page does, in a run of the editor of its own."""
+        run = self.run_editor(f"-ExecCmds=SetSetting Project Plugins Kestrel {setting} {value};Quit", console=False)
+        self.assertEqual(run.code, 0, run)
+
+    def listed(self):
+        """What the assistant sees of the project."""
+        run = self.run_editor("-Prompt=list the files", "-Approve")
+        self.assertEqual(run.code, 0, run)
+        return run.output
+
+    def test_settings_survive_restarts_until_they_are_reset(self):
+        self.assertIn("Walker.h", self.listed())
+        self.change("ExcludedDirectories", '("Moor","Saved")')
         for _ in range(2):
-            run = self.run_editor("-Prompt=list the files", "-Approve")
-            self.assertEqual(run.code, 0, run)
-            self.assertIn("DefaultGame.ini", run.output)
-            self.assertNotIn("Walker.h", run.output)
+            self.assertNotIn("Walker.h", self.listed())
+        self.change("bResetExcludedDirectories", "True")
+        self.assertIn("Walker.h", self.listed())
         settings = self.files_of_project("Saved")[self.settings_file].decode("utf-8-sig")
-        self.assertIn(f"ApiKey={harness.API_KEY}", settings)
+        self.assertIn(f"ApiKey={harness.API_KEY}\n", settings, "the other settings stay")
+        self.assertNotIn("bReset", settings)
 
     def test_the_key_stands_in_no_other_file_and_in_no_output(self):
         run = self.run_editor("-Prompt=read Config/DefaultGame.ini", "-Approve", "-Verbose")

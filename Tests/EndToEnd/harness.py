@@ -66,14 +66,29 @@ class EndToEndTest(unittest.TestCase):
                    f"[Kestrel]\nStage=Dev\nDevApiUrl=localhost:{port}/v1\nDevApiKey={API_KEY}\n")
         self.write("Config/DefaultEngine.ini", f"[SSL]\nDebuggingCertificatePath={authority}\n")
 
-    def editor_command(self, *arguments):
+    def editor_command(self, *arguments, console=True):
         return [steps.binary(PRESET, "HostEditor"), project.find_uproject(self.project),
-                f"-PLUGIN={os.path.join(ROOT, 'Kestrel.uplugin')}", "-Console=Kestrel", "-UnattendedClock", *arguments]
+                f"-PLUGIN={os.path.join(ROOT, 'Kestrel.uplugin')}", *(["-Console=Kestrel"] if console else []),
+                "-UnattendedClock", *arguments]
 
-    def run_editor(self, *arguments, typed=""):
-        done = subprocess.run(self.editor_command(*arguments), input=typed, capture_output=True, text=True,
-                              encoding="utf-8", timeout=LONGEST_RUN_SECONDS, check=False)
+    def run_editor(self, *arguments, typed="", console=True, **options):
+        done = subprocess.run(self.editor_command(*arguments, console=console), input=typed, capture_output=True, text=True,
+                              encoding="utf-8", timeout=LONGEST_RUN_SECONDS, check=False, **options)
         return EditorRun(done.returncode, done.stdout, done.stderr)
+
+    def ordinary_user(self):
+        """Options of run_editor with which it is not root, whom no permission stops; the project becomes that user's."""
+        if os.geteuid() != 0:
+            return {}
+        nobody = 65534
+        os.chmod(self.scratch, 0o755)
+        for path, folders, files in os.walk(self.project):
+            for name in (".", *folders, *files):
+                os.chown(os.path.join(path, name), nobody, nobody)
+        editor = steps.binary(PRESET, "HostEditor")
+        if subprocess.run(["test", "-x", editor], user=nobody, check=False).returncode != 0:
+            self.skipTest("only root can run the editor from this folder")
+        return {"user": nobody, "group": nobody, "extra_groups": []}
 
     def assert_in_order(self, run, *texts):
         """Each text comes in the output, behind the one before."""

@@ -82,13 +82,6 @@ bool FParse::Value(const TCHAR* Stream, const TCHAR* Match, FString& OutValue)
 			continue;
 		}
 		const TCHAR* ValueStart = At + MatchLength;
-		if (*ValueStart == u'"')
-		{
-			const TCHAR* Close = FCString::Strstr(++ValueStart, TEXT("\""));
-			OutValue = FString(
-				FStringView(ValueStart, Close ? static_cast<int32>(Close - ValueStart) : FCString::Strlen(ValueStart)));
-			return true;
-		}
 		OutValue = FCommandLine::Token(ValueStart);
 		return true;
 	}

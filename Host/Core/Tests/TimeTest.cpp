@@ -160,6 +160,8 @@ TEST(CommandLineTest, SwitchesAndQuotedValues)
 	int32 Port = 0;
 	EXPECT_TRUE(FParse::Value(*Line, TEXT("-Prompt="), Prompt));
 	EXPECT_EQ(Narrow(Prompt), "read the file");
+	EXPECT_TRUE(FParse::Value(*Line, TEXT("-say="), Prompt));
+	EXPECT_EQ(Narrow(Prompt), "read \"a b.h\"");
 	EXPECT_TRUE(FParse::Value(*Line, TEXT("port="), Port));
 	EXPECT_EQ(Port, 80);
 	EXPECT_TRUE(FParse::Param(*Line, TEXT("Unattended")));
