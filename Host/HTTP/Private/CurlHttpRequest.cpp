@@ -73,7 +73,9 @@ TArray<FString> FCurlHttpRequest::GetAllHeaders() const
 
 bool FCurlHttpRequest::CanChange(const TCHAR* What) const
 {
-	return ensureMsgf(Status != EHttpRequestStatus::Processing, TEXT("%s of a request that has been started"), What);
+	// Each time: the setters share this place, and each misuse has its own text.
+	return ensureAlwaysMsgf(
+		Status != EHttpRequestStatus::Processing, TEXT("%s of a request that has been started"), What);
 }
 
 void FCurlHttpRequest::SetVerb(const FString& InVerb)

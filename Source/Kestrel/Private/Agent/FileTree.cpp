@@ -2,6 +2,7 @@
 #include "Agent/JsonText.h"
 #include "Async/TaskGraphInterfaces.h"
 #include "Dom/JsonObject.h"
+#include "GenericPlatform/GenericPlatformFile.h"
 #include "HAL/PlatformFileManager.h"
 #include "KestrelSettings.h"
 #include "Misc/Paths.h"
