@@ -3,6 +3,7 @@
 #include "HttpManager.h"
 #include "Interfaces/IHttpRequest.h"
 #include "Modules/ModuleInterface.h"
+#include "Templates/UniquePtr.h"
 
 /**
  * HTTP and HTTPS. Certificates are always verified: against the system's authorities, and against those of the file

@@ -2,6 +2,8 @@
 
 #include "HAL/Platform.h"
 
+#include <compare>
+
 namespace ETimespan
 {
 constexpr int64 TicksPerMicrosecond = 10;

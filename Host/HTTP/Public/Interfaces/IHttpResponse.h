@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Interfaces/IHttpBase.h"
+#include "Templates/SharedPointer.h"
 
 class IHttpResponse : public IHttpBase
 {
