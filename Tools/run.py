@@ -3,6 +3,7 @@
 import os
 import subprocess
 import sys
+import tempfile
 
 import project
 import steps
@@ -35,8 +36,9 @@ def run(arguments):
         print(f"The project names a service of its own: https://{stage}")
         return run_editor(command)
     host = project.production_host()
-    state = os.path.join(steps.ROOT, "Intermediate", "Service")
-    with LocalService(PRESET, state, ["--host-name", host]) as service:
+    # A folder of its own for each run, so that two at the same time do not disturb each other.
+    with tempfile.TemporaryDirectory(prefix="kestrel-service-") as state, \
+            LocalService(PRESET, state, ["--host-name", host]) as service:
         print(f"Local service: https://{host}/ on port {service.port}")
         return run_editor(command + service.editor_arguments(host))
 

@@ -31,6 +31,15 @@ class ProjectEdgesTest(EndToEndTest):
         self.assert_in_order(run, f"Large.h, {50 * 1024 * 1024 // len(line)} lines:", "0123456789", "[ User End ]")
         self.assertEqual(run.code, 0, run)
 
+    def test_links_that_lead_back_do_not_hold_the_tree_up(self):
+        for name in ("back", "again"):
+            os.symlink("..", os.path.join(self.project, "Source", name))
+        os.symlink(os.path.join(self.project, "Config"), os.path.join(self.project, "Source", "elsewhere"))
+        run = self.run_editor("-Prompt=list the files in Source", "-Approve")
+        self.assertEqual(run.code, 0, run)
+        self.assertRegex(run.output, r"elsewhere/\n(    \S+\n)*    DefaultGame.ini", "a link to another folder is followed")
+        self.assertLess(run.output.count("Walker.h"), 10, run)
+
     def test_a_folder_that_may_not_be_read_is_left_out_of_the_tree(self):
         closed = os.path.join(self.project, "Source", "Closed")
         os.makedirs(closed)

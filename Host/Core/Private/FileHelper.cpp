@@ -1,6 +1,7 @@
 #include "Misc/FileHelper.h"
 
 #include "Containers/StringConv.h"
+#include "GenericPlatform/GenericPlatformFile.h"
 #include "HAL/PlatformFileManager.h"
 #include "Misc/Paths.h"
 #include "Templates/UniquePtr.h"

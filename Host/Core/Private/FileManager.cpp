@@ -1,6 +1,7 @@
 #include "HAL/FileManager.h"
 
 #include "CoreGlobals.h"
+#include "GenericPlatform/GenericPlatformFile.h"
 #include "HAL/PlatformFileManager.h"
 #include "Misc/Paths.h"
 

@@ -1,5 +1,6 @@
 #include "Misc/Paths.h"
 
+#include "GenericPlatform/GenericPlatformFile.h"
 #include "HAL/PlatformFileManager.h"
 #include "HAL/PlatformProcess.h"
 #include "Misc/Guid.h"

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "GenericPlatform/GenericPlatformFile.h"
 #include "HAL/PlatformFileManager.h"
 #include "Misc/Guid.h"
 #include "Misc/Paths.h"

@@ -1,5 +1,6 @@
 #include "LogDevices.h"
 
+#include "GenericPlatform/GenericPlatformFile.h"
 #include "HAL/PlatformFileManager.h"
 #include "Misc/DateTime.h"
 #include "Misc/Paths.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "GenericPlatform/GenericPlatformFile.h"
+class IPlatformFile;
 
 class FPlatformFileManager
 {

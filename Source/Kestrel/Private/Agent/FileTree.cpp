@@ -3,6 +3,7 @@
 #include "Async/TaskGraphInterfaces.h"
 #include "Dom/JsonObject.h"
 #include "GenericPlatform/GenericPlatformFile.h"
+#include "HAL/FileManager.h"
 #include "HAL/PlatformFileManager.h"
 #include "KestrelSettings.h"
 #include "Misc/Paths.h"
@@ -32,6 +33,40 @@ FListing ListFolder(const FString& Path)
 		});
 	return Listing;
 }
+
+/** A folder of a walk, with the way back to where the walk began. Lives on the stack of the walk. */
+struct FFolderOnTheWay
+{
+	explicit FFolderOnTheWay(const FString& InPath, const FFolderOnTheWay* InAbove)
+		: Path(InPath)
+		, Above(InAbove)
+		, Listing(ListFolder(InPath))
+	{
+	}
+
+	/**
+	 * Whether this is a folder above it again, come back to through a link: the walk would never end. A link cannot be
+	 * told from a folder here, but the same folder has the same content and time.
+	 */
+	bool IsLoop() const
+	{
+		for (const FFolderOnTheWay* Folder = Above; Folder; Folder = Folder->Above)
+		{
+			const bool bSameContent =
+				Folder->Listing.Folders == Listing.Folders && Folder->Listing.Files == Listing.Files;
+			if (bSameContent &&
+				IFileManager::Get().GetTimeStamp(*Folder->Path) == IFileManager::Get().GetTimeStamp(*Path))
+			{
+				return true;
+			}
+		}
+		return false;
+	}
+
+	const FString& Path;
+	const FFolderOnTheWay* const Above; // null for the first
+	const FListing Listing;
+};
 
 FString CleanExcludedEntry(const FString& Entry)
 {
@@ -87,27 +122,38 @@ bool IsDirectoryExcluded(const FString& Path, const TArray<FString>& ExcludedDir
 	return false;
 }
 
-TSharedPtr<FJsonObject> FFileUtils::BuildJsonTree(const FString& Path, const TArray<FString>& SupportedExtensions,
-	const TArray<FString>& ExcludedDirs, const TSet<FName>& EnabledAssetClassPatterns)
+namespace FileTree
+{
+/** What a tree keeps. */
+struct FTreeFilter
+{
+	const TArray<FString>& SupportedExtensions;
+	const TArray<FString>& ExcludedDirs;
+};
+
+TSharedRef<FJsonObject> BuildTree(const FString& Path, const FTreeFilter& Filter, const FFolderOnTheWay* Above)
 {
 	TRACE_BOOKMARK(TEXT("Kestrel - Start BuildJsonTree"));
 	const TSharedRef<FJsonObject> Tree = MakeShared<FJsonObject>();
-	if (IsDirectoryExcluded(Path, ExcludedDirs))
+	if (IsDirectoryExcluded(Path, Filter.ExcludedDirs))
 	{
 		return Tree;
 	}
-	const FileTree::FListing Listing = FileTree::ListFolder(Path);
-	for (const FString& File : Listing.Files)
+	const FFolderOnTheWay Here(Path, Above);
+	if (Here.IsLoop())
 	{
-		if (SupportedExtensions.Contains(FPaths::GetExtension(File)))
+		return Tree;
+	}
+	for (const FString& File : Here.Listing.Files)
+	{
+		if (Filter.SupportedExtensions.Contains(FPaths::GetExtension(File)))
 		{
-			Tree->SetStringField(File, FileTree::NoClassName);
+			Tree->SetStringField(File, NoClassName);
 		}
 	}
-	for (const FString& Folder : Listing.Folders)
+	for (const FString& Folder : Here.Listing.Folders)
 	{
-		const TSharedPtr<FJsonObject> SubTree =
-			BuildJsonTree(Path / Folder, SupportedExtensions, ExcludedDirs, EnabledAssetClassPatterns);
+		const TSharedRef<FJsonObject> SubTree = BuildTree(Path / Folder, Filter, &Here);
 		if (!SubTree->Values.IsEmpty())
 		{
 			Tree->SetObjectField(Folder, SubTree);
@@ -115,6 +161,36 @@ TSharedPtr<FJsonObject> FFileUtils::BuildJsonTree(const FString& Path, const TAr
 	}
 	TRACE_BOOKMARK(TEXT("Kestrel - End BuildJsonTree"));
 	return Tree;
+}
+
+void AppendList(const FString& Path, const FFolderOnTheWay* Above, TArray<FString>& OutList)
+{
+	const FFolderOnTheWay Here(Path, Above);
+	if (Here.IsLoop())
+	{
+		return;
+	}
+	for (const FString& Folder : Here.Listing.Folders)
+	{
+		if (!IsLeftOutOfList(Folder))
+		{
+			AppendList(Path / Folder, &Here, OutList);
+		}
+	}
+	for (const FString& File : Here.Listing.Files)
+	{
+		if (ListedExtensions().Contains(FPaths::GetExtension(File, true)))
+		{
+			OutList.Add(ToProjectRelative(Path / File));
+		}
+	}
+}
+}
+
+TSharedPtr<FJsonObject> FFileUtils::BuildJsonTree(const FString& Path, const TArray<FString>& SupportedExtensions,
+	const TArray<FString>& ExcludedDirs, const TSet<FName>& EnabledAssetClassPatterns)
+{
+	return FileTree::BuildTree(Path, { SupportedExtensions, ExcludedDirs }, nullptr);
 }
 
 FString FFileUtils::GetSubDirectoryStructureAsJsonObject(const FString& Path)
@@ -156,24 +232,9 @@ void FFileUtils::AsyncDirectoryWorker(const FString& Path, TDelegate<void(const 
 TArray<FString> FFileUtils::GetDirectoryStructureAsList(const FString& Path)
 {
 	TArray<FString> List;
-	if (!Path.StartsWith(FPaths::ProjectDir()))
+	if (Path.StartsWith(FPaths::ProjectDir()))
 	{
-		return List;
-	}
-	const FileTree::FListing Listing = FileTree::ListFolder(Path);
-	for (const FString& Folder : Listing.Folders)
-	{
-		if (!FileTree::IsLeftOutOfList(Folder))
-		{
-			List.Append(GetDirectoryStructureAsList(Path / Folder));
-		}
-	}
-	for (const FString& File : Listing.Files)
-	{
-		if (FileTree::ListedExtensions().Contains(FPaths::GetExtension(File, true)))
-		{
-			List.Add(FileTree::ToProjectRelative(Path / File));
-		}
+		FileTree::AppendList(Path, nullptr, List);
 	}
 	return List;
 }

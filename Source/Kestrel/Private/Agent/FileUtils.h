@@ -51,11 +51,11 @@ public:
 	static void GetSubDirectoryStructureAsJsonObjectAsync(
 		const FString& Path, TDelegate<void(const FString&)> OnComplete);
 
+	/** The later moment of GetSubDirectoryStructureAsJsonObjectAsync. */
+	static void AsyncDirectoryWorker(const FString& Path, TDelegate<void(const FString&)> OnComplete);
+
 	/** Paths below a folder of the project, relative to the project directory, of the files that matter to a game. */
 	static TArray<FString> GetDirectoryStructureAsList(const FString& Path);
 	/** All such paths of the project, sorted without regard to case, as a JSON array. */
 	static FString GetProjectStructureAsJsonList();
-
-private:
-	static void AsyncDirectoryWorker(const FString& Path, TDelegate<void(const FString&)> OnComplete);
 };

@@ -29,6 +29,8 @@ const FRangeCase RangeCases[] = {
 		TEXT("Error: Invalid line range for file: %s (StartLine: 5, EndLine: 3, Total Lines: 3)") },
 	{ TEXT("refuses a range that runs backwards"), 3, 2,
 		TEXT("Error: Invalid line range for file: %s (StartLine: 3, EndLine: 2, Total Lines: 3)") },
+	{ TEXT("refuses the least number there is"), 1, MIN_int32,
+		TEXT("Error: Invalid line range for file: %s (StartLine: 1, EndLine: -2147483648, Total Lines: 3)") },
 	{ TEXT("takes -1 alone for the last line"), 1, -2,
 		TEXT("Error: Invalid line range for file: %s (StartLine: 1, EndLine: -2, Total Lines: 3)") },
 };
@@ -109,7 +111,7 @@ void FKestrelReadingSpec::Define()
 			Read(TEXT("{\"path\":\"KestrelBareName.h\",\"view_range\":[1]}")),
 			TEXT("Error: view_range must be an array of two numbers"));
 		KestrelTest::TestSameText(*this, TEXT("huge numbers"),
-			Read(TEXT("{\"path\":\"KestrelBareName.h\",\"view_range\":[-1e300,1e300]}")), TEXT("found"));
+			Read(TEXT("{\"path\":\"KestrelBareName.h\",\"view_range\":[-1e300,1e300,7]}")), TEXT("found"));
 		IFileManager::Get().Delete(*InSource);
 	});
 }
@@ -159,10 +161,20 @@ void FKestrelFileTreeSpec::Define()
 			FFileUtils::GetSubDirectoryStructureAsJsonObject(Folder.Full(TEXT("Saved"))), TEXT("{}"));
 	});
 
+	It("stays in the project, whatever the service asks for", [this]() {
+		const auto Tree = [](const TCHAR* DirPath) {
+			const TSharedRef<FJsonObject> Input = MakeShared<FJsonObject>();
+			Input->SetStringField(TEXT("dir_path"), DirPath);
+			return FAgent::Get().UseTool(TEXT("get_filesystem_tree"), TEXT("id"), Input);
+		};
+		KestrelTest::TestSameText(*this, TEXT("the root is the project's"), Tree(TEXT("/")), Tree(TEXT("")));
+		TestTrue(TEXT("with its files"), Tree(TEXT("/")).Contains(TEXT("DefaultGame.ini")));
+		KestrelTest::TestSameText(*this, TEXT("another folder of the machine"), Tree(TEXT("/usr/include")), TEXT("{}"));
+	});
+
 	LatentIt("comes later when asked for later, and not at all to a listener that is gone",
 		[this](const FDoneDelegate& Done) {
 			const TSharedRef<FString> Received = MakeShared<FString>();
-			TSharedPtr<int32> Listener = MakeShared<int32>(0);
 			TDelegate<void(const FString&)> Delegate;
 			Delegate.BindLambda([this, Received, Done](const FString& Text) {
 				*Received = Text;

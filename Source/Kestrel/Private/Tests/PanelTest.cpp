@@ -2,6 +2,7 @@
 #include "Containers/Ticker.h"
 #include "Framework/Application/SlateApplication.h"
 #include "Framework/Docking/TabManager.h"
+#include "GenericPlatform/GenericPlatformFile.h"
 #include "HAL/PlatformFileManager.h"
 #include "InputCoreTypes.h"
 #include "KestrelSettings.h"
