@@ -263,6 +263,8 @@ void FAgent::HandlePollStatusRequestCompleted(const TSharedPtr<FJsonObject> Resp
 	bool bAutoContinue = false;
 	Response->TryGetBoolField(TEXT("auto_continue"), bAutoContinue);
 	SetApproved(bAutoContinue);
+	// A tool that an earlier answer left behind is not approved along with this one's.
+	PendingToolUses.Empty();
 
 	StoreAnswer(Response);
 	const TArray<TSharedPtr<FJsonValue>>* Content = nullptr;
