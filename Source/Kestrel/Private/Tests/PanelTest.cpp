@@ -272,6 +272,16 @@ void FKestrelInterfaceSpec::Define()
 		FAgent::Get().OnStateChanged().Remove(Handle);
 	});
 
+	It("gives up on an answer that is none", [this]() {
+		// The client delivers objects only, so no fault of the service leads here; the agent is safe on its own.
+		const FKestrelPanelRecorder Recorder;
+		PanelTest::Enter(EAgentState::PollRequest);
+		FAgent::Get().HandlePollStatusRequestCompleted(nullptr);
+		KestrelTest::TestSameText(*this, TEXT("shown"), FString::Join(Recorder.GetTexts(), TEXT("|")),
+			TEXT(" [ Cancelled ]\n\nFailed to parse API response\n"));
+		TestTrue(TEXT("idle"), FAgent::Get().GetAgentState() == EAgentState::Idle);
+	});
+
 	It("keeps logs for as long as it is told", [this]() {
 		FKestrelInterface& Interface = FKestrelInterface::Get();
 		IPlatformFile& Files = FPlatformFileManager::Get().GetPlatformFile();
