@@ -9,6 +9,21 @@ const std::string_view ToolResultsStart = "{\"tool_results\": ";
 const std::string_view MessageBehindResults = ", \"message\": \"";
 const std::string_view End = "\"}";
 
+/** Values are copied and written recursively, so that deeper ones could overflow the stack. */
+constexpr int DeepestNesting = 512;
+
+/** Discarded when it is no JSON, or nested too deeply. */
+Json ParseJson(std::string_view Text)
+{
+	bool bTooDeep = false;
+	const auto KeepShallow = [&bTooDeep](int Depth, Json::parse_event_t, Json&) {
+		bTooDeep |= Depth > DeepestNesting;
+		return !bTooDeep;
+	};
+	Json Parsed = Json::parse(Text, KeepShallow, false);
+	return bTooDeep ? Json(Json::value_t::discarded) : Parsed;
+}
+
 bool StartsWith(std::string_view Text, std::string_view Prefix)
 {
 	return Text.substr(0, Prefix.size()) == Prefix;
@@ -63,7 +78,7 @@ std::optional<Turn> FromTemplate(std::string_view Body)
 		 Split = Body.find(MessageBehindResults, Split + 1))
 	{
 		const std::string_view Array = Body.substr(ToolResultsStart.size(), Split - ToolResultsStart.size());
-		Json Results = Json::parse(Array, nullptr, false);
+		Json Results = ParseJson(Array);
 		const size_t MessageAt = Split + MessageBehindResults.size();
 		if (Results.is_array() && Body.size() >= MessageAt + End.size())
 		{
@@ -79,7 +94,7 @@ std::optional<Turn> FromTemplate(std::string_view Body)
 
 std::optional<Turn> ParseCommandBody(const std::string& Body)
 {
-	const Json Parsed = Json::parse(Body, nullptr, false);
+	const Json Parsed = ParseJson(Body);
 	if (Parsed.is_object())
 	{
 		return FromJson(Parsed);

@@ -11,6 +11,29 @@ FString& Stored()
 	return Text;
 }
 
+bool NeedsQuotes(const FString& Word)
+{
+	for (const TCHAR C : Word)
+	{
+		if (FChar::IsWhitespace(C))
+		{
+			return true;
+		}
+	}
+	return Word.IsEmpty();
+}
+
+/** A backslash at the end stays outside: before the closing quote it would make that quote a part of the word. */
+FString Quote(const FString& Word)
+{
+	int32 Length = Word.Len();
+	while (Length > 0 && Word[Length - 1] == u'\\')
+	{
+		--Length;
+	}
+	return TEXT("\"") + Word.Left(Length) + TEXT("\"") + Word.RightChop(Length);
+}
+
 bool IsWordStart(const TCHAR* Stream, const TCHAR* At)
 {
 	return At == Stream || FChar::IsWhitespace(At[-1]) || At[-1] == u'"';
@@ -32,19 +55,22 @@ FString FCommandLine::BuildFromArgV(int32 ArgC, ANSICHAR* ArgV[])
 	TArray<FString> Words;
 	for (int32 Index = 1; Index < ArgC; ++Index)
 	{
-		FString Word = FString(ArgV[Index]).Replace(TEXT("\""), TEXT("\\\""));
-		const bool bHasBlank = Word.Contains(TEXT(" ")) || Word.Contains(TEXT("\t")) || Word.Contains(TEXT("\n"));
+		const FString Word = FString(ArgV[Index]).Replace(TEXT("\""), TEXT("\\\""));
 		FString Switch;
 		FString Value;
-		if (bHasBlank && Word.StartsWith(TEXT("-")) && Word.Split(TEXT("="), &Switch, &Value))
+		const bool bSwitch = Word.StartsWith(TEXT("-")) && Word.Split(TEXT("="), &Switch, &Value);
+		if (!CommandLine::NeedsQuotes(Word))
 		{
-			Word = Switch + TEXT("=\"") + Value + TEXT("\"");
+			Words.Add(Word);
 		}
-		else if (bHasBlank)
+		else if (bSwitch && !CommandLine::NeedsQuotes(Switch))
 		{
-			Word = TEXT("\"") + Word + TEXT("\"");
+			Words.Add(Switch + TEXT("=") + CommandLine::Quote(Value));
 		}
-		Words.Add(Word);
+		else
+		{
+			Words.Add(CommandLine::Quote(Word));
+		}
 	}
 	return FString::Join(Words, TEXT(" "));
 }

@@ -98,6 +98,12 @@ bool IsOperator(TCHAR C)
 	return C == u'+' || C == u'-' || C == u'.' || C == u'!';
 }
 
+/** A key that starts like another kind of line would not be read again as the key that it is. */
+bool IsKey(const FString& Text)
+{
+	return !Text.IsEmpty() && !IsOperator(Text[0]) && Text[0] != u';' && Text[0] != u'[';
+}
+
 void ApplyOperator(FConfigSection& Section, TCHAR Operator, FName Key, const FString& Value)
 {
 	TArray<FConfigValue> Present;
@@ -236,12 +242,17 @@ void FConfigFile::ApplyLines(const FString& Contents, bool bPlainKeyReplaces)
 		}
 		FString KeyText;
 		FString Value;
-		if (!bInSection || !Line.Split(TEXT("="), &KeyText, &Value))
+		if (!bInSection || !Line.Split(TEXT("="), &KeyText, &Value) || KeyText.IsEmpty())
 		{
 			continue;
 		}
 		const TCHAR Operator = Config::IsOperator(KeyText[0]) ? KeyText[0] : u'\0';
-		const FName Key(*(Operator ? KeyText.RightChop(1) : KeyText).TrimEnd());
+		KeyText = (Operator ? KeyText.RightChop(1) : KeyText).TrimStartAndEnd();
+		if (!Config::IsKey(KeyText))
+		{
+			continue;
+		}
+		const FName Key(*KeyText);
 		FConfigSection& Section = Sections.FindChecked(SectionName);
 		bool bSeen = false;
 		if (!Operator && bPlainKeyReplaces)

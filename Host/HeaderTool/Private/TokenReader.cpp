@@ -126,7 +126,7 @@ std::string FTokenReader::ReadSpecifierValue()
 {
 	std::string Value = Peek().Is("-") ? Next().Text : "";
 	Value += Next().Text;
-	while (Peek().Is("::") || Peek().Is(".") || Previous().Is("::") || Previous().Is("."))
+	while (!AtEnd() && (Peek().Is("::") || Peek().Is(".") || Previous().Is("::") || Previous().Is(".")))
 	{
 		Value += Next().Text;
 	}

@@ -1,4 +1,6 @@
 #include "HeaderTool.h"
+#include "HeaderParser.h"
+#include "MutateText.h"
 
 #include <algorithm>
 #include <filesystem>
@@ -224,4 +226,29 @@ TEST_F(FHeaderToolTest, PassesOverWhatIsNotReflected)
 	EXPECT_NE(Source.find(".Meta(\"ClampMin\", \"-1\")"), std::string::npos) << Source;
 	EXPECT_NE(Source.find(".Meta(\"ToolTip\", \"Say \\\"hi\\\"\")"), std::string::npos) << Source;
 	EXPECT_NE(Source.find("#include \"Odd.h\""), std::string::npos) << Source;
+}
+
+TEST_F(FHeaderToolTest, MutatedHeadersGiveErrorsOfThatHeaderOrAreTaken)
+{
+	std::vector<std::string> Seeds = { "UCLASS(Config = A::B, meta = (C = D.E))\nclass UA : public UObject {};\n" };
+	for (const fs::path& Case : FindCases())
+	{
+		Seeds.push_back(ReadCase(Case).front().second);
+	}
+	FTextMutator Mutator("(){}[]<>:;,=\"'#\\/*&.~ \n_aU0\xff");
+	for (size_t Round = 0; Round < 20000; ++Round)
+	{
+		const std::string Text = Mutator.Mutate(Seeds[Round % Seeds.size()]);
+		FErrors Errors;
+		ParseHeader("Case.h", "Case.h", Text, Errors);
+		for (const std::string& Line : Errors.GetLines())
+		{
+			ASSERT_TRUE(Line.starts_with("Case.h(")) << Line << "\nof:\n" << Text;
+		}
+		if (Round % 40 == 0)
+		{
+			Write("Case.h", Text); // through the whole tool
+			Run();
+		}
+	}
 }
