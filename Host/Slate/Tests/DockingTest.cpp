@@ -109,6 +109,17 @@ TEST_F(FDockingTest, OpensNothingWithoutASpawnerOrAgainstItsWill)
 	Manager->UnregisterNomadTabSpawner(FName("NoSuchTab"));
 }
 
+TEST_F(FDockingTest, LeavesAnOpenTabOpenWhenItsSpawnerGoes)
+{
+	const TSharedPtr<SDockTab> Tab = Manager->TryInvokeTab(TabName);
+	Manager->UnregisterNomadTabSpawner(TabName);
+	EXPECT_FALSE(Manager->HasTabSpawner(TabName));
+	EXPECT_FALSE(Manager->TryInvokeTab(TabName).IsValid());
+	EXPECT_TRUE(Tab->GetParentArea().IsValid()) << "closing it is up to the module";
+	EXPECT_EQ(NumClosed, 0);
+	EXPECT_TRUE(Tab->RequestCloseTab());
+}
+
 TEST_F(FDockingTest, ClosesEveryTabBeforeTheModulesGo)
 {
 	Manager->TryInvokeTab(TabName);

@@ -189,6 +189,13 @@ TEST_F(FToolMenusTest, RunsStartupCallbacksOnceWhenTheEditorIsUp)
 	const FDelegateHandle TakenBack =
 		UToolMenus::RegisterStartupCallback(FSimpleDelegate::CreateLambda([&NumCalls] { NumCalls += 100; }));
 	UToolMenus::UnRegisterStartupCallback(TakenBack);
+	struct FModule
+	{
+		void RegisterMenus() { NumCalls += 1000; }
+		int32& NumCalls;
+	} Gone{ NumCalls };
+	UToolMenus::RegisterStartupCallback(FSimpleDelegate::CreateRaw(&Gone, &FModule::RegisterMenus));
+	UToolMenus::UnRegisterStartupCallback(&Gone);
 	EXPECT_EQ(NumCalls, 0) << "the menus are not up yet";
 	FCoreDelegates::GetOnPostEngineInit().Broadcast();
 	EXPECT_EQ(NumCalls, 1);
