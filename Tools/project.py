@@ -1,19 +1,35 @@
 """Finds a project's file and what its configuration says of the service."""
 
 import configparser
+import contextlib
+import glob
 import os
 import re
 import shutil
 import tempfile
+import time
 
 import steps
 
 STAGES = {"dev": "DevApiUrl", "sandbox": "SandboxApiUrl", "sandbox2": "Sandbox2ApiUrl"}
 
 
+SAMPLE_PREFIX = "kestrel-sample-"
+SECONDS_KEPT = 24 * 60 * 60
+
+
+def remove_old_copies():
+    """Copies of the sample that nobody has used for a day."""
+    for folder in glob.glob(os.path.join(tempfile.gettempdir(), SAMPLE_PREFIX + "*")):
+        with contextlib.suppress(OSError):
+            if time.time() - os.path.getmtime(folder) > SECONDS_KEPT:
+                shutil.rmtree(folder)
+
+
 def copy_sample():
     """A copy of the sample in a scratch folder, so that nothing that is tried changes the repository."""
-    folder = tempfile.mkdtemp(prefix="kestrel-sample-")
+    remove_old_copies()
+    folder = tempfile.mkdtemp(prefix=SAMPLE_PREFIX)
     target = os.path.join(folder, "Harrier")
     shutil.copytree(os.path.join(steps.ROOT, "Samples", "Harrier"), target)
     return target

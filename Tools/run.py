@@ -14,12 +14,14 @@ PRESET = "release"
 
 def run(arguments):
     folder = os.path.abspath(arguments.project) if arguments.project else None
+    if folder and folder.endswith(".uproject"):
+        folder = os.path.dirname(folder)
     if folder:
         project.find_uproject(folder)
     steps.build(PRESET, ["HostEditor", "Kestrel", "kestrel-service"])
     if not folder:
         folder = project.copy_sample()
-        print(f"Sample project: {folder}")
+        print(f"Sample project (a copy, kept for a day): {folder}")
     uproject = project.find_uproject(folder)
 
     if not arguments.headless and not arguments.prompt:
@@ -27,7 +29,7 @@ def run(arguments):
     command = [steps.binary(PRESET, "HostEditor"), uproject, f"-PLUGIN={os.path.join(steps.ROOT, 'Kestrel.uplugin')}",
                "-Console=Kestrel"]
     command += [f"-Prompt={prompt}" for prompt in arguments.prompt]
-    # The sample is a scratch copy: nothing that a tool does there can harm.
+    # In a scratch copy of the sample there is nothing to lose, and the service is the one on this machine.
     if arguments.approve or (arguments.prompt and not arguments.project):
         command.append("-Approve")
 
@@ -45,7 +47,7 @@ def run(arguments):
 
 def run_editor(command):
     sys.stdout.flush()
-    process = subprocess.Popen(command)
+    process = subprocess.Popen(command, preexec_fn=steps.end_with_parent)
     while True:
         try:
             return process.wait()

@@ -30,7 +30,8 @@ class LocalService:
         with open(self.log_path, "w", encoding="utf-8") as log:
             # A group of its own: Ctrl-C is for the editor, the service is stopped afterwards.
             self.process = subprocess.Popen(self.command, stdin=subprocess.DEVNULL, stdout=log,
-                                            stderr=subprocess.STDOUT, start_new_session=True)
+                                            stderr=subprocess.STDOUT, start_new_session=True,
+                                            preexec_fn=steps.end_with_parent)
         deadline = time.monotonic() + START_SECONDS
         while not os.path.exists(self.ready_file):
             if self.process.poll() is not None or time.monotonic() > deadline:

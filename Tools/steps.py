@@ -1,8 +1,12 @@
 """Steps with one changing line of progress, a log each, and a failure that says where to look."""
 
+import contextlib
+import ctypes
+import fcntl
 import os
 import re
 import shutil
+import signal
 import subprocess
 import sys
 import time
@@ -125,8 +129,32 @@ def binary(preset, name):
     return os.path.join(build_folder(preset), "bin", name)
 
 
+@contextlib.contextmanager
+def only_one_build():
+    """Two builds in one folder would delete each other's files: the second waits for the first."""
+    os.makedirs(LOG_FOLDER, exist_ok=True)
+    with open(os.path.join(LOG_FOLDER, "build.lock"), "w", encoding="utf-8") as lock:
+        try:
+            fcntl.flock(lock, fcntl.LOCK_EX | fcntl.LOCK_NB)
+        except BlockingIOError:
+            print("Waiting for another build in this folder ...", flush=True)
+            fcntl.flock(lock, fcntl.LOCK_EX)
+        yield
+
+
+def end_with_parent():
+    """For a child process, between fork and exec: it is told to stop when the launcher is gone, however that ended."""
+    set_parent_death_signal = 1
+    ctypes.CDLL(None).prctl(set_parent_death_signal, signal.SIGTERM)
+
+
 def build(preset, targets=()):
     """Configures and builds a preset; installs what it needs first."""
+    with only_one_build():
+        build_alone(preset, targets)
+
+
+def build_alone(preset, targets):
     install_packages()
     run_step(f"Configuring ({preset})", ["cmake", "--preset", preset], f"configure-{preset}.log")
     command = ["cmake", "--build", "--preset", preset, "-j", str(JOBS)]

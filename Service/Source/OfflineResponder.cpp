@@ -8,7 +8,7 @@
 namespace
 {
 const char* const Help = "I work without a model here and understand a few requests in plain words:\n"
-						 "  - read Source/Game/Player.h\n"
+						 "  - read Source/Harrier/Harrier.h\n"
 						 "  - show lines 10-20 of Config/DefaultGame.ini\n"
 						 "  - list the files in Source\n"
 						 "  - finish";
@@ -88,6 +88,11 @@ std::string DescribeTree(const std::string& Path, const std::string& Content)
 	if (!Tree.is_object())
 	{
 		return Content;
+	}
+	if (Tree.empty())
+	{
+		return "I see no files there: either " + (Path.empty() ? std::string("the project") : Path) +
+			   " has none of the kinds that I am shown, or there is no such folder.";
 	}
 	std::string Listing;
 	TreeCount Count;

@@ -154,7 +154,7 @@ class LauncherTest(EndToEndTest):
 
     def test_run_opens_a_copy_of_the_sample(self):
         run = self.run_project("", "read Source/Harrier/Harrier.h")
-        self.assert_in_order(run, "Sample project: ", "Local service: https://", "[ User Start ]",
+        self.assert_in_order(run, "Sample project (", "Local service: https://", "[ User Start ]",
                              "Reading File...", "DECLARE_LOG_CATEGORY_EXTERN(LogHarrier", "[ User End ]")
         self.assertEqual(run.code, 0, run)
 

@@ -25,6 +25,7 @@ void OnInterrupt(int)
 }
 
 const TCHAR* const ApproveButton = TEXT("approve");
+const TCHAR* const ContinueButton = TEXT("continue");
 const TCHAR* const EndButton = TEXT("end");
 
 /** "[ Start ]" to "start". */
@@ -245,6 +246,10 @@ void FPanelConsole::ReadInput()
 		if (Count <= 0)
 		{
 			bInputClosed = true;
+			if (!PartialLine.empty())
+			{
+				Lines.Add(FString(PartialLine.c_str())); // the last line of a pipe may have no end
+			}
 			break;
 		}
 		PartialLine.append(Buffer, static_cast<size_t>(Count));
@@ -271,7 +276,9 @@ bool FPanelConsole::IsTimeForLine(const FView& View)
 void FPanelConsole::HandleLine(const FView& View, const FString& Line)
 {
 	const FString Trimmed = Line.TrimStartAndEnd();
-	if (Trimmed == TEXT("y") && Press(View, PanelConsole::ApproveButton))
+	// After a pause there is nothing to approve, only to go on with.
+	const bool bYes = Trimmed == TEXT("y");
+	if (bYes && (Press(View, PanelConsole::ApproveButton) || Press(View, PanelConsole::ContinueButton)))
 	{
 		return;
 	}
@@ -295,7 +302,10 @@ void FPanelConsole::HandleLine(const FView& View, const FString& Line)
 	}
 	if (!Trimmed.IsEmpty() || !IsWorking(View))
 	{
-		Send(View, Line);
+		// The next Ctrl-C ends what begins here.
+		PanelConsole::NumInterrupts = 0;
+		NumInterruptsSeen = 0;
+		Send(View, Trimmed.IsEmpty() ? FString() : Line);
 	}
 }
 

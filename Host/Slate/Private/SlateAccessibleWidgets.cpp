@@ -42,16 +42,7 @@ void FSlateAccessibleMultiLineEditableText::SetValue(const FString& Value)
 	Text->SelectAllText();
 	FSlateApplication& Application = FSlateApplication::Get();
 	Application.ProcessKeyCharEvent(FCharacterEvent(TEXT('\b'), FModifierKeysState(), 0, false));
-	for (const TCHAR Character : Value)
-	{
-		// Typing Enter would send a prompt, and Tab would leave it: inside a text both are pasted.
-		if (Character < TEXT(' '))
-		{
-			Text->InsertTextAtCursor(FString::Chr(Character));
-		}
-		else
-		{
-			Application.ProcessKeyCharEvent(FCharacterEvent(Character, FModifierKeysState(), 0, false));
-		}
-	}
+	// Pasted, not typed: Enter would send a prompt, Tab would leave it, and a long text would take a key press a
+	// letter.
+	Text->InsertTextAtCursor(Value);
 }

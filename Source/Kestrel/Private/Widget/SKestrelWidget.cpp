@@ -110,9 +110,9 @@ void SKestrelWidget::Construct(const FArguments& InArgs)
 
 	FKestrelInterface::Get().StatusMessageDelegate.BindSP(this, &SKestrelWidget::OnAddStatusMessage);
 	const FText Welcome = LOCTEXT("Welcome",
-		"I read and change the files of this project. Type what you want below and press Enter, for instance:\n"
-		"  - read Source/ and tell me how the player is built\n"
-		"  - which files set the player's health?\n"
+		"I know the files of this project and can read them. Type what you want below and press Enter, for instance:\n"
+		"  - list the files in Source\n"
+		"  - read Config/DefaultEngine.ini\n"
 		"Before I use a tool I ask: press Approve to let me, or write what I should do instead.");
 	AddBlock(FString(TEXT(" [ Kestrel ] \n\n")) + Welcome.ToString(), FKestrelInterface::AssistantColor,
 		FKestrelInterface::RegularFontName, FKestrelInterface::AssistantFontSize);
