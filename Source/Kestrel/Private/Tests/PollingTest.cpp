@@ -29,7 +29,7 @@ private:
 		// Seconds: the first from the request id's receipt, which comes right after the request was sent.
 		const double ExpectedGaps[] = { 2.0, 3.0, 4.5, 6.75, 10.0, 10.0 };
 		// The ticker looks every tenth of a second, and the reply itself takes a moment.
-		constexpr double Late = 0.6;
+		constexpr double Late = 0.9;
 		TArray<double> Times;
 		for (const FKestrelPanelRecorder::FMessage& Message : Recorder.Messages)
 		{
