@@ -242,8 +242,7 @@ void FAgent::HandlePollStatusRequestStarted()
 
 void FAgent::HandlePollStatusRequestProcessing()
 {
-	FKestrelInterface::Get().OnAddStatusMessage(bPaused ? TEXT("Pausing request...") : TEXT("Processing request..."),
-		FKestrelInterface::MessageColor, FKestrelInterface::ItalicFontName, FKestrelInterface::MessageFontSize);
+	FKestrelInterface::Get().AddOwnStatusMessage(bPaused ? TEXT("Pausing request...") : TEXT("Processing request..."));
 }
 
 void FAgent::HandlePollStatusRequestFailed(const FString& Error)

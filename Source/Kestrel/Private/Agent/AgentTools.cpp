@@ -16,12 +16,6 @@ struct FAgent::FTool
 
 namespace AgentTools
 {
-void ShowStatus(const TCHAR* Text)
-{
-	FKestrelInterface::Get().OnAddStatusMessage(
-		Text, FKestrelInterface::MessageColor, FKestrelInterface::ItalicFontName, FKestrelInterface::MessageFontSize);
-}
-
 /** A block without an id or name is handled like one whose id or name is empty. */
 FString GetString(const TSharedPtr<FJsonObject>& Block, const TCHAR* Field)
 {
@@ -141,7 +135,7 @@ FString FAgent::UseReadTool(const FString& Id, const FJsonObject& Input)
 	{
 		return TEXT("Error: Missing required path field");
 	}
-	AgentTools::ShowStatus(TEXT("Reading File..."));
+	FKestrelInterface::Get().AddOwnStatusMessage(TEXT("Reading File..."));
 
 	const TArray<TSharedPtr<FJsonValue>>* ViewRange = nullptr;
 	const bool bHasViewRange = Input.TryGetArrayField(TEXT("view_range"), ViewRange);

@@ -168,6 +168,11 @@ void FKestrelInterface::OnAddStatusMessage(
 	StatusMessageDelegate.ExecuteIfBound(Message, Color, FontStyle, FontSize);
 }
 
+void FKestrelInterface::AddOwnStatusMessage(const FString& Message) const
+{
+	OnAddStatusMessage(Message, MessageColor, ItalicFontName, MessageFontSize);
+}
+
 void FKestrelInterface::OnAddDiffMessage(const FString& FilePath, const FString& Before, const FString& After) const
 {
 	DiffMessageDelegate.ExecuteIfBound(FilePath, Before, After);

@@ -48,6 +48,8 @@ public:
 
 	void OnAddStatusMessage(
 		const FString& Message, const FLinearColor& Color, const FName& FontStyle, float FontSize) const;
+	/** A status line of the plugin's own: what it is doing, in small italics. */
+	void AddOwnStatusMessage(const FString& Message) const;
 	void OnAddDiffMessage(const FString& FilePath, const FString& Before, const FString& After) const;
 
 	/** Bound by the open panel. */

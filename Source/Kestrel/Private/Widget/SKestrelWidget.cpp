@@ -240,17 +240,19 @@ void SKestrelWidget::OnAddStatusMessage(
 	const FString& Message, const FLinearColor& Color, const FName& FontStyle, float FontSize)
 {
 	StopProgressAnimation();
-	AddBlock(ReplaceStrings(Message, KestrelWidget::GetHiddenTexts()), Color, FontStyle, FontSize);
+	const FBlock Block = AddBlock(ReplaceStrings(Message, KestrelWidget::GetHiddenTexts()), Color, FontStyle, FontSize);
 	if (Message.EndsWith(TEXT("...")))
 	{
-		StartProgressAnimation(LastBlockText.ToSharedRef(), LastBlockBorder.ToSharedRef());
+		StartProgressAnimation(Block.Text.ToSharedRef(), Block.Border.ToSharedRef());
 	}
 	const FKestrelInterface& Interface = FKestrelInterface::Get();
 	Interface.KestrelInterfaceLogString(Message, Interface.GetPromptLogFilePath(), true);
 }
 
-void SKestrelWidget::AddBlock(const FString& Text, const FLinearColor& Color, const FName& FontStyle, float FontSize)
+SKestrelWidget::FBlock SKestrelWidget::AddBlock(
+	const FString& Text, const FLinearColor& Color, const FName& FontStyle, float FontSize)
 {
+	FBlock Block;
 	FTextBlockStyle TextStyle = FCoreStyle::Get().GetWidgetStyle<FTextBlockStyle>("NormalText");
 	TextStyle.SetFont(FCoreStyle::GetDefaultFontStyle(FontStyle, FontSize));
 	TextStyle.SetColorAndOpacity(Color);
@@ -258,10 +260,10 @@ void SKestrelWidget::AddBlock(const FString& Text, const FLinearColor& Color, co
 	ScrollBox->AddSlot()
 	.Padding(0.0f, 0.0f, 0.0f, KestrelWidget::BlockPadding)
 	[
-		SAssignNew(LastBlockBorder, SBorder)
+		SAssignNew(Block.Border, SBorder)
 		.Padding(KestrelWidget::BlockPadding)
 		[
-			SAssignNew(LastBlockText, SMultiLineEditableText)
+			SAssignNew(Block.Text, SMultiLineEditableText)
 			.Text(FText::FromString(Text))
 			.TextStyle(&TextStyle)
 			.IsReadOnly(true)
@@ -273,6 +275,7 @@ void SKestrelWidget::AddBlock(const FString& Text, const FLinearColor& Color, co
 	{
 		ScrollBox->ScrollToEnd();
 	}
+	return Block;
 }
 
 void SKestrelWidget::StartProgressAnimation(

@@ -55,8 +55,15 @@ public:
 private:
 	TSharedRef<SWidget> MakePromptBox();
 	TSharedRef<SWidget> MakeButtonRow();
+	/** One message on the screen. */
+	struct FBlock
+	{
+		TSharedPtr<SMultiLineEditableText> Text;
+		TSharedPtr<SBorder> Border;
+	};
+
 	/** A block at the end of the conversation. Its text can be selected and copied. */
-	void AddBlock(const FString& Text, const FLinearColor& Color, const FName& FontStyle, float FontSize);
+	FBlock AddBlock(const FString& Text, const FLinearColor& Color, const FName& FontStyle, float FontSize);
 	FReply OnPromptKeyDown(const FGeometry& MyGeometry, const FKeyEvent& InKeyEvent);
 	void OnUserScrolled(float ScrollOffset);
 	/** A click took the focus to its button; the next thing the user does is to type. */
@@ -76,9 +83,6 @@ private:
 	TSharedPtr<SButton> PauseButton;
 	TSharedPtr<SButton> ApproveButton;
 	TSharedPtr<SButton> EndButton;
-
-	TSharedPtr<SMultiLineEditableText> LastBlockText;
-	TSharedPtr<SBorder> LastBlockBorder;
 
 	TSharedPtr<SMultiLineEditableText> AnimatedText;
 	TSharedPtr<SBorder> AnimatedBorder;
