@@ -38,6 +38,7 @@ function(run_header_tool target)
     list(APPEND uses --use ${used_manifest})
   endforeach()
   set_property(GLOBAL APPEND PROPERTY HEADER_TOOL_MANIFESTS ${manifest})
+  set_target_properties(${target} PROPERTIES HEADER_TOOL_MANIFEST ${manifest})
 
   string(TOUPPER ${target} upper_target)
   add_custom_command(

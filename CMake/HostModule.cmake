@@ -30,6 +30,7 @@ function(host_module name)
   endif()
   set_target_properties(${name} PROPERTIES
     INTERFACE_OWN_INCLUDES "${own_includes}" INTERFACE_OWN_DEFINITIONS ${upper_name}_API=)
+  set_property(GLOBAL APPEND PROPERTY HOST_MODULES ${name})
 
   if(arg_TESTS)
     host_test(${name}Tests SOURCES ${arg_TESTS} NEEDS ${name} ${arg_PRIVATE_NEEDS} INCLUDES Private)

@@ -98,14 +98,15 @@ TypeObject* FindOrMake(ParamsType& Params, CompleteType Complete, void (*Define)
 		Base.Type = Type; // from here on, whoever asks for the type gets it
 		Type->AddToRoot();
 		UPackage* const Package = FindOrMakePackage(Base.Package);
-		if (UObject* const Existing = FObjectTable::Get().Find(Package, Name))
+		UObject* const Existing = FObjectTable::Get().Find(Package, Name);
+		FObjectTable::Get().SetIdentity(*Type, TypeObject::StaticClass(), Package, Name);
+		if (Existing)
 		{
 			FReflectedTypeReload* const Reload = FReflectedTypeReload::Get();
 			checkf(Reload && Reload->IsFor(*Package), TEXT("%s has two types that are named %s"), *Package->GetName(),
 				*Name.ToString());
 			Reload->Replace(*static_cast<UField*>(Existing), *Type);
 		}
-		FObjectTable::Get().SetIdentity(*Type, TypeObject::StaticClass(), Package, Name);
 		Complete(*Type);
 		FState::Get().Undefined.Add({ Type, &Params, Define });
 		DefineAll();

@@ -1,14 +1,12 @@
 #include "CoreGlobals.h"
-#include "Dom/JsonObject.h"
 #include "HAL/FileManager.h"
+#include "HostModuleManifest.h"
 #include "Interfaces/IPluginManager.h"
 #include "Interfaces/IProjectManager.h"
 #include "Misc/CommandLine.h"
-#include "Misc/FileHelper.h"
 #include "Misc/Parse.h"
 #include "Misc/Paths.h"
 #include "Modules/ModuleManager.h"
-#include "Serialization/JsonSerializer.h"
 
 DEFINE_LOG_CATEGORY_STATIC(LogPluginManager, Log, All);
 
@@ -60,27 +58,17 @@ void FindDescriptors(const FString& Directory, TArray<FString>& OutFiles)
 	}
 }
 
-/** Tells the module manager in which libraries the plugin's modules lie, as the build's manifest has it. */
+/** Tells the module manager in which libraries the plugin's modules lie. */
 void AnnounceLibraries(const IPlugin& Plugin)
 {
-	const FString Folder = Plugin.GetBaseDir() / TEXT("Binaries/Linux");
-	const FString Manifest = Folder / TEXT("HostEditor-" HOST_FLAVOUR ".modules");
-	FString Text;
-	TSharedPtr<FJsonObject> Object;
-	const TSharedPtr<FJsonObject>* Modules = nullptr;
-	if (!FFileHelper::LoadFileToString(Text, *Manifest) ||
-		!FJsonSerializer::Deserialize(TJsonReaderFactory<>::Create(MoveTemp(Text)), Object) ||
-		!Object->TryGetObjectField(TEXT("Modules"), Modules))
+	FHostModuleManifest Manifest;
+	if (!Manifest.Load(Plugin.GetBaseDir()))
 	{
 		UE_LOG(LogPluginManager, Warning, TEXT("Plugin '%s' has not been built for this editor: there is no %s"),
-			*Plugin.GetName(), *Manifest);
+			*Plugin.GetName(), *FHostModuleManifest::GetFileName(Plugin.GetBaseDir()));
 		return;
 	}
-	for (const auto& Pair : (*Modules)->Values)
-	{
-		const FString Library = FPaths::ConvertRelativePathToFull(Folder / Pair.Value->AsString());
-		FModuleManager::Get().AddModuleLibrary(FName(*FString(*Pair.Key)), Library);
-	}
+	Manifest.Announce(Plugin.GetBaseDir());
 }
 
 class FPluginManager final : public IPluginManager

@@ -1,5 +1,6 @@
 #include "Interfaces/IProjectManager.h"
 #include "Misc/Paths.h"
+#include "Modules/ModuleManager.h"
 
 IProjectManager& IProjectManager::Get()
 {
@@ -18,4 +19,17 @@ bool IProjectManager::LoadProjectFile(const FString& ProjectFile, FText& OutFail
 	bLoaded = true;
 	FPaths::SetProjectFilePath(ProjectFile);
 	return true;
+}
+
+bool IProjectManager::LoadModulesForProject(const ELoadingPhase::Type LoadingPhase)
+{
+	bool bAllLoaded = true;
+	for (const FModuleDescriptor& Module : Project.Modules)
+	{
+		if (Module.LoadingPhase == LoadingPhase && Module.IsLoadedInEditor())
+		{
+			bAllLoaded &= FModuleManager::Get().LoadModule(Module.Name) != nullptr;
+		}
+	}
+	return bAllLoaded;
 }

@@ -1,0 +1,71 @@
+#pragma once
+
+#include "ChildProcess.h"
+#include "EditorBuild.h"
+#include "GameModuleRules.h"
+#include "Misc/CompilationResult.h"
+
+struct FHostModuleManifest;
+
+/**
+ * One build of all C++ modules of the project, in the background.
+ *
+ * First ninja is asked whether there is anything to do for the libraries that the manifest names. If so, all are built
+ * under a new number, so that they can be loaded beside those that an editor runs. The manifest names the new libraries
+ * once all of them are there.
+ */
+class FGameBuild
+{
+public:
+	/** Of the project that is open: the names of the modules that an editor loads. */
+	static TArray<FString> GetProjectModules();
+	/** Whether every library is there and was built for this very editor. */
+	static bool AreLibrariesUsable();
+	/** Deletes libraries that the manifest no longer names. */
+	static void DeleteOldLibraries();
+
+	/** False when nothing can be built; OutFailReason tells why. */
+	bool Start(FText& OutFailReason);
+	/** Moves on without waiting. @return whether the build still goes on */
+	bool Tick();
+	void RequestStop();
+	/** What was printed since the last call, without line breaks. */
+	TArray<FString> TakeLines();
+
+	/** Once the build has ended. */
+	ECompilationResult::Type GetResult() const { return Result; }
+	/** The full paths of the libraries that were built, by module name; each after those that it needs. */
+	const TArray<TPair<FName, FString>>& GetNewLibraries() const { return NewLibraries; }
+
+private:
+	bool ReadRules(FText& OutFailReason);
+	bool StartNinja(int32 LibraryNumber, bool bOnlyCheck, FText& OutFailReason);
+	void EndCheck();
+	void EndBuild();
+	void End(ECompilationResult::Type InResult);
+	/** INDEX_NONE unless all libraries of the manifest are there under one number. */
+	int32 GetPresentNumber() const;
+	int32 MakeNewNumber() const;
+	bool SaveManifest(int32 LibraryNumber) const;
+	void TakeLinesFromProcess();
+
+	enum class EPhase : uint8
+	{
+		Checking,
+		Building,
+		Ended,
+	};
+
+	FString ProjectDir; // absolute, without a trailing slash
+	FEditorBuild Editor;
+	TArray<FGameModuleRules> Modules; // each after those that it lists
+	TUniquePtr<FChildProcess> Process;
+	EPhase Phase = EPhase::Ended;
+	int32 Number = 0;
+	bool bStopRequested = false;
+	bool bNothingToDo = false;
+	bool bSkipNextLine = false;
+	TArray<FString> Lines;
+	TArray<TPair<FName, FString>> NewLibraries;
+	ECompilationResult::Type Result = ECompilationResult::Unknown;
+};

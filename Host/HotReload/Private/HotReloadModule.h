@@ -1,0 +1,44 @@
+#pragma once
+
+#include "Containers/Ticker.h"
+#include "GameBuild.h"
+#include "IHotReload.h"
+
+/** Runs one build of the project's modules at a time, and loads what comes out of it. */
+class FHotReloadModule final : public IHotReloadModule
+{
+public:
+	void ShutdownModule() override;
+
+	ECompilationResult::Type DoHotReloadFromEditor(EHotReloadFlags Flags) override;
+	ECompilationResult::Type RebindPackages(
+		const TArray<UPackage*>& Packages, EHotReloadFlags Flags, FOutputDevice& Ar) override;
+	bool RecompileModule(const FName InModuleName, FOutputDevice& Ar, ERecompileModuleFlags Flags) override;
+	bool IsCurrentlyCompiling() const override { return Build.IsValid(); }
+	void RequestStopCompilation() override;
+	bool IsAnyGameModuleLoaded() override;
+	FString GetModuleCompileMethod(FName InModuleName) override;
+	FModuleCompilerStartedEvent& OnModuleCompilerStarted() override { return StartedEvent; }
+	FModuleCompilerFinishedEvent& OnModuleCompilerFinished() override { return FinishedEvent; }
+	FHotReloadEvent& OnHotReload() override { return HotReloadEvent; }
+
+private:
+	bool StartBuild(FOutputDevice& Ar, bool bReload, bool bAsync);
+	/** Waits for the build that was started last. */
+	ECompilationResult::Type FinishBuild();
+	bool Tick(float);
+	void LogLines();
+	void EndBuild();
+	bool ReloadModules(const TArray<TPair<FName, FString>>& Libraries);
+	void LetGoOfBuild();
+
+	TUniquePtr<FGameBuild> Build;
+	bool bReloadWhenBuilt = false;
+	FString Output; // of the build that runs
+	ECompilationResult::Type LastResult = ECompilationResult::Unknown;
+	FTSTicker::FDelegateHandle TickerHandle;
+	TArray<FName> ReloadedModules;
+	FModuleCompilerStartedEvent StartedEvent;
+	FModuleCompilerFinishedEvent FinishedEvent;
+	FHotReloadEvent HotReloadEvent;
+};
