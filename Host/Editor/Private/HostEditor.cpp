@@ -9,6 +9,7 @@
 #include "HAL/HostClock.h"
 #include "HAL/PlatformProcess.h"
 #include "HAL/PlatformTime.h"
+#include "HostGameModules.h"
 #include "HttpModule.h"
 #include "Interfaces/IPluginManager.h"
 #include "Interfaces/IProjectManager.h"
@@ -62,9 +63,13 @@ bool FHostEditor::Init()
 	{
 		FHostClock::Get().SetMode(EClockMode::Unattended);
 	}
-	LoadModules();
 	LastTickTime = FPlatformTime::Seconds();
-	if (!FExecCommands::RunEditorCommands())
+	if (!LoadModules())
+	{
+		ExitCode = 1;
+		RequestEngineExit(TEXT("the project's modules cannot be loaded"));
+	}
+	else if (!FExecCommands::RunEditorCommands())
 	{
 		ExitCode = 1;
 		RequestEngineExit(TEXT("a command failed"));
@@ -108,23 +113,44 @@ void FHostEditor::OpenLog()
 	UE_LOG(LogInit, Log, TEXT("Project: %s"), *FPaths::ConvertRelativePathToFull(FPaths::GetProjectFilePath()));
 }
 
-void FHostEditor::LoadModules()
+bool FHostEditor::LoadModules()
 {
 	FModuleManager& Modules = FModuleManager::Get();
+	IProjectManager& Project = IProjectManager::Get();
 	IPluginManager& Plugins = IPluginManager::Get();
 	FSlateApplication::Create();
 	for (const TCHAR* Module : HostEditor::EngineModules)
 	{
 		Modules.LoadModuleChecked(Module);
 	}
+	if (!PrepareGameModules())
+	{
+		return false;
+	}
+	// The project's own modules go first in each phase. Without one of them it is not the same project.
+	bool bAllLoaded = true;
 	for (int32 Phase = ELoadingPhase::EarliestPossible; Phase <= ELoadingPhase::PostDefault; ++Phase)
 	{
+		bAllLoaded &= Project.LoadModulesForProject(static_cast<ELoadingPhase::Type>(Phase));
 		Plugins.LoadModulesForEnabledPlugins(static_cast<ELoadingPhase::Type>(Phase));
 	}
 	CreateMainWindow();
+	bAllLoaded &= Project.LoadModulesForProject(ELoadingPhase::PostEngineInit);
 	Plugins.LoadModulesForEnabledPlugins(ELoadingPhase::PostEngineInit);
 	FCoreDelegates::GetOnPostEngineInit().Broadcast();
 	bInitialized = true;
+	return bAllLoaded;
+}
+
+bool FHostEditor::PrepareGameModules()
+{
+	FString Errors;
+	if (FHostGameModules::Prepare(Errors))
+	{
+		return true;
+	}
+	std::fprintf(stderr, "The project's C++ modules cannot be built:\n%s\n", TCHAR_TO_UTF8(*Errors));
+	return false;
 }
 
 void FHostEditor::CreateMainWindow()

@@ -28,7 +28,9 @@ public:
 private:
 	bool OpenProject();
 	void OpenLog();
-	void LoadModules();
+	/** False when the project's own modules cannot be built or loaded. */
+	bool LoadModules();
+	bool PrepareGameModules();
 	void CreateMainWindow();
 	void Tick();
 	void TickWork();
