@@ -1,0 +1,43 @@
+#pragma once
+
+#include "ISourceControlOperation.h"
+
+/** Makes a file writable and announces that it will be changed; only with providers that lock files. */
+class FCheckOut : public ISourceControlOperation
+{
+public:
+	FName GetName() const override { return "CheckOut"; }
+	FText GetInProgressString() const override;
+};
+
+/** Has a file that is on disk under revision control from the next check-in on. */
+class FMarkForAdd : public ISourceControlOperation
+{
+public:
+	FName GetName() const override { return "MarkForAdd"; }
+	FText GetInProgressString() const override;
+};
+
+/** Takes a file out of revision control and deletes it from the disk. */
+class FDelete : public ISourceControlOperation
+{
+public:
+	FName GetName() const override { return "Delete"; }
+	FText GetInProgressString() const override;
+};
+
+/** Takes back what was done to a file since the last check-in. */
+class FRevert : public ISourceControlOperation
+{
+public:
+	FName GetName() const override { return "Revert"; }
+	FText GetInProgressString() const override;
+};
+
+/** Asks for the state of files anew. */
+class FUpdateStatus : public ISourceControlOperation
+{
+public:
+	FName GetName() const override { return "UpdateStatus"; }
+	FText GetInProgressString() const override;
+};
