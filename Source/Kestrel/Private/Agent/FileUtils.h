@@ -80,7 +80,7 @@ public:
 	/**
 	 * A provider's removal deletes the file as well.
 	 *
-	 * @param bSilent  keeps the provider's own errors out of the log
+	 * @param bSilent  keeps a failure out of the log
 	 */
 	static FString RemoveFileFromSourceControl(const FString& Path, bool bSilent);
 

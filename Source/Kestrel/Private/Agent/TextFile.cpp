@@ -18,17 +18,13 @@ bool IsPlainAscii(const TArray<uint8>& Bytes)
 	return AllBits < 0x80 && HasNul == 0;
 }
 
-bool HasMark(const TArray<uint8>& Bytes, std::initializer_list<uint8> Mark)
+constexpr uint8 Utf8Mark[] = { 0xEF, 0xBB, 0xBF };
+constexpr uint8 LittleEndianMark[] = { 0xFF, 0xFE };
+constexpr uint8 BigEndianMark[] = { 0xFE, 0xFF };
+
+bool HasMark(const TArray<uint8>& Bytes, TArrayView<const uint8> Mark)
 {
-	int32 Index = 0;
-	for (const uint8 Byte : Mark)
-	{
-		if (!Bytes.IsValidIndex(Index) || Bytes[Index++] != Byte)
-		{
-			return false;
-		}
-	}
-	return true;
+	return Bytes.Num() >= Mark.Num() && FMemory::Memcmp(Bytes.GetData(), Mark.GetData(), Mark.Num()) == 0;
 }
 
 /** Whether the text, written as UTF-8, is what the bytes hold from an offset on. */
@@ -44,8 +40,7 @@ bool IsWholeUtf16(const FString& Text, const TArray<uint8>& Bytes)
 {
 	const FTCHARToUTF8 Utf8(*Text, Text.Len());
 	const FUTF8ToTCHAR Back(Utf8.Get(), Utf8.Length());
-	constexpr int32 MarkBytes = 2;
-	return Text.Len() * 2 == Bytes.Num() - MarkBytes && Text.Equals(FString(Back.Length(), Back.Get()));
+	return Text.Len() * 2 == Bytes.Num() - static_cast<int32>(sizeof(LittleEndianMark)) && Text.Equals(FString(Back.Length(), Back.Get()));
 }
 
 EContent Load(const FString& FullPath, FString& OutText, TArray<uint8>& OutBytes)
@@ -59,10 +54,9 @@ EContent Load(const FString& FullPath, FString& OutText, TArray<uint8>& OutBytes
 	{
 		return EContent::PlainAscii;
 	}
-	const bool bUtf16 = HasMark(OutBytes, { 0xFF, 0xFE }) || HasMark(OutBytes, { 0xFE, 0xFF });
-	const bool bWhole = bUtf16
-							? IsWholeUtf16(OutText, OutBytes)
-							: IsUtf8Of(OutText, OutBytes, HasMark(OutBytes, { 0xEF, 0xBB, 0xBF }) ? 3 : 0);
+	const bool bUtf16 = HasMark(OutBytes, LittleEndianMark) || HasMark(OutBytes, BigEndianMark);
+	const int32 Utf8Offset = HasMark(OutBytes, Utf8Mark) ? sizeof(Utf8Mark) : 0;
+	const bool bWhole = bUtf16 ? IsWholeUtf16(OutText, OutBytes) : IsUtf8Of(OutText, OutBytes, Utf8Offset);
 	return bWhole ? EContent::Text : EContent::Binary;
 }
 }
