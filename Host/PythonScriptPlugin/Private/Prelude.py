@@ -1,5 +1,6 @@
 # The part of the module "unreal" that is easier to say in Python. It runs once, inside the module, before any script.
 
+import importlib as _importlib
 import sys as _sys
 import threading as _threading
 import traceback as _traceback
@@ -25,6 +26,11 @@ class _LogStream:
 
     def isatty(self):
         return False
+
+
+def _begin_command():
+    # Folders and modules may have been made since the last command.
+    _importlib.invalidate_caches()
 
 
 def _format_error(error):

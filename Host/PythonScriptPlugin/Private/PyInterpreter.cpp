@@ -255,6 +255,7 @@ bool FPyInterpreter::Run(FPythonCommandEx& Command)
 FPyRef FPyInterpreter::Execute(const FPythonCommandEx& Command) const
 {
 	const FPyTimeLimit Limit(FPyTimeLimit::GetConfiguredSeconds());
+	FPyUnrealModule::BeginCommand();
 	FPyRef Value;
 	if (Command.ExecutionMode == EPythonCommandExecutionMode::ExecuteFile)
 	{

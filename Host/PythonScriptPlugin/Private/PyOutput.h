@@ -14,7 +14,7 @@ class FPyOutput
 {
 public:
 	/** Ceiling of what one command may print and log, in UTF-16 units: the rest is counted and left out. */
-	static constexpr int32 MaxCommandUnits = 4 * 1024 * 1024;
+	static constexpr int32 MaxCommandUnits = 1024 * 1024;
 	/** A printed line is broken here, so that one without an end does not pile up. */
 	static constexpr int32 MaxLineUnits = 64 * 1024;
 

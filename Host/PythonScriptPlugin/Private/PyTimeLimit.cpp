@@ -73,6 +73,7 @@ FPyTimeLimit::FPyTimeLimit(double InSeconds)
 {
 	if (bOutermost)
 	{
+		HandledException = FPyRef::Steal(PyErr_GetHandledException());
 		PyTimeLimit::Current = this;
 		Watchdog = std::thread(&FPyTimeLimit::Watch, this);
 	}
@@ -94,6 +95,8 @@ FPyTimeLimit::~FPyTimeLimit()
 	if (bTracing)
 	{
 		PyEval_SetTrace(nullptr, nullptr);
+		// An exception that is raised by tracing leaves the one that its frame was handling in place.
+		PyErr_SetHandledException(HandledException.Get());
 	}
 }
 

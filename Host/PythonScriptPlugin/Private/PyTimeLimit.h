@@ -47,6 +47,7 @@ private:
 	const double Seconds;
 	const bool bOutermost;
 	const std::chrono::steady_clock::time_point StartedAt = std::chrono::steady_clock::now();
+	FPyRef HandledException; // when the limit began
 	bool bTracing = false;
 	bool bEnded = false;
 	std::mutex Mutex; // of bEnded

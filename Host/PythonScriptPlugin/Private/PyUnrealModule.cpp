@@ -60,6 +60,11 @@ PyMethodDef Functions[] = {
 PyModuleDef Definition = { PyModuleDef_HEAD_INIT, "unreal", "The editor's classes, structs and enums.", -1, Functions,
 	nullptr, nullptr, nullptr, nullptr };
 
+FPyRef CallPrelude(const char* Function)
+{
+	return FPyRef::Steal(PyObject_CallMethod(Module, Function, nullptr));
+}
+
 bool RunPrelude()
 {
 	const FPyRef Code = FPyRef::Steal(Py_CompileString(PreludeSource, "<unreal>", Py_file_input));
@@ -90,9 +95,15 @@ void FPyUnrealModule::Forget()
 	Py_CLEAR(PyUnrealModule::Module);
 }
 
+void FPyUnrealModule::BeginCommand()
+{
+	const FPyRef None = PyUnrealModule::CallPrelude("_begin_command");
+	PyErr_Clear();
+}
+
 bool FPyUnrealModule::HasOtherThreads()
 {
-	const FPyRef Answer = FPyRef::Steal(PyObject_CallMethod(PyUnrealModule::Module, "_has_other_threads", nullptr));
+	const FPyRef Answer = PyUnrealModule::CallPrelude("_has_other_threads");
 	PyErr_Clear();
 	return !Answer || Answer.Get() != Py_False;
 }

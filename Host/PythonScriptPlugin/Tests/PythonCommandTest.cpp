@@ -86,8 +86,7 @@ TEST_F(FPythonCommandTest, AnExceptionLeavesTheScriptsOwnFileAsItWas)
 	EXPECT_EQ(GetOutput(), "");
 	EXPECT_TRUE(FFileHelper::LoadFileToString(Written, *LogFile));
 	EXPECT_EQ(ToUtf8(Written), "begun\nnot in the log\n");
-	EXPECT_TRUE(
-		Run(TEXT("sys.stdout, sys.stderr = log_streams"), EPythonCommandExecutionMode::ExecuteStatement));
+	EXPECT_TRUE(Run(TEXT("sys.stdout, sys.stderr = log_streams"), EPythonCommandExecutionMode::ExecuteStatement));
 }
 
 TEST_F(FPythonCommandTest, StandardStreamsAreTheLogAndTheProcessesAreThereToo)
