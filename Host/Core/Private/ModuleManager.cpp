@@ -41,9 +41,8 @@ IModuleInterface* FModuleManager::GetModule(const FName InModuleName)
 	return Info ? Info->Module : nullptr;
 }
 
-bool FModuleManager::LoadLibrary(const FName InModuleName, FModuleInfo& Info)
+bool FModuleManager::LoadLibrary(const FName InModuleName, const FString& LibraryPath)
 {
-	const FString LibraryPath = Info.LibraryPath;
 	if (!dlopen(TCHAR_TO_UTF8(*LibraryPath), RTLD_NOW | RTLD_LOCAL))
 	{
 		UE_LOG(LogModuleManager, Error, TEXT("Module '%s' cannot be loaded: %hs"), *InModuleName.ToString(), dlerror());
@@ -60,7 +59,7 @@ IModuleInterface* FModuleManager::LoadModule(const FName InModuleName)
 		return Loaded;
 	}
 	FModuleInfo* Info = Modules.Find(InModuleName);
-	if (Info && !Info->Initialize && !LoadLibrary(InModuleName, *Info))
+	if (Info && !Info->Initialize && !LoadLibrary(InModuleName, FString(Info->LibraryPath)))
 	{
 		return nullptr;
 	}
@@ -73,12 +72,37 @@ IModuleInterface* FModuleManager::LoadModule(const FName InModuleName)
 		return nullptr;
 	}
 
+	return StartModule(InModuleName);
+}
+
+IModuleInterface* FModuleManager::StartModule(const FName InModuleName)
+{
 	ProcessLoadedObjectsCallback.Broadcast(InModuleName, true);
 	IModuleInterface* Module = Modules.FindChecked(InModuleName).Initialize();
 	Modules.FindChecked(InModuleName).Module = Module;
 	LoadOrder.Add(InModuleName);
 	Module->StartupModule();
 	return Module;
+}
+
+bool FModuleManager::ReloadModule(const FName InModuleName, const FString& NewLibraryPath)
+{
+	checkf(IsInGameThread(), TEXT("Modules are loaded on the game thread"));
+	checkf(IsModuleLoaded(InModuleName), TEXT("Module '%s' is not loaded"), *InModuleName.ToString());
+	const FInitializeModule OldInitialize = Modules.FindChecked(InModuleName).Initialize;
+	Modules.FindChecked(InModuleName).Initialize = nullptr;
+	const bool bLoaded = LoadLibrary(InModuleName, NewLibraryPath);
+	FModuleInfo& Info = Modules.FindChecked(InModuleName);
+	if (!bLoaded || !Info.Initialize)
+	{
+		UE_CLOG(bLoaded, LogModuleManager, Error, TEXT("Module '%s' is not in %s"), *InModuleName.ToString(),
+			*NewLibraryPath);
+		Info.Initialize = OldInitialize;
+		return false;
+	}
+	Info.LibraryPath = NewLibraryPath;
+	UnloadModule(InModuleName);
+	return StartModule(InModuleName) != nullptr;
 }
 
 IModuleInterface& FModuleManager::LoadModuleChecked(const FName InModuleName)

@@ -333,6 +333,18 @@ void FSetProperty::CollectReferences(void* Value, FReferenceCollector& Collector
 			ElementProp->CollectReferences(Set.GetElementPtr(Index), Collector);
 		}
 	}
+	if (Collector.ReplacesReferences())
+	{
+		const FPropertyValueBuffer Sorted(*this);
+		for (int32 Index = 0; Index < Set.GetMaxIndex(); ++Index)
+		{
+			if (Set.IsValidIndex(Index))
+			{
+				FScriptSetHelper(this, Sorted.Get()).AddElement(Set.GetElementPtr(Index));
+			}
+		}
+		CopySingleValue(Value, Sorted.Get());
+	}
 }
 
 void FSetProperty::ExportText_Internal(
@@ -526,6 +538,18 @@ void FMapProperty::CollectReferences(void* Value, FReferenceCollector& Collector
 			KeyProp->CollectReferences(Map.GetKeyPtr(Index), Collector);
 			ValueProp->CollectReferences(Map.GetValuePtr(Index), Collector);
 		}
+	}
+	if (Collector.ReplacesReferences())
+	{
+		const FPropertyValueBuffer Sorted(*this);
+		for (int32 Index = 0; Index < Map.GetMaxIndex(); ++Index)
+		{
+			if (Map.IsValidIndex(Index))
+			{
+				FScriptMapHelper(this, Sorted.Get()).AddPair(Map.GetKeyPtr(Index), Map.GetValuePtr(Index));
+			}
+		}
+		CopySingleValue(Value, Sorted.Get());
 	}
 }
 

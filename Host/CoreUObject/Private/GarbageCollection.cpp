@@ -1,3 +1,5 @@
+#include "GarbageCollection.h"
+
 #include "CoreGlobals.h"
 #include "ObjectMemory.h"
 #include "ObjectTable.h"
@@ -65,10 +67,7 @@ void MarkReachable(EObjectFlags KeepFlags)
 			Marker.Mark(Entry.Object);
 		}
 	}
-	for (FGCObject* Referencer : GetReferencers())
-	{
-		Referencer->AddReferencedObjects(Marker);
-	}
+	VisitReferencers(Marker);
 	Marker.MarkReferences();
 }
 
@@ -101,6 +100,14 @@ void Sweep()
 		FreeObjectMemory(Object);
 	}
 }
+}
+
+void VisitReferencers(FReferenceCollector& Collector)
+{
+	for (FGCObject* Referencer : GarbageCollection::GetReferencers())
+	{
+		Referencer->AddReferencedObjects(Collector);
+	}
 }
 
 bool IsGarbageCollecting()

@@ -5,6 +5,7 @@
 #include "ObjectTable.h"
 #include "UObject/EnumProperty.h"
 #include "UObject/Package.h"
+#include "UObject/ReflectedTypeReload.h"
 #include "UObject/TextProperty.h"
 #include "UObject/WeakObjectPtrTemplates.h"
 
@@ -97,8 +98,13 @@ TypeObject* FindOrMake(ParamsType& Params, CompleteType Complete, void (*Define)
 		Base.Type = Type; // from here on, whoever asks for the type gets it
 		Type->AddToRoot();
 		UPackage* const Package = FindOrMakePackage(Base.Package);
-		checkf(!FObjectTable::Get().Find(Package, Name), TEXT("%s has two types that are named %s"),
-			*Package->GetName(), *Name.ToString());
+		if (UObject* const Existing = FObjectTable::Get().Find(Package, Name))
+		{
+			FReflectedTypeReload* const Reload = FReflectedTypeReload::Get();
+			checkf(Reload && Reload->IsFor(*Package), TEXT("%s has two types that are named %s"), *Package->GetName(),
+				*Name.ToString());
+			Reload->Replace(*static_cast<UField*>(Existing), *Type);
+		}
 		FObjectTable::Get().SetIdentity(*Type, TypeObject::StaticClass(), Package, Name);
 		Complete(*Type);
 		FState::Get().Undefined.Add({ Type, &Params, Define });
@@ -450,5 +456,9 @@ void ProcessNewlyLoadedUObjects(FName Package, bool bCanProcessNewlyLoadedObject
 	for (UClass* Class : Classes)
 	{
 		Class->GetDefaultObject();
+	}
+	if (FReflectedTypeReload* const Reload = FReflectedTypeReload::Get())
+	{
+		Reload->Reinstance();
 	}
 }

@@ -31,6 +31,13 @@ public:
 	/** Null unless it is loaded already. */
 	IModuleInterface* GetModule(const FName InModuleName);
 	bool UnloadModule(const FName InModuleName);
+	/**
+	 * Puts new code in place of a loaded module's: the old module is shut down, the one in the new library starts. The
+	 * old code stays in memory, since objects and delegates may still lead to it.
+	 *
+	 * @return false when the new library cannot be loaded; the old module goes on then, and the reason is in the log
+	 */
+	bool ReloadModule(const FName InModuleName, const FString& NewLibraryPath);
 	/** Shuts down every module, the last loaded first. */
 	void UnloadModulesAtShutdown();
 
@@ -71,7 +78,8 @@ private:
 		IModuleInterface* Module = nullptr;
 	};
 
-	bool LoadLibrary(const FName InModuleName, FModuleInfo& Info);
+	bool LoadLibrary(const FName InModuleName, const FString& LibraryPath);
+	IModuleInterface* StartModule(const FName InModuleName);
 
 	TMap<FName, FModuleInfo> Modules;
 	TArray<FName> LoadOrder;

@@ -4,6 +4,8 @@
 #include "Logging/LogVerbosity.h"
 #include "UObject/UObjectBaseUtility.h"
 
+#include <type_traits>
+
 class FObjectInitializer;
 class UObject;
 class UPackage;
@@ -141,9 +143,20 @@ T* FindFirstObjectSafe(const TCHAR* Name, EFindFirstObjectOptions Options = EFin
 void CollectGarbage(EObjectFlags KeepFlags, bool bPerformFullPurge = true);
 bool IsGarbageCollecting();
 
+enum class EReloadCompleteReason
+{
+	None,
+	HotReloadAutomatic, // the code was compiled outside of the editor
+	HotReloadManual,
+};
+
 /** Events of the object system. */
 struct FCoreUObjectDelegates
 {
+	/** New code of game modules is in place, with its types and objects. */
+	DECLARE_MULTICAST_DELEGATE_OneParam(FReloadCompleteDelegate, EReloadCompleteReason);
+	static FReloadCompleteDelegate ReloadCompleteDelegate;
+
 	DECLARE_MULTICAST_DELEGATE_TwoParams(FOnObjectPropertyChanged, UObject*, FPropertyChangedEvent&);
 	static FOnObjectPropertyChanged OnObjectPropertyChanged;
 
@@ -160,7 +173,7 @@ public:
 	template <typename T>
 	void AddReferencedObject(T*& Object)
 	{
-		HandleObjectReference(Object);
+		HandleReplaceableReference(*reinterpret_cast<UObject**>(const_cast<std::remove_const_t<T>**>(&Object)));
 	}
 	template <typename T>
 	void AddReferencedObject(T* const& Object)
@@ -184,6 +197,14 @@ public:
 		}
 	}
 
+	/** Whether references may be changed: a set of them has to be sorted in anew then. */
+	virtual bool ReplacesReferences() const { return false; }
+
 protected:
 	virtual void HandleObjectReference(const UObjectBase* Object) = 0;
+	/** The reference may be made to lead elsewhere. */
+	virtual void HandleReplaceableReference(UObject*& Object)
+	{
+		HandleObjectReference(reinterpret_cast<const UObjectBase*>(Object));
+	}
 };
