@@ -184,13 +184,14 @@ bool FFileHistory::UndoChanges(const FString& Key, const FString& FilePath)
 	const FString FullPath = FFileUtils::ToAbsolutePath(FilePath);
 	const FFileState Now = FFileState::OnDisk(FullPath);
 	const FFileState Before = FFileState::BeforeChange(*Entry);
-	const EFileActionType Undone = Before.ActionTo(Now);
-	if (Undone == EFileActionType::None)
+	FFileHistoryEntry Undone;
+	Undone.ActionType = Before.ActionTo(Now);
+	if (Undone.ActionType == EFileActionType::None)
 	{
 		FileHistory::Remove(FileHistories, Key, FilePath);
 		return false;
 	}
-	StoreFileRedoVersion(Key, FilePath, Now.Content, { Undone });
+	StoreFileRedoVersion(Key, FilePath, Now.Content, Undone);
 	const bool bUndone = ChangeState(FullPath, Now, Before);
 	FileHistory::Remove(bUndone ? FileHistories : RedoHistories, Key, FilePath);
 	return bUndone;
