@@ -1,6 +1,7 @@
 #include "OfflineResponder.h"
 
 #include "PlainRequest.h"
+#include "ResultText.h"
 
 #include <algorithm>
 #include <map>
@@ -11,112 +12,94 @@ const char* const Help = "I work without a model here and understand a few reque
 						 "  - read Source/Harrier/Harrier.h\n"
 						 "  - show lines 10-20 of Config/DefaultGame.ini\n"
 						 "  - list the files in Source\n"
+						 "  - find Health\n"
+						 "  - create Docs/Plan.md with \"First line\\nSecond line\"\n"
+						 "  - replace \"300.0f\" with \"350.0f\" in Source/Harrier/Player/HarrierCharacter.h\n"
+						 "  - insert \"; a remark\" at line 1 of Config/DefaultGame.ini\n"
+						 "  - delete Docs/Plan.md\n"
+						 "  - compile\n"
+						 "  - run python: import unreal; unreal.log(unreal.Paths.project_dir())\n"
 						 "  - finish";
 
-/** Of a file's text at most this much is repeated in a summary. */
-constexpr size_t MaxQuotedLines = 40;
-constexpr size_t MaxQuotedBytes = 4000;
+const char* const CompileGoesOn = "The game is being built in the background. When the panel says how it went, write "
+								  "me anything (\"go on\"), and I will look at the result.";
 
-struct Quote
+/** How a request becomes the use of a tool. */
+struct ToolUse
+{
+	PlainRequest::Kind What;
+	const char* Tool;
+	/** What is announced; "%p" is the path, "%t" the text. */
+	const char* Announcement;
+	Json (*Input)(const PlainRequest&);
+};
+
+Json ReadInput(const PlainRequest& Request)
+{
+	Json Input = { { "path", Request.Path } };
+	if (Request.FirstLine)
+	{
+		Input["view_range"] = { *Request.FirstLine, Request.LastLine.value_or(-1) };
+	}
+	return Input;
+}
+
+Json InsertInput(const PlainRequest& Request)
+{
+	// The tool counts the lines that stay above.
+	const int LinesAbove = std::max(Request.FirstLine.value_or(1) - 1, 0);
+	return { { "path", Request.Path }, { "insert_line", std::to_string(LinesAbove) }, { "new_string", Request.Text } };
+}
+
+const ToolUse ToolUses[] = {
+	{ PlainRequest::Kind::ReadFile, "read_file", "read %p", ReadInput },
+	{ PlainRequest::Kind::ListFolder, "get_filesystem_tree", "list %p",
+		[](const PlainRequest& Request) -> Json { return { { "dir_path", Request.Path } }; } },
+	{ PlainRequest::Kind::CreateFile, "create_file", "create %p",
+		[](const PlainRequest& Request) -> Json {
+			return { { "path", Request.Path }, { "file_text", Request.Text } };
+		} },
+	{ PlainRequest::Kind::ReplaceText, "update_file", "replace a text in %p",
+		[](const PlainRequest& Request) -> Json {
+			return { { "path", Request.Path }, { "old_string", Request.OldText }, { "new_string", Request.Text } };
+		} },
+	{ PlainRequest::Kind::InsertLine, "insert_into_file", "insert a line into %p", InsertInput },
+	{ PlainRequest::Kind::DeleteFile, "delete_file", "delete %p",
+		[](const PlainRequest& Request) -> Json { return { { "path", Request.Path } }; } },
+	{ PlainRequest::Kind::RunPython, "execute_unreal_engine_api_python_script", "run a Python script",
+		[](const PlainRequest& Request) -> Json { return { { "code", Request.Text } }; } },
+	{ PlainRequest::Kind::Compile, "compile", "build the game", [](const PlainRequest&) { return Json::object(); } },
+	{ PlainRequest::Kind::FindText, "find_reference_in_all_files", "search the sources for \"%t\"",
+		[](const PlainRequest& Request) -> Json { return { { "reference_string", Request.Text } }; } },
+	{ PlainRequest::Kind::Finish, "finish", "finish", [](const PlainRequest&) { return Json::object(); } },
+};
+
+const ToolUse& ToolUseOf(const PlainRequest& Request)
+{
+	return *std::find_if(std::begin(ToolUses), std::end(ToolUses),
+		[&Request](const ToolUse& Each) { return Each.What == Request.What; });
+}
+
+std::string Announce(const PlainRequest& Request)
+{
+	std::string Text = ToolUseOf(Request).Announcement;
+	const size_t Place = Text.find('%');
+	if (Place != std::string::npos)
+	{
+		const std::string Path = Request.Path.empty() ? "the project" : Request.Path;
+		Text.replace(Place, 2, Text[Place + 1] == 'p' ? Path : Request.Text);
+	}
+	return Text;
+}
+
+std::string Announce(const std::vector<PlainRequest>& Requests)
 {
 	std::string Text;
-	size_t NumLines = 0;
-	bool bCut = false;
-};
-
-/** The beginning of a text, cut at a line's end (or, in a very long line, at a character's). */
-Quote QuoteBeginning(const std::string& Text)
-{
-	Quote Result;
-	Result.NumLines =
-		static_cast<size_t>(std::count(Text.begin(), Text.end(), '\n')) + (Text.empty() || Text.back() == '\n' ? 0 : 1);
-	size_t End = 0;
-	for (size_t Line = 0; Line < MaxQuotedLines && End < Text.size(); ++Line)
+	for (const PlainRequest& Request : Requests)
 	{
-		const size_t Break = Text.find('\n', End);
-		const size_t Next = Break == std::string::npos ? Text.size() : Break + 1;
-		if (Next > MaxQuotedBytes)
-		{
-			break;
-		}
-		End = Next;
+		Text += (Text.empty() ? "I will " : ", then ") + Announce(Request);
 	}
-	if (End == 0)
-	{
-		End = std::min(Text.size(), MaxQuotedBytes);
-		while (End > 0 && End < Text.size() && (static_cast<unsigned char>(Text[End]) & 0xC0) == 0x80)
-		{
-			--End;
-		}
-	}
-	Result.Text = Text.substr(0, End);
-	Result.bCut = End < Text.size();
-	return Result;
-}
-
-std::string Counted(size_t Count, const std::string& Thing)
-{
-	return std::to_string(Count) + " " + Thing + (Count == 1 ? "" : "s");
-}
-
-struct TreeCount
-{
-	size_t Files = 0;
-	size_t Folders = 0;
-};
-
-void ListTree(const Json& Tree, const std::string& Indent, std::string& Out, TreeCount& Count)
-{
-	for (const auto& [Name, Value] : Tree.items())
-	{
-		const bool bFolder = Value.is_object();
-		bFolder ? ++Count.Folders : ++Count.Files;
-		if (Count.Files + Count.Folders <= MaxQuotedLines)
-		{
-			Out += Indent + Name + (bFolder ? "/\n" : "\n");
-		}
-		if (bFolder)
-		{
-			ListTree(Value, Indent + "  ", Out, Count);
-		}
-	}
-}
-
-std::string DescribeTree(const std::string& Path, const std::string& Content)
-{
-	const Json Tree = Json::parse(Content, nullptr, false);
-	if (!Tree.is_object())
-	{
-		return Content;
-	}
-	if (Tree.empty())
-	{
-		return "I see no files there: either " + (Path.empty() ? std::string("the project") : Path) +
-			   " has none of the kinds that I am shown, or there is no such folder.";
-	}
-	std::string Listing;
-	TreeCount Count;
-	ListTree(Tree, "  ", Listing, Count);
-	const std::string Where = Path.empty() ? "The project" : Path;
-	std::string Text =
-		Where + " has " + Counted(Count.Files, "file") + " in " + Counted(Count.Folders, "folder") + ".\n" + Listing;
-	if (Count.Files + Count.Folders > MaxQuotedLines)
-	{
-		Text += "  ... and " + std::to_string(Count.Files + Count.Folders - MaxQuotedLines) + " more";
-	}
-	return Text;
-}
-
-std::string DescribeFile(const PlainRequest& Request, const std::string& Content)
-{
-	const Quote Beginning = QuoteBeginning(Content);
-	const std::string Kind = Request.FirstLine ? "From " + Request.Path + ", " : Request.Path + ", ";
-	std::string Text = Kind + Counted(Beginning.NumLines, "line") + ":\n\n" + Beginning.Text;
-	if (Beginning.bCut)
-	{
-		Text += "\n... (the rest is left out here)";
-	}
-	return Text;
+	return Text + ".";
 }
 
 class OfflineConversation : public Conversation
@@ -129,17 +112,22 @@ public:
 
 	Answer Respond(const Turn& UserTurn) override
 	{
-		if (UserTurn.ToolResults.is_array() && !UserTurn.ToolResults.empty())
+		const bool bHasResults = UserTurn.ToolResults.is_array() && !UserTurn.ToolResults.empty();
+		const std::string Summary = bHasResults ? SumUp(UserTurn.ToolResults) : "";
+		const std::vector<PlainRequest> Requests = UnderstandPlainRequests(UserTurn.Message);
+		if (!Requests.empty())
 		{
-			const bool bOnlyResults = UserTurn.Message.empty();
-			const std::string Summary = SumUp(UserTurn.ToolResults);
-			Asked.clear();
-			if (bOnlyResults || UnderstandPlainRequests(UserTurn.Message).empty())
-			{
-				return Say(Summary);
-			}
+			return AskForTools(Requests, Summary);
 		}
-		return Plan(UserTurn);
+		if (bHasResults)
+		{
+			return Say(Summary);
+		}
+		if (!UserTurn.Message.empty())
+		{
+			return Say(Help);
+		}
+		return Say(IsCompiling() ? CompileGoesOn : "What should I do?");
 	}
 
 private:
@@ -150,80 +138,31 @@ private:
 			{ { "response", Json::array({ { { "type", "text" }, { "text", Text } } }) }, { "auto_continue", true } });
 	}
 
-	Answer Plan(const Turn& UserTurn)
+	/** @param Before  what is said first: how earlier tools went */
+	Answer AskForTools(const std::vector<PlainRequest>& Requests, const std::string& Before)
 	{
-		const std::vector<PlainRequest> Requests = UnderstandPlainRequests(UserTurn.Message);
-		if (Requests.empty())
-		{
-			return Say(UserTurn.Message.empty() ? "What should I do?" : Help);
-		}
 		Json Blocks = Json::array();
-		Blocks.push_back({ { "type", "text" }, { "text", Announce(Requests) } });
+		const std::string Text = Before + (Before.empty() ? "" : "\n\n") + Announce(Requests);
+		Blocks.push_back({ { "type", "text" }, { "text", Text } });
 		for (const PlainRequest& Request : Requests)
 		{
 			const std::string Id = "tool-" + std::to_string(++NumTools);
 			Asked[Id] = Request;
-			Blocks.push_back({ { "type", "tool_use" }, { "id", Id }, { "name", ToolName(Request) },
-				{ "input", ToolInput(Request) } });
+			const ToolUse& Use = ToolUseOf(Request);
+			Blocks.push_back(
+				{ { "type", "tool_use" }, { "id", Id }, { "name", Use.Tool }, { "input", Use.Input(Request) } });
 		}
 		return Answer::Completed({ { "response", Blocks }, { "auto_continue", !bConfirmationMode } });
 	}
 
-	static std::string Announce(const std::vector<PlainRequest>& Requests)
+	/** Whether a result is still to come after the others. */
+	bool IsCompiling() const
 	{
-		std::string Text;
-		for (const PlainRequest& Request : Requests)
-		{
-			Text += Text.empty() ? "I will " : ", then ";
-			switch (Request.What)
-			{
-			case PlainRequest::Kind::ReadFile:
-				Text += "read " + Request.Path;
-				break;
-			case PlainRequest::Kind::ListFolder:
-				Text += "list " + (Request.Path.empty() ? std::string("the project") : Request.Path);
-				break;
-			case PlainRequest::Kind::Finish:
-				Text += "finish";
-				break;
-			}
-		}
-		return Text + ".";
+		return std::any_of(Asked.begin(), Asked.end(),
+			[](const auto& Each) { return Each.second.What == PlainRequest::Kind::Compile; });
 	}
 
-	static const char* ToolName(const PlainRequest& Request)
-	{
-		switch (Request.What)
-		{
-		case PlainRequest::Kind::ReadFile:
-			return "read_file";
-		case PlainRequest::Kind::ListFolder:
-			return "get_filesystem_tree";
-		case PlainRequest::Kind::Finish:
-			break;
-		}
-		return "finish";
-	}
-
-	static Json ToolInput(const PlainRequest& Request)
-	{
-		Json Input = Json::object();
-		if (Request.What == PlainRequest::Kind::ReadFile)
-		{
-			Input["path"] = Request.Path;
-			if (Request.FirstLine)
-			{
-				Input["view_range"] = { *Request.FirstLine, Request.LastLine.value_or(-1) };
-			}
-		}
-		else if (Request.What == PlainRequest::Kind::ListFolder)
-		{
-			Input["dir_path"] = Request.Path;
-		}
-		return Input;
-	}
-
-	std::string SumUp(const Json& Results) const
+	std::string SumUp(const Json& Results)
 	{
 		std::string Text;
 		for (const Json& Result : Results)
@@ -233,40 +172,25 @@ private:
 		return Text;
 	}
 
-	std::string Describe(const Json& Result) const
+	std::string Describe(const Json& Result)
 	{
-		const auto GetString = [&Result](const char* Name) {
-			return Result.contains(Name) && Result[Name].is_string() ? Result[Name].get<std::string>() : std::string();
-		};
-		const auto Found = Asked.find(GetString("tool_use_id"));
-		const std::string Content = GetString("content");
+		const std::string Id = Result.contains("tool_use_id") && Result["tool_use_id"].is_string()
+								   ? Result["tool_use_id"].get<std::string>()
+								   : "";
+		const auto Found = Asked.find(Id);
 		if (Found == Asked.end())
 		{
-			return "I got a result that I had not asked for.";
+			// The client compiles by itself after an undo.
+			return Id == "Undo" || Id == "Redo" ? "The game was built again after the " + Id + "."
+												: "I got a result that I had not asked for.";
 		}
-		if (Result.value("is_abort", false))
-		{
-			return "You stopped me before I could use a tool.";
-		}
-		if (Result.value("is_error", false))
-		{
-			return "That did not work for " + (Found->second.Path.empty() ? "the project" : Found->second.Path) + ": " +
-				   Content;
-		}
-		switch (Found->second.What)
-		{
-		case PlainRequest::Kind::ReadFile:
-			return DescribeFile(Found->second, Content);
-		case PlainRequest::Kind::ListFolder:
-			return DescribeTree(Found->second.Path, Content);
-		case PlainRequest::Kind::Finish:
-			break;
-		}
-		return "Done.";
+		const std::string Text = DescribeResult(Found->second, Result);
+		Asked.erase(Found);
+		return Text;
 	}
 
 	const bool bConfirmationMode;
-	std::map<std::string, PlainRequest> Asked; // by the ids of the tool uses
+	std::map<std::string, PlainRequest> Asked; // by the ids of the tool uses whose results have not come yet
 	int NumTools = 0;
 };
 }

@@ -8,7 +8,7 @@
 namespace
 {
 /** Longer prompts are cut before they are read: they are talk, not one of the short requests. */
-constexpr size_t MaxPromptBytes = 2000;
+constexpr size_t MaxPromptBytes = 20000;
 constexpr size_t MaxRequests = 8;
 
 struct Word
@@ -41,7 +41,7 @@ std::vector<Word> SplitWords(const std::string& Text)
 		while (End < Text.size() &&
 			   (bQuoted ? Text[End] != C : !std::isspace(static_cast<unsigned char>(Text[End])) && Text[End] != ','))
 		{
-			++End;
+			End += bQuoted && Text[End] == '\\' && End + 1 < Text.size() ? 2 : 1;
 		}
 		std::string Part = Text.substr(Start, End - Start);
 		while (!bQuoted && Part.size() > 1 && std::string(".?!:;").find(Part.back()) != std::string::npos)
@@ -54,7 +54,7 @@ std::vector<Word> SplitWords(const std::string& Text)
 	return Words;
 }
 
-bool IsOneOf(const Word& Candidate, std::initializer_list<const char*> Choices)
+bool IsOneOf(const Word& Candidate, const std::initializer_list<const char*>& Choices)
 {
 	const std::string Lower = ToLower(Candidate.Text);
 	return !Candidate.bQuoted &&
@@ -107,6 +107,43 @@ void TakeLines(std::vector<Word>& Words, PlainRequest& Lines)
 	}
 }
 
+/** A text as it was meant: \n, \t, \" and the like are one character. Only quoted texts have such. */
+std::string TextOf(const Word& Given)
+{
+	std::string Text;
+	for (size_t At = 0; At < Given.Text.size(); ++At)
+	{
+		const char C = Given.Text[At];
+		if (!Given.bQuoted || C != '\\' || At + 1 == Given.Text.size())
+		{
+			Text += C;
+			continue;
+		}
+		const char Next = Given.Text[++At];
+		Text += Next == 'n' ? "\n" : Next == 't' ? "\t" : Next == 'r' ? "\r" : std::string(1, Next);
+	}
+	return Text;
+}
+
+/** The first word after one of the choices; null when there is none. */
+const Word* WordAfter(const std::vector<Word>& Words, std::initializer_list<const char*> Choices)
+{
+	for (size_t Index = 0; Index + 1 < Words.size(); ++Index)
+	{
+		if (IsOneOf(Words[Index], Choices))
+		{
+			return &Words[Index + 1];
+		}
+	}
+	return nullptr;
+}
+
+const Word* LastPath(const std::vector<Word>& Words)
+{
+	const auto Found = std::find_if(Words.rbegin(), Words.rend(), IsPath);
+	return Found == Words.rend() ? nullptr : &*Found;
+}
+
 bool HasAny(const std::vector<Word>& Words, std::initializer_list<const char*> Choices)
 {
 	return std::any_of(Words.begin(), Words.end(), [&Choices](const Word& Each) { return IsOneOf(Each, Choices); });
@@ -123,10 +160,147 @@ std::vector<PlainRequest> UnderstandRead(std::vector<Word> Words)
 		{
 			const bool bFolder = !Each.Text.empty() && Each.Text.back() == '/';
 			Requests.push_back({ bFolder ? PlainRequest::Kind::ListFolder : PlainRequest::Kind::ReadFile, Each.Text,
-				Lines.FirstLine, Lines.LastLine });
+				Lines.FirstLine, Lines.LastLine, "", "" });
 		}
 	}
 	return Requests;
+}
+
+std::vector<PlainRequest> UnderstandCreate(const std::vector<Word>& Words, const std::string&)
+{
+	const auto Path = std::find_if(Words.begin(), Words.end(), IsPath);
+	if (Path == Words.end())
+	{
+		return {};
+	}
+	const std::vector<Word> Behind(Path, Words.end());
+	const Word* Text = WordAfter(Behind, { "with", "containing", "saying" });
+	return { { PlainRequest::Kind::CreateFile, Path->Text, {}, {}, "", Text ? TextOf(*Text) : "" } };
+}
+
+std::vector<PlainRequest> UnderstandReplace(const std::vector<Word>& Words, const std::string&)
+{
+	const Word* Old = WordAfter(Words, { "replace", "change" });
+	const Word* New = WordAfter(Words, { "with", "by", "to" });
+	const Word* Path = WordAfter(Words, { "in" });
+	Path = Path && IsPath(*Path) ? Path : LastPath(Words);
+	if (!Old || !New || !Path || Path == Old || Path == New)
+	{
+		return {};
+	}
+	return { { PlainRequest::Kind::ReplaceText, Path->Text, {}, {}, TextOf(*Old), TextOf(*New) } };
+}
+
+std::vector<PlainRequest> UnderstandInsert(const std::vector<Word>& Words, const std::string&)
+{
+	const Word* Text = WordAfter(Words, { "insert" });
+	const Word* Line = WordAfter(Words, { "line" });
+	const Word* Path = LastPath(Words);
+	PlainRequest Request{ PlainRequest::Kind::InsertLine, Path ? Path->Text : "", {}, {}, "", "" };
+	if (!Text || !Line || !Path || Path == Text || !ReadLines(Line->Text, Request))
+	{
+		return {};
+	}
+	Request.Text = TextOf(*Text);
+	return { Request };
+}
+
+std::vector<PlainRequest> UnderstandDelete(const std::vector<Word>& Words, const std::string&)
+{
+	std::vector<PlainRequest> Requests;
+	for (const Word& Each : Words)
+	{
+		if (IsPath(Each) && Requests.size() < MaxRequests)
+		{
+			Requests.push_back({ PlainRequest::Kind::DeleteFile, Each.Text, {}, {}, "", "" });
+		}
+	}
+	return Requests;
+}
+
+/** What stands between lines of three backquotes, if there is such a block. */
+std::optional<std::string> FindCodeBlock(const std::string& Prompt)
+{
+	const size_t Open = Prompt.find("```");
+	const size_t FirstLine = Open == std::string::npos ? Open : Prompt.find('\n', Open);
+	const size_t Close = FirstLine == std::string::npos ? FirstLine : Prompt.find("```", FirstLine);
+	return Close == std::string::npos ? std::nullopt
+									  : std::optional(Prompt.substr(FirstLine + 1, Close - FirstLine - 1));
+}
+
+std::vector<PlainRequest> UnderstandPython(const std::vector<Word>& Words, const std::string& Prompt)
+{
+	PlainRequest Request{ PlainRequest::Kind::RunPython, "", {}, {}, "", "" };
+	if (const std::optional<std::string> Block = FindCodeBlock(Prompt))
+	{
+		Request.Text = *Block;
+		return { Request };
+	}
+	const std::string Lower = ToLower(Prompt);
+	size_t At = Lower.find("python");
+	At = At == std::string::npos ? Lower.find("script") : At;
+	At = At == std::string::npos ? At : Prompt.find_first_not_of(": \n", At + std::string("python").size());
+	if (At == std::string::npos)
+	{
+		return {};
+	}
+	const std::string Rest = Prompt.substr(At);
+	const bool bQuoted = Words.back().bQuoted && Rest.size() > 1 && Rest.front() == Rest.back() &&
+						 std::string("\"'`").find(Rest.front()) != std::string::npos;
+	Request.Text = bQuoted ? TextOf(Words.back()) : Rest;
+	return { Request };
+}
+
+std::vector<PlainRequest> UnderstandCompile(const std::vector<Word>&, const std::string&)
+{
+	return { { PlainRequest::Kind::Compile, "", {}, {}, "", "" } };
+}
+
+std::vector<PlainRequest> UnderstandFind(const std::vector<Word>& Words, const std::string&)
+{
+	for (const Word& Each : Words)
+	{
+		if (!IsOneOf(Each, { "please", "find", "search", "where", "is", "for", "the", "all", "uses", "references", "of",
+							   "to", "used", "who" }))
+		{
+			return { { PlainRequest::Kind::FindText, "", {}, {}, "", TextOf(Each) } };
+		}
+	}
+	return {};
+}
+
+/** A word that says by itself what is wanted. */
+struct Verb
+{
+	std::initializer_list<const char*> Words;
+	std::vector<PlainRequest> (*Understand)(const std::vector<Word>& Words, const std::string& Prompt);
+};
+
+const Verb Verbs[] = {
+	{ { "create", "write" }, UnderstandCreate },
+	{ { "replace", "change" }, UnderstandReplace },
+	{ { "insert" }, UnderstandInsert },
+	{ { "delete", "remove" }, UnderstandDelete },
+	{ { "run", "python", "execute" }, UnderstandPython },
+	{ { "compile", "build", "rebuild" }, UnderstandCompile },
+	{ { "find", "search", "where" }, UnderstandFind },
+};
+
+/** Whether the sentence begins with the verb, but for a few words of politeness. */
+bool IsFirstVerb(const std::vector<Word>& Words, const Verb& Candidate)
+{
+	for (const Word& Each : Words)
+	{
+		if (IsOneOf(Each, Candidate.Words))
+		{
+			return true;
+		}
+		if (!IsOneOf(Each, { "please", "now", "can", "could", "you", "and", "then", "ok", "okay" }))
+		{
+			return false;
+		}
+	}
+	return false;
 }
 
 std::vector<PlainRequest> UnderstandList(const std::vector<Word>& Words)
@@ -137,16 +311,24 @@ std::vector<PlainRequest> UnderstandList(const std::vector<Word>& Words)
 							!IsOneOf(Words[Index], { "the", "this", "project" });
 		if (bNamed || IsPath(Words[Index]))
 		{
-			return { { PlainRequest::Kind::ListFolder, Words[Index].Text, {}, {} } };
+			return { { PlainRequest::Kind::ListFolder, Words[Index].Text, {}, {}, "", "" } };
 		}
 	}
-	return { { PlainRequest::Kind::ListFolder, "", {}, {} } };
+	return { { PlainRequest::Kind::ListFolder, "", {}, {}, "", "" } };
 }
 }
 
 std::vector<PlainRequest> UnderstandPlainRequests(const std::string& Text)
 {
-	const std::vector<Word> Words = SplitWords(Text.substr(0, MaxPromptBytes));
+	const std::string Prompt = Text.substr(0, MaxPromptBytes);
+	const std::vector<Word> Words = SplitWords(Prompt);
+	for (const Verb& Each : Verbs)
+	{
+		if (!Words.empty() && IsFirstVerb(Words, Each))
+		{
+			return Each.Understand(Words, Prompt);
+		}
+	}
 	if (HasAny(Words, { "list", "tree", "files", "folders", "structure" }))
 	{
 		return UnderstandList(Words);
@@ -157,7 +339,7 @@ std::vector<PlainRequest> UnderstandPlainRequests(const std::string& Text)
 	}
 	if (HasAny(Words, { "finish", "done", "bye" }))
 	{
-		return { { PlainRequest::Kind::Finish, "", {}, {} } };
+		return { { PlainRequest::Kind::Finish, "", {}, {}, "", "" } };
 	}
 	return {};
 }

@@ -11,19 +11,30 @@ struct PlainRequest
 	{
 		ReadFile,
 		ListFolder,
+		CreateFile,
+		ReplaceText,
+		InsertLine,
+		DeleteFile,
+		RunPython,
+		Compile,
+		FindText,
 		Finish,
 	};
 
 	Kind What = Kind::Finish;
 	std::string Path; // of a file, or of a folder ("" is the project itself)
-	std::optional<int> FirstLine;
-	std::optional<int> LastLine; // -1 is the last line of the file
+	std::optional<int> FirstLine; // of a text to read; or the line that an inserted text becomes
+	std::optional<int> LastLine;  // -1 is the last line of the file
+	std::string OldText;          // to be replaced
+	std::string Text;             // new text, the script, or what is looked for
 };
 
 /**
  * Understands "read FILE", "show lines 5-12 of FILE", "read FILE lines 5 to 12", "read A.h and B.h",
- * "list the files in FOLDER", "show the tree", "finish". Letter case does not count outside paths; a path with blanks
- * stands in quotes.
+ * "list the files in FOLDER", "show the tree", "create FILE with TEXT", "replace OLD with NEW in FILE",
+ * "insert TEXT at line 3 of FILE", "delete FILE", "run python SCRIPT", "compile", "find TEXT", "finish". Letter case
+ * does not count outside paths and texts. What has blanks stands in quotes; \n, \t and \" mean what they mean in C. A
+ * script is all that follows, or stands in a block between lines of three backquotes.
  *
  * @return what was asked for, in order; empty when nothing was understood
  */

@@ -62,6 +62,56 @@ TEST_F(OfflineResponderTest, AnswersAMessageThatComesInPlaceOfAnApproval)
 	EXPECT_EQ(Respond(Instead).back()["input"]["path"], "B.h");
 }
 
+TEST_F(OfflineResponderTest, GivesEachToolItsInput)
+{
+	const struct
+	{
+		const char* Message;
+		const char* Tool;
+		const char* Input;
+	} Cases[] = {
+		{ "create A.md with x", "create_file", R"({"path":"A.md","file_text":"x"})" },
+		{ "replace a with b in A.md", "update_file", R"({"path":"A.md","old_string":"a","new_string":"b"})" },
+		{ "insert x at line 3 of A.md", "insert_into_file", R"({"path":"A.md","insert_line":"2","new_string":"x"})" },
+		{ "delete A.md", "delete_file", R"({"path":"A.md"})" },
+		{ "find x", "find_reference_in_all_files", R"({"reference_string":"x"})" },
+		{ "run python: x", "execute_unreal_engine_api_python_script", R"({"code":"x"})" },
+		{ "compile", "compile", "{}" },
+	};
+	for (const auto& Case : Cases)
+	{
+		const Json Block = Ask(Case.Message).back();
+		EXPECT_EQ(Block["name"], Case.Tool);
+		EXPECT_EQ(Block["input"].dump(), Case.Input);
+	}
+}
+
+TEST_F(OfflineResponderTest, TellsOfABuildWhoseResultComesLater)
+{
+	const std::string Id = Ask("compile").back()["id"];
+	EXPECT_NE(Ask("")[0]["text"].get<std::string>().find("in the background"), std::string::npos);
+	Turn Next;
+	Next.Message = "read A.h";
+	Next.ToolResults = Json::array({ { { "tool_use_id", Id }, { "is_error", true },
+		{ "content", "[LogCompile] [1/2] Compile A.cpp\n[LogCompile] A.cpp:3:5: error: no\n[LogCompile] done" } } });
+	const Json Blocks = Respond(Next);
+	EXPECT_EQ(Blocks[0]["text"],
+		"The build failed:\n\n[LogCompile] A.cpp:3:5: error: no\n\n\nI will read A.h.");
+	EXPECT_EQ(Blocks[1]["name"], "read_file");
+	EXPECT_EQ(Ask("")[0]["text"], "What should I do?") << "the result has come";
+}
+
+TEST_F(OfflineResponderTest, SumsUpScriptsAndSearches)
+{
+	const std::string Script = Ask("run python: x").back()["id"];
+	EXPECT_EQ(Report({ { "tool_use_id", Script }, { "content", "Python script completed: \n7\n: " } }),
+		"The script ran and printed:\n\n7\n");
+	const std::string Search = Ask("find Health").back()["id"];
+	EXPECT_EQ(Report({ { "tool_use_id", Search },
+				  { "content", R"({"reference_string":"Health","cpp_references":[{"Path":"/p/A.h"}]})" } }),
+		"\"Health\" is in 1 source file:\n  /p/A.h");
+}
+
 TEST_F(OfflineResponderTest, ListsFoldersAndCutsWhatIsLong)
 {
 	const std::string Id = Ask("list the files in Source").back()["id"];

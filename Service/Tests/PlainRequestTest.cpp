@@ -4,7 +4,7 @@
 
 namespace
 {
-/** "R path first last", "L path" or "F" for each request. */
+/** A letter and what belongs to it, for each request. */
 std::string Describe(const std::string& Text)
 {
 	std::string Result;
@@ -21,6 +21,27 @@ std::string Describe(const std::string& Text)
 			break;
 		case PlainRequest::Kind::ListFolder:
 			Result += "L " + Request.Path;
+			break;
+		case PlainRequest::Kind::CreateFile:
+			Result += "C " + Request.Path + " [" + Request.Text + "]";
+			break;
+		case PlainRequest::Kind::ReplaceText:
+			Result += "X " + Request.Path + " [" + Request.OldText + "] [" + Request.Text + "]";
+			break;
+		case PlainRequest::Kind::InsertLine:
+			Result += "I " + Request.Path + " " + std::to_string(*Request.FirstLine) + " [" + Request.Text + "]";
+			break;
+		case PlainRequest::Kind::DeleteFile:
+			Result += "D " + Request.Path;
+			break;
+		case PlainRequest::Kind::RunPython:
+			Result += "P [" + Request.Text + "]";
+			break;
+		case PlainRequest::Kind::Compile:
+			Result += "B";
+			break;
+		case PlainRequest::Kind::FindText:
+			Result += "? [" + Request.Text + "]";
 			break;
 		case PlainRequest::Kind::Finish:
 			Result += "F";
@@ -53,6 +74,21 @@ TEST(PlainRequestTest, UnderstandsShortRequests)
 		{ "which files are in the project?", "L " },
 		{ "show the tree of Source/Game", "L Source/Game" },
 		{ "finish", "F" },
+		{ "create Docs/A.md with \"# One\\n\\ttwo \\\"three\\\"\"", "C Docs/A.md [# One\n\ttwo \"three\"]" },
+		{ "please create a file Docs/A.md", "C Docs/A.md []" },
+		{ "replace foo with bar in A.h", "X A.h [foo] [bar]" },
+		{ "replace \"float Walk = 3.0f;\" with \"with care\" in Source/A.h", "X Source/A.h [float Walk = 3.0f;] [with care]" },
+		{ "replace foo with bar", "" },
+		{ "insert \"; note\" at line 3 of A.ini", "I A.ini 3 [; note]" },
+		{ "delete A.h and B.h", "D A.h; D B.h" },
+		{ "delete everything", "" },
+		{ "compile the game", "B" },
+		{ "find Health", "? [Health]" },
+		{ "where is \"Take Damage\" used?", "? [Take Damage]" },
+		{ "run python: print('a, b')", "P [print('a, b')]" },
+		{ "run python \"print(1)\\nprint(2)\"", "P [print(1)\nprint(2)]" },
+		{ "run this script\n```python\nx = 1\nprint(x)\n```\nthanks", "P [x = 1\nprint(x)\n]" },
+		{ "read the build log Build/Nightly.ini", "R Build/Nightly.ini" },
 		{ "make me a coffee", "" },
 		{ "read the newspaper", "" },
 		{ "", "" },
@@ -68,4 +104,6 @@ TEST(PlainRequestTest, OddTextsAreHarmless)
 	EXPECT_EQ(Describe("read lines 99999999999-5 of A.h"), "R A.h");
 	EXPECT_EQ(Describe(std::string(1 << 20, '"')), "");
 	EXPECT_EQ(Describe("read \"unclosed.h"), "R unclosed.h");
+	EXPECT_EQ(Describe("create \"A.h\" with \"ends in \\"), "C A.h [ends in \\]");
+	EXPECT_EQ(Describe("run python"), "");
 }

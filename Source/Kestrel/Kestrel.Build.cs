@@ -21,9 +21,11 @@ public class Kestrel : ModuleRules
 			"InputCore",
 			"Json",
 			"Projects",
+			"PythonScriptPlugin",
 			"Settings",
 			"Slate",
 			"SlateCore",
+			"SourceControl",
 			"ToolMenus",
 		});
 

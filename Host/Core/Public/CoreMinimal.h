@@ -12,6 +12,7 @@
 #include "Containers/UnrealString.h"
 #include "CoreGlobals.h"
 #include "Delegates/Delegate.h"
+#include "HAL/UnrealMemory.h"
 #include "Internationalization/Text.h"
 #include "Logging/LogMacros.h"
 #include "Math/Color.h"

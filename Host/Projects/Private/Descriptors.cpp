@@ -34,6 +34,25 @@ bool Find(TArrayView<const TCHAR* const> Names, const FString& Text, EnumType& O
 }
 
 constexpr int32 LatestFileVersion = 3;
+
+TArray<FPluginReferenceDescriptor> ReadPlugins(const FJsonObject& Object)
+{
+	TArray<FPluginReferenceDescriptor> References;
+	const TArray<TSharedPtr<FJsonValue>>* Plugins = nullptr;
+	Object.TryGetArrayField(TEXT("Plugins"), Plugins);
+	for (const TSharedPtr<FJsonValue>& Value : Plugins ? *Plugins : TArray<TSharedPtr<FJsonValue>>())
+	{
+		const TSharedPtr<FJsonObject>* Plugin = nullptr;
+		FPluginReferenceDescriptor Reference;
+		if (Value->TryGetObject(Plugin) && (*Plugin)->TryGetStringField(TEXT("Name"), Reference.Name))
+		{
+			(*Plugin)->TryGetBoolField(TEXT("Enabled"), Reference.bEnabled);
+			(*Plugin)->TryGetBoolField(TEXT("Optional"), Reference.bOptional);
+			References.Add(Reference);
+		}
+	}
+	return References;
+}
 }
 
 bool ELoadingPhase::FromString(const FString& Text, Type& OutPhase)
@@ -155,6 +174,7 @@ bool FPluginDescriptor::Load(const FString& FileName, FText& OutFailReason)
 	Object->TryGetStringField(TEXT("CreatedBy"), CreatedBy);
 	Object->TryGetBoolField(TEXT("CanContainContent"), bCanContainContent);
 	Object->TryGetBoolField(TEXT("EnabledByDefault"), bEnabledByDefault);
+	Plugins = Descriptors::ReadPlugins(*Object);
 	return DescriptorFile::ReadModules(*Object, Modules, OutFailReason);
 }
 
@@ -168,18 +188,9 @@ bool FProjectDescriptor::Load(const FString& FileName, FText& OutFailReason)
 	Object->TryGetStringField(TEXT("EngineAssociation"), EngineAssociation);
 	Object->TryGetStringField(TEXT("Category"), Category);
 	Object->TryGetStringField(TEXT("Description"), Description);
-	const TArray<TSharedPtr<FJsonValue>>* Plugins = nullptr;
-	Object->TryGetArrayField(TEXT("Plugins"), Plugins);
-	for (const TSharedPtr<FJsonValue>& Value : Plugins ? *Plugins : TArray<TSharedPtr<FJsonValue>>())
+	for (const FPluginReferenceDescriptor& Reference : Descriptors::ReadPlugins(*Object))
 	{
-		const TSharedPtr<FJsonObject>* Plugin = nullptr;
-		FString Name;
-		bool bEnabled = false;
-		if (Value->TryGetObject(Plugin) && (*Plugin)->TryGetStringField(TEXT("Name"), Name))
-		{
-			(*Plugin)->TryGetBoolField(TEXT("Enabled"), bEnabled);
-			PluginsEnabled.Add(Name, bEnabled);
-		}
+		PluginsEnabled.Add(Reference.Name, Reference.bEnabled);
 	}
 	return true;
 }

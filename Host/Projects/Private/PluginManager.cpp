@@ -30,14 +30,20 @@ public:
 	FString GetContentDir() const override { return BaseDir / TEXT("Content"); }
 	bool IsEnabled() const override { return bEnabled; }
 	const FPluginDescriptor& GetDescriptor() const override { return Descriptor; }
+	void Disable() { bEnabled = false; }
+	/** Its module is part of the editor, and there is no file. */
+	bool IsBuiltIn() const { return BaseDir.IsEmpty(); }
 
 private:
 	const FString FileName;
 	const FString BaseDir;
 	const FString Name;
 	const FPluginDescriptor Descriptor;
-	const bool bEnabled;
+	bool bEnabled;
 };
+
+/** What the engine has as plugins of its own is part of this editor. Each is a module of the same name. */
+constexpr const TCHAR* BuiltInPlugins[] = { TEXT("PythonScriptPlugin") };
 
 /** Descriptors below a folder; a folder that is a plugin is not searched further. */
 void FindDescriptors(const FString& Directory, TArray<FString>& OutFiles)
@@ -79,15 +85,23 @@ public:
 	TSharedPtr<IPlugin> FindPlugin(const FStringView Name) override
 	{
 		EnsureDiscovered();
-		const TSharedRef<IPlugin>* Found = Plugins.FindByPredicate(
-			[Name](const TSharedRef<IPlugin>& Plugin) { return Plugin->IsEnabled() && Plugin->GetName() == Name; });
+		const TSharedRef<FPlugin>* Found = Plugins.FindByPredicate(
+			[Name](const TSharedRef<FPlugin>& Plugin) { return Plugin->IsEnabled() && Plugin->GetName() == Name; });
 		return Found ? TSharedPtr<IPlugin>(*Found) : nullptr;
 	}
 
 	TArray<TSharedRef<IPlugin>> GetEnabledPlugins() override
 	{
 		EnsureDiscovered();
-		return Plugins.FilterByPredicate([](const TSharedRef<IPlugin>& Plugin) { return Plugin->IsEnabled(); });
+		TArray<TSharedRef<IPlugin>> Enabled;
+		for (const TSharedRef<FPlugin>& Plugin : Plugins)
+		{
+			if (Plugin->IsEnabled())
+			{
+				Enabled.Add(Plugin);
+			}
+		}
+		return Enabled;
 	}
 
 	void RefreshPluginsList() override
@@ -104,6 +118,18 @@ public:
 		for (const FString& File : Files)
 		{
 			Add(File, false);
+		}
+		AddBuiltInPlugins();
+		while (DisableWhatMissesAnother())
+		{
+			// One that is disabled may have been what yet another needs.
+		}
+		for (const TSharedRef<FPlugin>& Plugin : Plugins)
+		{
+			if (Plugin->IsEnabled() && !Plugin->IsBuiltIn())
+			{
+				AnnounceLibraries(*Plugin);
+			}
 		}
 	}
 
@@ -144,23 +170,61 @@ private:
 		}
 		const FString Name = FPaths::GetBaseFilename(File);
 		if (Plugins.ContainsByPredicate(
-				[&Name](const TSharedRef<IPlugin>& Plugin) { return Plugin->GetName() == Name; }))
+				[&Name](const TSharedRef<FPlugin>& Plugin) { return Plugin->GetName() == Name; }))
 		{
 			UE_LOG(LogPluginManager, Warning, TEXT("Plugin '%s' was found twice; %s is left out"), *Name, *File);
 			return;
 		}
+		Plugins.Add(
+			MakeShared<FPlugin>(File, Descriptor, bForceEnabled || IsWanted(Name, Descriptor.bEnabledByDefault)));
+	}
+
+	/** What the project says, or else the plugin itself. */
+	static bool IsWanted(const FString& Name, bool bByDefault)
+	{
 		const FProjectDescriptor* Project = IProjectManager::Get().GetCurrentProject();
 		const bool* bWanted = Project ? Project->PluginsEnabled.Find(Name) : nullptr;
-		const bool bEnabled = bForceEnabled || (bWanted ? *bWanted : Descriptor.bEnabledByDefault);
-		const TSharedRef<IPlugin> Plugin = MakeShared<FPlugin>(File, Descriptor, bEnabled);
-		Plugins.Add(Plugin);
-		if (bEnabled)
+		return bWanted ? *bWanted : bByDefault;
+	}
+
+	void AddBuiltInPlugins()
+	{
+		for (const TCHAR* Name : BuiltInPlugins)
 		{
-			AnnounceLibraries(*Plugin);
+			if (FModuleManager::Get().ModuleExists(Name))
+			{
+				FPluginDescriptor Descriptor;
+				Descriptor.FriendlyName = Name;
+				FModuleDescriptor& Module = Descriptor.Modules.AddDefaulted_GetRef();
+				Module.Name = Name;
+				Module.Type = EHostType::UncookedOnly;
+				Module.LoadingPhase = ELoadingPhase::PreDefault;
+				Plugins.Add(MakeShared<FPlugin>(Name, Descriptor, IsWanted(Name, true)));
+			}
 		}
 	}
 
-	TArray<TSharedRef<IPlugin>> Plugins;
+	/** Disables a plugin that needs another one which is not there. False when all have what they need. */
+	bool DisableWhatMissesAnother()
+	{
+		for (const TSharedRef<FPlugin>& Plugin : Plugins)
+		{
+			for (const FPluginReferenceDescriptor& Needed : Plugin->GetDescriptor().Plugins)
+			{
+				if (Plugin->IsEnabled() && Needed.bEnabled && !Needed.bOptional && !FindPlugin(Needed.Name))
+				{
+					UE_LOG(LogPluginManager, Error,
+						TEXT("Plugin '%s' left out: it needs the plugin '%s', which is not there"), *Plugin->GetName(),
+						*Needed.Name);
+					Plugin->Disable();
+					return true;
+				}
+			}
+		}
+		return false;
+	}
+
+	TArray<TSharedRef<FPlugin>> Plugins;
 	bool bDiscovered = false;
 };
 }

@@ -2,6 +2,14 @@
 
 #include "ModuleDescriptor.h"
 
+/** A plugin that another one names in its descriptor. */
+struct FPluginReferenceDescriptor
+{
+	FString Name;
+	bool bEnabled = false;
+	bool bOptional = false; // does without it
+};
+
 /** The content of a .uplugin file. */
 struct FPluginDescriptor
 {
@@ -12,6 +20,7 @@ struct FPluginDescriptor
 	FString Category;
 	FString CreatedBy;
 	TArray<FModuleDescriptor> Modules;
+	TArray<FPluginReferenceDescriptor> Plugins;
 	bool bCanContainContent = false;
 	bool bEnabledByDefault = true;
 

@@ -2,6 +2,7 @@
 #include "Interfaces/IPluginManager.h"
 #include "Interfaces/IProjectManager.h"
 #include "Misc/FileHelper.h"
+#include "Modules/ModuleManager.h"
 #include "ScratchDirectory.h"
 
 #include <gtest/gtest.h>
@@ -44,6 +45,45 @@ TEST_F(FPluginManagerTest, FindsWhatTheProjectHasAndHidesWhatItTurnsOff)
 	{
 		EXPECT_FALSE(IPluginManager::Get().FindPlugin(Absent).IsValid()) << TCHAR_TO_UTF8(Absent);
 	}
+}
+
+TEST_F(FPluginManagerTest, APluginIsLeftOutWithoutThePluginsThatItNeeds)
+{
+	struct FCase
+	{
+		const TCHAR* Reference;
+		bool bFound;
+	};
+	const FCase Cases[] = {
+		{ TEXT("\"Name\":\"Gone\",\"Enabled\":true"), false },
+		{ TEXT("\"Name\":\"Gone\",\"Enabled\":false"), true },
+		{ TEXT("\"Name\":\"Gone\",\"Enabled\":true,\"Optional\":true"), true },
+		{ TEXT("\"Name\":\"There\",\"Enabled\":true"), true },
+		{ TEXT("\"Name\":\"TurnedOff\",\"Enabled\":true"), false },
+		// A module that is loaded is no plugin for that.
+		{ TEXT("\"Name\":\"BuiltInTest\",\"Enabled\":true"), false },
+		{ TEXT("\"Name\":\"PythonScriptPlugin\",\"Enabled\":true"), true },
+	};
+	const auto MakeModule = []() -> IModuleInterface* { return new FDefaultModuleImpl; };
+	FModuleManager::Get().RegisterStaticallyLinkedModule(TEXT("BuiltInTest"), MakeModule);
+	FModuleManager::Get().RegisterStaticallyLinkedModule(TEXT("PythonScriptPlugin"), MakeModule);
+	Write(TEXT("Plugins/There/There.uplugin"), TEXT("{\"FileVersion\":3}"));
+	Write(TEXT("Plugins/TurnedOff/TurnedOff.uplugin"), TEXT("{\"FileVersion\":3,\"EnabledByDefault\":false}"));
+	Write(TEXT("Plugins/After/After.uplugin"),
+		TEXT("{\"FileVersion\":3,\"Plugins\":[{\"Name\":\"Needs\",\"Enabled\":true}]}"));
+	for (const FCase& Case : Cases)
+	{
+		const FString Text = FString::Printf(TEXT("{\"FileVersion\":3,\"Plugins\":[{%s}]}"), Case.Reference);
+		Write(TEXT("Plugins/Needs/Needs.uplugin"), *Text);
+		OpenProject(TEXT("{\"FileVersion\":3}"));
+		EXPECT_EQ(IPluginManager::Get().FindPlugin(TEXT("Needs")).IsValid(), Case.bFound)
+			<< TCHAR_TO_UTF8(Case.Reference);
+		EXPECT_EQ(IPluginManager::Get().FindPlugin(TEXT("After")).IsValid(), Case.bFound);
+	}
+	EXPECT_TRUE(IPluginManager::Get().LoadModulesForEnabledPlugins(ELoadingPhase::PreDefault));
+	EXPECT_TRUE(FModuleManager::Get().IsModuleLoaded(TEXT("PythonScriptPlugin")));
+	OpenProject(TEXT("{\"FileVersion\":3,\"Plugins\":[{\"Name\":\"PythonScriptPlugin\",\"Enabled\":false}]}"));
+	EXPECT_FALSE(IPluginManager::Get().FindPlugin("PythonScriptPlugin").IsValid());
 }
 
 TEST_F(FPluginManagerTest, ABrokenProjectIsNamedWithItsReason)

@@ -1,11 +1,13 @@
 #include "Kestrel.h"
 
 #include "Agent/Agent.h"
+#include "Agent/CompilationManager.h"
 #include "Agent/HTTPAPI.h"
 #include "Framework/Commands/UICommandList.h"
 #include "Framework/Docking/TabManager.h"
 #include "ISettingsModule.h"
 #include "KestrelCommands.h"
+#include "KestrelLog.h"
 #include "KestrelSettings.h"
 #include "KestrelStage.h"
 #include "Misc/Paths.h"
@@ -23,6 +25,8 @@
 #endif
 
 #define LOCTEXT_NAMESPACE "FKestrelModule"
+
+DEFINE_LOG_CATEGORY(LogKestrel);
 
 static const FName KestrelTabName("Kestrel");
 
@@ -65,6 +69,7 @@ void FKestrelModule::ShutdownModule()
 	FKestrelStyle::Shutdown();
 	// The HTTP module outlives this one and would call back into it.
 	FHTTPAPI::Get().AbandonRequests();
+	FCompilationManager::Shutdown();
 	FKestrelCommands::Unregister();
 	// Unregistering leaves an open tab alone, and its widget is this module's code.
 	if (const TSharedPtr<SDockTab> OpenTab = FGlobalTabmanager::Get()->FindExistingLiveTab(KestrelTabName))

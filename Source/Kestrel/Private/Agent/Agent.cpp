@@ -1,5 +1,6 @@
 #include "Agent/Agent.h"
 
+#include "Agent/CompilationManager.h"
 #include "Agent/HTTPAPI.h"
 #include "Agent/JsonText.h"
 #include "Dom/JsonObject.h"
@@ -53,6 +54,8 @@ FAgent::FAgent()
 	Backend.OnPollStatusRequestCompleted.BindRaw(this, &FAgent::HandlePollStatusRequestCompleted);
 	Backend.OnPollStatusRequestFailed.BindRaw(this, &FAgent::HandlePollStatusRequestFailed);
 	Backend.OnPollStatusRequestProcessing.BindRaw(this, &FAgent::HandlePollStatusRequestProcessing);
+	CompileFinishedHandle =
+		FCompilationManager::OnCompileFinished().AddRaw(this, &FAgent::OnCompilationFinished);
 }
 
 FAgent::~FAgent()
@@ -64,6 +67,7 @@ FAgent::~FAgent()
 	Backend.OnPollStatusRequestCompleted.Unbind();
 	Backend.OnPollStatusRequestFailed.Unbind();
 	Backend.OnPollStatusRequestProcessing.Unbind();
+	FCompilationManager::OnCompileFinished().Remove(CompileFinishedHandle);
 }
 
 void FAgent::Initialize()

@@ -1,10 +1,7 @@
 #include "Agent/Agent.h"
 #include "Agent/FileUtils.h"
+#include "Agent/ToolInput.h"
 #include "Dom/JsonObject.h"
-#include "Dom/JsonValue.h"
-#include "GenericPlatform/GenericPlatformFile.h"
-#include "HAL/PlatformFileManager.h"
-#include "Misc/Paths.h"
 #include "Widget/KestrelInterface.h"
 
 /** A tool as the service names it. */
@@ -12,7 +9,26 @@ struct FAgent::FTool
 {
 	const TCHAR* WireName;
 	FString (FAgent::*Use)(const FString& Id, const FJsonObject& Input);
+	/** The result comes by itself when the work is done, which takes longer than the call. */
+	bool bAnswersLater = false;
 };
+
+bool KestrelTools::ReadFields(const FJsonObject& Input, std::initializer_list<FField> Fields)
+{
+	for (const FField& Field : Fields)
+	{
+		if (!Input.TryGetStringField(Field.Name, Field.Text))
+		{
+			return false;
+		}
+	}
+	return true;
+}
+
+void KestrelTools::ShowStatus(const TCHAR* Text)
+{
+	FKestrelInterface::Get().AddOwnStatusMessage(Text);
+}
 
 namespace AgentTools
 {
@@ -32,46 +48,13 @@ TSharedRef<FJsonObject> MakeResult(const FString& ToolUseId, const FString& Cont
 	Result->SetStringField(TEXT("content"), Content);
 	return Result;
 }
-
-/** The lines that a "view_range" asks for, counted from 1. */
-struct FViewRange
-{
-	int32 StartLine = 1;
-	int32 EndLine = -1;
-};
-
-/** The element as a whole number, its fraction cut off; what does not fit becomes the nearest that does. */
-bool ReadLineNumber(const TSharedPtr<FJsonValue>& Value, int32& OutLine)
-{
-	double Number = 0.0;
-	if (!Value.IsValid() || !Value->TryGetNumber(Number))
-	{
-		return false;
-	}
-	OutLine = static_cast<int32>(FMath::Clamp(Number, static_cast<double>(MIN_int32), static_cast<double>(MAX_int32)));
-	return true;
 }
 
-/** The first two elements; what follows them is no reason to read nothing. */
-bool ReadViewRange(const TArray<TSharedPtr<FJsonValue>>& Values, FViewRange& OutRange)
+void FAgent::AddToolResult(const FString& ToolUseId, const FString& Content, bool bIsError)
 {
-	return Values.Num() >= 2 && ReadLineNumber(Values[0], OutRange.StartLine) &&
-		   ReadLineNumber(Values[1], OutRange.EndLine);
-}
-
-/** The file that "read_file" means, empty when there is none: a bare name may also lie in the project's Source. */
-FString FindFileToRead(const FString& Path)
-{
-	IPlatformFile& Files = FPlatformFileManager::Get().GetPlatformFile();
-	const FString FullPath = FFileUtils::ToAbsolutePath(Path);
-	if (Files.FileExists(*FullPath))
-	{
-		return FullPath;
-	}
-	FString InSource = FFileUtils::ToAbsolutePath(TEXT("Source") / FPaths::GetCleanFilename(FullPath));
-	FPaths::NormalizeFilename(InSource);
-	return Files.FileExists(*InSource) ? InSource : FString();
-}
+	const TSharedRef<FJsonObject> Result = AgentTools::MakeResult(ToolUseId, Content);
+	Result->SetBoolField(TEXT("is_error"), bIsError);
+	AddToolResult(Result);
 }
 
 void FAgent::HandleResponseToolUse(const TSharedPtr<FJsonObject>& Block)
@@ -82,9 +65,13 @@ void FAgent::HandleResponseToolUse(const TSharedPtr<FJsonObject>& Block)
 	const bool bHasInput = Block->TryGetObjectField(TEXT("input"), Input);
 
 	const FString Text = UseTool(Name, Id, bHasInput ? *Input : nullptr);
-	const TSharedRef<FJsonObject> Result = AgentTools::MakeResult(Id, Text);
-	Result->SetBoolField(TEXT("is_error"), Text.StartsWith(TEXT("Error:"), ESearchCase::IgnoreCase));
-	AddToolResult(Result);
+	const bool bIsError = FFileUtils::IsError(Text);
+	const FTool* Tool = FindTool(Name);
+	// A tool that did not even begin has nothing to answer later.
+	if (!Tool || !Tool->bAnswersLater || bIsError)
+	{
+		AddToolResult(Id, Text, bIsError);
+	}
 }
 
 void FAgent::HandlePauseToolUse(const TSharedPtr<FJsonObject>& Block)
@@ -99,8 +86,18 @@ const FAgent::FTool* FAgent::FindTool(const FString& Name)
 {
 	static const FTool Tools[] = {
 		{ TEXT("finish"), &FAgent::UseFinishTool },
+		{ TEXT("compile"), &FAgent::UseCompileTool, true },
+		{ TEXT("execute_unreal_engine_api_python_script"), &FAgent::UseExecutePythonTool },
+		{ TEXT("create_file"), &FAgent::UseCreateFileTool },
+		{ TEXT("create_cpp_file"), &FAgent::UseCreateOrReplaceCPPTool },
+		{ TEXT("update_and_replace_cpp_file"), &FAgent::UseUpdateAndReplaceCPPTool },
+		{ TEXT("update_file"), &FAgent::UseUpdateFileTool },
+		{ TEXT("insert_into_file"), &FAgent::UseInsertIntoFileTool },
+		{ TEXT("delete_file"), &FAgent::UseDeleteFileTool },
+		{ TEXT("delete_cpp_file"), &FAgent::UseDeleteCPPTool },
 		{ TEXT("read_file"), &FAgent::UseReadTool },
 		{ TEXT("get_filesystem_tree"), &FAgent::UseGetFileSystemTool },
+		{ TEXT("find_reference_in_all_files"), &FAgent::UseFindReferenceInAllFilesTool },
 	};
 	for (const FTool& Tool : Tools)
 	{
@@ -120,49 +117,4 @@ FString FAgent::UseTool(const FString& Name, const FString& Id, const TSharedPtr
 	}
 	const FTool* Tool = FindTool(Name);
 	return Tool ? (this->*Tool->Use)(Id, *Input) : FString::Printf(TEXT("Error: Unknown tool '%s'"), *Name);
-}
-
-FString FAgent::UseFinishTool(const FString& Id, const FJsonObject& Input)
-{
-	SetAgentState(EAgentState::AwaitingUpdate, nullptr);
-	return TEXT("Finished");
-}
-
-FString FAgent::UseReadTool(const FString& Id, const FJsonObject& Input)
-{
-	FString Path;
-	if (!Input.TryGetStringField(TEXT("path"), Path))
-	{
-		return TEXT("Error: Missing required path field");
-	}
-	FKestrelInterface::Get().AddOwnStatusMessage(TEXT("Reading File..."));
-
-	const TArray<TSharedPtr<FJsonValue>>* ViewRange = nullptr;
-	const bool bHasViewRange = Input.TryGetArrayField(TEXT("view_range"), ViewRange);
-	AgentTools::FViewRange Range;
-	if (bHasViewRange && !AgentTools::ReadViewRange(*ViewRange, Range))
-	{
-		return TEXT("Error: view_range must be an array of two numbers");
-	}
-	const FString FullPath = AgentTools::FindFileToRead(Path);
-	if (FullPath.IsEmpty())
-	{
-		return TEXT("Error: File not found");
-	}
-	return bHasViewRange ? FFileUtils::ReadFileLineRange(FullPath, Range.StartLine, Range.EndLine)
-						 : FFileUtils::ReadFile(FullPath);
-}
-
-FString FAgent::UseGetFileSystemTool(const FString& Id, const FJsonObject& Input)
-{
-	FString DirPath;
-	if (!Input.TryGetStringField(TEXT("dir_path"), DirPath))
-	{
-		return TEXT("Error: Missing dir_path field");
-	}
-	// Joined, not made absolute: the names of the folders that the project itself lies in must not exclude it.
-	// "/" is the project's own root then, and not the machine's.
-	FString Folder = FPaths::ProjectDir() / DirPath;
-	FPaths::NormalizeFilename(Folder);
-	return FFileUtils::GetSubDirectoryStructureAsJsonObject(Folder);
 }

@@ -9,10 +9,14 @@ class FJsonObject;
 bool IsDirectoryExcluded(const FString& Path, const TArray<FString>& ExcludedDirs);
 
 /**
- * Reads text files of the project and pictures its folders.
+ * Reads and edits text files of the project and pictures its folders.
  *
  * A path is relative to the project directory or absolute. Every call works at once, on the game thread, and answers
  * with one text: the result, or a text that begins with "Error: " and names the file.
+ *
+ * A rewrite deletes the file and writes it anew. A copy is kept under the project's Saved folder meanwhile
+ * (FFileRescue), and put back when the write fails. Revision control is told of each change, and never decides whether
+ * it is made.
  */
 class FFileUtils
 {
@@ -31,6 +35,54 @@ public:
 	 * @return the lines joined by "\n", with none after the last
 	 */
 	static FString ReadFileLineRange(const FString& Path, int32 StartLine, int32 EndLine);
+
+	/**
+	 * Writes a new file, with the folders that it needs; one that is there is overwritten. Text beyond ASCII makes it
+	 * UTF-16 with a mark, by the engine's automatic choice.
+	 */
+	static FString CreateNewFileWithContent(const FString& Path, const FString& Content);
+
+	/**
+	 * Replaces every occurrence of a text, with regard to case. When it does not occur as given, it is tried in the
+	 * file's own style: line ends as the file has them and four blanks for a tab (or the reverse), first both, then
+	 * each alone. The new text goes in as given. Writes UTF-8 without a mark.
+	 *
+	 * @param OutContentBefore  the whole text as it was, once it could be read
+	 * @param OutContentAfter   the whole text as it is now, when anything was replaced
+	 * @return the count of replacements in words; an error, with the file left as it was, when there are none, or when
+	 *         the file holds bytes that are no text and would be lost
+	 */
+	static FString UpdateFile(const FString& Path, const FString& OldString, const FString& NewString,
+		FString& OutContentBefore, FString& OutContentAfter);
+
+	/**
+	 * Inserts a text as a line of its own. All lines end as the platform's do afterwards.
+	 *
+	 * @param LineIndex  how many lines stay above it: 0 is the top; kept within 0 and the number of lines
+	 */
+	static FString InsertIntoFile(const FString& Path, int32 LineIndex, const FString& Text);
+
+	/** Replaces one line, counted from 1. A number out of range, or any failure, changes nothing and says nothing. */
+	static void ReplaceLineInFile(const FString& Path, int32 LineNumber, const FString& NewLine);
+
+	/** Replaces the whole text of a file that exists. Writes UTF-8 without a mark. */
+	static FString ReplaceFile(const FString& Path, const FString& NewContent);
+
+	/** Deletes a file, in revision control too. */
+	static FString DeleteFile(const FString& Path);
+
+	/** Whether a result text is a failure: it begins with "Error:" in any letter case. */
+	static bool IsError(const FString& ResultText);
+
+	// Revision control, through the editor's provider. Each answers with a report for the log, whatever it could do.
+	static FString AddNewFileToSourceControl(const FString& Path);
+	static FString CheckoutFileFromSourceControl(const FString& Path);
+	/**
+	 * A provider's removal deletes the file as well.
+	 *
+	 * @param bSilent  keeps a failure out of the log
+	 */
+	static FString RemoveFileFromSourceControl(const FString& Path, bool bSilent);
 
 	/**
 	 * A folder as a JSON object: each kept file a member with "#" as its value, each kept folder an object of its own.

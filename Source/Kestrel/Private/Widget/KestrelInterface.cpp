@@ -1,6 +1,7 @@
 #include "Widget/KestrelInterface.h"
 
 #include "Agent/Agent.h"
+#include "Agent/FileRescue.h"
 #include "GenericPlatform/GenericPlatformFile.h"
 #include "HAL/FileManager.h"
 #include "HAL/PlatformFileManager.h"
@@ -33,6 +34,7 @@ void FKestrelInterface::Initialize()
 	LogDirectory =
 		FPaths::ConvertRelativePathToFull(FPaths::ProjectPluginsDir() / TEXT("kestrel-unreal") / TEXT("Logs"));
 	EnsureLogDirectoryExists();
+	CollectRescueNotices();
 
 	constexpr int32 DaysKept = 30;
 	switch (GetDefault<UKestrelSettings>()->LogRetentionPolicy)
@@ -160,6 +162,74 @@ void FKestrelInterface::PauseRequest()
 void FKestrelInterface::Continue(FString Message)
 {
 	FAgent::Get().Continue(Message);
+}
+
+void FKestrelInterface::UndoLastOperation()
+{
+	AddOwnStatusMessage(TEXT("Undoing Last Changes..."));
+	FAgent& Agent = FAgent::Get();
+	const FString Id = Agent.GetUndoConversationID();
+	if (FFileHistory::Get().UndoAllChanges(Id))
+	{
+		Agent.TriggerCompilationWithMessages(TEXT("Undo"), Agent.GetStoredMessages());
+	}
+	const bool bAllDone = ReportLeftChanges(FFileHistory::Get().GetFileHistories().Find(Id));
+	Agent.SetRedoConversationID(Id);
+	Agent.SetUndoConversationID(bAllDone ? FString() : Id);
+}
+
+void FKestrelInterface::RedoLastOperation()
+{
+	AddOwnStatusMessage(TEXT("Redoing Last Changes..."));
+	FAgent& Agent = FAgent::Get();
+	const FString Id = Agent.GetRedoConversationID();
+	if (FFileHistory::Get().RedoAllChanges(Id))
+	{
+		Agent.TriggerCompilationWithMessages(TEXT("Redo"), Agent.GetStoredMessages());
+	}
+	const bool bAllDone = ReportLeftChanges(FFileHistory::Get().GetRedoHistories().Find(Id));
+	Agent.SetUndoConversationID(Id);
+	Agent.SetRedoConversationID(bAllDone ? FString() : Id);
+}
+
+bool FKestrelInterface::ReportLeftChanges(const FFileHistory::FFileEntries* Left) const
+{
+	if (!Left)
+	{
+		return true;
+	}
+	for (const auto& Pair : *Left)
+	{
+		AddOwnStatusMessage(FString::Printf(TEXT("This file could not be written: %s"), *Pair.Key));
+	}
+	return false;
+}
+
+bool FKestrelInterface::CanUndo() const
+{
+	const FString& Id = FAgent::Get().GetUndoConversationID();
+	return !Id.IsEmpty() && FFileHistory::Get().GetFileHistories().Contains(Id);
+}
+
+bool FKestrelInterface::CanRedo() const
+{
+	const FString& Id = FAgent::Get().GetRedoConversationID();
+	return !Id.IsEmpty() && FFileHistory::Get().GetRedoHistories().Contains(Id);
+}
+
+void FKestrelInterface::CollectRescueNotices()
+{
+	for (const FFileRescue::FLeftCopy& Left : FFileRescue::FindLeftCopies())
+	{
+		Notices.Add(FString::Printf(TEXT("The editor ended while a file was being written: %s\nIts text from before is "
+										 "kept, and nothing was overwritten with it: %s"),
+			*Left.Original, *Left.Copy));
+	}
+}
+
+TArray<FString> FKestrelInterface::TakeNotices()
+{
+	return MoveTemp(Notices);
 }
 
 void FKestrelInterface::OnAddStatusMessage(

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Agent/FileHistory.h"
 #include "CoreMinimal.h"
 
 DECLARE_DELEGATE_FourParams(FOnAddStatusMessageDelegate, const FString& /*Message*/, const FLinearColor& /*Color*/,
@@ -46,6 +47,19 @@ public:
 	void PauseRequest();
 	void Continue(FString Message);
 
+	/**
+	 * Takes back what the last conversation has changed, and compiles if that were files. Changes that cannot be taken
+	 * back can be tried again.
+	 */
+	void UndoLastOperation();
+	/** Makes again what was taken back last; files only. */
+	void RedoLastOperation();
+	bool CanUndo() const;
+	bool CanRedo() const;
+
+	/** What was noticed before a panel could show it; told once. */
+	TArray<FString> TakeNotices();
+
 	void OnAddStatusMessage(
 		const FString& Message, const FLinearColor& Color, const FName& FontStyle, float FontSize) const;
 	/** A status line of the plugin's own: what it is doing, in small italics. */
@@ -72,6 +86,12 @@ private:
 	FKestrelInterface() = default;
 	UE_NONCOPYABLE(FKestrelInterface)
 
+	/** Names the files whose changes are still there after an undo or redo. @return true when there are none */
+	bool ReportLeftChanges(const FFileHistory::FFileEntries* Left) const;
+	/** Copies of files that an editor which ended while it was writing has left behind. */
+	void CollectRescueNotices();
+
 	FString LogDirectory; // absolute
+	TArray<FString> Notices;
 	bool bInitialized = false;
 };

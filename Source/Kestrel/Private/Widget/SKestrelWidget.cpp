@@ -110,12 +110,19 @@ void SKestrelWidget::Construct(const FArguments& InArgs)
 
 	FKestrelInterface::Get().StatusMessageDelegate.BindSP(this, &SKestrelWidget::OnAddStatusMessage);
 	const FText Welcome = LOCTEXT("Welcome",
-		"I know the files of this project and can read them. Type what you want below and press Enter, for instance:\n"
+		"I know the files of this project: I can read, search and change them, compile the game and run Python scripts. "
+		"Type what you want below and press Enter, for instance:\n"
 		"  - list the files in Source\n"
 		"  - read Config/DefaultEngine.ini\n"
-		"Before I use a tool I ask: press Approve to let me, or write what I should do instead.");
+		"  - find Health\n"
+		"Before I use a tool I ask: press Approve to let me, or write what I should do instead. "
+		"Undo takes back all that a conversation has changed.");
 	AddBlock(FString(TEXT(" [ Kestrel ] \n\n")) + Welcome.ToString(), FKestrelInterface::AssistantColor,
 		FKestrelInterface::RegularFontName, FKestrelInterface::AssistantFontSize);
+	for (const FString& Notice : FKestrelInterface::Get().TakeNotices())
+	{
+		FKestrelInterface::Get().AddOwnStatusMessage(Notice);
+	}
 }
 
 SKestrelWidget::~SKestrelWidget() = default;
@@ -186,6 +193,26 @@ TSharedRef<SWidget> SKestrelWidget::MakeButtonRow()
 			.IsEnabled(this, &SKestrelWidget::IsApproveButtonEnabled)
 			.Visibility(this, &SKestrelWidget::UpdateApproveButton)
 			.OnClicked(this, &SKestrelWidget::OnApproveButtonClicked)
+		]
+		+ SHorizontalBox::Slot()
+		.AutoWidth()
+		.Padding(0.0f, 0.0f, 4.0f, 0.0f)
+		[
+			SAssignNew(UndoButton, SButton)
+			.Text(LOCTEXT("Undo", "Undo"))
+			.ToolTipText(LOCTEXT("UndoToolTip", "Take back all that the last conversation has changed"))
+			.IsEnabled(this, &SKestrelWidget::IsUndoButtonEnabled)
+			.OnClicked(this, &SKestrelWidget::OnUndoClicked)
+		]
+		+ SHorizontalBox::Slot()
+		.AutoWidth()
+		.Padding(0.0f, 0.0f, 4.0f, 0.0f)
+		[
+			SAssignNew(RedoButton, SButton)
+			.Text(LOCTEXT("Redo", "Redo"))
+			.ToolTipText(LOCTEXT("RedoToolTip", "Change the files again as they were before Undo"))
+			.IsEnabled(this, &SKestrelWidget::IsRedoButtonEnabled)
+			.OnClicked(this, &SKestrelWidget::OnRedoClicked)
 		]
 		+ SHorizontalBox::Slot()
 		.FillWidth(1.0f)
@@ -365,6 +392,16 @@ bool SKestrelWidget::IsEndButtonEnabled() const
 	return KestrelWidget::GetState() != EAgentState::Idle;
 }
 
+bool SKestrelWidget::IsUndoButtonEnabled() const
+{
+	return FKestrelInterface::Get().CanUndo();
+}
+
+bool SKestrelWidget::IsRedoButtonEnabled() const
+{
+	return FKestrelInterface::Get().CanRedo();
+}
+
 FReply SKestrelWidget::HandledWithFocusOnPrompt() const
 {
 	return FReply::Handled().SetUserFocus(PromptBox.ToSharedRef(), EFocusCause::SetDirectly);
@@ -405,6 +442,18 @@ FReply SKestrelWidget::OnApproveButtonClicked()
 {
 	FKestrelInterface::Get().Approve();
 	FKestrelInterface::Get().Continue(FString());
+	return HandledWithFocusOnPrompt();
+}
+
+FReply SKestrelWidget::OnUndoClicked()
+{
+	FKestrelInterface::Get().UndoLastOperation();
+	return HandledWithFocusOnPrompt();
+}
+
+FReply SKestrelWidget::OnRedoClicked()
+{
+	FKestrelInterface::Get().RedoLastOperation();
 	return HandledWithFocusOnPrompt();
 }
 

@@ -41,6 +41,8 @@ public:
 	FReply OnContinueButtonClicked();
 	FReply OnPauseButtonClicked();
 	FReply OnApproveButtonClicked();
+	FReply OnUndoClicked();
+	FReply OnRedoClicked();
 	FReply OnRequestEndButtonClicked();
 
 	// What the buttons show of the agent's state.
@@ -51,6 +53,8 @@ public:
 	EVisibility UpdateApproveButton() const;
 	bool IsApproveButtonEnabled() const;
 	bool IsEndButtonEnabled() const;
+	bool IsUndoButtonEnabled() const;
+	bool IsRedoButtonEnabled() const;
 
 private:
 	TSharedRef<SWidget> MakePromptBox();
@@ -82,6 +86,8 @@ private:
 	TSharedPtr<SButton> ContinueButton;
 	TSharedPtr<SButton> PauseButton;
 	TSharedPtr<SButton> ApproveButton;
+	TSharedPtr<SButton> UndoButton;
+	TSharedPtr<SButton> RedoButton;
 	TSharedPtr<SButton> EndButton;
 
 	TSharedPtr<SMultiLineEditableText> AnimatedText;

@@ -68,6 +68,7 @@ public:
 	const TSharedPtr<FJsonObject>& GetStoredJsonBody() const { return StoredJsonBody; }
 	/** The results that wait to be sent: a "tool_result" block each. */
 	void AddToolResult(const TSharedPtr<FJsonObject>& Result);
+	void AddToolResult(const FString& ToolUseId, const FString& Content, bool bIsError);
 	const TArray<TSharedPtr<FJsonValue>>& GetToolResults() const { return ToolResults; }
 	void ClearToolResults() { ToolResults.Empty(); }
 	/** The "tool_use" blocks that wait for the user. */
@@ -79,6 +80,15 @@ public:
 	void HandlePauseToolUse(const TSharedPtr<FJsonObject>& Block);
 	/** @return the tool's result; a text that begins with "Error:" in any letter case is a failure */
 	FString UseTool(const FString& Name, const FString& Id, const TSharedPtr<FJsonObject>& Input);
+
+	/**
+	 * Compiles the game in the background. The result is told by OnCompilationFinished under the id of the tool use, or
+	 * under another label when it was not a tool that asked.
+	 */
+	void TriggerCompilationWithMessages(const FString& ToolId, const TArray<TSharedPtr<FJsonObject>>& Messages);
+	/** Keeps the result of a compile for the next request, and shows how it went. */
+	void OnCompilationFinished(const TArray<TSharedPtr<FJsonObject>>& Messages, const FString& ToolId,
+		const FString& Logs, bool bSuccess);
 
 	// What the backend client reports.
 	void HandleRegularRequest(const FString& Text, const FLinearColor& Color, const FName& FontStyle, float FontSize);
@@ -114,8 +124,20 @@ private:
 
 	static const FTool* FindTool(const FString& Name);
 	FString UseFinishTool(const FString& Id, const FJsonObject& Input);
+	FString UseCompileTool(const FString& Id, const FJsonObject& Input);
+	FString UseExecutePythonTool(const FString& Id, const FJsonObject& Input);
+	FString UseCreateFileTool(const FString& Id, const FJsonObject& Input);
+	/** To create a file that exists means to replace it. */
+	FString UseCreateOrReplaceCPPTool(const FString& Id, const FJsonObject& Input);
+	FString UseCreateCPPTool(const FString& Id, const FJsonObject& Input);
+	FString UseUpdateAndReplaceCPPTool(const FString& Id, const FJsonObject& Input);
+	FString UseUpdateFileTool(const FString& Id, const FJsonObject& Input);
+	FString UseInsertIntoFileTool(const FString& Id, const FJsonObject& Input);
+	FString UseDeleteFileTool(const FString& Id, const FJsonObject& Input);
+	FString UseDeleteCPPTool(const FString& Id, const FJsonObject& Input);
 	FString UseReadTool(const FString& Id, const FJsonObject& Input);
 	FString UseGetFileSystemTool(const FString& Id, const FJsonObject& Input);
+	FString UseFindReferenceInAllFilesTool(const FString& Id, const FJsonObject& Input);
 
 	EAgentState State = EAgentState::None;
 	bool bPaused = false;
@@ -128,4 +150,5 @@ private:
 	TArray<TSharedPtr<FJsonValue>> ToolResults;
 	TArray<TSharedPtr<FJsonObject>> PendingToolUses;
 	FSimpleMulticastDelegate StateChanged;
+	FDelegateHandle CompileFinishedHandle;
 };

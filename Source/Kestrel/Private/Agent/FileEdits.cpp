@@ -1,0 +1,250 @@
+#include "Agent/FileRescue.h"
+#include "Agent/FileUtils.h"
+#include "Agent/TextFile.h"
+#include "GenericPlatform/GenericPlatformFile.h"
+#include "HAL/PlatformFileManager.h"
+#include "Misc/FileHelper.h"
+#include "Misc/Paths.h"
+
+namespace FileEdits
+{
+using EEncoding = FFileHelper::EEncodingOptions;
+
+constexpr EEncoding Utf8 = EEncoding::ForceUTF8WithoutBOM;
+const TCHAR* const TabAsBlanks = TEXT("    ");
+
+FString Error(const TCHAR* What, const FString& FullPath)
+{
+	return FString::Printf(TEXT("Error: %s: %s"), What, *FullPath);
+}
+
+/** Checks that a file can be edited as text. @return an error, empty when all is well */
+FString LoadForEdit(const FString& FullPath, FString& OutText)
+{
+	if (!FPaths::FileExists(FullPath))
+	{
+		return Error(TEXT("File does not exist"), FullPath);
+	}
+	TArray<uint8> Bytes;
+	switch (KestrelTextFile::Load(FullPath, OutText, Bytes))
+	{
+	case KestrelTextFile::EContent::Unreadable:
+		return Error(TEXT("Failed to read file"), FullPath);
+	case KestrelTextFile::EContent::Binary:
+		return Error(TEXT("File holds bytes that are no text, and editing would lose them"), FullPath);
+	default:
+		return FString();
+	}
+}
+
+/**
+ * Deletes the file and lets Write make it anew; when that fails, the file is put back.
+ *
+ * @param WriteError  what a failed write is called
+ * @return an error, empty when all is well
+ */
+FString Rewrite(const FString& FullPath, const TCHAR* WriteError, TFunctionRef<bool()> Write)
+{
+	FFileRescue Rescue(FullPath);
+	if (!Rescue.IsKept())
+	{
+		return Error(TEXT("No copy could be kept, so the file was left as it is"), FullPath);
+	}
+	if (!FPlatformFileManager::Get().GetPlatformFile().DeleteFile(*FullPath))
+	{
+		return Error(TEXT("Failed to delete existing file"), FullPath);
+	}
+	if (!Write())
+	{
+		Rescue.PutBack();
+		return Error(WriteError, FullPath);
+	}
+	return FString();
+}
+
+FString RewriteText(const FString& FullPath, const FString& Text)
+{
+	return Rewrite(FullPath, TEXT("Failed to write new content to file"),
+		[&]() { return FFileHelper::SaveStringToFile(Text, *FullPath, Utf8); });
+}
+
+FString RewriteLines(const FString& FullPath, const TArray<FString>& Lines)
+{
+	return Rewrite(FullPath, TEXT("Failed to write modified content to file"),
+		[&]() { return FFileHelper::SaveStringArrayToFile(Lines, *FullPath); });
+}
+
+FString ReplaceAll(const FString& Text, const TCHAR* From, const TCHAR* To)
+{
+	return Text.Replace(From, To, ESearchCase::CaseSensitive);
+}
+
+bool Holds(const FString& Text, const TCHAR* Part)
+{
+	return Text.Contains(Part, ESearchCase::CaseSensitive);
+}
+
+/** The text without the differences that an old string may have to the file. */
+FString Normalize(const FString& Text)
+{
+	return ReplaceAll(ReplaceAll(Text, TEXT("\r\n"), TEXT("\n")), TEXT("\t"), TabAsBlanks);
+}
+
+bool HoldsNormalized(const FString& Text, const FString& OldString)
+{
+	// Copies of a large file take their time. An exact match says the same, unless it ends in the middle of a "\r\n".
+	if (!OldString.EndsWith(TEXT("\r")) && Holds(Text, *OldString))
+	{
+		return true;
+	}
+	return Holds(Normalize(Text), *Normalize(OldString));
+}
+
+FString AdaptLineEnds(const FString& OldString, const FString& Text)
+{
+	return Holds(Text, TEXT("\r\n")) ? ReplaceAll(OldString, TEXT("\n"), TEXT("\r\n"))
+									 : ReplaceAll(OldString, TEXT("\r\n"), TEXT("\n"));
+}
+
+FString AdaptTabs(const FString& OldString, const FString& Text)
+{
+	return Holds(Text, TEXT("\t")) ? ReplaceAll(OldString, TabAsBlanks, TEXT("\t"))
+								   : ReplaceAll(OldString, TEXT("\t"), TabAsBlanks);
+}
+
+/** @return the count of replacements made in Text */
+int32 ReplaceTolerantly(FString& Text, const FString& OldString, const FString& NewString)
+{
+	const auto Replace = [&Text, &NewString](const FString& Old) {
+		return Text.ReplaceInline(*Old, *NewString, ESearchCase::CaseSensitive);
+	};
+	if (Holds(Text, *OldString))
+	{
+		return Replace(OldString);
+	}
+	int32 Count = Replace(AdaptTabs(AdaptLineEnds(OldString, Text), Text));
+	Count = Count > 0 ? Count : Replace(AdaptLineEnds(OldString, Text));
+	return Count > 0 ? Count : Replace(AdaptTabs(OldString, Text));
+}
+
+/** The lines of a file that may be edited. @return an error, empty when all is well */
+FString LoadLinesForEdit(const FString& FullPath, TArray<FString>& OutLines)
+{
+	FString Text;
+	const FString LoadError = LoadForEdit(FullPath, Text);
+	if (LoadError.IsEmpty() && !FFileHelper::LoadFileToStringArray(OutLines, *FullPath))
+	{
+		return Error(TEXT("Failed to read file"), FullPath);
+	}
+	return LoadError;
+}
+}
+
+bool FFileUtils::IsError(const FString& ResultText)
+{
+	return ResultText.StartsWith(TEXT("Error:"), ESearchCase::IgnoreCase);
+}
+
+FString FFileUtils::CreateNewFileWithContent(const FString& Path, const FString& Content)
+{
+	const FString FullPath = ToAbsolutePath(Path);
+	const FString Folder = FPaths::GetPath(FullPath);
+	if (!FPaths::DirectoryExists(Folder) &&
+		!FPlatformFileManager::Get().GetPlatformFile().CreateDirectoryTree(*Folder))
+	{
+		return FileEdits::Error(TEXT("Failed to create directory"), Folder);
+	}
+	if (!FFileHelper::SaveStringToFile(Content, *FullPath))
+	{
+		return FileEdits::Error(TEXT("Failed to create file"), FullPath);
+	}
+	AddNewFileToSourceControl(FullPath);
+	return FString::Printf(TEXT("File created successfully: %s"), *FullPath);
+}
+
+FString FFileUtils::UpdateFile(const FString& Path, const FString& OldString, const FString& NewString,
+	FString& OutContentBefore, FString& OutContentAfter)
+{
+	const FString FullPath = ToAbsolutePath(Path);
+	const FString LoadError = FileEdits::LoadForEdit(FullPath, OutContentBefore);
+	if (!LoadError.IsEmpty())
+	{
+		return LoadError;
+	}
+	if (!FileEdits::HoldsNormalized(OutContentBefore, OldString))
+	{
+		return FileEdits::Error(TEXT("String not found in file"), FullPath);
+	}
+
+	CheckoutFileFromSourceControl(FullPath);
+	OutContentAfter = OutContentBefore;
+	const int32 Count = FileEdits::ReplaceTolerantly(OutContentAfter, OldString, NewString);
+	if (Count == 0)
+	{
+		return FileEdits::Error(TEXT("No replacements made in file"), FullPath);
+	}
+	const FString WriteError = FileEdits::RewriteText(FullPath, OutContentAfter);
+	return WriteError.IsEmpty()
+			   ? FString::Printf(TEXT("Successfully updated file: %s with %d replacements"), *FullPath, Count)
+			   : WriteError;
+}
+
+FString FFileUtils::InsertIntoFile(const FString& Path, int32 LineIndex, const FString& Text)
+{
+	const FString FullPath = ToAbsolutePath(Path);
+	TArray<FString> Lines;
+	const FString LoadError = FileEdits::LoadLinesForEdit(FullPath, Lines);
+	if (!LoadError.IsEmpty())
+	{
+		return LoadError;
+	}
+	const int32 Position = FMath::Clamp(LineIndex, 0, Lines.Num());
+	Lines.Insert(Text, Position);
+	CheckoutFileFromSourceControl(FullPath);
+	const FString WriteError = FileEdits::RewriteLines(FullPath, Lines);
+	return WriteError.IsEmpty()
+			   ? FString::Printf(TEXT("Successfully inserted text at line %d in file: %s"), Position, *FullPath)
+			   : WriteError;
+}
+
+void FFileUtils::ReplaceLineInFile(const FString& Path, int32 LineNumber, const FString& NewLine)
+{
+	const FString FullPath = ToAbsolutePath(Path);
+	TArray<FString> Lines;
+	if (!FileEdits::LoadLinesForEdit(FullPath, Lines).IsEmpty() || LineNumber < 1 || LineNumber > Lines.Num())
+	{
+		return;
+	}
+	Lines[LineNumber - 1] = NewLine;
+	CheckoutFileFromSourceControl(FullPath);
+	FileEdits::RewriteLines(FullPath, Lines);
+}
+
+FString FFileUtils::ReplaceFile(const FString& Path, const FString& NewContent)
+{
+	const FString FullPath = ToAbsolutePath(Path);
+	if (!FPaths::FileExists(FullPath))
+	{
+		return FileEdits::Error(TEXT("File does not exist"), FullPath);
+	}
+	CheckoutFileFromSourceControl(FullPath);
+	const FString WriteError = FileEdits::RewriteText(FullPath, NewContent);
+	return WriteError.IsEmpty() ? FString::Printf(TEXT("Successfully replaced file: %s"), *FullPath) : WriteError;
+}
+
+FString FFileUtils::DeleteFile(const FString& Path)
+{
+	const FString FullPath = ToAbsolutePath(Path);
+	// Asked first: a provider's removal takes the file away itself.
+	const bool bExisted = FPaths::FileExists(FullPath);
+	RemoveFileFromSourceControl(FullPath, false);
+	if (!bExisted)
+	{
+		return FileEdits::Error(TEXT("File does not exist at path"), FullPath);
+	}
+	if (FPaths::FileExists(FullPath) && !FPlatformFileManager::Get().GetPlatformFile().DeleteFile(*FullPath))
+	{
+		return FileEdits::Error(TEXT("Failed to delete file"), FullPath);
+	}
+	return FString::Printf(TEXT("Successfully deleted file: %s"), *FullPath);
+}

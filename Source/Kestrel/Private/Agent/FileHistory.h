@@ -1,0 +1,94 @@
+#pragma once
+
+#include "CoreMinimal.h"
+
+#include "FileHistory.generated.h"
+
+/** What a tool does to a file. */
+UENUM()
+enum class EFileActionType : uint8
+{
+	/** No action performed */
+	None = 0,
+	/** File was created */
+	Creation = 1,
+	/** File was modified */
+	Modification = 2,
+	/** File was deleted */
+	Deletion = 3,
+};
+
+/** A change of a file, with the text that goes with it. */
+struct FFileHistoryEntry
+{
+	EFileActionType ActionType = EFileActionType::None;
+	FString Content;
+	/**
+	 * The file as it is stored, when Content is that file's text and the bytes are not plain ASCII: writing the text
+	 * would change the encoding, and a file that is no text would be lost.
+	 */
+	TArray<uint8> Bytes;
+};
+
+/**
+ * What tools have changed, so that a whole conversation can be taken back and made again. It is held in memory, for the
+ * editor's lifetime.
+ *
+ * A change is recorded before it is made, under a key (the conversation's id) and the file's absolute path; keys and
+ * paths ignore case. Only the first record of a file counts: it leads back to before the conversation.
+ *
+ *   recorded        undo leads to        redo leads to
+ *   Creation        no file              the text it had before the undo
+ *   Modification    the text recorded    the text it had before the undo
+ *   Deletion        the text recorded    no file
+ *
+ * The disk decides how to get there. A file that was modified and then deleted is created again, and a redo repeats
+ * what the undo has really changed.
+ */
+class FFileHistory
+{
+public:
+	using FFileEntries = TMap<FString, FFileHistoryEntry>;
+	using FHistories = TMap<FString, FFileEntries>;
+
+	static FFileHistory& Get();
+
+	/** Content: the text before the change. An empty text or path is not recorded. */
+	void StoreFileVersion(const FString& Key, const FString& FilePath, const FString& Content);
+	/** Content: the text that the file will have. */
+	void StoreFileCreation(const FString& Key, const FString& FilePath, const FString& Content);
+	/** Content: the text of the file that will be deleted. */
+	void StoreFileDeletion(const FString& Key, const FString& FilePath, const FString& Content);
+	/** Content: the text just before the undo of UndoneEntry. */
+	void StoreFileRedoVersion(
+		const FString& Key, const FString& FilePath, const FString& Content, const FFileHistoryEntry& UndoneEntry);
+
+	/** Makes a change through FFileUtils. @return whether it succeeded; `None` changes nothing and succeeds */
+	bool ApplyFileSystemChange(const FString& FilePath, const FString& Content, EFileActionType ActionType);
+
+	// Each answers whether anything was undone or redone. What was done moves to the other side; what could not be done
+	// stays, to be tried again.
+	bool UndoChanges(const FString& Key, const FString& FilePath);
+	bool UndoAllChanges(const FString& Key);
+	bool RedoChanges(const FString& Key, const FString& FilePath);
+	bool RedoAllChanges(const FString& Key);
+
+	bool CanUndo(const FString& Key, const FString& FilePath) const;
+	bool CanRedo(const FString& Key, const FString& FilePath) const;
+
+	const FHistories& GetFileHistories() const { return FileHistories; }
+	const FHistories& GetRedoHistories() const { return RedoHistories; }
+
+private:
+	struct FFileState;
+
+	FFileHistory() = default;
+	UE_NONCOPYABLE(FFileHistory)
+
+	void Store(const FString& Key, const FString& FilePath, EFileActionType ActionType, const FString& Content);
+	/** Brings a file from one state to another. @return whether it got there */
+	bool ChangeState(const FString& FilePath, const FFileState& From, const FFileState& To);
+
+	FHistories FileHistories;
+	FHistories RedoHistories;
+};

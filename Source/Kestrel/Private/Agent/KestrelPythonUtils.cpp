@@ -1,0 +1,128 @@
+#include "Agent/KestrelPythonUtils.h"
+
+#include "Agent/FileUtils.h"
+#include "GenericPlatform/GenericPlatformFile.h"
+#include "HAL/PlatformFileManager.h"
+#include "IPythonScriptPlugin.h"
+#include "Misc/DateTime.h"
+#include "Misc/FileHelper.h"
+#include "Misc/Paths.h"
+#include "PythonScriptTypes.h"
+
+namespace KestrelPythonUtils
+{
+// Characters. A service has no use for more, and a request of that size would only be refused.
+constexpr int32 MaxOutputLength = 1000000;
+
+// An exception ends a script before its footer, and the footer itself loses the editor's redirection of the output to
+// its log. So the streams are kept aside, and put back whatever the script did to them.
+const TCHAR* const KeepStreams = TEXT("import sys\nsys.kestrel_streams = (sys.stdout, sys.stderr)\n");
+
+/** The path as the inside of a Python string. */
+FString EscapeForPython(const FString& Path)
+{
+	return Path.Replace(TEXT("\\"), TEXT("\\\\")).Replace(TEXT("'"), TEXT("\\'"));
+}
+
+/** The script with its output kept in a file. */
+FString Wrap(const FString& ScriptContent, const FString& LogPath)
+{
+	return FString::Printf(TEXT("import sys\nsys.stdout = open('%s', 'w')\nsys.stderr = sys.stdout\n"),
+			   *EscapeForPython(LogPath)) +
+		   ScriptContent + TEXT("\n\nsys.stdout.close()\nsys.stdout = sys.__stdout__\nsys.stderr = sys.__stderr__\n");
+}
+
+FString RestoreStreams(const FString& LogPath)
+{
+	return FString::Printf(TEXT("import sys\n"
+								"if getattr(sys.stdout, 'name', None) == '%s':\n"
+								"    sys.stdout.close()\n"
+								"sys.stdout, sys.stderr = sys.kestrel_streams\n"),
+		*EscapeForPython(LogPath));
+}
+
+FString MakeLogPath()
+{
+	// Absolute: a relative one would depend on Python's current folder.
+	return FPaths::ConvertRelativePathToFull(
+		FPaths::CreateTempFilename(*FPaths::ProjectLogDir(), TEXT("PythonScriptLog_"), TEXT(".log")));
+}
+
+/** Runs a script file with its output kept in a log. @return whether it ended without an error */
+bool ExecuteFile(IPythonScriptPlugin& Python, const FString& FullPath, const FString& LogPath, FString& OutResult)
+{
+	Python.ExecPythonCommand(KeepStreams);
+	FPythonCommandEx Command;
+	// Without quotes, a path with blanks would end at the first.
+	Command.Command = TEXT("\"") + FullPath + TEXT("\"");
+	const bool bSuccess = Python.ExecPythonCommandEx(Command);
+	OutResult = Command.CommandResult;
+	Python.ExecPythonCommand(*RestoreStreams(LogPath));
+	return bSuccess;
+}
+
+FString LeaveOutMiddle(const FString& Output)
+{
+	const int32 Surplus = Output.Len() - MaxOutputLength;
+	if (Surplus <= 0)
+	{
+		return Output;
+	}
+	return FString::Printf(TEXT("%s\n[... %d characters left out ...]\n%s"), *Output.Left(MaxOutputLength / 2), Surplus,
+		*Output.Right(MaxOutputLength / 2));
+}
+
+/** What the script has printed; the file is removed. */
+FString TakeOutput(const FString& LogPath)
+{
+	FString Output;
+	if (!FFileHelper::LoadFileToString(Output, *LogPath))
+	{
+		return TEXT("Error: Failed to read Python script log file.");
+	}
+	FPlatformFileManager::Get().GetPlatformFile().DeleteFile(*LogPath);
+	return LeaveOutMiddle(Output);
+}
+
+/** A script's traceback is not among what it printed: the editor reports it beside. */
+FString WithCommandResult(const FString& Output, const FString& CommandResult)
+{
+	if (CommandResult.IsEmpty() || Output.Contains(CommandResult, ESearchCase::CaseSensitive))
+	{
+		return Output;
+	}
+	return Output.IsEmpty() || Output.EndsWith(TEXT("\n")) ? Output + CommandResult
+														   : Output + TEXT("\n") + CommandResult;
+}
+}
+
+FString FKestrelPythonUtils::GenerateScriptName()
+{
+	return FString::Printf(TEXT("generated_script_%s.py"), *FDateTime::Now().ToString(TEXT("%Y%m%d_%H%M%S")));
+}
+
+FPythonScriptResult FKestrelPythonUtils::CreateAndExecutePythonScript(const FString& ScriptContent)
+{
+	using namespace KestrelPythonUtils;
+	const FString ScriptPath = FPaths::Combine(
+		TEXT("Plugins"), TEXT("kestrel-unreal"), TEXT("Python"), GenerateScriptName());
+	const FString LogPath = MakeLogPath();
+	const FString WriteResult =
+		FFileUtils::CreateNewFileWithContent(ScriptPath, Wrap(ScriptContent, LogPath));
+	if (FFileUtils::IsError(WriteResult))
+	{
+		return FPythonScriptResult::Failure(WriteResult, FString());
+	}
+	IPythonScriptPlugin* Python = IPythonScriptPlugin::Get();
+	FString CommandResult = TEXT("Python is not available in this editor: is the PythonScriptPlugin enabled?");
+	const bool bSuccess = Python && Python->IsPythonAvailable() &&
+						  ExecuteFile(*Python, FFileUtils::ToAbsolutePath(ScriptPath), LogPath, CommandResult);
+	FFileUtils::DeleteFile(ScriptPath);
+	const FString Output = TakeOutput(LogPath);
+	if (bSuccess)
+	{
+		return FPythonScriptResult::Success(FString::Printf(TEXT("Python script completed: \n%s"), *Output));
+	}
+	return FPythonScriptResult::Failure(
+		TEXT("Error: Python script execution failed."), WithCommandResult(Output, CommandResult));
+}
