@@ -27,8 +27,8 @@ FString EscapeForPython(const FString& Path)
 /** The script with its output kept in a file. */
 FString Wrap(const FString& ScriptContent, const FString& LogPath)
 {
-	return FString::Printf(TEXT("import sys\nsys.stdout = open('%s', 'w')\nsys.stderr = sys.stdout\n"),
-			   *EscapeForPython(LogPath)) +
+	return FString::Printf(
+			   TEXT("import sys\nsys.stdout = open('%s', 'w')\nsys.stderr = sys.stdout\n"), *EscapeForPython(LogPath)) +
 		   ScriptContent + TEXT("\n\nsys.stdout.close()\nsys.stdout = sys.__stdout__\nsys.stderr = sys.__stderr__\n");
 }
 
@@ -104,11 +104,10 @@ FString FKestrelPythonUtils::GenerateScriptName()
 FPythonScriptResult FKestrelPythonUtils::CreateAndExecutePythonScript(const FString& ScriptContent)
 {
 	using namespace KestrelPythonUtils;
-	const FString ScriptPath = FPaths::Combine(
-		TEXT("Plugins"), TEXT("kestrel-unreal"), TEXT("Python"), GenerateScriptName());
+	const FString ScriptPath =
+		FPaths::Combine(TEXT("Plugins"), TEXT("kestrel-unreal"), TEXT("Python"), GenerateScriptName());
 	const FString LogPath = MakeLogPath();
-	const FString WriteResult =
-		FFileUtils::CreateNewFileWithContent(ScriptPath, Wrap(ScriptContent, LogPath));
+	const FString WriteResult = FFileUtils::CreateNewFileWithContent(ScriptPath, Wrap(ScriptContent, LogPath));
 	if (FFileUtils::IsError(WriteResult))
 	{
 		return FPythonScriptResult::Failure(WriteResult, FString());
