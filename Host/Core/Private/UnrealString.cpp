@@ -199,7 +199,9 @@ int32 FString::ReplaceInline(const TCHAR* SearchText, const TCHAR* ReplacementTe
 	const FStringView Search(SearchText);
 	checkf(SearchText < Text.begin() || SearchText > Text.end() || IsEmpty(),
 		TEXT("The search text must not lie in the string itself"));
-	int32 Found = Search.IsEmpty() ? INDEX_NONE : Text.Find(Search, 0, SearchCase);
+	// Replacing a text by itself counts as replacing nothing; when case does not count, the result may still differ.
+	const bool bSameText = SearchCase == ESearchCase::CaseSensitive && Search.Equals(ReplacementText, SearchCase);
+	int32 Found = Search.IsEmpty() || bSameText ? INDEX_NONE : Text.Find(Search, 0, SearchCase);
 	if (Found == INDEX_NONE)
 	{
 		return 0;

@@ -66,6 +66,7 @@ TEST(FStringTest, EmptyTextsFollowTheEnginesRules)
 	EXPECT_EQ(**FString(), 0);
 	FString Copy = Text;
 	EXPECT_EQ(Copy.ReplaceInline(TEXT(""), TEXT("x")), 0);
+	EXPECT_EQ(Copy.ReplaceInline(*FString(Copy), *FString(Copy), ESearchCase::CaseSensitive), 0);
 	EXPECT_EQ(Narrow(FString() / TEXT("a") / TEXT("")), "a/");
 	EXPECT_EQ(Narrow(FString(TEXT("A/")) / TEXT("/b")), "A//b");
 }

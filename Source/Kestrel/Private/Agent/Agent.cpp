@@ -54,8 +54,7 @@ FAgent::FAgent()
 	Backend.OnPollStatusRequestCompleted.BindRaw(this, &FAgent::HandlePollStatusRequestCompleted);
 	Backend.OnPollStatusRequestFailed.BindRaw(this, &FAgent::HandlePollStatusRequestFailed);
 	Backend.OnPollStatusRequestProcessing.BindRaw(this, &FAgent::HandlePollStatusRequestProcessing);
-	CompileFinishedHandle =
-		FCompilationManager::OnCompileFinished().AddRaw(this, &FAgent::OnCompilationFinished);
+	CompileFinishedHandle = FCompilationManager::OnCompileFinished().AddRaw(this, &FAgent::OnCompilationFinished);
 }
 
 FAgent::~FAgent()

@@ -46,8 +46,7 @@ void FCompilationLogOutputDevice::Serialize(const TCHAR* V, ELogVerbosity::Type 
 	}
 }
 
-void FCompilationManager::CompileGameProject(
-	const FString& ToolId, const TArray<TSharedPtr<FJsonObject>>& Messages)
+void FCompilationManager::CompileGameProject(const FString& ToolId, const TArray<TSharedPtr<FJsonObject>>& Messages)
 {
 	if (IsCompiling())
 	{

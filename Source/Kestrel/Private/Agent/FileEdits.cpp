@@ -149,8 +149,7 @@ FString FFileUtils::CreateNewFileWithContent(const FString& Path, const FString&
 {
 	const FString FullPath = ToAbsolutePath(Path);
 	const FString Folder = FPaths::GetPath(FullPath);
-	if (!FPaths::DirectoryExists(Folder) &&
-		!FPlatformFileManager::Get().GetPlatformFile().CreateDirectoryTree(*Folder))
+	if (!FPaths::DirectoryExists(Folder) && !FPlatformFileManager::Get().GetPlatformFile().CreateDirectoryTree(*Folder))
 	{
 		return FileEdits::Error(TEXT("Failed to create directory"), Folder);
 	}

@@ -24,7 +24,8 @@ struct FFileHistory::FFileState
 
 namespace FileHistory
 {
-/** The bytes of a file whose text alone would not bring it back. Empty for others, and for another text than Content. */
+/** The bytes of a file whose text alone would not bring it back. Empty for others, and for another text than Content.
+ */
 TArray<uint8> LoadBytesBeyondText(const FString& FilePath, const FString& Content)
 {
 	FString Text;
@@ -117,9 +118,9 @@ void FFileHistory::Store(
 	if (!Entries.Contains(FilePath))
 	{
 		const bool bFileExists = ActionType != EFileActionType::Creation;
-		Entries.Add(FilePath,
-			{ ActionType, Content,
-				bFileExists ? FileHistory::LoadBytesBeyondText(FilePath, Content) : TArray<uint8>() });
+		Entries.Add(
+			FilePath, { ActionType, Content,
+						  bFileExists ? FileHistory::LoadBytesBeyondText(FilePath, Content) : TArray<uint8>() });
 	}
 }
 
@@ -144,12 +145,11 @@ void FFileHistory::StoreFileDeletion(const FString& Key, const FString& FilePath
 void FFileHistory::StoreFileRedoVersion(
 	const FString& Key, const FString& FilePath, const FString& Content, const FFileHistoryEntry& UndoneEntry)
 {
-	RedoHistories.FindOrAdd(Key).Add(FilePath,
-		{ UndoneEntry.ActionType, Content, FileHistory::LoadBytesBeyondText(FilePath, Content) });
+	RedoHistories.FindOrAdd(Key).Add(
+		FilePath, { UndoneEntry.ActionType, Content, FileHistory::LoadBytesBeyondText(FilePath, Content) });
 }
 
-bool FFileHistory::ApplyFileSystemChange(
-	const FString& FilePath, const FString& Content, EFileActionType ActionType)
+bool FFileHistory::ApplyFileSystemChange(const FString& FilePath, const FString& Content, EFileActionType ActionType)
 {
 	switch (ActionType)
 	{

@@ -12,7 +12,8 @@
 
 namespace FileTools
 {
-/** The text before a change. False when there is none: then nothing may be recorded, and the change says why it fails. */
+/** The text before a change. False when there is none: then nothing may be recorded, and the change says why it fails.
+ */
 bool ReadBefore(const FString& FullPath, FString& OutText)
 {
 	TArray<uint8> Bytes;
@@ -171,8 +172,8 @@ FString FAgent::UseUpdateFileTool(const FString& Id, const FJsonObject& Input)
 	FString Path;
 	FString OldString;
 	FString NewString;
-	if (!KestrelTools::ReadFields(Input,
-			{ { TEXT("path"), Path }, { TEXT("old_string"), OldString }, { TEXT("new_string"), NewString } }))
+	if (!KestrelTools::ReadFields(
+			Input, { { TEXT("path"), Path }, { TEXT("old_string"), OldString }, { TEXT("new_string"), NewString } }))
 	{
 		return TEXT("Error: Missing required fields. Need path, old_string, and new_string.");
 	}
@@ -194,8 +195,8 @@ FString FAgent::UseInsertIntoFileTool(const FString& Id, const FJsonObject& Inpu
 	FString Path;
 	FString InsertLine;
 	FString NewString;
-	if (!KestrelTools::ReadFields(Input,
-			{ { TEXT("path"), Path }, { TEXT("insert_line"), InsertLine }, { TEXT("new_string"), NewString } }))
+	if (!KestrelTools::ReadFields(
+			Input, { { TEXT("path"), Path }, { TEXT("insert_line"), InsertLine }, { TEXT("new_string"), NewString } }))
 	{
 		return TEXT("Error: Missing required fields. Need path, insert_line, and new_string.");
 	}

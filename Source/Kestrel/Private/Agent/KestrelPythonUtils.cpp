@@ -27,8 +27,8 @@ FString EscapeForPython(const FString& Path)
 /** The script with its output kept in a file. */
 FString Wrap(const FString& ScriptContent, const FString& LogPath)
 {
-	return FString::Printf(TEXT("import sys\nsys.stdout = open('%s', 'w')\nsys.stderr = sys.stdout\n"),
-			   *EscapeForPython(LogPath)) +
+	return FString::Printf(
+			   TEXT("import sys\nsys.stdout = open('%s', 'w')\nsys.stderr = sys.stdout\n"), *EscapeForPython(LogPath)) +
 		   ScriptContent + TEXT("\n\nsys.stdout.close()\nsys.stdout = sys.__stdout__\nsys.stderr = sys.__stderr__\n");
 }
 
@@ -39,6 +39,16 @@ FString RestoreStreams(const FString& LogPath)
 								"    sys.stdout.close()\n"
 								"sys.stdout, sys.stderr = sys.kestrel_streams\n"),
 		*EscapeForPython(LogPath));
+}
+
+/** @return the result text of the file's creation */
+FString WriteScript(const FString& ScriptPath, const FString& Script)
+{
+	const FString Result = FFileUtils::CreateNewFileWithContent(ScriptPath, Script);
+	// A text beyond ASCII has become UTF-16 now, which Python itself does not read.
+	FFileHelper::SaveStringToFile(
+		Script, *FFileUtils::ToAbsolutePath(ScriptPath), FFileHelper::EEncodingOptions::ForceUTF8WithoutBOM);
+	return Result;
 }
 
 FString MakeLogPath()
@@ -104,11 +114,10 @@ FString FKestrelPythonUtils::GenerateScriptName()
 FPythonScriptResult FKestrelPythonUtils::CreateAndExecutePythonScript(const FString& ScriptContent)
 {
 	using namespace KestrelPythonUtils;
-	const FString ScriptPath = FPaths::Combine(
-		TEXT("Plugins"), TEXT("kestrel-unreal"), TEXT("Python"), GenerateScriptName());
+	const FString ScriptPath =
+		FPaths::Combine(TEXT("Plugins"), TEXT("kestrel-unreal"), TEXT("Python"), GenerateScriptName());
 	const FString LogPath = MakeLogPath();
-	const FString WriteResult =
-		FFileUtils::CreateNewFileWithContent(ScriptPath, Wrap(ScriptContent, LogPath));
+	const FString WriteResult = WriteScript(ScriptPath, Wrap(ScriptContent, LogPath));
 	if (FFileUtils::IsError(WriteResult))
 	{
 		return FPythonScriptResult::Failure(WriteResult, FString());

@@ -47,8 +47,8 @@ FString FAgent::UseFindReferenceInAllFilesTool(const FString& Id, const FJsonObj
 	return FKestrelFindUtils::FindInAllFiles(Reference);
 }
 
-void FAgent::OnCompilationFinished(const TArray<TSharedPtr<FJsonObject>>& Messages, const FString& ToolId,
-	const FString& Logs, bool bSuccess)
+void FAgent::OnCompilationFinished(
+	const TArray<TSharedPtr<FJsonObject>>& Messages, const FString& ToolId, const FString& Logs, bool bSuccess)
 {
 	AddToolResult(ToolId, Logs, !bSuccess);
 	const TSharedRef<FJsonObject> Message = MakeShared<FJsonObject>();

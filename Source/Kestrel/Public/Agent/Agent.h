@@ -87,8 +87,8 @@ public:
 	 */
 	void TriggerCompilationWithMessages(const FString& ToolId, const TArray<TSharedPtr<FJsonObject>>& Messages);
 	/** Keeps the result of a compile for the next request, and shows how it went. */
-	void OnCompilationFinished(const TArray<TSharedPtr<FJsonObject>>& Messages, const FString& ToolId,
-		const FString& Logs, bool bSuccess);
+	void OnCompilationFinished(
+		const TArray<TSharedPtr<FJsonObject>>& Messages, const FString& ToolId, const FString& Logs, bool bSuccess);
 
 	// What the backend client reports.
 	void HandleRegularRequest(const FString& Text, const FLinearColor& Color, const FName& FontStyle, float FontSize);

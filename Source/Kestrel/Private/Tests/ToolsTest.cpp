@@ -1,0 +1,282 @@
+#include "Agent/Agent.h"
+#include "Agent/CompilationManager.h"
+#include "Agent/FileHistory.h"
+#include "Agent/FileUtils.h"
+#include "Agent/JsonText.h"
+#include "Agent/KestrelFindUtils.h"
+#include "Agent/KestrelPythonUtils.h"
+#include "Dom/JsonObject.h"
+#include "HAL/FileManager.h"
+#include "Logging/LogMacros.h"
+#include "Misc/FileHelper.h"
+#include "Misc/Paths.h"
+#include "Tests/KestrelTest.h"
+#include "Widget/KestrelInterface.h"
+
+DEFINE_LOG_CATEGORY_STATIC(LogLiveCoding, Log, All);
+
+namespace ToolsTest
+{
+struct FRefusedCase
+{
+	const TCHAR* Tool;
+	const TCHAR* Input;
+	const TCHAR* Error;
+};
+
+const FRefusedCase RefusedCases[] = {
+	{ TEXT("no_such_tool"), TEXT("{}"), TEXT("Error: Unknown tool 'no_such_tool'") },
+	{ TEXT("modify_blueprint"), TEXT("{}"), TEXT("Error: Unknown tool 'modify_blueprint'") },
+	{ TEXT("EXECUTE_unreal_engine_api_python_script"), TEXT("{}"), TEXT("Error: Missing code field") },
+	{ TEXT("create_file"), TEXT("{\"path\":\"a\"}"), TEXT("Error: Missing required fields") },
+	{ TEXT("create_file"), TEXT("{\"path\":\"No/Such/\",\"file_text\":\"\"}"),
+		TEXT("Error: The provided path must include a filename") },
+	{ TEXT("create_cpp_file"), TEXT("{\"filename\":\"a\"}"), TEXT("Error: Missing required fields") },
+	{ TEXT("create_cpp_file"), TEXT("{\"filepath\":\"Source\",\"filename\":\"a.h\"}"),
+		TEXT("Error: Missing required fields") },
+	{ TEXT("update_and_replace_cpp_file"), TEXT("{\"filepath\":\"Source\",\"filename\":\"a\"}"),
+		TEXT("Error: Missing required fields") },
+	{ TEXT("update_file"), TEXT("{\"path\":\"a\",\"old_string\":\"b\"}"),
+		TEXT("Error: Missing required fields. Need path, old_string, and new_string.") },
+	{ TEXT("insert_into_file"), TEXT("{\"path\":\"a\",\"insert_line\":\"1\"}"),
+		TEXT("Error: Missing required fields. Need path, insert_line, and new_string.") },
+	{ TEXT("insert_into_file"),
+		TEXT("{\"path\":\"Config/DefaultGame.ini\",\"insert_line\":\"-1\",\"new_string\":\"x\"}"),
+		TEXT("Error: insert_line must be a non-negative integer.") },
+	{ TEXT("delete_file"), TEXT("{}"), TEXT("Error: Missing required path field") },
+	{ TEXT("delete_cpp_file"), TEXT("{\"filepath\":\"a\"}"), TEXT("Error: Missing required fields") },
+	{ TEXT("read_file"), TEXT("{\"path\":{}}"), TEXT("Error: Missing required path field") },
+	{ TEXT("get_filesystem_tree"), TEXT("{}"), TEXT("Error: Missing dir_path field") },
+	{ TEXT("find_reference_in_all_files"), TEXT("{}"), TEXT("Error: Missing required fields") },
+};
+
+FString Use(const TCHAR* Tool, const TCHAR* Input)
+{
+	return FAgent::Get().UseTool(Tool, TEXT("id"), KestrelJson::ParseObject(Input));
+}
+
+FString UseWith(const TCHAR* Tool, std::initializer_list<FString> Fields)
+{
+	const TSharedRef<FJsonObject> Input = MakeShared<FJsonObject>();
+	for (const FString* Field = Fields.begin(); Field < Fields.end(); Field += 2)
+	{
+		Input->SetStringField(Field[0], Field[1]);
+	}
+	return FAgent::Get().UseTool(Tool, TEXT("id"), Input);
+}
+
+/** Keeps the differences that the panel would show. */
+class FDiffRecorder
+{
+public:
+	FDiffRecorder()
+		: Unhooked(FKestrelInterface::Get().DiffMessageDelegate)
+	{
+		FKestrelInterface::Get().DiffMessageDelegate.BindLambda(
+			[this](const FString& File, const FString& Before, const FString& After) {
+				Diffs += FPaths::GetCleanFilename(File) + TEXT(":") + Before + TEXT(">") + After + TEXT(" ");
+			});
+	}
+	~FDiffRecorder() { FKestrelInterface::Get().DiffMessageDelegate = Unhooked; }
+	UE_NONCOPYABLE(FDiffRecorder)
+
+	FString Diffs;
+
+private:
+	FOnAddDiffMessageDelegate Unhooked;
+};
+
+/** "Name Name" of the files that a search finds, in its order. */
+FString NamesFound(const FString& Text)
+{
+	TSharedPtr<FJsonObject> Result = MakeShared<FJsonObject>();
+	FKestrelFindUtils::FindInAllCppFiles(Text, Result);
+	TArray<FString> Names;
+	for (const TSharedPtr<FJsonValue>& Reference : Result->GetArrayField(TEXT("cpp_references")))
+	{
+		Names.Add(Reference->AsObject()->GetStringField(TEXT("Name")));
+	}
+	Names.Sort();
+	return FString::Join(Names, TEXT(" "));
+}
+
+struct FScriptCase
+{
+	const TCHAR* What;
+	const TCHAR* Code;
+	const TCHAR* Begin;
+	const TCHAR* End;
+	/** What the editor's log has of it. */
+	TArray<FString> Errors = {};
+};
+
+const FScriptCase ScriptCases[] = {
+	{ TEXT("gives back what a script prints, to either stream"),
+		TEXT("import sys\nprint('out \u00E4')\nprint('err', file=sys.stderr)"),
+		TEXT("Python script completed: \nout \u00E4\nerr\n: "), TEXT("") },
+	{ TEXT("says that it ran when a script prints nothing"), TEXT("x = 1"), TEXT("Python script completed: \n: "),
+		TEXT("") },
+	{ TEXT("keeps what was printed before an exception, and the traceback"),
+		TEXT("print('before')\nraise ValueError('no')"),
+		TEXT("Error: Python script execution failed.: before\nTraceback (most recent call last):"),
+		TEXT("ValueError: no"), { TEXT("Traceback"), TEXT("File "), TEXT("ValueError") } },
+	{ TEXT("shows where a script cannot be read"), TEXT("def f(:\n"), TEXT("Error: Python script execution failed.: "),
+		TEXT("SyntaxError: invalid syntax"), { TEXT("File "), TEXT("def f"), TEXT("^"), TEXT("SyntaxError") } },
+	{ TEXT("finds the streams in place again after a script that failed"), TEXT("print('again')"),
+		TEXT("Python script completed: \nagain\n: "), TEXT("") },
+	{ TEXT("loses the output of a script that opens a stream of its own"),
+		TEXT("import io, sys\nsys.stdout = io.StringIO()\nprint('lost')"), TEXT("Python script completed: \n: "),
+		TEXT("") },
+};
+}
+
+DEFINE_SPEC(FKestrelToolsSpec, "Kestrel.Tools", KestrelTest::Flags)
+void FKestrelToolsSpec::Define()
+{
+	It("refuse what they cannot do without, and change nothing then", [this]() {
+		const FKestrelPanelRecorder Recorder;
+		for (const ToolsTest::FRefusedCase& Case : ToolsTest::RefusedCases)
+		{
+			KestrelTest::TestSameText(*this, Case.Input, ToolsTest::Use(Case.Tool, Case.Input), Case.Error);
+		}
+		KestrelTest::TestSameText(*this, TEXT("no input"), FAgent::Get().UseTool(TEXT("compile"), TEXT("id"), nullptr),
+			TEXT("Error: Invalid input"));
+		TestFalse(TEXT("recorded"), FFileHistory::Get().GetFileHistories().Contains(FString()));
+	});
+
+	It("show what they did to files, and pass on what failed", [this]() {
+		const FKestrelTestFolder Folder;
+		const FKestrelPanelRecorder Recorder;
+		const ToolsTest::FDiffRecorder Recorded;
+		using ToolsTest::UseWith;
+		const FString A = Folder.Full(TEXT("a.h"));
+		const FString NoFile = TEXT("Error: File does not exist: ") + Folder.Full(TEXT("no.h"));
+		UseWith(TEXT("create_cpp_file"),
+			{ TEXT("filepath"), Folder.Name, TEXT("filename"), TEXT("a.h"), TEXT("contents"), TEXT("one") });
+		UseWith(TEXT("create_cpp_file"),
+			{ TEXT("filepath"), Folder.Name, TEXT("filename"), TEXT("a.h"), TEXT("contents"), TEXT("two") });
+		UseWith(TEXT("update_file"), { TEXT("path"), A, TEXT("old_string"), TEXT("w"), TEXT("new_string"), TEXT("o") });
+		UseWith(TEXT("insert_into_file"),
+			{ TEXT("path"), A, TEXT("insert_line"), TEXT("0"), TEXT("new_string"), TEXT("x") });
+		UseWith(TEXT("create_file"), { TEXT("path"), A, TEXT("file_text"), TEXT("three") });
+		UseWith(TEXT("delete_cpp_file"), { TEXT("filepath"), Folder.Name, TEXT("filename"), TEXT("a.h") });
+		KestrelTest::TestSameText(*this, TEXT("update"),
+			UseWith(TEXT("update_file"), { TEXT("path"), Folder.Full(TEXT("no.h")), TEXT("old_string"), TEXT("w"),
+											 TEXT("new_string"), TEXT("o") }),
+			NoFile);
+		KestrelTest::TestSameText(*this, TEXT("insert"),
+			UseWith(TEXT("insert_into_file"), { TEXT("path"), Folder.Full(TEXT("no.h")), TEXT("insert_line"), TEXT("0"),
+												  TEXT("new_string"), TEXT("x") }),
+			NoFile);
+		KestrelTest::TestSameText(*this, TEXT("replace"),
+			UseWith(TEXT("update_and_replace_cpp_file"),
+				{ TEXT("filepath"), Folder.Name, TEXT("filename"), TEXT("no.h"), TEXT("contents"), TEXT("x") }),
+			NoFile);
+		KestrelTest::TestSameText(*this, TEXT("differences"), Recorded.Diffs,
+			TEXT("a.h:>one a.h:one>two a.h:two>too a.h:too>x\ntoo\n a.h:x\ntoo\n>three a.h:three> "));
+		KestrelTest::TestSameText(*this, TEXT("status lines"), FString::Join(Recorder.GetTexts(), TEXT("|")),
+			TEXT("Creating File ...|Updating/Replacing File ...|Updating File Content...|Inserting content into "
+				 "file...|Creating File...|Deleting File...|Updating File Content...|Inserting content into file...|"
+				 "Updating/Replacing File ..."));
+		FFileHistory::Get().UndoAllChanges(FString());
+	});
+
+	It("find a text in the sources, in any encoding and letter case", [this]() {
+		const FString Source = FFileUtils::ToAbsolutePath(TEXT("Source/KestrelFind"));
+		const FString Plugins = FFileUtils::ToAbsolutePath(TEXT("Plugins/KestrelFind"));
+		const auto Write = [](const FString& File, const TCHAR* Text, FFileHelper::EEncodingOptions Encoding) {
+			FFileHelper::SaveStringToFile(Text, *File, Encoding);
+		};
+		constexpr FFileHelper::EEncodingOptions Utf8 = FFileHelper::EEncodingOptions::ForceUTF8WithoutBOM;
+		Write(Source / TEXT("Deep/a.cpp"), TEXT("int QuailCount = QuailCount;"), Utf8);
+		Write(Source / TEXT("b.h"), TEXT("// quailcOUNT"), FFileHelper::EEncodingOptions::ForceUnicode);
+		Write(Source / TEXT("c.txt"), TEXT("QuailCount"), Utf8);
+		Write(Source / TEXT("d.h"), TEXT("quail count, \u00C4rger"), Utf8);
+		Write(Plugins / TEXT("e.h"), TEXT("\tQUAILCOUNT"), Utf8);
+		KestrelTest::TestSameText(
+			*this, TEXT("a name"), ToolsTest::NamesFound(TEXT("QuailCount")), TEXT("a.cpp b.h e.h"));
+		KestrelTest::TestSameText(*this, TEXT("beyond ASCII"), ToolsTest::NamesFound(TEXT("\u00C4RGER")), TEXT("d.h"));
+		KestrelTest::TestSameText(*this, TEXT("nothing"),
+			ToolsTest::Use(TEXT("find_reference_in_all_files"), TEXT("{\"reference_string\":\"Quail\\\"Nowhere\"}")),
+			TEXT("{\"reference_string\":\"Quail\\\"Nowhere\",\"cpp_references\":[],\"blueprint_references\":[]}"));
+		TSharedPtr<FJsonObject> Result = MakeShared<FJsonObject>();
+		FKestrelFindUtils::FindInAllCppFiles(TEXT("\tQuailCount"), Result);
+		KestrelTest::TestSameText(*this, TEXT("an entry"), KestrelJson::ToCondensedText(Result.ToSharedRef()),
+			FString::Printf(
+				TEXT("{\"cpp_references\":[{\"Type\":\"cpp or h File\",\"Name\":\"e.h\",\"Path\":\"%s\"}]}"),
+				*(Plugins / TEXT("e.h"))));
+		IFileManager::Get().DeleteDirectory(*Source, false, true);
+		IFileManager::Get().DeleteDirectory(*Plugins, false, true);
+	});
+}
+
+DEFINE_SPEC(FKestrelPythonSpec, "Kestrel.Python", KestrelTest::Flags)
+void FKestrelPythonSpec::Define()
+{
+	for (const ToolsTest::FScriptCase& Case : ToolsTest::ScriptCases)
+	{
+		It(Case.What, [this, &Case]() {
+			const FKestrelPanelRecorder Recorder;
+			for (const FString& Error : Case.Errors)
+			{
+				AddExpectedError(Error, EAutomationExpectedErrorFlags::Contains, 0);
+			}
+			const FString Text =
+				ToolsTest::UseWith(TEXT("execute_unreal_engine_api_python_script"), { TEXT("code"), Case.Code });
+			KestrelTest::TestSameText(*this, TEXT("begin"), Text.Left(FString(Case.Begin).Len()), Case.Begin);
+			KestrelTest::TestSameText(*this, TEXT("end"), Text.TrimEnd().Right(FString(Case.End).Len()), Case.End);
+			TArray<FString> Left;
+			IFileManager::Get().FindFiles(
+				Left, *FFileUtils::ToAbsolutePath(TEXT("Plugins/kestrel-unreal/Python/*.py")), true, false);
+			IFileManager::Get().FindFiles(Left, *(FPaths::ProjectLogDir() / TEXT("PythonScriptLog_*")), true, false);
+			TestEqual(TEXT("files left behind"), Left.Num(), 0);
+		});
+	}
+
+	It("leaves out the middle of an endless output", [this]() {
+		const FPythonScriptResult Result =
+			FKestrelPythonUtils::CreateAndExecutePythonScript(TEXT("print('x' * 3000000)\nprint('end')"));
+		TestTrue(TEXT("ran"), Result.bSuccess);
+		TestTrue(TEXT("short enough"), Result.Message.Len() < 1100000);
+		TestTrue(TEXT("says so"), Result.Message.Contains(TEXT("\n[... 2000005 characters left out ...]\n")));
+		TestTrue(TEXT("keeps the end"), Result.Message.EndsWith(TEXT("x\nend\n")));
+	});
+}
+
+DEFINE_SPEC(FKestrelCompilationLogSpec, "Kestrel.CompilationLog", KestrelTest::Flags)
+void FKestrelCompilationLogSpec::Define()
+{
+	It("keeps the compiler's lines alone, from the last start on", [this]() {
+		FCompilationManager::CaptureCompilationLogs();
+		UE_LOG(LogLiveCoding, Display, TEXT("A.cpp:3:5: error: no %d"), 1);
+		UE_LOG(LogTemp, Display, TEXT("something else"));
+		KestrelTest::TestSameText(*this, TEXT("captured"),
+			FString::Join(FCompilationManager::GetCompilationLogs(), TEXT("|")),
+			TEXT("[LogLiveCoding] A.cpp:3:5: error: no 1"));
+		TestEqual(TEXT("filtered"), FCompilationManager::FilterCompilationErrors(TEXT("ERROR:")).Num(), 1);
+		TestEqual(TEXT("filtered out"), FCompilationManager::FilterCompilationErrors(TEXT("warning:")).Num(), 0);
+		FCompilationManager::CaptureCompilationLogs();
+		TestEqual(TEXT("begins anew"), FCompilationManager::GetCompilationLogs().Num(), 0);
+		FCompilationManager::Shutdown();
+	});
+
+	It("answers a compile that cannot start under the tool's id", [this]() {
+		// This project has no code that could be compiled.
+		const FKestrelPanelRecorder Recorder;
+		const TSharedRef<FJsonObject> Block =
+			KestrelJson::ParseObject(TEXT("{\"type\":\"tool_use\",\"id\":\"c1\",\"name\":\"COMPILE\",\"input\":{}}"))
+				.ToSharedRef();
+		FAgent::Get().ClearToolResults();
+		FAgent::Get().HandleResponseToolUse(Block);
+		if (TestEqual(TEXT("results"), FAgent::Get().GetToolResults().Num(), 1))
+		{
+			const TSharedPtr<FJsonObject> Result = FAgent::Get().GetToolResults()[0]->AsObject();
+			KestrelTest::TestSameText(*this, TEXT("id"), Result->GetStringField(TEXT("tool_use_id")), TEXT("c1"));
+			TestTrue(TEXT("is an error"), Result->GetBoolField(TEXT("is_error")));
+			TestFalse(TEXT("says why"), Result->GetStringField(TEXT("content")).IsEmpty());
+		}
+		KestrelTest::TestSameText(*this, TEXT("panel"), FString::Join(Recorder.GetTexts(), TEXT("|")),
+			TEXT("Compiling...|Compilation failed, processing error..."));
+		FAgent::Get().ClearToolResults();
+	});
+}
