@@ -116,41 +116,45 @@ void FHostEditor::OpenLog()
 bool FHostEditor::LoadModules()
 {
 	FModuleManager& Modules = FModuleManager::Get();
-	IProjectManager& Project = IProjectManager::Get();
 	IPluginManager& Plugins = IPluginManager::Get();
 	FSlateApplication::Create();
 	for (const TCHAR* Module : HostEditor::EngineModules)
 	{
 		Modules.LoadModuleChecked(Module);
 	}
-	if (!PrepareGameModules())
+	const EGameModules GameModules = PrepareGameModules();
+	if (GameModules == EGameModules::CannotBeBuilt)
 	{
 		return false;
 	}
 	// The project's own modules go first in each phase. Without one of them it is not the same project.
 	bool bAllLoaded = true;
+	const auto LoadModulesOf = [&](ELoadingPhase::Type Phase) {
+		bAllLoaded &= GameModules != EGameModules::Ready || IProjectManager::Get().LoadModulesForProject(Phase);
+		Plugins.LoadModulesForEnabledPlugins(Phase);
+	};
 	for (int32 Phase = ELoadingPhase::EarliestPossible; Phase <= ELoadingPhase::PostDefault; ++Phase)
 	{
-		bAllLoaded &= Project.LoadModulesForProject(static_cast<ELoadingPhase::Type>(Phase));
-		Plugins.LoadModulesForEnabledPlugins(static_cast<ELoadingPhase::Type>(Phase));
+		LoadModulesOf(static_cast<ELoadingPhase::Type>(Phase));
 	}
 	CreateMainWindow();
-	bAllLoaded &= Project.LoadModulesForProject(ELoadingPhase::PostEngineInit);
-	Plugins.LoadModulesForEnabledPlugins(ELoadingPhase::PostEngineInit);
+	LoadModulesOf(ELoadingPhase::PostEngineInit);
 	FCoreDelegates::GetOnPostEngineInit().Broadcast();
 	bInitialized = true;
 	return bAllLoaded;
 }
 
-bool FHostEditor::PrepareGameModules()
+EGameModules FHostEditor::PrepareGameModules()
 {
 	FString Errors;
-	if (FHostGameModules::Prepare(Errors))
+	const EGameModules Result = FHostGameModules::Prepare(Errors);
+	if (Result == EGameModules::CannotBeBuilt)
 	{
-		return true;
+		std::fprintf(stderr, "The project's C++ modules cannot be built:\n%s\n", TCHAR_TO_UTF8(*Errors));
 	}
-	std::fprintf(stderr, "The project's C++ modules cannot be built:\n%s\n", TCHAR_TO_UTF8(*Errors));
-	return false;
+	UE_CLOG(Result == EGameModules::NotForThisEditor, LogHostEditor, Warning,
+		TEXT("The project opens without its C++ modules: %s"), *Errors);
+	return Result;
 }
 
 void FHostEditor::CreateMainWindow()

@@ -2,6 +2,7 @@
 
 #include "AutomationRunner.h"
 #include "CoreMinimal.h"
+#include "HostGameModules.h"
 #include "LogDevices.h"
 #include "PanelConsole.h"
 #include "Templates/UniquePtr.h"
@@ -30,7 +31,7 @@ private:
 	void OpenLog();
 	/** False when the project's own modules cannot be built or loaded. */
 	bool LoadModules();
-	bool PrepareGameModules();
+	EGameModules PrepareGameModules();
 	void CreateMainWindow();
 	void Tick();
 	void TickWork();

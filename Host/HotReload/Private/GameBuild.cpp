@@ -54,6 +54,30 @@ TArray<FString> FGameBuild::GetProjectModules()
 	return Names;
 }
 
+TArray<FString> FGameBuild::FindMissingDependencies()
+{
+	FEditorBuild Editor;
+	TArray<FGameModuleRules> Modules;
+	FText FailReason;
+	TArray<FString> Missing;
+	if (!Editor.Load(FailReason) || !ReadRules(GameBuild::GetProjectDir(), Modules, FailReason))
+	{
+		return Missing;
+	}
+	const TArray<FString> OfProject = GetProjectModules();
+	for (const FGameModuleRules& Module : Modules)
+	{
+		for (const FString& Dependency : Module.Dependencies)
+		{
+			if (!Editor.Modules.Contains(Dependency) && !OfProject.Contains(Dependency))
+			{
+				Missing.AddUnique(Dependency);
+			}
+		}
+	}
+	return Missing;
+}
+
 bool FGameBuild::AreLibrariesUsable()
 {
 	const FString Directory = GameBuild::GetProjectDir();
@@ -99,7 +123,7 @@ void FGameBuild::DeleteOldLibraries()
 bool FGameBuild::Start(FText& OutFailReason)
 {
 	ProjectDir = GameBuild::GetProjectDir();
-	if (!Editor.Load(OutFailReason) || !ReadRules(OutFailReason))
+	if (!Editor.Load(OutFailReason) || !ReadRules(ProjectDir, Modules, OutFailReason))
 	{
 		return false;
 	}
@@ -108,7 +132,7 @@ bool FGameBuild::Start(FText& OutFailReason)
 									   : StartNinja(PresentNumber, true, OutFailReason);
 }
 
-bool FGameBuild::ReadRules(FText& OutFailReason)
+bool FGameBuild::ReadRules(const FString& ProjectDir, TArray<FGameModuleRules>& OutModules, FText& OutFailReason)
 {
 	TArray<FGameModuleRules> All;
 	for (const FString& Name : GetProjectModules())
@@ -121,7 +145,7 @@ bool FGameBuild::ReadRules(FText& OutFailReason)
 	TArray<FString> Visited;
 	for (const FGameModuleRules& Module : All)
 	{
-		GameBuild::AddInOrder(Module, All, Visited, Modules);
+		GameBuild::AddInOrder(Module, All, Visited, OutModules);
 	}
 	return true;
 }

@@ -19,6 +19,8 @@ class FGameBuild
 public:
 	/** Of the project that is open: the names of the modules that an editor loads. */
 	static TArray<FString> GetProjectModules();
+	/** Listed in a Build.cs, but neither the editor's nor the project's: no compile can succeed here. */
+	static TArray<FString> FindMissingDependencies();
 	/** Whether every library is there and was built for this very editor. */
 	static bool AreLibrariesUsable();
 	/** Deletes libraries that the manifest no longer names. */
@@ -38,7 +40,7 @@ public:
 	const TArray<TPair<FName, FString>>& GetNewLibraries() const { return NewLibraries; }
 
 private:
-	bool ReadRules(FText& OutFailReason);
+	static bool ReadRules(const FString& ProjectDir, TArray<FGameModuleRules>& OutModules, FText& OutFailReason);
 	bool StartNinja(int32 LibraryNumber, bool bOnlyCheck, FText& OutFailReason);
 	void EndCheck();
 	void EndBuild();

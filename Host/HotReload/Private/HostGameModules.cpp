@@ -29,12 +29,18 @@ bool BuildAndWait(FString& OutErrors)
 }
 }
 
-bool FHostGameModules::Prepare(FString& OutErrors)
+EGameModules FHostGameModules::Prepare(FString& OutErrors)
 {
 	const TArray<FString> Modules = FGameBuild::GetProjectModules();
 	if (Modules.IsEmpty())
 	{
-		return true;
+		return EGameModules::Ready;
+	}
+	const TArray<FString> Missing = FGameBuild::FindMissingDependencies();
+	if (!Missing.IsEmpty())
+	{
+		OutErrors = TEXT("they need modules that this editor does not have: ") + FString::Join(Missing, TEXT(", "));
+		return EGameModules::NotForThisEditor;
 	}
 	if (!FGameBuild::AreLibrariesUsable())
 	{
@@ -42,7 +48,7 @@ bool FHostGameModules::Prepare(FString& OutErrors)
 			TCHAR_TO_UTF8(*FString::Join(Modules, TEXT(", "))));
 		if (!HostGameModules::BuildAndWait(OutErrors))
 		{
-			return false;
+			return EGameModules::CannotBeBuilt;
 		}
 	}
 	OutErrors.Empty();
@@ -50,5 +56,5 @@ bool FHostGameModules::Prepare(FString& OutErrors)
 	FHostModuleManifest Manifest;
 	Manifest.Load(FPaths::ProjectDir());
 	Manifest.Announce(FPaths::ProjectDir());
-	return true;
+	return EGameModules::Ready;
 }

@@ -2,6 +2,13 @@
 
 #include "Containers/UnrealString.h"
 
+enum class EGameModules : uint8
+{
+	Ready,            // they can be loaded, or the project has none
+	CannotBeBuilt,    // their code is wrong
+	NotForThisEditor, // they need an engine module that this editor does not have; the project opens without them
+};
+
 /** The C++ modules of the project that the editor opens. */
 struct FHostGameModules
 {
@@ -11,7 +18,7 @@ struct FHostGameModules
 	 *
 	 * It waits for the compiler; a line on the standard error stream says so.
 	 *
-	 * @return false when the modules cannot be built; OutErrors has the reason, or what the compiler printed
+	 * @param OutErrors  why they are not ready, or what the compiler printed
 	 */
-	static bool Prepare(FString& OutErrors);
+	static EGameModules Prepare(FString& OutErrors);
 };

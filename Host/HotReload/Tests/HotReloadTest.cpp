@@ -187,7 +187,7 @@ TEST_F(FHotReloadTest, AGameModuleIsBuiltChangedAndPutInPlaceOfTheOldOne)
 
 	// A library that is missing is built before the project is opened.
 	FString Errors;
-	ASSERT_TRUE(FHostGameModules::Prepare(Errors)) << TCHAR_TO_UTF8(*Errors);
+	ASSERT_EQ(FHostGameModules::Prepare(Errors), EGameModules::Ready) << TCHAR_TO_UTF8(*Errors);
 	ASSERT_TRUE(IProjectManager::Get().LoadModulesForProject(ELoadingPhase::Default));
 	EXPECT_TRUE(Reload().IsAnyGameModuleLoaded());
 	EXPECT_TRUE(Reload().GetModuleCompileMethod("Nest").Equals(TEXT("External")));
@@ -263,20 +263,21 @@ TEST_F(FHotReloadTest, AProjectThatCannotBeBuiltTellsWhy)
 	{
 		const TCHAR* BuildCs;
 		const TCHAR* Header;
+		EGameModules Result;
 		const TCHAR* Expected;
 	};
 	const FCase Cases[] = {
-		{ TEXT("PublicDependencyModuleNames.Add(\"Aviary\");"), TEXT(""),
-			TEXT("Nest.Build.cs lists the module Aviary, which there is not") },
+		{ TEXT("PublicDependencyModuleNames.Add(\"Aviary\");"), TEXT(""), EGameModules::NotForThisEditor,
+			TEXT("does not have: Aviary") },
 		{ TEXT("PublicDependencyModuleNames.Add(\"Core\");"), TEXT("\nUCLASS()\nclass UNest {};\n"),
-			TEXT("/Source/Nest/Nest.h(3): error: Expected a GENERATED_BODY()") },
+			EGameModules::CannotBeBuilt, TEXT("/Source/Nest/Nest.h(3): error: Expected a GENERATED_BODY()") },
 	};
 	for (const FCase& Case : Cases)
 	{
 		Write(TEXT("Source/Nest/Nest.Build.cs"), Case.BuildCs);
 		Write(TEXT("Source/Nest/Nest.h"), Case.Header);
 		FString Errors;
-		EXPECT_FALSE(FHostGameModules::Prepare(Errors));
+		EXPECT_EQ(FHostGameModules::Prepare(Errors), Case.Result);
 		EXPECT_TRUE(Errors.Contains(Case.Expected)) << TCHAR_TO_UTF8(*Errors);
 	}
 }
