@@ -1,9 +1,9 @@
 #include "Misc/FileHelper.h"
 
-#include "Containers/StringConv.h"
 #include "GenericPlatform/GenericPlatformFile.h"
 #include "HAL/PlatformFileManager.h"
 #include "Misc/Paths.h"
+#include "StringConvBuffers.h"
 #include "Templates/UniquePtr.h"
 
 namespace FileHelper
@@ -37,20 +37,38 @@ FString Decode(const uint8* Buffer, int32 Size)
 		return DecodeUtf16(Buffer + 2, Size - 2, false);
 	}
 	const int32 MarkSize = StartsWith(Buffer, Size, { 0xEF, 0xBB, 0xBF }) ? 3 : 0;
-	const FUTF8ToTCHAR Wide(reinterpret_cast<const ANSICHAR*>(Buffer) + MarkSize, Size - MarkSize);
-	return FString(FStringView(Wide.Get(), Wide.Length()));
+	FString Result;
+	// In place, since files may be large.
+	TArray<TCHAR>& Units = Result.GetCharArray();
+	Units.SetNumUninitialized(Size - MarkSize + 1);
+	const int32 Length =
+		StringConv::DecodeUtf8(reinterpret_cast<const ANSICHAR*>(Buffer) + MarkSize, Size - MarkSize, Units.GetData());
+	Units[Length] = 0;
+	Units.SetNum(Length > 0 ? Length + 1 : 0);
+	return Result;
 }
 
 bool IsPureAnsi(FStringView String)
 {
-	return std::all_of(String.begin(), String.end(), [](TCHAR C) { return C < 0x80; });
+	// Without a way out of the loop, the compiler takes wide steps.
+	TCHAR AllBits = 0;
+	for (const TCHAR C : String)
+	{
+		AllBits |= C;
+	}
+	return AllBits < 0x80;
 }
 
 TArray<uint8> EncodeUtf8(FStringView String, std::initializer_list<uint8> Mark)
 {
 	TArray<uint8> Bytes(Mark);
-	const FTCHARToUTF8 Narrow(String.GetData(), String.Len());
-	Bytes.Append(reinterpret_cast<const uint8*>(Narrow.Get()), Narrow.Length());
+	const int32 MarkSize = Bytes.Num();
+	const int64 BytesOfUnit = IsPureAnsi(String) ? 1 : StringConv::MaxBytesOfUnit;
+	const int64 MaxSize = MarkSize + String.Len() * BytesOfUnit;
+	checkf(MaxSize <= MAX_int32, TEXT("A text of %d characters is too long to be written"), String.Len());
+	Bytes.SetNumUninitialized(static_cast<int32>(MaxSize));
+	ANSICHAR* const Text = reinterpret_cast<ANSICHAR*>(Bytes.GetData() + MarkSize);
+	Bytes.SetNum(MarkSize + StringConv::EncodeUtf8(String.GetData(), String.Len(), Text), EAllowShrinking::No);
 	return Bytes;
 }
 

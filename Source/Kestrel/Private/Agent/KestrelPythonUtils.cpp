@@ -41,6 +41,16 @@ FString RestoreStreams(const FString& LogPath)
 		*EscapeForPython(LogPath));
 }
 
+/** @return the result text of the file's creation */
+FString WriteScript(const FString& ScriptPath, const FString& Script)
+{
+	const FString Result = FFileUtils::CreateNewFileWithContent(ScriptPath, Script);
+	// A text beyond ASCII has become UTF-16 now, which Python itself does not read.
+	FFileHelper::SaveStringToFile(
+		Script, *FFileUtils::ToAbsolutePath(ScriptPath), FFileHelper::EEncodingOptions::ForceUTF8WithoutBOM);
+	return Result;
+}
+
 FString MakeLogPath()
 {
 	// Absolute: a relative one would depend on Python's current folder.
@@ -107,7 +117,7 @@ FPythonScriptResult FKestrelPythonUtils::CreateAndExecutePythonScript(const FStr
 	const FString ScriptPath =
 		FPaths::Combine(TEXT("Plugins"), TEXT("kestrel-unreal"), TEXT("Python"), GenerateScriptName());
 	const FString LogPath = MakeLogPath();
-	const FString WriteResult = FFileUtils::CreateNewFileWithContent(ScriptPath, Wrap(ScriptContent, LogPath));
+	const FString WriteResult = WriteScript(ScriptPath, Wrap(ScriptContent, LogPath));
 	if (FFileUtils::IsError(WriteResult))
 	{
 		return FPythonScriptResult::Failure(WriteResult, FString());

@@ -8,12 +8,14 @@ namespace KestrelTextFile
 /** Written without a way out of the loop, so that the compiler makes wide steps of it: files may be large. */
 bool IsPlainAscii(const TArray<uint8>& Bytes)
 {
+	const uint8* const Begin = Bytes.GetData();
+	const int32 Num = Bytes.Num();
 	uint8 AllBits = 0;
 	uint8 HasNul = 0;
-	for (const uint8 Byte : Bytes)
+	for (int32 Index = 0; Index < Num; ++Index)
 	{
-		AllBits |= Byte;
-		HasNul |= Byte == 0 ? 1 : 0;
+		AllBits |= Begin[Index];
+		HasNul |= Begin[Index] == 0 ? 1 : 0;
 	}
 	return AllBits < 0x80 && HasNul == 0;
 }

@@ -1,0 +1,109 @@
+#include "Agent/Agent.h"
+#include "Agent/HTTPAPI.h"
+#include "Dom/JsonObject.h"
+#include "HAL/PlatformTime.h"
+#include "Misc/CommandLine.h"
+#include "Misc/FileHelper.h"
+#include "Misc/Parse.h"
+#include "Tests/KestrelTest.h"
+
+/** The paths on which the editor stands still. What they are compared with is the launcher's business. */
+namespace HotPathBench
+{
+constexpr int32 NumRuns = 7;
+
+/** The file for the figures; empty unless this is a benchmark run. */
+FString ReportFile()
+{
+	FString File;
+	FParse::Value(FCommandLine::Get(), TEXT("-KestrelBench="), File);
+	return File;
+}
+
+FString UseTool(const TCHAR* Tool, std::initializer_list<const TCHAR*> Fields)
+{
+	const TSharedRef<FJsonObject> Input = MakeShared<FJsonObject>();
+	for (const TCHAR* const* Field = Fields.begin(); Field < Fields.end(); Field += 2)
+	{
+		Input->SetStringField(Field[0], Field[1]);
+	}
+	return FAgent::Get().UseTool(Tool, TEXT("bench"), Input);
+}
+
+/** The body of the first request: the project's files listed, parsed, put together and written. */
+FString MakeFirstRequest(int32 Run)
+{
+	return FString::Printf(TEXT("%d characters"), FHTTPAPI::MakeInitialBody(TEXT("Which files are there?")).Len());
+}
+
+/** A name that is in some of the project's sources. */
+FString FindReference(int32 Run)
+{
+	const FString Found =
+		UseTool(TEXT("find_reference_in_all_files"), { TEXT("reference_string"), TEXT("takedamage") });
+	TArray<FString> Files;
+	Found.ParseIntoArray(Files, TEXT("\"Type\""));
+	return FString::Printf(TEXT("%d files found"), Files.Num() - 1);
+}
+
+/** A name replaced all over a large file, and back in the next run: with the record for undo and all. */
+FString ReplaceText(int32 Run)
+{
+	const TCHAR* const Names[] = { TEXT("HealthPoints"), TEXT("LifeEnergy") };
+	const FString Result = UseTool(TEXT("update_file"), { TEXT("path"), TEXT("Large.txt"), TEXT("old_string"),
+															Names[Run % 2], TEXT("new_string"), Names[1 - Run % 2] });
+	return Result.RightChop(Result.Find(TEXT(" with ")) + 6);
+}
+
+struct FBench
+{
+	const TCHAR* Name;
+	FString (*Work)(int32 Run); // what it came to, in words
+};
+
+const FBench Benches[] = {
+	{ TEXT("FirstRequest"), MakeFirstRequest },
+	{ TEXT("FindReference"), FindReference },
+	{ TEXT("ReplaceText"), ReplaceText },
+};
+}
+
+/** They exist only with -KestrelBench=<file>, to which each writes "<best run in seconds> <what it came to>". */
+IMPLEMENT_COMPLEX_AUTOMATION_TEST(FKestrelHotPathBench, "KestrelBench", KestrelTest::Flags)
+
+void FKestrelHotPathBench::GetTests(TArray<FString>& OutBeautifiedNames, TArray<FString>& OutTestCommands) const
+{
+	if (HotPathBench::ReportFile().IsEmpty())
+	{
+		return;
+	}
+	for (const HotPathBench::FBench& Bench : HotPathBench::Benches)
+	{
+		OutBeautifiedNames.Add(Bench.Name);
+		OutTestCommands.Add(Bench.Name);
+	}
+}
+
+bool FKestrelHotPathBench::RunTest(const FString& Parameters)
+{
+	for (const HotPathBench::FBench& Bench : HotPathBench::Benches)
+	{
+		if (!Parameters.Equals(Bench.Name))
+		{
+			continue;
+		}
+		double BestSeconds = 0.0;
+		FString Outcome;
+		for (int32 Run = 0; Run < HotPathBench::NumRuns; ++Run)
+		{
+			// Cycles: the editor's seconds stand still in an unattended run.
+			const uint64 Start = FPlatformTime::Cycles64();
+			Outcome = Bench.Work(Run);
+			const double Seconds = FPlatformTime::ToSeconds64(FPlatformTime::Cycles64() - Start);
+			BestSeconds = Run == 0 ? Seconds : FMath::Min(BestSeconds, Seconds);
+		}
+		const FString Report = FString::Printf(TEXT("%f %s\n"), BestSeconds, *Outcome);
+		return FFileHelper::SaveStringToFile(Report, *HotPathBench::ReportFile());
+	}
+	return false;
+}
