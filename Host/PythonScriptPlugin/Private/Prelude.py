@@ -75,6 +75,27 @@ class Text:
         return not self._text
 
 
+class Array(list):
+    """Array(type): an empty list, for scripts that name the type of its elements. Variables are read as plain lists."""
+
+    def __init__(self, type):
+        super().__init__()
+
+
+class Set(set):
+    """Set(type): an empty set, as Array is an empty list."""
+
+    def __init__(self, type):
+        super().__init__()
+
+
+class Map(dict):
+    """Map(key, value): an empty dict, as Array is an empty list."""
+
+    def __init__(self, key, value):
+        super().__init__()
+
+
 def __getattr__(name):
     found = None if name.startswith("_") else _find_type(name)
     if found is None:

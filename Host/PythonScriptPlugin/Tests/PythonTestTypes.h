@@ -128,6 +128,8 @@ public:
 	static FString Shout(const FString& Whisper, const FString& End = TEXT("!")) { return Whisper + End; }
 	UFUNCTION(BlueprintCallable, Category = "Test")
 	UPyTestThing* GetThing(UPyTestThing* Thing, TSubclassOf<UPyTestThing> OfClass) const;
+	UFUNCTION(BlueprintCallable, Category = "Test")
+	FString RunCommand(const FString& Text) const;
 	UFUNCTION()
 	int32 NotForBlueprints() const { return 12; }
 	UFUNCTION(BlueprintNativeEvent, BlueprintCallable, Category = "Test")

@@ -2,8 +2,6 @@
 #include "PythonTestTypes.h"
 #include "UObject/Package.h"
 
-#include <thread>
-
 int32 UPyTestThing::AddUp(int32 A, const TArray<int32>& Others, FString& OutText)
 {
 	OutText = TEXT("added");
@@ -18,6 +16,15 @@ void UPyTestThing::Grow(FPyTestPoint& Point_, int32 By, bool bLoud, EPyTestPolic
 {
 	Point_.X += By;
 	Point_.Label = bLoud ? TEXT("LOUD") : Policy_ == EPyTestPolicy::HTTPOnly ? TEXT("default") : TEXT("other");
+}
+
+FString UPyTestThing::RunCommand(const FString& Text) const
+{
+	FPythonCommandEx Command;
+	Command.Command = Text;
+	const bool bSuccess = IPythonScriptPlugin::Get()->ExecPythonCommandEx(Command);
+	return FString::Printf(
+		TEXT("%s %s %d"), bSuccess ? TEXT("True") : TEXT("False"), *Command.CommandResult, Command.LogOutput.Num());
 }
 
 UPyTestThing* UPyTestThing::GetThing(UPyTestThing* Thing, TSubclassOf<UPyTestThing> OfClass) const
@@ -121,6 +128,7 @@ TEST_F(FUnrealModuleTest, EachKindOfVariableGoesBothWays)
 		{ TEXT("Point"), TEXT("unreal.PyTestPoint(4, label='four')"), nullptr, "(X=4,Label=\"four\",Owner=None)" },
 		{ TEXT("Vector"), TEXT("unreal.Vector2D(1, y=2)"), nullptr, "(X=1.000000,Y=2.000000)" },
 		{ TEXT("Titles"), TEXT("('a', 'b')"), TEXT("['a', 'b']"), "(\"a\",\"b\")" },
+		{ TEXT("Titles"), TEXT("unreal.Array(str)"), TEXT("[]"), "" },
 		{ TEXT("Points"), TEXT("[unreal.PyTestPoint(1)]"), nullptr, "((X=1))" },
 		{ TEXT("Names"), TEXT("{'one'}"), TEXT("{unreal.Name('ONE')}"), "(\"one\")" },
 		{ TEXT("Counts"), TEXT("{'a': 1, 'b': 2}"), nullptr, "((\"a\", 1),(\"b\", 2))" },
@@ -380,7 +388,7 @@ TEST_F(FUnrealModuleTest, NoScriptMakesWhatWouldEndTheEditor)
 	EXPECT_EQ(RunWithThing(TEXT(
 				  "import threading\n"
 				  "caught = []\n"
-								"point_type = unreal.PyTestPoint\n"
+				  "point_type = unreal.PyTestPoint\n"
 				  "def work():\n"
 				  "  for use in (lambda: thing.walk_speed, lambda: unreal.PyTestThing, point_type):\n"
 				  "    try: use()\n"
@@ -389,6 +397,17 @@ TEST_F(FUnrealModuleTest, NoScriptMakesWhatWouldEndTheEditor)
 				  "assert caught == ['The editor\\'s objects can be used on the game thread alone'] * 3, caught\n")),
 		"None")
 		<< GetResult();
+}
+
+TEST_F(FUnrealModuleTest, ACommandCanRunInsideAnother)
+{
+	EXPECT_EQ(RunWithThing(TEXT("print('outer')\n"
+								"assert thing.run_command('print(\"inner\")') == 'True None 1'\n"
+								"assert thing.run_command('1/0').startswith('False Traceback')\n"
+								"print('still outer')\n")),
+		"None")
+		<< GetResult();
+	EXPECT_EQ(GetOutput(), "Info: outer\nInfo: still outer\n");
 }
 
 TEST_F(FUnrealModuleTest, LibrariesAnswerAsTheHostDoes)
