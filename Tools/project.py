@@ -6,6 +6,7 @@ import glob
 import os
 import re
 import shutil
+import subprocess
 import tempfile
 import time
 
@@ -32,7 +33,33 @@ def copy_sample():
     folder = tempfile.mkdtemp(prefix=SAMPLE_PREFIX)
     target = os.path.join(folder, "Harrier")
     shutil.copytree(os.path.join(steps.ROOT, "Samples", "Harrier"), target)
+    make_git_history(target)
     return target
+
+
+# The steps in which the sample is said to have been made: what each brought along.
+HISTORY = [
+    ("Begin the moor", ["Harrier.uproject", "Config", "Source/*.cs", "Source/Harrier/Harrier*", ".gitignore"]),
+    ("Let the walker walk and gather feathers", ["Source/Harrier/Player", "Source/Harrier/World", "Source/Harrier/Game"]),
+    ("Add health and the wardens", ["."]),
+]
+
+
+def make_git_history(folder):
+    """A repository of the project's own, so that a person sees what was changed, and the editor has revision control."""
+    # A user's own configuration must not matter, nor be asked for.
+    env = dict(os.environ, GIT_CONFIG_GLOBAL=os.devnull, GIT_CONFIG_NOSYSTEM="1")
+
+    def git(*arguments):
+        done = subprocess.run(["git", "-c", "user.name=Moor", "-c", "user.email=moor@example.com", *arguments],
+                              cwd=folder, env=env, capture_output=True, text=True, check=False)
+        if done.returncode != 0:
+            raise steps.StepFailed(f"git {arguments[0]} failed: {done.stderr.strip()}")
+
+    git("init", "-q", "-b", "main")
+    for message, paths in HISTORY:
+        git("add", "--", *paths)
+        git("commit", "-q", "-m", message)
 
 
 def find_uproject(folder):

@@ -1,6 +1,7 @@
 #include "ExecCommands.h"
 
 #include "HostPropertyEdit.h"
+#include "IPythonScriptPlugin.h"
 #include "ISettingsCategory.h"
 #include "ISettingsContainer.h"
 #include "ISettingsModule.h"
@@ -40,6 +41,13 @@ bool SetSetting(const FString& Arguments)
 	UE_CLOG(!Error.IsEmpty(), LogExec, Error, TEXT("The setting %s was not changed: %s"), *Property, *Error);
 	return Error.IsEmpty();
 }
+
+bool RunPython(const FString& Command)
+{
+	IPythonScriptPlugin* const Python = IPythonScriptPlugin::Get();
+	UE_CLOG(!Python, LogExec, Error, TEXT("The project has the plugin PythonScriptPlugin turned off"));
+	return Python && Python->ExecPythonCommand(*Command);
+}
 }
 
 TArray<FString> FExecCommands::Get()
@@ -63,6 +71,10 @@ bool FExecCommands::RunEditorCommands()
 		if (Command.RemoveFromStart(TEXT("SetSetting ")))
 		{
 			bAllRan &= ExecCommands::SetSetting(Command);
+		}
+		else if (Command.RemoveFromStart(TEXT("py ")))
+		{
+			bAllRan &= ExecCommands::RunPython(Command);
 		}
 	}
 	return bAllRan;

@@ -6,7 +6,8 @@
  * The commands of -ExecCmds="<command>;<command>…", in order.
  *
  * "SetSetting <container> <category> <section> <property> <value>" changes a setting as the settings page does, and the
- * section saves it. "Automation RunTests <filter>" and "Quit" are for the automation runner.
+ * section saves it. "py <file or script>" runs Python. "Automation RunTests <filter>" and "Quit" are for the automation
+ * runner.
  */
 class FExecCommands
 {

@@ -2,6 +2,7 @@
 
 #include "Framework/Application/SlateApplication.h"
 #include "Framework/Docking/TabManager.h"
+#include "HAL/HostClock.h"
 #include "InputCoreTypes.h"
 #include "Misc/CommandLine.h"
 #include "Misc/Parse.h"
@@ -128,6 +129,11 @@ bool FPanelConsole::Press(const FView& View, const TCHAR* Button)
 	}
 	View.Buttons.FindChecked(Button)->AsActivatable()->Activate();
 	return true;
+}
+
+bool FPanelConsole::IsWorking(const FView& View)
+{
+	return View.Buttons.Contains(TEXT("pause")) || FHostClock::Get().IsHeld();
 }
 
 void FPanelConsole::Tick()
@@ -356,7 +362,7 @@ void FPanelConsole::RunScript(const FView& View)
 	case EPhase::Ready:
 		if (NextPrompt < Prompts.Num())
 		{
-			Send(View, Prompts[NextPrompt++]);
+			HandleLine(View, Prompts[NextPrompt++]);
 			Phase = EPhase::Sent;
 			break;
 		}

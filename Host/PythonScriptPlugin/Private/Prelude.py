@@ -1,9 +1,133 @@
 # The part of the module "unreal" that is easier to say in Python. It runs once, inside the module, before any script.
 
+import enum as _enum
 import importlib as _importlib
 import sys as _sys
 import threading as _threading
 import traceback as _traceback
+
+
+class EnumBase(_enum.Enum):
+    """The base of all enums. Entries are compared with entries: a number is none."""
+
+
+def _make_enum(name, entries, doc):
+    made = EnumBase(name, entries, module=__name__)
+    made.__doc__ = doc
+    return made
+
+
+class Name:
+    """A name of the editor's: letter case does not count. A str is taken wherever one is asked for."""
+
+    __slots__ = ("_text",)
+
+    def __init__(self, text=""):
+        self._text = str(text) or "None"
+
+    def __str__(self):
+        return self._text
+
+    def __repr__(self):
+        return f'Name("{self._text}")'
+
+    def __eq__(self, other):
+        if not isinstance(other, (Name, str)):
+            return NotImplemented
+        return self._text.lower() == str(other).lower()
+
+    def __hash__(self):
+        return hash(self._text.lower())
+
+    def __bool__(self):
+        return not self.is_none()
+
+    def is_none(self):
+        return self._text.lower() == "none"
+
+
+class Text:
+    """A text for people. A str is taken wherever one is asked for."""
+
+    __slots__ = ("_text",)
+
+    def __init__(self, text=""):
+        self._text = str(text)
+
+    def __str__(self):
+        return self._text
+
+    def __repr__(self):
+        return f'Text("{self._text}")'
+
+    def __eq__(self, other):
+        if not isinstance(other, (Text, str)):
+            return NotImplemented
+        return self._text == str(other)
+
+    def __hash__(self):
+        return hash(self._text)
+
+    def __bool__(self):
+        return bool(self._text)
+
+    def is_empty(self):
+        return not self._text
+
+
+class Array(list):
+    """Array(type): an empty list, for scripts that name the type of its elements. Variables are read as plain lists."""
+
+    def __init__(self, type):
+        super().__init__()
+
+
+class Set(set):
+    """Set(type): an empty set, as Array is an empty list."""
+
+    def __init__(self, type):
+        super().__init__()
+
+
+class Map(dict):
+    """Map(key, value): an empty dict, as Array is an empty list."""
+
+    def __init__(self, key, value):
+        super().__init__()
+
+
+def __getattr__(name):
+    found = None if name.startswith("_") else _find_type(name)
+    if found is None:
+        raise AttributeError(f"module 'unreal' has no attribute '{name}'")
+    return found
+
+
+def __dir__():
+    return sorted({*globals(), *_list_types()})
+
+
+def find_object(outer, name, type=None, follow_redirectors=True):
+    """Finds an object in memory: by its full path without an outer, else by its name in the outer."""
+    return _find_object(outer, name, type or __getattr__("Object"))
+
+
+def load_object(outer, name, type=None, follow_redirectors=True):
+    """Finds an object by its path; one that is not there is a warning, and None."""
+    found = find_object(outer, name, type)
+    if found is None:
+        log_warning(f"Failed to find object '{name}'")
+    return found
+
+
+def load_class(outer, name, type=None):
+    """Finds a class by its path: "/Script/Module.Class"."""
+    found = load_object(outer, name, __getattr__("Class"))
+    base = type or __getattr__("Object")
+    if found is not None and not isinstance(get_default_object(found), base):
+        log_warning(f"The class '{name}' is no '{base.__name__}'")
+        return None
+    return found
 
 
 class _LogStream:

@@ -97,6 +97,10 @@ void FPyOutput::Log(EPythonLogOutputType Type, FStringView Message)
 	}
 	TArray<FString> Lines;
 	Text.ParseIntoArrayLines(Lines, false);
+	if (Lines.IsEmpty())
+	{
+		Lines.AddDefaulted();
+	}
 	for (const FString& Line : Lines)
 	{
 		PyOutput::LogLine(Type, Line);

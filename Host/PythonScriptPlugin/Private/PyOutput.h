@@ -26,9 +26,6 @@ public:
 	static int32 GetRoom();
 	/** Counts text that was not handed over. */
 	static void CountLeftOut(int64 Units);
-
-private:
-	friend class FPyOutputCapture;
 };
 
 /** Collects in Entries what a command prints and logs while it runs. Commands can nest. */

@@ -1,7 +1,15 @@
 #include "PyUnrealModule.h"
 
+#include "PyConversion.h"
+#include "PyFunctions.h"
+#include "PyObject.h"
 #include "PyOutput.h"
+#include "PyProperties.h"
+#include "PyStruct.h"
 #include "PyText.h"
+#include "PyTypes.h"
+#include "UObject/Class.h"
+#include "UObject/Package.h"
 
 namespace PyUnrealModule
 {
@@ -49,7 +57,67 @@ PyObject* WriteLog(PyObject*, PyObject* Arguments)
 	return PyLong_FromSsize_t(Length);
 }
 
+/** _find_type(name): None when there is no such type. */
+PyObject* FindType(PyObject*, PyObject* Name)
+{
+	if (!CheckPythonIsInGameThread())
+	{
+		return nullptr;
+	}
+	FPyRef Type = FPyTypes::Find(PyText::Describe(Name));
+	return Type || PyErr_Occurred() ? Type.Release() : Py_NewRef(Py_None);
+}
+
+PyObject* ListTypes(PyObject*, PyObject*)
+{
+	return CheckPythonIsInGameThread() ? FPyTypes::ListNames().Release() : nullptr;
+}
+
+PyObject* GetTransientPackageObject(PyObject*, PyObject*)
+{
+	return CheckPythonIsInGameThread() ? FPyObject::Wrap(GetTransientPackage()).Release() : nullptr;
+}
+
+/** _find_object(outer, name, type): an object in memory, or None. */
+PyObject* FindObjectInMemory(PyObject*, PyObject* Arguments)
+{
+	PyObject* Outer = nullptr;
+	PyObject* Name = nullptr;
+	PyObject* Type = nullptr;
+	if (!CheckPythonIsInGameThread() || !PyArg_ParseTuple(Arguments, "OUO", &Outer, &Name, &Type))
+	{
+		return nullptr;
+	}
+	UClass* const Class = FPyTypes::ToClass(Type);
+	UObject* const OuterObject = Outer != Py_None && FPyObject::Check(Outer) ? FPyObject::Get(Outer) : nullptr;
+	if (!Class || (Outer != Py_None && !OuterObject))
+	{
+		PyErr_SetString(PyExc_TypeError, "outer must be an object or None, and type a class");
+		return nullptr;
+	}
+	return FPyObject::Wrap(StaticFindObject(Class, OuterObject, *PyText::ToText(Name))).Release();
+}
+
+/** get_default_object(type) */
+PyObject* GetDefaultObjectOf(PyObject*, PyObject* Type)
+{
+	UClass* const Class = CheckPythonIsInGameThread() ? FPyTypes::ToClass(Type) : nullptr;
+	if (!Class && !PyErr_Occurred())
+	{
+		PyErr_SetString(PyExc_TypeError, "get_default_object: 'type' must be a class");
+	}
+	return Class ? FPyObject::Wrap(Class->GetDefaultObject()).Release() : nullptr;
+}
+
 PyMethodDef Functions[] = {
+	{ "new_object", reinterpret_cast<PyCFunction>(reinterpret_cast<void (*)()>(&FPyObject::New)),
+		METH_VARARGS | METH_KEYWORDS,
+		"new_object(type, outer=None, name='') -- None stands for the transient package." },
+	{ "get_default_object", &GetDefaultObjectOf, METH_O, "get_default_object(type) -> Object" },
+	{ "get_transient_package", &GetTransientPackageObject, METH_NOARGS, "get_transient_package() -> Package" },
+	{ "_find_object", &FindObjectInMemory, METH_VARARGS, nullptr },
+	{ "_find_type", &FindType, METH_O, nullptr },
+	{ "_list_types", &ListTypes, METH_NOARGS, nullptr },
 	{ "log", &Log, METH_O, "log(arg) -- Writes to the log, as information." },
 	{ "log_warning", &LogWarning, METH_O, "log_warning(arg) -- Writes to the log, as a warning." },
 	{ "log_error", &LogError, METH_O, "log_error(arg) -- Writes to the log, as an error." },
@@ -57,8 +125,13 @@ PyMethodDef Functions[] = {
 	{ nullptr, nullptr, 0, nullptr },
 };
 
-PyModuleDef Definition = { PyModuleDef_HEAD_INIT, "unreal", "The editor's classes, structs and enums.", -1, Functions,
-	nullptr, nullptr, nullptr, nullptr };
+constexpr const char* ModuleDoc =
+	"The editor's classes, structs and enums, made from their reflection when they are asked for.\n\n"
+	"Names are those of C++ without prefix; members and functions are in snake_case, bAutoApprove is auto_approve.\n"
+	"Values are copies: a list, set, dict or struct that was read from a variable is written back to change it.";
+
+PyModuleDef Definition = { PyModuleDef_HEAD_INIT, "unreal", ModuleDoc, -1, Functions, nullptr, nullptr, nullptr,
+	nullptr };
 
 FPyRef CallPrelude(const char* Function)
 {
@@ -85,13 +158,21 @@ FPyRef FPyUnrealModule::Make()
 		return FPyRef();
 	}
 	PyUnrealModule::Module = Py_NewRef(Module.Get());
-	const bool bMade =
-		PyDict_SetItemString(PyImport_GetModuleDict(), "unreal", Module.Get()) == 0 && PyUnrealModule::RunPrelude();
+	const bool bMade = PyDict_SetItemString(PyImport_GetModuleDict(), "unreal", Module.Get()) == 0 &&
+					   PyUnrealModule::RunPrelude() && PyProperties::Prepare() && PyFunctions::Prepare() &&
+					   FPyObject::Prepare(Module.Get()) && FPyStruct::Prepare(Module.Get()) &&
+					   FPyTypes::Prepare(Module.Get()) && PyConversion::Prepare(Module.Get());
 	return bMade ? Module : FPyRef();
 }
 
 void FPyUnrealModule::Forget()
 {
+	PyConversion::Forget();
+	FPyTypes::Forget();
+	FPyStruct::Forget();
+	FPyObject::Forget();
+	PyFunctions::Forget();
+	PyProperties::Forget();
 	Py_CLEAR(PyUnrealModule::Module);
 }
 

@@ -3,6 +3,7 @@
 
 #include <chrono>
 #include <csignal>
+#include <unistd.h>
 
 /** Scripts that mean no good. After each of them the next one runs as if nothing had been. */
 class FHostileScriptTest : public FPythonTest
@@ -197,4 +198,15 @@ TEST_F(FHostileScriptTest, AModuleIsImportedOnceAndThreadsGoOn)
 		<< GetResult();
 	EXPECT_EQ(GetOutput(), "");
 	EXPECT_TRUE(Run(TEXT("import counted\nassert counted.done")));
+}
+
+TEST_F(FHostileScriptTest, AThreadThatNeverEndsDoesNotKeepTheEditorOpen)
+{
+	const auto EndWithThread = [this] {
+		const bool bStarted =
+			Run(TEXT("import threading, time\nthreading.Thread(target=lambda: time.sleep(1000)).start()"));
+		FModuleManager::Get().UnloadModulesAtShutdown();
+		_exit(bStarted ? 0 : 1);
+	};
+	EXPECT_EXIT(EndWithThread(), testing::ExitedWithCode(0), "were still running");
 }

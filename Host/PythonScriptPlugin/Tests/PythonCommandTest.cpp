@@ -93,14 +93,16 @@ TEST_F(FPythonCommandTest, StandardStreamsAreTheLogAndTheProcessesAreThereToo)
 {
 	EXPECT_TRUE(Run(TEXT("import sys\n"
 						 "assert sys.stdout.encoding == 'utf-8' and not sys.stdout.isatty()\n"
+						 "print()\n"
 						 "print('half', end='')\n"
 						 "print('whole\\nlast', flush=True, end='')\n"
 						 "print('wrong', file=sys.stderr)\n"
 						 "sys.__stdout__.write('')\n"
 						 "sys.__stderr__.write('')\n")))
 		<< GetResult();
-	EXPECT_EQ(GetOutput(), "Info: halfwhole\nError: wrong\nInfo: last\n");
-	EXPECT_EQ(LogLines, "LogPython Display: halfwhole\nLogPython Error: wrong\nLogPython Display: last\n");
+	EXPECT_EQ(GetOutput(), "Info: \nInfo: halfwhole\nError: wrong\nInfo: last\n");
+	EXPECT_EQ(LogLines,
+		"LogPython Display: \nLogPython Display: halfwhole\nLogPython Error: wrong\nLogPython Display: last\n");
 
 	// What the footer of a script restores is not the log.
 	EXPECT_TRUE(

@@ -64,8 +64,7 @@ FString FFileUtils::CheckoutFileFromSourceControl(const FString& Path)
 	const FSourceControlStatePtr State = FileSourceControl::GetState(*Provider, FullPath);
 	if (!State.IsValid() || !State->CanCheckout())
 	{
-		return FString::Printf(
-			TEXT("File %s cannot be checked out (it may already be checked out)"), *FullPath);
+		return FString::Printf(TEXT("File %s cannot be checked out (it may already be checked out)"), *FullPath);
 	}
 	if (!FileSourceControl::Execute<FCheckOut>(*Provider, FullPath))
 	{

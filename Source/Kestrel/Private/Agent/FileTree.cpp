@@ -1,3 +1,4 @@
+#include "Agent/AssetClassCache.h"
 #include "Agent/FileUtils.h"
 #include "Agent/JsonText.h"
 #include "Async/TaskGraphInterfaces.h"
@@ -129,6 +130,18 @@ struct FTreeFilter
 {
 	const TArray<FString>& SupportedExtensions;
 	const TArray<FString>& ExcludedDirs;
+	const TSet<FName>& EnabledAssetClassPatterns;
+
+	/** @param OutClassName  what the file's value is; NoClassName where no class applies */
+	bool Keeps(const FString& Path, const FString& File, FString& OutClassName) const
+	{
+		FName ClassName;
+		const bool bKept = SupportedExtensions.Contains(FPaths::GetExtension(File)) &&
+						   (EnabledAssetClassPatterns.IsEmpty() || FFileUtils::FileMatchesAssetClassPatterns(Path, File,
+																	   EnabledAssetClassPatterns, ClassName));
+		OutClassName = ClassName.IsNone() ? FString(NoClassName) : ClassName.ToString();
+		return bKept;
+	}
 };
 
 TSharedRef<FJsonObject> BuildTree(const FString& Path, const FTreeFilter& Filter, const FFolderOnTheWay* Above)
@@ -146,9 +159,10 @@ TSharedRef<FJsonObject> BuildTree(const FString& Path, const FTreeFilter& Filter
 	}
 	for (const FString& File : Here.Listing.Files)
 	{
-		if (Filter.SupportedExtensions.Contains(FPaths::GetExtension(File)))
+		FString ClassName;
+		if (Filter.Keeps(Path, File, ClassName))
 		{
-			Tree->SetStringField(File, NoClassName);
+			Tree->SetStringField(File, ClassName);
 		}
 	}
 	for (const FString& Folder : Here.Listing.Folders)
@@ -190,7 +204,10 @@ void AppendList(const FString& Path, const FFolderOnTheWay* Above, TArray<FStrin
 TSharedPtr<FJsonObject> FFileUtils::BuildJsonTree(const FString& Path, const TArray<FString>& SupportedExtensions,
 	const TArray<FString>& ExcludedDirs, const TSet<FName>& EnabledAssetClassPatterns)
 {
-	return FileTree::BuildTree(Path, { SupportedExtensions, ExcludedDirs }, nullptr);
+	const TSharedRef<FJsonObject> Tree =
+		FileTree::BuildTree(Path, { SupportedExtensions, ExcludedDirs, EnabledAssetClassPatterns }, nullptr);
+	FAssetClassCache::Get().Save();
+	return Tree;
 }
 
 FString FFileUtils::GetSubDirectoryStructureAsJsonObject(const FString& Path)

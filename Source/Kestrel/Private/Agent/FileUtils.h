@@ -85,7 +85,18 @@ public:
 	static FString RemoveFileFromSourceControl(const FString& Path, bool bSilent);
 
 	/**
-	 * A folder as a JSON object: each kept file a member with "#" as its value, each kept folder an object of its own.
+	 * Whether a file belongs into a tree of assets of some classes. Files that are no assets always do.
+	 *
+	 * @param EnabledAssetClassPatterns  names of classes, as "StaticMesh" or "*Blueprint"
+	 * @param OutClassName               the asset's class when it belongs; none for other files
+	 * @return false for an asset of another class, or of one that nobody knows
+	 */
+	static bool FileMatchesAssetClassPatterns(const FString& FolderPath, const FString& FileName,
+		const TSet<FName>& EnabledAssetClassPatterns, FName& OutClassName);
+
+	/**
+	 * A folder as a JSON object: each kept file a member with its asset class or "#" as its value, each kept folder an
+	 * object of its own.
 	 * Files come before folders, both in the order of the file system. Folders without a kept file are left out.
 	 *
 	 * @param SupportedExtensions        without a dot; letter case does not count

@@ -1,6 +1,8 @@
 #include "Agent/Agent.h"
+#include "Agent/AssetClassCache.h"
 #include "Agent/FileUtils.h"
 #include "Agent/JsonText.h"
+#include "AssetRegistry/AssetRegistryModule.h"
 #include "Async/TaskGraphInterfaces.h"
 #include "Dom/JsonObject.h"
 #include "HAL/FileManager.h"
@@ -150,6 +152,45 @@ void FKestrelFileTreeSpec::Define()
 		}
 		KestrelTest::TestSameText(
 			*this, TEXT("excluded root"), FileToolsTest::TreeOf(Folder.Full(TEXT("Out")), { TEXT("out") }), TEXT(""));
+	});
+
+	It("tells the classes of assets, and keeps those that are wanted", [this]() {
+		const FString Content = FFileUtils::ToAbsolutePath(TEXT("Content/KestrelClasses"));
+		const auto Write = [&Content](const TCHAR* Name, const TCHAR* Class) {
+			FFileHelper::SaveStringToFile(
+				FString::Printf(TEXT("{\"Assets\":[{\"Name\":\"A\",\"Class\":\"/Script/%s\"}]}"), Class),
+				*(Content / Name));
+		};
+		Write(TEXT("Gate.uasset"), TEXT("Engine.Blueprint"));
+		Write(TEXT("Wall.uasset"), TEXT("Engine.StaticMesh"));
+		Write(TEXT("Hat.uasset"), TEXT("UMGEditor.WidgetBlueprint"));
+		Write(TEXT("Notes.ini"), TEXT("none"));
+		IAssetRegistry::Get()->ScanFilesSynchronous(
+			{ Content / TEXT("Gate.uasset"), Content / TEXT("Wall.uasset"), Content / TEXT("Hat.uasset") });
+		const auto Tree = [&Content](const TSet<FName>& Patterns) {
+			return FileToolsTest::SortedTree(
+				FFileUtils::BuildJsonTree(Content, { TEXT("uasset"), TEXT("ini") }, {}, Patterns));
+		};
+		KestrelTest::TestSameText(
+			*this, TEXT("off"), Tree({}), TEXT("Gate.uasset# Hat.uasset# Notes.ini# Wall.uasset#"));
+		KestrelTest::TestSameText(
+			*this, TEXT("a class"), Tree({ "staticmesh" }), TEXT("Notes.ini# Wall.uassetStaticMesh"));
+		KestrelTest::TestSameText(*this, TEXT("a pattern"), Tree({ "*Blueprint", "Texture2D" }),
+			TEXT("Gate.uassetBlueprint Hat.uassetWidgetBlueprint Notes.ini#"));
+
+		FString Cache;
+		const FString CacheFile = FFileUtils::ToAbsolutePath(TEXT("Plugins/kestrel-unreal/Saved/AssetClassCache.log"));
+		FFileHelper::LoadFileToString(Cache, *CacheFile);
+		TestTrue(TEXT("kept on disk"), Cache.Contains(TEXT("/Game/KestrelClasses/Gate=Blueprint\n")));
+		FAssetClassCache::Get().Reload();
+		IFileManager::Get().Delete(*(Content / TEXT("Gate.uasset")));
+		IAssetRegistry::Get()->ScanFilesSynchronous({ Content / TEXT("Gate.uasset") });
+		TestTrue(TEXT("the registry's word counts, once it knows all"),
+			FAssetClassCache::Get().FindClass(Content / TEXT("Gate.uasset")).IsNone());
+		FAssetClassCache::Get().Save();
+		FFileHelper::LoadFileToString(Cache, *CacheFile);
+		TestFalse(TEXT("forgotten"), Cache.Contains(TEXT("Gate=")));
+		IFileManager::Get().DeleteDirectory(*Content, false, true);
 	});
 
 	It("is an empty object for a folder that is missing, unreadable or excluded", [this]() {

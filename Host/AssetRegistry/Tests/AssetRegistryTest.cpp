@@ -1,0 +1,120 @@
+#include "AssetRegistry/AssetRegistryModule.h"
+#include "Containers/Ticker.h"
+#include "HAL/FileManager.h"
+#include "Misc/FileHelper.h"
+#include "Misc/PackageName.h"
+#include "MutateText.h"
+#include "ScratchDirectory.h"
+
+#include <gtest/gtest.h>
+
+namespace
+{
+/** A project with some packages, and the registry that scans it. */
+class AssetRegistryTest : public testing::Test
+{
+protected:
+	AssetRegistryTest()
+	{
+		FPaths::SetProjectFilePath(Folder.Path / TEXT("Game.uproject"));
+		Write(TEXT("Doors/BP_Gate.uasset"),
+			TEXT("{ \"Package\": \"/Game/Old/Name\", \"Version\": 1, \"Assets\": [ { \"Name\": \"BP_Gate\", "
+				 "\"Class\": \"/Script/Engine.Blueprint\", \"Tags\": { \"Name\": \"no\" } } ], \"Objects\": [ {{{"));
+		Write(TEXT("Moor.umap"),
+			TEXT(
+				"{ \"Assets\": [ { \"Class\": \"/Script/Engine.World\", \"Name\": \"Moor\" }, { \"Name\": \"x\" } ] }"));
+		FFileHelper::SaveArrayToFile(TArray<uint8>{ 0xC1, 0x83, 0x2A, 0x9E, 0, 1 }, *(Content() / TEXT("Real.uasset")));
+		Write(TEXT("Empty.uasset"), TEXT(""));
+		Write(TEXT("Cut.uasset"), TEXT("{ \"Assets\": [ { \"Name\": \"Cut\""));
+		FModuleManager::Get().LoadModuleChecked("AssetRegistry");
+	}
+	~AssetRegistryTest() override
+	{
+		FModuleManager::Get().UnloadModule("AssetRegistry");
+		FPaths::SetProjectFilePath(FString());
+	}
+
+	FString Content() const { return Folder.Path / TEXT("Content"); }
+	void Write(const TCHAR* Name, const TCHAR* Text) const { FFileHelper::SaveStringToFile(Text, *(Content() / Name)); }
+	static std::string ClassOf(const TCHAR* Package)
+	{
+		TArray<FAssetData> Assets;
+		IAssetRegistry::Get()->GetAssetsByPackageName(Package, Assets);
+		return Assets.IsEmpty() ? "" : TCHAR_TO_UTF8(*Assets[0].AssetClassPath.ToString());
+	}
+
+	const FScratchDirectory Folder;
+};
+}
+
+TEST_F(AssetRegistryTest, ScansTheContentWhileTheEditorRuns)
+{
+	IAssetRegistry& Registry = *IAssetRegistry::Get();
+	bool bTold = false;
+	Registry.OnFilesLoaded().AddLambda([&bTold]() { bTold = true; });
+	EXPECT_TRUE(Registry.IsLoadingAssets());
+	EXPECT_EQ(ClassOf(TEXT("/Game/Doors/BP_Gate")), "") << "not looked at yet";
+	FTSTicker::GetCoreTicker().Tick(0.1f);
+	EXPECT_FALSE(Registry.IsLoadingAssets());
+	EXPECT_TRUE(bTold);
+	EXPECT_EQ(ClassOf(TEXT("/Game/Doors/BP_Gate")), "/Script/Engine.Blueprint");
+	EXPECT_EQ(ClassOf(TEXT("/game/doors/bp_gate")), "/Script/Engine.Blueprint");
+	EXPECT_EQ(ClassOf(TEXT("/Game/Moor")), "/Script/Engine.World");
+	for (const TCHAR* Unreadable : { TEXT("/Game/Real"), TEXT("/Game/Empty"), TEXT("/Game/Cut"), TEXT("/Game/No") })
+	{
+		EXPECT_EQ(ClassOf(Unreadable), "");
+	}
+	TArray<FAssetData> Assets;
+	Registry.GetAllAssets(Assets);
+	EXPECT_EQ(Assets.Num(), 2);
+	Registry.GetAssetsByClass(FTopLevelAssetPath(TEXT("/Script/Engine.World")), Assets);
+	ASSERT_EQ(Assets.Num(), 3) << "results are added";
+	EXPECT_EQ(Assets[2].GetObjectPathString(), TEXT("/Game/Moor.Moor"));
+	EXPECT_EQ(Assets[2].PackagePath, FName("/Game"));
+}
+
+TEST_F(AssetRegistryTest, FollowsAFileWhenTold)
+{
+	IAssetRegistry& Registry = *IAssetRegistry::Get();
+	Registry.WaitForCompletion();
+	const FString File = Content() / TEXT("Moor.umap");
+	Write(TEXT("Moor.umap"), TEXT("{ \"Assets\": [ { \"Name\": \"Moor\", \"Class\": \"/Script/Engine.Level\" } ] }"));
+	Registry.ScanFilesSynchronous({ File });
+	EXPECT_EQ(ClassOf(TEXT("/Game/Moor")), "/Script/Engine.World") << "known, and not forced";
+	Registry.ScanFilesSynchronous({ File }, true);
+	EXPECT_EQ(ClassOf(TEXT("/Game/Moor")), "/Script/Engine.Level");
+	IFileManager::Get().Delete(*File);
+	Registry.ScanFilesSynchronous({ File, TEXT("/elsewhere/A.uasset") });
+	EXPECT_EQ(ClassOf(TEXT("/Game/Moor")), "");
+}
+
+TEST_F(AssetRegistryTest, BearsDamagedPackages)
+{
+	const std::string Good =
+		"{\"Package\":\"/Game/A\",\"Assets\":[{\"Name\":\"A\",\"Class\":\"/Script/B.C\"}],\"O\":{}}";
+	FTextMutator Mutator("{}[]\",:\\\x80\xC3");
+	const FString File = Content() / TEXT("A.uasset");
+	for (int32 Round = 0; Round < 300; ++Round)
+	{
+		const std::string Text = Mutator.Mutate(Good);
+		FFileHelper::SaveArrayToFile(
+			TArrayView<const uint8>(reinterpret_cast<const uint8*>(Text.data()), static_cast<int32>(Text.size())),
+			*File);
+		IAssetRegistry::Get()->ScanFilesSynchronous({ File }, true);
+	}
+}
+
+TEST_F(AssetRegistryTest, NamesPackagesAfterTheirPlace)
+{
+	FString Name;
+	EXPECT_TRUE(FPackageName::TryConvertFilenameToLongPackageName(Content() / TEXT("A/../B/C.uasset"), Name));
+	EXPECT_EQ(Name, TEXT("/Game/B/C"));
+	FString Reason;
+	EXPECT_FALSE(FPackageName::TryConvertFilenameToLongPackageName(Folder.Path / TEXT("A.uasset"), Name, &Reason));
+	EXPECT_FALSE(Reason.IsEmpty());
+	FString File;
+	EXPECT_TRUE(FPackageName::TryConvertLongPackageNameToFilename(TEXT("/Game/B/C"), File, TEXT(".uasset")));
+	EXPECT_EQ(FPaths::ConvertRelativePathToFull(File), Content() / TEXT("B/C.uasset"));
+	EXPECT_FALSE(FPackageName::TryConvertLongPackageNameToFilename(TEXT("/Script/Engine"), File));
+	EXPECT_EQ(FPackageName::GetShortName(TEXT("/Game/B/C")), TEXT("C"));
+}

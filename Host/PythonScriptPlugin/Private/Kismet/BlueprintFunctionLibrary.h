@@ -1,0 +1,12 @@
+#pragma once
+
+#include "CoreMinimal.h"
+#include "UObject/Object.h"
+#include "BlueprintFunctionLibrary.generated.h"
+
+/** The base of classes that are nothing but static functions for Blueprints and scripts. */
+UCLASS(Abstract)
+class UBlueprintFunctionLibrary : public UObject
+{
+	GENERATED_BODY()
+};

@@ -1,0 +1,79 @@
+#include "Kismet/KismetSystemLibrary.h"
+
+#include "Misc/App.h"
+#include "Misc/EngineVersion.h"
+#include "Misc/Paths.h"
+#include "UObject/Class.h"
+
+DEFINE_LOG_CATEGORY_STATIC(LogBlueprintUserMessages, Log, All);
+
+bool UKismetSystemLibrary::IsValid(const UObject* Object)
+{
+	return ::IsValid(Object);
+}
+
+bool UKismetSystemLibrary::IsValidClass(UClass* Class)
+{
+	return ::IsValid(Class);
+}
+
+FString UKismetSystemLibrary::GetObjectName(const UObject* Object)
+{
+	return Object ? Object->GetName() : FString();
+}
+
+FString UKismetSystemLibrary::GetPathName(const UObject* Object)
+{
+	return Object ? Object->GetPathName() : FString();
+}
+
+FString UKismetSystemLibrary::GetDisplayName(const UObject* Object)
+{
+	return GetObjectName(Object);
+}
+
+FString UKismetSystemLibrary::GetClassDisplayName(const UClass* Class)
+{
+	return Class ? Class->GetName() : FString();
+}
+
+UObject* UKismetSystemLibrary::GetOuterObject(const UObject* Object)
+{
+	return Object ? Object->GetOuter() : nullptr;
+}
+
+FString UKismetSystemLibrary::GetEngineVersion()
+{
+	return FEngineVersion::Current().ToString();
+}
+
+FString UKismetSystemLibrary::GetGameName()
+{
+	return FApp::GetProjectName();
+}
+
+FString UKismetSystemLibrary::GetProjectDirectory()
+{
+	return FPaths::ConvertRelativePathToFull(FPaths::ProjectDir());
+}
+
+FString UKismetSystemLibrary::GetProjectContentDirectory()
+{
+	return FPaths::ConvertRelativePathToFull(FPaths::ProjectContentDir());
+}
+
+FString UKismetSystemLibrary::GetProjectSavedDirectory()
+{
+	return FPaths::ConvertRelativePathToFull(FPaths::ProjectSavedDir());
+}
+
+FString UKismetSystemLibrary::ConvertToAbsolutePath(const FString& Filename)
+{
+	return FPaths::ConvertRelativePathToFull(Filename);
+}
+
+void UKismetSystemLibrary::PrintString(
+	const UObject* WorldContextObject, const FString& InString, bool bPrintToScreen, bool bPrintToLog)
+{
+	UE_CLOG(bPrintToLog, LogBlueprintUserMessages, Log, TEXT("%s"), *InString);
+}
