@@ -84,5 +84,73 @@ class ChangeTest(EndToEndTest):
         self.assertEqual(self.files_of_project("Config")["Config/Windows.ini"].decode(), "[Größe]\r\nA=2\n")
 
 
+class OddFilesTest(EndToEndTest):
+    """What a disk may hold where a tool expects a file. Nothing is lost but what was asked for."""
+
+    def setUp(self):
+        super().setUp()
+        service = self.start_service()
+        self.use_service(service.port, service.authority)
+
+    def path(self, *names):
+        return os.path.join(self.project, *names)
+
+    def change(self, *prompts):
+        run = self.run_editor(*(f"-Prompt={prompt}" for prompt in prompts), "-Approve")
+        self.assertEqual(run.code, 0, run)
+        return run
+
+    def test_links_are_followed_only_when_they_lead_somewhere(self):
+        os.symlink("nowhere.txt", self.path("dangling.txt"))
+        run = self.change('replace "a" with "b" in dangling.txt', "delete dangling.txt", "read dangling.txt")
+        self.assert_in_order(run, "File does not exist: ", "File does not exist at path: ", "Error: File not found")
+        self.assertTrue(os.path.islink(self.path("dangling.txt")))
+
+    def test_a_folder_is_no_file(self):
+        run = self.change('replace "a" with "b" in ./Source', "delete ./Source", 'create ./Source with "x"',
+                          'create New/ with "x"')
+        self.assert_in_order(run, "File does not exist: ", "File does not exist at path: ", "Failed to create file: ",
+                             "The provided path must include a filename")
+        self.assertTrue(os.path.isfile(self.path("Source", "Moor", "Walker.h")))
+
+    def test_a_file_outside_of_the_project_is_named_in_full(self):
+        outside = os.path.join(self.scratch, "outside.txt")
+        with open(outside, "w", encoding="utf-8") as file:
+            file.write("one")
+        run = self.change('replace "one" with "two" in ../outside.txt', "/undo")
+        self.assertIn(outside + " with 1 replacements", run.output)
+        with open(outside, encoding="utf-8") as file:
+            self.assertEqual(file.read(), "one")
+
+    def test_what_may_not_be_written_stays_as_it_is(self):
+        user = self.ordinary_user()
+        os.chmod(self.path("Config", "DefaultGame.ini"), 0o444)
+        os.makedirs(self.path("Locked"))
+        self.write("Locked/a.txt", "one")
+        os.chmod(self.path("Locked"), 0o555)
+        self.addCleanup(os.chmod, self.path("Locked"), 0o755)
+        before = self.files_of_project("Config", "Locked")
+        run = self.run_editor('-Prompt=replace "one" with "two" in Locked/a.txt', '-Prompt=create Locked/b.txt with "x"',
+                              "-Prompt=delete Locked/a.txt", "-Approve", **user)
+        self.assert_in_order(run, "Failed to delete existing file: ", "Failed to create file: ",
+                             "Failed to delete file: ")
+        self.assertEqual(self.files_of_project("Config", "Locked"), before)
+        self.assertEqual(os.listdir(self.path("Saved", "Kestrel", "Rescue")), [])
+
+    def test_a_copy_left_by_an_editor_that_died_is_offered_at_the_next_start(self):
+        rescue = self.path("Saved", "Kestrel", "Rescue")
+        original = self.path("Config", "DefaultGame.ini")
+        os.makedirs(os.path.join(rescue, "0123"))
+        with open(os.path.join(rescue, "0123.txt"), "w", encoding="utf-8") as note:
+            note.write(original)
+        copy = os.path.join(rescue, "0123", "DefaultGame.ini")
+        with open(copy, "w", encoding="utf-8") as file:
+            file.write("[Moor]\nFeathers=11\n")
+        run = self.change("finish")
+        self.assert_in_order(run, "The editor ended while a file was being written: " + original, copy)
+        self.assertIn("Feathers=12", self.files_of_project("Config")["Config/DefaultGame.ini"].decode())
+        self.assertTrue(os.path.exists(copy))
+
+
 if __name__ == "__main__":
     unittest.main()
