@@ -1,5 +1,6 @@
 """A conversation that changes a project with code and history: files, builds, scripts, undo and redo."""
 
+import json
 import os
 import subprocess
 import unittest
@@ -24,13 +25,13 @@ public:
 """
 
 
-class ChangeTest(EndToEndTest):
+class CodeProjectTest(EndToEndTest):
+    """A project with a module of its own, in a repository."""
+
     folder_name = "Moor at dusk"
 
     def setUp(self):
         super().setUp()
-        service = self.start_service()
-        self.use_service(service.port, service.authority)
         self.write("Moor.uproject", '{ "FileVersion": 3, "EngineAssociation": "5.4", "Modules": [ { "Name": "Moor", '
                                     '"Type": "Runtime", "LoadingPhase": "Default" } ] }\n')
         self.write("Source/Moor/Moor.Build.cs", "using UnrealBuildTool;\npublic class Moor : ModuleRules {\n"
@@ -41,9 +42,13 @@ class ChangeTest(EndToEndTest):
         self.write("Source/Moor/Lantern.h", LANTERN)
         self.write("Config/Windows.ini", "[Größe]\r\nA=1\r\n")
         self.write(".gitignore", "Binaries/\nIntermediate/\nSaved/\nPlugins/\n")
+        self.write("Config/DefaultPlugin.ini", "")
+        self.write("Config/DefaultEngine.ini", "")
         self.git("init", "-q")
         self.git("add", ".")
-        self.git("-c", "user.name=Moor", "-c", "user.email=moor@example.com", "commit", "-q", "-m", "Begin")
+        self.git("config", "user.name", "Moor")
+        self.git("config", "user.email", "moor@example.com")
+        self.git("commit", "-q", "-m", "Begin")
 
     def write(self, path, text):
         # As it stands, with the line ends that a test means.
@@ -54,7 +59,12 @@ class ChangeTest(EndToEndTest):
         return subprocess.run(["git", *arguments], cwd=self.project, check=True, capture_output=True,
                               text=True).stdout
 
+
+class ChangeTest(CodeProjectTest):
     def test_a_whole_conversation_is_made_taken_back_and_made_again(self):
+        service = self.start_service()
+        self.use_service(service.port, service.authority)
+        self.git("commit", "-q", "-a", "-m", "Use a service")
         changes = [
             'create Docs/Plan.md with "Gather the große feathers\\n"',
             'replace "A=1\\n" with "A=2\\n" in Config/Windows.ini',
@@ -82,6 +92,34 @@ class ChangeTest(EndToEndTest):
         self.assertEqual(sorted(self.git("status", "--short").splitlines()),
                          [" M Config/Windows.ini", "A  Docs/Plan.md", "D  Source/Moor/Walker.h"], run)
         self.assertEqual(self.files_of_project("Config")["Config/Windows.ini"].decode(), "[Größe]\r\nA=2\n")
+
+    def test_a_second_compile_is_refused_while_the_first_goes_on(self):
+        service = self.start_service("--responder", "script", "--scripts", self.scratch)
+        self.use_service(service.port, service.authority)
+        with open(os.path.join(self.scratch, "twice.json"), "w", encoding="utf-8") as script:
+            json.dump({"turns": [
+                {"response": {"auto_continue": True, "response": [
+                    {"type": "tool_use", "id": "first", "name": "compile", "input": {}},
+                    {"type": "tool_use", "id": "second", "name": "compile", "input": {}}]}},
+                {"expect": {"tool_results": [
+                    {"type": "tool_result", "tool_use_id": "second",
+                     "content": "A compilation is already running. Wait for its result before you start another one.",
+                     "is_error": True}]},
+                 # Longer than any build here; the clock jumps over it when the build is done.
+                 "status": [{"status": "RUNNING"}] * 5,
+                 "response": {"auto_continue": True, "response": [{"type": "text", "text": "I wait."}]}},
+                {"response": {"auto_continue": True, "response": [{"type": "text", "text": "Thank you."}]}},
+            ]}, script)
+        self.write("Source/Moor/Lantern.h", LANTERN.replace("0.5f", "0.6f"))
+        run = self.run_editor("-Prompt=script twice")
+        self.assert_in_order(run, "Compilation failed, processing error...", "Compilation successful!", "Thank you.")
+        self.assertEqual(run.code, 0, run)
+
+    def test_code_that_does_not_compile_ends_the_start_with_the_errors(self):
+        self.write("Source/Moor/Lantern.h", LANTERN.replace("0.5f", "0.5g"))
+        run = self.run_editor("-Prompt=hello")
+        self.assertEqual(run.code, 1, run)
+        self.assertIn("Lantern.h:14:", run.errors)
 
 
 class OddFilesTest(EndToEndTest):
