@@ -11,6 +11,8 @@ constexpr std::chrono::milliseconds ReminderInterval(20);
 
 FPyTimeLimit* Current = nullptr;
 PyObject* ErrorType = nullptr;
+PyObject* Handler = nullptr;
+PyObject* SetSignalHandler = nullptr; // the function of Python
 pthread_t GameThread;
 struct sigaction InstalledAction = {};
 
@@ -18,6 +20,14 @@ struct sigaction InstalledAction = {};
 int GetSignal()
 {
 	return SIGRTMAX - 3;
+}
+
+/** Done anew for each script, as the one before may have put another handler there. */
+void InstallHandler()
+{
+	const FPyRef Previous = FPyRef::Steal(PyObject_CallFunction(SetSignalHandler, "iO", GetSignal(), Handler));
+	PyErr_Clear();
+	sigaction(GetSignal(), nullptr, &InstalledAction);
 }
 
 /** Wakes the game thread out of a wait. A script that took the signal's handler away would end the process by it. */
@@ -35,26 +45,22 @@ void InterruptWait()
 bool FPyTimeLimit::Prepare(PyObject* UnrealModule)
 {
 	static PyMethodDef Handler = { "handle_time_limit", &FPyTimeLimit::HandleSignal, METH_VARARGS, nullptr };
-	const FPyRef HandlerFunction = FPyRef::Steal(PyCFunction_New(&Handler, nullptr));
 	const FPyRef SignalModule = FPyRef::Steal(PyImport_ImportModule("_signal"));
 	// BaseException: "except Exception" is not meant to catch it.
-	const FPyRef Type = FPyRef::Steal(PyErr_NewExceptionWithDoc("unreal.ScriptTimeoutError",
-		"A script has run for longer than the configuration allows.", PyExc_BaseException, nullptr));
-	if (!HandlerFunction || !SignalModule || !Type ||
-		PyModule_AddObjectRef(UnrealModule, "ScriptTimeoutError", Type.Get()) < 0)
-	{
-		return false;
-	}
-	PyTimeLimit::ErrorType = Py_NewRef(Type.Get());
+	PyTimeLimit::ErrorType = PyErr_NewExceptionWithDoc("unreal.ScriptTimeoutError",
+		"A script has run for longer than the configuration allows.", PyExc_BaseException, nullptr);
+	PyTimeLimit::Handler = PyCFunction_New(&Handler, nullptr);
+	PyTimeLimit::SetSignalHandler = SignalModule ? PyObject_GetAttrString(SignalModule.Get(), "signal") : nullptr;
 	PyTimeLimit::GameThread = pthread_self();
-	const FPyRef Previous = FPyRef::Steal(
-		PyObject_CallMethod(SignalModule.Get(), "signal", "iO", PyTimeLimit::GetSignal(), HandlerFunction.Get()));
-	return Previous && sigaction(PyTimeLimit::GetSignal(), nullptr, &PyTimeLimit::InstalledAction) == 0;
+	return PyTimeLimit::ErrorType && PyTimeLimit::Handler && PyTimeLimit::SetSignalHandler &&
+		   PyModule_AddObjectRef(UnrealModule, "ScriptTimeoutError", PyTimeLimit::ErrorType) == 0;
 }
 
 void FPyTimeLimit::Forget()
 {
 	Py_CLEAR(PyTimeLimit::ErrorType);
+	Py_CLEAR(PyTimeLimit::Handler);
+	Py_CLEAR(PyTimeLimit::SetSignalHandler);
 }
 
 double FPyTimeLimit::GetConfiguredSeconds()
@@ -74,6 +80,7 @@ FPyTimeLimit::FPyTimeLimit(double InSeconds)
 	if (bOutermost)
 	{
 		HandledException = FPyRef::Steal(PyErr_GetHandledException());
+		PyTimeLimit::InstallHandler();
 		PyTimeLimit::Current = this;
 		Watchdog = std::thread(&FPyTimeLimit::Watch, this);
 	}
@@ -102,7 +109,12 @@ FPyTimeLimit::~FPyTimeLimit()
 
 bool FPyTimeLimit::HasExpired() const
 {
-	return bOutermost && std::chrono::steady_clock::now() - StartedAt >= std::chrono::duration<double>(Seconds);
+	return bOutermost && FClock::now() - StartedAt >= std::chrono::duration<double>(Seconds);
+}
+
+std::chrono::duration<double> FPyTimeLimit::GetGrace() const
+{
+	return std::chrono::duration<double>(FMath::Min(Seconds, 1.0));
 }
 
 void FPyTimeLimit::Watch()
@@ -124,7 +136,7 @@ void FPyTimeLimit::Watch()
 
 void FPyTimeLimit::Raise() const
 {
-	const std::chrono::duration<double> Elapsed = std::chrono::steady_clock::now() - StartedAt;
+	const std::chrono::duration<double> Elapsed = FClock::now() - StartedAt;
 	const FString Message = FString::Printf(
 		TEXT("the script was stopped after %.1f seconds: ScriptTimeoutSeconds=%s in the section [PythonScriptPlugin] "
 			 "of the engine's configuration allows no more"),
@@ -137,6 +149,17 @@ int FPyTimeLimit::RaiseIfExpired(void*)
 {
 	FPyTimeLimit* const Limit = PyTimeLimit::Current;
 	if (!Limit || !Limit->HasExpired())
+	{
+		return 0;
+	}
+	if (!Limit->bRaised)
+	{
+		Limit->bRaised = true;
+		Limit->RaisedAt = FClock::now();
+		Limit->Raise();
+		return -1;
+	}
+	if (FClock::now() - Limit->RaisedAt < Limit->GetGrace())
 	{
 		return 0;
 	}
