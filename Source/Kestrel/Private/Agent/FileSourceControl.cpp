@@ -31,6 +31,17 @@ bool Execute(ISourceControlProvider& Provider, const FString& FullPath)
 {
 	return Provider.Execute(ISourceControlOperation::Create<OperationType>(), FullPath) == ECommandResult::Succeeded;
 }
+
+/** A file that is about to be added, or is open for editing, is no longer that first; only then is it marked. */
+bool Remove(ISourceControlProvider& Provider, const FString& FullPath, const ISourceControlState& State)
+{
+	const bool bAdded = State.IsAdded();
+	if ((bAdded || State.IsCheckedOut()) && !Execute<FRevert>(Provider, FullPath))
+	{
+		return false;
+	}
+	return bAdded || Execute<FDelete>(Provider, FullPath);
+}
 }
 
 FString FFileUtils::AddNewFileToSourceControl(const FString& Path)
@@ -86,7 +97,7 @@ FString FFileUtils::RemoveFileFromSourceControl(const FString& Path, bool bSilen
 	{
 		return FString::Printf(TEXT("File %s is not under source control, nothing to remove"), *FullPath);
 	}
-	if (FileSourceControl::Execute<FDelete>(*Provider, FullPath))
+	if (FileSourceControl::Remove(*Provider, FullPath, *State))
 	{
 		return FString::Printf(TEXT("Successfully marked %s for deletion in source control"), *FullPath);
 	}

@@ -21,6 +21,10 @@ FString FAgent::UseCompileTool(const FString& Id, const FJsonObject& Input)
 
 void FAgent::TriggerCompilationWithMessages(const FString& ToolId, const TArray<TSharedPtr<FJsonObject>>& Messages)
 {
+	if (!FCompilationManager::IsCompiling())
+	{
+		CompilingConversationId = ConversationId;
+	}
 	FCompilationManager::CompileGameProject(ToolId, Messages);
 }
 
@@ -50,11 +54,14 @@ FString FAgent::UseFindReferenceInAllFilesTool(const FString& Id, const FJsonObj
 void FAgent::OnCompilationFinished(
 	const TArray<TSharedPtr<FJsonObject>>& Messages, const FString& ToolId, const FString& Logs, bool bSuccess)
 {
-	AddToolResult(ToolId, Logs, !bSuccess);
-	const TSharedRef<FJsonObject> Message = MakeShared<FJsonObject>();
-	Message->SetStringField(TEXT("role"), TEXT("user"));
-	Message->SetArrayField(TEXT("content"), ToolResults);
-	AddStoredMessage(Message);
+	if (!CompilingConversationId.IsSet() || CompilingConversationId.GetValue().Equals(ConversationId))
+	{
+		AddToolResult(ToolId, Logs, !bSuccess);
+		const TSharedRef<FJsonObject> Message = MakeShared<FJsonObject>();
+		Message->SetStringField(TEXT("role"), TEXT("user"));
+		Message->SetArrayField(TEXT("content"), ToolResults);
+		AddStoredMessage(Message);
+	}
 	KestrelTools::ShowStatus(
 		bSuccess ? TEXT("Compilation successful!") : TEXT("Compilation failed, processing error..."));
 }

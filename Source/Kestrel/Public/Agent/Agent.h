@@ -86,7 +86,10 @@ public:
 	 * under another label when it was not a tool that asked.
 	 */
 	void TriggerCompilationWithMessages(const FString& ToolId, const TArray<TSharedPtr<FJsonObject>>& Messages);
-	/** Keeps the result of a compile for the next request, and shows how it went. */
+	/**
+	 * Keeps the result of a compile for the next request, and shows how it went. One that an earlier conversation asked
+	 * for is shown only.
+	 */
 	void OnCompilationFinished(
 		const TArray<TSharedPtr<FJsonObject>>& Messages, const FString& ToolId, const FString& Logs, bool bSuccess);
 
@@ -151,4 +154,5 @@ private:
 	TArray<TSharedPtr<FJsonObject>> PendingToolUses;
 	FSimpleMulticastDelegate StateChanged;
 	FDelegateHandle CompileFinishedHandle;
+	TOptional<FString> CompilingConversationId; // set while a compile is going on
 };

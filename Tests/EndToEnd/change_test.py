@@ -1,0 +1,156 @@
+"""A conversation that changes a project with code and history: files, builds, scripts, undo and redo."""
+
+import os
+import subprocess
+import unittest
+
+from harness import EndToEndTest
+
+LANTERN = """#pragma once
+
+#include "CoreMinimal.h"
+#include "UObject/Object.h"
+#include "Lantern.generated.h"
+
+UCLASS()
+class ULantern : public UObject
+{
+	GENERATED_BODY()
+
+public:
+	UPROPERTY(EditAnywhere, Category = "Light")
+	float Brightness = 0.5f;
+};
+"""
+
+
+class ChangeTest(EndToEndTest):
+    folder_name = "Moor at dusk"
+
+    def setUp(self):
+        super().setUp()
+        service = self.start_service()
+        self.use_service(service.port, service.authority)
+        self.write("Moor.uproject", '{ "FileVersion": 3, "EngineAssociation": "5.4", "Modules": [ { "Name": "Moor", '
+                                    '"Type": "Runtime", "LoadingPhase": "Default" } ] }\n')
+        self.write("Source/Moor/Moor.Build.cs", "using UnrealBuildTool;\npublic class Moor : ModuleRules {\n"
+                   "public Moor(ReadOnlyTargetRules Target) : base(Target) {\n"
+                   'PublicDependencyModuleNames.AddRange(new string[] { "Core", "CoreUObject" });\n} }\n')
+        self.write("Source/Moor/Moor.cpp", '#include "Lantern.h"\n#include "Modules/ModuleManager.h"\n\n'
+                   "IMPLEMENT_PRIMARY_GAME_MODULE(FDefaultGameModuleImpl, Moor, \"Moor\");\n")
+        self.write("Source/Moor/Lantern.h", LANTERN)
+        self.write("Config/Windows.ini", "[Größe]\r\nA=1\r\n")
+        self.write(".gitignore", "Binaries/\nIntermediate/\nSaved/\nPlugins/\n")
+        self.git("init", "-q")
+        self.git("add", ".")
+        self.git("-c", "user.name=Moor", "-c", "user.email=moor@example.com", "commit", "-q", "-m", "Begin")
+
+    def write(self, path, text):
+        # As it stands, with the line ends that a test means.
+        with open(os.path.join(self.project, path), "w", encoding="utf-8", newline="") as file:
+            file.write(text)
+
+    def git(self, *arguments):
+        return subprocess.run(["git", *arguments], cwd=self.project, check=True, capture_output=True,
+                              text=True).stdout
+
+    def test_a_whole_conversation_is_made_taken_back_and_made_again(self):
+        changes = [
+            'create Docs/Plan.md with "Gather the große feathers\\n"',
+            'replace "A=1\\n" with "A=2\\n" in Config/Windows.ini',
+            "delete Source/Moor/Walker.h",
+            'replace "0.5f" with "0.75g" in Source/Moor/Lantern.h',
+            "compile",
+            'replace "0.75g" with "0.75f" in Source/Moor/Lantern.h',
+            "compile",
+            "run python: import unreal; print('Brightness', unreal.Lantern.get_default_object()"
+            ".get_editor_property('brightness'))",
+            "find brightness",
+        ]
+        run = self.run_editor(*(f"-Prompt={prompt}" for prompt in changes + ["/undo"]), "-Approve")
+        self.assert_in_order(
+            run, "File created successfully", "with 1 replacements", "Successfully deleted file",
+            "with 1 replacements", "Compiling...", "Compilation failed, processing error...",
+            "The build failed:", "Lantern.h:14:", "error:", "with 1 replacements", "Compiling...",
+            "Compilation successful!", "The game is built.", "Brightness 0.75", "Lantern.h",
+            "Undoing Last Changes...", "Compilation successful!")
+        self.assertEqual(run.code, 0, run)
+        self.assertEqual(self.git("status", "--short"), "", run)
+
+        run = self.run_editor(*(f"-Prompt={prompt}" for prompt in changes[:3] + ["/undo", "/redo"]), "-Approve")
+        self.assertEqual(run.code, 0, run)
+        self.assertEqual(sorted(self.git("status", "--short").splitlines()),
+                         [" M Config/Windows.ini", "A  Docs/Plan.md", "D  Source/Moor/Walker.h"], run)
+        self.assertEqual(self.files_of_project("Config")["Config/Windows.ini"].decode(), "[Größe]\r\nA=2\n")
+
+
+class OddFilesTest(EndToEndTest):
+    """What a disk may hold where a tool expects a file. Nothing is lost but what was asked for."""
+
+    def setUp(self):
+        super().setUp()
+        service = self.start_service()
+        self.use_service(service.port, service.authority)
+
+    def path(self, *names):
+        return os.path.join(self.project, *names)
+
+    def change(self, *prompts):
+        run = self.run_editor(*(f"-Prompt={prompt}" for prompt in prompts), "-Approve")
+        self.assertEqual(run.code, 0, run)
+        return run
+
+    def test_links_are_followed_only_when_they_lead_somewhere(self):
+        os.symlink("nowhere.txt", self.path("dangling.txt"))
+        run = self.change('replace "a" with "b" in dangling.txt', "delete dangling.txt", "read dangling.txt")
+        self.assert_in_order(run, "File does not exist: ", "File does not exist at path: ", "Error: File not found")
+        self.assertTrue(os.path.islink(self.path("dangling.txt")))
+
+    def test_a_folder_is_no_file(self):
+        run = self.change('replace "a" with "b" in ./Source', "delete ./Source", 'create ./Source with "x"',
+                          'create New/ with "x"')
+        self.assert_in_order(run, "File does not exist: ", "File does not exist at path: ", "Failed to create file: ",
+                             "The provided path must include a filename")
+        self.assertTrue(os.path.isfile(self.path("Source", "Moor", "Walker.h")))
+
+    def test_a_file_outside_of_the_project_is_named_in_full(self):
+        outside = os.path.join(self.scratch, "outside.txt")
+        with open(outside, "w", encoding="utf-8") as file:
+            file.write("one")
+        run = self.change('replace "one" with "two" in ../outside.txt', "/undo")
+        self.assertIn(outside + " with 1 replacements", run.output)
+        with open(outside, encoding="utf-8") as file:
+            self.assertEqual(file.read(), "one")
+
+    def test_what_may_not_be_written_stays_as_it_is(self):
+        user = self.ordinary_user()
+        os.chmod(self.path("Config", "DefaultGame.ini"), 0o444)
+        os.makedirs(self.path("Locked"))
+        self.write("Locked/a.txt", "one")
+        os.chmod(self.path("Locked"), 0o555)
+        self.addCleanup(os.chmod, self.path("Locked"), 0o755)
+        before = self.files_of_project("Config", "Locked")
+        run = self.run_editor('-Prompt=replace "one" with "two" in Locked/a.txt', '-Prompt=create Locked/b.txt with "x"',
+                              "-Prompt=delete Locked/a.txt", "-Approve", **user)
+        self.assert_in_order(run, "Failed to delete existing file: ", "Failed to create file: ",
+                             "Failed to delete file: ")
+        self.assertEqual(self.files_of_project("Config", "Locked"), before)
+        self.assertEqual(os.listdir(self.path("Saved", "Kestrel", "Rescue")), [])
+
+    def test_a_copy_left_by_an_editor_that_died_is_offered_at_the_next_start(self):
+        rescue = self.path("Saved", "Kestrel", "Rescue")
+        original = self.path("Config", "DefaultGame.ini")
+        os.makedirs(os.path.join(rescue, "0123"))
+        with open(os.path.join(rescue, "0123.txt"), "w", encoding="utf-8") as note:
+            note.write(original)
+        copy = os.path.join(rescue, "0123", "DefaultGame.ini")
+        with open(copy, "w", encoding="utf-8") as file:
+            file.write("[Moor]\nFeathers=11\n")
+        run = self.change("finish")
+        self.assert_in_order(run, "The editor ended while a file was being written: " + original, copy)
+        self.assertIn("Feathers=12", self.files_of_project("Config")["Config/DefaultGame.ini"].decode())
+        self.assertTrue(os.path.exists(copy))
+
+
+if __name__ == "__main__":
+    unittest.main()
