@@ -123,6 +123,8 @@ bool FChildProcess::Start(
 		CloseOutput();
 		return false;
 	}
+	// The child does the same; whoever comes first, the group is there from now on.
+	setpgid(ProcessId, ProcessId);
 	return true;
 }
 

@@ -17,6 +17,8 @@ FEditorBuild::FModule ReadModule(const FJsonObject& Object)
 	Object.TryGetStringArrayField(TEXT("Definitions"), Module.Definitions);
 	Object.TryGetStringField(TEXT("Library"), Module.Library);
 	Object.TryGetStringField(TEXT("Types"), Module.Types);
+	// Only a part of the editor may have been built, as for a test.
+	Module.Types = IFileManager::Get().FileExists(*Module.Types) ? Module.Types : FString();
 	return Module;
 }
 

@@ -20,6 +20,7 @@ const TCHAR* const NestHeader = TEXT(R"(#pragma once
 #include "CoreMinimal.h"
 #include "UObject/Object.h"
 #include "UObject/ObjectPtr.h"
+#include "Twig.h"
 #include "Nest.generated.h"
 
 UENUM(BlueprintType)
@@ -30,7 +31,7 @@ enum class EBird : uint8
 };
 
 UCLASS()
-class UNest : public UObject
+class UNest : public UTwig
 {
 	GENERATED_BODY()
 
@@ -54,7 +55,6 @@ public:
 
 const TCHAR* const NestSource = TEXT(R"(#include "Nest.h"
 #include "Modules/ModuleManager.h"
-#include "Twig.h"
 
 int32 UNest::CountTwigs() const
 {
@@ -62,6 +62,24 @@ int32 UNest::CountTwigs() const
 }
 
 IMPLEMENT_GAME_MODULE(FDefaultGameModuleImpl, Nest)
+)");
+
+const TCHAR* const TwigHeader = TEXT(R"(#pragma once
+#include "CoreMinimal.h"
+#include "UObject/Object.h"
+#include "Twig.generated.h"
+
+TWIG_API int32 TwigsOf(int32 Eggs);
+
+UCLASS()
+class TWIG_API UTwig : public UObject
+{
+	GENERATED_BODY()
+
+public:
+	UPROPERTY()
+	int32 Length = 10 * @EGGS@;
+};
 )");
 
 /** Keeps the lines of hot reload. */
@@ -95,11 +113,11 @@ protected:
 			TEXT("{\"FileVersion\":3,\"Modules\":[{\"Name\":\"Nest\",\"Type\":\"Runtime\"},"
 				 "{\"Name\":\"Twig\",\"Type\":\"Runtime\"},{\"Name\":\"Shop\",\"Type\":\"ServerOnly\"}]}"));
 		Write(TEXT("Source/Twig/Twig.Build.cs"),
-			TEXT("PublicDependencyModuleNames.Add(\"Core\"); PublicIncludePaths.Add(ModuleDirectory);"));
-		Write(TEXT("Source/Twig/Twig.h"), TEXT("#pragma once\nTWIG_API int TwigsOf(int Eggs);\n"));
+			TEXT("PublicDependencyModuleNames.AddRange(new string[] { \"Core\", \"CoreUObject\" });"
+				 "PublicIncludePaths.Add(ModuleDirectory);"));
 		Write(TEXT("Source/Twig/Twig.cpp"),
 			TEXT("#include \"Twig.h\"\n#include \"Modules/ModuleManager.h\"\n"
-				 "int TwigsOf(int Eggs) { return 10 * Eggs; }\nIMPLEMENT_MODULE(FDefaultGameModuleImpl, Twig)\n"));
+				 "int32 TwigsOf(int32 Eggs) { return 10 * Eggs; }\nIMPLEMENT_MODULE(FDefaultGameModuleImpl, Twig)\n"));
 		Write(TEXT("Source/Nest/Nest.Build.cs"),
 			TEXT("PrivateDependencyModuleNames.AddRange(new string[] { \"Core\", \"CoreUObject\", \"Twig\" });"
 				 "PublicIncludePaths.Add(ModuleDirectory);"));
@@ -129,6 +147,7 @@ protected:
 	{
 		Write(TEXT("Source/Nest/Nest.h"),
 			FString(NestHeader).Replace(TEXT("@TYPE@"), Type).Replace(TEXT("@EGGS@"), Eggs));
+		Write(TEXT("Source/Twig/Twig.h"), FString(TwigHeader).Replace(TEXT("@EGGS@"), Eggs));
 		Write(
 			TEXT("Source/Nest/Own Things/N\u00e9st.cpp"), FString(NestSource).Replace(TEXT("@EGGS@"), Eggs) + AtTheEnd);
 	}
@@ -211,10 +230,10 @@ TEST_F(FHotReloadTest, AGameModuleIsBuiltChangedAndPutInPlaceOfTheOldOne)
 	WriteNest(TEXT("int32"), TEXT("4"), TEXT("int Broken = ;\n#include \"Dom/JsonObject.h\"\n"));
 	EXPECT_EQ(CompileAndFinish(), ECompilationResult::OtherCompilationError);
 	const FString Source = ProjectDir / TEXT("Source/Nest/Own Things/N\u00e9st.cpp");
-	EXPECT_TRUE(Output.Contains(Source + TEXT(":11:14: error: expected expression"))) << TCHAR_TO_UTF8(*Output);
+	EXPECT_TRUE(Output.Contains(Source + TEXT(":10:14: error: expected expression"))) << TCHAR_TO_UTF8(*Output);
 	EXPECT_TRUE(Output.Contains(TEXT("'Dom/JsonObject.h' file not found"))) << TCHAR_TO_UTF8(*Output);
 	EXPECT_FALSE(Output.Contains(TEXT("-Werror"))) << "a command line helps nobody: " << TCHAR_TO_UTF8(*Output);
-	EXPECT_TRUE(Log.Text.Contains(TEXT(":11:14: error: expected expression")));
+	EXPECT_TRUE(Log.Text.Contains(TEXT(":10:14: error: expected expression")));
 	EXPECT_EQ(NestClass(), OldClass);
 
 	// Mended, with another type and default.
@@ -237,6 +256,9 @@ TEST_F(FHotReloadTest, AGameModuleIsBuiltChangedAndPutInPlaceOfTheOldOne)
 	EXPECT_EQ(Untouched->GetClass(), NewClass) << "a kept pointer leads to the new object";
 	EXPECT_TRUE(Untouched->GetPathName().Equals(TEXT("/Engine/Transient.Untouched")));
 	EXPECT_TRUE(Get(Untouched.Get(), TEXT("Eggs")).Equals(TEXT("5")));
+	EXPECT_TRUE(Get(Untouched.Get(), TEXT("Length")).Equals(TEXT("50")))
+		<< "the parent in the other module is new, too";
+	EXPECT_EQ(NewClass->GetSuperClass(), FindObject<UClass>(nullptr, TEXT("/Script/Twig.Twig")));
 	EXPECT_EQ(CountTwigs(Untouched.Get()), 50) << "new code runs";
 	EXPECT_TRUE(Get(Changed.Get(), TEXT("Eggs")).Equals(TEXT("7")));
 	EXPECT_TRUE(Get(Changed.Get(), TEXT("Bird")).Equals(TEXT("Wren")));

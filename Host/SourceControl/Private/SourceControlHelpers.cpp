@@ -1,6 +1,7 @@
 #include "SourceControlHelpers.h"
 
 #include "ISourceControlModule.h"
+#include "Misc/PackageName.h"
 #include "Misc/Paths.h"
 #include "SourceControlOperations.h"
 
@@ -33,20 +34,20 @@ bool Begin(bool bSilent)
 
 FString GetAbsolutePath(const FString& File)
 {
+	// "/Game/Folder/Asset", or with the object behind it: "/Game/Folder/Asset.Asset".
+	const FString Package = File.StartsWith(TEXT("/")) ? FPaths::GetBaseFilename(File, false) : FString();
 	FString Path = File;
-	if (Path.RemoveFromStart(TEXT("/Game/")))
+	FString Map;
+	if (FPackageName::TryConvertLongPackageNameToFilename(Package, Path, FPackageName::GetAssetPackageExtension()) &&
+		FPackageName::TryConvertLongPackageNameToFilename(Package, Map, FPackageName::GetMapPackageExtension()))
 	{
-		// "/Game/Folder/Asset", or with the object behind it: "/Game/Folder/Asset.Asset".
-		Path = FPaths::ProjectContentDir() / FPaths::GetPath(Path) / FPaths::GetBaseFilename(Path);
-		const FString Map = Path + TEXT(".umap");
-		Path = FPaths::FileExists(Map) ? Map : Path + TEXT(".uasset");
+		Path = FPaths::FileExists(Map) ? Map : Path;
 	}
 	else if (FPaths::IsRelative(Path))
 	{
 		Path = FPaths::ProjectDir() / Path;
 	}
-	Path = FPaths::ConvertRelativePathToFull(Path);
-	return Path;
+	return FPaths::ConvertRelativePathToFull(Path);
 }
 
 bool Run(const FSourceControlOperationRef& Operation, const FString& File, bool bSilent)
