@@ -16,11 +16,11 @@ LANTERN = """#pragma once
 UCLASS()
 class ULantern : public UObject
 {
-	GENERATED_BODY()
+    GENERATED_BODY()
 
 public:
-	UPROPERTY(EditAnywhere, Category = "Light")
-	float Brightness = 0.5f;
+    UPROPERTY(EditAnywhere, Category = "Light")
+    float Brightness = 0.5f;
 };
 """
 

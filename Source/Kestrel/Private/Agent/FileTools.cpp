@@ -64,7 +64,7 @@ bool ReadCppPath(const FJsonObject& Input, FString& OutFullPath)
 	FString FilePath;
 	FString FileName;
 	const bool bRead =
-		KestrelTools::ReadFields(Input, { { TEXT("filepath"), FilePath }, { TEXT("filename"), FileName } });
+		KestrelTools::ReadFields(Input, { { TEXT("filepath"), &FilePath }, { TEXT("filename"), &FileName } });
 	OutFullPath = FFileUtils::ToAbsolutePath(FPaths::Combine(FilePath, FileName));
 	return bRead;
 }
@@ -114,7 +114,7 @@ FString FAgent::UseCreateFileTool(const FString& Id, const FJsonObject& Input)
 {
 	FString Path;
 	FString Text;
-	if (!KestrelTools::ReadFields(Input, { { TEXT("path"), Path }, { TEXT("file_text"), Text } }))
+	if (!KestrelTools::ReadFields(Input, { { TEXT("path"), &Path }, { TEXT("file_text"), &Text } }))
 	{
 		return KestrelTools::MissingFields;
 	}
@@ -146,7 +146,7 @@ FString FAgent::UseCreateCPPTool(const FString& Id, const FJsonObject& Input)
 	FString FullPath;
 	FString Contents;
 	if (!FileTools::ReadCppPath(Input, FullPath) ||
-		!KestrelTools::ReadFields(Input, { { TEXT("contents"), Contents } }))
+		!KestrelTools::ReadFields(Input, { { TEXT("contents"), &Contents } }))
 	{
 		return KestrelTools::MissingFields;
 	}
@@ -159,7 +159,7 @@ FString FAgent::UseUpdateAndReplaceCPPTool(const FString& Id, const FJsonObject&
 	FString FullPath;
 	FString Contents;
 	if (!FileTools::ReadCppPath(Input, FullPath) ||
-		!KestrelTools::ReadFields(Input, { { TEXT("contents"), Contents } }))
+		!KestrelTools::ReadFields(Input, { { TEXT("contents"), &Contents } }))
 	{
 		return KestrelTools::MissingFields;
 	}
@@ -173,7 +173,7 @@ FString FAgent::UseUpdateFileTool(const FString& Id, const FJsonObject& Input)
 	FString OldString;
 	FString NewString;
 	if (!KestrelTools::ReadFields(
-			Input, { { TEXT("path"), Path }, { TEXT("old_string"), OldString }, { TEXT("new_string"), NewString } }))
+			Input, { { TEXT("path"), &Path }, { TEXT("old_string"), &OldString }, { TEXT("new_string"), &NewString } }))
 	{
 		return TEXT("Error: Missing required fields. Need path, old_string, and new_string.");
 	}
@@ -195,8 +195,8 @@ FString FAgent::UseInsertIntoFileTool(const FString& Id, const FJsonObject& Inpu
 	FString Path;
 	FString InsertLine;
 	FString NewString;
-	if (!KestrelTools::ReadFields(
-			Input, { { TEXT("path"), Path }, { TEXT("insert_line"), InsertLine }, { TEXT("new_string"), NewString } }))
+	if (!KestrelTools::ReadFields(Input,
+			{ { TEXT("path"), &Path }, { TEXT("insert_line"), &InsertLine }, { TEXT("new_string"), &NewString } }))
 	{
 		return TEXT("Error: Missing required fields. Need path, insert_line, and new_string.");
 	}
@@ -220,7 +220,7 @@ FString FAgent::UseInsertIntoFileTool(const FString& Id, const FJsonObject& Inpu
 FString FAgent::UseDeleteFileTool(const FString& Id, const FJsonObject& Input)
 {
 	FString Path;
-	if (!KestrelTools::ReadFields(Input, { { TEXT("path"), Path } }))
+	if (!KestrelTools::ReadFields(Input, { { TEXT("path"), &Path } }))
 	{
 		return KestrelTools::MissingPath;
 	}
@@ -251,7 +251,7 @@ FString FAgent::UseDeleteCPPTool(const FString& Id, const FJsonObject& Input)
 FString FAgent::UseReadTool(const FString& Id, const FJsonObject& Input)
 {
 	FString Path;
-	if (!KestrelTools::ReadFields(Input, { { TEXT("path"), Path } }))
+	if (!KestrelTools::ReadFields(Input, { { TEXT("path"), &Path } }))
 	{
 		return KestrelTools::MissingPath;
 	}
@@ -276,7 +276,7 @@ FString FAgent::UseReadTool(const FString& Id, const FJsonObject& Input)
 FString FAgent::UseGetFileSystemTool(const FString& Id, const FJsonObject& Input)
 {
 	FString DirPath;
-	if (!KestrelTools::ReadFields(Input, { { TEXT("dir_path"), DirPath } }))
+	if (!KestrelTools::ReadFields(Input, { { TEXT("dir_path"), &DirPath } }))
 	{
 		return TEXT("Error: Missing dir_path field");
 	}

@@ -31,7 +31,7 @@ void FAgent::TriggerCompilationWithMessages(const FString& ToolId, const TArray<
 FString FAgent::UseExecutePythonTool(const FString& Id, const FJsonObject& Input)
 {
 	FString Code;
-	if (!KestrelTools::ReadFields(Input, { { TEXT("code"), Code } }))
+	if (!KestrelTools::ReadFields(Input, { { TEXT("code"), &Code } }))
 	{
 		return TEXT("Error: Missing code field");
 	}
@@ -43,7 +43,7 @@ FString FAgent::UseExecutePythonTool(const FString& Id, const FJsonObject& Input
 FString FAgent::UseFindReferenceInAllFilesTool(const FString& Id, const FJsonObject& Input)
 {
 	FString Reference;
-	if (!KestrelTools::ReadFields(Input, { { TEXT("reference_string"), Reference } }))
+	if (!KestrelTools::ReadFields(Input, { { TEXT("reference_string"), &Reference } }))
 	{
 		return KestrelTools::MissingFields;
 	}

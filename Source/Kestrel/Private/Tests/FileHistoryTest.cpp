@@ -31,21 +31,14 @@ public:
 	}
 	UE_NONCOPYABLE(FConversation)
 
-	/** Fields come in pairs: name, text. */
-	FString Use(const TCHAR* Tool, std::initializer_list<FString> Fields) const
-	{
-		const TSharedRef<FJsonObject> Input = MakeShared<FJsonObject>();
-		for (const FString* Field = Fields.begin(); Field < Fields.end(); Field += 2)
-		{
-			Input->SetStringField(Field[0], Field[1]);
-		}
-		return FAgent::Get().UseTool(Tool, TEXT("id"), Input);
-	}
 	FString Create(const FString& Path, const FString& Text) const
 	{
-		return Use(TEXT("create_file"), { TEXT("path"), Path, TEXT("file_text"), Text });
+		return KestrelTest::UseTool(TEXT("create_file"), { TEXT("path"), Path, TEXT("file_text"), Text });
 	}
-	FString Delete(const FString& Path) const { return Use(TEXT("delete_file"), { TEXT("path"), Path }); }
+	FString Delete(const FString& Path) const
+	{
+		return KestrelTest::UseTool(TEXT("delete_file"), { TEXT("path"), Path });
+	}
 
 	const FString Id = FGuid::NewGuid().ToString();
 };
@@ -86,10 +79,12 @@ const FStory Stories[] = {
 	{ TEXT("modified files, however often"),
 		[](const FConversation& Conversation, const FKestrelTestFolder& Folder) {
 			Conversation.Create(Folder.Full(TEXT("a.txt")), TEXT("second"));
-			Conversation.Use(TEXT("insert_into_file"), { TEXT("path"), Folder.Full(TEXT("a.txt")), TEXT("insert_line"),
-														   TEXT("0"), TEXT("new_string"), TEXT("\u00E4") });
-			Conversation.Use(TEXT("update_file"), { TEXT("path"), Folder.Full(TEXT("utf16.txt")), TEXT("old_string"),
-													  TEXT("x"), TEXT("new_string"), TEXT("y") });
+			KestrelTest::UseTool(
+				TEXT("insert_into_file"), { TEXT("path"), Folder.Full(TEXT("a.txt")), TEXT("insert_line"), TEXT("0"),
+											  TEXT("new_string"), TEXT("\u00E4") });
+			KestrelTest::UseTool(
+				TEXT("update_file"), { TEXT("path"), Folder.Full(TEXT("utf16.txt")), TEXT("old_string"), TEXT("x"),
+										 TEXT("new_string"), TEXT("y") });
 		} },
 	{ TEXT("deleted files, whatever they hold"),
 		[](const FConversation& Conversation, const FKestrelTestFolder& Folder) {
