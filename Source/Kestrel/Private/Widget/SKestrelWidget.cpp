@@ -109,6 +109,7 @@ void SKestrelWidget::Construct(const FArguments& InArgs)
 	// clang-format on
 
 	FKestrelInterface::Get().StatusMessageDelegate.BindSP(this, &SKestrelWidget::OnAddStatusMessage);
+	FKestrelInterface::Get().DiffMessageDelegate.BindSP(this, &SKestrelWidget::OnAddDiffMessage);
 	const FText Welcome = LOCTEXT("Welcome",
 		"I know the files of this project: I can read, search and change them, compile the game and run Python scripts. "
 		"Type what you want below and press Enter, for instance:\n"
@@ -284,25 +285,33 @@ SKestrelWidget::FBlock SKestrelWidget::AddBlock(
 	TextStyle.SetFont(FCoreStyle::GetDefaultFontStyle(FontStyle, FontSize));
 	TextStyle.SetColorAndOpacity(Color);
 	// clang-format off
+	SAssignNew(Block.Border, SBorder)
+	.Padding(KestrelWidget::BlockPadding)
+	[
+		SAssignNew(Block.Text, SMultiLineEditableText)
+		.Text(FText::FromString(Text))
+		.TextStyle(&TextStyle)
+		.IsReadOnly(true)
+		.AutoWrapText(true)
+	];
+	// clang-format on
+	AddBlockContent(Block.Border.ToSharedRef());
+	return Block;
+}
+
+void SKestrelWidget::AddBlockContent(const TSharedRef<SBorder>& Border)
+{
+	// clang-format off
 	ScrollBox->AddSlot()
 	.Padding(0.0f, 0.0f, 0.0f, KestrelWidget::BlockPadding)
 	[
-		SAssignNew(Block.Border, SBorder)
-		.Padding(KestrelWidget::BlockPadding)
-		[
-			SAssignNew(Block.Text, SMultiLineEditableText)
-			.Text(FText::FromString(Text))
-			.TextStyle(&TextStyle)
-			.IsReadOnly(true)
-			.AutoWrapText(true)
-		]
+		Border
 	];
 	// clang-format on
 	if (!bIsUserScrolling)
 	{
 		ScrollBox->ScrollToEnd();
 	}
-	return Block;
 }
 
 void SKestrelWidget::StartProgressAnimation(
