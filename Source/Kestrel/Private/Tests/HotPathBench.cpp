@@ -3,7 +3,9 @@
 #include "Misc/CommandLine.h"
 #include "Misc/FileHelper.h"
 #include "Misc/Parse.h"
+#include "Misc/Paths.h"
 #include "Tests/KestrelTest.h"
+#include "Widget/LineDiff.h"
 
 /** The paths on which the editor stands still. What they are compared with is the launcher's business. */
 namespace HotPathBench
@@ -44,6 +46,19 @@ FString ReplaceText(int32 Run)
 	return Result.RightChop(Result.Find(TEXT(" with ")) + 6);
 }
 
+/** The lines of two large texts compared. */
+FString CompareLines(int32 Run)
+{
+	const FString Folder = FPaths::ProjectDir();
+	FString Old;
+	FString New;
+	FFileHelper::LoadFileToString(Old, *(Folder / TEXT("Old.txt")));
+	FFileHelper::LoadFileToString(New, *(Folder / TEXT("New.txt")));
+	const TArray<FDiffLine> Lines =
+		KestrelLineDiff::Compare(KestrelLineDiff::SplitIntoLines(Old), KestrelLineDiff::SplitIntoLines(New));
+	return FString::Printf(TEXT("%d lines"), Lines.Num());
+}
+
 struct FBench
 {
 	const TCHAR* Name;
@@ -54,6 +69,7 @@ const FBench Benches[] = {
 	{ TEXT("FirstRequest"), MakeFirstRequest },
 	{ TEXT("FindReference"), FindReference },
 	{ TEXT("ReplaceText"), ReplaceText },
+	{ TEXT("CompareLines"), CompareLines },
 };
 }
 
