@@ -2,6 +2,7 @@
 
 #include "AutomationRunner.h"
 #include "CoreMinimal.h"
+#include "HostDisplay.h"
 #include "HostGameModules.h"
 #include "LogDevices.h"
 #include "PanelConsole.h"
@@ -32,6 +33,8 @@ private:
 	/** False when the project's own modules cannot be built or loaded. */
 	bool LoadModules();
 	EGameModules PrepareGameModules();
+	/** With -Window on the screen, otherwise in memory alone. False when there is no screen. */
+	bool StartSlate();
 	void CreateMainWindow();
 	void Tick();
 	void TickWork();
@@ -43,7 +46,8 @@ private:
 	FOutputDeviceStdErr StdErr;
 	FAutomationRunner Automation;
 	FPanelConsole Console;
-	double LastTickTime = 0.0; // seconds of FPlatformTime
+	TUniquePtr<FHostDisplay> Display; // null without a window
+	double LastTickTime = 0.0;        // seconds of FPlatformTime
 	int32 ExitCode = 0;
 	bool bInitialized = false;
 };

@@ -1,6 +1,7 @@
 #include "Widget/SKestrelWidget.h"
 
 #include "Agent/Agent.h"
+#include "Framework/Application/SlateApplication.h"
 #include "HAL/PlatformTime.h"
 #include "InputCoreTypes.h"
 #include "KestrelSettings.h"
@@ -9,6 +10,7 @@
 #include "Styling/SlateTypes.h"
 #include "UObject/Class.h"
 #include "Widget/KestrelInterface.h"
+#include "Widget/KestrelStyle.h"
 #include "Widgets/Input/SButton.h"
 #include "Widgets/Layout/SBorder.h"
 #include "Widgets/Layout/SBox.h"
@@ -62,6 +64,21 @@ bool IsWaitingForUser(EAgentState State)
 		   State == EAgentState::AwaitingApproval;
 }
 
+/** Who speaks is told by the style of the text; what was given up, by its words. */
+FName GetBlockBrush(const FString& Text, const FName& FontStyle)
+{
+	if (Text.StartsWith(TEXT(" [ Cancelled ]"), ESearchCase::CaseSensitive))
+	{
+		return "Kestrel.Block.Cancelled";
+	}
+	if (FontStyle == FKestrelInterface::ItalicFontName)
+	{
+		return "Kestrel.Block.Status";
+	}
+	return Text.StartsWith(TEXT(" [ User"), ESearchCase::CaseSensitive) ? FName("Kestrel.Block.User")
+																		: FName("Kestrel.Block.Assistant");
+}
+
 EAgentState GetState()
 {
 	return FAgent::Get().GetAgentState();
@@ -108,6 +125,8 @@ void SKestrelWidget::Construct(const FArguments& InArgs)
 	];
 	// clang-format on
 
+	// A widget that is not shown yet cannot have the focus.
+	RegisterActiveTimer(0.0f, FWidgetActiveTimerDelegate::CreateSP(this, &SKestrelWidget::SetFocusPostConstruct));
 	FKestrelInterface::Get().StatusMessageDelegate.BindSP(this, &SKestrelWidget::OnAddStatusMessage);
 	FKestrelInterface::Get().DiffMessageDelegate.BindSP(this, &SKestrelWidget::OnAddDiffMessage);
 	const FText Welcome = LOCTEXT("Welcome",
@@ -127,6 +146,12 @@ void SKestrelWidget::Construct(const FArguments& InArgs)
 }
 
 SKestrelWidget::~SKestrelWidget() = default;
+
+EActiveTimerReturnType SKestrelWidget::SetFocusPostConstruct(double InCurrentTime, float InDeltaTime)
+{
+	FSlateApplication::Get().SetKeyboardFocus(PromptBox);
+	return EActiveTimerReturnType::Stop;
+}
 
 TSharedRef<SWidget> SKestrelWidget::MakePromptBox()
 {
@@ -286,6 +311,7 @@ SKestrelWidget::FBlock SKestrelWidget::AddBlock(
 	TextStyle.SetColorAndOpacity(Color);
 	// clang-format off
 	SAssignNew(Block.Border, SBorder)
+	.BorderImage(FKestrelStyle::Get().GetBrush(KestrelWidget::GetBlockBrush(Text, FontStyle)))
 	.Padding(KestrelWidget::BlockPadding)
 	[
 		SAssignNew(Block.Text, SMultiLineEditableText)

@@ -90,6 +90,7 @@ private:
 	void AddBlockContent(const TSharedRef<SBorder>& Border);
 	/** The name of the file, which is copied by a click, and how many lines came and went. */
 	TSharedRef<SWidget> MakeDiffHeader(const FString& FilePath, const TArray<FDiffChunk>& Chunks) const;
+	EActiveTimerReturnType SetFocusPostConstruct(double InCurrentTime, float InDeltaTime);
 	FReply OnPromptKeyDown(const FGeometry& MyGeometry, const FKeyEvent& InKeyEvent);
 	void OnUserScrolled(float ScrollOffset);
 	/** A click took the focus to its button; the next thing the user does is to type. */

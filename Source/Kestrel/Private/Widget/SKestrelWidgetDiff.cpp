@@ -6,6 +6,7 @@
 #include "Styling/SlateTypes.h"
 #include "UObject/Class.h"
 #include "Widget/KestrelInterface.h"
+#include "Widget/KestrelStyle.h"
 #include "Widget/SKestrelWidget.h"
 #include "Widgets/Input/SButton.h"
 #include "Widgets/Layout/SBorder.h"
@@ -229,6 +230,7 @@ void SKestrelWidget::OnAddDiffMessage(const FString& FilePath, const FString& Be
 	// clang-format off
 	AddBlockContent(
 		SNew(SBorder)
+		.BorderImage(FKestrelStyle::Get().GetBrush("Kestrel.Block.Diff"))
 		.Padding(KestrelDiffView::BlockPadding)
 		[
 			SNew(SVerticalBox)
