@@ -21,7 +21,7 @@ PACKAGES = [
     "libcurl4-openssl-dev", "libgit2-dev", "libpango1.0-dev", "libpython3-dev", "librsvg2-dev", "libsdl2-dev",
     "libssl-dev", "fonts-dejavu-core", "fonts-noto-color-emoji",
     "lld", "nlohmann-json3-dev", "ninja-build", "pkg-config", "rapidjson-dev",
-    "libgmock-dev", "libgtest-dev",
+    "libgmock-dev", "libgtest-dev", "xdotool", "xvfb",
 ]
 CHECK_PACKAGES = ["clang-format", "clang-tidy"]
 

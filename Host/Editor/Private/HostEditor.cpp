@@ -216,6 +216,10 @@ void FHostEditor::Tick()
 	FHttpModule::Get().GetHttpManager().Tick(DeltaTime);
 	FTaskGraphInterface::Get().ProcessThreadUntilIdle(ENamedThreads::GameThread);
 	FSlateApplication::Get().Tick();
+	if (WidgetReport.IsWanted())
+	{
+		WidgetReport.Tick();
+	}
 	TickWork();
 }
 

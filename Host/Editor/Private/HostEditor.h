@@ -7,6 +7,7 @@
 #include "LogDevices.h"
 #include "PanelConsole.h"
 #include "Templates/UniquePtr.h"
+#include "WidgetReport.h"
 
 /**
  * The editor's life: opens the project of the command line, loads modules and plugins in the engine's phases, ticks
@@ -46,6 +47,7 @@ private:
 	FOutputDeviceStdErr StdErr;
 	FAutomationRunner Automation;
 	FPanelConsole Console;
+	FWidgetReport WidgetReport;
 	TUniquePtr<FHostDisplay> Display; // null without a window
 	double LastTickTime = 0.0;        // seconds of FPlatformTime
 	int32 ExitCode = 0;

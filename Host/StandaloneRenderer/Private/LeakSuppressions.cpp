@@ -1,8 +1,7 @@
 /**
- * Fontconfig keeps its configuration until the process ends, and gives nothing of it back. Asked by the leak sanitizer,
- * where there is one.
+ * Fontconfig and D-Bus keep what they have made until the process ends. Asked by the leak sanitizer, where there is one.
  */
 extern "C" __attribute__((visibility("default"), used)) const char* __lsan_default_suppressions()
 {
-	return "leak:libfontconfig\nleak:libpango\n";
+	return "leak:libfontconfig\nleak:libpango\nleak:libdbus\n";
 }

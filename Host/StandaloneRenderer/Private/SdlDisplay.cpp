@@ -4,6 +4,8 @@
 #include "HostDisplay.h"
 #include "SdlInput.h"
 
+#include <dlfcn.h>
+
 DEFINE_LOG_CATEGORY_STATIC(LogDisplay, Log, All);
 
 namespace SdlDisplay
@@ -179,6 +181,14 @@ private:
 		{
 			return;
 		}
+		// Where no window manager does it.
+		const bool bAltF4 =
+			Event.type == SDL_KEYDOWN && Event.key.keysym.sym == SDLK_F4 && (Event.key.keysym.mod & KMOD_ALT) != 0;
+		if (bAltF4)
+		{
+			FSlateApplication::Get().RequestDestroyWindow(Window.ToSharedRef());
+			return;
+		}
 		if (Event.type == SDL_WINDOWEVENT)
 		{
 			HandleWindowEvent(Event.window, Window.ToSharedRef());
@@ -239,6 +249,10 @@ TUniquePtr<FHostDisplay> FHostDisplay::Open()
 {
 	// The console has the first word on Ctrl-C.
 	SDL_SetHint(SDL_HINT_NO_SIGNAL_HANDLERS, "1");
+	// The pixels are drawn in memory: a way through OpenGL would only take longer, above all to start.
+	SDL_SetHint(SDL_HINT_FRAMEBUFFER_ACCELERATION, "0");
+	// SDL loads D-Bus for input methods and unloads it again. It is not made for that: what it keeps would be lost.
+	dlopen("libdbus-1.so.3", RTLD_LAZY | RTLD_NODELETE);
 	if (SDL_Init(SDL_INIT_VIDEO) != 0)
 	{
 		UE_LOG(LogDisplay, Warning, TEXT("There is no screen to open a window on: %s"), UTF8_TO_TCHAR(SDL_GetError()));

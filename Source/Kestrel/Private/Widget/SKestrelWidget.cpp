@@ -368,6 +368,8 @@ void SKestrelWidget::StopProgressAnimation()
 	if (const TSharedPtr<FActiveTimerHandle> Timer = AnimationTimer.Pin())
 	{
 		UnRegisterActiveTimer(Timer.ToSharedRef());
+		// It stays as it came, and not with as many dots as it happened to have.
+		AnimatedText->SetText(FText::FromString(AnimatedBaseText + TEXT("...")));
 	}
 	AnimationTimer.Reset();
 	AnimatedText.Reset();
