@@ -184,6 +184,26 @@ void FKestrelFileHistorySpec::Define()
 		TestFalse(TEXT("nothing to make again"), History.CanRedo(Conversation.Id, File));
 	});
 
+	It("finds the way back when two paths lead to one file", [this]() {
+		const FKestrelTestFolder Folder;
+		const FileHistoryTest::FConversation Conversation;
+		FFileHistory& History = FFileHistory::Get();
+		Folder.Write(TEXT("a.txt"), TEXT("one"));
+		History.StoreFileVersion(Conversation.Id, Folder.Full(TEXT("a.txt")), TEXT("one"));
+		Folder.Write(TEXT("a.txt"), TEXT("two"));
+		History.StoreFileVersion(Conversation.Id, Folder.Name / TEXT("a.txt"), TEXT("two"));
+		Folder.Write(TEXT("a.txt"), TEXT("three"));
+		for (int32 Round = 0; Round < 2; ++Round)
+		{
+			History.UndoAllChanges(Conversation.Id);
+			KestrelTest::TestSameText(
+				*this, TEXT("undone"), FFileUtils::ReadFile(Folder.Full(TEXT("a.txt"))), TEXT("one"));
+			History.RedoAllChanges(Conversation.Id);
+			KestrelTest::TestSameText(
+				*this, TEXT("redone"), FFileUtils::ReadFile(Folder.Full(TEXT("a.txt"))), TEXT("three"));
+		}
+	});
+
 	It("keeps what could not be undone, to be tried again", [this]() {
 		const FKestrelTestFolder Folder;
 		const FileHistoryTest::FConversation Conversation;
