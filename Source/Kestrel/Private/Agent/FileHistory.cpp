@@ -118,6 +118,8 @@ FFileHistory& FFileHistory::Get()
 void FFileHistory::Store(
 	const FString& Key, const FString& FilePath, EFileActionType ActionType, const FString& Content)
 {
+	// Made again, what was taken back before would overwrite this change.
+	RedoHistories.Remove(Key);
 	FFileEntries& Entries = FileHistories.FindOrAdd(Key);
 	if (!Entries.Contains(FilePath))
 	{

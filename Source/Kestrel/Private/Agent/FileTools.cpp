@@ -21,14 +21,27 @@ bool ReadBefore(const FString& FullPath, FString& OutText)
 		   KestrelTextFile::Load(FullPath, OutText, Bytes) != KestrelTextFile::EContent::Unreadable;
 }
 
+/** The key for a change that is about to be made. Undo is for it from now on, whatever was taken back before. */
+const FString& BeginRecord()
+{
+	FAgent& Agent = FAgent::Get();
+	Agent.SetUndoConversationID(Agent.GetConversationId());
+	return Agent.GetConversationId();
+}
+
 void RecordVersion(const FString& FullPath, const FString& Before)
 {
-	FFileHistory::Get().StoreFileVersion(FAgent::Get().GetConversationId(), FullPath, Before);
+	FFileHistory::Get().StoreFileVersion(BeginRecord(), FullPath, Before);
 }
 
 void RecordCreation(const FString& FullPath, const FString& Text)
 {
-	FFileHistory::Get().StoreFileCreation(FAgent::Get().GetConversationId(), FullPath, Text);
+	FFileHistory::Get().StoreFileCreation(BeginRecord(), FullPath, Text);
+}
+
+void RecordDeletion(const FString& FullPath, const FString& Before)
+{
+	FFileHistory::Get().StoreFileDeletion(BeginRecord(), FullPath, Before);
 }
 
 /** A change that failed has no difference to show. @return the change's result */
@@ -231,7 +244,7 @@ FString FAgent::UseDeleteFileTool(const FString& Id, const FJsonObject& Input)
 	{
 		return FFileUtils::DeleteFile(FullPath);
 	}
-	FFileHistory::Get().StoreFileDeletion(GetConversationId(), FullPath, Before);
+	FileTools::RecordDeletion(FullPath, Before);
 	return FileTools::ShowDiff(FFileUtils::DeleteFile(FullPath), FullPath, Before, FString());
 }
 

@@ -269,4 +269,23 @@ void FKestrelUndoSpec::Define()
 		TestTrue(TEXT("says so"), Recorder.GetTexts().Contains(TEXT("Undoing Last Changes...")) &&
 									  Recorder.GetTexts().Contains(TEXT("Redoing Last Changes...")));
 	});
+
+	It("takes back what a conversation changes after an undo, and does not make the old change again", [this]() {
+		const FKestrelTestFolder Folder;
+		const FKestrelPanelRecorder Recorder;
+		FKestrelInterface& Interface = FKestrelInterface::Get();
+		const FileHistoryTest::FConversation Conversation;
+		const FString File = Folder.Full(TEXT("a.txt"));
+		Folder.Write(TEXT("a.txt"), TEXT("old"));
+		Conversation.Create(File, TEXT("first try"));
+		Interface.UndoLastOperation();
+		Conversation.Create(File, TEXT("second try"));
+		TestTrue(TEXT("undo is offered, redo is not"), Interface.CanUndo() && !Interface.CanRedo());
+		Interface.RedoLastOperation();
+		KestrelTest::TestSameText(*this, TEXT("not overwritten"), FFileUtils::ReadFile(File), TEXT("second try"));
+		Interface.UndoLastOperation();
+		KestrelTest::TestSameText(*this, TEXT("undone"), FFileUtils::ReadFile(File), TEXT("old"));
+		Interface.RedoLastOperation();
+		KestrelTest::TestSameText(*this, TEXT("redone"), FFileUtils::ReadFile(File), TEXT("second try"));
+	});
 }
