@@ -285,6 +285,8 @@ void FKestrelUndoSpec::Define()
 		KestrelTest::TestSameText(*this, TEXT("not overwritten"), FFileUtils::ReadFile(File), TEXT("second try"));
 		Interface.UndoLastOperation();
 		KestrelTest::TestSameText(*this, TEXT("undone"), FFileUtils::ReadFile(File), TEXT("old"));
+		Interface.UndoLastOperation();
+		TestTrue(TEXT("an undo of nothing leaves the redo"), Interface.CanRedo());
 		Interface.RedoLastOperation();
 		KestrelTest::TestSameText(*this, TEXT("redone"), FFileUtils::ReadFile(File), TEXT("second try"));
 	});
