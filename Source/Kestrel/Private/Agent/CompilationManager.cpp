@@ -130,13 +130,17 @@ void FCompilationManager::OnHotReloadCompilationFinished(
 			UE_LOG(LogCompile, Log, TEXT("%s"), *Line);
 		}
 	}
+	const FString Logs = FString::Join(GetCompilationLogs(), TEXT("\n"));
 	StopCapturing();
-	CompileFinished.Broadcast(StoredMessages, SharedToolId, FString::Join(GetCompilationLogs(), TEXT("\n")),
-		!ECompilationResult::Failed(Result));
+	CompileFinished.Broadcast(StoredMessages, SharedToolId, Logs, !ECompilationResult::Failed(Result));
 }
 
 TArray<FString> FCompilationManager::GetCompilationLogs()
 {
+	if (GLog)
+	{
+		GLog->FlushThreadedLogs(); // the lines of other threads come late
+	}
 	return LogOutputDevice.IsValid() ? LogOutputDevice->GetCapturedLogs() : TArray<FString>();
 }
 
