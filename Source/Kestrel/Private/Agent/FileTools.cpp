@@ -121,6 +121,13 @@ FString FindFileToRead(const FString& Path)
 	FPaths::NormalizeFilename(InSource);
 	return Files.FileExists(*InSource) ? InSource : FString();
 }
+
+bool IsInProject(const FString& Folder)
+{
+	FString FullPath = FPaths::ConvertRelativePathToFull(Folder);
+	// False for a path that climbs above the root; such a one still begins with the project's.
+	return FPaths::CollapseRelativeDirectories(FullPath) && FPaths::IsUnderDirectory(FullPath, FPaths::ProjectDir());
+}
 }
 
 FString FAgent::UseCreateFileTool(const FString& Id, const FJsonObject& Input)
@@ -297,5 +304,10 @@ FString FAgent::UseGetFileSystemTool(const FString& Id, const FJsonObject& Input
 	// "/" is the project's own root then, and not the machine's.
 	FString Folder = FPaths::ProjectDir() / DirPath;
 	FPaths::NormalizeFilename(Folder);
+	if (!FileTools::IsInProject(Folder))
+	{
+		// A whole disk would be walked on the game thread.
+		return FString::Printf(TEXT("Error: The folder lies outside of the project: %s"), *Folder);
+	}
 	return FFileUtils::GetSubDirectoryStructureAsJsonObject(Folder);
 }
