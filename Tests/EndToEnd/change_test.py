@@ -3,6 +3,7 @@
 import json
 import os
 import subprocess
+import time
 import unittest
 
 import harness
@@ -25,7 +26,9 @@ public:
 };
 """
 
-# Many seconds of work for the compiler, which evaluates each line on its own.
+# Many seconds of work for the compiler, which evaluates each line on its own. New each time, as compilers may be
+# wrapped by a cache.
+FIRST_SEED = time.time_ns() % 1000000
 SLOW_SOURCE = """#include "Lantern.h"
 #include "Modules/ModuleManager.h"
 
@@ -37,7 +40,7 @@ constexpr int Burn(int Seed)
     }
     return Seed;
 }
-""" + "".join(f"static_assert(Burn({seed}) >= 0);\n" for seed in range(60)) + """
+""" + "".join(f"static_assert(Burn({seed}) >= 0);\n" for seed in range(FIRST_SEED, FIRST_SEED + 60)) + """
 IMPLEMENT_PRIMARY_GAME_MODULE(FDefaultGameModuleImpl, Moor, "Moor");
 """
 
