@@ -21,14 +21,27 @@ bool ReadBefore(const FString& FullPath, FString& OutText)
 		   KestrelTextFile::Load(FullPath, OutText, Bytes) != KestrelTextFile::EContent::Unreadable;
 }
 
+/** The key for a change that is about to be made. Undo is for it from now on, whatever was taken back before. */
+const FString& BeginRecord()
+{
+	FAgent& Agent = FAgent::Get();
+	Agent.SetUndoConversationID(Agent.GetConversationId());
+	return Agent.GetConversationId();
+}
+
 void RecordVersion(const FString& FullPath, const FString& Before)
 {
-	FFileHistory::Get().StoreFileVersion(FAgent::Get().GetConversationId(), FullPath, Before);
+	FFileHistory::Get().StoreFileVersion(BeginRecord(), FullPath, Before);
 }
 
 void RecordCreation(const FString& FullPath, const FString& Text)
 {
-	FFileHistory::Get().StoreFileCreation(FAgent::Get().GetConversationId(), FullPath, Text);
+	FFileHistory::Get().StoreFileCreation(BeginRecord(), FullPath, Text);
+}
+
+void RecordDeletion(const FString& FullPath, const FString& Before)
+{
+	FFileHistory::Get().StoreFileDeletion(BeginRecord(), FullPath, Before);
 }
 
 /** A change that failed has no difference to show. @return the change's result */
@@ -107,6 +120,13 @@ FString FindFileToRead(const FString& Path)
 	FString InSource = FFileUtils::ToAbsolutePath(TEXT("Source") / FPaths::GetCleanFilename(FullPath));
 	FPaths::NormalizeFilename(InSource);
 	return Files.FileExists(*InSource) ? InSource : FString();
+}
+
+bool IsInProject(const FString& Folder)
+{
+	FString FullPath = FPaths::ConvertRelativePathToFull(Folder);
+	// False for a path that climbs above the root; such a one still begins with the project's.
+	return FPaths::CollapseRelativeDirectories(FullPath) && FPaths::IsUnderDirectory(FullPath, FPaths::ProjectDir());
 }
 }
 
@@ -231,7 +251,7 @@ FString FAgent::UseDeleteFileTool(const FString& Id, const FJsonObject& Input)
 	{
 		return FFileUtils::DeleteFile(FullPath);
 	}
-	FFileHistory::Get().StoreFileDeletion(GetConversationId(), FullPath, Before);
+	FileTools::RecordDeletion(FullPath, Before);
 	return FileTools::ShowDiff(FFileUtils::DeleteFile(FullPath), FullPath, Before, FString());
 }
 
@@ -284,5 +304,10 @@ FString FAgent::UseGetFileSystemTool(const FString& Id, const FJsonObject& Input
 	// "/" is the project's own root then, and not the machine's.
 	FString Folder = FPaths::ProjectDir() / DirPath;
 	FPaths::NormalizeFilename(Folder);
+	if (!FileTools::IsInProject(Folder))
+	{
+		// A whole disk would be walked on the game thread.
+		return FString::Printf(TEXT("Error: The folder lies outside of the project: %s"), *Folder);
+	}
 	return FFileUtils::GetSubDirectoryStructureAsJsonObject(Folder);
 }

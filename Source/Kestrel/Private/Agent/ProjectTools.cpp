@@ -21,10 +21,15 @@ FString FAgent::UseCompileTool(const FString& Id, const FJsonObject& Input)
 
 void FAgent::TriggerCompilationWithMessages(const FString& ToolId, const TArray<TSharedPtr<FJsonObject>>& Messages)
 {
-	if (!FCompilationManager::IsCompiling())
+	if (FCompilationManager::IsCompiling())
 	{
-		CompilingConversationId = ConversationId;
+		// The refusal is this conversation's, whichever one compiles; without it, its tool use would never be answered.
+		const TGuardValue<TOptional<FString>> Refused(CompilingConversationId, ConversationId);
+		KestrelTools::ShowStatus(FCompilationManager::AlreadyRunning);
+		FCompilationManager::CompileGameProject(ToolId, Messages);
+		return;
 	}
+	CompilingConversationId = ConversationId;
 	FCompilationManager::CompileGameProject(ToolId, Messages);
 }
 

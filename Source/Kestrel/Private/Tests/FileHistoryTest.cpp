@@ -184,6 +184,26 @@ void FKestrelFileHistorySpec::Define()
 		TestFalse(TEXT("nothing to make again"), History.CanRedo(Conversation.Id, File));
 	});
 
+	It("finds the way back when two paths lead to one file", [this]() {
+		const FKestrelTestFolder Folder;
+		const FileHistoryTest::FConversation Conversation;
+		FFileHistory& History = FFileHistory::Get();
+		Folder.Write(TEXT("a.txt"), TEXT("one"));
+		History.StoreFileVersion(Conversation.Id, Folder.Full(TEXT("a.txt")), TEXT("one"));
+		Folder.Write(TEXT("a.txt"), TEXT("two"));
+		History.StoreFileVersion(Conversation.Id, Folder.Name / TEXT("a.txt"), TEXT("two"));
+		Folder.Write(TEXT("a.txt"), TEXT("three"));
+		for (int32 Round = 0; Round < 2; ++Round)
+		{
+			History.UndoAllChanges(Conversation.Id);
+			KestrelTest::TestSameText(
+				*this, TEXT("undone"), FFileUtils::ReadFile(Folder.Full(TEXT("a.txt"))), TEXT("one"));
+			History.RedoAllChanges(Conversation.Id);
+			KestrelTest::TestSameText(
+				*this, TEXT("redone"), FFileUtils::ReadFile(Folder.Full(TEXT("a.txt"))), TEXT("three"));
+		}
+	});
+
 	It("keeps what could not be undone, to be tried again", [this]() {
 		const FKestrelTestFolder Folder;
 		const FileHistoryTest::FConversation Conversation;
@@ -248,5 +268,26 @@ void FKestrelUndoSpec::Define()
 		KestrelTest::TestSameText(*this, TEXT("compiles"), FString::Join(Asked, TEXT(" ")), TEXT("Undo Redo"));
 		TestTrue(TEXT("says so"), Recorder.GetTexts().Contains(TEXT("Undoing Last Changes...")) &&
 									  Recorder.GetTexts().Contains(TEXT("Redoing Last Changes...")));
+	});
+
+	It("takes back what a conversation changes after an undo, and does not make the old change again", [this]() {
+		const FKestrelTestFolder Folder;
+		const FKestrelPanelRecorder Recorder;
+		FKestrelInterface& Interface = FKestrelInterface::Get();
+		const FileHistoryTest::FConversation Conversation;
+		const FString File = Folder.Full(TEXT("a.txt"));
+		Folder.Write(TEXT("a.txt"), TEXT("old"));
+		Conversation.Create(File, TEXT("first try"));
+		Interface.UndoLastOperation();
+		Conversation.Create(File, TEXT("second try"));
+		TestTrue(TEXT("undo is offered, redo is not"), Interface.CanUndo() && !Interface.CanRedo());
+		Interface.RedoLastOperation();
+		KestrelTest::TestSameText(*this, TEXT("not overwritten"), FFileUtils::ReadFile(File), TEXT("second try"));
+		Interface.UndoLastOperation();
+		KestrelTest::TestSameText(*this, TEXT("undone"), FFileUtils::ReadFile(File), TEXT("old"));
+		Interface.UndoLastOperation();
+		TestTrue(TEXT("an undo of nothing leaves the redo"), Interface.CanRedo());
+		Interface.RedoLastOperation();
+		KestrelTest::TestSameText(*this, TEXT("redone"), FFileUtils::ReadFile(File), TEXT("second try"));
 	});
 }

@@ -250,6 +250,31 @@ void FKestrelCompilationLogSpec::Define()
 		FCompilationManager::Shutdown();
 	});
 
+	It("keeps a result for the conversation that asked, with the event's text where nothing was logged", [this]() {
+		const FKestrelPanelRecorder Recorder;
+		FAgent& Agent = FAgent::Get();
+		Agent.SetConversationId(TEXT("asks"));
+		Agent.TriggerCompilationWithMessages(TEXT("c1"), Agent.GetStoredMessages()); // refused: there is no code here
+		for (const TCHAR* Conversation : { TEXT("asks"), TEXT("came later") })
+		{
+			Agent.SetConversationId(Conversation);
+			Agent.ClearToolResults();
+			FCompilationManager::CaptureCompilationLogs();
+			FCompilationManager::OnHotReloadCompilationFinished(
+				TEXT("a.h:3: no\r\n\r\n1 error\n"), ECompilationResult::OtherCompilationError, true);
+			const bool bAsked = Agent.GetConversationId().Equals(TEXT("asks"));
+			TestEqual(Conversation, Agent.GetToolResults().Num(), bAsked ? 1 : 0);
+			// Stored as the service will see it, with all results that wait.
+			const FString Stored = KestrelJson::ToCondensedText(Agent.GetStoredMessages().Last().ToSharedRef());
+			KestrelTest::TestSameText(*this, Conversation, Stored,
+				TEXT("{\"role\":\"user\",\"content\":[{\"type\":\"tool_result\",\"tool_use_id\":\"c1\",\"content\":"
+					 "\"[LogCompile] a.h:3: no\\n[LogCompile] 1 error\",\"is_error\":true}]}"));
+		}
+		TestEqual(TEXT("both are shown"), Recorder.Messages.Num(), 3);
+		Agent.ClearToolResults();
+		Agent.ClearConversationId();
+	});
+
 	It("answers a compile that cannot start under the tool's id", [this]() {
 		// This project has no code that could be compiled.
 		const FKestrelPanelRecorder Recorder;
