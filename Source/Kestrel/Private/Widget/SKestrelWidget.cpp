@@ -11,6 +11,7 @@
 #include "UObject/Class.h"
 #include "Widget/KestrelInterface.h"
 #include "Widget/KestrelStyle.h"
+#include "Widget/SKestrelApprovalList.h"
 #include "Widgets/Input/SButton.h"
 #include "Widgets/Layout/SBorder.h"
 #include "Widgets/Layout/SBox.h"
@@ -120,6 +121,14 @@ void SKestrelWidget::Construct(const FArguments& InArgs)
 		+ SVerticalBox::Slot()
 		.AutoHeight()
 		[
+			SAssignNew(ApprovalList, SKestrelApprovalList)
+			.Visibility(this, &SKestrelWidget::GetApprovalListVisibility)
+			.OnMakeChangeView(this, &SKestrelWidget::MakeChangeView)
+		]
+		+ SVerticalBox::Slot()
+		.AutoHeight()
+		.Padding(0.0f, 4.0f, 0.0f, 0.0f)
+		[
 			MakeButtonRow()
 		]
 	];
@@ -129,6 +138,8 @@ void SKestrelWidget::Construct(const FArguments& InArgs)
 	RegisterActiveTimer(0.0f, FWidgetActiveTimerDelegate::CreateSP(this, &SKestrelWidget::SetFocusPostConstruct));
 	FKestrelInterface::Get().StatusMessageDelegate.BindSP(this, &SKestrelWidget::OnAddStatusMessage);
 	FKestrelInterface::Get().DiffMessageDelegate.BindSP(this, &SKestrelWidget::OnAddDiffMessage);
+	StateChangedHandle = FAgent::Get().OnStateChanged().AddSP(this, &SKestrelWidget::OnAgentStateChanged);
+	OnAgentStateChanged();
 	const FText Welcome = LOCTEXT("Welcome",
 		"I know the files of this project: I can read, search and change them, compile the game and run Python scripts. "
 		"Type what you want below and press Enter, for instance:\n"
@@ -145,7 +156,25 @@ void SKestrelWidget::Construct(const FArguments& InArgs)
 	}
 }
 
-SKestrelWidget::~SKestrelWidget() = default;
+SKestrelWidget::~SKestrelWidget()
+{
+	FAgent::Get().OnStateChanged().Remove(StateChangedHandle);
+}
+
+void SKestrelWidget::OnAgentStateChanged()
+{
+	if (GetApprovalListVisibility() == EVisibility::Visible)
+	{
+		ApprovalList->SetPreviews(FKestrelToolPreviews::Make(FAgent::Get().GetPendingToolUses()));
+	}
+}
+
+EVisibility SKestrelWidget::GetApprovalListVisibility() const
+{
+	const EAgentState State = KestrelWidget::GetState();
+	const bool bWaits = State == EAgentState::AwaitingApproval || State == EAgentState::Pause;
+	return bWaits && !FAgent::Get().GetPendingToolUses().IsEmpty() ? EVisibility::Visible : EVisibility::Collapsed;
+}
 
 EActiveTimerReturnType SKestrelWidget::SetFocusPostConstruct(double InCurrentTime, float InDeltaTime)
 {

@@ -10,6 +10,7 @@
 class FActiveTimerHandle;
 class SBorder;
 class SButton;
+class SKestrelApprovalList;
 class SMultiLineEditableText;
 class SScrollBox;
 
@@ -91,6 +92,12 @@ private:
 	/** The name of the file, which is copied by a click, and how many lines came and went. */
 	TSharedRef<SWidget> MakeDiffHeader(const FString& FilePath, const TArray<FDiffChunk>& Chunks) const;
 	EActiveTimerReturnType SetFocusPostConstruct(double InCurrentTime, float InDeltaTime);
+	/** The list shows what waits now. */
+	void OnAgentStateChanged();
+	EVisibility GetApprovalListVisibility() const;
+	/** Both columns of numbers beside the lines of a difference. */
+	TSharedRef<SWidget> MakeChangeView(const FString& Before, const FString& After) const;
+	TSharedRef<SWidget> MakeChunksView(const TArray<FDiffChunk>& Chunks) const;
 	FReply OnPromptKeyDown(const FGeometry& MyGeometry, const FKeyEvent& InKeyEvent);
 	void OnUserScrolled(float ScrollOffset);
 	/** A click took the focus to its button; the next thing the user does is to type. */
@@ -104,6 +111,8 @@ private:
 	void StopProgressAnimation();
 
 	TSharedPtr<SScrollBox> ScrollBox;
+	TSharedPtr<SKestrelApprovalList> ApprovalList;
+	FDelegateHandle StateChangedHandle;
 	TSharedPtr<SMultiLineEditableText> PromptBox;
 	TSharedPtr<SButton> StartButton;
 	TSharedPtr<SButton> ContinueButton;

@@ -220,6 +220,40 @@ TSharedRef<SWidget> SKestrelWidget::MakeDiffHeader(const FString& FilePath, cons
 	// clang-format on
 }
 
+TSharedRef<SWidget> SKestrelWidget::MakeChangeView(const FString& Before, const FString& After) const
+{
+	return MakeChunksView(GenerateDiff(Before, After));
+}
+
+TSharedRef<SWidget> SKestrelWidget::MakeChunksView(const TArray<FDiffChunk>& Chunks) const
+{
+	// clang-format off
+	return SNew(SHorizontalBox)
+		+ SHorizontalBox::Slot()
+		.AutoWidth()
+		.Padding(0.0f, 0.0f, KestrelDiffView::ColumnGap, 0.0f)
+		[
+			CreateLineNumberColumn(Chunks, true)
+		]
+		+ SHorizontalBox::Slot()
+		.AutoWidth()
+		.Padding(0.0f, 0.0f, KestrelDiffView::ColumnGap, 0.0f)
+		[
+			CreateLineNumberColumn(Chunks, false)
+		]
+		+ SHorizontalBox::Slot()
+		.FillWidth(1.0f)
+		[
+			SNew(SScrollBox)
+			.Orientation(Orient_Horizontal)
+			+ SScrollBox::Slot()
+			[
+				CreateDiffContent(Chunks)
+			]
+		];
+	// clang-format on
+}
+
 void SKestrelWidget::OnAddDiffMessage(const FString& FilePath, const FString& Before, const FString& After)
 {
 	if (!GetDefault<UKestrelSettings>()->bDisplayFileChangesInChat)
@@ -243,29 +277,7 @@ void SKestrelWidget::OnAddDiffMessage(const FString& FilePath, const FString& Be
 			.AutoHeight()
 			.Padding(0.0f, KestrelDiffView::ChunkGap, 0.0f, 0.0f)
 			[
-				SNew(SHorizontalBox)
-				+ SHorizontalBox::Slot()
-				.AutoWidth()
-				.Padding(0.0f, 0.0f, KestrelDiffView::ColumnGap, 0.0f)
-				[
-					CreateLineNumberColumn(Chunks, true)
-				]
-				+ SHorizontalBox::Slot()
-				.AutoWidth()
-				.Padding(0.0f, 0.0f, KestrelDiffView::ColumnGap, 0.0f)
-				[
-					CreateLineNumberColumn(Chunks, false)
-				]
-				+ SHorizontalBox::Slot()
-				.FillWidth(1.0f)
-				[
-					SNew(SScrollBox)
-					.Orientation(Orient_Horizontal)
-					+ SScrollBox::Slot()
-					[
-						CreateDiffContent(Chunks)
-					]
-				]
+				MakeChunksView(Chunks)
 			]
 		]);
 	// clang-format on
