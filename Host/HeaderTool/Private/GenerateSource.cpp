@@ -44,7 +44,8 @@ void CollectAccessors(const FPropertyType& Type, std::set<std::string>& Accessor
 			continue;
 		}
 		const FKnownType* Known = Module.Types.Find(Accessor.substr(std::string_view("ReflectedType_").size()));
-		const std::string Returned = Known->Kind == ETypeKind::Class    ? "UClass"
+		const std::string Returned = Type.Kind.ends_with("Delegate")    ? "UDelegateFunction"
+									 : Known->Kind == ETypeKind::Class  ? "UClass"
 									 : Known->Kind == ETypeKind::Struct ? "UScriptStruct"
 																		: "UEnum";
 		Accessors.insert(Returned + "* " + Accessor + "();");
@@ -70,6 +71,20 @@ std::string FormatTypeFields(const FPropertyType& Type)
 	return Text;
 }
 
+std::string FormatInnerFlags(const FPropertyType& Inner)
+{
+	FFlagNames Flags;
+	if (Inner.bWrapped)
+	{
+		Flags.push_back("CPF_UObjectWrapper");
+	}
+	if (Inner.bInstanced)
+	{
+		Flags.push_back("CPF_InstancedReference");
+	}
+	return Flags.empty() ? "" : ", .Flags = " + JoinFlags(Flags, "");
+}
+
 std::string FormatInner(const FParsedProperty& Property)
 {
 	std::string Text;
@@ -81,7 +96,7 @@ std::string FormatInner(const FParsedProperty& Property)
 								 : Index == 0                      ? Property.Name + "_Key"
 																   : Property.Name;
 		Text += "\n\t\t\t.Inner({ .Name = " + Quote(Name) + ", .Kind = EPropertyKind::" + Inner.Kind +
-				(Inner.bWrapped ? ", .Flags = CPF_UObjectWrapper" : "") + FormatTypeFields(Inner) + " }";
+				FormatInnerFlags(Inner) + FormatTypeFields(Inner) + " }";
 		for (const FPropertyType& Underlying : Inner.Inner)
 		{
 			Text += ", EPropertyKind::" + Underlying.Kind;
@@ -290,6 +305,31 @@ std::string FormatEnum(const FModule& Module, const FParsedEnum& Enum)
 	return Text + FormatRegistration(Name);
 }
 
+/** A delegate's signature: a function that nobody calls. */
+std::string FormatDelegate(const FModule& Module, const FParsedDelegate& Delegate)
+{
+	std::string Name = Delegate.GetCppName();
+	std::replace(Name.begin(), Name.end(), ':', '_');
+	const std::string Parms = "FParms_" + Delegate.Signature.Name;
+	std::string Text = "struct FReflected_" + Name + "\n{\n" + FormatParmsStruct(Delegate.Signature) +
+					   "\tstatic void Define([[maybe_unused]] FStructBuilder& Builder)\n\t{\n";
+	if (!Delegate.Signature.Meta.GetEntries().empty())
+	{
+		Text += "\t\tBuilder" + FormatMeta(Delegate.Signature.Meta) + ";\n";
+	}
+	for (const FParsedProperty& Parameter : Delegate.Signature.Parameters)
+	{
+		Text += FormatProperty(Parameter, Parms, "Builder");
+	}
+	Text += "\t}\n};\n\nstatic constinit FDelegateFunctionParams Params_" + Name + " = { .Base = { .Name = " +
+			Quote(Delegate.GetReflectedName()) + ", .Package = \"/Script/" + Module.Name + "\" }, .Flags = " +
+			JoinFlags(Delegate.Signature.Flags, "FUNC_None") + ", .ParmsSize = sizeof(FReflected_" + Name + "::" + Parms +
+			"), .ParmsAlignment = alignof(FReflected_" + Name + "::" + Parms + "), .Define = &FReflected_" + Name +
+			"::Define";
+	Text += Delegate.Owner.empty() ? "" : ", .Owner = &ReflectedType_" + Delegate.Owner;
+	return Text + " };\n\n" + FormatAccessor(Module, "UDelegateFunction", Name) + FormatRegistration(Name);
+}
+
 std::string FormatAccessorDeclarations(const FModule& Module, const FParsedHeader& Header)
 {
 	std::set<std::string> Accessors;
@@ -317,6 +357,18 @@ std::string FormatAccessorDeclarations(const FModule& Module, const FParsedHeade
 		}
 	}
 
+	for (const FParsedDelegate& Delegate : Header.Delegates)
+	{
+		if (!Delegate.Owner.empty())
+		{
+			Accessors.insert("UClass* ReflectedType_" + Delegate.Owner + "();");
+		}
+		for (const FParsedProperty& Parameter : Delegate.Signature.Parameters)
+		{
+			CollectAccessors(Parameter.Property, Accessors, Module);
+		}
+	}
+
 	std::string Text;
 	for (const std::string& Accessor : Accessors)
 	{
@@ -335,6 +387,10 @@ std::string GenerateSource(const FModule& Module, const FParsedHeader& Header)
 	for (const FParsedEnum& Enum : Header.Enums)
 	{
 		Text += FormatEnum(Module, Enum);
+	}
+	for (const FParsedDelegate& Delegate : Header.Delegates)
+	{
+		Text += FormatDelegate(Module, Delegate);
 	}
 	for (const FParsedStruct& Struct : Header.Structs)
 	{

@@ -59,7 +59,9 @@ bool IsContainer(const FTypeName& Type)
 
 std::string GetAccessor(const FKnownType& Type)
 {
-	return "ReflectedType_" + Type.Name;
+	std::string Name = Type.Name; // of a delegate in a class, "UClass::FDelegate"
+	std::replace(Name.begin(), Name.end(), ':', '_');
+	return "ReflectedType_" + Name;
 }
 
 std::string UnknownType(const FTypeName& Type)
@@ -111,6 +113,7 @@ std::string ResolvePointer(
 			   "', cannot have an exposed pointer to this type.";
 	}
 	OutProperty.Kind = Kind;
+	OutProperty.bInstanced = Kind == "Object" && Types.IsInstanced(Known->Name);
 	OutProperty.TypeAccessor = GetAccessor(*Known);
 	if (Kind == "Class" || Kind == "SoftClass")
 	{
@@ -174,7 +177,9 @@ std::string ResolveKnown(const FTypeName& Type, const FTypeRegistry& Types, FPro
 	{
 		return ResolveEnum(Type, *Known, OutProperty);
 	}
-	OutProperty.Kind = "Struct";
+	OutProperty.Kind = Known->Kind == ETypeKind::Struct     ? "Struct"
+					   : Known->Kind == ETypeKind::Delegate ? "Delegate"
+															: "MulticastInlineDelegate";
 	OutProperty.TypeAccessor = GetAccessor(*Known);
 	return {};
 }
