@@ -453,10 +453,8 @@ FReflectedTypeRegistration::FReflectedTypeRegistration(FEnumParams& Params)
 
 FReflectedTypeRegistration::FReflectedTypeRegistration(FDelegateFunctionParams& Params)
 {
-	ReflectedTypes::FState::Get().Registrations.Add({ &Params, [](void* Memory) -> UField* {
-														 return GetReflectedType(
-															 *static_cast<FDelegateFunctionParams*>(Memory));
-													 } });
+	ReflectedTypes::FState::Get().Registrations.Add({ &Params,
+		[](void* Memory) -> UField* { return GetReflectedType(*static_cast<FDelegateFunctionParams*>(Memory)); } });
 }
 
 void LoadConfigOfDefaultObjectLater(UClass* Class)

@@ -290,13 +290,26 @@ private:
 		Enum.Line = Macro.Line;
 		ReportAt(Macro.Line, ApplyEnumSpecifiers(Specifiers, Enum));
 		Enum.Meta.SetDefault("ToolTip", Macro.Comment);
+		Enum.bNamespaced = Reader.Accept("namespace");
+		if (Enum.bNamespaced)
+		{
+			Enum.Name = Reader.Next().Text;
+			Reader.Expect("{", "the namespace '" + Enum.Name + "'");
+		}
 		if (!Reader.Expect("enum", "an enumeration"))
 		{
 			return;
 		}
 		Enum.bScoped = Reader.Accept("class") || Reader.Accept("struct");
 		Reader.SkipAttributes();
-		Enum.Name = Reader.Next().Text;
+		if (Enum.bNamespaced)
+		{
+			Reader.Expect("Type", "the enumeration in '" + Enum.Name + "'");
+		}
+		else
+		{
+			Enum.Name = Reader.Next().Text;
+		}
 		FTypeName Underlying;
 		if (Reader.Accept(":") && Reader.ReadType(Underlying))
 		{
@@ -307,6 +320,11 @@ private:
 			return;
 		}
 		ReadEnumerators(Enum);
+		if (Enum.bNamespaced)
+		{
+			Reader.Accept(";");
+			Reader.Expect("}", "the namespace '" + Enum.Name + "'");
+		}
 		CheckEnum(Enum);
 		Header.Enums.push_back(std::move(Enum));
 	}
@@ -347,7 +365,9 @@ private:
 
 	void CheckEnum(const FParsedEnum& Enum)
 	{
-		if (Enum.bBlueprintType && Enum.Underlying != "uint8")
+		// An enum of the old forms is kept in a byte, whatever it says.
+		const bool bOldForm = !Enum.bScoped && Enum.Underlying == "int";
+		if (Enum.bBlueprintType && Enum.Underlying != "uint8" && !bOldForm)
 		{
 			Reader.Error(Enum.Line, "Invalid BlueprintType enum base - currently only uint8 supported");
 		}
@@ -489,9 +509,10 @@ private:
 			return;
 		}
 		const std::string& Name = Reader.Peek().Text;
-		if (Name == Struct.Name && Reader.Peek(2).Is("const") && Reader.Peek(3).Is("FObjectInitializer"))
+		if (Name == Struct.Name && !Reader.Previous().Is("~"))
 		{
-			Struct.bTakesInitializer = true;
+			Struct.bDeclaresConstructor = true;
+			Struct.bTakesInitializer |= Reader.Peek(2).Is("const") && Reader.Peek(3).Is("FObjectInitializer");
 		}
 		else if (Name.ends_with("_Implementation"))
 		{
@@ -816,8 +837,7 @@ private:
 	bool HasExportedTypes() const
 	{
 		const auto IsExported = [](const auto& Type) { return !Type.bNoExport; };
-		return !Header.Delegates.empty() ||
-			   std::any_of(Header.Structs.begin(), Header.Structs.end(), IsExported) ||
+		return !Header.Delegates.empty() || std::any_of(Header.Structs.begin(), Header.Structs.end(), IsExported) ||
 			   std::any_of(Header.Enums.begin(), Header.Enums.end(), IsExported);
 	}
 

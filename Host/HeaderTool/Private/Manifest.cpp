@@ -58,6 +58,8 @@ FKnownType ReadType(const std::vector<std::string>& Parts, const std::string& Mo
 	Type.bBlueprintType = HasWord(Parts[3], "blueprint");
 	Type.bConfig = HasWord(Parts[3], "config");
 	Type.bInstanced = HasWord(Parts[3], "instanced");
+	Type.bDeclaresInitializer = HasWord(Parts[3], "initializer");
+	Type.bDeclaresConstructor = HasWord(Parts[3], "constructor");
 	return Type;
 }
 }
@@ -98,7 +100,9 @@ std::string WriteManifest(const FModule& Module)
 		{
 			Text += std::string(KindName(Type.Kind)) + "\t" + Name + "\t" + Type.Super + Type.Underlying + "\t" +
 					(Type.bScoped ? "scoped " : "") + (Type.bBlueprintType ? "blueprint " : "") +
-					(Type.bConfig ? "config " : "") + (Type.bInstanced ? "instanced " : "") + "\n";
+					(Type.bConfig ? "config " : "") + (Type.bInstanced ? "instanced " : "") +
+					(Type.bDeclaresInitializer ? "initializer " : "") +
+					(Type.bDeclaresConstructor ? "constructor " : "") + "\n";
 		}
 	}
 	return Text;

@@ -112,6 +112,16 @@ bool FTypeRegistry::IsInstanced(const std::string& ClassName) const
 	return Class != nullptr;
 }
 
+bool FTypeRegistry::TakesInitializer(const std::string& ClassName) const
+{
+	const FKnownType* Class = Find(ClassName);
+	while (Class && !Class->bDeclaresConstructor && !Class->Super.empty())
+	{
+		Class = Find(Class->Super);
+	}
+	return Class && (Class->bDeclaresInitializer || Class->Name == "UObject");
+}
+
 bool IsDelegate(ETypeKind Kind)
 {
 	return Kind == ETypeKind::Delegate || Kind == ETypeKind::MulticastDelegate;
@@ -125,7 +135,7 @@ std::string GetReflectedName(const FKnownType& Type)
 		const size_t Start = Colon == std::string::npos ? 0 : Colon + 1;
 		return Type.Name.substr(0, Start) + Type.Name.substr(Start + 1) + "__DelegateSignature";
 	}
-	return Type.Kind == ETypeKind::Enum ? Type.Name : Type.Name.substr(1);
+	return Type.Kind == ETypeKind::Enum ? Type.Name.substr(0, Type.Name.find("::")) : Type.Name.substr(1);
 }
 
 void FErrors::Add(const std::string& Path, int Line, const std::string& Text)

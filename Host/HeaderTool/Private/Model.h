@@ -114,6 +114,7 @@ struct FParsedStruct
 	bool bNoExport = false;  // the type is declared elsewhere; only its description is wanted
 	bool bIntrinsic = false; // the type is also described elsewhere: it is only known
 	bool bBlueprintType = false;
+	bool bDeclaresConstructor = false;           // of whatever kind
 	bool bTakesInitializer = false;              // a constructor from FObjectInitializer
 	std::vector<std::string> OwnImplementations; // "<Name>_Implementation" functions that the class declares itself
 
@@ -142,15 +143,19 @@ struct FParsedEnumerator
 
 struct FParsedEnum
 {
-	std::string Name;
+	std::string Name;       // of the namespace, when there is one
 	std::string Underlying; // empty: none is written
 	FMetaData Meta;
 	std::vector<FParsedEnumerator> Enumerators;
 	int Line = 0;
 	bool bScoped = false;
+	bool bNamespaced = false; // the old form: namespace EName { enum Type { ... }; }
 	bool bBlueprintType = false;
 	bool bNoExport = false;
 	bool bFlags = false;
+
+	/** The C++ type: "EName::Type" of an enum that stands in a namespace of its own. */
+	std::string GetCppName() const { return bNamespaced ? Name + "::Type" : Name; }
 };
 
 struct FParsedHeader
@@ -187,6 +192,8 @@ struct FKnownType
 	bool bBlueprintType = false;
 	bool bConfig = false;    // of a class: it names a configuration itself
 	bool bInstanced = false; // of a class: it says DefaultToInstanced itself
+	bool bDeclaresConstructor = false;
+	bool bDeclaresInitializer = false; // a constructor from FObjectInitializer
 };
 
 struct FKnownHeader
@@ -208,6 +215,8 @@ public:
 	bool IsChildOf(const std::string& Name, std::string_view Ancestor) const;
 	/** Whether objects of the class belong to the object that refers to them, as components do. */
 	bool IsInstanced(const std::string& ClassName) const;
+	/** Whether objects of the class can be constructed from FObjectInitializer. */
+	bool TakesInitializer(const std::string& ClassName) const;
 	const std::map<std::string, FKnownType>& GetTypes() const { return Types; }
 
 private:

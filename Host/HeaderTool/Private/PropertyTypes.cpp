@@ -59,7 +59,8 @@ bool IsContainer(const FTypeName& Type)
 
 std::string GetAccessor(const FKnownType& Type)
 {
-	std::string Name = Type.Name; // of a delegate in a class, "UClass::FDelegate"
+	// "EName" of "EName::Type", but a delegate is known by the class that it is declared in.
+	std::string Name = Type.Kind == ETypeKind::Enum ? GetReflectedName(Type) : Type.Name;
 	std::replace(Name.begin(), Name.end(), ':', '_');
 	return "ReflectedType_" + Name;
 }
@@ -217,4 +218,19 @@ std::string ResolvePropertyType(const FTypeName& Type, const FTypeRegistry& Type
 										  : "Expected 1 argument in '" + Type.ToString() + "'";
 	}
 	return ResolveKnown(Type, Types, OutProperty);
+}
+
+FTypeName GetStoredType(const FTypeName& Type, const FTypeRegistry& Types)
+{
+	const FKnownType* Known = Types.Find(Type.Name);
+	if (!Known || Known->Kind != ETypeKind::Enum || Known->bScoped || Type.bPointer)
+	{
+		return Type;
+	}
+	FTypeName Stored;
+	Stored.Name = "TEnumAsByte";
+	Stored.Arguments.push_back({ .Name = Type.Name });
+	Stored.bConst = Type.bConst;
+	Stored.bReference = Type.bReference;
+	return Stored;
 }

@@ -68,6 +68,8 @@ private:
 			Type.Super = Struct.Super;
 			Type.bBlueprintType = Struct.bBlueprintType;
 			Type.bConfig = !Struct.ConfigName.empty();
+			Type.bDeclaresConstructor = Struct.bDeclaresConstructor;
+			Type.bDeclaresInitializer = Struct.bTakesInitializer;
 			Type.bInstanced = HasFlag(Struct.Flags, "CLASS_DefaultToInstanced");
 			Enter(Type, Struct.Line);
 		}
@@ -75,7 +77,7 @@ private:
 		{
 			FKnownType Type;
 			Type.Kind = ETypeKind::Enum;
-			Type.Name = Enum.Name;
+			Type.Name = Enum.GetCppName();
 			Type.Underlying = Enum.Underlying;
 			Type.bScoped = Enum.bScoped;
 			Type.bBlueprintType = Enum.bBlueprintType;
@@ -108,6 +110,7 @@ private:
 		{
 			CheckSuper(Struct);
 			CheckPrefix(Struct);
+			Struct.bTakesInitializer |= Struct.bClass && Module.Types.TakesInitializer(Struct.Name);
 			for (FParsedProperty& Property : Struct.Properties)
 			{
 				ResolveProperty(Struct, Property);
@@ -233,8 +236,7 @@ private:
 			if (HasFlag(Property.Flags, "CPF_" + std::string(Name)) &&
 				Property.Property.Kind != "MulticastInlineDelegate")
 			{
-				Error(
-					Property.Line, "'" + std::string(Name) + "' is only allowed on multicast delegate properties");
+				Error(Property.Line, "'" + std::string(Name) + "' is only allowed on multicast delegate properties");
 			}
 		}
 	}
@@ -253,7 +255,8 @@ private:
 
 	void ResolveParameter(const FParsedFunction& Function, FParsedProperty& Parameter)
 	{
-		const std::string TypeError = ResolvePropertyType(Parameter.Type, Module.Types, Parameter.Property);
+		const std::string TypeError =
+			ResolvePropertyType(GetStoredType(Parameter.Type, Module.Types), Module.Types, Parameter.Property);
 		if (!TypeError.empty())
 		{
 			Error(Parameter.Line, TypeError);

@@ -168,7 +168,7 @@ public:
 		else
 		{
 			DynamicDelegate::TParms<DynamicDelegate::TStored<ParamTypes>..., DynamicDelegate::TStored<RetValType>>
-				Parms(Params...);
+			Parms(Params...);
 			this->ProcessDelegate(Parms.GetMemory());
 			DynamicDelegate::CopyAllBack<ParamTypes...>(Parms, Indices, Params...);
 			return Parms.template Get<sizeof...(ParamTypes)>();
@@ -242,10 +242,10 @@ public:
 	__Internal_IsAlreadyBound(UserObject, FuncName, STATIC_FUNCTION_FNAME(TEXT(#FuncName)))
 
 #define DYNAMIC_DELEGATE_CLASS(DelegateName, Base, ...)                                                                \
-	class DelegateName : public Base<FWeakObjectPtr, __VA_ARGS__>                                                                      \
+	class DelegateName : public Base<FWeakObjectPtr, __VA_ARGS__>                                                      \
 	{                                                                                                                  \
 	public:                                                                                                            \
-		using Base<FWeakObjectPtr, __VA_ARGS__>::Base;                                                                                            \
+		using Base<FWeakObjectPtr, __VA_ARGS__>::Base;                                                                 \
 	};
 
 // Unlike other delegates, these take a name behind each type: they are what a Blueprint shows.
@@ -268,7 +268,8 @@ public:
 #define DECLARE_DYNAMIC_DELEGATE_RetVal_ThreeParams(RetValType, DelegateName, T1, N1, T2, N2, T3, N3)                  \
 	DYNAMIC_DELEGATE_CLASS(DelegateName, TBaseDynamicDelegate, RetValType, T1, T2, T3)
 
-#define DECLARE_DYNAMIC_MULTICAST_DELEGATE(DelegateName) DYNAMIC_DELEGATE_CLASS(DelegateName, TBaseDynamicMulticastDelegate, void)
+#define DECLARE_DYNAMIC_MULTICAST_DELEGATE(DelegateName)                                                               \
+	DYNAMIC_DELEGATE_CLASS(DelegateName, TBaseDynamicMulticastDelegate, void)
 #define DECLARE_DYNAMIC_MULTICAST_DELEGATE_OneParam(DelegateName, T1, N1)                                              \
 	DYNAMIC_DELEGATE_CLASS(DelegateName, TBaseDynamicMulticastDelegate, void, T1)
 #define DECLARE_DYNAMIC_MULTICAST_DELEGATE_TwoParams(DelegateName, T1, N1, T2, N2)                                     \

@@ -68,8 +68,8 @@ struct TRotator
 	TVector<T> UnrotateVector(const TVector<T>& V) const;
 	FString ToString() const
 	{
-		return FString::Printf(TEXT("P=%f Y=%f R=%f"), static_cast<double>(Pitch), static_cast<double>(Yaw),
-			static_cast<double>(Roll));
+		return FString::Printf(
+			TEXT("P=%f Y=%f R=%f"), static_cast<double>(Pitch), static_cast<double>(Yaw), static_cast<double>(Roll));
 	}
 };
 

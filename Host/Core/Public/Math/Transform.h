@@ -51,8 +51,7 @@ struct TTransform
 	/** A shear, which two uneven scales and a turn can make, is left out, as everywhere in transforms of this form. */
 	TTransform operator*(const TTransform& Other) const
 	{
-		return TTransform(
-			Other.Rotation * Rotation, Other.TransformPosition(Translation), Scale3D * Other.Scale3D);
+		return TTransform(Other.Rotation * Rotation, Other.TransformPosition(Translation), Scale3D * Other.Scale3D);
 	}
 	/** What, done before Other, makes this one. */
 	TTransform GetRelativeTransform(const TTransform& Other) const

@@ -102,8 +102,8 @@ struct TVector
 	TRotator<T> Rotation() const;
 	FString ToString() const
 	{
-		return FString::Printf(TEXT("X=%3.3f Y=%3.3f Z=%3.3f"), static_cast<double>(X), static_cast<double>(Y),
-			static_cast<double>(Z));
+		return FString::Printf(
+			TEXT("X=%3.3f Y=%3.3f Z=%3.3f"), static_cast<double>(X), static_cast<double>(Y), static_cast<double>(Z));
 	}
 };
 

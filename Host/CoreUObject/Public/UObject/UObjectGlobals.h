@@ -58,8 +58,8 @@ public:
 		Required,
 		Optional,
 	};
-	UObject* CreateDefaultSubobject(UObject* Outer, FName SubobjectName, const UClass* Class, bool bTransient,
-		EPart Part = EPart::Required) const;
+	UObject* CreateDefaultSubobject(
+		UObject* Outer, FName SubobjectName, const UClass* Class, bool bTransient, EPart Part = EPart::Required) const;
 
 	/** The word of the most derived class counts, which is the first. */
 	const FObjectInitializer& SetDefaultSubobjectClass(FName SubobjectName, const UClass* Class) const;
