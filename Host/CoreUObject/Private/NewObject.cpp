@@ -127,7 +127,7 @@ FObjectInitializer::~FObjectInitializer()
 
 FObjectInitializer& FObjectInitializer::Get()
 {
-	checkf(NewObjectImpl::Innermost, TEXT("There is no object under construction"));
+	checkf(NewObjectImpl::Innermost, TEXT("There is no object under construction: objects are made by NewObject"));
 	return *NewObjectImpl::Innermost;
 }
 
@@ -178,7 +178,7 @@ UObject* StaticConstructObject(
 	UObject* const Object = static_cast<UObject*>(Memory);
 	{
 		const FObjectInitializer Initializer(Object, Template);
-		FObjectTable::Get().PrepareIdentity({ const_cast<UClass*>(Class), Outer, Name, SetFlags });
+		FObjectTable::Get().PrepareIdentity(Memory, { const_cast<UClass*>(Class), Outer, Name, SetFlags });
 		NewObjectImpl::GetNativeClass(Class)->ClassConstructor(Initializer);
 		Initializer.InitializeSubobjects();
 	}

@@ -49,7 +49,7 @@ ObjectType* MakeBare(UObject* Outer, FName Name, EObjectFlags Flags)
 {
 	void* const Memory = std::aligned_alloc(16, (sizeof(ObjectType) + 15) / 16 * 16);
 	std::memset(Memory, 0, sizeof(ObjectType));
-	FObjectTable::Get().PrepareIdentity({ nullptr, Outer, Name, Flags });
+	FObjectTable::Get().PrepareIdentity(Memory, { nullptr, Outer, Name, Flags });
 	return ::new (Memory) ObjectType();
 }
 

@@ -165,7 +165,7 @@ bool HasThunk(const FParsedFunction& Function)
 
 std::string FormatFunction(const FParsedFunction& Function)
 {
-	std::string Text = "\t\t{\n\t\tauto Function = Builder.Function({ .Name = " + Quote(Function.Name) +
+	std::string Text = "\t\t{\n\t\t[[maybe_unused]] auto Function = Builder.Function({ .Name = " + Quote(Function.Name) +
 					   ", .Flags = " + JoinFlags(Function.Flags, "FUNC_None") + ", .ParmsSize = sizeof(FParms_" +
 					   Function.Name + "), .ParmsAlignment = alignof(FParms_" + Function.Name + ")";
 	Text += HasThunk(Function) ? ", .Call = &Call_" + Function.Name : "";
