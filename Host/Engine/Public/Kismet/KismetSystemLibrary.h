@@ -5,7 +5,7 @@
 
 /** What Blueprints and scripts ask of the editor and of any object. */
 UCLASS(meta = (ScriptName = "SystemLibrary"))
-class UKismetSystemLibrary : public UBlueprintFunctionLibrary
+class ENGINE_API UKismetSystemLibrary : public UBlueprintFunctionLibrary
 {
 	GENERATED_BODY()
 
