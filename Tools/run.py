@@ -24,10 +24,9 @@ def run(arguments):
         print(f"Sample project (a copy, kept for a day): {folder}")
     uproject = project.find_uproject(folder)
 
-    if not arguments.headless and not arguments.prompt:
-        print("The panel is shown in this terminal.")
+    windowed = wants_window(arguments)
     command = [steps.binary(PRESET, "HostEditor"), uproject, f"-PLUGIN={os.path.join(steps.ROOT, 'Kestrel.uplugin')}",
-               "-Console=Kestrel"]
+               "-Window" if windowed else "-Console=Kestrel"]
     command += [f"-Prompt={prompt}" for prompt in arguments.prompt]
     # In a scratch copy of the sample there is nothing to lose, and the service is the one on this machine.
     if arguments.approve or (arguments.prompt and not arguments.project):
@@ -43,6 +42,16 @@ def run(arguments):
             LocalService(PRESET, state, ["--host-name", host]) as service:
         print(f"Local service: https://{host}/ on port {service.port}")
         return run_editor(command + service.editor_arguments(host))
+
+
+def wants_window(arguments):
+    if arguments.headless or arguments.prompt:
+        return False
+    if os.environ.get("DISPLAY") or os.environ.get("WAYLAND_DISPLAY"):
+        print("The editor opens in a window: Kestrel is in its Window menu and in the toolbar.")
+        return True
+    print("There is no screen here, so the panel is shown in this terminal.")
+    return False
 
 
 def run_editor(command):

@@ -54,7 +54,9 @@ Json InsertInput(const PlainRequest& Request)
 const ToolUse ToolUses[] = {
 	{ PlainRequest::Kind::ReadFile, "read_file", "read %p", ReadInput },
 	{ PlainRequest::Kind::ListFolder, "get_filesystem_tree", "list %p",
-		[](const PlainRequest& Request) -> Json { return { { "dir_path", Request.Path } }; } },
+		[](const PlainRequest& Request) -> Json {
+			return { { "dir_path", Request.Path } };
+		} },
 	{ PlainRequest::Kind::CreateFile, "create_file", "create %p",
 		[](const PlainRequest& Request) -> Json {
 			return { { "path", Request.Path }, { "file_text", Request.Text } };
@@ -65,12 +67,18 @@ const ToolUse ToolUses[] = {
 		} },
 	{ PlainRequest::Kind::InsertLine, "insert_into_file", "insert a line into %p", InsertInput },
 	{ PlainRequest::Kind::DeleteFile, "delete_file", "delete %p",
-		[](const PlainRequest& Request) -> Json { return { { "path", Request.Path } }; } },
+		[](const PlainRequest& Request) -> Json {
+			return { { "path", Request.Path } };
+		} },
 	{ PlainRequest::Kind::RunPython, "execute_unreal_engine_api_python_script", "run a Python script",
-		[](const PlainRequest& Request) -> Json { return { { "code", Request.Text } }; } },
+		[](const PlainRequest& Request) -> Json {
+			return { { "code", Request.Text } };
+		} },
 	{ PlainRequest::Kind::Compile, "compile", "build the game", [](const PlainRequest&) { return Json::object(); } },
 	{ PlainRequest::Kind::FindText, "find_reference_in_all_files", "search the sources for \"%t\"",
-		[](const PlainRequest& Request) -> Json { return { { "reference_string", Request.Text } }; } },
+		[](const PlainRequest& Request) -> Json {
+			return { { "reference_string", Request.Text } };
+		} },
 	{ PlainRequest::Kind::Finish, "finish", "finish", [](const PlainRequest&) { return Json::object(); } },
 };
 

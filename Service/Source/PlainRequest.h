@@ -22,7 +22,7 @@ struct PlainRequest
 	};
 
 	Kind What = Kind::Finish;
-	std::string Path; // of a file, or of a folder ("" is the project itself)
+	std::string Path;             // of a file, or of a folder ("" is the project itself)
 	std::optional<int> FirstLine; // of a text to read; or the line that an inserted text becomes
 	std::optional<int> LastLine;  // -1 is the last line of the file
 	std::string OldText;          // to be replaced

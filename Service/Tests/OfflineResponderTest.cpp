@@ -95,8 +95,7 @@ TEST_F(OfflineResponderTest, TellsOfABuildWhoseResultComesLater)
 	Next.ToolResults = Json::array({ { { "tool_use_id", Id }, { "is_error", true },
 		{ "content", "[LogCompile] [1/2] Compile A.cpp\n[LogCompile] A.cpp:3:5: error: no\n[LogCompile] done" } } });
 	const Json Blocks = Respond(Next);
-	EXPECT_EQ(Blocks[0]["text"],
-		"The build failed:\n\n[LogCompile] A.cpp:3:5: error: no\n\n\nI will read A.h.");
+	EXPECT_EQ(Blocks[0]["text"], "The build failed:\n\n[LogCompile] A.cpp:3:5: error: no\n\n\nI will read A.h.");
 	EXPECT_EQ(Blocks[1]["name"], "read_file");
 	EXPECT_EQ(Ask("")[0]["text"], "What should I do?") << "the result has come";
 }

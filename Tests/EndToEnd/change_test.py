@@ -3,8 +3,10 @@
 import json
 import os
 import subprocess
+import time
 import unittest
 
+import harness
 from harness import EndToEndTest
 
 LANTERN = """#pragma once
@@ -16,13 +18,47 @@ LANTERN = """#pragma once
 UCLASS()
 class ULantern : public UObject
 {
-	GENERATED_BODY()
+    GENERATED_BODY()
 
 public:
-	UPROPERTY(EditAnywhere, Category = "Light")
-	float Brightness = 0.5f;
+    UPROPERTY(EditAnywhere, Category = "Light")
+    float Brightness = 0.5f;
 };
 """
+
+# Many seconds of work for the compiler, which evaluates each line on its own. New each time, as compilers may be
+# wrapped by a cache.
+FIRST_SEED = time.time_ns() % 1000000
+SLOW_SOURCE = """#include "Lantern.h"
+#include "Modules/ModuleManager.h"
+
+constexpr int Burn(int Seed)
+{
+    for (int Index = 0; Index < 200000; ++Index)
+    {
+        Seed = (Seed * 31 + Index) % 1009;
+    }
+    return Seed;
+}
+""" + "".join(f"static_assert(Burn({seed}) >= 0);\n" for seed in range(FIRST_SEED, FIRST_SEED + 60)) + """
+IMPLEMENT_PRIMARY_GAME_MODULE(FDefaultGameModuleImpl, Moor, "Moor");
+"""
+
+ALREADY_COMPILING = "A compilation is already running. Wait for its result before you start another one."
+REFUSED = {"tool_results": [{"type": "tool_result", "tool_use_id": "second", "content": ALREADY_COMPILING,
+                             "is_error": True}]}
+
+
+def tool(identifier, name, **fields):
+    return {"type": "tool_use", "id": identifier, "name": name, "input": fields}
+
+
+def text(words):
+    return {"type": "text", "text": words}
+
+
+def answer(*blocks):
+    return {"response": {"auto_continue": True, "response": list(blocks)}}
 
 
 class CodeProjectTest(EndToEndTest):
@@ -93,26 +129,41 @@ class ChangeTest(CodeProjectTest):
                          [" M Config/Windows.ini", "A  Docs/Plan.md", "D  Source/Moor/Walker.h"], run)
         self.assertEqual(self.files_of_project("Config")["Config/Windows.ini"].decode(), "[Größe]\r\nA=2\n")
 
+    def write_script(self, name, *turns):
+        with open(os.path.join(self.scratch, name), "w", encoding="utf-8") as script:
+            json.dump({"turns": turns}, script)
+
     def test_a_second_compile_is_refused_while_the_first_goes_on(self):
         service = self.start_service("--responder", "script", "--scripts", self.scratch)
         self.use_service(service.port, service.authority)
-        with open(os.path.join(self.scratch, "twice.json"), "w", encoding="utf-8") as script:
-            json.dump({"turns": [
-                {"response": {"auto_continue": True, "response": [
-                    {"type": "tool_use", "id": "first", "name": "compile", "input": {}},
-                    {"type": "tool_use", "id": "second", "name": "compile", "input": {}}]}},
-                {"expect": {"tool_results": [
-                    {"type": "tool_result", "tool_use_id": "second",
-                     "content": "A compilation is already running. Wait for its result before you start another one.",
-                     "is_error": True}]},
-                 # Longer than any build here; the clock jumps over it when the build is done.
-                 "status": [{"status": "RUNNING"}] * 5,
-                 "response": {"auto_continue": True, "response": [{"type": "text", "text": "I wait."}]}},
-                {"response": {"auto_continue": True, "response": [{"type": "text", "text": "Thank you."}]}},
-            ]}, script)
+        self.write_script(
+            "twice.json", answer(tool("first", "compile"), tool("second", "compile")),
+            # Longer than any build here; the clock jumps over it when the build is done.
+            {"expect": REFUSED, "status": [{"status": "RUNNING"}] * 5, **answer(text("I wait."))},
+            answer(text("Thank you.")))
         self.write("Source/Moor/Lantern.h", LANTERN.replace("0.5f", "0.6f"))
         run = self.run_editor("-Prompt=script twice")
         self.assert_in_order(run, "Compilation failed, processing error...", "Compilation successful!", "Thank you.")
+        self.assertEqual(run.code, 0, run)
+
+    def test_a_compile_is_refused_while_that_of_an_earlier_conversation_goes_on(self):
+        service = self.start_service("--responder", "script", "--scripts", self.scratch)
+        self.use_service(service.port, service.authority)
+        self.write_script(
+            "earlier.json", answer(tool("new", "create_file", path="Docs/Plan.md", file_text="Gather"),
+                                   tool("first", "compile")), answer(text("I wait.")))
+        self.write_script(
+            "later.json", answer(tool("second", "compile")), {"expect": REFUSED, **answer(text("Thank you."))})
+        run = harness.type_when(
+            self.editor_command(),
+            # Not before: the editor builds what has changed at its start.
+            ("[ Kestrel ]", lambda: self.write("Source/Moor/Moor.cpp", SLOW_SOURCE)),
+            ("[ Kestrel ]", "script earlier"), ("I wait.", "/undo"), (ALREADY_COMPILING, "/end"),
+            ("[ User End ]", "script later"), ("Thank you.", "/quit"))
+        self.assert_in_order(run, "Compiling...", "I wait.", "Undoing Last Changes...", ALREADY_COMPILING,
+                             "[ User End ]", "Compiling...", ALREADY_COMPILING, "Sending request...", "Thank you.")
+        self.assertNotIn("Compilation successful!", run.output, "the build took too little time to be met")
+        self.assertFalse(os.path.exists(os.path.join(self.project, "Docs", "Plan.md")))
         self.assertEqual(run.code, 0, run)
 
     def test_code_that_does_not_compile_ends_the_start_with_the_errors(self):

@@ -111,6 +111,27 @@ class EndToEndTest(unittest.TestCase):
         return found
 
 
+def type_when(command, *steps):
+    """Runs an editor whose input is a terminal, on which nothing waits. Each step is a text to wait for in the output,
+    and what to do then: a line to type, or a function. Returns all output, also when a text never came."""
+    keyboard, terminal = os.openpty()
+    output = ""
+    with os.fdopen(keyboard, "w") as keys, \
+            subprocess.Popen(command, stdin=terminal, stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True,
+                             encoding="utf-8") as process:
+        watchdog = threading.Timer(LONGEST_RUN_SECONDS, process.kill)
+        watchdog.start()
+        for line in process.stdout:
+            output += line
+            while steps and steps[0][0] in output:
+                action = steps[0][1]
+                steps = steps[1:]
+                action() if callable(action) else print(action, file=keys, flush=True)
+        watchdog.cancel()
+    os.close(terminal)
+    return EditorRun(process.returncode, output, "")
+
+
 def interrupt_when(process, text):
     """Sends Ctrl-C to a process as soon as its output holds a text. Returns all output when it has ended."""
     output = []

@@ -242,43 +242,73 @@ int32 FString::ParseIntoArray(TArray<FString>& OutArray, const TCHAR* Delimiter,
 	return ParseIntoArray(OutArray, &Delimiter, 1, bInCullEmpty);
 }
 
+namespace UnrealString
+{
+/** Delimiters in the order in which they are tried. */
+class FDelimiters
+{
+public:
+	FDelimiters(const TCHAR* const* Delimiters, int32 NumDelimiters)
+	{
+		for (int32 Index = 0; Index < NumDelimiters; ++Index)
+		{
+			const FStringView Delimiter(Delimiters[Index]);
+			if (!Delimiter.IsEmpty())
+			{
+				All.Add(Delimiter);
+			}
+		}
+	}
+
+	/** The length of the delimiter that begins at a place; 0 when none does. */
+	int32 LengthAt(const TCHAR* Place, const TCHAR* End) const
+	{
+		for (const FStringView& Delimiter : All)
+		{
+			if (*Place == *Delimiter.begin() && End - Place >= Delimiter.Len() &&
+				std::equal(Delimiter.begin(), Delimiter.end(), Place))
+			{
+				return Delimiter.Len();
+			}
+		}
+		return 0;
+	}
+
+private:
+	TArray<FStringView> All;
+};
+}
+
 int32 FString::ParseIntoArray(
 	TArray<FString>& OutArray, const TCHAR* const* Delimiters, int32 NumDelimiters, bool bInCullEmpty) const
 {
 	OutArray.Reset();
-	const FStringView Text(*this);
-	if (Text.IsEmpty())
+	if (IsEmpty())
 	{
 		return 0;
 	}
-	int32 PieceStart = 0;
-	const auto AddPiece = [&](int32 End) {
-		if (End > PieceStart || !bInCullEmpty)
+	const UnrealString::FDelimiters AllDelimiters(Delimiters, NumDelimiters);
+	const TCHAR* const End = **this + Len();
+	const TCHAR* PieceStart = **this;
+	const auto AddPiece = [&](const TCHAR* PieceEnd) {
+		if (PieceEnd > PieceStart || !bInCullEmpty)
 		{
-			OutArray.Emplace(Text.Mid(PieceStart, End - PieceStart));
+			OutArray.Emplace(FStringView(PieceStart, static_cast<int32>(PieceEnd - PieceStart)));
 		}
 	};
-	for (int32 Index = 0; Index < Text.Len();)
+	for (const TCHAR* Place = PieceStart; Place < End;)
 	{
-		int32 DelimiterLength = 0;
-		for (int32 Which = 0; Which < NumDelimiters && DelimiterLength == 0; ++Which)
+		const int32 Length = AllDelimiters.LengthAt(Place, End);
+		if (Length == 0)
 		{
-			const FStringView Delimiter(Delimiters[Which]);
-			if (!Delimiter.IsEmpty() && Text.Mid(Index, Delimiter.Len()).Equals(Delimiter))
-			{
-				DelimiterLength = Delimiter.Len();
-			}
-		}
-		if (DelimiterLength == 0)
-		{
-			++Index;
+			++Place;
 			continue;
 		}
-		AddPiece(Index);
-		Index += DelimiterLength;
-		PieceStart = Index;
+		AddPiece(Place);
+		Place += Length;
+		PieceStart = Place;
 	}
-	AddPiece(Text.Len());
+	AddPiece(End);
 	return OutArray.Num();
 }
 

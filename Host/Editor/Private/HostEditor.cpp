@@ -22,6 +22,7 @@
 #include "Misc/Parse.h"
 #include "Misc/Paths.h"
 #include "Modules/ModuleManager.h"
+#include "StandaloneRenderer.h"
 
 #include <cstdio>
 
@@ -117,7 +118,10 @@ bool FHostEditor::LoadModules()
 {
 	FModuleManager& Modules = FModuleManager::Get();
 	IPluginManager& Plugins = IPluginManager::Get();
-	FSlateApplication::Create();
+	if (!StartSlate())
+	{
+		return false;
+	}
 	for (const TCHAR* Module : HostEditor::EngineModules)
 	{
 		Modules.LoadModuleChecked(Module);
@@ -157,6 +161,24 @@ EGameModules FHostEditor::PrepareGameModules()
 	return Result;
 }
 
+bool FHostEditor::StartSlate()
+{
+	if (!FParse::Param(FCommandLine::Get(), TEXT("Window")))
+	{
+		FSlateApplication::Create();
+		return true;
+	}
+	Display = FHostDisplay::Open();
+	if (!Display)
+	{
+		std::fprintf(stderr, "There is no screen to open a window on.\n");
+		return false;
+	}
+	FSlateApplication::Create(Display->GetPlatformApplication());
+	FSlateApplication::Get().InitializeRenderer(GetStandardStandaloneRenderer());
+	return true;
+}
+
 void FHostEditor::CreateMainWindow()
 {
 	FMainWindow::RegisterMenus();
@@ -181,10 +203,23 @@ void FHostEditor::Tick()
 	LastTickTime = Now;
 	++GFrameCounter;
 
+	if (Display)
+	{
+		Display->HandleEvents();
+		if (FSlateApplication::Get().GetTopLevelWindows().IsEmpty())
+		{
+			RequestEngineExit(TEXT("the window was closed"));
+			return;
+		}
+	}
 	FTSTicker::GetCoreTicker().Tick(DeltaTime);
 	FHttpModule::Get().GetHttpManager().Tick(DeltaTime);
 	FTaskGraphInterface::Get().ProcessThreadUntilIdle(ENamedThreads::GameThread);
 	FSlateApplication::Get().Tick();
+	if (WidgetReport.IsWanted())
+	{
+		WidgetReport.Tick();
+	}
 	TickWork();
 }
 
@@ -231,6 +266,11 @@ void FHostEditor::Idle()
 	{
 		return;
 	}
+	if (Display)
+	{
+		Display->WaitForEvent(Left);
+		return;
+	}
 	if (Http.HasRequestsInFlight())
 	{
 		Http.WaitForActivity(static_cast<float>(Left));
@@ -245,6 +285,7 @@ void FHostEditor::Shutdown()
 	// Plugins were loaded last, so they go first, while Slate and HTTP are still there.
 	FModuleManager::Get().UnloadModulesAtShutdown();
 	FSlateApplication::Shutdown();
+	Display.Reset();
 	GConfig->Flush(false);
 	GLog->Flush();
 	GLog->RemoveOutputDevice(LogFile.Get());

@@ -2,10 +2,12 @@
 
 #include "AutomationRunner.h"
 #include "CoreMinimal.h"
+#include "HostDisplay.h"
 #include "HostGameModules.h"
 #include "LogDevices.h"
 #include "PanelConsole.h"
 #include "Templates/UniquePtr.h"
+#include "WidgetReport.h"
 
 /**
  * The editor's life: opens the project of the command line, loads modules and plugins in the engine's phases, ticks
@@ -32,6 +34,8 @@ private:
 	/** False when the project's own modules cannot be built or loaded. */
 	bool LoadModules();
 	EGameModules PrepareGameModules();
+	/** With -Window on the screen, otherwise in memory alone. False when there is no screen. */
+	bool StartSlate();
 	void CreateMainWindow();
 	void Tick();
 	void TickWork();
@@ -43,7 +47,9 @@ private:
 	FOutputDeviceStdErr StdErr;
 	FAutomationRunner Automation;
 	FPanelConsole Console;
-	double LastTickTime = 0.0; // seconds of FPlatformTime
+	FWidgetReport WidgetReport;
+	TUniquePtr<FHostDisplay> Display; // null without a window
+	double LastTickTime = 0.0;        // seconds of FPlatformTime
 	int32 ExitCode = 0;
 	bool bInitialized = false;
 };

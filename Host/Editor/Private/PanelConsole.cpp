@@ -206,13 +206,15 @@ void FPanelConsole::PrintBlock(const FString& Text)
 	ClearPromptSign();
 	FString Title;
 	FString Body = Text;
-	const bool bHasTitle = Text.TrimStart().StartsWith(TEXT("["));
+	// As " [ Name ]"; a text of a file may begin with a bracket, too.
+	const bool bHasTitle = Text.StartsWith(TEXT(" [ "));
 	if (bHasTitle && !Text.Split(TEXT("\n"), &Title, &Body))
 	{
 		Title = Text;
 		Body.Empty();
 	}
-	Body = Body.TrimStartAndEnd();
+	// The panel's own texts have blank lines around them; a file's text begins as it begins.
+	Body = bHasTitle ? Body.TrimStartAndEnd() : Body.TrimEnd();
 	if (bHasTitle)
 	{
 		std::printf(bOnTerminal ? "\n\033[1m%s\033[0m\n" : "\n%s\n", TCHAR_TO_UTF8(*Title.TrimStartAndEnd()));

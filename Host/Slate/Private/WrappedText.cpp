@@ -52,11 +52,11 @@ void FWrappedText::WrapParagraph(
 	while (WrapWidth > 0.0f)
 	{
 		const FStringView Rest = FStringView(Paragraph).Mid(Begin, Paragraph.Len() - Begin);
-		if (Rest.Len() < 2 || Measure->Measure(Rest, Font).X <= WrapWidth)
+		const int32 NumFitting = Measure->FindLastWholeCharacterIndexBeforeOffset(Rest, Font, WrapWidth);
+		if (NumFitting >= Rest.Len())
 		{
 			break;
 		}
-		const int32 NumFitting = Measure->FindLastWholeCharacterIndexBeforeOffset(Rest, Font, WrapWidth);
 		// After the last blank that fits (or that is the first not to fit); inside a word if it has a line for itself.
 		int32 NumTaken = NumFitting;
 		for (int32 Index = FMath::Min(NumFitting, Rest.Len() - 1); Index > 0; --Index)

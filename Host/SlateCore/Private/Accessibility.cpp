@@ -152,6 +152,17 @@ FString FSlateAccessibleWidget::GetWidgetName() const
 	return Pinned.IsValid() ? Pinned->GetAccessibleText().ToString() : FString();
 }
 
+FBox2D FSlateAccessibleWidget::GetBounds() const
+{
+	const TSharedPtr<SWidget> Pinned = Widget.Pin();
+	if (!Pinned)
+	{
+		return FBox2D();
+	}
+	const FSlateRect Rect = Pinned->GetCachedGeometry().GetLayoutBoundingRect();
+	return FBox2D(Rect.GetTopLeft(), FVector2D(Rect.Right, Rect.Bottom));
+}
+
 FString FSlateAccessibleWidget::GetHelpText() const
 {
 	const TSharedPtr<SWidget> Pinned = Widget.Pin();

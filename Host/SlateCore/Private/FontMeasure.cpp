@@ -41,8 +41,14 @@ int32 FSlateFontMeasure::FindCharacterIndexAtOffset(
 int32 FSlateFontMeasure::FindLastWholeCharacterIndexBeforeOffset(
 	FStringView Text, const FSlateFontInfo& FontInfo, float Width) const
 {
+	// Ever longer pieces first: a line is short, but the text may be a million characters.
+	constexpr int32 FirstPiece = 64;
+	int32 High = FMath::Min(FirstPiece, Text.Len());
+	while (High < Text.Len() && Measure(Text.Left(High), FontInfo).X <= Width)
+	{
+		High = High <= Text.Len() / 2 ? High * 2 : Text.Len();
+	}
 	int32 Low = 1;
-	int32 High = Text.Len();
 	while (Low < High)
 	{
 		const int32 Middle = (Low + High + 1) / 2;

@@ -109,7 +109,8 @@ public:
 
 	[[nodiscard]] FString Replace(
 		const TCHAR* From, const TCHAR* To, ESearchCase::Type SearchCase = ESearchCase::IgnoreCase) const;
-	/** @return the number of replacements; an empty SearchText, or one replaced by itself with regard to case, gives 0 */
+	/** @return the number of replacements; an empty SearchText, or one replaced by itself with regard to case, gives 0
+	 */
 	int32 ReplaceInline(
 		const TCHAR* SearchText, const TCHAR* ReplacementText, ESearchCase::Type SearchCase = ESearchCase::IgnoreCase);
 	bool ReplaceCharInline(TCHAR From, TCHAR To, ESearchCase::Type SearchCase = ESearchCase::IgnoreCase);

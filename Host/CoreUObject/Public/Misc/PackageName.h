@@ -15,8 +15,8 @@ public:
 	static const FString& GetMapPackageExtension();
 
 	/**
-	 * "<Project>/Content/Folder/Asset.uasset" becomes "/Game/Folder/Asset". The file need not exist, and its path may be
-	 * relative.
+	 * "<Project>/Content/Folder/Asset.uasset" becomes "/Game/Folder/Asset". The file need not exist, and its path may
+	 * be relative.
 	 *
 	 * @return false for a file that does not lie below a mounted folder
 	 */

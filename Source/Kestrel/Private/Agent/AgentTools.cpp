@@ -13,11 +13,11 @@ struct FAgent::FTool
 	bool bAnswersLater = false;
 };
 
-bool KestrelTools::ReadFields(const FJsonObject& Input, std::initializer_list<FField> Fields)
+bool KestrelTools::ReadFields(const FJsonObject& Input, const TArray<FField>& Fields)
 {
 	for (const FField& Field : Fields)
 	{
-		if (!Input.TryGetStringField(Field.Name, Field.Text))
+		if (!Input.TryGetStringField(Field.Name, *Field.Text))
 		{
 			return false;
 		}

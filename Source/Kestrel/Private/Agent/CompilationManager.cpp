@@ -7,6 +7,8 @@
 
 DEFINE_LOG_CATEGORY_STATIC(LogCompile, Log, All);
 
+const TCHAR* const FCompilationManager::AlreadyRunning =
+	TEXT("A compilation is already running. Wait for its result before you start another one.");
 TArray<TSharedPtr<FJsonObject>> FCompilationManager::StoredMessages;
 FString FCompilationManager::SharedToolId;
 TSharedPtr<FCompilationLogOutputDevice> FCompilationManager::LogOutputDevice;
@@ -50,8 +52,7 @@ void FCompilationManager::CompileGameProject(const FString& ToolId, const TArray
 {
 	if (IsCompiling())
 	{
-		CompileFinished.Broadcast(Messages, ToolId,
-			TEXT("A compilation is already running. Wait for its result before you start another one."), false);
+		CompileFinished.Broadcast(Messages, ToolId, AlreadyRunning, false);
 		return;
 	}
 	StoredMessages = Messages;
@@ -129,13 +130,17 @@ void FCompilationManager::OnHotReloadCompilationFinished(
 			UE_LOG(LogCompile, Log, TEXT("%s"), *Line);
 		}
 	}
+	const FString Logs = FString::Join(GetCompilationLogs(), TEXT("\n"));
 	StopCapturing();
-	CompileFinished.Broadcast(StoredMessages, SharedToolId, FString::Join(GetCompilationLogs(), TEXT("\n")),
-		!ECompilationResult::Failed(Result));
+	CompileFinished.Broadcast(StoredMessages, SharedToolId, Logs, !ECompilationResult::Failed(Result));
 }
 
 TArray<FString> FCompilationManager::GetCompilationLogs()
 {
+	if (GLog)
+	{
+		GLog->FlushThreadedLogs(); // the lines of other threads come late
+	}
 	return LogOutputDevice.IsValid() ? LogOutputDevice->GetCapturedLogs() : TArray<FString>();
 }
 

@@ -35,6 +35,9 @@ public:
 	DECLARE_MULTICAST_DELEGATE_FourParams(FOnCompileFinished, const TArray<TSharedPtr<FJsonObject>>& /*Messages*/,
 		const FString& /*ToolId*/, const FString& /*LogText*/, bool /*bSuccess*/);
 
+	/** Why a second compile is refused. */
+	static const TCHAR* const AlreadyRunning;
+
 	/**
 	 * @param ToolId    comes back with the result: the id of a tool use, or a label of the caller's
 	 * @param Messages  the conversation so far; comes back with the result

@@ -188,6 +188,27 @@ FString FFileUtils::UpdateFile(const FString& Path, const FString& OldString, co
 			   : WriteError;
 }
 
+int32 FFileUtils::ReplaceInText(
+	const FString& Text, const FString& OldString, const FString& NewString, FString& OutAfter)
+{
+	OutAfter = Text;
+	return FileEdits::HoldsNormalized(Text, OldString) ? FileEdits::ReplaceTolerantly(OutAfter, OldString, NewString)
+													   : 0;
+}
+
+FString FFileUtils::InsertIntoText(const FString& Text, int32 LineIndex, const FString& NewLine)
+{
+	TArray<FString> Lines;
+	constexpr bool bCullEmpty = false;
+	Text.ParseIntoArrayLines(Lines, bCullEmpty);
+	if (!Lines.IsEmpty() && Lines.Last().IsEmpty())
+	{
+		Lines.Pop(); // what follows the last line end is no line
+	}
+	Lines.Insert(NewLine, FMath::Clamp(LineIndex, 0, Lines.Num()));
+	return FString::Join(Lines, LINE_TERMINATOR) + LINE_TERMINATOR;
+}
+
 FString FFileUtils::InsertIntoFile(const FString& Path, int32 LineIndex, const FString& Text)
 {
 	const FString FullPath = ToAbsolutePath(Path);

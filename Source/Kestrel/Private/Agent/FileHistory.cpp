@@ -50,12 +50,16 @@ void Remove(FFileHistory::FHistories& Histories, const FString& Key, const FStri
 	}
 }
 
-TArray<FString> PathsUnder(const FFileHistory::FHistories& Histories, const FString& Key)
+/** Two paths may lead to one file, through a link for instance: only the way back, step by step, ends at its start. */
+TArray<FString> PathsFromLastToFirst(const FFileHistory::FHistories& Histories, const FString& Key)
 {
 	TArray<FString> Paths;
 	if (const FFileHistory::FFileEntries* Entries = Histories.Find(Key))
 	{
-		Entries->GenerateKeyArray(Paths);
+		for (const auto& Pair : *Entries)
+		{
+			Paths.Insert(Pair.Key, 0);
+		}
 	}
 	return Paths;
 }
@@ -114,6 +118,8 @@ FFileHistory& FFileHistory::Get()
 void FFileHistory::Store(
 	const FString& Key, const FString& FilePath, EFileActionType ActionType, const FString& Content)
 {
+	// Made again, what was taken back before would overwrite this change.
+	RedoHistories.Remove(Key);
 	FFileEntries& Entries = FileHistories.FindOrAdd(Key);
 	if (!Entries.Contains(FilePath))
 	{
@@ -223,7 +229,7 @@ bool FFileHistory::RedoChanges(const FString& Key, const FString& FilePath)
 bool FFileHistory::UndoAllChanges(const FString& Key)
 {
 	bool bAny = false;
-	for (const FString& FilePath : FileHistory::PathsUnder(FileHistories, Key))
+	for (const FString& FilePath : FileHistory::PathsFromLastToFirst(FileHistories, Key))
 	{
 		bAny |= UndoChanges(Key, FilePath);
 	}
@@ -233,7 +239,7 @@ bool FFileHistory::UndoAllChanges(const FString& Key)
 bool FFileHistory::RedoAllChanges(const FString& Key)
 {
 	bool bAny = false;
-	for (const FString& FilePath : FileHistory::PathsUnder(RedoHistories, Key))
+	for (const FString& FilePath : FileHistory::PathsFromLastToFirst(RedoHistories, Key))
 	{
 		bAny |= RedoChanges(Key, FilePath);
 	}

@@ -35,7 +35,8 @@ struct FFileHistoryEntry
  * editor's lifetime.
  *
  * A change is recorded before it is made, under a key (the conversation's id) and the file's absolute path; keys and
- * paths ignore case. Only the first record of a file counts: it leads back to before the conversation.
+ * paths ignore case. Only the first record of a file counts: it leads back to before the conversation. A new change
+ * ends the redo of what the same conversation has had taken back.
  *
  *   recorded        undo leads to        redo leads to
  *   Creation        no file              the text it had before the undo

@@ -21,14 +21,27 @@ bool ReadBefore(const FString& FullPath, FString& OutText)
 		   KestrelTextFile::Load(FullPath, OutText, Bytes) != KestrelTextFile::EContent::Unreadable;
 }
 
+/** The key for a change that is about to be made. Undo is for it from now on, whatever was taken back before. */
+const FString& BeginRecord()
+{
+	FAgent& Agent = FAgent::Get();
+	Agent.SetUndoConversationID(Agent.GetConversationId());
+	return Agent.GetConversationId();
+}
+
 void RecordVersion(const FString& FullPath, const FString& Before)
 {
-	FFileHistory::Get().StoreFileVersion(FAgent::Get().GetConversationId(), FullPath, Before);
+	FFileHistory::Get().StoreFileVersion(BeginRecord(), FullPath, Before);
 }
 
 void RecordCreation(const FString& FullPath, const FString& Text)
 {
-	FFileHistory::Get().StoreFileCreation(FAgent::Get().GetConversationId(), FullPath, Text);
+	FFileHistory::Get().StoreFileCreation(BeginRecord(), FullPath, Text);
+}
+
+void RecordDeletion(const FString& FullPath, const FString& Before)
+{
+	FFileHistory::Get().StoreFileDeletion(BeginRecord(), FullPath, Before);
 }
 
 /** A change that failed has no difference to show. @return the change's result */
@@ -64,7 +77,7 @@ bool ReadCppPath(const FJsonObject& Input, FString& OutFullPath)
 	FString FilePath;
 	FString FileName;
 	const bool bRead =
-		KestrelTools::ReadFields(Input, { { TEXT("filepath"), FilePath }, { TEXT("filename"), FileName } });
+		KestrelTools::ReadFields(Input, { { TEXT("filepath"), &FilePath }, { TEXT("filename"), &FileName } });
 	OutFullPath = FFileUtils::ToAbsolutePath(FPaths::Combine(FilePath, FileName));
 	return bRead;
 }
@@ -108,13 +121,20 @@ FString FindFileToRead(const FString& Path)
 	FPaths::NormalizeFilename(InSource);
 	return Files.FileExists(*InSource) ? InSource : FString();
 }
+
+bool IsInProject(const FString& Folder)
+{
+	FString FullPath = FPaths::ConvertRelativePathToFull(Folder);
+	// False for a path that climbs above the root; such a one still begins with the project's.
+	return FPaths::CollapseRelativeDirectories(FullPath) && FPaths::IsUnderDirectory(FullPath, FPaths::ProjectDir());
+}
 }
 
 FString FAgent::UseCreateFileTool(const FString& Id, const FJsonObject& Input)
 {
 	FString Path;
 	FString Text;
-	if (!KestrelTools::ReadFields(Input, { { TEXT("path"), Path }, { TEXT("file_text"), Text } }))
+	if (!KestrelTools::ReadFields(Input, { { TEXT("path"), &Path }, { TEXT("file_text"), &Text } }))
 	{
 		return KestrelTools::MissingFields;
 	}
@@ -146,7 +166,7 @@ FString FAgent::UseCreateCPPTool(const FString& Id, const FJsonObject& Input)
 	FString FullPath;
 	FString Contents;
 	if (!FileTools::ReadCppPath(Input, FullPath) ||
-		!KestrelTools::ReadFields(Input, { { TEXT("contents"), Contents } }))
+		!KestrelTools::ReadFields(Input, { { TEXT("contents"), &Contents } }))
 	{
 		return KestrelTools::MissingFields;
 	}
@@ -159,7 +179,7 @@ FString FAgent::UseUpdateAndReplaceCPPTool(const FString& Id, const FJsonObject&
 	FString FullPath;
 	FString Contents;
 	if (!FileTools::ReadCppPath(Input, FullPath) ||
-		!KestrelTools::ReadFields(Input, { { TEXT("contents"), Contents } }))
+		!KestrelTools::ReadFields(Input, { { TEXT("contents"), &Contents } }))
 	{
 		return KestrelTools::MissingFields;
 	}
@@ -173,7 +193,7 @@ FString FAgent::UseUpdateFileTool(const FString& Id, const FJsonObject& Input)
 	FString OldString;
 	FString NewString;
 	if (!KestrelTools::ReadFields(
-			Input, { { TEXT("path"), Path }, { TEXT("old_string"), OldString }, { TEXT("new_string"), NewString } }))
+			Input, { { TEXT("path"), &Path }, { TEXT("old_string"), &OldString }, { TEXT("new_string"), &NewString } }))
 	{
 		return TEXT("Error: Missing required fields. Need path, old_string, and new_string.");
 	}
@@ -195,8 +215,8 @@ FString FAgent::UseInsertIntoFileTool(const FString& Id, const FJsonObject& Inpu
 	FString Path;
 	FString InsertLine;
 	FString NewString;
-	if (!KestrelTools::ReadFields(
-			Input, { { TEXT("path"), Path }, { TEXT("insert_line"), InsertLine }, { TEXT("new_string"), NewString } }))
+	if (!KestrelTools::ReadFields(Input,
+			{ { TEXT("path"), &Path }, { TEXT("insert_line"), &InsertLine }, { TEXT("new_string"), &NewString } }))
 	{
 		return TEXT("Error: Missing required fields. Need path, insert_line, and new_string.");
 	}
@@ -220,7 +240,7 @@ FString FAgent::UseInsertIntoFileTool(const FString& Id, const FJsonObject& Inpu
 FString FAgent::UseDeleteFileTool(const FString& Id, const FJsonObject& Input)
 {
 	FString Path;
-	if (!KestrelTools::ReadFields(Input, { { TEXT("path"), Path } }))
+	if (!KestrelTools::ReadFields(Input, { { TEXT("path"), &Path } }))
 	{
 		return KestrelTools::MissingPath;
 	}
@@ -231,7 +251,7 @@ FString FAgent::UseDeleteFileTool(const FString& Id, const FJsonObject& Input)
 	{
 		return FFileUtils::DeleteFile(FullPath);
 	}
-	FFileHistory::Get().StoreFileDeletion(GetConversationId(), FullPath, Before);
+	FileTools::RecordDeletion(FullPath, Before);
 	return FileTools::ShowDiff(FFileUtils::DeleteFile(FullPath), FullPath, Before, FString());
 }
 
@@ -251,7 +271,7 @@ FString FAgent::UseDeleteCPPTool(const FString& Id, const FJsonObject& Input)
 FString FAgent::UseReadTool(const FString& Id, const FJsonObject& Input)
 {
 	FString Path;
-	if (!KestrelTools::ReadFields(Input, { { TEXT("path"), Path } }))
+	if (!KestrelTools::ReadFields(Input, { { TEXT("path"), &Path } }))
 	{
 		return KestrelTools::MissingPath;
 	}
@@ -276,7 +296,7 @@ FString FAgent::UseReadTool(const FString& Id, const FJsonObject& Input)
 FString FAgent::UseGetFileSystemTool(const FString& Id, const FJsonObject& Input)
 {
 	FString DirPath;
-	if (!KestrelTools::ReadFields(Input, { { TEXT("dir_path"), DirPath } }))
+	if (!KestrelTools::ReadFields(Input, { { TEXT("dir_path"), &DirPath } }))
 	{
 		return TEXT("Error: Missing dir_path field");
 	}
@@ -284,5 +304,10 @@ FString FAgent::UseGetFileSystemTool(const FString& Id, const FJsonObject& Input
 	// "/" is the project's own root then, and not the machine's.
 	FString Folder = FPaths::ProjectDir() / DirPath;
 	FPaths::NormalizeFilename(Folder);
+	if (!FileTools::IsInProject(Folder))
+	{
+		// A whole disk would be walked on the game thread.
+		return FString::Printf(TEXT("Error: The folder lies outside of the project: %s"), *Folder);
+	}
 	return FFileUtils::GetSubDirectoryStructureAsJsonObject(Folder);
 }

@@ -56,6 +56,17 @@ public:
 		FString& OutContentBefore, FString& OutContentAfter);
 
 	/**
+	 * The replacement that UpdateFile makes, in a text alone.
+	 *
+	 * @return the count of replacements; without any, OutAfter is the text as it was
+	 */
+	static int32 ReplaceInText(
+		const FString& Text, const FString& OldString, const FString& NewString, FString& OutAfter);
+
+	/** The text that InsertIntoFile would leave, with the line ends of this platform. */
+	static FString InsertIntoText(const FString& Text, int32 LineIndex, const FString& NewLine);
+
+	/**
 	 * Inserts a text as a line of its own. All lines end as the platform's do afterwards.
 	 *
 	 * @param LineIndex  how many lines stay above it: 0 is the top; kept within 0 and the number of lines

@@ -21,17 +21,22 @@ FString FAgent::UseCompileTool(const FString& Id, const FJsonObject& Input)
 
 void FAgent::TriggerCompilationWithMessages(const FString& ToolId, const TArray<TSharedPtr<FJsonObject>>& Messages)
 {
-	if (!FCompilationManager::IsCompiling())
+	if (FCompilationManager::IsCompiling())
 	{
-		CompilingConversationId = ConversationId;
+		// The refusal is this conversation's, whichever one compiles; without it, its tool use would never be answered.
+		const TGuardValue<TOptional<FString>> Refused(CompilingConversationId, ConversationId);
+		KestrelTools::ShowStatus(FCompilationManager::AlreadyRunning);
+		FCompilationManager::CompileGameProject(ToolId, Messages);
+		return;
 	}
+	CompilingConversationId = ConversationId;
 	FCompilationManager::CompileGameProject(ToolId, Messages);
 }
 
 FString FAgent::UseExecutePythonTool(const FString& Id, const FJsonObject& Input)
 {
 	FString Code;
-	if (!KestrelTools::ReadFields(Input, { { TEXT("code"), Code } }))
+	if (!KestrelTools::ReadFields(Input, { { TEXT("code"), &Code } }))
 	{
 		return TEXT("Error: Missing code field");
 	}
@@ -43,7 +48,7 @@ FString FAgent::UseExecutePythonTool(const FString& Id, const FJsonObject& Input
 FString FAgent::UseFindReferenceInAllFilesTool(const FString& Id, const FJsonObject& Input)
 {
 	FString Reference;
-	if (!KestrelTools::ReadFields(Input, { { TEXT("reference_string"), Reference } }))
+	if (!KestrelTools::ReadFields(Input, { { TEXT("reference_string"), &Reference } }))
 	{
 		return KestrelTools::MissingFields;
 	}

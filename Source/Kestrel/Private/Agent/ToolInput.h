@@ -11,11 +11,11 @@ namespace KestrelTools
 struct FField
 {
 	const TCHAR* Name;
-	FString& Text;
+	FString* Text;
 };
 
 /** @return false when a field is missing or is no text; a number counts as its text */
-bool ReadFields(const FJsonObject& Input, std::initializer_list<FField> Fields);
+bool ReadFields(const FJsonObject& Input, const TArray<FField>& Fields);
 
 const TCHAR* const MissingFields = TEXT("Error: Missing required fields");
 const TCHAR* const MissingPath = TEXT("Error: Missing required path field");

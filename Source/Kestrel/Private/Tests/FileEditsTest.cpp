@@ -22,9 +22,9 @@ FString BytesOf(const FString& File)
 	return Text;
 }
 
-void WriteBytes(const FString& File, std::initializer_list<uint8> Bytes)
+void WriteBytes(const FString& File, const TArray<uint8>& Bytes)
 {
-	FFileHelper::SaveArrayToFile(TArray<uint8>(Bytes), *File);
+	FFileHelper::SaveArrayToFile(Bytes, *File);
 }
 
 /** "%s" stands for the file. */
@@ -168,25 +168,25 @@ void FKestrelFileEditsSpec::Define()
 			FString Before;
 			FString After;
 			const auto Update = [&]() { return FFileUtils::UpdateFile(File, TEXT("a"), TEXT("b"), Before, After); };
-			const std::initializer_list<uint8> Encodings[] = {
+			const TArray<uint8> Encodings[] = {
 				{ 0xFF, 0xFE, 'a', 0, 0xE4, 0 },
 				{ 0xFE, 0xFF, 0, 'a', 0, 0xE4 },
 				{ 0xEF, 0xBB, 0xBF, 'a', 0xC3, 0xA4 },
 				{ 'a', 0xC3, 0xA4 },
 			};
-			for (const std::initializer_list<uint8>& Encoding : Encodings)
+			for (const TArray<uint8>& Encoding : Encodings)
 			{
 				FileEditsTest::WriteBytes(File, Encoding);
 				TestTrue(TEXT("is replaced"), Update().StartsWith(TEXT("Successfully")));
 				KestrelTest::TestSameText(*this, TEXT("bytes"), FileEditsTest::BytesOf(File), TEXT("b\u00C3\u00A4"));
 			}
-			const std::initializer_list<uint8> Binaries[] = {
+			const TArray<uint8> Binaries[] = {
 				{ 'a', 0xE4, 'a' },
 				{ 'a', 0, 'a' },
 				{ 0xFF, 0xFE, 'a', 0, 0x00, 0xD8, 'a', 0 },
 				{ 0xFF, 0xFE, 'a', 0, 'b' },
 			};
-			for (const std::initializer_list<uint8>& Binary : Binaries)
+			for (const TArray<uint8>& Binary : Binaries)
 			{
 				FileEditsTest::WriteBytes(File, Binary);
 				const FString Stored = FileEditsTest::BytesOf(File);

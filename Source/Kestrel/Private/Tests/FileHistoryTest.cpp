@@ -31,21 +31,14 @@ public:
 	}
 	UE_NONCOPYABLE(FConversation)
 
-	/** Fields come in pairs: name, text. */
-	FString Use(const TCHAR* Tool, std::initializer_list<FString> Fields) const
-	{
-		const TSharedRef<FJsonObject> Input = MakeShared<FJsonObject>();
-		for (const FString* Field = Fields.begin(); Field < Fields.end(); Field += 2)
-		{
-			Input->SetStringField(Field[0], Field[1]);
-		}
-		return FAgent::Get().UseTool(Tool, TEXT("id"), Input);
-	}
 	FString Create(const FString& Path, const FString& Text) const
 	{
-		return Use(TEXT("create_file"), { TEXT("path"), Path, TEXT("file_text"), Text });
+		return KestrelTest::UseTool(TEXT("create_file"), { TEXT("path"), Path, TEXT("file_text"), Text });
 	}
-	FString Delete(const FString& Path) const { return Use(TEXT("delete_file"), { TEXT("path"), Path }); }
+	FString Delete(const FString& Path) const
+	{
+		return KestrelTest::UseTool(TEXT("delete_file"), { TEXT("path"), Path });
+	}
 
 	const FString Id = FGuid::NewGuid().ToString();
 };
@@ -86,10 +79,12 @@ const FStory Stories[] = {
 	{ TEXT("modified files, however often"),
 		[](const FConversation& Conversation, const FKestrelTestFolder& Folder) {
 			Conversation.Create(Folder.Full(TEXT("a.txt")), TEXT("second"));
-			Conversation.Use(TEXT("insert_into_file"), { TEXT("path"), Folder.Full(TEXT("a.txt")), TEXT("insert_line"),
-														   TEXT("0"), TEXT("new_string"), TEXT("\u00E4") });
-			Conversation.Use(TEXT("update_file"), { TEXT("path"), Folder.Full(TEXT("utf16.txt")), TEXT("old_string"),
-													  TEXT("x"), TEXT("new_string"), TEXT("y") });
+			KestrelTest::UseTool(
+				TEXT("insert_into_file"), { TEXT("path"), Folder.Full(TEXT("a.txt")), TEXT("insert_line"), TEXT("0"),
+											  TEXT("new_string"), TEXT("\u00E4") });
+			KestrelTest::UseTool(
+				TEXT("update_file"), { TEXT("path"), Folder.Full(TEXT("utf16.txt")), TEXT("old_string"), TEXT("x"),
+										 TEXT("new_string"), TEXT("y") });
 		} },
 	{ TEXT("deleted files, whatever they hold"),
 		[](const FConversation& Conversation, const FKestrelTestFolder& Folder) {
@@ -189,6 +184,26 @@ void FKestrelFileHistorySpec::Define()
 		TestFalse(TEXT("nothing to make again"), History.CanRedo(Conversation.Id, File));
 	});
 
+	It("finds the way back when two paths lead to one file", [this]() {
+		const FKestrelTestFolder Folder;
+		const FileHistoryTest::FConversation Conversation;
+		FFileHistory& History = FFileHistory::Get();
+		Folder.Write(TEXT("a.txt"), TEXT("one"));
+		History.StoreFileVersion(Conversation.Id, Folder.Full(TEXT("a.txt")), TEXT("one"));
+		Folder.Write(TEXT("a.txt"), TEXT("two"));
+		History.StoreFileVersion(Conversation.Id, Folder.Name / TEXT("a.txt"), TEXT("two"));
+		Folder.Write(TEXT("a.txt"), TEXT("three"));
+		for (int32 Round = 0; Round < 2; ++Round)
+		{
+			History.UndoAllChanges(Conversation.Id);
+			KestrelTest::TestSameText(
+				*this, TEXT("undone"), FFileUtils::ReadFile(Folder.Full(TEXT("a.txt"))), TEXT("one"));
+			History.RedoAllChanges(Conversation.Id);
+			KestrelTest::TestSameText(
+				*this, TEXT("redone"), FFileUtils::ReadFile(Folder.Full(TEXT("a.txt"))), TEXT("three"));
+		}
+	});
+
 	It("keeps what could not be undone, to be tried again", [this]() {
 		const FKestrelTestFolder Folder;
 		const FileHistoryTest::FConversation Conversation;
@@ -253,5 +268,26 @@ void FKestrelUndoSpec::Define()
 		KestrelTest::TestSameText(*this, TEXT("compiles"), FString::Join(Asked, TEXT(" ")), TEXT("Undo Redo"));
 		TestTrue(TEXT("says so"), Recorder.GetTexts().Contains(TEXT("Undoing Last Changes...")) &&
 									  Recorder.GetTexts().Contains(TEXT("Redoing Last Changes...")));
+	});
+
+	It("takes back what a conversation changes after an undo, and does not make the old change again", [this]() {
+		const FKestrelTestFolder Folder;
+		const FKestrelPanelRecorder Recorder;
+		FKestrelInterface& Interface = FKestrelInterface::Get();
+		const FileHistoryTest::FConversation Conversation;
+		const FString File = Folder.Full(TEXT("a.txt"));
+		Folder.Write(TEXT("a.txt"), TEXT("old"));
+		Conversation.Create(File, TEXT("first try"));
+		Interface.UndoLastOperation();
+		Conversation.Create(File, TEXT("second try"));
+		TestTrue(TEXT("undo is offered, redo is not"), Interface.CanUndo() && !Interface.CanRedo());
+		Interface.RedoLastOperation();
+		KestrelTest::TestSameText(*this, TEXT("not overwritten"), FFileUtils::ReadFile(File), TEXT("second try"));
+		Interface.UndoLastOperation();
+		KestrelTest::TestSameText(*this, TEXT("undone"), FFileUtils::ReadFile(File), TEXT("old"));
+		Interface.UndoLastOperation();
+		TestTrue(TEXT("an undo of nothing leaves the redo"), Interface.CanRedo());
+		Interface.RedoLastOperation();
+		KestrelTest::TestSameText(*this, TEXT("redone"), FFileUtils::ReadFile(File), TEXT("second try"));
 	});
 }

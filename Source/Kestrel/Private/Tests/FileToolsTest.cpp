@@ -211,6 +211,13 @@ void FKestrelFileTreeSpec::Define()
 		KestrelTest::TestSameText(*this, TEXT("the root is the project's"), Tree(TEXT("/")), Tree(TEXT("")));
 		TestTrue(TEXT("with its files"), Tree(TEXT("/")).Contains(TEXT("DefaultGame.ini")));
 		KestrelTest::TestSameText(*this, TEXT("another folder of the machine"), Tree(TEXT("/usr/include")), TEXT("{}"));
+		for (const TCHAR* Outside : { TEXT(".."), TEXT("Config/../../"), TEXT("..\\..\\..\\..\\..\\..\\..\\..\\.."),
+				 TEXT("../../../../../../../../..") })
+		{
+			TestTrue(Outside, Tree(Outside).StartsWith(TEXT("Error: The folder lies outside of the project: ")));
+		}
+		KestrelTest::TestSameText(
+			*this, TEXT("out and in again"), Tree(TEXT("Config/../Config")), Tree(TEXT("Config")));
 	});
 
 	LatentIt("comes later when asked for later, and not at all to a listener that is gone",

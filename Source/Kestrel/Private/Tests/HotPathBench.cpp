@@ -1,11 +1,11 @@
-#include "Agent/Agent.h"
 #include "Agent/HTTPAPI.h"
-#include "Dom/JsonObject.h"
 #include "HAL/PlatformTime.h"
 #include "Misc/CommandLine.h"
 #include "Misc/FileHelper.h"
 #include "Misc/Parse.h"
+#include "Misc/Paths.h"
 #include "Tests/KestrelTest.h"
+#include "Widget/LineDiff.h"
 
 /** The paths on which the editor stands still. What they are compared with is the launcher's business. */
 namespace HotPathBench
@@ -20,16 +20,6 @@ FString ReportFile()
 	return File;
 }
 
-FString UseTool(const TCHAR* Tool, std::initializer_list<const TCHAR*> Fields)
-{
-	const TSharedRef<FJsonObject> Input = MakeShared<FJsonObject>();
-	for (const TCHAR* const* Field = Fields.begin(); Field < Fields.end(); Field += 2)
-	{
-		Input->SetStringField(Field[0], Field[1]);
-	}
-	return FAgent::Get().UseTool(Tool, TEXT("bench"), Input);
-}
-
 /** The body of the first request: the project's files listed, parsed, put together and written. */
 FString MakeFirstRequest(int32 Run)
 {
@@ -40,7 +30,7 @@ FString MakeFirstRequest(int32 Run)
 FString FindReference(int32 Run)
 {
 	const FString Found =
-		UseTool(TEXT("find_reference_in_all_files"), { TEXT("reference_string"), TEXT("takedamage") });
+		KestrelTest::UseTool(TEXT("find_reference_in_all_files"), { TEXT("reference_string"), TEXT("takedamage") });
 	TArray<FString> Files;
 	Found.ParseIntoArray(Files, TEXT("\"Type\""));
 	return FString::Printf(TEXT("%d files found"), Files.Num() - 1);
@@ -50,9 +40,23 @@ FString FindReference(int32 Run)
 FString ReplaceText(int32 Run)
 {
 	const TCHAR* const Names[] = { TEXT("HealthPoints"), TEXT("LifeEnergy") };
-	const FString Result = UseTool(TEXT("update_file"), { TEXT("path"), TEXT("Large.txt"), TEXT("old_string"),
-															Names[Run % 2], TEXT("new_string"), Names[1 - Run % 2] });
+	const FString Result =
+		KestrelTest::UseTool(TEXT("update_file"), { TEXT("path"), TEXT("Large.txt"), TEXT("old_string"), Names[Run % 2],
+													  TEXT("new_string"), Names[1 - Run % 2] });
 	return Result.RightChop(Result.Find(TEXT(" with ")) + 6);
+}
+
+/** The lines of two large texts compared. */
+FString CompareLines(int32 Run)
+{
+	const FString Folder = FPaths::ProjectDir();
+	FString Old;
+	FString New;
+	FFileHelper::LoadFileToString(Old, *(Folder / TEXT("Old.txt")));
+	FFileHelper::LoadFileToString(New, *(Folder / TEXT("New.txt")));
+	const TArray<FDiffLine> Lines =
+		KestrelLineDiff::Compare(KestrelLineDiff::SplitIntoLines(Old), KestrelLineDiff::SplitIntoLines(New));
+	return FString::Printf(TEXT("%d lines"), Lines.Num());
 }
 
 struct FBench
@@ -65,6 +69,7 @@ const FBench Benches[] = {
 	{ TEXT("FirstRequest"), MakeFirstRequest },
 	{ TEXT("FindReference"), FindReference },
 	{ TEXT("ReplaceText"), ReplaceText },
+	{ TEXT("CompareLines"), CompareLines },
 };
 }
 

@@ -1,5 +1,7 @@
 #include "Tests/KestrelTest.h"
 
+#include "Agent/Agent.h"
+#include "Dom/JsonObject.h"
 #include "HAL/FileManager.h"
 #include "HAL/PlatformTime.h"
 #include "Interfaces/IPluginManager.h"
@@ -29,6 +31,16 @@ bool KestrelTest::IsWaitingForUser(EAgentState State)
 {
 	return State == EAgentState::Idle || State == EAgentState::AwaitingUpdate ||
 		   State == EAgentState::AwaitingApproval || State == EAgentState::Pause;
+}
+
+FString KestrelTest::UseTool(const TCHAR* Tool, const TArray<FString>& Fields)
+{
+	const TSharedRef<FJsonObject> Input = MakeShared<FJsonObject>();
+	for (int32 Index = 0; Index + 1 < Fields.Num(); Index += 2)
+	{
+		Input->SetStringField(Fields[Index], Fields[Index + 1]);
+	}
+	return FAgent::Get().UseTool(Tool, TEXT("id"), Input);
 }
 
 FString KestrelTest::PluginDir()

@@ -18,6 +18,9 @@ FString NameOf(EAgentState State);
 /** True in the states in which the agent waits for the user. */
 bool IsWaitingForUser(EAgentState State);
 
+/** Runs a tool as an answer would. Fields come in pairs: a name and its text. @return the tool's result */
+FString UseTool(const TCHAR* Tool, const TArray<FString>& Fields);
+
 /** The plugin's own folder, absolute. */
 FString PluginDir();
 }

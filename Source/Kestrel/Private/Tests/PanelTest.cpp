@@ -1,4 +1,5 @@
 #include "Agent/Agent.h"
+#include "Agent/FileHistory.h"
 #include "Containers/Ticker.h"
 #include "Framework/Application/SlateApplication.h"
 #include "Framework/Docking/TabManager.h"
@@ -71,6 +72,7 @@ class FPanel
 public:
 	FPanel()
 		: Unhooked(FKestrelInterface::Get().StatusMessageDelegate)
+		, UnhookedDiffs(FKestrelInterface::Get().DiffMessageDelegate)
 		, Window(SNew(SWindow).ClientSize(FVector2D(600.0, 400.0))[SAssignNew(Widget, SKestrelWidget)])
 	{
 		FSlateApplication::Get().AddWindow(Window);
@@ -81,6 +83,7 @@ public:
 		FAgent::Get().SetAgentState(EAgentState::Idle, nullptr);
 		FSlateApplication::Get().RequestDestroyWindow(Window);
 		FKestrelInterface::Get().StatusMessageDelegate = Unhooked;
+		FKestrelInterface::Get().DiffMessageDelegate = UnhookedDiffs;
 	}
 	UE_NONCOPYABLE(FPanel)
 
@@ -106,6 +109,7 @@ public:
 	}
 
 	FOnAddStatusMessageDelegate Unhooked;
+	FOnAddDiffMessageDelegate UnhookedDiffs;
 	TSharedPtr<SKestrelWidget> Widget;
 	TSharedRef<SWindow> Window;
 };
@@ -121,6 +125,43 @@ void Enter(EAgentState State)
 DEFINE_SPEC(FKestrelPanelSpec, "Kestrel.Panel", KestrelTest::Flags)
 void FKestrelPanelSpec::Define()
 {
+	It("shows the change of a file, unless the settings say no, and logs both texts", [this]() {
+		const PanelTest::FPanel Panel;
+		const int32 NumBefore = Panel.Texts(true).Num();
+		UKestrelSettings& Settings = *GetMutableDefault<UKestrelSettings>();
+		Settings.bDisplayFileChangesInChat = false;
+		FKestrelInterface::Get().OnAddDiffMessage(TEXT("/a.txt"), TEXT("not shown"), TEXT("nor logged"));
+		Settings.bDisplayFileChangesInChat = true;
+		TestEqual(TEXT("texts when switched off"), Panel.Texts(true).Num(), NumBefore);
+		FKestrelInterface::Get().OnAddDiffMessage(TEXT("/a.txt"), TEXT("one\ntwo\nthree"), TEXT("one\n2\n\nthree"));
+		TArray<FString> Runs;
+		const TArray<TSharedRef<SMultiLineEditableText>> Texts = Panel.Texts(true);
+		for (int32 Index = NumBefore; Index < Texts.Num(); ++Index)
+		{
+			Runs.Add(Texts[Index]->GetText().ToString());
+		}
+		KestrelTest::TestSameText(
+			*this, TEXT("runs"), FString::Join(Runs, TEXT("|")), TEXT("  one|- two|+ 2\n+ |  three"));
+		FString Log;
+		FFileHelper::LoadFileToString(Log, *FKestrelInterface::Get().GetPromptLogFilePath());
+		TestTrue(
+			TEXT("logged"), Log.Contains(TEXT("] one\ntwo\nthree\n\n")) && Log.Contains(TEXT("] one\n2\n\nthree\n\n")));
+		TestFalse(TEXT("logged when switched off"), Log.Contains(TEXT("nor logged")));
+	});
+
+	It("offers to undo and redo what a conversation has changed", [this]() {
+		const PanelTest::FPanel Panel;
+		FAgent::Get().SetUndoConversationID(TEXT("panel-test"));
+		TestFalse(TEXT("undo without changes"), Panel.Widget->IsUndoButtonEnabled());
+		FFileHistory::Get().StoreFileCreation(TEXT("panel-test"), TEXT("/no/such/file"), TEXT("x"));
+		TestTrue(TEXT("undo"), Panel.Widget->IsUndoButtonEnabled());
+		TestFalse(TEXT("redo"), Panel.Widget->IsRedoButtonEnabled());
+		Panel.Widget->OnUndoClicked();
+		TestFalse(TEXT("undo, when it is done"), Panel.Widget->IsUndoButtonEnabled());
+		TestFalse(TEXT("redo of nothing"), Panel.Widget->IsRedoButtonEnabled());
+		FAgent::Get().SetRedoConversationID(FString());
+	});
+
 	for (const PanelTest::FStateCase& Case : PanelTest::StateCases)
 	{
 		It(TEXT("shows its buttons in the state ") + KestrelTest::NameOf(Case.State), [this, &Case]() {

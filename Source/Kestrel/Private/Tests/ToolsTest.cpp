@@ -55,16 +55,6 @@ FString Use(const TCHAR* Tool, const TCHAR* Input)
 	return FAgent::Get().UseTool(Tool, TEXT("id"), KestrelJson::ParseObject(Input));
 }
 
-FString UseWith(const TCHAR* Tool, std::initializer_list<FString> Fields)
-{
-	const TSharedRef<FJsonObject> Input = MakeShared<FJsonObject>();
-	for (const FString* Field = Fields.begin(); Field < Fields.end(); Field += 2)
-	{
-		Input->SetStringField(Field[0], Field[1]);
-	}
-	return FAgent::Get().UseTool(Tool, TEXT("id"), Input);
-}
-
 /** Keeps the differences that the panel would show. */
 class FDiffRecorder
 {
@@ -148,28 +138,28 @@ void FKestrelToolsSpec::Define()
 		const FKestrelTestFolder Folder;
 		const FKestrelPanelRecorder Recorder;
 		const ToolsTest::FDiffRecorder Recorded;
-		using ToolsTest::UseWith;
+		using KestrelTest::UseTool;
 		const FString A = Folder.Full(TEXT("a.h"));
 		const FString NoFile = TEXT("Error: File does not exist: ") + Folder.Full(TEXT("no.h"));
-		UseWith(TEXT("create_cpp_file"),
+		UseTool(TEXT("create_cpp_file"),
 			{ TEXT("filepath"), Folder.Name, TEXT("filename"), TEXT("a.h"), TEXT("contents"), TEXT("one") });
-		UseWith(TEXT("create_cpp_file"),
+		UseTool(TEXT("create_cpp_file"),
 			{ TEXT("filepath"), Folder.Name, TEXT("filename"), TEXT("a.h"), TEXT("contents"), TEXT("two") });
-		UseWith(TEXT("update_file"), { TEXT("path"), A, TEXT("old_string"), TEXT("w"), TEXT("new_string"), TEXT("o") });
-		UseWith(TEXT("insert_into_file"),
+		UseTool(TEXT("update_file"), { TEXT("path"), A, TEXT("old_string"), TEXT("w"), TEXT("new_string"), TEXT("o") });
+		UseTool(TEXT("insert_into_file"),
 			{ TEXT("path"), A, TEXT("insert_line"), TEXT("0"), TEXT("new_string"), TEXT("x") });
-		UseWith(TEXT("create_file"), { TEXT("path"), A, TEXT("file_text"), TEXT("three") });
-		UseWith(TEXT("delete_cpp_file"), { TEXT("filepath"), Folder.Name, TEXT("filename"), TEXT("a.h") });
+		UseTool(TEXT("create_file"), { TEXT("path"), A, TEXT("file_text"), TEXT("three") });
+		UseTool(TEXT("delete_cpp_file"), { TEXT("filepath"), Folder.Name, TEXT("filename"), TEXT("a.h") });
 		KestrelTest::TestSameText(*this, TEXT("update"),
-			UseWith(TEXT("update_file"), { TEXT("path"), Folder.Full(TEXT("no.h")), TEXT("old_string"), TEXT("w"),
+			UseTool(TEXT("update_file"), { TEXT("path"), Folder.Full(TEXT("no.h")), TEXT("old_string"), TEXT("w"),
 											 TEXT("new_string"), TEXT("o") }),
 			NoFile);
 		KestrelTest::TestSameText(*this, TEXT("insert"),
-			UseWith(TEXT("insert_into_file"), { TEXT("path"), Folder.Full(TEXT("no.h")), TEXT("insert_line"), TEXT("0"),
+			UseTool(TEXT("insert_into_file"), { TEXT("path"), Folder.Full(TEXT("no.h")), TEXT("insert_line"), TEXT("0"),
 												  TEXT("new_string"), TEXT("x") }),
 			NoFile);
 		KestrelTest::TestSameText(*this, TEXT("replace"),
-			UseWith(TEXT("update_and_replace_cpp_file"),
+			UseTool(TEXT("update_and_replace_cpp_file"),
 				{ TEXT("filepath"), Folder.Name, TEXT("filename"), TEXT("no.h"), TEXT("contents"), TEXT("x") }),
 			NoFile);
 		KestrelTest::TestSameText(*this, TEXT("differences"), Recorded.Diffs,
@@ -222,7 +212,7 @@ void FKestrelPythonSpec::Define()
 				AddExpectedError(Error, EAutomationExpectedErrorFlags::Contains, 0);
 			}
 			const FString Text =
-				ToolsTest::UseWith(TEXT("execute_unreal_engine_api_python_script"), { TEXT("code"), Case.Code });
+				KestrelTest::UseTool(TEXT("execute_unreal_engine_api_python_script"), { TEXT("code"), Case.Code });
 			KestrelTest::TestSameText(*this, TEXT("begin"), Text.Left(FString(Case.Begin).Len()), Case.Begin);
 			KestrelTest::TestSameText(*this, TEXT("end"), Text.TrimEnd().Right(FString(Case.End).Len()), Case.End);
 			TArray<FString> Left;
@@ -258,6 +248,31 @@ void FKestrelCompilationLogSpec::Define()
 		FCompilationManager::CaptureCompilationLogs();
 		TestEqual(TEXT("begins anew"), FCompilationManager::GetCompilationLogs().Num(), 0);
 		FCompilationManager::Shutdown();
+	});
+
+	It("keeps a result for the conversation that asked, with the event's text where nothing was logged", [this]() {
+		const FKestrelPanelRecorder Recorder;
+		FAgent& Agent = FAgent::Get();
+		Agent.SetConversationId(TEXT("asks"));
+		Agent.TriggerCompilationWithMessages(TEXT("c1"), Agent.GetStoredMessages()); // refused: there is no code here
+		for (const TCHAR* Conversation : { TEXT("asks"), TEXT("came later") })
+		{
+			Agent.SetConversationId(Conversation);
+			Agent.ClearToolResults();
+			FCompilationManager::CaptureCompilationLogs();
+			FCompilationManager::OnHotReloadCompilationFinished(
+				TEXT("a.h:3: no\r\n\r\n1 error\n"), ECompilationResult::OtherCompilationError, true);
+			const bool bAsked = Agent.GetConversationId().Equals(TEXT("asks"));
+			TestEqual(Conversation, Agent.GetToolResults().Num(), bAsked ? 1 : 0);
+			// Stored as the service will see it, with all results that wait.
+			const FString Stored = KestrelJson::ToCondensedText(Agent.GetStoredMessages().Last().ToSharedRef());
+			KestrelTest::TestSameText(*this, Conversation, Stored,
+				TEXT("{\"role\":\"user\",\"content\":[{\"type\":\"tool_result\",\"tool_use_id\":\"c1\",\"content\":"
+					 "\"[LogCompile] a.h:3: no\\n[LogCompile] 1 error\",\"is_error\":true}]}"));
+		}
+		TestEqual(TEXT("both are shown"), Recorder.Messages.Num(), 3);
+		Agent.ClearToolResults();
+		Agent.ClearConversationId();
 	});
 
 	It("answers a compile that cannot start under the tool's id", [this]() {

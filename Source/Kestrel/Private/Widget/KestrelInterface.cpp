@@ -167,6 +167,10 @@ void FKestrelInterface::Continue(FString Message)
 void FKestrelInterface::UndoLastOperation()
 {
 	AddOwnStatusMessage(TEXT("Undoing Last Changes..."));
+	if (!CanUndo())
+	{
+		return; // what could be made again still can
+	}
 	FAgent& Agent = FAgent::Get();
 	const FString Id = Agent.GetUndoConversationID();
 	if (FFileHistory::Get().UndoAllChanges(Id))
@@ -181,6 +185,10 @@ void FKestrelInterface::UndoLastOperation()
 void FKestrelInterface::RedoLastOperation()
 {
 	AddOwnStatusMessage(TEXT("Redoing Last Changes..."));
+	if (!CanRedo())
+	{
+		return;
+	}
 	FAgent& Agent = FAgent::Get();
 	const FString Id = Agent.GetRedoConversationID();
 	if (FFileHistory::Get().RedoAllChanges(Id))

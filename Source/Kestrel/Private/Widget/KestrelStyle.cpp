@@ -1,6 +1,8 @@
 #include "Widget/KestrelStyle.h"
 
 #include "Brushes/SlateImageBrush.h"
+#include "Brushes/SlateNoResource.h"
+#include "Brushes/SlateRoundedBoxBrush.h"
 #include "Framework/Application/SlateApplication.h"
 #include "Interfaces/IPluginManager.h"
 #include "Rendering/SlateRenderer.h"
@@ -64,5 +66,15 @@ TSharedRef<FSlateStyleSet> FKestrelStyle::Create()
 	const FString IconPath = Style->RootToContentDir(FString(TEXT("PlaceholderButtonIcon")), TEXT(".svg"));
 	Style->Set("Kestrel.Icon", new FSlateVectorImageBrush(IconPath, Icon16x16));
 	Style->Set("Kestrel.Icon.Large", new FSlateVectorImageBrush(IconPath, Icon40x40));
+
+	// The grounds of the conversation's blocks, by who speaks.
+	constexpr float CornerRadius = 4.0f;
+	Style->Set("Kestrel.Block.User", new FSlateRoundedBoxBrush(FLinearColor(0.014f, 0.036f, 0.073f), CornerRadius));
+	Style->Set(
+		"Kestrel.Block.Assistant", new FSlateRoundedBoxBrush(FLinearColor(0.028f, 0.028f, 0.028f), CornerRadius));
+	Style->Set(
+		"Kestrel.Block.Cancelled", new FSlateRoundedBoxBrush(FLinearColor(0.073f, 0.016f, 0.014f), CornerRadius));
+	Style->Set("Kestrel.Block.Status", new FSlateNoResource());
+	Style->Set("Kestrel.Block.Diff", new FSlateRoundedBoxBrush(FLinearColor(0.012f, 0.012f, 0.012f), CornerRadius));
 	return Style;
 }

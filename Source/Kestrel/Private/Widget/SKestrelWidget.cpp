@@ -1,6 +1,7 @@
 #include "Widget/SKestrelWidget.h"
 
 #include "Agent/Agent.h"
+#include "Framework/Application/SlateApplication.h"
 #include "HAL/PlatformTime.h"
 #include "InputCoreTypes.h"
 #include "KestrelSettings.h"
@@ -9,6 +10,8 @@
 #include "Styling/SlateTypes.h"
 #include "UObject/Class.h"
 #include "Widget/KestrelInterface.h"
+#include "Widget/KestrelStyle.h"
+#include "Widget/SKestrelApprovalList.h"
 #include "Widgets/Input/SButton.h"
 #include "Widgets/Layout/SBorder.h"
 #include "Widgets/Layout/SBox.h"
@@ -62,6 +65,21 @@ bool IsWaitingForUser(EAgentState State)
 		   State == EAgentState::AwaitingApproval;
 }
 
+/** Who speaks is told by the style of the text; what was given up, by its words. */
+FName GetBlockBrush(const FString& Text, const FName& FontStyle)
+{
+	if (Text.StartsWith(TEXT(" [ Cancelled ]"), ESearchCase::CaseSensitive))
+	{
+		return "Kestrel.Block.Cancelled";
+	}
+	if (FontStyle == FKestrelInterface::ItalicFontName)
+	{
+		return "Kestrel.Block.Status";
+	}
+	return Text.StartsWith(TEXT(" [ User"), ESearchCase::CaseSensitive) ? FName("Kestrel.Block.User")
+																		: FName("Kestrel.Block.Assistant");
+}
+
 EAgentState GetState()
 {
 	return FAgent::Get().GetAgentState();
@@ -103,12 +121,25 @@ void SKestrelWidget::Construct(const FArguments& InArgs)
 		+ SVerticalBox::Slot()
 		.AutoHeight()
 		[
+			SAssignNew(ApprovalList, SKestrelApprovalList)
+			.Visibility(this, &SKestrelWidget::GetApprovalListVisibility)
+			.OnMakeChangeView(this, &SKestrelWidget::MakeChangeView)
+		]
+		+ SVerticalBox::Slot()
+		.AutoHeight()
+		.Padding(0.0f, 4.0f, 0.0f, 0.0f)
+		[
 			MakeButtonRow()
 		]
 	];
 	// clang-format on
 
+	// A widget that is not shown yet cannot have the focus.
+	RegisterActiveTimer(0.0f, FWidgetActiveTimerDelegate::CreateSP(this, &SKestrelWidget::SetFocusPostConstruct));
 	FKestrelInterface::Get().StatusMessageDelegate.BindSP(this, &SKestrelWidget::OnAddStatusMessage);
+	FKestrelInterface::Get().DiffMessageDelegate.BindSP(this, &SKestrelWidget::OnAddDiffMessage);
+	StateChangedHandle = FAgent::Get().OnStateChanged().AddSP(this, &SKestrelWidget::OnAgentStateChanged);
+	OnAgentStateChanged();
 	const FText Welcome = LOCTEXT("Welcome",
 		"I know the files of this project: I can read, search and change them, compile the game and run Python scripts. "
 		"Type what you want below and press Enter, for instance:\n"
@@ -125,7 +156,31 @@ void SKestrelWidget::Construct(const FArguments& InArgs)
 	}
 }
 
-SKestrelWidget::~SKestrelWidget() = default;
+SKestrelWidget::~SKestrelWidget()
+{
+	FAgent::Get().OnStateChanged().Remove(StateChangedHandle);
+}
+
+void SKestrelWidget::OnAgentStateChanged()
+{
+	if (GetApprovalListVisibility() == EVisibility::Visible)
+	{
+		ApprovalList->SetPreviews(FKestrelToolPreviews::Make(FAgent::Get().GetPendingToolUses()));
+	}
+}
+
+EVisibility SKestrelWidget::GetApprovalListVisibility() const
+{
+	const EAgentState State = KestrelWidget::GetState();
+	const bool bWaits = State == EAgentState::AwaitingApproval || State == EAgentState::Pause;
+	return bWaits && !FAgent::Get().GetPendingToolUses().IsEmpty() ? EVisibility::Visible : EVisibility::Collapsed;
+}
+
+EActiveTimerReturnType SKestrelWidget::SetFocusPostConstruct(double InCurrentTime, float InDeltaTime)
+{
+	FSlateApplication::Get().SetKeyboardFocus(PromptBox);
+	return EActiveTimerReturnType::Stop;
+}
 
 TSharedRef<SWidget> SKestrelWidget::MakePromptBox()
 {
@@ -284,25 +339,34 @@ SKestrelWidget::FBlock SKestrelWidget::AddBlock(
 	TextStyle.SetFont(FCoreStyle::GetDefaultFontStyle(FontStyle, FontSize));
 	TextStyle.SetColorAndOpacity(Color);
 	// clang-format off
+	SAssignNew(Block.Border, SBorder)
+	.BorderImage(FKestrelStyle::Get().GetBrush(KestrelWidget::GetBlockBrush(Text, FontStyle)))
+	.Padding(KestrelWidget::BlockPadding)
+	[
+		SAssignNew(Block.Text, SMultiLineEditableText)
+		.Text(FText::FromString(Text))
+		.TextStyle(&TextStyle)
+		.IsReadOnly(true)
+		.AutoWrapText(true)
+	];
+	// clang-format on
+	AddBlockContent(Block.Border.ToSharedRef());
+	return Block;
+}
+
+void SKestrelWidget::AddBlockContent(const TSharedRef<SBorder>& Border)
+{
+	// clang-format off
 	ScrollBox->AddSlot()
 	.Padding(0.0f, 0.0f, 0.0f, KestrelWidget::BlockPadding)
 	[
-		SAssignNew(Block.Border, SBorder)
-		.Padding(KestrelWidget::BlockPadding)
-		[
-			SAssignNew(Block.Text, SMultiLineEditableText)
-			.Text(FText::FromString(Text))
-			.TextStyle(&TextStyle)
-			.IsReadOnly(true)
-			.AutoWrapText(true)
-		]
+		Border
 	];
 	// clang-format on
 	if (!bIsUserScrolling)
 	{
 		ScrollBox->ScrollToEnd();
 	}
-	return Block;
 }
 
 void SKestrelWidget::StartProgressAnimation(
@@ -333,6 +397,8 @@ void SKestrelWidget::StopProgressAnimation()
 	if (const TSharedPtr<FActiveTimerHandle> Timer = AnimationTimer.Pin())
 	{
 		UnRegisterActiveTimer(Timer.ToSharedRef());
+		// It stays as it came, and not with as many dots as it happened to have.
+		AnimatedText->SetText(FText::FromString(AnimatedBaseText + TEXT("...")));
 	}
 	AnimationTimer.Reset();
 	AnimatedText.Reset();

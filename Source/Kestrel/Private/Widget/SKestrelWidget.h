@@ -2,12 +2,15 @@
 
 #include "CoreMinimal.h"
 #include "Input/Reply.h"
+#include "Styling/SlateColor.h"
+#include "Widget/LineDiff.h"
 #include "Widgets/DeclarativeSyntaxSupport.h"
 #include "Widgets/SCompoundWidget.h"
 
 class FActiveTimerHandle;
 class SBorder;
 class SButton;
+class SKestrelApprovalList;
 class SMultiLineEditableText;
 class SScrollBox;
 
@@ -33,6 +36,22 @@ public:
 
 	/** Adds a block and logs it; one that ends in "..." shows moving dots until the next. */
 	void OnAddStatusMessage(const FString& Message, const FLinearColor& Color, const FName& FontStyle, float FontSize);
+
+	/** Adds a block with the difference between two texts of a file, if the settings want it shown, and logs both. */
+	void OnAddDiffMessage(const FString& FilePath, const FString& Before, const FString& After);
+
+	// The difference between two texts; see LineDiff.h.
+	static TArray<FString> SplitIntoLines(const FString& Text);
+	static TArray<FDiffLine> ComputeLongestCommonSubsequence(
+		const TArray<FString>& OldLines, const TArray<FString>& NewLines);
+	static TArray<FDiffChunk> GenerateDiff(const FString& OldText, const FString& NewText);
+	/** What stands before a line: "+ ", "- " or two blanks. */
+	FString GetDiffLinePrefix(const FDiffLine& Line) const;
+	FSlateColor GetDiffLineColor(const FDiffLine& Line) const;
+	/** The lines of all chunks, each with its prefix and in its colour. Neighbours of one kind are one text. */
+	TSharedRef<SWidget> CreateDiffContent(const TArray<FDiffChunk>& Chunks) const;
+	/** The numbers of the lines beside their content: in the old text, or in the new. */
+	TSharedRef<SWidget> CreateLineNumberColumn(const TArray<FDiffChunk>& Chunks, bool bOldNumbers) const;
 
 	/** Replaces every occurrence of each key by its value, without regard to case, in the order of the map. */
 	static FString ReplaceStrings(const FString& Text, const TMap<FString, FString>& Replacements);
@@ -68,6 +87,17 @@ private:
 
 	/** A block at the end of the conversation. Its text can be selected and copied. */
 	FBlock AddBlock(const FString& Text, const FLinearColor& Color, const FName& FontStyle, float FontSize);
+	/** What all blocks have around them. */
+	void AddBlockContent(const TSharedRef<SBorder>& Border);
+	/** The name of the file, which is copied by a click, and how many lines came and went. */
+	TSharedRef<SWidget> MakeDiffHeader(const FString& FilePath, const TArray<FDiffChunk>& Chunks) const;
+	EActiveTimerReturnType SetFocusPostConstruct(double InCurrentTime, float InDeltaTime);
+	/** The list shows what waits now. */
+	void OnAgentStateChanged();
+	EVisibility GetApprovalListVisibility() const;
+	/** Both columns of numbers beside the lines of a difference. */
+	TSharedRef<SWidget> MakeChangeView(const FString& Before, const FString& After) const;
+	TSharedRef<SWidget> MakeChunksView(const TArray<FDiffChunk>& Chunks) const;
 	FReply OnPromptKeyDown(const FGeometry& MyGeometry, const FKeyEvent& InKeyEvent);
 	void OnUserScrolled(float ScrollOffset);
 	/** A click took the focus to its button; the next thing the user does is to type. */
@@ -81,6 +111,8 @@ private:
 	void StopProgressAnimation();
 
 	TSharedPtr<SScrollBox> ScrollBox;
+	TSharedPtr<SKestrelApprovalList> ApprovalList;
+	FDelegateHandle StateChangedHandle;
 	TSharedPtr<SMultiLineEditableText> PromptBox;
 	TSharedPtr<SButton> StartButton;
 	TSharedPtr<SButton> ContinueButton;

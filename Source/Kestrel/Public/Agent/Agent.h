@@ -154,5 +154,5 @@ private:
 	TArray<TSharedPtr<FJsonObject>> PendingToolUses;
 	FSimpleMulticastDelegate StateChanged;
 	FDelegateHandle CompileFinishedHandle;
-	TOptional<FString> CompilingConversationId; // set while a compile is going on
+	TOptional<FString> CompilingConversationId; // of the last compile that was started
 };

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "CoreMinimal.h"
+#include "Math/Box2D.h"
 
 class IAccessibleActivatable;
 class IAccessibleProperty;
@@ -50,6 +51,8 @@ public:
 	/** The name that is read out: a button's label, a text's words. */
 	virtual FString GetWidgetName() const = 0;
 	virtual FString GetHelpText() const = 0;
+	/** In pixels of the screen. */
+	virtual FBox2D GetBounds() const = 0;
 	/** Takes the widget's parents into account: inside a disabled panel nothing is enabled. */
 	virtual bool IsEnabled() const = 0;
 	virtual bool IsHidden() const = 0;

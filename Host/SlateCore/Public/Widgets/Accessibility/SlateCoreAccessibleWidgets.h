@@ -20,6 +20,7 @@ public:
 	virtual EAccessibleWidgetType GetWidgetType() const override { return WidgetType; }
 	virtual FString GetWidgetName() const override;
 	virtual FString GetHelpText() const override;
+	virtual FBox2D GetBounds() const override;
 	virtual bool IsEnabled() const override;
 	virtual bool IsHidden() const override;
 	virtual bool SupportsFocus() const override;

@@ -1,0 +1,99 @@
+#include "WidgetReport.h"
+
+#include "Dom/JsonObject.h"
+#include "Dom/JsonValue.h"
+#include "Framework/Application/SlateApplication.h"
+#include "GenericPlatform/GenericPlatformFile.h"
+#include "HAL/PlatformFileManager.h"
+#include "HAL/PlatformTime.h"
+#include "Misc/CommandLine.h"
+#include "Misc/FileHelper.h"
+#include "Misc/Parse.h"
+#include "Serialization/JsonSerializer.h"
+#include "Widgets/Accessibility/SlateCoreAccessibleWidgets.h"
+
+namespace WidgetReport
+{
+constexpr double PeriodSeconds = 0.05;
+
+const TCHAR* NameOf(EAccessibleWidgetType Type)
+{
+	switch (Type)
+	{
+	case EAccessibleWidgetType::Button:
+		return TEXT("Button");
+	case EAccessibleWidgetType::Text:
+		return TEXT("Text");
+	case EAccessibleWidgetType::TextEdit:
+		return TEXT("TextEdit");
+	case EAccessibleWidgetType::Window:
+		return TEXT("Window");
+	default:
+		return TEXT("Other");
+	}
+}
+
+TSharedRef<FJsonObject> Describe(IAccessibleWidget& Widget)
+{
+	const TSharedRef<FJsonObject> Object = MakeShared<FJsonObject>();
+	Object->SetStringField(TEXT("type"), NameOf(Widget.GetWidgetType()));
+	Object->SetStringField(TEXT("name"), Widget.GetWidgetName());
+	if (const IAccessibleText* Text = Widget.AsText())
+	{
+		Object->SetStringField(TEXT("value"), Text->GetText());
+	}
+	Object->SetBoolField(TEXT("enabled"), Widget.IsEnabled());
+	Object->SetBoolField(TEXT("focused"), Widget.HasFocus());
+	const FBox2D Bounds = Widget.GetBounds();
+	TArray<TSharedPtr<FJsonValue>> Edges;
+	for (const double Edge : { Bounds.Min.X, Bounds.Min.Y, Bounds.Max.X, Bounds.Max.Y })
+	{
+		Edges.Add(MakeShared<FJsonValueNumber>(Edge));
+	}
+	Object->SetArrayField(TEXT("bounds"), Edges);
+	return Object;
+}
+}
+
+FWidgetReport::FWidgetReport()
+{
+	FParse::Value(FCommandLine::Get(), TEXT("-WidgetReport="), FileName);
+}
+
+void FWidgetReport::Collect(const TSharedRef<IAccessibleWidget>& Widget, TArray<TSharedPtr<FJsonValue>>& OutWidgets)
+{
+	OutWidgets.Add(MakeShared<FJsonValueObject>(WidgetReport::Describe(Widget.Get())));
+	for (int32 Index = 0; Index < Widget->GetNumberOfChildren(); ++Index)
+	{
+		Collect(Widget->GetChildAt(Index).ToSharedRef(), OutWidgets);
+	}
+}
+
+void FWidgetReport::Tick()
+{
+	const double Now = FPlatformTime::Seconds();
+	if (Now < NextTime)
+	{
+		return;
+	}
+	NextTime = Now + WidgetReport::PeriodSeconds;
+	TArray<TSharedPtr<FJsonValue>> Widgets;
+	for (const TSharedRef<SWindow>& Window : FSlateApplication::Get().GetTopLevelWindows())
+	{
+		Collect(FSlateAccessibleWidgetCache::GetAccessibleWidgetChecked(Window), Widgets);
+	}
+	FString Report;
+	FJsonSerializer::Serialize(Widgets, TJsonWriterFactory<>::Create(&Report));
+	if (Report.Equals(LastReport))
+	{
+		return;
+	}
+	// Moved into place, so that nobody reads half of it.
+	const FString Draft = FileName + TEXT(".new");
+	IPlatformFile& Files = FPlatformFileManager::Get().GetPlatformFile();
+	if (FFileHelper::SaveStringToFile(Report, *Draft, FFileHelper::EEncodingOptions::ForceUTF8WithoutBOM))
+	{
+		Files.MoveFile(*FileName, *Draft);
+		LastReport = Report;
+	}
+}

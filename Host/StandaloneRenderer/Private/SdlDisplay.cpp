@@ -1,0 +1,262 @@
+#include "CairoRenderer.h"
+#include "Framework/Application/SlateApplication.h"
+#include "HAL/PlatformApplicationMisc.h"
+#include "HostDisplay.h"
+#include "SdlInput.h"
+
+#include <dlfcn.h>
+
+DEFINE_LOG_CATEGORY_STATIC(LogDisplay, Log, All);
+
+namespace SdlDisplay
+{
+constexpr int32 MillisecondsPerSecond = 1000;
+
+/** What the pointer looks like over a widget, as SDL names it. */
+SDL_SystemCursor ToSdl(EMouseCursor::Type Cursor)
+{
+	switch (Cursor)
+	{
+	case EMouseCursor::TextEditBeam:
+		return SDL_SYSTEM_CURSOR_IBEAM;
+	case EMouseCursor::ResizeLeftRight:
+		return SDL_SYSTEM_CURSOR_SIZEWE;
+	case EMouseCursor::ResizeUpDown:
+		return SDL_SYSTEM_CURSOR_SIZENS;
+	case EMouseCursor::Hand:
+	case EMouseCursor::GrabHand:
+		return SDL_SYSTEM_CURSOR_HAND;
+	default:
+		return SDL_SYSTEM_CURSOR_ARROW;
+	}
+}
+
+class FSdlClipboard final : public IClipboardBackend
+{
+public:
+	void SetText(const FString& Text) override { SDL_SetClipboardText(TCHAR_TO_UTF8(*Text)); }
+	FString GetText() const override
+	{
+		char* const Text = SDL_GetClipboardText();
+		const FString Result(Text);
+		SDL_free(Text);
+		return Result;
+	}
+};
+
+/** The keyboard as it is now. */
+class FSdlApplication final : public GenericApplication
+{
+public:
+	FModifierKeysState GetModifierKeys() const override { return FSdlInput::GetModifierKeys(); }
+};
+
+/** A window of SDL, with the pixels that SDL keeps for it. */
+class FSdlWindow final : public IPaintedWindow
+{
+public:
+	explicit FSdlWindow(const SWindow& Window)
+		: Handle(SDL_CreateWindow(TCHAR_TO_UTF8(*Window.GetTitle().ToString()), SDL_WINDOWPOS_CENTERED,
+			  SDL_WINDOWPOS_CENTERED, static_cast<int>(Window.GetClientSizeInScreen().X),
+			  static_cast<int>(Window.GetClientSizeInScreen().Y), SDL_WINDOW_RESIZABLE | SDL_WINDOW_ALLOW_HIGHDPI))
+	{
+	}
+	~FSdlWindow() override
+	{
+		cairo_surface_destroy(Surface);
+		SDL_DestroyWindow(Handle);
+	}
+	UE_NONCOPYABLE(FSdlWindow)
+
+	uint32 GetId() const { return SDL_GetWindowID(Handle); }
+	FVector2D GetSize() const
+	{
+		int Width = 0;
+		int Height = 0;
+		SDL_GetWindowSize(Handle, &Width, &Height);
+		return FVector2D(Width, Height);
+	}
+
+	cairo_surface_t* LockSurface() override
+	{
+		SDL_Surface* const Pixels = SDL_GetWindowSurface(Handle);
+		if (!Pixels || Pixels->format->BytesPerPixel != 4)
+		{
+			return nullptr;
+		}
+		// SDL makes new pixels when the size changes.
+		if (!Surface || cairo_image_surface_get_data(Surface) != Pixels->pixels)
+		{
+			cairo_surface_destroy(Surface);
+			Surface = cairo_image_surface_create_for_data(
+				static_cast<unsigned char*>(Pixels->pixels), CAIRO_FORMAT_RGB24, Pixels->w, Pixels->h, Pixels->pitch);
+		}
+		return Surface;
+	}
+
+	void ShowSurface(const FSlateRect& Changed) override
+	{
+		cairo_surface_flush(Surface);
+		const SDL_Rect Rect{ static_cast<int>(Changed.Left), static_cast<int>(Changed.Top),
+			static_cast<int>(Changed.Right - Changed.Left), static_cast<int>(Changed.Bottom - Changed.Top) };
+		SDL_UpdateWindowSurfaceRects(Handle, &Rect, 1);
+	}
+
+private:
+	SDL_Window* const Handle;
+	cairo_surface_t* Surface = nullptr;
+};
+
+class FSdlDisplay final : public FHostDisplay
+{
+public:
+	FSdlDisplay()
+	{
+		FPlatformApplicationMisc::SetClipboardBackend(&Clipboard);
+		SDL_StartTextInput();
+	}
+	~FSdlDisplay() override
+	{
+		FPlatformApplicationMisc::SetClipboardBackend(nullptr);
+		for (const auto& Pair : Cursors)
+		{
+			SDL_FreeCursor(Pair.Value);
+		}
+		SDL_Quit();
+	}
+	UE_NONCOPYABLE(FSdlDisplay)
+
+	TSharedRef<GenericApplication> GetPlatformApplication() override { return Application; }
+
+	void HandleEvents() override
+	{
+		OpenWindows();
+		SDL_Event Event;
+		while (SDL_PollEvent(&Event))
+		{
+			HandleEvent(Event);
+		}
+		ShowCursor();
+	}
+
+	void WaitForEvent(double Seconds) override
+	{
+		SDL_WaitEventTimeout(nullptr, static_cast<int>(Seconds * MillisecondsPerSecond));
+	}
+
+private:
+	static TSharedPtr<SWindow> FindWindow(uint32 Id)
+	{
+		for (const TSharedRef<SWindow>& Window : FSlateApplication::Get().GetTopLevelWindows())
+		{
+			const TSharedPtr<FGenericWindow> Native = Window->GetNativeWindow();
+			if (Native && static_cast<FSdlWindow&>(*Native).GetId() == Id)
+			{
+				return Window;
+			}
+		}
+		return nullptr;
+	}
+
+	static void OpenWindows()
+	{
+		for (const TSharedRef<SWindow>& Window : FSlateApplication::Get().GetTopLevelWindows())
+		{
+			if (!Window->GetNativeWindow())
+			{
+				Window->SetNativeWindow(MakeShared<FSdlWindow>(Window.Get()));
+			}
+		}
+	}
+
+	void HandleEvent(const SDL_Event& Event)
+	{
+		if (Event.type == SDL_QUIT)
+		{
+			return; // the last window's own event has closed it
+		}
+		// The window's number is at the same place in all events that have one.
+		const TSharedPtr<SWindow> Window = FindWindow(Event.window.windowID);
+		if (!Window)
+		{
+			return;
+		}
+		// Where no window manager does it.
+		const bool bAltF4 =
+			Event.type == SDL_KEYDOWN && Event.key.keysym.sym == SDLK_F4 && (Event.key.keysym.mod & KMOD_ALT) != 0;
+		if (bAltF4)
+		{
+			FSlateApplication::Get().RequestDestroyWindow(Window.ToSharedRef());
+			return;
+		}
+		if (Event.type == SDL_WINDOWEVENT)
+		{
+			HandleWindowEvent(Event.window, Window.ToSharedRef());
+			return;
+		}
+		Input.HandleEvent(Event, Window->GetNativeWindow(), Window->GetPositionInScreen());
+	}
+
+	static void HandleWindowEvent(const SDL_WindowEvent& Event, const TSharedRef<SWindow>& Window)
+	{
+		FSdlWindow& Native = static_cast<FSdlWindow&>(*Window->GetNativeWindow());
+		switch (Event.event)
+		{
+		case SDL_WINDOWEVENT_SIZE_CHANGED:
+			Window->Resize(Native.GetSize());
+			Native.Shown.Empty();
+			break;
+		case SDL_WINDOWEVENT_EXPOSED:
+			Native.Shown.Empty();
+			break;
+		case SDL_WINDOWEVENT_MINIMIZED:
+			Window->SetMinimized(true);
+			break;
+		case SDL_WINDOWEVENT_RESTORED:
+		case SDL_WINDOWEVENT_SHOWN:
+			Window->SetMinimized(false);
+			break;
+		case SDL_WINDOWEVENT_CLOSE:
+			FSlateApplication::Get().RequestDestroyWindow(Window);
+			break;
+		default:
+			break;
+		}
+	}
+
+	void ShowCursor()
+	{
+		const SDL_SystemCursor Wanted = ToSdl(FSlateApplication::Get().GetCursorUnderPointer());
+		if (Wanted == CurrentCursor)
+		{
+			return;
+		}
+		CurrentCursor = Wanted;
+		SDL_Cursor*& Cursor = Cursors.FindOrAdd(Wanted);
+		Cursor = Cursor ? Cursor : SDL_CreateSystemCursor(Wanted);
+		SDL_SetCursor(Cursor);
+	}
+
+	const TSharedRef<FSdlApplication> Application = MakeShared<FSdlApplication>();
+	FSdlClipboard Clipboard;
+	FSdlInput Input;
+	TMap<int32, SDL_Cursor*> Cursors;
+	int32 CurrentCursor = SDL_SYSTEM_CURSOR_ARROW;
+};
+}
+
+TUniquePtr<FHostDisplay> FHostDisplay::Open()
+{
+	// The console has the first word on Ctrl-C.
+	SDL_SetHint(SDL_HINT_NO_SIGNAL_HANDLERS, "1");
+	// The pixels are drawn in memory: a way through OpenGL would only take longer, above all to start.
+	SDL_SetHint(SDL_HINT_FRAMEBUFFER_ACCELERATION, "0");
+	// SDL loads D-Bus for input methods and unloads it again. It is not made for that: what it keeps would be lost.
+	dlopen("libdbus-1.so.3", RTLD_LAZY | RTLD_NODELETE);
+	if (SDL_Init(SDL_INIT_VIDEO) != 0)
+	{
+		UE_LOG(LogDisplay, Warning, TEXT("There is no screen to open a window on: %s"), UTF8_TO_TCHAR(SDL_GetError()));
+		return nullptr;
+	}
+	return MakeUnique<SdlDisplay::FSdlDisplay>();
+}

@@ -1,0 +1,37 @@
+#pragma once
+
+#include "Agent/ToolPreview.h"
+#include "CoreMinimal.h"
+#include "Widgets/DeclarativeSyntaxSupport.h"
+#include "Widgets/SCompoundWidget.h"
+
+class SVerticalBox;
+
+/** What a row unfolds: the widget that shows how a file would change. */
+DECLARE_DELEGATE_RetVal_TwoParams(
+	TSharedRef<SWidget>, FOnMakeChangeView, const FString& /*Before*/, const FString& /*After*/);
+
+/**
+ * The tools that wait for approval, a row each: what it does, to which file, how many places it hits. The change itself
+ * can be unfolded. Deletions, scripts, and files outside of the project stand out.
+ */
+class SKestrelApprovalList : public SCompoundWidget
+{
+public:
+	SLATE_BEGIN_ARGS(SKestrelApprovalList) {}
+	SLATE_EVENT(FOnMakeChangeView, OnMakeChangeView)
+	SLATE_END_ARGS()
+
+	void Construct(const FArguments& InArgs);
+
+	/** Replaces the rows. */
+	void SetPreviews(const TArray<FKestrelToolPreview>& Previews);
+
+private:
+	TSharedRef<SWidget> MakeRow(const FKestrelToolPreview& Preview);
+	/** A button that unfolds the change below the row, and folds it again. */
+	TSharedRef<SWidget> MakeUnfoldButton(const FKestrelToolPreview& Preview, const TSharedRef<SVerticalBox>& Row);
+
+	FOnMakeChangeView OnMakeChangeView;
+	TSharedPtr<SVerticalBox> Rows;
+};

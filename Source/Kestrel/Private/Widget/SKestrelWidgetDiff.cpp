@@ -1,0 +1,289 @@
+#include "HAL/PlatformApplicationMisc.h"
+#include "KestrelSettings.h"
+#include "Misc/Paths.h"
+#include "Styling/AppStyle.h"
+#include "Styling/CoreStyle.h"
+#include "Styling/SlateTypes.h"
+#include "UObject/Class.h"
+#include "Widget/KestrelInterface.h"
+#include "Widget/KestrelStyle.h"
+#include "Widget/SKestrelWidget.h"
+#include "Widgets/Input/SButton.h"
+#include "Widgets/Layout/SBorder.h"
+#include "Widgets/Layout/SScrollBox.h"
+#include "Widgets/Layout/SSeparator.h"
+#include "Widgets/SBoxPanel.h"
+#include "Widgets/Text/SMultiLineEditableText.h"
+#include "Widgets/Text/STextBlock.h"
+
+#define LOCTEXT_NAMESPACE "SKestrelWidget"
+
+namespace KestrelDiffView
+{
+constexpr float BlockPadding = 8.0f;
+constexpr float ColumnGap = 8.0f;
+constexpr float ChunkGap = 4.0f;
+constexpr float FontSize = 9.0f;
+
+const FLinearColor AddedColor(0.2f, 0.8f, 0.2f, 1.0f);
+const FLinearColor RemovedColor(0.8f, 0.2f, 0.2f, 1.0f);
+const FLinearColor NumberColor(0.4f, 0.4f, 0.4f, 1.0f);
+
+/** A font of one width, so that the lines of all columns stand side by side. */
+FTextBlockStyle MakeTextStyle(const FSlateColor& Color)
+{
+	FTextBlockStyle Style = FCoreStyle::Get().GetWidgetStyle<FTextBlockStyle>("NormalText");
+	Style.SetFont(FCoreStyle::GetDefaultFontStyle("Mono", FontSize));
+	Style.SetColorAndOpacity(Color);
+	return Style;
+}
+
+/** One widget below the other, for each chunk, with the same gap between chunks in all columns. */
+TSharedRef<SVerticalBox> MakeColumn(
+	const TArray<FDiffChunk>& Chunks, TFunctionRef<void(const FDiffChunk&, SVerticalBox&)> AddChunk)
+{
+	const TSharedRef<SVerticalBox> Column = SNew(SVerticalBox);
+	for (int32 Index = 0; Index < Chunks.Num(); ++Index)
+	{
+		if (Index > 0)
+		{
+			// clang-format off
+			Column->AddSlot()
+			.AutoHeight()
+			.Padding(0.0f, ChunkGap)
+			[
+				SNew(SSeparator)
+				.Thickness(1.0f)
+			];
+			// clang-format on
+		}
+		AddChunk(Chunks[Index], *Column);
+	}
+	return Column;
+}
+
+int32 CountLines(const TArray<FDiffChunk>& Chunks, EDiffLineType Type)
+{
+	int32 Count = 0;
+	for (const FDiffChunk& Chunk : Chunks)
+	{
+		for (const FDiffLine& Line : Chunk.Lines)
+		{
+			Count += Line.Type == Type ? 1 : 0;
+		}
+	}
+	return Count;
+}
+
+TSharedRef<SWidget> MakeCount(const FText& Text, const FLinearColor& Color)
+{
+	return SNew(STextBlock).Text(Text).ColorAndOpacity(Color);
+}
+
+/** The number of a line in one of the texts; empty where it does not stand. */
+FString NumberOf(const FDiffLine& Line, bool bOldNumbers)
+{
+	const EDiffLineType Elsewhere = bOldNumbers ? EDiffLineType::Added : EDiffLineType::Removed;
+	return Line.Type == Elsewhere ? FString() : FString::FromInt(bOldNumbers ? Line.OldLineNumber : Line.NewLineNumber);
+}
+}
+
+TArray<FString> SKestrelWidget::SplitIntoLines(const FString& Text)
+{
+	return KestrelLineDiff::SplitIntoLines(Text);
+}
+
+TArray<FDiffLine> SKestrelWidget::ComputeLongestCommonSubsequence(
+	const TArray<FString>& OldLines, const TArray<FString>& NewLines)
+{
+	return KestrelLineDiff::Compare(OldLines, NewLines);
+}
+
+TArray<FDiffChunk> SKestrelWidget::GenerateDiff(const FString& OldText, const FString& NewText)
+{
+	return KestrelLineDiff::MakeChunks(
+		ComputeLongestCommonSubsequence(SplitIntoLines(OldText), SplitIntoLines(NewText)));
+}
+
+FString SKestrelWidget::GetDiffLinePrefix(const FDiffLine& Line) const
+{
+	switch (Line.Type)
+	{
+	case EDiffLineType::Added:
+		return TEXT("+ ");
+	case EDiffLineType::Removed:
+		return TEXT("- ");
+	case EDiffLineType::Unchanged:
+		break;
+	}
+	return TEXT("  ");
+}
+
+FSlateColor SKestrelWidget::GetDiffLineColor(const FDiffLine& Line) const
+{
+	switch (Line.Type)
+	{
+	case EDiffLineType::Added:
+		return KestrelDiffView::AddedColor;
+	case EDiffLineType::Removed:
+		return KestrelDiffView::RemovedColor;
+	case EDiffLineType::Unchanged:
+		break;
+	}
+	return FLinearColor::White;
+}
+
+TSharedRef<SWidget> SKestrelWidget::CreateDiffContent(const TArray<FDiffChunk>& Chunks) const
+{
+	return KestrelDiffView::MakeColumn(Chunks, [this](const FDiffChunk& Chunk, SVerticalBox& Column) {
+		for (int32 Index = 0; Index < Chunk.Lines.Num();)
+		{
+			const FDiffLine& First = Chunk.Lines[Index];
+			FString Text;
+			for (; Index < Chunk.Lines.Num() && Chunk.Lines[Index].Type == First.Type; ++Index)
+			{
+				Text +=
+					(Text.IsEmpty() ? TEXT("") : TEXT("\n")) + GetDiffLinePrefix(First) + Chunk.Lines[Index].Content;
+			}
+			const FTextBlockStyle Style = KestrelDiffView::MakeTextStyle(GetDiffLineColor(First));
+			// clang-format off
+			Column.AddSlot()
+			.AutoHeight()
+			[
+				SNew(SMultiLineEditableText)
+				.Text(FText::FromString(Text))
+				.TextStyle(&Style)
+				.IsReadOnly(true)
+			];
+			// clang-format on
+		}
+	});
+}
+
+TSharedRef<SWidget> SKestrelWidget::CreateLineNumberColumn(const TArray<FDiffChunk>& Chunks, bool bOldNumbers) const
+{
+	return KestrelDiffView::MakeColumn(Chunks, [bOldNumbers](const FDiffChunk& Chunk, SVerticalBox& Column) {
+		TArray<FString> Numbers;
+		for (const FDiffLine& Line : Chunk.Lines)
+		{
+			Numbers.Add(KestrelDiffView::NumberOf(Line, bOldNumbers));
+		}
+		const FTextBlockStyle Style = KestrelDiffView::MakeTextStyle(KestrelDiffView::NumberColor);
+		// clang-format off
+		Column.AddSlot()
+		.AutoHeight()
+		[
+			SNew(STextBlock)
+			.Text(FText::FromString(FString::Join(Numbers, TEXT("\n"))))
+			.TextStyle(&Style)
+			.Justification(ETextJustify::Right)
+		];
+		// clang-format on
+	});
+}
+
+TSharedRef<SWidget> SKestrelWidget::MakeDiffHeader(const FString& FilePath, const TArray<FDiffChunk>& Chunks) const
+{
+	FString ShownPath = FilePath;
+	FPaths::MakePathRelativeTo(ShownPath, *FPaths::ConvertRelativePathToFull(FPaths::ProjectDir()));
+	const int32 NumAdded = KestrelDiffView::CountLines(Chunks, EDiffLineType::Added);
+	const int32 NumRemoved = KestrelDiffView::CountLines(Chunks, EDiffLineType::Removed);
+	// clang-format off
+	return SNew(SHorizontalBox)
+		+ SHorizontalBox::Slot()
+		.AutoWidth()
+		.VAlign(VAlign_Center)
+		[
+			SNew(SButton)
+			.Text(FText::FromString(ShownPath))
+			.ToolTipText(FText::Format(LOCTEXT("CopyPath", "Copy the path: {0}"), FText::FromString(FilePath)))
+			.OnClicked_Lambda([FilePath]() {
+				FPlatformApplicationMisc::ClipboardCopy(*FilePath);
+				return FReply::Handled();
+			})
+		]
+		+ SHorizontalBox::Slot()
+		.AutoWidth()
+		.VAlign(VAlign_Center)
+		.Padding(KestrelDiffView::ColumnGap, 0.0f)
+		[
+			KestrelDiffView::MakeCount(
+				FText::FromString(FString::Printf(TEXT("+%d"), NumAdded)), KestrelDiffView::AddedColor)
+		]
+		+ SHorizontalBox::Slot()
+		.AutoWidth()
+		.VAlign(VAlign_Center)
+		[
+			KestrelDiffView::MakeCount(
+				FText::FromString(FString::Printf(TEXT("-%d"), NumRemoved)), KestrelDiffView::RemovedColor)
+		];
+	// clang-format on
+}
+
+TSharedRef<SWidget> SKestrelWidget::MakeChangeView(const FString& Before, const FString& After) const
+{
+	return MakeChunksView(GenerateDiff(Before, After));
+}
+
+TSharedRef<SWidget> SKestrelWidget::MakeChunksView(const TArray<FDiffChunk>& Chunks) const
+{
+	// clang-format off
+	return SNew(SHorizontalBox)
+		+ SHorizontalBox::Slot()
+		.AutoWidth()
+		.Padding(0.0f, 0.0f, KestrelDiffView::ColumnGap, 0.0f)
+		[
+			CreateLineNumberColumn(Chunks, true)
+		]
+		+ SHorizontalBox::Slot()
+		.AutoWidth()
+		.Padding(0.0f, 0.0f, KestrelDiffView::ColumnGap, 0.0f)
+		[
+			CreateLineNumberColumn(Chunks, false)
+		]
+		+ SHorizontalBox::Slot()
+		.FillWidth(1.0f)
+		[
+			SNew(SScrollBox)
+			.Orientation(Orient_Horizontal)
+			+ SScrollBox::Slot()
+			[
+				CreateDiffContent(Chunks)
+			]
+		];
+	// clang-format on
+}
+
+void SKestrelWidget::OnAddDiffMessage(const FString& FilePath, const FString& Before, const FString& After)
+{
+	if (!GetDefault<UKestrelSettings>()->bDisplayFileChangesInChat)
+	{
+		return;
+	}
+	const TArray<FDiffChunk> Chunks = GenerateDiff(Before, After);
+	// clang-format off
+	AddBlockContent(
+		SNew(SBorder)
+		.BorderImage(FKestrelStyle::Get().GetBrush("Kestrel.Block.Diff"))
+		.Padding(KestrelDiffView::BlockPadding)
+		[
+			SNew(SVerticalBox)
+			+ SVerticalBox::Slot()
+			.AutoHeight()
+			[
+				MakeDiffHeader(FilePath, Chunks)
+			]
+			+ SVerticalBox::Slot()
+			.AutoHeight()
+			.Padding(0.0f, KestrelDiffView::ChunkGap, 0.0f, 0.0f)
+			[
+				MakeChunksView(Chunks)
+			]
+		]);
+	// clang-format on
+	const FKestrelInterface& Interface = FKestrelInterface::Get();
+	Interface.KestrelInterfaceLogString(Before, Interface.GetPromptLogFilePath(), true);
+	Interface.KestrelInterfaceLogString(After, Interface.GetPromptLogFilePath(), true);
+}
+
+#undef LOCTEXT_NAMESPACE
