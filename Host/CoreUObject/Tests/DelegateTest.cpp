@@ -12,8 +12,7 @@ class FDelegateTest : public testing::Test
 {
 protected:
 	const TStrongObjectPtr<UTestBell> Bell{ NewObject<UTestBell>() };
-	const TStrongObjectPtr<UTestListener> Listener{ NewObject<UTestListener>(
-		GetTransientPackage(), TEXT("Listener")) };
+	const TStrongObjectPtr<UTestListener> Listener{ NewObject<UTestListener>(GetTransientPackage(), TEXT("Listener")) };
 
 	std::string Heard() const { return TCHAR_TO_UTF8(*Listener->Heard); }
 	std::string Export(const TCHAR* Name) const
@@ -103,7 +102,8 @@ TEST_F(FDelegateTest, ReflectionKnowsTheSignature)
 	EXPECT_TRUE(Signature->GetPathName().Equals(TEXT("/Script/CoreUObjectTests.OnHeard__DelegateSignature")));
 	EXPECT_TRUE(Signature->HasAllFunctionFlags(FUNC_Delegate | FUNC_MulticastDelegate | FUNC_Public));
 	EXPECT_EQ(Signature->NumParms, 3);
-	EXPECT_TRUE(Signature->FindPropertyByName(TEXT("Who"))->HasAllPropertyFlags(CPF_Parm | CPF_OutParm | CPF_ConstParm));
+	EXPECT_TRUE(
+		Signature->FindPropertyByName(TEXT("Who"))->HasAllPropertyFlags(CPF_Parm | CPF_OutParm | CPF_ConstParm));
 	EXPECT_EQ(Signature->GetReturnProperty(), nullptr);
 
 	const FDelegateProperty* CountPeals =
@@ -149,8 +149,7 @@ TEST(MathStructs, AreReflectedAndHaveTheEnginesText)
 		{ TBaseStructure<FVector>::Get(), "/Script/CoreUObject.Vector", "(X=1.000000,Y=-2.500000,Z=0.000000)" },
 		{ TBaseStructure<FRotator>::Get(), "/Script/CoreUObject.Rotator",
 			"(Pitch=0.000000,Yaw=90.000000,Roll=0.000000)" },
-		{ TBaseStructure<FQuat>::Get(), "/Script/CoreUObject.Quat",
-			"(X=0.000000,Y=0.000000,Z=0.500000,W=1.000000)" },
+		{ TBaseStructure<FQuat>::Get(), "/Script/CoreUObject.Quat", "(X=0.000000,Y=0.000000,Z=0.500000,W=1.000000)" },
 		{ TBaseStructure<FIntPoint>::Get(), "/Script/CoreUObject.IntPoint", "(X=3,Y=-4)" },
 		{ TBaseStructure<FTransform>::Get(), "/Script/CoreUObject.Transform",
 			"(Rotation=(X=0.000000,Y=0.000000,Z=0.000000,W=1.000000),Translation=(X=1.000000,Y=2.000000,Z=3.000000),"

@@ -8,6 +8,7 @@
 #include "GameFramework/PlayerController.h"
 #include "Misc/ConfigCacheIni.h"
 #include "UObject/Package.h"
+#include "UObject/UnrealType.h"
 
 DEFINE_LOG_CATEGORY_STATIC(LogWorld, Log, All);
 DEFINE_LOG_CATEGORY_STATIC(LogSpawn, Log, All);
@@ -254,10 +255,51 @@ bool UWorld::DestroyActor(AActor* Actor, bool, bool)
 	return true;
 }
 
+namespace WorldImpl
+{
+TArray<UActorComponent*> GetComponents(const AActor& Actor)
+{
+	TArray<UActorComponent*> Components;
+	Actor.GetComponents(Components);
+	return Components;
+}
+
+void Unbind(const TArray<UObject*>& Targets, UObject& From)
+{
+	for (TFieldIterator<FMulticastInlineDelegateProperty> It(From.GetClass()); It; ++It)
+	{
+		for (UObject* Target : Targets)
+		{
+			It->GetPropertyValuePtr_InContainer(&From)->RemoveAll(Target);
+		}
+	}
+}
+}
+
 void UWorld::AdoptRemadeActors()
 {
-	for (AActor* Actor : bActorsInitialized && !bIsTearingDown ? GetActors() : TArray<AActor*>())
+	const TArray<AActor*> Actors = bActorsInitialized && !bIsTearingDown ? GetActors() : TArray<AActor*>();
+	TArray<UObject*> Remade;
+	for (AActor* Actor : Actors)
 	{
+		if (!Actor->IsActorInitialized())
+		{
+			Remade.Add(Actor);
+			Remade.Append(WorldImpl::GetComponents(*Actor));
+		}
+	}
+	// They begin their play anew, and bind anew what they bound at its beginning.
+	for (AActor* Actor : Actors)
+	{
+		WorldImpl::Unbind(Remade, *Actor);
+		for (UActorComponent* Component : WorldImpl::GetComponents(*Actor))
+		{
+			WorldImpl::Unbind(Remade, *Component);
+		}
+	}
+	for (AActor* Actor : Actors)
+	{
+		Actor->bHasFinishedSpawning = true;
 		Actor->RegisterAllComponents();
 		Actor->InitializeForPlay();
 	}

@@ -220,7 +220,7 @@ TEST_F(FActorTest, ASpringArmHoldsItsChildrenBehindAndTurnsWithTheController)
 TEST_F(FActorTest, InputOfAPlayerMovesAndTurnsThePawn)
 {
 	FURL Url;
-	Url.AddOption(TEXT("Game=/Script/EngineTests.TestGameMode"));
+	Url.AddOption(*(TEXT("Game=") + ATestGameMode::StaticClass()->GetPathName()));
 	ASSERT_TRUE(World->SetGameMode(Url));
 	Play();
 	ATestGameMode* const Mode = World->GetAuthGameMode<ATestGameMode>();
