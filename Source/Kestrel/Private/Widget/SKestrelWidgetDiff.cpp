@@ -222,6 +222,10 @@ TSharedRef<SWidget> SKestrelWidget::MakeDiffHeader(const FString& FilePath, cons
 
 TSharedRef<SWidget> SKestrelWidget::MakeChangeView(const FString& Before, const FString& After) const
 {
+	if (!KestrelLineDiff::IsWorthComparing(Before, After))
+	{
+		return SNew(STextBlock).Text(LOCTEXT("TooLarge", "The change is too large to be shown."));
+	}
 	return MakeChunksView(GenerateDiff(Before, After));
 }
 
@@ -258,6 +262,14 @@ void SKestrelWidget::OnAddDiffMessage(const FString& FilePath, const FString& Be
 {
 	if (!GetDefault<UKestrelSettings>()->bDisplayFileChangesInChat)
 	{
+		return;
+	}
+	if (!KestrelLineDiff::IsWorthComparing(Before, After))
+	{
+		AddBlock(FText::Format(LOCTEXT("TooLargeFile", "{0} has changed. The change is too large to be shown."),
+					 FText::FromString(FilePath))
+					 .ToString(),
+			FKestrelInterface::MessageColor, FKestrelInterface::ItalicFontName, FKestrelInterface::MessageFontSize);
 		return;
 	}
 	const TArray<FDiffChunk> Chunks = GenerateDiff(Before, After);
