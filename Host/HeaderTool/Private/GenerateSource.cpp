@@ -165,9 +165,10 @@ bool HasThunk(const FParsedFunction& Function)
 
 std::string FormatFunction(const FParsedFunction& Function)
 {
-	std::string Text = "\t\t{\n\t\t[[maybe_unused]] auto Function = Builder.Function({ .Name = " + Quote(Function.Name) +
-					   ", .Flags = " + JoinFlags(Function.Flags, "FUNC_None") + ", .ParmsSize = sizeof(FParms_" +
-					   Function.Name + "), .ParmsAlignment = alignof(FParms_" + Function.Name + ")";
+	std::string Text =
+		"\t\t{\n\t\t[[maybe_unused]] auto Function = Builder.Function({ .Name = " + Quote(Function.Name) +
+		", .Flags = " + JoinFlags(Function.Flags, "FUNC_None") + ", .ParmsSize = sizeof(FParms_" + Function.Name +
+		"), .ParmsAlignment = alignof(FParms_" + Function.Name + ")";
 	Text += HasThunk(Function) ? ", .Call = &Call_" + Function.Name : "";
 	Text += " });\n";
 	if (!Function.Meta.GetEntries().empty())
