@@ -226,7 +226,13 @@ TSharedRef<SWidget> SKestrelWidget::MakeChangeView(const FString& Before, const 
 	{
 		return SNew(STextBlock).Text(LOCTEXT("TooLarge", "The change is too large to be shown."));
 	}
-	return MakeChunksView(GenerateDiff(Before, After));
+	// Who decides wants to see what changes, and not the rest of the file.
+	TArray<FDiffChunk> Chunks = GenerateDiff(Before, After);
+	Chunks.RemoveAll([](const FDiffChunk& Chunk) {
+		return !Chunk.Lines.ContainsByPredicate(
+			[](const FDiffLine& Line) { return Line.Type != EDiffLineType::Unchanged; });
+	});
+	return MakeChunksView(Chunks);
 }
 
 TSharedRef<SWidget> SKestrelWidget::MakeChunksView(const TArray<FDiffChunk>& Chunks) const
