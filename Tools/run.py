@@ -59,7 +59,10 @@ def run_editor(command):
     process = subprocess.Popen(command, preexec_fn=steps.end_with_parent)
     while True:
         try:
-            return process.wait()
+            code = process.wait()
+            if code < 0:
+                print(f"The editor was killed by signal {-code}. Its log lies in Saved/Logs of the project.", file=sys.stderr)
+            return code
         except KeyboardInterrupt:
             # The editor has been told by the terminal, too: the first Ctrl-C ends the conversation, the second the editor.
             continue

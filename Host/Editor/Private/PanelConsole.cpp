@@ -133,7 +133,7 @@ bool FPanelConsole::Press(const FView& View, const TCHAR* Button)
 
 bool FPanelConsole::IsWorking(const FView& View)
 {
-	return View.Buttons.Contains(TEXT("pause")) || FHostClock::Get().IsHeld();
+	return IsPanelWorking(View) || FHostClock::Get().IsHeld();
 }
 
 void FPanelConsole::Tick()
@@ -277,8 +277,20 @@ bool FPanelConsole::IsTimeForLine(const FView& View)
 		bShowsEffect = true; // what came of the last line is in the view of the next frame
 		return false;
 	}
-	// Who types knows what is going on; a pipe's next line is for what the panel does when it has worked off this one.
-	return !IsWorking(View) || (bTyped && !Lines.IsEmpty());
+	// Who types may want to go on while a build runs.
+	if (bTyped ? !IsPanelWorking(View) : !IsWorking(View))
+	{
+		return true;
+	}
+	// A line is for what the panel does when it has worked off the one before; its buttons can be pressed at any time.
+	// An approval that was typed too early could be for something that nobody has seen yet.
+	if (bTyped && !Lines.IsEmpty() && Lines[0].TrimStartAndEnd() == TEXT("y"))
+	{
+		Lines.RemoveAt(0);
+		std::printf("Nothing waits for approval yet.\n");
+		std::fflush(stdout);
+	}
+	return bTyped && !Lines.IsEmpty() && Lines[0].TrimStart().StartsWith(TEXT("/"));
 }
 
 void FPanelConsole::HandleLine(const FView& View, const FString& Line)

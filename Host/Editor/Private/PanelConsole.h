@@ -55,6 +55,7 @@ private:
 	static void Collect(const TSharedRef<IAccessibleWidget>& Widget, FView& View);
 	static bool IsEnabled(const FView& View, const TCHAR* Button);
 	static bool Press(const FView& View, const TCHAR* Button);
+	static bool IsPanelWorking(const FView& View) { return View.Buttons.Contains(TEXT("pause")); }
 	/** The panel itself, or something that it has begun and that tells it when it is done: a build. */
 	static bool IsWorking(const FView& View);
 

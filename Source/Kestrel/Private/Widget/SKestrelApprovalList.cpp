@@ -173,8 +173,14 @@ TSharedRef<SWidget> SKestrelApprovalList::MakeUnfoldButton(
 		}
 		return FReply::Handled();
 	};
+	const bool bScript = Preview.Kind == EKestrelToolKind::Script;
 	return SNew(SButton)
-		.Text_Lambda([Unfolded]() {
+		.Text_Lambda([Unfolded, bScript]() {
+			if (bScript)
+			{
+				return Unfolded->IsValid() ? LOCTEXT("HideScript", "Hide the script")
+										   : LOCTEXT("ShowScript", "Show the script");
+			}
 			return Unfolded->IsValid() ? LOCTEXT("Hide", "Hide the change") : LOCTEXT("Show", "Show the change");
 		})
 		.Visibility(Preview.bHasTexts ? EVisibility::Visible : EVisibility::Collapsed)

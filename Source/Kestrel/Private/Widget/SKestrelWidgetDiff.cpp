@@ -80,6 +80,12 @@ TSharedRef<SWidget> MakeCount(const FText& Text, const FLinearColor& Color)
 	return SNew(STextBlock).Text(Text).ColorAndOpacity(Color);
 }
 
+/** The lines are compared without regard to case, and without their ends. */
+FText DescribeHiddenChange()
+{
+	return LOCTEXT("HiddenChange", "The lines differ in letter case or in how they end.");
+}
+
 /** The number of a line in one of the texts; empty where it does not stand. */
 FString NumberOf(const FDiffLine& Line, bool bOldNumbers)
 {
@@ -232,6 +238,10 @@ TSharedRef<SWidget> SKestrelWidget::MakeChangeView(const FString& Before, const 
 		return !Chunk.Lines.ContainsByPredicate(
 			[](const FDiffLine& Line) { return Line.Type != EDiffLineType::Unchanged; });
 	});
+	if (Chunks.IsEmpty() && !Before.Equals(After))
+	{
+		return SNew(STextBlock).Text(KestrelDiffView::DescribeHiddenChange());
+	}
 	return MakeChunksView(Chunks);
 }
 
@@ -279,6 +289,8 @@ void SKestrelWidget::OnAddDiffMessage(const FString& FilePath, const FString& Be
 		return;
 	}
 	const TArray<FDiffChunk> Chunks = GenerateDiff(Before, After);
+	const bool bHidden = !Before.Equals(After) && KestrelDiffView::CountLines(Chunks, EDiffLineType::Added) == 0 &&
+						 KestrelDiffView::CountLines(Chunks, EDiffLineType::Removed) == 0;
 	// clang-format off
 	AddBlockContent(
 		SNew(SBorder)
@@ -290,6 +302,13 @@ void SKestrelWidget::OnAddDiffMessage(const FString& FilePath, const FString& Be
 			.AutoHeight()
 			[
 				MakeDiffHeader(FilePath, Chunks)
+			]
+			+ SVerticalBox::Slot()
+			.AutoHeight()
+			[
+				SNew(STextBlock)
+				.Text(KestrelDiffView::DescribeHiddenChange())
+				.Visibility(bHidden ? EVisibility::Visible : EVisibility::Collapsed)
 			]
 			+ SVerticalBox::Slot()
 			.AutoHeight()
