@@ -13,7 +13,6 @@
 #include "HttpModule.h"
 #include "Interfaces/IPluginManager.h"
 #include "Interfaces/IProjectManager.h"
-#include "MainWindow.h"
 #include "Misc/App.h"
 #include "Misc/CommandLine.h"
 #include "Misc/ConfigCacheIni.h"
@@ -34,8 +33,8 @@ constexpr double FrameSeconds = 1.0 / 60.0;
 constexpr double UnattendedWaitSeconds = 0.005;
 
 /** The host's own modules, in the order in which they start. Others are loaded when they are asked for. */
-const TCHAR* const EngineModules[] = { TEXT("CoreUObject"), TEXT("SlateCore"), TEXT("Slate"), TEXT("Settings"),
-	TEXT("HTTP"), TEXT("ToolMenus"), TEXT("AssetRegistry") };
+const TCHAR* const EngineModules[] = { TEXT("CoreUObject"), TEXT("SlateCore"), TEXT("Slate"),
+	TEXT("OutputLog"), TEXT("Settings"), TEXT("SettingsViewer"), TEXT("HTTP"), TEXT("ToolMenus"), TEXT("AssetRegistry") };
 
 FString ProjectFileOfCommandLine()
 {
@@ -144,6 +143,10 @@ bool FHostEditor::LoadModules()
 	CreateMainWindow();
 	LoadModulesOf(ELoadingPhase::PostEngineInit);
 	FCoreDelegates::GetOnPostEngineInit().Broadcast();
+	if (Display)
+	{
+		MainWindow.RestoreTabs();
+	}
 	bInitialized = true;
 	return bAllLoaded;
 }
@@ -181,8 +184,8 @@ bool FHostEditor::StartSlate()
 
 void FHostEditor::CreateMainWindow()
 {
-	FMainWindow::RegisterMenus();
-	FSlateApplication::Get().AddWindow(FMainWindow::Create());
+	MainWindow.RegisterMenus();
+	FSlateApplication::Get().AddWindow(MainWindow.Create());
 }
 
 int32 FHostEditor::Run()
@@ -281,6 +284,10 @@ void FHostEditor::Idle()
 
 void FHostEditor::Shutdown()
 {
+	if (Display && bInitialized)
+	{
+		MainWindow.SaveLayout();
+	}
 	FCoreDelegates::GetOnEnginePreExit().Broadcast();
 	// Plugins were loaded last, so they go first, while Slate and HTTP are still there.
 	FModuleManager::Get().UnloadModulesAtShutdown();
