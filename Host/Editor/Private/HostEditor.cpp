@@ -33,8 +33,8 @@ constexpr double FrameSeconds = 1.0 / 60.0;
 constexpr double UnattendedWaitSeconds = 0.005;
 
 /** The host's own modules, in the order in which they start. Others are loaded when they are asked for. */
-const TCHAR* const EngineModules[] = { TEXT("CoreUObject"), TEXT("SlateCore"), TEXT("Slate"),
-	TEXT("OutputLog"), TEXT("Settings"), TEXT("SettingsViewer"), TEXT("HTTP"), TEXT("ToolMenus"), TEXT("AssetRegistry") };
+const TCHAR* const EngineModules[] = { TEXT("CoreUObject"), TEXT("SlateCore"), TEXT("Slate"), TEXT("Settings"),
+	TEXT("SettingsViewer"), TEXT("HTTP"), TEXT("ToolMenus"), TEXT("AssetRegistry") };
 
 FString ProjectFileOfCommandLine()
 {
@@ -110,6 +110,8 @@ void FHostEditor::OpenLog()
 	LogFile = MakeUnique<FOutputDeviceFile>(
 		FPaths::ConvertRelativePathToFull(FPaths::ProjectLogDir() / (FString(FApp::GetProjectName()) + TEXT(".log"))));
 	GLog->AddOutputDevice(LogFile.Get());
+	// As early as the file: its tab shows all that was logged, also before there were tabs.
+	FModuleManager::Get().LoadModuleChecked(TEXT("OutputLog"));
 	UE_LOG(LogInit, Log, TEXT("Project: %s"), *FPaths::ConvertRelativePathToFull(FPaths::GetProjectFilePath()));
 }
 

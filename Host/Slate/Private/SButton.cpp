@@ -129,7 +129,8 @@ const FSlateBrush* SButton::GetBrushToPaint(bool bEnabled) const
 	{
 		return &ButtonStyle->Pressed;
 	}
-	return IsHovered() ? &ButtonStyle->Hovered : &ButtonStyle->Normal;
+	const bool bChosenByKey = HasAnyUserFocus() == EFocusCause::Navigation;
+	return IsHovered() || bChosenByKey ? &ButtonStyle->Hovered : &ButtonStyle->Normal;
 }
 
 FSlateColor SButton::GetForegroundColor() const

@@ -32,6 +32,8 @@ void SEditableTextBox::Construct(const FArguments& InArgs)
 			]
 		]);
 	// clang-format on
+	// The name is that of the text inside.
+	SetAccessibleBehavior(EAccessibleBehavior::NotAccessible);
 }
 
 FText SEditableTextBox::GetText() const

@@ -264,6 +264,8 @@ void SToolMenuWidget::Tick(const FGeometry& AllottedGeometry, const double InCur
 	if (Menus != nullptr && Menus->GetVersion() != ShownVersion)
 	{
 		Rebuild();
+		// It is painted in this very frame.
+		SlatePrepass();
 		return;
 	}
 	const int32 Open = FindOpenSubMenu();
