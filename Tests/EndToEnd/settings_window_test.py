@@ -75,6 +75,8 @@ class SettingsWindowTest(ScreenTest):
         self.press("ctrl+a")
         self.type("extensions")
         self.find("TextEdit", "Supported File Extensions [0]")
+        self.value("TextEdit", "Search", "extensions")
+        self.gone("CheckBox", "Reset Excluded Directories")
         self.click(self.button("Clear Supported File Extensions"))
         self.gone("TextEdit", "Supported File Extensions [0]")
         self.click(self.button("Add to Supported File Extensions"))

@@ -274,6 +274,7 @@ void SSettingsEditor::ShowSection(const TSharedPtr<ISettingsSection>& Section)
 
 void SSettingsEditor::RebuildRows()
 {
+	bRowsAreStale = false;
 	ShownShape = GetShape();
 	Rows->ClearChildren();
 	const int32 NumShown = Page.IsValid() ? FPropertyRows(Page.ToSharedRef(), Filter).AddTo(*Rows) : 0;
@@ -303,21 +304,22 @@ FString SSettingsEditor::GetShape() const
 
 void SSettingsEditor::Tick(const FGeometry& AllottedGeometry, const double InCurrentTime, const float InDeltaTime)
 {
-	if (bSectionsAreStale)
-	{
-		RebuildSections();
-	}
 	// Buttons of the page change arrays, and so do others.
-	else if (!GetShape().Equals(ShownShape))
+	const bool bRebuildRows = bRowsAreStale || !GetShape().Equals(ShownShape);
+	if (!bSectionsAreStale && !bRebuildRows)
 	{
-		RebuildRows();
+		return;
 	}
+	bSectionsAreStale ? RebuildSections() : RebuildRows();
+	// What is new is painted in this very frame.
+	SlatePrepass();
 }
 
 void SSettingsEditor::OnSearchTextChanged(const FText& Text)
 {
 	Filter = Text.ToString().TrimStartAndEnd();
-	RebuildRows();
+	// In the next frame: until then, what is on the screen can be clicked.
+	bRowsAreStale = true;
 }
 
 FReply SSettingsEditor::OnResetClicked()

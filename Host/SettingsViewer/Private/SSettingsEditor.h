@@ -44,6 +44,7 @@ private:
 	FString Filter;
 	FString ShownShape;
 	bool bSectionsAreStale = false;
+	bool bRowsAreStale = false;
 	TSharedPtr<SVerticalBox> SectionList;
 	TSharedPtr<SVerticalBox> Rows;
 	TSharedPtr<SScrollBox> ScrollBox;

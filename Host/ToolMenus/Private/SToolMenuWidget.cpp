@@ -213,6 +213,8 @@ TSharedRef<SWidget> SToolMenuWidget::MakeSubMenu(const FToolMenuEntry& Entry)
 	const bool bIsColumn = Type == EMultiBoxType::Menu;
 	const FName SubMenuName = UToolMenus::JoinMenuPaths(MenuName, Entry.Name);
 	const FText Arrow = bIsColumn ? INVTEXT("\u25B8") : FText::GetEmpty();
+	const FButtonStyle* const Style =
+		&FAppStyle::Get().GetWidgetStyle<FButtonStyle>(bIsColumn ? "Menu.Button" : "SimpleButton");
 	TSharedPtr<SButton> Button;
 	TSharedPtr<SMenuAnchor> Anchor;
 	// clang-format off
@@ -221,7 +223,7 @@ TSharedRef<SWidget> SToolMenuWidget::MakeSubMenu(const FToolMenuEntry& Entry)
 		.OnGetMenuContent(this, &SToolMenuWidget::MakeMenu, SubMenuName)
 		[
 			SAssignNew(Button, SButton)
-			.ButtonStyle(&FAppStyle::Get().GetWidgetStyle<FButtonStyle>(bIsColumn ? "Menu.Button" : "SimpleButton"))
+			.ButtonStyle(Style)
 			.ContentPadding(bIsColumn ? FMargin(6.0f, 3.0f) : FMargin(8.0f, 3.0f))
 			.ClickMethod(EButtonClickMethod::MouseDown)
 			.ToolTipText(Entry.ToolTip)
