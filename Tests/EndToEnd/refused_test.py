@@ -78,9 +78,12 @@ class RefusedTest(unittest.TestCase):
     def test_slate(self):
         self.check_file("Slate.cases", compiled_like="Host/ToolMenus/Private/ToolMenus.cpp")
 
+    def test_engine(self):
+        self.check_file("Engine.cases", compiled_like="Host/Engine/Private/Actor.cpp")
+
     def test_hot_reload(self):
         self.check_file("HotReload.cases", compiled_like="Host/HotReload/Private/HotReloadModule.cpp")
 
     def test_every_file_of_cases_is_checked(self):
         self.assertEqual({os.path.basename(path) for path in glob.glob(os.path.join(FOLDER, "*.cases"))},
-                         {"Core.cases", "Formats.cases", "HotReload.cases", "Slate.cases"})
+                         {"Core.cases", "Engine.cases", "Formats.cases", "HotReload.cases", "Slate.cases"})

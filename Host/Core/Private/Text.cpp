@@ -49,6 +49,35 @@ FText FText::AsNumber(int64 Number)
 
 namespace TextFormat
 {
+/**
+ * "|plural(one=place,other=places)" behind a number, by the rules of English.
+ *
+ * @param Modifier  what follows the number's closing brace
+ * @return how many characters of it were taken; 0 when it is no such modifier
+ */
+int32 ApplyPlural(FStringView Modifier, FString& InOutValue)
+{
+	const FStringView Opening = TEXT("|plural(");
+	const int32 Close = Modifier.Find(TEXT(")"), 0, ESearchCase::CaseSensitive);
+	if (!Modifier.StartsWith(Opening, ESearchCase::CaseSensitive) || Close == INDEX_NONE)
+	{
+		return 0;
+	}
+	const FString Wanted = InOutValue.Equals(TEXT("1")) ? TEXT("one") : TEXT("other");
+	TArray<FString> Forms;
+	FString(Modifier.Mid(Opening.Len(), Close - Opening.Len())).ParseIntoArray(Forms, TEXT(","));
+	for (const FString& Form : Forms)
+	{
+		FString Name;
+		FString Text;
+		if (Form.Split(TEXT("="), &Name, &Text) && Name.TrimStartAndEnd().Equals(Wanted))
+		{
+			InOutValue = Text;
+		}
+	}
+	return Close + 1;
+}
+
 /** Replaces each "{Name}" by what Resolve answers; a name that it does not know stays. "`" escapes the next character.
  */
 template <typename ResolveType>
@@ -72,8 +101,8 @@ FString Substitute(const FString& Pattern, ResolveType&& Resolve)
 			Result.AppendChar(C);
 			continue;
 		}
+		Index = Close + ApplyPlural(FStringView(Pattern).Mid(Close + 1), Value);
 		Result += Value;
-		Index = Close;
 	}
 	return Result;
 }

@@ -16,6 +16,8 @@
 #include "Internationalization/Text.h"
 #include "Logging/LogMacros.h"
 #include "Math/Color.h"
+#include "Math/IntPoint.h"
+#include "Math/Transform.h"
 #include "Math/UnrealMathUtility.h"
 #include "Math/Vector2D.h"
 #include "Misc/AssertionMacros.h"

@@ -177,6 +177,11 @@ TEST(FTextTest, FormatReplacesByOrderAndByName)
 	Named.Add(TEXT("Who"), FText::FromString(TEXT("you")));
 	EXPECT_EQ(Narrow(FText::Format(INVTEXT("{0} of {1} {2}"), 1, 2500).ToString()), "1 of 2,500 {2}");
 	EXPECT_EQ(Narrow(FText::Format(INVTEXT("Hi {Who}"), Named).ToString()), "Hi you");
+	for (const int32 Count : { 1, 2 })
+	{
+		EXPECT_EQ(Narrow(FText::Format(INVTEXT("{0} {0}|plural(one=place,other=places)!"), Count).ToString()),
+			Count == 1 ? "1 place!" : "2 places!");
+	}
 	const FText Text = NSLOCTEXT("Space", "Key", "Source");
 	EXPECT_EQ(Narrow(FTextInspector::GetNamespace(Text)), "Space");
 	EXPECT_TRUE(Text.EqualTo(INVTEXT("Source")));

@@ -50,6 +50,12 @@ void ForEachRuntimeProperty(const UClass* Class, FunctionType Function)
 	}
 }
 
+/** References to parts are left alone: the object has its own. */
+bool CanBeCopied(const FProperty& Property)
+{
+	return !Property.HasAnyPropertyFlags(CPF_InstancedReference | CPF_ContainsInstancedReference);
+}
+
 /**
  * Gives a new object what its constructor has not: everything from a template; from the default object the
  * configuration, and for a class that was made at run time all defaults.
@@ -68,7 +74,7 @@ void CopyDefaults(UObject* Object, const UObject* Template)
 	for (TFieldIterator<FProperty> It(Source->GetClass()); It; ++It)
 	{
 		const bool bWanted = bCopyAll || It->HasAnyPropertyFlags(CPF_Config);
-		if (bWanted && Class->IsChildOf(It->GetOwnerStruct()) && !It->HasAnyPropertyFlags(CPF_InstancedReference))
+		if (bWanted && Class->IsChildOf(It->GetOwnerStruct()) && CanBeCopied(**It))
 		{
 			It->CopyCompleteValue_InContainer(Object, Source);
 		}
@@ -121,7 +127,7 @@ FObjectInitializer::~FObjectInitializer()
 
 FObjectInitializer& FObjectInitializer::Get()
 {
-	checkf(NewObjectImpl::Innermost, TEXT("There is no object under construction"));
+	checkf(NewObjectImpl::Innermost, TEXT("There is no object under construction: objects are made by NewObject"));
 	return *NewObjectImpl::Innermost;
 }
 
@@ -172,8 +178,9 @@ UObject* StaticConstructObject(
 	UObject* const Object = static_cast<UObject*>(Memory);
 	{
 		const FObjectInitializer Initializer(Object, Template);
-		FObjectTable::Get().PrepareIdentity({ const_cast<UClass*>(Class), Outer, Name, SetFlags });
+		FObjectTable::Get().PrepareIdentity(Memory, { const_cast<UClass*>(Class), Outer, Name, SetFlags });
 		NewObjectImpl::GetNativeClass(Class)->ClassConstructor(Initializer);
+		Initializer.InitializeSubobjects();
 	}
 	NewObjectImpl::ForEachRuntimeProperty(
 		Class, [Object](const FProperty& Property) { Property.InitializeValue_InContainer(Object); });
@@ -193,12 +200,48 @@ UObject* UObject::CreateDefaultSubobject(FName SubobjectName, const UClass* Subo
 }
 
 UObject* FObjectInitializer::CreateDefaultSubobject(
-	UObject* Outer, FName SubobjectName, const UClass* Class, bool bTransient) const
+	UObject* Outer, FName SubobjectName, const UClass* Class, bool bTransient, EPart Part) const
 {
 	checkf(!SubobjectName.IsNone(), TEXT("A default subobject needs a name"));
 	checkf(!FObjectTable::Get().Find(Outer, SubobjectName), TEXT("Default subobject %s already exists for %s."),
 		*SubobjectName.ToString(), *Outer->GetFullName());
+	const UClass* const* const Override = SubobjectClasses.Find(SubobjectName);
+	if (Override && !*Override && Part == EPart::Optional)
+	{
+		return nullptr;
+	}
+	const UClass* const Wanted = Override && *Override && (*Override)->IsChildOf(Class) ? *Override : Class;
 	const EObjectFlags Inherited = Outer->GetMaskedFlags(RF_Public | RF_ArchetypeObject | RF_Transactional);
-	return StaticConstructObject(
-		Class, Outer, SubobjectName, Inherited | RF_DefaultSubObject | (bTransient ? RF_Transient : RF_NoFlags));
+	UObject* const Subobject = StaticConstructObject(
+		Wanted, Outer, SubobjectName, Inherited | RF_DefaultSubObject | (bTransient ? RF_Transient : RF_NoFlags));
+	Subobjects.Add(Subobject);
+	return Subobject;
+}
+
+const FObjectInitializer& FObjectInitializer::SetDefaultSubobjectClass(FName SubobjectName, const UClass* Class) const
+{
+	if (!SubobjectClasses.Contains(SubobjectName))
+	{
+		SubobjectClasses.Add(SubobjectName, Class);
+	}
+	return *this;
+}
+
+void FObjectInitializer::InitializeSubobjects() const
+{
+	// The default object of a native class is what its constructor makes of it.
+	const bool bIsDefaultObject = Obj->HasAnyFlags(RF_ClassDefaultObject);
+	if (bIsDefaultObject && Obj->GetClass()->IsNative())
+	{
+		return;
+	}
+	UObject* const Source = Template ? Template : Obj->GetArchetype();
+	for (UObject* Subobject : Subobjects)
+	{
+		const UObject* const Part = Source->GetDefaultSubobjectByName(Subobject->GetFName());
+		if (Part && Part != Subobject && Subobject->IsA(Part->GetClass()))
+		{
+			NewObjectImpl::CopyDefaults(Subobject, Part);
+		}
+	}
 }

@@ -82,6 +82,29 @@ bool UObject::Rename(const TCHAR* NewName, UObject* NewOuter, uint32 Flags)
 	return true;
 }
 
+UWorld* UObject::GetWorld() const
+{
+	return GetOuter() ? GetOuter()->GetWorld() : nullptr;
+}
+
+UObject* UObject::GetDefaultSubobjectByName(FName ToFind)
+{
+	UObject* const Found = FObjectTable::Get().Find(this, ToFind);
+	return Found && Found->IsDefaultSubobject() ? Found : nullptr;
+}
+
+UObject* UObject::GetArchetype() const
+{
+	const UClass* Class = GetClass();
+	if (HasAnyFlags(RF_ClassDefaultObject))
+	{
+		return Class->GetSuperClass() ? Class->GetSuperClass()->GetDefaultObject() : nullptr;
+	}
+	UObject* const OuterArchetype = IsDefaultSubobject() && GetOuter() ? GetOuter()->GetArchetype() : nullptr;
+	UObject* const Part = OuterArchetype ? OuterArchetype->GetDefaultSubobjectByName(GetFName()) : nullptr;
+	return Part && Part->IsA(Class) ? Part : Class->GetDefaultObject();
+}
+
 UFunction* UObject::FindFunction(FName InName) const
 {
 	return GetClass()->FindFunctionByName(InName);

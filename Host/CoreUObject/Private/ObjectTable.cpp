@@ -8,20 +8,20 @@ FObjectTable& FObjectTable::Get()
 	return *Table;
 }
 
-void FObjectTable::PrepareIdentity(const FIdentity& Identity)
+void FObjectTable::PrepareIdentity(const void* Memory, const FIdentity& Identity)
 {
-	Prepared = Identity;
-	bPrepared = true;
+	Prepared.Add(Memory, Identity);
 }
 
 void FObjectTable::Register(UObjectBase& Base)
 {
+	FIdentity Identity;
+	const bool bPrepared = Prepared.RemoveAndCopyValue(&Base, Identity);
 	checkf(bPrepared, TEXT("Objects are made by NewObject, not on the stack or with new"));
-	bPrepared = false;
-	Base.ClassPrivate = Prepared.Class;
-	Base.OuterPrivate = Prepared.Outer;
-	Base.NamePrivate = Prepared.Name;
-	Base.ObjectFlags = Prepared.Flags;
+	Base.ClassPrivate = Identity.Class;
+	Base.OuterPrivate = Identity.Outer;
+	Base.NamePrivate = Identity.Name;
+	Base.ObjectFlags = Identity.Flags;
 	Base.InternalIndex = FreeIndices.IsEmpty() ? Entries.AddDefaulted() : FreeIndices.Pop();
 
 	UObject* const Object = static_cast<UObject*>(&Base);

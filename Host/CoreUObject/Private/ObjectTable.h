@@ -31,8 +31,11 @@ public:
 
 	static FObjectTable& Get();
 
-	/** The next UObjectBase that is constructed takes this identity. */
-	void PrepareIdentity(const FIdentity& Identity);
+	/**
+	 * The object that is constructed at this place takes this identity. What a constructor's arguments need may be
+	 * prepared and made in between.
+	 */
+	void PrepareIdentity(const void* Memory, const FIdentity& Identity);
 	/** Called by the constructor and destructor of UObjectBase. */
 	void Register(UObjectBase& Base);
 	void Unregister(UObjectBase& Base);
@@ -51,6 +54,5 @@ private:
 	TArray<int32> FreeIndices;
 	int32 LastSerialNumber = 0;
 	TMap<FName, TArray<UObject*>> ObjectsByName;
-	FIdentity Prepared{};
-	bool bPrepared = false;
+	TMap<const void*, FIdentity> Prepared;
 };

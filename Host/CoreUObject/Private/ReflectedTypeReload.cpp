@@ -98,6 +98,14 @@ void RetargetProperty(FProperty* Property, const TMap<UField*, UField*>& NewType
 	{
 		Retarget(SoftClass->MetaClass, NewTypes);
 	}
+	else if (FDelegateProperty* const Delegate = CastField<FDelegateProperty>(Property))
+	{
+		Retarget(Delegate->SignatureFunction, NewTypes);
+	}
+	else if (FMulticastDelegateProperty* const Multicast = CastField<FMulticastDelegateProperty>(Property))
+	{
+		Retarget(Multicast->SignatureFunction, NewTypes);
+	}
 	else if (const FArrayProperty* const Array = CastField<FArrayProperty>(Property))
 	{
 		RetargetProperty(Array->Inner, NewTypes);
@@ -137,6 +145,7 @@ public:
 				It->SetObjectPropertyValue_InContainer(&Object, Target, Index);
 			}
 		}
+		ReplaceInDelegates(Object);
 	}
 
 protected:
@@ -150,6 +159,30 @@ protected:
 	}
 
 private:
+	/** Delegates name their objects weakly, too. */
+	void ReplaceInDelegates(UObject& Object)
+	{
+		for (TFieldIterator<FMulticastInlineDelegateProperty> It(Object.GetClass()); It; ++It)
+		{
+			FMulticastScriptDelegate& Delegates = *It->GetPropertyValuePtr_InContainer(&Object);
+			for (UObject* Target : Delegates.GetAllObjects())
+			{
+				if (UObject* const* const New = NewObjects.Find(Target))
+				{
+					Delegates.Rebind(Target, *New);
+				}
+			}
+		}
+		for (TFieldIterator<FDelegateProperty> It(Object.GetClass()); It; ++It)
+		{
+			FScriptDelegate& Delegate = *It->GetPropertyValuePtr_InContainer(&Object);
+			if (UObject* const* const New = NewObjects.Find(Delegate.GetUObject()))
+			{
+				Delegate.BindUFunction(*New, Delegate.GetFunctionName());
+			}
+		}
+	}
+
 	const TMap<UObject*, UObject*>& NewObjects;
 };
 

@@ -49,7 +49,7 @@ ObjectType* MakeBare(UObject* Outer, FName Name, EObjectFlags Flags)
 {
 	void* const Memory = std::aligned_alloc(16, (sizeof(ObjectType) + 15) / 16 * 16);
 	std::memset(Memory, 0, sizeof(ObjectType));
-	FObjectTable::Get().PrepareIdentity({ nullptr, Outer, Name, Flags });
+	FObjectTable::Get().PrepareIdentity(Memory, { nullptr, Outer, Name, Flags });
 	return ::new (Memory) ObjectType();
 }
 
@@ -87,7 +87,8 @@ void DefineAll()
 
 /** Makes the type's object; Complete fills in what is known without fields. */
 template <typename TypeObject, typename ParamsType, typename CompleteType>
-TypeObject* FindOrMake(ParamsType& Params, CompleteType Complete, void (*Define)(void*, UField*))
+TypeObject* FindOrMake(
+	ParamsType& Params, CompleteType Complete, void (*Define)(void*, UField*), UClass* (*Owner)() = nullptr)
 {
 	FReflectedTypeParams& Base = Params.Base;
 	if (!Base.Type)
@@ -98,8 +99,9 @@ TypeObject* FindOrMake(ParamsType& Params, CompleteType Complete, void (*Define)
 		Base.Type = Type; // from here on, whoever asks for the type gets it
 		Type->AddToRoot();
 		UPackage* const Package = FindOrMakePackage(Base.Package);
-		UObject* const Existing = FObjectTable::Get().Find(Package, Name);
-		FObjectTable::Get().SetIdentity(*Type, TypeObject::StaticClass(), Package, Name);
+		UObject* const Outer = Owner ? static_cast<UObject*>(Owner()) : Package;
+		UObject* const Existing = FObjectTable::Get().Find(Outer, Name);
+		FObjectTable::Get().SetIdentity(*Type, TypeObject::StaticClass(), Outer, Name);
 		if (Existing)
 		{
 			FReflectedTypeReload* const Reload = FReflectedTypeReload::Get();
@@ -128,6 +130,13 @@ void DefineClass(void* Memory, UField* Type)
 		static_cast<UFunction*>(Child)->StaticLink();
 	}
 	static_cast<UClass*>(Type)->ClassFlags |= CLASS_Constructed;
+}
+
+void DefineDelegateFunction(void* Memory, UField* Type)
+{
+	FStructBuilder Builder(static_cast<UDelegateFunction*>(Type));
+	static_cast<FDelegateFunctionParams*>(Memory)->Define(Builder);
+	static_cast<UDelegateFunction*>(Type)->StaticLink();
 }
 
 void DefineScriptStruct(void* Memory, UField* Type)
@@ -192,6 +201,10 @@ FFieldClass* GetFieldClass(EPropertyKind Kind)
 		return FWeakObjectProperty::StaticClass();
 	case EPropertyKind::Struct:
 		return FStructProperty::StaticClass();
+	case EPropertyKind::Delegate:
+		return FDelegateProperty::StaticClass();
+	case EPropertyKind::MulticastInlineDelegate:
+		return FMulticastInlineDelegateProperty::StaticClass();
 	case EPropertyKind::Array:
 		return FArrayProperty::StaticClass();
 	case EPropertyKind::Set:
@@ -218,6 +231,14 @@ void SetTypes(FProperty* Property, const FPropertyParams& Params)
 	else if (FStructProperty* Struct = CastField<FStructProperty>(Property))
 	{
 		Struct->Struct = static_cast<UScriptStruct*>(Type);
+	}
+	else if (FDelegateProperty* Delegate = CastField<FDelegateProperty>(Property))
+	{
+		Delegate->SignatureFunction = static_cast<UFunction*>(Type);
+	}
+	else if (FMulticastDelegateProperty* Multicast = CastField<FMulticastDelegateProperty>(Property))
+	{
+		Multicast->SignatureFunction = static_cast<UFunction*>(Type);
 	}
 	else if (FObjectPropertyBase* Object = CastField<FObjectPropertyBase>(Property))
 	{
@@ -401,6 +422,17 @@ UEnum* GetReflectedType(FEnumParams& Params)
 		Params, [](UEnum&) {}, &ReflectedTypes::DefineEnum);
 }
 
+UDelegateFunction* GetReflectedType(FDelegateFunctionParams& Params)
+{
+	const auto Complete = [&Params](UDelegateFunction& Function) {
+		FStructBuilder::SetNativeLayout(
+			&Function, static_cast<int32>(Params.ParmsSize), static_cast<int32>(Params.ParmsAlignment));
+		Function.FunctionFlags = static_cast<EFunctionFlags>(Params.Flags);
+	};
+	return ReflectedTypes::FindOrMake<UDelegateFunction>(
+		Params, Complete, &ReflectedTypes::DefineDelegateFunction, Params.Owner);
+}
+
 FReflectedTypeRegistration::FReflectedTypeRegistration(FClassParams& Params)
 {
 	ReflectedTypes::FState::Get().Registrations.Add(
@@ -417,6 +449,12 @@ FReflectedTypeRegistration::FReflectedTypeRegistration(FEnumParams& Params)
 {
 	ReflectedTypes::FState::Get().Registrations.Add(
 		{ &Params, [](void* Memory) -> UField* { return GetReflectedType(*static_cast<FEnumParams*>(Memory)); } });
+}
+
+FReflectedTypeRegistration::FReflectedTypeRegistration(FDelegateFunctionParams& Params)
+{
+	ReflectedTypes::FState::Get().Registrations.Add({ &Params,
+		[](void* Memory) -> UField* { return GetReflectedType(*static_cast<FDelegateFunctionParams*>(Memory)); } });
 }
 
 void LoadConfigOfDefaultObjectLater(UClass* Class)

@@ -106,11 +106,10 @@ void FMainWindow::MapCommands()
 		FModuleManager::LoadModuleChecked<ISettingsModule>("Settings").ShowViewer("Project", "Plugins", NAME_None);
 	}));
 	Commands->MapAction(All.OpenOutputLog,
-		FUIAction(FExecuteAction::CreateLambda(
-					  [] { FGlobalTabmanager::Get()->TryInvokeTab(MainWindow::OutputLogTab); }),
-			FCanExecuteAction(), FGetActionCheckState::CreateLambda([] {
-				return MainWindow::IsTabOpen(MainWindow::OutputLogTab);
-			})));
+		FUIAction(
+			FExecuteAction::CreateLambda([] { FGlobalTabmanager::Get()->TryInvokeTab(MainWindow::OutputLogTab); }),
+			FCanExecuteAction(),
+			FGetActionCheckState::CreateLambda([] { return MainWindow::IsTabOpen(MainWindow::OutputLogTab); })));
 }
 
 void FMainWindow::FillMenus() const
@@ -140,8 +139,7 @@ TSharedRef<SWindow> FMainWindow::Create()
 	FVector2D Size = MainWindow::DefaultSize;
 	FVector2D Position(0.0, 0.0);
 	MainWindow::ReadVector(TEXT("Size"), Size);
-	Size = FVector2D(
-		FMath::Max(Size.X, MainWindow::SmallestSize.X), FMath::Max(Size.Y, MainWindow::SmallestSize.Y));
+	Size = FVector2D(FMath::Max(Size.X, MainWindow::SmallestSize.X), FMath::Max(Size.Y, MainWindow::SmallestSize.Y));
 	const bool bHasPosition = MainWindow::ReadVector(TEXT("Position"), Position);
 	MenuBar = Menus->GenerateWidget(MainWindow::MainMenuName, FToolMenuContext());
 	// clang-format off

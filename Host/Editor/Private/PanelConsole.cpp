@@ -213,8 +213,8 @@ void FPanelConsole::PrintBlock(const FString& Text)
 		Title = Text;
 		Body.Empty();
 	}
-	// The panel's own texts have blank lines around them; a file's text begins as it begins.
-	Body = bHasTitle ? Body.TrimStartAndEnd() : Body.TrimEnd();
+	// What is said has blank lines around it; a file's text is as it is.
+	Body = bHasTitle ? Body.TrimStartAndEnd() : Body;
 	if (bHasTitle)
 	{
 		std::printf(bOnTerminal ? "\n\033[1m%s\033[0m\n" : "\n%s\n", TCHAR_TO_UTF8(*Title.TrimStartAndEnd()));

@@ -35,6 +35,13 @@ std::vector<std::string> GetClassBody(const FParsedStruct& Class)
 {
 	std::vector<std::string> Lines = { "private:", "friend struct FReflected_" + Class.Name + ";",
 		"public:", "DECLARE_REFLECTED_CLASS(" + Class.Name + ", " + Class.Super + ")" };
+	if (Class.bTakesInitializer && !Class.bDeclaresConstructor)
+	{
+		// A child's constructor may hand the initializer on, whether or not this class has a constructor of its own.
+		Lines.push_back(Class.Name +
+						"(const FObjectInitializer& ObjectInitializer = FObjectInitializer::Get()) : Super(" +
+						"ObjectInitializer) {}");
+	}
 	for (const FParsedFunction& Function : Class.Functions)
 	{
 		if (NeedsImplementationDeclared(Class, Function))
@@ -52,6 +59,11 @@ std::string FormatEnumDeclarations(const FModule& Module, const FParsedEnum& Enu
 	if (Enum.Underlying.empty() && !Enum.bScoped)
 	{
 		return {}; // such an enum cannot be declared before its definition
+	}
+	if (Enum.bNamespaced)
+	{
+		return "namespace " + Enum.Name + " { enum Type : " + Enum.Underlying + "; }\ntemplate <> " + Module.ApiMacro +
+			   " class UEnum* StaticEnum<" + Enum.GetCppName() + ">();\n\n";
 	}
 	std::string Text = std::string("enum ") + (Enum.bScoped ? "class " : "") + Enum.Name +
 					   (Enum.Underlying.empty() ? "" : " : " + Enum.Underlying) + ";\n";

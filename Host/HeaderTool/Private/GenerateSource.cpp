@@ -35,7 +35,7 @@ std::string FormatMeta(const FMetaData& Meta)
 	return Text;
 }
 
-void CollectAccessors(const FPropertyType& Type, std::set<std::string>& Accessors, const FModule& Module)
+void CollectAccessors(const FPropertyType& Type, std::set<std::string>& Accessors)
 {
 	for (const std::string& Accessor : { Type.TypeAccessor, Type.MetaClassAccessor })
 	{
@@ -43,15 +43,15 @@ void CollectAccessors(const FPropertyType& Type, std::set<std::string>& Accessor
 		{
 			continue;
 		}
-		const FKnownType* Known = Module.Types.Find(Accessor.substr(std::string_view("ReflectedType_").size()));
-		const std::string Returned = Known->Kind == ETypeKind::Class    ? "UClass"
-									 : Known->Kind == ETypeKind::Struct ? "UScriptStruct"
-																		: "UEnum";
+		const std::string Returned = Type.Kind.ends_with("Delegate")              ? "UDelegateFunction"
+									 : Type.Kind == "Struct"                      ? "UScriptStruct"
+									 : Type.Kind == "Byte" || Type.Kind == "Enum" ? "UEnum"
+																				  : "UClass";
 		Accessors.insert(Returned + "* " + Accessor + "();");
 	}
 	for (const FPropertyType& Inner : Type.Inner)
 	{
-		CollectAccessors(Inner, Accessors, Module);
+		CollectAccessors(Inner, Accessors);
 	}
 }
 
@@ -70,6 +70,20 @@ std::string FormatTypeFields(const FPropertyType& Type)
 	return Text;
 }
 
+std::string FormatInnerFlags(const FPropertyType& Inner)
+{
+	FFlagNames Flags;
+	if (Inner.bWrapped)
+	{
+		Flags.push_back("CPF_UObjectWrapper");
+	}
+	if (Inner.bInstanced)
+	{
+		Flags.push_back("CPF_InstancedReference");
+	}
+	return Flags.empty() ? "" : ", .Flags = " + JoinFlags(Flags, "");
+}
+
 std::string FormatInner(const FParsedProperty& Property)
 {
 	std::string Text;
@@ -81,7 +95,7 @@ std::string FormatInner(const FParsedProperty& Property)
 								 : Index == 0                      ? Property.Name + "_Key"
 																   : Property.Name;
 		Text += "\n\t\t\t.Inner({ .Name = " + Quote(Name) + ", .Kind = EPropertyKind::" + Inner.Kind +
-				(Inner.bWrapped ? ", .Flags = CPF_UObjectWrapper" : "") + FormatTypeFields(Inner) + " }";
+				FormatInnerFlags(Inner) + FormatTypeFields(Inner) + " }";
 		for (const FPropertyType& Underlying : Inner.Inner)
 		{
 			Text += ", EPropertyKind::" + Underlying.Kind;
@@ -117,12 +131,12 @@ std::string FormatProperty(const FParsedProperty& Property, const std::string& O
 	return Text;
 }
 
-std::string FormatParmsStruct(const FParsedFunction& Function)
+std::string FormatParmsStruct(const FParsedFunction& Function, const FTypeRegistry& Types)
 {
 	std::string Text = "\tstruct FParms_" + Function.Name + "\n\t{\n";
 	for (const FParsedProperty& Parameter : Function.Parameters)
 	{
-		Text += "\t\t" + Parameter.Type.ToString(true) + " " + Parameter.Name + "{};\n";
+		Text += "\t\t" + GetStoredType(Parameter.Type, Types).ToString(true) + " " + Parameter.Name + "{};\n";
 	}
 	return Text + "\t};\n\n";
 }
@@ -151,9 +165,10 @@ bool HasThunk(const FParsedFunction& Function)
 
 std::string FormatFunction(const FParsedFunction& Function)
 {
-	std::string Text = "\t\t{\n\t\tauto Function = Builder.Function({ .Name = " + Quote(Function.Name) +
-					   ", .Flags = " + JoinFlags(Function.Flags, "FUNC_None") + ", .ParmsSize = sizeof(FParms_" +
-					   Function.Name + "), .ParmsAlignment = alignof(FParms_" + Function.Name + ")";
+	std::string Text =
+		"\t\t{\n\t\t[[maybe_unused]] auto Function = Builder.Function({ .Name = " + Quote(Function.Name) +
+		", .Flags = " + JoinFlags(Function.Flags, "FUNC_None") + ", .ParmsSize = sizeof(FParms_" + Function.Name +
+		"), .ParmsAlignment = alignof(FParms_" + Function.Name + ")";
 	Text += HasThunk(Function) ? ", .Call = &Call_" + Function.Name : "";
 	Text += " });\n";
 	if (!Function.Meta.GetEntries().empty())
@@ -188,7 +203,7 @@ std::string FormatEventBody(const FParsedStruct& Class, const FParsedFunction& F
 	return Text + (Function.bReturns ? "\treturn Parms.ReturnValue;\n" : "") + "}\n\n";
 }
 
-std::string FormatDescription(const FParsedStruct& Struct)
+std::string FormatDescription(const FParsedStruct& Struct, const FTypeRegistry& Types)
 {
 	std::string Text = "struct FReflected_" + Struct.Name + "\n{\n";
 	if (Struct.bClass)
@@ -199,7 +214,7 @@ std::string FormatDescription(const FParsedStruct& Struct)
 	}
 	for (const FParsedFunction& Function : Struct.Functions)
 	{
-		Text += FormatParmsStruct(Function) + (HasThunk(Function) ? FormatThunk(Struct, Function) : "");
+		Text += FormatParmsStruct(Function, Types) + (HasThunk(Function) ? FormatThunk(Struct, Function) : "");
 	}
 
 	Text += "\tstatic void Define([[maybe_unused]] FStructBuilder& Builder)\n\t{\n";
@@ -232,7 +247,7 @@ std::string FormatAccessor(const FModule& Module, const std::string& Returned, c
 std::string FormatStruct(const FModule& Module, const FParsedStruct& Struct)
 {
 	const std::string& Name = Struct.Name;
-	std::string Text = FormatDescription(Struct);
+	std::string Text = FormatDescription(Struct, Module.Types);
 	Text += "static constinit F" + std::string(Struct.bClass ? "Class" : "ScriptStruct") + "Params Params_" + Name +
 			" = { .Base = { .Name = " + Quote(Struct.GetReflectedName()) + ", .Package = \"/Script/" + Module.Name +
 			"\" }, .Size = sizeof(" + Name + "), .Alignment = alignof(" + Name + ")";
@@ -269,6 +284,7 @@ std::string FormatStruct(const FModule& Module, const FParsedStruct& Struct)
 std::string FormatEnum(const FModule& Module, const FParsedEnum& Enum)
 {
 	const std::string& Name = Enum.Name;
+	const std::string CppName = Enum.GetCppName();
 	std::string Text = "static void Define_" + Name + "(FEnumBuilder& Builder)\n{\n";
 	if (!Enum.Meta.GetEntries().empty())
 	{
@@ -276,21 +292,48 @@ std::string FormatEnum(const FModule& Module, const FParsedEnum& Enum)
 	}
 	for (const FParsedEnumerator& Enumerator : Enum.Enumerators)
 	{
-		const std::string FullName = (Enum.bScoped ? Name + "::" : "") + Enumerator.Name;
+		const std::string FullName = (Enum.bScoped || Enum.bNamespaced ? Name + "::" : "") + Enumerator.Name;
 		Text += "\tBuilder.Value(" + Quote(FullName) + ", static_cast<int64>(" + Name + "::" + Enumerator.Name + "))" +
 				FormatMeta(Enumerator.Meta) + ";\n";
 	}
 	Text += "}\n\nstatic constinit FEnumParams Params_" + Name + " = { .Base = { .Name = " + Quote(Name) +
-			", .Package = \"/Script/" + Module.Name +
-			"\" }, .CppForm = UEnum::ECppForm::" + (Enum.bScoped ? "EnumClass" : "Regular") +
+			", .Package = \"/Script/" + Module.Name + "\" }, .CppForm = UEnum::ECppForm::" +
+			(Enum.bNamespaced  ? "Namespaced"
+				: Enum.bScoped ? "EnumClass"
+							   : "Regular") +
 			", .bFlags = " + (Enum.bFlags ? "true" : "false") + ", .Define = &Define_" + Name + " };\n\n";
 	Text += FormatAccessor(Module, "UEnum", Name);
-	Text += "template <> " + Module.ApiMacro + " UEnum* StaticEnum<" + Name + ">()\n{\n\treturn ReflectedType_" + Name +
-			"();\n}\n\n";
+	Text += "template <> " + Module.ApiMacro + " UEnum* StaticEnum<" + CppName + ">()\n{\n\treturn ReflectedType_" +
+			Name + "();\n}\n\n";
 	return Text + FormatRegistration(Name);
 }
 
-std::string FormatAccessorDeclarations(const FModule& Module, const FParsedHeader& Header)
+/** A delegate's signature: a function that nobody calls. */
+std::string FormatDelegate(const FModule& Module, const FParsedDelegate& Delegate)
+{
+	std::string Name = Delegate.GetCppName();
+	std::replace(Name.begin(), Name.end(), ':', '_');
+	const std::string Parms = "FParms_" + Delegate.Signature.Name;
+	std::string Text = "struct FReflected_" + Name + "\n{\n" + FormatParmsStruct(Delegate.Signature, Module.Types) +
+					   "\tstatic void Define([[maybe_unused]] FStructBuilder& Builder)\n\t{\n";
+	if (!Delegate.Signature.Meta.GetEntries().empty())
+	{
+		Text += "\t\tBuilder" + FormatMeta(Delegate.Signature.Meta) + ";\n";
+	}
+	for (const FParsedProperty& Parameter : Delegate.Signature.Parameters)
+	{
+		Text += FormatProperty(Parameter, Parms, "Builder");
+	}
+	Text += "\t}\n};\n\nstatic constinit FDelegateFunctionParams Params_" + Name +
+			" = { .Base = { .Name = " + Quote(Delegate.GetReflectedName()) + ", .Package = \"/Script/" + Module.Name +
+			"\" }, .Flags = " + JoinFlags(Delegate.Signature.Flags, "FUNC_None") + ", .ParmsSize = sizeof(FReflected_" +
+			Name + "::" + Parms + "), .ParmsAlignment = alignof(FReflected_" + Name + "::" + Parms +
+			"), .Define = &FReflected_" + Name + "::Define";
+	Text += Delegate.Owner.empty() ? "" : ", .Owner = &ReflectedType_" + Delegate.Owner;
+	return Text + " };\n\n" + FormatAccessor(Module, "UDelegateFunction", Name) + FormatRegistration(Name);
+}
+
+std::string FormatAccessorDeclarations(const FParsedHeader& Header)
 {
 	std::set<std::string> Accessors;
 	for (const FParsedStruct& Struct : Header.Structs)
@@ -306,14 +349,26 @@ std::string FormatAccessorDeclarations(const FModule& Module, const FParsedHeade
 		}
 		for (const FParsedProperty& Property : Struct.Properties)
 		{
-			CollectAccessors(Property.Property, Accessors, Module);
+			CollectAccessors(Property.Property, Accessors);
 		}
 		for (const FParsedFunction& Function : Struct.Functions)
 		{
 			for (const FParsedProperty& Parameter : Function.Parameters)
 			{
-				CollectAccessors(Parameter.Property, Accessors, Module);
+				CollectAccessors(Parameter.Property, Accessors);
 			}
+		}
+	}
+
+	for (const FParsedDelegate& Delegate : Header.Delegates)
+	{
+		if (!Delegate.Owner.empty())
+		{
+			Accessors.insert("UClass* ReflectedType_" + Delegate.Owner + "();");
+		}
+		for (const FParsedProperty& Parameter : Delegate.Signature.Parameters)
+		{
+			CollectAccessors(Parameter.Property, Accessors);
 		}
 	}
 
@@ -331,10 +386,14 @@ std::string GenerateSource(const FModule& Module, const FParsedHeader& Header)
 	std::string Text = "// Written by HeaderTool from " + Header.IncludePath + ".\n\n";
 	Text += "#include \"UObject/GeneratedCppIncludes.h\"\n#include \"" + Header.IncludePath + "\"\n\n";
 	Text += "#pragma clang diagnostic ignored \"-Winvalid-offsetof\"\n\n";
-	Text += FormatAccessorDeclarations(Module, Header);
+	Text += FormatAccessorDeclarations(Header);
 	for (const FParsedEnum& Enum : Header.Enums)
 	{
 		Text += FormatEnum(Module, Enum);
+	}
+	for (const FParsedDelegate& Delegate : Header.Delegates)
+	{
+		Text += FormatDelegate(Module, Delegate);
 	}
 	for (const FParsedStruct& Struct : Header.Structs)
 	{

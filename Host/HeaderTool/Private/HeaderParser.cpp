@@ -16,6 +16,43 @@ bool IsMemberMacro(const FToken& Token)
 	return Token.Is("UPROPERTY") || Token.Is("UFUNCTION");
 }
 
+/** Such as DECLARE_DYNAMIC_MULTICAST_DELEGATE_RetVal_OneParam: what the words of the name tell. */
+struct FDelegateMacro
+{
+	bool bKnown = false;
+	bool bMulticast = false;
+	bool bReturns = false;
+	size_t ParameterCount = 0;
+};
+
+bool Consume(std::string_view& Text, std::string_view Start)
+{
+	const bool bStarts = Text.starts_with(Start);
+	Text.remove_prefix(bStarts ? Start.size() : 0);
+	return bStarts;
+}
+
+FDelegateMacro ReadDelegateMacro(std::string_view Name)
+{
+	static constexpr std::string_view Counts[] = { "", "_OneParam", "_TwoParams", "_ThreeParams", "_FourParams",
+		"_FiveParams", "_SixParams" };
+	FDelegateMacro Macro;
+	if (!Consume(Name, "DECLARE_DYNAMIC_"))
+	{
+		return Macro;
+	}
+	Macro.bMulticast = Consume(Name, "MULTICAST_");
+	if (!Consume(Name, "DELEGATE"))
+	{
+		return Macro;
+	}
+	Macro.bReturns = Consume(Name, "_RetVal");
+	const auto Found = std::find(std::begin(Counts), std::end(Counts), Name);
+	Macro.bKnown = Found != std::end(Counts) && !(Macro.bMulticast && Macro.bReturns);
+	Macro.ParameterCount = static_cast<size_t>(Found - std::begin(Counts));
+	return Macro;
+}
+
 enum class EScope
 {
 	Namespace,
@@ -49,6 +86,10 @@ private:
 		if (IsTypeMacro(Token) && Reader.Peek(1).Is("("))
 		{
 			ReadReflectedType();
+		}
+		else if (ReadDelegateMacro(Token.Text).bKnown && Reader.Peek(1).Is("("))
+		{
+			ReadDelegate({});
 		}
 		else if (IsMemberMacro(Token) && Reader.Peek(1).Is("("))
 		{
@@ -147,19 +188,128 @@ private:
 		}
 	}
 
+	/** Owner is the class around the declaration, if any. */
+	void ReadDelegate(const std::string& Owner)
+	{
+		const std::string PlacementError = GetPlacementError();
+		if (!PlacementError.empty())
+		{
+			Reader.Error(PlacementError);
+			SkipMacro();
+			return;
+		}
+		FParsedDelegate Delegate;
+		Delegate.Owner = Owner;
+		const FSourceToken& Token = Reader.Next();
+		const FDelegateMacro Macro = ReadDelegateMacro(Token.Text);
+		Delegate.bMulticast = Macro.bMulticast;
+		Delegate.Signature.Line = Token.Line;
+		Delegate.Signature.Meta.SetDefault("ToolTip", Token.Comment);
+		if (!ReadDelegateSignature(Macro, Delegate.Signature))
+		{
+			Reader.SkipUntil(";");
+			return;
+		}
+		Reader.Accept(";");
+		FFlagNames& Flags = Delegate.Signature.Flags;
+		Flags = { "FUNC_Public", "FUNC_Delegate" };
+		if (Macro.bMulticast)
+		{
+			Flags.push_back("FUNC_MulticastDelegate");
+		}
+		AddOutParametersFlag(Delegate.Signature);
+		Header.Delegates.push_back(std::move(Delegate));
+	}
+
+	/** "(Ret, FName, Type, Name, Type, Name)" */
+	bool ReadDelegateSignature(const FDelegateMacro& Macro, FParsedFunction& Signature)
+	{
+		FParsedProperty Return;
+		Return.Line = Signature.Line;
+		Reader.Expect("(", "a delegate");
+		if (Macro.bReturns && (!Reader.ReadType(Return.Type) || !Reader.Expect(",", "a delegate")))
+		{
+			return false;
+		}
+		Signature.Name = Reader.Next().Text;
+		if (Signature.Name.size() < 2 || Signature.Name[0] != 'F')
+		{
+			Reader.Error(Signature.Line, "Delegate type declarations must start with F");
+			return false;
+		}
+		while (Reader.Accept(","))
+		{
+			FParsedProperty Parameter;
+			Parameter.Line = Reader.Peek().Line;
+			if (!Reader.ReadType(Parameter.Type) || !Reader.Expect(",", "a delegate's parameter, which has a name"))
+			{
+				return false;
+			}
+			Parameter.Name = Reader.Next().Text;
+			SetParameterFlags(Parameter, false);
+			Signature.Parameters.push_back(std::move(Parameter));
+		}
+		if (Signature.Parameters.size() != Macro.ParameterCount)
+		{
+			Reader.Error(Signature.Line, "The delegate '" + Signature.Name + "' has " +
+											 std::to_string(Signature.Parameters.size()) + " parameters, not " +
+											 std::to_string(Macro.ParameterCount));
+			return false;
+		}
+		AddReturnValue(Signature, Return, Macro.bReturns);
+		return Reader.Expect(")", "the delegate '" + Signature.Name + "'");
+	}
+
+	static void AddReturnValue(FParsedFunction& Function, FParsedProperty& Return, bool bReturns)
+	{
+		Function.bReturns = bReturns;
+		if (bReturns)
+		{
+			Return.Name = "ReturnValue";
+			Return.Flags = { "CPF_Parm", "CPF_OutParm", "CPF_ReturnParm" };
+			Function.Parameters.push_back(std::move(Return));
+		}
+	}
+
+	static void AddOutParametersFlag(FParsedFunction& Function)
+	{
+		const bool bHasOutParameters =
+			std::any_of(Function.Parameters.begin(), Function.Parameters.end(), [](const FParsedProperty& Parameter) {
+				return std::find(Parameter.Flags.begin(), Parameter.Flags.end(), "CPF_OutParm") !=
+					   Parameter.Flags.end();
+			});
+		if (bHasOutParameters)
+		{
+			Function.Flags.push_back("FUNC_HasOutParms");
+		}
+	}
+
 	void ReadEnum(const FSourceToken& Macro, const FSpecifierList& Specifiers)
 	{
 		FParsedEnum Enum;
 		Enum.Line = Macro.Line;
 		ReportAt(Macro.Line, ApplyEnumSpecifiers(Specifiers, Enum));
 		Enum.Meta.SetDefault("ToolTip", Macro.Comment);
+		Enum.bNamespaced = Reader.Accept("namespace");
+		if (Enum.bNamespaced)
+		{
+			Enum.Name = Reader.Next().Text;
+			Reader.Expect("{", "the namespace '" + Enum.Name + "'");
+		}
 		if (!Reader.Expect("enum", "an enumeration"))
 		{
 			return;
 		}
 		Enum.bScoped = Reader.Accept("class") || Reader.Accept("struct");
 		Reader.SkipAttributes();
-		Enum.Name = Reader.Next().Text;
+		if (Enum.bNamespaced)
+		{
+			Reader.Expect("Type", "the enumeration in '" + Enum.Name + "'");
+		}
+		else
+		{
+			Enum.Name = Reader.Next().Text;
+		}
 		FTypeName Underlying;
 		if (Reader.Accept(":") && Reader.ReadType(Underlying))
 		{
@@ -170,6 +320,11 @@ private:
 			return;
 		}
 		ReadEnumerators(Enum);
+		if (Enum.bNamespaced)
+		{
+			Reader.Accept(";");
+			Reader.Expect("}", "the namespace '" + Enum.Name + "'");
+		}
 		CheckEnum(Enum);
 		Header.Enums.push_back(std::move(Enum));
 	}
@@ -210,7 +365,9 @@ private:
 
 	void CheckEnum(const FParsedEnum& Enum)
 	{
-		if (Enum.bBlueprintType && Enum.Underlying != "uint8")
+		// An enum of the old forms is kept in a byte, whatever it says.
+		const bool bOldForm = !Enum.bScoped && Enum.Underlying == "int";
+		if (Enum.bBlueprintType && Enum.Underlying != "uint8" && !bOldForm)
 		{
 			Reader.Error(Enum.Line, "Invalid BlueprintType enum base - currently only uint8 supported");
 		}
@@ -295,6 +452,10 @@ private:
 		{
 			ReadReflectedMember(Struct);
 		}
+		else if (Struct.bClass && ReadDelegateMacro(Token.Text).bKnown && Reader.Peek(1).Is("("))
+		{
+			ReadDelegate(Struct.Name);
+		}
 		else if (Token.Is("{"))
 		{
 			SkipBody();
@@ -348,9 +509,10 @@ private:
 			return;
 		}
 		const std::string& Name = Reader.Peek().Text;
-		if (Name == Struct.Name && Reader.Peek(2).Is("const") && Reader.Peek(3).Is("FObjectInitializer"))
+		if (Name == Struct.Name && !Reader.Previous().Is("~"))
 		{
-			Struct.bTakesInitializer = true;
+			Struct.bDeclaresConstructor = true;
+			Struct.bTakesInitializer |= Reader.Peek(2).Is("const") && Reader.Peek(3).Is("FObjectInitializer");
 		}
 		else if (Name.ends_with("_Implementation"))
 		{
@@ -523,13 +685,7 @@ private:
 		Function.bConst = Reader.Accept("const");
 		Reader.SkipDeclaration();
 
-		Function.bReturns = Return.Type.Name != "void" || Return.Type.bPointer;
-		if (Function.bReturns)
-		{
-			Return.Name = "ReturnValue";
-			Return.Flags = { "CPF_Parm", "CPF_OutParm", "CPF_ReturnParm" };
-			Function.Parameters.push_back(std::move(Return));
-		}
+		AddReturnValue(Function, Return, Return.Type.Name != "void" || Return.Type.bPointer);
 		return true;
 	}
 
@@ -623,15 +779,7 @@ private:
 		{
 			Flags.push_back("FUNC_Const");
 		}
-		const bool bHasOutParameters =
-			std::any_of(Function.Parameters.begin(), Function.Parameters.end(), [](const FParsedProperty& Parameter) {
-				return std::find(Parameter.Flags.begin(), Parameter.Flags.end(), "CPF_OutParm") !=
-					   Parameter.Flags.end();
-			});
-		if (bHasOutParameters)
-		{
-			Flags.push_back("FUNC_HasOutParms");
-		}
+		AddOutParametersFlag(Function);
 		Function.Meta.SetDefault("ToolTip", Macro.Comment);
 		for (const FParsedFunction& Other : Struct.Functions)
 		{
@@ -689,7 +837,7 @@ private:
 	bool HasExportedTypes() const
 	{
 		const auto IsExported = [](const auto& Type) { return !Type.bNoExport; };
-		return std::any_of(Header.Structs.begin(), Header.Structs.end(), IsExported) ||
+		return !Header.Delegates.empty() || std::any_of(Header.Structs.begin(), Header.Structs.end(), IsExported) ||
 			   std::any_of(Header.Enums.begin(), Header.Enums.end(), IsExported);
 	}
 

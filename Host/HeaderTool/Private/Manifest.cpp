@@ -1,6 +1,8 @@
 #include "Module.h"
 
+#include <algorithm>
 #include <fstream>
+#include <iterator>
 #include <sstream>
 
 namespace
@@ -22,21 +24,42 @@ bool HasWord(const std::string& Words, const std::string& Word)
 	return (" " + Words + " ").find(" " + Word + " ") != std::string::npos;
 }
 
+constexpr std::pair<ETypeKind, std::string_view> KindNames[] = {
+	{ ETypeKind::Class, "class" },
+	{ ETypeKind::Struct, "struct" },
+	{ ETypeKind::Enum, "enum" },
+	{ ETypeKind::Delegate, "delegate" },
+	{ ETypeKind::MulticastDelegate, "multicast" },
+};
+
 std::string_view KindName(ETypeKind Kind)
 {
-	return Kind == ETypeKind::Class ? "class" : Kind == ETypeKind::Struct ? "struct" : "enum";
+	return std::find_if(std::begin(KindNames), std::end(KindNames), [Kind](const auto& Each) {
+		return Each.first == Kind;
+	})->second;
+}
+
+/** An enum for a word that is none of the names. */
+ETypeKind ReadKind(std::string_view Name)
+{
+	const auto Found = std::find_if(
+		std::begin(KindNames), std::end(KindNames), [Name](const auto& Each) { return Each.second == Name; });
+	return Found == std::end(KindNames) ? ETypeKind::Enum : Found->first;
 }
 
 FKnownType ReadType(const std::vector<std::string>& Parts, const std::string& Module)
 {
 	FKnownType Type;
-	Type.Kind = Parts[0] == "class" ? ETypeKind::Class : Parts[0] == "struct" ? ETypeKind::Struct : ETypeKind::Enum;
+	Type.Kind = ReadKind(Parts[0]);
 	Type.Name = Parts[1];
 	(Type.Kind == ETypeKind::Enum ? Type.Underlying : Type.Super) = Parts[2];
 	Type.Module = Module;
 	Type.bScoped = HasWord(Parts[3], "scoped");
 	Type.bBlueprintType = HasWord(Parts[3], "blueprint");
 	Type.bConfig = HasWord(Parts[3], "config");
+	Type.bInstanced = HasWord(Parts[3], "instanced");
+	Type.bDeclaresInitializer = HasWord(Parts[3], "initializer");
+	Type.bDeclaresConstructor = HasWord(Parts[3], "constructor");
 	return Type;
 }
 }
@@ -77,7 +100,9 @@ std::string WriteManifest(const FModule& Module)
 		{
 			Text += std::string(KindName(Type.Kind)) + "\t" + Name + "\t" + Type.Super + Type.Underlying + "\t" +
 					(Type.bScoped ? "scoped " : "") + (Type.bBlueprintType ? "blueprint " : "") +
-					(Type.bConfig ? "config " : "") + "\n";
+					(Type.bConfig ? "config " : "") + (Type.bInstanced ? "instanced " : "") +
+					(Type.bDeclaresInitializer ? "initializer " : "") +
+					(Type.bDeclaresConstructor ? "constructor " : "") + "\n";
 		}
 	}
 	return Text;

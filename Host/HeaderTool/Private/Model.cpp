@@ -65,6 +65,19 @@ const FKnownType* FTypeRegistry::Find(const std::string& Name) const
 	return Found == Types.end() ? nullptr : &Found->second;
 }
 
+const FKnownType* FTypeRegistry::FindInClass(const std::string& Name, std::string ClassName) const
+{
+	while (const FKnownType* Class = Find(ClassName))
+	{
+		if (const FKnownType* Inside = Find(ClassName + "::" + Name))
+		{
+			return Inside;
+		}
+		ClassName = Class->Super;
+	}
+	return Find(Name);
+}
+
 const FKnownType* FTypeRegistry::FindReflectedName(std::string_view Name) const
 {
 	for (const auto& [CppName, Type] : Types)
@@ -89,9 +102,40 @@ bool FTypeRegistry::IsChildOf(const std::string& Name, std::string_view Ancestor
 	return false;
 }
 
+bool FTypeRegistry::IsInstanced(const std::string& ClassName) const
+{
+	const FKnownType* Class = Find(ClassName);
+	while (Class && !Class->bInstanced)
+	{
+		Class = Find(Class->Super);
+	}
+	return Class != nullptr;
+}
+
+bool FTypeRegistry::TakesInitializer(const std::string& ClassName) const
+{
+	const FKnownType* Class = Find(ClassName);
+	while (Class && !Class->bDeclaresConstructor && !Class->Super.empty())
+	{
+		Class = Find(Class->Super);
+	}
+	return Class && (Class->bDeclaresInitializer || Class->Name == "UObject");
+}
+
+bool IsDelegate(ETypeKind Kind)
+{
+	return Kind == ETypeKind::Delegate || Kind == ETypeKind::MulticastDelegate;
+}
+
 std::string GetReflectedName(const FKnownType& Type)
 {
-	return Type.Kind == ETypeKind::Enum ? Type.Name : Type.Name.substr(1);
+	if (IsDelegate(Type.Kind))
+	{
+		const size_t Colon = Type.Name.rfind(':');
+		const size_t Start = Colon == std::string::npos ? 0 : Colon + 1;
+		return Type.Name.substr(0, Start) + Type.Name.substr(Start + 1) + "__DelegateSignature";
+	}
+	return Type.Kind == ETypeKind::Enum ? Type.Name.substr(0, Type.Name.find("::")) : Type.Name.substr(1);
 }
 
 void FErrors::Add(const std::string& Path, int Line, const std::string& Text)

@@ -58,7 +58,8 @@ struct FPropertyType
 	std::string MetaClassAccessor;
 	std::vector<FPropertyType> Inner; // element of an array or set; key and value of a map
 	bool bBlueprintType = true;
-	bool bWrapped = false; // TObjectPtr or TSubclassOf, not a bare pointer
+	bool bWrapped = false;   // TObjectPtr or TSubclassOf, not a bare pointer
+	bool bInstanced = false; // the object belongs to the one that has the variable
 };
 
 struct FParsedProperty
@@ -113,11 +114,25 @@ struct FParsedStruct
 	bool bNoExport = false;  // the type is declared elsewhere; only its description is wanted
 	bool bIntrinsic = false; // the type is also described elsewhere: it is only known
 	bool bBlueprintType = false;
+	bool bDeclaresConstructor = false;           // of whatever kind
 	bool bTakesInitializer = false;              // a constructor from FObjectInitializer
 	std::vector<std::string> OwnImplementations; // "<Name>_Implementation" functions that the class declares itself
 
 	/** Without the prefix. */
 	std::string GetReflectedName() const { return Name.substr(1); }
+};
+
+/** A delegate that is called by a function's name. Its signature becomes a function of its own. */
+struct FParsedDelegate
+{
+	std::string Owner; // the class that it is declared in; empty: none
+	FParsedFunction Signature;
+	bool bMulticast = false;
+
+	/** As a declaration outside of the owner names it. */
+	std::string GetCppName() const { return (Owner.empty() ? "" : Owner + "::") + Signature.Name; }
+	/** Of the signature's function. */
+	std::string GetReflectedName() const { return Signature.Name.substr(1) + "__DelegateSignature"; }
 };
 
 struct FParsedEnumerator
@@ -128,15 +143,19 @@ struct FParsedEnumerator
 
 struct FParsedEnum
 {
-	std::string Name;
+	std::string Name;       // of the namespace, when there is one
 	std::string Underlying; // empty: none is written
 	FMetaData Meta;
 	std::vector<FParsedEnumerator> Enumerators;
 	int Line = 0;
 	bool bScoped = false;
+	bool bNamespaced = false; // the old form: namespace EName { enum Type { ... }; }
 	bool bBlueprintType = false;
 	bool bNoExport = false;
 	bool bFlags = false;
+
+	/** The C++ type: "EName::Type" of an enum that stands in a namespace of its own. */
+	std::string GetCppName() const { return bNamespaced ? Name + "::Type" : Name; }
 };
 
 struct FParsedHeader
@@ -146,8 +165,9 @@ struct FParsedHeader
 	std::string Stem;
 	std::vector<FParsedStruct> Structs; // classes too
 	std::vector<FParsedEnum> Enums;
+	std::vector<FParsedDelegate> Delegates;
 
-	bool HasTypes() const { return !Structs.empty() || !Enums.empty(); }
+	bool HasTypes() const { return !Structs.empty() || !Enums.empty() || !Delegates.empty(); }
 };
 
 enum class ETypeKind
@@ -155,7 +175,11 @@ enum class ETypeKind
 	Class,
 	Struct,
 	Enum,
+	Delegate,
+	MulticastDelegate,
 };
+
+bool IsDelegate(ETypeKind Kind);
 
 struct FKnownType
 {
@@ -166,7 +190,10 @@ struct FKnownType
 	std::string Module;
 	bool bScoped = false; // of an enum
 	bool bBlueprintType = false;
-	bool bConfig = false; // of a class: it names a configuration itself
+	bool bConfig = false;    // of a class: it names a configuration itself
+	bool bInstanced = false; // of a class: it says DefaultToInstanced itself
+	bool bDeclaresConstructor = false;
+	bool bDeclaresInitializer = false; // a constructor from FObjectInitializer
 };
 
 struct FKnownHeader
@@ -181,9 +208,15 @@ class FTypeRegistry
 public:
 	void Add(const FKnownType& Type) { Types[Type.Name] = Type; }
 	const FKnownType* Find(const std::string& Name) const;
+	/** The type that the name means inside a class, where delegates of the class and of its parents come first. */
+	const FKnownType* FindInClass(const std::string& Name, std::string ClassName) const;
 	/** The type of the reflected name (no prefix, letter case ignored), in whichever module. */
 	const FKnownType* FindReflectedName(std::string_view Name) const;
 	bool IsChildOf(const std::string& Name, std::string_view Ancestor) const;
+	/** Whether objects of the class belong to the object that refers to them, as components do. */
+	bool IsInstanced(const std::string& ClassName) const;
+	/** Whether objects of the class can be constructed from FObjectInitializer. */
+	bool TakesInitializer(const std::string& ClassName) const;
 	const std::map<std::string, FKnownType>& GetTypes() const { return Types; }
 
 private:

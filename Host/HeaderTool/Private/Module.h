@@ -26,3 +26,6 @@ void ResolveModule(FModule& Module, FErrors& Errors);
 
 /** Finds the property class of a type as written. Returns an error text, or an empty one. */
 std::string ResolvePropertyType(const FTypeName& Type, const FTypeRegistry& Types, FPropertyType& OutProperty);
+
+/** As what a parameter lies in the block of parameters: an enum of an old form in a byte, all else as it is. */
+FTypeName GetStoredType(const FTypeName& Type, const FTypeRegistry& Types);

@@ -59,7 +59,10 @@ bool IsContainer(const FTypeName& Type)
 
 std::string GetAccessor(const FKnownType& Type)
 {
-	return "ReflectedType_" + Type.Name;
+	// "EName" of "EName::Type", but a delegate is known by the class that it is declared in.
+	std::string Name = Type.Kind == ETypeKind::Enum ? GetReflectedName(Type) : Type.Name;
+	std::replace(Name.begin(), Name.end(), ':', '_');
+	return "ReflectedType_" + Name;
 }
 
 std::string UnknownType(const FTypeName& Type)
@@ -111,6 +114,7 @@ std::string ResolvePointer(
 			   "', cannot have an exposed pointer to this type.";
 	}
 	OutProperty.Kind = Kind;
+	OutProperty.bInstanced = Kind == "Object" && Types.IsInstanced(Known->Name);
 	OutProperty.TypeAccessor = GetAccessor(*Known);
 	if (Kind == "Class" || Kind == "SoftClass")
 	{
@@ -174,7 +178,9 @@ std::string ResolveKnown(const FTypeName& Type, const FTypeRegistry& Types, FPro
 	{
 		return ResolveEnum(Type, *Known, OutProperty);
 	}
-	OutProperty.Kind = "Struct";
+	OutProperty.Kind = Known->Kind == ETypeKind::Struct     ? "Struct"
+					   : Known->Kind == ETypeKind::Delegate ? "Delegate"
+															: "MulticastInlineDelegate";
 	OutProperty.TypeAccessor = GetAccessor(*Known);
 	return {};
 }
@@ -212,4 +218,19 @@ std::string ResolvePropertyType(const FTypeName& Type, const FTypeRegistry& Type
 										  : "Expected 1 argument in '" + Type.ToString() + "'";
 	}
 	return ResolveKnown(Type, Types, OutProperty);
+}
+
+FTypeName GetStoredType(const FTypeName& Type, const FTypeRegistry& Types)
+{
+	const FKnownType* Known = Types.Find(Type.Name);
+	if (!Known || Known->Kind != ETypeKind::Enum || Known->bScoped || Type.bPointer)
+	{
+		return Type;
+	}
+	FTypeName Stored;
+	Stored.Name = "TEnumAsByte";
+	Stored.Arguments.push_back({ .Name = Type.Name });
+	Stored.bConst = Type.bConst;
+	Stored.bReference = Type.bReference;
+	return Stored;
 }

@@ -68,17 +68,27 @@ private:
 			Type.Super = Struct.Super;
 			Type.bBlueprintType = Struct.bBlueprintType;
 			Type.bConfig = !Struct.ConfigName.empty();
+			Type.bDeclaresConstructor = Struct.bDeclaresConstructor;
+			Type.bDeclaresInitializer = Struct.bTakesInitializer;
+			Type.bInstanced = HasFlag(Struct.Flags, "CLASS_DefaultToInstanced");
 			Enter(Type, Struct.Line);
 		}
 		for (const FParsedEnum& Enum : Header.Enums)
 		{
 			FKnownType Type;
 			Type.Kind = ETypeKind::Enum;
-			Type.Name = Enum.Name;
+			Type.Name = Enum.GetCppName();
 			Type.Underlying = Enum.Underlying;
 			Type.bScoped = Enum.bScoped;
 			Type.bBlueprintType = Enum.bBlueprintType;
 			Enter(Type, Enum.Line);
+		}
+		for (const FParsedDelegate& Delegate : Header.Delegates)
+		{
+			FKnownType Type;
+			Type.Kind = Delegate.bMulticast ? ETypeKind::MulticastDelegate : ETypeKind::Delegate;
+			Type.Name = Delegate.GetCppName();
+			Enter(Type, Delegate.Signature.Line);
 		}
 	}
 
@@ -100,17 +110,42 @@ private:
 		{
 			CheckSuper(Struct);
 			CheckPrefix(Struct);
+			Struct.bTakesInitializer |= Struct.bClass && Module.Types.TakesInitializer(Struct.Name);
 			for (FParsedProperty& Property : Struct.Properties)
 			{
 				ResolveProperty(Struct, Property);
 			}
 			for (FParsedFunction& Function : Struct.Functions)
 			{
-				for (FParsedProperty& Parameter : Function.Parameters)
-				{
-					ResolveParameter(Function, Parameter);
-				}
+				ResolveParameters(Function, Struct.Name);
 			}
+		}
+		for (FParsedDelegate& Delegate : Header.Delegates)
+		{
+			ResolveParameters(Delegate.Signature, Delegate.Owner);
+		}
+	}
+
+	void ResolveParameters(FParsedFunction& Function, const std::string& ClassName)
+	{
+		for (FParsedProperty& Parameter : Function.Parameters)
+		{
+			Qualify(Parameter.Type, ClassName);
+			ResolveParameter(Function, Parameter);
+		}
+	}
+
+	/** The generated code stands outside of the class, and the class's delegates are named in full there. */
+	void Qualify(FTypeName& Type, const std::string& ClassName) const
+	{
+		const FKnownType* Known = Module.Types.FindInClass(Type.Name, ClassName);
+		if (Known && IsDelegate(Known->Kind))
+		{
+			Type.Name = Known->Name;
+		}
+		for (FTypeName& Argument : Type.Arguments)
+		{
+			Qualify(Argument, ClassName);
 		}
 	}
 
@@ -151,6 +186,7 @@ private:
 			Error(Property.Line, "The variable '" + Property.Name + "' cannot be a reference");
 			return;
 		}
+		Qualify(Property.Type, Struct.Name);
 		const std::string TypeError = ResolvePropertyType(Property.Type, Module.Types, Property.Property);
 		if (!TypeError.empty())
 		{
@@ -161,6 +197,8 @@ private:
 		{
 			Property.Flags.push_back("CPF_UObjectWrapper");
 		}
+		AddInstancedFlags(Property);
+		CheckDelegateSpecifiers(Property);
 		if (!Property.ArrayDim.empty() && !Property.Property.Inner.empty() && Property.Property.Kind != "Enum")
 		{
 			Error(Property.Line, "Static arrays of containers are not allowed");
@@ -173,6 +211,33 @@ private:
 		if (HasFlag(Property.Flags, "CPF_Config") && Struct.bClass && !HasConfig(Struct.Name))
 		{
 			Error(Property.Line, "Classes with config / globalconfig member variables need to specify config file.");
+		}
+	}
+
+	static void AddInstancedFlags(FParsedProperty& Property)
+	{
+		const std::vector<FPropertyType>& Inner = Property.Property.Inner;
+		if (Property.Property.bInstanced)
+		{
+			Property.Flags.insert(Property.Flags.end(), { "CPF_ExportObject", "CPF_InstancedReference" });
+			Property.Meta.SetDefault("EditInline", "true");
+		}
+		else if (std::any_of(Inner.begin(), Inner.end(), [](const FPropertyType& Each) { return Each.bInstanced; }))
+		{
+			Property.Flags.insert(Property.Flags.end(), { "CPF_ExportObject", "CPF_ContainsInstancedReference" });
+			Property.Meta.SetDefault("EditInline", "true");
+		}
+	}
+
+	void CheckDelegateSpecifiers(const FParsedProperty& Property)
+	{
+		for (const std::string_view Name : { "BlueprintAssignable", "BlueprintCallable" })
+		{
+			if (HasFlag(Property.Flags, "CPF_" + std::string(Name)) &&
+				Property.Property.Kind != "MulticastInlineDelegate")
+			{
+				Error(Property.Line, "'" + std::string(Name) + "' is only allowed on multicast delegate properties");
+			}
 		}
 	}
 
@@ -190,7 +255,8 @@ private:
 
 	void ResolveParameter(const FParsedFunction& Function, FParsedProperty& Parameter)
 	{
-		const std::string TypeError = ResolvePropertyType(Parameter.Type, Module.Types, Parameter.Property);
+		const std::string TypeError =
+			ResolvePropertyType(GetStoredType(Parameter.Type, Module.Types), Module.Types, Parameter.Property);
 		if (!TypeError.empty())
 		{
 			Error(Parameter.Line, TypeError);

@@ -68,6 +68,9 @@ const FSpecifierRule EnumRules[] = {
 const FSpecifierRule PropertyRules[] = {
 	{ "AdvancedDisplay", { "CPF_AdvancedDisplay" } },
 	{ "AssetRegistrySearchable", { "CPF_AssetRegistrySearchable" } },
+	{ "BlueprintAssignable", { "CPF_BlueprintAssignable" } },
+	{ "BlueprintAuthorityOnly", { "CPF_BlueprintAuthorityOnly" } },
+	{ "BlueprintCallable", { "CPF_BlueprintCallable" } },
 	{ "BlueprintGetter", { "CPF_BlueprintVisible", "CPF_BlueprintReadOnly" }, "BlueprintGetter" },
 	{ "BlueprintReadOnly", { "CPF_BlueprintVisible", "CPF_BlueprintReadOnly" } },
 	{ "BlueprintReadWrite", { "CPF_BlueprintVisible" } },

@@ -185,6 +185,54 @@ TEST_F(FHeaderToolTest, KnowsTheTypesOfTheModulesItUses)
 	EXPECT_EQ(JoinLines(Run("Upper")), "Missing.types(1): error: The manifest cannot be read\n");
 }
 
+TEST_F(FHeaderToolTest, RemembersDelegatesPartsAndConstructorsOfOtherModules)
+{
+	Write("Lower.h", "#include \"Lower.generated.h\"\n"
+					 "DECLARE_DYNAMIC_DELEGATE_OneParam(FOnDone, EOldChannel, Channel);\n"
+					 "UCLASS(DefaultToInstanced)\n"
+					 "class UPart : public UObject\n"
+					 "{\n"
+					 "\tGENERATED_BODY()\n"
+					 "\tDECLARE_DYNAMIC_MULTICAST_DELEGATE(FOnBroken);\n"
+					 "};\n"
+					 "UCLASS()\n"
+					 "class UStrict : public UObject\n"
+					 "{\n"
+					 "\tGENERATED_BODY()\n"
+					 "\tUStrict();\n"
+					 "\t~UStrict();\n"
+					 "};\n");
+	ASSERT_EQ(JoinLines(Run("Lower")), "");
+	EXPECT_NE(ReadOutput("Lower.gen.cpp").find("TEnumAsByte<EOldChannel> Channel{};"), std::string::npos);
+	UsedManifests.push_back((Folder / "Lower.types").string());
+	Headers.clear();
+	Write("Upper.h", "#include \"Upper.generated.h\"\n"
+					 "UCLASS()\n"
+					 "class UUpper : public UPart\n"
+					 "{\n"
+					 "\tGENERATED_BODY()\n"
+					 "\tUPROPERTY()\n"
+					 "\tTArray<TObjectPtr<UUpper>> Parts;\n"
+					 "\tUPROPERTY()\n"
+					 "\tFOnDone OnDone;\n"
+					 "\tUFUNCTION()\n"
+					 "\tvoid Break(FOnBroken OnBroken);\n"
+					 "};\n"
+					 "UCLASS()\n"
+					 "class UStricter : public UStrict\n"
+					 "{\n"
+					 "\tGENERATED_BODY()\n"
+					 "};\n");
+	EXPECT_EQ(JoinLines(Run("Upper")), "");
+	const std::string Header = ReadOutput("Upper.generated.h");
+	EXPECT_NE(Header.find("UUpper(const FObjectInitializer&"), std::string::npos) << Header;
+	EXPECT_EQ(Header.find("UStricter("), std::string::npos) << "its parent could not take the initializer";
+	const std::string Source = ReadOutput("Upper.gen.cpp");
+	EXPECT_NE(Source.find("CPF_ContainsInstancedReference"), std::string::npos) << Source;
+	EXPECT_NE(Source.find("UDelegateFunction* ReflectedType_FOnDone();"), std::string::npos) << Source;
+	EXPECT_NE(Source.find("\tUPart::FOnBroken OnBroken{};"), std::string::npos) << "named from outside of the class";
+}
+
 TEST_F(FHeaderToolTest, PassesOverWhatIsNotReflected)
 {
 	Write("Odd.h",

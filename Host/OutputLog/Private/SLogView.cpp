@@ -141,8 +141,8 @@ void SLogView::Tick(const FGeometry& AllottedGeometry, const double InCurrentTim
 	Update();
 	Offset = bFollowsEnd ? GetLongestOffset() : FMath::Min(Offset, GetLongestOffset());
 	const double Whole = FMath::Max(static_cast<double>(Shown.Num()) * LineHeight, ViewHeight);
-	OnViewMoved.ExecuteIfBound(
-		Whole > 0.0 ? static_cast<float>(Offset / Whole) : 0.0f, Whole > 0.0 ? static_cast<float>(ViewHeight / Whole) : 1.0f);
+	OnViewMoved.ExecuteIfBound(Whole > 0.0 ? static_cast<float>(Offset / Whole) : 0.0f,
+		Whole > 0.0 ? static_cast<float>(ViewHeight / Whole) : 1.0f);
 }
 
 void SLogView::ScrollTo(float OffsetFraction)
@@ -263,8 +263,7 @@ void SLogView::CopySelection() const
 	const int32 Behind = Shown.IndexOfByPredicate([To](int64 Number) { return Number > To; });
 	if (First != INDEX_NONE)
 	{
-		FPlatformApplicationMisc::ClipboardCopy(
-			*JoinLines(First, (Behind == INDEX_NONE ? Shown.Num() : Behind) - 1));
+		FPlatformApplicationMisc::ClipboardCopy(*JoinLines(First, (Behind == INDEX_NONE ? Shown.Num() : Behind) - 1));
 	}
 }
 

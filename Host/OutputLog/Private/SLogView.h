@@ -63,7 +63,7 @@ private:
 	TSharedPtr<const FOutputLogHistory> History;
 	FOnViewMoved OnViewMoved;
 	TArray<FString> FilterWords;
-	TArray<int64> Shown; // numbers of lines
+	TArray<int64> Shown;  // numbers of lines
 	int64 NextNumber = 0; // the first line that has not been looked at
 	int64 ClearedUpTo = 0;
 	bool bFollowsEnd = true;

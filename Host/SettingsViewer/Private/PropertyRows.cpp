@@ -30,8 +30,7 @@ static TArray<FString> SplitCategory(const FProperty& Property)
 static bool Matches(const FProperty& Property, const FString& Filter)
 {
 	return Filter.IsEmpty() || Property.GetDisplayNameText().ToString().Contains(Filter) ||
-		   Property.GetMetaData("Category").Contains(Filter) ||
-		   Property.GetToolTipText().ToString().Contains(Filter);
+		   Property.GetMetaData("Category").Contains(Filter) || Property.GetToolTipText().ToString().Contains(Filter);
 }
 }
 
@@ -135,8 +134,7 @@ void FPropertyRows::AddProperty(SVerticalBox& Box, FProperty& Property, const FS
 		FPropertyValueWidgets(Page).MakeValue(Property, Path, Property.GetDisplayNameText()), Depth);
 }
 
-void FPropertyRows::AddArray(
-	SVerticalBox& Box, const FArrayProperty& Property, const FString& Path, int32 Depth) const
+void FPropertyRows::AddArray(SVerticalBox& Box, const FArrayProperty& Property, const FString& Path, int32 Depth) const
 {
 	UObject* const Object = Page->GetObject();
 	const FScriptArrayHelper Array(&Property, Property.ContainerPtrToValuePtr<void>(Object));
@@ -153,8 +151,8 @@ void FPropertyRows::AddArray(
 	}
 }
 
-void FPropertyRows::AddRow(SVerticalBox& Box, const FText& Name, const FText& ToolTip,
-	const TSharedRef<SWidget>& Value, int32 Depth) const
+void FPropertyRows::AddRow(
+	SVerticalBox& Box, const FText& Name, const FText& ToolTip, const TSharedRef<SWidget>& Value, int32 Depth) const
 {
 	const float Left = 6.0f + static_cast<float>(FMath::Max(Depth, 0)) * PropertyRows::Indent;
 	// clang-format off

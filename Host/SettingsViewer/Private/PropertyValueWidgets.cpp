@@ -37,7 +37,8 @@ static const UEnum* FindEnum(const FProperty& Property)
 /** Without what is there for programmers alone. */
 static bool IsOffered(const UEnum& Enum, int32 Index)
 {
-	const bool bIsGeneratedMax = Index == Enum.NumEnums() - 1 && Enum.GetNameStringByIndex(Index).EndsWith(TEXT("_MAX"));
+	const bool bIsGeneratedMax =
+		Index == Enum.NumEnums() - 1 && Enum.GetNameStringByIndex(Index).EndsWith(TEXT("_MAX"));
 	return !bIsGeneratedMax && !Enum.HasMetaData(TEXT("Hidden"), Index);
 }
 
@@ -72,7 +73,7 @@ TSharedRef<SWidget> FPropertyValueWidgets::MakeValue(
 	const FProperty& Property, const FString& Path, const FText& Name) const
 {
 	const UEnum* const Enum = PropertyValueWidgets::FindEnum(Property);
-	const TSharedRef<SWidget> Widget = Enum != nullptr			   ? MakeEnumBox(*Enum, Path, Name)
+	const TSharedRef<SWidget> Widget = Enum != nullptr                 ? MakeEnumBox(*Enum, Path, Name)
 									   : Property.IsA<FBoolProperty>() ? MakeCheckBox(Path, Name)
 																	   : MakeTextBox(Property, Path, Name);
 	// An element is as editable as its array.
@@ -219,11 +220,13 @@ TSharedRef<SWidget> FPropertyValueWidgets::MakeElement(
 	});
 	const FString Path = FString::Printf(TEXT("%s[%d]"), *ArrayPath, Index);
 	const TSharedRef<SHorizontalBox> Row = SNew(SHorizontalBox);
-	Row->AddSlot().AutoWidth()[MakeValue(*Property.Inner, Path, Name)];
-	Row->AddSlot().AutoWidth().VAlign(VAlign_Center)[PropertyValueWidgets::MakeSmallButton(LOCTEXT("InsertSign", "Insert"),
-		FText::Format(LOCTEXT("Insert", "Insert before {0}"), Name),
+	// In a narrow window the value gives way to the buttons.
+	Row->AddSlot().FillWidth(1.0f).MaxWidth(PropertyValueWidgets::TextWidth)[MakeValue(*Property.Inner, Path, Name)];
+	Row->AddSlot().AutoWidth().VAlign(VAlign_Center)[PropertyValueWidgets::MakeSmallButton(
+		LOCTEXT("InsertSign", "Insert"), FText::Format(LOCTEXT("Insert", "Insert before {0}"), Name),
 		LOCTEXT("InsertTip", "Puts an empty element in front of this one"), OnInsert)];
-	Row->AddSlot().AutoWidth().VAlign(VAlign_Center)[PropertyValueWidgets::MakeSmallButton(LOCTEXT("RemoveSign", "Remove"),
+	Row->AddSlot().AutoWidth().VAlign(
+		VAlign_Center)[PropertyValueWidgets::MakeSmallButton(LOCTEXT("RemoveSign", "Remove"),
 		FText::Format(LOCTEXT("Remove", "Remove {0}"), Name), LOCTEXT("RemoveTip", "Removes this element"), OnRemove)];
 	Row->SetEnabled(FHostPropertyEdit::IsEditable(Property));
 	return Row;

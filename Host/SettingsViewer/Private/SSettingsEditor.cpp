@@ -209,8 +209,8 @@ void SSettingsEditor::RebuildSections()
 	TSharedPtr<ISettingsSection> Shown;
 	for (const TSharedPtr<ISettingsCategory>& Category : Categories)
 	{
-		SectionList->AddSlot().AutoHeight().Padding(0.0f, 4.0f)
-			[SNew(STextBlock).Text(Category->GetDisplayName()).Font(FAppStyle::GetFontStyle("BoldFont"))];
+		SectionList->AddSlot().AutoHeight().Padding(
+			0.0f, 4.0f)[SNew(STextBlock).Text(Category->GetDisplayName()).Font(FAppStyle::GetFontStyle("BoldFont"))];
 		TArray<TSharedPtr<ISettingsSection>> Sections;
 		Category->GetSections(Sections);
 		for (const TSharedPtr<ISettingsSection>& Section : Sections)

@@ -19,8 +19,8 @@ class FSettingsViewerModule final : public IModuleInterface, public ISettingsVie
 public:
 	void StartupModule() override
 	{
-		FModuleManager::LoadModuleChecked<ISettingsModule>("Settings").RegisterViewer(
-			SettingsViewer::ContainerName, *this);
+		FModuleManager::LoadModuleChecked<ISettingsModule>("Settings")
+			.RegisterViewer(SettingsViewer::ContainerName, *this);
 		FGlobalTabmanager::Get()
 			->RegisterNomadTabSpawner(
 				SettingsViewer::TabName, FOnSpawnTab::CreateRaw(this, &FSettingsViewerModule::SpawnTab))

@@ -358,8 +358,8 @@ void SMultiLineEditableText::KeepCursorInView()
 
 float SMultiLineEditableText::GetCursorX(const FWrappedText::FLine& Line, int32 Offset) const
 {
-	const FStringView Before =
-		FStringView(GetShownLines()[Line.ParagraphIndex]).Mid(Line.Begin, FMath::Clamp(Offset - Line.Begin, 0, Line.Length));
+	const FStringView Before = FStringView(GetShownLines()[Line.ParagraphIndex])
+								   .Mid(Line.Begin, FMath::Clamp(Offset - Line.Begin, 0, Line.Length));
 	return static_cast<float>(EditableText::Measure()->Measure(Before, GetFont()).X);
 }
 
@@ -392,8 +392,7 @@ int32 SMultiLineEditableText::PaintText(const FGeometry& AllottedGeometry, const
 	{
 		const FWrappedText::FLine& Line = Shown.GetLines()[Index];
 		const float Y = Top + static_cast<float>(Index) * Shown.GetLineHeight();
-		const FGeometry LineGeometry = AllottedGeometry.MakeChild(
-			FVector2D(Line.Width, Shown.GetLineHeight()),
+		const FGeometry LineGeometry = AllottedGeometry.MakeChild(FVector2D(Line.Width, Shown.GetLineHeight()),
 			FSlateLayoutTransform(FVector2D(Margin.Get().Left - SidewaysOffset, Y)));
 		PaintSelection(Line, Y, AllottedGeometry, MyCullingRect, OutDrawElements, LayerId, Tint);
 		FSlateDrawElement::MakeText(OutDrawElements, LayerId + 1, LineGeometry, MyCullingRect,

@@ -373,8 +373,8 @@ void SMultiLineEditableText::SelectWordAt(const FTextLocation& Location)
 	const auto KindAt = [&Line, this](int32 Offset) {
 		const TCHAR Character = Line[Offset];
 		return IsPassword() || FChar::IsAlnum(Character) || Character == TEXT('_') ? EditableTextKeys::ECharacter::Word
-			   : FChar::IsWhitespace(Character)									  ? EditableTextKeys::ECharacter::Space
-																				  : EditableTextKeys::ECharacter::Sign;
+			   : FChar::IsWhitespace(Character)                                    ? EditableTextKeys::ECharacter::Space
+																				   : EditableTextKeys::ECharacter::Sign;
 	};
 	if (Line.IsEmpty())
 	{

@@ -117,10 +117,9 @@ bool FSlateApplication::ProcessKeyDownEvent(const FKeyEvent& InKeyEvent)
 			return true;
 		}
 	}
-	const FReply Reply = RouteUpwards(Path,
-		[&InKeyEvent](SWidget& Widget) { return Widget.OnKeyDown(Widget.GetCachedGeometry(), InKeyEvent); });
-	return Reply.IsEventHandled() ||
-		   SlateApplicationInput::CallHandler(UnhandledKeyDownHandler, InKeyEvent);
+	const FReply Reply = RouteUpwards(
+		Path, [&InKeyEvent](SWidget& Widget) { return Widget.OnKeyDown(Widget.GetCachedGeometry(), InKeyEvent); });
+	return Reply.IsEventHandled() || SlateApplicationInput::CallHandler(UnhandledKeyDownHandler, InKeyEvent);
 }
 
 bool FSlateApplication::ProcessKeyUpEvent(const FKeyEvent& InKeyEvent)
@@ -170,8 +169,7 @@ bool FSlateApplication::ProcessMouseButtonDoubleClickEvent(
 	});
 }
 
-bool FSlateApplication::RouteButtonDown(
-	const FPointerEvent& InMouseEvent, const TFunction<FReply(SWidget&)>& SendTo)
+bool FSlateApplication::RouteButtonDown(const FPointerEvent& InMouseEvent, const TFunction<FReply(SWidget&)>& SendTo)
 {
 	ToolTips->Dismiss();
 	if (!MouseCaptor.IsValid())

@@ -31,12 +31,12 @@ static void SetBrushes(FSlateStyleSet& Style)
 	Style.Set("ToolPanel.GroupBorder", new FSlateColorBrush(Gray(36)));
 	Style.Set("Menu.Background", new FSlateRoundedBoxBrush(Gray(56), CornerRadius, Gray(90), 1.0f));
 	Style.Set("ToolTip.Background", new FSlateRoundedBoxBrush(Gray(26), CornerRadius, Gray(110), 1.0f));
-	Style.Set("FocusRectangle",
-		new FSlateRoundedBoxBrush(FLinearColor(Accent).CopyWithNewOpacity(0.1f), CornerRadius, FLinearColor(Accent), 1.5f));
+	Style.Set("FocusRectangle", new FSlateRoundedBoxBrush(FLinearColor(Accent).CopyWithNewOpacity(0.1f), CornerRadius,
+									FLinearColor(Accent), 1.5f));
 	Style.Set("TextBox.Background.Normal", new FSlateRoundedBoxBrush(Gray(15), CornerRadius, Gray(56), 1.0f));
 	Style.Set("TextBox.Background.Hovered", new FSlateRoundedBoxBrush(Gray(15), CornerRadius, Gray(110), 1.0f));
-	Style.Set("TextBox.Background.Focused",
-		new FSlateRoundedBoxBrush(Gray(15), CornerRadius, FLinearColor(Accent), 1.0f));
+	Style.Set(
+		"TextBox.Background.Focused", new FSlateRoundedBoxBrush(Gray(15), CornerRadius, FLinearColor(Accent), 1.0f));
 	Style.Set("TextBox.Background.ReadOnly", new FSlateRoundedBoxBrush(Gray(36), CornerRadius, Gray(56), 1.0f));
 	Style.Set("CheckBox.Unchecked", new FSlateRoundedBoxBrush(Gray(15), CornerRadius, Gray(90), 1.0f));
 	Style.Set("CheckBox.Hovered", new FSlateRoundedBoxBrush(Gray(26), CornerRadius, Gray(150), 1.0f));

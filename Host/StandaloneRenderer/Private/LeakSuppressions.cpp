@@ -1,5 +1,6 @@
 /**
- * Fontconfig and D-Bus keep what they have made until the process ends. Asked by the leak sanitizer, where there is one.
+ * Fontconfig and D-Bus keep what they have made until the process ends. Asked by the leak sanitizer, where there is
+ * one.
  */
 extern "C" __attribute__((visibility("default"), used)) const char* __lsan_default_suppressions()
 {

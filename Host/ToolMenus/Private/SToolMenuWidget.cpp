@@ -130,8 +130,7 @@ void SToolMenuWidget::FillRow(SHorizontalBox& Row, const TArray<FToolMenuSection
 	}
 }
 
-TSharedRef<SWidget> SToolMenuWidget::MakeButton(
-	const FToolMenuEntry& Entry, const TSharedRef<SWidget>& Content) const
+TSharedRef<SWidget> SToolMenuWidget::MakeButton(const FToolMenuEntry& Entry, const TSharedRef<SWidget>& Content) const
 {
 	const bool bIsColumn = Type == EMultiBoxType::Menu;
 	// clang-format off
@@ -348,8 +347,8 @@ FReply SToolMenuWidget::OnPreviewKeyDown(const FGeometry& MyGeometry, const FKey
 		return FReply::Unhandled();
 	}
 	const int32 Focused = FindFocusedSubMenu();
-	if (Focused != INDEX_NONE && (Key == EKeys::Enter || Key == EKeys::SpaceBar || (IsMenuBar() && Key == EKeys::Down) ||
-									 (!IsMenuBar() && Key == EKeys::Right)))
+	if (Focused != INDEX_NONE && (Key == EKeys::Enter || Key == EKeys::SpaceBar ||
+									 (IsMenuBar() && Key == EKeys::Down) || (!IsMenuBar() && Key == EKeys::Right)))
 	{
 		OpenSubMenu(Focused, true);
 		return FReply::Handled();

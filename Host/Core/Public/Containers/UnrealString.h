@@ -57,8 +57,9 @@ public:
 	}
 	TArray<TCHAR>& GetCharArray() { return Data; }
 	const TArray<TCHAR>& GetCharArray() const { return Data; }
-	const TCHAR* begin() const { return **this; }
-	const TCHAR* end() const { return **this + Len(); }
+	// Not by way of operator*: of the empty text there is one in each library, and the two calls may not meet the same.
+	const TCHAR* begin() const { return Data.GetData(); }
+	const TCHAR* end() const { return Data.GetData() + Len(); }
 
 	void Empty(int32 Slack = 0) { Data.Empty(Slack ? Slack + 1 : 0); }
 	void Reset(int32 NewReservedSize = 0) { Data.Reset(NewReservedSize ? NewReservedSize + 1 : 0); }

@@ -318,3 +318,5 @@ private:
 
 using FSimpleDelegate = TDelegate<void()>;
 using FSimpleMulticastDelegate = TMulticastDelegate<void()>;
+
+#include "Delegates/DynamicDelegate.h"

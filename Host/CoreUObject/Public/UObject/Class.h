@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Math/MathFwd.h"
 #include "UObject/Field.h"
 #include "UObject/Object.h"
 
@@ -289,6 +290,13 @@ private:
 	FCall Call = nullptr;
 };
 
+/** The parameters of a dynamic delegate, as a function without a body: "<Name without F>__DelegateSignature". */
+class UDelegateFunction : public UFunction
+{
+public:
+	DECLARE_REFLECTED_CLASS(UDelegateFunction, UFunction)
+};
+
 /** The class of objects. */
 class UClass : public UStruct
 {
@@ -410,6 +418,11 @@ struct TVector2;
 DECLARE_BASE_STRUCTURE(FColor)
 DECLARE_BASE_STRUCTURE(FLinearColor)
 DECLARE_BASE_STRUCTURE(TVector2<double>)
+DECLARE_BASE_STRUCTURE(FIntPoint)
+DECLARE_BASE_STRUCTURE(FVector)
+DECLARE_BASE_STRUCTURE(FRotator)
+DECLARE_BASE_STRUCTURE(FQuat)
+DECLARE_BASE_STRUCTURE(FTransform)
 DECLARE_BASE_STRUCTURE(FGuid)
 DECLARE_BASE_STRUCTURE(FSoftObjectPath)
 DECLARE_BASE_STRUCTURE(FSoftClassPath)

@@ -1,6 +1,7 @@
 #pragma once
 
 // What each source that HeaderTool writes needs.
+#include "Containers/EnumAsByte.h"
 #include "CoreMinimal.h"
 #include "UObject/Class.h"
 #include "UObject/Object.h"

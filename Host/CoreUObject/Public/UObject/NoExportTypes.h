@@ -44,6 +44,11 @@ class UFunction : public UStruct
 };
 
 UCLASS(intrinsic)
+class UDelegateFunction : public UFunction
+{
+};
+
+UCLASS(intrinsic)
 class UEnum : public UField
 {
 };
@@ -62,6 +67,76 @@ struct FVector2D
 
 	UPROPERTY(EditAnywhere, BlueprintReadWrite, Category = Vector2D, SaveGame)
 	double Y;
+};
+
+/** A point or vector in space. */
+USTRUCT(immutable, noexport, BlueprintType)
+struct FVector
+{
+	UPROPERTY(EditAnywhere, BlueprintReadWrite, Category = Vector, SaveGame)
+	double X;
+
+	UPROPERTY(EditAnywhere, BlueprintReadWrite, Category = Vector, SaveGame)
+	double Y;
+
+	UPROPERTY(EditAnywhere, BlueprintReadWrite, Category = Vector, SaveGame)
+	double Z;
+};
+
+/** A rotation in degrees. */
+USTRUCT(immutable, noexport, BlueprintType)
+struct FRotator
+{
+	UPROPERTY(EditAnywhere, BlueprintReadWrite, Category = Rotator, SaveGame)
+	double Pitch;
+
+	UPROPERTY(EditAnywhere, BlueprintReadWrite, Category = Rotator, SaveGame)
+	double Yaw;
+
+	UPROPERTY(EditAnywhere, BlueprintReadWrite, Category = Rotator, SaveGame)
+	double Roll;
+};
+
+/** A rotation as a quaternion. */
+USTRUCT(immutable, noexport, BlueprintType)
+struct FQuat
+{
+	UPROPERTY(EditAnywhere, BlueprintReadWrite, Category = Quat, SaveGame)
+	double X;
+
+	UPROPERTY(EditAnywhere, BlueprintReadWrite, Category = Quat, SaveGame)
+	double Y;
+
+	UPROPERTY(EditAnywhere, BlueprintReadWrite, Category = Quat, SaveGame)
+	double Z;
+
+	UPROPERTY(EditAnywhere, BlueprintReadWrite, Category = Quat, SaveGame)
+	double W;
+};
+
+/** A scale, a rotation and a move, in this order. */
+USTRUCT(immutable, noexport, BlueprintType)
+struct FTransform
+{
+	UPROPERTY(EditAnywhere, BlueprintReadWrite, Category = Transform, SaveGame)
+	FQuat Rotation;
+
+	UPROPERTY(EditAnywhere, BlueprintReadWrite, Category = Transform, SaveGame)
+	FVector Translation;
+
+	UPROPERTY(EditAnywhere, BlueprintReadWrite, Category = Transform, SaveGame)
+	FVector Scale3D;
+};
+
+/** A point on a grid. */
+USTRUCT(immutable, noexport, BlueprintType)
+struct FIntPoint
+{
+	UPROPERTY(EditAnywhere, BlueprintReadWrite, Category = IntPoint, SaveGame)
+	int32 X;
+
+	UPROPERTY(EditAnywhere, BlueprintReadWrite, Category = IntPoint, SaveGame)
+	int32 Y;
 };
 
 /** A colour with 8 bits a channel. */

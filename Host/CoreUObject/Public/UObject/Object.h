@@ -9,6 +9,7 @@ class FConfigCacheIni;
 class FProperty;
 class FReferenceCollector;
 class UFunction;
+class UWorld;
 struct FPropertyChangedEvent;
 
 /** The base of all reflected objects. */
@@ -78,6 +79,13 @@ public:
 	FString GetDefaultConfigFilename() const;
 	/** Writes the values into the project's default configuration, or into another file. False when it cannot. */
 	bool TryUpdateDefaultConfigFile(const FString& SpecificFileLocation = FString());
+
+	/** The world that the object is part of: by default, the one that its outer is part of. Null for none. */
+	virtual UWorld* GetWorld() const;
+	/** The part of the object that a constructor has made under this name; null when there is none. */
+	UObject* GetDefaultSubobjectByName(FName ToFind);
+	/** What the object took its defaults from: its class's default object, or for a part of it the same part there. */
+	UObject* GetArchetype() const;
 
 	UFunction* FindFunction(FName InName) const;
 	UFunction* FindFunctionChecked(FName InName) const;

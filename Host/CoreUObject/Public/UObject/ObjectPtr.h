@@ -27,6 +27,12 @@ struct TObjectPtr
 		Pointer = Object;
 		return *this;
 	}
+	template <typename U>
+	requires(std::is_convertible_v<U*, T*> && !std::is_same_v<T, U>) TObjectPtr& operator=(const TObjectPtr<U>& Other)
+	{
+		Pointer = Other.Get();
+		return *this;
+	}
 
 	T* Get() const { return Pointer; }
 	operator T*() const { return Pointer; }

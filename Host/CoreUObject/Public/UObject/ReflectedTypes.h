@@ -31,6 +31,8 @@ enum class EPropertyKind : uint8
 	SoftClass,
 	WeakObject,
 	Struct,
+	Delegate,
+	MulticastInlineDelegate,
 	Array,
 	Set,
 	Map,
@@ -45,7 +47,7 @@ struct FPropertyParams
 	uint32 OwnerSize = 0;
 	uint32 Offset = 0;
 	int32 ArrayDim = 1;
-	UField* (*Type)() = nullptr; // class, struct or enum of the value
+	UField* (*Type)() = nullptr; // class, struct, enum or signature of the value
 	UClass* (*MetaClass)() = nullptr;
 };
 
@@ -158,10 +160,21 @@ struct FEnumParams
 	void (*Define)(FEnumBuilder& Builder) = nullptr;
 };
 
+struct FDelegateFunctionParams
+{
+	FReflectedTypeParams Base;
+	uint32 Flags = 0; // of the function
+	uint32 ParmsSize = 0;
+	uint32 ParmsAlignment = 1;
+	void (*Define)(FStructBuilder& Builder) = nullptr;
+	UClass* (*Owner)() = nullptr; // the class that the delegate is declared in
+};
+
 /** The type's object, made on the first call. */
 UClass* GetReflectedType(FClassParams& Params);
 UScriptStruct* GetReflectedType(FScriptStructParams& Params);
 UEnum* GetReflectedType(FEnumParams& Params);
+UDelegateFunction* GetReflectedType(FDelegateFunctionParams& Params);
 
 /** Enters a description into the list that ProcessNewlyLoadedUObjects works off. */
 struct FReflectedTypeRegistration
@@ -169,4 +182,5 @@ struct FReflectedTypeRegistration
 	explicit FReflectedTypeRegistration(FClassParams& Params);
 	explicit FReflectedTypeRegistration(FScriptStructParams& Params);
 	explicit FReflectedTypeRegistration(FEnumParams& Params);
+	explicit FReflectedTypeRegistration(FDelegateFunctionParams& Params);
 };

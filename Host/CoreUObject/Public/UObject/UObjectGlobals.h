@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Containers/Map.h"
 #include "Delegates/Delegate.h"
 #include "Logging/LogVerbosity.h"
 #include "UObject/UObjectBaseUtility.h"
@@ -20,7 +21,12 @@ enum class EFindFirstObjectOptions
 };
 ENUM_CLASS_FLAGS(EFindFirstObjectOptions)
 
-/** The object under construction, and what it is to be made from. */
+/**
+ * The object under construction, and what it is to be made from.
+ *
+ * A child's constructor passes it on to its parent's after having said which class a part of the parent shall have, or
+ * that it shall not be made: Super(ObjectInitializer.SetDefaultSubobjectClass<UMyMovement>(TEXT("CharMoveComp"))).
+ */
 class FObjectInitializer
 {
 public:
@@ -40,12 +46,42 @@ public:
 		return static_cast<ReturnType*>(
 			CreateDefaultSubobject(Outer, SubobjectName, ReturnType::StaticClass(), bTransient));
 	}
-	UObject* CreateDefaultSubobject(UObject* Outer, FName SubobjectName, const UClass* Class, bool bTransient) const;
+	/** Null for a part that a child's constructor does not want. */
+	template <typename ReturnType>
+	ReturnType* CreateOptionalDefaultSubobject(UObject* Outer, FName SubobjectName, bool bTransient = false) const
+	{
+		return static_cast<ReturnType*>(
+			CreateDefaultSubobject(Outer, SubobjectName, ReturnType::StaticClass(), bTransient, EPart::Optional));
+	}
+	enum class EPart
+	{
+		Required,
+		Optional,
+	};
+	UObject* CreateDefaultSubobject(
+		UObject* Outer, FName SubobjectName, const UClass* Class, bool bTransient, EPart Part = EPart::Required) const;
+
+	/** The word of the most derived class counts, which is the first. */
+	const FObjectInitializer& SetDefaultSubobjectClass(FName SubobjectName, const UClass* Class) const;
+	template <typename T>
+	const FObjectInitializer& SetDefaultSubobjectClass(FName SubobjectName) const
+	{
+		return SetDefaultSubobjectClass(SubobjectName, T::StaticClass());
+	}
+	const FObjectInitializer& DoNotCreateDefaultSubobject(FName SubobjectName) const
+	{
+		return SetDefaultSubobjectClass(SubobjectName, nullptr);
+	}
+
+	/** Gives the parts the values that they have in what the object is made from; constructors have run. */
+	void InitializeSubobjects() const;
 
 private:
 	UObject* const Obj;
 	UObject* const Template;
 	FObjectInitializer* const Enclosing;
+	mutable TMap<FName, const UClass*> SubobjectClasses; // null: not wanted
+	mutable TArray<UObject*> Subobjects;
 };
 
 /** The package of objects that are never saved: /Engine/Transient. */

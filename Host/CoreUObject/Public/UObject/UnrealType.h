@@ -540,6 +540,87 @@ protected:
 		FOutputDevice* ErrorText) const override;
 };
 
+/** One function to call. Its text is "<path of the object>.<function>", or "(null).None". */
+class FDelegateProperty : public TProperty<FScriptDelegate, FProperty>
+{
+public:
+	DECLARE_FIELD_CLASS(FDelegateProperty, FProperty)
+	using TProperty<FScriptDelegate, FProperty>::TProperty;
+
+	FString GetCPPType(FString* ExtendedTypeText = nullptr, uint32 CPPExportFlags = 0) const override;
+	void CollectTypes(FReferenceCollector& Collector) const override;
+	bool SameType(const FProperty* Other) const override;
+
+	UFunction* SignatureFunction = nullptr;
+
+protected:
+	void ExportText_Internal(FString& ValueStr, const void* PropertyValue, const void* DefaultValue, UObject* Parent,
+		int32 PortFlags, UObject* ExportRootScope) const override;
+	const TCHAR* ImportText_Internal(const TCHAR* Buffer, void* Value, UObject* OwnerObject, int32 PortFlags,
+		FOutputDevice* ErrorText) const override;
+};
+
+/** Any number of functions to call. Its text is a list of what the single delegates' is. */
+class FMulticastDelegateProperty : public FProperty
+{
+public:
+	using ThisClass = FMulticastDelegateProperty;
+	using Super = FProperty;
+	static FFieldClass* StaticClass();
+	using FProperty::FProperty;
+
+	/** Null when nothing has ever been bound. */
+	virtual const FMulticastScriptDelegate* GetMulticastDelegate(const void* PropertyValue) const = 0;
+	virtual void SetMulticastDelegate(void* PropertyValue, FMulticastScriptDelegate ScriptDelegate) const = 0;
+	/** With a Parent, PropertyValue may be null: it is the parent's value then. What is bound already is left alone. */
+	virtual void AddDelegate(
+		FScriptDelegate ScriptDelegate, UObject* Parent = nullptr, void* PropertyValue = nullptr) const = 0;
+	virtual void RemoveDelegate(
+		const FScriptDelegate& ScriptDelegate, UObject* Parent = nullptr, void* PropertyValue = nullptr) const = 0;
+	virtual void ClearDelegate(UObject* Parent = nullptr, void* PropertyValue = nullptr) const = 0;
+
+	void CollectTypes(FReferenceCollector& Collector) const override;
+	bool SameType(const FProperty* Other) const override;
+
+	UFunction* SignatureFunction = nullptr;
+
+protected:
+	void ExportText_Internal(FString& ValueStr, const void* PropertyValue, const void* DefaultValue, UObject* Parent,
+		int32 PortFlags, UObject* ExportRootScope) const override;
+	const TCHAR* ImportText_Internal(const TCHAR* Buffer, void* Value, UObject* OwnerObject, int32 PortFlags,
+		FOutputDevice* ErrorText) const override;
+	static const TArray<FScriptDelegate>& GetInvocationList(const FMulticastScriptDelegate& Delegate)
+	{
+		return Delegate.InvocationList;
+	}
+};
+
+/** A list that lies in the object itself. */
+class FMulticastInlineDelegateProperty : public TProperty<FMulticastScriptDelegate, FMulticastDelegateProperty>
+{
+public:
+	DECLARE_FIELD_CLASS(FMulticastInlineDelegateProperty, FMulticastDelegateProperty)
+	using TProperty<FMulticastScriptDelegate, FMulticastDelegateProperty>::TProperty;
+
+	FString GetCPPType(FString* ExtendedTypeText = nullptr, uint32 CPPExportFlags = 0) const override;
+	const FMulticastScriptDelegate* GetMulticastDelegate(const void* PropertyValue) const override
+	{
+		return GetPropertyValuePtr(PropertyValue);
+	}
+	void SetMulticastDelegate(void* PropertyValue, FMulticastScriptDelegate ScriptDelegate) const override
+	{
+		SetPropertyValue(PropertyValue, ScriptDelegate);
+	}
+	void AddDelegate(
+		FScriptDelegate ScriptDelegate, UObject* Parent = nullptr, void* PropertyValue = nullptr) const override;
+	void RemoveDelegate(
+		const FScriptDelegate& ScriptDelegate, UObject* Parent = nullptr, void* PropertyValue = nullptr) const override;
+	void ClearDelegate(UObject* Parent = nullptr, void* PropertyValue = nullptr) const override;
+
+private:
+	FMulticastScriptDelegate& GetValue(UObject* Parent, void* PropertyValue) const;
+};
+
 class FArrayProperty : public FProperty
 {
 public:

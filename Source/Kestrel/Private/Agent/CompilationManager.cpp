@@ -1,5 +1,6 @@
 #include "Agent/CompilationManager.h"
 
+#include "Agent/ToolInput.h"
 #include "CoreGlobals.h"
 #include "Misc/HotReloadInterface.h"
 #include "Misc/OutputDeviceRedirector.h"
@@ -109,6 +110,8 @@ void FCompilationManager::RefuseStart(const FString& Reason)
 {
 	StopCapturing();
 	CompileFinished.Broadcast(StoredMessages, SharedToolId, Reason, false);
+	// Nobody sees the log text in the panel, and this is not about errors in the code.
+	KestrelTools::ShowStatus(*Reason);
 }
 
 void FCompilationManager::OnHotReloadCompilationFinished(

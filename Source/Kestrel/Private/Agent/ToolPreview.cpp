@@ -70,7 +70,14 @@ void SetFile(const FString& FullPath, FKestrelToolPreview& Preview)
 
 void SetTexts(const FString& Before, const FString& After, FKestrelToolPreview& Preview)
 {
-	Preview.bHasTexts = true;
+	// The list keeps the texts as long as it waits, and nobody reads more.
+	constexpr int32 MaxLength = 4000000;
+	Preview.bHasTexts = Before.Len() <= MaxLength && After.Len() <= MaxLength;
+	if (!Preview.bHasTexts)
+	{
+		Preview.Before.Empty();
+		return;
+	}
 	Preview.Before = Before;
 	Preview.After = After;
 }

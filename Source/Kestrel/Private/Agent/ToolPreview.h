@@ -36,7 +36,8 @@ struct FKestrelToolPreview
 	/** Why the tool will fail, in the words of its result; empty when it should not. */
 	FString Problem;
 
-	/** Whether the two texts say what changes: those of a file, or a script that has no text before. */
+	/** Whether the two texts say what changes: those of a file, or a script that has no text before. Very long ones are
+	 * not kept. */
 	bool bHasTexts = false;
 	FString FilePath; // absolute
 	FString Before;

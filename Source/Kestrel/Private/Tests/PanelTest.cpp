@@ -147,6 +147,9 @@ void FKestrelPanelSpec::Define()
 		TestTrue(
 			TEXT("logged"), Log.Contains(TEXT("] one\ntwo\nthree\n\n")) && Log.Contains(TEXT("] one\n2\n\nthree\n\n")));
 		TestFalse(TEXT("logged when switched off"), Log.Contains(TEXT("nor logged")));
+		FKestrelInterface::Get().OnAddDiffMessage(TEXT("/big.txt"), TEXT("x"), FString::ChrN(5000000, u'x'));
+		KestrelTest::TestSameText(*this, TEXT("too large"), Panel.LastBlock(),
+			TEXT("/big.txt has changed. The change is too large to be shown."));
 	});
 
 	It("offers to undo and redo what a conversation has changed", [this]() {

@@ -270,7 +270,8 @@ void FKestrelCompilationLogSpec::Define()
 				TEXT("{\"role\":\"user\",\"content\":[{\"type\":\"tool_result\",\"tool_use_id\":\"c1\",\"content\":"
 					 "\"[LogCompile] a.h:3: no\\n[LogCompile] 1 error\",\"is_error\":true}]}"));
 		}
-		TestEqual(TEXT("both are shown"), Recorder.Messages.Num(), 3);
+		// The refusal with its reason, and two builds that failed.
+		TestEqual(TEXT("all are shown"), Recorder.Messages.Num(), 4);
 		Agent.ClearToolResults();
 		Agent.ClearConversationId();
 	});
@@ -291,7 +292,8 @@ void FKestrelCompilationLogSpec::Define()
 			TestFalse(TEXT("says why"), Result->GetStringField(TEXT("content")).IsEmpty());
 		}
 		KestrelTest::TestSameText(*this, TEXT("panel"), FString::Join(Recorder.GetTexts(), TEXT("|")),
-			TEXT("Compiling...|Compilation failed, processing error..."));
+			TEXT("Compiling...|Compilation failed, processing error...|Hot reload did not start a compilation. The "
+				 "editor's log says why; a project without C++ classes, for instance, has nothing to compile."));
 		FAgent::Get().ClearToolResults();
 	});
 }

@@ -43,6 +43,12 @@ TArray<FString> SplitIntoLines(const FString& Text);
  */
 TArray<FDiffLine> Compare(const TArray<FString>& OldLines, const TArray<FString>& NewLines);
 
+/**
+ * Whether two texts are of a size that a person would read a difference of, and that is compared while nobody notices:
+ * at most 4 million characters and 100,000 lines together.
+ */
+bool IsWorthComparing(const FString& OldText, const FString& NewText);
+
 /** Groups the lines of a difference: more than six unchanged ones in a row end a chunk. No line is left out. */
 TArray<FDiffChunk> MakeChunks(TArray<FDiffLine> Lines);
 }

@@ -95,8 +95,9 @@ private:
 	/** The list shows what waits now. */
 	void OnAgentStateChanged();
 	EVisibility GetApprovalListVisibility() const;
-	/** Both columns of numbers beside the lines of a difference. */
+	/** The parts of a text that would change. */
 	TSharedRef<SWidget> MakeChangeView(const FString& Before, const FString& After) const;
+	/** Both columns of numbers beside the lines of a difference. */
 	TSharedRef<SWidget> MakeChunksView(const TArray<FDiffChunk>& Chunks) const;
 	FReply OnPromptKeyDown(const FGeometry& MyGeometry, const FKeyEvent& InKeyEvent);
 	void OnUserScrolled(float ScrollOffset);

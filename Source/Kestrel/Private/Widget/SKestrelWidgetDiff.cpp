@@ -222,7 +222,17 @@ TSharedRef<SWidget> SKestrelWidget::MakeDiffHeader(const FString& FilePath, cons
 
 TSharedRef<SWidget> SKestrelWidget::MakeChangeView(const FString& Before, const FString& After) const
 {
-	return MakeChunksView(GenerateDiff(Before, After));
+	if (!KestrelLineDiff::IsWorthComparing(Before, After))
+	{
+		return SNew(STextBlock).Text(LOCTEXT("TooLarge", "The change is too large to be shown."));
+	}
+	// Who decides wants to see what changes, and not the rest of the file.
+	TArray<FDiffChunk> Chunks = GenerateDiff(Before, After);
+	Chunks.RemoveAll([](const FDiffChunk& Chunk) {
+		return !Chunk.Lines.ContainsByPredicate(
+			[](const FDiffLine& Line) { return Line.Type != EDiffLineType::Unchanged; });
+	});
+	return MakeChunksView(Chunks);
 }
 
 TSharedRef<SWidget> SKestrelWidget::MakeChunksView(const TArray<FDiffChunk>& Chunks) const
@@ -258,6 +268,14 @@ void SKestrelWidget::OnAddDiffMessage(const FString& FilePath, const FString& Be
 {
 	if (!GetDefault<UKestrelSettings>()->bDisplayFileChangesInChat)
 	{
+		return;
+	}
+	if (!KestrelLineDiff::IsWorthComparing(Before, After))
+	{
+		AddBlock(FText::Format(LOCTEXT("TooLargeFile", "{0} has changed. The change is too large to be shown."),
+					 FText::FromString(FilePath))
+					 .ToString(),
+			FKestrelInterface::MessageColor, FKestrelInterface::ItalicFontName, FKestrelInterface::MessageFontSize);
 		return;
 	}
 	const TArray<FDiffChunk> Chunks = GenerateDiff(Before, After);

@@ -123,7 +123,8 @@ private:
 	void Navigate(EUINavigation Direction);
 	TSharedRef<SWidget> FindNavigationRoot(const TSharedRef<SWidget>& Focused, const TSharedRef<SWindow>& Window);
 	bool RouteButtonDown(const FPointerEvent& InMouseEvent, const TFunction<FReply(SWidget&)>& SendTo);
-	void PaintFocusRectangle(const TSharedRef<SWindow>& Window, FSlateWindowElementList& OutDrawElements, int32 LayerId);
+	void PaintFocusRectangle(
+		const TSharedRef<SWindow>& Window, FSlateWindowElementList& OutDrawElements, int32 LayerId);
 	void FocusInnermost(const FSlateWidgetPath& Path);
 	void ProcessReply(const FReply& Reply);
 	/** Asks the widgets from the last to the first of a path. */

@@ -1,6 +1,7 @@
 #include "AI/WardenController.h"
 
 #include "Engine/World.h"
+#include "GameFramework/Pawn.h"
 #include "GameFramework/PlayerController.h"
 
 AWardenController::AWardenController()

@@ -1,5 +1,6 @@
 #include "Kismet/KismetSystemLibrary.h"
 
+#include "Engine/World.h"
 #include "Misc/App.h"
 #include "Misc/EngineVersion.h"
 #include "Misc/Paths.h"
@@ -76,4 +77,16 @@ void UKismetSystemLibrary::PrintString(
 	const UObject* WorldContextObject, const FString& InString, bool bPrintToScreen, bool bPrintToLog)
 {
 	UE_CLOG(bPrintToLog, LogBlueprintUserMessages, Log, TEXT("%s"), *InString);
+}
+
+void UKismetSystemLibrary::PrintText(
+	const UObject* WorldContextObject, const FText InText, bool bPrintToScreen, bool bPrintToLog)
+{
+	PrintString(WorldContextObject, InText.ToString(), bPrintToScreen, bPrintToLog);
+}
+
+double UKismetSystemLibrary::GetGameTimeInSeconds(const UObject* WorldContextObject)
+{
+	const UWorld* const World = WorldContextObject ? WorldContextObject->GetWorld() : nullptr;
+	return World ? World->GetTimeSeconds() : 0.0;
 }

@@ -6,7 +6,7 @@
 
 /** The base of classes that are nothing but static functions for Blueprints and scripts. */
 UCLASS(Abstract)
-class UBlueprintFunctionLibrary : public UObject
+class ENGINE_API UBlueprintFunctionLibrary : public UObject
 {
 	GENERATED_BODY()
 };

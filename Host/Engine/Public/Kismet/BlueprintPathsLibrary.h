@@ -5,7 +5,7 @@
 
 /** FPaths for Blueprints and scripts. */
 UCLASS(meta = (ScriptName = "Paths"))
-class UBlueprintPathsLibrary : public UBlueprintFunctionLibrary
+class ENGINE_API UBlueprintPathsLibrary : public UBlueprintFunctionLibrary
 {
 	GENERATED_BODY()
 

@@ -5,7 +5,7 @@
 
 /** What Blueprints and scripts ask of the editor and of any object. */
 UCLASS(meta = (ScriptName = "SystemLibrary"))
-class UKismetSystemLibrary : public UBlueprintFunctionLibrary
+class ENGINE_API UKismetSystemLibrary : public UBlueprintFunctionLibrary
 {
 	GENERATED_BODY()
 
@@ -27,6 +27,26 @@ public:
 	UFUNCTION(BlueprintPure, Category = "Utilities")
 	static UObject* GetOuterObject(const UObject* Object);
 
+	/** True: there are no clients here. */
+	UFUNCTION(BlueprintPure, Category = "Networking", meta = (WorldContext = "WorldContextObject"))
+	static bool IsServer(const UObject* WorldContextObject) { return true; }
+	/** Seconds since the play of the object's world began; 0 without a world. */
+	UFUNCTION(BlueprintPure, Category = "Utilities|Time", meta = (WorldContext = "WorldContextObject"))
+	static double GetGameTimeInSeconds(const UObject* WorldContextObject);
+
+	UFUNCTION(BlueprintPure, Category = "Math|Integer", meta = (BlueprintThreadSafe))
+	static int32 MakeLiteralInt(int32 Value) { return Value; }
+	UFUNCTION(BlueprintPure, Category = "Math|Float", meta = (BlueprintThreadSafe))
+	static double MakeLiteralDouble(double Value) { return Value; }
+	UFUNCTION(BlueprintPure, Category = "Math|Boolean", meta = (BlueprintThreadSafe))
+	static bool MakeLiteralBool(bool Value) { return Value; }
+	UFUNCTION(BlueprintPure, Category = "Utilities|Name", meta = (BlueprintThreadSafe))
+	static FName MakeLiteralName(FName Value) { return Value; }
+	UFUNCTION(BlueprintPure, Category = "Utilities|String", meta = (BlueprintThreadSafe))
+	static FString MakeLiteralString(FString Value) { return Value; }
+	UFUNCTION(BlueprintPure, Category = "Utilities|Text", meta = (BlueprintThreadSafe))
+	static FText MakeLiteralText(FText Value) { return Value; }
+
 	UFUNCTION(BlueprintPure, Category = "Utilities|Platform")
 	static FString GetEngineVersion();
 	UFUNCTION(BlueprintPure, Category = "Utilities|Platform")
@@ -43,5 +63,8 @@ public:
 	/** Writes to the log. There is no game screen to print to, so bPrintToScreen changes nothing. */
 	UFUNCTION(BlueprintCallable, Category = "Development", meta = (WorldContext = "WorldContextObject"))
 	static void PrintString(const UObject* WorldContextObject, const FString& InString = TEXT("Hello"),
+		bool bPrintToScreen = true, bool bPrintToLog = true);
+	UFUNCTION(BlueprintCallable, Category = "Development", meta = (WorldContext = "WorldContextObject"))
+	static void PrintText(const UObject* WorldContextObject, const FText InText = INVTEXT("Hello"),
 		bool bPrintToScreen = true, bool bPrintToLog = true);
 };
