@@ -13,7 +13,6 @@
 #include "HttpModule.h"
 #include "Interfaces/IPluginManager.h"
 #include "Interfaces/IProjectManager.h"
-#include "MainWindow.h"
 #include "Misc/App.h"
 #include "Misc/CommandLine.h"
 #include "Misc/ConfigCacheIni.h"
@@ -35,7 +34,7 @@ constexpr double UnattendedWaitSeconds = 0.005;
 
 /** The host's own modules, in the order in which they start. Others are loaded when they are asked for. */
 const TCHAR* const EngineModules[] = { TEXT("CoreUObject"), TEXT("SlateCore"), TEXT("Slate"), TEXT("Settings"),
-	TEXT("HTTP"), TEXT("ToolMenus"), TEXT("AssetRegistry") };
+	TEXT("SettingsViewer"), TEXT("HTTP"), TEXT("ToolMenus"), TEXT("AssetRegistry") };
 
 FString ProjectFileOfCommandLine()
 {
@@ -111,6 +110,8 @@ void FHostEditor::OpenLog()
 	LogFile = MakeUnique<FOutputDeviceFile>(
 		FPaths::ConvertRelativePathToFull(FPaths::ProjectLogDir() / (FString(FApp::GetProjectName()) + TEXT(".log"))));
 	GLog->AddOutputDevice(LogFile.Get());
+	// As early as the file: its tab shows all that was logged, also before there were tabs.
+	FModuleManager::Get().LoadModuleChecked(TEXT("OutputLog"));
 	UE_LOG(LogInit, Log, TEXT("Project: %s"), *FPaths::ConvertRelativePathToFull(FPaths::GetProjectFilePath()));
 }
 
@@ -144,6 +145,10 @@ bool FHostEditor::LoadModules()
 	CreateMainWindow();
 	LoadModulesOf(ELoadingPhase::PostEngineInit);
 	FCoreDelegates::GetOnPostEngineInit().Broadcast();
+	if (Display)
+	{
+		MainWindow.RestoreTabs();
+	}
 	bInitialized = true;
 	return bAllLoaded;
 }
@@ -181,8 +186,8 @@ bool FHostEditor::StartSlate()
 
 void FHostEditor::CreateMainWindow()
 {
-	FMainWindow::RegisterMenus();
-	FSlateApplication::Get().AddWindow(FMainWindow::Create());
+	MainWindow.RegisterMenus();
+	FSlateApplication::Get().AddWindow(MainWindow.Create());
 }
 
 int32 FHostEditor::Run()
@@ -281,6 +286,10 @@ void FHostEditor::Idle()
 
 void FHostEditor::Shutdown()
 {
+	if (Display && bInitialized)
+	{
+		MainWindow.SaveLayout();
+	}
 	FCoreDelegates::GetOnEnginePreExit().Broadcast();
 	// Plugins were loaded last, so they go first, while Slate and HTTP are still there.
 	FModuleManager::Get().UnloadModulesAtShutdown();

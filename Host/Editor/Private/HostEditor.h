@@ -5,6 +5,7 @@
 #include "HostDisplay.h"
 #include "HostGameModules.h"
 #include "LogDevices.h"
+#include "MainWindow.h"
 #include "PanelConsole.h"
 #include "Templates/UniquePtr.h"
 #include "WidgetReport.h"
@@ -48,6 +49,7 @@ private:
 	FAutomationRunner Automation;
 	FPanelConsole Console;
 	FWidgetReport WidgetReport;
+	FMainWindow MainWindow;
 	TUniquePtr<FHostDisplay> Display; // null without a window
 	double LastTickTime = 0.0;        // seconds of FPlatformTime
 	int32 ExitCode = 0;

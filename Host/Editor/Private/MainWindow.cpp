@@ -1,9 +1,19 @@
 #include "MainWindow.h"
 
+#include "CoreGlobals.h"
+#include "Framework/Application/SlateApplication.h"
+#include "Framework/Commands/UICommandList.h"
 #include "Framework/Docking/SDockingArea.h"
 #include "Framework/Docking/TabManager.h"
+#include "ISettingsModule.h"
+#include "MainFrameCommands.h"
 #include "Misc/App.h"
+#include "Misc/ConfigCacheIni.h"
+#include "Modules/ModuleManager.h"
+#include "Styling/AppStyle.h"
 #include "ToolMenus.h"
+#include "Widgets/Docking/SDockTab.h"
+#include "Widgets/Layout/SBorder.h"
 #include "Widgets/SBoxPanel.h"
 #include "Widgets/SWindow.h"
 
@@ -12,36 +22,149 @@
 namespace MainWindow
 {
 const FName MainMenuName("LevelEditor.MainMenu");
-const FName WindowMenuName("LevelEditor.MainMenu.Window");
 const FName PlayToolBarName("LevelEditor.LevelEditorToolBar.PlayToolBar");
+const FName OutputLogTab("OutputLog");
+const FVector2D DefaultSize(1280.0, 720.0);
+const FVector2D SmallestSize(320.0, 240.0);
+
+const TCHAR* const WindowSection = TEXT("MainWindow");
+const TCHAR* const TabsSection = TEXT("Tabs");
+
+FString GetLayoutFile()
+{
+	return FConfigCacheIni::GetConfigFilename(TEXT("EditorLayout"));
 }
+
+/** False when it was never saved. */
+bool ReadVector(const TCHAR* Name, FVector2D& OutVector)
+{
+	float X = 0.0f;
+	float Y = 0.0f;
+	const FString File = GetLayoutFile();
+	const bool bFound = GConfig->GetFloat(WindowSection, *(FString(Name) + TEXT("X")), X, File) &&
+						GConfig->GetFloat(WindowSection, *(FString(Name) + TEXT("Y")), Y, File);
+	if (bFound)
+	{
+		OutVector = FVector2D(X, Y);
+	}
+	return bFound;
+}
+
+void WriteVector(const TCHAR* Name, const FVector2D& Vector)
+{
+	const FString File = GetLayoutFile();
+	GConfig->SetString(WindowSection, *(FString(Name) + TEXT("X")), *FString::SanitizeFloat(Vector.X), File);
+	GConfig->SetString(WindowSection, *(FString(Name) + TEXT("Y")), *FString::SanitizeFloat(Vector.Y), File);
+}
+
+ECheckBoxState IsTabOpen(FName TabName)
+{
+	return FGlobalTabmanager::Get()->FindExistingLiveTab(TabName).IsValid() ? ECheckBoxState::Checked
+																			: ECheckBoxState::Unchecked;
+}
+
+void CloseMainWindow()
+{
+	const TArray<TSharedRef<SWindow>> Windows = FSlateApplication::Get().GetTopLevelWindows();
+	for (const TSharedRef<SWindow>& Each : Windows)
+	{
+		FSlateApplication::Get().RequestDestroyWindow(Each);
+	}
+}
+
+TSharedPtr<SWidget> FindFocusable(const TSharedRef<SWidget>& Widget)
+{
+	TSharedPtr<SWidget> Found = Widget->SupportsKeyboardFocus() ? Widget.ToSharedPtr() : nullptr;
+	FChildren& Children = *Widget->GetChildren();
+	for (int32 Index = 0; Index < Children.Num() && !Found.IsValid(); ++Index)
+	{
+		Found = FindFocusable(Children.GetChildAt(Index));
+	}
+	return Found;
+}
+}
+
+FMainWindow::FMainWindow()
+	: Commands(MakeShared<FUICommandList>())
+{
+}
+
+FMainWindow::~FMainWindow() = default;
 
 void FMainWindow::RegisterMenus()
 {
-	UToolMenus* Menus = UToolMenus::Get();
-	Menus->RegisterMenu(MainWindow::MainMenuName, NAME_None, EMultiBoxType::MenuBar);
-	Menus->RegisterMenu(MainWindow::WindowMenuName);
+	FMainFrameCommands::Register();
+	MapCommands();
+	FillMenus();
+}
+
+void FMainWindow::MapCommands()
+{
+	const FMainFrameCommands& All = FMainFrameCommands::Get();
+	Commands->MapAction(All.Exit, FExecuteAction::CreateStatic(&MainWindow::CloseMainWindow));
+	Commands->MapAction(All.OpenProjectSettings, FExecuteAction::CreateLambda([] {
+		FModuleManager::LoadModuleChecked<ISettingsModule>("Settings").ShowViewer("Project", "Plugins", NAME_None);
+	}));
+	Commands->MapAction(All.OpenOutputLog,
+		FUIAction(
+			FExecuteAction::CreateLambda([] { FGlobalTabmanager::Get()->TryInvokeTab(MainWindow::OutputLogTab); }),
+			FCanExecuteAction(),
+			FGetActionCheckState::CreateLambda([] { return MainWindow::IsTabOpen(MainWindow::OutputLogTab); })));
+}
+
+void FMainWindow::FillMenus() const
+{
+	const FMainFrameCommands& All = FMainFrameCommands::Get();
+	const FToolMenuOwnerScoped OwnerScoped("MainFrame");
+	UToolMenus* const Menus = UToolMenus::Get();
 	Menus->RegisterMenu(MainWindow::PlayToolBarName, NAME_None, EMultiBoxType::ToolBar);
+	UToolMenu* const Bar = Menus->RegisterMenu(MainWindow::MainMenuName, NAME_None, EMultiBoxType::MenuBar);
+	const auto AddMenu = [Bar](FName Name, const FText& Label) {
+		return Bar->AddSubMenu(FToolMenuOwner("MainFrame"), NAME_None, Name, Label);
+	};
+	AddMenu("File", LOCTEXT("FileMenu", "File"))
+		->FindOrAddSection("Exit")
+		.AddMenuEntryWithCommandList(All.Exit, Commands);
+	AddMenu("Edit", LOCTEXT("EditMenu", "Edit"))
+		->FindOrAddSection("Configuration", LOCTEXT("Configuration", "Configuration"))
+		.AddMenuEntryWithCommandList(All.OpenProjectSettings, Commands);
+	AddMenu("Window", LOCTEXT("WindowMenu", "Window"))
+		->FindOrAddSection("General")
+		.AddMenuEntryWithCommandList(All.OpenOutputLog, Commands);
 }
 
 TSharedRef<SWindow> FMainWindow::Create()
 {
-	UToolMenus* Menus = UToolMenus::Get();
+	UToolMenus* const Menus = UToolMenus::Get();
+	FVector2D Size = MainWindow::DefaultSize;
+	FVector2D Position(0.0, 0.0);
+	MainWindow::ReadVector(TEXT("Size"), Size);
+	Size = FVector2D(FMath::Max(Size.X, MainWindow::SmallestSize.X), FMath::Max(Size.Y, MainWindow::SmallestSize.Y));
+	const bool bHasPosition = MainWindow::ReadVector(TEXT("Position"), Position);
+	MenuBar = Menus->GenerateWidget(MainWindow::MainMenuName, FToolMenuContext());
 	// clang-format off
-	return SNew(SWindow)
+	Window = SNew(SWindow)
 		.Title(FText::Format(LOCTEXT("Title", "{0} - Host Editor"), FText::FromString(FApp::GetProjectName())))
-		.ClientSize(FVector2D(1280.0, 720.0))
+		.AutoCenter(bHasPosition ? EAutoCenter::None : EAutoCenter::PreferredWorkArea)
+		.ScreenPosition(Position)
+		.ClientSize(Size)
 		[
 			SNew(SVerticalBox)
 			+ SVerticalBox::Slot()
 			.AutoHeight()
 			[
-				Menus->GenerateWidget(MainWindow::WindowMenuName, FToolMenuContext())
+				SNew(SBorder).BorderImage(FAppStyle::GetBrush("Brushes.Title")).Padding(4.0f, 2.0f)
+				[
+					MenuBar.ToSharedRef()
+				]
 			]
 			+ SVerticalBox::Slot()
 			.AutoHeight()
 			[
-				Menus->GenerateWidget(MainWindow::PlayToolBarName, FToolMenuContext())
+				SNew(SBorder).BorderImage(FAppStyle::GetBrush("Brushes.Panel")).Padding(4.0f, 2.0f)
+				[
+					Menus->GenerateWidget(MainWindow::PlayToolBarName, FToolMenuContext())
+				]
 			]
 			+ SVerticalBox::Slot()
 			.FillHeight(1.0f)
@@ -50,6 +173,92 @@ TSharedRef<SWindow> FMainWindow::Create()
 			]
 		];
 	// clang-format on
+	FSlateApplication& Application = FSlateApplication::Get();
+	Application.SetUnhandledKeyDownEventHandler(FOnKeyEvent::CreateRaw(this, &FMainWindow::OnKeyDown));
+	Application.SetUnhandledKeyUpEventHandler(FOnKeyEvent::CreateRaw(this, &FMainWindow::OnKeyUp));
+	return Window.ToSharedRef();
+}
+
+FReply FMainWindow::OnKeyDown(const FKeyEvent& InKeyEvent)
+{
+	const FKey Key = InKeyEvent.GetKey();
+	const bool bIsAlt = Key == EKeys::LeftAlt;
+	bAltAlone = bIsAlt && (bAltAlone || !InKeyEvent.IsRepeat());
+	const bool bLeavesBar = Key == EKeys::Escape && MenuBar->HasFocusedDescendants();
+	if (Key == EKeys::F10 || bLeavesBar)
+	{
+		ToggleMenuBar();
+		return FReply::Handled();
+	}
+	return Commands->ProcessCommandBindings(InKeyEvent) ? FReply::Handled() : FReply::Unhandled();
+}
+
+FReply FMainWindow::OnKeyUp(const FKeyEvent& InKeyEvent)
+{
+	const bool bTapped = bAltAlone && InKeyEvent.GetKey() == EKeys::LeftAlt;
+	bAltAlone = false;
+	if (!bTapped)
+	{
+		return FReply::Unhandled();
+	}
+	ToggleMenuBar();
+	return FReply::Handled();
+}
+
+void FMainWindow::ToggleMenuBar()
+{
+	FSlateApplication& Application = FSlateApplication::Get();
+	const bool bWasInMenu = Application.AnyMenusVisible();
+	Application.DismissAllMenus();
+	if (MenuBar->HasFocusedDescendants())
+	{
+		const TSharedPtr<SWidget> Before = FocusedBefore.Pin();
+		if (!Before.IsValid() || !Application.SetKeyboardFocus(Before, EFocusCause::OtherWidgetLostFocus))
+		{
+			Application.ClearKeyboardFocus();
+		}
+		return;
+	}
+	if (!bWasInMenu)
+	{
+		FocusedBefore = Application.GetKeyboardFocusedWidget();
+		Application.SetKeyboardFocus(MainWindow::FindFocusable(MenuBar.ToSharedRef()), EFocusCause::Navigation);
+	}
+}
+
+void FMainWindow::RestoreTabs() const
+{
+	TArray<FString> Names;
+	FString Foremost;
+	const FString File = MainWindow::GetLayoutFile();
+	GConfig->GetArray(MainWindow::TabsSection, TEXT("Open"), Names, File);
+	GConfig->GetString(MainWindow::TabsSection, TEXT("Foremost"), Foremost, File);
+	for (const FString& Name : Names)
+	{
+		// Null for a tab whose plugin is not here any more.
+		FGlobalTabmanager::Get()->TryInvokeTab(FName(*Name), true);
+	}
+	if (const TSharedPtr<SDockTab> Tab = FGlobalTabmanager::Get()->FindExistingLiveTab(FName(*Foremost)))
+	{
+		Tab->ActivateInParent(ETabActivationCause::SetDirectly);
+	}
+}
+
+void FMainWindow::SaveLayout() const
+{
+	const TSharedRef<SDockingArea> Area = FGlobalTabmanager::Get()->GetMainArea();
+	TArray<FString> Names;
+	for (const TSharedRef<SDockTab>& Tab : Area->GetTabs())
+	{
+		Names.Add(Tab->GetLayoutIdentifier().ToString());
+	}
+	const TSharedPtr<SDockTab> Foremost = Area->GetForegroundTab();
+	const FString File = MainWindow::GetLayoutFile();
+	GConfig->SetArray(MainWindow::TabsSection, TEXT("Open"), Names, File);
+	GConfig->SetString(MainWindow::TabsSection, TEXT("Foremost"),
+		Foremost.IsValid() ? *Foremost->GetLayoutIdentifier().ToString() : TEXT(""), File);
+	MainWindow::WriteVector(TEXT("Size"), Window->GetClientSizeInScreen());
+	MainWindow::WriteVector(TEXT("Position"), Window->GetPositionInScreen());
 }
 
 #undef LOCTEXT_NAMESPACE

@@ -22,6 +22,10 @@ const TCHAR* NameOf(EAccessibleWidgetType Type)
 	{
 	case EAccessibleWidgetType::Button:
 		return TEXT("Button");
+	case EAccessibleWidgetType::CheckBox:
+		return TEXT("CheckBox");
+	case EAccessibleWidgetType::ComboBox:
+		return TEXT("ComboBox");
 	case EAccessibleWidgetType::Text:
 		return TEXT("Text");
 	case EAccessibleWidgetType::TextEdit:
@@ -41,6 +45,10 @@ TSharedRef<FJsonObject> Describe(IAccessibleWidget& Widget)
 	if (const IAccessibleText* Text = Widget.AsText())
 	{
 		Object->SetStringField(TEXT("value"), Text->GetText());
+	}
+	else if (const IAccessibleProperty* Property = Widget.AsProperty())
+	{
+		Object->SetStringField(TEXT("value"), Property->GetValue());
 	}
 	Object->SetBoolField(TEXT("enabled"), Widget.IsEnabled());
 	Object->SetBoolField(TEXT("focused"), Widget.HasFocus());

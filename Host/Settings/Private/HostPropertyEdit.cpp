@@ -166,6 +166,26 @@ FString FHostPropertyEdit::AddElement(UObject& Object, const FString& Path, cons
 	return FString();
 }
 
+FString FHostPropertyEdit::InsertElement(UObject& Object, const FString& Path, int32 Index)
+{
+	HostPropertyEdit::FPlace Place;
+	const FArrayProperty* ArrayProperty = nullptr;
+	const FString Error = HostPropertyEdit::FindArray(Object, Path, Place, ArrayProperty);
+	if (!Error.IsEmpty())
+	{
+		return Error;
+	}
+	const FScriptArrayHelper Array(ArrayProperty, Place.Value);
+	if (!Array.IsValidIndex(Index))
+	{
+		return FString::Printf(TEXT("'%s' has no element %d"), *Path, Index);
+	}
+	Object.PreEditChange(Place.Member);
+	Array.InsertValues(Index);
+	HostPropertyEdit::NotifyChanged(Object, Place, EPropertyChangeType::ArrayAdd);
+	return FString();
+}
+
 FString FHostPropertyEdit::RemoveElement(UObject& Object, const FString& Path, int32 Index)
 {
 	HostPropertyEdit::FPlace Place;

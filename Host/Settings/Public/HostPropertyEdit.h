@@ -19,6 +19,8 @@ public:
 	static FString SetValue(UObject& Object, const FString& Path, const FString& ValueText);
 	/** Appends an element; with no text, an empty one. */
 	static FString AddElement(UObject& Object, const FString& Path, const FString& ValueText = FString());
+	/** Puts an empty element in front of another. */
+	static FString InsertElement(UObject& Object, const FString& Path, int32 Index);
 	static FString RemoveElement(UObject& Object, const FString& Path, int32 Index);
 	static FString ClearElements(UObject& Object, const FString& Path);
 

@@ -114,6 +114,11 @@ FReply SButton::OnMouseButtonUp(const FGeometry& MyGeometry, const FPointerEvent
 	return Reply.GetMouseCaptor().IsValid() ? Reply : Reply.ReleaseMouseCapture();
 }
 
+FReply SButton::OnMouseButtonDoubleClick(const FGeometry& InMyGeometry, const FPointerEvent& InMouseEvent)
+{
+	return OnMouseButtonDown(InMyGeometry, InMouseEvent);
+}
+
 const FSlateBrush* SButton::GetBrushToPaint(bool bEnabled) const
 {
 	if (!bEnabled)
@@ -124,7 +129,8 @@ const FSlateBrush* SButton::GetBrushToPaint(bool bEnabled) const
 	{
 		return &ButtonStyle->Pressed;
 	}
-	return IsHovered() ? &ButtonStyle->Hovered : &ButtonStyle->Normal;
+	const bool bChosenByKey = HasAnyUserFocus() == EFocusCause::Navigation;
+	return IsHovered() || bChosenByKey ? &ButtonStyle->Hovered : &ButtonStyle->Normal;
 }
 
 FSlateColor SButton::GetForegroundColor() const

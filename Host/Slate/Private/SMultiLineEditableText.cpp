@@ -57,7 +57,7 @@ void SMultiLineEditableText::SetText(const TAttribute<FText>& InText)
 bool SMultiLineEditableText::RefreshBoundText()
 {
 	const FString NewText = BoundText.Get(FText::GetEmpty()).ToString();
-	if (FString::Join(FWrappedText::SplitIntoParagraphs(NewText), LINE_TERMINATOR).Equals(GetPlainText().ToString()))
+	if (FString::Join(ToLines(NewText), LINE_TERMINATOR).Equals(GetPlainText().ToString()))
 	{
 		return false;
 	}
@@ -67,10 +67,36 @@ bool SMultiLineEditableText::RefreshBoundText()
 
 void SMultiLineEditableText::ReplaceAll(const FString& NewText)
 {
-	Lines = FWrappedText::SplitIntoParagraphs(NewText);
+	Lines = ToLines(NewText);
 	Cursor = GetEnd();
 	SelectionAnchor = Cursor;
+	// The states before belong to another text.
+	History.Clear();
 	NotifyTextChanged();
+}
+
+TArray<FString> SMultiLineEditableText::ToLines(const FString& Text) const
+{
+	TArray<FString> Split = FWrappedText::SplitIntoParagraphs(Text);
+	return IsSingleLine() && Split.Num() > 1 ? TArray<FString>{ FString::Join(Split, TEXT(" ")) } : Split;
+}
+
+const TArray<FString>& SMultiLineEditableText::GetShownLines() const
+{
+	if (!IsPassword())
+	{
+		return Lines;
+	}
+	constexpr TCHAR Dot = 0x2022;
+	Dots.SetNum(Lines.Num());
+	for (int32 Index = 0; Index < Lines.Num(); ++Index)
+	{
+		if (Dots[Index].Len() != Lines[Index].Len())
+		{
+			Dots[Index] = FString::ChrN(Lines[Index].Len(), Dot);
+		}
+	}
+	return Dots;
 }
 
 void SMultiLineEditableText::NotifyTextChanged()
@@ -130,7 +156,7 @@ void SMultiLineEditableText::SetTextStyle(const FTextBlockStyle* InTextStyle)
 
 FTextLocation SMultiLineEditableText::Insert(const FTextLocation& Location, const FString& Text)
 {
-	const TArray<FString> Inserted = FWrappedText::SplitIntoParagraphs(Text);
+	const TArray<FString> Inserted = ToLines(Text);
 	FString& Line = Lines[Location.GetLineIndex()];
 	const FString Rest = Line.Mid(Location.GetOffset());
 	Line = Line.Left(Location.GetOffset()) + Inserted[0];
@@ -150,9 +176,19 @@ void SMultiLineEditableText::InsertTextAtCursor(const FString& InString)
 	{
 		return;
 	}
+	InsertAndRemember(InString, FTextHistory::EChange::Whole);
+}
+
+void SMultiLineEditableText::InsertAndRemember(const FString& Text, FTextHistory::EChange Change)
+{
+	History.BeforeChange(GetState(), AnyTextSelected() ? FTextHistory::EChange::Whole : Change);
 	DeleteSelection();
-	Cursor = Insert(Cursor, InString);
+	Cursor = Insert(Cursor, Text);
 	SelectionAnchor = Cursor;
+	if (Change == FTextHistory::EChange::Letter)
+	{
+		History.AfterLetter(Cursor);
+	}
 	NotifyTextChanged();
 }
 
@@ -170,15 +206,22 @@ void SMultiLineEditableText::DeleteSelection()
 	SelectionAnchor = From;
 }
 
-void SMultiLineEditableText::DeleteTo(const FTextLocation& Other)
+void SMultiLineEditableText::DeleteTo(const FTextLocation& Other, FTextHistory::EChange Change)
 {
+	const FTextHistory::FState Before = GetState();
+	const bool bIsLetter = Change == FTextHistory::EChange::Letter && !AnyTextSelected();
 	if (!AnyTextSelected())
 	{
 		SelectionAnchor = Other;
 	}
 	if (AnyTextSelected())
 	{
+		History.BeforeChange(Before, bIsLetter ? Change : FTextHistory::EChange::Whole);
 		DeleteSelection();
+		if (bIsLetter)
+		{
+			History.AfterLetter(Cursor);
+		}
 		NotifyTextChanged();
 	}
 }
@@ -248,7 +291,7 @@ const FWrappedText& SMultiLineEditableText::GetLayout() const
 		bLayoutIsStale = false;
 		LaidOutWidth = WrapWidth;
 		LaidOutFont = Font;
-		Layout.Update(Lines, Font, WrapWidth);
+		Layout.Update(GetShownLines(), Font, WrapWidth);
 	}
 	return Layout;
 }
@@ -301,12 +344,22 @@ void SMultiLineEditableText::KeepCursorInView()
 	const float SmallestOffset = CursorTop + Shown.GetLineHeight() - static_cast<float>(AllottedSize.Y);
 	ScrollOffset = FMath::Min(FMath::Max(ScrollOffset, SmallestOffset), CursorTop);
 	ScrollOffset = FMath::Clamp(ScrollOffset, 0.0f, GetLongestScrollOffset());
+	if (IsSingleLine())
+	{
+		const float CursorX = GetCursorX(Shown.GetLines()[0], Cursor.GetOffset());
+		const float Width = static_cast<float>(AllottedSize.X) - Margin.Get().GetTotalSpaceAlong<Orient_Horizontal>();
+		const float LongestOffset =
+			FMath::Max(static_cast<float>(Shown.GetSize().X) + EditableText::CursorWidth - Width, 0.0f);
+		const float SmallestToSee = CursorX + EditableText::CursorWidth - Width;
+		SidewaysOffset = FMath::Min(FMath::Max(SidewaysOffset, SmallestToSee), CursorX);
+		SidewaysOffset = FMath::Clamp(SidewaysOffset, 0.0f, LongestOffset);
+	}
 }
 
 float SMultiLineEditableText::GetCursorX(const FWrappedText::FLine& Line, int32 Offset) const
 {
-	const FStringView Before =
-		FStringView(Lines[Line.ParagraphIndex]).Mid(Line.Begin, FMath::Clamp(Offset - Line.Begin, 0, Line.Length));
+	const FStringView Before = FStringView(GetShownLines()[Line.ParagraphIndex])
+								   .Mid(Line.Begin, FMath::Clamp(Offset - Line.Begin, 0, Line.Length));
 	return static_cast<float>(EditableText::Measure()->Measure(Before, GetFont()).X);
 }
 
@@ -339,11 +392,11 @@ int32 SMultiLineEditableText::PaintText(const FGeometry& AllottedGeometry, const
 	{
 		const FWrappedText::FLine& Line = Shown.GetLines()[Index];
 		const float Y = Top + static_cast<float>(Index) * Shown.GetLineHeight();
-		const FGeometry LineGeometry = AllottedGeometry.MakeChild(
-			FVector2D(Line.Width, Shown.GetLineHeight()), FSlateLayoutTransform(FVector2D(Margin.Get().Left, Y)));
+		const FGeometry LineGeometry = AllottedGeometry.MakeChild(FVector2D(Line.Width, Shown.GetLineHeight()),
+			FSlateLayoutTransform(FVector2D(Margin.Get().Left - SidewaysOffset, Y)));
 		PaintSelection(Line, Y, AllottedGeometry, MyCullingRect, OutDrawElements, LayerId, Tint);
 		FSlateDrawElement::MakeText(OutDrawElements, LayerId + 1, LineGeometry, MyCullingRect,
-			Lines[Line.ParagraphIndex].Mid(Line.Begin, Line.Length), GetFont(), Tint);
+			GetShownLines()[Line.ParagraphIndex].Mid(Line.Begin, Line.Length), GetFont(), Tint);
 	}
 	return LayerId + 1;
 }
@@ -356,7 +409,7 @@ void SMultiLineEditableText::PaintSelection(const FWrappedText::FLine& Line, flo
 	const FTextLocation LineEnd(Line.ParagraphIndex, Line.End());
 	const auto PaintSpan = [&](float Left, float Right, const FLinearColor& Color) {
 		const FGeometry Span = AllottedGeometry.MakeChild(FVector2D(Right - Left, GetLayout().GetLineHeight()),
-			FSlateLayoutTransform(FVector2D(Margin.Get().Left + Left, Y)));
+			FSlateLayoutTransform(FVector2D(Margin.Get().Left + Left - SidewaysOffset, Y)));
 		FSlateDrawElement::MakeBox(
 			OutDrawElements, LayerId, Span, MyCullingRect, FAppStyle::GetBrush("WhiteBrush"), Color);
 	};

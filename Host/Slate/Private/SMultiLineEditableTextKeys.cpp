@@ -12,6 +12,16 @@ constexpr TCHAR DeleteCharacter = 127;
 // Slate units for a notch of the mouse wheel.
 constexpr float WheelStep = 32.0f;
 
+// Between the second press and the third.
+constexpr double TripleClickSeconds = 0.5;
+
+enum class ECharacter : uint8
+{
+	Word,
+	Space,
+	Sign,
+};
+
 static bool IsLowSurrogate(TCHAR Character)
 {
 	return Character >= 0xDC00 && Character <= 0xDFFF;
@@ -46,7 +56,8 @@ FReply SMultiLineEditableText::HandleKeyDown(const FKeyEvent& InKeyEvent)
 	}
 	if (Key == EKeys::Delete && !IsTextReadOnly())
 	{
-		DeleteTo(InKeyEvent.IsControlDown() ? GetWordEnd(Cursor) : GetLocationAfter(Cursor));
+		InKeyEvent.IsControlDown() ? DeleteTo(GetWordEnd(Cursor))
+								   : DeleteTo(GetLocationAfter(Cursor), FTextHistory::EChange::Letter);
 		return FReply::Handled();
 	}
 	if (Key == EKeys::BackSpace && InKeyEvent.IsControlDown() && !IsTextReadOnly())
@@ -60,7 +71,7 @@ FReply SMultiLineEditableText::HandleKeyDown(const FKeyEvent& InKeyEvent)
 FReply SMultiLineEditableText::HandleEnter()
 {
 	// What is held down now decides, not what the event says.
-	if (FSlateApplication::Get().GetModifierKeys().AreModifersDown(ModiferKeyForNewLine))
+	if (!IsSingleLine() && FSlateApplication::Get().GetModifierKeys().AreModifersDown(ModiferKeyForNewLine))
 	{
 		InsertTextAtCursor(FString(TEXT("\n")));
 		return FReply::Handled();
@@ -82,8 +93,36 @@ bool SMultiLineEditableText::HandleShortcut(const FKeyEvent& InKeyEvent)
 		SelectAllText();
 		return true;
 	}
+	if (!IsTextReadOnly() && (Key == EKeys::Z || Key == EKeys::Y))
+	{
+		UndoOrRedo(Key == EKeys::Z && !InKeyEvent.IsShiftDown());
+		return true;
+	}
+	return HandleClipboard(Key);
+}
+
+void SMultiLineEditableText::UndoOrRedo(bool bUndo)
+{
+	FTextHistory::FState State = GetState();
+	if (!(bUndo ? History.Undo(State) : History.Redo(State)))
+	{
+		return;
+	}
+	Lines = State.Lines;
+	Cursor = State.Cursor;
+	SelectionAnchor = State.SelectionAnchor;
+	NotifyTextChanged();
+}
+
+bool SMultiLineEditableText::HandleClipboard(const FKey& Key)
+{
 	if (Key == EKeys::C || (Key == EKeys::X && !IsTextReadOnly()))
 	{
+		// What is hidden on the screen is not to be had through the clipboard.
+		if (IsPassword())
+		{
+			return true;
+		}
 		if (AnyTextSelected())
 		{
 			FPlatformApplicationMisc::ClipboardCopy(*GetSelectedText().ToString());
@@ -127,6 +166,11 @@ bool SMultiLineEditableText::HandleMovement(const FKeyEvent& InKeyEvent)
 		{ EKeys::Home, bControl ? FTextLocation(0, 0) : LineBegin },
 		{ EKeys::End, bControl ? GetEnd() : LineEnd },
 	};
+	const bool bAmongLines = Key == EKeys::Up || Key == EKeys::Down || Key == EKeys::PageUp || Key == EKeys::PageDown;
+	if (IsSingleLine() && bAmongLines)
+	{
+		return false;
+	}
 	for (const auto& Movement : Movements)
 	{
 		if (Movement.Key == Key)
@@ -155,13 +199,14 @@ FReply SMultiLineEditableText::HandleTypedCharacter(TCHAR Character)
 {
 	if (Character == EditableTextKeys::Backspace)
 	{
-		DeleteTo(GetLocationBefore(Cursor));
+		DeleteTo(GetLocationBefore(Cursor), FTextHistory::EChange::Letter);
 		return FReply::Handled();
 	}
 	// Enter comes as a key press too, and has been dealt with there.
 	if (Character >= EditableTextKeys::FirstPrintable && Character != EditableTextKeys::DeleteCharacter)
 	{
-		InsertTextAtCursor(FString::Chr(Character));
+		InsertAndRemember(FString::Chr(Character),
+			FChar::IsWhitespace(Character) ? FTextHistory::EChange::Whole : FTextHistory::EChange::Letter);
 	}
 	return FReply::Handled();
 }
@@ -271,7 +316,7 @@ FTextLocation SMultiLineEditableText::GetLocationLinesAway(int32 NumLines) const
 	}
 	const FWrappedText::FLine& Target = ShownLines[Wanted];
 	const float X = GetCursorX(ShownLines[Current], Cursor.GetOffset());
-	const FStringView Text = FStringView(Lines[Target.ParagraphIndex]).Mid(Target.Begin, Target.Length);
+	const FStringView Text = FStringView(GetShownLines()[Target.ParagraphIndex]).Mid(Target.Begin, Target.Length);
 	const TSharedRef<FSlateFontMeasure> Measure = FSlateApplication::Get().GetRenderer()->GetFontMeasureService();
 	return FTextLocation(Target.ParagraphIndex, Target.Begin + Measure->FindCharacterIndexAtOffset(Text, GetFont(), X));
 }
@@ -279,12 +324,12 @@ FTextLocation SMultiLineEditableText::GetLocationLinesAway(int32 NumLines) const
 FTextLocation SMultiLineEditableText::GetLocationAt(const FGeometry& MyGeometry, const FPointerEvent& MouseEvent) const
 {
 	const FVector2D Position = FVector2D(MyGeometry.AbsoluteToLocal(MouseEvent.GetScreenSpacePosition())) -
-							   Margin.Get().GetTopLeft() + FVector2D(0.0, ScrollOffset);
+							   Margin.Get().GetTopLeft() + FVector2D(SidewaysOffset, ScrollOffset);
 	const TArray<FWrappedText::FLine>& ShownLines = GetLayout().GetLines();
 	const int32 LineIndex = static_cast<int32>(
 		FMath::Clamp(Position.Y / GetLayout().GetLineHeight(), 0.0, static_cast<double>(ShownLines.Num() - 1)));
 	const FWrappedText::FLine& Line = ShownLines[LineIndex];
-	const FStringView Text = FStringView(Lines[Line.ParagraphIndex]).Mid(Line.Begin, Line.Length);
+	const FStringView Text = FStringView(GetShownLines()[Line.ParagraphIndex]).Mid(Line.Begin, Line.Length);
 	const TSharedRef<FSlateFontMeasure> Measure = FSlateApplication::Get().GetRenderer()->GetFontMeasureService();
 	return FTextLocation(Line.ParagraphIndex,
 		Line.Begin + Measure->FindCharacterIndexAtOffset(Text, GetFont(), static_cast<float>(Position.X)));
@@ -296,8 +341,65 @@ FReply SMultiLineEditableText::OnMouseButtonDown(const FGeometry& MyGeometry, co
 	{
 		return FReply::Unhandled();
 	}
-	MoveCursor(GetLocationAt(MyGeometry, MouseEvent), MouseEvent.IsShiftDown());
+	const FTextLocation Location = GetLocationAt(MyGeometry, MouseEvent);
+	const double SinceDoubleClick = FSlateApplication::Get().GetCurrentTime() - DoubleClickTime;
+	if (DoubleClickTime > 0.0 && SinceDoubleClick < EditableTextKeys::TripleClickSeconds &&
+		Location.GetLineIndex() == DoubleClickLocation.GetLineIndex())
+	{
+		SelectLineAt(Location);
+		return FReply::Handled();
+	}
+	MoveCursor(Location, MouseEvent.IsShiftDown());
 	return FReply::Handled().CaptureMouse(AsShared()).SetUserFocus(AsShared(), EFocusCause::Mouse);
+}
+
+FReply SMultiLineEditableText::OnMouseButtonDoubleClick(
+	const FGeometry& InMyGeometry, const FPointerEvent& InMouseEvent)
+{
+	if (InMouseEvent.GetEffectingButton() != EKeys::LeftMouseButton)
+	{
+		return FReply::Unhandled();
+	}
+	DoubleClickTime = FSlateApplication::Get().GetCurrentTime();
+	DoubleClickLocation = GetLocationAt(InMyGeometry, InMouseEvent);
+	SelectWordAt(DoubleClickLocation);
+	return FReply::Handled().SetUserFocus(AsShared(), EFocusCause::Mouse);
+}
+
+void SMultiLineEditableText::SelectWordAt(const FTextLocation& Location)
+{
+	const FString& Line = Lines[Location.GetLineIndex()];
+	// All of a password is one word: where the others end is nobody's business.
+	const auto KindAt = [&Line, this](int32 Offset) {
+		const TCHAR Character = Line[Offset];
+		return IsPassword() || FChar::IsAlnum(Character) || Character == TEXT('_') ? EditableTextKeys::ECharacter::Word
+			   : FChar::IsWhitespace(Character)                                    ? EditableTextKeys::ECharacter::Space
+																				   : EditableTextKeys::ECharacter::Sign;
+	};
+	if (Line.IsEmpty())
+	{
+		return MoveCursor(Location, false);
+	}
+	int32 Begin = FMath::Min(Location.GetOffset(), Line.Len() - 1);
+	int32 End = Begin + 1;
+	const EditableTextKeys::ECharacter Kind = KindAt(Begin);
+	while (Begin > 0 && KindAt(Begin - 1) == Kind)
+	{
+		--Begin;
+	}
+	while (End < Line.Len() && KindAt(End) == Kind)
+	{
+		++End;
+	}
+	MoveCursor(FTextLocation(Location.GetLineIndex(), Begin), false);
+	MoveCursor(FTextLocation(Location.GetLineIndex(), End), true);
+}
+
+void SMultiLineEditableText::SelectLineAt(const FTextLocation& Location)
+{
+	const int32 LineIndex = Location.GetLineIndex();
+	MoveCursor(FTextLocation(LineIndex, 0), false);
+	MoveCursor(FTextLocation(LineIndex, Lines[LineIndex].Len()), true);
 }
 
 FReply SMultiLineEditableText::OnMouseMove(const FGeometry& MyGeometry, const FPointerEvent& MouseEvent)

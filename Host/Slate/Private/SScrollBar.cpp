@@ -47,6 +47,11 @@ FReply SScrollBar::OnMouseButtonUp(const FGeometry& MyGeometry, const FPointerEv
 	return HasMouseCapture() ? FReply::Handled().ReleaseMouseCapture() : FReply::Unhandled();
 }
 
+FReply SScrollBar::OnMouseButtonDoubleClick(const FGeometry& InMyGeometry, const FPointerEvent& InMouseEvent)
+{
+	return OnMouseButtonDown(InMyGeometry, InMouseEvent);
+}
+
 FReply SScrollBar::OnMouseMove(const FGeometry& MyGeometry, const FPointerEvent& MouseEvent)
 {
 	if (!HasMouseCapture())

@@ -2,6 +2,8 @@
 
 #include "Framework/Application/SlateApplication.h"
 #include "Widgets/Input/SButton.h"
+#include "Widgets/Input/SCheckBox.h"
+#include "Widgets/Input/SComboButton.h"
 #include "Widgets/Text/SMultiLineEditableText.h"
 
 void FSlateAccessibleButton::Activate()
@@ -19,11 +21,49 @@ void FSlateAccessibleButton::Activate()
 	FSlateApplication::Get().ProcessExternalReply(Button, Button->ExecuteOnClick());
 }
 
+void FSlateAccessibleCheckBox::Activate()
+{
+	const TSharedPtr<SWidget> Pinned = Widget.Pin();
+	if (Pinned.IsValid() && IsEnabled() && !IsHidden())
+	{
+		StaticCastSharedPtr<SCheckBox>(Pinned)->ToggleCheckedState();
+	}
+}
+
+FString FSlateAccessibleCheckBox::GetValue() const
+{
+	const TSharedPtr<SCheckBox> CheckBox = StaticCastSharedPtr<SCheckBox>(Widget.Pin());
+	if (!CheckBox.IsValid() || CheckBox->GetCheckedState() == ECheckBoxState::Undetermined)
+	{
+		return FString();
+	}
+	return CheckBox->IsChecked() ? TEXT("true") : TEXT("false");
+}
+
+void FSlateAccessibleComboButton::Activate()
+{
+	const TSharedPtr<SWidget> Pinned = Widget.Pin();
+	if (Pinned.IsValid() && IsEnabled() && !IsHidden())
+	{
+		StaticCastSharedPtr<SComboButton>(Pinned)->OnButtonClicked();
+	}
+}
+
+FString FSlateAccessibleComboButton::GetText() const
+{
+	const TSharedPtr<SComboButton> Button = StaticCastSharedPtr<SComboButton>(Widget.Pin());
+	return Button.IsValid() ? Button->ShownContent->GetAccessibleSummary().ToString() : FString();
+}
+
 FString FSlateAccessibleMultiLineEditableText::GetText() const
 {
 	const TSharedPtr<SWidget> Pinned = Widget.Pin();
-	return Pinned.IsValid() ? StaticCastSharedPtr<SMultiLineEditableText>(Pinned)->GetPlainText().ToString()
-							: FString();
+	if (!Pinned.IsValid())
+	{
+		return FString();
+	}
+	const SMultiLineEditableText& Text = *StaticCastSharedPtr<SMultiLineEditableText>(Pinned);
+	return FString::Join(Text.GetShownLines(), LINE_TERMINATOR);
 }
 
 bool FSlateAccessibleMultiLineEditableText::IsReadOnly() const

@@ -2,9 +2,12 @@
 
 #include "Framework/Docking/TabManager.h"
 #include "HAL/PlatformTime.h"
+#include "MenuStack.h"
 #include "Modules/ModuleManager.h"
 #include "Rendering/DrawElements.h"
 #include "Rendering/SlateNullRenderer.h"
+#include "Styling/AppStyle.h"
+#include "ToolTipPresenter.h"
 
 #include <limits>
 
@@ -17,6 +20,8 @@ constexpr double Never = std::numeric_limits<double>::infinity();
 
 FSlateApplication::FSlateApplication(const TSharedRef<GenericApplication>& InPlatformApplication)
 	: PlatformApplication(InPlatformApplication)
+	, MenuStack(MakeUnique<FMenuStack>())
+	, ToolTips(MakeUnique<FToolTipPresenter>())
 	, NextTimerTime(SlateApplication::Never)
 {
 	CurrentTime = FPlatformTime::Seconds();
@@ -54,6 +59,8 @@ void FSlateApplication::Shutdown()
 {
 	if (IsInitialized())
 	{
+		Get().DismissAllMenus();
+		Get().ToolTips->Dismiss();
 		// Widgets may ask for the application while they are destroyed.
 		const TArray<TSharedRef<SWindow>> Closed = MoveTemp(Get().Windows);
 		Get().Windows.Empty();
@@ -113,6 +120,8 @@ void FSlateApplication::TickWidgets()
 	}
 	SWidget::UpdateAllBoundAttributes(Roots);
 	KeepFocusOnShownWidget();
+	const bool bFocusedByKeys = FocusCause == EFocusCause::Navigation;
+	ToolTips->Tick(HoverPath, bFocusedByKeys ? GetKeyboardFocusedWidget() : nullptr, PointerPosition);
 	NextTimerTime = SlateApplication::Never;
 	for (const TSharedRef<SWindow>& Window : ShownWindows)
 	{
@@ -130,8 +139,33 @@ void FSlateApplication::DrawWindow(const TSharedRef<SWindow>& Window)
 	const FGeometry Geometry = Window->GetWindowGeometryInScreen();
 	const FPaintArgs Args(CurrentTime, GetDeltaTime(), &NextTimerTime);
 	FSlateWindowElementList DrawElements;
-	Window->Paint(Args, Geometry, Geometry.GetLayoutBoundingRect(), DrawElements, 0, FWidgetStyle(), true);
+	const int32 TopLayer =
+		Window->Paint(Args, Geometry, Geometry.GetLayoutBoundingRect(), DrawElements, 0, FWidgetStyle(), true);
+	PaintFocusRectangle(Window, DrawElements, TopLayer + 1);
 	Renderer->DrawWindow(Window, DrawElements);
+}
+
+void FSlateApplication::PaintFocusRectangle(
+	const TSharedRef<SWindow>& Window, FSlateWindowElementList& OutDrawElements, int32 LayerId)
+{
+	const TSharedPtr<SWidget> Focused = GetKeyboardFocusedWidget();
+	// With the mouse one knows where one is.
+	if (FocusCause != EFocusCause::Navigation || FindPathTo(Focused).Num() == 0 ||
+		FindWidgetWindow(Focused.ToSharedRef()) != Window)
+	{
+		return;
+	}
+	FSlateRect Clip = Window->GetWindowGeometryInScreen().GetLayoutBoundingRect();
+	for (TSharedPtr<SWidget> Parent = Focused->GetParentWidget(); Parent.IsValid(); Parent = Parent->GetParentWidget())
+	{
+		if (Parent->GetClipping() == EWidgetClipping::ClipToBounds)
+		{
+			Clip = Clip.IntersectionWith(Parent->GetCachedGeometry().GetLayoutBoundingRect());
+		}
+	}
+	const FSlateBrush* const Brush = FAppStyle::GetBrush("FocusRectangle");
+	FSlateDrawElement::MakeBox(
+		OutDrawElements, LayerId, Focused->GetCachedGeometry(), Clip, Brush, Brush->GetTint(FWidgetStyle()));
 }
 
 TOptional<double> FSlateApplication::GetNextTimerTime() const
@@ -285,4 +319,19 @@ EMouseCursor::Type FSlateApplication::GetCursorUnderPointer() const
 		}
 	}
 	return EMouseCursor::Default;
+}
+
+void FSlateApplication::DismissAllMenus()
+{
+	MenuStack->DismissAll();
+}
+
+void FSlateApplication::DismissMenuByWidget(const TSharedRef<SWidget>& InWidgetInMenu)
+{
+	MenuStack->DismissContaining(InWidgetInMenu);
+}
+
+bool FSlateApplication::AnyMenusVisible() const
+{
+	return MenuStack->HasMenus();
 }

@@ -1,5 +1,8 @@
 #include "Framework/Application/SlateApplication.h"
 
+#include "MenuStack.h"
+#include "ToolTipPresenter.h"
+
 namespace SlateApplicationInput
 {
 
@@ -32,6 +35,17 @@ static bool HitTest(const FArrangedWidget& Arranged, const FVector2D& Position, 
 	return false;
 }
 
+static void CollectFocusable(const TSharedRef<SWidget>& Widget, TArray<TSharedRef<SWidget>>& OutWidgets);
+
+static void CollectFocusableBelow(const TSharedRef<SWidget>& Widget, TArray<TSharedRef<SWidget>>& OutWidgets)
+{
+	FChildren& Children = *Widget->GetChildren();
+	for (int32 Index = 0; Index < Children.Num(); ++Index)
+	{
+		CollectFocusable(Children.GetChildAt(Index), OutWidgets);
+	}
+}
+
 static void CollectFocusable(const TSharedRef<SWidget>& Widget, TArray<TSharedRef<SWidget>>& OutWidgets)
 {
 	if (!Widget->GetVisibility().IsVisible() || !Widget->IsEnabled())
@@ -42,11 +56,12 @@ static void CollectFocusable(const TSharedRef<SWidget>& Widget, TArray<TSharedRe
 	{
 		OutWidgets.Add(Widget);
 	}
-	FChildren& Children = *Widget->GetChildren();
-	for (int32 Index = 0; Index < Children.Num(); ++Index)
-	{
-		CollectFocusable(Children.GetChildAt(Index), OutWidgets);
-	}
+	CollectFocusableBelow(Widget, OutWidgets);
+}
+
+static bool CallHandler(const FOnKeyEvent& Handler, const FKeyEvent& Event)
+{
+	return Handler.IsBound() && Handler.Execute(Event).IsEventHandled();
 }
 
 }
@@ -87,6 +102,7 @@ FReply FSlateApplication::RouteUpwards(const FSlateWidgetPath& Path, const TFunc
 
 bool FSlateApplication::ProcessKeyDownEvent(const FKeyEvent& InKeyEvent)
 {
+	ToolTips->Dismiss();
 	const FSlateWidgetPath Path = GetFocusPath();
 	for (const TSharedRef<SWidget>& Widget : Path)
 	{
@@ -101,16 +117,16 @@ bool FSlateApplication::ProcessKeyDownEvent(const FKeyEvent& InKeyEvent)
 			return true;
 		}
 	}
-	return RouteUpwards(Path, [&InKeyEvent](SWidget& Widget) {
-		return Widget.OnKeyDown(Widget.GetCachedGeometry(), InKeyEvent);
-	}).IsEventHandled();
+	const FReply Reply = RouteUpwards(
+		Path, [&InKeyEvent](SWidget& Widget) { return Widget.OnKeyDown(Widget.GetCachedGeometry(), InKeyEvent); });
+	return Reply.IsEventHandled() || SlateApplicationInput::CallHandler(UnhandledKeyDownHandler, InKeyEvent);
 }
 
 bool FSlateApplication::ProcessKeyUpEvent(const FKeyEvent& InKeyEvent)
 {
-	return RouteUpwards(GetFocusPath(), [&InKeyEvent](SWidget& Widget) {
-		return Widget.OnKeyUp(Widget.GetCachedGeometry(), InKeyEvent);
-	}).IsEventHandled();
+	const FReply Reply = RouteUpwards(GetFocusPath(),
+		[&InKeyEvent](SWidget& Widget) { return Widget.OnKeyUp(Widget.GetCachedGeometry(), InKeyEvent); });
+	return Reply.IsEventHandled() || SlateApplicationInput::CallHandler(UnhandledKeyUpHandler, InKeyEvent);
 }
 
 bool FSlateApplication::ProcessKeyCharEvent(const FCharacterEvent& InCharacterEvent)
@@ -140,11 +156,29 @@ FReply FSlateApplication::RoutePointerEvent(const FPointerEvent& Event, const TF
 bool FSlateApplication::ProcessMouseButtonDownEvent(
 	const TSharedPtr<FGenericWindow>& PlatformWindow, const FPointerEvent& InMouseEvent)
 {
-	const TSharedPtr<SWidget> FocusedBefore = GetKeyboardFocusedWidget();
-	const FSlateWidgetPath Path = LocateWidgetsUnder(InMouseEvent.GetScreenSpacePosition());
-	const FReply Reply = RoutePointerEvent(InMouseEvent, [&InMouseEvent](SWidget& Widget) {
+	return RouteButtonDown(InMouseEvent, [&InMouseEvent](SWidget& Widget) {
 		return Widget.OnMouseButtonDown(Widget.GetCachedGeometry(), InMouseEvent);
 	});
+}
+
+bool FSlateApplication::ProcessMouseButtonDoubleClickEvent(
+	const TSharedPtr<FGenericWindow>& InPlatformWindow, const FPointerEvent& InMouseEvent)
+{
+	return RouteButtonDown(InMouseEvent, [&InMouseEvent](SWidget& Widget) {
+		return Widget.OnMouseButtonDoubleClick(Widget.GetCachedGeometry(), InMouseEvent);
+	});
+}
+
+bool FSlateApplication::RouteButtonDown(const FPointerEvent& InMouseEvent, const TFunction<FReply(SWidget&)>& SendTo)
+{
+	ToolTips->Dismiss();
+	if (!MouseCaptor.IsValid())
+	{
+		MenuStack->OnPointerDown(LocateWidgetsUnder(InMouseEvent.GetScreenSpacePosition()));
+	}
+	const TSharedPtr<SWidget> FocusedBefore = GetKeyboardFocusedWidget();
+	const FSlateWidgetPath Path = LocateWidgetsUnder(InMouseEvent.GetScreenSpacePosition());
+	const FReply Reply = RoutePointerEvent(InMouseEvent, SendTo);
 	const bool bFocusWasMoved = Reply.GetUserFocusRecepient().IsValid() || Reply.ShouldReleaseUserFocus() ||
 								GetKeyboardFocusedWidget() != FocusedBefore;
 	if (!bFocusWasMoved)
@@ -177,6 +211,7 @@ bool FSlateApplication::ProcessMouseButtonUpEvent(const FPointerEvent& InMouseEv
 
 bool FSlateApplication::ProcessMouseMoveEvent(const FPointerEvent& InMouseEvent, bool bIsSynthetic)
 {
+	PointerPosition = InMouseEvent.GetScreenSpacePosition();
 	HoverPath = TArray<TWeakPtr<SWidget>>(LocateWidgetsUnder(InMouseEvent.GetScreenSpacePosition()));
 	return RoutePointerEvent(InMouseEvent, [&InMouseEvent](SWidget& Widget) {
 		return Widget.OnMouseMove(Widget.GetCachedGeometry(), InMouseEvent);
@@ -220,6 +255,14 @@ void FSlateApplication::ProcessExternalReply(const TSharedRef<SWidget>& Widget, 
 	ProcessReply(Reply);
 }
 
+/** Inside a menu the focus stays there; elsewhere it does not go into one. */
+TSharedRef<SWidget> FSlateApplication::FindNavigationRoot(
+	const TSharedRef<SWidget>& Focused, const TSharedRef<SWindow>& Window)
+{
+	const TSharedPtr<SWidget> Menu = MenuStack->FindMenuIn(FindPathTo(Focused));
+	return Menu.IsValid() ? Menu.ToSharedRef() : Window;
+}
+
 void FSlateApplication::Navigate(EUINavigation Direction)
 {
 	const TSharedPtr<SWidget> Current = GetKeyboardFocusedWidget();
@@ -229,13 +272,16 @@ void FSlateApplication::Navigate(EUINavigation Direction)
 		return;
 	}
 	TArray<TSharedRef<SWidget>> Focusable;
-	SlateApplicationInput::CollectFocusable(Window.ToSharedRef(), Focusable);
+	SlateApplicationInput::CollectFocusableBelow(
+		FindNavigationRoot(Current.ToSharedRef(), Window.ToSharedRef()), Focusable);
 	const int32 Index = Focusable.IndexOfByKey(Current.ToSharedRef());
 	if (Focusable.Num() == 0)
 	{
 		return;
 	}
-	const int32 Step = Direction == EUINavigation::Next ? 1 : Focusable.Num() - 1;
-	const int32 NewIndex = Index == INDEX_NONE ? 0 : (Index + Step) % Focusable.Num();
+	const bool bNext = Direction == EUINavigation::Next;
+	const int32 Step = bNext ? 1 : Focusable.Num() - 1;
+	const int32 FirstIndex = bNext ? 0 : Focusable.Num() - 1;
+	const int32 NewIndex = Index == INDEX_NONE ? FirstIndex : (Index + Step) % Focusable.Num();
 	SetKeyboardFocus(Focusable[NewIndex], EFocusCause::Navigation);
 }

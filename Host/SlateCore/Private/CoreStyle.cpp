@@ -15,6 +15,8 @@ constexpr float NormalTextPoints = 9.0f;
 constexpr float LargeTextPoints = 11.0f;
 constexpr float CornerRadius = 4.0f;
 
+static const FColor Accent(0, 112, 224);
+
 static FLinearColor Gray(uint8 Level)
 {
 	return FLinearColor(FColor(Level, Level, Level));
@@ -27,7 +29,18 @@ static void SetBrushes(FSlateStyleSet& Style)
 	Style.Set("NoBrush", new FSlateNoResource());
 	Style.Set("Border", new FSlateRoundedBoxBrush(Gray(47), CornerRadius));
 	Style.Set("ToolPanel.GroupBorder", new FSlateColorBrush(Gray(36)));
-	Style.Set("Menu.Background", new FSlateRoundedBoxBrush(Gray(56), CornerRadius));
+	Style.Set("Menu.Background", new FSlateRoundedBoxBrush(Gray(56), CornerRadius, Gray(90), 1.0f));
+	Style.Set("ToolTip.Background", new FSlateRoundedBoxBrush(Gray(26), CornerRadius, Gray(110), 1.0f));
+	Style.Set("FocusRectangle", new FSlateRoundedBoxBrush(FLinearColor(Accent).CopyWithNewOpacity(0.1f), CornerRadius,
+									FLinearColor(Accent), 1.5f));
+	Style.Set("TextBox.Background.Normal", new FSlateRoundedBoxBrush(Gray(15), CornerRadius, Gray(56), 1.0f));
+	Style.Set("TextBox.Background.Hovered", new FSlateRoundedBoxBrush(Gray(15), CornerRadius, Gray(110), 1.0f));
+	Style.Set(
+		"TextBox.Background.Focused", new FSlateRoundedBoxBrush(Gray(15), CornerRadius, FLinearColor(Accent), 1.0f));
+	Style.Set("TextBox.Background.ReadOnly", new FSlateRoundedBoxBrush(Gray(36), CornerRadius, Gray(56), 1.0f));
+	Style.Set("CheckBox.Unchecked", new FSlateRoundedBoxBrush(Gray(15), CornerRadius, Gray(90), 1.0f));
+	Style.Set("CheckBox.Hovered", new FSlateRoundedBoxBrush(Gray(26), CornerRadius, Gray(150), 1.0f));
+	Style.Set("CheckBox.Checked", new FSlateRoundedBoxBrush(FLinearColor(Accent), CornerRadius));
 	Style.Set("Brushes.Panel", new FSlateColorBrush(Gray(36)));
 	Style.Set("Brushes.Recessed", new FSlateColorBrush(Gray(26)));
 	Style.Set("Brushes.Header", new FSlateColorBrush(Gray(47)));
@@ -64,11 +77,16 @@ static FButtonStyle MakeButton(const FLinearColor& Normal, const FLinearColor& H
 static void SetButtonStyles(FSlateStyleSet& Style)
 {
 	Style.Set("Button", MakeButton(Gray(56), Gray(87), Gray(36)));
-	Style.Set("PrimaryButton", MakeButton(FColor(0, 112, 224), FColor(14, 134, 255), FColor(0, 80, 160)));
+	Style.Set("PrimaryButton", MakeButton(Accent, FColor(14, 134, 255), FColor(0, 80, 160)));
 	Style.Set("SimpleButton", MakeButton(FLinearColor::Transparent, Gray(56), Gray(36))
 								  .SetDisabled(FSlateNoResource())
 								  .SetNormalPadding(FMargin(4.0f, 2.0f))
 								  .SetPressedPadding(FMargin(4.0f, 2.0f)));
+	// A line of a menu: what the pointer or the keyboard has chosen stands out.
+	Style.Set("Menu.Button", MakeButton(FLinearColor::Transparent, Accent, FColor(0, 80, 160))
+								 .SetDisabled(FSlateNoResource())
+								 .SetNormalPadding(FMargin(4.0f, 2.0f))
+								 .SetPressedPadding(FMargin(4.0f, 2.0f)));
 	Style.Set("ScrollBar", FScrollBarStyle()
 							   .SetNormalThumbImage(FSlateRoundedBoxBrush(Gray(87), CornerRadius))
 							   .SetHoveredThumbImage(FSlateRoundedBoxBrush(Gray(128), CornerRadius)));

@@ -7,6 +7,19 @@ void SOverlay::Construct(const FArguments& InArgs)
 	Children.AddSlots(MoveTemp(const_cast<TArray<FOverlaySlot::FSlotArguments>&>(InArgs._Slots)));
 }
 
+SOverlay::FScopedWidgetSlotArguments SOverlay::AddSlot(int32 ZOrder)
+{
+	const int32 Foremost = Children.Num() > 0 ? Children[Children.Num() - 1].ZOrder : 0;
+	TUniquePtr<FOverlaySlot> NewSlot = MakeUnique<FOverlaySlot>();
+	NewSlot->ZOrder = ZOrder == INDEX_NONE ? Foremost + 1 : ZOrder;
+	int32 Index = Children.Num();
+	while (Index > 0 && Children[Index - 1].ZOrder > NewSlot->ZOrder)
+	{
+		--Index;
+	}
+	return FScopedWidgetSlotArguments(MoveTemp(NewSlot), Children, Index);
+}
+
 FVector2D SOverlay::ComputeDesiredSize(float LayoutScaleMultiplier) const
 {
 	FVector2D Largest(0.0, 0.0);

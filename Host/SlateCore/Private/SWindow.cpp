@@ -7,12 +7,37 @@ void SWindow::Construct(const FArguments& InArgs)
 	Title = InArgs._Title;
 	ScreenPosition = InArgs._ScreenPosition;
 	ClientSize = InArgs._ClientSize;
-	ChildSlot[InArgs._Content.Widget];
+	bIsAutoCentered = InArgs._AutoCenter != EAutoCenter::None;
+	// clang-format off
+	ChildSlot
+	[
+		SAssignNew(Overlay, SOverlay)
+		+ SOverlay::Slot().Expose(ContentSlot)
+		[
+			InArgs._Content.Widget
+		]
+	];
+	// clang-format on
 }
 
 void SWindow::SetContent(TSharedRef<SWidget> InContent)
 {
-	ChildSlot[InContent];
+	ContentSlot->AttachWidget(InContent);
+}
+
+TSharedRef<SWidget> SWindow::GetContent() const
+{
+	return ContentSlot->GetWidget();
+}
+
+SOverlay::FScopedWidgetSlotArguments SWindow::AddOverlaySlot(const int32 ZOrder)
+{
+	return Overlay->AddSlot(ZOrder);
+}
+
+void SWindow::RemoveOverlaySlot(const TSharedRef<SWidget>& InContent)
+{
+	Overlay->RemoveSlot(InContent);
 }
 
 void SWindow::Resize(const FVector2D& NewClientSize)

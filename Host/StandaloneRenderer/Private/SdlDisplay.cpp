@@ -11,6 +11,9 @@ DEFINE_LOG_CATEGORY_STATIC(LogDisplay, Log, All);
 namespace SdlDisplay
 {
 constexpr int32 MillisecondsPerSecond = 1000;
+// Of a window's upper edge, in pixels, that has to be on a screen for the window to count as seen.
+constexpr int GrabWidth = 100;
+constexpr int GrabHeight = 30;
 
 /** What the pointer looks like over a widget, as SDL names it. */
 SDL_SystemCursor ToSdl(EMouseCursor::Type Cursor)
@@ -55,10 +58,9 @@ public:
 class FSdlWindow final : public IPaintedWindow
 {
 public:
-	explicit FSdlWindow(const SWindow& Window)
-		: Handle(SDL_CreateWindow(TCHAR_TO_UTF8(*Window.GetTitle().ToString()), SDL_WINDOWPOS_CENTERED,
-			  SDL_WINDOWPOS_CENTERED, static_cast<int>(Window.GetClientSizeInScreen().X),
-			  static_cast<int>(Window.GetClientSizeInScreen().Y), SDL_WINDOW_RESIZABLE | SDL_WINDOW_ALLOW_HIGHDPI))
+	FSdlWindow(const SWindow& Window, const SDL_Rect& Place)
+		: Handle(SDL_CreateWindow(TCHAR_TO_UTF8(*Window.GetTitle().ToString()), Place.x, Place.y, Place.w, Place.h,
+			  SDL_WINDOW_RESIZABLE | SDL_WINDOW_ALLOW_HIGHDPI))
 	{
 	}
 	~FSdlWindow() override
@@ -75,6 +77,14 @@ public:
 		int Height = 0;
 		SDL_GetWindowSize(Handle, &Width, &Height);
 		return FVector2D(Width, Height);
+	}
+
+	FVector2D GetPosition() const
+	{
+		int X = 0;
+		int Y = 0;
+		SDL_GetWindowPosition(Handle, &X, &Y);
+		return FVector2D(X, Y);
 	}
 
 	cairo_surface_t* LockSurface() override
@@ -158,13 +168,44 @@ private:
 		return nullptr;
 	}
 
+	/** Where a window wants to be; or the middle of the screen, if it wants that or would not be seen there. */
+	static SDL_Rect FindPlace(const SWindow& Window)
+	{
+		SDL_Rect Place{ static_cast<int>(Window.GetPositionInScreen().X),
+			static_cast<int>(Window.GetPositionInScreen().Y), static_cast<int>(Window.GetClientSizeInScreen().X),
+			static_cast<int>(Window.GetClientSizeInScreen().Y) };
+		bool bIsSeen = false;
+		for (int Index = 0; Index < SDL_GetNumVideoDisplays() && !Window.IsAutoCentered(); ++Index)
+		{
+			// What the mouse can take hold of.
+			const SDL_Rect Handle{ Place.x, Place.y, Place.w, GrabHeight };
+			SDL_Rect Screen{ 0, 0, 0, 0 };
+			SDL_Rect Common{ 0, 0, 0, 0 };
+			SDL_GetDisplayUsableBounds(Index, &Screen);
+			bIsSeen |= SDL_IntersectRect(&Handle, &Screen, &Common) && Common.w >= GrabWidth && Common.h == GrabHeight;
+		}
+		if (!bIsSeen)
+		{
+			SDL_Rect Screen{ 0, 0, Place.w, Place.h };
+			SDL_GetDisplayUsableBounds(0, &Screen);
+			Place.w = FMath::Min(Place.w, Screen.w);
+			Place.h = FMath::Min(Place.h, Screen.h);
+			Place.x = Screen.x + (Screen.w - Place.w) / 2;
+			Place.y = Screen.y + (Screen.h - Place.h) / 2;
+		}
+		return Place;
+	}
+
 	static void OpenWindows()
 	{
 		for (const TSharedRef<SWindow>& Window : FSlateApplication::Get().GetTopLevelWindows())
 		{
 			if (!Window->GetNativeWindow())
 			{
-				Window->SetNativeWindow(MakeShared<FSdlWindow>(Window.Get()));
+				const TSharedRef<FSdlWindow> Native = MakeShared<FSdlWindow>(Window.Get(), FindPlace(Window.Get()));
+				Window->SetNativeWindow(Native);
+				Window->Resize(Native->GetSize());
+				Window->MoveWindowTo(Native->GetPosition());
 			}
 		}
 	}
@@ -205,6 +246,13 @@ private:
 		case SDL_WINDOWEVENT_SIZE_CHANGED:
 			Window->Resize(Native.GetSize());
 			Native.Shown.Empty();
+			break;
+		case SDL_WINDOWEVENT_MOVED:
+			Window->MoveWindowTo(Native.GetPosition());
+			Native.Shown.Empty();
+			break;
+		case SDL_WINDOWEVENT_FOCUS_LOST:
+			FSlateApplication::Get().DismissAllMenus();
 			break;
 		case SDL_WINDOWEVENT_EXPOSED:
 			Native.Shown.Empty();

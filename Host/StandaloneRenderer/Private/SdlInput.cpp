@@ -28,6 +28,11 @@ const FKeyName KeyNames[] = {
 	{ SDLK_DOWN, EKeys::Down },
 	{ SDLK_INSERT, EKeys::Insert },
 	{ SDLK_DELETE, EKeys::Delete },
+	{ SDLK_COMMA, EKeys::Comma },
+	{ SDLK_PERIOD, EKeys::Period },
+	{ SDLK_MINUS, EKeys::Hyphen },
+	{ SDLK_SEMICOLON, EKeys::Semicolon },
+	{ SDLK_SLASH, EKeys::Slash },
 	{ SDLK_LSHIFT, EKeys::LeftShift },
 	{ SDLK_RSHIFT, EKeys::RightShift },
 	{ SDLK_LCTRL, EKeys::LeftControl },
@@ -178,7 +183,14 @@ void FSdlInput::HandleButton(
 	const FPointerEvent PointerEvent(0, Position, LastPosition, PressedButtons, Button, 0.0f, GetModifierKeys());
 	LastPosition = Position;
 	FSlateApplication& Slate = FSlateApplication::Get();
-	bDown ? Slate.ProcessMouseButtonDownEvent(Window, PointerEvent) : Slate.ProcessMouseButtonUpEvent(PointerEvent);
+	constexpr uint8 DoubleClick = 2;
+	if (!bDown)
+	{
+		Slate.ProcessMouseButtonUpEvent(PointerEvent);
+		return;
+	}
+	Event.clicks == DoubleClick ? Slate.ProcessMouseButtonDoubleClickEvent(Window, PointerEvent)
+								: Slate.ProcessMouseButtonDownEvent(Window, PointerEvent);
 }
 
 void FSdlInput::HandleMotion(const SDL_MouseMotionEvent& Event, const FVector2D& WindowPosition)

@@ -45,3 +45,16 @@ FToolMenuEntry& UToolMenu::AddMenuEntry(const FName SectionName, const FToolMenu
 {
 	return FindOrAddSection(SectionName).AddEntry(Args);
 }
+
+UToolMenu* UToolMenu::AddSubMenu(const FToolMenuOwner InOwner, const FName SectionName, const FName InName,
+	const TAttribute<FText>& InLabel, const TAttribute<FText>& InToolTip)
+{
+	FToolMenuEntry Entry(InOwner, InName, EMultiBlockType::MenuEntry);
+	Entry.Label = InLabel;
+	Entry.ToolTip = InToolTip;
+	Entry.bIsSubMenu = true;
+	FindOrAddSection(SectionName).AddEntry(Entry);
+	UToolMenu* const Menu = UToolMenus::Get()->ExtendMenu(UToolMenus::JoinMenuPaths(MenuName, InName));
+	Menu->bRegistered = true;
+	return Menu;
+}

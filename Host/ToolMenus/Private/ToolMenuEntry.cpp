@@ -65,6 +65,11 @@ FToolMenuEntry FToolMenuEntry::InitSeparator(const FName InName)
 	return FToolMenuEntry(FToolMenuOwner(), InName, EMultiBlockType::Separator);
 }
 
+FText FToolMenuEntry::GetInputText() const
+{
+	return Command.IsValid() ? Command->GetInputText() : FText::GetEmpty();
+}
+
 const FUIAction* FToolMenuEntry::GetAction() const
 {
 	if (Command.IsValid())

@@ -254,6 +254,11 @@ TArray<FToolMenuSection> UToolMenus::CollectSections(const FName Name) const
 	return All;
 }
 
+FName UToolMenus::JoinMenuPaths(const FName Base, const FName Child)
+{
+	return FName(*(Base.ToString() + TEXT(".") + Child.ToString()));
+}
+
 TSharedRef<SWidget> UToolMenus::GenerateWidget(const FName Name, const FToolMenuContext& InMenuContext)
 {
 	return SNew(SToolMenuWidget).MenuName(Name);

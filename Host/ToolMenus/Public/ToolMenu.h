@@ -31,6 +31,13 @@ public:
 	void RemoveSection(const FName SectionName);
 	/** In a section that is made if need be. */
 	FToolMenuEntry& AddMenuEntry(const FName SectionName, const FToolMenuEntry& Args);
+	/**
+	 * An entry in a section that is made if need be, and the menu that it opens: "<MenuName>.<InName>".
+	 *
+	 * @return the menu, which may have been extended before
+	 */
+	UToolMenu* AddSubMenu(const FToolMenuOwner InOwner, const FName SectionName, const FName InName,
+		const TAttribute<FText>& InLabel, const TAttribute<FText>& InToolTip = TAttribute<FText>());
 	FName GetMenuName() const { return MenuName; }
 
 	FName MenuName;

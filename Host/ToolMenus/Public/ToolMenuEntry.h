@@ -46,6 +46,11 @@ struct FToolMenuEntry
 		FName InTutorialHighlightName = NAME_None);
 	static FToolMenuEntry InitSeparator(const FName InName);
 
+	/** Whether it opens the menu that is named as its own with ".<Name>" behind it. */
+	bool IsSubMenu() const { return bIsSubMenu; }
+	/** The keys that do the same, as text; empty without any. */
+	FText GetInputText() const;
+
 	/** Where the command's action is looked up. Without it an entry for a command is shown, but dead. */
 	void SetCommandList(const TSharedPtr<const FUICommandList>& InCommandList) { CommandList = InCommandList; }
 	/** Null when there is nothing to do. */
@@ -69,6 +74,8 @@ private:
 		const TAttribute<FSlateIcon>& InIconOverride, const FName InTutorialHighlightName,
 		const TOptional<FName>& InNameOverride);
 
+	friend class UToolMenu;
+	bool bIsSubMenu = false;
 	TSharedPtr<const FUICommandInfo> Command;
 	TSharedPtr<const FUICommandList> CommandList;
 };

@@ -56,7 +56,13 @@ public:
 
 	/** Has all widgets of menus made anew in the next frame. */
 	void RefreshAllWidgets() { ++Version; }
-	/** The menu as buttons: a column, or a row for toolbars and menu bars. It follows what is added and removed. */
+	/** "Base.Child" */
+	static FName JoinMenuPaths(const FName Base, const FName Child);
+	/**
+	 * The menu as buttons: a column, or a row for toolbars and menu bars. It follows what is added and removed.
+	 *
+	 * A menu bar's menus open at a press; while one is open, the pointer and the arrow keys go from one to the next.
+	 */
 	TSharedRef<SWidget> GenerateWidget(const FName Name, const FToolMenuContext& InMenuContext);
 
 	/** The owner of what is added now: that of the innermost FToolMenuOwnerScoped. */

@@ -180,6 +180,44 @@ TEST_F(FToolMenusTest, PutsEntriesWhereTheirPositionsSay)
 	EXPECT_EQ(Order, (TArray<FString>{ TEXT("Top"), TEXT("A"), TEXT("BeforeB"), TEXT("B") }));
 }
 
+TEST_F(FToolMenusTest, OpensTheMenusOfAMenuBarByMouseAndByKeys)
+{
+	FToolMenuOwnerScoped OwnerScoped(this);
+	FSlateApplication& App = FSlateApplication::Get();
+	UToolMenu* const Bar = UToolMenus::Get()->RegisterMenu("Test.Bar", NAME_None, EMultiBoxType::MenuBar, false);
+	Section(TEXT("Test.Bar.View"), TEXT("Early")).AddMenuEntryWithCommandList(FMenuCommands::Get().OpenWindow, List);
+	UToolMenu* const Edit = Bar->AddSubMenu(FToolMenuOwner(this), NAME_None, "Edit", INVTEXT("Edit"));
+	Bar->AddSubMenu(FToolMenuOwner(this), NAME_None, "View", INVTEXT("View"));
+	Edit->FindOrAddSection("Only").AddMenuEntry("Dead", INVTEXT("Dead"), FText(), FSlateIcon(), FToolUIActionChoice());
+	const TSharedRef<SWindow> Window = App.AddWindow(SNew(SWindow));
+	Window->SetContent(UToolMenus::Get()->GenerateWidget("Test.Bar", FToolMenuContext()));
+	App.Tick();
+	const TSharedRef<IAccessibleWidget> Root = FSlateAccessibleWidgetCache::GetAccessibleWidgetChecked(Window);
+	ASSERT_EQ(Root->GetNumberOfChildren(), 2);
+
+	Root->GetChildAt(1)->AsActivatable()->Activate();
+	App.Tick();
+	ASSERT_EQ(Root->GetNumberOfChildren(), 3) << "what was there before the menu was is in it";
+	Root->GetChildAt(2)->AsActivatable()->Activate();
+	EXPECT_EQ(NumRuns, 1);
+	EXPECT_FALSE(App.AnyMenusVisible()) << "choosing closes the menu";
+
+	const auto Press = [&App](const FKey& Key) {
+		App.ProcessKeyDownEvent(FKeyEvent(Key, FModifierKeysState(), 0, false, 0, 0));
+		App.ProcessKeyUpEvent(FKeyEvent(Key, FModifierKeysState(), 0, false, 0, 0));
+		App.Tick();
+	};
+	Root->GetChildAt(0)->SetFocus();
+	Press(EKeys::Down);
+	EXPECT_TRUE(Root->GetChildAt(2)->GetWidgetName().Equals(TEXT("Dead")));
+	Press(EKeys::Right);
+	ASSERT_EQ(Root->GetNumberOfChildren(), 3);
+	EXPECT_TRUE(Root->GetChildAt(2)->HasFocus());
+	Press(EKeys::Enter);
+	EXPECT_EQ(NumRuns, 2);
+	EXPECT_TRUE(Root->GetChildAt(0)->HasFocus()) << "where the focus was before";
+}
+
 // One test in this order: the engine comes up once in a process.
 TEST_F(FToolMenusTest, RunsStartupCallbacksOnceWhenTheEditorIsUp)
 {

@@ -24,6 +24,13 @@
 		return *this;                                                                                                  \
 	}
 
+enum class ECheckBoxState : uint8
+{
+	Unchecked,
+	Checked,
+	Undetermined,
+};
+
 struct FTextBlockStyle : public FSlateWidgetStyle
 {
 	SLATE_STYLE_TYPE(FTextBlockStyle)

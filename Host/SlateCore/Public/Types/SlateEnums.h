@@ -82,6 +82,17 @@ enum class EConsumeMouseWheel : uint8
 	Never,
 };
 
+/** Where a menu opens, seen from what it belongs to. It is moved where the window would cut it off. */
+enum EMenuPlacement : int
+{
+	/** The left edges in line; above the anchor if there is more room. */
+	MenuPlacement_BelowAnchor,
+	/** The same, and at least as wide as the anchor. */
+	MenuPlacement_ComboBox,
+	/** The upper edges in line. */
+	MenuPlacement_MenuRight,
+};
+
 /** What Slate works on in one FSlateApplication::Tick. */
 enum class ESlateTickType : uint8
 {

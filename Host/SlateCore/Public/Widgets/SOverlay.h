@@ -11,6 +11,8 @@ class SOverlay : public SPanel
 public:
 	class FOverlaySlot : public TBasicLayoutWidgetSlot<FOverlaySlot>
 	{
+	public:
+		int32 ZOrder = 0;
 	};
 	using FScopedWidgetSlotArguments = TScopedWidgetSlotArguments<FOverlaySlot>;
 
@@ -19,10 +21,8 @@ public:
 	SLATE_END_ARGS()
 
 	static FOverlaySlot::FSlotArguments Slot() { return FOverlaySlot::FSlotArguments(MakeUnique<FOverlaySlot>()); }
-	FScopedWidgetSlotArguments AddSlot()
-	{
-		return FScopedWidgetSlotArguments(MakeUnique<FOverlaySlot>(), Children, INDEX_NONE);
-	}
+	/** @param ZOrder  what lies in front: the greater one, of two equal ones the later; INDEX_NONE: in front of all */
+	FScopedWidgetSlotArguments AddSlot(int32 ZOrder = INDEX_NONE);
 	/** True if the widget was there. */
 	bool RemoveSlot(TSharedRef<SWidget> Widget) { return Children.Remove(Widget) != INDEX_NONE; }
 	void ClearChildren() { Children.Empty(); }

@@ -2,9 +2,19 @@
 
 #include "CoreMinimal.h"
 #include "Widgets/SCompoundWidget.h"
+#include "Widgets/SOverlay.h"
 
 class FGenericWindow;
 class SWindow;
+
+/** Where a window opens. */
+enum class EAutoCenter : uint8
+{
+	/** At its ScreenPosition. */
+	None,
+	PrimaryWorkArea,
+	PreferredWorkArea,
+};
 
 DECLARE_DELEGATE_OneParam(FRequestDestroyWindowOverride, const TSharedRef<SWindow>&);
 
@@ -16,10 +26,13 @@ class SWindow : public SCompoundWidget
 {
 public:
 	SLATE_BEGIN_ARGS(SWindow)
-		: _ClientSize(FVector2D(1280.0, 720.0))
+		: _AutoCenter(EAutoCenter::PreferredWorkArea)
+		, _ClientSize(FVector2D(1280.0, 720.0))
 	{
 	}
 	SLATE_ATTRIBUTE(FText, Title)
+	/** On the screen that it is on, and whatever ScreenPosition says. */
+	SLATE_ARGUMENT(EAutoCenter, AutoCenter)
 	SLATE_ARGUMENT(FVector2D, ScreenPosition)
 	SLATE_ARGUMENT(FVector2D, ClientSize)
 	SLATE_DEFAULT_SLOT(FArguments, Content)
@@ -30,13 +43,20 @@ public:
 	FText GetTitle() const { return Title.Get(FText::GetEmpty()); }
 	void SetTitle(const FText& InTitle) { Title = InTitle; }
 	void SetContent(TSharedRef<SWidget> InContent);
-	TSharedRef<SWidget> GetContent() const { return ChildSlot.GetWidget(); }
+	TSharedRef<SWidget> GetContent() const;
+
+	/** In front of the content, over the whole window; see SOverlay::AddSlot for the order. */
+	SOverlay::FScopedWidgetSlotArguments AddOverlaySlot(const int32 ZOrder = INDEX_NONE);
+	/** No effect for a widget that has no such slot. */
+	void RemoveOverlaySlot(const TSharedRef<SWidget>& InContent);
 
 	/** The inner size, in pixels. The platform calls this when the user has changed it. */
 	void Resize(const FVector2D& NewClientSize);
 	void MoveWindowTo(const FVector2D& NewScreenPosition) { ScreenPosition = NewScreenPosition; }
 	FVector2D GetClientSizeInScreen() const { return ClientSize; }
 	FVector2D GetPositionInScreen() const { return ScreenPosition; }
+	/** Host: whether the platform chooses the place when it opens the window. */
+	bool IsAutoCentered() const { return bIsAutoCentered; }
 	FGeometry GetWindowGeometryInScreen() const;
 
 	/** A minimised window is not painted: nothing in it ticks. */
@@ -63,7 +83,10 @@ private:
 	TAttribute<FText> Title;
 	FVector2D ScreenPosition = FVector2D(0.0, 0.0);
 	FVector2D ClientSize = FVector2D(0.0, 0.0);
+	bool bIsAutoCentered = true;
 	bool bIsMinimized = false;
+	TSharedPtr<SOverlay> Overlay;
+	SOverlay::FOverlaySlot* ContentSlot = nullptr;
 	TSharedPtr<FGenericWindow> NativeWindow;
 	FRequestDestroyWindowOverride RequestDestroyOverride;
 };

@@ -10,6 +10,11 @@
 
 class FGenericWindow;
 class FGlobalTabmanager;
+class FMenuStack;
+class FToolTipPresenter;
+
+/** A key that no widget has handled. */
+DECLARE_DELEGATE_RetVal_OneParam(FReply, FOnKeyEvent, const FKeyEvent&);
 
 /** Widgets from a window down to the one an event is about. */
 using FSlateWidgetPath = TArray<TSharedRef<SWidget>>;
@@ -79,8 +84,22 @@ public:
 	bool ProcessMouseButtonDownEvent(
 		const TSharedPtr<FGenericWindow>& PlatformWindow, const FPointerEvent& InMouseEvent);
 	bool ProcessMouseButtonUpEvent(const FPointerEvent& InMouseEvent);
+	/** The second press at the same place, in the stead of ProcessMouseButtonDownEvent. */
+	bool ProcessMouseButtonDoubleClickEvent(
+		const TSharedPtr<FGenericWindow>& InPlatformWindow, const FPointerEvent& InMouseEvent);
 	bool ProcessMouseMoveEvent(const FPointerEvent& InMouseEvent, bool bIsSynthetic = false);
 	bool ProcessMouseWheelOrGestureEvent(const FPointerEvent& InWheelEvent, const FPointerEvent* InGestureEvent);
+
+	/** Gets the keys that no widget has handled, also while nothing has the focus. There is one such handler. */
+	void SetUnhandledKeyDownEventHandler(const FOnKeyEvent& NewHandler) { UnhandledKeyDownHandler = NewHandler; }
+	void SetUnhandledKeyUpEventHandler(const FOnKeyEvent& NewHandler) { UnhandledKeyUpHandler = NewHandler; }
+
+	void DismissAllMenus();
+	/** Closes the menu that the widget is in, with those that were opened from it. */
+	void DismissMenuByWidget(const TSharedRef<SWidget>& InWidgetInMenu);
+	bool AnyMenusVisible() const;
+	/** Host: for SMenuAnchor. */
+	FMenuStack& GetMenuStack() { return *MenuStack; }
 
 	/** Does what a reply asks for that was given outside of an event. */
 	void ProcessExternalReply(const TSharedRef<SWidget>& Widget, const FReply& Reply);
@@ -102,6 +121,10 @@ private:
 	void SetFocusTo(const TSharedPtr<SWidget>& Widget, EFocusCause Cause);
 	FSlateWidgetPath GetFocusPath();
 	void Navigate(EUINavigation Direction);
+	TSharedRef<SWidget> FindNavigationRoot(const TSharedRef<SWidget>& Focused, const TSharedRef<SWindow>& Window);
+	bool RouteButtonDown(const FPointerEvent& InMouseEvent, const TFunction<FReply(SWidget&)>& SendTo);
+	void PaintFocusRectangle(
+		const TSharedRef<SWindow>& Window, FSlateWindowElementList& OutDrawElements, int32 LayerId);
 	void FocusInnermost(const FSlateWidgetPath& Path);
 	void ProcessReply(const FReply& Reply);
 	/** Asks the widgets from the last to the first of a path. */
@@ -114,5 +137,10 @@ private:
 	EFocusCause FocusCause = EFocusCause::Cleared;
 	TWeakPtr<SWidget> MouseCaptor;
 	TArray<TWeakPtr<SWidget>> HoverPath;
+	FVector2D PointerPosition = FVector2D(0.0, 0.0);
+	FOnKeyEvent UnhandledKeyDownHandler;
+	FOnKeyEvent UnhandledKeyUpHandler;
+	const TUniquePtr<FMenuStack> MenuStack;
+	const TUniquePtr<FToolTipPresenter> ToolTips;
 	double NextTimerTime = 0.0; // far in the future without timers
 };

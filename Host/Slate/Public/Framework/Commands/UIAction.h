@@ -1,13 +1,7 @@
 #pragma once
 
 #include "CoreMinimal.h"
-
-enum class ECheckBoxState : uint8
-{
-	Unchecked,
-	Checked,
-	Undetermined,
-};
+#include "Styling/SlateTypes.h"
 
 enum class EUIActionRepeatMode : uint8
 {

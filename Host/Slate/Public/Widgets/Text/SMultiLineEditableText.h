@@ -2,6 +2,7 @@
 
 #include "CoreMinimal.h"
 #include "Framework/SlateDelegates.h"
+#include "Framework/Text/TextHistory.h"
 #include "Framework/Text/TextLayout.h"
 #include "Framework/Text/WrappedText.h"
 #include "GenericPlatform/GenericApplication.h"
@@ -84,6 +85,7 @@ public:
 	virtual FReply OnKeyChar(const FGeometry& MyGeometry, const FCharacterEvent& InCharacterEvent) override;
 	virtual FReply OnMouseButtonDown(const FGeometry& MyGeometry, const FPointerEvent& MouseEvent) override;
 	virtual FReply OnMouseButtonUp(const FGeometry& MyGeometry, const FPointerEvent& MouseEvent) override;
+	virtual FReply OnMouseButtonDoubleClick(const FGeometry& InMyGeometry, const FPointerEvent& InMouseEvent) override;
 	virtual FReply OnMouseMove(const FGeometry& MyGeometry, const FPointerEvent& MouseEvent) override;
 	virtual FReply OnMouseWheel(const FGeometry& MyGeometry, const FPointerEvent& MouseEvent) override;
 	virtual TOptional<EMouseCursor::Type> GetCursor() const override { return EMouseCursor::TextEditBeam; }
@@ -103,6 +105,13 @@ protected:
 	virtual EAccessibleBehavior GetDefaultAccessibleBehavior() const override { return EAccessibleBehavior::Auto; }
 	virtual FText GetDefaultAccessibleText() const override { return GetHintText(); }
 
+	/** One line that is as long as it may be: line ends become spaces, Enter commits, the text moves sideways. */
+	virtual bool IsSingleLine() const { return false; }
+	/** Whether a dot is shown for each letter. */
+	virtual bool IsPassword() const { return false; }
+	void DeleteSelectedText() { DeleteTo(Cursor); }
+	friend class FSlateAccessibleMultiLineEditableText;
+
 private:
 	FReply HandleKeyDown(const FKeyEvent& InKeyEvent);
 	bool HandleShortcut(const FKeyEvent& InKeyEvent);
@@ -110,10 +119,20 @@ private:
 	FReply HandleEnter();
 	FReply HandleTypedCharacter(TCHAR Character);
 
+	bool HandleClipboard(const FKey& Key);
+	void UndoOrRedo(bool bUndo);
+	FTextHistory::FState GetState() const { return { Lines, Cursor, SelectionAnchor }; }
+	/** The lines of a text that comes from outside, as this widget can show them. */
+	TArray<FString> ToLines(const FString& Text) const;
+	/** The lines as they are drawn. */
+	const TArray<FString>& GetShownLines() const;
+	void SelectWordAt(const FTextLocation& Location);
+	void SelectLineAt(const FTextLocation& Location);
+	void InsertAndRemember(const FString& Text, FTextHistory::EChange Change);
 	void MoveCursor(const FTextLocation& NewLocation, bool bSelect);
 	void DeleteSelection();
 	/** Removes the selection, or what lies between the cursor and Other if nothing is selected. */
-	void DeleteTo(const FTextLocation& Other);
+	void DeleteTo(const FTextLocation& Other, FTextHistory::EChange Change = FTextHistory::EChange::Whole);
 	FTextLocation Insert(const FTextLocation& Location, const FString& Text);
 	void ReplaceAll(const FString& NewText);
 	void NotifyTextChanged();
@@ -169,8 +188,13 @@ private:
 	FTextLocation SelectionAnchor; // where the selection began; the cursor itself when nothing is selected
 	FVector2D AllottedSize = FVector2D(0.0, 0.0); // when last painted
 	float ScrollOffset = 0.0f;
+	float SidewaysOffset = 0.0f; // of a single line
+	FTextHistory History;
+	double DoubleClickTime = 0.0; // of the last one, in the application's seconds
+	FTextLocation DoubleClickLocation;
 
 	mutable FWrappedText Layout;
+	mutable TArray<FString> Dots; // of a password
 	mutable FSlateFontInfo LaidOutFont;
 	mutable float LaidOutWidth = -1.0f;
 	mutable bool bLayoutIsStale = true;
