@@ -102,15 +102,18 @@ class ScreenTest(harness.EndToEndTest):
             return []
 
     def wait_for(self, what, find):
-        """Looks at the widgets until something is found."""
+        """Looks at the widgets until something is found, and found again in the same place: a busy machine may report a
+        widget before it lies where a click will meet it."""
         end = time.monotonic() + WAIT_SECONDS
+        place = None
         while time.monotonic() < end:
             if self.editor.poll() is not None:
                 self.fail(f"the editor ended while {what} was awaited:\n{self.editor.stdout.read()}")
             found = find(self.widgets())
-            if found:
+            if found and (not isinstance(found, dict) or found["bounds"] == place):
                 return found
-            time.sleep(0.05)
+            place = found["bounds"] if found else None
+            time.sleep(0.1)
         self.screen.picture("failed")
         self.fail(f"{what} did not come; the screen is in {PICTURES}/failed.png, the widgets are\n" +
                   "\n".join(f"{each['type']} {each['name']!r} {each.get('value', '')!r}" for each in self.widgets()))
