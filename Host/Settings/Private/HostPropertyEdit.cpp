@@ -112,6 +112,18 @@ FString FindArray(UObject& Object, const FString& Path, FPlace& OutPlace, const 
 	OutProperty = Error.IsEmpty() ? CastField<FArrayProperty>(OutPlace.Property) : nullptr;
 	return Error.IsEmpty() && !OutProperty ? FString::Printf(TEXT("'%s' is no array"), *Path) : Error;
 }
+
+/** The same for an array that must have an element of this index. */
+FString FindElement(
+	UObject& Object, const FString& Path, int32 Index, FPlace& OutPlace, const FArrayProperty*& OutProperty)
+{
+	const FString Error = FindArray(Object, Path, OutPlace, OutProperty);
+	if (Error.IsEmpty() && !FScriptArrayHelper(OutProperty, OutPlace.Value).IsValidIndex(Index))
+	{
+		return FString::Printf(TEXT("'%s' has no element %d"), *Path, Index);
+	}
+	return Error;
+}
 }
 
 bool FHostPropertyEdit::IsShown(const FProperty& Property)
@@ -170,16 +182,12 @@ FString FHostPropertyEdit::InsertElement(UObject& Object, const FString& Path, i
 {
 	HostPropertyEdit::FPlace Place;
 	const FArrayProperty* ArrayProperty = nullptr;
-	const FString Error = HostPropertyEdit::FindArray(Object, Path, Place, ArrayProperty);
+	const FString Error = HostPropertyEdit::FindElement(Object, Path, Index, Place, ArrayProperty);
 	if (!Error.IsEmpty())
 	{
 		return Error;
 	}
 	const FScriptArrayHelper Array(ArrayProperty, Place.Value);
-	if (!Array.IsValidIndex(Index))
-	{
-		return FString::Printf(TEXT("'%s' has no element %d"), *Path, Index);
-	}
 	Object.PreEditChange(Place.Member);
 	Array.InsertValues(Index);
 	HostPropertyEdit::NotifyChanged(Object, Place, EPropertyChangeType::ArrayAdd);
@@ -190,16 +198,12 @@ FString FHostPropertyEdit::RemoveElement(UObject& Object, const FString& Path, i
 {
 	HostPropertyEdit::FPlace Place;
 	const FArrayProperty* ArrayProperty = nullptr;
-	const FString Error = HostPropertyEdit::FindArray(Object, Path, Place, ArrayProperty);
+	const FString Error = HostPropertyEdit::FindElement(Object, Path, Index, Place, ArrayProperty);
 	if (!Error.IsEmpty())
 	{
 		return Error;
 	}
 	const FScriptArrayHelper Array(ArrayProperty, Place.Value);
-	if (!Array.IsValidIndex(Index))
-	{
-		return FString::Printf(TEXT("'%s' has no element %d"), *Path, Index);
-	}
 	Object.PreEditChange(Place.Member);
 	Array.RemoveValues(Index);
 	HostPropertyEdit::NotifyChanged(Object, Place, EPropertyChangeType::ArrayRemove);

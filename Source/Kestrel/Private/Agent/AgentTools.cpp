@@ -85,19 +85,19 @@ void FAgent::HandlePauseToolUse(const TSharedPtr<FJsonObject>& Block)
 const FAgent::FTool* FAgent::FindTool(const FString& Name)
 {
 	static const FTool Tools[] = {
-		{ TEXT("finish"), &FAgent::UseFinishTool },
-		{ TEXT("compile"), &FAgent::UseCompileTool, true },
-		{ TEXT("execute_unreal_engine_api_python_script"), &FAgent::UseExecutePythonTool },
-		{ TEXT("create_file"), &FAgent::UseCreateFileTool },
-		{ TEXT("create_cpp_file"), &FAgent::UseCreateOrReplaceCPPTool },
-		{ TEXT("update_and_replace_cpp_file"), &FAgent::UseUpdateAndReplaceCPPTool },
-		{ TEXT("update_file"), &FAgent::UseUpdateFileTool },
-		{ TEXT("insert_into_file"), &FAgent::UseInsertIntoFileTool },
-		{ TEXT("delete_file"), &FAgent::UseDeleteFileTool },
-		{ TEXT("delete_cpp_file"), &FAgent::UseDeleteCPPTool },
-		{ TEXT("read_file"), &FAgent::UseReadTool },
-		{ TEXT("get_filesystem_tree"), &FAgent::UseGetFileSystemTool },
-		{ TEXT("find_reference_in_all_files"), &FAgent::UseFindReferenceInAllFilesTool },
+		{ KestrelToolNames::Finish, &FAgent::UseFinishTool },
+		{ KestrelToolNames::Compile, &FAgent::UseCompileTool, true },
+		{ KestrelToolNames::ExecutePython, &FAgent::UseExecutePythonTool },
+		{ KestrelToolNames::CreateFile, &FAgent::UseCreateFileTool },
+		{ KestrelToolNames::CreateCpp, &FAgent::UseCreateOrReplaceCPPTool },
+		{ KestrelToolNames::ReplaceCpp, &FAgent::UseUpdateAndReplaceCPPTool },
+		{ KestrelToolNames::UpdateFile, &FAgent::UseUpdateFileTool },
+		{ KestrelToolNames::InsertIntoFile, &FAgent::UseInsertIntoFileTool },
+		{ KestrelToolNames::DeleteFile, &FAgent::UseDeleteFileTool },
+		{ KestrelToolNames::DeleteCpp, &FAgent::UseDeleteCPPTool },
+		{ KestrelToolNames::ReadFile, &FAgent::UseReadTool },
+		{ KestrelToolNames::GetFileSystemTree, &FAgent::UseGetFileSystemTool },
+		{ KestrelToolNames::FindReference, &FAgent::UseFindReferenceInAllFilesTool },
 	};
 	for (const FTool& Tool : Tools)
 	{

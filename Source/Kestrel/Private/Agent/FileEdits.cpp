@@ -13,25 +13,20 @@ using EEncoding = FFileHelper::EEncodingOptions;
 constexpr EEncoding Utf8 = EEncoding::ForceUTF8WithoutBOM;
 const TCHAR* const TabAsBlanks = TEXT("    ");
 
-FString Error(const TCHAR* What, const FString& FullPath)
-{
-	return FString::Printf(TEXT("Error: %s: %s"), What, *FullPath);
-}
-
 /** Checks that a file can be edited as text. @return an error, empty when all is well */
 FString LoadForEdit(const FString& FullPath, FString& OutText)
 {
 	if (!FPaths::FileExists(FullPath))
 	{
-		return Error(TEXT("File does not exist"), FullPath);
+		return FFileUtils::MakeError(TEXT("File does not exist"), FullPath);
 	}
 	TArray<uint8> Bytes;
 	switch (KestrelTextFile::Load(FullPath, OutText, Bytes))
 	{
 	case KestrelTextFile::EContent::Unreadable:
-		return Error(TEXT("Failed to read file"), FullPath);
+		return FFileUtils::MakeError(TEXT("Failed to read file"), FullPath);
 	case KestrelTextFile::EContent::Binary:
-		return Error(TEXT("File holds bytes that are no text, and editing would lose them"), FullPath);
+		return FFileUtils::MakeError(TEXT("File holds bytes that are no text, and editing would lose them"), FullPath);
 	default:
 		return FString();
 	}
@@ -48,16 +43,16 @@ FString Rewrite(const FString& FullPath, const TCHAR* WriteError, TFunctionRef<b
 	FFileRescue Rescue(FullPath);
 	if (!Rescue.IsKept())
 	{
-		return Error(TEXT("No copy could be kept, so the file was left as it is"), FullPath);
+		return FFileUtils::MakeError(TEXT("No copy could be kept, so the file was left as it is"), FullPath);
 	}
 	if (!FPlatformFileManager::Get().GetPlatformFile().DeleteFile(*FullPath))
 	{
-		return Error(TEXT("Failed to delete existing file"), FullPath);
+		return FFileUtils::MakeError(TEXT("Failed to delete existing file"), FullPath);
 	}
 	if (!Write())
 	{
 		Rescue.PutBack();
-		return Error(WriteError, FullPath);
+		return FFileUtils::MakeError(WriteError, FullPath);
 	}
 	return FString();
 }
@@ -134,7 +129,7 @@ FString LoadLinesForEdit(const FString& FullPath, TArray<FString>& OutLines)
 	const FString LoadError = LoadForEdit(FullPath, Text);
 	if (LoadError.IsEmpty() && !FFileHelper::LoadFileToStringArray(OutLines, *FullPath))
 	{
-		return Error(TEXT("Failed to read file"), FullPath);
+		return FFileUtils::MakeError(TEXT("Failed to read file"), FullPath);
 	}
 	return LoadError;
 }
@@ -151,11 +146,11 @@ FString FFileUtils::CreateNewFileWithContent(const FString& Path, const FString&
 	const FString Folder = FPaths::GetPath(FullPath);
 	if (!FPaths::DirectoryExists(Folder) && !FPlatformFileManager::Get().GetPlatformFile().CreateDirectoryTree(*Folder))
 	{
-		return FileEdits::Error(TEXT("Failed to create directory"), Folder);
+		return MakeError(TEXT("Failed to create directory"), Folder);
 	}
 	if (!FFileHelper::SaveStringToFile(Content, *FullPath))
 	{
-		return FileEdits::Error(TEXT("Failed to create file"), FullPath);
+		return MakeError(TEXT("Failed to create file"), FullPath);
 	}
 	AddNewFileToSourceControl(FullPath);
 	return FString::Printf(TEXT("File created successfully: %s"), *FullPath);
@@ -172,7 +167,7 @@ FString FFileUtils::UpdateFile(const FString& Path, const FString& OldString, co
 	}
 	if (!FileEdits::HoldsNormalized(OutContentBefore, OldString))
 	{
-		return FileEdits::Error(TEXT("String not found in file"), FullPath);
+		return MakeError(TEXT("String not found in file"), FullPath);
 	}
 
 	CheckoutFileFromSourceControl(FullPath);
@@ -180,7 +175,7 @@ FString FFileUtils::UpdateFile(const FString& Path, const FString& OldString, co
 	const int32 Count = FileEdits::ReplaceTolerantly(OutContentAfter, OldString, NewString);
 	if (Count == 0)
 	{
-		return FileEdits::Error(TEXT("No replacements made in file"), FullPath);
+		return MakeError(TEXT("No replacements made in file"), FullPath);
 	}
 	const FString WriteError = FileEdits::RewriteText(FullPath, OutContentAfter);
 	return WriteError.IsEmpty()
@@ -245,7 +240,7 @@ FString FFileUtils::ReplaceFile(const FString& Path, const FString& NewContent)
 	const FString FullPath = ToAbsolutePath(Path);
 	if (!FPaths::FileExists(FullPath))
 	{
-		return FileEdits::Error(TEXT("File does not exist"), FullPath);
+		return MakeError(TEXT("File does not exist"), FullPath);
 	}
 	CheckoutFileFromSourceControl(FullPath);
 	const FString WriteError = FileEdits::RewriteText(FullPath, NewContent);
@@ -260,11 +255,11 @@ FString FFileUtils::DeleteFile(const FString& Path)
 	RemoveFileFromSourceControl(FullPath, false);
 	if (!bExisted)
 	{
-		return FileEdits::Error(TEXT("File does not exist at path"), FullPath);
+		return MakeError(TEXT("File does not exist at path"), FullPath);
 	}
 	if (FPaths::FileExists(FullPath) && !FPlatformFileManager::Get().GetPlatformFile().DeleteFile(*FullPath))
 	{
-		return FileEdits::Error(TEXT("Failed to delete file"), FullPath);
+		return MakeError(TEXT("Failed to delete file"), FullPath);
 	}
 	return FString::Printf(TEXT("Successfully deleted file: %s"), *FullPath);
 }

@@ -2,6 +2,7 @@
 
 #include "Agent/FileUtils.h"
 #include "Agent/TextFile.h"
+#include "Algo/Reverse.h"
 #include "Misc/FileHelper.h"
 #include "Misc/Paths.h"
 
@@ -56,10 +57,8 @@ TArray<FString> PathsFromLastToFirst(const FFileHistory::FHistories& Histories, 
 	TArray<FString> Paths;
 	if (const FFileHistory::FFileEntries* Entries = Histories.Find(Key))
 	{
-		for (const auto& Pair : *Entries)
-		{
-			Paths.Insert(Pair.Key, 0);
-		}
+		Entries->GenerateKeyArray(Paths);
+		Algo::Reverse(Paths);
 	}
 	return Paths;
 }

@@ -3,16 +3,21 @@
 #include "Misc/FileHelper.h"
 #include "Misc/Paths.h"
 
+FString FFileUtils::MakeError(const TCHAR* What, const FString& FullPath)
+{
+	return FString::Printf(TEXT("Error: %s: %s"), What, *FullPath);
+}
+
 namespace FileUtils
 {
 FString MissingFileError(const FString& FullPath)
 {
-	return FString::Printf(TEXT("Error: File does not exist: %s"), *FullPath);
+	return FFileUtils::MakeError(TEXT("File does not exist"), FullPath);
 }
 
 FString UnreadableFileError(const FString& FullPath)
 {
-	return FString::Printf(TEXT("Error: Failed to read file: %s"), *FullPath);
+	return FFileUtils::MakeError(TEXT("Failed to read file"), FullPath);
 }
 }
 

@@ -82,6 +82,8 @@ public:
 	/** Deletes a file, in revision control too. */
 	static FString DeleteFile(const FString& Path);
 
+	/** A failure as a result text: "Error: <what>: <file>". */
+	static FString MakeError(const TCHAR* What, const FString& FullPath);
 	/** Whether a result text is a failure: it begins with "Error:" in any letter case. */
 	static bool IsError(const FString& ResultText);
 

@@ -87,7 +87,7 @@ bool ReadExisting(const FFiles& Files, FKestrelToolPreview& Preview)
 {
 	if (!Files.Exists(Preview.FilePath))
 	{
-		Preview.Problem = TEXT("Error: File does not exist: ") + Preview.FilePath;
+		Preview.Problem = FFileUtils::MakeError(TEXT("File does not exist"), Preview.FilePath);
 		return false;
 	}
 	Preview.Before = Files.Read(Preview.FilePath);
@@ -131,7 +131,7 @@ void PreviewUpdate(const FJsonObject& Input, FFiles& Files, FKestrelToolPreview&
 	Preview.NumPlaces = NumPlaces;
 	if (NumPlaces == 0)
 	{
-		Preview.Problem = TEXT("Error: String not found in file: ") + Preview.FilePath;
+		Preview.Problem = FFileUtils::MakeError(TEXT("String not found in file"), Preview.FilePath);
 		return;
 	}
 	SetTexts(Preview.Before, After, Preview);
@@ -187,18 +187,18 @@ struct FPreviewer
 };
 
 const FPreviewer Previewers[] = {
-	{ TEXT("compile"), PreviewCompile },
-	{ TEXT("execute_unreal_engine_api_python_script"), PreviewScript },
-	{ TEXT("create_file"), PreviewWrite },
-	{ TEXT("create_cpp_file"), PreviewWrite },
-	{ TEXT("update_and_replace_cpp_file"), PreviewWrite },
-	{ TEXT("update_file"), PreviewUpdate },
-	{ TEXT("insert_into_file"), PreviewInsert },
-	{ TEXT("delete_file"), PreviewDelete },
-	{ TEXT("delete_cpp_file"), PreviewDelete },
-	{ TEXT("read_file"), PreviewRead },
-	{ TEXT("get_filesystem_tree"), PreviewTree },
-	{ TEXT("find_reference_in_all_files"), PreviewSearch },
+	{ KestrelToolNames::Compile, PreviewCompile },
+	{ KestrelToolNames::ExecutePython, PreviewScript },
+	{ KestrelToolNames::CreateFile, PreviewWrite },
+	{ KestrelToolNames::CreateCpp, PreviewWrite },
+	{ KestrelToolNames::ReplaceCpp, PreviewWrite },
+	{ KestrelToolNames::UpdateFile, PreviewUpdate },
+	{ KestrelToolNames::InsertIntoFile, PreviewInsert },
+	{ KestrelToolNames::DeleteFile, PreviewDelete },
+	{ KestrelToolNames::DeleteCpp, PreviewDelete },
+	{ KestrelToolNames::ReadFile, PreviewRead },
+	{ KestrelToolNames::GetFileSystemTree, PreviewTree },
+	{ KestrelToolNames::FindReference, PreviewSearch },
 };
 
 FKestrelToolPreview Make(const FJsonObject& ToolUse, FFiles& Files)
