@@ -89,6 +89,7 @@ void UClass::AddReferencedObjects(UObject* InThis, FReferenceCollector& Collecto
 {
 	Super::AddReferencedObjects(InThis, Collector);
 	Collector.AddReferencedObject(static_cast<UClass*>(InThis)->ClassDefaultObject);
+	Collector.AddReferencedObject(static_cast<UClass*>(InThis)->ClassGeneratedBy);
 }
 
 UObject* UClass::TryFindType(UClass* TypeClass, const FString& TypeName, EFindFirstObjectOptions Options)

@@ -20,6 +20,7 @@ class UField : public UObject
 {
 public:
 	DECLARE_REFLECTED_CLASS(UField, UObject)
+	using BaseFieldClass = UField;
 
 	/** The class that declares the field; null for what lies in no class. */
 	UClass* GetOwnerClass() const;
@@ -358,6 +359,7 @@ public:
 	FConstruct ClassConstructor = nullptr;
 	FAddReferencedObjects ClassAddReferencedObjects = nullptr;
 	UObject* ClassDefaultObject = nullptr;
+	UObject* ClassGeneratedBy = nullptr; // the Blueprint of a class that one was compiled to
 
 private:
 	static UObject* TryFindType(UClass* TypeClass, const FString& TypeName, EFindFirstObjectOptions Options);
