@@ -1,10 +1,15 @@
 #include "AssetRegistry/AssetRegistryModule.h"
 #include "Containers/Ticker.h"
 #include "HAL/FileManager.h"
+#include "Misc/FeedbackContext.h"
 #include "Misc/FileHelper.h"
 #include "Misc/PackageName.h"
 #include "MutateText.h"
+#include "RegistryTestTypes.h"
 #include "ScratchDirectory.h"
+#include "UObject/Class.h"
+#include "UObject/Package.h"
+#include "UObject/SavePackage.h"
 
 #include <gtest/gtest.h>
 
@@ -18,8 +23,9 @@ protected:
 	{
 		FPaths::SetProjectFilePath(Folder.Path / TEXT("Game.uproject"));
 		Write(TEXT("Doors/BP_Gate.uasset"),
-			TEXT("{ \"Package\": \"/Game/Old/Name\", \"Version\": 1, \"Assets\": [ { \"Name\": \"BP_Gate\", "
-				 "\"Class\": \"/Script/Engine.Blueprint\", \"Tags\": { \"Name\": \"no\" } } ], \"Objects\": [ {{{"));
+			TEXT(
+				"{ \"Package\": \"/Game/Old/Name\", \"Needs\": [ \"/Game/Moor\" ], \"Later\": [ {} ], \"Assets\": [ { \"Name\": \"BP_Gate\", "
+				"\"Class\": \"/Script/Engine.Blueprint\", \"Tags\": { \"Name\": \"no\" } } ] }\nBegin Object {{{\n"));
 		Write(TEXT("Moor.umap"),
 			TEXT(
 				"{ \"Assets\": [ { \"Class\": \"/Script/Engine.World\", \"Name\": \"Moor\" }, { \"Name\": \"x\" } ] }"));
@@ -67,6 +73,12 @@ TEST_F(AssetRegistryTest, ScansTheContentWhileTheEditorRuns)
 	TArray<FAssetData> Assets;
 	Registry.GetAllAssets(Assets);
 	EXPECT_EQ(Assets.Num(), 2);
+	FString Tag;
+	EXPECT_TRUE(Registry.GetAssetByObjectPath(FString(TEXT("/game/doors/BP_GATE.bp_gate"))).GetTagValue("name", Tag));
+	EXPECT_EQ(Tag, TEXT("no"));
+	TArray<FName> Packages;
+	EXPECT_TRUE(Registry.GetReferencers(TEXT("/Game/Moor"), Packages));
+	EXPECT_EQ(Packages, TArray<FName>({ FName(TEXT("/Game/Doors/BP_Gate")) }));
 	Registry.GetAssetsByClass(FTopLevelAssetPath(TEXT("/Script/Engine.World")), Assets);
 	ASSERT_EQ(Assets.Num(), 3) << "results are added";
 	EXPECT_EQ(Assets[2].GetObjectPathString(), TEXT("/Game/Moor.Moor"));
@@ -117,4 +129,67 @@ TEST_F(AssetRegistryTest, NamesPackagesAfterTheirPlace)
 	EXPECT_EQ(FPaths::ConvertRelativePathToFull(File), Content() / TEXT("B/C.uasset"));
 	EXPECT_FALSE(FPackageName::TryConvertLongPackageNameToFilename(TEXT("/Script/Engine"), File));
 	EXPECT_EQ(FPackageName::GetShortName(TEXT("/Game/B/C")), TEXT("C"));
+}
+
+TEST_F(AssetRegistryTest, KnowsWhatIsNotSavedYetAndFollowsSaves)
+{
+	IAssetRegistry& Registry = *IAssetRegistry::Get();
+	Registry.WaitForCompletion();
+	TArray<FString> Events;
+	Registry.OnAssetAdded().AddLambda(
+		[&Events](const FAssetData& Each) { Events.Add(TEXT("+") + Each.AssetName.ToString()); });
+	Registry.OnAssetUpdated().AddLambda(
+		[&Events](const FAssetData& Each) { Events.Add(TEXT("=") + Each.AssetName.ToString()); });
+	Registry.OnAssetRemoved().AddLambda(
+		[&Events](const FAssetData& Each) { Events.Add(TEXT("-") + Each.AssetName.ToString()); });
+	UPackage* const Package = CreatePackage(TEXT("/Game/New/Asset"));
+	UObject* const Asset = NewObject<USavedTestAsset>(Package, TEXT("Asset"), RF_Public | RF_Standalone);
+	FAssetRegistryModule::AssetCreated(Asset);
+	EXPECT_EQ(ClassOf(TEXT("/Game/New/Asset")), "/Script/AssetRegistryTests.SavedTestAsset");
+	TArray<FAssetData> OnDisk;
+	EXPECT_FALSE(Registry.GetAssetsByPackageName(TEXT("/Game/New/Asset"), OnDisk, true));
+
+	FSavePackageArgs Args;
+	Args.TopLevelFlags = RF_Public;
+	Args.Error = GWarn;
+	const FString File = Content() / TEXT("New/Asset.uasset");
+	ASSERT_TRUE(UPackage::SavePackage(Package, Asset, *File, Args));
+	EXPECT_TRUE(Registry.GetAssetsByPackageName(TEXT("/Game/New/Asset"), OnDisk, true));
+	ASSERT_EQ(OnDisk.Num(), 1);
+	EXPECT_EQ(OnDisk[0].GetTagValueRef<FString>("Flavour"), TEXT("sweet"));
+	EXPECT_EQ(OnDisk[0].GetAsset(), Asset);
+	EXPECT_EQ(OnDisk[0].GetClass(), USavedTestAsset::StaticClass());
+	EXPECT_EQ(OnDisk[0].GetExportTextName(), TEXT("/Script/AssetRegistryTests.SavedTestAsset'/Game/New/Asset.Asset'"));
+
+	FARFilter Filter;
+	TArray<FAssetData> Found;
+	EXPECT_FALSE(Registry.GetAssets(Filter, Found)) << "an empty filter is refused";
+	Filter.PackagePaths.Add(TEXT("/Game"));
+	Registry.GetAssets(Filter, Found);
+	EXPECT_EQ(Found.Num(), 1) << "the folder alone";
+	Filter.bRecursivePaths = true;
+	Filter.ClassPaths.Add(UObject::StaticClass()->GetClassPathName());
+	Registry.GetAssets(Filter, Found);
+	EXPECT_EQ(Found.Num(), 1) << "the very class";
+	Filter.bRecursiveClasses = true;
+	Registry.GetAssets(Filter, Found);
+	EXPECT_EQ(Found.Num(), 2) << "added to what was there; classes that are not loaded are nobody's children";
+
+	IFileManager::Get().Delete(*File);
+	Registry.ScanPathsSynchronous({ TEXT("/Game/New") });
+	EXPECT_EQ(ClassOf(TEXT("/Game/New/Asset")), "");
+	EXPECT_EQ(FString::Join(Events, TEXT(" ")), TEXT("+Asset =Asset -Asset"));
+}
+
+TEST_F(AssetRegistryTest, SeesFilesThatHaveChangedAtTheNextScan)
+{
+	IAssetRegistry& Registry = *IAssetRegistry::Get();
+	Registry.WaitForCompletion();
+	Write(TEXT("Moor.umap"), TEXT("{ \"Assets\": [ { \"Name\": \"Moor\", \"Class\": \"/Script/Engine.Changed\" } ] }"));
+	Write(TEXT("More.uasset"), TEXT("{ \"Assets\": [ { \"Name\": \"More\", \"Class\": \"/Script/Engine.Level\" } ] }"));
+	IFileManager::Get().Delete(*(Content() / TEXT("Doors/BP_Gate.uasset")));
+	Registry.ScanPathsSynchronous({ TEXT("/Game") });
+	EXPECT_EQ(ClassOf(TEXT("/Game/Moor")), "/Script/Engine.Changed");
+	EXPECT_EQ(ClassOf(TEXT("/Game/More")), "/Script/Engine.Level");
+	EXPECT_EQ(ClassOf(TEXT("/Game/Doors/BP_Gate")), "");
 }

@@ -124,7 +124,7 @@ void UK2Node_EditablePinBase::ImportCustomProperties(const TCHAR* SourceText, FF
 	const TCHAR* const Start = *Text + EditablePinBase::UserPinPrefix.Len();
 	if (!Struct->ImportText(Start, Info.Get(), this, PPF_None, Warn, Struct->GetName()))
 	{
-		Warn->Logf(ELogVerbosity::Warning, TEXT("%s: a pin cannot be read: %s"), *GetPathName(), SourceText);
+		Warn->Logf(TEXT("%s: a pin cannot be read: %s"), *GetPathName(), SourceText);
 		return;
 	}
 	UserDefinedPins.Add(Info);

@@ -15,12 +15,14 @@ bool IsObjectPin(const FEdGraphPinType& Type)
 
 bool IsInteger(const FString& Text, int64 Smallest, int64 Greatest)
 {
-	int64 Value = 0;
-	if (!Text.IsNumeric() || !LexTryParseString(Value, *Text))
+	if (!Text.IsNumeric() || Text.Contains(TEXT(".")))
 	{
 		return false;
 	}
-	return Value >= Smallest && Value <= Greatest;
+	// A number that does not fit comes back as another one.
+	const int64 Value = FCString::Atoi64(*Text);
+	const bool bFits = FString::Printf(TEXT("%lld"), Value).Len() >= Text.Len() - (Text.StartsWith(TEXT("+")) ? 1 : 0);
+	return bFits && Value >= Smallest && Value <= Greatest;
 }
 
 bool IsBoolean(const FString& Text)
@@ -55,11 +57,12 @@ bool IsStructValue(const UScriptStruct& Struct, const FString& Text)
 	{
 		return true;
 	}
-	void* const Value = FMemory::Malloc(static_cast<SIZE_T>(Struct.GetStructureSize()));
-	Struct.InitializeStruct(Value);
-	const bool bValid = Struct.ImportText(*Text, Value, nullptr, PPF_None, nullptr, Struct.GetName()) != nullptr;
-	Struct.DestroyStruct(Value);
-	FMemory::Free(Value);
+	TArray<uint8> Memory;
+	Memory.SetNumZeroed(Struct.GetStructureSize());
+	Struct.InitializeStruct(Memory.GetData());
+	const bool bValid =
+		Struct.ImportText(*Text, Memory.GetData(), nullptr, PPF_None, nullptr, Struct.GetName()) != nullptr;
+	Struct.DestroyStruct(Memory.GetData());
 	return bValid;
 }
 

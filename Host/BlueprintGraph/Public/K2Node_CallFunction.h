@@ -15,10 +15,10 @@ public:
 	FMemberReference FunctionReference;
 
 	UPROPERTY()
-	uint32 bIsPureFunc : 1;
+	uint8 bIsPureFunc : 1;
 
 	UPROPERTY()
-	uint32 bIsConstFunc : 1;
+	uint8 bIsConstFunc : 1;
 
 	UK2Node_CallFunction(const FObjectInitializer& ObjectInitializer = FObjectInitializer::Get());
 

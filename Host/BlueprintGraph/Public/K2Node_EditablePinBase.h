@@ -31,7 +31,7 @@ class BLUEPRINTGRAPH_API UK2Node_EditablePinBase : public UK2Node
 public:
 	/** Whether the user may change the pins. */
 	UPROPERTY()
-	uint32 bIsEditable : 1;
+	uint8 bIsEditable : 1;
 
 	TArray<TSharedPtr<FUserPinInfo>> UserDefinedPins;
 

@@ -17,10 +17,10 @@ public:
 	FMemberReference EventReference;
 
 	UPROPERTY()
-	uint32 bOverrideFunction : 1;
+	uint8 bOverrideFunction : 1;
 
 	UPROPERTY()
-	uint32 bInternalEvent : 1;
+	uint8 bInternalEvent : 1;
 
 	UPROPERTY()
 	FName CustomFunctionName;

@@ -8,15 +8,28 @@
 
 namespace CoreGlobals
 {
+class FErrorDevice final : public FOutputDevice
+{
+public:
+	using FOutputDevice::Serialize;
+	void Serialize(const TCHAR* V, ELogVerbosity::Type, const FName&) override
+	{
+		UE_LOG(LogCore, Fatal, TEXT("%s"), V);
+	}
+};
+
 // Never destroyed: static objects of any module may log while the process ends.
 FOutputDeviceRedirector* const Redirector = new FOutputDeviceRedirector;
 FFeedbackContext* const FeedbackContext = new FFeedbackContext;
+FErrorDevice* const ErrorDevice = new FErrorDevice;
 const std::thread::id GameThread = std::this_thread::get_id();
 bool bExitRequested = false;
 }
 
 FOutputDeviceRedirector* GLog = CoreGlobals::Redirector;
 FFeedbackContext* GWarn = CoreGlobals::FeedbackContext;
+FOutputDevice* GError = CoreGlobals::ErrorDevice;
+ITransaction* GUndo = nullptr;
 FConfigCacheIni* GConfig = nullptr;
 FString GEngineIni;
 FString GGameIni;

@@ -246,7 +246,7 @@ FPlatformFileManager& FPlatformFileManager::Get()
 IPlatformFile& FPlatformFileManager::GetPlatformFile()
 {
 	static PlatformFile::FUnixPlatformFile File;
-	return File;
+	return TopmostPlatformFile ? *TopmostPlatformFile : File;
 }
 
 bool IPlatformFile::IterateDirectory(const TCHAR* Directory, FDirectoryVisitor& Visitor)

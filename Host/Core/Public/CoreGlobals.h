@@ -5,8 +5,10 @@
 
 class FConfigCacheIni;
 class FFeedbackContext;
+class FOutputDevice;
 class FOutputDeviceRedirector;
 class FString;
+class ITransaction;
 
 DECLARE_LOG_CATEGORY_EXTERN(LogCore, Log, All);
 DECLARE_LOG_CATEGORY_EXTERN(LogInit, Log, All);
@@ -16,6 +18,10 @@ DECLARE_LOG_CATEGORY_EXTERN(LogExit, Log, All);
 extern FOutputDeviceRedirector* GLog;
 /** Warnings to the user; goes to the log. */
 extern FFeedbackContext* GWarn;
+/** Errors that end the process: whatever is logged there is the last. */
+extern FOutputDevice* GError;
+/** The transaction that changes are recorded in; null while there is none. */
+extern ITransaction* GUndo;
 /** The configuration of the running editor; null until it has been read. */
 extern FConfigCacheIni* GConfig;
 

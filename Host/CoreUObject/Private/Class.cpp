@@ -2,6 +2,7 @@
 
 #include "CoreGlobals.h"
 #include "DeferredConfig.h"
+#include "UObject/Package.h"
 #include "UObject/UnrealType.h"
 
 const TCHAR* UClass::GetPrefixCPP() const
@@ -56,7 +57,7 @@ UObject* UClass::CreateDefaultObject()
 	return ClassDefaultObject;
 }
 
-UFunction* UClass::FindFunctionByName(FName InName) const
+UFunction* UClass::FindFunctionByName(FName InName, EIncludeSuperFlag::Type IncludeSuper) const
 {
 	for (const UClass* Class = this; Class; Class = Class->GetSuperClass())
 	{
@@ -64,8 +65,39 @@ UFunction* UClass::FindFunctionByName(FName InName) const
 		{
 			return *Found;
 		}
+		if (IncludeSuper == EIncludeSuperFlag::ExcludeSuper)
+		{
+			return nullptr;
+		}
+		for (const FImplementedInterface& Each : Class->Interfaces)
+		{
+			if (UFunction* const Found = Each.Class ? Each.Class->FindFunctionByName(InName) : nullptr)
+			{
+				return Found;
+			}
+		}
 	}
 	return nullptr;
+}
+
+bool UClass::ImplementsInterface(const UClass* SomeInterface) const
+{
+	const auto IsWanted = [SomeInterface](const FImplementedInterface& Each) {
+		return Each.Class && Each.Class->IsChildOf(SomeInterface);
+	};
+	for (const UClass* Class = SomeInterface ? this : nullptr; Class; Class = Class->GetSuperClass())
+	{
+		if (Class->Interfaces.ContainsByPredicate(IsWanted))
+		{
+			return true;
+		}
+	}
+	return false;
+}
+
+FTopLevelAssetPath UClass::GetClassPathName() const
+{
+	return FTopLevelAssetPath(GetPackage()->GetFName(), GetFName());
 }
 
 void UClass::AddFunction(UFunction* Function)
@@ -88,8 +120,13 @@ void UClass::ClearFunctions()
 void UClass::AddReferencedObjects(UObject* InThis, FReferenceCollector& Collector)
 {
 	Super::AddReferencedObjects(InThis, Collector);
-	Collector.AddReferencedObject(static_cast<UClass*>(InThis)->ClassDefaultObject);
-	Collector.AddReferencedObject(static_cast<UClass*>(InThis)->ClassGeneratedBy);
+	UClass* const This = static_cast<UClass*>(InThis);
+	Collector.AddReferencedObject(This->ClassDefaultObject);
+	Collector.AddReferencedObject(This->ClassGeneratedBy);
+	for (FImplementedInterface& Each : This->Interfaces)
+	{
+		Collector.AddReferencedObject(Each.Class);
+	}
 }
 
 UObject* UClass::TryFindType(UClass* TypeClass, const FString& TypeName, EFindFirstObjectOptions Options)

@@ -1,4 +1,6 @@
+#include "Interfaces/IPluginManager.h"
 #include "Misc/Guid.h"
+#include "Misc/PackageName.h"
 #include "Modules/ModuleManager.h"
 #include "UObject/Class.h"
 #include "UObject/SoftObjectPath.h"
@@ -8,6 +10,12 @@ IMPLEMENT_MODULE(FDefaultModuleImpl, CoreUObject)
 
 static const FDelegateHandle ProcessLoadedObjectsHandle =
 	FModuleManager::Get().OnProcessLoadedObjectsCallback().AddStatic(&ProcessNewlyLoadedUObjects);
+
+static const bool bPluginsMountTheirContent = [] {
+	IPluginManager::Get().SetRegisterMountPointDelegate(
+		IPluginManager::FRegisterMountPointDelegate::CreateStatic(&FPackageName::RegisterMountPoint));
+	return true;
+}();
 
 #define IMPLEMENT_BASE_STRUCTURE(StructType, ReflectedName)                                                            \
 	UScriptStruct* ReflectedType_##ReflectedName();                                                                    \

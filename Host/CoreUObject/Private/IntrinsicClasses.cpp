@@ -1,3 +1,4 @@
+#include "UObject/Interface.h"
 #include "UObject/Package.h"
 #include "UObject/ReflectedTypes.h"
 
@@ -35,3 +36,4 @@ IMPLEMENT_INTRINSIC_CLASS(UDelegateFunction, &ReflectedType_UFunction, CLASS_Non
 IMPLEMENT_INTRINSIC_CLASS(UClass, &ReflectedType_UStruct, CLASS_None)
 IMPLEMENT_INTRINSIC_CLASS(UEnum, &ReflectedType_UField, CLASS_None)
 IMPLEMENT_INTRINSIC_CLASS(UPackage, &ReflectedType_UObject, CLASS_None)
+IMPLEMENT_INTRINSIC_CLASS(UInterface, &ReflectedType_UObject, CLASS_Abstract | CLASS_Interface)

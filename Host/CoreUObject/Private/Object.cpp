@@ -1,7 +1,11 @@
 #include "UObject/Object.h"
 
+#include "Misc/ITransaction.h"
 #include "ObjectTable.h"
+#include "PackageLoader.h"
+#include "UObject/AssetRegistryTagsContext.h"
 #include "UObject/Class.h"
+#include "UObject/ObjectSaveContext.h"
 #include "UObject/Package.h"
 #include "UObject/UnrealType.h"
 
@@ -69,16 +73,83 @@ bool UObject::IsAsset() const
 		   GetOuter() && GetOuter() == GetPackage();
 }
 
-bool UObject::Rename(const TCHAR* NewName, UObject* NewOuter, uint32 Flags)
+void UObject::PostLoad()
 {
-	UObject* const Outer = NewOuter ? NewOuter : GetOuter();
-	const FName Name = NewName ? FName(NewName) : NewOuter ? MakeUniqueObjectName(Outer, GetClass()) : GetFName();
+	ClearFlags(RF_NeedPostLoad);
+}
+
+void UObject::ConditionalPostLoad()
+{
+	if (HasAnyFlags(RF_NeedPostLoad) && !FPackageLoader::CompletePackageOf(*this))
+	{
+		ClearFlags(RF_NeedPostLoad);
+		PostLoad();
+	}
+}
+
+void UObject::PreSave(FObjectPreSaveContext)
+{
+}
+
+bool UObject::Modify(bool bAlwaysMarkDirty)
+{
+	const UPackage* const Package = GetPackage();
+	const bool bRecorded = GUndo && HasAnyFlags(RF_Transactional) && Package &&
+						   !Package->HasAnyPackageFlags(PKG_CompiledIn | PKG_PlayInEditor);
+	if (bRecorded || bAlwaysMarkDirty)
+	{
+		MarkPackageDirty();
+	}
+	if (bRecorded)
+	{
+		GUndo->SaveObject(this);
+	}
+	return bRecorded;
+}
+
+void UObject::GetAssetRegistryTags(FAssetRegistryTagsContext Context) const
+{
+	for (TFieldIterator<FProperty> It(GetClass()); It; ++It)
+	{
+		if (!It->HasAnyPropertyFlags(CPF_AssetRegistrySearchable))
+		{
+			continue;
+		}
+		FString Text;
+		const void* const Value = It->ContainerPtrToValuePtr<void>(this);
+		It->ExportTextItem_Direct(Text, Value, Value, nullptr, PPF_None);
+		const bool bNumber = It->IsA<FNumericProperty>();
+		Context.AddTag(
+			{ It->GetFName(), Text, bNumber ? FAssetRegistryTag::TT_Numerical : FAssetRegistryTag::TT_Alphabetical });
+	}
+}
+
+bool UObject::Rename(const TCHAR* NewName, UObject* NewOuter, ERenameFlags Flags)
+{
+	UObject* const OldOuter = GetOuter();
+	const FName OldName = GetFName();
+	UObject* const Outer = NewOuter ? NewOuter : OldOuter;
+	const FName Name = NewName ? FName(NewName) : NewOuter ? MakeUniqueObjectName(Outer, GetClass()) : OldName;
 	const UObject* Taken = FObjectTable::Get().Find(Outer, Name);
 	if (Taken && Taken != this)
 	{
 		return false;
 	}
+	if (Flags & REN_Test)
+	{
+		return true;
+	}
+	const bool bMarkDirty = !(Flags & REN_DoNotDirty);
+	if (bMarkDirty && !(Flags & REN_NonTransactional))
+	{
+		Modify();
+	}
 	FObjectTable::Get().SetIdentity(*this, GetClass(), Outer, Name);
+	if (bMarkDirty)
+	{
+		MarkPackageDirty();
+	}
+	PostRename(OldOuter, OldName);
 	return true;
 }
 

@@ -1,6 +1,7 @@
 #include "UObject/UObjectBaseUtility.h"
 
 #include "ObjectTable.h"
+#include "PackageLoader.h"
 #include "UObject/Class.h"
 #include "UObject/Package.h"
 
@@ -107,7 +108,7 @@ bool UObjectBaseUtility::IsIn(const UObject* SomeOuter) const
 bool UObjectBaseUtility::MarkPackageDirty() const
 {
 	UPackage* Package = GetPackage();
-	if (!Package || HasAnyFlags(RF_Transient) || Package == GetTransientPackage() ||
+	if (!Package || FPackageLoader::IsLoading() || HasAnyFlags(RF_Transient) || Package == GetTransientPackage() ||
 		Package->HasAnyPackageFlags(PKG_CompiledIn | PKG_PlayInEditor))
 	{
 		return false;
@@ -119,6 +120,26 @@ bool UObjectBaseUtility::MarkPackageDirty() const
 bool UObjectBaseUtility::IsA(const UClass* SomeBase) const
 {
 	return GetClass()->IsChildOf(SomeBase);
+}
+
+bool UObjectBaseUtility::ImplementsInterface(const UClass* InterfaceClass) const
+{
+	return GetClass()->ImplementsInterface(InterfaceClass);
+}
+
+void* UObjectBaseUtility::GetNativeInterfaceAddress(const UClass* InterfaceClass) const
+{
+	for (const UClass* Class = GetClass(); Class; Class = Class->GetSuperClass())
+	{
+		for (const FImplementedInterface& Each : Class->Interfaces)
+		{
+			if (!Each.bImplementedByK2 && Each.Class && Each.Class->IsChildOf(InterfaceClass))
+			{
+				return reinterpret_cast<uint8*>(const_cast<UObjectBaseUtility*>(this)) + Each.PointerOffset;
+			}
+		}
+	}
+	return nullptr;
 }
 
 bool UObjectBaseUtility::IsTemplate(EObjectFlags TemplateTypes) const

@@ -66,7 +66,8 @@ UObject* StaticFindObject(UClass* Class, UObject* Outer, const TCHAR* Name, bool
 	UObject* Current = Outer;
 	while (!Path.IsEmpty())
 	{
-		const FName Part(*ObjectHash::TakeFirstPart(Path), FNAME_Find);
+		const FString PartText = ObjectHash::TakeFirstPart(Path);
+		const FName Part = PartText.Len() < NAME_SIZE ? FName(*PartText, FNAME_Find) : FName();
 		if (Part.IsNone())
 		{
 			return nullptr;
@@ -90,7 +91,7 @@ UObject* StaticFindFirstObject(UClass* Class, const TCHAR* Name, EFindFirstObjec
 	{
 		return StaticFindObject(Class, nullptr, Name, EnumHasAnyFlags(Options, EFindFirstObjectOptions::ExactClass));
 	}
-	const FName ObjectName(Name, FNAME_Find);
+	const FName ObjectName = Text.Len() < NAME_SIZE ? FName(Name, FNAME_Find) : FName();
 	UObject* First = nullptr;
 	int32 NumFound = 0;
 	for (UObject* Object : FObjectTable::Get().FindByName(ObjectName))
@@ -118,7 +119,7 @@ UObject* StaticFindFirstObject(UClass* Class, const TCHAR* Name, EFindFirstObjec
 UObject* StaticFindFirstObjectSafe(UClass* Class, const TCHAR* Name, EFindFirstObjectOptions Options,
 	ELogVerbosity::Type AmbiguousMessageVerbosity, const TCHAR* CurrentOperation)
 {
-	return IsGarbageCollecting()
+	return IsGarbageCollecting() || IsSavingPackage()
 			   ? nullptr
 			   : StaticFindFirstObject(Class, Name, Options, AmbiguousMessageVerbosity, CurrentOperation);
 }
@@ -137,17 +138,17 @@ void ForEachObjectWithOuter(
 void GetObjectsWithOuter(
 	const UObjectBase* Outer, TArray<UObject*>& OutResults, bool bIncludeNestedObjects, EObjectFlags ExclusionFlags)
 {
-	for (const FObjectTable::FEntry& Entry : FObjectTable::Get().GetEntries())
+	TArray<UObject*> Pending = FObjectTable::Get().GetChildren(*Outer);
+	for (int32 Index = 0; Index < Pending.Num(); ++Index)
 	{
-		if (!Entry.Object || Entry.Object->HasAnyFlags(ExclusionFlags) || Entry.bGarbage)
+		UObject* const Object = Pending[Index];
+		if (!Object->HasAnyFlags(ExclusionFlags) && IsValid(Object))
 		{
-			continue;
+			OutResults.Add(Object);
 		}
-		const bool bInside = bIncludeNestedObjects ? Entry.Object->IsIn(static_cast<const UObject*>(Outer))
-												   : Entry.Object->GetOuter() == Outer;
-		if (bInside)
+		if (bIncludeNestedObjects)
 		{
-			OutResults.Add(Entry.Object);
+			Pending.Append(FObjectTable::Get().GetChildren(*Object));
 		}
 	}
 }

@@ -29,17 +29,19 @@ void FObjectTable::Register(UObjectBase& Base)
 	Entry = FEntry();
 	Entry.Object = Object;
 	Entry.SerialNumber = ++LastSerialNumber;
-	ObjectsByName.FindOrAdd(Base.NamePrivate).Add(Object);
+	LinkEntry(Base.InternalIndex);
 }
 
 void FObjectTable::Unregister(UObjectBase& Base)
 {
+	UnlinkEntry(Base.InternalIndex);
 	FEntry& Entry = Entries[Base.InternalIndex];
-	TArray<UObject*>& SameName = ObjectsByName.FindChecked(Base.NamePrivate);
-	SameName.Remove(Entry.Object);
-	if (SameName.IsEmpty())
+	for (int32 Child = Entry.FirstChild; Child != INDEX_NONE;)
 	{
-		ObjectsByName.Remove(Base.NamePrivate);
+		FEntry& ChildEntry = Entries[Child];
+		Child = ChildEntry.Siblings.Next;
+		ChildEntry.Siblings = FLink();
+		ChildEntry.Outer = INDEX_NONE;
 	}
 	Entry = FEntry();
 	FreeIndices.Add(Base.InternalIndex);
@@ -48,16 +50,16 @@ void FObjectTable::Unregister(UObjectBase& Base)
 void FObjectTable::SetIdentity(UObject& Object, UClass* Class, UObject* Outer, FName Name)
 {
 	UObjectBase& Base = Object;
-	TArray<UObject*>& SameName = ObjectsByName.FindChecked(Base.NamePrivate);
-	SameName.Remove(&Object);
-	if (SameName.IsEmpty())
-	{
-		ObjectsByName.Remove(Base.NamePrivate);
-	}
 	Base.ClassPrivate = Class;
+	if (Base.OuterPrivate == Outer && Base.NamePrivate == Name)
+	{
+		Base.NamePrivate = Name; // letter case may differ
+		return;
+	}
+	UnlinkEntry(Base.InternalIndex);
 	Base.OuterPrivate = Outer;
 	Base.NamePrivate = Name;
-	ObjectsByName.FindOrAdd(Name).Add(&Object);
+	LinkEntry(Base.InternalIndex);
 }
 
 FObjectTable::FEntry* FObjectTable::FindEntry(int32 Index)
@@ -65,23 +67,130 @@ FObjectTable::FEntry* FObjectTable::FindEntry(int32 Index)
 	return Entries.IsValidIndex(Index) && Entries[Index].Object ? &Entries[Index] : nullptr;
 }
 
-const TArray<UObject*>& FObjectTable::FindByName(FName Name) const
+TArray<UObject*> FObjectTable::FindByName(FName Name) const
 {
-	static const TArray<UObject*> None;
-	const TArray<UObject*>* Found = ObjectsByName.Find(Name);
-	return Found ? *Found : None;
+	TArray<UObject*> Objects;
+	const FList* const List = ObjectsByName.Find(Name);
+	for (int32 Index = List ? List->First : INDEX_NONE; Index != INDEX_NONE; Index = Entries[Index].SameName.Next)
+	{
+		Objects.Add(Entries[Index].Object);
+	}
+	return Objects;
 }
 
 UObject* FObjectTable::Find(const UObject* Outer, FName Name) const
 {
-	for (UObject* Object : FindByName(Name))
+	if (Places.IsEmpty())
 	{
-		if (Object->GetOuter() == Outer)
+		return nullptr;
+	}
+	const FList& Place = const_cast<FObjectTable*>(this)->GetPlace(HashPlace(Outer, Name));
+	for (int32 Index = Place.First; Index != INDEX_NONE; Index = Entries[Index].SamePlace.Next)
+	{
+		UObject* const Object = Entries[Index].Object;
+		if (Object->GetOuter() == Outer && Object->GetFName() == Name)
 		{
 			return Object;
 		}
 	}
 	return nullptr;
+}
+
+TArray<UObject*> FObjectTable::GetChildren(const UObjectBase& Outer) const
+{
+	TArray<UObject*> Children;
+	int32 Index = Entries[static_cast<int32>(Outer.GetUniqueID())].FirstChild;
+	for (; Index != INDEX_NONE; Index = Entries[Index].Siblings.Next)
+	{
+		Children.Add(Entries[Index].Object);
+	}
+	return Children;
+}
+
+uint32 FObjectTable::HashPlace(const UObject* Outer, FName Name)
+{
+	return HashCombine(Outer ? Outer->GetUniqueID() + 1 : 0, GetTypeHash(Name)) * 0x9E3779B1u >> 7;
+}
+
+void FObjectTable::Append(FList& List, FLink FEntry::*Link, int32 Index)
+{
+	(Entries[Index].*Link) = { List.Last, INDEX_NONE };
+	(List.Last == INDEX_NONE ? List.First : (Entries[List.Last].*Link).Next) = Index;
+	List.Last = Index;
+}
+
+void FObjectTable::Remove(FList& List, FLink FEntry::*Link, int32 Index)
+{
+	const FLink Neighbours = Entries[Index].*Link;
+	(Neighbours.Previous == INDEX_NONE ? List.First : (Entries[Neighbours.Previous].*Link).Next) = Neighbours.Next;
+	(Neighbours.Next == INDEX_NONE ? List.Last : (Entries[Neighbours.Next].*Link).Previous) = Neighbours.Previous;
+	(Entries[Index].*Link) = FLink();
+}
+
+void FObjectTable::LinkEntry(int32 Index)
+{
+	if (Entries.Num() > Places.Num())
+	{
+		GrowPlaces();
+	}
+	const UObject& Object = *Entries[Index].Object;
+	const UObject* const Outer = Object.GetOuter();
+	Append(ObjectsByName.FindOrAdd(Object.GetFName()), &FEntry::SameName, Index);
+	Entries[Index].PlaceHash = HashPlace(Outer, Object.GetFName());
+	Append(GetPlace(Entries[Index].PlaceHash), &FEntry::SamePlace, Index);
+	if (Outer)
+	{
+		Entries[Index].Outer = static_cast<int32>(Outer->GetUniqueID());
+		FEntry& OuterEntry = Entries[Entries[Index].Outer];
+		FList Children = { OuterEntry.FirstChild, OuterEntry.LastChild };
+		Append(Children, &FEntry::Siblings, Index);
+		OuterEntry.FirstChild = Children.First;
+		OuterEntry.LastChild = Children.Last;
+	}
+}
+
+void FObjectTable::UnlinkEntry(int32 Index)
+{
+	FEntry& Entry = Entries[Index];
+	const FName Name = Entry.Object->GetFName();
+	FList& SameName = ObjectsByName.FindChecked(Name);
+	Remove(SameName, &FEntry::SameName, Index);
+	if (SameName.First == INDEX_NONE)
+	{
+		ObjectsByName.Remove(Name);
+	}
+	Remove(GetPlace(Entry.PlaceHash), &FEntry::SamePlace, Index);
+	if (Entry.Outer != INDEX_NONE)
+	{
+		FEntry& OuterEntry = Entries[Entry.Outer];
+		FList Children = { OuterEntry.FirstChild, OuterEntry.LastChild };
+		Remove(Children, &FEntry::Siblings, Index);
+		OuterEntry.FirstChild = Children.First;
+		OuterEntry.LastChild = Children.Last;
+		Entry.Outer = INDEX_NONE;
+	}
+}
+
+void FObjectTable::GrowPlaces()
+{
+	int32 NumPlaces = FMath::Max(1024, Places.Num() * 2);
+	while (NumPlaces < Entries.Num())
+	{
+		NumPlaces *= 2;
+	}
+	// The places of one hash stay in order of age: objects are entered again by the old lists.
+	const TArray<FList> Old = MoveTemp(Places);
+	Places.Empty();
+	Places.SetNum(NumPlaces);
+	for (const FList& List : Old)
+	{
+		for (int32 Index = List.First; Index != INDEX_NONE;)
+		{
+			const int32 Next = Entries[Index].SamePlace.Next;
+			Append(GetPlace(Entries[Index].PlaceHash), &FEntry::SamePlace, Index);
+			Index = Next;
+		}
+	}
 }
 
 UObjectBase::UObjectBase()

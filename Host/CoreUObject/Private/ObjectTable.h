@@ -11,6 +11,13 @@
 class FObjectTable
 {
 public:
+	/** A place in one of the lists that run through the entries. */
+	struct FLink
+	{
+		int32 Previous = INDEX_NONE;
+		int32 Next = INDEX_NONE;
+	};
+
 	struct FEntry
 	{
 		UObject* Object = nullptr; // null: the slot is free
@@ -18,6 +25,13 @@ public:
 		bool bRoot = false;
 		bool bGarbage = false;
 		bool bReachable = true;
+		int32 Outer = INDEX_NONE; // index of the outer; none also when the outer has been freed first
+		int32 FirstChild = INDEX_NONE;
+		int32 LastChild = INDEX_NONE;
+		FLink Siblings; // objects of the same outer, in the order in which they came there
+		FLink SameName;
+		FLink SamePlace; // objects whose outer and name have a hash in common
+		uint32 PlaceHash = 0;
 	};
 
 	/** What an object is born with. */
@@ -45,14 +59,32 @@ public:
 	FEntry& GetEntry(const UObjectBase& Object) { return Entries[static_cast<int32>(Object.GetUniqueID())]; }
 	/** Null for an index that is free or out of range. */
 	FEntry* FindEntry(int32 Index);
-	/** The objects of a name, in whichever outer. */
-	const TArray<UObject*>& FindByName(FName Name) const;
+	/** The objects of a name, in whichever outer, the oldest first. */
+	TArray<UObject*> FindByName(FName Name) const;
 	UObject* Find(const UObject* Outer, FName Name) const;
+	/** The objects directly in Outer, in the order in which they came there. */
+	TArray<UObject*> GetChildren(const UObjectBase& Outer) const;
 
 private:
+	struct FList
+	{
+		int32 First = INDEX_NONE;
+		int32 Last = INDEX_NONE;
+	};
+
+	FList& GetPlace(uint32 Hash) { return Places[static_cast<int32>(Hash & static_cast<uint32>(Places.Num() - 1))]; }
+	static uint32 HashPlace(const UObject* Outer, FName Name);
+	void Append(FList& List, FLink FEntry::*Link, int32 Index);
+	void Remove(FList& List, FLink FEntry::*Link, int32 Index);
+	/** Enters an object into the lists, or takes it out of them. */
+	void LinkEntry(int32 Index);
+	void UnlinkEntry(int32 Index);
+	void GrowPlaces();
+
 	TArray<FEntry> Entries;
 	TArray<int32> FreeIndices;
 	int32 LastSerialNumber = 0;
-	TMap<FName, TArray<UObject*>> ObjectsByName;
+	TMap<FName, FList> ObjectsByName;
+	TArray<FList> Places; // by hash of outer and name; a power of two
 	TMap<const void*, FIdentity> Prepared;
 };

@@ -17,6 +17,8 @@ UPackage::FOnPackageDirtyStateChanged& UPackage::OnPackageDirtyStateChanged()
 	return Delegate;
 }
 
+UPackage::FOnPackageSaved UPackage::PackageSavedWithContextEvent;
+
 UObject* UPackage::FindAssetInPackage() const
 {
 	const FString Path = GetName();

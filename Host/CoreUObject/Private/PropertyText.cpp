@@ -22,6 +22,11 @@ FString Quote(const FString& Text)
 	return TEXT("\"") + Text.ReplaceCharWithEscapedChar() + TEXT("\"");
 }
 
+FName FindName(const FString& Text)
+{
+	return Text.Len() < NAME_SIZE ? FName(*Text, FNAME_Find) : FName();
+}
+
 const TCHAR* SkipBlanks(const TCHAR* Buffer)
 {
 	while (*Buffer == u' ' || *Buffer == u'\t')

@@ -2,12 +2,15 @@
 
 #include "Containers/UnrealString.h"
 #include "Templates/Function.h"
+#include "UObject/NameTypes.h"
 #include "UObject/PropertyPortFlags.h"
 
 /** The small grammar of values as text: words, quoted texts, and lists in round brackets. */
 namespace PropertyText
 {
 FString Quote(const FString& Text);
+/** The name if anything is called so; none for one that is too long to be a name. */
+FName FindName(const FString& Text);
 const TCHAR* SkipBlanks(const TCHAR* Buffer);
 
 /** Reads a text in double quotes. Null when there is none or it does not end. */

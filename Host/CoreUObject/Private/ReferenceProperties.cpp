@@ -1,4 +1,6 @@
+#include "PackageLoader.h"
 #include "PropertyText.h"
+#include "UObject/ObjectText.h"
 #include "UObject/UnrealType.h"
 
 namespace ReferenceProperties
@@ -7,6 +9,59 @@ namespace ReferenceProperties
 UObject* FindReferenced(const FString& Text)
 {
 	return StaticFindFirstObject(nullptr, *PropertyText::StripExportPath(Text));
+}
+
+void ExportReference(FString& ValueStr, const UObject* Object, int32 PortFlags)
+{
+	if (FObjectReferences* const References = FObjectReferences::GetCurrent())
+	{
+		const FString Text = References->Describe(Object);
+		const bool bQuoted = (PortFlags & PPF_Delimited) && !Text.Equals(TEXT("None"));
+		// A path's single quotes need no escape inside of double ones; names with anything else to escape are rare.
+		const bool bPlain = !Text.Contains(TEXT("\"")) && !Text.Contains(TEXT("\\"));
+		ValueStr += !bQuoted ? Text : bPlain ? TEXT("\"") + Text + TEXT("\"") : PropertyText::Quote(Text);
+	}
+	else if (!Object)
+	{
+		ValueStr += TEXT("None");
+	}
+	else if (PortFlags & PPF_SimpleObjectText)
+	{
+		ValueStr += Object->GetPathName();
+	}
+	else if (PortFlags & PPF_ExportsNotFullyQualified)
+	{
+		ValueStr += Object->GetName();
+	}
+	else
+	{
+		const TCHAR* const Quote = (PortFlags & PPF_Delimited) ? TEXT("\"") : TEXT("");
+		ValueStr += Object->GetClass()->GetPathName() + TEXT("'") + Quote + Object->GetPathName() + Quote + TEXT("'");
+	}
+}
+
+/** Null for what is no reference, is not there or is not allowed; of an object that is loaded, the latter become null.
+ */
+const TCHAR* ImportReference(const TCHAR* Buffer, UObject*& OutObject, TFunctionRef<bool(const UObject*)> IsAllowed)
+{
+	FString Text;
+	const TCHAR* const End = PropertyText::ReadPath(Buffer, Text);
+	if (!End || Text == TEXT("None"))
+	{
+		return End;
+	}
+	FObjectReferences* const References = FObjectReferences::GetCurrent();
+	UObject* const Object = References ? References->Find(Text) : FindReferenced(Text);
+	if (Object && IsAllowed(Object))
+	{
+		OutObject = Object;
+		return End;
+	}
+	if (Object && References)
+	{
+		References->Reject(*Object, Text);
+	}
+	return References ? End : nullptr;
 }
 
 FString GetPrefixedName(const UClass* Class)
@@ -33,46 +88,19 @@ bool FObjectPropertyBase::AllowsObject(const UObject* Object) const
 void FObjectPropertyBase::ExportText_Internal(
 	FString& ValueStr, const void* PropertyValue, const void*, UObject*, int32 PortFlags, UObject*) const
 {
-	const UObject* const Object = GetObjectPropertyValue(PropertyValue);
-	if (!Object)
-	{
-		ValueStr += TEXT("None");
-	}
-	else if (PortFlags & PPF_SimpleObjectText)
-	{
-		ValueStr += Object->GetPathName();
-	}
-	else if (PortFlags & PPF_ExportsNotFullyQualified)
-	{
-		ValueStr += Object->GetName();
-	}
-	else
-	{
-		const TCHAR* const Quote = (PortFlags & PPF_Delimited) ? TEXT("\"") : TEXT("");
-		ValueStr += Object->GetClass()->GetPathName() + TEXT("'") + Quote + Object->GetPathName() + Quote + TEXT("'");
-	}
+	ReferenceProperties::ExportReference(ValueStr, GetObjectPropertyValue(PropertyValue), PortFlags);
 }
 
 const TCHAR* FObjectPropertyBase::ImportText_Internal(
 	const TCHAR* Buffer, void* Value, UObject*, int32, FOutputDevice*) const
 {
-	FString Text;
-	const TCHAR* const End = PropertyText::ReadPath(Buffer, Text);
-	if (!End)
+	UObject* Object = nullptr;
+	const TCHAR* const End = ReferenceProperties::ImportReference(
+		Buffer, Object, [this](const UObject* Found) { return AllowsObject(Found); });
+	if (End)
 	{
-		return nullptr;
+		SetObjectPropertyValue(Value, Object);
 	}
-	if (Text == TEXT("None"))
-	{
-		SetObjectPropertyValue(Value, nullptr);
-		return End;
-	}
-	UObject* const Object = ReferenceProperties::FindReferenced(Text);
-	if (!Object || !AllowsObject(Object))
-	{
-		return nullptr;
-	}
-	SetObjectPropertyValue(Value, Object);
 	return End;
 }
 
@@ -127,7 +155,58 @@ void FClassProperty::CollectTypes(FReferenceCollector& Collector) const
 
 bool FClassProperty::AllowsObject(const UObject* Object) const
 {
-	return Super::AllowsObject(Object) && static_cast<const UClass*>(Object)->IsChildOf(MetaClass);
+	if (!Super::AllowsObject(Object))
+	{
+		return false;
+	}
+	// A class that comes from a file has no parent before it is compiled, and may be referred to before.
+	const UClass* const Class = static_cast<const UClass*>(Object);
+	const bool bNotCompiled = FPackageLoader::IsLoading() && !Class->IsNative() && !Class->GetSuperClass();
+	return bNotCompiled || Class->IsChildOf(MetaClass);
+}
+
+FString FInterfaceProperty::GetCPPType(FString* ExtendedTypeText, uint32) const
+{
+	if (ExtendedTypeText)
+	{
+		*ExtendedTypeText = TEXT("<I") + InterfaceClass->GetName() + TEXT(">");
+	}
+	return TEXT("TScriptInterface");
+}
+
+void FInterfaceProperty::CollectTypes(FReferenceCollector& Collector) const
+{
+	Collector.AddReferencedObject(InterfaceClass);
+}
+
+bool FInterfaceProperty::SameType(const FProperty* Other) const
+{
+	return Super::SameType(Other) && static_cast<const FInterfaceProperty*>(Other)->InterfaceClass == InterfaceClass;
+}
+
+void FInterfaceProperty::CollectReferences(void* Value, FReferenceCollector& Collector) const
+{
+	Collector.AddReferencedObject(GetPropertyValuePtr(Value)->GetObjectRef());
+}
+
+void FInterfaceProperty::ExportText_Internal(
+	FString& ValueStr, const void* PropertyValue, const void*, UObject*, int32 PortFlags, UObject*) const
+{
+	ReferenceProperties::ExportReference(ValueStr, GetPropertyValue(PropertyValue).GetObject(), PortFlags);
+}
+
+const TCHAR* FInterfaceProperty::ImportText_Internal(
+	const TCHAR* Buffer, void* Value, UObject*, int32, FOutputDevice*) const
+{
+	UObject* Object = nullptr;
+	const TCHAR* const End = ReferenceProperties::ImportReference(Buffer, Object,
+		[this](const UObject* Found) { return Found->GetClass()->ImplementsInterface(InterfaceClass); });
+	if (End)
+	{
+		SetPropertyValue(
+			Value, FScriptInterface(Object, Object ? Object->GetNativeInterfaceAddress(InterfaceClass) : nullptr));
+	}
+	return End;
 }
 
 FString FWeakObjectProperty::GetCPPType(FString* ExtendedTypeText, uint32) const

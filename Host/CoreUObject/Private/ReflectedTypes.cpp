@@ -205,6 +205,8 @@ FFieldClass* GetFieldClass(EPropertyKind Kind)
 		return FDelegateProperty::StaticClass();
 	case EPropertyKind::MulticastInlineDelegate:
 		return FMulticastInlineDelegateProperty::StaticClass();
+	case EPropertyKind::Interface:
+		return FInterfaceProperty::StaticClass();
 	case EPropertyKind::Array:
 		return FArrayProperty::StaticClass();
 	case EPropertyKind::Set:
@@ -231,6 +233,10 @@ void SetTypes(FProperty* Property, const FPropertyParams& Params)
 	else if (FStructProperty* Struct = CastField<FStructProperty>(Property))
 	{
 		Struct->Struct = static_cast<UScriptStruct*>(Type);
+	}
+	else if (FInterfaceProperty* Interface = CastField<FInterfaceProperty>(Property))
+	{
+		Interface->InterfaceClass = static_cast<UClass*>(Type);
 	}
 	else if (FDelegateProperty* Delegate = CastField<FDelegateProperty>(Property))
 	{
@@ -361,6 +367,11 @@ FStructBuilder FStructBuilder::Function(const FFunctionParams& Params)
 	}
 	Class->AddFunction(NewFunction);
 	return FStructBuilder(NewFunction);
+}
+
+void FStructBuilder::Implements(UClass* Interface, int32 Offset)
+{
+	static_cast<UClass*>(Struct)->Interfaces.Add(FImplementedInterface(Interface, Offset, false));
 }
 
 void FStructBuilder::SetNativeLayout(UStruct* Struct, int32 Size, int32 Alignment)

@@ -153,7 +153,7 @@ const TCHAR* UScriptStruct::ImportText(const TCHAR* Buffer, void* Value, UObject
 		{
 			return nullptr;
 		}
-		const FProperty* Property = FindPropertyByName(FName(*Name, FNAME_Find));
+		const FProperty* Property = FindPropertyByName(PropertyText::FindName(Name));
 		if (!Property || Index < 0 || Index >= Property->ArrayDim)
 		{
 			UE_LOG(LogScriptStruct, Verbose, TEXT("Unknown property in %s: %s"), *StructName, *Name);

@@ -39,6 +39,11 @@ UObject* FSoftObjectPath::ResolveObject() const
 	return IsNull() ? nullptr : StaticFindObject(nullptr, nullptr, *AssetPath);
 }
 
+UObject* FSoftObjectPath::TryLoad() const
+{
+	return IsNull() ? nullptr : StaticLoadObject(UObject::StaticClass(), nullptr, *AssetPath);
+}
+
 UClass* FSoftClassPath::ResolveClass() const
 {
 	UObject* Object = ResolveObject();

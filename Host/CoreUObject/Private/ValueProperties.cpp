@@ -1,5 +1,6 @@
 #include "PropertyText.h"
 #include "UObject/EnumProperty.h"
+#include "UObject/ObjectText.h"
 #include "UObject/TextProperty.h"
 #include "UObject/UnrealType.h"
 
@@ -118,9 +119,20 @@ void FNumericProperty::SetNumericPropertyValueFromString(void* Data, const TCHAR
 }
 
 void FNumericProperty::ExportText_Internal(
-	FString& ValueStr, const void* PropertyValue, const void*, UObject*, int32, UObject*) const
+	FString& ValueStr, const void* PropertyValue, const void*, UObject*, int32 PortFlags, UObject*) const
 {
-	ValueStr += GetNumericPropertyValueToString(PropertyValue);
+	FString Text = GetNumericPropertyValueToString(PropertyValue);
+	if (IsFloatingPoint() && (PortFlags & ObjectText::PPF_RoundTrip))
+	{
+		const double Number = GetFloatingPointPropertyValue(PropertyValue);
+		const bool bSingle = IsA<FFloatProperty>();
+		const double Back = FCString::Atod(*Text);
+		if ((bSingle ? static_cast<double>(static_cast<float>(Back)) : Back) != Number)
+		{
+			Text = FString::Printf(TEXT("%.*g"), bSingle ? 9 : 17, Number);
+		}
+	}
+	ValueStr += Text;
 }
 
 const TCHAR* FNumericProperty::ImportText_Internal(

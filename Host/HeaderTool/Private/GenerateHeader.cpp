@@ -42,12 +42,44 @@ std::vector<std::string> GetClassBody(const FParsedStruct& Class)
 						"(const FObjectInitializer& ObjectInitializer = FObjectInitializer::Get()) : Super(" +
 						"ObjectInitializer) {}");
 	}
+	if (!Class.Interfaces.empty())
+	{
+		Lines.push_back("UObject* _getUObject() const override { return const_cast<" + Class.Name + "*>(this); }");
+	}
 	for (const FParsedFunction& Function : Class.Functions)
 	{
-		if (NeedsImplementationDeclared(Class, Function))
+		if (!Class.bInterface && NeedsImplementationDeclared(Class, Function))
 		{
 			Lines.push_back("virtual " + FormatReturnType(Function) + " " + Function.Name + "_Implementation(" +
 							FormatParameters(Function) + ")" + (Function.bConst ? " const;" : ";"));
+		}
+	}
+	Lines.push_back("private:");
+	return Lines;
+}
+
+/** The class that others inherit: its events are called by Execute_<Name>, whoever implements them. */
+std::vector<std::string> GetNativeInterfaceBody(const FParsedStruct& Interface)
+{
+	std::vector<std::string> Lines = { "private:", "friend struct FReflected_" + Interface.Name + ";",
+		"protected:", "virtual ~" + Interface.GetNativeName() + "() = default;",
+		"public:", "using UClassType = " + Interface.Name + ";", "using ThisClass = " + Interface.GetNativeName() + ";",
+		"virtual UObject* _getUObject() const { return nullptr; }" };
+	for (const FParsedFunction& Function : Interface.Functions)
+	{
+		if (Function.Event == EEventKind::None)
+		{
+			continue;
+		}
+		const std::string Returned = FormatReturnType(Function);
+		const std::string Parameters = FormatParameters(Function);
+		Lines.push_back("static " + Returned + " Execute_" + Function.Name + "(" +
+						(Function.bConst ? "const UObject* O" : "UObject* O") +
+						(Parameters.empty() ? "" : ", " + Parameters) + ");");
+		if (NeedsImplementationDeclared(Interface, Function))
+		{
+			Lines.push_back("virtual " + Returned + " " + Function.Name + "_Implementation(" + Parameters + ")" +
+							(Function.bConst ? " const" : "") + (Function.bReturns ? " { return {}; }" : " {}"));
 		}
 	}
 	Lines.push_back("private:");
@@ -119,6 +151,11 @@ std::string GenerateHeader(const FModule& Module, const FParsedHeader& Header)
 			Text += FormatMacro(FileId + "_" + std::to_string(Struct.BodyLine) + "_GENERATED_BODY",
 				Struct.bClass ? GetClassBody(Struct) : GetStructBody(Struct));
 			Text += Struct.bClass ? "" : "struct " + Struct.Name + ";\n";
+			if (Struct.bInterface)
+			{
+				Text += FormatMacro(FileId + "_" + std::to_string(Struct.NativeBodyLine) + "_GENERATED_BODY",
+					GetNativeInterfaceBody(Struct));
+			}
 		}
 	}
 	return Text + "#undef CURRENT_FILE_ID\n#define CURRENT_FILE_ID " + FileId + "\n";

@@ -148,10 +148,17 @@ std::string FormatThunk(const FParsedStruct& Class, const FParsedFunction& Funct
 	{
 		Arguments += (Index == 0 ? "Parms." : ", Parms.") + Function.Parameters[Index].Name;
 	}
-	const std::string Callee = Function.bStatic ? Class.Name + "::" : "static_cast<" + Class.Name + "*>(Object)->";
+	const std::string Self = Class.bInterface ? "Self" : "static_cast<" + Class.Name + "*>(Object)";
+	const std::string Callee = Function.bStatic ? Class.Name + "::" : Self + "->";
 	std::string Text =
 		"\tstatic void Call_" + Function.Name + "([[maybe_unused]] UObject* Object, void* ParmsMemory)\n\t{\n";
 	Text += "\t\t[[maybe_unused]] auto& Parms = *static_cast<FParms_" + Function.Name + "*>(ParmsMemory);\n\t\t";
+	if (Class.bInterface)
+	{
+		// Nothing is called of an object that implements the interface in a Blueprint only.
+		Text += "auto* const Self = static_cast<" + Class.GetNativeName() + "*>(Object->GetNativeInterfaceAddress(" +
+				Class.Name + "::StaticClass()));\n\t\tif (!Self)\n\t\t{\n\t\t\treturn;\n\t\t}\n\t\t";
+	}
 	Text += (Function.bReturns ? "Parms.ReturnValue = " : "") + Callee + Function.Name;
 	Text +=
 		std::string(Function.Event == EEventKind::Native ? "_Implementation" : "") + "(" + Arguments + ");\n\t}\n\n";
@@ -203,6 +210,38 @@ std::string FormatEventBody(const FParsedStruct& Class, const FParsedFunction& F
 	return Text + (Function.bReturns ? "\treturn Parms.ReturnValue;\n" : "") + "}\n\n";
 }
 
+/** The two bodies of an interface's event: the one that must not be called, and the one that calls the object's. */
+std::string FormatInterfaceEventBodies(const FParsedStruct& Interface, const FParsedFunction& Function)
+{
+	const std::string Native = Interface.GetNativeName();
+	const std::string Returned = FormatReturnType(Function);
+	const std::string Parameters = FormatParameters(Function);
+	const std::string Object = Function.bConst ? "const_cast<UObject*>(O)" : "O";
+	std::string Text = Returned + " " + Native + "::" + Function.Name + "(" + Parameters + ")" +
+					   (Function.bConst ? " const" : "") + "\n{\n\tcheckf(false, TEXT(\"Do not directly call Event " +
+					   "functions in Interfaces. Call Execute_" + Function.Name + " instead.\"));\n" +
+					   (Function.bReturns ? "\treturn {};\n" : "") + "}\n\n";
+	Text += Returned + " " + Native + "::Execute_" + Function.Name + "(" +
+			(Function.bConst ? "const UObject* O" : "UObject* O") + (Parameters.empty() ? "" : ", " + Parameters) +
+			")\n{\n\tcheckf(O && O->GetClass()->ImplementsInterface(" + Interface.Name +
+			"::StaticClass()), TEXT(\"Execute_" + Function.Name + " needs an object that implements " +
+			Interface.GetReflectedName() + "\"));\n";
+	Text += "\tFReflected_" + Interface.Name + "::FParms_" + Function.Name + " Parms;\n";
+	std::string CopyBack;
+	for (size_t Index = 0; Index < Function.Parameters.size() - Function.bReturns; ++Index)
+	{
+		const FParsedProperty& Parameter = Function.Parameters[Index];
+		Text += "\tParms." + Parameter.Name + " = " + Parameter.Name + ";\n";
+		if (Parameter.Type.bReference && !Parameter.Type.bConst)
+		{
+			CopyBack += "\t" + Parameter.Name + " = Parms." + Parameter.Name + ";\n";
+		}
+	}
+	Text += "\t" + Object + "->ProcessEvent(" + Object + "->FindFunctionChecked(TEXT(\"" + Function.Name +
+			"\")), &Parms);\n" + CopyBack;
+	return Text + (Function.bReturns ? "\treturn Parms.ReturnValue;\n" : "") + "}\n\n";
+}
+
 std::string FormatDescription(const FParsedStruct& Struct, const FTypeRegistry& Types)
 {
 	std::string Text = "struct FReflected_" + Struct.Name + "\n{\n";
@@ -221,6 +260,12 @@ std::string FormatDescription(const FParsedStruct& Struct, const FTypeRegistry& 
 	if (!Struct.Meta.GetEntries().empty())
 	{
 		Text += "\t\tBuilder" + FormatMeta(Struct.Meta) + ";\n";
+	}
+	for (const std::string& Interface : Struct.Interfaces)
+	{
+		Text += "\t\tBuilder.Implements(U" + Interface.substr(1) +
+				"::StaticClass(), static_cast<int32>(reinterpret_cast<UPTRINT>(static_cast<" + Interface +
+				"*>(reinterpret_cast<" + Struct.Name + "*>(0x10000))) - 0x10000));\n";
 	}
 	for (const FParsedProperty& Property : Struct.Properties)
 	{
@@ -276,7 +321,9 @@ std::string FormatStruct(const FModule& Module, const FParsedStruct& Struct)
 	}
 	for (const FParsedFunction& Function : Struct.Functions)
 	{
-		Text += Function.Event != EEventKind::None ? FormatEventBody(Struct, Function) : "";
+		Text += Function.Event == EEventKind::None ? ""
+				: Struct.bInterface                ? FormatInterfaceEventBodies(Struct, Function)
+												   : FormatEventBody(Struct, Function);
 	}
 	return Text + FormatRegistration(Name);
 }

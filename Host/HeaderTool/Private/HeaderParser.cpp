@@ -96,6 +96,10 @@ private:
 			Reader.Error("'" + Token.Text + "' must be inside a class or struct that is reflected itself");
 			SkipMacro();
 		}
+		else if (FParsedStruct* const Interface = FindInterfaceHere())
+		{
+			ReadNativeInterface(*Interface);
+		}
 		else if (Token.Is("namespace"))
 		{
 			Reader.SkipUntil("{", ";");
@@ -177,10 +181,6 @@ private:
 		else if (Macro.Is("UENUM"))
 		{
 			ReadEnum(Macro, Specifiers);
-		}
-		else if (Macro.Is("UINTERFACE"))
-		{
-			Reader.Error(Macro.Line, "UINTERFACE is not supported");
 		}
 		else
 		{
@@ -381,7 +381,12 @@ private:
 	{
 		FParsedStruct Struct;
 		Struct.Line = Macro.Line;
-		Struct.bClass = Macro.Is("UCLASS");
+		Struct.bInterface = Macro.Is("UINTERFACE");
+		Struct.bClass = Macro.Is("UCLASS") || Struct.bInterface;
+		if (Struct.bInterface)
+		{
+			Struct.Flags = { "CLASS_Abstract", "CLASS_Interface" };
+		}
 		ReportAt(Macro.Line,
 			Struct.bClass ? ApplyClassSpecifiers(Specifiers, Struct) : ApplyStructSpecifiers(Specifiers, Struct));
 		Struct.Meta.SetDefault("ToolTip", Macro.Comment);
@@ -416,7 +421,51 @@ private:
 		{
 			Struct.Super = Super.Name;
 		}
-		Reader.SkipUntil("{", ";"); // further bases are not reflected
+		// Of further bases, only interfaces are reflected.
+		while (Reader.Accept(","))
+		{
+			while (Reader.Accept("public") || Reader.Accept("private") || Reader.Accept("protected"))
+			{
+			}
+			if (FTypeName Base; Reader.IsIdentifier() && Reader.ReadType(Base) && Base.Name.starts_with('I'))
+			{
+				Struct.Interfaces.push_back(Base.Name);
+			}
+		}
+		Reader.SkipUntil("{", ";");
+	}
+
+	/** The interface of this header whose class with the I begins here; null when none does. */
+	FParsedStruct* FindInterfaceHere()
+	{
+		if (!Reader.Peek().Is("class") || !Scopes.empty())
+		{
+			return nullptr;
+		}
+		const size_t NameAt = Reader.Peek(2).Is("{") || Reader.Peek(2).Is(":") ? 1 : 2;
+		const FToken& After = Reader.Peek(NameAt + 1);
+		const auto Found = std::find_if(Header.Structs.begin(), Header.Structs.end(), [&](const FParsedStruct& Each) {
+			return Each.bInterface && Each.NativeBodyLine == 0 && Each.GetNativeName() == Reader.Peek(NameAt).Text;
+		});
+		return Found != Header.Structs.end() && (After.Is("{") || After.Is(":")) ? &*Found : nullptr;
+	}
+
+	/** What is declared there counts as declared in the interface. */
+	void ReadNativeInterface(FParsedStruct& Interface)
+	{
+		FParsedStruct Native;
+		Native.Name = Interface.Name;
+		Native.bClass = true;
+		Reader.SkipUntil("{", ";");
+		Reader.Accept("{");
+		ReadMembers(Native);
+		if (!Native.Properties.empty())
+		{
+			Reader.Error(Native.Properties[0].Line, "Interfaces cannot contain UPROPERTYs");
+		}
+		Interface.NativeBodyLine = Native.BodyLine;
+		Interface.Functions = std::move(Native.Functions);
+		Interface.OwnImplementations = std::move(Native.OwnImplementations);
 	}
 
 	void ReadMembers(FParsedStruct& Struct)

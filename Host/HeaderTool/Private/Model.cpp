@@ -102,6 +102,12 @@ bool FTypeRegistry::IsChildOf(const std::string& Name, std::string_view Ancestor
 	return false;
 }
 
+const FKnownType* FTypeRegistry::FindInterface(const std::string& NativeName) const
+{
+	const std::string Name = NativeName.starts_with('I') ? "U" + NativeName.substr(1) : std::string();
+	return IsChildOf(Name, "UInterface") ? Find(Name) : nullptr;
+}
+
 bool FTypeRegistry::IsInstanced(const std::string& ClassName) const
 {
 	const FKnownType* Class = Find(ClassName);

@@ -114,12 +114,17 @@ struct FParsedStruct
 	bool bNoExport = false;  // the type is declared elsewhere; only its description is wanted
 	bool bIntrinsic = false; // the type is also described elsewhere: it is only known
 	bool bBlueprintType = false;
+	bool bInterface = false;                     // UINTERFACE; its functions are declared in the class with the I
+	int NativeBodyLine = 0;                      // of an interface: line of GENERATED_BODY in the class with the I
+	std::vector<std::string> Interfaces;         // further bases that are named like interfaces: "IName"
 	bool bDeclaresConstructor = false;           // of whatever kind
 	bool bTakesInitializer = false;              // a constructor from FObjectInitializer
 	std::vector<std::string> OwnImplementations; // "<Name>_Implementation" functions that the class declares itself
 
 	/** Without the prefix. */
 	std::string GetReflectedName() const { return Name.substr(1); }
+	/** Of an interface: the class that others inherit. */
+	std::string GetNativeName() const { return "I" + Name.substr(1); }
 };
 
 /** A delegate that is called by a function's name. Its signature becomes a function of its own. */
@@ -213,6 +218,8 @@ public:
 	/** The type of the reflected name (no prefix, letter case ignored), in whichever module. */
 	const FKnownType* FindReflectedName(std::string_view Name) const;
 	bool IsChildOf(const std::string& Name, std::string_view Ancestor) const;
+	/** The interface "UName" of "IName"; null for any other name. */
+	const FKnownType* FindInterface(const std::string& NativeName) const;
 	/** Whether objects of the class belong to the object that refers to them, as components do. */
 	bool IsInstanced(const std::string& ClassName) const;
 	/** Whether objects of the class can be constructed from FObjectInitializer. */

@@ -163,6 +163,20 @@ std::string ResolveByteEnum(const FTypeName& Type, const FTypeRegistry& Types, F
 	return {};
 }
 
+std::string ResolveInterface(const FTypeName& Type, const FTypeRegistry& Types, FPropertyType& OutProperty)
+{
+	const FKnownType* const Interface =
+		Type.Arguments.size() == 1 ? Types.FindInterface(Type.Arguments[0].Name) : nullptr;
+	if (!Interface)
+	{
+		return "TScriptInterface needs a reflected interface: '" + Type.ToString() + "'";
+	}
+	OutProperty.Kind = "Interface";
+	OutProperty.bWrapped = true;
+	OutProperty.TypeAccessor = GetAccessor(*Interface);
+	return {};
+}
+
 std::string ResolveKnown(const FTypeName& Type, const FTypeRegistry& Types, FPropertyType& OutProperty)
 {
 	const FKnownType* Known = Types.Find(Type.Name);
@@ -210,6 +224,10 @@ std::string ResolvePropertyType(const FTypeName& Type, const FTypeRegistry& Type
 	if (Type.Name == "TEnumAsByte")
 	{
 		return ResolveByteEnum(Type, Types, OutProperty);
+	}
+	if (Type.Name == "TScriptInterface")
+	{
+		return ResolveInterface(Type, Types, OutProperty);
 	}
 	if (const FPointerType* Pointer = FindByName(PointerTypes, Type.Name))
 	{

@@ -111,6 +111,7 @@ private:
 			CheckSuper(Struct);
 			CheckPrefix(Struct);
 			Struct.bTakesInitializer |= Struct.bClass && Module.Types.TakesInitializer(Struct.Name);
+			CheckInterfaces(Struct);
 			for (FParsedProperty& Property : Struct.Properties)
 			{
 				ResolveProperty(Struct, Property);
@@ -161,6 +162,17 @@ private:
 		{
 			Error(Struct.Line,
 				"Unable to find parent " + What + " type for '" + Struct.Name + "' named '" + Struct.Super + "'");
+		}
+	}
+
+	/** Leaves the interfaces that are reflected. */
+	void CheckInterfaces(FParsedStruct& Struct)
+	{
+		std::erase_if(Struct.Interfaces, [this](const std::string& Name) { return !Module.Types.FindInterface(Name); });
+		if (Struct.bInterface && Struct.NativeBodyLine == 0)
+		{
+			Error(Struct.Line, "Native interface '" + Struct.GetNativeName() + "' not found: UINTERFACE '" +
+								   Struct.Name + "' needs a class of this name with GENERATED_BODY()");
 		}
 	}
 

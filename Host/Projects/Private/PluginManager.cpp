@@ -130,7 +130,17 @@ public:
 			{
 				AnnounceLibraries(*Plugin);
 			}
+			if (Plugin->IsEnabled() && Plugin->GetDescriptor().bCanContainContent)
+			{
+				RegisterMountPoint.ExecuteIfBound(TEXT("/") + Plugin->GetName() + TEXT("/"),
+					FPaths::ConvertRelativePathToFull(Plugin->GetContentDir()));
+			}
 		}
+	}
+
+	void SetRegisterMountPointDelegate(const FRegisterMountPointDelegate& Delegate) override
+	{
+		RegisterMountPoint = Delegate;
 	}
 
 	bool LoadModulesForEnabledPlugins(ELoadingPhase::Type LoadingPhase) override
@@ -224,6 +234,7 @@ private:
 		return false;
 	}
 
+	FRegisterMountPointDelegate RegisterMountPoint;
 	TArray<TSharedRef<FPlugin>> Plugins;
 	bool bDiscovered = false;
 };

@@ -1,6 +1,9 @@
 #include "ImageCache.h"
 
+// GLib has a type that is called as the engine's error device is.
+#define GError GLibError
 #include <librsvg/rsvg.h>
+#undef GError
 
 DEFINE_LOG_CATEGORY_STATIC(LogImageCache, Log, All);
 
@@ -10,7 +13,7 @@ constexpr int32 MaxImages = 512;
 
 bool DrawSvg(const FString& FileName, cairo_t* Cairo, int32 Width, int32 Height)
 {
-	GError* Error = nullptr;
+	GLibError* Error = nullptr;
 	RsvgHandle* const Handle = rsvg_handle_new_from_file(TCHAR_TO_UTF8(*FileName), &Error);
 	if (!Handle)
 	{

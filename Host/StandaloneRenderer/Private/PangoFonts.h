@@ -3,7 +3,10 @@
 #include "Fonts/FontMeasure.h"
 
 #include <memory>
+// GLib has a type that is called as the engine's error device is.
+#define GError GLibError
 #include <pango/pangocairo.h>
+#undef GError
 
 /** What Pango gives is given back when the pointer goes. */
 struct FGObjectDeleter

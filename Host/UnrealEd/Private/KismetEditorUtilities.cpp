@@ -83,7 +83,7 @@ void AddConstructionScript(UBlueprint& Blueprint)
 		UEdGraphSchema_K2::FN_UserConstructionScript, UEdGraph::StaticClass(), UEdGraphSchema_K2::StaticClass());
 	FBlueprintEditorUtils::AddFunctionGraph(&Blueprint, Graph, false, AActor::StaticClass());
 	Graph->bAllowDeletion = false;
-	AddCallToParent(*Graph, *Blueprint.ParentClass);
+	AddCallToParent(*Graph, *Blueprint.ParentClass.Get());
 }
 
 void AddComponents(UBlueprint& Blueprint, UBlueprintGeneratedClass& Class)

@@ -315,6 +315,7 @@ private:
 	typedef TMulticastDelegate<void(P1, P2, P3, P4)> DelegateName;
 #define DECLARE_EVENT(OwningType, EventName) typedef TMulticastDelegate<void()> EventName;
 #define DECLARE_EVENT_OneParam(OwningType, EventName, P1) typedef TMulticastDelegate<void(P1)> EventName;
+#define DECLARE_EVENT_TwoParams(OwningType, EventName, P1, P2) typedef TMulticastDelegate<void(P1, P2)> EventName;
 
 using FSimpleDelegate = TDelegate<void()>;
 using FSimpleMulticastDelegate = TMulticastDelegate<void()>;

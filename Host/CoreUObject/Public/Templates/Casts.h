@@ -6,7 +6,7 @@
 
 /** The object as a To, or null when it is null or of another class. */
 template <typename To, typename From>
-requires std::is_base_of_v<UObject, From> To* Cast(From* Src)
+requires(std::is_base_of_v<UObject, From> && !requires { typename To::UClassType; }) To* Cast(From* Src)
 {
 	static_assert(std::is_base_of_v<UObject, To>, "Cast is for objects; fields are cast with CastField");
 	return Src && static_cast<const UObject*>(Src)->IsA(To::StaticClass())
@@ -15,8 +15,7 @@ requires std::is_base_of_v<UObject, From> To* Cast(From* Src)
 }
 
 template <typename To, typename From>
-requires std::is_base_of_v<UObject, From>
-const To* Cast(const From* Src)
+requires(std::is_base_of_v<UObject, From> && !requires { typename To::UClassType; }) const To* Cast(const From* Src)
 {
 	return Cast<To>(const_cast<From*>(Src));
 }
@@ -31,6 +30,14 @@ template <typename To, typename From>
 To* Cast(const TWeakObjectPtr<From>& Src)
 {
 	return Cast<To>(Src.Get());
+}
+
+/** The interface in an object whose class implements it in C++; null for any other. */
+template <typename To, typename From>
+requires(std::is_base_of_v<UObject, From> && !std::is_base_of_v<UObject, To> &&
+		 requires { typename To::UClassType; }) To* Cast(From* Src)
+{
+	return Src ? static_cast<To*>(Src->GetNativeInterfaceAddress(To::UClassType::StaticClass())) : nullptr;
 }
 
 /** Cast that ends the process for null and for an object of another class. */

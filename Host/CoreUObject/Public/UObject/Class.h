@@ -3,6 +3,7 @@
 #include "Math/MathFwd.h"
 #include "UObject/Field.h"
 #include "UObject/Object.h"
+#include "UObject/TopLevelAssetPath.h"
 
 #include <type_traits>
 
@@ -15,12 +16,27 @@ struct FClassParams;
 struct FEnumParams;
 struct FScriptStructParams;
 
+/** Whether parents are looked at, too. */
+namespace EIncludeSuperFlag
+{
+enum Type
+{
+	ExcludeSuper,
+	IncludeSuper,
+};
+}
+
 /** A reflected thing that is an object: a class, a struct, an enum or a function. */
 class UField : public UObject
 {
 public:
 	DECLARE_REFLECTED_CLASS(UField, UObject)
 	using BaseFieldClass = UField;
+	UField() = default;
+	UField(const FObjectInitializer& ObjectInitializer)
+		: Super(ObjectInitializer)
+	{
+	}
 
 	/** The class that declares the field; null for what lies in no class. */
 	UClass* GetOwnerClass() const;
@@ -47,6 +63,11 @@ class UStruct : public UField
 {
 public:
 	DECLARE_REFLECTED_CLASS(UStruct, UField)
+	UStruct() = default;
+	UStruct(const FObjectInitializer& ObjectInitializer)
+		: Super(ObjectInitializer)
+	{
+	}
 	~UStruct() override;
 
 	UStruct* GetSuperStruct() const { return SuperStruct; }
@@ -173,6 +194,11 @@ class UScriptStruct : public UStruct
 {
 public:
 	DECLARE_REFLECTED_CLASS(UScriptStruct, UStruct)
+	UScriptStruct() = default;
+	UScriptStruct(const FObjectInitializer& ObjectInitializer)
+		: Super(ObjectInitializer)
+	{
+	}
 
 	void InitializeStruct(void* Dest, int32 ArrayDim = 1) const override;
 	void DestroyStruct(void* Dest, int32 ArrayDim = 1) const override;
@@ -203,6 +229,11 @@ class UEnum : public UField
 {
 public:
 	DECLARE_REFLECTED_CLASS(UEnum, UField)
+	UEnum() = default;
+	UEnum(const FObjectInitializer& ObjectInitializer)
+		: Super(ObjectInitializer)
+	{
+	}
 
 	enum class ECppForm
 	{
@@ -298,11 +329,32 @@ public:
 	DECLARE_REFLECTED_CLASS(UDelegateFunction, UFunction)
 };
 
+/** One interface that a class implements. */
+struct FImplementedInterface
+{
+	FImplementedInterface() = default;
+	FImplementedInterface(UClass* InClass, int32 InOffset, bool bInImplementedByK2)
+		: Class(InClass)
+		, PointerOffset(InOffset)
+		, bImplementedByK2(bInImplementedByK2)
+	{
+	}
+
+	UClass* Class = nullptr;
+	int32 PointerOffset = 0; // bytes from the object to the interface; without meaning for one of a Blueprint
+	bool bImplementedByK2 = false;
+};
+
 /** The class of objects. */
 class UClass : public UStruct
 {
 public:
 	DECLARE_REFLECTED_CLASS(UClass, UStruct)
+	UClass() = default;
+	UClass(const FObjectInitializer& ObjectInitializer)
+		: Super(ObjectInitializer)
+	{
+	}
 	using FConstruct = void (*)(const FObjectInitializer& Initializer);
 	using FAddReferencedObjects = void (*)(UObject* InThis, FReferenceCollector& Collector);
 
@@ -325,7 +377,11 @@ public:
 	/** "Default__<Name>" */
 	FName GetDefaultObjectName() const;
 
-	UFunction* FindFunctionByName(FName InName) const;
+	/** The class's own function, or that of the nearest parent; of each class, its interfaces count too. */
+	UFunction* FindFunctionByName(
+		FName InName, EIncludeSuperFlag::Type IncludeSuper = EIncludeSuperFlag::IncludeSuper) const;
+	/** Whether the class or a parent implements the interface or a child of it. */
+	bool ImplementsInterface(const UClass* SomeInterface) const;
 	/** Appends a function; it is found by its name from now on. */
 	void AddFunction(UFunction* Function);
 	/** Takes the class's own functions out. */
@@ -334,6 +390,10 @@ public:
 	/** The file of the configuration: one of the engine's own, or Saved/Config/<Platform>Editor/<Name>.ini. */
 	const FString GetConfigName() const;
 
+	/** A class is what an asset makes, not one itself. */
+	bool IsAsset() const override { return false; }
+	/** "/Script/Engine.Blueprint" */
+	FTopLevelAssetPath GetClassPathName() const;
 	/** Like UStruct's, and takes over what a class inherits. */
 	void SetSuperStruct(UStruct* NewSuperStruct) override;
 	static void AddReferencedObjects(UObject* InThis, FReferenceCollector& Collector);
@@ -360,6 +420,7 @@ public:
 	FAddReferencedObjects ClassAddReferencedObjects = nullptr;
 	UObject* ClassDefaultObject = nullptr;
 	UObject* ClassGeneratedBy = nullptr; // the Blueprint of a class that one was compiled to
+	TArray<FImplementedInterface> Interfaces; // own ones
 
 private:
 	static UObject* TryFindType(UClass* TypeClass, const FString& TypeName, EFindFirstObjectOptions Options);

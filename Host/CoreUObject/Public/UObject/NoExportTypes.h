@@ -58,6 +58,11 @@ class UPackage : public UObject
 {
 };
 
+UCLASS(abstract, intrinsic)
+class UInterface : public UObject
+{
+};
+
 /** A point or vector in the plane. */
 USTRUCT(immutable, noexport, BlueprintType)
 struct FVector2D

@@ -5,7 +5,11 @@
 #include "UObject/UObjectBaseUtility.h"
 #include "UObject/UObjectGlobals.h"
 
+class FAssetRegistryTagsContext;
 class FConfigCacheIni;
+class FFeedbackContext;
+class FObjectPreSaveContext;
+class FOutputDevice;
 class FProperty;
 class FReferenceCollector;
 class UFunction;
@@ -32,8 +36,19 @@ public:
 	/** After the constructor, with properties copied from the template and, for a default object, the configuration
 	 * read. */
 	virtual void PostInitProperties() {}
-	/** After the object was read from a package. */
-	virtual void PostLoad() {}
+	/**
+	 * After the object was read from a package, when all objects of the package and of those that it refers to have
+	 * their values; also after it was made as a copy. RF_WasLoaded tells the two apart.
+	 */
+	virtual void PostLoad();
+	/** PostLoad, unless it has run. Of an object that is being loaded, the whole package is completed first. */
+	void ConditionalPostLoad();
+	/** Before the object is written to a package. */
+	virtual void PreSave(FObjectPreSaveContext SaveContext);
+	/** After the object was made as a copy, with all that lies in it. */
+	virtual void PostDuplicate(bool bDuplicateForPIE) {}
+	/** After the object has got another name or another outer. */
+	virtual void PostRename(UObject* OldOuter, const FName OldName) {}
 	/** Called once when the object is about to be freed. Objects it refers to still exist. */
 	virtual void BeginDestroy();
 	virtual bool IsReadyForFinishDestroy() { return true; }
@@ -52,10 +67,60 @@ public:
 	void PostEditChange();
 #endif
 
+	/**
+	 * To be called before the object is changed.
+	 *
+	 * @return whether the object was recorded in a running transaction
+	 */
+	virtual bool Modify(bool bAlwaysMarkDirty = true);
+
+	/** What the asset registry can tell of an asset without loading it. */
+	struct FAssetRegistryTag
+	{
+		enum ETagType
+		{
+			TT_Hidden,
+			TT_Alphabetical,
+			TT_Numerical,
+			TT_Dimensional,
+			TT_Chronological,
+		};
+
+		FAssetRegistryTag() = default;
+		FAssetRegistryTag(FName InName, const FString& InValue, ETagType InType)
+			: Name(InName)
+			, Type(InType)
+			, Value(InValue)
+		{
+		}
+		bool IsValid() const { return !Name.IsNone() && !Value.IsEmpty(); }
+
+		FName Name;
+		ETagType Type = TT_Hidden;
+		FString Value;
+	};
+
 	/** Whether the object is one that a content browser lists: public, in a package, not transient. */
 	virtual bool IsAsset() const;
-	/** Gives the object another name or another outer. False when the name is taken there. */
-	virtual bool Rename(const TCHAR* NewName = nullptr, UObject* NewOuter = nullptr, uint32 Flags = 0);
+	/** Adds the tags that are written to the head of the package: by default, searchable properties. */
+	virtual void GetAssetRegistryTags(FAssetRegistryTagsContext Context) const;
+	/**
+	 * Gives the object another name or another outer. False when the name is taken there. With REN_Test, it is only
+	 * asked whether it would be possible.
+	 */
+	virtual bool Rename(const TCHAR* NewName = nullptr, UObject* NewOuter = nullptr, ERenameFlags Flags = REN_None);
+
+	/**
+	 * Writes what is not in properties, in lines "CustomProperties <anything>", indented by as many blanks. References
+	 * are written and read with ObjectText::DescribeReference and ObjectText::FindReference.
+	 */
+	virtual void ExportCustomProperties(FOutputDevice& Out, uint32 Indent)
+	{
+	}
+	/** Reads one of these lines, without the word CustomProperties. The properties have been read. */
+	virtual void ImportCustomProperties(const TCHAR* SourceText, FFeedbackContext* Warn)
+	{
+	}
 
 	/**
 	 * Reads the properties of kind Config from the class's configuration file.

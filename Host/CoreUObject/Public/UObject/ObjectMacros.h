@@ -10,6 +10,7 @@
 #define UCLASS(...)
 #define USTRUCT(...)
 #define UENUM(...)
+#define UINTERFACE(...)
 #define UPROPERTY(...)
 #define UFUNCTION(...)
 #define UPARAM(...)
@@ -71,6 +72,31 @@ constexpr EObjectFlags RF_AllFlags = static_cast<EObjectFlags>(0x0fffffff);
 constexpr EObjectFlags RF_Load = RF_Public | RF_Standalone | RF_Transactional | RF_ClassDefaultObject |
 								 RF_ArchetypeObject | RF_DefaultSubObject | RF_TextExportTransient |
 								 RF_DuplicateTransient;
+
+/** How UObject::Rename goes about it. */
+using ERenameFlags = uint32;
+#define REN_None 0x0000u
+#define REN_Test 0x0002u                  // only asks whether it would be possible
+#define REN_DoNotDirty 0x0004u            // neither package becomes dirty
+#define REN_DontCreateRedirectors 0x0010u // there are no redirectors here
+#define REN_NonTransactional 0x0020u      // not recorded for undo
+
+enum ELoadFlags : uint32
+{
+	LOAD_None = 0x00000000,
+	LOAD_NoWarn = 0x00000002, // nothing is said of what is not there
+	LOAD_Quiet = 0x00002000,  // the same
+};
+ENUM_CLASS_FLAGS(ELoadFlags)
+
+/** How UPackage::Save goes about it. */
+enum ESaveFlags : uint32
+{
+	SAVE_None = 0x00000000,
+	SAVE_NoError = 0x00000001,   // nothing is said of a failure
+	SAVE_KeepDirty = 0x00000008, // the package stays dirty
+};
+ENUM_CLASS_FLAGS(ESaveFlags)
 
 /** What the editor's garbage collection keeps though nothing refers to it. */
 constexpr EObjectFlags GARBAGE_COLLECTION_KEEPFLAGS = RF_Standalone;

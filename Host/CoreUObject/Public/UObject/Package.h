@@ -1,6 +1,7 @@
 #pragma once
 
 #include "UObject/Object.h"
+#include "UObject/ObjectSaveContext.h"
 
 enum EPackageFlags : uint32
 {
@@ -11,12 +12,34 @@ enum EPackageFlags : uint32
 };
 ENUM_CLASS_FLAGS(EPackageFlags)
 
+struct FSavePackageArgs;
+struct FSavePackageResultStruct;
+
 /** What lies at the top: the objects of one file, or the types of one module. Its name is its whole path. */
 class UPackage : public UObject
 {
 public:
 	DECLARE_REFLECTED_CLASS(UPackage, UObject)
 	DECLARE_MULTICAST_DELEGATE_TwoParams(FOnPackageDirtyStateChanged, UPackage*, bool /*bIsDirty*/);
+
+	DECLARE_MULTICAST_DELEGATE_ThreeParams(
+		FOnPackageSaved, const FString& /*Filename*/, UPackage*, FObjectPostSaveContext);
+
+	/**
+	 * Writes the objects of a package to a file: InAsset, what has one of the flags, and all that these refer to in the
+	 * package. The file is replaced as a whole or not at all; the same content gives the same bytes. See SavePackage.h.
+	 */
+	static FSavePackageResultStruct Save(
+		UPackage* InOuter, UObject* InAsset, const TCHAR* Filename, const FSavePackageArgs& SaveArgs);
+	/** The same; tells only whether it went well. */
+	static bool SavePackage(
+		UPackage* InOuter, UObject* InAsset, const TCHAR* Filename, const FSavePackageArgs& SaveArgs);
+	/** Told of each package that was saved. */
+	static FOnPackageSaved PackageSavedWithContextEvent;
+
+	/** Whether all that its file holds is in memory. */
+	bool IsFullyLoaded() const { return bFullyLoaded; }
+	void MarkAsFullyLoaded() { bFullyLoaded = true; }
 
 	bool IsDirty() const { return bDirty; }
 	void SetDirtyFlag(bool bInIsDirty);
@@ -32,5 +55,6 @@ public:
 
 private:
 	bool bDirty = false;
+	bool bFullyLoaded = false;
 	uint32 PackageFlags = PKG_None;
 };

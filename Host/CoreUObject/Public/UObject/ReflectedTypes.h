@@ -33,6 +33,7 @@ enum class EPropertyKind : uint8
 	Struct,
 	Delegate,
 	MulticastInlineDelegate,
+	Interface,
 	Array,
 	Set,
 	Map,
@@ -87,6 +88,8 @@ public:
 	FStructBuilder& Meta(const char* Key, const char* Value);
 	FPropertyBuilder Property(const FPropertyParams& Params);
 	FStructBuilder Function(const FFunctionParams& Params);
+	/** Offset: bytes from an object to the interface in it. */
+	void Implements(UClass* Interface, int32 Offset);
 
 	/** The compiler has placed the properties: linking leaves them where they are. */
 	static void SetNativeLayout(UStruct* Struct, int32 Size, int32 Alignment);

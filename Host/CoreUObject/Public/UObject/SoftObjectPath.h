@@ -25,6 +25,8 @@ struct FSoftObjectPath
 	void Reset() { AssetPath.Reset(); }
 	/** The object if it is in memory. */
 	UObject* ResolveObject() const;
+	/** The object, loaded if need be; null, with a warning, when it cannot be. */
+	UObject* TryLoad() const;
 
 	bool ExportTextItem(FString& ValueStr, const FSoftObjectPath& DefaultValue, UObject* Parent, int32 PortFlags,
 		UObject* ExportRootScope) const;

@@ -17,6 +17,8 @@ struct FSoftObjectPtr
 
 	/** The object if it is in memory. */
 	UObject* Get() const;
+	/** The object, loaded if need be; null, with a warning, when it cannot be. */
+	UObject* LoadSynchronous() const { return IsNull() ? nullptr : Path.TryLoad(); }
 	const FSoftObjectPath& ToSoftObjectPath() const { return Path; }
 	FString ToString() const { return Path.ToString(); }
 	bool IsNull() const { return Path.IsNull(); }
@@ -54,6 +56,11 @@ struct TSoftObjectPtr
 		UObject* Object = Pointer.Get();
 		return Object && Object->IsA(T::StaticClass()) ? static_cast<T*>(Object) : nullptr;
 	}
+	T* LoadSynchronous() const
+	{
+		UObject* Object = Pointer.LoadSynchronous();
+		return Object && Object->IsA(T::StaticClass()) ? static_cast<T*>(Object) : nullptr;
+	}
 	const FSoftObjectPath& ToSoftObjectPath() const { return Pointer.ToSoftObjectPath(); }
 	FString ToString() const { return Pointer.ToString(); }
 	FString GetLongPackageName() const { return ToSoftObjectPath().GetLongPackageName(); }
@@ -87,6 +94,10 @@ struct TSoftClassPtr
 	}
 
 	UClass* Get() const { return TSubclassOf<T>(reinterpret_cast<UClass*>(Pointer.Get())).Get(); }
+	UClass* LoadSynchronous() const
+	{
+		return TSubclassOf<T>(reinterpret_cast<UClass*>(Pointer.LoadSynchronous())).Get();
+	}
 	const FSoftObjectPath& ToSoftObjectPath() const { return Pointer.ToSoftObjectPath(); }
 	FString ToString() const { return Pointer.ToString(); }
 	bool IsNull() const { return Pointer.IsNull(); }

@@ -64,6 +64,18 @@ public:
 		return IsA(T::StaticClass());
 	}
 
+	/** Where the interface lies in the object; null when its class does not implement it in C++. */
+	void* GetNativeInterfaceAddress(const UClass* InterfaceClass) const;
+	void* GetInterfaceAddress(const UClass* InterfaceClass) const { return GetNativeInterfaceAddress(InterfaceClass); }
+	template <typename T>
+	bool Implements() const
+	{
+		return ImplementsInterface(T::StaticClass());
+	}
+
 	bool IsTemplate(EObjectFlags TemplateTypes = RF_ArchetypeObject | RF_ClassDefaultObject) const;
 	bool IsDefaultSubobject() const { return HasAnyFlags(RF_DefaultSubObject); }
+
+private:
+	bool ImplementsInterface(const UClass* InterfaceClass) const;
 };

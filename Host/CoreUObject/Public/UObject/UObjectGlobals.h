@@ -88,6 +88,17 @@ private:
 UPackage* GetTransientPackage();
 UObject* GetTransientPackageAsObject();
 
+/** The package in memory. Null when there is none. */
+UPackage* FindPackage(UObject* InOuter, const TCHAR* PackageName);
+/**
+ * The package with all that its file holds. One that has been loaded, or that has its asset in memory, is returned as
+ * it is.
+ * @return null, with a warning unless LoadFlags say otherwise, when there is no file that can be read
+ */
+UPackage* LoadPackage(UPackage* InOuter, const TCHAR* InLongPackageName, uint32 LoadFlags);
+/** For what is about to write or remove the packages' files. The host keeps no file open. */
+void ResetLoaders(UObject* InOuter);
+
 /** Finds or creates a package. PackageName is "/Root/Path/Name" and does not end in a slash. */
 UPackage* CreatePackage(const TCHAR* PackageName);
 
@@ -171,6 +182,50 @@ T* FindFirstObjectSafe(const TCHAR* Name, EFindFirstObjectOptions Options = EFin
 	return static_cast<T*>(
 		StaticFindFirstObjectSafe(T::StaticClass(), Name, Options, AmbiguousMessageVerbosity, CurrentOperation));
 }
+
+/**
+ * The object of a path, whose package is loaded if need be. "/Game/Folder/Asset" stands for "/Game/Folder/Asset.Asset".
+ *
+ * @return null, with a warning unless LoadFlags say otherwise, when there is no such object; a short name is none
+ */
+UObject* StaticLoadObject(
+	UClass* Class, UObject* InOuter, const TCHAR* Name, const TCHAR* Filename = nullptr, uint32 LoadFlags = LOAD_None);
+/** The same for a class that is BaseClass or a child of it. */
+UClass* StaticLoadClass(UClass* BaseClass, UObject* InOuter, const TCHAR* Name, const TCHAR* Filename = nullptr,
+	uint32 LoadFlags = LOAD_None);
+
+template <typename T>
+T* LoadObject(UObject* Outer, const TCHAR* Name, const TCHAR* Filename = nullptr, uint32 LoadFlags = LOAD_None)
+{
+	return static_cast<T*>(StaticLoadObject(T::StaticClass(), Outer, Name, Filename, LoadFlags));
+}
+
+template <typename T>
+UClass* LoadClass(UObject* Outer, const TCHAR* Name, const TCHAR* Filename = nullptr, uint32 LoadFlags = LOAD_None)
+{
+	return StaticLoadClass(T::StaticClass(), Outer, Name, Filename, LoadFlags);
+}
+
+/**
+ * A copy of an object with all that lies in it; references inside it lead to the copies. PostLoad and then
+ * PostDuplicate are called of each.
+ *
+ * @param DestName   none: a unique name
+ * @param FlagMask   which of the original's flags the copies get
+ */
+UObject* StaticDuplicateObject(
+	const UObject* SourceObject, UObject* DestOuter, FName DestName = NAME_None, EObjectFlags FlagMask = RF_AllFlags);
+
+template <typename T>
+T* DuplicateObject(const T* SourceObject, UObject* Outer, FName Name = NAME_None)
+{
+	return SourceObject ? static_cast<T*>(
+							  StaticDuplicateObject(SourceObject, Outer ? Outer : GetTransientPackageAsObject(), Name))
+						: nullptr;
+}
+
+/** While a package is being written. */
+bool IsSavingPackage();
 
 /**
  * Frees every object that is not reached from the root set, from an object with one of the flags, or from a native

@@ -5,6 +5,7 @@
 #include "UObject/Class.h"
 #include "UObject/ObjectPtr.h"
 #include "UObject/PropertyPortFlags.h"
+#include "UObject/ScriptInterface.h"
 #include "UObject/SoftObjectPtr.h"
 #include "UObject/WeakObjectPtr.h"
 
@@ -512,6 +513,29 @@ public:
 	UClass* MetaClass = nullptr;
 };
 
+/** A reference to an object of whatever class that implements an interface. */
+class FInterfaceProperty : public TProperty<FScriptInterface, FProperty>
+{
+public:
+	DECLARE_FIELD_CLASS(FInterfaceProperty, FProperty)
+	using TProperty<FScriptInterface, FProperty>::TProperty;
+
+	FString GetCPPType(FString* ExtendedTypeText = nullptr, uint32 CPPExportFlags = 0) const override;
+	void CollectTypes(FReferenceCollector& Collector) const override;
+	bool SameType(const FProperty* Other) const override;
+	bool ContainsObjectReference() const override { return true; }
+	void CollectReferences(void* Value, FReferenceCollector& Collector) const override;
+	void SetInterfaceClass(UClass* NewInterfaceClass) { InterfaceClass = NewInterfaceClass; }
+
+	UClass* InterfaceClass = nullptr;
+
+protected:
+	void ExportText_Internal(FString& ValueStr, const void* PropertyValue, const void* DefaultValue, UObject* Parent,
+		int32 PortFlags, UObject* ExportRootScope) const override;
+	const TCHAR* ImportText_Internal(const TCHAR* Buffer, void* Value, UObject* OwnerObject, int32 PortFlags,
+		FOutputDevice* ErrorText) const override;
+};
+
 class FStructProperty : public FProperty
 {
 public:
@@ -905,7 +929,7 @@ private:
 		return Field->IsA(FieldType::StaticClass());
 	}
 
-	/** Goes on to the next field that is wanted, in this struct or its parents. */
+	/** Goes on to the next field that is wanted, in this struct, its interfaces or its parents. */
 	void Settle()
 	{
 		while (Struct)
@@ -917,12 +941,34 @@ private:
 					return;
 				}
 			}
-			Struct = EnumHasAnyFlags(Flags, EFieldIterationFlags::IncludeSuper) ? Struct->GetSuperStruct() : nullptr;
+			GoToNextStruct();
 			Field = Struct ? GetFirst() : nullptr;
 		}
 	}
 
+	void GoToNextStruct()
+	{
+		if (EnumHasAnyFlags(Flags, EFieldIterationFlags::IncludeInterfaces))
+		{
+			Class = Class || !Struct->IsA(UClass::StaticClass()) ? Class : static_cast<const UClass*>(Struct);
+			while (Class && NextInterface < Class->Interfaces.Num())
+			{
+				Struct = Class->Interfaces[NextInterface++].Class;
+				if (Struct)
+				{
+					return;
+				}
+			}
+			Struct = Class ? Class : Struct;
+			Class = nullptr;
+			NextInterface = 0;
+		}
+		Struct = EnumHasAnyFlags(Flags, EFieldIterationFlags::IncludeSuper) ? Struct->GetSuperStruct() : nullptr;
+	}
+
 	const UStruct* Struct;
+	const UClass* Class = nullptr; // whose interfaces are walked
+	int32 NextInterface = 0;
 	BaseType* Field = nullptr;
 	EFieldIterationFlags Flags;
 };

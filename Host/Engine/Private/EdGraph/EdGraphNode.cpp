@@ -233,7 +233,7 @@ void UEdGraphNode::ImportCustomProperties(const TCHAR* SourceText, FFeedbackCont
 	const TCHAR* const Start = *Text + EdGraphNodeImpl::PinPrefix.Len();
 	if (!Struct->ImportText(Start, &Data, this, PPF_None, Warn, Struct->GetName()))
 	{
-		Warn->Logf(ELogVerbosity::Warning, TEXT("%s: a pin cannot be read: %s"), *GetPathName(), SourceText);
+		Warn->Logf(TEXT("%s: a pin cannot be read: %s"), *GetPathName(), SourceText);
 		return;
 	}
 	UEdGraphPin* const Pin = UEdGraphPin::CreatePin(this);

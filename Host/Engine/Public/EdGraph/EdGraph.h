@@ -24,13 +24,13 @@ public:
 	TArray<TObjectPtr<UEdGraphNode>> Nodes;
 
 	UPROPERTY()
-	uint32 bEditable : 1;
+	uint8 bEditable : 1;
 
 	UPROPERTY()
-	uint32 bAllowDeletion : 1;
+	uint8 bAllowDeletion : 1;
 
 	UPROPERTY()
-	uint32 bAllowRenaming : 1;
+	uint8 bAllowRenaming : 1;
 
 	UPROPERTY()
 	TArray<TObjectPtr<UEdGraph>> SubGraphs;

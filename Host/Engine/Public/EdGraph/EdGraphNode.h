@@ -1,8 +1,11 @@
 #pragma once
 
+#include "Containers/EnumAsByte.h"
 #include "Containers/UnrealString.h"
 #include "Internationalization/Text.h"
 #include "Misc/Guid.h"
+#include "Templates/Casts.h"
+#include "UObject/Class.h"
 #include "UObject/Object.h"
 #include "UObject/ObjectMacros.h"
 #include "UObject/WeakObjectPtrTemplates.h"
@@ -91,10 +94,18 @@ public:
 	/** What CreatePin can be told beyond names. */
 	struct FCreatePinParams
 	{
-		EPinContainerType ContainerType = EPinContainerType::None;
-		bool bIsReference = false;
-		bool bIsConst = false;
-		int32 Index = INDEX_NONE; // among the pins; INDEX_NONE: behind the last
+		FCreatePinParams()
+			: ContainerType(EPinContainerType::None)
+			, bIsReference(false)
+			, bIsConst(false)
+			, Index(INDEX_NONE)
+		{
+		}
+
+		EPinContainerType ContainerType;
+		bool bIsReference;
+		bool bIsConst;
+		int32 Index; // among the pins; INDEX_NONE: behind the last
 		FEdGraphTerminalType ValueTerminalType;
 	};
 

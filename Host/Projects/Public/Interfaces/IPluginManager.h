@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Containers/Array.h"
+#include "Delegates/Delegate.h"
 #include "PluginDescriptor.h"
 #include "Templates/SharedPointer.h"
 
@@ -23,6 +24,9 @@ public:
 class IPluginManager
 {
 public:
+	DECLARE_DELEGATE_TwoParams(
+		FRegisterMountPointDelegate, const FString& /*RootContentPath*/, const FString& /*ContentDir*/);
+
 	static IPluginManager& Get();
 	virtual ~IPluginManager() = default;
 
@@ -33,6 +37,8 @@ public:
 
 	/** Looks for plugins anew; broken descriptors are logged and left out. */
 	virtual void RefreshPluginsList() = 0;
+	/** Told of each enabled plugin's content folder and of its root, "/<Plugin>/". */
+	virtual void SetRegisterMountPointDelegate(const FRegisterMountPointDelegate& Delegate) = 0;
 	/** Loads the modules of this phase. False when one of them cannot be loaded; the reason is in the log. */
 	virtual bool LoadModulesForEnabledPlugins(ELoadingPhase::Type LoadingPhase) = 0;
 };

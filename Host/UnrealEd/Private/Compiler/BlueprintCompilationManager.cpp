@@ -82,10 +82,13 @@ void EmptySkeleton(UBlueprintGeneratedClass& Class)
 		Empty(Class);
 		return;
 	}
-	TArray<UObject*> Functions;
-	GetObjectsWithOuter(&Class, Functions, false);
+	TArray<UFunction*> Functions;
+	for (TFieldIterator<UFunction> It(&Class, EFieldIterationFlags::None); It; ++It)
+	{
+		Functions.Add(*It);
+	}
 	Class.ClearFunctions();
-	for (UObject* const Function : Functions)
+	for (UFunction* const Function : Functions)
 	{
 		Function->Rename(nullptr, GetTransientPackage());
 		Function->MarkAsGarbage();
@@ -174,7 +177,7 @@ void Reinstance(const FJob& Job)
 		return;
 	}
 	FReflectedTypeReload Reload(NAME_None);
-	Reload.Replace(*Job.Replaced, *Job.Blueprint->GeneratedClass);
+	Reload.Replace(*Job.Replaced, *Job.Blueprint->GeneratedClass.Get());
 	Reload.Reinstance();
 }
 
