@@ -76,8 +76,7 @@ void WriteProperty(const FProperty& Property, const UObject& Object, const UObje
 
 void WriteCustomProperties(const UObject& Object, int32 Indent, FString& Out)
 {
-	FStringOutputDevice Custom;
-	Custom.bAutoEmitLineTerminator = false;
+	FStringOutputDevice Custom; // ends lines itself; those that end in a line break already are followed by empty ones
 	const_cast<UObject&>(Object).ExportCustomProperties(Custom, static_cast<uint32>(Indent));
 	TArray<FString> Lines;
 	Custom.ParseIntoArrayLines(Lines);

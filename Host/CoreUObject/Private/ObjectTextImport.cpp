@@ -270,9 +270,25 @@ void FObjectTextImport::ReadLine(int32 Index, const FObjectRecord::FLine& Line)
 	}
 }
 
+TArray<int32> FObjectTextImport::GetPartsFirst() const
+{
+	TArray<int32> Order;
+	TArray<int32> Open;
+	for (int32 Index = 0; Index <= Parser.Objects.Num(); ++Index)
+	{
+		const int32 Parent = Index < Parser.Objects.Num() ? Parser.Objects[Index].Parent : INDEX_NONE;
+		while (!Open.IsEmpty() && Open.Last() != Parent)
+		{
+			Order.Add(Open.Pop(EAllowShrinking::No));
+		}
+		Open.Add(Index);
+	}
+	return Order;
+}
+
 void FObjectTextImport::PostLoad()
 {
-	for (int32 Index = 0; Index < Objects.Num(); ++Index)
+	for (const int32 Index : GetPartsFirst())
 	{
 		UObject* const Object = Objects[Index];
 		if (IsValid(Object) && Object->HasAnyFlags(RF_NeedPostLoad))

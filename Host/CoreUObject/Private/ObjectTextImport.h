@@ -24,7 +24,7 @@ public:
 	void CreateObjects(EObjectFlags FlagMask, EObjectFlags ExtraFlags);
 	/** To be called while references are in scope. */
 	void ReadValues();
-	/** PostLoad of each object that has not had it, an outer before those in it. */
+	/** PostLoad of each object that has not had it: the parts of an object before it, else in the order of the text. */
 	void PostLoad();
 	/**
 	 * Makes what was deferred, and reads again the lines that referred to it. What has no class even now is given up.
@@ -58,6 +58,7 @@ private:
 	UObject* GetOuterOf(const FObjectRecord& Record) const;
 	void GiveUp(int32 Index, const FString& Reason);
 	void ReadLines(int32 Index);
+	TArray<int32> GetPartsFirst() const;
 	void ReadLine(int32 Index, const FObjectRecord::FLine& Line);
 	EObjectFlags GetFlags(const FObjectRecord& Record) const;
 	FString GetPathInRoot(int32 Index) const;

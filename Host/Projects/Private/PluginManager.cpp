@@ -43,7 +43,7 @@ private:
 };
 
 /** What the engine has as plugins of its own is part of this editor. Each is a module of the same name. */
-constexpr const TCHAR* BuiltInPlugins[] = { TEXT("PythonScriptPlugin") };
+constexpr const TCHAR* BuiltInPlugins[] = { TEXT("PythonScriptPlugin"), TEXT("EditorScriptingUtilities") };
 
 /** Descriptors below a folder; a folder that is a plugin is not searched further. */
 void FindDescriptors(const FString& Directory, TArray<FString>& OutFiles)

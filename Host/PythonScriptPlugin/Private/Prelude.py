@@ -112,12 +112,29 @@ def find_object(outer, name, type=None, follow_redirectors=True):
     return _find_object(outer, name, type or __getattr__("Object"))
 
 
+def find_asset(name, type=None, follow_redirectors=True):
+    """Finds an asset in memory by its path; "/Game/Folder/Asset" stands for "/Game/Folder/Asset.Asset"."""
+    return find_object(None, _complete_asset_path(name), type)
+
+
 def load_object(outer, name, type=None, follow_redirectors=True):
-    """Finds an object by its path; one that is not there is a warning, and None."""
+    """Finds an object by its path, and loads it if need be; one that is not there is a warning, and None."""
+    if outer is None:
+        return _load_object(name, type or __getattr__("Object"))
     found = find_object(outer, name, type)
     if found is None:
         log_warning(f"Failed to find object '{name}'")
     return found
+
+
+def load_asset(name, type=None, follow_redirectors=True):
+    """Finds an asset by its path, and loads it if need be; one that is not there is a warning, and None."""
+    return load_object(None, name, type)
+
+
+def _complete_asset_path(name):
+    short = name.rsplit("/", 1)[-1]
+    return name if "." in short else f"{name}.{short}"
 
 
 def load_class(outer, name, type=None):

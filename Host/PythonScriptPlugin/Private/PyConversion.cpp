@@ -106,6 +106,11 @@ FPyRef Read(const FObjectPropertyBase& Property, const void* Value)
 	return FPyObject::Wrap(Property.GetObjectPropertyValue(Value));
 }
 
+FPyRef Read(const FInterfaceProperty& Property, const void* Value)
+{
+	return FPyObject::Wrap(Property.GetPropertyValue(Value).GetObject());
+}
+
 FPyRef Read(const FStructProperty& Property, const void* Value)
 {
 	return FPyStruct::Copy(Property.Struct, Value);
@@ -337,6 +342,18 @@ bool Write(const FObjectPropertyBase& Property, PyObject* Object, void* Value)
 	return true;
 }
 
+bool Write(const FInterfaceProperty& Property, PyObject* Object, void* Value)
+{
+	UObject* const Target = FPyObject::Check(Object) ? FPyObject::Get(Object) : nullptr;
+	if (Object != Py_None && (!Target || !Target->GetClass()->ImplementsInterface(Property.InterfaceClass)))
+	{
+		return Refuse(Property, Object);
+	}
+	void* const Interface = Target ? Target->GetNativeInterfaceAddress(Property.InterfaceClass) : nullptr;
+	Property.SetPropertyValue(Value, FScriptInterface(Target, Interface));
+	return true;
+}
+
 bool Write(const FStructProperty& Property, PyObject* Object, void* Value)
 {
 	if (!FPyStruct::Check(Object) || !FPyStruct::GetStruct(Object)->IsChildOf(Property.Struct))
@@ -445,7 +462,8 @@ template <typename VisitorType>
 bool Visit(const FProperty& Property, VisitorType Visitor)
 {
 	return VisitKind<FBoolProperty, FEnumProperty, FNumericProperty, FStrProperty, FNameProperty, FTextProperty,
-		FObjectPropertyBase, FStructProperty, FArrayProperty, FSetProperty, FMapProperty>(Property, Visitor);
+		FObjectPropertyBase, FInterfaceProperty, FStructProperty, FArrayProperty, FSetProperty, FMapProperty>(
+		Property, Visitor);
 }
 
 FPyRef ToPythonElement(const FProperty& Property, const void* Value)

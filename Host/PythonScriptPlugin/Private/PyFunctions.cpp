@@ -199,7 +199,7 @@ FPyRef CallFunction(UObject& Object, UFunction& Function, PyObject* Arguments, P
 
 UFunction* FindFunction(const UClass* Class, const FString& Name)
 {
-	for (TFieldIterator<UFunction> It(Class); It; ++It)
+	for (TFieldIterator<UFunction> It(Class, EFieldIterationFlags::IncludeAll); It; ++It)
 	{
 		if (It->GetName().Equals(Name) || PyNames::GetName(**It).Equals(Name))
 		{
@@ -250,7 +250,8 @@ UObject* TakeObject(const FMethod& Method, PyObject* Arguments, FPyRef& OutRest)
 	PyObject* const Self = PyTuple_GET_SIZE(Arguments) > 0 ? PyTuple_GET_ITEM(Arguments, 0) : nullptr;
 	UObject* const Object = Self && FPyObject::Check(Self) ? FPyObject::Get(Self) : nullptr;
 	OutRest = FPyRef::Steal(PyTuple_GetSlice(Arguments, 1, PyTuple_GET_SIZE(Arguments)));
-	return Object && Object->IsA(Class) ? Object : nullptr;
+	const bool bHasIt = Object && (Object->IsA(Class) || Object->GetClass()->ImplementsInterface(Class));
+	return bHasIt ? Object : nullptr;
 }
 
 PyObject* Call(PyObject* Self, PyObject* Arguments, PyObject* Keywords)

@@ -87,6 +87,22 @@ bool AddMethods(const FPyRef& Members, const UClass* Class)
 	return true;
 }
 
+/** What an interface declares is called on the objects that implement it. */
+bool AddInterfaceMethods(const FPyRef& Members, const UClass* Class)
+{
+	for (const FImplementedInterface& Each : Class->Interfaces)
+	{
+		for (const UClass* Interface = Each.Class; Interface; Interface = Interface->GetSuperClass())
+		{
+			if (!AddMethods(Members, Interface))
+			{
+				return false;
+			}
+		}
+	}
+	return true;
+}
+
 FPyRef MakeType(const UField& Owner, PyTypeObject* Base, const FPyRef& Members)
 {
 	const FPyRef Name = PyText::ToPython(PyNames::GetTypeName(Owner));
@@ -177,8 +193,8 @@ PyTypeObject* FPyTypes::GetType(UClass* Class)
 	}
 	PyTypeObject* const Base = Class->GetSuperClass() ? GetType(Class->GetSuperClass()) : FPyObject::GetBaseType();
 	const FPyRef Members = PyTypes::MakeMembers(*Class);
-	const bool bFilled =
-		Base && Members && PyTypes::AddAttributes(Members, Class) && PyTypes::AddMethods(Members, Class);
+	const bool bFilled = Base && Members && PyTypes::AddAttributes(Members, Class) &&
+						 PyTypes::AddMethods(Members, Class) && PyTypes::AddInterfaceMethods(Members, Class);
 	return bFilled ? PyTypes::Remember(Class, PyTypes::MakeType(*Class, Base, Members)) : nullptr;
 }
 

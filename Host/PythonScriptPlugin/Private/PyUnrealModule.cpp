@@ -98,6 +98,24 @@ PyObject* FindObjectInMemory(PyObject*, PyObject* Arguments)
 	return FPyObject::Wrap(StaticFindObject(Class, OuterObject, *PyText::ToText(Name))).Release();
 }
 
+/** _load_object(name, type): an object, loaded if need be, or None. */
+PyObject* LoadObjectOrFind(PyObject*, PyObject* Arguments)
+{
+	PyObject* Name = nullptr;
+	PyObject* Type = nullptr;
+	if (!CheckPythonIsInGameThread() || !PyArg_ParseTuple(Arguments, "UO", &Name, &Type))
+	{
+		return nullptr;
+	}
+	UClass* const Class = FPyTypes::ToClass(Type);
+	if (!Class)
+	{
+		PyErr_SetString(PyExc_TypeError, "type must be a class");
+		return nullptr;
+	}
+	return FPyObject::Wrap(StaticLoadObject(Class, nullptr, *PyText::ToText(Name))).Release();
+}
+
 /** get_default_object(type) */
 PyObject* GetDefaultObjectOf(PyObject*, PyObject* Type)
 {
@@ -116,6 +134,7 @@ PyMethodDef Functions[] = {
 	{ "get_default_object", &GetDefaultObjectOf, METH_O, "get_default_object(type) -> Object" },
 	{ "get_transient_package", &GetTransientPackageObject, METH_NOARGS, "get_transient_package() -> Package" },
 	{ "_find_object", &FindObjectInMemory, METH_VARARGS, nullptr },
+	{ "_load_object", &LoadObjectOrFind, METH_VARARGS, nullptr },
 	{ "_find_type", &FindType, METH_O, nullptr },
 	{ "_list_types", &ListTypes, METH_NOARGS, nullptr },
 	{ "log", &Log, METH_O, "log(arg) -- Writes to the log, as information." },

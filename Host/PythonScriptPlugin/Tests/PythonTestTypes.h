@@ -2,6 +2,7 @@
 
 #include "Containers/EnumAsByte.h"
 #include "CoreMinimal.h"
+#include "Factories/Factory.h"
 #include "Templates/SubclassOf.h"
 #include "UObject/NoExportTypes.h"
 #include "UObject/Object.h"
@@ -156,4 +157,30 @@ UCLASS(Abstract)
 class UPyTestAbstract : public UObject
 {
 	GENERATED_BODY()
+};
+
+/** What scripts make an asset of. */
+UCLASS(BlueprintType)
+class UScriptTestAsset : public UObject
+{
+	GENERATED_BODY()
+
+public:
+	UPROPERTY(EditAnywhere, BlueprintReadWrite, Category = "Test")
+	int32 Count = 1;
+};
+
+UCLASS(BlueprintType)
+class UScriptTestFactory : public UFactory
+{
+	GENERATED_BODY()
+
+public:
+	UScriptTestFactory() { SupportedClass = UScriptTestAsset::StaticClass(); }
+	using UFactory::FactoryCreateNew;
+	UObject* FactoryCreateNew(UClass* InClass, UObject* InParent, FName InName, EObjectFlags Flags, UObject* Context,
+		FFeedbackContext* Warn) override
+	{
+		return NewObject<UObject>(InParent, InClass, InName, Flags);
+	}
 };

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "AssetRegistry/AssetData.h"
 #include "CoreMinimal.h"
 #include "Misc/Guid.h"
 #include "UObject/Object.h"
@@ -199,6 +200,34 @@ struct FGuid
 USTRUCT(noexport, BlueprintType)
 struct FSoftObjectPath
 {
+};
+
+/** An object that lies directly in a package. */
+USTRUCT(noexport, BlueprintType)
+struct FTopLevelAssetPath
+{
+	UPROPERTY(BlueprintReadOnly, Category = "Asset")
+	FName PackageName;
+
+	UPROPERTY(BlueprintReadOnly, Category = "Asset")
+	FName AssetName;
+};
+
+/** What is known of an asset without loading it. */
+USTRUCT(noexport, BlueprintType)
+struct FAssetData
+{
+	UPROPERTY(BlueprintReadOnly, Category = "Asset")
+	FName PackageName;
+
+	UPROPERTY(BlueprintReadOnly, Category = "Asset")
+	FName PackagePath;
+
+	UPROPERTY(BlueprintReadOnly, Category = "Asset")
+	FName AssetName;
+
+	UPROPERTY(BlueprintReadOnly, Category = "Asset")
+	FTopLevelAssetPath AssetClassPath;
 };
 
 /** The path of a class that need not be in memory. */

@@ -38,7 +38,7 @@ public:
 	virtual void PostInitProperties() {}
 	/**
 	 * After the object was read from a package, when all objects of the package and of those that it refers to have
-	 * their values; also after it was made as a copy. RF_WasLoaded tells the two apart.
+	 * their values, and its parts have had theirs; also after it was made as a copy. RF_WasLoaded tells the two apart.
 	 */
 	virtual void PostLoad();
 	/** PostLoad, unless it has run. Of an object that is being loaded, the whole package is completed first. */

@@ -38,6 +38,7 @@ struct FTopLevelAssetPath
 	}
 
 private:
+	friend struct FReflected_FTopLevelAssetPath;
 	FName PackageName;
 	FName AssetName;
 };
