@@ -74,15 +74,16 @@ FString UKismetSystemLibrary::ConvertToAbsolutePath(const FString& Filename)
 }
 
 void UKismetSystemLibrary::PrintString(
-	const UObject* WorldContextObject, const FString& InString, bool bPrintToScreen, bool bPrintToLog)
+	const UObject*, const FString& InString, bool, bool bPrintToLog, FLinearColor, float, const FName)
 {
 	UE_CLOG(bPrintToLog, LogBlueprintUserMessages, Log, TEXT("%s"), *InString);
 }
 
 void UKismetSystemLibrary::PrintText(
-	const UObject* WorldContextObject, const FText InText, bool bPrintToScreen, bool bPrintToLog)
+	const UObject* WorldContextObject, const FText InText, bool bPrintToScreen, bool bPrintToLog,
+	FLinearColor TextColor, float Duration, const FName Key)
 {
-	PrintString(WorldContextObject, InText.ToString(), bPrintToScreen, bPrintToLog);
+	PrintString(WorldContextObject, InText.ToString(), bPrintToScreen, bPrintToLog, TextColor, Duration, Key);
 }
 
 double UKismetSystemLibrary::GetGameTimeInSeconds(const UObject* WorldContextObject)

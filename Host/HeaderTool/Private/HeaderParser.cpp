@@ -1,5 +1,6 @@
 #include "HeaderParser.h"
 
+#include "ParameterDefaults.h"
 #include "TokenReader.h"
 
 #include <algorithm>
@@ -799,15 +800,7 @@ private:
 			Depth += Reader.Peek().Is("(") - Reader.Peek().Is(")");
 			Default += Reader.Next().Text;
 		}
-		if (Default.starts_with("TEXT(") && Default.ends_with(")"))
-		{
-			Default = Default.substr(5, Default.size() - 6);
-		}
-		if (Default.ends_with("f") && Default.find('.') != std::string::npos)
-		{
-			Default.pop_back();
-		}
-		Function.Meta.Set("CPP_Default_" + Parameter.Name, Default);
+		Function.Meta.Set("CPP_Default_" + Parameter.Name, GetDefaultText(Default));
 	}
 
 	void FinishFunction(const FSourceToken& Macro, const FParsedStruct& Struct, FParsedFunction& Function)

@@ -104,8 +104,8 @@ bool SetDefault(const UFunction& Function, const FProperty& Property, void* Valu
 	{
 		return false;
 	}
-	const FString Text = Function.GetMetaData(Key).TrimQuotes();
-	const bool bEmptyOne = Text.IsEmpty() || Text.EndsWith(TEXT("()")) || Text == TEXT("nullptr");
+	const FString& Text = Function.GetMetaData(Key);
+	const bool bEmptyOne = Text.IsEmpty() || Text.EndsWith(TEXT("()")) || Text == TEXT("0, 0, 0");
 	return bEmptyOne || Property.ImportText_Direct(*Text, Value, nullptr, PPF_None) != nullptr;
 }
 

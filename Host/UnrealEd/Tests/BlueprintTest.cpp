@@ -1,4 +1,5 @@
 #include "EdGraphSchema_K2.h"
+#include "Components/SceneComponent.h"
 #include "Engine/BlueprintGeneratedClass.h"
 #include "Engine/SimpleConstructionScript.h"
 #include "GameFramework/Character.h"
@@ -226,6 +227,7 @@ TEST_F(BlueprintTest, ChildrenFollowTheirParent)
 	UBlueprint* const Child = Make(TEXT("/Game/BP_Child"), Parent->GeneratedClass);
 	UBlueprint* const Grandchild = Make(TEXT("/Game/BP_Grandchild"), Child->GeneratedClass);
 	UObject* const Object = NewObject<UObject>(GetTransientPackage(), Grandchild->GeneratedClass.Get(), TEXT("Object"));
+	Object->AddToRoot();
 	const auto GetSpeed = [](const UObject* Of) {
 		return FindFProperty<FIntProperty>(Of->GetClass(), TEXT("Speed"))->GetPropertyValue_InContainer(Of);
 	};
@@ -234,15 +236,18 @@ TEST_F(BlueprintTest, ChildrenFollowTheirParent)
 		->SetPropertyValue_InContainer(Child->GeneratedClass->GetDefaultObject(), 9);
 
 	FBlueprintEditorUtils::AddMemberVariable(Parent, TEXT("First"), MakeType(UEdGraphSchema_K2::PC_String));
-	Parent->NewVariables.Swap(0, 1); // another layout
+	const FBPVariableDescription Speed = Parent->NewVariables[0]; // another layout
+	Parent->NewVariables.RemoveAt(0);
+	Parent->NewVariables.Add(Speed);
 	Compile(Parent);
 	EXPECT_EQ(GetSpeed(Parent->GeneratedClass->GetDefaultObject()), 5);
 	EXPECT_EQ(GetSpeed(Child->GeneratedClass->GetDefaultObject()), 9) << "changed values stay";
 	EXPECT_TRUE(Grandchild->GeneratedClass->FindPropertyByName(TEXT("First")));
-	const UObject* const Anew = FindObjectFast<UObject>(GetTransientPackage(), TEXT("Object"));
+	UObject* const Anew = FindObjectFast<UObject>(GetTransientPackage(), TEXT("Object"));
 	ASSERT_TRUE(Anew && Anew != Object);
 	EXPECT_EQ(Anew->GetClass(), Grandchild->GeneratedClass);
-	EXPECT_EQ(GetSpeed(Anew), 5);
+	EXPECT_EQ(GetSpeed(Anew), 5) << "the object had its own value, which differed from the default";
+	Anew->RemoveFromRoot();
 }
 
 TEST_F(BlueprintTest, FunctionsGetParametersFlagsAndTemporaries)
@@ -306,7 +311,10 @@ TEST_F(BlueprintTest, NodesHaveTheEnginesPinsAndTitles)
 	EXPECT_EQ(GetTitle(*Print), "Print String");
 	EXPECT_EQ(ToUtf8(Print->FindPin(TEXT("instring"))->DefaultValue), "Hello");
 	EXPECT_EQ(ToUtf8(Print->GetClass()->GetName()), "K2Node_CallFunction");
-	EXPECT_EQ(GetTitle(*AddCall(Graph, ACharacter::StaticClass(), TEXT("Jump"))), "Jump\nTarget is Character");
+	EXPECT_EQ(GetTitle(*AddCall(Graph, ACharacter::StaticClass(), TEXT("SetLifeSpan"))),
+		"Set Life Span\nTarget is Actor");
+	EXPECT_EQ(GetTitle(*AddCall(Graph, ACharacter::StaticClass(), TEXT("K2_DestroyActor"))),
+		"Destroy Actor\nTarget is Actor");
 	const UEdGraphNode* const Unbound = AddCall(Graph, ACharacter::StaticClass(), TEXT("NoSuchFunction"));
 	EXPECT_EQ(GetTitle(*Unbound), "None");
 	EXPECT_EQ(Unbound->Pins.Num(), 0);

@@ -70,6 +70,12 @@ void FMemberReference::SetFromOwner(FName InMemberName, UClass* OwnerClass, bool
 	SetExternalMember(InMemberName, Blueprint && Blueprint->GeneratedClass ? Blueprint->GeneratedClass.Get() : OwnerClass);
 }
 
+const UClass* FMemberReference::GetSkeletonOf(const UClass& Class)
+{
+	const UBlueprint* const Blueprint = UBlueprint::GetBlueprintFromClass(&Class);
+	return Blueprint ? Blueprint->SkeletonGeneratedClass.Get() : nullptr;
+}
+
 UClass* FMemberReference::GetMemberParentClass(UClass* SelfScope) const
 {
 	return bSelfContext ? SelfScope : Cast<UClass>(MemberParent.Get());

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "EdGraph/EdGraphNode.h"
+#include "Math/Vector2D.h"
 #include "Templates/SubclassOf.h"
 #include "EdGraph.generated.h"
 

@@ -53,19 +53,31 @@ struct ENGINE_API FMemberReference
 		{
 			return nullptr;
 		}
-		if constexpr (std::is_same_v<TFieldType, UFunction>)
+		if (TFieldType* const Member = FindMember<TFieldType>(*Scope))
 		{
-			return Scope->FindFunctionByName(MemberName);
+			return Member;
 		}
-		else
-		{
-			return CastField<TFieldType>(Scope->FindPropertyByName(MemberName));
-		}
+		// The class of another Blueprint may lag behind its skeleton.
+		const UClass* const Skeleton = GetSkeletonOf(*Scope);
+		return Skeleton ? FindMember<TFieldType>(*Skeleton) : nullptr;
 	}
 
 	bool operator==(const FMemberReference& Other) const;
 
 private:
+	template <class TFieldType>
+	TFieldType* FindMember(const UClass& Scope) const
+	{
+		if constexpr (std::is_same_v<TFieldType, UFunction>)
+		{
+			return Scope.FindFunctionByName(MemberName);
+		}
+		else
+		{
+			return CastField<TFieldType>(Scope.FindPropertyByName(MemberName));
+		}
+	}
+	static const UClass* GetSkeletonOf(const UClass& Class);
 	void SetFromOwner(FName InMemberName, UClass* OwnerClass, bool bIsSelf);
 
 	UPROPERTY()

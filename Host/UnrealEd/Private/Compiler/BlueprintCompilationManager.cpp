@@ -46,32 +46,27 @@ UClass& GetParentOrObject(const UBlueprint& Blueprint, EBuiltClass Kind)
 UBlueprintGeneratedClass& FindOrMakeClass(UBlueprint& Blueprint, EBuiltClass Kind)
 {
 	const bool bSkeleton = Kind == EBuiltClass::Skeleton;
-	TSubclassOf<UObject>& Slot = bSkeleton ? Blueprint.SkeletonGeneratedClass : Blueprint.GeneratedClass;
-	if (UBlueprintGeneratedClass* const Existing = Cast<UBlueprintGeneratedClass>(Slot.Get()))
-	{
-		return *Existing;
-	}
 	FName GeneratedName;
 	FName SkeletonName;
 	Blueprint.GetBlueprintClassNames(GeneratedName, SkeletonName);
+	const FName Name = bSkeleton ? SkeletonName : GeneratedName;
 	const EObjectFlags Flags = RF_Public | RF_Transactional | (bSkeleton ? RF_Transient : RF_NoFlags);
-	UBlueprintGeneratedClass* const Class = NewObject<UBlueprintGeneratedClass>(
-		Blueprint.GetOuter(), bSkeleton ? SkeletonName : GeneratedName, Flags);
-	Slot = Class;
+	// By name: a reference to a class reads as null while the class has no parent.
+	UBlueprintGeneratedClass* Class = FindObjectFast<UBlueprintGeneratedClass>(Blueprint.GetOuter(), Name);
+	Class = Class ? Class : NewObject<UBlueprintGeneratedClass>(Blueprint.GetOuter(), Name, Flags);
+	(bSkeleton ? Blueprint.SkeletonGeneratedClass : Blueprint.GeneratedClass) = Class;
 	return *Class;
 }
 
 /** A class that was built already lets go of all that it has; null when it was not. */
 UClass* Empty(UBlueprintGeneratedClass& Class)
 {
-	if (!Class.GetSuperClass())
+	if (!Class.HasAnyClassFlags(CLASS_CompiledFromBlueprint))
 	{
 		return nullptr;
 	}
 	Class.UberGraphFunction = nullptr;
-	UClass* const Replaced = MoveToReplacedClass(Class);
-	Class.SetSuperStruct(nullptr);
-	return Replaced;
+	return MoveToReplacedClass(Class);
 }
 
 /** There are no objects of a skeleton, so that its members can go at once. */
@@ -198,7 +193,7 @@ UBlueprint* FindBlueprintOf(UClass& Class)
 	FString Name = Class.GetName();
 	const bool bGenerated = Class.IsA<UBlueprintGeneratedClass>() && Name.RemoveFromEnd(TEXT("_C"));
 	UBlueprint* const Blueprint = bGenerated ? FindObjectFast<UBlueprint>(Class.GetOuter(), FName(*Name)) : nullptr;
-	if (Blueprint && Blueprint->GeneratedClass == &Class)
+	if (Blueprint)
 	{
 		Class.ClassGeneratedBy = Blueprint;
 	}

@@ -1,0 +1,123 @@
+#include "Agent/KestrelBlueprintUtils.h"
+#include "Dom/JsonObject.h"
+#include "EdGraph/EdGraph.h"
+#include "EdGraph/EdGraphNode.h"
+#include "EdGraph/EdGraphPin.h"
+#include "K2Node_CallFunction.h"
+#include "K2Node_VariableGet.h"
+#include "K2Node_VariableSet.h"
+
+namespace GraphReader
+{
+/** Titles are put together from many parts, and each node's is asked for once for each of its links. */
+using FTitles = TMap<const UEdGraphNode*, FString>;
+
+const FString& GetTitle(const UEdGraphNode* Node, FTitles& Titles)
+{
+	if (const FString* Known = Titles.Find(Node))
+	{
+		return *Known;
+	}
+	const FString Title = Node ? Node->GetNodeTitle(ENodeTitleType::FullTitle).ToString() : FString();
+	return Titles.Add(Node, Title);
+}
+
+/**
+ * A class's name has no prefix in the engine, so that none of these names is met; they stay as the service knows them,
+ * which counts on the empty object.
+ */
+TSharedRef<FJsonObject> DescribeProperties(const UEdGraphNode& Node)
+{
+	const TSharedRef<FJsonObject> Properties = MakeShared<FJsonObject>();
+	const FString Class = Node.GetClass()->GetName();
+	if (Class.Equals(TEXT("UK2Node_VariableGet"), ESearchCase::IgnoreCase))
+	{
+		if (const UK2Node_VariableGet* Get = Cast<UK2Node_VariableGet>(&Node))
+		{
+			Properties->SetStringField(TEXT("VariableName"), Get->GetVarNameString());
+		}
+	}
+	else if (Class.Equals(TEXT("UK2Node_VariableSet"), ESearchCase::IgnoreCase))
+	{
+		if (const UK2Node_VariableSet* Set = Cast<UK2Node_VariableSet>(&Node))
+		{
+			Properties->SetStringField(TEXT("VariableName"), Set->GetVarNameString());
+		}
+	}
+	else if (Class.Equals(TEXT("UK2Node_CallFunction"), ESearchCase::IgnoreCase))
+	{
+		if (const UK2Node_CallFunction* Call = Cast<UK2Node_CallFunction>(&Node))
+		{
+			Properties->SetStringField(TEXT("FunctionName"), Call->GetFunctionName().ToString());
+		}
+	}
+	return Properties;
+}
+
+TSharedRef<FJsonObject> DescribeConnection(const UEdGraphPin& Linked, FTitles& Titles)
+{
+	const TSharedRef<FJsonObject> Connection = MakeShared<FJsonObject>();
+	Connection->SetStringField(TEXT("Node"), GetTitle(Linked.GetOwningNodeUnchecked(), Titles));
+	Connection->SetStringField(TEXT("Pin"), Linked.PinName.ToString());
+	return Connection;
+}
+
+TSharedRef<FJsonObject> DescribePin(const UEdGraphPin& Pin, FTitles& Titles)
+{
+	const TSharedRef<FJsonObject> Object = MakeShared<FJsonObject>();
+	Object->SetStringField(TEXT("Name"), Pin.PinName.ToString());
+	Object->SetStringField(TEXT("Value"), Pin.DefaultValue);
+	Object->SetStringField(TEXT("Direction"), Pin.Direction == EGPD_Input ? TEXT("Input") : TEXT("Output"));
+	Object->SetStringField(TEXT("Category"), Pin.PinType.PinCategory.ToString());
+	if (const UObject* SubCategoryObject = Pin.PinType.PinSubCategoryObject.Get())
+	{
+		Object->SetStringField(TEXT("SubCategoryObject"), SubCategoryObject->GetName());
+	}
+	TArray<TSharedPtr<FJsonValue>> Connections;
+	for (const UEdGraphPin* Linked : Pin.LinkedTo)
+	{
+		if (Linked)
+		{
+			Connections.Add(MakeShared<FJsonValueObject>(DescribeConnection(*Linked, Titles)));
+		}
+	}
+	Object->SetArrayField(TEXT("Connections"), Connections);
+	return Object;
+}
+
+TSharedRef<FJsonObject> DescribeNode(const UEdGraphNode& Node, FTitles& Titles)
+{
+	const TSharedRef<FJsonObject> Object = MakeShared<FJsonObject>();
+	Object->SetStringField(TEXT("Title"), GetTitle(&Node, Titles));
+	Object->SetStringField(TEXT("Class"), Node.GetClass()->GetName());
+	Object->SetObjectField(TEXT("Properties"), DescribeProperties(Node));
+	TArray<TSharedPtr<FJsonValue>> Pins;
+	for (const UEdGraphPin* Pin : Node.Pins)
+	{
+		if (Pin)
+		{
+			Pins.Add(MakeShared<FJsonValueObject>(DescribePin(*Pin, Titles)));
+		}
+	}
+	Object->SetArrayField(TEXT("Pins"), Pins);
+	return Object;
+}
+}
+
+TSharedPtr<FJsonObject> FKestrelBlueprintUtils::ReadEdGraph(const UEdGraph* Graph)
+{
+	const TSharedRef<FJsonObject> Document = MakeShared<FJsonObject>();
+	Document->SetStringField(TEXT("Name"), Graph->GetName());
+	Document->SetStringField(TEXT("Class"), Graph->GetClass()->GetName());
+	GraphReader::FTitles Titles;
+	TArray<TSharedPtr<FJsonValue>> Nodes;
+	for (const UEdGraphNode* Node : Graph->Nodes)
+	{
+		if (Node) // null for one whose class is gone
+		{
+			Nodes.Add(MakeShared<FJsonValueObject>(GraphReader::DescribeNode(*Node, Titles)));
+		}
+	}
+	Document->SetArrayField(TEXT("Nodes"), Nodes);
+	return Document;
+}

@@ -1,0 +1,54 @@
+#include "Agent/KestrelBlueprintUtils.h"
+#include "UObject/EnumProperty.h"
+#include "UObject/TextProperty.h"
+#include "UObject/UnrealType.h"
+
+namespace PropertyValueText
+{
+struct FFallback
+{
+	const FFieldClass* Class;
+	const TCHAR* Text;
+};
+
+/** What stands for a value that the engine's export leaves out, since it is the type's empty one. */
+const TCHAR* GetEmptyText(const FProperty& Property)
+{
+	static const FFallback Fallbacks[] = {
+		{ FNumericProperty::StaticClass(), TEXT("0") },
+		{ FBoolProperty::StaticClass(), TEXT("False") },
+		{ FObjectPropertyBase::StaticClass(), TEXT("None") },
+		{ FInterfaceProperty::StaticClass(), TEXT("None") },
+		{ FEnumProperty::StaticClass(), TEXT("") },
+		{ FStrProperty::StaticClass(), TEXT("") },
+		{ FNameProperty::StaticClass(), TEXT("") },
+		{ FTextProperty::StaticClass(), TEXT("") },
+		{ FStructProperty::StaticClass(), TEXT("") },
+		{ FArrayProperty::StaticClass(), TEXT("") },
+		{ FSetProperty::StaticClass(), TEXT("") },
+		{ FMapProperty::StaticClass(), TEXT("") },
+		{ FDelegateProperty::StaticClass(), TEXT("") },
+		{ FMulticastDelegateProperty::StaticClass(), TEXT("") },
+	};
+	for (const FFallback& Fallback : Fallbacks)
+	{
+		if (Property.IsA(Fallback.Class))
+		{
+			return Fallback.Text;
+		}
+	}
+	return TEXT("Error");
+}
+}
+
+FString FKestrelBlueprintUtils::GetPropertyValueAsString(const void* Container, const FProperty* Property)
+{
+	if (!Container || !Property)
+	{
+		return TEXT("Invalid");
+	}
+	FString Text;
+	const void* Value = Property->ContainerPtrToValuePtr<void>(Container);
+	const bool bWritten = Property->ExportText_Direct(Text, Value, nullptr, nullptr, PPF_None);
+	return bWritten ? Text : FString(PropertyValueText::GetEmptyText(*Property));
+}
