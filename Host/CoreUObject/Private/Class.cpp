@@ -122,6 +122,7 @@ void UClass::AddReferencedObjects(UObject* InThis, FReferenceCollector& Collecto
 	Super::AddReferencedObjects(InThis, Collector);
 	UClass* const This = static_cast<UClass*>(InThis);
 	Collector.AddReferencedObject(This->ClassDefaultObject);
+	Collector.AddReferencedObject(This->ClassGeneratedBy);
 	for (FImplementedInterface& Each : This->Interfaces)
 	{
 		Collector.AddReferencedObject(Each.Class);

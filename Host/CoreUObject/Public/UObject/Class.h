@@ -31,6 +31,7 @@ class UField : public UObject
 {
 public:
 	DECLARE_REFLECTED_CLASS(UField, UObject)
+	using BaseFieldClass = UField;
 	UField() = default;
 	UField(const FObjectInitializer& ObjectInitializer)
 		: Super(ObjectInitializer)
@@ -418,6 +419,7 @@ public:
 	FConstruct ClassConstructor = nullptr;
 	FAddReferencedObjects ClassAddReferencedObjects = nullptr;
 	UObject* ClassDefaultObject = nullptr;
+	UObject* ClassGeneratedBy = nullptr; // the Blueprint of a class that one was compiled to
 	TArray<FImplementedInterface> Interfaces; // own ones
 
 private:

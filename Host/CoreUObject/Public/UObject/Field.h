@@ -91,6 +91,8 @@ private:
 class FField
 {
 public:
+	using BaseFieldClass = FField;
+
 	FField(FFieldVariant InOwner, const FName& InName, EObjectFlags InFlags)
 		: NamePrivate(InName)
 		, FlagsPrivate(InFlags)

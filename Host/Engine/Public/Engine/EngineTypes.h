@@ -2,6 +2,7 @@
 
 #include "Engine/EngineBaseTypes.h"
 #include "Engine/HitResult.h"
+#include "UObject/CoreNetTypes.h"
 #include "EngineTypes.generated.h"
 
 /** How a part of a transform is chosen when something is attached. */

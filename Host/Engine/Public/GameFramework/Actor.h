@@ -203,6 +203,9 @@ public:
 	UFUNCTION(BlueprintCallable, Category = "Actor")
 	float GetGameTimeSinceCreation() const;
 
+	UFUNCTION(
+		BlueprintImplementableEvent, meta = (BlueprintInternalUseOnly = "true", DisplayName = "Construction Script"))
+	void UserConstructionScript();
 	virtual void PostActorCreated() {}
 	virtual void OnConstruction(const FTransform& Transform) {}
 	virtual void PreInitializeComponents() {}
@@ -227,9 +230,6 @@ public:
 protected:
 	virtual void BeginPlay();
 
-	UFUNCTION(
-		BlueprintImplementableEvent, meta = (BlueprintInternalUseOnly = "true", DisplayName = "Construction Script"))
-	void UserConstructionScript();
 	UFUNCTION(BlueprintImplementableEvent, meta = (DisplayName = "BeginPlay"))
 	void ReceiveBeginPlay();
 	UFUNCTION(BlueprintImplementableEvent, meta = (DisplayName = "Tick"))

@@ -1,0 +1,35 @@
+#pragma once
+
+#include "EdGraph/EdGraphNode.h"
+#include "EdGraph/EdGraphPin.h"
+#include "K2Node.generated.h"
+
+class UBlueprint;
+
+/** A node of a Blueprint's graph. */
+UCLASS(Abstract)
+class BLUEPRINTGRAPH_API UK2Node : public UEdGraphNode
+{
+	GENERATED_BODY()
+
+public:
+	/**
+	 * Makes the pins anew; links and values go over by name. A linked pin that is no longer made stays, orphaned.
+	 */
+	void ReconstructNode() override;
+	/** Makes the pins anew; by default as for a new node. */
+	virtual void ReallocatePinsDuringReconstruction(TArray<UEdGraphPin*>& OldPins) { AllocateDefaultPins(); }
+
+	/** Without exec pins: evaluated when a value is asked for. */
+	virtual bool IsNodePure() const { return false; }
+	/** Where execution goes on; null for nodes without. */
+	UEdGraphPin* GetThenPin() const;
+	UEdGraphPin* GetExecPin() const;
+	UBlueprint* GetBlueprint() const;
+	/** The class that "self" is: the skeleton of the Blueprint, or what it was compiled to. Null outside of one. */
+	UClass* GetBlueprintClassFromNode() const;
+
+private:
+	/** Link, value and looks of the old pin. */
+	static void TakeOver(UEdGraphPin& NewPin, UEdGraphPin& OldPin);
+};

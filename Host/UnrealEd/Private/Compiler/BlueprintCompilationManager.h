@@ -1,0 +1,30 @@
+#pragma once
+
+#include "Engine/Blueprint.h"
+#include "Kismet2/KismetEditorUtilities.h"
+
+/**
+ * Turns Blueprints into classes.
+ *
+ * A compile makes the skeleton anew, then moves the old content of the class, and of the classes of all children in
+ * memory, to classes of their own (see MoveToReplacedClass), builds the classes anew, parents first, carries the changed
+ * defaults over, checks the graphs, and makes the objects of the classes anew.
+ */
+class FBlueprintCompilationManager
+{
+public:
+	/** Lets Blueprints compile themselves when they are loaded. */
+	static void Initialize();
+	static void Shutdown();
+
+	static void Compile(UBlueprint& Blueprint, EBlueprintCompileOptions Options, FCompilerResultsLog& Log);
+	/** Also those of the children. */
+	static void RegenerateSkeleton(UBlueprint& Blueprint);
+	/** Blueprints in memory that derive from this one, nearer ones first. */
+	static TArray<UBlueprint*> GetChildren(const UBlueprint& Blueprint);
+
+private:
+	static void CompileLoaded(UBlueprint& Blueprint);
+	/** The skeleton of each Blueprint that the graphs refer to, so that Blueprints may use each other. */
+	static void PrepareReferences(UBlueprint& Blueprint);
+};
