@@ -9,8 +9,10 @@
 #include "Misc/PackageName.h"
 #include "Misc/Paths.h"
 #include "UObject/Class.h"
+#include "UObject/CopyPackage.h"
 #include "UObject/Package.h"
 #include "UObject/SavePackage.h"
+#include "UObject/UObjectHash.h"
 
 DEFINE_LOG_CATEGORY_STATIC(LogAssetTools, Log, All);
 
@@ -65,6 +67,21 @@ bool Save(UPackage& Package)
 	Args.TopLevelFlags = RF_Public | RF_Standalone;
 	Args.Error = GWarn;
 	return UPackage::SavePackage(&Package, nullptr, *FileName, Args);
+}
+
+/** What an asset has made, such as a Blueprint's class, goes where it has gone. */
+void MoveRest(UPackage& OldPackage, UPackage& NewPackage, const FString& OldName, const FString& NewName)
+{
+	ForEachObjectWithOuter(
+		&OldPackage,
+		[&](UObject* Object) {
+			const FString Name = GetNameInCopy(Object->GetName(), OldName, NewName);
+			if (!Object->Rename(*Name, &NewPackage))
+			{
+				UE_LOG(LogAssetTools, Warning, TEXT("%s stays behind."), *Object->GetPathName());
+			}
+		},
+		false);
 }
 
 /** Loads what refers to a saved package, so that it follows when the objects move. */
@@ -149,7 +166,16 @@ UObject* UAssetToolsImpl::DuplicateAsset(const FString& AssetName, const FString
 	{
 		return nullptr;
 	}
-	UObject* const Asset = DuplicateObject(OriginalObject, Package, FName(*AssetName));
+	// With the whole package: a Blueprint is nothing without its class and its class's defaults.
+	if (OriginalObject->IsAsset())
+	{
+		CopyPackage(*OriginalObject->GetPackage(), Package->GetName());
+	}
+	else
+	{
+		DuplicateObject(OriginalObject, Package, FName(*AssetName));
+	}
+	UObject* const Asset = Package->FindAssetInPackage();
 	if (Asset)
 	{
 		Asset->SetFlags(RF_Public | RF_Standalone | RF_Transactional);
@@ -181,10 +207,12 @@ bool UAssetToolsImpl::RenameAsset(const FAssetRenameData& Data)
 	const bool bSaved = FPackageName::DoesPackageExist(OldPackage->GetName(), &OldFile);
 	const TArray<UPackage*> Referencers = AssetToolsImpl::LoadReferencers(OldPackage->GetFName());
 	const FString OldPath = Asset->GetPathName();
+	const FString OldName = Asset->GetName();
 	if (!Asset->Rename(*Data.NewName, NewPackage))
 	{
 		return false;
 	}
+	AssetToolsImpl::MoveRest(*OldPackage, *NewPackage, OldName, Data.NewName);
 	FAssetRegistryModule::AssetRenamed(Asset, OldPath);
 	if (!bSaved)
 	{

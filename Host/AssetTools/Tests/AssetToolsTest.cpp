@@ -1,6 +1,11 @@
 #include "AssetRegistry/AssetRegistryModule.h"
 #include "AssetToolsModule.h"
 #include "AssetToolsTestTypes.h"
+#include "Engine/Blueprint.h"
+#include "Engine/BlueprintGeneratedClass.h"
+#include "Engine/SimpleConstructionScript.h"
+#include "Factories/BlueprintFactory.h"
+#include "GameFramework/Actor.h"
 #include "Misc/FeedbackContext.h"
 #include "Misc/FileHelper.h"
 #include "Misc/PackageName.h"
@@ -92,4 +97,33 @@ TEST_F(AssetToolsTest, MovesAnAssetWithItsFileAndWhatRefersToIt)
 	EXPECT_FALSE(FAssetRegistryModule::GetRegistry().GetAssetsByPackageName(TEXT("/Game/Moving"), Assets));
 	EXPECT_TRUE(FAssetRegistryModule::GetRegistry().GetAssetsByPackageName(TEXT("/Game/New/Moved"), Assets, true));
 	EXPECT_FALSE(IAssetTools::Get().RenameAssets({ FAssetRenameData(User, TEXT("/Game/New"), TEXT("Moved")) }));
+}
+
+TEST_F(AssetToolsTest, CopiesAndMovesABlueprintWithItsClass)
+{
+	FModuleManager::Get().LoadModuleChecked("UnrealEd");
+	UBlueprintFactory* const Factory = NewObject<UBlueprintFactory>();
+	Factory->ParentClass = AActor::StaticClass();
+	UBlueprint* const Blueprint = Cast<UBlueprint>(
+		IAssetTools::Get().CreateAsset(TEXT("BP_A"), TEXT("/Game"), UBlueprint::StaticClass(), Factory));
+	ASSERT_NE(Blueprint, nullptr);
+	GetMutableDefault<AActor>(Blueprint->GeneratedClass)->InitialLifeSpan = 4.0f;
+	ASSERT_TRUE(Save(Blueprint));
+	ASSERT_TRUE(Save(Blueprint));
+	const UBlueprint* const Copy =
+		Cast<UBlueprint>(IAssetTools::Get().DuplicateAsset(TEXT("BP_B"), TEXT("/Game/Sub"), Blueprint));
+	ASSERT_NE(Copy, nullptr);
+	ASSERT_NE(Copy->GeneratedClass, nullptr);
+	EXPECT_EQ(Copy->GeneratedClass->GetPathName(), TEXT("/Game/Sub/BP_B.BP_B_C"));
+	EXPECT_EQ(GetDefault<AActor>(Copy->GeneratedClass)->InitialLifeSpan, 4.0f);
+	EXPECT_TRUE(Copy->SimpleConstructionScript->IsIn(Copy->GetPackage()));
+	EXPECT_TRUE(Copy->GetPackage()->IsDirty());
+	EXPECT_FALSE(Blueprint->GetPackage()->IsDirty());
+
+	EXPECT_TRUE(IAssetTools::Get().RenameAssets({ FAssetRenameData(Blueprint, TEXT("/Game/New"), TEXT("BP_C")) }));
+	EXPECT_EQ(Blueprint->GeneratedClass->GetPathName(), TEXT("/Game/New/BP_C.BP_C_C"));
+	FString Text;
+	FFileHelper::LoadFileToString(Text, *(Folder.Path / TEXT("Content/New/BP_C.uasset")));
+	EXPECT_TRUE(Text.Contains(TEXT("Class=/Game/New/BP_C.BP_C_C Name=\"Default__BP_C_C\"")));
+	EXPECT_FALSE(Text.Contains(TEXT("BP_A")));
 }

@@ -173,6 +173,7 @@ UObject* StaticConstructObject(
 	}
 
 	UObject* const Existing = FObjectTable::Get().Find(Outer, Name);
+	const TArray<UObject*> Parts = Existing ? FObjectTable::Get().GetChildren(*Existing) : TArray<UObject*>();
 	void* const Memory = Existing ? NewObjectImpl::DestroyForReuse(Existing, Class) : AllocateObjectMemory(Class);
 	std::memset(Memory, 0, static_cast<SIZE_T>(Class->GetPropertiesSize()));
 	UObject* const Object = static_cast<UObject*>(Memory);
@@ -180,6 +181,10 @@ UObject* StaticConstructObject(
 		const FObjectInitializer Initializer(Object, Template);
 		FObjectTable::Get().PrepareIdentity(Memory, { const_cast<UClass*>(Class), Outer, Name, SetFlags });
 		NewObjectImpl::GetNativeClass(Class)->ClassConstructor(Initializer);
+		for (UObject* Part : Parts)
+		{
+			FObjectTable::Get().Relink(*Part);
+		}
 		Initializer.InitializeSubobjects();
 	}
 	NewObjectImpl::ForEachRuntimeProperty(

@@ -62,6 +62,13 @@ void FObjectTable::SetIdentity(UObject& Object, UClass* Class, UObject* Outer, F
 	LinkEntry(Base.InternalIndex);
 }
 
+void FObjectTable::Relink(UObject& Object)
+{
+	const int32 Index = static_cast<int32>(Object.GetUniqueID());
+	UnlinkEntry(Index);
+	LinkEntry(Index);
+}
+
 FObjectTable::FEntry* FObjectTable::FindEntry(int32 Index)
 {
 	return Entries.IsValidIndex(Index) && Entries[Index].Object ? &Entries[Index] : nullptr;

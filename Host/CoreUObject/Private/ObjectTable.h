@@ -55,6 +55,9 @@ public:
 	void Unregister(UObjectBase& Base);
 	void SetIdentity(UObject& Object, UClass* Class, UObject* Outer, FName Name);
 
+	/** Puts an object into its outer's list whose outer was made anew in the same place. */
+	void Relink(UObject& Object);
+
 	TArray<FEntry>& GetEntries() { return Entries; }
 	FEntry& GetEntry(const UObjectBase& Object) { return Entries[static_cast<int32>(Object.GetUniqueID())]; }
 	/** Null for an index that is free or out of range. */

@@ -20,6 +20,14 @@ public:
 
 	/** The first object is made under this name instead of its own; before CreateObjects. */
 	void SetFirstName(FName Name) { Parser.Objects[0].Name = Name.ToString(); }
+	/** Makes another name and class of each record's: Rename gets the record; before CreateObjects. */
+	void RenameRecords(TFunctionRef<void(FObjectRecord&)> Rename)
+	{
+		for (FObjectRecord& Record : Parser.Objects)
+		{
+			Rename(Record);
+		}
+	}
 	/** FlagMask and ExtraFlags: of the flags in the text, and in addition to them. */
 	void CreateObjects(EObjectFlags FlagMask, EObjectFlags ExtraFlags);
 	/** To be called while references are in scope. */

@@ -9,6 +9,7 @@
 #include "PropertyText.h"
 #include "Templates/UniquePtr.h"
 #include "UObject/Class.h"
+#include "UObject/CopyPackage.h"
 #include "UObject/GCObject.h"
 #include "UObject/ObjectText.h"
 #include "UObject/Package.h"
@@ -52,13 +53,44 @@ public:
 		{
 			if (Path.StartsWith(Name + TEXT(".")))
 			{
-				OutInside = Path.RightChop(Name.Len() + 1);
+				OutInside = Rename(Path.RightChop(Name.Len() + 1));
 				return true;
 			}
 		}
 		return false;
 	}
 
+	/** "New:B" of "Old:B" in a copy; the same path anywhere else. */
+	FString Rename(const FString& Inside) const
+	{
+		if (!bCopy)
+		{
+			return Inside;
+		}
+		int32 End = 0;
+		while (End < Inside.Len() && Inside[End] != u':' && Inside[End] != u'.')
+		{
+			++End;
+		}
+		return GetNameInCopy(Inside.Left(End), FPackageName::GetShortName(SavedName),
+				   FPackageName::GetShortName(Package->GetName())) +
+			   Inside.RightChop(End);
+	}
+
+	/** The records of a copy are of the new package, too. */
+	void RenameRecords()
+	{
+		Import.RenameRecords([this](FObjectRecord& Record) {
+			FString Inside;
+			if (GetPathInside(Record.ClassPath, Inside))
+			{
+				Record.ClassPath = Package->GetName() + TEXT(".") + Inside;
+			}
+			Record.Name = Record.Parent == INDEX_NONE ? Rename(Record.Name) : Record.Name;
+		});
+	}
+
+	bool bCopy = false;
 	UPackage* Package;
 	const FString SavedName;
 	const bool bWasDirty;
@@ -90,6 +122,7 @@ public:
 	~FSession() override;
 
 	UPackage* Run(const FString& PackageName, const FString& FileName);
+	UPackage* RunCopy(const FString& PackageName, const TArray<uint8>& Bytes);
 	/** Makes the objects of a package, unless that has been done. Null when there is no such package. */
 	FLoadingPackage* Open(const FString& PackageName);
 	FLoadingPackage* FindLoading(const UPackage* Package) const;
@@ -110,6 +143,10 @@ public:
 
 private:
 	FLoadingPackage* OpenFile(const FString& PackageName, const FString& FileName);
+	FLoadingPackage* OpenText(
+		const FString& PackageName, const FString& FileName, const FPackageHeader& Header, const TArray<uint8>& Bytes);
+	/** Everything after the first package's objects were made. */
+	void Finish();
 	/** Those that a package needs come before it. */
 	TArray<FLoadingPackage*> GetInOrder() const;
 
@@ -259,6 +296,14 @@ FLoadingPackage* FSession::OpenFile(const FString& PackageName, const FString& F
 			*FPackageHeader::GetMessage(Result, FileName));
 		return nullptr;
 	}
+	FLoadingPackage* const Loading = OpenText(PackageName, FPaths::ConvertRelativePathToFull(FileName), Header, Bytes);
+	Loading->Import.CreateObjects(RF_Load, RF_NeedLoad | RF_NeedPostLoad | RF_WasLoaded);
+	return Loading;
+}
+
+FLoadingPackage* FSession::OpenText(
+	const FString& PackageName, const FString& FileName, const FPackageHeader& Header, const TArray<uint8>& Bytes)
+{
 	const char* const Start = reinterpret_cast<const char*>(Bytes.GetData());
 	const char* const LineEnd = std::find(Start, Start + Bytes.Num(), '\n');
 	const int32 TextStart = FMath::Min(static_cast<int32>(LineEnd - Start) + 1, Bytes.Num());
@@ -266,17 +311,44 @@ FLoadingPackage* FSession::OpenFile(const FString& PackageName, const FString& F
 
 	UPackage* const Package = CreatePackage(*PackageName);
 	Package->MarkAsFullyLoaded();
-	const int32 Index = Packages.Add(MakeUnique<FLoadingPackage>(Package, Header.PackageName,
-		FPaths::ConvertRelativePathToFull(FileName), FString(FStringView(Wide.Get(), Wide.Length()))));
+	const int32 Index = Packages.Add(MakeUnique<FLoadingPackage>(
+		Package, Header.PackageName, FileName, FString(FStringView(Wide.Get(), Wide.Length()))));
 	FLoadingPackage& Loading = *Packages[Index];
 	ByPackage.Add(Package, &Loading);
-	Loading.Import.CreateObjects(RF_Load, RF_NeedLoad | RF_NeedPostLoad | RF_WasLoaded);
 	return &Loading;
 }
 
 UPackage* FSession::Run(const FString& PackageName, const FString& FileName)
 {
 	FLoadingPackage* const First = OpenFile(PackageName, FileName);
+	Finish();
+	return First ? First->Package : nullptr;
+}
+
+UPackage* FSession::RunCopy(const FString& PackageName, const TArray<uint8>& Bytes)
+{
+	FPackageHeader Header;
+	if (Header.Parse(Bytes) != FPackageHeader::EResult::Read)
+	{
+		return nullptr;
+	}
+	FLoadingPackage* const Copy = OpenText(PackageName, PackageName, Header, Bytes);
+	Copy->bCopy = true;
+	Copy->RenameRecords();
+	Copy->Import.CreateObjects(RF_Load, RF_NeedLoad | RF_NeedPostLoad | RF_WasLoaded);
+	Finish();
+	for (UObject* Object : Copy->Import.GetObjects())
+	{
+		if (IsValid(Object))
+		{
+			Object->PostDuplicate(false);
+		}
+	}
+	return Copy->Package;
+}
+
+void FSession::Finish()
+{
 	bReading = true;
 	// References open further packages while values are read; they queue up at the end.
 	for (int32 Index = 0; Index < Packages.Num(); ++Index)
@@ -307,7 +379,6 @@ UPackage* FSession::Run(const FString& PackageName, const FString& FileName)
 	{
 		Each->Package->SetDirtyFlag(Each->bWasDirty);
 	}
-	return First ? First->Package : nullptr;
 }
 
 TArray<FLoadingPackage*> FSession::GetInOrder() const
@@ -358,6 +429,29 @@ void FSession::Complete(FLoadingPackage& Loading)
 	const FLoadReferences References(*this, Loading, true);
 	Loading.Import.ReadDeferredValues();
 }
+}
+
+UPackage* FPackageLoader::LoadCopy(const FString& FileText, const FString& PackageName)
+{
+	const FTCHARToUTF8 Text(*FileText, FileText.Len());
+	const TArray<uint8> Bytes(reinterpret_cast<const uint8*>(Text.Get()), Text.Length());
+	PackageLoader::FSession Session(LOAD_None);
+	return Session.RunCopy(PackageName, Bytes);
+}
+
+FString GetNameInCopy(const FString& Name, const FString& SourceShortName, const FString& CopyShortName)
+{
+	for (const TCHAR* Prefix : { TEXT(""), TEXT("SKEL_"), TEXT("Default__"), TEXT("Default__SKEL_") })
+	{
+		for (const TCHAR* Suffix : { TEXT(""), TEXT("_C") })
+		{
+			if (Name == Prefix + SourceShortName + Suffix)
+			{
+				return Prefix + CopyShortName + Suffix;
+			}
+		}
+	}
+	return Name;
 }
 
 bool FPackageLoader::IsLoading()

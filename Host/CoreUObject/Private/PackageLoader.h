@@ -17,6 +17,8 @@ class FPackageLoader
 public:
 	/** Loads the package that is empty or not there yet. Null when it cannot be read. */
 	static UPackage* Load(const FString& PackageName, const FString& FileName, uint32 LoadFlags);
+	/** Loads a file's contents as another package than the one they are of; see CopyPackage.h. */
+	static UPackage* LoadCopy(const FString& FileText, const FString& PackageName);
 	static bool IsLoading();
 	/**
 	 * PostLoad for the whole package of an object that is being loaded, and what comes after it: for an object that

@@ -11,7 +11,10 @@ struct FMountPoint
 {
 	FString Root;
 	FString Folder; // with a slash at the end
+	FString FullFolder;
 };
+
+int32 NumRegistrations = 0;
 
 // What must not stand in a package's name, besides a double slash; the names of files allow no more.
 const TCHAR* const InvalidCharacters = TEXT("\\:*?\"<>|' ,.&!~\n\r\t@#");
@@ -28,13 +31,40 @@ FString WithSlash(const FString& Path)
 	return Path.EndsWith(TEXT("/")) ? Path : Path + TEXT("/");
 }
 
-/** The project can be another one than at the last call. */
-TArray<FMountPoint> GetMountPoints()
+/** Made anew when the project has become another one since the last call, or a folder was mounted. */
+const TArray<FMountPoint>& GetMountPoints()
 {
-	TArray<FMountPoint> MountPoints = { { TEXT("/Game/"), FPaths::ProjectContentDir() },
-		{ TEXT("/Engine/"), FPaths::EngineDir() / TEXT("Content/") } };
-	MountPoints.Append(GetRegistered());
+	static TArray<FMountPoint> MountPoints;
+	static FString ContentDir;
+	static int32 NumRegistered = INDEX_NONE;
+	const FString PresentContentDir = FPaths::ProjectContentDir();
+	if (!ContentDir.Equals(PresentContentDir) || NumRegistered != NumRegistrations)
+	{
+		ContentDir = PresentContentDir;
+		NumRegistered = NumRegistrations;
+		MountPoints = { { TEXT("/Game/"), ContentDir, FString() },
+			{ TEXT("/Engine/"), FPaths::EngineDir() / TEXT("Content/"), FString() } };
+		MountPoints.Append(GetRegistered());
+		for (FMountPoint& Each : MountPoints)
+		{
+			Each.FullFolder = FPaths::ConvertRelativePathToFull(Each.Folder);
+		}
+	}
 	return MountPoints;
+}
+
+/** The file's path below the folder; false when it does not lie there. */
+bool TakeFolderOff(const FMountPoint& MountPoint, const FString& FileName, FString& OutInner)
+{
+	// A scan finds files by the folder's own path, which needs no look at the rest.
+	OutInner = FileName;
+	if (OutInner.RemoveFromStart(MountPoint.Folder, ESearchCase::CaseSensitive) && !OutInner.Contains(TEXT("./")) &&
+		!OutInner.Contains(TEXT("//")))
+	{
+		return !OutInner.IsEmpty();
+	}
+	OutInner = FPaths::ConvertRelativePathToFull(FileName);
+	return OutInner.RemoveFromStart(MountPoint.FullFolder, ESearchCase::CaseSensitive) && !OutInner.IsEmpty();
 }
 
 const FMountPoint* FindMountPoint(const TArray<FMountPoint>& MountPoints, const FString& PackageName)
@@ -102,12 +132,14 @@ void FPackageName::RegisterMountPoint(const FString& RootPath, const FString& Co
 			return;
 		}
 	}
-	PackageName::GetRegistered().Insert({ RootPath, Folder }, 0);
+	PackageName::GetRegistered().Insert({ RootPath, Folder, FString() }, 0);
+	++PackageName::NumRegistrations;
 }
 
 void FPackageName::UnRegisterMountPoint(const FString& RootPath, const FString& ContentPath)
 {
 	const FString Folder = PackageName::WithSlash(ContentPath);
+	++PackageName::NumRegistrations;
 	PackageName::GetRegistered().RemoveAll(
 		[&](const PackageName::FMountPoint& Each) { return Each.Root == RootPath && Each.Folder.Equals(Folder); });
 }
@@ -123,12 +155,10 @@ void FPackageName::QueryRootContentPaths(TArray<FString>& OutRootContentPaths)
 bool FPackageName::TryConvertFilenameToLongPackageName(
 	const FString& InFilename, FString& OutPackageName, FString* OutFailureReason)
 {
-	const FString Path = FPaths::ConvertRelativePathToFull(InFilename);
 	for (const PackageName::FMountPoint& Each : PackageName::GetMountPoints())
 	{
-		FString Inner = Path;
-		if (Inner.RemoveFromStart(FPaths::ConvertRelativePathToFull(Each.Folder), ESearchCase::CaseSensitive) &&
-			!Inner.IsEmpty())
+		FString Inner;
+		if (PackageName::TakeFolderOff(Each, InFilename, Inner))
 		{
 			OutPackageName = Each.Root + FPaths::GetBaseFilename(Inner, false);
 			return true;
@@ -144,7 +174,7 @@ bool FPackageName::TryConvertFilenameToLongPackageName(
 bool FPackageName::TryConvertLongPackageNameToFilename(
 	const FString& InLongPackageName, FString& OutFilename, const FString& InExtension)
 {
-	const TArray<PackageName::FMountPoint> MountPoints = PackageName::GetMountPoints();
+	const TArray<PackageName::FMountPoint>& MountPoints = PackageName::GetMountPoints();
 	const PackageName::FMountPoint* const MountPoint = PackageName::FindMountPoint(MountPoints, InLongPackageName);
 	if (!MountPoint)
 	{
@@ -175,7 +205,7 @@ bool FPackageName::IsValidLongPackageName(
 	const FString& InLongPackageName, bool bIncludeReadOnlyRoots, FText* OutReason)
 {
 	FString Reason = PackageName::GetReasonAgainst(InLongPackageName);
-	const TArray<PackageName::FMountPoint> MountPoints = PackageName::GetMountPoints();
+	const TArray<PackageName::FMountPoint>& MountPoints = PackageName::GetMountPoints();
 	const bool bKnownRoot = PackageName::FindMountPoint(MountPoints, InLongPackageName) ||
 							(bIncludeReadOnlyRoots && IsScriptPackage(InLongPackageName));
 	if (Reason.IsEmpty() && !bKnownRoot)

@@ -7,8 +7,10 @@
 #include "Misc/Paths.h"
 #include "ObjectTable.h"
 #include "ObjectTextWriter.h"
+#include "PackageLoader.h"
 #include "Templates/UniquePtr.h"
 #include "UObject/Class.h"
+#include "UObject/CopyPackage.h"
 #include "UObject/ObjectSaveContext.h"
 #include "UObject/Package.h"
 #include "UObject/PackageHeader.h"
@@ -255,6 +257,14 @@ void CallPreSave(UPackage& Package, UObject* Asset, EObjectFlags TopLevelFlags, 
 		const_cast<UObject*>(Object)->PreSave(Context);
 	}
 }
+}
+
+UPackage* CopyPackage(UPackage& Source, const FString& NewPackageName)
+{
+	constexpr EObjectFlags Assets = RF_Public | RF_Standalone;
+	SavePackage::CallPreSave(Source, nullptr, Assets, FObjectPreSaveContext(FString(), SAVE_None));
+	const FString Text = SavePackage::MakeText(Source, nullptr, Assets);
+	return Text.IsEmpty() ? nullptr : FPackageLoader::LoadCopy(Text, NewPackageName);
 }
 
 bool IsSavingPackage()

@@ -228,6 +228,18 @@ TEST(Package, IsMarkedDirtyByItsObjects)
 	EXPECT_EQ(CreatePackage(TEXT("/Game/Dirty")), Package);
 }
 
+TEST(NewObject, LeavesThePartsToAnObjectThatIsMadeAnew)
+{
+	UPackage* Package = CreatePackage(TEXT("/Game/Anew"));
+	UObject* Outer = NewObject<UTestKinds>(Package, TEXT("Outer"));
+	UObject* Part = NewObject<UTestKinds>(Outer, TEXT("Part"));
+	EXPECT_EQ(NewObject<UTestKinds>(Package, TEXT("Outer")), Outer);
+	TArray<UObject*> Parts;
+	GetObjectsWithOuter(Outer, Parts);
+	EXPECT_EQ(Parts, TArray<UObject*>({ Part }));
+	EXPECT_EQ(FindObject<UTestKinds>(Outer, TEXT("Part")), Part);
+}
+
 TEST(Rename, KeepsTheNamesOfAnOuterApart)
 {
 	UPackage* Package = CreatePackage(TEXT("/Game/Renames"));

@@ -6,6 +6,7 @@
 #include "Misc/PackageName.h"
 #include "PackageTestTypes.h"
 #include "ScratchDirectory.h"
+#include "UObject/CopyPackage.h"
 #include "UObject/PackageHeader.h"
 #include "UObject/SavePackage.h"
 #include "UObject/UObjectHash.h"
@@ -373,4 +374,32 @@ TEST_F(PackageTest, CopiesAnObjectWithItsParts)
 	EXPECT_EQ(Copy->Nodes[1]->NumDuplicates, 1);
 	EXPECT_EQ(Copy->Nodes[0]->bLinkWasThere, true) << "PostLoad comes when everything has been read";
 	EXPECT_EQ(Copy->GeneratedClass, nullptr) << "a copy is not compiled as what comes from a file is";
+}
+
+TEST_F(PackageTest, CopiesAPackageWithTheClassThatItMakes)
+{
+	UTestRecipe* Recipe = Make<UTestRecipe>(TEXT("/Game/Soup"));
+	Recipe->ParentClass = UTestNode::StaticClass();
+	Recipe->Variables = { TEXT("Salt") };
+	Recipe->Compile();
+	Recipe->Nodes = { NewObject<UTestNode>(Recipe, TEXT("Soup")) };
+	UTestNode* const Template = NewObject<UTestNode>(Recipe->GeneratedClass, TEXT("Template"));
+	Recipe->Other = Template;
+	const FIntProperty* Salt = FindFProperty<FIntProperty>(Recipe->GeneratedClass, TEXT("Salt"));
+	Salt->SetPropertyValue_InContainer(Recipe->GeneratedClass->GetDefaultObject(), 3);
+	Names.Add(TEXT("/Game/Sub/Stew"));
+
+	const FWarnings Warnings;
+	UPackage* const Package = CopyPackage(*Recipe->GetPackage(), TEXT("/Game/Sub/Stew"));
+	ASSERT_NE(Package, nullptr);
+	const UTestRecipe* const Copy = FindObject<UTestRecipe>(Package, TEXT("Stew"));
+	ASSERT_NE(Copy, nullptr);
+	ASSERT_NE(Copy->GeneratedClass, nullptr);
+	EXPECT_EQ(ToUtf8(Copy->GeneratedClass->GetPathName()), "/Game/Sub/Stew.Stew_C");
+	EXPECT_EQ(ToUtf8(Copy->Other->GetPathName()), "/Game/Sub/Stew.Stew_C:Template");
+	EXPECT_EQ(ToUtf8(Copy->Nodes[0]->GetPathName()), "/Game/Sub/Stew.Stew:Soup") << "a part keeps its name";
+	Salt = FindFProperty<FIntProperty>(Copy->GeneratedClass, TEXT("Salt"));
+	EXPECT_EQ(Salt->GetPropertyValue_InContainer(Copy->GeneratedClass->GetDefaultObject()), 3);
+	EXPECT_EQ(Copy->NumDuplicates, 1);
+	EXPECT_EQ(ToUtf8(Warnings.Text), "");
 }
