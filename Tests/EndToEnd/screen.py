@@ -10,28 +10,19 @@ import unittest
 import zlib
 
 import harness
+from xvfb import Xvfb
 
 WIDTH, HEIGHT = 1280, 720
 WAIT_SECONDS = 20
 PICTURES = os.path.join(harness.ROOT, "Intermediate", "Pictures")
 
 
-class Screen:
-    """Xvfb: a screen in memory."""
+class Screen(Xvfb):
+    """A screen in memory, whose pixels are in a file."""
 
     def __init__(self, folder):
         self.folder = folder
-        read_end, write_end = os.pipe()
-        self.server = subprocess.Popen(
-            ["Xvfb", "-displayfd", str(write_end), "-screen", "0", f"{WIDTH}x{HEIGHT}x24", "-fbdir", folder,
-             "-nolisten", "tcp"], pass_fds=[write_end], stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
-        os.close(write_end)
-        with os.fdopen(read_end) as number:
-            self.display = ":" + number.readline().strip()
-
-    def close(self):
-        self.server.terminate()
-        self.server.wait()
+        super().__init__(WIDTH, HEIGHT, "-fbdir", folder)
 
     def do(self, *arguments):
         """What a person does: see xdotool."""
