@@ -145,8 +145,8 @@ TSharedRef<SWindow> FMainWindow::Create()
 	int32 Height = static_cast<int32>(Size.Y);
 	FParse::Value(FCommandLine::Get(), TEXT("-ResX="), Width);
 	FParse::Value(FCommandLine::Get(), TEXT("-ResY="), Height);
-	Size = FVector2D(FMath::Max<double>(Width, MainWindow::SmallestSize.X),
-		FMath::Max<double>(Height, MainWindow::SmallestSize.Y));
+	Size = FVector2D(
+		FMath::Max<double>(Width, MainWindow::SmallestSize.X), FMath::Max<double>(Height, MainWindow::SmallestSize.Y));
 	const bool bHasPosition = MainWindow::ReadVector(TEXT("Position"), Position);
 	MenuBar = Menus->GenerateWidget(MainWindow::MainMenuName, FToolMenuContext());
 	// clang-format off

@@ -138,15 +138,18 @@ public:
 
 	TSharedRef<GenericApplication> GetPlatformApplication() override { return Application; }
 
-	void HandleEvents() override
+	bool HandleEvents() override
 	{
 		OpenWindows();
+		bool bAny = false;
 		SDL_Event Event;
 		while (SDL_PollEvent(&Event))
 		{
 			HandleEvent(Event);
+			bAny = true;
 		}
 		ShowCursor();
+		return bAny;
 	}
 
 	void WaitForEvent(double Seconds) override
