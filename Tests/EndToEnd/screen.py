@@ -119,6 +119,20 @@ class ScreenTest(harness.EndToEndTest):
         return self.wait_for(f"the text {part!r}", lambda widgets: next(
             (each for each in widgets if part in each.get("value", "")), None))
 
+    def gone(self, name):
+        """Waits until no button has the name."""
+        self.wait_for(f"the end of the button {name!r}", lambda widgets: widgets and not any(
+            each["type"] == "Button" and each["name"] == name for each in widgets))
+
+    def choose(self, menu, entry, picture=None):
+        """An entry of a menu, with two clicks."""
+        self.click(self.button(menu))
+        found = self.wait_for(f"the entry {entry!r}", lambda widgets: next(
+            (each for each in reversed(widgets) if each["type"] == "Button" and each["name"] == entry), None))
+        if picture:
+            self.screen.picture(picture)
+        self.click(found)
+
     def click(self, widget):
         left, top, right, bottom = widget["bounds"]
         self.screen.do("mousemove", int((left + right) / 2), int((top + bottom) / 2), "click", 1)

@@ -29,7 +29,6 @@ void SDockTab::Construct(const FArguments& InArgs)
 			[
 				SNew(SButton)
 				.ButtonStyle(HandleStyle)
-				.IsFocusable(false)
 				.Text(this, &SDockTab::GetTabLabel)
 				.OnClicked(this, &SDockTab::OnHandleClicked)
 			]
@@ -37,10 +36,9 @@ void SDockTab::Construct(const FArguments& InArgs)
 			[
 				SNew(SButton)
 				.ButtonStyle(HandleStyle)
-				.IsFocusable(false)
 				.Visibility(CloseVisibility)
-				.AccessibleText(INVTEXT("Close tab"))
-				.Text(INVTEXT("x"))
+				.AccessibleText_Lambda([this] { return FText::Format(INVTEXT("Close {0}"), GetTabLabel()); })
+				.Text(INVTEXT("\u00d7"))
 				.OnClicked(this, &SDockTab::OnCloseClicked)
 			]
 		]);

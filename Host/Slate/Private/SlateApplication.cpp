@@ -60,7 +60,7 @@ void FSlateApplication::Shutdown()
 	if (IsInitialized())
 	{
 		Get().DismissAllMenus();
-		Get().ToolTips->Dismiss();
+		Get().ToolTips->Dismiss(Get().HoverPath);
 		// Widgets may ask for the application while they are destroyed.
 		const TArray<TSharedRef<SWindow>> Closed = MoveTemp(Get().Windows);
 		Get().Windows.Empty();

@@ -102,7 +102,7 @@ FReply FSlateApplication::RouteUpwards(const FSlateWidgetPath& Path, const TFunc
 
 bool FSlateApplication::ProcessKeyDownEvent(const FKeyEvent& InKeyEvent)
 {
-	ToolTips->Dismiss();
+	ToolTips->Dismiss(HoverPath);
 	const FSlateWidgetPath Path = GetFocusPath();
 	for (const TSharedRef<SWidget>& Widget : Path)
 	{
@@ -171,7 +171,7 @@ bool FSlateApplication::ProcessMouseButtonDoubleClickEvent(
 
 bool FSlateApplication::RouteButtonDown(const FPointerEvent& InMouseEvent, const TFunction<FReply(SWidget&)>& SendTo)
 {
-	ToolTips->Dismiss();
+	ToolTips->Dismiss(HoverPath);
 	if (!MouseCaptor.IsValid())
 	{
 		MenuStack->OnPointerDown(LocateWidgetsUnder(InMouseEvent.GetScreenSpacePosition()));

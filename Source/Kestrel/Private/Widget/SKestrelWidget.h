@@ -13,6 +13,7 @@ class SButton;
 class SKestrelApprovalList;
 class SMultiLineEditableText;
 class SScrollBox;
+struct FSlateBrush;
 
 /**
  * The content of the plugin's tab: the conversation as a list of blocks, a prompt box, and the buttons that drive the
@@ -77,6 +78,7 @@ public:
 
 private:
 	TSharedRef<SWidget> MakePromptBox();
+	const FSlateBrush* GetPromptBrush() const;
 	TSharedRef<SWidget> MakeButtonRow();
 	/** One message on the screen. */
 	struct FBlock
