@@ -70,6 +70,22 @@ class WindowTest(ScreenTest):
         self.screen.picture("panel-11-ended")
         self.close_editor()
 
+    def test_text_of_all_kinds_is_typed_and_shown_at_any_scale(self):
+        letters = "caf\u00e9 e\u0301 \u0645\u0631\u062d\u0628\u0627 \u65e5\u672c\u8a9e \U0001f426"
+        for scale in (1, 2):
+            with self.subTest(scale=scale):
+                self.open_editor(f"-DPIScale={scale}")
+                self.click(self.button("Kestrel"))
+                self.text("I know the files of this project")
+                self.type(letters)
+                self.text(letters)
+                self.press("Return")
+                self.text(f"[ User Start ]\n\n{letters}")
+                self.text("understand a few requests")
+                self.screen.picture(f"panel-12-letters-at-{scale}")
+                self.close_editor()
+                os.remove(self.report)
+
 
 if __name__ == "__main__":
     unittest.main()

@@ -1,5 +1,6 @@
 #include "Framework/Application/SlateApplication.h"
 
+#include "Framework/Text/TextComposition.h"
 #include "MenuStack.h"
 #include "ToolTipPresenter.h"
 
@@ -134,6 +135,28 @@ bool FSlateApplication::ProcessKeyCharEvent(const FCharacterEvent& InCharacterEv
 	return RouteUpwards(GetFocusPath(), [&InCharacterEvent](SWidget& Widget) {
 		return Widget.OnKeyChar(Widget.GetCachedGeometry(), InCharacterEvent);
 	}).IsEventHandled();
+}
+
+void FSlateApplication::SetTextCompositionTarget(const TSharedRef<SWidget>& Owner, ITextCompositionTarget& Target)
+{
+	CompositionOwner = Owner;
+	CompositionTarget = &Target;
+}
+
+ITextCompositionTarget* FSlateApplication::GetTextCompositionTarget() const
+{
+	const TSharedPtr<SWidget> Owner = CompositionOwner.Pin();
+	return Owner.IsValid() && Owner == GetKeyboardFocusedWidget() ? CompositionTarget : nullptr;
+}
+
+bool FSlateApplication::ProcessTextComposition(const FString& Text, int32 CursorOffset)
+{
+	ITextCompositionTarget* const Target = GetTextCompositionTarget();
+	if (Target)
+	{
+		Target->SetComposition(Text, CursorOffset);
+	}
+	return Target != nullptr;
 }
 
 FReply FSlateApplication::RoutePointerEvent(const FPointerEvent& Event, const TFunction<FReply(SWidget&)>& SendTo)

@@ -13,6 +13,11 @@ struct FGObjectDeleter
 template <typename Type>
 using TGObjectPtr = std::unique_ptr<Type, FGObjectDeleter>;
 
+namespace PangoFonts
+{
+class FShownText;
+}
+
 /**
  * Text as Pango shapes it, for measuring and for drawing alike: without kerning and ligatures, and with positions
  * between pixels, so that the width of ASCII text is the sum of its characters' widths.
@@ -25,6 +30,15 @@ public:
 
 	virtual FVector2D Measure(FStringView Text, const FSlateFontInfo& FontInfo) const override;
 	virtual float GetMaxCharacterHeight(const FSlateFontInfo& FontInfo) const override;
+	virtual int32 FindCharacterIndexAtOffset(
+		FStringView Text, const FSlateFontInfo& FontInfo, float HorizontalOffset) const override;
+	virtual float FindOffsetOfCharacterIndex(
+		FStringView Text, const FSlateFontInfo& FontInfo, int32 Index) const override;
+	virtual TArray<FSpan> FindSpansOfCharacters(
+		FStringView Text, const FSlateFontInfo& FontInfo, int32 Begin, int32 End) const override;
+	virtual bool IsCaretStop(FStringView Text, int32 Index) const override;
+	virtual TArray<int32> FindLineBreaks(
+		FStringView Text, const FSlateFontInfo& FontInfo, float WrapWidth) const override;
 
 	/** One line of text, laid out. Good until the next call. */
 	PangoLayout* LayOut(FStringView Text, const FSlateFontInfo& FontInfo) const;
@@ -36,6 +50,10 @@ private:
 	const FFace& FindFace(const FSlateFontInfo& FontInfo) const;
 	FVector2D MeasureByLayout(FStringView Text, const FFace& Face) const;
 	void SetText(FStringView Text, const FFace& Face) const;
+	void SetText(const PangoFonts::FShownText& Text, const FFace& Face) const;
+	/** The lengths of the first lines of a text; those that a part of it can tell, which begins where the last ended.
+	 */
+	TArray<int32> BreakPiece(FStringView Piece, const FFace& Face, float WrapWidth, bool bIsLastPiece) const;
 
 	TGObjectPtr<PangoContext> Context;
 	TGObjectPtr<PangoLayout> Layout;
