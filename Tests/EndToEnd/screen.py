@@ -14,6 +14,8 @@ from xvfb import Xvfb
 
 WIDTH, HEIGHT = 1280, 720
 WAIT_SECONDS = 20
+# How far behind the editor its report of the widgets may be.
+REPORT_SECONDS = 0.1
 PICTURES = os.path.join(harness.ROOT, "Intermediate", "Pictures")
 
 
@@ -100,7 +102,10 @@ class ScreenTest(harness.EndToEndTest):
         while time.monotonic() < end:
             if self.editor.poll() is not None:
                 self.fail(f"the editor ended while {what} was awaited:\n{self.editor.stdout.read()}")
-            found = find(self.widgets())
+            widgets = self.widgets()
+            nameless = [each["name"] for each in widgets if each["type"] == "Nameless"]
+            self.assertEqual(nameless, [], "these can have the focus, but have no name")
+            found = find(widgets)
             if found and (not isinstance(found, dict) or found["bounds"] == place):
                 return found
             place = found["bounds"] if found else None

@@ -1,9 +1,10 @@
 """The editor as a person sees it: a window, a mouse and a keyboard."""
 
 import os
+import time
 import unittest
 
-from screen import ScreenTest
+from screen import REPORT_SECONDS, ScreenTest
 
 
 class WindowTest(ScreenTest):
@@ -85,6 +86,53 @@ class WindowTest(ScreenTest):
                 self.screen.picture(f"panel-12-letters-at-{scale}")
                 self.close_editor()
                 os.remove(self.report)
+
+    def focused(self, name):
+        return self.wait_for(f"the focus on {name!r}", lambda widgets: next(
+            (each for each in widgets if each.get("focused") and each["name"] == name), None))
+
+    def test_everything_is_done_without_a_mouse(self):
+        self.open_editor()
+        self.button("Window")
+        self.press("F10")
+        self.press("Right")
+        self.press("Right")
+        self.press("Return")
+        self.focused("Output Log")
+        self.press("Down")
+        self.press("Return")
+        self.focused("Enter your prompt here...")
+        self.type('replace "Feathers = 12" with "Quills = 7" in Source/Moor/Walker.h')
+        self.press("Return")
+        self.button("Approve")
+        # Behind the prompt are what waits and its change, then the buttons.
+        for name in ("Waits for approval", "Show the change"):
+            self.press("Tab")
+            self.focused(name)
+        self.press("space")
+        self.press("Tab")
+        self.focused("Unchanged lines")
+        self.screen.picture("panel-13-keys")
+        for name in ("Removed lines", "Added lines", "Unchanged lines", "Approve"):
+            self.press("Tab")
+            self.focused(name)
+        self.press("Return")
+        self.text("with 1 replacements")
+        self.focused("Enter your prompt here...")
+        self.press("shift+Tab")
+        self.focused("Message")
+        self.press("ctrl+a")
+        self.screen.picture("panel-14-selected")
+        # On and on: through the conversation, to its tab, the tool bar, the menus and round to the last button.
+        seen = set()
+        for _ in range(40):
+            self.press("shift+Tab")
+            time.sleep(2 * REPORT_SECONDS)
+            seen.update(each["name"] for each in self.widgets() if each.get("focused"))
+            if "[ End ]" in seen:
+                break
+        self.assertLessEqual({"Close Kestrel", "Kestrel", "Window", "[ End ]"}, seen)
+        self.close_editor()
 
 
 if __name__ == "__main__":

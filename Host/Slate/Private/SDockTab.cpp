@@ -77,6 +77,11 @@ void SDockTab::ActivateInParent(ETabActivationCause InActivationCause)
 	if (Area.IsValid())
 	{
 		Area->BringToFront(SharedThis(this));
+		// Who calls a tab wants to work in it.
+		if (FSlateApplication::IsInitialized() && Content->SupportsKeyboardFocus())
+		{
+			FSlateApplication::Get().SetKeyboardFocus(Content, EFocusCause::SetDirectly);
+		}
 	}
 }
 

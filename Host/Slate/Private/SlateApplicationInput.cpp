@@ -3,6 +3,7 @@
 #include "Framework/Text/TextComposition.h"
 #include "MenuStack.h"
 #include "ToolTipPresenter.h"
+#include "Widgets/Layout/SScrollBox.h"
 
 namespace SlateApplicationInput
 {
@@ -58,6 +59,18 @@ static void CollectFocusable(const TSharedRef<SWidget>& Widget, TArray<TSharedRe
 		OutWidgets.Add(Widget);
 	}
 	CollectFocusableBelow(Widget, OutWidgets);
+}
+
+/** Who goes on with the keyboard sees where they are. */
+static void Reveal(const TSharedRef<SWidget>& Widget)
+{
+	for (TSharedPtr<SWidget> Parent = Widget->GetParentWidget(); Parent.IsValid(); Parent = Parent->GetParentWidget())
+	{
+		if (Parent->GetType() == FName("SScrollBox"))
+		{
+			StaticCastSharedPtr<SScrollBox>(Parent)->ScrollDescendantIntoView(Widget);
+		}
+	}
 }
 
 static bool CallHandler(const FOnKeyEvent& Handler, const FKeyEvent& Event)
@@ -297,6 +310,10 @@ void FSlateApplication::Navigate(EUINavigation Direction)
 	TArray<TSharedRef<SWidget>> Focusable;
 	SlateApplicationInput::CollectFocusableBelow(
 		FindNavigationRoot(Current.ToSharedRef(), Window.ToSharedRef()), Focusable);
+	// A parent that hands its focus on to a child would hold the user in itself for ever.
+	const FSlateWidgetPath Path = FindPathTo(Current);
+	Focusable.RemoveAll(
+		[&](const TSharedRef<SWidget>& Widget) { return Widget != Current.ToSharedRef() && Path.Contains(Widget); });
 	const int32 Index = Focusable.IndexOfByKey(Current.ToSharedRef());
 	if (Focusable.Num() == 0)
 	{
@@ -307,4 +324,5 @@ void FSlateApplication::Navigate(EUINavigation Direction)
 	const int32 FirstIndex = bNext ? 0 : Focusable.Num() - 1;
 	const int32 NewIndex = Index == INDEX_NONE ? FirstIndex : (Index + Step) % Focusable.Num();
 	SetKeyboardFocus(Focusable[NewIndex], EFocusCause::Navigation);
+	SlateApplicationInput::Reveal(Focusable[NewIndex]);
 }

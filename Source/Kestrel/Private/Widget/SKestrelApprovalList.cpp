@@ -149,6 +149,7 @@ TSharedRef<SWidget> SKestrelApprovalList::MakeRow(const FKestrelToolPreview& Pre
 			.TextStyle(&TextStyle)
 			.IsReadOnly(true)
 			.AutoWrapText(true)
+			.AccessibleText(LOCTEXT("Waiting", "Waits for approval"))
 		]
 		+ SHorizontalBox::Slot()
 		.AutoWidth()

@@ -306,11 +306,17 @@ void SKestrelWidget::Tick(const FGeometry& AllottedGeometry, const double InCurr
 	{
 		bIsUserScrolling = false;
 	}
-	else if (!bIsUserScrolling)
+	else if (FollowsEnd())
 	{
 		// A wrapped text knows its height a frame late and can leave the view short of the end.
 		ScrollBox->ScrollToEnd();
 	}
+}
+
+bool SKestrelWidget::FollowsEnd() const
+{
+	// With the focus in a block, it is being read or copied.
+	return !bIsUserScrolling && !ScrollBox->HasFocusedDescendants();
 }
 
 void SKestrelWidget::OnUserScrolled(float ScrollOffset)
@@ -359,6 +365,7 @@ SKestrelWidget::FBlock SKestrelWidget::AddBlock(
 		.TextStyle(&TextStyle)
 		.IsReadOnly(true)
 		.AutoWrapText(true)
+		.AccessibleText(LOCTEXT("Message", "Message"))
 	];
 	// clang-format on
 	AddBlockContent(Block.Border.ToSharedRef());
@@ -374,7 +381,7 @@ void SKestrelWidget::AddBlockContent(const TSharedRef<SBorder>& Border)
 		Border
 	];
 	// clang-format on
-	if (!bIsUserScrolling)
+	if (FollowsEnd())
 	{
 		ScrollBox->ScrollToEnd();
 	}

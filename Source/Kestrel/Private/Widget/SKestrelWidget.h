@@ -103,6 +103,7 @@ private:
 	TSharedRef<SWidget> MakeChunksView(const TArray<FDiffChunk>& Chunks) const;
 	FReply OnPromptKeyDown(const FGeometry& MyGeometry, const FKeyEvent& InKeyEvent);
 	void OnUserScrolled(float ScrollOffset);
+	bool FollowsEnd() const;
 	/** A click took the focus to its button; the next thing the user does is to type. */
 	FReply HandledWithFocusOnPrompt() const;
 	bool IsPromptEmpty() const;
