@@ -45,8 +45,12 @@ BENCHES = {
     "LargeBlock": [
         Figure("AddMilliseconds", "adding and drawing it"), *frames("Scrolling", "scrolling", 8.0),
         *frames("Jumping", "jumping"), *frames("Typing", "typing in the prompt", 8.0)],
+    "UndoButtons": [
+        Figure("AskNanoseconds", "asking whether there is something to undo or redo", "ns", 1000.0),
+        Figure("AskRatio", "the same, to asking with one conversation", "times", 3.0)],
 }
-TITLES = {"Conversation": "5,000 blocks, 1,000 of them diffs", "LargeBlock": "A block of 1,000,000 characters"}
+TITLES = {"Conversation": "5,000 blocks, 1,000 of them diffs", "LargeBlock": "A block of 1,000,000 characters",
+          "UndoButtons": "Changes of 10,000 conversations"}
 
 
 class PanelBench:

@@ -1,3 +1,5 @@
+#include "Agent/Agent.h"
+#include "Agent/FileHistory.h"
 #include "Framework/Application/SlateApplication.h"
 #include "Framework/Docking/TabManager.h"
 #include "HAL/PlatformTime.h"
@@ -229,6 +231,43 @@ void MeasureLargeBlock(FReport& Report)
 	Report.AddFrames(TEXT("Typing"), MeasureTyping());
 }
 
+/** What the bound buttons ask each frame, in nanoseconds for all of them. */
+double MeasureQuestions()
+{
+	constexpr int32 NumRounds = 100000;
+	constexpr double NanosecondsPerMillisecond = 1.0e6;
+	const FKestrelInterface& Interface = FKestrelInterface::Get();
+	int32 NumYes = 0;
+	FTimes Times;
+	Times.Measure([&Interface, &NumYes]() {
+		for (int32 Round = 0; Round < NumRounds; ++Round)
+		{
+			NumYes += Interface.CanUndo() ? 1 : 0;
+			NumYes += Interface.CanRedo() ? 1 : 0;
+		}
+	});
+	return NumYes == NumRounds ? Times.At(0.5) * NanosecondsPerMillisecond / NumRounds : 0.0;
+}
+
+void MeasureUndoButtons(FReport& Report)
+{
+	constexpr int32 NumConversations = 10000;
+	const auto Store = [](int32 Number) {
+		const FString Id = FString::Printf(TEXT("bench-%d"), Number);
+		FFileHistory::Get().StoreFileCreation(Id, TEXT("/no/such/file"), TEXT("x"));
+		FAgent::Get().SetUndoConversationID(Id);
+	};
+	Store(0);
+	const double Alone = MeasureQuestions();
+	for (int32 Number = 1; Number < NumConversations; ++Number)
+	{
+		Store(Number);
+	}
+	const double Among = MeasureQuestions();
+	Report.Add(TEXT("AskNanoseconds"), Among);
+	Report.Add(TEXT("AskRatio"), Among / Alone);
+}
+
 struct FBench
 {
 	const TCHAR* Name;
@@ -239,6 +278,7 @@ const FBench Benches[] = {
 	{ TEXT("Start"), MeasureStart },
 	{ TEXT("Conversation"), MeasureConversation },
 	{ TEXT("LargeBlock"), MeasureLargeBlock },
+	{ TEXT("UndoButtons"), MeasureUndoButtons },
 };
 }
 
