@@ -1,5 +1,7 @@
 #include "PangoFonts.h"
 
+#include <utility>
+
 namespace PangoFonts
 {
 constexpr double DotsPerInch = 96.0;
@@ -132,8 +134,9 @@ int ToPango(double Units)
 
 struct FPangoFonts::FFace
 {
-	FFace(FName InTypeface, float InSize)
-		: Typeface(InTypeface)
+	FFace(FName InTypeface, float InSize, int32 InIndex)
+		: Index(InIndex)
+		, Typeface(InTypeface)
 		, Size(InSize)
 		, Description(pango_font_description_new())
 	{
@@ -146,6 +149,7 @@ struct FPangoFonts::FFace
 	~FFace() { pango_font_description_free(Description); }
 	UE_NONCOPYABLE(FFace)
 
+	const int32 Index;
 	const FName Typeface;
 	const float Size;
 	PangoFontDescription* const Description;
@@ -203,7 +207,7 @@ const FPangoFonts::FFace& FPangoFonts::FindFace(const FSlateFontInfo& FontInfo) 
 			return *Face;
 		}
 	}
-	FFace& Face = *Faces[Faces.Add(MakeUnique<FFace>(FontInfo.TypefaceFontName, FontInfo.Size))];
+	FFace& Face = *Faces[Faces.Add(MakeUnique<FFace>(FontInfo.TypefaceFontName, FontInfo.Size, Faces.Num()))];
 	for (TCHAR C = u' '; C < PangoFonts::AsciiEnd - 1; ++C)
 	{
 		Face.AsciiWidths[C] = MeasureByLayout(FStringView(&C, 1), Face).X;
@@ -366,6 +370,29 @@ TArray<int32> FPangoFonts::FindLineBreaks(FStringView Text, const FSlateFontInfo
 
 PangoLayout* FPangoFonts::LayOut(FStringView Text, const FSlateFontInfo& FontInfo) const
 {
-	SetText(Text, FindFace(FontInfo));
-	return Layout.get();
+	const FFace& Face = FindFace(FontInfo);
+	std::u16string Key(Text.GetData(), static_cast<size_t>(Text.Len()));
+	Key.append(reinterpret_cast<const char16_t*>(&Face.Index), sizeof(Face.Index) / sizeof(char16_t));
+	TGObjectPtr<PangoLayout>& Kept = KeptLines[Key];
+	if (Kept)
+	{
+		return Kept.get();
+	}
+	const auto Older = OlderLines.find(Key);
+	if (Older != OlderLines.end())
+	{
+		Kept = std::move(Older->second);
+		OlderLines.erase(Older);
+	}
+	else
+	{
+		SetText(Text, Face);
+		Kept.reset(pango_layout_copy(Layout.get()));
+	}
+	PangoLayout* const Line = Kept.get();
+	if (KeptLines.size() >= MaxKeptLines)
+	{
+		OlderLines = std::exchange(KeptLines, FKeptLines());
+	}
+	return Line;
 }

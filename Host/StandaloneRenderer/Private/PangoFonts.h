@@ -4,6 +4,8 @@
 
 #include <memory>
 #include <pango/pangocairo.h>
+#include <string>
+#include <unordered_map>
 
 /** What Pango gives is given back when the pointer goes. */
 struct FGObjectDeleter
@@ -40,7 +42,7 @@ public:
 	virtual TArray<int32> FindLineBreaks(
 		FStringView Text, const FSlateFontInfo& FontInfo, float WrapWidth) const override;
 
-	/** One line of text, laid out. Good until the next call. */
+	/** One line of text, laid out. Good until the next call. Lines that are drawn again and again are kept. */
 	PangoLayout* LayOut(FStringView Text, const FSlateFontInfo& FontInfo) const;
 
 private:
@@ -55,7 +57,14 @@ private:
 	 */
 	TArray<int32> BreakPiece(FStringView Piece, const FFace& Face, float WrapWidth, bool bIsLastPiece) const;
 
+	/** Lines that were drawn, by their text with the number of their font behind it. Two generations: a line that is
+	 * not drawn while a whole new one comes up is forgotten. */
+	using FKeptLines = std::unordered_map<std::u16string, TGObjectPtr<PangoLayout>>;
+	static constexpr size_t MaxKeptLines = 256; // of each generation; a window shows some fifty
+
 	TGObjectPtr<PangoContext> Context;
 	TGObjectPtr<PangoLayout> Layout;
 	mutable TArray<TUniquePtr<FFace>> Faces;
+	mutable FKeptLines KeptLines;
+	mutable FKeptLines OlderLines;
 };

@@ -127,3 +127,21 @@ TEST(PangoFontsTest, BreaksLinesAsTheLanguageDoes)
 	EXPECT_EQ(Words, (TArray<int32>{ 8, 5 })) << "between words";
 	EXPECT_EQ(Fonts.FindLineBreaks(TEXT("\u00F6"), Font, 1.0f), (TArray<int32>{ 1 })) << "what never fits has a line";
 }
+
+TEST(PangoFontsTest, KeepsDrawnLinesApart)
+{
+	const FPangoFonts Fonts;
+	const auto WidthOf = [&Fonts](const FString& Text, const char* Typeface) {
+		int Width = 0;
+		pango_layout_get_size(Fonts.LayOut(Text, FontOf(Typeface)), &Width, nullptr);
+		return static_cast<double>(Width) / PANGO_SCALE;
+	};
+	// Twice, and more lines than are kept.
+	for (int32 Index = 0; Index < 2000; ++Index)
+	{
+		const FString Text = FString::Printf(TEXT("Line %d of few"), Index % 900);
+		const char* const Typeface = Index % 2 == 0 ? "Regular" : "Bold";
+		ASSERT_NEAR(WidthOf(Text, Typeface), Fonts.Measure(Text, FontOf(Typeface)).X, 0.51) << Index;
+	}
+	EXPECT_NE(WidthOf(TEXT("CASE"), "Regular"), WidthOf(TEXT("case"), "Regular"));
+}

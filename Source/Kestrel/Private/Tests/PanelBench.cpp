@@ -234,19 +234,24 @@ void MeasureLargeBlock(FReport& Report)
 /** What the bound buttons ask each frame, in nanoseconds for all of them. */
 double MeasureQuestions()
 {
+	constexpr int32 NumRuns = 9;
 	constexpr int32 NumRounds = 100000;
 	constexpr double NanosecondsPerMillisecond = 1.0e6;
 	const FKestrelInterface& Interface = FKestrelInterface::Get();
 	int32 NumYes = 0;
 	FTimes Times;
-	Times.Measure([&Interface, &NumYes]() {
-		for (int32 Round = 0; Round < NumRounds; ++Round)
-		{
-			NumYes += Interface.CanUndo() ? 1 : 0;
-			NumYes += Interface.CanRedo() ? 1 : 0;
-		}
-	});
-	return NumYes == NumRounds ? Times.At(0.5) * NanosecondsPerMillisecond / NumRounds : 0.0;
+	for (int32 Run = 0; Run < NumRuns; ++Run)
+	{
+		Times.Measure([&Interface, &NumYes]() {
+			for (int32 Round = 0; Round < NumRounds; ++Round)
+			{
+				NumYes += Interface.CanUndo() ? 1 : 0;
+				NumYes += Interface.CanRedo() ? 1 : 0;
+			}
+		});
+	}
+	// The shortest: what lies above it is not the question's.
+	return NumYes == NumRuns * NumRounds ? Times.At(0.0) * NanosecondsPerMillisecond / NumRounds : 0.0;
 }
 
 void MeasureUndoButtons(FReport& Report)
