@@ -142,8 +142,8 @@ class ScreenTest(harness.EndToEndTest):
         left, top, right, bottom = widget["bounds"]
         self.screen.do("mousemove", int((left + right) / 2), int((top + bottom) / 2), "click", 1)
 
-    def type(self, text):
-        self.screen.do("type", "--delay", 5, text)
+    def type(self, text, delay_milliseconds=5):
+        self.screen.do("type", "--delay", delay_milliseconds, text)
 
     def press(self, key):
         self.screen.do("key", key)
