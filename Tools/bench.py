@@ -4,9 +4,11 @@ import os
 import random
 import shutil
 import subprocess
+import sys
 import tempfile
 import time
 
+import panel_bench
 import steps
 
 PRESET = "release"
@@ -98,6 +100,7 @@ class CompareLines:
     test = "CompareLines"
     num_lines = 20_000
     peer_runs = 3
+    memory_aim = 100_000_000
 
     def __init__(self, what, aim, make_texts):
         self.what = what
@@ -151,14 +154,32 @@ def time_peer(measured, folder):
 
 
 def time_editor(measured, folder, report):
+    """The seconds of the best run, what it came to, and the most memory that the editor had."""
+    memory_report = report + ".memory"
     steps.run_step(f"Measuring {measured.test}", [
+        sys.executable, os.path.join(steps.ROOT, "Tools", "peak_memory.py"), memory_report,
         steps.binary(PRESET, "HostEditor"), os.path.join(folder, "Bench.uproject"),
         f"-PLUGIN={os.path.join(steps.ROOT, 'Kestrel.uplugin')}",
         f"-ExecCmds=Automation RunTests KestrelBench.{measured.test};Quit", "-Unattended", "-UnattendedClock",
         f"-KestrelBench={report}"], "bench.log")
     with open(report, encoding="utf-8-sig") as file:
         seconds, outcome = file.read().split(maxsplit=1)
-    return float(seconds), outcome.strip()
+    with open(memory_report, encoding="ascii") as file:
+        return float(seconds), outcome.strip(), int(file.read())
+
+
+def is_memory_fine(measured, folder, report, memory):
+    """Whether the memory above that of an editor with nothing to do is within what the bench allows itself."""
+    aim = getattr(measured, "memory_aim", None)
+    if aim is None:
+        return True
+    for name in ("Old.txt", "New.txt"):
+        with open(os.path.join(folder, name), "w", encoding="utf-8"):
+            pass
+    _, _, base = time_editor(measured, folder, report)
+    print(f"{measured.test}: {(memory - base) / 1e6:.0f} MB above the editor's own {base / 1e6:.0f} MB "
+          f"(aim: below {aim / 1e6:.0f})")
+    return memory - base < aim
 
 
 def measure(measured):
@@ -173,18 +194,20 @@ def measure(measured):
         measured.make(project)
         line.finish("done")
         before = time_peer(measured, project)
-        seconds, outcome = time_editor(measured, project, os.path.join(folder, "report.txt"))
+        report = os.path.join(folder, "report.txt")
+        seconds, outcome, memory = time_editor(measured, project, report)
         peer_seconds = min(before, time_peer(measured, project))
+        good = is_memory_fine(measured, project, report, memory)
     finally:
         shutil.rmtree(folder, ignore_errors=True)
     ratio = seconds / peer_seconds
     print(f"{measured.test}: {seconds * 1000:.0f} ms ({outcome}); {measured.peer}: {peer_seconds * 1000:.0f} ms; "
           f"ratio {ratio:.2f} (aim: below {measured.aim:g})")
-    return ratio < measured.aim
+    return good and ratio < measured.aim
 
 
 def bench():
     steps.install_packages(steps.PACKAGES + PEER_PACKAGES)
     steps.build(PRESET, ["HostEditor", "Kestrel"])
-    good = [measure(measured) for measured in BENCHES]
+    good = [panel_bench.measure(PRESET), *[measure(measured) for measured in BENCHES]]
     return 0 if all(good) else 1

@@ -10,28 +10,21 @@ import unittest
 import zlib
 
 import harness
+from xvfb import Xvfb
 
 WIDTH, HEIGHT = 1280, 720
 WAIT_SECONDS = 20
+# How far behind the editor its report of the widgets may be.
+REPORT_SECONDS = 0.1
 PICTURES = os.path.join(harness.ROOT, "Intermediate", "Pictures")
 
 
-class Screen:
-    """Xvfb: a screen in memory."""
+class Screen(Xvfb):
+    """A screen in memory, whose pixels are in a file."""
 
     def __init__(self, folder):
         self.folder = folder
-        read_end, write_end = os.pipe()
-        self.server = subprocess.Popen(
-            ["Xvfb", "-displayfd", str(write_end), "-screen", "0", f"{WIDTH}x{HEIGHT}x24", "-fbdir", folder,
-             "-nolisten", "tcp"], pass_fds=[write_end], stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
-        os.close(write_end)
-        with os.fdopen(read_end) as number:
-            self.display = ":" + number.readline().strip()
-
-    def close(self):
-        self.server.terminate()
-        self.server.wait()
+        super().__init__(WIDTH, HEIGHT, "-fbdir", folder)
 
     def do(self, *arguments):
         """What a person does: see xdotool."""
@@ -109,7 +102,10 @@ class ScreenTest(harness.EndToEndTest):
         while time.monotonic() < end:
             if self.editor.poll() is not None:
                 self.fail(f"the editor ended while {what} was awaited:\n{self.editor.stdout.read()}")
-            found = find(self.widgets())
+            widgets = self.widgets()
+            nameless = [each["name"] for each in widgets if each["type"] == "Nameless"]
+            self.assertEqual(nameless, [], "these can have the focus, but have no name")
+            found = find(widgets)
             if found and (not isinstance(found, dict) or found["bounds"] == place):
                 return found
             place = found["bounds"] if found else None
@@ -128,12 +124,26 @@ class ScreenTest(harness.EndToEndTest):
         return self.wait_for(f"the text {part!r}", lambda widgets: next(
             (each for each in widgets if part in each.get("value", "")), None))
 
+    def gone(self, name):
+        """Waits until no button has the name."""
+        self.wait_for(f"the end of the button {name!r}", lambda widgets: widgets and not any(
+            each["type"] == "Button" and each["name"] == name for each in widgets))
+
+    def choose(self, menu, entry, picture=None):
+        """An entry of a menu, with two clicks."""
+        self.click(self.button(menu))
+        found = self.wait_for(f"the entry {entry!r}", lambda widgets: next(
+            (each for each in reversed(widgets) if each["type"] == "Button" and each["name"] == entry), None))
+        if picture:
+            self.screen.picture(picture)
+        self.click(found)
+
     def click(self, widget):
         left, top, right, bottom = widget["bounds"]
         self.screen.do("mousemove", int((left + right) / 2), int((top + bottom) / 2), "click", 1)
 
-    def type(self, text):
-        self.screen.do("type", "--delay", 5, text)
+    def type(self, text, delay_milliseconds=5):
+        self.screen.do("type", "--delay", delay_milliseconds, text)
 
     def press(self, key):
         self.screen.do("key", key)

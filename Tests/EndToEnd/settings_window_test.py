@@ -11,7 +11,7 @@ class SettingsWindowTest(ScreenTest):
         return self.wait_for(f"the {kind} {name!r}", lambda widgets: next(
             (each for each in widgets if each["type"] == kind and each["name"] == name), None))
 
-    def gone(self, kind, name):
+    def lost(self, kind, name):
         self.wait_for(f"the end of the {kind} {name!r}", lambda widgets: widgets and not any(
             each["type"] == kind and each["name"] == name for each in widgets))
 
@@ -34,10 +34,6 @@ class SettingsWindowTest(ScreenTest):
                 return False
         self.wait_for(f"{part!r} in {names[-1]}", read)
 
-    def choose(self, menu, entry):
-        self.click(self.button(menu))
-        self.click(self.button(entry))
-
     SETTINGS = ("Saved", "Config", "LinuxEditor", "EditorPerUserSettings.ini")
 
     def test_settings_are_found_edited_and_saved(self):
@@ -46,7 +42,7 @@ class SettingsWindowTest(ScreenTest):
         self.button("Project Settings...")
         self.screen.picture("menu")
         self.click(self.button("Project Settings..."))
-        self.gone("Button", "Project Settings...")
+        self.gone("Project Settings...")
         key = self.find("TextEdit", "API Key")
         self.screen.picture("settings")
         self.click(key)
@@ -59,7 +55,7 @@ class SettingsWindowTest(ScreenTest):
 
         self.click(self.find("TextEdit", "Search"))
         self.type("retention")
-        self.gone("TextEdit", "API Key")
+        self.lost("TextEdit", "API Key")
         self.click(self.value("ComboBox", "Log Retention Policy", "Keep Last 30 Days"))
         self.button("Always Delete All Logs")
         self.screen.picture("settings-choice")
@@ -76,9 +72,9 @@ class SettingsWindowTest(ScreenTest):
         self.type("extensions")
         self.find("TextEdit", "Supported File Extensions [0]")
         self.value("TextEdit", "Search", "extensions")
-        self.gone("CheckBox", "Reset Excluded Directories")
+        self.lost("CheckBox", "Reset Excluded Directories")
         self.click(self.button("Clear Supported File Extensions"))
-        self.gone("TextEdit", "Supported File Extensions [0]")
+        self.lost("TextEdit", "Supported File Extensions [0]")
         self.click(self.button("Add to Supported File Extensions"))
         self.click(self.find("TextEdit", "Supported File Extensions [0]"))
         self.type("lua\t")
@@ -102,7 +98,7 @@ class SettingsWindowTest(ScreenTest):
         self.focused("Output Log")
         self.screen.picture("menu-keys")
         self.press("Escape")
-        self.gone("Button", "Output Log")
+        self.gone("Output Log")
         self.focused("Edit")
         self.press("Escape")
         self.wait_for("no focus on the menu bar",
@@ -131,7 +127,7 @@ class SettingsWindowTest(ScreenTest):
         self.find("Text", tip)
         self.screen.picture("log")
         self.screen.do("click", 1)
-        self.gone("Text", tip)
+        self.lost("Text", tip)
         self.close_editor()
 
     def test_the_layout_comes_back(self):

@@ -1,9 +1,10 @@
 """The editor as a person sees it: a window, a mouse and a keyboard."""
 
 import os
+import time
 import unittest
 
-from screen import ScreenTest
+from screen import REPORT_SECONDS, ScreenTest
 
 
 class WindowTest(ScreenTest):
@@ -18,25 +19,120 @@ class WindowTest(ScreenTest):
 
     def test_a_file_is_changed_seen_and_taken_back(self):
         self.open_editor()
-        self.click(self.button("Kestrel"))
+        self.choose("Window", "Kestrel", picture="panel-1-menu")
         self.text("I know the files of this project")
-        self.screen.picture("1-panel")
+        self.screen.picture("panel-2-welcome")
         self.type('replace "Feathers = 12" with "Quills = 7" in Source/Moor/Walker.h')
         self.text("Quills = 7")
+        self.screen.picture("panel-3-prompt")
         self.press("Return")
         self.text("I will replace a text in Source/Moor/Walker.h.")
-        approve = self.button("Approve")
-        self.screen.picture("2-approval")
-        self.click(approve)
+        self.click(self.button("Show the change"))
         self.text("+ \tint Quills = 7;")
+        self.screen.picture("panel-4-approval")
+        self.click(self.button("Approve"))
         self.text("with 1 replacements")
-        self.screen.picture("3-change")
+        self.screen.picture("panel-5-change")
         self.assertIn("Quills = 7", self.read("Source", "Moor", "Walker.h"))
         self.click(self.button("Undo"))
         self.text("Undoing Last Changes...")
         self.button("Redo")
-        self.screen.picture("4-undone")
+        self.screen.picture("panel-6-undone")
         self.assertIn("Feathers = 12", self.read("Source", "Moor", "Walker.h"))
+        self.click(self.button("Close Kestrel"))
+        self.gone("Undo")
+        self.screen.picture("panel-7-closed")
+        self.choose("Window", "Kestrel")
+        self.click(self.button("Close Kestrel"))
+        self.gone("Undo")
+        # Nothing else has the name now but the button of the tool bar.
+        self.click(self.button("Kestrel"))
+        self.text("I know the files of this project")
+        self.assertEqual(self.read("Source", "Moor", "Walker.h").count("Feathers = 12"), 1)
+        self.button("Redo")
+        self.screen.picture("panel-8-reopened")
+        self.close_editor()
+
+    def test_what_is_worth_a_second_look_stands_out_before_it_is_approved(self):
+        self.open_editor()
+        self.click(self.button("Kestrel"))
+        self.text("I know the files of this project")
+        self.type("delete Config/DefaultGame.ini")
+        self.press("Return")
+        self.text("Delete Config/DefaultGame.ini")
+        self.screen.picture("panel-9-deletion")
+        self.type('run python "import os\\nprint(os.getcwd())"')
+        self.press("Return")
+        self.click(self.button("Show the script"))
+        self.text("print(os.getcwd())")
+        self.screen.picture("panel-10-script")
+        self.click(self.button("[ End ]"))
+        self.text("[ User End ]")
+        self.screen.picture("panel-11-ended")
+        self.close_editor()
+
+    def test_text_of_all_kinds_is_typed_and_shown_at_any_scale(self):
+        letters = "caf\u00e9 e\u0301 \u0645\u0631\u062d\u0628\u0627 \u65e5\u672c\u8a9e \U0001f426"
+        for scale in (1, 2):
+            with self.subTest(scale=scale):
+                self.open_editor(f"-DPIScale={scale}")
+                self.click(self.button("Kestrel"))
+                self.text("I know the files of this project")
+                # Each letter that is on no key is put on one for the moment: the editor has to see that in time.
+                self.type(letters, delay_milliseconds=200)
+                self.text(letters)
+                self.press("Return")
+                self.text(f"[ User Start ]\n\n{letters}")
+                self.text("understand a few requests")
+                self.screen.picture(f"panel-12-letters-at-{scale}")
+                self.close_editor()
+                os.remove(self.report)
+
+    def focused(self, name):
+        return self.wait_for(f"the focus on {name!r}", lambda widgets: next(
+            (each for each in widgets if each.get("focused") and each["name"] == name), None))
+
+    def test_everything_is_done_without_a_mouse(self):
+        self.open_editor()
+        self.button("Window")
+        self.press("F10")
+        self.press("Right")
+        self.press("Right")
+        self.press("Return")
+        self.focused("Output Log")
+        self.press("Down")
+        self.press("Return")
+        self.focused("Enter your prompt here...")
+        self.type('replace "Feathers = 12" with "Quills = 7" in Source/Moor/Walker.h')
+        self.press("Return")
+        self.button("Approve")
+        # Behind the prompt are what waits and its change, then the buttons.
+        for name in ("Waits for approval", "Show the change"):
+            self.press("Tab")
+            self.focused(name)
+        self.press("space")
+        self.press("Tab")
+        self.focused("Unchanged lines")
+        self.screen.picture("panel-13-keys")
+        for name in ("Removed lines", "Added lines", "Unchanged lines", "Approve"):
+            self.press("Tab")
+            self.focused(name)
+        self.press("Return")
+        self.text("with 1 replacements")
+        self.focused("Enter your prompt here...")
+        self.press("shift+Tab")
+        self.focused("Message")
+        self.press("ctrl+a")
+        self.screen.picture("panel-14-selected")
+        # On and on: through the conversation, to its tab, the tool bar, the menus and round to the last button.
+        seen = set()
+        for _ in range(40):
+            self.press("shift+Tab")
+            time.sleep(2 * REPORT_SECONDS)
+            seen.update(each["name"] for each in self.widgets() if each.get("focused"))
+            if "[ End ]" in seen:
+                break
+        self.assertLessEqual({"Close Kestrel", "Kestrel", "Window", "[ End ]"}, seen)
         self.close_editor()
 
 

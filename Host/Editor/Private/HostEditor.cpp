@@ -30,6 +30,10 @@ DEFINE_LOG_CATEGORY_STATIC(LogHostEditor, Log, All);
 namespace HostEditor
 {
 constexpr double FrameSeconds = 1.0 / 60.0;
+// Frames go on so long after the last event: layouts settle, tool tips come up.
+constexpr double SettlingSeconds = 1.0;
+// After that there are few: enough to see in time what changes without an event, such as a bound text.
+constexpr double RestingFrameSeconds = 0.25;
 constexpr double UnattendedWaitSeconds = 0.005;
 
 /** The host's own modules, in the order in which they start. Others are loaded when they are asked for. */
@@ -208,9 +212,13 @@ void FHostEditor::Tick()
 	LastTickTime = Now;
 	++GFrameCounter;
 
+	const bool bDue = FTSTicker::GetCoreTicker().GetNextDueTime() <= Now;
+	if ((Display && Display->HandleEvents()) || bDue || IsBusy())
+	{
+		LastActiveTime = Now;
+	}
 	if (Display)
 	{
-		Display->HandleEvents();
 		if (FSlateApplication::Get().GetTopLevelWindows().IsEmpty())
 		{
 			RequestEngineExit(TEXT("the window was closed"));
@@ -266,7 +274,7 @@ void FHostEditor::Idle()
 		Clock.AdvanceTo(FMath::Min(FMath::Max(NextFrame, NextTimer), FTSTicker::GetCoreTicker().GetNextDueTime()));
 		return;
 	}
-	const double Left = LastTickTime + HostEditor::FrameSeconds - FPlatformTime::Seconds();
+	const double Left = GetNextFrameTime() - FPlatformTime::Seconds();
 	if (Left <= 0.0)
 	{
 		return;
@@ -282,6 +290,25 @@ void FHostEditor::Idle()
 		return;
 	}
 	FPlatformProcess::Sleep(static_cast<float>(Left));
+}
+
+bool FHostEditor::IsBusy() const
+{
+	return !Display || FHttpModule::Get().GetHttpManager().HasRequestsInFlight() || Automation.HasWork() ||
+		   Console.IsWanted() || WidgetReport.IsWanted();
+}
+
+double FHostEditor::GetNextFrameTime() const
+{
+	const double NextFrame = LastTickTime + HostEditor::FrameSeconds;
+	if (IsBusy() || LastTickTime < LastActiveTime + HostEditor::SettlingSeconds)
+	{
+		return NextFrame;
+	}
+	const double Rested = LastTickTime + HostEditor::RestingFrameSeconds;
+	const double NextTimer = FSlateApplication::Get().GetNextTimerTime().Get(Rested);
+	const double NextTicker = FTSTicker::GetCoreTicker().GetNextDueTime();
+	return FMath::Max(NextFrame, FMath::Min(Rested, FMath::Min(NextTimer, NextTicker)));
 }
 
 void FHostEditor::Shutdown()

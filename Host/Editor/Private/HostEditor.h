@@ -42,6 +42,9 @@ private:
 	void TickWork();
 	/** Sleeps until something is due, or lets the unattended clock jump there. */
 	void Idle();
+	/** Whether frames follow one another; otherwise the window waits for the user, or for what is due. */
+	bool IsBusy() const;
+	double GetNextFrameTime() const;
 	void Shutdown();
 
 	TUniquePtr<FOutputDeviceFile> LogFile;
@@ -52,6 +55,7 @@ private:
 	FMainWindow MainWindow;
 	TUniquePtr<FHostDisplay> Display; // null without a window
 	double LastTickTime = 0.0;        // seconds of FPlatformTime
+	double LastActiveTime = 0.0;      // when the user did something, or something was due
 	int32 ExitCode = 0;
 	bool bInitialized = false;
 };

@@ -8,7 +8,9 @@
 #include "ISettingsModule.h"
 #include "MainFrameCommands.h"
 #include "Misc/App.h"
+#include "Misc/CommandLine.h"
 #include "Misc/ConfigCacheIni.h"
+#include "Misc/Parse.h"
 #include "Modules/ModuleManager.h"
 #include "Styling/AppStyle.h"
 #include "ToolMenus.h"
@@ -139,7 +141,12 @@ TSharedRef<SWindow> FMainWindow::Create()
 	FVector2D Size = MainWindow::DefaultSize;
 	FVector2D Position(0.0, 0.0);
 	MainWindow::ReadVector(TEXT("Size"), Size);
-	Size = FVector2D(FMath::Max(Size.X, MainWindow::SmallestSize.X), FMath::Max(Size.Y, MainWindow::SmallestSize.Y));
+	int32 Width = static_cast<int32>(Size.X);
+	int32 Height = static_cast<int32>(Size.Y);
+	FParse::Value(FCommandLine::Get(), TEXT("-ResX="), Width);
+	FParse::Value(FCommandLine::Get(), TEXT("-ResY="), Height);
+	Size = FVector2D(
+		FMath::Max<double>(Width, MainWindow::SmallestSize.X), FMath::Max<double>(Height, MainWindow::SmallestSize.Y));
 	const bool bHasPosition = MainWindow::ReadVector(TEXT("Position"), Position);
 	MenuBar = Menus->GenerateWidget(MainWindow::MainMenuName, FToolMenuContext());
 	// clang-format off

@@ -52,6 +52,7 @@ TSharedRef<FJsonObject> Describe(IAccessibleWidget& Widget)
 	}
 	Object->SetBoolField(TEXT("enabled"), Widget.IsEnabled());
 	Object->SetBoolField(TEXT("focused"), Widget.HasFocus());
+	Object->SetBoolField(TEXT("focusable"), Widget.SupportsFocus());
 	const FBox2D Bounds = Widget.GetBounds();
 	TArray<TSharedPtr<FJsonValue>> Edges;
 	for (const double Edge : { Bounds.Min.X, Bounds.Min.Y, Bounds.Max.X, Bounds.Max.Y })
@@ -60,6 +61,27 @@ TSharedRef<FJsonObject> Describe(IAccessibleWidget& Widget)
 	}
 	Object->SetArrayField(TEXT("bounds"), Edges);
 	return Object;
+}
+
+/** What can have the focus without a name: somebody who cannot see it would not know where they are. */
+void CollectNameless(const TSharedRef<SWidget>& Widget, TArray<TSharedPtr<FJsonValue>>& OutWidgets)
+{
+	if (!Widget->GetVisibility().IsVisible())
+	{
+		return;
+	}
+	if (Widget->SupportsKeyboardFocus() && Widget->GetAccessibleText().IsEmpty())
+	{
+		const TSharedRef<FJsonObject> Object = MakeShared<FJsonObject>();
+		Object->SetStringField(TEXT("type"), TEXT("Nameless"));
+		Object->SetStringField(TEXT("name"), Widget->GetTypeAsString());
+		OutWidgets.Add(MakeShared<FJsonValueObject>(Object));
+	}
+	FChildren& Children = *Widget->GetChildren();
+	for (int32 Index = 0; Index < Children.Num(); ++Index)
+	{
+		CollectNameless(Children.GetChildAt(Index), OutWidgets);
+	}
 }
 }
 
@@ -89,6 +111,7 @@ void FWidgetReport::Tick()
 	for (const TSharedRef<SWindow>& Window : FSlateApplication::Get().GetTopLevelWindows())
 	{
 		Collect(FSlateAccessibleWidgetCache::GetAccessibleWidgetChecked(Window), Widgets);
+		WidgetReport::CollectNameless(Window, Widgets);
 	}
 	FString Report;
 	FJsonSerializer::Serialize(Widgets, TJsonWriterFactory<>::Create(&Report));

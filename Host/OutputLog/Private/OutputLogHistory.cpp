@@ -17,11 +17,12 @@ void FOutputLogHistory::Serialize(const TCHAR* V, ELogVerbosity::Type Verbosity,
 {
 	const FString Level = Verbosity == ELogVerbosity::Log ? FString() : FString(ToString(Verbosity)) + TEXT(": ");
 	FString Prefix = Category.ToString() + TEXT(": ") + Level;
+	Categories.AddUnique(Category);
 	TArray<FString> Texts;
 	FString(V).ParseIntoArrayLines(Texts, false);
 	for (const FString& Text : Texts)
 	{
-		Add({ (Prefix + Text).Left(MaxLineLength), Verbosity });
+		Add({ (Prefix + Text).Left(MaxLineLength), Verbosity, Category });
 	}
 }
 

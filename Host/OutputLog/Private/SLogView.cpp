@@ -72,19 +72,37 @@ void SLogView::Construct(const FArguments& InArgs, const TSharedRef<const FOutpu
 {
 	History = InHistory;
 	OnViewMoved = InArgs._OnViewMoved;
+	OnViewMovedSideways = InArgs._OnViewMovedSideways;
 	SetCanTick(true);
-	LineHeight = static_cast<float>(FSlateApplication::Get()
-										.GetRenderer()
-										->GetFontMeasureService()
-										->Measure(FStringView(TEXT("X")), LogView::GetFont())
-										.Y);
+	const FVector2D Cell = FSlateApplication::Get().GetRenderer()->GetFontMeasureService()->Measure(
+		FStringView(TEXT("X")), LogView::GetFont());
+	CharacterWidth = static_cast<float>(Cell.X);
+	LineHeight = static_cast<float>(Cell.Y);
 }
 
 void SLogView::SetFilter(const FString& InFilter)
 {
 	FilterWords.Empty();
 	InFilter.ParseIntoArrayWS(FilterWords);
+	ShowAnew();
+}
+
+void SLogView::SetLevelShown(ELogVerbosity::Type Level, bool bIsShown)
+{
+	bIsShown ? void(HiddenLevels.Remove(Level)) : void(HiddenLevels.Add(Level));
+	ShowAnew();
+}
+
+void SLogView::SetCategoryShown(FName Category, bool bIsShown)
+{
+	bIsShown ? void(HiddenCategories.Remove(Category)) : void(HiddenCategories.Add(Category));
+	ShowAnew();
+}
+
+void SLogView::ShowAnew()
+{
 	Shown.Empty();
+	LongestLine = 0;
 	NextNumber = ClearedUpTo;
 	bFollowsEnd = true;
 	Update();
@@ -95,15 +113,23 @@ void SLogView::Clear()
 	ClearedUpTo = History->GetEnd();
 	NextNumber = ClearedUpTo;
 	Shown.Empty();
+	LongestLine = 0;
 	SelectionAnchor = INDEX_NONE;
 	bFollowsEnd = true;
 }
 
-bool SLogView::Matches(const FString& Text) const
+bool SLogView::Matches(const FOutputLogLine& Line) const
 {
+	const ELogVerbosity::Type Level = Line.Verbosity <= ELogVerbosity::Error     ? ELogVerbosity::Error
+									  : Line.Verbosity == ELogVerbosity::Warning ? ELogVerbosity::Warning
+																				 : ELogVerbosity::Log;
+	if (!IsLevelShown(Level) || !IsCategoryShown(Line.Category))
+	{
+		return false;
+	}
 	for (const FString& Word : FilterWords)
 	{
-		if (!Text.Contains(Word))
+		if (!Line.Text.Contains(Word))
 		{
 			return false;
 		}
@@ -123,9 +149,11 @@ void SLogView::Update()
 	Offset = bFollowsEnd ? Offset : FMath::Max(Offset - static_cast<double>(NumGone) * LineHeight, 0.0);
 	for (NextNumber = FMath::Max(NextNumber, History->GetFirst()); NextNumber < History->GetEnd(); ++NextNumber)
 	{
-		if (Matches(History->GetLine(NextNumber).Text))
+		const FOutputLogLine& Line = History->GetLine(NextNumber);
+		if (Matches(Line))
 		{
 			Shown.Add(NextNumber);
+			LongestLine = FMath::Max(LongestLine, Line.Text.Len());
 		}
 	}
 }
@@ -135,14 +163,31 @@ double SLogView::GetLongestOffset() const
 	return FMath::Max(static_cast<double>(Shown.Num()) * LineHeight - ViewHeight, 0.0);
 }
 
+double SLogView::GetLongestSidewaysOffset() const
+{
+	const double Whole = static_cast<double>(LongestLine) * CharacterWidth + 2.0 * LogView::LeftMargin;
+	return FMath::Max(Whole - ViewWidth, 0.0);
+}
+
 void SLogView::Tick(const FGeometry& AllottedGeometry, const double InCurrentTime, const float InDeltaTime)
 {
 	ViewHeight = AllottedGeometry.GetLocalSize().Y;
+	ViewWidth = AllottedGeometry.GetLocalSize().X;
 	Update();
 	Offset = bFollowsEnd ? GetLongestOffset() : FMath::Min(Offset, GetLongestOffset());
 	const double Whole = FMath::Max(static_cast<double>(Shown.Num()) * LineHeight, ViewHeight);
 	OnViewMoved.ExecuteIfBound(Whole > 0.0 ? static_cast<float>(Offset / Whole) : 0.0f,
 		Whole > 0.0 ? static_cast<float>(ViewHeight / Whole) : 1.0f);
+	SidewaysOffset = FMath::Min(SidewaysOffset, GetLongestSidewaysOffset());
+	const double Width = ViewWidth + GetLongestSidewaysOffset();
+	OnViewMovedSideways.ExecuteIfBound(Width > 0.0 ? static_cast<float>(SidewaysOffset / Width) : 0.0f,
+		Width > 0.0 ? static_cast<float>(ViewWidth / Width) : 1.0f);
+}
+
+void SLogView::ScrollSidewaysTo(float OffsetFraction)
+{
+	const double Wanted = static_cast<double>(OffsetFraction) * (ViewWidth + GetLongestSidewaysOffset());
+	SidewaysOffset = FMath::Clamp(Wanted, 0.0, GetLongestSidewaysOffset());
 }
 
 void SLogView::ScrollTo(float OffsetFraction)
@@ -196,7 +241,8 @@ FReply SLogView::OnMouseWheel(const FGeometry& MyGeometry, const FPointerEvent& 
 	const double Notches = MouseEvent.GetWheelDelta();
 	if (MouseEvent.IsShiftDown())
 	{
-		SidewaysOffset = FMath::Max(SidewaysOffset - Notches * LogView::SidewaysStep, 0.0);
+		SidewaysOffset =
+			FMath::Clamp(SidewaysOffset - Notches * LogView::SidewaysStep, 0.0, GetLongestSidewaysOffset());
 		return FReply::Handled();
 	}
 	ScrollBy(-Notches * LogView::WheelStep);
@@ -235,7 +281,7 @@ FReply SLogView::OnKeyDown(const FGeometry& MyGeometry, const FKeyEvent& InKeyEv
 	if (Key == EKeys::Left || Key == EKeys::Right)
 	{
 		const double Step = Key == EKeys::Right ? LogView::SidewaysStep : -LogView::SidewaysStep;
-		SidewaysOffset = FMath::Max(SidewaysOffset + Step, 0.0);
+		SidewaysOffset = FMath::Clamp(SidewaysOffset + Step, 0.0, GetLongestSidewaysOffset());
 		return FReply::Handled();
 	}
 	return SLeafWidget::OnKeyDown(MyGeometry, InKeyEvent);

@@ -19,15 +19,23 @@ class SLogView : public SLeafWidget
 public:
 	SLATE_BEGIN_ARGS(SLogView) { _Clipping = EWidgetClipping::ClipToBounds; }
 	SLATE_EVENT(FOnViewMoved, OnViewMoved)
+	SLATE_EVENT(FOnViewMoved, OnViewMovedSideways)
 	SLATE_END_ARGS()
 
 	void Construct(const FArguments& InArgs, const TSharedRef<const FOutputLogHistory>& InHistory);
 
 	/** Shows only lines that have all words of the text in them, in any letter case. */
 	void SetFilter(const FString& InFilter);
+	/** Shows or hides what is no warning and no error, the warnings, or the errors; by the level that each begins at.
+	 */
+	void SetLevelShown(ELogVerbosity::Type Level, bool bIsShown);
+	bool IsLevelShown(ELogVerbosity::Type Level) const { return !HiddenLevels.Contains(Level); }
+	void SetCategoryShown(FName Category, bool bIsShown);
+	bool IsCategoryShown(FName Category) const { return !HiddenCategories.Contains(Category); }
 	/** Leaves out what there is so far. */
 	void Clear();
 	void ScrollTo(float OffsetFraction);
+	void ScrollSidewaysTo(float OffsetFraction);
 	int32 GetNumLines() const { return Shown.Num(); }
 	const FString& GetLineText(int32 Index) const { return History->GetLine(Shown[Index]).Text; }
 	bool IsFollowing() const { return bFollowsEnd; }
@@ -53,7 +61,10 @@ private:
 	friend class FAccessibleLogView;
 	/** Takes up the lines that have come since the last time, and lets go of those that are no longer kept. */
 	void Update();
-	bool Matches(const FString& Text) const;
+	bool Matches(const FOutputLogLine& Line) const;
+	/** After another choice of lines. */
+	void ShowAnew();
+	double GetLongestSidewaysOffset() const;
 	void ScrollBy(double Distance);
 	double GetLongestOffset() const;
 	int32 GetIndexAt(const FGeometry& MyGeometry, const FPointerEvent& MouseEvent) const;
@@ -62,15 +73,21 @@ private:
 
 	TSharedPtr<const FOutputLogHistory> History;
 	FOnViewMoved OnViewMoved;
+	FOnViewMoved OnViewMovedSideways;
 	TArray<FString> FilterWords;
-	TArray<int64> Shown;  // numbers of lines
-	int64 NextNumber = 0; // the first line that has not been looked at
+	TSet<int32> HiddenLevels; // of ELogVerbosity
+	TSet<FName> HiddenCategories;
+	int32 LongestLine = 0; // in characters, of those that are or were shown
+	TArray<int64> Shown;   // numbers of lines
+	int64 NextNumber = 0;  // the first line that has not been looked at
 	int64 ClearedUpTo = 0;
 	bool bFollowsEnd = true;
 	double Offset = 0.0; // Slate units
 	double SidewaysOffset = 0.0;
 	double ViewHeight = 0.0; // when last painted
+	double ViewWidth = 0.0;
 	float LineHeight = 1.0f;
+	float CharacterWidth = 1.0f;
 	int64 SelectionAnchor = INDEX_NONE; // numbers of lines
 	int64 SelectionEnd = INDEX_NONE;
 };

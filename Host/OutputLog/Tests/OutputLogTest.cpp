@@ -102,6 +102,33 @@ TEST_F(FOutputLogTest, FollowsTheEndUntilTheUserScrollsAway)
 	EXPECT_TRUE(View->IsFollowing());
 }
 
+TEST_F(FOutputLogTest, HidesLevelsAndCategoriesAndBringsThemBack)
+{
+	Log(TEXT("hoots"));
+	Log(TEXT("is tired"), ELogVerbosity::Warning);
+	Log(TEXT("fell"), ELogVerbosity::Error);
+	History->Serialize(TEXT("runs"), ELogVerbosity::Display, "LogElk");
+	FSlateApplication::Get().Tick();
+	const auto CountWithout = [this](ELogVerbosity::Type Level) {
+		View->SetLevelShown(Level, false);
+		const int32 Count = View->GetNumLines();
+		View->SetLevelShown(Level, true);
+		return Count;
+	};
+	EXPECT_EQ(CountWithout(ELogVerbosity::Log), 2);
+	EXPECT_EQ(CountWithout(ELogVerbosity::Warning), 3);
+	EXPECT_EQ(CountWithout(ELogVerbosity::Error), 3);
+	View->SetCategoryShown("LogOwl", false);
+	ASSERT_EQ(View->GetNumLines(), 1);
+	EXPECT_TRUE(View->GetLineText(0).Equals(TEXT("LogElk: Display: runs")));
+	Log(TEXT("is still hidden"));
+	FSlateApplication::Get().Tick();
+	EXPECT_EQ(View->GetNumLines(), 1);
+	View->SetCategoryShown("LogOwl", true);
+	EXPECT_EQ(View->GetNumLines(), 5);
+	EXPECT_EQ(History->GetCategories(), (TArray<FName>{ "LogOwl", "LogElk" }));
+}
+
 TEST_F(FOutputLogTest, CopiesTheSelectedLines)
 {
 	LogMany(3);

@@ -31,6 +31,7 @@ TSharedPtr<SPopup> FMenuStack::Push(const TSharedRef<SWidget>& Summoner, const T
 		.Anchor_Lambda([WeakSummoner] { return MenuStack::GetAnchor(WeakSummoner); })
 		.Placement(Placement)
 		.IsMenu(true)
+		.AccessibleText(INVTEXT("Menu"))
 		[
 			Content
 		];

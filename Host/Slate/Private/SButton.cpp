@@ -23,6 +23,17 @@ static TSharedRef<SWidget> MakeContent(const SButton::FArguments& InArgs)
 												 : &FAppStyle::Get().GetWidgetStyle<FTextBlockStyle>("ButtonText");
 	return SNew(STextBlock).Text(InArgs._Text).TextStyle(TextStyle);
 }
+
+/** What the style keeps around the content, and the button around that. */
+static TAttribute<FMargin> MakePadding(const TAttribute<FMargin>& ContentPadding, const FButtonStyle& Style)
+{
+	if (!ContentPadding.IsBound())
+	{
+		return ContentPadding.Get() + Style.NormalPadding;
+	}
+	return TAttribute<FMargin>::CreateLambda(
+		[ContentPadding, Extra = Style.NormalPadding] { return ContentPadding.Get() + Extra; });
+}
 }
 
 void SButton::Construct(const FArguments& InArgs)
@@ -37,7 +48,7 @@ void SButton::Construct(const FArguments& InArgs)
 	SBorder::Construct(SBorder::FArguments()
 		.HAlign(InArgs._HAlign)
 		.VAlign(InArgs._VAlign)
-		.Padding(InArgs._ContentPadding)
+		.Padding(Button::MakePadding(InArgs._ContentPadding, *ButtonStyle))
 		.ForegroundColor(InArgs._ForegroundColor)
 		[
 			Button::MakeContent(InArgs)

@@ -29,7 +29,6 @@ void SDockTab::Construct(const FArguments& InArgs)
 			[
 				SNew(SButton)
 				.ButtonStyle(HandleStyle)
-				.IsFocusable(false)
 				.Text(this, &SDockTab::GetTabLabel)
 				.OnClicked(this, &SDockTab::OnHandleClicked)
 			]
@@ -37,10 +36,9 @@ void SDockTab::Construct(const FArguments& InArgs)
 			[
 				SNew(SButton)
 				.ButtonStyle(HandleStyle)
-				.IsFocusable(false)
 				.Visibility(CloseVisibility)
-				.AccessibleText(INVTEXT("Close tab"))
-				.Text(INVTEXT("x"))
+				.AccessibleText_Lambda([this] { return FText::Format(INVTEXT("Close {0}"), GetTabLabel()); })
+				.Text(INVTEXT("\u00d7"))
 				.OnClicked(this, &SDockTab::OnCloseClicked)
 			]
 		]);
@@ -79,6 +77,11 @@ void SDockTab::ActivateInParent(ETabActivationCause InActivationCause)
 	if (Area.IsValid())
 	{
 		Area->BringToFront(SharedThis(this));
+		// Who calls a tab wants to work in it.
+		if (FSlateApplication::IsInitialized() && Content->SupportsKeyboardFocus())
+		{
+			FSlateApplication::Get().SetKeyboardFocus(Content, EFocusCause::SetDirectly);
+		}
 	}
 }
 

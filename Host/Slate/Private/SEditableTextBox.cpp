@@ -21,6 +21,7 @@ void SEditableTextBox::Construct(const FArguments& InArgs)
 		.Padding(InArgs._Padding)
 		[
 			SNew(SBox)
+			.VAlign(VAlign_Center)
 			.MinDesiredWidth_Lambda([MinDesiredWidth] { return FOptionalSize(MinDesiredWidth.Get(0.0f)); })
 			[
 				SAssignNew(EditableText, SSingleLineText)

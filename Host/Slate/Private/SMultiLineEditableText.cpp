@@ -11,6 +11,7 @@ namespace EditableText
 {
 // Slate units.
 constexpr float CursorWidth = 1.0f;
+constexpr float UnderlineHeight = 1.0f;
 constexpr float HintOpacity = 0.5f;
 // Layout rounds: a text that has all the height it asked for must not keep the wheel from its parents.
 constexpr double RoundingError = 0.5;
@@ -67,6 +68,7 @@ bool SMultiLineEditableText::RefreshBoundText()
 
 void SMultiLineEditableText::ReplaceAll(const FString& NewText)
 {
+	CompositionLength = 0;
 	Lines = ToLines(NewText);
 	Cursor = GetEnd();
 	SelectionAnchor = Cursor;
@@ -179,8 +181,42 @@ void SMultiLineEditableText::InsertTextAtCursor(const FString& InString)
 	InsertAndRemember(InString, FTextHistory::EChange::Whole);
 }
 
+void SMultiLineEditableText::SetComposition(const FString& Text, int32 CursorOffset)
+{
+	if (IsTextReadOnly() || (Text.IsEmpty() && !IsComposing()))
+	{
+		return;
+	}
+	if (!IsComposing())
+	{
+		DeleteTo(Cursor);
+		CompositionBegin = Cursor;
+	}
+	FString& Line = Lines[CompositionBegin.GetLineIndex()];
+	const FString Shown = FString::Join(FWrappedText::SplitIntoParagraphs(Text), TEXT(" "));
+	const int32 Begin = CompositionBegin.GetOffset();
+	Line = Line.Left(Begin) + Shown + Line.Mid(Begin + CompositionLength);
+	CompositionLength = Shown.Len();
+	Cursor = FTextLocation(CompositionBegin.GetLineIndex(), Begin + FMath::Clamp(CursorOffset, 0, CompositionLength));
+	SelectionAnchor = Cursor;
+	InvalidateText();
+}
+
+FSlateRect SMultiLineEditableText::GetCursorRect() const
+{
+	const FWrappedText& Shown = GetLayout();
+	const int32 LineIndex = Shown.FindLine(Cursor.GetLineIndex(), Cursor.GetOffset());
+	const FVector2D Place(
+		Margin.Get().Left - SidewaysOffset + GetCursorX(Shown.GetLines()[LineIndex], Cursor.GetOffset()),
+		Margin.Get().Top - ScrollOffset + static_cast<float>(LineIndex) * Shown.GetLineHeight());
+	return GetCachedGeometry()
+		.MakeChild(FVector2D(EditableText::CursorWidth, Shown.GetLineHeight()), FSlateLayoutTransform(Place))
+		.GetLayoutBoundingRect();
+}
+
 void SMultiLineEditableText::InsertAndRemember(const FString& Text, FTextHistory::EChange Change)
 {
+	EndComposition();
 	History.BeforeChange(GetState(), AnyTextSelected() ? FTextHistory::EChange::Whole : Change);
 	DeleteSelection();
 	Cursor = Insert(Cursor, Text);
@@ -206,8 +242,10 @@ void SMultiLineEditableText::DeleteSelection()
 	SelectionAnchor = From;
 }
 
-void SMultiLineEditableText::DeleteTo(const FTextLocation& Other, FTextHistory::EChange Change)
+void SMultiLineEditableText::DeleteTo(const FTextLocation& Wanted, FTextHistory::EChange Change)
 {
+	EndComposition();
+	const FTextLocation Other = ClampToText(Wanted);
 	const FTextHistory::FState Before = GetState();
 	const bool bIsLetter = Change == FTextHistory::EChange::Letter && !AnyTextSelected();
 	if (!AnyTextSelected())
@@ -356,11 +394,15 @@ void SMultiLineEditableText::KeepCursorInView()
 	}
 }
 
+FStringView SMultiLineEditableText::GetShownText(const FWrappedText::FLine& Line) const
+{
+	return FStringView(GetShownLines()[Line.ParagraphIndex]).Mid(Line.Begin, Line.Length);
+}
+
 float SMultiLineEditableText::GetCursorX(const FWrappedText::FLine& Line, int32 Offset) const
 {
-	const FStringView Before = FStringView(GetShownLines()[Line.ParagraphIndex])
-								   .Mid(Line.Begin, FMath::Clamp(Offset - Line.Begin, 0, Line.Length));
-	return static_cast<float>(EditableText::Measure()->Measure(Before, GetFont()).X);
+	const int32 Index = FMath::Clamp(Offset - Line.Begin, 0, Line.Length);
+	return EditableText::Measure()->FindOffsetOfCharacterIndex(GetShownText(Line), GetFont(), Index);
 }
 
 int32 SMultiLineEditableText::OnPaint(const FPaintArgs& Args, const FGeometry& AllottedGeometry,
@@ -395,8 +437,8 @@ int32 SMultiLineEditableText::PaintText(const FGeometry& AllottedGeometry, const
 		const FGeometry LineGeometry = AllottedGeometry.MakeChild(FVector2D(Line.Width, Shown.GetLineHeight()),
 			FSlateLayoutTransform(FVector2D(Margin.Get().Left - SidewaysOffset, Y)));
 		PaintSelection(Line, Y, AllottedGeometry, MyCullingRect, OutDrawElements, LayerId, Tint);
-		FSlateDrawElement::MakeText(OutDrawElements, LayerId + 1, LineGeometry, MyCullingRect,
-			GetShownLines()[Line.ParagraphIndex].Mid(Line.Begin, Line.Length), GetFont(), Tint);
+		FSlateDrawElement::MakeText(
+			OutDrawElements, LayerId + 1, LineGeometry, MyCullingRect, FString(GetShownText(Line)), GetFont(), Tint);
 	}
 	return LayerId + 1;
 }
@@ -407,9 +449,10 @@ void SMultiLineEditableText::PaintSelection(const FWrappedText::FLine& Line, flo
 {
 	const FTextLocation LineBegin(Line.ParagraphIndex, Line.Begin);
 	const FTextLocation LineEnd(Line.ParagraphIndex, Line.End());
-	const auto PaintSpan = [&](float Left, float Right, const FLinearColor& Color) {
-		const FGeometry Span = AllottedGeometry.MakeChild(FVector2D(Right - Left, GetLayout().GetLineHeight()),
-			FSlateLayoutTransform(FVector2D(Margin.Get().Left + Left - SidewaysOffset, Y)));
+	const float LineHeight = GetLayout().GetLineHeight();
+	const auto PaintSpan = [&](float Left, float Right, const FLinearColor& Color, float FromTop = 0.0f) {
+		const FGeometry Span = AllottedGeometry.MakeChild(FVector2D(Right - Left, LineHeight - FromTop),
+			FSlateLayoutTransform(FVector2D(Margin.Get().Left + Left - SidewaysOffset, Y + FromTop)));
 		FSlateDrawElement::MakeBox(
 			OutDrawElements, LayerId, Span, MyCullingRect, FAppStyle::GetBrush("WhiteBrush"), Color);
 	};
@@ -417,8 +460,21 @@ void SMultiLineEditableText::PaintSelection(const FWrappedText::FLine& Line, flo
 	const FTextLocation To = LineEnd < GetSelectionEnd() ? LineEnd : GetSelectionEnd();
 	if (From < To)
 	{
-		PaintSpan(GetCursorX(Line, From.GetOffset()), GetCursorX(Line, To.GetOffset()),
-			TextStyle.SelectedBackgroundColor.GetSpecifiedColor());
+		for (const FSlateFontMeasure::FSpan& Span : EditableText::Measure()->FindSpansOfCharacters(
+				 GetShownText(Line), GetFont(), From.GetOffset() - Line.Begin, To.GetOffset() - Line.Begin))
+		{
+			PaintSpan(Span.Left, Span.Right, TextStyle.SelectedBackgroundColor.GetSpecifiedColor());
+		}
+	}
+	const int32 ComposedFrom = FMath::Max(CompositionBegin.GetOffset(), Line.Begin);
+	const int32 ComposedTo = FMath::Min(CompositionBegin.GetOffset() + CompositionLength, Line.End());
+	if (CompositionBegin.GetLineIndex() == Line.ParagraphIndex && ComposedFrom < ComposedTo)
+	{
+		for (const FSlateFontMeasure::FSpan& Span : EditableText::Measure()->FindSpansOfCharacters(
+				 GetShownText(Line), GetFont(), ComposedFrom - Line.Begin, ComposedTo - Line.Begin))
+		{
+			PaintSpan(Span.Left, Span.Right, Tint, LineHeight - EditableText::UnderlineHeight);
+		}
 	}
 	const bool bHoldsCursor =
 		Cursor.GetLineIndex() == Line.ParagraphIndex && !(Cursor < LineBegin) && !(LineEnd < Cursor);

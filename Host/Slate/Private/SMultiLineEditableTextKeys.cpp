@@ -22,9 +22,9 @@ enum class ECharacter : uint8
 	Sign,
 };
 
-static bool IsLowSurrogate(TCHAR Character)
+static TSharedRef<FSlateFontMeasure> Measure()
 {
-	return Character >= 0xDC00 && Character <= 0xDFFF;
+	return FSlateApplication::Get().GetRenderer()->GetFontMeasureService();
 }
 }
 
@@ -103,6 +103,7 @@ bool SMultiLineEditableText::HandleShortcut(const FKeyEvent& InKeyEvent)
 
 void SMultiLineEditableText::UndoOrRedo(bool bUndo)
 {
+	EndComposition();
 	FTextHistory::FState State = GetState();
 	if (!(bUndo ? History.Undo(State) : History.Redo(State)))
 	{
@@ -213,7 +214,8 @@ FReply SMultiLineEditableText::HandleTypedCharacter(TCHAR Character)
 
 void SMultiLineEditableText::MoveCursor(const FTextLocation& NewLocation, bool bSelect)
 {
-	Cursor = NewLocation;
+	EndComposition();
+	Cursor = ClampToText(NewLocation);
 	if (!bSelect)
 	{
 		SelectionAnchor = Cursor;
@@ -240,7 +242,7 @@ FTextLocation SMultiLineEditableText::GetLocationBefore(const FTextLocation& Loc
 		return LineIndex > 0 ? FTextLocation(LineIndex - 1, Lines[LineIndex - 1].Len()) : Location;
 	}
 	int32 Offset = Location.GetOffset() - 1;
-	if (Offset > 0 && EditableTextKeys::IsLowSurrogate(Lines[LineIndex][Offset]))
+	while (!EditableTextKeys::Measure()->IsCaretStop(Lines[LineIndex], Offset))
 	{
 		--Offset;
 	}
@@ -256,7 +258,7 @@ FTextLocation SMultiLineEditableText::GetLocationAfter(const FTextLocation& Loca
 		return LineIndex + 1 < Lines.Num() ? FTextLocation(LineIndex + 1, 0) : Location;
 	}
 	int32 Offset = Location.GetOffset() + 1;
-	if (Offset < Line.Len() && EditableTextKeys::IsLowSurrogate(Line[Offset]))
+	while (!EditableTextKeys::Measure()->IsCaretStop(Line, Offset))
 	{
 		++Offset;
 	}
@@ -316,9 +318,8 @@ FTextLocation SMultiLineEditableText::GetLocationLinesAway(int32 NumLines) const
 	}
 	const FWrappedText::FLine& Target = ShownLines[Wanted];
 	const float X = GetCursorX(ShownLines[Current], Cursor.GetOffset());
-	const FStringView Text = FStringView(GetShownLines()[Target.ParagraphIndex]).Mid(Target.Begin, Target.Length);
-	const TSharedRef<FSlateFontMeasure> Measure = FSlateApplication::Get().GetRenderer()->GetFontMeasureService();
-	return FTextLocation(Target.ParagraphIndex, Target.Begin + Measure->FindCharacterIndexAtOffset(Text, GetFont(), X));
+	const int32 Index = EditableTextKeys::Measure()->FindCharacterIndexAtOffset(GetShownText(Target), GetFont(), X);
+	return FTextLocation(Target.ParagraphIndex, Target.Begin + Index);
 }
 
 FTextLocation SMultiLineEditableText::GetLocationAt(const FGeometry& MyGeometry, const FPointerEvent& MouseEvent) const
@@ -329,10 +330,9 @@ FTextLocation SMultiLineEditableText::GetLocationAt(const FGeometry& MyGeometry,
 	const int32 LineIndex = static_cast<int32>(
 		FMath::Clamp(Position.Y / GetLayout().GetLineHeight(), 0.0, static_cast<double>(ShownLines.Num() - 1)));
 	const FWrappedText::FLine& Line = ShownLines[LineIndex];
-	const FStringView Text = FStringView(GetShownLines()[Line.ParagraphIndex]).Mid(Line.Begin, Line.Length);
-	const TSharedRef<FSlateFontMeasure> Measure = FSlateApplication::Get().GetRenderer()->GetFontMeasureService();
-	return FTextLocation(Line.ParagraphIndex,
-		Line.Begin + Measure->FindCharacterIndexAtOffset(Text, GetFont(), static_cast<float>(Position.X)));
+	const int32 Index = EditableTextKeys::Measure()->FindCharacterIndexAtOffset(
+		GetShownText(Line), GetFont(), static_cast<float>(Position.X));
+	return FTextLocation(Line.ParagraphIndex, Line.Begin + Index);
 }
 
 FReply SMultiLineEditableText::OnMouseButtonDown(const FGeometry& MyGeometry, const FPointerEvent& MouseEvent)
@@ -431,11 +431,13 @@ FReply SMultiLineEditableText::OnFocusReceived(const FGeometry& MyGeometry, cons
 	{
 		SelectAllText();
 	}
+	FSlateApplication::Get().SetTextCompositionTarget(AsShared(), *this);
 	return FReply::Handled();
 }
 
 void SMultiLineEditableText::OnFocusLost(const FFocusEvent& InFocusEvent)
 {
+	EndComposition();
 	if (ClearTextSelectionOnFocusLoss.Get(true))
 	{
 		ClearSelection();

@@ -10,23 +10,85 @@ namespace ScrollBox
 constexpr float WheelStep = 32.0f;
 }
 
+void SScrollPanel::OnLayoutOutOfDate(SWidget* Child)
+{
+	// The list would grow while nobody measures, such as in a tab that is not in front.
+	const bool bIsListed = Child && ChangedChildren.Num() <= Slots.Num();
+	if (bIsListed)
+	{
+		ChangedChildren.Add(Child);
+	}
+	else if (Child || !Slots.ChangesOrder())
+	{
+		bAllChanged = true;
+		ChangedChildren.Reset();
+	}
+}
+
+TArray<int32> SScrollPanel::TakeChangedSlots()
+{
+	TArray<int32> Indices;
+	for (const SWidget* Child : ChangedChildren)
+	{
+		if (const int32* const Index = SlotIndices.Find(Child))
+		{
+			Indices.AddUnique(*Index);
+		}
+	}
+	ChangedChildren.Reset();
+	Indices.Sort();
+	return Indices;
+}
+
+void SScrollPanel::MeasureSlot(int32 SlotIndex, float LayoutScaleMultiplier)
+{
+	const SScrollBox::FSlot& Slot = Slots[SlotIndex];
+	SWidget& Widget = Slot.GetWidget().Get();
+	SlotSizes[SlotIndex] = FVector2D(0.0, 0.0);
+	if (Widget.GetVisibility().TakesSpace())
+	{
+		Widget.Prepass(LayoutScaleMultiplier);
+		SlotSizes[SlotIndex] = FVector2D(Widget.GetDesiredSize()) + Slot.GetPadding().GetDesiredSize();
+	}
+}
+
+void SScrollPanel::PrepassChildren(float InLayoutScaleMultiplier)
+{
+	int32 FirstNew = Slots.TakeFirstChange();
+	if (bAllChanged || FirstNew < SlotSizes.Num())
+	{
+		FirstNew = 0;
+		SlotIndices.Empty();
+	}
+	bAllChanged = false;
+	SlotSizes.SetNum(Slots.Num());
+	SlotEnds.SetNum(Slots.Num());
+	int32 FirstChanged = FirstNew;
+	for (const int32 Index : TakeChangedSlots())
+	{
+		MeasureSlot(Index, InLayoutScaleMultiplier);
+		FirstChanged = FMath::Min(FirstChanged, Index);
+	}
+	for (int32 Index = FirstNew; Index < Slots.Num(); ++Index)
+	{
+		SlotIndices.Add(&Slots[Index].GetWidget().Get(), Index);
+		MeasureSlot(Index, InLayoutScaleMultiplier);
+	}
+	for (int32 Index = FirstChanged; Index < Slots.Num(); ++Index)
+	{
+		SlotEnds[Index] = (Index > 0 ? SlotEnds[Index - 1] : 0.0f) + Along(SlotSizes[Index]);
+	}
+}
+
 FVector2D SScrollPanel::ComputeDesiredSize(float LayoutScaleMultiplier) const
 {
-	SlotEnds.Reset(Slots.Num());
 	double Thickness = 0.0;
-	float End = 0.0f;
-	for (int32 Index = 0; Index < Slots.Num(); ++Index)
+	for (const FVector2D& Size : SlotSizes)
 	{
-		const SScrollBox::FSlot& Slot = Slots[Index];
-		if (Slot.GetWidget()->GetVisibility().TakesSpace())
-		{
-			const FVector2D Size = FVector2D(Slot.GetWidget()->GetDesiredSize()) + Slot.GetPadding().GetDesiredSize();
-			End += Along(Size);
-			Thickness = FMath::Max(Thickness, Orientation == Orient_Vertical ? Size.X : Size.Y);
-		}
-		SlotEnds.Add(End);
+		Thickness = FMath::Max(Thickness, Orientation == Orient_Vertical ? Size.X : Size.Y);
 	}
-	return Orientation == Orient_Vertical ? FVector2D(Thickness, End) : FVector2D(End, Thickness);
+	const double Length = GetContentLength();
+	return Orientation == Orient_Vertical ? FVector2D(Thickness, Length) : FVector2D(Length, Thickness);
 }
 
 int32 SScrollPanel::FindSlotAt(float Offset) const

@@ -7,8 +7,9 @@
 /**
  * The part of a scroll box that holds its slots.
  *
- * Where each slot ends is computed together with the desired size, so only when a child has changed; a frame finds the
- * first slot in view by bisection and goes on to the last one. What is out of view costs nothing.
+ * Each slot's size is kept, and only those are measured again that have changed. Where each ends is added up from
+ * there; a frame finds the first slot in view by bisection and goes on to the last one. What is out of view costs
+ * nothing, and a slot at the end of thousands what it costs alone.
  */
 class SScrollPanel final : public SPanel
 {
@@ -33,6 +34,8 @@ public:
 	float ViewOffset = 0.0f;
 
 protected:
+	virtual void OnLayoutOutOfDate(SWidget* Child) override;
+	virtual void PrepassChildren(float InLayoutScaleMultiplier) override;
 	virtual FVector2D ComputeDesiredSize(float LayoutScaleMultiplier) const override;
 	virtual void OnArrangeChildren(
 		const FGeometry& AllottedGeometry, FArrangedChildren& ArrangedChildren) const override;
@@ -46,6 +49,17 @@ private:
 	int32 FindSlotAt(float Offset) const;
 	FArrangedWidget ArrangeSlot(const FGeometry& AllottedGeometry, int32 SlotIndex) const;
 
+	/** Asks a slot's widget for its size; with the slot's padding, and nothing for a collapsed one. */
+	void MeasureSlot(int32 SlotIndex, float LayoutScaleMultiplier);
+	/** The index of each changed child's slot, from the smallest on. */
+	TArray<int32> TakeChangedSlots();
+
 	EOrientation Orientation = Orient_Vertical;
-	mutable TArray<float> SlotEnds;
+	// One of each for every slot that was there when last measured.
+	TArray<FVector2D> SlotSizes;
+	TArray<float> SlotEnds;
+	TMap<const SWidget*, int32> SlotIndices;
+	// Not dereferenced: they may be gone.
+	TArray<const SWidget*> ChangedChildren;
+	bool bAllChanged = true;
 };

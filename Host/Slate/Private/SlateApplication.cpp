@@ -15,6 +15,7 @@ IMPLEMENT_MODULE(FDefaultModuleImpl, Slate)
 
 namespace SlateApplication
 {
+constexpr double FocusMargin = 2.0; // Slate units
 constexpr double Never = std::numeric_limits<double>::infinity();
 }
 
@@ -60,7 +61,7 @@ void FSlateApplication::Shutdown()
 	if (IsInitialized())
 	{
 		Get().DismissAllMenus();
-		Get().ToolTips->Dismiss();
+		Get().ToolTips->Dismiss(Get().HoverPath);
 		// Widgets may ask for the application while they are destroyed.
 		const TArray<TSharedRef<SWindow>> Closed = MoveTemp(Get().Windows);
 		Get().Windows.Empty();
@@ -164,8 +165,12 @@ void FSlateApplication::PaintFocusRectangle(
 		}
 	}
 	const FSlateBrush* const Brush = FAppStyle::GetBrush("FocusRectangle");
-	FSlateDrawElement::MakeBox(
-		OutDrawElements, LayerId, Focused->GetCachedGeometry(), Clip, Brush, Brush->GetTint(FWidgetStyle()));
+	// A little outside, so that its line does not cross what is in the widget.
+	const FGeometry& Geometry = Focused->GetCachedGeometry();
+	const FVector2D Margin(SlateApplication::FocusMargin, SlateApplication::FocusMargin);
+	const FGeometry Ring =
+		Geometry.MakeChild(FVector2D(Geometry.GetLocalSize()) + Margin * 2.0, FSlateLayoutTransform(Margin * -1.0));
+	FSlateDrawElement::MakeBox(OutDrawElements, LayerId, Ring, Clip, Brush, Brush->GetTint(FWidgetStyle()));
 }
 
 TOptional<double> FSlateApplication::GetNextTimerTime() const

@@ -1,7 +1,9 @@
 #include "Framework/Application/SlateApplication.h"
 
+#include "Framework/Text/TextComposition.h"
 #include "MenuStack.h"
 #include "ToolTipPresenter.h"
+#include "Widgets/Layout/SScrollBox.h"
 
 namespace SlateApplicationInput
 {
@@ -59,6 +61,18 @@ static void CollectFocusable(const TSharedRef<SWidget>& Widget, TArray<TSharedRe
 	CollectFocusableBelow(Widget, OutWidgets);
 }
 
+/** Who goes on with the keyboard sees where they are. */
+static void Reveal(const TSharedRef<SWidget>& Widget)
+{
+	for (TSharedPtr<SWidget> Parent = Widget->GetParentWidget(); Parent.IsValid(); Parent = Parent->GetParentWidget())
+	{
+		if (Parent->GetType() == FName("SScrollBox"))
+		{
+			StaticCastSharedPtr<SScrollBox>(Parent)->ScrollDescendantIntoView(Widget);
+		}
+	}
+}
+
 static bool CallHandler(const FOnKeyEvent& Handler, const FKeyEvent& Event)
 {
 	return Handler.IsBound() && Handler.Execute(Event).IsEventHandled();
@@ -102,7 +116,7 @@ FReply FSlateApplication::RouteUpwards(const FSlateWidgetPath& Path, const TFunc
 
 bool FSlateApplication::ProcessKeyDownEvent(const FKeyEvent& InKeyEvent)
 {
-	ToolTips->Dismiss();
+	ToolTips->Dismiss(HoverPath);
 	const FSlateWidgetPath Path = GetFocusPath();
 	for (const TSharedRef<SWidget>& Widget : Path)
 	{
@@ -134,6 +148,28 @@ bool FSlateApplication::ProcessKeyCharEvent(const FCharacterEvent& InCharacterEv
 	return RouteUpwards(GetFocusPath(), [&InCharacterEvent](SWidget& Widget) {
 		return Widget.OnKeyChar(Widget.GetCachedGeometry(), InCharacterEvent);
 	}).IsEventHandled();
+}
+
+void FSlateApplication::SetTextCompositionTarget(const TSharedRef<SWidget>& Owner, ITextCompositionTarget& Target)
+{
+	CompositionOwner = Owner;
+	CompositionTarget = &Target;
+}
+
+ITextCompositionTarget* FSlateApplication::GetTextCompositionTarget() const
+{
+	const TSharedPtr<SWidget> Owner = CompositionOwner.Pin();
+	return Owner.IsValid() && Owner == GetKeyboardFocusedWidget() ? CompositionTarget : nullptr;
+}
+
+bool FSlateApplication::ProcessTextComposition(const FString& Text, int32 CursorOffset)
+{
+	ITextCompositionTarget* const Target = GetTextCompositionTarget();
+	if (Target)
+	{
+		Target->SetComposition(Text, CursorOffset);
+	}
+	return Target != nullptr;
 }
 
 FReply FSlateApplication::RoutePointerEvent(const FPointerEvent& Event, const TFunction<FReply(SWidget&)>& SendTo)
@@ -171,7 +207,7 @@ bool FSlateApplication::ProcessMouseButtonDoubleClickEvent(
 
 bool FSlateApplication::RouteButtonDown(const FPointerEvent& InMouseEvent, const TFunction<FReply(SWidget&)>& SendTo)
 {
-	ToolTips->Dismiss();
+	ToolTips->Dismiss(HoverPath);
 	if (!MouseCaptor.IsValid())
 	{
 		MenuStack->OnPointerDown(LocateWidgetsUnder(InMouseEvent.GetScreenSpacePosition()));
@@ -274,6 +310,10 @@ void FSlateApplication::Navigate(EUINavigation Direction)
 	TArray<TSharedRef<SWidget>> Focusable;
 	SlateApplicationInput::CollectFocusableBelow(
 		FindNavigationRoot(Current.ToSharedRef(), Window.ToSharedRef()), Focusable);
+	// A parent that hands its focus on to a child would hold the user in itself for ever.
+	const FSlateWidgetPath Path = FindPathTo(Current);
+	Focusable.RemoveAll(
+		[&](const TSharedRef<SWidget>& Widget) { return Widget != Current.ToSharedRef() && Path.Contains(Widget); });
 	const int32 Index = Focusable.IndexOfByKey(Current.ToSharedRef());
 	if (Focusable.Num() == 0)
 	{
@@ -284,4 +324,5 @@ void FSlateApplication::Navigate(EUINavigation Direction)
 	const int32 FirstIndex = bNext ? 0 : Focusable.Num() - 1;
 	const int32 NewIndex = Index == INDEX_NONE ? FirstIndex : (Index + Step) % Focusable.Num();
 	SetKeyboardFocus(Focusable[NewIndex], EFocusCause::Navigation);
+	SlateApplicationInput::Reveal(Focusable[NewIndex]);
 }

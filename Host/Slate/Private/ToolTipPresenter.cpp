@@ -76,9 +76,11 @@ void FToolTipPresenter::Show(const TSharedRef<SWidget>& InSource, const FText& T
 	Window.Pin()->AddOverlaySlot(ToolTipPresenter::ZOrder)[Shown.ToSharedRef()];
 }
 
-void FToolTipPresenter::Dismiss()
+void FToolTipPresenter::Dismiss(const TArray<TWeakPtr<SWidget>>& Hovered)
 {
 	Hide();
+	// The pointer may have come here since the last tick: who clicks at once wants to see no tip either.
+	Source = ToolTipPresenter::FindSource(Hovered);
 	bIsDismissed = true;
 }
 

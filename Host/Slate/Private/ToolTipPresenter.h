@@ -10,7 +10,7 @@ public:
 	/** @param Hovered  the path under the pointer  @param Focused  null unless the keyboard chose it */
 	void Tick(const TArray<TWeakPtr<SWidget>>& Hovered, const TSharedPtr<SWidget>& Focused, const FVector2D& Pointer);
 	/** Takes the tool tip away until the pointer or the focus is somewhere else: the user has begun to do something. */
-	void Dismiss();
+	void Dismiss(const TArray<TWeakPtr<SWidget>>& Hovered);
 
 private:
 	void Show(const TSharedRef<SWidget>& InSource, const FText& Text, const FSlateRect& Anchor);

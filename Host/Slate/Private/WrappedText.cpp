@@ -47,30 +47,18 @@ void FWrappedText::Update(const TArray<FString>& Paragraphs, const FSlateFontInf
 void FWrappedText::WrapParagraph(
 	const FString& Paragraph, int32 ParagraphIndex, const FSlateFontInfo& Font, float WrapWidth)
 {
+	if (WrapWidth <= 0.0f)
+	{
+		Lines.Add(FLine{ ParagraphIndex, 0, Paragraph.Len(), 0.0f });
+		return;
+	}
 	const TSharedRef<FSlateFontMeasure> Measure = FSlateApplicationBase::Get().GetRenderer()->GetFontMeasureService();
 	int32 Begin = 0;
-	while (WrapWidth > 0.0f)
+	for (const int32 Length : Measure->FindLineBreaks(Paragraph, Font, WrapWidth))
 	{
-		const FStringView Rest = FStringView(Paragraph).Mid(Begin, Paragraph.Len() - Begin);
-		const int32 NumFitting = Measure->FindLastWholeCharacterIndexBeforeOffset(Rest, Font, WrapWidth);
-		if (NumFitting >= Rest.Len())
-		{
-			break;
-		}
-		// After the last blank that fits (or that is the first not to fit); inside a word if it has a line for itself.
-		int32 NumTaken = NumFitting;
-		for (int32 Index = FMath::Min(NumFitting, Rest.Len() - 1); Index > 0; --Index)
-		{
-			if (FChar::IsWhitespace(Rest[Index]))
-			{
-				NumTaken = Index + 1;
-				break;
-			}
-		}
-		Lines.Add(FLine{ ParagraphIndex, Begin, NumTaken, 0.0f });
-		Begin += NumTaken;
+		Lines.Add(FLine{ ParagraphIndex, Begin, Length, 0.0f });
+		Begin += Length;
 	}
-	Lines.Add(FLine{ ParagraphIndex, Begin, Paragraph.Len() - Begin, 0.0f });
 }
 
 void FWrappedText::FindLinesBetween(float Y, float EndY, int32& OutFirst, int32& OutCount) const
@@ -87,13 +75,16 @@ void FWrappedText::FindLinesBetween(float Y, float EndY, int32& OutFirst, int32&
 
 int32 FWrappedText::FindLine(int32 ParagraphIndex, int32 Offset) const
 {
-	int32 Found = 0;
-	for (int32 Index = 0; Index < Lines.Num() && Lines[Index].ParagraphIndex <= ParagraphIndex; ++Index)
+	// The last line that does not begin behind the place.
+	int32 Low = 0;
+	int32 High = Lines.Num();
+	while (High - Low > 1)
 	{
-		if (Lines[Index].ParagraphIndex < ParagraphIndex || Lines[Index].Begin <= Offset)
-		{
-			Found = Index;
-		}
+		const int32 Middle = (Low + High) / 2;
+		const FLine& Line = Lines[Middle];
+		const bool bBegun =
+			Line.ParagraphIndex < ParagraphIndex || (Line.ParagraphIndex == ParagraphIndex && Line.Begin <= Offset);
+		(bBegun ? Low : High) = Middle;
 	}
-	return Found;
+	return Low;
 }

@@ -3,6 +3,8 @@
 #include "Widgets/Layout/SScrollBox.h"
 #include "Widgets/Text/SMultiLineEditableText.h"
 
+#include <random>
+
 namespace ScrollBoxTest
 {
 
@@ -174,6 +176,58 @@ TEST_F(FScrollBoxTest, LearnsTheHeightOfWrappedTextOneFrameLater)
 	Box->ScrollToEnd();
 	Tick();
 	EXPECT_EQ(Box->GetScrollOffset(), Box->GetScrollOffsetOfEnd());
+}
+
+/** What is kept of the slots has to equal what measuring all of them anew would come to, whatever has happened. */
+TEST_F(FScrollBoxTest, KeepsTheSizesOfItsSlotsThroughAllChanges)
+{
+	struct FShown
+	{
+		TSharedRef<SBlock> Block;
+		bool bCollapsed = false;
+	};
+	TArray<FShown> Expected;
+	std::mt19937 Dice(1);
+	const auto Roll = [&Dice](int32 Count) { return static_cast<int32>(Dice() % static_cast<uint32>(Count)); };
+	for (int32 Step = 0; Step < 2000; ++Step)
+	{
+		const int32 Where = Expected.Num() > 0 ? Roll(Expected.Num()) : 0;
+		const int32 What = Expected.Num() > 0 ? Roll(8) : 0;
+		if (What <= 2)
+		{
+			const TSharedRef<SBlock> Block = SNew(SBlock).Height(10.0f + static_cast<float>(Roll(50)));
+			const int32 Index = What == 0 ? Expected.Num() : Where;
+			Box->InsertSlot(Index)[Block];
+			Expected.Insert(FShown{ Block }, Index);
+		}
+		else if (What <= 4)
+		{
+			Expected[Where].Block->Height = static_cast<float>(Roll(90));
+			Expected[Where].Block->Invalidate(EInvalidateWidgetReason::Layout);
+		}
+		else if (What <= 6)
+		{
+			bool& bCollapsed = Expected[Where].bCollapsed;
+			bCollapsed = !bCollapsed;
+			Expected[Where].Block->SetVisibility(bCollapsed ? EVisibility::Collapsed : EVisibility::Visible);
+		}
+		else
+		{
+			Box->RemoveSlot(Expected[Where].Block);
+			Expected.RemoveAt(Where);
+		}
+		if (Roll(3) == 0)
+		{
+			Box->ScrollToEnd();
+			Tick();
+			float Length = 0.0f;
+			for (const FShown& Each : Expected)
+			{
+				Length += Each.bCollapsed ? 0.0f : Each.Block->Height;
+			}
+			ASSERT_EQ(Box->GetScrollOffsetOfEnd(), FMath::Max(Length - 300.0f, 0.0f)) << "after step " << Step;
+		}
+	}
 }
 
 }

@@ -119,4 +119,52 @@ TEST_F(FTextEditingTest, TellsNobodyAPassword)
 	EXPECT_EQ(Root->GetChildAt(0)->AsText()->GetText().Len(), 4);
 	EXPECT_FALSE(Root->GetChildAt(0)->AsText()->GetText().Contains(TEXT("h")));
 }
+TEST_F(FTextEditingTest, ShowsWhatAnInputMethodComposesUntilItIsTyped)
+{
+	ShowText(INVTEXT("an owl"));
+	Text->GoTo(FTextLocation(0, 3));
+	EXPECT_TRUE(App().ProcessTextComposition(TEXT("mor"), 3));
+	EXPECT_TRUE(App().ProcessTextComposition(TEXT("moriy"), 2));
+	EXPECT_TRUE(Get().Equals(TEXT("an moriyowl")));
+	EXPECT_EQ(Text->GetCursorLocation().GetOffset(), 5) << "the input method has its own cursor";
+	Tick();
+	const FSlateRect Cursor = Text->GetCursorRect();
+	EXPECT_GT(Cursor.Left, Text->GetCachedGeometry().GetLayoutBoundingRect().Left) << "choices come up below it";
+	EXPECT_GT(Cursor.GetSize().Y, 5.0);
+	App().ProcessTextComposition(FString(), 0);
+	Type(TEXT("\u68EE"));
+	EXPECT_TRUE(Get().Equals(TEXT("an \u68EEowl")));
+	Undo();
+	EXPECT_TRUE(Get().Equals(TEXT("an owl"))) << "the drafts were never changes";
+}
+
+TEST_F(FTextEditingTest, DropsADraftThatTheUserWalksAwayFrom)
+{
+	const struct
+	{
+		const char* What;
+		TFunction<void()> Do;
+		const TCHAR* Expected;
+	} Cases[] = {
+		{ "a key", [this] { Press(EKeys::Home); }, TEXT("owl") },
+		{ "a click", [this] { Click(At(1)); }, TEXT("owl") },
+		{ "a letter without an input method", [this] { Type(TEXT("!")); }, TEXT("owl!") },
+		{ "the end of the focus", [] { App().ClearKeyboardFocus(); }, TEXT("owl") },
+		{ "another text", [this] { Text->SetText(INVTEXT("elk")); }, TEXT("elk") },
+	};
+	for (const auto& Case : Cases)
+	{
+		ShowText(INVTEXT("owl"));
+		Press(EKeys::End);
+		App().ProcessTextComposition(TEXT("draft"), 5);
+		Case.Do();
+		EXPECT_TRUE(Get().Equals(Case.Expected)) << Case.What << ": " << TCHAR_TO_UTF8(*Get());
+		EXPECT_LE(Text->GetCursorLocation().GetOffset(), Get().Len()) << Case.What;
+	}
+	ShowText(INVTEXT("owl"));
+	Text->SetIsReadOnly(true);
+	App().ProcessTextComposition(TEXT("draft"), 5);
+	EXPECT_TRUE(Get().Equals(TEXT("owl")));
+}
+
 }

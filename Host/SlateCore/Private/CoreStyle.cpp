@@ -70,8 +70,8 @@ static FButtonStyle MakeButton(const FLinearColor& Normal, const FLinearColor& H
 		.SetHovered(FSlateRoundedBoxBrush(Hovered, CornerRadius))
 		.SetPressed(FSlateRoundedBoxBrush(Pressed, CornerRadius))
 		.SetDisabled(FSlateRoundedBoxBrush(Gray(42), CornerRadius))
-		.SetNormalPadding(FMargin(12.0f, 2.0f))
-		.SetPressedPadding(FMargin(12.0f, 2.0f));
+		.SetNormalPadding(FMargin(8.0f, 2.0f))
+		.SetPressedPadding(FMargin(8.0f, 2.0f));
 }
 
 static void SetButtonStyles(FSlateStyleSet& Style)
@@ -80,13 +80,13 @@ static void SetButtonStyles(FSlateStyleSet& Style)
 	Style.Set("PrimaryButton", MakeButton(Accent, FColor(14, 134, 255), FColor(0, 80, 160)));
 	Style.Set("SimpleButton", MakeButton(FLinearColor::Transparent, Gray(56), Gray(36))
 								  .SetDisabled(FSlateNoResource())
-								  .SetNormalPadding(FMargin(4.0f, 2.0f))
-								  .SetPressedPadding(FMargin(4.0f, 2.0f)));
+								  .SetNormalPadding(FMargin(2.0f, 1.0f))
+								  .SetPressedPadding(FMargin(2.0f, 1.0f)));
 	// A line of a menu: what the pointer or the keyboard has chosen stands out.
 	Style.Set("Menu.Button", MakeButton(FLinearColor::Transparent, Accent, FColor(0, 80, 160))
 								 .SetDisabled(FSlateNoResource())
-								 .SetNormalPadding(FMargin(4.0f, 2.0f))
-								 .SetPressedPadding(FMargin(4.0f, 2.0f)));
+								 .SetNormalPadding(FMargin(2.0f, 1.0f))
+								 .SetPressedPadding(FMargin(2.0f, 1.0f)));
 	Style.Set("ScrollBar", FScrollBarStyle()
 							   .SetNormalThumbImage(FSlateRoundedBoxBrush(Gray(87), CornerRadius))
 							   .SetHoveredThumbImage(FSlateRoundedBoxBrush(Gray(128), CornerRadius)));

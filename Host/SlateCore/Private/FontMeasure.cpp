@@ -38,6 +38,53 @@ int32 FSlateFontMeasure::FindCharacterIndexAtOffset(
 	return Low;
 }
 
+float FSlateFontMeasure::FindOffsetOfCharacterIndex(FStringView Text, const FSlateFontInfo& FontInfo, int32 Index) const
+{
+	return static_cast<float>(Measure(Text.Left(Index), FontInfo).X);
+}
+
+TArray<FSlateFontMeasure::FSpan> FSlateFontMeasure::FindSpansOfCharacters(
+	FStringView Text, const FSlateFontInfo& FontInfo, int32 Begin, int32 End) const
+{
+	return { { FindOffsetOfCharacterIndex(Text, FontInfo, Begin), FindOffsetOfCharacterIndex(Text, FontInfo, End) } };
+}
+
+bool FSlateFontMeasure::IsCaretStop(FStringView Text, int32 Index) const
+{
+	constexpr TCHAR FirstLowSurrogate = 0xDC00;
+	constexpr TCHAR LastLowSurrogate = 0xDFFF;
+	const bool bInside = Index > 0 && Index < Text.Len();
+	return !bInside || Text[Index] < FirstLowSurrogate || Text[Index] > LastLowSurrogate;
+}
+
+TArray<int32> FSlateFontMeasure::FindLineBreaks(FStringView Text, const FSlateFontInfo& FontInfo, float WrapWidth) const
+{
+	TArray<int32> Lengths;
+	int32 Begin = 0;
+	while (true)
+	{
+		const FStringView Rest = Text.Mid(Begin, Text.Len() - Begin);
+		const int32 NumFitting = FindLastWholeCharacterIndexBeforeOffset(Rest, FontInfo, WrapWidth);
+		if (NumFitting >= Rest.Len())
+		{
+			Lengths.Add(Rest.Len());
+			return Lengths;
+		}
+		// After the last blank that fits (or that is the first not to fit); inside a word if it has a line for itself.
+		int32 NumTaken = NumFitting;
+		for (int32 Index = FMath::Min(NumFitting, Rest.Len() - 1); Index > 0; --Index)
+		{
+			if (FChar::IsWhitespace(Rest[Index]))
+			{
+				NumTaken = Index + 1;
+				break;
+			}
+		}
+		Lengths.Add(NumTaken);
+		Begin += NumTaken;
+	}
+}
+
 int32 FSlateFontMeasure::FindLastWholeCharacterIndexBeforeOffset(
 	FStringView Text, const FSlateFontInfo& FontInfo, float Width) const
 {

@@ -187,6 +187,12 @@ void SWidget::Prepass(float InLayoutScaleMultiplier)
 		return;
 	}
 	bNeedsPrepass = false;
+	PrepassChildren(InLayoutScaleMultiplier);
+	DesiredSize = ComputeDesiredSize(InLayoutScaleMultiplier);
+}
+
+void SWidget::PrepassChildren(float InLayoutScaleMultiplier)
+{
 	FChildren& Children = *GetChildren();
 	for (int32 Index = 0; Index < Children.Num(); ++Index)
 	{
@@ -196,7 +202,6 @@ void SWidget::Prepass(float InLayoutScaleMultiplier)
 			Child.Prepass(InLayoutScaleMultiplier);
 		}
 	}
-	DesiredSize = ComputeDesiredSize(InLayoutScaleMultiplier);
 }
 
 void SWidget::Invalidate(EInvalidateWidgetReason InvalidateReason)
@@ -213,12 +218,19 @@ void SWidget::Invalidate(EInvalidateWidgetReason InvalidateReason)
 void SWidget::MarkPrepassAsDirty()
 {
 	bNeedsPrepass = true;
+	OnLayoutOutOfDate(nullptr);
 	// Above a widget that is out of date all are, up to one that is collapsed. The parent itself is looked at in any
 	// case: this widget may just have ceased to be collapsed.
-	for (TSharedPtr<SWidget> Parent = GetParentWidget(); Parent.IsValid() && !Parent->bNeedsPrepass;
-		 Parent = Parent->GetParentWidget())
+	SWidget* Child = this;
+	for (TSharedPtr<SWidget> Parent = GetParentWidget(); Parent.IsValid(); Parent = Parent->GetParentWidget())
 	{
+		Parent->OnLayoutOutOfDate(Child);
+		if (Parent->bNeedsPrepass)
+		{
+			return;
+		}
 		Parent->bNeedsPrepass = true;
+		Child = Parent.Get();
 	}
 }
 

@@ -1,5 +1,6 @@
 #include "Widgets/SWindow.h"
 
+#include "GenericPlatform/GenericWindow.h"
 #include "Widgets/Accessibility/SlateCoreAccessibleWidgets.h"
 
 void SWindow::Construct(const FArguments& InArgs)
@@ -46,9 +47,15 @@ void SWindow::Resize(const FVector2D& NewClientSize)
 	Invalidate(EInvalidateWidgetReason::Layout);
 }
 
+float SWindow::GetDPIScaleFactor() const
+{
+	return NativeWindow.IsValid() ? NativeWindow->GetDPIScaleFactor() : 1.0f;
+}
+
 FGeometry SWindow::GetWindowGeometryInScreen() const
 {
-	return FGeometry::MakeRoot(ClientSize, FSlateLayoutTransform(1.0f, ScreenPosition));
+	const float Scale = GetDPIScaleFactor();
+	return FGeometry::MakeRoot(ClientSize / Scale, FSlateLayoutTransform(Scale, ScreenPosition));
 }
 
 TSharedRef<FSlateAccessibleWidget> SWindow::CreateAccessibleWidget()

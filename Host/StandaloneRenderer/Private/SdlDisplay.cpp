@@ -1,9 +1,13 @@
 #include "CairoRenderer.h"
 #include "Framework/Application/SlateApplication.h"
+#include "Framework/Text/TextComposition.h"
 #include "HAL/PlatformApplicationMisc.h"
 #include "HostDisplay.h"
+#include "Misc/CommandLine.h"
+#include "Misc/Parse.h"
 #include "SdlInput.h"
 
+#include <cmath>
 #include <dlfcn.h>
 
 DEFINE_LOG_CATEGORY_STATIC(LogDisplay, Log, All);
@@ -54,6 +58,19 @@ public:
 	FModifierKeysState GetModifierKeys() const override { return FSdlInput::GetModifierKeys(); }
 };
 
+/** Pixels for a Slate unit: as -DPIScale says; or as the first screen asks for, in whole steps. */
+float FindScale()
+{
+	constexpr float OrdinaryDpi = 96.0f;
+	constexpr float LargestScale = 4.0f;
+	float Dpi = 0.0f;
+	FString Wanted;
+	const float Scale = FParse::Value(FCommandLine::Get(), TEXT("-DPIScale="), Wanted) ? FCString::Atof(*Wanted)
+						: SDL_GetDisplayDPI(0, &Dpi, nullptr, nullptr) == 0            ? std::floor(Dpi / OrdinaryDpi)
+																					   : 1.0f;
+	return FMath::Clamp(Scale, 1.0f, LargestScale);
+}
+
 /** A window of SDL, with the pixels that SDL keeps for it. */
 class FSdlWindow final : public IPaintedWindow
 {
@@ -70,6 +87,7 @@ public:
 	}
 	UE_NONCOPYABLE(FSdlWindow)
 
+	virtual float GetDPIScaleFactor() const override { return Scale; }
 	uint32 GetId() const { return SDL_GetWindowID(Handle); }
 	FVector2D GetSize() const
 	{
@@ -114,6 +132,7 @@ public:
 
 private:
 	SDL_Window* const Handle;
+	const float Scale = FindScale();
 	cairo_surface_t* Surface = nullptr;
 };
 
@@ -138,15 +157,19 @@ public:
 
 	TSharedRef<GenericApplication> GetPlatformApplication() override { return Application; }
 
-	void HandleEvents() override
+	bool HandleEvents() override
 	{
 		OpenWindows();
+		bool bAny = false;
 		SDL_Event Event;
 		while (SDL_PollEvent(&Event))
 		{
 			HandleEvent(Event);
+			bAny = true;
 		}
 		ShowCursor();
+		PlaceInputMethod();
+		return bAny;
 	}
 
 	void WaitForEvent(double Seconds) override
@@ -272,6 +295,28 @@ private:
 		}
 	}
 
+	/** The choices of an input method come up below the text cursor. */
+	void PlaceInputMethod()
+	{
+		const FSlateApplication& Slate = FSlateApplication::Get();
+		const ITextCompositionTarget* const Target = Slate.GetTextCompositionTarget();
+		const TSharedPtr<SWindow> Window =
+			Target ? Slate.FindWidgetWindow(Slate.GetKeyboardFocusedWidget().ToSharedRef()) : nullptr;
+		if (!Window.IsValid())
+		{
+			return;
+		}
+		const FSlateRect Cursor = Target->GetCursorRect();
+		const FVector2D Place = Cursor.GetTopLeft() - Window->GetPositionInScreen();
+		const SDL_Rect Rect{ static_cast<int>(Place.X), static_cast<int>(Place.Y), static_cast<int>(Cursor.GetSize().X),
+			static_cast<int>(Cursor.GetSize().Y) };
+		if (!SDL_RectEquals(&Rect, &InputMethodPlace))
+		{
+			InputMethodPlace = Rect;
+			SDL_SetTextInputRect(&Rect);
+		}
+	}
+
 	void ShowCursor()
 	{
 		const SDL_SystemCursor Wanted = ToSdl(FSlateApplication::Get().GetCursorUnderPointer());
@@ -288,6 +333,7 @@ private:
 	const TSharedRef<FSdlApplication> Application = MakeShared<FSdlApplication>();
 	FSdlClipboard Clipboard;
 	FSdlInput Input;
+	SDL_Rect InputMethodPlace{ 0, 0, 0, 0 };
 	TMap<int32, SDL_Cursor*> Cursors;
 	int32 CurrentCursor = SDL_SYSTEM_CURSOR_ARROW;
 };
@@ -299,6 +345,8 @@ TUniquePtr<FHostDisplay> FHostDisplay::Open()
 	SDL_SetHint(SDL_HINT_NO_SIGNAL_HANDLERS, "1");
 	// The pixels are drawn in memory: a way through OpenGL would only take longer, above all to start.
 	SDL_SetHint(SDL_HINT_FRAMEBUFFER_ACCELERATION, "0");
+	SDL_SetHint(SDL_HINT_IME_SHOW_UI, "1");
+	SDL_SetHint(SDL_HINT_IME_SUPPORT_EXTENDED_TEXT, "1");
 	// SDL loads D-Bus for input methods and unloads it again. It is not made for that: what it keeps would be lost.
 	dlopen("libdbus-1.so.3", RTLD_LAZY | RTLD_NODELETE);
 	if (SDL_Init(SDL_INIT_VIDEO) != 0)

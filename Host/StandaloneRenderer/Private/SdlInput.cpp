@@ -124,6 +124,13 @@ void FSdlInput::HandleEvent(
 	case SDL_TEXTINPUT:
 		HandleText(Event.text);
 		break;
+	case SDL_TEXTEDITING:
+		HandleComposition(Event.edit.text, Event.edit.start);
+		break;
+	case SDL_TEXTEDITING_EXT:
+		HandleComposition(Event.editExt.text, Event.editExt.start);
+		SDL_free(Event.editExt.text);
+		break;
 	case SDL_MOUSEBUTTONDOWN:
 	case SDL_MOUSEBUTTONUP:
 		HandleButton(Event.button, Window, WindowPosition);
@@ -161,8 +168,24 @@ void FSdlInput::HandleKey(const SDL_KeyboardEvent& Event)
 	}
 }
 
+void FSdlInput::HandleComposition(const char* Utf8, int32 NumCharactersBeforeCursor)
+{
+	const FString Text(Utf8);
+	// SDL counts characters; beyond the first 65,536 one takes two units.
+	int32 Offset = 0;
+	for (int32 Count = 0; Count < NumCharactersBeforeCursor && Offset < Text.Len(); ++Count)
+	{
+		constexpr TCHAR HighSurrogates = 0xD800;
+		constexpr TCHAR SurrogateMask = 0xFC00;
+		Offset += (Text[Offset] & SurrogateMask) == HighSurrogates ? 2 : 1;
+	}
+	FSlateApplication::Get().ProcessTextComposition(Text, Offset);
+}
+
 void FSdlInput::HandleText(const SDL_TextInputEvent& Event)
 {
+	// Chosen: it is no draft any more.
+	FSlateApplication::Get().ProcessTextComposition(FString(), 0);
 	for (const TCHAR C : FString(Event.text))
 	{
 		FSlateApplication::Get().ProcessKeyCharEvent(FCharacterEvent(C, GetModifierKeys(), 0, false));

@@ -20,6 +20,7 @@ public:
 private:
 	void HandleKey(const SDL_KeyboardEvent& Event);
 	void HandleText(const SDL_TextInputEvent& Event);
+	void HandleComposition(const char* Utf8, int32 NumCharactersBeforeCursor);
 	void HandleButton(const SDL_MouseButtonEvent& Event, const TSharedPtr<class FGenericWindow>& Window,
 		const FVector2D& WindowPosition);
 	void HandleMotion(const SDL_MouseMotionEvent& Event, const FVector2D& WindowPosition);

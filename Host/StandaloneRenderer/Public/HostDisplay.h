@@ -19,8 +19,8 @@ public:
 
 	/** What the Slate application asks about the keyboard. */
 	virtual TSharedRef<GenericApplication> GetPlatformApplication() = 0;
-	/** Opens and closes windows, and passes on what the user has done since the last call. */
-	virtual void HandleEvents() = 0;
+	/** Opens and closes windows, and passes on what the user has done since the last call. @return false: nothing */
+	virtual bool HandleEvents() = 0;
 	/** Sleeps until the user does something, at most so long. */
 	virtual void WaitForEvent(double Seconds) = 0;
 };

@@ -136,8 +136,6 @@ TSharedRef<SWidget> SToolMenuWidget::MakeButton(const FToolMenuEntry& Entry, con
 	// clang-format off
 	return SNew(SButton)
 		.ButtonStyle(&FAppStyle::Get().GetWidgetStyle<FButtonStyle>(bIsColumn ? "Menu.Button" : "SimpleButton"))
-		// With the mouse in a toolbar nobody leaves what is being worked on.
-		.IsFocusable(bIsColumn)
 		.ContentPadding(bIsColumn ? FMargin(6.0f, 3.0f) : FMargin(6.0f, 2.0f))
 		.ToolTipText(Entry.ToolTip)
 		.AccessibleText(Entry.Label)
@@ -285,8 +283,12 @@ FReply SToolMenuWidget::OnSubMenuClicked(int32 Index)
 	if (SubMenus[Index].Anchor->ShouldOpenDueToClick())
 	{
 		OpenSubMenu(Index, false);
+		return FReply::Handled();
 	}
-	return FReply::Handled();
+	// The menu has given the focus back to who had it before; the button does not want it.
+	const TSharedPtr<SWidget> Focused = FSlateApplication::Get().GetKeyboardFocusedWidget();
+	return Focused.IsValid() ? FReply::Handled().SetUserFocus(Focused.ToSharedRef(), EFocusCause::SetDirectly)
+							 : FReply::Handled();
 }
 
 void SToolMenuWidget::OpenSubMenu(int32 Index, bool bByKey)

@@ -5,7 +5,9 @@
 #include "Framework/Commands/UICommandList.h"
 #include "Misc/CoreDelegates.h"
 #include "Widgets/Accessibility/SlateCoreAccessibleWidgets.h"
+#include "Widgets/SBoxPanel.h"
 #include "Widgets/SWindow.h"
+#include "Widgets/Text/SMultiLineEditableText.h"
 
 #include <gtest/gtest.h>
 #include <type_traits>
@@ -197,8 +199,9 @@ TEST_F(FToolMenusTest, OpensTheMenusOfAMenuBarByMouseAndByKeys)
 
 	Root->GetChildAt(1)->AsActivatable()->Activate();
 	App.Tick();
-	ASSERT_EQ(Root->GetNumberOfChildren(), 3) << "what was there before the menu was is in it";
-	Root->GetChildAt(2)->AsActivatable()->Activate();
+	ASSERT_EQ(Root->GetNumberOfChildren(), 3);
+	ASSERT_EQ(Root->GetChildAt(2)->GetNumberOfChildren(), 1) << "what was there before the menu was is in it";
+	Root->GetChildAt(2)->GetChildAt(0)->AsActivatable()->Activate();
 	EXPECT_EQ(NumRuns, 1);
 	EXPECT_FALSE(App.AnyMenusVisible()) << "choosing closes the menu";
 
@@ -209,13 +212,89 @@ TEST_F(FToolMenusTest, OpensTheMenusOfAMenuBarByMouseAndByKeys)
 	};
 	Root->GetChildAt(0)->SetFocus();
 	Press(EKeys::Down);
-	EXPECT_TRUE(Root->GetChildAt(2)->GetWidgetName().Equals(TEXT("Dead")));
+	EXPECT_TRUE(Root->GetChildAt(2)->GetChildAt(0)->GetWidgetName().Equals(TEXT("Dead")));
 	Press(EKeys::Right);
 	ASSERT_EQ(Root->GetNumberOfChildren(), 3);
-	EXPECT_TRUE(Root->GetChildAt(2)->HasFocus());
+	EXPECT_TRUE(Root->GetChildAt(2)->GetChildAt(0)->HasFocus());
 	Press(EKeys::Enter);
 	EXPECT_EQ(NumRuns, 2);
 	EXPECT_TRUE(Root->GetChildAt(0)->HasFocus()) << "where the focus was before";
+}
+
+TEST_F(FToolMenusTest, OpensMenusInMenusAndLeavesThemOneByOne)
+{
+	FToolMenuOwnerScoped OwnerScoped(this);
+	FSlateApplication& App = FSlateApplication::Get();
+	UToolMenu* const Bar = UToolMenus::Get()->RegisterMenu("Test.Deep", NAME_None, EMultiBoxType::MenuBar, false);
+	UToolMenu* const View = Bar->AddSubMenu(FToolMenuOwner(this), NAME_None, "View", INVTEXT("View"));
+	Bar->AddSubMenu(FToolMenuOwner(this), NAME_None, "Help", INVTEXT("Help"));
+	UToolMenu* const Zoom = View->AddSubMenu(FToolMenuOwner(this), "Size", "Zoom", INVTEXT("Zoom"));
+	UToolMenu* const Fine = Zoom->AddSubMenu(FToolMenuOwner(this), "Steps", "Fine", INVTEXT("Fine"));
+	Fine->FindOrAddSection("Only").AddMenuEntryWithCommandList(FMenuCommands::Get().OpenWindow, List);
+	const TSharedRef<SWindow> Window = App.AddWindow(SNew(SWindow));
+	Window->SetContent(UToolMenus::Get()->GenerateWidget("Test.Deep", FToolMenuContext()));
+	App.Tick();
+	const TSharedRef<IAccessibleWidget> Root = FSlateAccessibleWidgetCache::GetAccessibleWidgetChecked(Window);
+	const auto Press = [&App](const FKey& Key) {
+		App.ProcessKeyDownEvent(FKeyEvent(Key, FModifierKeysState(), 0, false, 0, 0));
+		App.ProcessKeyUpEvent(FKeyEvent(Key, FModifierKeysState(), 0, false, 0, 0));
+		App.Tick();
+	};
+	const auto ExpectFocus = [&App](const TCHAR* Name, const char* When) {
+		const TSharedPtr<SWidget> Focused = App.GetKeyboardFocusedWidget();
+		ASSERT_TRUE(Focused.IsValid()) << When;
+		EXPECT_TRUE(Focused->GetAccessibleText().ToString().Equals(Name)) << When;
+	};
+	Root->GetChildAt(0)->SetFocus();
+	Press(EKeys::Down);
+	ExpectFocus(TEXT("Zoom"), "in the first menu");
+	Press(EKeys::Right);
+	ExpectFocus(TEXT("Fine"), "in the menu of the menu");
+	Press(EKeys::Right);
+	ExpectFocus(TEXT("Open"), "one deeper");
+	Press(EKeys::Left);
+	ExpectFocus(TEXT("Fine"), "back");
+	Press(EKeys::Right);
+	Press(EKeys::Escape);
+	ExpectFocus(TEXT("Fine"), "Escape leaves one menu");
+	Press(EKeys::Right);
+	Press(EKeys::Enter);
+	EXPECT_EQ(NumRuns, 1);
+	EXPECT_FALSE(App.AnyMenusVisible()) << "choosing closes all of them";
+	ExpectFocus(TEXT("View"), "where it came from");
+}
+
+TEST_F(FToolMenusTest, GivesTheFocusBackWhenItsButtonIsClickedAgain)
+{
+	FToolMenuOwnerScoped OwnerScoped(this);
+	FSlateApplication& App = FSlateApplication::Get();
+	UToolMenu* const Bar = UToolMenus::Get()->RegisterMenu("Test.Again", NAME_None, EMultiBoxType::MenuBar, false);
+	UToolMenu* const View = Bar->AddSubMenu(FToolMenuOwner(this), NAME_None, "View", INVTEXT("View"));
+	View->FindOrAddSection("Only").AddMenuEntryWithCommandList(FMenuCommands::Get().OpenWindow, List);
+	TSharedPtr<SMultiLineEditableText> Box;
+	const TSharedRef<SWidget> BarWidget = UToolMenus::Get()->GenerateWidget("Test.Again", FToolMenuContext());
+	const TSharedRef<SWindow> Window = App.AddWindow(SNew(SWindow));
+	// clang-format off
+	Window->SetContent(
+		SNew(SVerticalBox)
+		+ SVerticalBox::Slot().AutoHeight()[ BarWidget ]
+		+ SVerticalBox::Slot().AutoHeight()[ SAssignNew(Box, SMultiLineEditableText) ]);
+	// clang-format on
+	App.Tick();
+	App.SetKeyboardFocus(Box);
+	const TSharedPtr<SWidget> Before = App.GetKeyboardFocusedWidget();
+	const auto ClickMenu = [&] {
+		const FPointerEvent Event(0, FVector2D(5.0, 5.0), FVector2D(5.0, 5.0), TSet<FKey>(), EKeys::LeftMouseButton,
+			0.0f, FModifierKeysState());
+		App.ProcessMouseButtonDownEvent(nullptr, Event);
+		App.ProcessMouseButtonUpEvent(Event);
+		App.Tick();
+	};
+	ClickMenu();
+	EXPECT_TRUE(App.AnyMenusVisible());
+	ClickMenu();
+	EXPECT_FALSE(App.AnyMenusVisible());
+	EXPECT_EQ(App.GetKeyboardFocusedWidget(), Before);
 }
 
 // One test in this order: the engine comes up once in a process.

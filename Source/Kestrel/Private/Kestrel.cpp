@@ -150,7 +150,7 @@ TSharedRef<SDockTab> FKestrelModule::OnSpawnPluginTab(const FSpawnTabArgs& Spawn
 	return SNew(SDockTab)
 		.TabRole(ETabRole::NomadTab)
 		[
-			SNew(SKestrelWidget)
+			SNew(SKestrelWidget).AccessibleText(LOCTEXT("Conversation", "Conversation"))
 		];
 	// clang-format on
 }

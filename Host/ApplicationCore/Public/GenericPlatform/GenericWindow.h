@@ -7,4 +7,7 @@ class FGenericWindow
 {
 public:
 	virtual ~FGenericWindow() = default;
+
+	/** How many pixels a Slate unit is wide and high. */
+	virtual float GetDPIScaleFactor() const { return 1.0f; }
 };

@@ -7,6 +7,12 @@
 class FSlateFontMeasure
 {
 public:
+	struct FSpan
+	{
+		float Left;
+		float Right;
+	};
+
 	virtual ~FSlateFontMeasure() = default;
 
 	/** The size of a text in one line. */
@@ -14,7 +20,17 @@ public:
 	/** The height of a line. */
 	virtual float GetMaxCharacterHeight(const FSlateFontInfo& FontInfo) const = 0;
 	/** How many characters of a one-line text lie before HorizontalOffset, counting one from its middle on. */
-	int32 FindCharacterIndexAtOffset(FStringView Text, const FSlateFontInfo& FontInfo, float HorizontalOffset) const;
+	virtual int32 FindCharacterIndexAtOffset(
+		FStringView Text, const FSlateFontInfo& FontInfo, float HorizontalOffset) const;
+	/** Where the cursor stands before a character of a one-line text, or behind the last. */
+	virtual float FindOffsetOfCharacterIndex(FStringView Text, const FSlateFontInfo& FontInfo, int32 Index) const;
+	/** The stretches that characters take: more than one where the text runs in both directions. */
+	virtual TArray<FSpan> FindSpansOfCharacters(
+		FStringView Text, const FSlateFontInfo& FontInfo, int32 Begin, int32 End) const;
+	/** Whether the cursor may stand there: not inside of what is seen as one letter. */
+	virtual bool IsCaretStop(FStringView Text, int32 Index) const;
+	/** The lengths of the lines, at least one, into which a text is broken that has so much width. */
+	virtual TArray<int32> FindLineBreaks(FStringView Text, const FSlateFontInfo& FontInfo, float WrapWidth) const;
 	/** The most characters of Text, at least one, that are no wider than Width. */
 	int32 FindLastWholeCharacterIndexBeforeOffset(FStringView Text, const FSlateFontInfo& FontInfo, float Width) const;
 };

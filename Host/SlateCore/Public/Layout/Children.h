@@ -4,6 +4,9 @@
 #include "Layout/BasicLayoutWidgetSlot.h"
 #include "Layout/ChildrenBase.h"
 #include "SlotBase.h"
+#include "Templates/UnrealTemplate.h"
+
+#include <utility>
 
 /** The one child of a widget such as SBorder, with its padding and alignment. Filling it again replaces the child. */
 class FSingleWidgetChildrenWithBasicLayoutSlot : public FChildren
@@ -66,6 +69,8 @@ public:
 	void AddSlot(typename SlotType::FSlotArguments&& Arguments) { InsertSlot(MoveTemp(Arguments), Slots.Num()); }
 	void InsertSlot(typename SlotType::FSlotArguments&& Arguments, int32 Index)
 	{
+		const TGuardValue<bool> Guard(bChangesOrder, true);
+		FirstChange = FMath::Min(FirstChange, Index);
 		TUniquePtr<SlotType> NewSlot = Arguments.StealSlot();
 		SlotType& Slot = *NewSlot;
 		Slots.Insert(MoveTemp(NewSlot), Index);
@@ -96,13 +101,20 @@ public:
 	}
 	void Empty()
 	{
+		FirstChange = 0;
 		Slots.Empty();
 		NotifyOrderChanged();
 	}
 
+	/** Whether what the owner hears now is that of a slot on its way in, and no change of one that was there. */
+	bool ChangesOrder() const { return bChangesOrder; }
+	/** The first index at which another slot may stand than at the last call; Num() if none does. */
+	int32 TakeFirstChange() { return FMath::Min(std::exchange(FirstChange, MAX_int32), Slots.Num()); }
+
 private:
 	void RemoveAt(int32 Index)
 	{
+		FirstChange = FMath::Min(FirstChange, Index);
 		// The slot is destroyed after it has left the array: that may run a widget's destructor, which may look here.
 		const TUniquePtr<SlotType> Removed = MoveTemp(Slots[Index]);
 		Slots.RemoveAt(Index);
@@ -111,6 +123,8 @@ private:
 	void NotifyOrderChanged();
 
 	TArray<TUniquePtr<SlotType>> Slots;
+	int32 FirstChange = 0;
+	bool bChangesOrder = false;
 };
 
 namespace SlateChildren

@@ -169,6 +169,14 @@ protected:
 		FSlateWindowElementList& OutDrawElements, int32 LayerId, const FWidgetStyle& InWidgetStyle,
 		bool bParentEnabled) const = 0;
 
+	/**
+	 * For a panel that keeps what it has measured: the layout below a child is out of date, or, without a child, that
+	 * of the widget itself. It may come more than once before the next measuring, and for a child that takes no space.
+	 */
+	virtual void OnLayoutOutOfDate(SWidget* Child) {}
+	/** Brings the children's desired sizes up to date, before ComputeDesiredSize. */
+	virtual void PrepassChildren(float InLayoutScaleMultiplier);
+
 	/** Arranges and paints those children that meet MyCullingRect. */
 	int32 PaintChildren(const FPaintArgs& Args, const FGeometry& AllottedGeometry, const FSlateRect& MyCullingRect,
 		FSlateWindowElementList& OutDrawElements, int32 LayerId, const FWidgetStyle& InWidgetStyle,

@@ -57,6 +57,9 @@ public:
 	FVector2D GetPositionInScreen() const { return ScreenPosition; }
 	/** Host: whether the platform chooses the place when it opens the window. */
 	bool IsAutoCentered() const { return bIsAutoCentered; }
+	/** How many pixels a Slate unit is wide and high; 1 without a window of the operating system. */
+	float GetDPIScaleFactor() const;
+	/** Its local space is in Slate units, the absolute one in pixels. */
 	FGeometry GetWindowGeometryInScreen() const;
 
 	/** A minimised window is not painted: nothing in it ticks. */

@@ -15,6 +15,7 @@
 #include "Widget/KestrelInterface.h"
 #include "Widget/SKestrelWidget.h"
 #include "Widgets/Docking/SDockTab.h"
+#include "Widgets/Layout/SScrollBox.h"
 #include "Widgets/SWindow.h"
 #include "Widgets/Text/SMultiLineEditableText.h"
 
@@ -113,6 +114,42 @@ public:
 	TSharedPtr<SKestrelWidget> Widget;
 	TSharedRef<SWindow> Window;
 };
+
+TSharedPtr<SScrollBox> FindScrollBox(const TSharedRef<SWidget>& Widget)
+{
+	if (Widget->GetType() == FName("SScrollBox"))
+	{
+		return StaticCastSharedRef<SScrollBox>(Widget);
+	}
+	FChildren* Children = Widget->GetChildren();
+	TSharedPtr<SScrollBox> Found;
+	for (int32 Index = 0; Index < Children->Num() && !Found.IsValid(); ++Index)
+	{
+		Found = FindScrollBox(Children->GetChildAt(Index));
+	}
+	return Found;
+}
+
+/** Some messages, and the frames in which they find their places. */
+void AddMessages(int32 Count)
+{
+	for (int32 Index = 0; Index < Count; ++Index)
+	{
+		FKestrelInterface::Get().AddOwnStatusMessage(FString::Printf(TEXT("Message %d"), Index));
+	}
+	for (int32 Frame = 0; Frame < 3; ++Frame)
+	{
+		FSlateApplication::Get().Tick();
+	}
+}
+
+void TurnWheel(const SWidget& Over, float Notches)
+{
+	const FGeometry& Geometry = Over.GetCachedGeometry();
+	const FVector2D Place(Geometry.LocalToAbsolute(FVector2D(Geometry.GetLocalSize()) * 0.5));
+	FSlateApplication::Get().ProcessMouseWheelOrGestureEvent(
+		FPointerEvent(0, Place, Place, TSet<FKey>(), EKeys::MouseWheelAxis, Notches, FModifierKeysState()), nullptr);
+}
 
 void Enter(EAgentState State)
 {
@@ -226,6 +263,46 @@ void FKestrelPanelSpec::Define()
 		Panel.Type(TEXT("go on"));
 		Panel.Press(EKeys::Enter, false);
 		TestTrue(TEXT("continued with a prompt"), FAgent::Get().GetAgentState() == EAgentState::Continue);
+	});
+
+	It("stays where the user scrolled, and follows again from the end on", [this]() {
+		const PanelTest::FPanel Panel;
+		const TSharedRef<SScrollBox> Box = PanelTest::FindScrollBox(Panel.Widget.ToSharedRef()).ToSharedRef();
+		const auto IsAtEnd = [&Box]() { return Box->GetScrollOffsetOfEnd() - Box->GetScrollOffset() < 2.0f; };
+		PanelTest::AddMessages(30);
+		TestTrue(TEXT("there is something to scroll"), Box->GetScrollOffsetOfEnd() > 100.0f);
+		TestTrue(TEXT("it follows"), IsAtEnd());
+		PanelTest::TurnWheel(*Box, 3.0f);
+		const float Offset = Box->GetScrollOffset();
+		PanelTest::AddMessages(3);
+		TestEqual(TEXT("it stays"), Box->GetScrollOffset(), Offset);
+		PanelTest::TurnWheel(*Box, -1000.0f);
+		PanelTest::AddMessages(3);
+		TestTrue(TEXT("it follows again"), IsAtEnd());
+		// A block that is being read or copied.
+		FSlateApplication::Get().SetKeyboardFocus(Panel.Texts(true).Last());
+		PanelTest::AddMessages(3);
+		TestFalse(TEXT("it stays with a block that has the focus"), IsAtEnd());
+		FSlateApplication::Get().SetKeyboardFocus(Panel.PromptBox());
+		PanelTest::AddMessages(1);
+		TestTrue(TEXT("it follows after that"), IsAtEnd());
+	});
+
+	It("lets the prompt box grow with its text, up to a limit", [this]() {
+		const PanelTest::FPanel Panel;
+		TArray<double> Heights;
+		for (const int32 NumLines : { 1, 3, 8, 12, 40, 400 })
+		{
+			Panel.Type(*FString::ChrN(NumLines - 1, TEXT('\n')));
+			FSlateApplication::Get().Tick();
+			FSlateApplication::Get().Tick();
+			Heights.Add(Panel.PromptBox()->GetCachedGeometry().GetLocalSize().Y);
+		}
+		TestEqual(TEXT("a few lines have room at once"), Heights[1], Heights[0]);
+		TestTrue(TEXT("it grows"), Heights[2] > Heights[1] && Heights[3] > Heights[2]);
+		TestEqual(TEXT("and no further"), Heights[5], Heights[4]);
+		TestTrue(TEXT("the conversation keeps its part"),
+			PanelTest::FindScrollBox(Panel.Widget.ToSharedRef())->GetCachedGeometry().GetLocalSize().Y > 100.0);
 	});
 
 	It("hides tool names and bold markers, and logs the message whole", [this]() {

@@ -75,6 +75,14 @@ TSharedRef<FSlateStyleSet> FKestrelStyle::Create()
 	Style->Set(
 		"Kestrel.Block.Cancelled", new FSlateRoundedBoxBrush(FLinearColor(0.073f, 0.016f, 0.014f), CornerRadius));
 	Style->Set("Kestrel.Block.Status", new FSlateNoResource());
+	Style->Set("Kestrel.Approval", new FSlateRoundedBoxBrush(FLinearColor(0.028f, 0.028f, 0.028f), CornerRadius,
+									   FLinearColor(0.25f, 0.14f, 0.03f), 1.0f));
+
+	const FLinearColor PromptColor(0.005f, 0.005f, 0.005f);
+	Style->Set("Kestrel.Prompt",
+		new FSlateRoundedBoxBrush(PromptColor, CornerRadius, FLinearColor(0.07f, 0.07f, 0.07f), 1.0f));
+	Style->Set("Kestrel.Prompt.Focused",
+		new FSlateRoundedBoxBrush(PromptColor, CornerRadius, FLinearColor(0.0f, 0.16f, 0.75f), 1.0f));
 	Style->Set("Kestrel.Block.Diff", new FSlateRoundedBoxBrush(FLinearColor(0.012f, 0.012f, 0.012f), CornerRadius));
 	return Style;
 }

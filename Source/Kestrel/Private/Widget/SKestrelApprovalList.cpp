@@ -1,8 +1,8 @@
 #include "Widget/SKestrelApprovalList.h"
 
-#include "Styling/AppStyle.h"
 #include "Styling/CoreStyle.h"
 #include "Styling/SlateTypes.h"
+#include "Widget/KestrelStyle.h"
 #include "Widgets/Input/SButton.h"
 #include "Widgets/Layout/SBorder.h"
 #include "Widgets/Layout/SBox.h"
@@ -84,13 +84,25 @@ void SKestrelApprovalList::Construct(const FArguments& InArgs)
 		.MaxDesiredHeight(KestrelApprovalList::MaxHeight)
 		[
 			SNew(SBorder)
-			.BorderImage(FAppStyle::GetBrush("Brushes.Header"))
+			.BorderImage(FKestrelStyle::Get().GetBrush("Kestrel.Approval"))
 			.Padding(KestrelApprovalList::ColumnGap)
 			[
-				SNew(SScrollBox)
-				+ SScrollBox::Slot()
+				SNew(SVerticalBox)
+				+ SVerticalBox::Slot()
+				.AutoHeight()
+				.Padding(0.0f, 0.0f, 0.0f, KestrelApprovalList::RowGap)
 				[
-					SAssignNew(Rows, SVerticalBox)
+					SNew(STextBlock)
+					.Text(LOCTEXT("Heading", "Waiting for your approval:"))
+				]
+				+ SVerticalBox::Slot()
+				.FillHeight(1.0f)
+				[
+					SNew(SScrollBox)
+					+ SScrollBox::Slot()
+					[
+						SAssignNew(Rows, SVerticalBox)
+					]
 				]
 			]
 		]
@@ -137,6 +149,7 @@ TSharedRef<SWidget> SKestrelApprovalList::MakeRow(const FKestrelToolPreview& Pre
 			.TextStyle(&TextStyle)
 			.IsReadOnly(true)
 			.AutoWrapText(true)
+			.AccessibleText(LOCTEXT("Waiting", "Waits for approval"))
 		]
 		+ SHorizontalBox::Slot()
 		.AutoWidth()

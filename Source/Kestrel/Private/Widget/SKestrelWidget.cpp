@@ -26,6 +26,8 @@ double SKestrelWidget::LastScrollTime = 0.0;
 
 namespace KestrelWidget
 {
+constexpr float PanelPadding = 6.0f;
+constexpr float PartGap = 6.0f;
 constexpr float BlockPadding = 8.0f;
 constexpr float PromptMinHeight = 60.0f;
 constexpr float PromptMaxHeight = 200.0f;
@@ -101,35 +103,37 @@ void SKestrelWidget::Construct(const FArguments& InArgs)
 	// clang-format off
 	ChildSlot
 	[
-		SNew(SVerticalBox)
-		+ SVerticalBox::Slot()
-		.FillHeight(1.0f)
+		SNew(SBorder)
+		.BorderImage(FAppStyle::GetBrush("ToolPanel.GroupBorder"))
+		.Padding(KestrelWidget::PanelPadding)
 		[
-			SNew(SBorder)
-			.BorderImage(FAppStyle::GetBrush("ToolPanel.GroupBorder"))
+			SNew(SVerticalBox)
+			+ SVerticalBox::Slot()
+			.FillHeight(1.0f)
 			[
 				SAssignNew(ScrollBox, SScrollBox)
 				.OnUserScrolled(this, &SKestrelWidget::OnUserScrolled)
 			]
-		]
-		+ SVerticalBox::Slot()
-		.AutoHeight()
-		.Padding(0.0f, 4.0f)
-		[
-			MakePromptBox()
-		]
-		+ SVerticalBox::Slot()
-		.AutoHeight()
-		[
-			SAssignNew(ApprovalList, SKestrelApprovalList)
-			.Visibility(this, &SKestrelWidget::GetApprovalListVisibility)
-			.OnMakeChangeView(this, &SKestrelWidget::MakeChangeView)
-		]
-		+ SVerticalBox::Slot()
-		.AutoHeight()
-		.Padding(0.0f, 4.0f, 0.0f, 0.0f)
-		[
-			MakeButtonRow()
+			+ SVerticalBox::Slot()
+			.AutoHeight()
+			.Padding(0.0f, KestrelWidget::PartGap, 0.0f, 0.0f)
+			[
+				MakePromptBox()
+			]
+			+ SVerticalBox::Slot()
+			.AutoHeight()
+			.Padding(0.0f, KestrelWidget::PartGap, 0.0f, 0.0f)
+			[
+				SAssignNew(ApprovalList, SKestrelApprovalList)
+				.Visibility(this, &SKestrelWidget::GetApprovalListVisibility)
+				.OnMakeChangeView(this, &SKestrelWidget::MakeChangeView)
+			]
+			+ SVerticalBox::Slot()
+			.AutoHeight()
+			.Padding(0.0f, KestrelWidget::PartGap, 0.0f, 0.0f)
+			[
+				MakeButtonRow()
+			]
 		]
 	];
 	// clang-format on
@@ -182,11 +186,17 @@ EActiveTimerReturnType SKestrelWidget::SetFocusPostConstruct(double InCurrentTim
 	return EActiveTimerReturnType::Stop;
 }
 
+const FSlateBrush* SKestrelWidget::GetPromptBrush() const
+{
+	const bool bFocused = PromptBox.IsValid() && PromptBox->HasKeyboardFocus();
+	return FKestrelStyle::Get().GetBrush(bFocused ? FName("Kestrel.Prompt.Focused") : FName("Kestrel.Prompt"));
+}
+
 TSharedRef<SWidget> SKestrelWidget::MakePromptBox()
 {
 	// clang-format off
 	return SNew(SBorder)
-		.BorderImage(FAppStyle::GetBrush("Brushes.Recessed"))
+		.BorderImage(this, &SKestrelWidget::GetPromptBrush)
 		.Padding(KestrelWidget::BlockPadding)
 		[
 			SNew(SBox)
@@ -243,6 +253,7 @@ TSharedRef<SWidget> SKestrelWidget::MakeButtonRow()
 		.Padding(0.0f, 0.0f, 4.0f, 0.0f)
 		[
 			SAssignNew(ApproveButton, SButton)
+			.ButtonStyle(&FAppStyle::Get().GetWidgetStyle<FButtonStyle>("PrimaryButton"))
 			.Text(LOCTEXT("Approve", "Approve"))
 			.ToolTipText(LOCTEXT("ApproveToolTip", "Let the assistant use the tools that it has asked for"))
 			.IsEnabled(this, &SKestrelWidget::IsApproveButtonEnabled)
@@ -295,11 +306,17 @@ void SKestrelWidget::Tick(const FGeometry& AllottedGeometry, const double InCurr
 	{
 		bIsUserScrolling = false;
 	}
-	else if (!bIsUserScrolling)
+	else if (FollowsEnd())
 	{
 		// A wrapped text knows its height a frame late and can leave the view short of the end.
 		ScrollBox->ScrollToEnd();
 	}
+}
+
+bool SKestrelWidget::FollowsEnd() const
+{
+	// With the focus in a block, it is being read or copied.
+	return !bIsUserScrolling && !ScrollBox->HasFocusedDescendants();
 }
 
 void SKestrelWidget::OnUserScrolled(float ScrollOffset)
@@ -348,6 +365,7 @@ SKestrelWidget::FBlock SKestrelWidget::AddBlock(
 		.TextStyle(&TextStyle)
 		.IsReadOnly(true)
 		.AutoWrapText(true)
+		.AccessibleText(LOCTEXT("Message", "Message"))
 	];
 	// clang-format on
 	AddBlockContent(Block.Border.ToSharedRef());
@@ -363,7 +381,7 @@ void SKestrelWidget::AddBlockContent(const TSharedRef<SBorder>& Border)
 		Border
 	];
 	// clang-format on
-	if (!bIsUserScrolling)
+	if (FollowsEnd())
 	{
 		ScrollBox->ScrollToEnd();
 	}

@@ -13,6 +13,7 @@ class SButton;
 class SKestrelApprovalList;
 class SMultiLineEditableText;
 class SScrollBox;
+struct FSlateBrush;
 
 /**
  * The content of the plugin's tab: the conversation as a list of blocks, a prompt box, and the buttons that drive the
@@ -77,6 +78,7 @@ public:
 
 private:
 	TSharedRef<SWidget> MakePromptBox();
+	const FSlateBrush* GetPromptBrush() const;
 	TSharedRef<SWidget> MakeButtonRow();
 	/** One message on the screen. */
 	struct FBlock
@@ -101,6 +103,7 @@ private:
 	TSharedRef<SWidget> MakeChunksView(const TArray<FDiffChunk>& Chunks) const;
 	FReply OnPromptKeyDown(const FGeometry& MyGeometry, const FKeyEvent& InKeyEvent);
 	void OnUserScrolled(float ScrollOffset);
+	bool FollowsEnd() const;
 	/** A click took the focus to its button; the next thing the user does is to type. */
 	FReply HandledWithFocusOnPrompt() const;
 	bool IsPromptEmpty() const;

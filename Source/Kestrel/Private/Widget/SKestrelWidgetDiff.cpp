@@ -86,6 +86,20 @@ FText DescribeHiddenChange()
 	return LOCTEXT("HiddenChange", "The lines differ in letter case or in how they end.");
 }
 
+FText NameOf(EDiffLineType Type)
+{
+	switch (Type)
+	{
+	case EDiffLineType::Added:
+		return LOCTEXT("Added", "Added lines");
+	case EDiffLineType::Removed:
+		return LOCTEXT("Removed", "Removed lines");
+	case EDiffLineType::Unchanged:
+		break;
+	}
+	return LOCTEXT("Unchanged", "Unchanged lines");
+}
+
 /** The number of a line in one of the texts; empty where it does not stand. */
 FString NumberOf(const FDiffLine& Line, bool bOldNumbers)
 {
@@ -160,6 +174,7 @@ TSharedRef<SWidget> SKestrelWidget::CreateDiffContent(const TArray<FDiffChunk>& 
 				.Text(FText::FromString(Text))
 				.TextStyle(&Style)
 				.IsReadOnly(true)
+				.AccessibleText(KestrelDiffView::NameOf(First.Type))
 			];
 			// clang-format on
 		}

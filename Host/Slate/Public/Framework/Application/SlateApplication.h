@@ -12,6 +12,7 @@ class FGenericWindow;
 class FGlobalTabmanager;
 class FMenuStack;
 class FToolTipPresenter;
+class ITextCompositionTarget;
 
 /** A key that no widget has handled. */
 DECLARE_DELEGATE_RetVal_OneParam(FReply, FOnKeyEvent, const FKeyEvent&);
@@ -73,6 +74,10 @@ public:
 	virtual FModifierKeysState GetModifierKeys() const override { return PlatformApplication->GetModifierKeys(); }
 	virtual bool HasMouseCapture(const TSharedRef<const SWidget>& Widget) const override;
 	virtual bool IsWidgetHovered(const SWidget& Widget) const override;
+	/** For a widget that has just received the focus and keeps it. */
+	void SetTextCompositionTarget(const TSharedRef<SWidget>& Owner, ITextCompositionTarget& Target);
+	/** Null unless its widget has the focus. */
+	ITextCompositionTarget* GetTextCompositionTarget() const;
 	/** What the pointer should look like where it last was. */
 	EMouseCursor::Type GetCursorUnderPointer() const;
 
@@ -81,6 +86,8 @@ public:
 	bool ProcessKeyUpEvent(const FKeyEvent& InKeyEvent);
 	/** Typed characters, which come after the key press: also control characters such as 8 for backspace. */
 	bool ProcessKeyCharEvent(const FCharacterEvent& InCharacterEvent);
+	/** What an input method composes, see ITextCompositionTarget. */
+	bool ProcessTextComposition(const FString& Text, int32 CursorOffset);
 	bool ProcessMouseButtonDownEvent(
 		const TSharedPtr<FGenericWindow>& PlatformWindow, const FPointerEvent& InMouseEvent);
 	bool ProcessMouseButtonUpEvent(const FPointerEvent& InMouseEvent);
@@ -138,6 +145,8 @@ private:
 	TWeakPtr<SWidget> MouseCaptor;
 	TArray<TWeakPtr<SWidget>> HoverPath;
 	FVector2D PointerPosition = FVector2D(0.0, 0.0);
+	TWeakPtr<SWidget> CompositionOwner;
+	ITextCompositionTarget* CompositionTarget = nullptr; // alive as long as its owner
 	FOnKeyEvent UnhandledKeyDownHandler;
 	FOnKeyEvent UnhandledKeyUpHandler;
 	const TUniquePtr<FMenuStack> MenuStack;

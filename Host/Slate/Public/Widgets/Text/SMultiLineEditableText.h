@@ -2,6 +2,7 @@
 
 #include "CoreMinimal.h"
 #include "Framework/SlateDelegates.h"
+#include "Framework/Text/TextComposition.h"
 #include "Framework/Text/TextHistory.h"
 #include "Framework/Text/TextLayout.h"
 #include "Framework/Text/WrappedText.h"
@@ -16,7 +17,7 @@
  * Each key is offered to OnKeyDownHandler first. While the text can be edited it takes Enter itself, so no parent sees
  * that key; a read-only text lets it pass. Its colour comes from the style, or from the parents' foreground.
  */
-class SMultiLineEditableText : public SWidget
+class SMultiLineEditableText : public SWidget, public ITextCompositionTarget
 {
 public:
 	SLATE_BEGIN_ARGS(SMultiLineEditableText)
@@ -77,6 +78,9 @@ public:
 	bool AnyTextSelected() const { return !(SelectionAnchor == Cursor); }
 	/** Asks a bound text anew. */
 	void Refresh();
+
+	virtual void SetComposition(const FString& Text, int32 CursorOffset) override;
+	virtual FSlateRect GetCursorRect() const override;
 
 	virtual bool SupportsKeyboardFocus() const override { return true; }
 	virtual FReply OnFocusReceived(const FGeometry& MyGeometry, const FFocusEvent& InFocusEvent) override;
@@ -139,6 +143,9 @@ private:
 	void InvalidateText();
 	bool RefreshBoundText();
 
+	/** Before anything else happens to the text: what was composed, but not chosen, is no part of it. */
+	void EndComposition() { SetComposition(FString(), 0); }
+	bool IsComposing() const { return CompositionLength > 0; }
 	FTextLocation GetLocationBefore(const FTextLocation& Location) const;
 	FTextLocation GetLocationAfter(const FTextLocation& Location) const;
 	FTextLocation GetWordStart(FTextLocation Location) const;
@@ -157,6 +164,7 @@ private:
 	const FWrappedText& GetLayout() const;
 	void KeepCursorInView();
 	float GetLongestScrollOffset() const;
+	FStringView GetShownText(const FWrappedText::FLine& Line) const;
 	/** The horizontal place of an offset within a shown line, in Slate units. */
 	float GetCursorX(const FWrappedText::FLine& Line, int32 Offset) const;
 	int32 PaintText(const FGeometry& AllottedGeometry, const FSlateRect& MyCullingRect,
@@ -186,6 +194,8 @@ private:
 	TArray<FString> Lines; // at least one
 	FTextLocation Cursor;
 	FTextLocation SelectionAnchor; // where the selection began; the cursor itself when nothing is selected
+	FTextLocation CompositionBegin;
+	int32 CompositionLength = 0;                  // 0 unless an input method is composing
 	FVector2D AllottedSize = FVector2D(0.0, 0.0); // when last painted
 	float ScrollOffset = 0.0f;
 	float SidewaysOffset = 0.0f; // of a single line

@@ -1,0 +1,69 @@
+#include "SdlInput.h"
+#include "Framework/Application/SlateApplication.h"
+#include "GenericPlatform/GenericWindow.h"
+#include "Widgets/SWindow.h"
+#include "Widgets/Text/SMultiLineEditableText.h"
+
+#include <gtest/gtest.h>
+
+/** SDL's events as an input method sends them; SDL itself is not started. */
+class FSdlInputTest : public testing::Test
+{
+protected:
+	FSdlInputTest()
+	{
+		FSlateApplication::Create();
+		const TSharedRef<SWindow> Window = FSlateApplication::Get().AddWindow(SNew(SWindow));
+		Window->SetContent(SAssignNew(Text, SMultiLineEditableText).Text(INVTEXT("<>")));
+		FSlateApplication::Get().Tick();
+		FSlateApplication::Get().SetKeyboardFocus(Text);
+		Text->GoTo(FTextLocation(0, 1));
+	}
+	virtual ~FSdlInputTest() override
+	{
+		Text.Reset();
+		FSlateApplication::Shutdown();
+	}
+
+	template <size_t Size>
+	static void Copy(const char* From, char (&To)[Size])
+	{
+		SDL_strlcpy(To, From, Size);
+	}
+	void Compose(const char* Draft, int32 NumCharactersBeforeCursor)
+	{
+		SDL_Event Event{};
+		Event.type = SDL_TEXTEDITING;
+		Event.edit.start = NumCharactersBeforeCursor;
+		Copy(Draft, Event.edit.text);
+		Input.HandleEvent(Event, nullptr, FVector2D(0.0, 0.0));
+	}
+	void Choose(const char* Chosen)
+	{
+		SDL_Event Event{};
+		Event.type = SDL_TEXTINPUT;
+		Copy(Chosen, Event.text.text);
+		Input.HandleEvent(Event, nullptr, FVector2D(0.0, 0.0));
+	}
+	void ExpectText(const TCHAR* Expected, int32 Cursor) const
+	{
+		EXPECT_TRUE(Text->GetPlainText().ToString().Equals(Expected));
+		EXPECT_EQ(Text->GetCursorLocation().GetOffset(), Cursor);
+	}
+
+	FSdlInput Input;
+	TSharedPtr<SMultiLineEditableText> Text;
+};
+
+TEST_F(FSdlInputTest, ShowsDraftsAndTypesWhatIsChosen)
+{
+	Compose("mori", 4);
+	ExpectText(TEXT("<mori>"), 5);
+	Compose("\U0001F426\u68EE", 1);
+	ExpectText(TEXT("<\U0001F426\u68EE>"), 3);
+	Choose("\u68EE\U0001F426");
+	ExpectText(TEXT("<\u68EE\U0001F426>"), 4);
+	Compose("x", 1);
+	Compose("", 0);
+	ExpectText(TEXT("<\u68EE\U0001F426>"), 4);
+}
