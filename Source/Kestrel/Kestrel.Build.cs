@@ -18,6 +18,9 @@ public class Kestrel : ModuleRules
 		{
 			"ApplicationCore",
 			"AssetRegistry",
+			"AssetTools",
+			"BlueprintGraph",
+			"Engine",
 			"HTTP",
 			"InputCore",
 			"Json",
@@ -28,6 +31,7 @@ public class Kestrel : ModuleRules
 			"SlateCore",
 			"SourceControl",
 			"ToolMenus",
+			"UnrealEd",
 		});
 
 		// Host and stage path of the production service, without scheme and trailing slash.

@@ -18,23 +18,15 @@ DEFINE_LOG_CATEGORY_STATIC(LogAssetTools, Log, All);
 
 namespace AssetToolsImpl
 {
-// What a name of an object must not have in it, since paths are made of them.
-const FStringView InvalidCharacters = TEXT("\"' ,\n\r\t.:/\\|&!~@#(){}[]=;^%$`*?<>");
-
 FString GetReasonAgainst(const FString& AssetName)
 {
 	if (AssetName.IsEmpty() || AssetName.Len() >= NAME_SIZE)
 	{
 		return TEXT("the name is empty or too long");
 	}
-	for (const TCHAR C : AssetName)
-	{
-		if (InvalidCharacters.Contains(FStringView(&C, 1)))
-		{
-			return FString::Printf(TEXT("the name has the character '%s' in it"), *FString::Chr(C));
-		}
-	}
-	return FString();
+	const bool bValid = FName::IsValidXName(AssetName, INVALID_OBJECTNAME_CHARACTERS) &&
+						FName::IsValidXName(AssetName, INVALID_LONGPACKAGE_CHARACTERS);
+	return bValid ? FString() : FString(TEXT("the name has a character in it that names must not have"));
 }
 
 /** Without doubled slashes and without one at the end. */

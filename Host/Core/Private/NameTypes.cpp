@@ -184,6 +184,18 @@ bool StartsWithSmallWord(FStringView Text)
 }
 }
 
+bool FName::IsValidXName(const FString& InName, const FString& InInvalidChars)
+{
+	for (const TCHAR C : InName)
+	{
+		if (FStringView(InInvalidChars).Contains(FStringView(&C, 1)))
+		{
+			return false;
+		}
+	}
+	return true;
+}
+
 FString FName::NameToDisplayString(const FString& InDisplayName, const bool bIsBool)
 {
 	FStringView Name(InDisplayName);

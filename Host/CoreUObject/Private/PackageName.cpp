@@ -17,7 +17,6 @@ struct FMountPoint
 int32 NumRegistrations = 0;
 
 // What must not stand in a package's name, besides a double slash; the names of files allow no more.
-const TCHAR* const InvalidCharacters = TEXT("\\:*?\"<>|' ,.&!~\n\r\t@#");
 constexpr int32 ShortestName = 4; // "/G/a"
 
 TArray<FMountPoint>& GetRegistered()
@@ -77,7 +76,7 @@ bool HasInvalidCharacter(const FString& Name, TCHAR& OutCharacter)
 {
 	for (const TCHAR C : Name)
 	{
-		if (FStringView(InvalidCharacters).Contains(FStringView(&C, 1)))
+		if (FStringView(INVALID_LONGPACKAGE_CHARACTERS).Contains(FStringView(&C, 1)))
 		{
 			OutCharacter = C;
 			return true;

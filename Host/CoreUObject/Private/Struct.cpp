@@ -124,10 +124,11 @@ void UStruct::DestroyChildProperties()
 
 void UStruct::StaticLink(bool bRelinkExistingProperties)
 {
+	const UStruct* const InheritanceSuper = GetInheritanceSuper();
 	if (!bNativeLayout)
 	{
-		PropertiesSize = SuperStruct ? SuperStruct->PropertiesSize : 0;
-		MinAlignment = SuperStruct ? SuperStruct->MinAlignment : 1;
+		PropertiesSize = InheritanceSuper ? InheritanceSuper->PropertiesSize : 0;
+		MinAlignment = InheritanceSuper ? InheritanceSuper->MinAlignment : 1;
 	}
 	FProperty** Link = &PropertyLink;
 	for (TFieldIterator<FProperty> It(this, EFieldIterationFlags::None); It; ++It)
@@ -142,7 +143,7 @@ void UStruct::StaticLink(bool bRelinkExistingProperties)
 		*Link = *It;
 		Link = &It->PropertyLinkNext;
 	}
-	*Link = SuperStruct ? SuperStruct->PropertyLink : nullptr;
+	*Link = InheritanceSuper ? InheritanceSuper->PropertyLink : nullptr;
 }
 
 void UStruct::InitializeStruct(void* Dest, int32 Count) const

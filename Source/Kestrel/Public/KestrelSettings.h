@@ -77,6 +77,11 @@ public:
 	UPROPERTY()
 	uint8 ModeFlag = 1;
 
+	/** What of a Blueprint the service is told. */
+	UPROPERTY()
+	EKestrelBlueprintContentFilter BlueprintContentFilter =
+		EKestrelBlueprintContentFilter::UseOnlyBlueprintVisibleContent;
+
 	/** Lets the agent run the tools of an answer without asking. */
 	UPROPERTY()
 	bool bAutoApprove = false;

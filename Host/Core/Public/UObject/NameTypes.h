@@ -16,6 +16,11 @@ enum EName
 #define NAME_NO_NUMBER_INTERNAL 0
 #define NAME_SIZE 1024
 
+// What names must not have in them: any name, the name of an object, the name of a package.
+#define INVALID_NAME_CHARACTERS TEXT("\"' ,\n\r\t")
+#define INVALID_OBJECTNAME_CHARACTERS TEXT("\"' ,/.:|&!~\n\r\t@#(){}[]=;^%$`")
+#define INVALID_LONGPACKAGE_CHARACTERS TEXT("\\:*?\"<>|' ,.&!~\n\r\t@#")
+
 /**
  * A word of a process-wide table. Comparing two is comparing numbers; letter case does not count, but each name keeps
  * the case it was made with. A trailing "_7" (no leading zero) is kept as a number.
@@ -51,6 +56,8 @@ public:
 	FString GetPlainNameString() const;
 	/** A variable's or function's name as a person reads it: "bIsOn" of a bool is "Is On", "UseInMap" "Use in Map". */
 	static FString NameToDisplayString(const FString& InDisplayName, const bool bIsBool);
+	/** Whether the text has none of the characters. Nothing is said about its length. */
+	static bool IsValidXName(const FString& InName, const FString& InInvalidChars);
 	int32 GetNumber() const { return Number; }
 	void SetNumber(int32 NewNumber) { Number = NewNumber; }
 	uint32 GetComparisonIndex() const { return Comparison; }

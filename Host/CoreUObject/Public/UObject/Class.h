@@ -71,6 +71,8 @@ public:
 	~UStruct() override;
 
 	UStruct* GetSuperStruct() const { return SuperStruct; }
+	/** Whose properties the struct has, too. Null for a function, whatever it overrides. */
+	virtual UStruct* GetInheritanceSuper() const { return GetSuperStruct(); }
 	virtual void SetSuperStruct(UStruct* NewSuperStruct) { SuperStruct = NewSuperStruct; }
 	/** True for the struct itself too. */
 	bool IsChildOf(const UStruct* SomeBase) const;
@@ -305,6 +307,7 @@ public:
 	}
 	/** Null for a function that returns nothing. */
 	FProperty* GetReturnProperty() const;
+	UStruct* GetInheritanceSuper() const override { return nullptr; }
 	UFunction* GetSuperFunction() const { return static_cast<UFunction*>(GetSuperStruct()); }
 	/** Runs the native function; one without a body does nothing. */
 	void Invoke(UObject* Object, void* Parms) const;

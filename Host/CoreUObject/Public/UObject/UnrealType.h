@@ -963,7 +963,7 @@ private:
 			Class = nullptr;
 			NextInterface = 0;
 		}
-		Struct = EnumHasAnyFlags(Flags, EFieldIterationFlags::IncludeSuper) ? Struct->GetSuperStruct() : nullptr;
+		Struct = EnumHasAnyFlags(Flags, EFieldIterationFlags::IncludeSuper) ? Struct->GetInheritanceSuper() : nullptr;
 	}
 
 	const UStruct* Struct;

@@ -97,6 +97,10 @@ const FAgent::FTool* FAgent::FindTool(const FString& Name)
 		{ KestrelToolNames::DeleteCpp, &FAgent::UseDeleteCPPTool },
 		{ KestrelToolNames::ReadFile, &FAgent::UseReadTool },
 		{ KestrelToolNames::GetFileSystemTree, &FAgent::UseGetFileSystemTool },
+		{ KestrelToolNames::CreateBlueprint, &FAgent::UseCreateBlueprintTool },
+		{ KestrelToolNames::ReadBlueprint, &FAgent::UseReadBlueprintTool },
+		{ KestrelToolNames::ReadBehaviorTree, &FAgent::UseReadBehaviorTreeTool },
+		{ KestrelToolNames::SaveAndCompileBlueprints, &FAgent::UseSaveAndCompileAllDirtyBlueprintsTool },
 		{ KestrelToolNames::FindReference, &FAgent::UseFindReferenceInAllFilesTool },
 	};
 	for (const FTool& Tool : Tools)

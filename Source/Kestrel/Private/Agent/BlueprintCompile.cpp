@@ -39,7 +39,7 @@ bool CanCreate(const FString& PackagePath, const FString& Name, const UClass& Pa
 	const FString PackageName = PackagePath / Name;
 	const bool bPossible = KestrelBlueprintDocument::CanBeName(Name) &&
 						   KestrelBlueprintDocument::CanBeName(PackageName + TEXT(".") + Name) &&
-						   FName(*Name).IsValidObjectName(FText::GetEmpty()) &&
+						   FName::IsValidXName(Name, INVALID_OBJECTNAME_CHARACTERS) &&
 						   FPackageName::IsValidLongPackageName(PackageName);
 	if (!bPossible || !FKismetEditorUtilities::CanCreateBlueprintOfClass(&ParentClass))
 	{
@@ -158,6 +158,7 @@ FString FKestrelBlueprintUtils::SaveAndCompileAllDirtyBlueprints()
 		.GetAssetsByClass(UBlueprint::StaticClass()->GetClassPathName(), Assets);
 	FScopedSlowTask Progress(
 		static_cast<float>(Assets.Num()), LOCTEXT("SavingBlueprints", "Saving and compiling Blueprints..."));
+	Progress.MakeDialogDelayed(1.0f); // seconds
 	TArray<TSharedPtr<FJsonValue>> Results;
 	bool bAllWorked = true;
 	for (const FAssetData& Asset : Assets)

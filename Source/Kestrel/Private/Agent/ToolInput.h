@@ -19,6 +19,10 @@ inline const TCHAR* const DeleteFile = TEXT("delete_file");
 inline const TCHAR* const DeleteCpp = TEXT("delete_cpp_file");
 inline const TCHAR* const ReadFile = TEXT("read_file");
 inline const TCHAR* const GetFileSystemTree = TEXT("get_filesystem_tree");
+inline const TCHAR* const CreateBlueprint = TEXT("create_blueprint");
+inline const TCHAR* const ReadBlueprint = TEXT("read_blueprint");
+inline const TCHAR* const ReadBehaviorTree = TEXT("read_behavior_tree");
+inline const TCHAR* const SaveAndCompileBlueprints = TEXT("save_and_compile_all_dirty_blueprints");
 inline const TCHAR* const FindReference = TEXT("find_reference_in_all_files");
 }
 

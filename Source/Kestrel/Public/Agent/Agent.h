@@ -140,6 +140,10 @@ private:
 	FString UseDeleteCPPTool(const FString& Id, const FJsonObject& Input);
 	FString UseReadTool(const FString& Id, const FJsonObject& Input);
 	FString UseGetFileSystemTool(const FString& Id, const FJsonObject& Input);
+	FString UseCreateBlueprintTool(const FString& Id, const FJsonObject& Input);
+	FString UseReadBlueprintTool(const FString& Id, const FJsonObject& Input);
+	FString UseReadBehaviorTreeTool(const FString& Id, const FJsonObject& Input);
+	FString UseSaveAndCompileAllDirtyBlueprintsTool(const FString& Id, const FJsonObject& Input);
 	FString UseFindReferenceInAllFilesTool(const FString& Id, const FJsonObject& Input);
 
 	EAgentState State = EAgentState::None;
