@@ -17,6 +17,7 @@ public class Kestrel : ModuleRules
 		PrivateDependencyModuleNames.AddRange(new string[]
 		{
 			"ApplicationCore",
+			"AIModule",
 			"AssetRegistry",
 			"AssetTools",
 			"BlueprintGraph",
