@@ -18,6 +18,9 @@ const char* const Help = "I work without a model here and understand a few reque
 						 "  - insert \"; a remark\" at line 1 of Config/DefaultGame.ini\n"
 						 "  - delete Docs/Plan.md\n"
 						 "  - compile\n"
+						 "  - read blueprint BP_Warden (or: show the variables of blueprint BP_Warden)\n"
+						 "  - create blueprint BP_Gate from Actor in /Game/Doors, save all\n"
+						 "  - read behavior tree BT_Warden\n"
 						 "  - run python: import unreal; unreal.log(unreal.Paths.project_dir())\n"
 						 "  - finish";
 
@@ -79,6 +82,18 @@ const ToolUse ToolUses[] = {
 		[](const PlainRequest& Request) -> Json {
 			return { { "reference_string", Request.Text } };
 		} },
+	{ PlainRequest::Kind::ReadBlueprint, "read_blueprint", "read the Blueprint %p",
+		[](const PlainRequest& Request) -> Json {
+			return { { "blueprint_name", Request.Path }, { "data_subset", Request.Text } };
+		} },
+	{ PlainRequest::Kind::CreateBlueprint, "create_blueprint", "create the Blueprint %p",
+		[](const PlainRequest& Request) -> Json {
+			return { { "BPPath", Request.Text }, { "BPName", Request.Path }, { "BPParentClassName", Request.OldText } };
+		} },
+	{ PlainRequest::Kind::SaveBlueprints, "save_and_compile_all_dirty_blueprints",
+		"save and compile every changed Blueprint", [](const PlainRequest&) { return Json::object(); } },
+	{ PlainRequest::Kind::ReadBehaviorTree, "read_behavior_tree", "read the behavior tree %p",
+		[](const PlainRequest& Request) -> Json { return { { "behavior_tree_name", Request.Path } }; } },
 	{ PlainRequest::Kind::Finish, "finish", "finish", [](const PlainRequest&) { return Json::object(); } },
 };
 

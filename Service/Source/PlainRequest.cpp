@@ -269,6 +269,56 @@ std::vector<PlainRequest> UnderstandFind(const std::vector<Word>& Words, const s
 	return {};
 }
 
+/** The first of the words that names a part of a Blueprint, as the tool calls it. */
+std::string FindSection(const std::vector<Word>& Words)
+{
+	for (const char* Section : { "Variables", "Functions", "Components", "Interfaces", "Graphs" })
+	{
+		const std::string Lower = ToLower(Section);
+		if (HasAny(Words, { Lower.c_str() }))
+		{
+			return Section;
+		}
+	}
+	return "All";
+}
+
+const Word* NameAfter(const std::vector<Word>& Words, std::initializer_list<const char*> Choices)
+{
+	const Word* const Name = WordAfter(Words, Choices);
+	return Name && IsOneOf(*Name, { "called", "named" }) ? WordAfter(Words, { "called", "named" }) : Name;
+}
+
+/** What is said about Blueprints and behavior trees; nothing when neither is. */
+std::vector<PlainRequest> UnderstandAsset(const std::vector<Word>& Words)
+{
+	if (HasAny(Words, { "save" }) && HasAny(Words, { "all", "blueprints", "everything" }))
+	{
+		return { { PlainRequest::Kind::SaveBlueprints, "", {}, {}, "", "" } };
+	}
+	const Word* const Tree = HasAny(Words, { "behavior", "behaviour" }) ? NameAfter(Words, { "tree" }) : nullptr;
+	if (Tree)
+	{
+		return { { PlainRequest::Kind::ReadBehaviorTree, Tree->Text, {}, {}, "", "" } };
+	}
+	const Word* const Name = NameAfter(Words, { "blueprint" });
+	if (!Name)
+	{
+		return {};
+	}
+	if (HasAny(Words, { "create", "make" }))
+	{
+		const Word* const Parent = WordAfter(Words, { "from", "of" });
+		const Word* const Folder = WordAfter(Words, { "in" });
+		return { { PlainRequest::Kind::CreateBlueprint, Name->Text, {}, {}, Parent ? Parent->Text : "Actor",
+			Folder ? Folder->Text : "/Game" } };
+	}
+	const bool bRead = HasAny(Words, { "read", "show", "open", "print", "display", "see", "look", "describe" });
+	return bRead ? std::vector<PlainRequest>{ { PlainRequest::Kind::ReadBlueprint, Name->Text, {}, {}, "",
+					   FindSection(Words) } }
+				 : std::vector<PlainRequest>{};
+}
+
 /** A word that says by itself what is wanted. */
 struct Verb
 {
@@ -322,6 +372,10 @@ std::vector<PlainRequest> UnderstandPlainRequests(const std::string& Text)
 {
 	const std::string Prompt = Text.substr(0, MaxPromptBytes);
 	const std::vector<Word> Words = SplitWords(Prompt);
+	if (const std::vector<PlainRequest> Assets = UnderstandAsset(Words); !Assets.empty())
+	{
+		return Assets;
+	}
 	for (const Verb& Each : Verbs)
 	{
 		if (!Words.empty() && IsFirstVerb(Words, Each))

@@ -18,21 +18,27 @@ struct PlainRequest
 		RunPython,
 		Compile,
 		FindText,
+		ReadBlueprint,
+		CreateBlueprint,
+		SaveBlueprints,
+		ReadBehaviorTree,
 		Finish,
 	};
 
 	Kind What = Kind::Finish;
-	std::string Path;             // of a file, or of a folder ("" is the project itself)
+	std::string Path;             // of a file, or of a folder ("" is the project itself); or an asset's name
 	std::optional<int> FirstLine; // of a text to read; or the line that an inserted text becomes
 	std::optional<int> LastLine;  // -1 is the last line of the file
-	std::string OldText;          // to be replaced
-	std::string Text;             // new text, the script, or what is looked for
+	std::string OldText;          // to be replaced; or the class that a Blueprint is made from
+	std::string Text;             // new text, the script, what is looked for; a Blueprint's section or folder
 };
 
 /**
  * Understands "read FILE", "show lines 5-12 of FILE", "read FILE lines 5 to 12", "read A.h and B.h",
  * "list the files in FOLDER", "show the tree", "create FILE with TEXT", "replace OLD with NEW in FILE",
- * "insert TEXT at line 3 of FILE", "delete FILE", "run python SCRIPT", "compile", "find TEXT", "finish". Letter case
+ * "insert TEXT at line 3 of FILE", "delete FILE", "run python SCRIPT", "compile", "find TEXT", "read blueprint NAME", "show the
+ * variables of blueprint NAME", "create blueprint NAME from CLASS in /Game/FOLDER", "save all", "read behavior tree NAME",
+ * "finish". Letter case
  * does not count outside paths and texts. What has blanks stands in quotes; \n, \t and \" mean what they mean in C. A
  * script is all that follows, or stands in a block between lines of three backquotes.
  *

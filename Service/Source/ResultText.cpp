@@ -1,5 +1,7 @@
 #include "ResultText.h"
 
+#include "BlueprintText.h"
+
 #include <algorithm>
 #include <sstream>
 
@@ -175,6 +177,14 @@ std::string DescribeSuccess(const PlainRequest& Request, const std::string& Cont
 		return DescribeScript(Content);
 	case PlainRequest::Kind::FindText:
 		return DescribeReferences(Request, Content);
+	case PlainRequest::Kind::ReadBlueprint:
+		return DescribeBlueprint(Content);
+	case PlainRequest::Kind::ReadBehaviorTree:
+		return DescribeBehaviorTree(Content);
+	case PlainRequest::Kind::SaveBlueprints:
+		return DescribeSavedBlueprints(Content);
+	case PlainRequest::Kind::CreateBlueprint:
+		return Content;
 	case PlainRequest::Kind::Compile:
 		return "The game is built.";
 	case PlainRequest::Kind::Finish:

@@ -77,6 +77,11 @@ TEST_F(OfflineResponderTest, GivesEachToolItsInput)
 		{ "find x", "find_reference_in_all_files", R"({"reference_string":"x"})" },
 		{ "run python: x", "execute_unreal_engine_api_python_script", R"({"code":"x"})" },
 		{ "compile", "compile", "{}" },
+		{ "read blueprint BP_A", "read_blueprint", R"({"blueprint_name":"BP_A","data_subset":"All"})" },
+		{ "create a blueprint called BP_A from Pawn in /Game/B", "create_blueprint",
+			R"({"BPPath":"/Game/B","BPName":"BP_A","BPParentClassName":"Pawn"})" },
+		{ "save all", "save_and_compile_all_dirty_blueprints", "{}" },
+		{ "read behavior tree BT_A", "read_behavior_tree", R"({"behavior_tree_name":"BT_A"})" },
 	};
 	for (const auto& Case : Cases)
 	{

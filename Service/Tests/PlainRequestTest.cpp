@@ -43,6 +43,18 @@ std::string Describe(const std::string& Text)
 		case PlainRequest::Kind::FindText:
 			Result += "? [" + Request.Text + "]";
 			break;
+		case PlainRequest::Kind::ReadBlueprint:
+			Result += "RB " + Request.Path + " " + Request.Text;
+			break;
+		case PlainRequest::Kind::CreateBlueprint:
+			Result += "CB " + Request.Path + " " + Request.OldText + " " + Request.Text;
+			break;
+		case PlainRequest::Kind::SaveBlueprints:
+			Result += "SB";
+			break;
+		case PlainRequest::Kind::ReadBehaviorTree:
+			Result += "RT " + Request.Path;
+			break;
 		case PlainRequest::Kind::Finish:
 			Result += "F";
 			break;
@@ -74,6 +86,12 @@ TEST(PlainRequestTest, UnderstandsShortRequests)
 		{ "which files are in the project?", "L " },
 		{ "show the tree of Source/Game", "L Source/Game" },
 		{ "finish", "F" },
+		{ "read blueprint BP_Gate", "RB BP_Gate All" },
+		{ "Show the VARIABLES of blueprint BP_Gate.", "RB BP_Gate Variables" },
+		{ "create blueprint BP_Gate", "CB BP_Gate Actor /Game" },
+		{ "create a blueprint named BP_Gate from Pawn in /Game/Doors", "CB BP_Gate Pawn /Game/Doors" },
+		{ "save and compile all blueprints", "SB" },
+		{ "read behaviour tree BT_Gate", "RT BT_Gate" },
 		{ "create Docs/A.md with \"# One\\n\\ttwo \\\"three\\\"\"", "C Docs/A.md [# One\n\ttwo \"three\"]" },
 		{ "please create a file Docs/A.md", "C Docs/A.md []" },
 		{ "replace foo with bar in A.h", "X A.h [foo] [bar]" },

@@ -18,6 +18,7 @@ public class Kestrel : ModuleRules
 		{
 			"AIModule",
 			"ApplicationCore",
+			"AIModule",
 			"AssetRegistry",
 			"AssetTools",
 			"BlueprintGraph",

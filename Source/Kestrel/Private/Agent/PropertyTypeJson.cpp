@@ -3,6 +3,7 @@
 #include "Dom/JsonObject.h"
 #include "EdGraph/EdGraphPin.h"
 #include "EdGraphSchema_K2.h"
+#include "Templates/Casts.h"
 #include "UObject/Class.h"
 #include "UObject/Interface.h"
 
@@ -24,7 +25,7 @@ struct FKind
 {
 	const TCHAR* Name;
 	FName Category;
-	FName SubCategory;
+	FName SubCategory = NAME_None;
 	ENeeds Needs = ENeeds::Nothing;
 };
 

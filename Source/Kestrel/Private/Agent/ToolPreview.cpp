@@ -180,6 +180,29 @@ void PreviewSearch(const FJsonObject& Input, FFiles& Files, FKestrelToolPreview&
 	Preview.Target = GetField(Input, TEXT("reference_string"));
 }
 
+void PreviewReadBlueprint(const FJsonObject& Input, FFiles& Files, FKestrelToolPreview& Preview)
+{
+	Preview.Kind = EKestrelToolKind::ReadBlueprint;
+	Preview.Target = GetField(Input, TEXT("blueprint_name"));
+}
+
+void PreviewReadBehaviorTree(const FJsonObject& Input, FFiles& Files, FKestrelToolPreview& Preview)
+{
+	Preview.Kind = EKestrelToolKind::ReadBlueprint;
+	Preview.Target = GetField(Input, TEXT("behavior_tree_name"));
+}
+
+void PreviewCreateBlueprint(const FJsonObject& Input, FFiles& Files, FKestrelToolPreview& Preview)
+{
+	Preview.Kind = EKestrelToolKind::CreateBlueprint;
+	Preview.Target = GetField(Input, TEXT("BPPath")) / GetField(Input, TEXT("BPName"));
+}
+
+void PreviewSaveBlueprints(const FJsonObject& Input, FFiles& Files, FKestrelToolPreview& Preview)
+{
+	Preview.Kind = EKestrelToolKind::SaveBlueprints;
+}
+
 struct FPreviewer
 {
 	const TCHAR* WireName;
@@ -198,6 +221,10 @@ const FPreviewer Previewers[] = {
 	{ KestrelToolNames::DeleteCpp, PreviewDelete },
 	{ KestrelToolNames::ReadFile, PreviewRead },
 	{ KestrelToolNames::GetFileSystemTree, PreviewTree },
+	{ KestrelToolNames::CreateBlueprint, PreviewCreateBlueprint },
+	{ KestrelToolNames::ReadBlueprint, PreviewReadBlueprint },
+	{ KestrelToolNames::ReadBehaviorTree, PreviewReadBehaviorTree },
+	{ KestrelToolNames::SaveAndCompileBlueprints, PreviewSaveBlueprints },
 	{ KestrelToolNames::FindReference, PreviewSearch },
 };
 

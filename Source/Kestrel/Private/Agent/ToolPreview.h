@@ -14,6 +14,9 @@ enum class EKestrelToolKind : uint8
 	Delete,
 	Script,
 	Compile,
+	ReadBlueprint,
+	CreateBlueprint,
+	SaveBlueprints,
 	Other,
 };
 

@@ -4,6 +4,7 @@
 #include "Misc/FileHelper.h"
 #include "Misc/Parse.h"
 #include "Misc/Paths.h"
+#include "Tests/BlueprintBench.h"
 #include "Tests/KestrelTest.h"
 #include "Widget/LineDiff.h"
 
@@ -70,6 +71,10 @@ const FBench Benches[] = {
 	{ TEXT("FindReference"), FindReference },
 	{ TEXT("ReplaceText"), ReplaceText },
 	{ TEXT("CompareLines"), CompareLines },
+	{ TEXT("ReadBlueprint"), KestrelBlueprintBench::ReadBlueprint },
+	{ TEXT("ReadHalfBlueprint"), KestrelBlueprintBench::ReadHalfBlueprint },
+	{ TEXT("LookUpBlueprint"), KestrelBlueprintBench::LookUpBlueprint },
+	{ TEXT("ScanContent"), KestrelBlueprintBench::ScanContent },
 };
 }
 

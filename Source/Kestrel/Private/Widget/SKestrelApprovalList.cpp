@@ -42,6 +42,12 @@ FText DescribeKind(EKestrelToolKind Kind)
 		return LOCTEXT("Script", "Run a script");
 	case EKestrelToolKind::Compile:
 		return LOCTEXT("Compile", "Compile the game");
+	case EKestrelToolKind::ReadBlueprint:
+		return LOCTEXT("ReadBlueprint", "Read the asset");
+	case EKestrelToolKind::CreateBlueprint:
+		return LOCTEXT("CreateBlueprint", "Create the Blueprint");
+	case EKestrelToolKind::SaveBlueprints:
+		return LOCTEXT("SaveBlueprints", "Save and compile all changed Blueprints");
 	case EKestrelToolKind::Other:
 		break;
 	}

@@ -1,0 +1,218 @@
+#include "BlueprintText.h"
+
+#include <algorithm>
+
+namespace
+{
+constexpr size_t MaxListed = 40;
+
+std::string GetText(const Json& Object, const char* Key)
+{
+	return Object.is_object() && Object.contains(Key) && Object[Key].is_string() ? Object[Key].get<std::string>() : "";
+}
+
+const Json& GetList(const Json& Object, const char* Key)
+{
+	static const Json None = Json::array();
+	return Object.is_object() && Object.contains(Key) && Object[Key].is_array() ? Object[Key] : None;
+}
+
+/** "  - a\n  - b\n", at most some. */
+std::string ToBullets(const std::vector<std::string>& Lines)
+{
+	std::string Text;
+	for (size_t Index = 0; Index < std::min(Lines.size(), MaxListed); ++Index)
+	{
+		Text += "  - " + Lines[Index] + "\n";
+	}
+	return Text +
+		   (Lines.size() > MaxListed ? "  ... and " + std::to_string(Lines.size() - MaxListed) + " more\n" : "");
+}
+
+std::string DescribeType(const Json& Type)
+{
+	const std::string Container = GetText(Type, "Container");
+	const std::string Object = GetText(Type, "SubCategoryObject");
+	const size_t Dot = Object.find_last_of("./");
+	const std::string Element = Object.empty() ? GetText(Type, "Category") : Object.substr(Dot + 1);
+	return Container.empty() || Container == "None" ? Element : Container + " of " + Element;
+}
+
+std::string DescribeVariables(const Json& Variables)
+{
+	std::vector<std::string> Lines;
+	for (const auto& [Name, Variable] : Variables.items())
+	{
+		const std::string Value = GetText(Variable, "Value");
+		Lines.push_back(Name + ": " + DescribeType(Variable.value("Type", Json::object())) +
+						(Value.empty() ? "" : " = " + Value));
+	}
+	return "Variables (" + std::to_string(Lines.size()) + "):\n" + ToBullets(Lines);
+}
+
+std::string DescribeParameters(const Json& Function, const char* Key)
+{
+	std::string Text;
+	for (const Json& Parameter : GetList(Function, Key))
+	{
+		Text += (Text.empty() ? "" : ", ") + GetText(Parameter, "Name") + ": " +
+				DescribeType(Parameter.value("Type", Json::object()));
+	}
+	return Text;
+}
+
+std::string DescribeFunctions(const Json& Functions)
+{
+	std::vector<std::string> Lines;
+	for (const Json& Function : Functions)
+	{
+		const std::string Outputs = DescribeParameters(Function, "OutParams");
+		Lines.push_back(GetText(Function, "Name") + "(" + DescribeParameters(Function, "InParams") + ")" +
+						(Outputs.empty() ? "" : " -> " + Outputs));
+	}
+	return "Functions (" + std::to_string(Lines.size()) + "):\n" + ToBullets(Lines);
+}
+
+std::string DescribeNames(const char* Heading, const Json& Objects)
+{
+	std::vector<std::string> Lines;
+	for (const Json& Object : Objects)
+	{
+		const std::string Class = GetText(Object, "ClassName");
+		Lines.push_back(GetText(Object, "Name") + (Class.empty() ? "" : ": " + Class));
+	}
+	return std::string(Heading) + " (" + std::to_string(Lines.size()) + "):\n" + ToBullets(Lines);
+}
+
+/** A title on one line. */
+std::string Flatten(std::string Title)
+{
+	std::replace(Title.begin(), Title.end(), '\n', ' ');
+	return Title;
+}
+
+std::string DescribeGraph(const Json& Graph)
+{
+	std::vector<std::string> Lines;
+	for (const Json& Node : GetList(Graph, "Nodes"))
+	{
+		std::string Targets;
+		for (const Json& Pin : GetList(Node, "Pins"))
+		{
+			for (const Json& Link : GetText(Pin, "Category") == "exec" && GetText(Pin, "Direction") == "Output"
+										? GetList(Pin, "Connections")
+										: Json::array())
+			{
+				Targets += (Targets.empty() ? " -> " : ", ") + Flatten(GetText(Link, "Node"));
+			}
+		}
+		Lines.push_back(Flatten(GetText(Node, "Title")) + Targets);
+	}
+	return "Graph " + GetText(Graph, "Name") + " (" + std::to_string(Lines.size()) + " nodes):\n" + ToBullets(Lines);
+}
+
+void ListTreeNode(const Json& Node, size_t Depth, std::vector<std::string>& Lines)
+{
+	constexpr size_t MaxDepth = 64;
+	if (Depth > MaxDepth)
+	{
+		return;
+	}
+	const std::string Indent(Depth * 2, ' ');
+	Lines.push_back(Indent + GetText(Node, "NodeName") + " (" + GetText(Node, "Type") + ")");
+	for (const Json& Auxiliary : GetList(Node, "AuxiliaryNodes"))
+	{
+		Lines.push_back(
+			Indent + "  [" + GetText(Auxiliary, "NodeType") + "] " + GetText(Auxiliary, "NodeName"));
+	}
+	for (const Json& Child : GetList(Node, "Children"))
+	{
+		ListTreeNode(Child, Depth + 1, Lines);
+	}
+}
+}
+
+std::string DescribeBlueprint(const std::string& Content)
+{
+	const Json Document = Json::parse(Content, nullptr, false);
+	if (!Document.is_object())
+	{
+		return Content;
+	}
+	if (Document.contains("Error"))
+	{
+		return "That did not work: " + GetText(Document, "Error");
+	}
+	std::string Text = "The Blueprint " + GetText(Document, "Name") + " (" + GetText(Document, "Path") + "):\n\n";
+	if (Document.contains("Variables"))
+	{
+		Text += DescribeVariables(Document["Variables"]);
+	}
+	if (Document.contains("Functions"))
+	{
+		Text += DescribeFunctions(Document["Functions"]);
+	}
+	if (Document.contains("Components"))
+	{
+		Text += DescribeNames("Components", Document["Components"]);
+	}
+	if (Document.contains("Interfaces"))
+	{
+		Text += DescribeNames("Interfaces", Document["Interfaces"]);
+	}
+	for (const Json& Graph : GetList(Document, "Graphs"))
+	{
+		Text += DescribeGraph(Graph);
+	}
+	return Text;
+}
+
+std::string DescribeBehaviorTree(const std::string& Content)
+{
+	const Json Document = Json::parse(Content, nullptr, false);
+	if (!Document.is_object())
+	{
+		return Content;
+	}
+	if (Document.contains("Error"))
+	{
+		return "That did not work: " + GetText(Document, "Error");
+	}
+	std::string Text = "The behavior tree " + GetText(Document, "Name") + " (" + GetText(Document, "Path") + "):\n\n";
+	if (Document.contains("Blackboard"))
+	{
+		std::vector<std::string> Keys;
+		for (const Json& Key : GetList(Document["Blackboard"], "Keys"))
+		{
+			Keys.push_back(GetText(Key, "Name") + ": " + GetText(Key, "Type"));
+		}
+		Text += "Blackboard " + GetText(Document["Blackboard"], "Name") + ":\n" + ToBullets(Keys);
+	}
+	std::vector<std::string> Lines;
+	if (Document.contains("RootNode"))
+	{
+		ListTreeNode(Document["RootNode"], 0, Lines);
+	}
+	return Text + "Nodes:\n" + ToBullets(Lines);
+}
+
+std::string DescribeSavedBlueprints(const std::string& Content)
+{
+	const Json Document = Json::parse(Content, nullptr, false);
+	if (!Document.is_object())
+	{
+		return Content;
+	}
+	std::vector<std::string> Lines;
+	for (const Json& Result : GetList(Document, "BlueprintResults"))
+	{
+		std::string Line = GetText(Result, "BlueprintPath");
+		for (const char* Key : { "SaveResult", "SaveError", "CompileResult", "CompileError" })
+		{
+			Line += Result.contains(Key) ? "\n      " + GetText(Result, Key) : "";
+		}
+		Lines.push_back(Line);
+	}
+	const std::string Outcome = GetText(Document, "Success") + GetText(Document, "Error");
+	return Lines.empty() ? "No Blueprint has unsaved changes." : Outcome + "\n" + ToBullets(Lines);
+}
