@@ -16,6 +16,7 @@ public class Kestrel : ModuleRules
 
 		PrivateDependencyModuleNames.AddRange(new string[]
 		{
+			"AIModule",
 			"ApplicationCore",
 			"AIModule",
 			"AssetRegistry",
