@@ -10,6 +10,7 @@
 #include "BehaviorTree/Blackboard/BlackboardKeyType_Object.h"
 #include "BehaviorTree/BlackboardData.h"
 #include "Dom/JsonObject.h"
+#include "Templates/Casts.h"
 #include "UObject/Class.h"
 
 namespace BehaviorTreeReader
