@@ -16,6 +16,7 @@ from testing import FILTER_VARIABLE
 
 API_KEY = "test-key"
 ALL_TESTS = "Kestrel"
+DEFAULT_FUZZ_ROUNDS = 300
 
 
 def make_project(folder, service):
@@ -33,7 +34,8 @@ def make_project(folder, service):
 def run_editor(preset, uproject, name_filter, report_folder):
     command = [steps.binary(preset, "HostEditor"), uproject, f"-PLUGIN={os.path.join(steps.ROOT, 'Kestrel.uplugin')}",
                f"-ExecCmds=Automation RunTests {name_filter};Quit", "-Unattended", "-UnattendedClock",
-               f"-ReportExportPath={report_folder}"]
+               f"-ReportExportPath={report_folder}",
+               f"-KestrelFuzzRounds={os.environ.get('KESTREL_FUZZ_ROUNDS', DEFAULT_FUZZ_ROUNDS)}"]
     return subprocess.run(command, stdin=subprocess.DEVNULL, check=False).returncode
 
 

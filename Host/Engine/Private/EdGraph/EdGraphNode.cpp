@@ -245,28 +245,7 @@ void UEdGraphNode::ResolvePinLinks()
 {
 	for (UEdGraphPin* const Pin : Pins)
 	{
-		for (const FEdGraphPinLink& Link : Pin->UnresolvedLinks)
-		{
-			const UEdGraphNode* const Node = FindObjectFast<UEdGraphNode>(GetOuter(), Link.Node);
-			UEdGraphPin* const Other = Node ? Node->FindPinById(Link.PinId) : nullptr;
-			if (!Other || Other == Pin)
-			{
-				continue;
-			}
-			Pin->LinkedTo.AddUnique(Other);
-			// The other end has an order of its own, and adds this pin itself when its text names it.
-			if (!Other->UnresolvedLinks.ContainsByPredicate(
-					[Pin](const FEdGraphPinLink& Back) { return Back.PinId == Pin->PinId; }))
-			{
-				Other->LinkedTo.AddUnique(Pin);
-			}
-		}
-		Pin->UnresolvedLinks.Empty();
-		Pin->ParentPin = Pin->UnresolvedParent.IsValid() ? FindPinById(Pin->UnresolvedParent) : nullptr;
-		if (Pin->ParentPin)
-		{
-			Pin->ParentPin->SubPins.AddUnique(Pin);
-		}
+		Pin->ResolveLinks();
 	}
 }
 

@@ -221,11 +221,15 @@ public:
 	FEdGraphPinText ToText() const;
 	/** Takes everything over but the links, which the node makes when all nodes are there. */
 	void FromText(const FEdGraphPinText& Text);
-	TArray<FEdGraphPinLink> UnresolvedLinks;
-	FGuid UnresolvedParent;
+	/** Finds the other ends; every link is made at both, whatever the texts say. Each end keeps the order of its text. */
+	void ResolveLinks();
 
 private:
 	explicit UEdGraphPin(UEdGraphNode* InOwningNode);
 
+	bool bLinksUnresolved = false; // what follows has a meaning only then
+	TArray<FEdGraphPinLink> UnresolvedLinks;
+	TArray<UEdGraphPin*> BackLinks; // pins that have linked themselves to this one
+	FGuid UnresolvedParent;
 	UEdGraphNode* const OwningNode;
 };
