@@ -7,6 +7,7 @@ import sys
 sys.dont_write_bytecode = True
 
 import bench
+import content
 import lint
 import run
 import steps
@@ -30,6 +31,7 @@ def main():
                              help="only tests whose name contains this")
 
     commands.add_parser("bench", help="measure the hot paths against a peer on this machine")
+    commands.add_parser("content", help="make the assets of the sample project anew")
     commands.add_parser("lint", help="check format, headers, style and packing list")
     commands.add_parser("format", help="format all C++ sources")
     commands.add_parser("help", help="show this text")
@@ -39,6 +41,7 @@ def main():
         "run": lambda: run.run(arguments),
         "test": lambda: testing.test(arguments.filter),
         "bench": bench.bench,
+        "content": content.content,
         "lint": lint.lint,
         "format": lint.format_sources,
     }

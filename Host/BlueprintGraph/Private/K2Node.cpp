@@ -26,7 +26,8 @@ UClass* UK2Node::GetBlueprintClassFromNode() const
 	{
 		return nullptr;
 	}
-	return Blueprint->SkeletonGeneratedClass ? Blueprint->SkeletonGeneratedClass.Get() : Blueprint->GeneratedClass.Get();
+	return Blueprint->SkeletonGeneratedClass ? Blueprint->SkeletonGeneratedClass.Get()
+											 : Blueprint->GeneratedClass.Get();
 }
 
 void UK2Node::ReconstructNode()
@@ -38,8 +39,9 @@ void UK2Node::ReconstructNode()
 	for (UEdGraphPin* const OldPin : OldPins)
 	{
 		// The direction tells pins apart that share a name, such as a parameter that goes in and comes out.
-		UEdGraphPin* const NewPin = FindPin(OldPin->PinName, OldPin->Direction) ?
-										FindPin(OldPin->PinName, OldPin->Direction) : FindPin(OldPin->PinName);
+		UEdGraphPin* const NewPin = FindPin(OldPin->PinName, OldPin->Direction)
+										? FindPin(OldPin->PinName, OldPin->Direction)
+										: FindPin(OldPin->PinName);
 		if (NewPin)
 		{
 			TakeOver(*NewPin, *OldPin);
@@ -56,6 +58,12 @@ void UK2Node::ReconstructNode()
 	{
 		Graph->NotifyGraphChanged();
 	}
+}
+
+UClass* UK2Node::GetAuthoritativeClass(UClass* Class)
+{
+	const UBlueprint* const Blueprint = UBlueprint::GetBlueprintFromClass(Class);
+	return Blueprint && Blueprint->GeneratedClass ? Blueprint->GeneratedClass.Get() : Class;
 }
 
 void UK2Node::TakeOver(UEdGraphPin& NewPin, UEdGraphPin& OldPin)

@@ -86,11 +86,13 @@ void UK2Node_CallFunction::CreateExecPins()
 void UK2Node_CallFunction::CreateSelfPin(const UFunction& Function)
 {
 	const bool bStatic = Function.HasAnyFunctionFlags(FUNC_Static);
+	UClass* const Owner = GetAuthoritativeClass(Function.GetOwnerClass());
+	// Only of the Blueprint's own functions; what a parent declares has that parent as its target.
+	const bool bOwn = !bStatic && Owner && Owner == GetAuthoritativeClass(GetBlueprintClassFromNode());
 	UEdGraphPin* const Pin =
-		FunctionReference.IsSelfContext() && !bStatic
-			? CreatePin(EGPD_Input, UEdGraphSchema_K2::PC_Object, UEdGraphSchema_K2::PSC_Self, nullptr,
-				  UEdGraphSchema_K2::PN_Self)
-			: CreatePin(EGPD_Input, UEdGraphSchema_K2::PC_Object, Function.GetOwnerClass(), UEdGraphSchema_K2::PN_Self);
+		bOwn ? CreatePin(EGPD_Input, UEdGraphSchema_K2::PC_Object, UEdGraphSchema_K2::PSC_Self, nullptr,
+				   UEdGraphSchema_K2::PN_Self)
+			 : CreatePin(EGPD_Input, UEdGraphSchema_K2::PC_Object, Owner, UEdGraphSchema_K2::PN_Self);
 	Pin->PinFriendlyName = LOCTEXT("Target", "Target");
 	if (bStatic)
 	{

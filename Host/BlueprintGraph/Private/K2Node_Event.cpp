@@ -66,8 +66,8 @@ FText UK2Node_Event::GetNodeTitle(ENodeTitleType::Type TitleType) const
 	{
 		return Title;
 	}
-	return FText::Format(LOCTEXT("EventFromInterface", "{0}\nFrom {1}"), Title,
-		Function->GetOwnerClass()->GetDisplayNameText());
+	return FText::Format(
+		LOCTEXT("EventFromInterface", "{0}\nFrom {1}"), Title, Function->GetOwnerClass()->GetDisplayNameText());
 }
 
 UK2Node_CustomEvent::UK2Node_CustomEvent(const FObjectInitializer& ObjectInitializer)
@@ -89,8 +89,9 @@ void UK2Node_CustomEvent::PostPlacedNewNode()
 FText UK2Node_CustomEvent::GetNodeTitle(ENodeTitleType::Type TitleType) const
 {
 	const FText Name = FText::FromName(CustomFunctionName);
-	return TitleType == ENodeTitleType::FullTitle ? FText::Format(LOCTEXT("CustomEvent_Name", "{0}\nCustom Event"), Name)
-												  : Name;
+	return TitleType == ENodeTitleType::FullTitle
+			   ? FText::Format(LOCTEXT("CustomEvent_Name", "{0}\nCustom Event"), Name)
+			   : Name;
 }
 
 #undef LOCTEXT_NAMESPACE

@@ -71,10 +71,11 @@ void UK2Node_Variable::CreatePinForSelf()
 		return;
 	}
 	const bool bSelf = VariableReference.IsSelfContext();
+	// The class that has the variable, and not the skeleton that it was found in: that one is not saved.
+	const FProperty* const Property = bSelf ? GetPropertyForVariable() : nullptr;
+	UClass* const Class = Property ? Property->GetOwnerClass() : GetVariableSourceClass();
 	UEdGraphPin* const Pin =
-		bSelf ? CreatePin(EGPD_Input, UEdGraphSchema_K2::PC_Object, UEdGraphSchema_K2::PSC_Self,
-					GetBlueprintClassFromNode(), UEdGraphSchema_K2::PN_Self)
-			  : CreatePin(EGPD_Input, UEdGraphSchema_K2::PC_Object, GetVariableSourceClass(), UEdGraphSchema_K2::PN_Self);
+		CreatePin(EGPD_Input, UEdGraphSchema_K2::PC_Object, GetAuthoritativeClass(Class), UEdGraphSchema_K2::PN_Self);
 	Pin->PinFriendlyName = LOCTEXT("Target", "Target");
 	Pin->bHidden = bSelf;
 }

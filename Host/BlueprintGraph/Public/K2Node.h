@@ -29,6 +29,10 @@ public:
 	/** The class that "self" is: the skeleton of the Blueprint, or what it was compiled to. Null outside of one. */
 	UClass* GetBlueprintClassFromNode() const;
 
+protected:
+	/** What a Blueprint is compiled to, instead of its skeleton; any other class as it is. */
+	static UClass* GetAuthoritativeClass(UClass* Class);
+
 private:
 	/** Link, value and looks of the old pin. */
 	static void TakeOver(UEdGraphPin& NewPin, UEdGraphPin& OldPin);
