@@ -10,6 +10,7 @@
 #include "Factories/BlueprintFactory.h"
 #include "IAssetTools.h"
 #include "Kismet2/KismetEditorUtilities.h"
+#include "Misc/FeedbackContext.h"
 #include "Misc/PackageName.h"
 #include "Misc/ScopedSlowTask.h"
 #include "Modules/ModuleManager.h"
