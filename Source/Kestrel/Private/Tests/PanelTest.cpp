@@ -367,16 +367,16 @@ void FKestrelPanelSpec::Define()
 			PanelTest::FindScrollBox(Panel.Widget.ToSharedRef())->GetCachedGeometry().GetLocalSize().Y > 100.0);
 	});
 
-	It("keeps its buttons and the conversation in sight in a low window", [this]() {
-		const double Height = 300.0;
-		const PanelTest::FPanel Panel(FVector2D(500.0, Height));
+	It("keeps its buttons and the conversation in sight in a small window", [this]() {
+		const FVector2D Size(320.0, 300.0);
+		const PanelTest::FPanel Panel(Size);
 		PanelTest::Enter(EAgentState::PollRequest);
 		FAgent::Get().HandlePollStatusRequestCompleted(PanelTest::MakeAnswerWithTools(20));
 		Panel.Type(*FString::ChrN(400, TEXT('\n')));
 		PanelTest::AddMessages(1);
 		const FSlateRect End =
 			PanelTest::FindLastEnabledButton(Panel.Widget.ToSharedRef())->GetCachedGeometry().GetLayoutBoundingRect();
-		TestTrue(TEXT("the buttons"), End.Bottom <= Height && End.Bottom - End.Top > 10.0);
+		TestTrue(TEXT("the last button"), End.Right <= Size.X && End.Bottom <= Size.Y && End.Bottom - End.Top > 10.0);
 		TestTrue(TEXT("the conversation"),
 			PanelTest::FindScrollBox(Panel.Widget.ToSharedRef())->GetCachedGeometry().GetLocalSize().Y > 20.0);
 	});

@@ -109,6 +109,7 @@ void SKestrelApprovalList::Construct(const FArguments& InArgs)
 				.Padding(0.0f, 0.0f, 0.0f, KestrelApprovalList::RowGap)
 				[
 					SAssignNew(Heading, STextBlock)
+					.AutoWrapText(true)
 				]
 				+ SVerticalBox::Slot()
 				.FillHeight(1.0f)

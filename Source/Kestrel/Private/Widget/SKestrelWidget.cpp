@@ -242,6 +242,35 @@ TSharedRef<SWidget> SKestrelWidget::MakeButtonRow()
 	// clang-format off
 	return SNew(SHorizontalBox)
 		+ SHorizontalBox::Slot()
+		.FillWidth(1.0f)
+		[
+			// A panel at the side of the editor may have no room for all of them.
+			SNew(SScrollBox)
+			.Orientation(Orient_Horizontal)
+			+ SScrollBox::Slot()
+			[
+				MakeButtonsOfRow()
+			]
+		]
+		+ SHorizontalBox::Slot()
+		.AutoWidth()
+		.VAlign(VAlign_Top)
+		.Padding(4.0f, 0.0f, 0.0f, 0.0f)
+		[
+			SAssignNew(EndButton, SButton)
+			.Text(LOCTEXT("End", "[ End ]"))
+			.ToolTipText(LOCTEXT("EndToolTip", "End the conversation"))
+			.IsEnabled(this, &SKestrelWidget::IsEndButtonEnabled)
+			.OnClicked(this, &SKestrelWidget::OnRequestEndButtonClicked)
+		];
+	// clang-format on
+}
+
+TSharedRef<SWidget> SKestrelWidget::MakeButtonsOfRow()
+{
+	// clang-format off
+	return SNew(SHorizontalBox)
+		+ SHorizontalBox::Slot()
 		.AutoWidth()
 		.Padding(0.0f, 0.0f, 4.0f, 0.0f)
 		[
@@ -303,16 +332,6 @@ TSharedRef<SWidget> SKestrelWidget::MakeButtonRow()
 			.ToolTipText(LOCTEXT("RedoToolTip", "Change the files again as they were before Undo"))
 			.IsEnabled(this, &SKestrelWidget::IsRedoButtonEnabled)
 			.OnClicked(this, &SKestrelWidget::OnRedoClicked)
-		]
-		+ SHorizontalBox::Slot()
-		.FillWidth(1.0f)
-		.HAlign(HAlign_Right)
-		[
-			SAssignNew(EndButton, SButton)
-			.Text(LOCTEXT("End", "[ End ]"))
-			.ToolTipText(LOCTEXT("EndToolTip", "End the conversation"))
-			.IsEnabled(this, &SKestrelWidget::IsEndButtonEnabled)
-			.OnClicked(this, &SKestrelWidget::OnRequestEndButtonClicked)
 		];
 	// clang-format on
 }

@@ -89,6 +89,8 @@ private:
 	float GetPromptHeightLimit() const;
 	float GetApprovalListHeightLimit() const;
 	TSharedRef<SWidget> MakeButtonRow();
+	/** All but End, which is always in sight. */
+	TSharedRef<SWidget> MakeButtonsOfRow();
 	/** One message on the screen. */
 	struct FBlock
 	{
