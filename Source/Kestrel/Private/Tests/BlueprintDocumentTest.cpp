@@ -8,6 +8,7 @@
 #include "Serialization/JsonReader.h"
 #include "Serialization/JsonSerializer.h"
 #include "Tests/KestrelTest.h"
+#include "UObject/Class.h"
 #include "UObject/UObjectGlobals.h"
 
 /**
