@@ -98,6 +98,12 @@ void UK2Node_EditablePinBase::AllocateDefaultPins()
 	}
 }
 
+void UK2Node_EditablePinBase::PreEditUndo()
+{
+	Super::PreEditUndo();
+	UserDefinedPins.Empty();
+}
+
 void UK2Node_EditablePinBase::ExportCustomProperties(FOutputDevice& Out, uint32 Indent)
 {
 	Super::ExportCustomProperties(Out, Indent);

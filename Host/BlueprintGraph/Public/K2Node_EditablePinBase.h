@@ -53,6 +53,7 @@ public:
 	bool IsEditable() const { return bIsEditable; }
 
 	void AllocateDefaultPins() override;
+	void PreEditUndo() override;
 	void ExportCustomProperties(FOutputDevice& Out, uint32 Indent) override;
 	void ImportCustomProperties(const TCHAR* SourceText, FFeedbackContext* Warn) override;
 	static void AddReferencedObjects(UObject* InThis, FReferenceCollector& Collector);

@@ -1,6 +1,8 @@
 #include "CoreGlobals.h"
+#include "Misc/ITransaction.h"
 #include "ObjectMemory.h"
 #include "ObjectTable.h"
+#include "PackageLoader.h"
 #include "UObject/Class.h"
 #include "UObject/Package.h"
 #include "UObject/UObjectGlobals.h"
@@ -78,6 +80,18 @@ void CopyDefaults(UObject* Object, const UObject* Template)
 		{
 			It->CopyCompleteValue_InContainer(Object, Source);
 		}
+	}
+}
+
+/** Parts of assets alone: assets themselves are not undone, and types are what compilers make. */
+void Record(UObject& Object)
+{
+	const bool bWanted = GUndo && Object.HasAnyFlags(RF_Transactional) && Object.GetOuter() &&
+						 !Object.GetOuter()->IsA(UPackage::StaticClass()) && !Object.IsA(UField::StaticClass()) &&
+						 !Object.IsTemplate() && !FPackageLoader::IsLoading();
+	if (bWanted)
+	{
+		GUndo->SaveNewObject(&Object);
 	}
 }
 
@@ -195,6 +209,7 @@ UObject* StaticConstructObject(
 		Object->LoadConfig();
 	}
 	Object->PostInitProperties();
+	NewObjectImpl::Record(*Object);
 	return Object;
 }
 

@@ -9,6 +9,7 @@
 #include "K2Node_Event.h"
 #include "Kismet2/BlueprintEditorUtils.h"
 #include "Kismet2/CompilerResultsLog.h"
+#include "Misc/ITransaction.h"
 #include "UObject/Package.h"
 
 namespace KismetEditorUtilities
@@ -128,6 +129,8 @@ UBlueprint* FKismetEditorUtilities::CreateBlueprint(UClass* ParentClass, UObject
 {
 	checkf(CanCreateBlueprintOfClass(ParentClass), TEXT("There can be no Blueprint of the class %s"),
 		ParentClass ? *ParentClass->GetName() : TEXT("None"));
+	// Making an asset is not undone, neither as a whole nor in parts.
+	const TGuardValue<ITransaction*> NoTransaction(GUndo, nullptr);
 	UBlueprint* const Blueprint = NewObject<UBlueprint>(
 		Outer, BlueprintClassType.Get(), NewBPName, RF_Public | RF_Standalone | RF_Transactional);
 	Blueprint->Status = BS_BeingCreated;
@@ -186,6 +189,7 @@ void FKismetEditorUtilities::CompileBlueprint(
 {
 	UPackage* const Package = BlueprintObj->GetOutermost();
 	const bool bWasDirty = Package->IsDirty();
+	const TGuardValue<ITransaction*> NoTransaction(GUndo, nullptr);
 	FCompilerResultsLog OwnLog;
 	FBlueprintCompilationManager::Compile(*BlueprintObj, CompileFlags, pResults ? *pResults : OwnLog);
 	Package->SetDirtyFlag(bWasDirty);

@@ -24,4 +24,6 @@ public:
 	virtual ~ITransaction() = default;
 	/** Keeps the object's present state; called before each change, of which the first counts. */
 	virtual void SaveObject(UObject* Object) = 0;
+	/** Told of an object that was made while the transaction is open: undoing takes it out of the way. */
+	virtual void SaveNewObject(UObject* Object) = 0;
 };

@@ -198,6 +198,24 @@ void UEdGraphNode::BeginDestroy()
 	Super::BeginDestroy();
 }
 
+void UEdGraphNode::PreEditUndo()
+{
+	Super::PreEditUndo();
+	PinsInQuestion.Append(MoveTemp(Pins));
+	Pins.Empty();
+}
+
+void UEdGraphNode::PostEditUndo()
+{
+	Super::PostEditUndo();
+	for (const UEdGraphPin* const Pin : PinsInQuestion)
+	{
+		delete Pin;
+	}
+	PinsInQuestion.Empty();
+	ResolvePinLinks();
+}
+
 void UEdGraphNode::DestroyPins()
 {
 	for (const UEdGraphPin* const Pin : Pins)
@@ -236,7 +254,10 @@ void UEdGraphNode::ImportCustomProperties(const TCHAR* SourceText, FFeedbackCont
 		Warn->Logf(TEXT("%s: a pin cannot be read: %s"), *GetPathName(), SourceText);
 		return;
 	}
-	UEdGraphPin* const Pin = UEdGraphPin::CreatePin(this);
+	UEdGraphPin* const* const Known =
+		PinsInQuestion.FindByPredicate([&Data](const UEdGraphPin* Each) { return Each->PinId == Data.PinId; });
+	UEdGraphPin* const Pin = Known ? *Known : UEdGraphPin::CreatePin(this);
+	PinsInQuestion.Remove(Pin);
 	Pin->FromText(Data);
 	Pins.Add(Pin);
 }

@@ -235,6 +235,8 @@ void UEdGraphPin::FromText(const FEdGraphPinText& Text)
 
 void UEdGraphPin::ResolveLinks()
 {
+	const TArray<UEdGraphPin*> Before = MoveTemp(LinkedTo);
+	LinkedTo.Empty();
 	for (const FEdGraphPinLink& Link : UnresolvedLinks)
 	{
 		const UEdGraphNode* const Node = FindObjectFast<UEdGraphNode>(OwningNode->GetOuter(), Link.Node);
@@ -248,6 +250,13 @@ void UEdGraphPin::ResolveLinks()
 	for (UEdGraphPin* const Other : BackLinks)
 	{
 		LinkedTo.AddUnique(Other);
+	}
+	for (UEdGraphPin* const Other : Before)
+	{
+		if (!LinkedTo.Contains(Other))
+		{
+			Other->LinkedTo.Remove(this);
+		}
 	}
 	UEdGraphPin* const Parent = UnresolvedParent.IsValid() ? OwningNode->FindPinById(UnresolvedParent) : nullptr;
 	if (Parent && Parent != this)

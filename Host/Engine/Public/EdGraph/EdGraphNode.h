@@ -135,13 +135,13 @@ public:
 	uint8 bCommentBubbleVisible : 1;
 
 	// What the last compile said about the node.
-	UPROPERTY(Transient)
+	UPROPERTY(Transient, NonTransactional)
 	uint8 bHasCompilerMessage : 1;
 
-	UPROPERTY(Transient)
+	UPROPERTY(Transient, NonTransactional)
 	int32 ErrorType = 0;
 
-	UPROPERTY(Transient)
+	UPROPERTY(Transient, NonTransactional)
 	FString ErrorMsg;
 
 	UEdGraphNode(const FObjectInitializer& ObjectInitializer = FObjectInitializer::Get());
@@ -213,6 +213,8 @@ public:
 
 	void PostLoad() override;
 	void BeginDestroy() override;
+	void PreEditUndo() override;
+	void PostEditUndo() override;
 	void ExportCustomProperties(FOutputDevice& Out, uint32 Indent) override;
 	void ImportCustomProperties(const TCHAR* SourceText, FFeedbackContext* Warn) override;
 	static void AddReferencedObjects(UObject* InThis, FReferenceCollector& Collector);
@@ -221,6 +223,9 @@ private:
 	void DestroyPins();
 	/** Links the pins as their text said; the other nodes exist by now. */
 	void ResolvePinLinks();
+
+	/** Pins of which an undo has not told yet whether they stay: others hold links to them. */
+	TArray<UEdGraphPin*> PinsInQuestion;
 
 	UPROPERTY()
 	ENodeEnabledState EnabledState = ENodeEnabledState::Enabled;

@@ -142,7 +142,7 @@ public:
 	TEnumAsByte<EBlueprintType> BlueprintType = BPTYPE_Normal;
 
 	/** Of the last compile, or BS_Dirty. Not saved: loading compiles. */
-	UPROPERTY(Transient)
+	UPROPERTY(Transient, NonTransactional)
 	TEnumAsByte<EBlueprintStatus> Status = BS_Unknown;
 
 	UPROPERTY()

@@ -13,7 +13,7 @@ class ENGINE_API UBlueprintCore : public UObject
 
 public:
 	/** The class's members without code, made anew at each structural change: what nodes find their members in. */
-	UPROPERTY(Transient)
+	UPROPERTY(Transient, NonTransactional)
 	TSubclassOf<UObject> SkeletonGeneratedClass;
 
 	/** The class of the last compile; the same object as long as the Blueprint lives. */

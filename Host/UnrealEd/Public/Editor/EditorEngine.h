@@ -1,0 +1,31 @@
+#pragma once
+
+#include "Engine/Engine.h"
+#include "Internationalization/Text.h"
+#include "EditorEngine.generated.h"
+
+class UTransactor;
+
+/** The editor. It owns the list of what can be undone. */
+UCLASS(Config = Engine, Transient)
+class UNREALED_API UEditorEngine : public UEngine
+{
+	GENERATED_BODY()
+
+public:
+	UPROPERTY()
+	TObjectPtr<UTransactor> Trans;
+
+	/** Opens a transaction, or enters the one that is open. @return how many were open before; -1 when none can be */
+	int32 BeginTransaction(const FText& Description);
+	virtual int32 BeginTransaction(
+		const TCHAR* TransactionContext, const FText& Description, UObject* PrimaryObject);
+	virtual int32 EndTransaction();
+	virtual void CancelTransaction(int32 Index);
+	/** False when there is nothing to undo, or a transaction is open. */
+	virtual bool UndoTransaction(bool bCanRedo = true);
+	virtual bool RedoTransaction();
+	bool IsTransactionActive() const;
+	/** Forgets everything. */
+	virtual void ResetTransaction(const FText& Reason);
+};
