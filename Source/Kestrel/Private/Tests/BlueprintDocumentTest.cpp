@@ -8,7 +8,7 @@
 #include "Serialization/JsonReader.h"
 #include "Serialization/JsonSerializer.h"
 #include "Tests/KestrelTest.h"
-#include "UObject/UObjectGlobals.h"
+#include "UObject/Class.h"
 
 /**
  * Compares documents with those in Tests/Documents, which were written by hand. To keep them readable, what comes again
