@@ -176,6 +176,12 @@ public:
 	UFUNCTION(BlueprintPure)
 	static FString Shout(const FString& Whisper) { return Whisper + TEXT("!"); }
 
+	UFUNCTION(BlueprintCallable, Category = "Test")
+	int32 Count() const { return 2; }
+
+	UFUNCTION(BlueprintCallable, BlueprintPure = false, Category = "Test")
+	int32 Weigh() const { return 3; }
+
 	UFUNCTION(BlueprintNativeEvent)
 	int32 Ask(int32 Question) const;
 

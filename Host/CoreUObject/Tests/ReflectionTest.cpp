@@ -51,7 +51,7 @@ TEST(FieldIterator, GivesOwnFieldsInOrderThenTheParents)
 	EXPECT_EQ(ListNames<FNameProperty>(FTestNamedPoint::StaticStruct()), "Name");
 	EXPECT_EQ(ListNames<FProperty>(UTestKindsChild::StaticClass(), EFieldIterationFlags::IncludeDeprecated), "Own Old");
 	EXPECT_EQ(ListNames<FProperty>(UTestKindsChild::StaticClass(), EFieldIterationFlags::None), "Own");
-	EXPECT_EQ(ListNames<UFunction>(UTestKinds::StaticClass()), "AddUp Shout Ask Tell");
+	EXPECT_EQ(ListNames<UFunction>(UTestKinds::StaticClass()), "AddUp Shout Count Weigh Ask Tell");
 	EXPECT_TRUE(ListNames<FProperty>(UTestKindsChild::StaticClass()).starts_with("Own Old Int bFlag bFirstBit"));
 }
 
@@ -179,6 +179,13 @@ TEST(Enum, ConvertsBetweenNamesAndValues)
 TEST(Function, IsCalledByReflection)
 {
 	UTestKinds* Object = NewObject<UTestKinds>();
+	const auto IsPure = [Object](const TCHAR* Name) {
+		return Object->FindFunction(Name)->HasAnyFunctionFlags(FUNC_BlueprintPure);
+	};
+	EXPECT_TRUE(IsPure(TEXT("Shout")));
+	EXPECT_TRUE(IsPure(TEXT("Count"))) << "it is const and answers something";
+	EXPECT_FALSE(IsPure(TEXT("Weigh"))) << "it says that it is not";
+	EXPECT_FALSE(IsPure(TEXT("Ask"))) << "Blueprints do not call it";
 	UFunction* AddUp = Object->FindFunction(TEXT("addup"));
 	ASSERT_TRUE(AddUp);
 	EXPECT_EQ(ListNames<FProperty>(AddUp), "A Others OutText ReturnValue");

@@ -285,6 +285,19 @@ private:
 		}
 	}
 
+	/** What is const and answers something is pure to Blueprints, unless it says that it is not. */
+	static void AddPureFlag(FParsedFunction& Function)
+	{
+		const auto Has = [&Function](const char* Flag) {
+			return std::find(Function.Flags.begin(), Function.Flags.end(), Flag) != Function.Flags.end();
+		};
+		if (Function.bConst && !Function.bImpure && Has("FUNC_BlueprintCallable") && Has("FUNC_HasOutParms") &&
+			!Has("FUNC_BlueprintPure"))
+		{
+			Function.Flags.push_back("FUNC_BlueprintPure");
+		}
+	}
+
 	void ReadEnum(const FSourceToken& Macro, const FSpecifierList& Specifiers)
 	{
 		FParsedEnum Enum;
@@ -822,6 +835,7 @@ private:
 			Flags.push_back("FUNC_Const");
 		}
 		AddOutParametersFlag(Function);
+		AddPureFlag(Function);
 		Function.Meta.SetDefault("ToolTip", Macro.Comment);
 		for (const FParsedFunction& Other : Struct.Functions)
 		{

@@ -92,6 +92,7 @@ struct FParsedFunction
 	int Line = 0;
 	bool bStatic = false;
 	bool bConst = false;
+	bool bImpure = false; // said so: BlueprintPure = false
 	bool bReturns = false;
 	bool bCustomThunk = false;
 	bool bEditorOnly = false;

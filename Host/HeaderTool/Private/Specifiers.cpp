@@ -288,6 +288,12 @@ std::string ApplyFunctionSpecifiers(const FSpecifierList& List, FParsedFunction&
 	}
 	Function.Event = bImplementable ? EEventKind::Implementable : bNative ? EEventKind::Native : EEventKind::None;
 	Function.bCustomThunk = HasSpecifier(List, "CustomThunk");
+	const FSpecifier* const Pure = FindSpecifier(List, "BlueprintPure");
+	if (Pure && !Pure->Values.empty() && EqualsIgnoreCase(Pure->Values[0], "false"))
+	{
+		Function.bImpure = true;
+		std::erase(Function.Flags, "FUNC_BlueprintPure");
+	}
 	TidyCategory(Function.Meta);
 	return {};
 }

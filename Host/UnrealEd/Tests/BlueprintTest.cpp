@@ -23,8 +23,8 @@ TEST_F(BlueprintTest, NewBlueprintOfAnActorHasHintsConstructionScriptAndRoot)
 	EXPECT_EQ(GetTitle(*Blueprint->FunctionGraphs[0]->Nodes[0]), "Construction Script");
 	// Ghost events are not compiled, the construction script is.
 	EXPECT_EQ(GetOwnProperties(Blueprint->GeneratedClass), (std::vector<std::string>{ "DefaultSceneRoot" }));
-	const UFunction* const Construction = Blueprint->GeneratedClass->FindFunctionByName(
-		TEXT("UserConstructionScript"), EIncludeSuperFlag::ExcludeSuper);
+	const UFunction* const Construction =
+		Blueprint->GeneratedClass->FindFunctionByName(TEXT("UserConstructionScript"), EIncludeSuperFlag::ExcludeSuper);
 	ASSERT_TRUE(Construction);
 	EXPECT_TRUE(Construction->HasAllFunctionFlags(
 		static_cast<EFunctionFlags>(FUNC_Event | FUNC_Public | FUNC_BlueprintCallable | FUNC_BlueprintEvent)));
@@ -40,10 +40,9 @@ TEST_F(BlueprintTest, VariableIsInTheSkeletonAtOnceAndInTheClassAfterCompiling)
 	UBlueprint* const Blueprint = Make(TEXT("/Game/BP_Vars"));
 	EXPECT_TRUE(FBlueprintEditorUtils::AddMemberVariable(
 		Blueprint, TEXT("Health"), MakeType(UEdGraphSchema_K2::PC_Real, UEdGraphSchema_K2::PC_Double), TEXT("75.5")));
-	EXPECT_FALSE(FBlueprintEditorUtils::AddMemberVariable(
-		Blueprint, TEXT("health"), MakeType(UEdGraphSchema_K2::PC_Int)));
-	EXPECT_FALSE(FBlueprintEditorUtils::AddMemberVariable(
-		Blueprint, TEXT("Tags"), MakeType(UEdGraphSchema_K2::PC_Int)))
+	EXPECT_FALSE(
+		FBlueprintEditorUtils::AddMemberVariable(Blueprint, TEXT("health"), MakeType(UEdGraphSchema_K2::PC_Int)));
+	EXPECT_FALSE(FBlueprintEditorUtils::AddMemberVariable(Blueprint, TEXT("Tags"), MakeType(UEdGraphSchema_K2::PC_Int)))
 		<< "a parent has the name";
 	EXPECT_TRUE(Blueprint->SkeletonGeneratedClass->FindPropertyByName(TEXT("Health")));
 	EXPECT_FALSE(Blueprint->GeneratedClass->FindPropertyByName(TEXT("Health")));
@@ -62,15 +61,15 @@ TEST_F(BlueprintTest, VariableIsInTheSkeletonAtOnceAndInTheClassAfterCompiling)
 	Blueprint->NewVariables[0].DefaultValue = TEXT("1.0");
 	FBlueprintEditorUtils::AddMemberVariable(Blueprint, TEXT("Other"), MakeType(UEdGraphSchema_K2::PC_Boolean));
 	Compile(Blueprint);
-	EXPECT_EQ(FindFProperty<FDoubleProperty>(Class, TEXT("Health"))->GetPropertyValue_InContainer(Class->GetDefaultObject()),
+	EXPECT_EQ(
+		FindFProperty<FDoubleProperty>(Class, TEXT("Health"))->GetPropertyValue_InContainer(Class->GetDefaultObject()),
 		12.0);
 }
 
 TEST_F(BlueprintTest, ChildrenFollowTheirParent)
 {
 	UBlueprint* const Parent = Make(TEXT("/Game/BP_Parent"));
-	FBlueprintEditorUtils::AddMemberVariable(
-		Parent, TEXT("Speed"), MakeType(UEdGraphSchema_K2::PC_Int), TEXT("5"));
+	FBlueprintEditorUtils::AddMemberVariable(Parent, TEXT("Speed"), MakeType(UEdGraphSchema_K2::PC_Int), TEXT("5"));
 	Compile(Parent);
 	UBlueprint* const Child = Make(TEXT("/Game/BP_Child"), Parent->GeneratedClass);
 	UBlueprint* const Grandchild = Make(TEXT("/Game/BP_Grandchild"), Child->GeneratedClass);
@@ -120,14 +119,12 @@ TEST_F(BlueprintTest, FunctionsGetParametersFlagsAndTemporaries)
 	ASSERT_EQ(Compile(Blueprint), BS_UpToDate);
 	const UFunction* const Function = Blueprint->GeneratedClass->FindFunctionByName(TEXT("Measure"));
 	ASSERT_TRUE(Function);
-	EXPECT_EQ(Function->FunctionFlags,
-		FUNC_Public | FUNC_BlueprintCallable | FUNC_BlueprintEvent | FUNC_HasOutParms);
+	EXPECT_EQ(Function->FunctionFlags, FUNC_Public | FUNC_BlueprintCallable | FUNC_BlueprintEvent | FUNC_HasOutParms);
 	EXPECT_EQ(GetOwnProperties(Function),
 		(std::vector<std::string>{ "Count", "then_0", "ReturnValue", "Total", "CallFunc_GetGameName_ReturnValue" }));
 	ASSERT_TRUE(Function->GetReturnProperty());
 	EXPECT_EQ(ToUtf8(Function->GetReturnProperty()->GetName()), "ReturnValue");
-	EXPECT_FALSE(
-		Function->FindPropertyByName(TEXT("CallFunc_GetGameName_ReturnValue"))->HasAnyPropertyFlags(CPF_Parm));
+	EXPECT_FALSE(Function->FindPropertyByName(TEXT("CallFunc_GetGameName_ReturnValue"))->HasAnyPropertyFlags(CPF_Parm));
 	EXPECT_TRUE(Function->FindPropertyByName(TEXT("Count"))
 					->HasAllPropertyFlags(CPF_Parm | CPF_BlueprintVisible | CPF_BlueprintReadOnly));
 
@@ -153,14 +150,13 @@ TEST_F(BlueprintTest, NodesHaveTheEnginesPinsAndTitles)
 	EXPECT_EQ(GetTitle(*AddVariableNode<UK2Node_VariableGet>(Graph, TEXT("Missing"))), "Get");
 
 	const UEdGraphNode* const Print = AddCall(Graph, UKismetSystemLibrary::StaticClass(), TEXT("PrintString"));
-	EXPECT_EQ(GetPins(*Print),
-		(std::vector<std::string>{ "execute", "then", "self", "WorldContextObject", "InString", "bPrintToScreen",
-			"bPrintToLog", "TextColor", "Duration", "Key" }));
+	EXPECT_EQ(GetPins(*Print), (std::vector<std::string>{ "execute", "then", "self", "WorldContextObject", "InString",
+								   "bPrintToScreen", "bPrintToLog", "TextColor", "Duration", "Key" }));
 	EXPECT_EQ(GetTitle(*Print), "Print String");
 	EXPECT_EQ(ToUtf8(Print->FindPin(TEXT("instring"))->DefaultValue), "Hello");
 	EXPECT_EQ(ToUtf8(Print->GetClass()->GetName()), "K2Node_CallFunction");
-	EXPECT_EQ(GetTitle(*AddCall(Graph, ACharacter::StaticClass(), TEXT("SetLifeSpan"))),
-		"Set Life Span\nTarget is Actor");
+	EXPECT_EQ(
+		GetTitle(*AddCall(Graph, ACharacter::StaticClass(), TEXT("SetLifeSpan"))), "Set Life Span\nTarget is Actor");
 	EXPECT_EQ(GetTitle(*AddCall(Graph, ACharacter::StaticClass(), TEXT("K2_DestroyActor"))),
 		"Destroy Actor\nTarget is Actor");
 	const UEdGraphNode* const Unbound = AddCall(Graph, ACharacter::StaticClass(), TEXT("NoSuchFunction"));
@@ -204,13 +200,11 @@ TEST_F(BlueprintTest, CompilerReportsOnTheNodes)
 	Print->FindPin(TEXT("Duration"))->DefaultValue = TEXT("2.5");
 
 	// A warning: the linked pin of a variable whose type has changed its name is orphaned.
-	FBlueprintEditorUtils::AddMemberVariable(
-		Blueprint, TEXT("Line"), MakeType(UEdGraphSchema_K2::PC_String));
+	FBlueprintEditorUtils::AddMemberVariable(Blueprint, TEXT("Line"), MakeType(UEdGraphSchema_K2::PC_String));
 	UK2Node_VariableGet* const Get = AddVariableNode<UK2Node_VariableGet>(Graph, TEXT("Line"));
 	Get->FindPin(TEXT("Line"))->MakeLinkTo(Print->FindPin(TEXT("InString")));
 	EXPECT_EQ(Compile(Blueprint), BS_UpToDate);
-	FBlueprintEditorUtils::AddMemberVariable(
-		Blueprint, TEXT("Renamed"), MakeType(UEdGraphSchema_K2::PC_String));
+	FBlueprintEditorUtils::AddMemberVariable(Blueprint, TEXT("Renamed"), MakeType(UEdGraphSchema_K2::PC_String));
 	Get->VariableReference.SetSelfMember(TEXT("Renamed"));
 	Get->ReconstructNode();
 	EXPECT_EQ(Compile(Blueprint), BS_UpToDateWithWarnings);
@@ -219,8 +213,8 @@ TEST_F(BlueprintTest, CompilerReportsOnTheNodes)
 TEST_F(BlueprintTest, SavedBlueprintReadsTheSame)
 {
 	UBlueprint* Blueprint = Make(TEXT("/Game/Folder/BP_Saved"), ACharacter::StaticClass());
-	FBlueprintEditorUtils::AddMemberVariable(Blueprint, TEXT("Health"),
-		MakeType(UEdGraphSchema_K2::PC_Real, UEdGraphSchema_K2::PC_Double), TEXT("75.5"));
+	FBlueprintEditorUtils::AddMemberVariable(
+		Blueprint, TEXT("Health"), MakeType(UEdGraphSchema_K2::PC_Real, UEdGraphSchema_K2::PC_Double), TEXT("75.5"));
 	FEdGraphPinType Map = MakeType(UEdGraphSchema_K2::PC_Name);
 	Map.ContainerType = EPinContainerType::Map;
 	Map.PinValueType.TerminalCategory = UEdGraphSchema_K2::PC_Object;
@@ -235,6 +229,11 @@ TEST_F(BlueprintTest, SavedBlueprintReadsTheSame)
 	UEdGraph* const Function = AddFunction(Blueprint, TEXT("Measure"), true);
 	FBlueprintEditorUtils::GetEntryNode(Function)->CreateUserDefinedPin(
 		TEXT("Count"), MakeType(UEdGraphSchema_K2::PC_Int), EGPD_Output);
+	AddVariableNode<UK2Node_VariableGet>(Graph, TEXT("Health"));
+	AddCall(Graph, Blueprint->SkeletonGeneratedClass, TEXT("Measure"));
+	AddCall(Graph, ACharacter::StaticClass(), TEXT("SetLifeSpan"));
+	const std::vector<std::string> Targets = GetTargets(Graph);
+	EXPECT_EQ(Targets, (std::vector<std::string>{ "KismetSystemLibrary", "BP_Saved_C", "self", "Actor" }));
 	ASSERT_EQ(Compile(Blueprint), BS_UpToDate);
 	FindFProperty<FDoubleProperty>(Blueprint->GeneratedClass, TEXT("Health"))
 		->SetPropertyValue_InContainer(Blueprint->GeneratedClass->GetDefaultObject(), 33.25);
@@ -250,13 +249,15 @@ TEST_F(BlueprintTest, SavedBlueprintReadsTheSame)
 	EXPECT_FALSE(Blueprint->GetOutermost()->IsDirty());
 	UClass* const Class = Blueprint->GeneratedClass;
 	EXPECT_EQ(Class->GetSuperClass(), ACharacter::StaticClass());
-	EXPECT_EQ(FindFProperty<FDoubleProperty>(Class, TEXT("Health"))->GetPropertyValue_InContainer(Class->GetDefaultObject()),
+	EXPECT_EQ(
+		FindFProperty<FDoubleProperty>(Class, TEXT("Health"))->GetPropertyValue_InContainer(Class->GetDefaultObject()),
 		33.25);
 	EXPECT_EQ(Blueprint->NewVariables[1].VarType, Map);
 	ASSERT_TRUE(Class->FindFunctionByName(TEXT("Measure")));
 	EXPECT_EQ(GetOwnProperties(Class->FindFunctionByName(TEXT("Measure"))), (std::vector<std::string>{ "Count" }));
 	const UEdGraph& Loaded = *Blueprint->UbergraphPages[0];
 	ASSERT_GE(Loaded.Nodes.Num(), 2);
+	EXPECT_EQ(GetTargets(Loaded), Targets);
 	ASSERT_EQ(Loaded.Nodes[0]->FindPin(TEXT("then"))->LinkedTo.Num(), 1);
 	EXPECT_EQ(GetTitle(*Loaded.Nodes[0]->FindPin(TEXT("then"))->LinkedTo[0]->GetOwningNode()), "Print String");
 	ASSERT_TRUE(Blueprint->SimpleConstructionScript->FindSCSNode(TEXT("Lantern")));
@@ -274,14 +275,16 @@ TEST_F(BlueprintTest, BlueprintsThatUseEachOtherLoad)
 	AddFunction(Second, TEXT("Pong"), true);
 	Compile(First);
 	Compile(Second);
-	for (const auto& [From, To, Name] : { std::tuple(First, Second, TEXT("Pong")), std::tuple(Second, First, TEXT("Ping")) })
+	for (const auto& [From, To, Name] :
+		{ std::tuple(First, Second, TEXT("Pong")), std::tuple(Second, First, TEXT("Ping")) })
 	{
 		FBlueprintEditorUtils::AddMemberVariable(
 			From, TEXT("Other"), MakeType(UEdGraphSchema_K2::PC_Object, NAME_None, To->GeneratedClass));
 		UEdGraph& Graph = *From->UbergraphPages[0];
 		UEdGraphNode* const Call = AddCall(Graph, To->GeneratedClass, Name);
-		AddVariableNode<UK2Node_VariableGet>(Graph, TEXT("Other"))->FindPin(TEXT("Other"))->MakeLinkTo(
-			Call->FindPin(TEXT("self")));
+		AddVariableNode<UK2Node_VariableGet>(Graph, TEXT("Other"))
+			->FindPin(TEXT("Other"))
+			->MakeLinkTo(Call->FindPin(TEXT("self")));
 		Graph.Nodes[0]->FindPin(TEXT("then"))->MakeLinkTo(Call->FindPin(TEXT("execute")));
 		ASSERT_EQ(Compile(From), BS_UpToDate);
 		ASSERT_TRUE(Save(From));

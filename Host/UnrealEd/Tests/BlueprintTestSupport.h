@@ -65,6 +65,21 @@ inline std::string GetTitle(const UEdGraphNode& Node)
 	return ToUtf8(Node.GetNodeTitle(ENodeTitleType::FullTitle).ToString());
 }
 
+/** What the nodes work on: the classes of their pins named "self", or "self". */
+inline std::vector<std::string> GetTargets(const UEdGraph& Graph)
+{
+	std::vector<std::string> Names;
+	for (const UEdGraphNode* const Node : Graph.Nodes)
+	{
+		if (const UEdGraphPin* const Pin = Node->FindPin(TEXT("self")))
+		{
+			const UObject* const Class = Pin->PinType.PinSubCategoryObject.Get();
+			Names.push_back(ToUtf8(Class ? Class->GetName() : Pin->PinType.PinSubCategory.ToString()));
+		}
+	}
+	return Names;
+}
+
 /** A project of its own, and the module that compiles. */
 class BlueprintTest : public testing::Test
 {

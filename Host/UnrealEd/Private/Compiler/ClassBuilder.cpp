@@ -125,8 +125,8 @@ void FBlueprintClassBuilder::AddComponents()
 		}
 		if (IsNameTaken(Node->GetVariableName()))
 		{
-			Log.Error(FString::Printf(TEXT("The component %s has the name of another member"),
-				*Node->GetVariableName().ToString()));
+			Log.Error(FString::Printf(
+				TEXT("The component %s has the name of another member"), *Node->GetVariableName().ToString()));
 			continue;
 		}
 		FObjectProperty* const Property = new FObjectProperty(&Class, Node->GetVariableName(), RF_Public);
@@ -166,8 +166,8 @@ void FBlueprintClassBuilder::AddVariable(const FBPVariableDescription& Variable)
 	{
 		Property->SetMetaData(Entry.DataKey, Entry.DataValue);
 	}
-	const bool bExpose = Property->HasMetaData(FBlueprintMetadata::MD_ExposeOnSpawn) ||
-						 Property->HasAnyPropertyFlags(CPF_ExposeOnSpawn);
+	const bool bExpose =
+		Property->HasMetaData(FBlueprintMetadata::MD_ExposeOnSpawn) || Property->HasAnyPropertyFlags(CPF_ExposeOnSpawn);
 	if (bExpose && Property->HasAnyPropertyFlags(CPF_DisableEditOnInstance))
 	{
 		Log.Warning(FString::Printf(TEXT("Variable %s is marked as 'Expose on Spawn' but not marked as 'Instance "
@@ -270,7 +270,8 @@ void FBlueprintClassBuilder::AddEventFunction(const UK2Node_Event& Event)
 	}
 	const UFunction* const Overridden = Event.bOverrideFunction ? FindOverridden(Event.GetFunctionName()) : nullptr;
 	const uint32 Inherited = Overridden ? Overridden->FunctionFlags & ClassBuilder::InheritedFunctionFlags : 0;
-	Finish(*Function, Inherited | FUNC_BlueprintEvent | Event.FunctionFlags | (Event.bOverrideFunction ? FUNC_Event : 0));
+	Finish(
+		*Function, Inherited | FUNC_BlueprintEvent | Event.FunctionFlags | (Event.bOverrideFunction ? FUNC_Event : 0));
 }
 
 void FBlueprintClassBuilder::AddUberGraphFunction()
@@ -306,7 +307,15 @@ UFunction* FBlueprintClassBuilder::AddFunction(FName Name, UEdGraphNode* Node)
 	Names.Add(Name);
 	MakeRoomForName(Class, Name, *UFunction::StaticClass());
 	UFunction* const Function = NewObject<UFunction>(&Class, Name, RF_Public);
-	Function->SetSuperStruct(const_cast<UFunction*>(FindOverridden(Name)));
+	const UFunction* const Overridden = FindOverridden(Name);
+	Function->SetSuperStruct(const_cast<UFunction*>(Overridden));
+	// What overrides "Construction Script" is called so as well.
+	const FString* const DisplayName =
+		Overridden ? Overridden->FindMetaData(FBlueprintMetadata::MD_DisplayName) : nullptr;
+	if (DisplayName)
+	{
+		Function->SetMetaData(FBlueprintMetadata::MD_DisplayName, **DisplayName);
+	}
 	return Function;
 }
 
@@ -330,7 +339,8 @@ void FBlueprintClassBuilder::AddLocals(UFunction& Function, const UK2Node_Functi
 		FProperty* const Property = CreatePropertyFromPinType(Function, Local.VarName, Local.VarType);
 		if (!Property)
 		{
-			Log.Error(FString::Printf(TEXT("The type of the local variable %s is not valid"), *Local.VarName.ToString()));
+			Log.Error(
+				FString::Printf(TEXT("The type of the local variable %s is not valid"), *Local.VarName.ToString()));
 			continue;
 		}
 		Property->SetPropertyFlags(CPF_Edit | CPF_BlueprintVisible);
@@ -351,8 +361,8 @@ void FBlueprintClassBuilder::AddTemporaries(UFunction& Function, const UEdGraph&
 			{
 				continue;
 			}
-			const FString Base = FString::Printf(
-				TEXT("CallFunc_%s_%s"), *Call->GetFunctionName().ToString(), *Pin->PinName.ToString());
+			const FString Base =
+				FString::Printf(TEXT("CallFunc_%s_%s"), *Call->GetFunctionName().ToString(), *Pin->PinName.ToString());
 			FName Name(*Base);
 			for (int32 Number = 1; Taken.Contains(Name); ++Number)
 			{

@@ -9,7 +9,6 @@
 #include "Serialization/JsonSerializer.h"
 #include "Tests/KestrelTest.h"
 #include "UObject/Class.h"
-#include "UObject/UObjectGlobals.h"
 
 /**
  * Compares documents with those in Tests/Documents, which were written by hand. To keep them readable, what comes again
