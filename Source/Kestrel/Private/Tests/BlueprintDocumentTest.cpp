@@ -9,6 +9,7 @@
 #include "Serialization/JsonSerializer.h"
 #include "Tests/KestrelTest.h"
 #include "UObject/Class.h"
+#include "UObject/Class.h"
 #include "UObject/UObjectGlobals.h"
 
 /**
