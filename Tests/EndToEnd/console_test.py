@@ -30,6 +30,20 @@ class ConsoleTest(EndToEndTest):
         self.assertEqual(run.output.count("[ User Start ]"), 1, run)
         self.assertEqual(run.code, 0, run)
 
+    def test_a_blueprint_is_made_saved_and_read_by_the_next_editor(self):
+        run = self.run_editor("-Prompt=create blueprint BP_Gate from Actor in /Game/Doors",
+                              "-Prompt=read the graphs of blueprint bp_gate", "-Prompt=save all", "-Approve")
+        self.assert_in_order(
+            run, "Creating Blueprint File ...\n", "Success: Blueprint 'BP_Gate' created at '/Game/Doors'.",
+            "Reading Blueprint Asset ...\n", "Event BeginPlay", "Saving and compiling all dirty blueprints ...\n",
+            "Blueprint 'BP_Gate' saved successfully.", "Blueprint 'BP_Gate' compiled successfully.")
+        self.assertEqual(list(self.files_of_project("Content")), ["Content/Doors/BP_Gate.uasset"])
+        again = self.run_editor("-Prompt=read blueprint BP_Gate", "-Prompt=create blueprint BP_Gate in /Game/Doors",
+                                "-Prompt=read blueprint BP_Portcullis", "-Approve")
+        self.assert_in_order(again, "The Blueprint BP_Gate (/Game/Doors/BP_Gate.BP_Gate):", "Event ActorBeginOverlap",
+                             "Check if the path is valid and the name is unique.",
+                             "Blueprint 'BP_Portcullis' not found.")
+
     def test_a_tool_that_nobody_approves_fails_the_run(self):
         run = self.run_editor("-Prompt=read Source/Moor/Walker.h")
         self.assertEqual(run.code, 1, run)

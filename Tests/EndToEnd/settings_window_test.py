@@ -116,6 +116,7 @@ class SettingsWindowTest(ScreenTest):
         self.open_editor()
         self.choose("Window", "Output Log")
         self.text("LogInit: Project: ")
+        self.screen.picture("log")
         self.click(self.find("TextEdit", "Search Log"))
         self.type("no such words")
         self.value("Text", "Log", "")
@@ -125,7 +126,7 @@ class SettingsWindowTest(ScreenTest):
         self.screen.do("mousemove", int((left + right) / 2), int((top + bottom) / 2))
         tip = "Takes the lines off this view; the log file keeps them"
         self.find("Text", tip)
-        self.screen.picture("log")
+        self.screen.picture("log-tool-tip")
         self.screen.do("click", 1)
         self.lost("Text", tip)
         self.close_editor()

@@ -78,9 +78,7 @@ class WindowTest(ScreenTest):
                 self.open_editor(f"-DPIScale={scale}")
                 self.click(self.button("Kestrel"))
                 self.text("I know the files of this project")
-                # Each letter that is on no key is put on one for the moment: the editor has to see that in time.
-                self.type(letters, delay_milliseconds=200)
-                self.text(letters)
+                self.type_letters(letters)
                 self.press("Return")
                 self.text(f"[ User Start ]\n\n{letters}")
                 self.text("understand a few requests")

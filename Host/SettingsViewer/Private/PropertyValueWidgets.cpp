@@ -65,8 +65,7 @@ static TSharedRef<SWidget> MakeSmallButton(
 
 bool FPropertyValueWidgets::IsSecret(const FProperty& Property)
 {
-	const FString Name = Property.GetName();
-	return Property.HasMetaData("PasswordField") || Name.Contains(TEXT("Password")) || Name.Contains(TEXT("Key"));
+	return Property.HasMetaData("PasswordField");
 }
 
 TSharedRef<SWidget> FPropertyValueWidgets::MakeValue(
@@ -169,7 +168,7 @@ TSharedRef<SWidget> FPropertyValueWidgets::MakeTextBox(
 			[
 				SNew(SEditableTextBox)
 				.AccessibleText(Name)
-				.IsPassword(IsSecret(Property) && Property.IsA<FStrProperty>())
+				.IsPassword(IsSecret(Property))
 				.SelectAllTextWhenFocused(bIsNumber)
 				.RevertTextOnEscape(true)
 				.ClearKeyboardFocusOnCommit(false)

@@ -24,7 +24,7 @@ public:
 	TSharedRef<SWidget> MakeElement(
 		const FArrayProperty& Property, const FString& ArrayPath, int32 Index, const FText& Name) const;
 
-	/** Whether a text is nobody else's business: by its meta data, or by what it is called. */
+	/** Whether a text is nobody else's business: only its meta data say so, as in the engine. */
 	static bool IsSecret(const FProperty& Property);
 
 private:

@@ -137,6 +137,8 @@ TEST_F(FSettingsEditorTest, SavesATypedTextAndHidesASecretOne)
 	EXPECT_EQ(Object->NumEdits, 1);
 	Type(TEXT("Nest Key"), TEXT("under the mat"));
 	EXPECT_EQ(Object->NumEdits, 1) << "nothing was changed";
+	Type(TEXT("Larder Key"), TEXT("beside it"));
+	EXPECT_TRUE(Find(TEXT("Larder Key"))->AsText()->GetText().Contains(TEXT("beside")));
 }
 
 TEST_F(FSettingsEditorTest, RefusesWhatIsNoNumberAndShowsTheOldOne)

@@ -18,7 +18,7 @@ class USettingsEditorTestObject : public UObject
 	GENERATED_BODY()
 
 public:
-	UPROPERTY(config, EditAnywhere, Category = "Owl|Secrets", meta = (DisplayName = "Nest Key"))
+	UPROPERTY(config, EditAnywhere, Category = "Owl|Secrets", meta = (DisplayName = "Nest Key", PasswordField = true))
 	FString NestKey;
 
 	/** How many there are. */
@@ -30,6 +30,10 @@ public:
 
 	UPROPERTY(config, EditAnywhere, Category = "Owl|Body")
 	ESettingsEditorTestNest Nest = ESettingsEditorTestNest::Tree;
+
+	/** A name alone makes no secret. */
+	UPROPERTY(config, EditAnywhere, Category = "Owl|Food")
+	FString LarderKey;
 
 	UPROPERTY(config, EditAnywhere, Category = "Owl|Food")
 	TArray<FString> Prey = { TEXT("mouse"), TEXT("vole") };

@@ -70,7 +70,8 @@ public:
 	UKestrelSettings();
 
 	UPROPERTY(config, EditAnywhere, Category = "Kestrel|Authentication",
-		meta = (DisplayName = "API Key", ToolTip = "Authentication key required to access Kestrel AI services"))
+		meta = (DisplayName = "API Key", ToolTip = "Authentication key required to access Kestrel AI services",
+			PasswordField = true))
 	FString ApiKey;
 
 	/** An EKestrelMode. */

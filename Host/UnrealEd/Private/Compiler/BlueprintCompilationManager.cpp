@@ -1,6 +1,7 @@
 #include "Compiler/BlueprintCompilationManager.h"
 
 #include "Compiler/ClassBuilder.h"
+#include "Compiler/NameRoom.h"
 #include "Compiler/NodeValidation.h"
 #include "Engine/BlueprintGeneratedClass.h"
 #include "Engine/MemberReference.h"
@@ -53,7 +54,11 @@ UBlueprintGeneratedClass& FindOrMakeClass(UBlueprint& Blueprint, EBuiltClass Kin
 	const EObjectFlags Flags = RF_Public | RF_Transactional | (bSkeleton ? RF_Transient : RF_NoFlags);
 	// By name: a reference to a class reads as null while the class has no parent.
 	UBlueprintGeneratedClass* Class = FindObjectFast<UBlueprintGeneratedClass>(Blueprint.GetOuter(), Name);
-	Class = Class ? Class : NewObject<UBlueprintGeneratedClass>(Blueprint.GetOuter(), Name, Flags);
+	if (!Class)
+	{
+		MakeRoomForName(*Blueprint.GetOuter(), Name, *UBlueprintGeneratedClass::StaticClass());
+		Class = NewObject<UBlueprintGeneratedClass>(Blueprint.GetOuter(), Name, Flags);
+	}
 	(bSkeleton ? Blueprint.SkeletonGeneratedClass : Blueprint.GeneratedClass) = Class;
 	return *Class;
 }
@@ -120,6 +125,7 @@ void ApplyDefault(const FBPVariableDescription& Variable, UObject& Defaults, FCo
 void MakeDefaults(FJob& Job)
 {
 	UClass* const Class = Job.Blueprint->GeneratedClass;
+	MakeRoomForName(*Class->GetOuter(), Class->GetDefaultObjectName(), *Class);
 	UObject* const Defaults = Class->GetDefaultObject();
 	const UObject* const Old = Job.Replaced ? Job.Replaced->GetDefaultObject(false) : nullptr;
 	for (const FBPVariableDescription& Variable : Job.Blueprint->NewVariables)

@@ -1,5 +1,6 @@
 #include "Compiler/ClassBuilder.h"
 
+#include "Compiler/NameRoom.h"
 #include "Compiler/PropertyFromPinType.h"
 #include "EdGraphSchema_K2.h"
 #include "Engine/BlueprintGeneratedClass.h"
@@ -304,6 +305,7 @@ UFunction* FBlueprintClassBuilder::AddFunction(FName Name, UEdGraphNode* Node)
 		return nullptr;
 	}
 	Names.Add(Name);
+	MakeRoomForName(Class, Name, *UFunction::StaticClass());
 	UFunction* const Function = NewObject<UFunction>(&Class, Name, RF_Public);
 	const UFunction* const Overridden = FindOverridden(Name);
 	Function->SetSuperStruct(const_cast<UFunction*>(Overridden));

@@ -1,6 +1,8 @@
 #include "Agent/Agent.h"
 #include "Agent/FileHistory.h"
+#include "Agent/JsonText.h"
 #include "Containers/Ticker.h"
+#include "Dom/JsonObject.h"
 #include "Framework/Application/SlateApplication.h"
 #include "Framework/Docking/TabManager.h"
 #include "GenericPlatform/GenericPlatformFile.h"
@@ -71,10 +73,10 @@ void CollectTexts(const TSharedRef<SWidget>& Widget, TArray<TSharedRef<SMultiLin
 class FPanel
 {
 public:
-	FPanel()
+	explicit FPanel(const FVector2D& Size = FVector2D(600.0, 400.0))
 		: Unhooked(FKestrelInterface::Get().StatusMessageDelegate)
 		, UnhookedDiffs(FKestrelInterface::Get().DiffMessageDelegate)
-		, Window(SNew(SWindow).ClientSize(FVector2D(600.0, 400.0))[SAssignNew(Widget, SKestrelWidget)])
+		, Window(SNew(SWindow).ClientSize(Size)[SAssignNew(Widget, SKestrelWidget)])
 	{
 		FSlateApplication::Get().AddWindow(Window);
 		FSlateApplication::Get().Tick();
@@ -128,6 +130,34 @@ TSharedPtr<SScrollBox> FindScrollBox(const TSharedRef<SWidget>& Widget)
 		Found = FindScrollBox(Children->GetChildAt(Index));
 	}
 	return Found;
+}
+
+TSharedPtr<SWidget> FindLastEnabledButton(const TSharedRef<SWidget>& Widget)
+{
+	if (Widget->GetType() == FName("SButton"))
+	{
+		return Widget->IsEnabled() ? Widget.ToSharedPtr() : nullptr;
+	}
+	FChildren* Children = Widget->GetChildren();
+	TSharedPtr<SWidget> Found;
+	for (int32 Index = Children->Num() - 1; Index >= 0 && !Found.IsValid(); --Index)
+	{
+		Found = FindLastEnabledButton(Children->GetChildAt(Index));
+	}
+	return Found;
+}
+
+/** An answer that asks for more tools than a small window has room for. */
+TSharedPtr<FJsonObject> MakeAnswerWithTools(int32 NumTools)
+{
+	TArray<FString> Blocks;
+	for (int32 Index = 0; Index < NumTools; ++Index)
+	{
+		Blocks.Add(FString::Printf(
+			TEXT("{\"type\":\"tool_use\",\"id\":\"%d\",\"name\":\"read_file\",\"input\":{\"path\":\"Config/%d.ini\"}}"),
+			Index, Index));
+	}
+	return KestrelJson::ParseObject(TEXT("{\"response\":[") + FString::Join(Blocks, TEXT(",")) + TEXT("]}"));
 }
 
 /** Some messages, and the frames in which they find their places. */
@@ -184,9 +214,12 @@ void FKestrelPanelSpec::Define()
 		TestTrue(
 			TEXT("logged"), Log.Contains(TEXT("] one\ntwo\nthree\n\n")) && Log.Contains(TEXT("] one\n2\n\nthree\n\n")));
 		TestFalse(TEXT("logged when switched off"), Log.Contains(TEXT("nor logged")));
-		FKestrelInterface::Get().OnAddDiffMessage(TEXT("/big.txt"), TEXT("x"), FString::ChrN(5000000, u'x'));
+		FKestrelInterface::Get().OnAddDiffMessage(TEXT("/big.txt"), TEXT("little"), FString::ChrN(5000000, u'x'));
 		KestrelTest::TestSameText(*this, TEXT("too large"), Panel.LastBlock(),
 			TEXT("/big.txt has changed. The change is too large to be shown."));
+		FFileHelper::LoadFileToString(Log, *FKestrelInterface::Get().GetPromptLogFilePath());
+		TestTrue(TEXT("logged all the same"), Log.Contains(TEXT("] little\n\n")) && Log.Len() > 5000000);
+		FKestrelInterface::Get().DeleteAllLogs();
 	});
 
 	It("offers to undo and redo what a conversation has changed", [this]() {
@@ -283,13 +316,42 @@ void FKestrelPanelSpec::Define()
 		FSlateApplication::Get().SetKeyboardFocus(Panel.Texts(true).Last());
 		PanelTest::AddMessages(3);
 		TestFalse(TEXT("it stays with a block that has the focus"), IsAtEnd());
+		PanelTest::TurnWheel(*Box, -1000.0f);
+		PanelTest::AddMessages(3);
+		TestTrue(TEXT("it follows when they go to the end"), IsAtEnd());
+		FSlateApplication::Get().SetKeyboardFocus(Panel.PromptBox());
+		FSlateApplication::Get().Tick();
+		FSlateApplication::Get().SetKeyboardFocus(Panel.Texts(true).Last());
+		PanelTest::AddMessages(3);
+		TestFalse(TEXT("it stays with the next block"), IsAtEnd());
 		FSlateApplication::Get().SetKeyboardFocus(Panel.PromptBox());
 		PanelTest::AddMessages(1);
 		TestTrue(TEXT("it follows after that"), IsAtEnd());
 	});
 
-	It("lets the prompt box grow with its text, up to a limit", [this]() {
+	It("turns the pages of the conversation from anywhere", [this]() {
 		const PanelTest::FPanel Panel;
+		const TSharedRef<SScrollBox> Box = PanelTest::FindScrollBox(Panel.Widget.ToSharedRef()).ToSharedRef();
+		PanelTest::AddMessages(30);
+		const float End = Box->GetScrollOffset();
+		const float ViewHeight = static_cast<float>(FVector2D(Box->GetCachedGeometry().GetLocalSize()).Y);
+		Panel.Press(EKeys::PageUp, false);
+		PanelTest::AddMessages(1);
+		TestTrue(TEXT("up by less than it shows"),
+			Box->GetScrollOffset() < End - ViewHeight / 2.0f && Box->GetScrollOffset() > End - ViewHeight);
+		FSlateApplication::Get().SetKeyboardFocus(Panel.Texts(true)[0]);
+		for (int32 Page = 0; Page < 20; ++Page)
+		{
+			FSlateApplication::Get().ProcessKeyDownEvent(
+				FKeyEvent(EKeys::PageDown, FModifierKeysState(), 0, true, 0, 0));
+		}
+		PanelTest::AddMessages(1);
+		TestTrue(TEXT("down, and on with the end"), Box->GetScrollOffset() > End);
+		TestTrue(TEXT("from there it follows"), Box->GetScrollOffsetOfEnd() - Box->GetScrollOffset() < 2.0f);
+	});
+
+	It("lets the prompt box grow with its text, up to a limit", [this]() {
+		const PanelTest::FPanel Panel(FVector2D(600.0, 800.0));
 		TArray<double> Heights;
 		for (const int32 NumLines : { 1, 3, 8, 12, 40, 400 })
 		{
@@ -305,13 +367,28 @@ void FKestrelPanelSpec::Define()
 			PanelTest::FindScrollBox(Panel.Widget.ToSharedRef())->GetCachedGeometry().GetLocalSize().Y > 100.0);
 	});
 
+	It("keeps its buttons and the conversation in sight in a small window", [this]() {
+		const FVector2D Size(320.0, 300.0);
+		const PanelTest::FPanel Panel(Size);
+		PanelTest::Enter(EAgentState::PollRequest);
+		FAgent::Get().HandlePollStatusRequestCompleted(PanelTest::MakeAnswerWithTools(20));
+		Panel.Type(*FString::ChrN(400, TEXT('\n')));
+		PanelTest::AddMessages(1);
+		const FSlateRect End =
+			PanelTest::FindLastEnabledButton(Panel.Widget.ToSharedRef())->GetCachedGeometry().GetLayoutBoundingRect();
+		TestTrue(TEXT("the last button"), End.Right <= Size.X && End.Bottom <= Size.Y && End.Bottom - End.Top > 10.0);
+		TestTrue(TEXT("the conversation"),
+			PanelTest::FindScrollBox(Panel.Widget.ToSharedRef())->GetCachedGeometry().GetLocalSize().Y > 20.0);
+	});
+
 	It("hides tool names and bold markers, and logs the message whole", [this]() {
 		const PanelTest::FPanel Panel;
 		const FKestrelInterface& Interface = FKestrelInterface::Get();
 		const FString Message =
-			TEXT("Now **read_file** and modify_blueprint_variables! ") + Panel.Widget->GetTypeAsString();
+			TEXT("Now **Read_FILE** and modify_blueprint_variables! *read**_file* ") + Panel.Widget->GetTypeAsString();
 		Interface.OnAddStatusMessage(Message, FLinearColor::White, FKestrelInterface::BoldFontName, 9.0f);
-		KestrelTest::TestSameText(*this, TEXT("block"), Panel.LastBlock(), TEXT("Now  and _variables! SKestrelWidget"));
+		KestrelTest::TestSameText(
+			*this, TEXT("block"), Panel.LastBlock(), TEXT("Now  and _variables!  SKestrelWidget"));
 		FString Log;
 		FFileHelper::LoadFileToString(Log, *Interface.GetPromptLogFilePath());
 		TestTrue(TEXT("log"), Log.Contains(Message, ESearchCase::CaseSensitive));

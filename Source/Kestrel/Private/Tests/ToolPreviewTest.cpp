@@ -57,6 +57,9 @@ void FKestrelToolPreviewSpec::Define()
 			Block(TEXT("compile"), {}),
 			Block(TEXT("find_reference_in_all_files"), { TEXT("reference_string"), TEXT("Health") }),
 			Block(TEXT("read_file"), { TEXT("path"), A }),
+			Block(TEXT("read_blueprint"), { TEXT("blueprint_name"), TEXT("BP_A"), TEXT("data_subset"), TEXT("All") }),
+			Block(TEXT("create_blueprint"), { TEXT("BPPath"), TEXT("/Game/Doors"), TEXT("BPName"), TEXT("BP_B") }),
+			Block(TEXT("save_and_compile_all_dirty_blueprints"), {}),
 			Block(TEXT("no_such_tool"), {}),
 		};
 		const TArray<FString> Expected = {
@@ -72,7 +75,10 @@ void FKestrelToolPreviewSpec::Define()
 			TEXT("6 "),
 			TEXT("1 Health"),
 			TEXT("0 ") + A,
-			TEXT("7 no_such_tool"),
+			TEXT("7 BP_A"),
+			TEXT("8 /Game/Doors/BP_B"),
+			TEXT("9 "),
+			TEXT("10 no_such_tool"),
 		};
 		const TArray<FKestrelToolPreview> Previews = FKestrelToolPreviews::Make(ToolUses);
 		for (int32 Index = 0; Index < Expected.Num(); ++Index)

@@ -294,8 +294,12 @@ bool KestrelLineDiff::IsWorthComparing(const FString& OldText, const FString& Ne
 TArray<FString> KestrelLineDiff::SplitIntoLines(const FString& Text)
 {
 	TArray<FString> Lines;
-	constexpr bool bCullEmpty = false;
-	Text.ParseIntoArrayLines(Lines, bCullEmpty);
+	// The parser takes a text that has been emptied, but keeps its memory, for one empty line.
+	if (!Text.IsEmpty())
+	{
+		constexpr bool bCullEmpty = false;
+		Text.ParseIntoArrayLines(Lines, bCullEmpty);
+	}
 	return Lines;
 }
 

@@ -78,6 +78,22 @@ FText Describe(const FKestrelToolPreview& Preview)
 	}
 	return FText::FromString(Text);
 }
+
+/** What stands out may be out of view. */
+FText DescribeAll(const TArray<FKestrelToolPreview>& Previews)
+{
+	const int32 NumStandingOut =
+		Previews.FilterByPredicate([](const FKestrelToolPreview& Preview) { return Preview.StandsOut(); }).Num();
+	if (Previews.Num() <= 1)
+	{
+		return LOCTEXT("Heading", "Waiting for your approval:");
+	}
+	return NumStandingOut == 0
+			   ? FText::Format(LOCTEXT("HeadingOfMany", "Waiting for your approval: {0} tools"), Previews.Num())
+			   : FText::Format(LOCTEXT("HeadingWithWarning",
+								   "Waiting for your approval: {0} tools, {1} of them worth a second look"),
+					 Previews.Num(), NumStandingOut);
+}
 }
 
 void SKestrelApprovalList::Construct(const FArguments& InArgs)
@@ -98,8 +114,8 @@ void SKestrelApprovalList::Construct(const FArguments& InArgs)
 				.AutoHeight()
 				.Padding(0.0f, 0.0f, 0.0f, KestrelApprovalList::RowGap)
 				[
-					SNew(STextBlock)
-					.Text(LOCTEXT("Heading", "Waiting for your approval:"))
+					SAssignNew(Heading, STextBlock)
+					.AutoWrapText(true)
 				]
 				+ SVerticalBox::Slot()
 				.FillHeight(1.0f)
@@ -118,6 +134,7 @@ void SKestrelApprovalList::Construct(const FArguments& InArgs)
 
 void SKestrelApprovalList::SetPreviews(const TArray<FKestrelToolPreview>& Previews)
 {
+	Heading->SetText(KestrelApprovalList::DescribeAll(Previews));
 	Rows->ClearChildren();
 	for (const FKestrelToolPreview& Preview : Previews)
 	{
@@ -159,6 +176,7 @@ TSharedRef<SWidget> SKestrelApprovalList::MakeRow(const FKestrelToolPreview& Pre
 		]
 		+ SHorizontalBox::Slot()
 		.AutoWidth()
+		.VAlign(VAlign_Top)
 		[
 			MakeUnfoldButton(Preview, Row)
 		]

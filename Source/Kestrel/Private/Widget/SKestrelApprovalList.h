@@ -5,6 +5,7 @@
 #include "Widgets/DeclarativeSyntaxSupport.h"
 #include "Widgets/SCompoundWidget.h"
 
+class STextBlock;
 class SVerticalBox;
 
 /** What a row unfolds: the widget that shows how a file would change. */
@@ -33,5 +34,6 @@ private:
 	TSharedRef<SWidget> MakeUnfoldButton(const FKestrelToolPreview& Preview, const TSharedRef<SVerticalBox>& Row);
 
 	FOnMakeChangeView OnMakeChangeView;
+	TSharedPtr<STextBlock> Heading;
 	TSharedPtr<SVerticalBox> Rows;
 };

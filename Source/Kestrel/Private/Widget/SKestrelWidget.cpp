@@ -31,10 +31,15 @@ constexpr float PartGap = 6.0f;
 constexpr float BlockPadding = 8.0f;
 constexpr float PromptMinHeight = 60.0f;
 constexpr float PromptMaxHeight = 200.0f;
+// Of the panel's height, so that a low one still shows its buttons and some of the conversation.
+constexpr float PromptMaxShare = 0.3f;
+constexpr float ApprovalListMaxShare = 0.4f;
 constexpr float DotPeriodSeconds = 0.5f;
 constexpr int32 MaxDots = 3;
 // Slate units. Layout rounds, so "at the end" is never an exact comparison.
 constexpr float EndTolerance = 2.0f;
+// Of the view's height: the last lines that were read are still seen on the next page.
+constexpr float PageFraction = 0.9f;
 
 /** What never reaches the screen: the service's own tool names, and its markers for bold text. */
 const TMap<FString, FString>& GetHiddenTexts()
@@ -87,14 +92,16 @@ EAgentState GetState()
 	return FAgent::Get().GetAgentState();
 }
 
-FString WithoutTrailingDots(const FString& Text)
+/** What a message has to end in for its dots to move. */
+const TCHAR* const WorkingDots = TEXT("...");
+
+/**
+ * What the screen shows of a message. A second time, since a name may have been in two parts with a marker in between.
+ */
+FString WithoutHiddenTexts(const FString& Message)
 {
-	FString Base = Text;
-	while (Base.EndsWith(TEXT(".")))
-	{
-		Base.LeftChopInline(1);
-	}
-	return Base;
+	const FString Once = SKestrelWidget::ReplaceStrings(Message, GetHiddenTexts());
+	return Once.Len() < Message.Len() ? SKestrelWidget::ReplaceStrings(Once, GetHiddenTexts()) : Once;
 }
 }
 
@@ -116,12 +123,14 @@ void SKestrelWidget::Construct(const FArguments& InArgs)
 			]
 			+ SVerticalBox::Slot()
 			.AutoHeight()
+			.MaxHeight(MakeAttributeSP(this, &SKestrelWidget::GetPromptHeightLimit))
 			.Padding(0.0f, KestrelWidget::PartGap, 0.0f, 0.0f)
 			[
 				MakePromptBox()
 			]
 			+ SVerticalBox::Slot()
 			.AutoHeight()
+			.MaxHeight(MakeAttributeSP(this, &SKestrelWidget::GetApprovalListHeightLimit))
 			.Padding(0.0f, KestrelWidget::PartGap, 0.0f, 0.0f)
 			[
 				SAssignNew(ApprovalList, SKestrelApprovalList)
@@ -213,7 +222,51 @@ TSharedRef<SWidget> SKestrelWidget::MakePromptBox()
 	// clang-format on
 }
 
+float SKestrelWidget::GetHeight() const
+{
+	return static_cast<float>(FVector2D(GetCachedGeometry().GetLocalSize()).Y);
+}
+
+float SKestrelWidget::GetPromptHeightLimit() const
+{
+	return GetHeight() * KestrelWidget::PromptMaxShare;
+}
+
+float SKestrelWidget::GetApprovalListHeightLimit() const
+{
+	return GetHeight() * KestrelWidget::ApprovalListMaxShare;
+}
+
 TSharedRef<SWidget> SKestrelWidget::MakeButtonRow()
+{
+	// clang-format off
+	return SNew(SHorizontalBox)
+		+ SHorizontalBox::Slot()
+		.FillWidth(1.0f)
+		[
+			// A panel at the side of the editor may have no room for all of them.
+			SNew(SScrollBox)
+			.Orientation(Orient_Horizontal)
+			+ SScrollBox::Slot()
+			[
+				MakeButtonsOfRow()
+			]
+		]
+		+ SHorizontalBox::Slot()
+		.AutoWidth()
+		.VAlign(VAlign_Top)
+		.Padding(4.0f, 0.0f, 0.0f, 0.0f)
+		[
+			SAssignNew(EndButton, SButton)
+			.Text(LOCTEXT("End", "[ End ]"))
+			.ToolTipText(LOCTEXT("EndToolTip", "End the conversation"))
+			.IsEnabled(this, &SKestrelWidget::IsEndButtonEnabled)
+			.OnClicked(this, &SKestrelWidget::OnRequestEndButtonClicked)
+		];
+	// clang-format on
+}
+
+TSharedRef<SWidget> SKestrelWidget::MakeButtonsOfRow()
 {
 	// clang-format off
 	return SNew(SHorizontalBox)
@@ -279,16 +332,6 @@ TSharedRef<SWidget> SKestrelWidget::MakeButtonRow()
 			.ToolTipText(LOCTEXT("RedoToolTip", "Change the files again as they were before Undo"))
 			.IsEnabled(this, &SKestrelWidget::IsRedoButtonEnabled)
 			.OnClicked(this, &SKestrelWidget::OnRedoClicked)
-		]
-		+ SHorizontalBox::Slot()
-		.FillWidth(1.0f)
-		.HAlign(HAlign_Right)
-		[
-			SAssignNew(EndButton, SButton)
-			.Text(LOCTEXT("End", "[ End ]"))
-			.ToolTipText(LOCTEXT("EndToolTip", "End the conversation"))
-			.IsEnabled(this, &SKestrelWidget::IsEndButtonEnabled)
-			.OnClicked(this, &SKestrelWidget::OnRequestEndButtonClicked)
 		];
 	// clang-format on
 }
@@ -302,6 +345,10 @@ void SKestrelWidget::Tick(const FGeometry& AllottedGeometry, const double InCurr
 {
 	SCompoundWidget::Tick(AllottedGeometry, InCurrentTime, InDeltaTime);
 	const float FromEnd = ScrollBox->GetScrollOffsetOfEnd() - ScrollBox->GetScrollOffset();
+	if (!ScrollBox->HasFocusedDescendants())
+	{
+		bFollowsWhileReading = false;
+	}
 	if (FromEnd <= KestrelWidget::EndTolerance)
 	{
 		bIsUserScrolling = false;
@@ -316,13 +363,30 @@ void SKestrelWidget::Tick(const FGeometry& AllottedGeometry, const double InCurr
 bool SKestrelWidget::FollowsEnd() const
 {
 	// With the focus in a block, it is being read or copied.
-	return !bIsUserScrolling && !ScrollBox->HasFocusedDescendants();
+	return !bIsUserScrolling && (bFollowsWhileReading || !ScrollBox->HasFocusedDescendants());
 }
 
 void SKestrelWidget::OnUserScrolled(float ScrollOffset)
 {
 	LastScrollTime = FPlatformTime::Seconds();
 	bIsUserScrolling = ScrollBox->GetScrollOffsetOfEnd() - ScrollOffset > KestrelWidget::EndTolerance;
+	bFollowsWhileReading = !bIsUserScrolling;
+}
+
+FReply SKestrelWidget::OnPreviewKeyDown(const FGeometry& MyGeometry, const FKeyEvent& InKeyEvent)
+{
+	const bool bDown = InKeyEvent.GetKey() == EKeys::PageDown;
+	if ((!bDown && InKeyEvent.GetKey() != EKeys::PageUp) || InKeyEvent.IsShiftDown())
+	{
+		return SCompoundWidget::OnPreviewKeyDown(MyGeometry, InKeyEvent);
+	}
+	const float ViewHeight = static_cast<float>(FVector2D(ScrollBox->GetCachedGeometry().GetLocalSize()).Y);
+	const float Page = ViewHeight * KestrelWidget::PageFraction;
+	const float Offset =
+		FMath::Clamp(ScrollBox->GetScrollOffset() + (bDown ? Page : -Page), 0.0f, ScrollBox->GetScrollOffsetOfEnd());
+	ScrollBox->SetScrollOffset(Offset);
+	OnUserScrolled(Offset);
+	return FReply::Handled();
 }
 
 FString SKestrelWidget::ReplaceStrings(const FString& Text, const TMap<FString, FString>& Replacements)
@@ -339,8 +403,8 @@ void SKestrelWidget::OnAddStatusMessage(
 	const FString& Message, const FLinearColor& Color, const FName& FontStyle, float FontSize)
 {
 	StopProgressAnimation();
-	const FBlock Block = AddBlock(ReplaceStrings(Message, KestrelWidget::GetHiddenTexts()), Color, FontStyle, FontSize);
-	if (Message.EndsWith(TEXT("...")))
+	const FBlock Block = AddBlock(KestrelWidget::WithoutHiddenTexts(Message), Color, FontStyle, FontSize);
+	if (Message.EndsWith(KestrelWidget::WorkingDots))
 	{
 		StartProgressAnimation(Block.Text.ToSharedRef(), Block.Border.ToSharedRef());
 	}
@@ -392,7 +456,8 @@ void SKestrelWidget::StartProgressAnimation(
 {
 	AnimatedText = TextWidget;
 	AnimatedBorder = Border;
-	AnimatedBaseText = KestrelWidget::WithoutTrailingDots(TextWidget->GetText().ToString());
+	AnimatedBaseText = TextWidget->GetText().ToString();
+	AnimatedBaseText.RemoveFromEnd(KestrelWidget::WorkingDots);
 	NumDots = 0;
 	AnimationTimer = RegisterActiveTimer(KestrelWidget::DotPeriodSeconds,
 		FWidgetActiveTimerDelegate::CreateSP(this, &SKestrelWidget::UpdateProgressAnimation));
@@ -416,7 +481,7 @@ void SKestrelWidget::StopProgressAnimation()
 	{
 		UnRegisterActiveTimer(Timer.ToSharedRef());
 		// It stays as it came, and not with as many dots as it happened to have.
-		AnimatedText->SetText(FText::FromString(AnimatedBaseText + TEXT("...")));
+		AnimatedText->SetText(FText::FromString(AnimatedBaseText + KestrelWidget::WorkingDots));
 	}
 	AnimationTimer.Reset();
 	AnimatedText.Reset();

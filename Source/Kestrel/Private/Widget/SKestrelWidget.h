@@ -29,6 +29,11 @@ public:
 	virtual ~SKestrelWidget() override;
 
 	virtual void Tick(const FGeometry& AllottedGeometry, const double InCurrentTime, const float InDeltaTime) override;
+	/**
+	 * The page keys turn the conversation's pages, wherever in the panel the focus is. Asked first, since every text
+	 * has a use for them, but none of the conversation's can show what lies beyond the view.
+	 */
+	virtual FReply OnPreviewKeyDown(const FGeometry& MyGeometry, const FKeyEvent& InKeyEvent) override;
 	/** Plain Enter sends; anything else is left to others. */
 	virtual FReply OnKeyDown(const FGeometry& MyGeometry, const FKeyEvent& InKeyEvent) override;
 	virtual bool SupportsKeyboardFocus() const override { return true; }
@@ -79,7 +84,13 @@ public:
 private:
 	TSharedRef<SWidget> MakePromptBox();
 	const FSlateBrush* GetPromptBrush() const;
+	/** Slate units; 0, which limits nothing, before it was painted. */
+	float GetHeight() const;
+	float GetPromptHeightLimit() const;
+	float GetApprovalListHeightLimit() const;
 	TSharedRef<SWidget> MakeButtonRow();
+	/** All but End, which is always in sight. */
+	TSharedRef<SWidget> MakeButtonsOfRow();
 	/** One message on the screen. */
 	struct FBlock
 	{
@@ -91,8 +102,10 @@ private:
 	FBlock AddBlock(const FString& Text, const FLinearColor& Color, const FName& FontStyle, float FontSize);
 	/** What all blocks have around them. */
 	void AddBlockContent(const TSharedRef<SBorder>& Border);
+	void AddDiffBlock(const FString& FilePath, const FString& Before, const FString& After);
 	/** The name of the file, which is copied by a click, and how many lines came and went. */
 	TSharedRef<SWidget> MakeDiffHeader(const FString& FilePath, const TArray<FDiffChunk>& Chunks) const;
+	FReply OnCopyPathClicked(FString FilePath) const;
 	EActiveTimerReturnType SetFocusPostConstruct(double InCurrentTime, float InDeltaTime);
 	/** The list shows what waits now. */
 	void OnAgentStateChanged();
@@ -131,6 +144,7 @@ private:
 	FString AnimatedBaseText; // without its dots
 	int32 NumDots = 0;        // 0 to 3
 	TWeakPtr<FActiveTimerHandle> AnimationTimer;
+	bool bFollowsWhileReading = false; // the user went to the end, with the focus still in a block
 
 	// Shared by all panels: where the user left the view is where a reopened one stands.
 	static bool bIsUserScrolling;

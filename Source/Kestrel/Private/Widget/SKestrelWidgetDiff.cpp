@@ -24,6 +24,8 @@ constexpr float BlockPadding = 8.0f;
 constexpr float ColumnGap = 8.0f;
 constexpr float ChunkGap = 4.0f;
 constexpr float FontSize = 9.0f;
+// Of a path in a header: so much leaves room for the counts in a window of 600 units.
+constexpr int32 MaxPathLength = 64;
 
 const FLinearColor AddedColor(0.2f, 0.8f, 0.2f, 1.0f);
 const FLinearColor RemovedColor(0.8f, 0.2f, 0.2f, 1.0f);
@@ -73,6 +75,12 @@ int32 CountLines(const TArray<FDiffChunk>& Chunks, EDiffLineType Type)
 		}
 	}
 	return Count;
+}
+
+/** The end of a long path tells more than its beginning. */
+FString Shorten(const FString& Path)
+{
+	return Path.Len() > MaxPathLength ? TEXT("\u2026") + Path.Right(MaxPathLength - 1) : Path;
 }
 
 TSharedRef<SWidget> MakeCount(const FText& Text, const FLinearColor& Color)
@@ -203,6 +211,12 @@ TSharedRef<SWidget> SKestrelWidget::CreateLineNumberColumn(const TArray<FDiffChu
 	});
 }
 
+FReply SKestrelWidget::OnCopyPathClicked(FString FilePath) const
+{
+	FPlatformApplicationMisc::ClipboardCopy(*FilePath);
+	return HandledWithFocusOnPrompt();
+}
+
 TSharedRef<SWidget> SKestrelWidget::MakeDiffHeader(const FString& FilePath, const TArray<FDiffChunk>& Chunks) const
 {
 	FString ShownPath = FilePath;
@@ -216,12 +230,9 @@ TSharedRef<SWidget> SKestrelWidget::MakeDiffHeader(const FString& FilePath, cons
 		.VAlign(VAlign_Center)
 		[
 			SNew(SButton)
-			.Text(FText::FromString(ShownPath))
+			.Text(FText::FromString(KestrelDiffView::Shorten(ShownPath)))
 			.ToolTipText(FText::Format(LOCTEXT("CopyPath", "Copy the path: {0}"), FText::FromString(FilePath)))
-			.OnClicked_Lambda([FilePath]() {
-				FPlatformApplicationMisc::ClipboardCopy(*FilePath);
-				return FReply::Handled();
-			})
+			.OnClicked(this, &SKestrelWidget::OnCopyPathClicked, FilePath)
 		]
 		+ SHorizontalBox::Slot()
 		.AutoWidth()
@@ -295,14 +306,24 @@ void SKestrelWidget::OnAddDiffMessage(const FString& FilePath, const FString& Be
 	{
 		return;
 	}
-	if (!KestrelLineDiff::IsWorthComparing(Before, After))
+	if (KestrelLineDiff::IsWorthComparing(Before, After))
+	{
+		AddDiffBlock(FilePath, Before, After);
+	}
+	else
 	{
 		AddBlock(FText::Format(LOCTEXT("TooLargeFile", "{0} has changed. The change is too large to be shown."),
 					 FText::FromString(FilePath))
 					 .ToString(),
 			FKestrelInterface::MessageColor, FKestrelInterface::ItalicFontName, FKestrelInterface::MessageFontSize);
-		return;
 	}
+	const FKestrelInterface& Interface = FKestrelInterface::Get();
+	Interface.KestrelInterfaceLogString(Before, Interface.GetPromptLogFilePath(), true);
+	Interface.KestrelInterfaceLogString(After, Interface.GetPromptLogFilePath(), true);
+}
+
+void SKestrelWidget::AddDiffBlock(const FString& FilePath, const FString& Before, const FString& After)
+{
 	const TArray<FDiffChunk> Chunks = GenerateDiff(Before, After);
 	const bool bHidden = !Before.Equals(After) && KestrelDiffView::CountLines(Chunks, EDiffLineType::Added) == 0 &&
 						 KestrelDiffView::CountLines(Chunks, EDiffLineType::Removed) == 0;
@@ -333,9 +354,6 @@ void SKestrelWidget::OnAddDiffMessage(const FString& FilePath, const FString& Be
 			]
 		]);
 	// clang-format on
-	const FKestrelInterface& Interface = FKestrelInterface::Get();
-	Interface.KestrelInterfaceLogString(Before, Interface.GetPromptLogFilePath(), true);
-	Interface.KestrelInterfaceLogString(After, Interface.GetPromptLogFilePath(), true);
 }
 
 #undef LOCTEXT_NAMESPACE
