@@ -50,7 +50,7 @@ BENCHES = {
         Figure("AskRatio", "the same, to asking with one conversation", "times", 3.0)],
 }
 TITLES = {"Conversation": "5,000 blocks, 1,000 of them diffs", "LargeBlock": "A block of 1,000,000 characters",
-          "UndoButtons": "Changes of 10,000 conversations"}
+          "UndoButtons": "Changes of 10,000 conversations and as many transactions"}
 
 
 class PanelBench:

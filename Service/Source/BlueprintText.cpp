@@ -25,8 +25,7 @@ std::string ToBullets(const std::vector<std::string>& Lines)
 	{
 		Text += "  - " + Lines[Index] + "\n";
 	}
-	return Text +
-		   (Lines.size() > MaxListed ? "  ... and " + std::to_string(Lines.size() - MaxListed) + " more\n" : "");
+	return Text + (Lines.size() > MaxListed ? "  ... and " + std::to_string(Lines.size() - MaxListed) + " more\n" : "");
 }
 
 std::string DescribeType(const Json& Type)
@@ -44,8 +43,8 @@ std::string DescribeVariables(const Json& Variables)
 	for (const auto& [Name, Variable] : Variables.items())
 	{
 		const std::string Value = GetText(Variable, "Value");
-		Lines.push_back(Name + ": " + DescribeType(Variable.value("Type", Json::object())) +
-						(Value.empty() ? "" : " = " + Value));
+		Lines.push_back(
+			Name + ": " + DescribeType(Variable.value("Type", Json::object())) + (Value.empty() ? "" : " = " + Value));
 	}
 	return "Variables (" + std::to_string(Lines.size()) + "):\n" + ToBullets(Lines);
 }
@@ -122,8 +121,7 @@ void ListTreeNode(const Json& Node, size_t Depth, std::vector<std::string>& Line
 	Lines.push_back(Indent + GetText(Node, "NodeName") + " (" + GetText(Node, "Type") + ")");
 	for (const Json& Auxiliary : GetList(Node, "AuxiliaryNodes"))
 	{
-		Lines.push_back(
-			Indent + "  [" + GetText(Auxiliary, "NodeType") + "] " + GetText(Auxiliary, "NodeName"));
+		Lines.push_back(Indent + "  [" + GetText(Auxiliary, "NodeType") + "] " + GetText(Auxiliary, "NodeName"));
 	}
 	for (const Json& Child : GetList(Node, "Children"))
 	{

@@ -93,7 +93,9 @@ const ToolUse ToolUses[] = {
 	{ PlainRequest::Kind::SaveBlueprints, "save_and_compile_all_dirty_blueprints",
 		"save and compile every changed Blueprint", [](const PlainRequest&) { return Json::object(); } },
 	{ PlainRequest::Kind::ReadBehaviorTree, "read_behavior_tree", "read the behavior tree %p",
-		[](const PlainRequest& Request) -> Json { return { { "behavior_tree_name", Request.Path } }; } },
+		[](const PlainRequest& Request) -> Json {
+			return { { "behavior_tree_name", Request.Path } };
+		} },
 	{ PlainRequest::Kind::Finish, "finish", "finish", [](const PlainRequest&) { return Json::object(); } },
 };
 

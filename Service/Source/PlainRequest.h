@@ -36,11 +36,11 @@ struct PlainRequest
 /**
  * Understands "read FILE", "show lines 5-12 of FILE", "read FILE lines 5 to 12", "read A.h and B.h",
  * "list the files in FOLDER", "show the tree", "create FILE with TEXT", "replace OLD with NEW in FILE",
- * "insert TEXT at line 3 of FILE", "delete FILE", "run python SCRIPT", "compile", "find TEXT", "read blueprint NAME", "show the
- * variables of blueprint NAME", "create blueprint NAME from CLASS in /Game/FOLDER", "save all", "read behavior tree NAME",
- * "finish". Letter case
- * does not count outside paths and texts. What has blanks stands in quotes; \n, \t and \" mean what they mean in C. A
- * script is all that follows, or stands in a block between lines of three backquotes.
+ * "insert TEXT at line 3 of FILE", "delete FILE", "run python SCRIPT", "compile", "find TEXT", "read blueprint NAME",
+ * "show the variables of blueprint NAME", "create blueprint NAME from CLASS in /Game/FOLDER", "save all", "read
+ * behavior tree NAME", "finish". Letter case does not count outside paths and texts. What has blanks stands in quotes;
+ * \n, \t and \" mean what they mean in C. A script is all that follows, or stands in a block between lines of three
+ * backquotes.
  *
  * @return what was asked for, in order; empty when nothing was understood
  */

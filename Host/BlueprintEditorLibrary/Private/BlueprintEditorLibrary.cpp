@@ -21,8 +21,8 @@ bool IsThere(const UBlueprint* Blueprint)
 
 FEdGraphPinType MakeType(FName Category, const UObject* Object)
 {
-	return FEdGraphPinType(Category, NAME_None, const_cast<UObject*>(Object), EPinContainerType::None, false,
-		FEdGraphTerminalType());
+	return FEdGraphPinType(
+		Category, NAME_None, const_cast<UObject*>(Object), EPinContainerType::None, false, FEdGraphTerminalType());
 }
 }
 
@@ -79,9 +79,9 @@ UEdGraph* UBlueprintEditorLibrary::AddFunctionGraph(UBlueprint* Blueprint, const
 	{
 		return nullptr;
 	}
-	UEdGraph* const Graph =
-		FBlueprintEditorUtils::CreateNewGraph(Blueprint, FBlueprintEditorUtils::FindUniqueKismetName(Blueprint, FuncName),
-			UEdGraph::StaticClass(), UEdGraphSchema_K2::StaticClass());
+	UEdGraph* const Graph = FBlueprintEditorUtils::CreateNewGraph(Blueprint,
+		FBlueprintEditorUtils::FindUniqueKismetName(Blueprint, FuncName), UEdGraph::StaticClass(),
+		UEdGraphSchema_K2::StaticClass());
 	FBlueprintEditorUtils::AddFunctionGraph<UClass>(Blueprint, Graph, true, nullptr);
 	return Graph;
 }

@@ -169,7 +169,8 @@ FText UEdGraphSchema_K2::GetPinDisplayName(const UEdGraphPin* Pin) const
 	{
 		return FText();
 	}
-	return FText::FromString(FName::NameToDisplayString(Pin->PinName.ToString(), Pin->PinType.PinCategory == PC_Boolean));
+	return FText::FromString(
+		FName::NameToDisplayString(Pin->PinName.ToString(), Pin->PinType.PinCategory == PC_Boolean));
 }
 
 void UEdGraphSchema_K2::CreateFunctionGraphTerminators(UEdGraph& Graph, UClass* Class) const

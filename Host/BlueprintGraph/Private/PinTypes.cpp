@@ -209,7 +209,9 @@ bool UEdGraphSchema_K2::ConvertPropertyToPinType(const FProperty* Property, FEdG
 		const FSetProperty* const Set = CastField<FSetProperty>(Property);
 		Element = Array ? Array->Inner : Set ? Set->ElementProp : Property;
 		bConverted = PinTypes::ConvertElement(*Element, TypeOut);
-		TypeOut.ContainerType = Array ? EPinContainerType::Array : Set ? EPinContainerType::Set : EPinContainerType::None;
+		TypeOut.ContainerType = Array ? EPinContainerType::Array
+								: Set ? EPinContainerType::Set
+									  : EPinContainerType::None;
 	}
 	TypeOut.bIsReference = Property->HasAllPropertyFlags(CPF_OutParm | CPF_ReferenceParm);
 	TypeOut.bIsConst = Property->HasAnyPropertyFlags(CPF_ConstParm);
@@ -236,8 +238,9 @@ bool UEdGraphSchema_K2::ArePinTypesCompatible(
 	{
 		const bool bObjectToInterface = Output.PinCategory == PC_Object && Input.PinCategory == PC_Interface;
 		const bool bInterfaceToObject = Output.PinCategory == PC_Interface && Input.PinCategory == PC_Object;
-		return bInterfaceToObject || (bObjectToInterface && PinTypes::IsClassCompatible(PinTypes::GetClassOf(Output,
-											 CallingContext), PinTypes::GetClassOf(Input, CallingContext)));
+		return bInterfaceToObject ||
+			   (bObjectToInterface && PinTypes::IsClassCompatible(PinTypes::GetClassOf(Output, CallingContext),
+										  PinTypes::GetClassOf(Input, CallingContext)));
 	}
 	if (PinTypes::IsObjectCategory(Output.PinCategory))
 	{
@@ -301,7 +304,8 @@ FText GetCategoryText(FName Category, FName SubCategory, const UObject* Object)
 
 FText UEdGraphSchema_K2::TypeToText(const FEdGraphPinType& Type)
 {
-	const FText Element = PinTypes::GetCategoryText(Type.PinCategory, Type.PinSubCategory, Type.PinSubCategoryObject.Get());
+	const FText Element =
+		PinTypes::GetCategoryText(Type.PinCategory, Type.PinSubCategory, Type.PinSubCategoryObject.Get());
 	switch (Type.ContainerType)
 	{
 	case EPinContainerType::Array:

@@ -79,9 +79,8 @@ void UKismetSystemLibrary::PrintString(
 	UE_CLOG(bPrintToLog, LogBlueprintUserMessages, Log, TEXT("%s"), *InString);
 }
 
-void UKismetSystemLibrary::PrintText(
-	const UObject* WorldContextObject, const FText InText, bool bPrintToScreen, bool bPrintToLog,
-	FLinearColor TextColor, float Duration, const FName Key)
+void UKismetSystemLibrary::PrintText(const UObject* WorldContextObject, const FText InText, bool bPrintToScreen,
+	bool bPrintToLog, FLinearColor TextColor, float Duration, const FName Key)
 {
 	PrintString(WorldContextObject, InText.ToString(), bPrintToScreen, bPrintToLog, TextColor, Duration, Key);
 }

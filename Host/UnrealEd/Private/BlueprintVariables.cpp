@@ -69,8 +69,8 @@ void ReconstructNodesOf(const UBlueprint& Blueprint, FName Variable)
 }
 }
 
-bool FBlueprintEditorUtils::AddMemberVariable(UBlueprint* Blueprint, const FName& NewVarName,
-	const FEdGraphPinType& NewVarType, const FString& DefaultValue)
+bool FBlueprintEditorUtils::AddMemberVariable(
+	UBlueprint* Blueprint, const FName& NewVarName, const FEdGraphPinType& NewVarType, const FString& DefaultValue)
 {
 	if (NewVarName.IsNone() || BlueprintVariables::IsNameTaken(*Blueprint, NewVarName))
 	{
@@ -130,10 +130,10 @@ void FBlueprintEditorUtils::ChangeMemberVariableType(
 
 int32 FBlueprintEditorUtils::FindNewVariableIndex(const UBlueprint* Blueprint, const FName& InName)
 {
-	return InName.IsNone() ? INDEX_NONE
-						   : Blueprint->NewVariables.IndexOfByPredicate([InName](const FBPVariableDescription& Variable) {
-								 return Variable.VarName == InName;
-							 });
+	return InName.IsNone()
+			   ? INDEX_NONE
+			   : Blueprint->NewVariables.IndexOfByPredicate(
+					 [InName](const FBPVariableDescription& Variable) { return Variable.VarName == InName; });
 }
 
 int32 FBlueprintEditorUtils::FindNewVariableIndexAndBlueprint(

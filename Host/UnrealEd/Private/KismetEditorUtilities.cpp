@@ -116,8 +116,8 @@ bool FKismetEditorUtilities::CanCreateBlueprintOfClass(const UClass* Class)
 	return Class == UObject::StaticClass() || !Class->IsNative();
 }
 
-UBlueprint* FKismetEditorUtilities::CreateBlueprint(UClass* ParentClass, UObject* Outer, const FName NewBPName,
-	enum EBlueprintType BlueprintType, FName CallingContext)
+UBlueprint* FKismetEditorUtilities::CreateBlueprint(
+	UClass* ParentClass, UObject* Outer, const FName NewBPName, enum EBlueprintType BlueprintType, FName CallingContext)
 {
 	return CreateBlueprint(ParentClass, Outer, NewBPName, BlueprintType, UBlueprint::StaticClass(),
 		UBlueprintGeneratedClass::StaticClass(), CallingContext);
@@ -131,8 +131,8 @@ UBlueprint* FKismetEditorUtilities::CreateBlueprint(UClass* ParentClass, UObject
 		ParentClass ? *ParentClass->GetName() : TEXT("None"));
 	// Making an asset is not undone, neither as a whole nor in parts.
 	const TGuardValue<ITransaction*> NoTransaction(GUndo, nullptr);
-	UBlueprint* const Blueprint = NewObject<UBlueprint>(
-		Outer, BlueprintClassType.Get(), NewBPName, RF_Public | RF_Standalone | RF_Transactional);
+	UBlueprint* const Blueprint =
+		NewObject<UBlueprint>(Outer, BlueprintClassType.Get(), NewBPName, RF_Public | RF_Standalone | RF_Transactional);
 	Blueprint->Status = BS_BeingCreated;
 	Blueprint->BlueprintType = BlueprintType;
 	Blueprint->ParentClass = ParentClass;

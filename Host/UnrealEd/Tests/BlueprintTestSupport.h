@@ -1,7 +1,7 @@
 #pragma once
 
-#include "EdGraphSchema_K2.h"
 #include "Components/SceneComponent.h"
+#include "EdGraphSchema_K2.h"
 #include "Engine/BlueprintGeneratedClass.h"
 #include "Engine/SimpleConstructionScript.h"
 #include "GameFramework/Character.h"
@@ -36,8 +36,7 @@ inline std::string ToUtf8(const FString& Text)
 
 inline FEdGraphPinType MakeType(FName Category, FName SubCategory = NAME_None, UObject* Object = nullptr)
 {
-	return FEdGraphPinType(
-		Category, SubCategory, Object, EPinContainerType::None, false, FEdGraphTerminalType());
+	return FEdGraphPinType(Category, SubCategory, Object, EPinContainerType::None, false, FEdGraphTerminalType());
 }
 
 inline std::vector<std::string> GetOwnProperties(const UStruct* Struct)

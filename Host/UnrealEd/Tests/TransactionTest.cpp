@@ -119,8 +119,7 @@ TEST_F(TransactionTest, UndoneEntriesStayUntilSomethingNewIsDone)
 TEST_F(TransactionTest, ABlueprintIsAsItWasToTheByte)
 {
 	UBlueprint& Blueprint = *Make(TEXT("/Game/BP_T"), ACharacter::StaticClass());
-	FBlueprintEditorUtils::AddMemberVariable(
-		&Blueprint, TEXT("Old"), MakeType(UEdGraphSchema_K2::PC_Int), TEXT("3"));
+	FBlueprintEditorUtils::AddMemberVariable(&Blueprint, TEXT("Old"), MakeType(UEdGraphSchema_K2::PC_Int), TEXT("3"));
 	UEdGraph& Page = *Blueprint.UbergraphPages[0];
 	UEdGraphNode* const First = AddCall(Page, UKismetSystemLibrary::StaticClass(), TEXT("PrintString"));
 	Page.Nodes[0]->FindPin(TEXT("then"))->MakeLinkTo(First->FindPin(TEXT("execute")));

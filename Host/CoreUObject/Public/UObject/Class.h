@@ -422,7 +422,7 @@ public:
 	FConstruct ClassConstructor = nullptr;
 	FAddReferencedObjects ClassAddReferencedObjects = nullptr;
 	UObject* ClassDefaultObject = nullptr;
-	UObject* ClassGeneratedBy = nullptr; // the Blueprint of a class that one was compiled to
+	UObject* ClassGeneratedBy = nullptr;      // the Blueprint of a class that one was compiled to
 	TArray<FImplementedInterface> Interfaces; // own ones
 
 private:

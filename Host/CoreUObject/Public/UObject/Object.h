@@ -75,8 +75,12 @@ public:
 	virtual bool Modify(bool bAlwaysMarkDirty = true);
 
 	/** Before and after a transaction has put the object's state back. All objects of it are restored in between. */
-	virtual void PreEditUndo() {}
-	virtual void PostEditUndo() {}
+	virtual void PreEditUndo()
+	{
+	}
+	virtual void PostEditUndo()
+	{
+	}
 
 	/** What the asset registry can tell of an asset without loading it. */
 	struct FAssetRegistryTag

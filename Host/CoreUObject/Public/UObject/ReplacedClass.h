@@ -18,7 +18,7 @@ UClass* MoveToReplacedClass(UClass& Class);
 TArray<UObject*> GetInstancesOfClass(const UClass& Class);
 
 /**
- * Gives New what was changed in Old, which is an object of an earlier form of the class: values that differ from those of
- * OldArchetype, in the parts that constructors have made too. Properties go over by name.
+ * Gives New what was changed in Old, which is an object of an earlier form of the class: values that differ from those
+ * of OldArchetype, in the parts that constructors have made too. Properties go over by name.
  */
 void CopyChangedValues(const UObject& Old, const UObject& OldArchetype, UObject& New);

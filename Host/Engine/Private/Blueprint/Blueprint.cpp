@@ -66,7 +66,8 @@ void FBPVariableDescription::RemoveMetaData(FName Key)
 
 int32 FBPVariableDescription::FindMetaDataEntryIndexForKey(FName Key) const
 {
-	return MetaDataArray.IndexOfByPredicate([Key](const FBPVariableMetaDataEntry& Entry) { return Entry.DataKey == Key; });
+	return MetaDataArray.IndexOfByPredicate(
+		[Key](const FBPVariableMetaDataEntry& Entry) { return Entry.DataKey == Key; });
 }
 
 void UBlueprint::GetAllGraphs(TArray<UEdGraph*>& Graphs) const

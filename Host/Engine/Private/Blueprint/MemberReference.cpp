@@ -67,7 +67,8 @@ void FMemberReference::SetFromOwner(FName InMemberName, UClass* OwnerClass, bool
 	}
 	// The class of a Blueprint is referred to as it is compiled, whatever the skeleton that the field was found in.
 	const UBlueprint* const Blueprint = UBlueprint::GetBlueprintFromClass(OwnerClass);
-	SetExternalMember(InMemberName, Blueprint && Blueprint->GeneratedClass ? Blueprint->GeneratedClass.Get() : OwnerClass);
+	SetExternalMember(
+		InMemberName, Blueprint && Blueprint->GeneratedClass ? Blueprint->GeneratedClass.Get() : OwnerClass);
 }
 
 const UClass* FMemberReference::GetSkeletonOf(const UClass& Class)

@@ -63,7 +63,8 @@ USCS_Node* USimpleConstructionScript::CreateNode(UClass* NewComponentClass, FNam
 		return nullptr;
 	}
 	USCS_Node* const Node = NewObject<USCS_Node>(this, NAME_None, RF_Transactional);
-	FString Wanted = NewComponentVariableName.IsNone() ? NewComponentClass->GetName() : NewComponentVariableName.ToString();
+	FString Wanted =
+		NewComponentVariableName.IsNone() ? NewComponentClass->GetName() : NewComponentVariableName.ToString();
 	if (NewComponentVariableName.IsNone())
 	{
 		Wanted.RemoveFromEnd(TEXT("Component"));

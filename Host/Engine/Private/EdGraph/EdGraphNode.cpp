@@ -16,8 +16,8 @@ const FString PinPrefix = TEXT("Pin ");
 /** The comment of a node that the editor has placed as a hint. */
 FText GetGhostComment()
 {
-	return LOCTEXT("DisabledNodeComment",
-		"This node is disabled and will not be called.\nDrag off pins to build functionality.");
+	return LOCTEXT(
+		"DisabledNodeComment", "This node is disabled and will not be called.\nDrag off pins to build functionality.");
 }
 }
 

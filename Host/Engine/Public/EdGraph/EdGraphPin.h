@@ -221,7 +221,8 @@ public:
 	FEdGraphPinText ToText() const;
 	/** Takes everything over but the links, which the node makes when all nodes are there. */
 	void FromText(const FEdGraphPinText& Text);
-	/** Finds the other ends; every link is made at both, whatever the texts say. Each end keeps the order of its text. */
+	/** Finds the other ends; every link is made at both, whatever the texts say. Each end keeps the order of its text.
+	 */
 	void ResolveLinks();
 
 private:

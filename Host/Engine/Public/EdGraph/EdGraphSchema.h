@@ -38,7 +38,8 @@ public:
 	virtual const FPinConnectionResponse CanCreateConnection(const UEdGraphPin* A, const UEdGraphPin* B) const;
 	/** Links the two when that is allowed, and breaks what it excludes. True when the graph changed. */
 	virtual bool TryCreateConnection(UEdGraphPin* A, UEdGraphPin* B) const;
-	virtual void TrySetDefaultValue(UEdGraphPin& Pin, const FString& NewDefaultValue, bool bMarkAsModified = true) const;
+	virtual void TrySetDefaultValue(
+		UEdGraphPin& Pin, const FString& NewDefaultValue, bool bMarkAsModified = true) const;
 	virtual void BreakPinLinks(UEdGraphPin& TargetPin, bool bSendsNodeNotifcation) const;
 	virtual void BreakSinglePinLink(UEdGraphPin* SourcePin, UEdGraphPin* TargetPin) const;
 	/** Adds the nodes that a new graph of the kind starts with. */

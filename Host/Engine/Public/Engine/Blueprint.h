@@ -180,7 +180,8 @@ public:
 	bool IsUpToDate() const { return Status == BS_UpToDate || Status == BS_UpToDateWithWarnings; }
 	bool IsPossiblyDirty() const { return Status == BS_Dirty || Status == BS_Unknown; }
 	/** "BP_X" → "SKEL_BP_X_C" and "BP_X_C". */
-	void GetBlueprintClassNames(FName& GeneratedClassName, FName& SkeletonClassName, FName NameOverride = NAME_None) const;
+	void GetBlueprintClassNames(
+		FName& GeneratedClassName, FName& SkeletonClassName, FName NameOverride = NAME_None) const;
 
 	FChangedEvent& OnChanged() { return ChangedEvent; }
 	FCompiledEvent& OnCompiled() { return CompiledEvent; }

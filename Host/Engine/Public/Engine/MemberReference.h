@@ -23,8 +23,8 @@ struct ENGINE_API FMemberReference
 
 	/** The field's owner becomes the parent, unless the reference is one to self. */
 	template <class TFieldType>
-	void SetFromField(
-		const typename TFieldType::BaseFieldClass* InField, const bool bIsConsideredSelfContext, UClass* OwnerClass = nullptr)
+	void SetFromField(const typename TFieldType::BaseFieldClass* InField, const bool bIsConsideredSelfContext,
+		UClass* OwnerClass = nullptr)
 	{
 		SetFromOwner(InField->GetFName(), OwnerClass ? OwnerClass : InField->GetOwnerClass(), bIsConsideredSelfContext);
 	}

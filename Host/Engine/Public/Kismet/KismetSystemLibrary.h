@@ -63,10 +63,10 @@ public:
 	/** Writes to the log. There is no game screen to print to, so what is said about it changes nothing. */
 	UFUNCTION(BlueprintCallable, Category = "Development", meta = (WorldContext = "WorldContextObject"))
 	static void PrintString(const UObject* WorldContextObject, const FString& InString = TEXT("Hello"),
-		bool bPrintToScreen = true, bool bPrintToLog = true,
-		FLinearColor TextColor = FLinearColor(0.0f, 0.66f, 1.0f), float Duration = 2.f, const FName Key = NAME_None);
+		bool bPrintToScreen = true, bool bPrintToLog = true, FLinearColor TextColor = FLinearColor(0.0f, 0.66f, 1.0f),
+		float Duration = 2.f, const FName Key = NAME_None);
 	UFUNCTION(BlueprintCallable, Category = "Development", meta = (WorldContext = "WorldContextObject"))
 	static void PrintText(const UObject* WorldContextObject, const FText InText = INVTEXT("Hello"),
-		bool bPrintToScreen = true, bool bPrintToLog = true,
-		FLinearColor TextColor = FLinearColor(0.0f, 0.66f, 1.0f), float Duration = 2.f, const FName Key = NAME_None);
+		bool bPrintToScreen = true, bool bPrintToLog = true, FLinearColor TextColor = FLinearColor(0.0f, 0.66f, 1.0f),
+		float Duration = 2.f, const FName Key = NAME_None);
 };

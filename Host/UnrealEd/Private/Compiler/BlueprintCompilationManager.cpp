@@ -374,6 +374,6 @@ void FBlueprintCompilationManager::CompileLoaded(UBlueprint& Blueprint)
 		Parent->ConditionalPostLoad();
 	}
 	FCompilerResultsLog Log;
-	Compile(Blueprint,
-		EBlueprintCompileOptions::IsRegeneratingOnLoad | EBlueprintCompileOptions::SkipGarbageCollection, Log);
+	Compile(Blueprint, EBlueprintCompileOptions::IsRegeneratingOnLoad | EBlueprintCompileOptions::SkipGarbageCollection,
+		Log);
 }

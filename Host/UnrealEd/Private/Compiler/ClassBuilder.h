@@ -18,8 +18,8 @@ enum class EBuiltClass : uint8
 class FBlueprintClassBuilder
 {
 public:
-	FBlueprintClassBuilder(UBlueprint& InBlueprint, UBlueprintGeneratedClass& InClass, EBuiltClass InKind,
-		FCompilerResultsLog& InLog);
+	FBlueprintClassBuilder(
+		UBlueprint& InBlueprint, UBlueprintGeneratedClass& InClass, EBuiltClass InKind, FCompilerResultsLog& InLog);
 
 	/** Under the parent, which is complete. The class is linked afterwards. */
 	void Build(UClass& Parent);

@@ -20,7 +20,8 @@ void ValidateLink(const UEdGraphPin& Output, const UEdGraphPin& Input, FCompiler
 	if (Output.Direction == Input.Direction)
 	{
 		Log.Error(FString::Printf(TEXT("Can't connect pins %s and %s of @@: their directions are the same"),
-					  *Output.GetName(), *Input.GetName()), Node);
+					  *Output.GetName(), *Input.GetName()),
+			Node);
 		return;
 	}
 	const UK2Node* const K2Node = Cast<UK2Node>(Node);
@@ -29,7 +30,8 @@ void ValidateLink(const UEdGraphPin& Output, const UEdGraphPin& Input, FCompiler
 	{
 		Log.Error(FString::Printf(TEXT("Can't connect pins %s and %s of @@: %s is not compatible with %s."),
 					  *Output.GetName(), *Input.GetName(), *FSchema::TypeToText(Output.PinType).ToString(),
-					  *FSchema::TypeToText(Input.PinType).ToString()), Node);
+					  *FSchema::TypeToText(Input.PinType).ToString()),
+			Node);
 	}
 }
 
@@ -40,12 +42,13 @@ void ValidatePinValue(const UEdGraphPin& Pin, FCompilerResultsLog& Log)
 	{
 		return;
 	}
-	const FString Error = GetDefault<FSchema>()->IsPinDefaultValid(
-		&Pin, Pin.DefaultValue, Pin.DefaultObject, Pin.DefaultTextValue);
+	const FString Error =
+		GetDefault<FSchema>()->IsPinDefaultValid(&Pin, Pin.DefaultValue, Pin.DefaultObject, Pin.DefaultTextValue);
 	if (!Error.IsEmpty())
 	{
 		Log.Error(FString::Printf(TEXT("The value '%s' of the pin %s of @@ is not valid: %s"), *Pin.DefaultValue,
-					  *Pin.GetName(), *Error), Pin.GetOwningNode());
+					  *Pin.GetName(), *Error),
+			Pin.GetOwningNode());
 	}
 }
 
@@ -54,8 +57,11 @@ void ValidatePin(const UEdGraphPin& Pin, FCompilerResultsLog& Log)
 	UEdGraphNode* const Node = Pin.GetOwningNode();
 	if (Pin.bOrphanedPin)
 	{
-		Log.Warning(FString::Printf(TEXT("In use pin %s no longer exists on node @@. Please refresh node or break links "
-										 "to remove pin."), *Pin.GetName()), Node);
+		Log.Warning(
+			FString::Printf(TEXT("In use pin %s no longer exists on node @@. Please refresh node or break links "
+								 "to remove pin."),
+				*Pin.GetName()),
+			Node);
 		return;
 	}
 	const bool bExclusive = FSchema::IsExecPin(Pin) == (Pin.Direction == EGPD_Output);
@@ -79,8 +85,11 @@ void ValidateVariable(UK2Node_Variable& Node, FCompilerResultsLog& Log)
 	if (!Node.VariableReference.IsLocalScope() && !Node.GetPropertyForVariable())
 	{
 		const UBlueprint* const Blueprint = Node.GetBlueprint();
-		Log.Error(FString::Printf(TEXT("Could not find a variable named \"%s\" in '%s'.\nMake sure '%s' has been compiled "
-									   "for  @@"), *Node.GetVarNameString(), *Blueprint->GetName(), *Blueprint->GetName()), &Node);
+		Log.Error(
+			FString::Printf(TEXT("Could not find a variable named \"%s\" in '%s'.\nMake sure '%s' has been compiled "
+								 "for  @@"),
+				*Node.GetVarNameString(), *Blueprint->GetName(), *Blueprint->GetName()),
+			&Node);
 		return;
 	}
 	const UEdGraphPin* const Self = Node.FindPin(FSchema::PN_Self);
@@ -96,9 +105,11 @@ void ValidateCall(UK2Node_CallFunction& Node, FCompilerResultsLog& Log)
 	if (!Function)
 	{
 		const UBlueprint* const Blueprint = Node.GetBlueprint();
-		Log.Error(FString::Printf(TEXT("Could not find a function named \"%s\" in '%s'.\nMake sure '%s' has been compiled "
-									   "for  @@"), *Node.GetFunctionName().ToString(), *Blueprint->GetName(),
-					  *Blueprint->GetName()), &Node);
+		Log.Error(
+			FString::Printf(TEXT("Could not find a function named \"%s\" in '%s'.\nMake sure '%s' has been compiled "
+								 "for  @@"),
+				*Node.GetFunctionName().ToString(), *Blueprint->GetName(), *Blueprint->GetName()),
+			&Node);
 		return;
 	}
 	if (Function->HasMetaData(FBlueprintMetadata::MD_DeprecatedFunction))
@@ -111,7 +122,9 @@ void ValidateCall(UK2Node_CallFunction& Node, FCompilerResultsLog& Log)
 	if (Self && !Self->bHidden && !Self->HasAnyConnections() && !Node.FunctionReference.IsSelfContext() && !bSelfWillDo)
 	{
 		Log.Error(FString::Printf(TEXT("This blueprint (self) is not a %s, therefore 'Target' of @@ must have a "
-									   "connection."), *Function->GetOwnerClass()->GetName()), &Node);
+									   "connection."),
+					  *Function->GetOwnerClass()->GetName()),
+			&Node);
 	}
 }
 

@@ -142,9 +142,9 @@ const TArray<FPlainKind>& GetPlainKinds()
 FProperty* MakeDelegate(FFieldVariant Owner, FName Name, const FEdGraphPinType& Type)
 {
 	const UObject* const Parent = Type.PinSubCategoryMemberReference.MemberParent;
-	UFunction* const Signature = Parent ? FindObjectFast<UFunction>(
-											  const_cast<UObject*>(Parent), Type.PinSubCategoryMemberReference.MemberName)
-										: nullptr;
+	UFunction* const Signature =
+		Parent ? FindObjectFast<UFunction>(const_cast<UObject*>(Parent), Type.PinSubCategoryMemberReference.MemberName)
+			   : nullptr;
 	if (!Signature)
 	{
 		return nullptr;

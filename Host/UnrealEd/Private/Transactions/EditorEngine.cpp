@@ -1,6 +1,6 @@
+#include "EdGraph/EdGraphNode.h"
 #include "Editor.h"
 #include "Editor/TransBuffer.h"
-#include "EdGraph/EdGraphNode.h"
 #include "Engine/Blueprint.h"
 #include "Kismet2/BlueprintEditorUtils.h"
 

@@ -7,8 +7,8 @@ FScopedTransaction::FScopedTransaction(const FText& SessionName, const bool bSho
 {
 }
 
-FScopedTransaction::FScopedTransaction(const TCHAR* TransactionContext, const FText& SessionName, UObject* PrimaryObject,
-	const bool bShouldActuallyTransact)
+FScopedTransaction::FScopedTransaction(const TCHAR* TransactionContext, const FText& SessionName,
+	UObject* PrimaryObject, const bool bShouldActuallyTransact)
 {
 	if (GEditor && bShouldActuallyTransact)
 	{

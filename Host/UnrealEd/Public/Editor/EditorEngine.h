@@ -18,8 +18,7 @@ public:
 
 	/** Opens a transaction, or enters the one that is open. @return how many were open before; -1 when none can be */
 	int32 BeginTransaction(const FText& Description);
-	virtual int32 BeginTransaction(
-		const TCHAR* TransactionContext, const FText& Description, UObject* PrimaryObject);
+	virtual int32 BeginTransaction(const TCHAR* TransactionContext, const FText& Description, UObject* PrimaryObject);
 	virtual int32 EndTransaction();
 	virtual void CancelTransaction(int32 Index);
 	/** False when there is nothing to undo, or a transaction is open. */

@@ -80,7 +80,8 @@ class UNREALED_API UTransactor : public UObject
 	GENERATED_BODY()
 
 public:
-	virtual int32 Begin(const TCHAR* SessionContext, const FText& Description) PURE_VIRTUAL(UTransactor::Begin, return 0;);
+	virtual int32 Begin(const TCHAR* SessionContext, const FText& Description)
+		PURE_VIRTUAL(UTransactor::Begin, return 0;);
 	virtual int32 End() PURE_VIRTUAL(UTransactor::End, return 0;);
 	virtual void Cancel(int32 StartIndex = 0) PURE_VIRTUAL(UTransactor::Cancel, );
 	virtual void Reset(const FText& Reason) PURE_VIRTUAL(UTransactor::Reset, );

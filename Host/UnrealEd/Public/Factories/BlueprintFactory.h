@@ -21,8 +21,8 @@ public:
 
 	bool bSkipClassPicker = false;
 
-	UObject* FactoryCreateNew(UClass* InClass, UObject* InParent, FName InName, EObjectFlags InFlags, UObject* InContext,
-		FFeedbackContext* Warn, FName CallingContext) override;
-	UObject* FactoryCreateNew(UClass* InClass, UObject* InParent, FName InName, EObjectFlags InFlags, UObject* InContext,
-		FFeedbackContext* Warn) override;
+	UObject* FactoryCreateNew(UClass* InClass, UObject* InParent, FName InName, EObjectFlags InFlags,
+		UObject* InContext, FFeedbackContext* Warn, FName CallingContext) override;
+	UObject* FactoryCreateNew(UClass* InClass, UObject* InParent, FName InName, EObjectFlags InFlags,
+		UObject* InContext, FFeedbackContext* Warn) override;
 };

@@ -43,8 +43,7 @@ public:
 		UBlueprint* Blueprint, const FName& VarName, const FName& RepNotifyFunc);
 	static FName GetBlueprintVariableRepNotifyFunc(UBlueprint* Blueprint, const FName& VarName);
 	/** Sets or clears CPF_DisableEditOnInstance. */
-	static void SetBlueprintOnlyEditableFlag(
-		UBlueprint* Blueprint, const FName& VarName, const bool bNewBlueprintOnly);
+	static void SetBlueprintOnlyEditableFlag(UBlueprint* Blueprint, const FName& VarName, const bool bNewBlueprintOnly);
 	/** Renames variables of children that clash with the name. */
 	static void ValidateBlueprintChildVariables(UBlueprint* InBlueprint, const FName InVariableName);
 	static FName FindUniqueKismetName(

@@ -93,8 +93,8 @@ bool TakeOver(const FString& Result, const TCHAR* ErrorField, const TCHAR* Succe
 bool SaveAndCompile(UBlueprint& Blueprint, FJsonObject& Object)
 {
 	Object.SetStringField(TEXT("BlueprintPath"), Blueprint.GetPathName());
-	const bool bSaved = TakeOver(
-		FKestrelBlueprintUtils::SaveBlueprint(&Blueprint), TEXT("SaveError"), TEXT("SaveResult"), Object);
+	const bool bSaved =
+		TakeOver(FKestrelBlueprintUtils::SaveBlueprint(&Blueprint), TEXT("SaveError"), TEXT("SaveResult"), Object);
 	const bool bCompiled = TakeOver(
 		FKestrelBlueprintUtils::CompileBlueprint(&Blueprint), TEXT("CompileError"), TEXT("CompileResult"), Object);
 	return bSaved && bCompiled;
@@ -107,16 +107,15 @@ FString FKestrelBlueprintUtils::CreateBlueprintAsset(
 	UClass* ParentClass = GetBlueprintClassFromBlueprintName(ParentClassName);
 	if (!ParentClass)
 	{
-		return FString::Printf(
-			TEXT("Error: Parent class '%s' not found or could not be loaded."), *ParentClassName);
+		return FString::Printf(TEXT("Error: Parent class '%s' not found or could not be loaded."), *ParentClassName);
 	}
 	const bool bCreated = BlueprintCompile::CanCreate(PackagePath, BlueprintName, *ParentClass) &&
 						  BlueprintCompile::CreateAsset(PackagePath, BlueprintName, *ParentClass);
-	return bCreated
-			   ? FString::Printf(TEXT("Success: Blueprint '%s' created at '%s'."), *BlueprintName, *PackagePath)
-			   : FString::Printf(TEXT("Error: Failed to create Blueprint '%s' at '%s'. Check if the path is valid and the "
-									  "name is unique."),
-					 *BlueprintName, *PackagePath);
+	return bCreated ? FString::Printf(TEXT("Success: Blueprint '%s' created at '%s'."), *BlueprintName, *PackagePath)
+					: FString::Printf(
+						  TEXT("Error: Failed to create Blueprint '%s' at '%s'. Check if the path is valid and the "
+							   "name is unique."),
+						  *BlueprintName, *PackagePath);
 }
 
 FString FKestrelBlueprintUtils::SaveBlueprint(UObject* Asset)
@@ -144,11 +143,10 @@ FString FKestrelBlueprintUtils::CompileBlueprint(UObject* Asset)
 	const TStrongObjectPtr<UBlueprint> Kept(Blueprint); // compiling collects garbage
 	FKismetEditorUtilities::CompileBlueprint(Blueprint);
 	const FString Name = Blueprint->GetName();
-	return Blueprint->Status == BS_UpToDate
-			   ? BlueprintCompile::MakeResult(
-					 TEXT("Success"), FString::Printf(TEXT("Blueprint '%s' compiled successfully."), *Name))
-			   : BlueprintCompile::MakeResult(
-					 TEXT("Error"), FString::Printf(TEXT("Failed to compile Blueprint '%s'."), *Name));
+	return Blueprint->Status == BS_UpToDate ? BlueprintCompile::MakeResult(TEXT("Success"),
+												  FString::Printf(TEXT("Blueprint '%s' compiled successfully."), *Name))
+											: BlueprintCompile::MakeResult(TEXT("Error"),
+												  FString::Printf(TEXT("Failed to compile Blueprint '%s'."), *Name));
 }
 
 FString FKestrelBlueprintUtils::SaveAndCompileAllDirtyBlueprints()

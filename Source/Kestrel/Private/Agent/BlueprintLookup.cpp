@@ -61,8 +61,9 @@ UClass* FKestrelBlueprintUtils::GetBlueprintClassFromBlueprintName(const FString
 		return Class;
 	}
 	FAssetData Asset;
-	return BlueprintLookup::FindAsset(*UBlueprint::StaticClass(), ClassName, Asset) ? GetBlueprintClassFromAssetData(Asset)
-																					: nullptr;
+	return BlueprintLookup::FindAsset(*UBlueprint::StaticClass(), ClassName, Asset)
+			   ? GetBlueprintClassFromAssetData(Asset)
+			   : nullptr;
 }
 
 UClass* FKestrelBlueprintUtils::GetBlueprintClassFromAssetData(const FAssetData& AssetData)

@@ -36,8 +36,7 @@ void AddReturnType(const UFunction& Function, FJsonObject& Object)
 	{
 		const TSharedRef<FJsonObject> ReturnType = MakeShared<FJsonObject>();
 		ReturnType->SetStringField(TEXT("Name"), TEXT("ReturnValue"));
-		ReturnType->SetObjectField(
-			TEXT("Type"), FKestrelBlueprintUtils::GetVarJSonObjectFromProperty(ReturnProperty));
+		ReturnType->SetObjectField(TEXT("Type"), FKestrelBlueprintUtils::GetVarJSonObjectFromProperty(ReturnProperty));
 		Object.SetObjectField(TEXT("ReturnType"), ReturnType);
 		return;
 	}
@@ -149,8 +148,7 @@ TSharedRef<FJsonObject> MakeDocument(const UBlueprint& Blueprint, const UClass& 
 	Document->SetStringField(TEXT("Path"), Blueprint.GetPathName());
 	const UClass* SuperClass = Class.GetSuperClass();
 	Document->SetStringField(TEXT("SuperClass"), SuperClass ? SuperClass->GetName() : TEXT("None"));
-	Document->SetObjectField(
-		TEXT("Variables"), KestrelBlueprintDocument::DescribeVariables(*Class.GetDefaultObject()));
+	Document->SetObjectField(TEXT("Variables"), KestrelBlueprintDocument::DescribeVariables(*Class.GetDefaultObject()));
 	SetUnlessEmpty(*Document, TEXT("Functions"), DescribeFunctions(Blueprint, Class));
 	SetUnlessEmpty(*Document, TEXT("Components"), DescribeComponents(Class));
 	SetUnlessEmpty(*Document, TEXT("Interfaces"), DescribeInterfaces(Blueprint));
@@ -187,8 +185,8 @@ FString FKestrelBlueprintUtils::ReadBlueprint(const FString& BlueprintName, FStr
 	const UBlueprint* Blueprint = GetBlueprintFromtBlueprintName(BlueprintName);
 	if (!Blueprint)
 	{
-		return SerializeJson(KestrelBlueprintDocument::MakeError(
-			FString::Printf(TEXT("Blueprint '%s' not found."), *BlueprintName)));
+		return SerializeJson(
+			KestrelBlueprintDocument::MakeError(FString::Printf(TEXT("Blueprint '%s' not found."), *BlueprintName)));
 	}
 	const UBlueprintGeneratedClass* Class = Cast<UBlueprintGeneratedClass>(Blueprint->GeneratedClass.Get());
 	if (!Class)

@@ -57,7 +57,8 @@ FString ToText(FName Category)
 	return Category.IsNone() ? FString() : Category.ToString();
 }
 
-void AddTerminal(FJsonObject& Object, FName Category, FName SubCategory, const TWeakObjectPtr<UObject>& SubCategoryObject)
+void AddTerminal(
+	FJsonObject& Object, FName Category, FName SubCategory, const TWeakObjectPtr<UObject>& SubCategoryObject)
 {
 	Object.SetStringField(TEXT("Category"), ToText(Category));
 	Object.SetStringField(TEXT("SubCategory"), ToText(SubCategory));
@@ -84,8 +85,7 @@ void ReadTerminal(
 	FString Path;
 	if (Object.TryGetStringField(TEXT("SubCategoryObject"), Path))
 	{
-		SubCategoryObject =
-			KestrelBlueprintDocument::CanBeName(Path) ? FindObject<UObject>(nullptr, *Path) : nullptr;
+		SubCategoryObject = KestrelBlueprintDocument::CanBeName(Path) ? FindObject<UObject>(nullptr, *Path) : nullptr;
 	}
 }
 

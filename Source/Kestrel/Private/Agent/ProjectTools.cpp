@@ -3,7 +3,9 @@
 #include "Agent/KestrelFindUtils.h"
 #include "Agent/KestrelPythonUtils.h"
 #include "Agent/ToolInput.h"
+#include "Agent/TransactionLookup.h"
 #include "Dom/JsonObject.h"
+#include "ScopedTransaction.h"
 #include "Widget/KestrelInterface.h"
 
 FString FAgent::UseFinishTool(const FString& Id, const FJsonObject& Input)
@@ -41,6 +43,7 @@ FString FAgent::UseExecutePythonTool(const FString& Id, const FJsonObject& Input
 		return TEXT("Error: Missing code field");
 	}
 	KestrelTools::ShowStatus(TEXT("Executing Unreal Engine Api Python Script ..."));
+	const FScopedTransaction Transaction(FText::FromString(GetKestrelTransactionName(ConversationId)));
 	const FPythonScriptResult Result = FKestrelPythonUtils::CreateAndExecutePythonScript(Code);
 	return FString::Printf(TEXT("%s: %s"), *Result.Message, *Result.Error);
 }

@@ -105,8 +105,7 @@ FEdGraphPinType MakePinType(const FJsonObject& Description, const FKind& Kind)
 	FEdGraphPinType PinType;
 	UObject* Object = FindSubCategoryObject(Description, Kind.Needs);
 	const UClass* Class = Cast<UClass>(Object);
-	const bool bInterface =
-		Kind.Needs == ENeeds::ObjectClass && Class && Class->IsChildOf(UInterface::StaticClass());
+	const bool bInterface = Kind.Needs == ENeeds::ObjectClass && Class && Class->IsChildOf(UInterface::StaticClass());
 	PinType.PinCategory = bInterface ? FSchema::PC_Interface : Kind.Category;
 	PinType.PinSubCategory = Kind.SubCategory;
 	PinType.PinSubCategoryObject = Object;

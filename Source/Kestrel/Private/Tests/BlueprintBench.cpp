@@ -44,8 +44,7 @@ FString ReadBlueprintOf(int32 NumNodes)
 		FKestrelBlueprintUtils::CreateBlueprintAsset(TEXT("/Game"), Name, TEXT("Actor"));
 		FillGraph(*FKestrelBlueprintUtils::GetBlueprintFromtBlueprintName(Name)->UbergraphPages[0], NumNodes);
 	}
-	return FString::Printf(
-		TEXT("%d characters"), FKestrelBlueprintUtils::ReadBlueprint(Name, TEXT("Graphs")).Len());
+	return FString::Printf(TEXT("%d characters"), FKestrelBlueprintUtils::ReadBlueprint(Name, TEXT("Graphs")).Len());
 }
 }
 

@@ -60,8 +60,10 @@ void Fill(UBlueprint& Blueprint)
 	Get->VariableReference.SetSelfMember(TEXT("Line"));
 	GetCreator.Finalize();
 	Get->FindPinChecked(TEXT("Line"))->MakeLinkTo(Print->FindPinChecked(TEXT("InString")));
-	Blueprint.UbergraphPages[0]->Nodes[0]->FindPinChecked(FSchema::PN_Then)->MakeLinkTo(
-		Print->FindPinChecked(FSchema::PN_Execute));
+	Blueprint.UbergraphPages[0]
+		->Nodes[0]
+		->FindPinChecked(FSchema::PN_Then)
+		->MakeLinkTo(Print->FindPinChecked(FSchema::PN_Execute));
 }
 
 void DamageBytes(TArray<uint8>& Bytes, FDice& Dice)
@@ -121,7 +123,8 @@ void FKestrelDamagedAssetsSpec::Define()
 		{
 			return;
 		}
-		AddExpectedError(TEXT("[Compiler]"), EAutomationExpectedErrorFlags::Contains, 0); // the compiler's, about what is left
+		AddExpectedError(
+			TEXT("[Compiler]"), EAutomationExpectedErrorFlags::Contains, 0); // the compiler's, about what is left
 		const FKestrelTestContent Content;
 		UBlueprint* Blueprint = Content.CreateBlueprint(TEXT("BP_Damaged"), TEXT("Character"));
 		DamagedAssetTest::Fill(*Blueprint);

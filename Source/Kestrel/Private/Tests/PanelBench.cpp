@@ -1,5 +1,7 @@
 #include "Agent/Agent.h"
 #include "Agent/FileHistory.h"
+#include "Agent/KestrelBlueprintUtils.h"
+#include "Engine/Blueprint.h"
 #include "Framework/Application/SlateApplication.h"
 #include "Framework/Docking/TabManager.h"
 #include "HAL/PlatformTime.h"
@@ -8,6 +10,7 @@
 #include "Misc/DateTime.h"
 #include "Misc/FileHelper.h"
 #include "Misc/Parse.h"
+#include "ScopedTransaction.h"
 #include "Tests/KestrelTest.h"
 #include "Widget/KestrelInterface.h"
 #include "Widgets/Docking/SDockTab.h"
@@ -254,9 +257,23 @@ double MeasureQuestions()
 	return NumYes == NumRuns * NumRounds ? Times.At(0.0) * NanosecondsPerMillisecond / NumRounds : 0.0;
 }
 
+/** Others' changes, among which the conversation's are looked for. */
+void FillTransactions(int32 NumTransactions)
+{
+	FKestrelBlueprintUtils::CreateBlueprintAsset(TEXT("/Game"), TEXT("BP_Bench"), TEXT("Object"));
+	UBlueprint* Blueprint = FKestrelBlueprintUtils::GetBlueprintFromtBlueprintName(TEXT("BP_Bench"));
+	for (int32 Number = 0; Number < NumTransactions; ++Number)
+	{
+		const FScopedTransaction Transaction(FText::FromString(FString::Printf(TEXT("Change %d"), Number)));
+		Blueprint->Modify();
+		Blueprint->BlueprintDescription = FString::FromInt(Number);
+	}
+}
+
 void MeasureUndoButtons(FReport& Report)
 {
 	constexpr int32 NumConversations = 10000;
+	FAgent::Get().SetRedoConversationID(TEXT("bench-nowhere"));
 	const auto Store = [](int32 Number) {
 		const FString Id = FString::Printf(TEXT("bench-%d"), Number);
 		FFileHistory::Get().StoreFileCreation(Id, TEXT("/no/such/file"), TEXT("x"));
@@ -268,6 +285,7 @@ void MeasureUndoButtons(FReport& Report)
 	{
 		Store(Number);
 	}
+	FillTransactions(NumConversations);
 	const double Among = MeasureQuestions();
 	Report.Add(TEXT("AskNanoseconds"), Among);
 	Report.Add(TEXT("AskRatio"), Among / Alone);

@@ -73,8 +73,9 @@ const FCase EntryCases[] = {
 	{ TEXT("{'Type':{'Category':'int','Container':'List','ValueType':{'Category':'name'}}}"),
 		TEXT("'Category':'int','SubCategory':'','Container':'None','Flags':[]") },
 	{ TEXT("{'Type':{'Category':'name','Container':'MAP','ValueType':{'Category':'real','SubCategory':'double'}}}"),
-		TEXT("'Category':'name','SubCategory':'','Container':'Map','ValueType':{'Category':'real','SubCategory':'double'},"
-			 "'Flags':[]") },
+		TEXT(
+			"'Category':'name','SubCategory':'','Container':'Map','ValueType':{'Category':'real','SubCategory':'double'},"
+			"'Flags':[]") },
 	{ TEXT("{'Type':{'Category':'object','Flags':['const','Weak','Volatile',7,{}]}}"),
 		TEXT("'Category':'object','SubCategory':'','Container':'None','Flags':['Const','Weak']") },
 	{ TEXT("{'Type':{'Category':'struct','SubCategoryObject':'/Script/No.Where','Container':'Set'}}"),
@@ -159,7 +160,8 @@ void FKestrelPinTypesSpec::Define()
 					PinType.PinValueType.TerminalSubCategory = ValueType.PinSubCategory;
 					PinType.PinValueType.TerminalSubCategoryObject = ValueType.PinSubCategoryObject;
 				}
-				KestrelTest::TestSameText(*this, TEXT("came back otherwise"), PinTypeTest::RoundTrip(PinType), FString());
+				KestrelTest::TestSameText(
+					*this, TEXT("came back otherwise"), PinTypeTest::RoundTrip(PinType), FString());
 			}
 		}
 	});

@@ -2,6 +2,10 @@
 
 #include "Agent/Agent.h"
 #include "Agent/FileRescue.h"
+#include "Agent/KestrelBlueprintUtils.h"
+#include "Editor.h"
+#include "Editor/EditorEngine.h"
+#include "Editor/Transactor.h"
 #include "GenericPlatform/GenericPlatformFile.h"
 #include "HAL/FileManager.h"
 #include "HAL/PlatformFileManager.h"
@@ -173,13 +177,47 @@ void FKestrelInterface::UndoLastOperation()
 	}
 	FAgent& Agent = FAgent::Get();
 	const FString Id = Agent.GetUndoConversationID();
+	const bool bEditorUndone = UndoUntilLastTransactionByName(GetKestrelTransactionName(Id));
 	if (FFileHistory::Get().UndoAllChanges(Id))
 	{
 		Agent.TriggerCompilationWithMessages(TEXT("Undo"), Agent.GetStoredMessages());
 	}
 	const bool bAllDone = ReportLeftChanges(FFileHistory::Get().GetFileHistories().Find(Id));
-	Agent.SetRedoConversationID(Id);
+	// What was undone in the editor is not made again, and half of a conversation's changes shall not be either.
+	Agent.SetRedoConversationID(bEditorUndone ? FString() : Id);
 	Agent.SetUndoConversationID(bAllDone ? FString() : Id);
+	if (bEditorUndone)
+	{
+		FKestrelBlueprintUtils::SaveAndCompileAllDirtyBlueprints();
+	}
+}
+
+bool FKestrelInterface::UndoUntilLastTransactionByName(const FString& Name) const
+{
+	UTransactor* Transactor = GEditor ? GEditor->Trans.Get() : nullptr;
+	if (!Transactor)
+	{
+		return false;
+	}
+	// One that the user has undone by hand is gone: looking for it would undo everything else.
+	const int32 Index = FKestrelTransactionLookup::Find(Name);
+	if (Index == INDEX_NONE || Index >= Transactor->GetQueueLength() - Transactor->GetUndoCount())
+	{
+		return false;
+	}
+	while (Transactor->CanUndo())
+	{
+		const bool bNamed = Transactor->GetUndoContext(false).Title.ToString().Equals(Name);
+		if (!GEditor->UndoTransaction())
+		{
+			return false;
+		}
+		if (bNamed)
+		{
+			return true;
+		}
+	}
+	return false;
 }
 
 void FKestrelInterface::RedoLastOperation()
@@ -216,13 +254,13 @@ bool FKestrelInterface::ReportLeftChanges(const FFileHistory::FFileEntries* Left
 bool FKestrelInterface::CanUndo() const
 {
 	const FString& Id = FAgent::Get().GetUndoConversationID();
-	return !Id.IsEmpty() && FFileHistory::Get().GetFileHistories().Contains(Id);
+	return !Id.IsEmpty() && (FFileHistory::Get().GetFileHistories().Contains(Id) || UndoLookup.Contains(Id));
 }
 
 bool FKestrelInterface::CanRedo() const
 {
 	const FString& Id = FAgent::Get().GetRedoConversationID();
-	return !Id.IsEmpty() && FFileHistory::Get().GetRedoHistories().Contains(Id);
+	return !Id.IsEmpty() && (FFileHistory::Get().GetRedoHistories().Contains(Id) || RedoLookup.Contains(Id));
 }
 
 void FKestrelInterface::CollectRescueNotices()

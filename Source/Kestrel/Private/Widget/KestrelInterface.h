@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Agent/FileHistory.h"
+#include "Agent/TransactionLookup.h"
 #include "CoreMinimal.h"
 
 DECLARE_DELEGATE_FourParams(FOnAddStatusMessageDelegate, const FString& /*Message*/, const FLinearColor& /*Color*/,
@@ -48,14 +49,22 @@ public:
 	void Continue(FString Message);
 
 	/**
-	 * Takes back what the last conversation has changed, and compiles if that were files. Changes that cannot be taken
-	 * back can be tried again.
+	 * Takes back what the last conversation has changed: its transactions in the editor, with all that came after them,
+	 * and files. Then the game is compiled, and Blueprints are saved. Files that cannot be taken back can be tried
+	 * again.
 	 */
 	void UndoLastOperation();
-	/** Makes again what was taken back last; files only. */
+	/** Makes again what was taken back last; files only, and only when nothing in the editor was undone with them. */
 	void RedoLastOperation();
 	bool CanUndo() const;
 	bool CanRedo() const;
+	/**
+	 * Undoes the editor's transactions down to the last one of that title and with it, whoever made the others: it
+	 * marks where the agent began.
+	 *
+	 * @return false when there is none that could be undone; then nothing is
+	 */
+	bool UndoUntilLastTransactionByName(const FString& Name) const;
 
 	/** What was noticed before a panel could show it; told once. */
 	TArray<FString> TakeNotices();
@@ -91,6 +100,8 @@ private:
 	/** Copies of files that an editor which ended while it was writing has left behind. */
 	void CollectRescueNotices();
 
+	mutable FKestrelTransactionLookup UndoLookup;
+	mutable FKestrelTransactionLookup RedoLookup;
 	FString LogDirectory; // absolute
 	TArray<FString> Notices;
 	bool bInitialized = false;
