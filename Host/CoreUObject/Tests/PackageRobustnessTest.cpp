@@ -227,42 +227,42 @@ TEST_F(PackageRobustnessTest, BearsDamagedFiles)
 	const std::string Good =
 		R"text({"Package":"/Game/Fuzz","Format":1,"Needs":["/Game/B"],"Assets":[{"Name":"Fuzz","Class":"/Script/A.B","Tags":{"T":"v"}}]}
 Begin Object Class=/Script/CoreUObjectTests.TestRecipe Name="Fuzz" Flags=Public,Standalone,Transactional
-   Begin Object Class=/Script/CoreUObjectTests.TestNode Name="Node" Flags=Transactional
-      CustomProperties Link /Script/CoreUObjectTests.TestNode'/Game/Fuzz.Fuzz:Other'
-      Talker="/Script/CoreUObjectTests.TestRecipe'/Game/Fuzz.Fuzz'"
-   End Object
-   Begin Object Class=/Script/CoreUObjectTests.TestKinds Name="Other"
-      Int=-3
-      UInt64=18446744073709551615
-      Float=0.100000
-      Double=3.3333333333333334e-08
-      Text="one \"two\"\n\\"
-      Name="Name_3"
-      Caption=NSLOCTEXT("Space", "Key", "Caption")
-      State=KeepLast30Days
-      OldState=TOE_Second
-      Object="/Script/CoreUObjectTests.TestKinds'/Game/Fuzz.Fuzz:Other'"
-      Class="/Script/CoreUObject.Class'/Script/CoreUObjectTests.TestKindsChild'"
-      SoftObject="/Game/Fuzz.Fuzz:Other"
-      Point=(X=4,Label="")
-      Vector=(X=1e-09,Y=123456789.125)
-      Texts=("a","","b,c)")
-      Points=((X=3),(X=3,Label="else("))
-      Objects=("/Script/CoreUObjectTests.TestKinds'/Game/Fuzz.Fuzz:Other'",None)
-      Names=("x","y")
-      Counts=(("k,", 2))
-      PointsByState=((Running, (X=1,Name="n",Object=None)))
-      Numbers(2)=9
-   End Object
-   ParentClass="/Script/CoreUObject.Class'/Script/CoreUObjectTests.TestNode'"
-   GeneratedClass="/Script/CoreUObjectTests.TestRecipeClass'/Game/Fuzz.Fuzz_C'"
-   Variables=("Salt")
-   Nodes=("/Script/CoreUObjectTests.TestNode'/Game/Fuzz.Fuzz:Node'")
+Begin Object Class=/Script/CoreUObjectTests.TestNode Name="Node" Flags=Transactional
+CustomProperties Link /Script/CoreUObjectTests.TestNode'/Game/Fuzz.Fuzz:Other'
+Talker="/Script/CoreUObjectTests.TestRecipe'/Game/Fuzz.Fuzz'"
+End Object
+Begin Object Class=/Script/CoreUObjectTests.TestKinds Name="Other"
+Int=-3
+UInt64=18446744073709551615
+Float=0.100000
+Double=3.3333333333333334e-08
+Text="one \"two\"\n\\"
+Name="Name_3"
+Caption=NSLOCTEXT("Space", "Key", "Caption")
+State=KeepLast30Days
+OldState=TOE_Second
+Object="/Script/CoreUObjectTests.TestKinds'/Game/Fuzz.Fuzz:Other'"
+Class="/Script/CoreUObject.Class'/Script/CoreUObjectTests.TestKindsChild'"
+SoftObject="/Game/Fuzz.Fuzz:Other"
+Point=(X=4,Label="")
+Vector=(X=1e-09,Y=123456789.125)
+Texts=("a","","b,c)")
+Points=((X=3),(X=3,Label="else("))
+Objects=("/Script/CoreUObjectTests.TestKinds'/Game/Fuzz.Fuzz:Other'",None)
+Names=("x","y")
+Counts=(("k,", 2))
+PointsByState=((Running, (X=1,Name="n",Object=None)))
+Numbers(2)=9
+End Object
+ParentClass="/Script/CoreUObject.Class'/Script/CoreUObjectTests.TestNode'"
+GeneratedClass="/Script/CoreUObjectTests.TestRecipeClass'/Game/Fuzz.Fuzz_C'"
+Variables=("Salt")
+Nodes=("/Script/CoreUObjectTests.TestNode'/Game/Fuzz.Fuzz:Node'")
 End Object
 Begin Object Class=/Script/CoreUObjectTests.TestRecipeClass Name="Fuzz_C" Flags=Public
 End Object
 Begin Object Class=/Game/Fuzz.Fuzz_C Name="Default__Fuzz_C" Flags=Public,Transactional,ArchetypeObject
-   Salt=3
+Salt=3
 End Object
 )text";
 	FTextMutator Mutator("\n\"'(),=.:/_-0e9CBE \\{}[]\x80\xC3");
