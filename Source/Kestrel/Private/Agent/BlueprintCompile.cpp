@@ -31,6 +31,16 @@ FString MakeResult(const TCHAR* Field, const FString& Text)
 	return FKestrelBlueprintUtils::SerializeJson(Result);
 }
 
+/** On disk or in memory. Files' names may differ in letter case where packages' names do not, so both are asked. */
+bool IsTaken(const FString& PackageName, const FString& ObjectPath)
+{
+	TArray<FAssetData> Assets;
+	FModuleManager::LoadModuleChecked<FAssetRegistryModule>("AssetRegistry")
+		.Get()
+		.GetAssetsByPackageName(FName(*PackageName), Assets);
+	return Assets.Num() > 0 || FPackageName::DoesPackageExist(PackageName) || FindObject<UObject>(nullptr, *ObjectPath);
+}
+
 /**
  * Whether the asset tools would make the asset at once. For a name that is taken or cannot be one, or a class that
  * Blueprints cannot have as parent, they would open a dialog.
@@ -38,16 +48,12 @@ FString MakeResult(const TCHAR* Field, const FString& Text)
 bool CanCreate(const FString& PackagePath, const FString& Name, const UClass& ParentClass)
 {
 	const FString PackageName = PackagePath / Name;
-	const bool bPossible = KestrelBlueprintDocument::CanBeName(Name) &&
-						   KestrelBlueprintDocument::CanBeName(PackageName + TEXT(".") + Name) &&
-						   FName::IsValidXName(Name, INVALID_OBJECTNAME_CHARACTERS) &&
-						   FPackageName::IsValidLongPackageName(PackageName);
-	if (!bPossible || !FKismetEditorUtilities::CanCreateBlueprintOfClass(&ParentClass))
-	{
-		return false;
-	}
 	const FString ObjectPath = PackageName + TEXT(".") + Name;
-	return !FPackageName::DoesPackageExist(PackageName) && !FindObject<UObject>(nullptr, *ObjectPath);
+	const bool bPossible =
+		KestrelBlueprintDocument::CanBeName(Name) && KestrelBlueprintDocument::CanBeName(ObjectPath) &&
+		FName::IsValidXName(Name, INVALID_OBJECTNAME_CHARACTERS) && FPackageName::IsValidLongPackageName(PackageName);
+	return bPossible && FKismetEditorUtilities::CanCreateBlueprintOfClass(&ParentClass) &&
+		   !IsTaken(PackageName, ObjectPath);
 }
 
 UObject* CreateAsset(const FString& PackagePath, const FString& Name, UClass& ParentClass)
@@ -93,8 +99,8 @@ bool TakeOver(const FString& Result, const TCHAR* ErrorField, const TCHAR* Succe
 bool SaveAndCompile(UBlueprint& Blueprint, FJsonObject& Object)
 {
 	Object.SetStringField(TEXT("BlueprintPath"), Blueprint.GetPathName());
-	const bool bSaved = TakeOver(
-		FKestrelBlueprintUtils::SaveBlueprint(&Blueprint), TEXT("SaveError"), TEXT("SaveResult"), Object);
+	const bool bSaved =
+		TakeOver(FKestrelBlueprintUtils::SaveBlueprint(&Blueprint), TEXT("SaveError"), TEXT("SaveResult"), Object);
 	const bool bCompiled = TakeOver(
 		FKestrelBlueprintUtils::CompileBlueprint(&Blueprint), TEXT("CompileError"), TEXT("CompileResult"), Object);
 	return bSaved && bCompiled;
@@ -107,16 +113,15 @@ FString FKestrelBlueprintUtils::CreateBlueprintAsset(
 	UClass* ParentClass = GetBlueprintClassFromBlueprintName(ParentClassName);
 	if (!ParentClass)
 	{
-		return FString::Printf(
-			TEXT("Error: Parent class '%s' not found or could not be loaded."), *ParentClassName);
+		return FString::Printf(TEXT("Error: Parent class '%s' not found or could not be loaded."), *ParentClassName);
 	}
 	const bool bCreated = BlueprintCompile::CanCreate(PackagePath, BlueprintName, *ParentClass) &&
 						  BlueprintCompile::CreateAsset(PackagePath, BlueprintName, *ParentClass);
-	return bCreated
-			   ? FString::Printf(TEXT("Success: Blueprint '%s' created at '%s'."), *BlueprintName, *PackagePath)
-			   : FString::Printf(TEXT("Error: Failed to create Blueprint '%s' at '%s'. Check if the path is valid and the "
-									  "name is unique."),
-					 *BlueprintName, *PackagePath);
+	return bCreated ? FString::Printf(TEXT("Success: Blueprint '%s' created at '%s'."), *BlueprintName, *PackagePath)
+					: FString::Printf(
+						  TEXT("Error: Failed to create Blueprint '%s' at '%s'. Check if the path is valid and the "
+							   "name is unique."),
+						  *BlueprintName, *PackagePath);
 }
 
 FString FKestrelBlueprintUtils::SaveBlueprint(UObject* Asset)
@@ -144,11 +149,10 @@ FString FKestrelBlueprintUtils::CompileBlueprint(UObject* Asset)
 	const TStrongObjectPtr<UBlueprint> Kept(Blueprint); // compiling collects garbage
 	FKismetEditorUtilities::CompileBlueprint(Blueprint);
 	const FString Name = Blueprint->GetName();
-	return Blueprint->Status == BS_UpToDate
-			   ? BlueprintCompile::MakeResult(
-					 TEXT("Success"), FString::Printf(TEXT("Blueprint '%s' compiled successfully."), *Name))
-			   : BlueprintCompile::MakeResult(
-					 TEXT("Error"), FString::Printf(TEXT("Failed to compile Blueprint '%s'."), *Name));
+	return Blueprint->Status == BS_UpToDate ? BlueprintCompile::MakeResult(TEXT("Success"),
+												  FString::Printf(TEXT("Blueprint '%s' compiled successfully."), *Name))
+											: BlueprintCompile::MakeResult(TEXT("Error"),
+												  FString::Printf(TEXT("Failed to compile Blueprint '%s'."), *Name));
 }
 
 FString FKestrelBlueprintUtils::SaveAndCompileAllDirtyBlueprints()

@@ -111,21 +111,25 @@ void FKestrelBlueprintToolsSpec::Define()
 		for (const FRefusedCreation& Case : RefusedCreations)
 		{
 			KestrelTest::TestSameText(*this, Case.What, FUtils::CreateBlueprintAsset(Case.Path, Case.Name, Case.Parent),
-				FString::Printf(TEXT("Error: Failed to create Blueprint '%s' at '%s'. Check if the path is valid and the "
-									 "name is unique."),
+				FString::Printf(
+					TEXT("Error: Failed to create Blueprint '%s' at '%s'. Check if the path is valid and the "
+						 "name is unique."),
 					Case.Name, Case.Path));
 		}
 		Content.CreateBlueprint(TEXT("BP_Taken"));
-		const FString Taken =
-			FString::Printf(TEXT("Error: Failed to create Blueprint 'BP_Taken' at '%s'. Check if the path is valid and the "
-								 "name is unique."),
-				*Content.Path);
+		const FString Taken = FString::Printf(
+			TEXT("Error: Failed to create Blueprint 'BP_Taken' at '%s'. Check if the path is valid and the "
+				 "name is unique."),
+			*Content.Path);
 		KestrelTest::TestSameText(*this, TEXT("taken in memory"),
 			FUtils::CreateBlueprintAsset(Content.Path, TEXT("BP_Taken"), TEXT("Pawn")), Taken);
 		FUtils::SaveAndCompileAllDirtyBlueprints();
 		Content.Unload();
 		KestrelTest::TestSameText(*this, TEXT("taken on disk"),
 			FUtils::CreateBlueprintAsset(Content.Path, TEXT("BP_Taken"), TEXT("Pawn")), Taken);
+		KestrelTest::TestSameText(*this, TEXT("taken on disk, in other letters"),
+			FUtils::CreateBlueprintAsset(Content.Path, TEXT("bp_taken"), TEXT("Pawn")),
+			Taken.Replace(TEXT("BP_Taken"), TEXT("bp_taken")));
 		FUtils::CreateBlueprintAsset(
 			FString::ChrN(3000, u'p'), FString::ChrN(3000, u'n'), FString::ChrN(3000, u'c')); // too long for a name
 	});
@@ -137,8 +141,8 @@ void FKestrelBlueprintToolsSpec::Define()
 			Blueprint, TEXT("Weight"), KestrelTest::MakePinType(UEdGraphSchema_K2::PC_Int), TEXT("12"));
 		FUtils::CompileBlueprint(Blueprint);
 		const auto Read = [](const TCHAR* Subset) { return FUtils::ReadBlueprint(TEXT("BP_Sections"), Subset); };
-		KestrelTest::TestSameText(*this, TEXT("all"), GetKeys(Read(TEXT("aLL"))),
-			TEXT("Name Path Variables Functions Graphs"));
+		KestrelTest::TestSameText(
+			*this, TEXT("all"), GetKeys(Read(TEXT("aLL"))), TEXT("Name Path Variables Functions Graphs"));
 		KestrelTest::TestSameText(*this, TEXT("one"), GetKeys(Read(TEXT("variables"))), TEXT("Name Path variables"));
 		KestrelTest::TestSameText(*this, TEXT("one that is not there"), Read(TEXT("SuperClas")),
 			FString::Printf(TEXT("{\"Name\":\"BP_Sections\",\"Path\":\"%s/BP_Sections.BP_Sections\"}"), *Content.Path));
@@ -181,10 +185,13 @@ void FKestrelBlueprintToolsSpec::Define()
 		const auto Test = [&](const TCHAR* Name, const TCHAR* Rest) {
 			KestrelTest::TestSameText(*this, Name, Found.FindRef(Name),
 				FString::Printf(TEXT("{\"BlueprintPath\":\"%s/%s.%s\",%s}"), *Content.Path, Name, Name,
-					*FString(Rest).Replace(TEXT("'"), TEXT("\"")).Replace(TEXT("%s"), *FString::Printf(TEXT("'%s'"), Name))));
+					*FString(Rest)
+						 .Replace(TEXT("'"), TEXT("\""))
+						 .Replace(TEXT("%s"), *FString::Printf(TEXT("'%s'"), Name))));
 		};
 		Test(TEXT("BP_Good"),
-			TEXT("'SaveResult':'Blueprint %s saved successfully.','CompileResult':'Blueprint %s compiled successfully.'"));
+			TEXT(
+				"'SaveResult':'Blueprint %s saved successfully.','CompileResult':'Blueprint %s compiled successfully.'"));
 		Test(TEXT("BP_Warning"),
 			TEXT("'SaveResult':'Blueprint %s saved successfully.','CompileError':'Failed to compile Blueprint %s.'"));
 		Test(TEXT("BP_Broken"),
@@ -205,8 +212,10 @@ void FKestrelBlueprintToolsSpec::Define()
 		FBlueprintEditorUtils::AddMemberVariable(
 			Blueprint, TEXT("Line"), KestrelTest::MakePinType(UEdGraphSchema_K2::PC_String), TEXT("a, (b) \"c\""));
 		UEdGraphNode* Print = AddCall(*Blueprint, TEXT("PrintString"));
-		Blueprint->UbergraphPages[0]->Nodes[0]->FindPin(UEdGraphSchema_K2::PN_Then)->MakeLinkTo(
-			Print->FindPin(UEdGraphSchema_K2::PN_Execute));
+		Blueprint->UbergraphPages[0]
+			->Nodes[0]
+			->FindPin(UEdGraphSchema_K2::PN_Then)
+			->MakeLinkTo(Print->FindPin(UEdGraphSchema_K2::PN_Execute));
 		FUtils::CompileBlueprint(Blueprint);
 		const FString Before = FUtils::ReadBlueprint(TEXT("BP_Reopened"), TEXT("All"));
 		TestTrue(TEXT("saved"), GetMember(FUtils::SaveBlueprint(Blueprint), TEXT("Error")).IsEmpty());
