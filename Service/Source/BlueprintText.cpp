@@ -25,17 +25,25 @@ std::string ToBullets(const std::vector<std::string>& Lines)
 	{
 		Text += "  - " + Lines[Index] + "\n";
 	}
-	return Text +
-		   (Lines.size() > MaxListed ? "  ... and " + std::to_string(Lines.size() - MaxListed) + " more\n" : "");
+	return Text + (Lines.size() > MaxListed ? "  ... and " + std::to_string(Lines.size() - MaxListed) + " more\n" : "");
+}
+
+std::string DescribeElement(const Json& Type)
+{
+	const std::string Object = GetText(Type, "SubCategoryObject");
+	return Object.empty() ? GetText(Type, "Category") : Object.substr(Object.find_last_of("./") + 1);
 }
 
 std::string DescribeType(const Json& Type)
 {
 	const std::string Container = GetText(Type, "Container");
-	const std::string Object = GetText(Type, "SubCategoryObject");
-	const size_t Dot = Object.find_last_of("./");
-	const std::string Element = Object.empty() ? GetText(Type, "Category") : Object.substr(Dot + 1);
-	return Container.empty() || Container == "None" ? Element : Container + " of " + Element;
+	const std::string Element = DescribeElement(Type);
+	if (Container.empty() || Container == "None")
+	{
+		return Element;
+	}
+	const bool bMap = Type.contains("ValueType");
+	return Container + " of " + Element + (bMap ? " to " + DescribeElement(Type["ValueType"]) : "");
 }
 
 std::string DescribeVariables(const Json& Variables)
@@ -44,8 +52,8 @@ std::string DescribeVariables(const Json& Variables)
 	for (const auto& [Name, Variable] : Variables.items())
 	{
 		const std::string Value = GetText(Variable, "Value");
-		Lines.push_back(Name + ": " + DescribeType(Variable.value("Type", Json::object())) +
-						(Value.empty() ? "" : " = " + Value));
+		Lines.push_back(
+			Name + ": " + DescribeType(Variable.value("Type", Json::object())) + (Value.empty() ? "" : " = " + Value));
 	}
 	return "Variables (" + std::to_string(Lines.size()) + "):\n" + ToBullets(Lines);
 }
@@ -66,7 +74,10 @@ std::string DescribeFunctions(const Json& Functions)
 	std::vector<std::string> Lines;
 	for (const Json& Function : Functions)
 	{
-		const std::string Outputs = DescribeParameters(Function, "OutParams");
+		const std::string OutParams = DescribeParameters(Function, "OutParams");
+		const Json Result = Function.value("ReturnType", Json()); // the text "void", or an object
+		const std::string Returned = Result.is_object() ? DescribeType(Result.value("Type", Json::object())) : "";
+		const std::string Outputs = Returned + (Returned.empty() || OutParams.empty() ? "" : ", ") + OutParams;
 		Lines.push_back(GetText(Function, "Name") + "(" + DescribeParameters(Function, "InParams") + ")" +
 						(Outputs.empty() ? "" : " -> " + Outputs));
 	}
@@ -122,8 +133,7 @@ void ListTreeNode(const Json& Node, size_t Depth, std::vector<std::string>& Line
 	Lines.push_back(Indent + GetText(Node, "NodeName") + " (" + GetText(Node, "Type") + ")");
 	for (const Json& Auxiliary : GetList(Node, "AuxiliaryNodes"))
 	{
-		Lines.push_back(
-			Indent + "  [" + GetText(Auxiliary, "NodeType") + "] " + GetText(Auxiliary, "NodeName"));
+		Lines.push_back(Indent + "  [" + GetText(Auxiliary, "NodeType") + "] " + GetText(Auxiliary, "NodeName"));
 	}
 	for (const Json& Child : GetList(Node, "Children"))
 	{
