@@ -28,13 +28,22 @@ std::string ToBullets(const std::vector<std::string>& Lines)
 	return Text + (Lines.size() > MaxListed ? "  ... and " + std::to_string(Lines.size() - MaxListed) + " more\n" : "");
 }
 
+std::string DescribeElement(const Json& Type)
+{
+	const std::string Object = GetText(Type, "SubCategoryObject");
+	return Object.empty() ? GetText(Type, "Category") : Object.substr(Object.find_last_of("./") + 1);
+}
+
 std::string DescribeType(const Json& Type)
 {
 	const std::string Container = GetText(Type, "Container");
-	const std::string Object = GetText(Type, "SubCategoryObject");
-	const size_t Dot = Object.find_last_of("./");
-	const std::string Element = Object.empty() ? GetText(Type, "Category") : Object.substr(Dot + 1);
-	return Container.empty() || Container == "None" ? Element : Container + " of " + Element;
+	const std::string Element = DescribeElement(Type);
+	if (Container.empty() || Container == "None")
+	{
+		return Element;
+	}
+	const bool bMap = Type.contains("ValueType");
+	return Container + " of " + Element + (bMap ? " to " + DescribeElement(Type["ValueType"]) : "");
 }
 
 std::string DescribeVariables(const Json& Variables)
@@ -65,7 +74,10 @@ std::string DescribeFunctions(const Json& Functions)
 	std::vector<std::string> Lines;
 	for (const Json& Function : Functions)
 	{
-		const std::string Outputs = DescribeParameters(Function, "OutParams");
+		const std::string OutParams = DescribeParameters(Function, "OutParams");
+		const Json Result = Function.value("ReturnType", Json()); // the text "void", or an object
+		const std::string Returned = Result.is_object() ? DescribeType(Result.value("Type", Json::object())) : "";
+		const std::string Outputs = Returned + (Returned.empty() || OutParams.empty() ? "" : ", ") + OutParams;
 		Lines.push_back(GetText(Function, "Name") + "(" + DescribeParameters(Function, "InParams") + ")" +
 						(Outputs.empty() ? "" : " -> " + Outputs));
 	}

@@ -372,7 +372,13 @@ std::vector<PlainRequest> UnderstandPlainRequests(const std::string& Text)
 {
 	const std::string Prompt = Text.substr(0, MaxPromptBytes);
 	const std::vector<Word> Words = SplitWords(Prompt);
-	if (const std::vector<PlainRequest> Assets = UnderstandAsset(Words); !Assets.empty())
+	// What comes behind these is a text or a script, which may well speak of saving all or of a blueprint.
+	static const Verb WithText = {
+		{ "replace", "change", "insert", "run", "python", "execute", "find", "search", "where" }, nullptr
+	};
+	const std::vector<PlainRequest> Assets =
+		IsFirstVerb(Words, WithText) ? std::vector<PlainRequest>{} : UnderstandAsset(Words);
+	if (!Assets.empty())
 	{
 		return Assets;
 	}

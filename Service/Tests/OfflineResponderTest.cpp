@@ -91,6 +91,19 @@ TEST_F(OfflineResponderTest, GivesEachToolItsInput)
 	}
 }
 
+TEST_F(OfflineResponderTest, SumsUpABlueprintWithTheTypesOfMapsAndResults)
+{
+	const std::string Id = Ask("read blueprint BP_A").back()["id"];
+	const char* const Document =
+		R"({"Name":"BP_A","Path":"/Game/BP_A.BP_A","Variables":{"Toll":{"Type":{"Category":"name","Container":"Map",)"
+		R"("ValueType":{"Category":"int"}},"Value":""}},"Functions":[{"Name":"Open","ReturnType":"void"},)"
+		R"({"Name":"Ask","ReturnType":{"Name":"ReturnValue","Type":{"Category":"bool","Container":"None"}},)"
+		R"("OutParams":[{"Name":"Who","Type":{"Category":"object","SubCategoryObject":"/Script/Engine.Actor"}}]}]})";
+	EXPECT_EQ(Report({ { "tool_use_id", Id }, { "content", Document } }),
+		"The Blueprint BP_A (/Game/BP_A.BP_A):\n\nVariables (1):\n  - Toll: Map of name to int\n"
+		"Functions (2):\n  - Open()\n  - Ask() -> bool, Who: Actor\n");
+}
+
 TEST_F(OfflineResponderTest, TellsOfABuildWhoseResultComesLater)
 {
 	const std::string Id = Ask("compile").back()["id"];

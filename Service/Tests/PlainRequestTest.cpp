@@ -91,6 +91,8 @@ TEST(PlainRequestTest, UnderstandsShortRequests)
 		{ "create blueprint BP_Gate", "CB BP_Gate Actor /Game" },
 		{ "create a blueprint named BP_Gate from Pawn in /Game/Doors", "CB BP_Gate Pawn /Game/Doors" },
 		{ "save and compile all blueprints", "SB" },
+		{ "find save in all files", "? [save]" },
+		{ "run python: show = 1 # of blueprint BP_Gate", "P [show = 1 # of blueprint BP_Gate]" },
 		{ "read behaviour tree BT_Gate", "RT BT_Gate" },
 		{ "create Docs/A.md with \"# One\\n\\ttwo \\\"three\\\"\"", "C Docs/A.md [# One\n\ttwo \"three\"]" },
 		{ "please create a file Docs/A.md", "C Docs/A.md []" },

@@ -18,7 +18,6 @@ public class Kestrel : ModuleRules
 		{
 			"AIModule",
 			"ApplicationCore",
-			"AIModule",
 			"AssetRegistry",
 			"AssetTools",
 			"BlueprintGraph",

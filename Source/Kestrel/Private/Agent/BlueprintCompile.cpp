@@ -31,6 +31,16 @@ FString MakeResult(const TCHAR* Field, const FString& Text)
 	return FKestrelBlueprintUtils::SerializeJson(Result);
 }
 
+/** On disk or in memory. Files' names may differ in letter case where packages' names do not, so both are asked. */
+bool IsTaken(const FString& PackageName, const FString& ObjectPath)
+{
+	TArray<FAssetData> Assets;
+	FModuleManager::LoadModuleChecked<FAssetRegistryModule>("AssetRegistry")
+		.Get()
+		.GetAssetsByPackageName(FName(*PackageName), Assets);
+	return Assets.Num() > 0 || FPackageName::DoesPackageExist(PackageName) || FindObject<UObject>(nullptr, *ObjectPath);
+}
+
 /**
  * Whether the asset tools would make the asset at once. For a name that is taken or cannot be one, or a class that
  * Blueprints cannot have as parent, they would open a dialog.
@@ -38,16 +48,12 @@ FString MakeResult(const TCHAR* Field, const FString& Text)
 bool CanCreate(const FString& PackagePath, const FString& Name, const UClass& ParentClass)
 {
 	const FString PackageName = PackagePath / Name;
-	const bool bPossible = KestrelBlueprintDocument::CanBeName(Name) &&
-						   KestrelBlueprintDocument::CanBeName(PackageName + TEXT(".") + Name) &&
-						   FName::IsValidXName(Name, INVALID_OBJECTNAME_CHARACTERS) &&
-						   FPackageName::IsValidLongPackageName(PackageName);
-	if (!bPossible || !FKismetEditorUtilities::CanCreateBlueprintOfClass(&ParentClass))
-	{
-		return false;
-	}
 	const FString ObjectPath = PackageName + TEXT(".") + Name;
-	return !FPackageName::DoesPackageExist(PackageName) && !FindObject<UObject>(nullptr, *ObjectPath);
+	const bool bPossible =
+		KestrelBlueprintDocument::CanBeName(Name) && KestrelBlueprintDocument::CanBeName(ObjectPath) &&
+		FName::IsValidXName(Name, INVALID_OBJECTNAME_CHARACTERS) && FPackageName::IsValidLongPackageName(PackageName);
+	return bPossible && FKismetEditorUtilities::CanCreateBlueprintOfClass(&ParentClass) &&
+		   !IsTaken(PackageName, ObjectPath);
 }
 
 UObject* CreateAsset(const FString& PackagePath, const FString& Name, UClass& ParentClass)

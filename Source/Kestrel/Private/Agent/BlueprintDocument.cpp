@@ -3,6 +3,7 @@
 #include "Agent/KestrelBlueprintUtils.h"
 #include "Dom/JsonObject.h"
 #include "KestrelSettings.h"
+#include "Misc/PackageName.h"
 #include "UObject/Class.h"
 #include "UObject/UnrealType.h"
 
@@ -69,6 +70,12 @@ TSharedRef<FJsonObject> KestrelBlueprintDocument::DescribeVariables(const UObjec
 bool KestrelBlueprintDocument::CanBeName(const FString& Text)
 {
 	return !Text.IsEmpty() && Text.Len() < NAME_SIZE;
+}
+
+bool KestrelBlueprintDocument::CanBeLoaded(const FString& ObjectPath)
+{
+	return CanBeName(ObjectPath) &&
+		   FPackageName::IsValidLongPackageName(FPackageName::ObjectPathToPackageName(ObjectPath));
 }
 
 FName KestrelBlueprintDocument::ToName(const FString& Text)

@@ -22,4 +22,6 @@ TSharedRef<FJsonObject> DescribeVariables(const UObject& Container);
 bool CanBeName(const FString& Text);
 /** The same, as a name; none when it cannot be one. */
 FName ToName(const FString& Text);
+/** Whether a path may be given to LoadObject: the engine ends the process for some that are none. */
+bool CanBeLoaded(const FString& ObjectPath);
 }

@@ -72,7 +72,10 @@ UClass* FKestrelBlueprintUtils::GetBlueprintClassFromAssetData(const FAssetData&
 	if (AssetData.GetTagValue(FBlueprintTags::GeneratedClassPath, ExportPath))
 	{
 		// The tag holds "Class'Path'", which cannot be loaded as it is.
-		if (UClass* Class = LoadObject<UClass>(nullptr, *FPackageName::ExportTextPathToObjectPath(ExportPath)))
+		const FString ClassPath = FPackageName::ExportTextPathToObjectPath(ExportPath);
+		UClass* Class =
+			KestrelBlueprintDocument::CanBeLoaded(ClassPath) ? LoadObject<UClass>(nullptr, *ClassPath) : nullptr;
+		if (Class)
 		{
 			return Class;
 		}

@@ -156,7 +156,7 @@ TSharedRef<FJsonObject> MakeDocument(const UBlueprint& Blueprint, const UClass& 
 	return Document;
 }
 
-/** "ParentClass" is no member of the document, and so never part of an answer; the service counts on neither. */
+/** "ParentClass" is no member of the document: the super class is told only when "SuperClass" itself is asked for. */
 TSharedRef<FJsonObject> Select(const FJsonObject& Document, const FString& DataSubset)
 {
 	TArray<FString> Keys = { TEXT("Name"), TEXT("Path"), TEXT("ParentClass") };

@@ -107,7 +107,6 @@ void ReadContainer(const FJsonObject& Object, FEdGraphPinType& PinType)
 
 void ReadFlags(const FJsonObject& Object, FEdGraphPinType& PinType)
 {
-	TArray<FString> Names;
 	const TArray<TSharedPtr<FJsonValue>>* Values = nullptr;
 	if (!Object.TryGetArrayField(TEXT("Flags"), Values))
 	{

@@ -62,7 +62,7 @@ TypeObject* FindType(const FJsonObject& Description, const TCHAR* Field)
 		return nullptr;
 	}
 	TypeObject* Found = FindObject<TypeObject>(nullptr, *Name);
-	return Found ? Found : LoadObject<TypeObject>(nullptr, *Name);
+	return Found || !KestrelBlueprintDocument::CanBeLoaded(Name) ? Found : LoadObject<TypeObject>(nullptr, *Name);
 }
 
 UScriptStruct* FindStruct(const FJsonObject& Description)

@@ -60,6 +60,11 @@ FString KestrelBlueprintBench::ReadHalfBlueprint(int32 Run)
 
 FString KestrelBlueprintBench::LookUpBlueprint(int32 Run)
 {
+	if (Run == 0)
+	{
+		IAssetRegistry::Get()->ScanPathsSynchronous({ TEXT("/Game") }, true);
+		FKestrelBlueprintUtils::GetBlueprintFromtBlueprintName(TEXT("bp_thing15000")); // loads it
+	}
 	const UBlueprint* Blueprint = FKestrelBlueprintUtils::GetBlueprintFromtBlueprintName(TEXT("bp_thing15000"));
 	return Blueprint ? Blueprint->GetPathName() : TEXT("not found");
 }

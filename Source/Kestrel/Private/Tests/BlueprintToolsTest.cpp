@@ -127,6 +127,9 @@ void FKestrelBlueprintToolsSpec::Define()
 		Content.Unload();
 		KestrelTest::TestSameText(*this, TEXT("taken on disk"),
 			FUtils::CreateBlueprintAsset(Content.Path, TEXT("BP_Taken"), TEXT("Pawn")), Taken);
+		KestrelTest::TestSameText(*this, TEXT("taken on disk, in other letters"),
+			FUtils::CreateBlueprintAsset(Content.Path, TEXT("bp_taken"), TEXT("Pawn")),
+			Taken.Replace(TEXT("BP_Taken"), TEXT("bp_taken")));
 		FUtils::CreateBlueprintAsset(
 			FString::ChrN(3000, u'p'), FString::ChrN(3000, u'n'), FString::ChrN(3000, u'c')); // too long for a name
 	});
