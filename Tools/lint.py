@@ -86,13 +86,15 @@ def check_white_space(_):
     problems = []
     for path in git_files(*TEXT_FILES):
         text = read(path)
+        in_raw_text = False  # whose blanks are its own
         for number, line in enumerate(text.split("\n"), 1):
             if line != line.rstrip():
                 problems.append(f"{path}:{number}: white space at the end of the line")
             elif path.endswith((".py", ".cmake", "CMakeLists.txt")) and "\t" in line:
                 problems.append(f"{path}:{number}: a tab")
-            elif path.endswith((".cpp", ".h", ".cs")) and re.match(r"\t* {4,}[^ \\]", line):
+            elif path.endswith((".cpp", ".h", ".cs")) and not in_raw_text and re.match(r"\t* {4,}[^ \\]", line):
                 problems.append(f"{path}:{number}: blanks where a tab belongs")
+            in_raw_text = ')"' not in line if in_raw_text else re.search(r'\bR"\((?!.*\)")', line) is not None
         if text and not text.endswith("\n"):
             problems.append(f"{path}: no line break at the end")
     return problems
