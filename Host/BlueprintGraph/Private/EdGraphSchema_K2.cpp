@@ -3,7 +3,7 @@
 #include "Engine/Blueprint.h"
 #include "K2Node_FunctionEntry.h"
 #include "K2Node_FunctionResult.h"
-#include "UObject/UnrealType.h"
+#include "ParameterDirection.h"
 
 #define LOCTEXT_NAMESPACE "KismetSchema"
 
@@ -198,7 +198,7 @@ void UEdGraphSchema_K2::CreateFunctionGraphTerminators(UEdGraph& Graph, const UF
 		{
 			continue;
 		}
-		const bool bOutput = It->HasAnyPropertyFlags(CPF_OutParm) && !It->HasAnyPropertyFlags(CPF_ReferenceParm);
+		const bool bOutput = IsOutputParameter(**It);
 		if (!bOutput)
 		{
 			Entry->CreateUserDefinedPin(It->GetFName(), Type, EGPD_Output, false);
@@ -238,7 +238,7 @@ bool UEdGraphSchema_K2::HasFunctionAnyOutputParameter(const UFunction* Function)
 {
 	for (TFieldIterator<FProperty> It(Function, EFieldIterationFlags::None); It; ++It)
 	{
-		if (It->HasAnyPropertyFlags(CPF_OutParm) && !It->HasAnyPropertyFlags(CPF_ReferenceParm))
+		if (IsOutputParameter(**It))
 		{
 			return true;
 		}

@@ -2,18 +2,9 @@
 #include "EdGraphSchema_K2.h"
 #include "K2Node_FunctionEntry.h"
 #include "K2Node_FunctionResult.h"
-#include "UObject/UnrealType.h"
+#include "ParameterDirection.h"
 
 #define LOCTEXT_NAMESPACE "K2Node"
-
-namespace FunctionTerminators
-{
-/** Whether the parameter leaves the function: a const reference goes in, whatever its flags say. */
-bool IsOutput(const FProperty& Parameter)
-{
-	return Parameter.HasAnyPropertyFlags(CPF_OutParm) && !Parameter.HasAnyPropertyFlags(CPF_ReferenceParm);
-}
-}
 
 UFunction* UK2Node_FunctionTerminator::FindSignatureFunction() const
 {
@@ -27,7 +18,7 @@ void UK2Node_FunctionTerminator::CreatePinsFromSignature(const UFunction* Functi
 	for (TFieldIterator<FProperty> It(Function, EFieldIterationFlags::None); It; ++It)
 	{
 		const bool bWantsOutput = PinDirection == EGPD_Input;
-		if (!It->HasAnyPropertyFlags(CPF_Parm) || FunctionTerminators::IsOutput(**It) != bWantsOutput)
+		if (!It->HasAnyPropertyFlags(CPF_Parm) || IsOutputParameter(**It) != bWantsOutput)
 		{
 			continue;
 		}

@@ -3,17 +3,12 @@
 #include "EdGraphSchema_K2.h"
 #include "Engine/Blueprint.h"
 #include "K2Node_CallParentFunction.h"
-#include "UObject/UnrealType.h"
+#include "ParameterDirection.h"
 
 #define LOCTEXT_NAMESPACE "K2Node"
 
 namespace CallFunction
 {
-bool IsOutput(const FProperty& Parameter)
-{
-	return Parameter.HasAnyPropertyFlags(CPF_OutParm) && !Parameter.HasAnyPropertyFlags(CPF_ReferenceParm);
-}
-
 bool IsHidden(const UFunction& Function, const FProperty& Parameter)
 {
 	const FString* const WorldContext = Function.FindMetaData(FBlueprintMetadata::MD_WorldContext);
@@ -104,7 +99,7 @@ void UK2Node_CallFunction::CreateSelfPin(const UFunction& Function)
 void UK2Node_CallFunction::CreateParameterPin(const UFunction& Function, const FProperty& Parameter)
 {
 	const UEdGraphSchema_K2* const Schema = GetDefault<UEdGraphSchema_K2>();
-	const EEdGraphPinDirection PinDirection = CallFunction::IsOutput(Parameter) ? EGPD_Output : EGPD_Input;
+	const EEdGraphPinDirection PinDirection = IsOutputParameter(Parameter) ? EGPD_Output : EGPD_Input;
 	UEdGraphPin* const Pin = CreatePin(PinDirection, NAME_None, Parameter.GetFName());
 	Schema->ConvertPropertyToPinType(&Parameter, Pin->PinType);
 	Pin->bHidden = CallFunction::IsHidden(Function, Parameter);

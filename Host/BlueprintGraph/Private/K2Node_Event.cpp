@@ -3,7 +3,7 @@
 #include "EdGraph/EdGraph.h"
 #include "EdGraphSchema_K2.h"
 #include "K2Node_CustomEvent.h"
-#include "UObject/UnrealType.h"
+#include "ParameterDirection.h"
 
 #define LOCTEXT_NAMESPACE "K2Node"
 
@@ -41,8 +41,7 @@ void UK2Node_Event::AllocateDefaultPins()
 		const UEdGraphSchema_K2* const Schema = GetDefault<UEdGraphSchema_K2>();
 		for (TFieldIterator<FProperty> It(Function, EFieldIterationFlags::None); It; ++It)
 		{
-			if (It->HasAnyPropertyFlags(CPF_Parm) &&
-				(!It->HasAnyPropertyFlags(CPF_OutParm) || It->HasAnyPropertyFlags(CPF_ReferenceParm)))
+			if (It->HasAnyPropertyFlags(CPF_Parm) && !IsOutputParameter(**It))
 			{
 				UEdGraphPin* const Pin = CreatePin(EGPD_Output, NAME_None, It->GetFName());
 				Schema->ConvertPropertyToPinType(*It, Pin->PinType);
@@ -54,7 +53,7 @@ void UK2Node_Event::AllocateDefaultPins()
 
 FText UK2Node_Event::GetNodeTitle(ENodeTitleType::Type TitleType) const
 {
-	if (!bOverrideFunction && CustomFunctionName.IsNone() == false)
+	if (!bOverrideFunction && !CustomFunctionName.IsNone())
 	{
 		return FText::FromName(CustomFunctionName);
 	}

@@ -180,13 +180,6 @@ bool IsObjectCategory(FName Category)
 	return Category == FSchema::PC_Object || Category == FSchema::PC_Interface || Category == FSchema::PC_Class ||
 		   Category == FSchema::PC_SoftObject || Category == FSchema::PC_SoftClass;
 }
-
-/** An integer or a float is made a wider number without a node of its own. */
-bool IsNumberThatWidens(const FEdGraphPinType& Output, const FEdGraphPinType& Input)
-{
-	const bool bToReal = Input.PinCategory == FSchema::PC_Real;
-	return bToReal && (Output.PinCategory == FSchema::PC_Real);
-}
 }
 
 bool UEdGraphSchema_K2::ConvertPropertyToPinType(const FProperty* Property, FEdGraphPinType& TypeOut) const
@@ -256,7 +249,7 @@ bool UEdGraphSchema_K2::ArePinTypesCompatible(
 	{
 		return Output.PinSubCategoryObject == Input.PinSubCategoryObject;
 	}
-	return Output.PinSubCategory == Input.PinSubCategory || PinTypes::IsNumberThatWidens(Output, Input) ||
+	return Output.PinSubCategory == Input.PinSubCategory || Output.PinCategory == PC_Real ||
 		   Output.PinCategory == PC_Int || Output.PinCategory == PC_Delegate;
 }
 
