@@ -187,7 +187,6 @@ void FKestrelPinTypesSpec::Define()
 	});
 
 	It("have values that read as text, also where the engine writes none", [this]() {
-		const FKestrelTestContent Content;
 		const AActor* Actor = GetDefault<AActor>();
 		const auto Value = [Actor](const TCHAR* Name) {
 			return FKestrelBlueprintUtils::GetPropertyValueAsString(
