@@ -194,7 +194,10 @@ FString FKestrelFindUtils::GetBlueprintFilePath(const UBlueprint* Blueprint)
 	const FString PackagePath = FPackageName::GetLongPackagePath(Blueprint->GetPathName());
 	FString File = PackagePath / Blueprint->GetName() + TEXT(".uasset");
 	// Content of plugins keeps its mount point, so that it can be told apart.
-	File.RemoveFromStart(TEXT("/Game/"));
+	if (!File.RemoveFromStart(TEXT("/Game/")))
+	{
+		File.RemoveFromStart(TEXT("/"));
+	}
 	return FPaths::Combine(FPaths::ProjectContentDir(), File);
 }
 
