@@ -232,7 +232,7 @@ bool FKestrelGraphWriter::LinkPin(UEdGraphPin& Pin, const FJsonObject& Connectio
 	}
 	const UEdGraphNode* Node = FindNodeByTitle(Title);
 	UEdGraphPin* Target = Node ? Node->FindPin(PinName) : nullptr;
-	if (!Target)
+	if (!Target || Target == &Pin) // the engine takes a link of a pin to itself for a fault of ours
 	{
 		return false;
 	}

@@ -8,23 +8,13 @@
 #include "K2Node_VariableGet.h"
 #include "Kismet/KismetSystemLibrary.h"
 #include "Kismet2/BlueprintEditorUtils.h"
-#include "Misc/CommandLine.h"
 #include "Misc/FileHelper.h"
-#include "Misc/Parse.h"
 #include "Tests/Dice.h"
 #include "Tests/KestrelTest.h"
 #include "Tests/TestContent.h"
 
 namespace DamagedAssetTest
 {
-/** Zero unless asked for: a package that the real editor wrote is nothing to play with. */
-int32 GetNumRounds()
-{
-	int32 NumRounds = 0;
-	FParse::Value(FCommandLine::Get(), TEXT("-KestrelFuzzRounds="), NumRounds);
-	return NumRounds;
-}
-
 /** Something of everything that a package can hold. */
 void Fill(UBlueprint& Blueprint)
 {
@@ -105,7 +95,7 @@ DEFINE_SPEC(FKestrelDamagedAssetsSpec, "Kestrel.DamagedAssets", KestrelTest::Fla
 void FKestrelDamagedAssetsSpec::Define()
 {
 	It("end in an answer, whatever is in the file", [this]() {
-		const int32 NumRounds = DamagedAssetTest::GetNumRounds();
+		const int32 NumRounds = KestrelTest::GetNumFuzzRounds();
 		if (NumRounds == 0)
 		{
 			return;
