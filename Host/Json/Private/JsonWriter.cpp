@@ -13,7 +13,7 @@ void FJsonTextWriter::CommaIfNeeded()
 						Previous == EToken::Identifier || Previous == EToken::Comma;
 	if (!bFirst)
 	{
-		Text.AppendChar(u',');
+		Put(u',');
 	}
 }
 
@@ -21,10 +21,10 @@ void FJsonTextWriter::NewLine()
 {
 	if (bPretty)
 	{
-		Text += LINE_TERMINATOR;
+		Put(LINE_TERMINATOR);
 		for (int32 Level = 0; Level < Indent; ++Level)
 		{
-			Text.AppendChar(u'\t');
+			Put(u'\t');
 		}
 	}
 }
@@ -35,7 +35,7 @@ void FJsonTextWriter::WriteIdentifierPrefix(const FString& Identifier)
 	CommaIfNeeded();
 	NewLine();
 	WriteQuoted(Identifier);
-	Text.AppendChar(u':');
+	Put(u':');
 	Previous = EToken::Identifier;
 }
 
@@ -46,7 +46,7 @@ void FJsonTextWriter::BeforeValue(bool bShort)
 	{
 		if (bPretty)
 		{
-			Text.AppendChar(u' ');
+			Put(u' ');
 		}
 		return;
 	}
@@ -58,7 +58,7 @@ void FJsonTextWriter::BeforeValue(bool bShort)
 	const bool bSameLine = bShort && (Previous == EToken::SquareOpen || Previous == EToken::ShortValue);
 	if (bSameLine)
 	{
-		Text.AppendChar(u' ');
+		Put(u' ');
 		return;
 	}
 	NewLine();
@@ -77,7 +77,7 @@ void FJsonTextWriter::BeforeContainer(bool bObject)
 	{
 		if (bPretty)
 		{
-			Text.AppendChar(u' ');
+			Put(u' ');
 		}
 		return;
 	}
@@ -91,7 +91,7 @@ void FJsonTextWriter::BeforeContainer(bool bObject)
 void FJsonTextWriter::Open(TCHAR Bracket, EToken Token, bool bObject)
 {
 	BeforeContainer(bObject);
-	Text.AppendChar(Bracket);
+	Put(Bracket);
 	++Indent;
 	Scopes.Add(bObject);
 	Previous = Token;
@@ -106,14 +106,14 @@ void FJsonTextWriter::CloseScope(TCHAR Bracket, EToken Token, bool bObject)
 	{
 		if (bPretty)
 		{
-			Text.AppendChar(u' ');
+			Put(u' ');
 		}
 	}
 	else if (bObject || Previous != EToken::SquareOpen)
 	{
 		NewLine();
 	}
-	Text.AppendChar(Bracket);
+	Put(Bracket);
 	Previous = Token;
 }
 
@@ -152,7 +152,7 @@ void FJsonTextWriter::WriteArrayEnd()
 void FJsonTextWriter::WriteShort(const FString& ShortText)
 {
 	BeforeValue(true);
-	Text += ShortText;
+	Put(ShortText);
 	Previous = EToken::ShortValue;
 }
 
@@ -189,54 +189,91 @@ void FJsonTextWriter::WriteNull()
 	WriteShort(TEXT("null"));
 }
 
+namespace JsonWriter
+{
+bool NeedsEscape(TCHAR C)
+{
+	return C < 0x20 || C == u'"' || C == u'\\';
+}
+
+/** Looks at all units and leaves nowhere, so that the compiler looks at many at once. */
+bool IsPlain(FStringView Value)
+{
+	bool bPlain = true;
+	for (const TCHAR C : Value)
+	{
+		bPlain &= !NeedsEscape(C);
+	}
+	return bPlain;
+}
+}
+
 void FJsonTextWriter::WriteQuoted(const FString& Value)
 {
-	Text.AppendChar(u'"');
+	Put(u'"');
+	if (JsonWriter::IsPlain(Value))
+	{
+		Put(Value);
+	}
+	else
+	{
+		PutEscaped(Value);
+	}
+	Put(u'"');
+}
+
+void FJsonTextWriter::PutEscaped(FStringView Value)
+{
 	int32 PlainStart = 0;
-	const auto FlushPlain = [&](int32 End) { Text.Append(FStringView(Value).Mid(PlainStart, End - PlainStart)); };
 	for (int32 Index = 0; Index < Value.Len(); ++Index)
 	{
-		const TCHAR C = Value[Index];
-		if (C >= 0x20 && C != u'"' && C != u'\\')
+		if (JsonWriter::NeedsEscape(Value[Index]))
 		{
-			continue;
-		}
-		FlushPlain(Index);
-		PlainStart = Index + 1;
-		switch (C)
-		{
-		case u'"':
-			Text += TEXT("\\\"");
-			break;
-		case u'\\':
-			Text += TEXT("\\\\");
-			break;
-		case u'\n':
-			Text += TEXT("\\n");
-			break;
-		case u'\r':
-			Text += TEXT("\\r");
-			break;
-		case u'\t':
-			Text += TEXT("\\t");
-			break;
-		case u'\b':
-			Text += TEXT("\\b");
-			break;
-		case u'\f':
-			Text += TEXT("\\f");
-			break;
-		default:
-			Text.Appendf(TEXT("\\u%04x"), static_cast<uint32>(C));
-			break;
+			Put(Value.Mid(PlainStart, Index - PlainStart));
+			PutEscape(Value[Index]);
+			PlainStart = Index + 1;
 		}
 	}
-	FlushPlain(Value.Len());
-	Text.AppendChar(u'"');
+	Put(Value.Mid(PlainStart));
+}
+
+void FJsonTextWriter::PutEscape(TCHAR C)
+{
+	switch (C)
+	{
+	case u'"':
+		Put(TEXT("\\\""));
+		break;
+	case u'\\':
+		Put(TEXT("\\\\"));
+		break;
+	case u'\n':
+		Put(TEXT("\\n"));
+		break;
+	case u'\r':
+		Put(TEXT("\\r"));
+		break;
+	case u'\t':
+		Put(TEXT("\\t"));
+		break;
+	case u'\b':
+		Put(TEXT("\\b"));
+		break;
+	case u'\f':
+		Put(TEXT("\\f"));
+		break;
+	default:
+		Put(FString::Printf(TEXT("\\u%04x"), static_cast<uint32>(C)));
+		break;
+	}
 }
 
 bool FJsonTextWriter::Close()
 {
-	*Out = Text;
+	if (Text.Num() > 0) // else a second call would hand over nothing
+	{
+		Put(u'\0');
+		Out->GetCharArray() = MoveTemp(Text);
+	}
 	return Previous != EToken::None && Scopes.IsEmpty();
 }

@@ -65,13 +65,17 @@ private:
 	void CloseScope(TCHAR Bracket, EToken Token, bool bObject);
 	void CommaIfNeeded();
 	void NewLine();
-	void WriteQuoted(const FString& Text);
-	void WriteShort(const FString& Text);
+	void WriteQuoted(const FString& Value);
+	void WriteShort(const FString& ShortText);
+	void PutEscaped(FStringView Value);
+	void PutEscape(TCHAR C);
+	void Put(TCHAR C) { Text.Add(C); }
+	void Put(FStringView Units) { Text.Append(Units.GetData(), Units.Len()); }
 
 	FString* const Out;
 	const bool bPretty;
 	int32 Indent;
-	FString Text;
+	TArray<TCHAR> Text; // not terminated
 	TArray<bool> Scopes; // true for an object
 	EToken Previous = EToken::None;
 };
