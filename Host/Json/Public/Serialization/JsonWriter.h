@@ -69,8 +69,10 @@ private:
 	void WriteShort(const FString& ShortText);
 	void PutEscaped(FStringView Value);
 	void PutEscape(TCHAR C);
-	void Put(TCHAR C) { Text.Add(C); }
-	void Put(FStringView Units) { Text.Append(Units.GetData(), Units.Len()); }
+	void Put(TCHAR C) { *MakeRoom(1) = C; }
+	void Put(FStringView Units);
+	/** The place for that many units, which the caller writes. */
+	TCHAR* MakeRoom(int32 NumUnits);
 
 	FString* const Out;
 	const bool bPretty;

@@ -9,6 +9,8 @@
 
 namespace GraphReader
 {
+constexpr int32 MaxPinMembers = 6; // a graph has very many pins: room that grows with each member would cost twice
+
 /** What many places of a document say. They share the value: none changes once it is made. */
 class FSharedValues
 {
@@ -24,13 +26,31 @@ public:
 		return Titles.Add(Node, MakeShared<FJsonValueString>(Title));
 	}
 
+	/** Names are spelt as they are, although the engine takes two spellings for the same name. */
+	TSharedPtr<FJsonValue> GetName(const FName& Name)
+	{
+		FSpelling& Known = Names.FindOrAdd(Name);
+		if (!Known.Value || !Known.Name.IsEqual(Name, ENameCase::CaseSensitive))
+		{
+			Known = { Name, MakeShared<FJsonValueString>(Name.ToString()) };
+		}
+		return Known.Value;
+	}
+
 	TSharedPtr<FJsonValue> GetDirection(const UEdGraphPin& Pin) const
 	{
 		return Pin.Direction == EGPD_Input ? Input : Output;
 	}
 
 private:
+	struct FSpelling
+	{
+		FName Name;
+		TSharedPtr<FJsonValue> Value;
+	};
+
 	TMap<const UEdGraphNode*, TSharedPtr<FJsonValue>> Titles;
+	TMap<FName, FSpelling> Names;
 	const TSharedPtr<FJsonValue> Input = MakeShared<FJsonValueString>(TEXT("Input"));
 	const TSharedPtr<FJsonValue> Output = MakeShared<FJsonValueString>(TEXT("Output"));
 };
@@ -71,20 +91,21 @@ TSharedRef<FJsonObject> DescribeConnection(const UEdGraphPin& Linked, FSharedVal
 {
 	const TSharedRef<FJsonObject> Connection = MakeShared<FJsonObject>();
 	Connection->SetField(TEXT("Node"), Shared.GetTitle(Linked.GetOwningNodeUnchecked()));
-	Connection->SetStringField(TEXT("Pin"), Linked.PinName.ToString());
+	Connection->SetField(TEXT("Pin"), Shared.GetName(Linked.PinName));
 	return Connection;
 }
 
 TSharedRef<FJsonObject> DescribePin(const UEdGraphPin& Pin, FSharedValues& Shared)
 {
 	const TSharedRef<FJsonObject> Object = MakeShared<FJsonObject>();
-	Object->SetStringField(TEXT("Name"), Pin.PinName.ToString());
+	Object->Values.Reserve(MaxPinMembers);
+	Object->SetField(TEXT("Name"), Shared.GetName(Pin.PinName));
 	Object->SetStringField(TEXT("Value"), Pin.DefaultValue);
 	Object->SetField(TEXT("Direction"), Shared.GetDirection(Pin));
-	Object->SetStringField(TEXT("Category"), Pin.PinType.PinCategory.ToString());
+	Object->SetField(TEXT("Category"), Shared.GetName(Pin.PinType.PinCategory));
 	if (const UObject* SubCategoryObject = Pin.PinType.PinSubCategoryObject.Get())
 	{
-		Object->SetStringField(TEXT("SubCategoryObject"), SubCategoryObject->GetName());
+		Object->SetField(TEXT("SubCategoryObject"), Shared.GetName(SubCategoryObject->GetFName()));
 	}
 	TArray<TSharedPtr<FJsonValue>> Connections;
 	Connections.Reserve(Pin.LinkedTo.Num());
@@ -103,7 +124,7 @@ TSharedRef<FJsonObject> DescribeNode(const UEdGraphNode& Node, FSharedValues& Sh
 {
 	const TSharedRef<FJsonObject> Object = MakeShared<FJsonObject>();
 	Object->SetField(TEXT("Title"), Shared.GetTitle(&Node));
-	Object->SetStringField(TEXT("Class"), Node.GetClass()->GetName());
+	Object->SetField(TEXT("Class"), Shared.GetName(Node.GetClass()->GetFName()));
 	Object->SetObjectField(TEXT("Properties"), DescribeProperties(Node));
 	TArray<TSharedPtr<FJsonValue>> Pins;
 	Pins.Reserve(Node.Pins.Num());
