@@ -274,13 +274,25 @@ void FBlueprintCompilationManager::Shutdown()
 TArray<UBlueprint*> FBlueprintCompilationManager::GetChildren(const UBlueprint& Blueprint)
 {
 	TArray<UBlueprint*> Children;
-	TMap<const UClass*, TArray<UBlueprint*>> ByParent;
+	TArray<UBlueprint*> Derived;
+	bool bHasChildren = false;
 	for (TObjectIterator<UBlueprint> It; It; ++It)
 	{
-		if (It->GeneratedClass && It->GeneratedClass->GetSuperClass() && It->ParentClass)
+		const UClass* const Parent = It->ParentClass;
+		if (Parent && !Parent->IsNative() && It->GeneratedClass && It->GeneratedClass->GetSuperClass())
 		{
-			ByParent.FindOrAdd(It->ParentClass.Get()).Add(*It);
+			Derived.Add(*It);
+			bHasChildren |= Parent == Blueprint.GeneratedClass;
 		}
+	}
+	if (!bHasChildren)
+	{
+		return Children; // as most are: each change of a Blueprint asks
+	}
+	TMap<const UClass*, TArray<UBlueprint*>> ByParent;
+	for (UBlueprint* const Each : Derived)
+	{
+		ByParent.FindOrAdd(Each->ParentClass.Get()).Add(Each);
 	}
 	TArray<const UClass*> Parents = { Blueprint.GeneratedClass.Get() };
 	for (int32 Index = 0; Index < Parents.Num(); ++Index)
