@@ -1,7 +1,9 @@
 #include "MainWindow.h"
 
 #include "CoreGlobals.h"
+#include "EditMenu.h"
 #include "Framework/Application/SlateApplication.h"
+#include "Framework/Commands/GenericCommands.h"
 #include "Framework/Commands/UICommandList.h"
 #include "Framework/Docking/SDockingArea.h"
 #include "Framework/Docking/TabManager.h"
@@ -65,6 +67,14 @@ ECheckBoxState IsTabOpen(FName TabName)
 																			: ECheckBoxState::Unchecked;
 }
 
+/** The command opens the tab, or brings it to the front. */
+void MapTab(FUICommandList& Commands, const TSharedPtr<FUICommandInfo>& Command, FName TabName)
+{
+	Commands.MapAction(
+		Command, FUIAction(FExecuteAction::CreateLambda([TabName] { FGlobalTabmanager::Get()->TryInvokeTab(TabName); }),
+					 FCanExecuteAction(), FGetActionCheckState::CreateStatic(&IsTabOpen, TabName)));
+}
+
 void CloseMainWindow()
 {
 	const TArray<TSharedRef<SWindow>> Windows = FSlateApplication::Get().GetTopLevelWindows();
@@ -95,6 +105,7 @@ FMainWindow::~FMainWindow() = default;
 
 void FMainWindow::RegisterMenus()
 {
+	FGenericCommands::Register();
 	FMainFrameCommands::Register();
 	MapCommands();
 	FillMenus();
@@ -107,11 +118,8 @@ void FMainWindow::MapCommands()
 	Commands->MapAction(All.OpenProjectSettings, FExecuteAction::CreateLambda([] {
 		FModuleManager::LoadModuleChecked<ISettingsModule>("Settings").ShowViewer("Project", "Plugins", NAME_None);
 	}));
-	Commands->MapAction(All.OpenOutputLog,
-		FUIAction(
-			FExecuteAction::CreateLambda([] { FGlobalTabmanager::Get()->TryInvokeTab(MainWindow::OutputLogTab); }),
-			FCanExecuteAction(),
-			FGetActionCheckState::CreateLambda([] { return MainWindow::IsTabOpen(MainWindow::OutputLogTab); })));
+	FEditMenu::MapCommands(Commands.Get());
+	MainWindow::MapTab(Commands.Get(), All.OpenOutputLog, MainWindow::OutputLogTab);
 }
 
 void FMainWindow::FillMenus() const
@@ -127,8 +135,9 @@ void FMainWindow::FillMenus() const
 	AddMenu("File", LOCTEXT("FileMenu", "File"))
 		->FindOrAddSection("Exit")
 		.AddMenuEntryWithCommandList(All.Exit, Commands);
-	AddMenu("Edit", LOCTEXT("EditMenu", "Edit"))
-		->FindOrAddSection("Configuration", LOCTEXT("Configuration", "Configuration"))
+	UToolMenu* const EditMenu = AddMenu("Edit", LOCTEXT("EditMenu", "Edit"));
+	FEditMenu::Fill(*EditMenu, Commands);
+	EditMenu->FindOrAddSection("Configuration", LOCTEXT("Configuration", "Configuration"))
 		.AddMenuEntryWithCommandList(All.OpenProjectSettings, Commands);
 	AddMenu("Window", LOCTEXT("WindowMenu", "Window"))
 		->FindOrAddSection("General")

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "EdGraph/EdGraphNode.h"
+#include "Math/Color.h"
 #include "EdGraphNode_Comment.generated.h"
 
 /** A box with a text, behind other nodes. It has no pins. */
