@@ -27,6 +27,7 @@ namespace MainWindow
 {
 const FName MainMenuName("LevelEditor.MainMenu");
 const FName PlayToolBarName("LevelEditor.LevelEditorToolBar.PlayToolBar");
+const FName ContentBrowserTab("ContentBrowserTab1");
 const FName OutputLogTab("OutputLog");
 const FVector2D DefaultSize(1280.0, 720.0);
 const FVector2D SmallestSize(320.0, 240.0);
@@ -119,6 +120,7 @@ void FMainWindow::MapCommands()
 		FModuleManager::LoadModuleChecked<ISettingsModule>("Settings").ShowViewer("Project", "Plugins", NAME_None);
 	}));
 	FEditMenu::MapCommands(Commands.Get());
+	MainWindow::MapTab(Commands.Get(), All.OpenContentBrowser, MainWindow::ContentBrowserTab);
 	MainWindow::MapTab(Commands.Get(), All.OpenOutputLog, MainWindow::OutputLogTab);
 }
 
@@ -139,9 +141,9 @@ void FMainWindow::FillMenus() const
 	FEditMenu::Fill(*EditMenu, Commands);
 	EditMenu->FindOrAddSection("Configuration", LOCTEXT("Configuration", "Configuration"))
 		.AddMenuEntryWithCommandList(All.OpenProjectSettings, Commands);
-	AddMenu("Window", LOCTEXT("WindowMenu", "Window"))
-		->FindOrAddSection("General")
-		.AddMenuEntryWithCommandList(All.OpenOutputLog, Commands);
+	FToolMenuSection& Tabs = AddMenu("Window", LOCTEXT("WindowMenu", "Window"))->FindOrAddSection("General");
+	Tabs.AddMenuEntryWithCommandList(All.OpenContentBrowser, Commands);
+	Tabs.AddMenuEntryWithCommandList(All.OpenOutputLog, Commands);
 }
 
 TSharedRef<SWindow> FMainWindow::Create()

@@ -25,6 +25,7 @@ static FLinearColor Gray(uint8 Level)
 static void SetBrushes(FSlateStyleSet& Style)
 {
 	Style.Set("WhiteBrush", new FSlateColorBrush(FLinearColor::White));
+	Style.Set("WhiteRoundedBrush", new FSlateRoundedBoxBrush(FLinearColor::White, CornerRadius));
 	Style.Set("NoBorder", new FSlateNoResource());
 	Style.Set("NoBrush", new FSlateNoResource());
 	Style.Set("Border", new FSlateRoundedBoxBrush(Gray(47), CornerRadius));
