@@ -1,7 +1,6 @@
 #pragma once
 
 #include "EdGraph/EdGraphNode.h"
-#include "Math/Color.h"
 #include "EdGraphNode_Comment.generated.h"
 
 /** A box with a text, behind other nodes. It has no pins. */
@@ -20,6 +19,7 @@ public:
 	UEdGraphNode_Comment(const FObjectInitializer& ObjectInitializer = FObjectInitializer::Get());
 
 	void PostPlacedNewNode() override;
+	FLinearColor GetNodeTitleColor() const override { return CommentColor; }
 	/** The comment. */
 	FText GetNodeTitle(ENodeTitleType::Type TitleType) const override;
 };
