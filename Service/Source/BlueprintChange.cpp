@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cctype>
 #include <set>
+#include <utility>
 
 namespace
 {
@@ -131,8 +132,13 @@ Json MakeFunction(const PlainRequest& Request)
 Json MakePrintNode(const PlainRequest& Request)
 {
 	const Json Link = { { "Node", Request.OldText }, { "Pin", "then" } };
-	const Json Pins = Json::array({ { { "PinName", "execute" }, { "Connections", Json::array({ Link }) } },
+	Json Pins = Json::array({ { { "PinName", "execute" }, { "Connections", Json::array({ Link }) } },
 		{ { "PinName", "InString" }, { "Value", Request.Text } } });
+	if (!Request.Following.empty())
+	{
+		const Json Onward = { { "Node", Request.Following }, { "Pin", "execute" } };
+		Pins.push_back({ { "PinName", "then" }, { "Connections", Json::array({ Onward }) } });
+	}
 	const Json Node = { { "Class", "UK2Node_CallFunction" },
 		{ "Properties", { { "FunctionName", "PrintString" }, { "Pins", Pins } } } };
 	const Json Function = { { "Name", Request.Member }, { "EdGraph", { { "Nodes", Json::array({ Node }) } } } };
@@ -149,18 +155,23 @@ Json GetList(const Json& Object, const char* Key)
 	return Object.is_object() && Object.contains(Key) && Object[Key].is_array() ? Object[Key] : Json::array();
 }
 
-const Json* FindPin(const Json& Nodes, const std::string& Title, const char* PinName)
+/** Of the first node with the title; null when it has no such pin. */
+const Json* FindPin(const Json& Nodes, const std::string& Title, const std::string& PinName)
 {
 	for (const Json& Node : Nodes)
 	{
-		for (const Json& Pin : GetText(Node, "Title") == Title ? Node["Pins"] : Json::array())
+		if (GetText(Node, "Title") != Title || !Node.contains("Pins"))
+		{
+			continue;
+		}
+		for (const Json& Pin : Node["Pins"])
 		{
 			if (GetText(Pin, "Name") == PinName)
 			{
-				return &*std::find_if(Node["Pins"].begin(), Node["Pins"].end(),
-					[PinName](const Json& Each) { return GetText(Each, "Name") == PinName; });
+				return &Pin;
 			}
 		}
+		return nullptr;
 	}
 	return nullptr;
 }
@@ -207,24 +218,28 @@ std::optional<PlainRequest> PlacePrintNode(
 		Problem = "The Blueprint " + Request.Path + " has no function " + Request.Member + " with a graph.";
 		return {};
 	}
-	// Along the flow to the last node. Only its title can be named, so no other may have it.
+	// Along the flow to the last node, or to the one that gives back the results. Only titles can name them.
 	std::string Title = GetText(*Entry, "Title");
+	std::string Following;
 	std::set<std::string> Seen;
 	const Json* Then = FindPin(Nodes, Title, "then");
 	while (Then && Seen.insert(Title).second && !GetList(*Then, "Connections").empty())
 	{
-		const std::string Next = GetText((*Then)["Connections"][0], "Node");
-		const Json* const NextThen = FindPin(Nodes, Next, "then");
-		if (!NextThen)
+		Following = GetText((*Then)["Connections"][0], "Node");
+		const Json* const Next = FindPin(Nodes, Following, "then");
+		if (!Next)
 		{
 			break;
 		}
-		Title = Next;
-		Then = NextThen;
+		Title = std::exchange(Following, "");
+		Then = Next;
 	}
-	const auto NumNodes = std::count_if(
-		Nodes.begin(), Nodes.end(), [&Title](const Json& Node) { return GetText(Node, "Title") == Title; });
-	if (!Then || NumNodes != 1 || !GetList(*Then, "Connections").empty())
+	const auto IsNamed = [](const std::string& Wanted) {
+		return [&Wanted](const Json& Node) { return GetText(Node, "Title") == Wanted; };
+	};
+	const bool bUnique = std::count_if(Nodes.begin(), Nodes.end(), IsNamed(Title)) == 1;
+	const bool bEnds = Then && (GetList(*Then, "Connections").empty() || !Following.empty());
+	if (!bUnique || !bEnds)
 	{
 		Problem = "I cannot tell where the flow of " + Request.Member + " ends: \"" + Title +
 				  "\" is the title of more than one node, or goes on.";
@@ -233,5 +248,6 @@ std::optional<PlainRequest> PlacePrintNode(
 	PlainRequest Placed = Request;
 	Placed.What = PlainRequest::Kind::PlacePrintNode;
 	Placed.OldText = Title;
+	Placed.Following = Following;
 	return Placed;
 }

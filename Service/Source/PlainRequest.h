@@ -25,7 +25,7 @@ struct PlainRequest
 		AddVariable,
 		AddFunction,
 		AddPrintNode,   // begins with a look at the function
-		PlacePrintNode, // behind the node with the title OldText
+		PlacePrintNode, // behind the node with the title OldText, before the one with the title Following
 		Finish,
 	};
 
@@ -44,6 +44,7 @@ struct PlainRequest
 	std::string Member = {};      // a variable or function of the Blueprint
 	std::vector<Parameter> Inputs = {};
 	std::vector<Parameter> Outputs = {};
+	std::string Following = {};
 	bool bReplicated = false;
 };
 

@@ -1,83 +1,15 @@
 """The bytes of the requests, seen by a server that is nothing but a socket with TLS."""
 
 import json
-import socket
-import ssl
-import threading
 import unittest
 
 import harness
 from harness import EndToEndTest
+from recording_server import RecordingServer, completed
 
 TEXT_BLOCK = {"type": "text", "text": "Good evening."}
 TOOL_BLOCK = {"type": "tool_use", "id": "t1", "name": "read_file", "input": {"path": "Config/DefaultGame.ini"}}
 TOOL_RESULT = ('{"type":"tool_result","tool_use_id":"t1","content":"[Moor]\\nFeathers=12\\n","is_error":false}')
-OWN_HEADERS = ("content-type", "x-api-key", "conversation-id", "engine", "engine-version")
-
-
-def completed(block, auto_continue):
-    """A status reply that ends a turn; without auto_continue the plugin asks its user before it goes on."""
-    return json.dumps({"status": "COMPLETED", "response": {"auto_continue": auto_continue, "response": [block]}})
-
-
-class Request:
-    """One request as it came."""
-
-    def __init__(self, head, body):
-        lines = head.decode("ascii").split("\r\n")
-        self.line = lines[0]
-        self.headers = [tuple(line.split(": ", 1)) for line in lines[1:]]
-        self.body = body.decode("utf-8")
-
-    def own_headers(self):
-        """Those that the plugin sets itself, in their order; the rest is the HTTP library's."""
-        return [header for header in self.headers if header[0].lower() in OWN_HEADERS]
-
-
-class RecordingServer:
-    """Answers each command with a request id and each status with the next of the given replies."""
-
-    def __init__(self, service_state, status_replies):
-        self.requests = []
-        self.status_replies = list(status_replies)
-        self.num_commands = 0
-        context = ssl.SSLContext(ssl.PROTOCOL_TLS_SERVER)
-        context.load_cert_chain(f"{service_state}/server.pem", f"{service_state}/server-key.pem")
-        self.socket = context.wrap_socket(socket.create_server(("127.0.0.1", 0)), server_side=True)
-        self.port = self.socket.getsockname()[1]
-        threading.Thread(target=self.serve, daemon=True).start()
-
-    def serve(self):
-        while True:
-            try:
-                connection, _ = self.socket.accept()
-            except OSError:
-                return  # closed, or a client that hung up in the handshake
-            threading.Thread(target=self.talk, args=(connection,), daemon=True).start()
-
-    def talk(self, connection):
-        with connection, connection.makefile("rb") as stream:
-            while request := self.read(stream):
-                self.requests.append(request)
-                reply = self.answer(request).encode("utf-8")
-                connection.sendall(b"HTTP/1.1 200 OK\r\nContent-Length: %d\r\n\r\n" % len(reply) + reply)
-
-    def read(self, stream):
-        head = b""
-        while not head.endswith(b"\r\n\r\n"):
-            line = stream.readline()
-            if not line:
-                return None
-            head += line
-        length = next((int(line.split(b":")[1]) for line in head.split(b"\r\n")
-                       if line.lower().startswith(b"content-length:")), 0)
-        return Request(head[:-4], stream.read(length))
-
-    def answer(self, request):
-        if request.line.startswith("POST"):
-            self.num_commands += 1
-            return '{"request_id": "id-%d"}' % self.num_commands
-        return self.status_replies.pop(0)
 
 
 class WireTest(EndToEndTest):

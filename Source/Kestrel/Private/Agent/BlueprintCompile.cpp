@@ -16,6 +16,7 @@
 #include "Modules/ModuleManager.h"
 #include "UObject/Package.h"
 #include "UObject/StrongObjectPtr.h"
+#include "UObject/UObjectIterator.h"
 
 #define LOCTEXT_NAMESPACE "Kestrel"
 
@@ -137,6 +138,22 @@ FString FKestrelBlueprintUtils::CompileBlueprint(UObject* Asset)
 												  FString::Printf(TEXT("Blueprint '%s' compiled successfully."), *Name))
 											: BlueprintCompile::MakeResult(TEXT("Error"),
 												  FString::Printf(TEXT("Failed to compile Blueprint '%s'."), *Name));
+}
+
+void FKestrelBlueprintUtils::CompileDirtyBlueprints()
+{
+	TArray<TStrongObjectPtr<UBlueprint>> Dirty; // compiling collects garbage
+	for (TObjectIterator<UBlueprint> It; It; ++It)
+	{
+		if (It->GetOutermost()->IsDirty())
+		{
+			Dirty.Emplace(*It);
+		}
+	}
+	for (const TStrongObjectPtr<UBlueprint>& Blueprint : Dirty)
+	{
+		FKismetEditorUtilities::CompileBlueprint(Blueprint.Get());
+	}
 }
 
 FString FKestrelBlueprintUtils::SaveAndCompileAllDirtyBlueprints()

@@ -45,17 +45,14 @@ public:
 		}
 		UEdGraph* Existing = FindGraph(Blueprint, Name);
 		UEdGraph* Graph = Existing ? Existing : Create(Name, **Entry);
-		if (!Graph || !AddNodes(*Graph, **Entry))
+		if (Graph && AddNodes(*Graph, **Entry))
 		{
-			return;
+			bChanged = true;
+			if (Existing)
+			{
+				Messages.Add(TEXT("Modified existing function: "), Name);
+			}
 		}
-		bChanged = true;
-		if (Existing)
-		{
-			Messages.Add(TEXT("Modified existing function: "), Name);
-			return;
-		}
-		FreeEntry(*Graph);
 	}
 
 	const FValues& GetMessages() const { return Messages.GetValues(); }
@@ -95,23 +92,6 @@ private:
 			// Functions without outputs have none.
 			UK2Node_FunctionResult* ResultNode = FBlueprintEditorUtils::FindOrCreateFunctionResultNode(EntryNode);
 			ResultNode->CreateUserDefinedPin(Output.PinName, Output.PinType, EGPD_Input);
-		}
-	}
-
-	/**
-	 * A new result node is linked to the entry. When described nodes are linked there too, that link goes, since only
-	 * one node can be the first.
-	 */
-	static void FreeEntry(const UEdGraph& Graph)
-	{
-		TWeakObjectPtr<UK2Node_EditablePinBase> EntryNode;
-		TWeakObjectPtr<UK2Node_EditablePinBase> ResultNode;
-		FBlueprintEditorUtils::GetEntryAndResultNodes(&Graph, EntryNode, ResultNode);
-		UEdGraphPin* Then = EntryNode.IsValid() ? EntryNode->FindPin(UEdGraphSchema_K2::PN_Then) : nullptr;
-		UEdGraphPin* Execute = ResultNode.IsValid() ? ResultNode->FindPin(UEdGraphSchema_K2::PN_Execute) : nullptr;
-		if (Then && Execute && Then->LinkedTo.Num() > 1)
-		{
-			Then->BreakLinkTo(Execute);
 		}
 	}
 

@@ -7,6 +7,7 @@
 #include "EdGraph/EdGraph.h"
 #include "EdGraph/EdGraphNode.h"
 #include "EdGraph/EdGraphPin.h"
+#include "EdGraphSchema_K2.h"
 #include "Engine/Blueprint.h"
 #include "K2Node_CallFunction.h"
 #include "K2Node_VariableGet.h"
@@ -236,8 +237,26 @@ bool FKestrelGraphWriter::LinkPin(UEdGraphPin& Pin, const FJsonObject& Connectio
 	{
 		return false;
 	}
+	MakeRoomForLink(Pin);
+	MakeRoomForLink(*Target);
 	Pin.MakeLinkTo(Target);
 	return true;
+}
+
+/**
+ * As when a wire is dragged in the editor: where only one link can be, a new one takes the place of what the graph had,
+ * or nothing could be put between two nodes. What one document links is not replaced by the rest of it.
+ */
+void FKestrelGraphWriter::MakeRoomForLink(UEdGraphPin& Pin)
+{
+	const bool bExecution = Pin.PinType.PinCategory == UEdGraphSchema_K2::PC_Exec;
+	const bool bOneLink = bExecution == (Pin.Direction == EGPD_Output);
+	bool bLinkedBefore = false;
+	LinkedPins.Add(&Pin, &bLinkedBefore);
+	if (bOneLink && !bLinkedBefore)
+	{
+		Pin.BreakAllPinLinks();
+	}
 }
 
 UEdGraphNode* FKestrelGraphWriter::FindNodeByTitle(const FString& Title)

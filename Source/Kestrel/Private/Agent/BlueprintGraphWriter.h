@@ -30,6 +30,7 @@ private:
 	void PlaceBesideOthers(UEdGraphNode& Node);
 	bool ModifyPin(UEdGraphNode& Node, const FJsonObject& Setting);
 	bool LinkPin(UEdGraphPin& Pin, const FJsonObject& Connection);
+	void MakeRoomForLink(UEdGraphPin& Pin);
 	UEdGraphNode* FindNodeByTitle(const FString& Title);
 
 	UEdGraph& Graph;
@@ -37,4 +38,5 @@ private:
 	int32 NumTitled = 0;
 	const UEdGraphNode* Rightmost = nullptr; // of the first NumMeasured nodes
 	int32 NumMeasured = 0;
+	TSet<const UEdGraphPin*> LinkedPins;
 };

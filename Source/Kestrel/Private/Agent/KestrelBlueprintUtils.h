@@ -52,6 +52,8 @@ public:
 	static FString SaveBlueprint(UObject* Asset);
 	/** A compile with warnings counts as failed. */
 	static FString CompileBlueprint(UObject* Asset);
+	/** Of those in memory. */
+	static void CompileDirtyBlueprints();
 	/** Loads every Blueprint of the project. Each is saved before it is compiled. */
 	static FString SaveAndCompileAllDirtyBlueprints();
 

@@ -180,6 +180,22 @@ void FKestrelBlueprintFunctionsSpec::Define()
 			*this, TEXT("reopened"), FUtils::ReadBlueprint(TEXT("BP_Saved"), TEXT("All")), Before);
 	});
 
+	It("put a node between two others of a function that was there before", [this]() {
+		const FKestrelTestContent Content;
+		UBlueprint* Blueprint = Content.CreateBlueprint(TEXT("BP_Between"));
+		Modify(Blueprint, TEXT("[{'Name':'Heal','EdGraph':{'Nodes':[{'Class':'UK2Node_CallFunction','Properties':{"
+							   "'FunctionName':'PrintString','Pins':[{'PinName':'execute','Connections':[{'Node':"
+							   "'Heal','Pin':'then'}]}]}}]}}]"));
+		Modify(Blueprint, TEXT("[{'Name':'Heal','EdGraph':{'Nodes':[{'Class':'UK2Node_CallFunction','Properties':{"
+							   "'FunctionName':'PrintText','Pins':[{'PinName':'execute','Connections':[{'Node':'Heal',"
+							   "'Pin':'then'}]},{'PinName':'then','Connections':[{'Node':'Print String','Pin':"
+							   "'execute'}]}]}}]}}]"));
+		const FString Nodes = DescribeNodes(*FindGraph(*Blueprint, TEXT("Heal")));
+		TestTrue(TEXT("the entry leads to the new node"), Nodes.Contains(TEXT("then>Print Text.execute\n")));
+		TestTrue(
+			TEXT("which leads to the old one"), Nodes.Contains(TEXT("execute>Heal.then then>Print String.execute")));
+	});
+
 	It("take pins as described, be it sensible or not", [this]() {
 		const FKestrelTestContent Content;
 		UBlueprint* Blueprint = Content.CreateBlueprint(TEXT("BP_Pins"));

@@ -177,7 +177,12 @@ void FKestrelInterface::UndoLastOperation()
 	}
 	FAgent& Agent = FAgent::Get();
 	const FString Id = Agent.GetUndoConversationID();
-	const bool bEditorUndone = UndoUntilLastTransactionByName(GetKestrelTransactionName(Id));
+	bool bEditorUndone = false;
+	// Each of the conversation's tools has opened one.
+	while (UndoUntilLastTransactionByName(GetKestrelTransactionName(Id)))
+	{
+		bEditorUndone = true;
+	}
 	if (FFileHistory::Get().UndoAllChanges(Id))
 	{
 		Agent.TriggerCompilationWithMessages(TEXT("Undo"), Agent.GetStoredMessages());
@@ -188,6 +193,8 @@ void FKestrelInterface::UndoLastOperation()
 	Agent.SetUndoConversationID(bAllDone ? FString() : Id);
 	if (bEditorUndone)
 	{
+		// Saving comes first there, and would put what the old classes still have into the files.
+		FKestrelBlueprintUtils::CompileDirtyBlueprints();
 		FKestrelBlueprintUtils::SaveAndCompileAllDirtyBlueprints();
 	}
 }
