@@ -97,6 +97,8 @@ class WindowTest(ScreenTest):
         self.press("Right")
         self.press("Right")
         self.press("Return")
+        self.focused("Content Browser")
+        self.press("Down")
         self.focused("Output Log")
         self.press("Down")
         self.press("Return")

@@ -80,6 +80,7 @@ public:
 		UEdGraphPin& Pin, const FString& NewDefaultValue, bool bMarkAsModified = true) const override;
 	void CreateDefaultNodesForGraph(UEdGraph& Graph) const override {}
 	FText GetPinDisplayName(const UEdGraphPin* Pin) const override;
+	FLinearColor GetPinTypeColor(const FEdGraphPinType& PinType) const override;
 
 	/** The type of pins that stand for the property. False when Blueprints cannot hold it; null changes nothing. */
 	bool ConvertPropertyToPinType(const FProperty* Property, FEdGraphPinType& TypeOut) const;

@@ -33,6 +33,7 @@ public:
 
 	bool IsNodePure() const override { return bIsPureFunc; }
 	void AllocateDefaultPins() override;
+	FLinearColor GetNodeTitleColor() const override;
 	FText GetNodeTitle(ENodeTitleType::Type TitleType) const override;
 	FText GetTooltipText() const override;
 

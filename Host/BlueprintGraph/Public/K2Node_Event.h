@@ -38,6 +38,7 @@ public:
 	bool IsInterfaceEventNode() const;
 
 	void AllocateDefaultPins() override;
+	FLinearColor GetNodeTitleColor() const override;
 	FText GetNodeTitle(ENodeTitleType::Type TitleType) const override;
 
 protected:

@@ -12,6 +12,7 @@ class BLUEPRINTGRAPH_API UK2Node_ExecutionSequence : public UK2Node
 public:
 	void AllocateDefaultPins() override;
 	void ReallocatePinsDuringReconstruction(TArray<UEdGraphPin*>& OldPins) override;
+	FLinearColor GetNodeTitleColor() const override;
 	FText GetNodeTitle(ENodeTitleType::Type TitleType) const override;
 	/** Adds one more way. */
 	void AddInputPin();

@@ -15,6 +15,8 @@ public:
 	UPROPERTY()
 	FMemberReference FunctionReference;
 
+	FLinearColor GetNodeTitleColor() const override;
+
 protected:
 	/** The function of a parent that the graph overrides; null for one that is new. */
 	UFunction* FindSignatureFunction() const;

@@ -11,6 +11,7 @@ class BLUEPRINTGRAPH_API UK2Node_IfThenElse : public UK2Node
 
 public:
 	void AllocateDefaultPins() override;
+	FLinearColor GetNodeTitleColor() const override;
 	FText GetNodeTitle(ENodeTitleType::Type TitleType) const override;
 	UEdGraphPin* GetThenPin() const;
 	UEdGraphPin* GetElsePin() const;

@@ -12,5 +12,6 @@ class BLUEPRINTGRAPH_API UK2Node_Self : public UK2Node
 public:
 	bool IsNodePure() const override { return true; }
 	void AllocateDefaultPins() override;
+	FLinearColor GetNodeTitleColor() const override;
 	FText GetNodeTitle(ENodeTitleType::Type TitleType) const override;
 };

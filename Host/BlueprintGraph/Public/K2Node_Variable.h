@@ -23,6 +23,8 @@ public:
 	UClass* GetVariableSourceClass() const;
 	/** The pin that carries the value; null when the variable is unknown. */
 	UEdGraphPin* GetValuePin() const;
+	/** That of the variable's type. */
+	FLinearColor GetNodeTitleColor() const override;
 
 protected:
 	/** The value's pin, when the variable's type is known. */

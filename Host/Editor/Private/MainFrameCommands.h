@@ -12,5 +12,7 @@ public:
 
 	TSharedPtr<FUICommandInfo> Exit;
 	TSharedPtr<FUICommandInfo> OpenProjectSettings;
+	TSharedPtr<FUICommandInfo> OpenUndoHistory;
+	TSharedPtr<FUICommandInfo> OpenContentBrowser;
 	TSharedPtr<FUICommandInfo> OpenOutputLog;
 };

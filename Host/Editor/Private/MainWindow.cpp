@@ -1,7 +1,9 @@
 #include "MainWindow.h"
 
 #include "CoreGlobals.h"
+#include "EditMenu.h"
 #include "Framework/Application/SlateApplication.h"
+#include "Framework/Commands/GenericCommands.h"
 #include "Framework/Commands/UICommandList.h"
 #include "Framework/Docking/SDockingArea.h"
 #include "Framework/Docking/TabManager.h"
@@ -25,6 +27,7 @@ namespace MainWindow
 {
 const FName MainMenuName("LevelEditor.MainMenu");
 const FName PlayToolBarName("LevelEditor.LevelEditorToolBar.PlayToolBar");
+const FName ContentBrowserTab("ContentBrowserTab1");
 const FName OutputLogTab("OutputLog");
 const FVector2D DefaultSize(1280.0, 720.0);
 const FVector2D SmallestSize(320.0, 240.0);
@@ -65,6 +68,14 @@ ECheckBoxState IsTabOpen(FName TabName)
 																			: ECheckBoxState::Unchecked;
 }
 
+/** The command opens the tab, or brings it to the front. */
+void MapTab(FUICommandList& Commands, const TSharedPtr<FUICommandInfo>& Command, FName TabName)
+{
+	Commands.MapAction(
+		Command, FUIAction(FExecuteAction::CreateLambda([TabName] { FGlobalTabmanager::Get()->TryInvokeTab(TabName); }),
+					 FCanExecuteAction(), FGetActionCheckState::CreateStatic(&IsTabOpen, TabName)));
+}
+
 void CloseMainWindow()
 {
 	const TArray<TSharedRef<SWindow>> Windows = FSlateApplication::Get().GetTopLevelWindows();
@@ -95,6 +106,7 @@ FMainWindow::~FMainWindow() = default;
 
 void FMainWindow::RegisterMenus()
 {
+	FGenericCommands::Register();
 	FMainFrameCommands::Register();
 	MapCommands();
 	FillMenus();
@@ -107,11 +119,9 @@ void FMainWindow::MapCommands()
 	Commands->MapAction(All.OpenProjectSettings, FExecuteAction::CreateLambda([] {
 		FModuleManager::LoadModuleChecked<ISettingsModule>("Settings").ShowViewer("Project", "Plugins", NAME_None);
 	}));
-	Commands->MapAction(All.OpenOutputLog,
-		FUIAction(
-			FExecuteAction::CreateLambda([] { FGlobalTabmanager::Get()->TryInvokeTab(MainWindow::OutputLogTab); }),
-			FCanExecuteAction(),
-			FGetActionCheckState::CreateLambda([] { return MainWindow::IsTabOpen(MainWindow::OutputLogTab); })));
+	FEditMenu::MapCommands(Commands.Get());
+	MainWindow::MapTab(Commands.Get(), All.OpenContentBrowser, MainWindow::ContentBrowserTab);
+	MainWindow::MapTab(Commands.Get(), All.OpenOutputLog, MainWindow::OutputLogTab);
 }
 
 void FMainWindow::FillMenus() const
@@ -127,12 +137,13 @@ void FMainWindow::FillMenus() const
 	AddMenu("File", LOCTEXT("FileMenu", "File"))
 		->FindOrAddSection("Exit")
 		.AddMenuEntryWithCommandList(All.Exit, Commands);
-	AddMenu("Edit", LOCTEXT("EditMenu", "Edit"))
-		->FindOrAddSection("Configuration", LOCTEXT("Configuration", "Configuration"))
+	UToolMenu* const EditMenu = AddMenu("Edit", LOCTEXT("EditMenu", "Edit"));
+	FEditMenu::Fill(*EditMenu, Commands);
+	EditMenu->FindOrAddSection("Configuration", LOCTEXT("Configuration", "Configuration"))
 		.AddMenuEntryWithCommandList(All.OpenProjectSettings, Commands);
-	AddMenu("Window", LOCTEXT("WindowMenu", "Window"))
-		->FindOrAddSection("General")
-		.AddMenuEntryWithCommandList(All.OpenOutputLog, Commands);
+	FToolMenuSection& Tabs = AddMenu("Window", LOCTEXT("WindowMenu", "Window"))->FindOrAddSection("General");
+	Tabs.AddMenuEntryWithCommandList(All.OpenContentBrowser, Commands);
+	Tabs.AddMenuEntryWithCommandList(All.OpenOutputLog, Commands);
 }
 
 TSharedRef<SWindow> FMainWindow::Create()

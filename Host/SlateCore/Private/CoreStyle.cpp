@@ -25,6 +25,7 @@ static FLinearColor Gray(uint8 Level)
 static void SetBrushes(FSlateStyleSet& Style)
 {
 	Style.Set("WhiteBrush", new FSlateColorBrush(FLinearColor::White));
+	Style.Set("WhiteRoundedBrush", new FSlateRoundedBoxBrush(FLinearColor::White, CornerRadius));
 	Style.Set("NoBorder", new FSlateNoResource());
 	Style.Set("NoBrush", new FSlateNoResource());
 	Style.Set("Border", new FSlateRoundedBoxBrush(Gray(47), CornerRadius));
@@ -46,6 +47,9 @@ static void SetBrushes(FSlateStyleSet& Style)
 	Style.Set("Brushes.Header", new FSlateColorBrush(Gray(47)));
 	Style.Set("Brushes.Title", new FSlateColorBrush(Gray(21)));
 	Style.Set("Separator", new FSlateColorBrush(Gray(72)));
+	Style.Set("TableView.Selected", new FSlateRoundedBoxBrush(FColor(0, 80, 160), CornerRadius));
+	Style.Set("TableView.SelectedInactive", new FSlateRoundedBoxBrush(Gray(64), CornerRadius));
+	Style.Set("TableView.Hovered", new FSlateRoundedBoxBrush(Gray(42), CornerRadius));
 	Style.Set("Tab.Front", new FSlateRoundedBoxBrush(Gray(36), CornerRadius));
 	Style.Set("Tab.Back", new FSlateRoundedBoxBrush(Gray(26), CornerRadius));
 }

@@ -40,8 +40,39 @@ void FCairoPainter::Draw(const FSlateDrawElement& Element)
 	cairo_save(Cairo);
 	AddRectangle(Element.ClippingRect);
 	cairo_clip(Cairo);
-	Element.Brush ? DrawBrush(Element) : DrawText(Element);
+	if (!Element.Points.IsEmpty())
+	{
+		DrawShape(Element);
+	}
+	else
+	{
+		Element.Brush ? DrawBrush(Element) : DrawText(Element);
+	}
 	cairo_restore(Cairo);
+}
+
+void FCairoPainter::DrawShape(const FSlateDrawElement& Element)
+{
+	TArray<FVector2D> Places;
+	for (const FVector2D& Point : Element.Points)
+	{
+		Places.Add(FVector2D(Element.Geometry.LocalToAbsolute(Point)) - Origin);
+	}
+	SetColor(Element.Tint);
+	cairo_set_line_width(Cairo, Element.Thickness * Element.Geometry.GetScale());
+	cairo_set_line_join(Cairo, CAIRO_LINE_JOIN_ROUND);
+	cairo_move_to(Cairo, Places[0].X, Places[0].Y);
+	if (Element.Shape == FSlateDrawElement::EShape::Spline)
+	{
+		cairo_curve_to(Cairo, Places[1].X, Places[1].Y, Places[2].X, Places[2].Y, Places[3].X, Places[3].Y);
+		cairo_stroke(Cairo);
+		return;
+	}
+	for (int32 Index = 1; Index < Places.Num(); ++Index)
+	{
+		cairo_line_to(Cairo, Places[Index].X, Places[Index].Y);
+	}
+	Element.Shape == FSlateDrawElement::EShape::Polygon ? cairo_fill(Cairo) : cairo_stroke(Cairo);
 }
 
 void FCairoPainter::DrawText(const FSlateDrawElement& Element)

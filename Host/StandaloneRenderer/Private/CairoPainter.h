@@ -20,6 +20,7 @@ public:
 	void Draw(const FSlateDrawElement& Element);
 
 private:
+	void DrawShape(const FSlateDrawElement& Element);
 	void DrawText(const FSlateDrawElement& Element);
 	void DrawBrush(const FSlateDrawElement& Element);
 	void DrawImage(const FSlateDrawElement& Element);

@@ -20,19 +20,9 @@ bool IsEmpty(const FSlateRect& Rect)
 bool IsSame(const FSlateDrawElement& A, const FSlateDrawElement& B)
 {
 	return A.LayerId == B.LayerId && A.Brush == B.Brush && A.Tint == B.Tint && A.ClippingRect == B.ClippingRect &&
-		   A.Geometry == B.Geometry && A.Text.Equals(B.Text) && (A.Brush || A.Font == B.Font);
-}
-
-/** A text may reach a little over its line: slanted letters, and those with marks above. */
-FSlateRect BoundsOf(const FSlateDrawElement& Element)
-{
-	FSlateRect Rect = Element.Geometry.GetLayoutBoundingRect();
-	if (!Element.Brush)
-	{
-		const float Margin = 4.0f * Element.Geometry.GetScale();
-		Rect = FSlateRect(Rect.Left - Margin, Rect.Top - Margin, Element.ClippingRect.Right, Rect.Bottom + Margin);
-	}
-	return Rect.IntersectionWith(Element.ClippingRect);
+		   A.Geometry == B.Geometry && A.Text.Equals(B.Text) && A.Points == B.Points &&
+		   (A.Points.IsEmpty() || (A.Shape == B.Shape && A.Thickness == B.Thickness)) &&
+		   (!A.IsText() || A.Font == B.Font);
 }
 
 void Include(FSlateRect& Sum, const FSlateRect& Rect)
@@ -66,14 +56,14 @@ FSlateRect FindChange(const TArray<FSlateDrawElement>& Before, const TArray<FSla
 	{
 		if (!bPaired || !IsSame(Before[Index], After[Index]))
 		{
-			Include(Change, BoundsOf(Before[Index]));
+			Include(Change, Before[Index].GetBounds());
 		}
 	}
 	for (int32 Index = Begin; Index < After.Num() - NumEnd; ++Index)
 	{
 		if (!bPaired || !IsSame(Before[Index], After[Index]))
 		{
-			Include(Change, BoundsOf(After[Index]));
+			Include(Change, After[Index].GetBounds());
 		}
 	}
 	return Change;
@@ -118,7 +108,7 @@ void FCairoRenderer::DrawAll(cairo_surface_t* Surface, const FVector2D& Origin,
 	FCairoPainter Painter(Cairo, Origin, Fonts, Images);
 	for (const FSlateDrawElement& Element : Elements)
 	{
-		if (FSlateRect::DoRectanglesIntersect(CairoRenderer::BoundsOf(Element), Area))
+		if (FSlateRect::DoRectanglesIntersect(Element.GetBounds(), Area))
 		{
 			Painter.Draw(Element);
 		}

@@ -96,6 +96,27 @@ TEST(CairoRendererTest, DrawsBoxesAndText)
 	EXPECT_EQ(FPicture({ Clipped }).CountLit(12, 100), 0);
 }
 
+TEST(CairoRendererTest, DrawsLinesCurvesAndPolygons)
+{
+	const FGeometry Moved =
+		FGeometry::MakeRoot(FVector2D(10.0, 10.0), FSlateLayoutTransform(2.0f, FVector2D(10.0, 0.0)));
+	FSlateWindowElementList List;
+	FSlateDrawElement::MakeLines(
+		List, 0, Moved, Window, { FVector2D(0.0, 5.0), FVector2D(20.0, 5.0) }, FLinearColor::White, 2.0f);
+	FSlateDrawElement::MakePolygon(List, 0, Moved, Window,
+		{ FVector2D(0.0, 10.0), FVector2D(10.0, 10.0), FVector2D(0.0, 20.0) }, FLinearColor::White);
+	FSlateDrawElement::MakeCubicBezierSpline(List, 0, Moved, Window, FVector2D(20.0, 10.0), FVector2D(40.0, 10.0),
+		FVector2D(20.0, 25.0), FVector2D(40.0, 25.0), 2.0f, FLinearColor::White);
+	ASSERT_EQ(List.GetElements().Num(), 3);
+	const FPicture Picture(List.GetElements());
+	EXPECT_EQ(Picture.At(30, 9), 0xFFFFFFu) << "the geometry's place and scale count";
+	EXPECT_EQ(Picture.At(30, 13), Background);
+	EXPECT_EQ(Picture.At(12, 25), 0xFFFFFFu);
+	EXPECT_EQ(Picture.At(28, 38), Background) << "beyond the slanted edge";
+	EXPECT_EQ(Picture.At(70, 35), 0xFFFFFFu) << "the middle of the curve";
+	EXPECT_EQ(List.GetElements()[2].GetBounds(), FSlateRect(44.0f, 14.0f, 96.0f, 56.0f));
+}
+
 TEST(CairoRendererTest, FindsWhatHasChanged)
 {
 	const FSlateColorBrush Plain(FLinearColor::White);

@@ -17,6 +17,7 @@ public:
 	}
 	void ShutdownModule() override
 	{
+		GEditor->DeinitializeSubsystems();
 		GEditor->ResetTransaction(FText());
 		GEditor->RemoveFromRoot();
 		GEditor = nullptr;

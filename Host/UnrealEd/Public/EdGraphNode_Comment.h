@@ -19,6 +19,7 @@ public:
 	UEdGraphNode_Comment(const FObjectInitializer& ObjectInitializer = FObjectInitializer::Get());
 
 	void PostPlacedNewNode() override;
+	FLinearColor GetNodeTitleColor() const override { return CommentColor; }
 	/** The comment. */
 	FText GetNodeTitle(ENodeTitleType::Type TitleType) const override;
 };

@@ -156,6 +156,11 @@ FText UEdGraphNode::GetTooltipText() const
 	return GetClass()->GetToolTipText();
 }
 
+FLinearColor UEdGraphNode::GetNodeTitleColor() const
+{
+	return FColor(96, 96, 96);
+}
+
 void UEdGraphNode::SetEnabledState(const ENodeEnabledState NewEnabledState, bool bUserAction)
 {
 	EnabledState = NewEnabledState;

@@ -3,6 +3,7 @@
 #include "Containers/EnumAsByte.h"
 #include "Containers/UnrealString.h"
 #include "Internationalization/Text.h"
+#include "Math/Color.h"
 #include "Misc/Guid.h"
 #include "Templates/Casts.h"
 #include "UObject/Class.h"
@@ -201,6 +202,8 @@ public:
 	/** Localised. Plain nodes are called after their class. */
 	virtual FText GetNodeTitle(ENodeTitleType::Type TitleType) const;
 	virtual FText GetTooltipText() const;
+	/** Of the bar behind the title. */
+	virtual FLinearColor GetNodeTitleColor() const;
 
 	ENodeEnabledState GetDesiredEnabledState() const { return EnabledState; }
 	bool IsNodeEnabled() const { return EnabledState != ENodeEnabledState::Disabled; }

@@ -45,4 +45,5 @@ public:
 	/** Adds the nodes that a new graph of the kind starts with. */
 	virtual void CreateDefaultNodesForGraph(UEdGraph& Graph) const {}
 	virtual FText GetPinDisplayName(const UEdGraphPin* Pin) const;
+	virtual FLinearColor GetPinTypeColor(const FEdGraphPinType& PinType) const { return FLinearColor::White; }
 };

@@ -7,6 +7,8 @@
 #include "Styling/SlateTypes.h"
 #include "Types/SlateEnums.h"
 
+class ITableRow;
+class STableViewBase;
 class SWidget;
 
 DECLARE_DELEGATE_RetVal(FReply, FOnClicked);
@@ -17,3 +19,13 @@ DECLARE_DELEGATE_RetVal_TwoParams(FReply, FOnKeyChar, const FGeometry&, const FC
 DECLARE_DELEGATE_RetVal(TSharedRef<SWidget>, FOnGetContent);
 DECLARE_DELEGATE_OneParam(FOnIsOpenChanged, bool);
 DECLARE_DELEGATE_OneParam(FOnCheckStateChanged, ECheckBoxState);
+
+/** The delegates of views that show items of a type. */
+template <typename ItemType>
+struct TSlateDelegates
+{
+	using FOnGenerateRow = TDelegate<TSharedRef<ITableRow>(ItemType, const TSharedRef<STableViewBase>&)>;
+	/** The item is null when nothing is selected any more. */
+	using FOnSelectionChanged = TDelegate<void(ItemType, ESelectInfo::Type)>;
+	using FOnMouseButtonDoubleClick = TDelegate<void(ItemType)>;
+};

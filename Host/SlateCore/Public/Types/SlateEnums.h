@@ -93,6 +93,18 @@ enum EMenuPlacement : int
 	MenuPlacement_MenuRight,
 };
 
+namespace ESelectInfo
+{
+/** What made an item the selected one. */
+enum Type : int
+{
+	OnKeyPress,
+	OnNavigation,
+	OnMouseClick,
+	Direct,
+};
+}
+
 /** What Slate works on in one FSlateApplication::Tick. */
 enum class ESlateTickType : uint8
 {

@@ -121,7 +121,17 @@ void ApplyDefault(const FBPVariableDescription& Variable, UObject& Defaults, FCo
 	}
 }
 
-/** The default object: the parent's values, then the variables' first ones, then what was changed before. */
+bool HadVariable(const UClass& Replaced, const UObject& Defaults, FName Name)
+{
+	const FProperty* const Old = Replaced.FindPropertyByName(Name);
+	const FProperty* const New = Defaults.GetClass()->FindPropertyByName(Name);
+	return Old && New && New->SameType(Old);
+}
+
+/**
+ * The default object: the parent's values, then those of variables that are new or have another type, then what was
+ * changed before, as far as it can be read as the type.
+ */
 void MakeDefaults(FJob& Job)
 {
 	UClass* const Class = Job.Blueprint->GeneratedClass;
@@ -130,7 +140,7 @@ void MakeDefaults(FJob& Job)
 	const UObject* const Old = Job.Replaced ? Job.Replaced->GetDefaultObject(false) : nullptr;
 	for (const FBPVariableDescription& Variable : Job.Blueprint->NewVariables)
 	{
-		if (!Old || !Job.Replaced->FindPropertyByName(Variable.VarName))
+		if (!Old || !HadVariable(*Job.Replaced, *Defaults, Variable.VarName))
 		{
 			ApplyDefault(Variable, *Defaults, Job.Log);
 		}

@@ -1,6 +1,7 @@
 #include "EdGraph/EdGraphNode.h"
 #include "Editor.h"
 #include "Editor/TransBuffer.h"
+#include "EditorSubsystem.h"
 #include "Engine/Blueprint.h"
 #include "Kismet2/BlueprintEditorUtils.h"
 
@@ -92,4 +93,28 @@ void UEditorEngine::ResetTransaction(const FText& Reason)
 	{
 		Trans->Reset(Reason);
 	}
+}
+
+UEditorSubsystem* UEditorEngine::GetEditorSubsystemBase(UClass* SubsystemClass)
+{
+	for (UEditorSubsystem* const Subsystem : Subsystems)
+	{
+		if (Subsystem->GetClass() == SubsystemClass)
+		{
+			return Subsystem;
+		}
+	}
+	UEditorSubsystem* const Subsystem = NewObject<UEditorSubsystem>(this, SubsystemClass);
+	Subsystems.Add(Subsystem);
+	Subsystem->Initialize();
+	return Subsystem;
+}
+
+void UEditorEngine::DeinitializeSubsystems()
+{
+	for (UEditorSubsystem* const Subsystem : Subsystems)
+	{
+		Subsystem->Deinitialize();
+	}
+	Subsystems.Empty();
 }

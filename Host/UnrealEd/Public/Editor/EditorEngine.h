@@ -4,6 +4,7 @@
 #include "Internationalization/Text.h"
 #include "EditorEngine.generated.h"
 
+class UEditorSubsystem;
 class UTransactor;
 
 /** The editor. It owns the list of what can be undone. */
@@ -27,4 +28,18 @@ public:
 	bool IsTransactionActive() const;
 	/** Forgets everything. */
 	virtual void ResetTransaction(const FText& Reason);
+
+	/** Made by the first who asks for it. */
+	template <typename SubsystemType>
+	SubsystemType* GetEditorSubsystem()
+	{
+		return static_cast<SubsystemType*>(GetEditorSubsystemBase(SubsystemType::StaticClass()));
+	}
+	UEditorSubsystem* GetEditorSubsystemBase(UClass* SubsystemClass);
+	/** Host: ends all of them. */
+	void DeinitializeSubsystems();
+
+private:
+	UPROPERTY()
+	TArray<TObjectPtr<UEditorSubsystem>> Subsystems;
 };
