@@ -160,13 +160,19 @@ FString FName::GetPlainNameString() const
 
 FString FName::ToString() const
 {
-	FString Text = GetPlainNameString();
+	FString Text;
+	AppendString(Text);
+	return Text;
+}
+
+void FName::AppendString(FString& Out) const
+{
+	Out.Append(Names::FNameTable::Get().GetText(Display));
 	if (Number != NAME_NO_NUMBER_INTERNAL)
 	{
-		Text.AppendChar(u'_');
-		Text.AppendInt(Number - 1);
+		Out.AppendChar(u'_');
+		Out.AppendInt(Number - 1);
 	}
-	return Text;
 }
 
 int32 FName::Compare(const FName& Other) const
