@@ -140,6 +140,37 @@ class ReadBlueprint:
         return time_editor(half, folder, os.path.join(folder, "half.txt"))[0]
 
 
+class ReadBlueprintText(ReadBlueprint):
+    """The same, against Python writing and parsing a document of that kind and size: a figure that machines share."""
+
+    peer = "json.dumps and json.loads"
+    aim = 0.6
+    seconds_aim = float("inf")
+    num_nodes = 2000
+    pins = ("execute", "then", "self", "WorldContextObject", "InString", "bPrintToScreen", "bPrintToLog", "TextColor",
+            "Duration", "Key")
+    links_per_exec_pin = 5
+
+    def make_document(self):
+        def make_pin(name, index):
+            links = [{"Node": "Print String", "Pin": "then"} for _ in range(self.links_per_exec_pin if index < 2 else 0)]
+            return {"Name": name, "Value": "true", "Direction": "Input", "Category": "exec", "Connections": links}
+
+        nodes = [{"Title": "Print String", "Class": "K2Node_CallFunction", "Properties": {},
+                  "Pins": [make_pin(name, index) for index, name in enumerate(self.pins)]}
+                 for _ in range(self.num_nodes)]
+        return {"Name": "BP_Large2000", "Graphs": [{"Name": "EventGraph", "Class": "EdGraph", "Nodes": nodes}]}
+
+    def time_peer(self, folder):
+        document = self.make_document()
+        best = float("inf")
+        for _ in range(PEER_RUNS):
+            started = time.monotonic()
+            json.loads(json.dumps(document, separators=(",", ":")))
+            best = min(best, time.monotonic() - started)
+        return best
+
+
 class ManyAssets:
     """20,000 Blueprints on the disk."""
 
@@ -245,7 +276,7 @@ def a_tenth_changed(dice, count):
 
 
 BENCHES = [
-    ReadBlueprint(), LookUpBlueprint(), ScanContent(),
+    ReadBlueprint(), ReadBlueprintText(), LookUpBlueprint(), ScanContent(),
     FindInFiles(), FindInMemory(), ModifyBlueprint(), UndoModification(),
     FirstRequest(), FindReference(), ReplaceText(),
     CompareLines("drawn from 50 lines", 0.25, drawn_from(50)),

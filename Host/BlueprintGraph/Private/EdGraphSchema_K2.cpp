@@ -147,7 +147,7 @@ const FPinConnectionResponse UEdGraphSchema_K2::CanCreateConnection(const UEdGra
 
 void UEdGraphSchema_K2::TrySetDefaultValue(UEdGraphPin& Pin, const FString& NewDefaultValue, bool bMarkAsModified) const
 {
-	const FString Error = IsPinDefaultValid(&Pin, NewDefaultValue, nullptr, FText::FromString(NewDefaultValue));
+	const FString Error = IsDefaultTextValid(Pin, NewDefaultValue);
 	if (!Error.IsEmpty())
 	{
 		UE_LOG(LogBlueprint, Warning, TEXT("Value '%s' of the pin '%s' is not valid: %s"), *NewDefaultValue,

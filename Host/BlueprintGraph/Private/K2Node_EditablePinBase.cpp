@@ -19,7 +19,7 @@ UK2Node_EditablePinBase::UK2Node_EditablePinBase(const FObjectInitializer& Objec
 UEdGraphPin* UK2Node_EditablePinBase::CreateUserDefinedPin(const FName InPinName, const FEdGraphPinType& InPinType,
 	EEdGraphPinDirection InDesiredDirection, bool bUseUniqueName)
 {
-	Modify();
+	// Not modified here: who wants it undone says so before.
 	const EEdGraphPinDirection OnlyDirection = GetUserPinDirection();
 	const TSharedPtr<FUserPinInfo> Info = MakeShared<FUserPinInfo>();
 	Info->PinName = bUseUniqueName ? CreateUniquePinName(InPinName) : InPinName;

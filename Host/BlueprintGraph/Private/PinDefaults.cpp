@@ -130,8 +130,18 @@ const TCHAR* GetPlainDefault(const FEdGraphPinType& Type)
 }
 }
 
+FString UEdGraphSchema_K2::IsDefaultTextValid(const UEdGraphPin& Pin, const FString& Text) const
+{
+	if (!PinDefaults::IsObjectPin(Pin.PinType) || Pin.PinType.IsContainer())
+	{
+		return IsPinDefaultValid(&Pin, Text, nullptr, FText::FromString(Text));
+	}
+	const bool bNone = Text.IsEmpty() || Text == TEXT("None");
+	return bNone || FindObject<UObject>(nullptr, *Text) ? FString() : FString(TEXT("there is no such object"));
+}
+
 FString UEdGraphSchema_K2::IsPinDefaultValid(
-	const UEdGraphPin* Pin, const FString& NewDefaultValue, UObject* NewDefaultObject, const FText&) const
+	const UEdGraphPin* Pin, const FString& NewDefaultValue, UObject*, const FText&) const
 {
 	const FEdGraphPinType& Type = Pin->PinType;
 	if (Type.PinCategory == PC_Exec)
@@ -144,10 +154,7 @@ FString UEdGraphSchema_K2::IsPinDefaultValid(
 	}
 	if (PinDefaults::IsObjectPin(Type))
 	{
-		const bool bNone = NewDefaultValue.IsEmpty() || NewDefaultValue == TEXT("None");
-		return bNone || NewDefaultObject || FindObject<UObject>(nullptr, *NewDefaultValue)
-				   ? FString()
-				   : FString(TEXT("there is no such object"));
+		return NewDefaultValue.IsEmpty() ? FString() : FString(TEXT("its value is an object, not a text"));
 	}
 	return NewDefaultValue.IsEmpty() ? FString() : PinDefaults::GetError(Type, NewDefaultValue);
 }

@@ -114,4 +114,8 @@ public:
 	static FText GetFriendlyGraphName(const UEdGraph& Graph);
 	/** As a user reads it: "Integer", "Array of Actor Object References". */
 	static FText TypeToText(const FEdGraphPinType& Type);
+
+private:
+	/** As IsPinDefaultValid, of a text that may also be an object's path. */
+	FString IsDefaultTextValid(const UEdGraphPin& Pin, const FString& Text) const;
 };

@@ -6,6 +6,7 @@
 #include <atomic>
 #include <mutex>
 #include <string>
+#include <string_view>
 #include <unordered_map>
 
 namespace Names
@@ -24,8 +25,44 @@ public:
 	bool Find(FStringView Text, EFindName FindType, uint32& OutComparison, uint32& OutDisplay)
 	{
 		const std::lock_guard Lock(Mutex);
-		const std::u16string Spelling(Text.GetData(), static_cast<size_t>(Text.Len()));
-		std::u16string Folded = Spelling;
+		const std::u16string_view Spelling(Text.GetData(), static_cast<size_t>(Text.Len()));
+		const auto Known = BySpelling.find(Spelling);
+		if (Known == BySpelling.end())
+		{
+			return AddSpelling(Spelling, FindType, OutComparison, OutDisplay);
+		}
+		OutDisplay = Known->second;
+		OutComparison = GetEntry(OutDisplay).Comparison;
+		return true;
+	}
+
+	/** Takes no lock: names turn into text all the time, and an entry never changes once its number is known. */
+	FStringView GetText(uint32 Display) const
+	{
+		const std::u16string& Text = GetEntry(Display).Text;
+		return FStringView(Text.data(), static_cast<int32>(Text.size()));
+	}
+
+private:
+	struct FEntry
+	{
+		std::u16string Text;
+		uint32 Comparison = 0;
+	};
+	static constexpr uint32 EntriesPerBlock = 1024;
+	static constexpr uint32 MaxBlocks = 16 * 1024; // sixteen million names
+
+	FNameTable()
+	{
+		uint32 Comparison = 0;
+		uint32 Display = 0;
+		AddSpelling(u"None", FNAME_Add, Comparison, Display);
+	}
+
+	/** A spelling that is new, be it of a word that is known. */
+	bool AddSpelling(std::u16string_view Spelling, EFindName FindType, uint32& OutComparison, uint32& OutDisplay)
+	{
+		std::u16string Folded(Spelling);
 		for (TCHAR& C : Folded)
 		{
 			C = FChar::ToLower(C);
@@ -35,38 +72,19 @@ public:
 		{
 			return false;
 		}
-		OutDisplay = Intern(Spelling);
-		OutComparison = ByFolded.emplace(std::move(Folded), OutDisplay).first->second;
+		OutDisplay = NumEntries;
+		OutComparison = Known == ByFolded.end() ? NumEntries : Known->second;
+		FEntry& Entry = GetBlock(NumEntries / EntriesPerBlock)[NumEntries % EntriesPerBlock];
+		Entry = { std::u16string(Spelling), OutComparison };
+		BySpelling.emplace(Entry.Text, NumEntries);
+		ByFolded.emplace(std::move(Folded), NumEntries);
+		++NumEntries;
 		return true;
 	}
 
-	/** Takes no lock: names turn into text all the time, and an entry never changes once its number is known. */
-	FStringView GetText(uint32 Display) const
+	const FEntry& GetEntry(uint32 Display) const
 	{
-		const FEntry& Entry = Blocks[Display / EntriesPerBlock].load(std::memory_order_acquire)[Display % EntriesPerBlock];
-		return FStringView(Entry.data(), static_cast<int32>(Entry.size()));
-	}
-
-private:
-	using FEntry = std::u16string;
-	static constexpr uint32 EntriesPerBlock = 1024;
-	static constexpr uint32 MaxBlocks = 16 * 1024; // sixteen million names
-
-	FNameTable()
-	{
-		Intern(u"None");
-		ByFolded.emplace(u"none", 0);
-	}
-
-	uint32 Intern(const std::u16string& Spelling)
-	{
-		const auto [Known, bNew] = BySpelling.emplace(Spelling, NumEntries);
-		if (bNew)
-		{
-			GetBlock(NumEntries / EntriesPerBlock)[NumEntries % EntriesPerBlock] = Spelling;
-			++NumEntries;
-		}
-		return Known->second;
+		return Blocks[Display / EntriesPerBlock].load(std::memory_order_acquire)[Display % EntriesPerBlock];
 	}
 
 	FEntry* GetBlock(uint32 Block)
@@ -82,7 +100,7 @@ private:
 	std::mutex Mutex;
 	std::atomic<FEntry*> Blocks[MaxBlocks] = {}; // entries keep their place
 	uint32 NumEntries = 0;
-	std::unordered_map<std::u16string, uint32> BySpelling;
+	std::unordered_map<std::u16string_view, uint32> BySpelling; // of the entries' texts
 	std::unordered_map<std::u16string, uint32> ByFolded;
 };
 
@@ -142,13 +160,19 @@ FString FName::GetPlainNameString() const
 
 FString FName::ToString() const
 {
-	FString Text = GetPlainNameString();
+	FString Text;
+	AppendString(Text);
+	return Text;
+}
+
+void FName::AppendString(FString& Out) const
+{
+	Out.Append(Names::FNameTable::Get().GetText(Display));
 	if (Number != NAME_NO_NUMBER_INTERNAL)
 	{
-		Text.AppendChar(u'_');
-		Text.AppendInt(Number - 1);
+		Out.AppendChar(u'_');
+		Out.AppendInt(Number - 1);
 	}
-	return Text;
 }
 
 int32 FName::Compare(const FName& Other) const

@@ -3,6 +3,7 @@
 #include "Containers/StringConv.h"
 
 #include <algorithm>
+#include <charconv>
 #include <cstdio>
 #include <string>
 
@@ -54,9 +55,32 @@ FString& FString::Append(FStringView View)
 	return *this;
 }
 
+namespace UnrealString
+{
+/** Without a format to be read: files hold very many numbers. */
+template <typename IntegerType>
+void AppendInteger(FString& Text, IntegerType Number)
+{
+	char Digits[24];
+	const std::to_chars_result End = std::to_chars(std::begin(Digits), std::end(Digits), Number);
+	for (const char* Digit = Digits; Digit < End.ptr; ++Digit)
+	{
+		Text.AppendChar(static_cast<TCHAR>(*Digit));
+	}
+}
+
+template <typename IntegerType>
+FString FromInteger(IntegerType Number)
+{
+	FString Text;
+	AppendInteger(Text, Number);
+	return Text;
+}
+}
+
 void FString::AppendInt(int32 Number)
 {
-	Append(FStringView(FromInt(Number)));
+	UnrealString::AppendInteger(*this, Number);
 }
 
 void FString::InsertAt(int32 Index, const FString& Characters)
@@ -474,7 +498,7 @@ bool FString::IsNumeric() const
 
 FString FString::FromInt(int32 Number)
 {
-	return Printf(TEXT("%d"), Number);
+	return UnrealString::FromInteger(Number);
 }
 
 FString FString::SanitizeFloat(double Number, int32 MinFractionalDigits)
@@ -514,22 +538,22 @@ FString LexToString(bool Value)
 
 FString LexToString(int32 Value)
 {
-	return FString::Printf(TEXT("%d"), Value);
+	return UnrealString::FromInteger(Value);
 }
 
 FString LexToString(uint32 Value)
 {
-	return FString::Printf(TEXT("%u"), Value);
+	return UnrealString::FromInteger(Value);
 }
 
 FString LexToString(int64 Value)
 {
-	return FString::Printf(TEXT("%lld"), Value);
+	return UnrealString::FromInteger(Value);
 }
 
 FString LexToString(uint64 Value)
 {
-	return FString::Printf(TEXT("%llu"), Value);
+	return UnrealString::FromInteger(Value);
 }
 
 FString LexToString(float Value)

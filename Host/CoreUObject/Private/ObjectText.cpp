@@ -65,12 +65,13 @@ void WriteProperty(const FProperty& Property, const UObject& Object, const UObje
 		{
 			continue;
 		}
-		Out += Blanks + Property.GetName();
+		Out += Blanks;
+		Property.GetFName().AppendString(Out);
 		if (Property.ArrayDim > 1)
 		{
 			Out += FString::Printf(TEXT("(%d)"), Index);
 		}
-		Out += TEXT("=") + Text + TEXT("\n");
+		((Out += TEXT("=")) += Text) += TEXT("\n");
 	}
 }
 
@@ -78,14 +79,20 @@ void WriteCustomProperties(const UObject& Object, int32 Indent, FString& Out)
 {
 	FStringOutputDevice Custom; // ends lines itself; those that end in a line break already are followed by empty ones
 	const_cast<UObject&>(Object).ExportCustomProperties(Custom, static_cast<uint32>(Indent));
-	TArray<FString> Lines;
-	Custom.ParseIntoArrayLines(Lines);
-	for (const FString& Line : Lines)
+	const FString Blanks = FString::ChrN(Indent, u' ');
+	for (FStringView Rest = Custom; !Rest.IsEmpty();)
 	{
-		const FString Text = Line.TrimStart();
-		checkf(FStringView(Text).StartsWith(CustomPrefix), TEXT("%s writes '%s', which is no custom property"),
-			*Object.GetFullName(), *Text);
-		Out += FString::ChrN(Indent, u' ') + Text + TEXT("\n");
+		int32 Length = INDEX_NONE;
+		const bool bLast = !Rest.FindChar(u'\n', Length);
+		const FStringView Line = (bLast ? Rest : Rest.Left(Length)).TrimStartAndEnd();
+		Rest = bLast ? FStringView() : Rest.RightChop(Length + 1);
+		if (Line.IsEmpty())
+		{
+			continue;
+		}
+		checkf(Line.StartsWith(CustomPrefix), TEXT("%s writes '%s', which is no custom property"),
+			*Object.GetFullName(), *FString(Line));
+		((Out += Blanks) += Line) += TEXT("\n");
 	}
 }
 

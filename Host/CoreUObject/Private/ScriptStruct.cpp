@@ -91,22 +91,24 @@ void UScriptStruct::ExportText(FString& ValueStr, const void* Value, const void*
 	const void* const Delta = (StructFlags & STRUCT_Atomic) ? Value : Defaults;
 	ValueStr += TEXT("(");
 	const TCHAR* Separator = TEXT("");
+	FString Member;
 	for (TFieldIterator<FProperty> It(this); It; ++It)
 	{
 		for (int32 Index = 0; Index < It->ArrayDim && It->ShouldPort(PortFlags); ++Index)
 		{
-			FString Member;
+			Member.Reset();
 			if (!It->ExportText_InContainer(
 					Index, Member, Value, Delta, OwnerObject, PortFlags | PPF_Delimited, ExportRootScope))
 			{
 				continue;
 			}
-			ValueStr += Separator + It->GetName();
+			ValueStr += Separator;
+			It->GetFName().AppendString(ValueStr);
 			if (It->ArrayDim > 1)
 			{
 				ValueStr += FString::Printf(TEXT("[%d]"), Index);
 			}
-			ValueStr += TEXT("=") + Member;
+			(ValueStr += TEXT("=")) += Member;
 			Separator = TEXT(",");
 		}
 	}

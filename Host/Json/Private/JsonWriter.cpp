@@ -289,10 +289,15 @@ void FJsonTextWriter::PutEscape(TCHAR C)
 
 bool FJsonTextWriter::Close()
 {
-	if (Text.Num() > 0) // else a second call would hand over nothing
+	const bool bComplete = Previous != EToken::None && Scopes.IsEmpty();
+	if (!bComplete)
+	{
+		*Out = FString(FStringView(Text.GetData(), Text.Num())); // there is more to come
+	}
+	else if (Text.Num() > 0) // else this is a second call, with nothing to hand over
 	{
 		Put(u'\0');
 		Out->GetCharArray() = MoveTemp(Text);
 	}
-	return Previous != EToken::None && Scopes.IsEmpty();
+	return bComplete;
 }

@@ -129,6 +129,8 @@ UBlueprint* FKismetEditorUtilities::CreateBlueprint(UClass* ParentClass, UObject
 {
 	checkf(CanCreateBlueprintOfClass(ParentClass), TEXT("There can be no Blueprint of the class %s"),
 		ParentClass ? *ParentClass->GetName() : TEXT("None"));
+	checkf(!FindObjectFast<UBlueprint>(Outer, NewBPName), TEXT("There is a Blueprint named %s in %s already"),
+		*NewBPName.ToString(), *Outer->GetPathName());
 	// Making an asset is not undone, neither as a whole nor in parts.
 	const TGuardValue<ITransaction*> NoTransaction(GUndo, nullptr);
 	UBlueprint* const Blueprint =

@@ -1,4 +1,5 @@
 #include "BlueprintTestSupport.h"
+#include "Kismet/GameplayStatics.h"
 
 TEST_F(BlueprintTest, NewBlueprintOfAnActorHasHintsConstructionScriptAndRoot)
 {
@@ -199,6 +200,15 @@ TEST_F(BlueprintTest, CompilerReportsOnTheNodes)
 	EXPECT_EQ(Compile(Blueprint), BS_Error);
 	Print->FindPin(TEXT("Duration"))->DefaultValue = TEXT("2.5");
 
+	UEdGraphNode* const Child = AddCall(Graph, UGameplayStatics::StaticClass(), TEXT("GetAllActorsOfClass"));
+	UEdGraphPin& ClassPin = *Child->FindPinChecked(TEXT("ActorClass"));
+	ClassPin.DefaultValue = TEXT("/Script/Engine.Actor");
+	EXPECT_EQ(Compile(Blueprint), BS_Error) << "the value of such a pin is an object";
+	GetDefault<UEdGraphSchema_K2>()->TrySetDefaultValue(ClassPin, TEXT("/Script/Engine.Actor"));
+	EXPECT_EQ(ClassPin.DefaultObject, AActor::StaticClass());
+	EXPECT_EQ(ToUtf8(ClassPin.DefaultValue), "");
+	EXPECT_EQ(Compile(Blueprint), BS_UpToDate);
+
 	// A warning: the linked pin of a variable whose type has changed its name is orphaned.
 	FBlueprintEditorUtils::AddMemberVariable(Blueprint, TEXT("Line"), MakeType(UEdGraphSchema_K2::PC_String));
 	UK2Node_VariableGet* const Get = AddVariableNode<UK2Node_VariableGet>(Graph, TEXT("Line"));
@@ -297,4 +307,10 @@ TEST_F(BlueprintTest, BlueprintsThatUseEachOtherLoad)
 	const UBlueprint* const Other = FindObject<UBlueprint>(nullptr, TEXT("/Game/BP_Second.BP_Second"));
 	ASSERT_TRUE(Other);
 	EXPECT_EQ(Other->Status, BS_UpToDate);
+}
+
+TEST_F(BlueprintTest, NoneIsMadeOverAnother)
+{
+	Make(TEXT("/Game/BP_Once"));
+	EXPECT_DEATH(Make(TEXT("/Game/BP_Once")), "There is a Blueprint named BP_Once");
 }

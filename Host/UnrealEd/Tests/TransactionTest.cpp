@@ -116,6 +116,24 @@ TEST_F(TransactionTest, UndoneEntriesStayUntilSomethingNewIsDone)
 	EXPECT_EQ(ToUtf8(GetBuffer().GetUndoContext().Title.ToString()), "Nothing to undo");
 }
 
+TEST_F(TransactionTest, PinsOfAFunctionGoOnlyIfItsEntryWasToBeModified)
+{
+	UBlueprint& Blueprint = *Make(TEXT("/Game/BP_T"));
+	const auto CountAfterUndo = [&Blueprint](const TCHAR* Function, bool bModify) {
+		UK2Node_EditablePinBase& Entry = *FBlueprintEditorUtils::GetEntryNode(AddFunction(&Blueprint, Function, true));
+		GetBuffer().Reset(FText());
+		{
+			const FScopedTransaction Transaction(Title(TEXT("Add")));
+			bModify ? Entry.Modify() : false;
+			Entry.CreateUserDefinedPin(TEXT("Count"), MakeType(UEdGraphSchema_K2::PC_Int), EGPD_Output);
+		}
+		EXPECT_TRUE(GEditor->UndoTransaction());
+		return Entry.UserDefinedPins.Num();
+	};
+	EXPECT_EQ(CountAfterUndo(TEXT("Announced"), true), 0);
+	EXPECT_EQ(CountAfterUndo(TEXT("Unannounced"), false), 1);
+}
+
 TEST_F(TransactionTest, ABlueprintIsAsItWasToTheByte)
 {
 	UBlueprint& Blueprint = *Make(TEXT("/Game/BP_T"), ACharacter::StaticClass());

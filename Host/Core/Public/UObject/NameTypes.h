@@ -58,7 +58,7 @@ public:
 	bool IsValid() const { return true; }
 	FString ToString() const;
 	void ToString(FString& Out) const { Out = ToString(); }
-	void AppendString(FString& Out) const { Out += ToString(); }
+	void AppendString(FString& Out) const;
 	FString GetPlainNameString() const;
 	/** A variable's or function's name as a person reads it: "bIsOn" of a bool is "Is On", "UseInMap" "Use in Map". */
 	static FString NameToDisplayString(const FString& InDisplayName, const bool bIsBool);

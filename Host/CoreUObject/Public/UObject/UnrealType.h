@@ -926,7 +926,14 @@ private:
 				return false;
 			}
 		}
-		return Field->IsA(FieldType::StaticClass());
+		if constexpr (std::is_same_v<FieldType, FProperty>)
+		{
+			return true; // there are no other fields
+		}
+		else
+		{
+			return Field->IsA(FieldType::StaticClass());
+		}
 	}
 
 	/** Goes on to the next field that is wanted, in this struct, its interfaces or its parents. */

@@ -14,6 +14,7 @@
 
 namespace ClassBuilder
 {
+const FName CategoryKey(TEXT("Category"));
 constexpr uint64 InputFlags = CPF_Parm | CPF_BlueprintVisible | CPF_BlueprintReadOnly;
 constexpr uint64 OutputFlags = CPF_Parm | CPF_OutParm;
 constexpr uint64 ComponentFlags = CPF_BlueprintVisible | CPF_InstancedReference | CPF_NonTransactional;
@@ -47,6 +48,10 @@ FBlueprintClassBuilder::FBlueprintClassBuilder(
 void FBlueprintClassBuilder::Build(UClass& Parent)
 {
 	Class.SetSuperStruct(&Parent);
+	for (TFieldIterator<FProperty> It(&Parent); It; ++It)
+	{
+		Names.Add(It->GetFName());
+	}
 	Class.ClassFlags |= CLASS_CompiledFromBlueprint;
 	Class.ClassGeneratedBy = &Blueprint;
 	Class.Interfaces.Empty();
@@ -72,8 +77,7 @@ void FBlueprintClassBuilder::Build(UClass& Parent)
 
 bool FBlueprintClassBuilder::IsNameTaken(FName Name) const
 {
-	const UClass* const Parent = Class.GetSuperClass();
-	return Names.Contains(Name) || Parent->FindPropertyByName(Name);
+	return Names.Contains(Name);
 }
 
 TArray<UK2Node_Event*> FBlueprintClassBuilder::GetLiveEvents() const
@@ -131,7 +135,7 @@ void FBlueprintClassBuilder::AddComponents()
 		FObjectProperty* const Property = new FObjectProperty(&Class, Node->GetVariableName(), RF_Public);
 		Property->SetPropertyClass(Node->ComponentClass);
 		Property->SetPropertyFlags(static_cast<EPropertyFlags>(ClassBuilder::ComponentFlags));
-		Property->SetMetaData(TEXT("Category"), TEXT("Default"));
+		Property->SetMetaData(ClassBuilder::CategoryKey, TEXT("Default"));
 		AddProperty(*Property);
 	}
 }
@@ -146,20 +150,20 @@ void FBlueprintClassBuilder::AddVariables()
 
 void FBlueprintClassBuilder::AddVariable(const FBPVariableDescription& Variable)
 {
-	const FString Name = Variable.VarName.ToString();
 	if (Variable.VarName.IsNone() || IsNameTaken(Variable.VarName))
 	{
-		Log.Error(FString::Printf(TEXT("The variable %s has the name of another member"), *Name));
+		Log.Error(
+			FString::Printf(TEXT("The variable %s has the name of another member"), *Variable.VarName.ToString()));
 		return;
 	}
 	FProperty* const Property = CreatePropertyFromPinType(Class, Variable.VarName, Variable.VarType);
 	if (!Property)
 	{
-		Log.Error(FString::Printf(TEXT("The type of the variable %s is not valid"), *Name));
+		Log.Error(FString::Printf(TEXT("The type of the variable %s is not valid"), *Variable.VarName.ToString()));
 		return;
 	}
 	Property->SetPropertyFlags(static_cast<EPropertyFlags>(Variable.PropertyFlags));
-	Property->SetMetaData(TEXT("Category"), Variable.Category.ToString());
+	Property->SetMetaData(ClassBuilder::CategoryKey, Variable.Category.ToString());
 	for (const FBPVariableMetaDataEntry& Entry : Variable.MetaDataArray)
 	{
 		Property->SetMetaData(Entry.DataKey, Entry.DataValue);
@@ -170,7 +174,7 @@ void FBlueprintClassBuilder::AddVariable(const FBPVariableDescription& Variable)
 	{
 		Log.Warning(FString::Printf(TEXT("Variable %s is marked as 'Expose on Spawn' but not marked as 'Instance "
 										 "Editable'; please make it 'Instance Editable'"),
-			*Name));
+			*Variable.VarName.ToString()));
 	}
 	if (bExpose)
 	{

@@ -55,6 +55,6 @@ private:
 	UBlueprintGeneratedClass& Class;
 	const EBuiltClass Kind;
 	FCompilerResultsLog& Log;
-	TSet<FName> Names; // of the class's own members
+	TSet<FName> Names; // of the class's own members, and of its parents' properties
 	FProperty* LastProperty = nullptr;
 };

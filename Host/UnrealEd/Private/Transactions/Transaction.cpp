@@ -66,7 +66,10 @@ FTransaction::FState FTransaction::Capture(const UObject& Object)
 	FState State;
 	State.Name = Object.GetFName();
 	State.Outer = Object.GetOuter();
-	ObjectText::WriteState(Object, ObjectText::EExtent::Transaction, 0, State.Text);
+	// Written aside, so that the text that stays is of the right size from the start.
+	StateText.Reset();
+	ObjectText::WriteState(Object, ObjectText::EExtent::Transaction, 0, StateText);
+	State.Text = StateText;
 	return State;
 }
 
@@ -100,6 +103,7 @@ void FTransaction::Finish()
 	Records.RemoveAll([](const FRecord& Record) { return !Record.bNew && Record.Before == Record.After; });
 	RecordIndices.Empty();
 	ReferenceNumbers.Empty();
+	StateText.Empty();
 }
 
 bool FTransaction::IsEmpty() const

@@ -70,6 +70,7 @@ private:
 	TMap<UObject*, int32> RecordIndices;
 	TArray<UObject*> References; // that the texts name by number
 	TMap<const UObject*, int32> ReferenceNumbers;
+	FString StateText; // of the object that is being captured
 	friend class FTransactionReferences;
 };
 

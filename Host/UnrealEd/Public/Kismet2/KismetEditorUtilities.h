@@ -15,7 +15,6 @@ enum class EBlueprintCompileOptions
 	SkeletonUpToDate = 0x8,
 	BatchCompile = 0x10,
 	SkipSave = 0x20,
-	SkipReinstancing = 0x40,
 	RegenerateSkeletonOnly = 0x80,
 };
 ENUM_CLASS_FLAGS(EBlueprintCompileOptions)
@@ -24,7 +23,10 @@ ENUM_CLASS_FLAGS(EBlueprintCompileOptions)
 class UNREALED_API FKismetEditorUtilities
 {
 public:
-	/** Makes a Blueprint and compiles it. Asserts that the class can have one; see CanCreateBlueprintOfClass. */
+	/**
+	 * Makes a Blueprint and compiles it. Asserts that the class can have one, see CanCreateBlueprintOfClass, and that
+	 * there is none of the name.
+	 */
 	static UBlueprint* CreateBlueprint(UClass* ParentClass, UObject* Outer, const FName NewBPName,
 		enum EBlueprintType BlueprintType, FName CallingContext = NAME_None);
 	static UBlueprint* CreateBlueprint(UClass* ParentClass, UObject* Outer, const FName NewBPName,
