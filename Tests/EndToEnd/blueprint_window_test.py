@@ -1,0 +1,89 @@
+"""Assets and Blueprints as a person looks at them: the list, the graph, the history."""
+
+import os
+import shutil
+import time
+import unittest
+
+import harness
+from screen import REPORT_SECONDS, ScreenTest
+
+WARDEN = "BP_Warden"
+RENAME = ("import unreal\\n"
+          "with unreal.ScopedEditorTransaction('Describe'):\\n"
+          "    pass\\n")
+
+
+class BlueprintWindowTest(ScreenTest):
+    def setUp(self):
+        super().setUp()
+        shutil.rmtree(self.project)
+        shutil.copytree(os.path.join(harness.ROOT, "Samples", "Harrier"), self.project)
+
+    def shown(self, name):
+        """A text of just this name."""
+        return self.wait_for(f"the text {name!r}", lambda widgets: next(
+            (each for each in widgets if each["type"] == "Text" and each["name"] == name), None))
+
+    def graph(self, *parts):
+        """The graph, once the nodes in view have all these in their texts."""
+        return self.wait_for(f"a graph with {parts}", lambda widgets: next(
+            (each for each in widgets if each["name"].startswith("Graph ")
+             and all(part in each.get("value", "") for part in parts)), None))
+
+    def nodes_in_view(self):
+        time.sleep(2 * REPORT_SECONDS)
+        return self.graph()["value"].split("\n")
+
+    def double_click(self, widget):
+        left, top, right, bottom = widget["bounds"]
+        self.screen.do("mousemove", int((left + right) / 2), int((top + bottom) / 2), "click", "--repeat", 2,
+                       "--delay", 50, 1)
+
+    def drag(self, widget, right, down, mouse_button):
+        left, top, edge, bottom = widget["bounds"]
+        x, y = int((left + edge) / 2), int((top + bottom) / 2)
+        self.screen.do("mousemove", x, y, "mousedown", mouse_button)
+        for step in range(1, 6):
+            self.screen.do("mousemove", x + right * step // 5, y + down * step // 5)
+        self.screen.do("mouseup", mouse_button)
+
+    def test_a_blueprint_is_found_and_looked_at(self):
+        self.open_editor()
+        self.choose("Window", "Content Browser")
+        self.text("Assets: 5")
+        self.screen.picture("graph-1-assets")
+        self.click(self.wait_for("the search box", lambda widgets: next(
+            (each for each in widgets if each["name"] == "Search Assets"), None)))
+        self.type("night")
+        self.text("Assets: 1 of 5")
+        self.screen.picture("graph-2-search")
+        for _ in "night":
+            self.press("BackSpace")
+        self.double_click(self.shown("BT_Warden"))
+        self.text("There is no editor for BT_Warden")
+        self.screen.picture("graph-3-no-editor")
+        self.double_click(self.shown(WARDEN))
+        self.graph("Event BeginPlay")
+        self.screen.picture("graph-4-events")
+        whole = self.nodes_in_view()
+
+        # The wheel goes nearer to what the pointer is on; the right button drags the graph along.
+        left, top, right, bottom = self.graph()["bounds"]
+        self.screen.do("mousemove", int(left + (right - left) / 3), int(top + (bottom - top) / 3), "click", "--repeat",
+                       6, 4)
+        self.screen.picture("graph-5-near")
+        self.assertLess(len(self.nodes_in_view()), len(whole))
+        self.drag(self.graph(), -400, -100, 3)
+        self.screen.picture("graph-6-panned")
+        self.press("f")
+        self.graph(*whole)
+
+        self.click(self.shown("Measure"))
+        self.graph("Return Node")
+        self.screen.picture("graph-7-function")
+        self.close_editor()
+
+
+if __name__ == "__main__":
+    unittest.main()
