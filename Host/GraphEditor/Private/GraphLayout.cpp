@@ -6,7 +6,9 @@
 #include "EdGraphNode_Comment.h"
 #include "EdGraphSchema_K2.h"
 #include "Fonts/FontMeasure.h"
+#include "K2Node_Event.h"
 #include "K2Node_VariableGet.h"
+#include "K2Node_VariableSet.h"
 #include "Logging/LogVerbosity.h"
 #include "PinValueText.h"
 #include "Styling/CoreStyle.h"
@@ -14,12 +16,13 @@
 namespace GraphLayout
 {
 // Units of the graph.
-constexpr double TitleMargin = 36.0; // left and right of the title, together
+constexpr double TitleMargin = 44.0; // left and right of the title, together
 constexpr double ColumnGap = 28.0;
 constexpr double LeastWidth = 110.0;
 constexpr double LeastValueWidth = 22.0;
 constexpr double ValueMargin = 10.0;
 constexpr double CapsuleHeight = 34.0;
+constexpr double CapsuleMargin = 12.0; // left of the name
 constexpr double CommentMargin = 10.0;
 constexpr double BubbleMargin = 16.0;
 constexpr double BubbleGap = 10.0; // between the bubble and its node
@@ -150,10 +153,18 @@ private:
 								 WidthOf(Layout.Subtitle, FGraphLayout::GetSubtitleFont()));
 	}
 
+	/** The event as a value, and the value that a node has just written. */
+	static bool SpeaksForItself(const UEdGraphPin& Pin)
+	{
+		return Pin.PinName == UK2Node_Event::DelegateOutputName ||
+			   Pin.PinName == UK2Node_VariableSet::GetVariableOutputPinName();
+	}
+
 	FGraphPinLayout MakePin(const UEdGraphPin& Pin) const
 	{
 		FGraphPinLayout Layout;
-		Layout.Label = Schema.GetPinDisplayName(&Pin).ToString();
+		Layout.bInTitle = Pin.PinName == UK2Node_Event::DelegateOutputName;
+		Layout.Label = SpeaksForItself(Pin) ? FString() : Schema.GetPinDisplayName(&Pin).ToString();
 		Layout.LabelWidth = WidthOf(Layout.Label, FGraphLayout::GetLabelFont());
 		Layout.Color = Schema.GetPinTypeColor(Pin.PinType);
 		Layout.bInput = Pin.Direction == EGPD_Input;
@@ -183,6 +194,11 @@ private:
 		int32 Rows[2] = { 0, 0 };
 		for (FGraphPinLayout& Pin : Layout.Pins)
 		{
+			if (Pin.bInTitle)
+			{
+				Pin.Place.Y = FGraphLayout::BarHeight / 2.0;
+				continue;
+			}
 			const int32 Side = Pin.bInput ? 0 : 1;
 			Widths[Side] = FMath::Max(Widths[Side], GetWidth(Pin));
 			const double Middle = (Rows[Side] + 0.5) * FGraphLayout::RowHeight;
@@ -194,7 +210,7 @@ private:
 		const double Height = Layout.TitleHeight + 2.0 * FGraphLayout::BodyPadding +
 							  FMath::Max(Rows[0], Rows[1]) * FGraphLayout::RowHeight;
 		const bool bCapsule = Layout.Shape == EGraphNodeShape::Capsule;
-		Layout.Size = bCapsule ? FVector2D(Width, FMath::Max(Height, CapsuleHeight))
+		Layout.Size = bCapsule ? FVector2D(Width + CapsuleMargin, FMath::Max(Height, CapsuleHeight))
 							   : FVector2D(FMath::Max(Width, LeastWidth), Height);
 		for (FGraphPinLayout& Pin : Layout.Pins)
 		{

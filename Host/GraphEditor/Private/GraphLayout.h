@@ -22,6 +22,7 @@ struct FGraphPinLayout
 	bool bContainer = false;
 	bool bHasValue = false;
 	bool bIsSwitch = false; // the value is drawn as a box with a tick or without
+	bool bInTitle = false;  // stands at the end of the title bar
 };
 
 enum class EGraphNodeShape : uint8

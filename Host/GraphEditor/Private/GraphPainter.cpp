@@ -88,6 +88,15 @@ FLinearColor WithOpacity(const FLinearColor& Color, float Opacity)
 	return Color.CopyWithNewOpacity(Color.A * Opacity);
 }
 
+/** So dark that white letters stand out on it. */
+FLinearColor Darken(const FLinearColor& Color)
+{
+	constexpr float MostLuminance = 0.16f;
+	const float Luminance = 0.2126f * Color.R + 0.7152f * Color.G + 0.0722f * Color.B;
+	const float Share = Luminance > MostLuminance ? MostLuminance / Luminance : 1.0f;
+	return (Color * Share).CopyWithNewOpacity(Color.A);
+}
+
 float GetOpacity(const FGraphNodeLayout& Node)
 {
 	return Node.bEnabled ? 1.0f : DisabledOpacity;
@@ -279,7 +288,7 @@ void FGraphPainter::PaintTitle(const FGraphNodeLayout& Node, const FGeometry& Ge
 	const float Opacity = GraphPainter::GetOpacity(Node);
 	const FVector2D BarSize(Node.Size.X, Node.TitleHeight);
 	Box(Geometry, FVector2D(0.0, 0.0), BarSize, GraphPainter::RoundedAbove(),
-		GraphPainter::WithOpacity(Node.Color, 0.75f * Opacity));
+		GraphPainter::WithOpacity(GraphPainter::Darken(Node.Color), 0.85f * Opacity));
 	if (!ShowsTitles())
 	{
 		return;

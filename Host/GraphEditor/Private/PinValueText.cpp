@@ -20,17 +20,20 @@ FString ShortenNumber(const FString& Text)
 	return Text.Left(Text[Length - 1] == TEXT('.') ? Length - 1 : Length);
 }
 
-/** "0.000000,0.000000,90.000000", the form of vectors and rotators, as "(0, 0, 90)". */
+/** "0.000000,0.000000,90.000000", the form of vectors, as "(0, 0, 90)"; "(R=1.000000)", that of others, as "(R=1)". */
 FString ShortenStruct(const FString& Text)
 {
 	TArray<FString> Parts;
-	Text.ParseIntoArray(Parts, TEXT(","));
+	const bool bBracketed = Text.StartsWith(TEXT("(")) && Text.EndsWith(TEXT(")"));
+	(bBracketed ? Text.Mid(1, Text.Len() - 2) : Text).ParseIntoArray(Parts, TEXT(","));
 	for (FString& Part : Parts)
 	{
-		Part = ShortenNumber(Part.TrimStartAndEnd());
+		FString Name;
+		FString Number = Part.TrimStartAndEnd();
+		const bool bNamed = Number.Split(TEXT("="), &Name, &Number);
+		Part = (bNamed ? Name + TEXT("=") : FString()) + ShortenNumber(Number);
 	}
-	const FString Joined = FString::Join(Parts, TEXT(", "));
-	return Joined.StartsWith(TEXT("(")) ? Joined : TEXT("(") + Joined + TEXT(")");
+	return TEXT("(") + FString::Join(Parts, TEXT(", ")) + TEXT(")");
 }
 
 FString GetWhole(const UEdGraphPin& Pin)

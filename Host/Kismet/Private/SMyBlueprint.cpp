@@ -48,6 +48,7 @@ TSharedRef<SWidget> MakeHeading(const FBlueprintPart& Part)
 TSharedRef<SWidget> MakeLine(const FBlueprintPart& Part)
 {
 	const float Left = static_cast<float>(Part.Depth) * Indent;
+	const float TypeShare = Part.Type.IsEmpty() ? 0.0f : 1.0f;
 	// clang-format off
 	return SNew(SHorizontalBox)
 		+ SHorizontalBox::Slot().AutoWidth().VAlign(VAlign_Center).Padding(Left, 0.0f, 0.0f, 0.0f)
@@ -61,7 +62,7 @@ TSharedRef<SWidget> MakeLine(const FBlueprintPart& Part)
 		[
 			SNew(STextBlock).Text(FText::FromString(Part.Name)).Clipping(EWidgetClipping::ClipToBounds)
 		]
-		+ SHorizontalBox::Slot().FillWidth(1.0f).VAlign(VAlign_Center).Padding(6.0f, 0.0f, 0.0f, 0.0f)
+		+ SHorizontalBox::Slot().FillWidth(TypeShare).VAlign(VAlign_Center).Padding(6.0f, 0.0f, 0.0f, 0.0f)
 		[
 			SNew(STextBlock)
 			.Text(FText::FromString(Part.Type))
