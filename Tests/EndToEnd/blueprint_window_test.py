@@ -9,9 +9,16 @@ import harness
 from screen import REPORT_SECONDS, ScreenTest
 
 WARDEN = "BP_Warden"
-RENAME = ("import unreal\\n"
-          "with unreal.ScopedEditorTransaction('Describe'):\\n"
-          "    pass\\n")
+# Two changes, each of its own, as tools make them.
+CHANGES = """
+import unreal
+library = unreal.BlueprintEditorLibrary
+warden = unreal.load_asset("/Game/Blueprints/BP_Warden")
+with unreal.ScopedEditorTransaction("Add Lantern"):
+    library.add_member_variable(warden, "Lantern", library.get_basic_type_by_name("bool"))
+with unreal.ScopedEditorTransaction("Add Lamp Oil"):
+    library.add_member_variable(warden, "LampOil", library.get_basic_type_by_name("int"))
+"""
 
 
 class BlueprintWindowTest(ScreenTest):
@@ -82,6 +89,45 @@ class BlueprintWindowTest(ScreenTest):
         self.click(self.shown("Measure"))
         self.graph("Return Node")
         self.screen.picture("graph-7-function")
+        self.close_editor()
+
+    def without(self, name):
+        self.wait_for(f"the end of {name!r}", lambda widgets: widgets and not any(
+            each["name"] == name for each in widgets))
+
+    def test_changes_are_taken_back_by_menu_key_and_history(self):
+        self.write("changes.py", CHANGES)
+        self.open_editor("-ExecCmds=py " + os.path.join(self.project, "changes.py"))
+        self.choose("Window", "Content Browser")
+        self.double_click(self.shown(WARDEN + "*"))
+        self.graph("Event BeginPlay")
+        parts = self.wait_for("the parts", lambda widgets: next(
+            (each for each in widgets if each["name"] == "My Blueprint"), None))
+        self.click(parts)
+        self.press("End")
+        self.shown("LampOil")
+        self.choose("Edit", "Undo Add Lamp Oil", picture="history-1-menu")
+        self.without("LampOil")
+        self.shown("Lantern")
+        self.press("ctrl+z")
+        self.without("Lantern")
+        self.press("ctrl+y")
+        self.shown("Lantern")
+        self.click(self.button("Edit"))
+        self.button("Undo Add Lantern")
+        self.button("Redo Add Lamp Oil")
+        self.click(self.button("Undo History"))
+        self.double_click(self.shown("Before all changes"))
+        self.click(self.button("Edit"))
+        self.button("Undo", enabled=False)
+        self.press("Escape")
+        self.double_click(self.shown("Add Lantern"))
+        self.shown("Add Lamp Oil")
+        self.screen.picture("history-2-list")
+        self.click(self.button(WARDEN + "*"))
+        self.press("End")
+        self.shown("Lantern")
+        self.without("LampOil")
         self.close_editor()
 
 
