@@ -126,6 +126,7 @@ class ReadBlueprint:
     """A Blueprint with 2,000 nodes and 10,000 links read, against one of half that size."""
 
     test = "ReadBlueprint"
+    half_test = "ReadHalfBlueprint"
     peer = "the same with half the nodes"
     aim = 2.6
     seconds_aim = 0.03
@@ -135,7 +136,7 @@ class ReadBlueprint:
 
     def time_peer(self, folder):
         half = ReadBlueprint()
-        half.test = "ReadHalfBlueprint"
+        half.test = self.half_test
         return time_editor(half, folder, os.path.join(folder, "half.txt"))[0]
 
 
@@ -192,6 +193,43 @@ class ScanContent(ManyAssets):
                        stdout=output, check=True)
 
 
+class FindInFiles(ManyAssets):
+    """A name looked for in 2,000 Blueprints that have to be loaded, against `grep` in their files."""
+
+    test = "FindInFiles"
+    peer = "grep -ril"
+    aim = 100.0
+    num_assets = 2000
+
+    def run_peer(self, folder, _run, output):
+        subprocess.run(["grep", "-ril", "thing199", os.path.join(folder, "Content")], stdout=output, check=True)
+
+
+class FindInMemory(FindInFiles):
+    """The same once they are loaded."""
+
+    test = "FindInMemory"
+    aim = 4.0
+
+
+class ModifyBlueprint(ReadBlueprint):
+    """A document with 1,000 variables and 200 functions of 20 nodes, against one of half that size."""
+
+    test = "ModifyBlueprint"
+    half_test = "ModifyHalfBlueprint"
+    peer = "half of the document"
+    aim = 2.8
+    seconds_aim = 2.0
+
+
+class UndoModification(ModifyBlueprint):
+    """All of it taken back, against the time it took to apply half of it."""
+
+    test = "UndoModification"
+    aim = 1.0
+    seconds_aim = 1.0
+
+
 def line(number):
     return f"\tthis is the line of the kind with the number {number};"
 
@@ -208,6 +246,7 @@ def a_tenth_changed(dice, count):
 
 BENCHES = [
     ReadBlueprint(), LookUpBlueprint(), ScanContent(),
+    FindInFiles(), FindInMemory(), ModifyBlueprint(), UndoModification(),
     FirstRequest(), FindReference(), ReplaceText(),
     CompareLines("drawn from 50 lines", 0.25, drawn_from(50)),
     CompareLines("drawn from 2,000 lines", 0.1, drawn_from(2000)),

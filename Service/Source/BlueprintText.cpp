@@ -226,3 +226,47 @@ std::string DescribeSavedBlueprints(const std::string& Content)
 	const std::string Outcome = GetText(Document, "Success") + GetText(Document, "Error");
 	return Lines.empty() ? "No Blueprint has unsaved changes." : Outcome + "\n" + ToBullets(Lines);
 }
+
+std::string DescribeChangedBlueprint(const std::string& Content)
+{
+	const Json Document = Json::parse(Content, nullptr, false);
+	if (!Document.is_object())
+	{
+		return Content;
+	}
+	std::vector<std::string> Lines;
+	for (const char* Key : { "VariableModifications", "FunctionModifications" })
+	{
+		for (const Json& Message : GetList(Document, Key))
+		{
+			Lines.push_back(Message.is_string() ? Message.get<std::string>() : Message.dump());
+		}
+	}
+	return GetText(Document, "Success") + GetText(Document, "Message") + (Lines.empty() ? "" : "\n" + ToBullets(Lines));
+}
+
+std::string DescribeBlueprintReferences(const Json& Matches, size_t MaxLines)
+{
+	std::string Text;
+	std::string Last;
+	size_t NumBlueprints = 0;
+	for (size_t Index = 0; Index < Matches.size(); ++Index)
+	{
+		const std::string Blueprint = GetText(Matches[Index], "Blueprint");
+		const bool bNew = Blueprint != Last;
+		NumBlueprints += bNew ? 1 : 0;
+		Last = Blueprint;
+		if (Index < MaxLines)
+		{
+			const std::string Name = Flatten(GetText(Matches[Index], "Name"));
+			Text += (bNew ? "\n  " + Blueprint + ":" : "") + "\n    " + GetText(Matches[Index], "Type") +
+					(Name.empty() ? "" : " " + Name);
+		}
+	}
+	if (Matches.empty())
+	{
+		return "";
+	}
+	return "It is in " + std::to_string(NumBlueprints) + (NumBlueprints == 1 ? " Blueprint:" : " Blueprints:") + Text +
+		   (Matches.size() > MaxLines ? "\n    ... and more" : "");
+}

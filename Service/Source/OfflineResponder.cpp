@@ -1,5 +1,6 @@
 #include "OfflineResponder.h"
 
+#include "BlueprintChange.h"
 #include "PlainRequest.h"
 #include "ResultText.h"
 
@@ -20,6 +21,9 @@ const char* const Help = "I work without a model here and understand a few reque
 						 "  - compile\n"
 						 "  - read blueprint BP_Warden (or: show the variables of blueprint BP_Warden)\n"
 						 "  - create blueprint BP_Gate from Actor in /Game/Doors, save all\n"
+						 "  - add an int variable Health to BP_Gate with value 100\n"
+						 "  - add function Heal with input Amount int and output Done bool to BP_Gate\n"
+						 "  - add a print node to function Heal of BP_Gate saying \"Healed\"\n"
 						 "  - read behavior tree BT_Warden\n"
 						 "  - run python: import unreal; unreal.log(unreal.Paths.project_dir())\n"
 						 "  - finish";
@@ -32,7 +36,7 @@ struct ToolUse
 {
 	PlainRequest::Kind What;
 	const char* Tool;
-	/** What is announced; "%p" is the path, "%t" the text. */
+	/** What is announced; "%p" is the path, "%t" the text, "%m" the member. */
 	const char* Announcement;
 	Json (*Input)(const PlainRequest&);
 };
@@ -78,7 +82,7 @@ const ToolUse ToolUses[] = {
 			return { { "code", Request.Text } };
 		} },
 	{ PlainRequest::Kind::Compile, "compile", "build the game", [](const PlainRequest&) { return Json::object(); } },
-	{ PlainRequest::Kind::FindText, "find_reference_in_all_files", "search the sources for \"%t\"",
+	{ PlainRequest::Kind::FindText, "find_reference_in_all_files", "search the project for \"%t\"",
 		[](const PlainRequest& Request) -> Json {
 			return { { "reference_string", Request.Text } };
 		} },
@@ -96,6 +100,13 @@ const ToolUse ToolUses[] = {
 		[](const PlainRequest& Request) -> Json {
 			return { { "behavior_tree_name", Request.Path } };
 		} },
+	{ PlainRequest::Kind::AddVariable, "modify_blueprint_variables", "add the variable %m", MakeBlueprintChange },
+	{ PlainRequest::Kind::AddFunction, "modify_blueprint_variables", "add the function %m", MakeBlueprintChange },
+	{ PlainRequest::Kind::AddPrintNode, "read_blueprint", "look at the functions of %p",
+		[](const PlainRequest& Request) -> Json {
+			return { { "blueprint_name", Request.Path }, { "data_subset", "Functions" } };
+		} },
+	{ PlainRequest::Kind::PlacePrintNode, "modify_blueprint_variables", "add the node to %m", MakeBlueprintChange },
 	{ PlainRequest::Kind::Finish, "finish", "finish", [](const PlainRequest&) { return Json::object(); } },
 };
 
@@ -112,7 +123,8 @@ std::string Announce(const PlainRequest& Request)
 	if (Place != std::string::npos)
 	{
 		const std::string Path = Request.Path.empty() ? "the project" : Request.Path;
-		Text.replace(Place, 2, Text[Place + 1] == 'p' ? Path : Request.Text);
+		const char Kind = Text[Place + 1];
+		Text.replace(Place, 2, Kind == 'p' ? Path : Kind == 'm' ? Request.Member : Request.Text);
 	}
 	return Text;
 }
@@ -139,7 +151,10 @@ public:
 	{
 		const bool bHasResults = UserTurn.ToolResults.is_array() && !UserTurn.ToolResults.empty();
 		const std::string Summary = bHasResults ? SumUp(UserTurn.ToolResults) : "";
-		const std::vector<PlainRequest> Requests = UnderstandPlainRequests(UserTurn.Message);
+		std::vector<PlainRequest> Requests = std::move(FollowUps);
+		FollowUps.clear();
+		const std::vector<PlainRequest> New = UnderstandPlainRequests(UserTurn.Message);
+		Requests.insert(Requests.end(), New.begin(), New.end());
 		if (!Requests.empty())
 		{
 			return AskForTools(Requests, Summary);
@@ -192,7 +207,8 @@ private:
 		std::string Text;
 		for (const Json& Result : Results)
 		{
-			Text += (Text.empty() ? "" : "\n\n") + Describe(Result);
+			const std::string Description = Describe(Result);
+			Text += (Text.empty() || Description.empty() ? "" : "\n\n") + Description;
 		}
 		return Text;
 	}
@@ -209,12 +225,26 @@ private:
 			return Id == "Undo" || Id == "Redo" ? "The game was built again after the " + Id + "."
 												: "I got a result that I had not asked for.";
 		}
-		const std::string Text = DescribeResult(Found->second, Result);
+		const PlainRequest Request = Found->second;
 		Asked.erase(Found);
-		return Text;
+		const bool bWorked = !Result.value("is_error", false) && !Result.value("is_abort", false);
+		return bWorked && Request.What == PlainRequest::Kind::AddPrintNode ? PlaceNode(Request, Result)
+																		   : DescribeResult(Request, Result);
+	}
+
+	/** What was read tells where the node can stand; adding it comes next. @return what keeps it from being added */
+	std::string PlaceNode(const PlainRequest& Request, const Json& Result)
+	{
+		std::string Problem;
+		if (const std::optional<PlainRequest> Placed = PlacePrintNode(Request, Result.value("content", ""), Problem))
+		{
+			FollowUps.push_back(*Placed);
+		}
+		return Problem;
 	}
 
 	const bool bConfirmationMode;
+	std::vector<PlainRequest> FollowUps;
 	std::map<std::string, PlainRequest> Asked; // by the ids of the tool uses whose results have not come yet
 	int NumTools = 0;
 };

@@ -1,5 +1,7 @@
 #include "PlainRequest.h"
 
+#include "BlueprintChange.h"
+
 #include <algorithm>
 #include <array>
 #include <cctype>
@@ -319,6 +321,93 @@ std::vector<PlainRequest> UnderstandAsset(const std::vector<Word>& Words)
 				 : std::vector<PlainRequest>{};
 }
 
+/** The last name of a Blueprint that the sentence has: "to BP_A", "of the blueprint BP_A". */
+const Word* FindBlueprintName(const std::vector<Word>& Words)
+{
+	for (size_t Index = Words.size(); Index > 1; --Index)
+	{
+		const Word& Name = Words[Index - 1];
+		if (IsOneOf(Words[Index - 2], { "to", "in", "of", "blueprint" }) &&
+			!IsOneOf(Name, { "the", "a", "blueprint", "function", "type" }))
+		{
+			return &Name;
+		}
+	}
+	return nullptr;
+}
+
+/** Pairs of a name and a type behind one of the choices, as far as they go. */
+std::vector<PlainRequest::Parameter> FindParameters(
+	const std::vector<Word>& Words, std::initializer_list<const char*> Choices)
+{
+	std::vector<PlainRequest::Parameter> Parameters;
+	auto At = std::find_if(Words.begin(), Words.end(), [Choices](const Word& Each) { return IsOneOf(Each, Choices); });
+	At += At == Words.end() ? 0 : 1;
+	while (Words.end() - At >= 2)
+	{
+		if (IsOneOf(*At, { "and" }))
+		{
+			++At;
+			continue;
+		}
+		if (IsOneOf(*At, { "to", "in", "of", "output", "outputs", "input", "inputs", "returning", "with" }))
+		{
+			break;
+		}
+		Parameters.push_back({ At[0].Text, At[1].Text });
+		At += 2;
+	}
+	return Parameters;
+}
+
+std::vector<PlainRequest> UnderstandAddVariable(const std::vector<Word>& Words, PlainRequest Request)
+{
+	const Word* const Name = NameAfter(Words, { "variable" });
+	const Word* Type = WordAfter(Words, { "type" });
+	const auto Found = std::find_if(Words.begin(), Words.end(),
+		[Name](const Word& Each) { return !Each.bQuoted && &Each != Name && IsTypeName(Each.Text); });
+	Type = Type || Found == Words.end() ? Type : &*Found;
+	if (!Name || !Type)
+	{
+		return {};
+	}
+	const Word* const Value = WordAfter(Words, { "value" });
+	Request.What = PlainRequest::Kind::AddVariable;
+	Request.Member = Name->Text;
+	Request.OldText = Type->Text;
+	Request.Text = Value ? TextOf(*Value) : "";
+	Request.bReplicated = HasAny(Words, { "replicated" });
+	return { Request };
+}
+
+std::vector<PlainRequest> UnderstandAdd(const std::vector<Word>& Words, const std::string&)
+{
+	PlainRequest Request;
+	const Word* const Blueprint = FindBlueprintName(Words);
+	if (!Blueprint)
+	{
+		return {};
+	}
+	Request.Path = Blueprint->Text;
+	if (HasAny(Words, { "variable" }))
+	{
+		return UnderstandAddVariable(Words, Request);
+	}
+	const Word* const Function = NameAfter(Words, { "function" });
+	if (!Function)
+	{
+		return {};
+	}
+	const bool bPrint = HasAny(Words, { "print", "node" });
+	const Word* const Text = WordAfter(Words, { "saying", "printing", "with" });
+	Request.Member = Function->Text;
+	Request.What = bPrint ? PlainRequest::Kind::AddPrintNode : PlainRequest::Kind::AddFunction;
+	Request.Text = bPrint ? (Text ? TextOf(*Text) : "Hello") : "";
+	Request.Inputs = FindParameters(Words, { "input", "inputs", "taking" });
+	Request.Outputs = FindParameters(Words, { "output", "outputs", "returning" });
+	return { Request };
+}
+
 /** A word that says by itself what is wanted. */
 struct Verb
 {
@@ -334,6 +423,7 @@ const Verb Verbs[] = {
 	{ { "run", "python", "execute" }, UnderstandPython },
 	{ { "compile", "build", "rebuild" }, UnderstandCompile },
 	{ { "find", "search", "where" }, UnderstandFind },
+	{ { "add" }, UnderstandAdd },
 };
 
 /** Whether the sentence begins with the verb, but for a few words of politeness. */
@@ -374,7 +464,7 @@ std::vector<PlainRequest> UnderstandPlainRequests(const std::string& Text)
 	const std::vector<Word> Words = SplitWords(Prompt);
 	// What comes behind these is a text or a script, which may well speak of saving all or of a blueprint.
 	static const Verb WithText = {
-		{ "replace", "change", "insert", "run", "python", "execute", "find", "search", "where" }, nullptr
+		{ "replace", "change", "insert", "run", "python", "execute", "find", "search", "where", "add" }, nullptr
 	};
 	const std::vector<PlainRequest> Assets =
 		IsFirstVerb(Words, WithText) ? std::vector<PlainRequest>{} : UnderstandAsset(Words);

@@ -133,14 +133,8 @@ std::string DescribeScript(const std::string& Content)
 	return Output.empty() ? "The script ran and printed nothing." : "The script ran and printed:\n\n" + Shorten(Output);
 }
 
-std::string DescribeReferences(const PlainRequest& Request, const std::string& Content)
+std::string DescribeFiles(const PlainRequest& Request, const Json& Files)
 {
-	const Json Found = Json::parse(Content, nullptr, false);
-	if (!Found.is_object() || !Found.contains("cpp_references") || !Found["cpp_references"].is_array())
-	{
-		return Content;
-	}
-	const Json& Files = Found["cpp_references"];
 	if (Files.empty())
 	{
 		return "No source file has \"" + Request.Text + "\" in it.";
@@ -151,6 +145,18 @@ std::string DescribeReferences(const PlainRequest& Request, const std::string& C
 		Text += "\n  " + Files[Index].value("Path", "");
 	}
 	return Text + (Files.size() > MaxQuotedLines ? "\n  ... and more" : "");
+}
+
+std::string DescribeReferences(const PlainRequest& Request, const std::string& Content)
+{
+	const Json Found = Json::parse(Content, nullptr, false);
+	if (!Found.is_object() || !Found.contains("cpp_references") || !Found["cpp_references"].is_array())
+	{
+		return Content;
+	}
+	const std::string Blueprints =
+		DescribeBlueprintReferences(Found.value("blueprint_references", Json::array()), MaxQuotedLines);
+	return DescribeFiles(Request, Found["cpp_references"]) + (Blueprints.empty() ? "" : "\n\n" + Blueprints);
 }
 
 /** The lines of a failed build that say why, or all of them. */
@@ -185,6 +191,10 @@ std::string DescribeSuccess(const PlainRequest& Request, const std::string& Cont
 		return DescribeSavedBlueprints(Content);
 	case PlainRequest::Kind::CreateBlueprint:
 		return Content;
+	case PlainRequest::Kind::AddVariable:
+	case PlainRequest::Kind::AddFunction:
+	case PlainRequest::Kind::PlacePrintNode:
+		return DescribeChangedBlueprint(Content);
 	case PlainRequest::Kind::Compile:
 		return "The game is built.";
 	case PlainRequest::Kind::Finish:

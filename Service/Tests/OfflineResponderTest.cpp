@@ -82,6 +82,13 @@ TEST_F(OfflineResponderTest, GivesEachToolItsInput)
 			R"({"BPPath":"/Game/B","BPName":"BP_A","BPParentClassName":"Pawn"})" },
 		{ "save all", "save_and_compile_all_dirty_blueprints", "{}" },
 		{ "read behavior tree BT_A", "read_behavior_tree", R"({"behavior_tree_name":"BT_A"})" },
+		{ "add a vector variable Place to BP_A", "modify_blueprint_variables",
+			R"({"blueprint_name":"BP_A","updates":"{\"Variables\":{\"Place\":{\"Type\":{\"Category\":\"struct\",)"
+			R"(\"SubCategoryObject\":\"/Script/CoreUObject.Vector\"}}}}"})" },
+		{ "add function F with input A int[] and output B actor to BP_A", "modify_blueprint_variables",
+			R"({"blueprint_name":"BP_A","updates":"{\"Functions\":[{\"Name\":\"F\",\"InParams\":[{\"Type\":)"
+			R"(\"ArrayProperty\",\"InnerType\":{\"Type\":\"IntProperty\"},\"Name\":\"A\"}],\"OutParams\":[{\"Type\":)"
+			R"(\"ObjectProperty\",\"PropertyClass\":\"/Script/Engine.Actor\",\"Name\":\"B\"}]}]}"})" },
 	};
 	for (const auto& Case : Cases)
 	{
@@ -102,6 +109,31 @@ TEST_F(OfflineResponderTest, SumsUpABlueprintWithTheTypesOfMapsAndResults)
 	EXPECT_EQ(Report({ { "tool_use_id", Id }, { "content", Document } }),
 		"The Blueprint BP_A (/Game/BP_A.BP_A):\n\nVariables (1):\n  - Toll: Map of name to int\n"
 		"Functions (2):\n  - Open()\n  - Ask() -> bool, Who: Actor\n");
+}
+
+TEST_F(OfflineResponderTest, PutsANodeBehindTheLastOneOfAFunction)
+{
+	const auto Describe = [](const std::string& Nodes) {
+		return R"({"Functions":[{"Name":"Heal","EdGraph":{"Nodes":[{"Title":"Heal","Class":"K2Node_FunctionEntry","Pins":)"
+			   R"([{"Name":"then","Connections":[)" +
+			   Nodes + "]}}]}";
+	};
+	const auto Place = [this](const std::string& Document) {
+		const std::string Id = Ask("add a print node to function heal of BP_A saying Hi").back()["id"];
+		Turn Results;
+		Results.ToolResults = Json::array({ { { "tool_use_id", Id }, { "content", Document } } });
+		return Respond(Results).back();
+	};
+	const Json First = Place(Describe("]}]}"));
+	EXPECT_EQ(First["name"], "modify_blueprint_variables");
+	EXPECT_NE(First["input"]["updates"].get<std::string>().find(R"("Node":"Heal","Pin":"then")"), std::string::npos);
+	const std::string Print = R"(,{"Title":"Print String","Pins":[{"Name":"then","Connections":[]}]})";
+	const std::string Linked = R"({"Node":"Print String","Pin":"execute"}]}]})";
+	const Json Second = Place(Describe(Linked + Print));
+	EXPECT_NE(Second["input"]["updates"].get<std::string>().find(R"("Node":"Print String")"), std::string::npos);
+	const Json Ambiguous = Place(Describe(Linked + Print + Print));
+	EXPECT_NE(Ambiguous["text"].get<std::string>().find("more than one node"), std::string::npos);
+	EXPECT_NE(Place("{}")["text"].get<std::string>().find("no function"), std::string::npos);
 }
 
 TEST_F(OfflineResponderTest, TellsOfABuildWhoseResultComesLater)
@@ -127,6 +159,12 @@ TEST_F(OfflineResponderTest, SumsUpScriptsAndSearches)
 	EXPECT_EQ(Report({ { "tool_use_id", Search },
 				  { "content", R"({"reference_string":"Health","cpp_references":[{"Path":"/p/A.h"}]})" } }),
 		"\"Health\" is in 1 source file:\n  /p/A.h");
+	const std::string Assets = Ask("find Health").back()["id"];
+	EXPECT_EQ(Report({ { "tool_use_id", Assets },
+				  { "content", R"({"cpp_references":[],"blueprint_references":[{"Type":"Variable","Name":"Health",)"
+							   R"("Blueprint":"BP_A"},{"Type":"Blueprint File","Blueprint":"BP_Health"}]})" } }),
+		"No source file has \"Health\" in it.\n\nIt is in 2 Blueprints:\n  BP_A:\n    Variable Health\n  BP_Health:\n"
+		"    Blueprint File");
 }
 
 TEST_F(OfflineResponderTest, ListsFoldersAndCutsWhatIsLong)

@@ -4,6 +4,16 @@
 
 namespace
 {
+std::string ListParameters(const std::vector<PlainRequest::Parameter>& Parameters)
+{
+	std::string Text;
+	for (const PlainRequest::Parameter& Each : Parameters)
+	{
+		Text += " " + Each.Name + ":" + Each.Type;
+	}
+	return Text;
+}
+
 /** A letter and what belongs to it, for each request. */
 std::string Describe(const std::string& Text)
 {
@@ -55,6 +65,18 @@ std::string Describe(const std::string& Text)
 		case PlainRequest::Kind::ReadBehaviorTree:
 			Result += "RT " + Request.Path;
 			break;
+		case PlainRequest::Kind::AddVariable:
+			Result += "AV " + Request.Path + " " + Request.Member + " " + Request.OldText + " [" + Request.Text + "]" +
+					  (Request.bReplicated ? " replicated" : "");
+			break;
+		case PlainRequest::Kind::AddFunction:
+			Result += "AF " + Request.Path + " " + Request.Member + ListParameters(Request.Inputs) + " ->" +
+					  ListParameters(Request.Outputs);
+			break;
+		case PlainRequest::Kind::AddPrintNode:
+		case PlainRequest::Kind::PlacePrintNode:
+			Result += "AP " + Request.Path + " " + Request.Member + " [" + Request.Text + "]";
+			break;
 		case PlainRequest::Kind::Finish:
 			Result += "F";
 			break;
@@ -94,6 +116,14 @@ TEST(PlainRequestTest, UnderstandsShortRequests)
 		{ "find save in all files", "? [save]" },
 		{ "run python: show = 1 # of blueprint BP_Gate", "P [show = 1 # of blueprint BP_Gate]" },
 		{ "read behaviour tree BT_Gate", "RT BT_Gate" },
+		{ "add an int variable Health to BP_Gate with value 100", "AV BP_Gate Health int [100]" },
+		{ "Please add a replicated variable called Names of type string[] to the blueprint BP_Gate.",
+			"AV BP_Gate Names string[] [] replicated" },
+		{ "add variable Health to BP_Gate", "" },
+		{ "add function Heal to blueprint BP_Gate", "AF BP_Gate Heal ->" },
+		{ "add a function Heal with inputs Amount int, Who: actor and output Done bool to BP_Gate",
+			"AF BP_Gate Heal Amount:int Who:actor -> Done:bool" },
+		{ "add a print node to function Heal of BP_Gate saying \"Up and well\"", "AP BP_Gate Heal [Up and well]" },
 		{ "create Docs/A.md with \"# One\\n\\ttwo \\\"three\\\"\"", "C Docs/A.md [# One\n\ttwo \"three\"]" },
 		{ "please create a file Docs/A.md", "C Docs/A.md []" },
 		{ "replace foo with bar in A.h", "X A.h [foo] [bar]" },

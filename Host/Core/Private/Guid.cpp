@@ -2,9 +2,20 @@
 
 #include <random>
 
+namespace Guids
+{
+std::mt19937 MakeSeeded()
+{
+	std::random_device Device;
+	std::seed_seq Seed{ Device(), Device(), Device(), Device(), Device(), Device(), Device(), Device() };
+	return std::mt19937(Seed);
+}
+}
+
 FGuid FGuid::NewGuid()
 {
-	static std::random_device Random;
+	// The device only seeds: each node and pin has a Guid, and the device is slow.
+	static thread_local std::mt19937 Random = Guids::MakeSeeded();
 	FGuid Guid(Random(), Random(), Random(), Random());
 	// Version 4, variant 1 of RFC 4122: never all zero.
 	Guid.B = (Guid.B & 0xFFFF0FFFu) | 0x00004000u;

@@ -3,7 +3,7 @@
 #include "Containers/Map.h"
 #include "Containers/StringConv.h"
 
-#include <deque>
+#include <atomic>
 #include <mutex>
 #include <string>
 #include <unordered_map>
@@ -40,14 +40,18 @@ public:
 		return true;
 	}
 
-	FStringView GetText(uint32 Display)
+	/** Takes no lock: names turn into text all the time, and an entry never changes once its number is known. */
+	FStringView GetText(uint32 Display) const
 	{
-		const std::lock_guard Lock(Mutex);
-		const std::u16string& Text = Entries[Display];
-		return FStringView(Text.data(), static_cast<int32>(Text.size()));
+		const FEntry& Entry = Blocks[Display / EntriesPerBlock].load(std::memory_order_acquire)[Display % EntriesPerBlock];
+		return FStringView(Entry.data(), static_cast<int32>(Entry.size()));
 	}
 
 private:
+	using FEntry = std::u16string;
+	static constexpr uint32 EntriesPerBlock = 1024;
+	static constexpr uint32 MaxBlocks = 16 * 1024; // sixteen million names
+
 	FNameTable()
 	{
 		Intern(u"None");
@@ -56,16 +60,28 @@ private:
 
 	uint32 Intern(const std::u16string& Spelling)
 	{
-		const auto [Known, bNew] = BySpelling.emplace(Spelling, static_cast<uint32>(Entries.size()));
+		const auto [Known, bNew] = BySpelling.emplace(Spelling, NumEntries);
 		if (bNew)
 		{
-			Entries.push_back(Spelling);
+			GetBlock(NumEntries / EntriesPerBlock)[NumEntries % EntriesPerBlock] = Spelling;
+			++NumEntries;
 		}
 		return Known->second;
 	}
 
+	FEntry* GetBlock(uint32 Block)
+	{
+		checkf(Block < MaxBlocks, TEXT("There are more than %u names"), MaxBlocks * EntriesPerBlock);
+		if (!Blocks[Block].load(std::memory_order_relaxed))
+		{
+			Blocks[Block].store(new FEntry[EntriesPerBlock], std::memory_order_release);
+		}
+		return Blocks[Block].load(std::memory_order_relaxed);
+	}
+
 	std::mutex Mutex;
-	std::deque<std::u16string> Entries; // a deque: texts keep their place
+	std::atomic<FEntry*> Blocks[MaxBlocks] = {}; // entries keep their place
+	uint32 NumEntries = 0;
 	std::unordered_map<std::u16string, uint32> BySpelling;
 	std::unordered_map<std::u16string, uint32> ByFolded;
 };

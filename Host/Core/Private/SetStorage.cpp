@@ -7,9 +7,9 @@ FSetStorage::~FSetStorage()
 
 int32 FSetStorage::AddSlot(uint32 Hash, const FSetSlotLayout& Layout)
 {
-	if (Num() + 1 > NumBuckets)
+	if (Num() + 1 > (Buckets ? NumBuckets : MostInOneChain))
 	{
-		Rehash(NumBuckets == 0 ? 8 : NumBuckets * 2, Layout);
+		Rehash(Buckets ? NumBuckets * 2 : MostInOneChain * 2, Layout);
 	}
 	int32 Index = FirstFree;
 	if (Index != INDEX_NONE)
@@ -22,7 +22,7 @@ int32 FSetStorage::AddSlot(uint32 Hash, const FSetSlotLayout& Layout)
 		Reserve(NumSlots + 1, Layout);
 		Index = NumSlots++;
 	}
-	int32& Bucket = Buckets[Hash & (NumBuckets - 1)];
+	int32& Bucket = BucketOf(Hash);
 	Link(Index, Layout) = { Bucket, Hash, true };
 	Bucket = Index;
 	return Index;
@@ -31,7 +31,7 @@ int32 FSetStorage::AddSlot(uint32 Hash, const FSetSlotLayout& Layout)
 void FSetStorage::RemoveSlot(int32 Index, const FSetSlotLayout& Layout)
 {
 	FSetLink& Removed = Link(Index, Layout);
-	int32* At = &Buckets[Removed.Hash & (NumBuckets - 1)];
+	int32* At = &BucketOf(Removed.Hash);
 	while (*At != Index)
 	{
 		At = &Link(*At, Layout).Next;
@@ -61,7 +61,7 @@ void FSetStorage::Clear()
 	Slots = nullptr;
 	Buckets = nullptr;
 	NumSlots = MaxSlots = NumBuckets = NumFree = 0;
-	FirstFree = INDEX_NONE;
+	FirstFree = OnlyBucket = INDEX_NONE;
 }
 
 void FSetStorage::StealFrom(FSetStorage& Other)
@@ -69,6 +69,7 @@ void FSetStorage::StealFrom(FSetStorage& Other)
 	Clear();
 	Slots = Other.Slots;
 	Buckets = Other.Buckets;
+	OnlyBucket = Other.OnlyBucket;
 	NumSlots = Other.NumSlots;
 	MaxSlots = Other.MaxSlots;
 	NumBuckets = Other.NumBuckets;

@@ -1,5 +1,6 @@
 #include "Containers/StringView.h"
 
+#include "HAL/UnrealMemory.h"
 #include "Templates/TypeHash.h"
 
 #include <algorithm>
@@ -101,13 +102,54 @@ bool FStringView::FindLastChar(TCHAR C, int32& OutIndex) const
 	return false;
 }
 
+namespace StringView
+{
+constexpr int32 UnitsPerWord = sizeof(uint64) / sizeof(TCHAR);
+
+/** The same bits in each of the four units of a word. */
+constexpr uint64 InEachUnit(uint64 Bits)
+{
+	return Bits * 0x0001000100010001ull;
+}
+
+/** FChar::ToLower for four units at once. A unit's top bit is free to take the carry of its comparisons. */
+uint64 ToLower(uint64 Units)
+{
+	const uint64 TopBits = InEachUnit(0x8000);
+	const uint64 Low = Units & ~TopBits;
+	const uint64 FromA = Low + InEachUnit(0x8000 - u'A');
+	const uint64 PastZ = Low + InEachUnit(0x8000 - u'Z' - 1);
+	const uint64 IsUpper = FromA & ~PastZ & ~Units & TopBits;
+	constexpr int32 FromTopBitTo32 = 10;
+	return Units | (IsUpper >> FromTopBitTo32);
+}
+
+/** Both halves of the product: in the lower one alone, a word's last unit never gets to the bits that pick a bucket. */
+uint64 Mix(uint64 Hash, uint64 Units)
+{
+	constexpr uint64 GoldenRatio = 0x9e3779b97f4a7c15ull;
+	const unsigned __int128 Product = static_cast<unsigned __int128>(Hash ^ ToLower(Units)) * GoldenRatio;
+	return static_cast<uint64>(Product) ^ static_cast<uint64>(Product >> 64);
+}
+}
+
 uint32 GetTypeHash(FStringView View)
 {
-	// FNV-1a, 32 bits: http://www.isthe.com/chongo/tech/comp/fnv/
-	uint32 Hash = 2166136261u;
-	for (const TCHAR C : View)
+	uint64 Hash = static_cast<uint64>(View.Len()) + 1;
+	const TCHAR* Place = View.begin();
+	int32 NumLeft = View.Len();
+	for (; NumLeft >= StringView::UnitsPerWord; NumLeft -= StringView::UnitsPerWord)
 	{
-		Hash = (Hash ^ FChar::ToLower(C)) * 16777619u;
+		uint64 Units;
+		FMemory::Memcpy(&Units, Place, sizeof(Units));
+		Hash = StringView::Mix(Hash, Units);
+		Place += StringView::UnitsPerWord;
 	}
-	return Hash;
+	if (NumLeft > 0)
+	{
+		uint64 Units = 0;
+		FMemory::Memcpy(&Units, Place, static_cast<SIZE_T>(NumLeft) * sizeof(TCHAR));
+		Hash = StringView::Mix(Hash, Units);
+	}
+	return static_cast<uint32>(Hash);
 }

@@ -37,11 +37,6 @@ FString::FString(const FString& Other, int32 ExtraSlack)
 	Append(FStringView(Other));
 }
 
-FString& FString::AppendChar(TCHAR C)
-{
-	return Append(FStringView(&C, 1));
-}
-
 FString& FString::Append(FStringView View)
 {
 	if (View.IsEmpty())
@@ -54,8 +49,8 @@ FString& FString::Append(FStringView View)
 	const int32 OwnOffset = bOwnText ? static_cast<int32>(View.GetData() - Data.GetData()) : 0;
 	Data.AddUninitialized(OldLen + View.Len() + 1 - Data.Num());
 	const TCHAR* Source = bOwnText ? Data.GetData() + OwnOffset : View.GetData();
-	std::copy_n(Source, View.Len(), Data.GetData() + OldLen);
-	Data[OldLen + View.Len()] = 0;
+	TCHAR* const End = std::copy_n(Source, View.Len(), Data.GetData() + OldLen);
+	*End = 0;
 	return *this;
 }
 

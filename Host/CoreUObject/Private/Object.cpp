@@ -7,6 +7,7 @@
 #include "UObject/Class.h"
 #include "UObject/ObjectSaveContext.h"
 #include "UObject/Package.h"
+#include "UObject/UObjectHash.h"
 #include "UObject/UnrealType.h"
 
 FCoreUObjectDelegates::FOnObjectPropertyChanged FCoreUObjectDelegates::OnObjectPropertyChanged;
@@ -162,6 +163,17 @@ UObject* UObject::GetDefaultSubobjectByName(FName ToFind)
 {
 	UObject* const Found = FObjectTable::Get().Find(this, ToFind);
 	return Found && Found->IsDefaultSubobject() ? Found : nullptr;
+}
+
+void UObject::GetArchetypeInstances(TArray<UObject*>& Instances)
+{
+	Instances.Empty();
+	if (HasAnyFlags(RF_ClassDefaultObject))
+	{
+		constexpr bool bIncludeDerivedClasses = true;
+		GetObjectsOfClass(GetClass(), Instances, bIncludeDerivedClasses, RF_NoFlags);
+		Instances.Remove(this);
+	}
 }
 
 UObject* UObject::GetArchetype() const

@@ -156,13 +156,20 @@ void GetObjectsWithOuter(
 void GetObjectsOfClass(const UClass* ClassToLookFor, TArray<UObject*>& OutResults, bool bIncludeDerivedClasses,
 	EObjectFlags ExclusionFlags)
 {
-	for (const FObjectTable::FEntry& Entry : FObjectTable::Get().GetEntries())
-	{
-		if (Entry.Object && !Entry.bGarbage && !Entry.Object->HasAnyFlags(ExclusionFlags) &&
-			ObjectHash::IsOfClass(Entry.Object, ClassToLookFor, !bIncludeDerivedClasses))
+	const auto AddUnlessExcluded = [&OutResults, ExclusionFlags](const FObjectTable::FEntry& Entry) {
+		if (Entry.Object && !Entry.bGarbage && !Entry.Object->HasAnyFlags(ExclusionFlags))
 		{
 			OutResults.Add(Entry.Object);
 		}
+	};
+	if (ClassToLookFor)
+	{
+		FObjectTable::Get().ForEachOfClass(ClassToLookFor, bIncludeDerivedClasses, AddUnlessExcluded);
+		return;
+	}
+	for (const FObjectTable::FEntry& Entry : FObjectTable::Get().GetEntries())
+	{
+		AddUnlessExcluded(Entry);
 	}
 }
 

@@ -1,6 +1,7 @@
 #include "ObjectTable.h"
 
 #include "Misc/AssertionMacros.h"
+#include "UObject/Class.h"
 
 FObjectTable& FObjectTable::Get()
 {
@@ -29,12 +30,14 @@ void FObjectTable::Register(UObjectBase& Base)
 	Entry = FEntry();
 	Entry.Object = Object;
 	Entry.SerialNumber = ++LastSerialNumber;
+	LinkClass(Base.InternalIndex);
 	LinkEntry(Base.InternalIndex);
 }
 
 void FObjectTable::Unregister(UObjectBase& Base)
 {
 	UnlinkEntry(Base.InternalIndex);
+	UnlinkClass(Base.InternalIndex);
 	FEntry& Entry = Entries[Base.InternalIndex];
 	for (int32 Child = Entry.FirstChild; Child != INDEX_NONE;)
 	{
@@ -50,7 +53,12 @@ void FObjectTable::Unregister(UObjectBase& Base)
 void FObjectTable::SetIdentity(UObject& Object, UClass* Class, UObject* Outer, FName Name)
 {
 	UObjectBase& Base = Object;
-	Base.ClassPrivate = Class;
+	if (Base.ClassPrivate != Class)
+	{
+		UnlinkClass(Base.InternalIndex);
+		Base.ClassPrivate = Class;
+		LinkClass(Base.InternalIndex);
+	}
 	if (Base.OuterPrivate == Outer && Base.NamePrivate == Name)
 	{
 		Base.NamePrivate = Name; // letter case may differ
@@ -103,6 +111,28 @@ UObject* FObjectTable::Find(const UObject* Outer, FName Name) const
 	return nullptr;
 }
 
+void FObjectTable::ForEachOfClass(
+	const UClass* Class, bool bIncludeDerived, TFunctionRef<void(const FEntry&)> Function) const
+{
+	TArray<int32> Indices;
+	for (const auto& Pair : ObjectsByClass)
+	{
+		if (Pair.Key != Class && !(bIncludeDerived && Pair.Key && Pair.Key->IsChildOf(Class)))
+		{
+			continue;
+		}
+		for (int32 Index = Pair.Value.First; Index != INDEX_NONE; Index = Entries[Index].SameClass.Next)
+		{
+			Indices.Add(Index);
+		}
+	}
+	Indices.Sort();
+	for (const int32 Index : Indices)
+	{
+		Function(Entries[Index]);
+	}
+}
+
 TArray<UObject*> FObjectTable::GetChildren(const UObjectBase& Outer) const
 {
 	TArray<UObject*> Children;
@@ -132,6 +162,22 @@ void FObjectTable::Remove(FList& List, FLink FEntry::*Link, int32 Index)
 	(Neighbours.Previous == INDEX_NONE ? List.First : (Entries[Neighbours.Previous].*Link).Next) = Neighbours.Next;
 	(Neighbours.Next == INDEX_NONE ? List.Last : (Entries[Neighbours.Next].*Link).Previous) = Neighbours.Previous;
 	(Entries[Index].*Link) = FLink();
+}
+
+void FObjectTable::LinkClass(int32 Index)
+{
+	Append(ObjectsByClass.FindOrAdd(Entries[Index].Object->GetClass()), &FEntry::SameClass, Index);
+}
+
+void FObjectTable::UnlinkClass(int32 Index)
+{
+	const UClass* const Class = Entries[Index].Object->GetClass();
+	FList& SameClass = ObjectsByClass.FindChecked(Class);
+	Remove(SameClass, &FEntry::SameClass, Index);
+	if (SameClass.First == INDEX_NONE)
+	{
+		ObjectsByClass.Remove(Class); // the class may be gone before another is made in its place
+	}
 }
 
 void FObjectTable::LinkEntry(int32 Index)

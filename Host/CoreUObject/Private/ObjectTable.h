@@ -31,6 +31,7 @@ public:
 		FLink Siblings; // objects of the same outer, in the order in which they came there
 		FLink SameName;
 		FLink SamePlace; // objects whose outer and name have a hash in common
+		FLink SameClass;
 		uint32 PlaceHash = 0;
 	};
 
@@ -65,6 +66,8 @@ public:
 	/** The objects of a name, in whichever outer, the oldest first. */
 	TArray<UObject*> FindByName(FName Name) const;
 	UObject* Find(const UObject* Outer, FName Name) const;
+	/** Calls the function for each object of the class, and of its children if told so, the lowest index first. */
+	void ForEachOfClass(const UClass* Class, bool bIncludeDerived, TFunctionRef<void(const FEntry&)> Function) const;
 	/** The objects directly in Outer, in the order in which they came there. */
 	TArray<UObject*> GetChildren(const UObjectBase& Outer) const;
 
@@ -79,7 +82,9 @@ private:
 	static uint32 HashPlace(const UObject* Outer, FName Name);
 	void Append(FList& List, FLink FEntry::*Link, int32 Index);
 	void Remove(FList& List, FLink FEntry::*Link, int32 Index);
-	/** Enters an object into the lists, or takes it out of them. */
+	void LinkClass(int32 Index);
+	void UnlinkClass(int32 Index);
+	/** Enters an object into the lists of its name and outer, or takes it out of them. */
 	void LinkEntry(int32 Index);
 	void UnlinkEntry(int32 Index);
 	void GrowPlaces();
@@ -88,6 +93,7 @@ private:
 	TArray<int32> FreeIndices;
 	int32 LastSerialNumber = 0;
 	TMap<FName, FList> ObjectsByName;
+	TMap<const UClass*, FList> ObjectsByClass; // those of exactly the class
 	TArray<FList> Places; // by hash of outer and name; a power of two
 	TMap<const void*, FIdentity> Prepared;
 };

@@ -2,23 +2,15 @@
 
 #include "ObjectTable.h"
 #include "UObject/Package.h"
+#include "UObject/UObjectHash.h"
 #include "UObject/UnrealType.h"
 
 namespace ReplacedClass
 {
-/** A copy of the list: the entries move when objects are made. */
 TArray<UObject*> FindObjects(const UClass& Class, bool bWithDefaultObject)
 {
 	TArray<UObject*> Objects;
-	for (const FObjectTable::FEntry& Entry : FObjectTable::Get().GetEntries())
-	{
-		UObject* const Object = Entry.Object;
-		if (Object && !Entry.bGarbage && Object->GetClass() == &Class &&
-			(bWithDefaultObject || !Object->HasAnyFlags(RF_ClassDefaultObject)))
-		{
-			Objects.Add(Object);
-		}
-	}
+	GetObjectsOfClass(&Class, Objects, false, bWithDefaultObject ? RF_NoFlags : RF_ClassDefaultObject);
 	return Objects;
 }
 

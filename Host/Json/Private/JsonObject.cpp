@@ -7,9 +7,9 @@ TSharedPtr<FJsonValue> FJsonObject::TryGetField(FStringView FieldName) const
 	return Values.FindRef(FString(FieldName));
 }
 
-void FJsonObject::SetField(const FString& FieldName, const TSharedPtr<FJsonValue>& Value)
+void FJsonObject::SetField(FString FieldName, TSharedPtr<FJsonValue> Value)
 {
-	Values.Add(FieldName, Value);
+	Values.Add(MoveTemp(FieldName), MoveTemp(Value));
 }
 
 void FJsonObject::RemoveField(FStringView FieldName)
@@ -76,34 +76,34 @@ const TSharedPtr<FJsonObject>& FJsonObject::GetObjectField(FStringView FieldName
 	return Field ? Field->AsObject() : (GetRequired(FieldName), Empty);
 }
 
-void FJsonObject::SetStringField(const FString& FieldName, const FString& Value)
+void FJsonObject::SetStringField(FString FieldName, FString Value)
 {
-	SetField(FieldName, MakeShared<FJsonValueString>(Value));
+	SetField(MoveTemp(FieldName), MakeShared<FJsonValueString>(MoveTemp(Value)));
 }
 
-void FJsonObject::SetNumberField(const FString& FieldName, double Number)
+void FJsonObject::SetNumberField(FString FieldName, double Number)
 {
-	SetField(FieldName, MakeShared<FJsonValueNumber>(Number));
+	SetField(MoveTemp(FieldName), MakeShared<FJsonValueNumber>(Number));
 }
 
-void FJsonObject::SetBoolField(const FString& FieldName, bool bInValue)
+void FJsonObject::SetBoolField(FString FieldName, bool bInValue)
 {
-	SetField(FieldName, MakeShared<FJsonValueBoolean>(bInValue));
+	SetField(MoveTemp(FieldName), MakeShared<FJsonValueBoolean>(bInValue));
 }
 
-void FJsonObject::SetArrayField(const FString& FieldName, const TArray<TSharedPtr<FJsonValue>>& Array)
+void FJsonObject::SetArrayField(FString FieldName, TArray<TSharedPtr<FJsonValue>> Array)
 {
-	SetField(FieldName, MakeShared<FJsonValueArray>(Array));
+	SetField(MoveTemp(FieldName), MakeShared<FJsonValueArray>(MoveTemp(Array)));
 }
 
-void FJsonObject::SetObjectField(const FString& FieldName, const TSharedPtr<FJsonObject>& JsonObject)
+void FJsonObject::SetObjectField(FString FieldName, TSharedPtr<FJsonObject> JsonObject)
 {
 	if (!JsonObject)
 	{
-		SetField(FieldName, MakeShared<FJsonValueNull>());
+		SetField(MoveTemp(FieldName), MakeShared<FJsonValueNull>());
 		return;
 	}
-	SetField(FieldName, MakeShared<FJsonValueObject>(JsonObject));
+	SetField(MoveTemp(FieldName), MakeShared<FJsonValueObject>(MoveTemp(JsonObject)));
 }
 
 TSharedRef<FJsonValue> FJsonObject::GetRequired(FStringView FieldName) const

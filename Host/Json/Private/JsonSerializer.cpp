@@ -84,7 +84,7 @@ private:
 		}
 		else if (Open.Last().Object)
 		{
-			Open.Last().Object->SetField(Open.Last().Key, Value);
+			Open.Last().Object->SetField(MoveTemp(Open.Last().Key), MoveTemp(Value));
 		}
 		else
 		{
@@ -150,50 +150,83 @@ bool FJsonSerializer::Deserialize(
 	return true;
 }
 
+namespace JsonSerializer
+{
+/** Writes values that hold values. */
+class FTreeWriter
+{
+public:
+	explicit FTreeWriter(FJsonTextWriter& InWriter)
+		: Writer(InWriter)
+	{
+	}
+
+	void WriteObject(const FJsonObject& Object)
+	{
+		Writer.WriteObjectStart();
+		for (const auto& Pair : Object.Values)
+		{
+			Writer.WriteIdentifierPrefix(Pair.Key);
+			WriteValue(Pair.Value.Get());
+		}
+		Writer.WriteObjectEnd();
+	}
+
+	void WriteArray(const TArray<TSharedPtr<FJsonValue>>& Array)
+	{
+		Writer.WriteArrayStart();
+		for (const TSharedPtr<FJsonValue>& Value : Array)
+		{
+			WriteValue(Value.Get());
+		}
+		Writer.WriteArrayEnd();
+	}
+
+	/** Null writes null. */
+	void WriteValue(const FJsonValue* Value)
+	{
+		switch (Value ? Value->Type : EJson::Null)
+		{
+		case EJson::String:
+			Value->TryGetString(Text);
+			Writer.WriteValue(Text);
+			break;
+		case EJson::Number:
+			Writer.WriteValue(Value->AsNumber());
+			break;
+		case EJson::Boolean:
+			Writer.WriteValue(Value->AsBool());
+			break;
+		case EJson::Array:
+			WriteArray(Value->AsArray());
+			break;
+		case EJson::Object:
+			WriteObject(*Value->AsObject());
+			break;
+		case EJson::None:
+		case EJson::Null:
+			Writer.WriteNull();
+			break;
+		}
+	}
+
+private:
+	FJsonTextWriter& Writer;
+	FString Text; // of the value that is written: one block of memory does for all of them
+};
+}
+
 void FJsonSerializer::WriteObject(const FJsonObject& Object, FJsonTextWriter& Writer)
 {
-	Writer.WriteObjectStart();
-	for (const auto& Pair : Object.Values)
-	{
-		Writer.WriteIdentifierPrefix(Pair.Key);
-		WriteValue(Pair.Value, Writer);
-	}
-	Writer.WriteObjectEnd();
+	JsonSerializer::FTreeWriter(Writer).WriteObject(Object);
 }
 
 void FJsonSerializer::WriteArray(const TArray<TSharedPtr<FJsonValue>>& Array, FJsonTextWriter& Writer)
 {
-	Writer.WriteArrayStart();
-	for (const TSharedPtr<FJsonValue>& Value : Array)
-	{
-		WriteValue(Value, Writer);
-	}
-	Writer.WriteArrayEnd();
+	JsonSerializer::FTreeWriter(Writer).WriteArray(Array);
 }
 
 void FJsonSerializer::WriteValue(const TSharedPtr<FJsonValue>& Value, FJsonTextWriter& Writer)
 {
-	const EJson Type = Value ? Value->Type : EJson::Null;
-	switch (Type)
-	{
-	case EJson::String:
-		Writer.WriteValue(Value->AsString());
-		break;
-	case EJson::Number:
-		Writer.WriteValue(Value->AsNumber());
-		break;
-	case EJson::Boolean:
-		Writer.WriteValue(Value->AsBool());
-		break;
-	case EJson::Array:
-		WriteArray(Value->AsArray(), Writer);
-		break;
-	case EJson::Object:
-		WriteObject(*Value->AsObject(), Writer);
-		break;
-	case EJson::None:
-	case EJson::Null:
-		Writer.WriteNull();
-		break;
-	}
+	JsonSerializer::FTreeWriter(Writer).WriteValue(Value.Get());
 }

@@ -1,5 +1,7 @@
 #include "Serialization/JsonWriter.h"
 
+#include <algorithm>
+
 FJsonTextWriter::FJsonTextWriter(FString* InOut, bool bInPretty, int32 InitialIndent)
 	: Out(InOut)
 	, bPretty(bInPretty)
@@ -13,7 +15,7 @@ void FJsonTextWriter::CommaIfNeeded()
 						Previous == EToken::Identifier || Previous == EToken::Comma;
 	if (!bFirst)
 	{
-		Text.AppendChar(u',');
+		Put(u',');
 	}
 }
 
@@ -21,10 +23,10 @@ void FJsonTextWriter::NewLine()
 {
 	if (bPretty)
 	{
-		Text += LINE_TERMINATOR;
+		Put(LINE_TERMINATOR);
 		for (int32 Level = 0; Level < Indent; ++Level)
 		{
-			Text.AppendChar(u'\t');
+			Put(u'\t');
 		}
 	}
 }
@@ -35,7 +37,7 @@ void FJsonTextWriter::WriteIdentifierPrefix(const FString& Identifier)
 	CommaIfNeeded();
 	NewLine();
 	WriteQuoted(Identifier);
-	Text.AppendChar(u':');
+	Put(u':');
 	Previous = EToken::Identifier;
 }
 
@@ -46,7 +48,7 @@ void FJsonTextWriter::BeforeValue(bool bShort)
 	{
 		if (bPretty)
 		{
-			Text.AppendChar(u' ');
+			Put(u' ');
 		}
 		return;
 	}
@@ -58,7 +60,7 @@ void FJsonTextWriter::BeforeValue(bool bShort)
 	const bool bSameLine = bShort && (Previous == EToken::SquareOpen || Previous == EToken::ShortValue);
 	if (bSameLine)
 	{
-		Text.AppendChar(u' ');
+		Put(u' ');
 		return;
 	}
 	NewLine();
@@ -77,7 +79,7 @@ void FJsonTextWriter::BeforeContainer(bool bObject)
 	{
 		if (bPretty)
 		{
-			Text.AppendChar(u' ');
+			Put(u' ');
 		}
 		return;
 	}
@@ -91,7 +93,7 @@ void FJsonTextWriter::BeforeContainer(bool bObject)
 void FJsonTextWriter::Open(TCHAR Bracket, EToken Token, bool bObject)
 {
 	BeforeContainer(bObject);
-	Text.AppendChar(Bracket);
+	Put(Bracket);
 	++Indent;
 	Scopes.Add(bObject);
 	Previous = Token;
@@ -106,14 +108,14 @@ void FJsonTextWriter::CloseScope(TCHAR Bracket, EToken Token, bool bObject)
 	{
 		if (bPretty)
 		{
-			Text.AppendChar(u' ');
+			Put(u' ');
 		}
 	}
 	else if (bObject || Previous != EToken::SquareOpen)
 	{
 		NewLine();
 	}
-	Text.AppendChar(Bracket);
+	Put(Bracket);
 	Previous = Token;
 }
 
@@ -152,7 +154,7 @@ void FJsonTextWriter::WriteArrayEnd()
 void FJsonTextWriter::WriteShort(const FString& ShortText)
 {
 	BeforeValue(true);
-	Text += ShortText;
+	Put(ShortText);
 	Previous = EToken::ShortValue;
 }
 
@@ -189,54 +191,108 @@ void FJsonTextWriter::WriteNull()
 	WriteShort(TEXT("null"));
 }
 
+namespace JsonWriter
+{
+bool NeedsEscape(TCHAR C)
+{
+	return C < 0x20 || C == u'"' || C == u'\\';
+}
+
+/**
+ * Copies a text and tells whether it is right as it is. The loop ends at the end alone, so that the compiler works on
+ * many units at once.
+ */
+bool CopyPlain(TCHAR* __restrict Destination, const TCHAR* __restrict Source, int32 Num)
+{
+	bool bPlain = true;
+	for (int32 Index = 0; Index < Num; ++Index)
+	{
+		Destination[Index] = Source[Index];
+		bPlain &= !NeedsEscape(Source[Index]);
+	}
+	return bPlain;
+}
+}
+
 void FJsonTextWriter::WriteQuoted(const FString& Value)
 {
-	Text.AppendChar(u'"');
+	Put(u'"');
+	const int32 Start = Text.Num();
+	if (!JsonWriter::CopyPlain(MakeRoom(Value.Len()), *Value, Value.Len()))
+	{
+		Text.SetNum(Start);
+		PutEscaped(Value);
+	}
+	Put(u'"');
+}
+
+TCHAR* FJsonTextWriter::MakeRoom(int32 NumUnits)
+{
+	if (Text.Num() + NumUnits > Text.Max())
+	{
+		// Twofold, not by half as an array does: with documents of megabytes, copying them is what costs.
+		Text.Reserve(Text.Max() * 2 + NumUnits);
+	}
+	return Text.GetData() + Text.AddUninitialized(NumUnits);
+}
+
+void FJsonTextWriter::Put(FStringView Units)
+{
+	std::copy_n(Units.GetData(), Units.Len(), MakeRoom(Units.Len()));
+}
+
+void FJsonTextWriter::PutEscaped(FStringView Value)
+{
 	int32 PlainStart = 0;
-	const auto FlushPlain = [&](int32 End) { Text.Append(FStringView(Value).Mid(PlainStart, End - PlainStart)); };
 	for (int32 Index = 0; Index < Value.Len(); ++Index)
 	{
-		const TCHAR C = Value[Index];
-		if (C >= 0x20 && C != u'"' && C != u'\\')
+		if (JsonWriter::NeedsEscape(Value[Index]))
 		{
-			continue;
-		}
-		FlushPlain(Index);
-		PlainStart = Index + 1;
-		switch (C)
-		{
-		case u'"':
-			Text += TEXT("\\\"");
-			break;
-		case u'\\':
-			Text += TEXT("\\\\");
-			break;
-		case u'\n':
-			Text += TEXT("\\n");
-			break;
-		case u'\r':
-			Text += TEXT("\\r");
-			break;
-		case u'\t':
-			Text += TEXT("\\t");
-			break;
-		case u'\b':
-			Text += TEXT("\\b");
-			break;
-		case u'\f':
-			Text += TEXT("\\f");
-			break;
-		default:
-			Text.Appendf(TEXT("\\u%04x"), static_cast<uint32>(C));
-			break;
+			Put(Value.Mid(PlainStart, Index - PlainStart));
+			PutEscape(Value[Index]);
+			PlainStart = Index + 1;
 		}
 	}
-	FlushPlain(Value.Len());
-	Text.AppendChar(u'"');
+	Put(Value.Mid(PlainStart));
+}
+
+void FJsonTextWriter::PutEscape(TCHAR C)
+{
+	switch (C)
+	{
+	case u'"':
+		Put(TEXT("\\\""));
+		break;
+	case u'\\':
+		Put(TEXT("\\\\"));
+		break;
+	case u'\n':
+		Put(TEXT("\\n"));
+		break;
+	case u'\r':
+		Put(TEXT("\\r"));
+		break;
+	case u'\t':
+		Put(TEXT("\\t"));
+		break;
+	case u'\b':
+		Put(TEXT("\\b"));
+		break;
+	case u'\f':
+		Put(TEXT("\\f"));
+		break;
+	default:
+		Put(FString::Printf(TEXT("\\u%04x"), static_cast<uint32>(C)));
+		break;
+	}
 }
 
 bool FJsonTextWriter::Close()
 {
-	*Out = Text;
+	if (Text.Num() > 0) // else a second call would hand over nothing
+	{
+		Put(u'\0');
+		Out->GetCharArray() = MoveTemp(Text);
+	}
 	return Previous != EToken::None && Scopes.IsEmpty();
 }

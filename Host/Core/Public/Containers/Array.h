@@ -211,6 +211,11 @@ public:
 	void Append(const ElementType* Ptr, int32 Count)
 	{
 		const int32 At = AddUninitialized(Count);
+		if constexpr (std::is_trivially_copyable_v<ElementType>)
+		{
+			UE::Core::Private::Copy(Data + At, Ptr, static_cast<SIZE_T>(Count) * sizeof(ElementType));
+			return;
+		}
 		for (int32 Index = 0; Index < Count; ++Index)
 		{
 			::new (static_cast<void*>(Data + At + Index)) ElementType(Ptr[Index]);

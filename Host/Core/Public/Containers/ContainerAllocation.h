@@ -35,6 +35,15 @@ inline void Move(void* Destination, const void* Source, SIZE_T NumBytes)
 	}
 }
 
+/** The places must not overlap. */
+inline void Copy(void* Destination, const void* Source, SIZE_T NumBytes)
+{
+	if (NumBytes)
+	{
+		std::memcpy(Destination, Source, NumBytes);
+	}
+}
+
 inline void Zero(void* Destination, SIZE_T NumBytes)
 {
 	if (NumBytes)

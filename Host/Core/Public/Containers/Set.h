@@ -114,23 +114,15 @@ public:
 	template <typename ArgType>
 	FSetElementId Emplace(bool* bIsAlreadyInSet, ArgType&& Arg)
 	{
-		ElementType Element(std::forward<ArgType>(Arg));
-		const uint32 Hash = KeyFuncs::GetKeyHash(KeyFuncs::GetSetKey(Element));
-		const int32 Existing =
-			KeyFuncs::bAllowDuplicateKeys ? INDEX_NONE : FindIndex(Hash, KeyFuncs::GetSetKey(Element));
-		if (bIsAlreadyInSet)
+		if constexpr (std::is_same_v<ArgType, ElementType> && !KeyFuncs::bAllowDuplicateKeys)
 		{
-			*bIsAlreadyInSet = Existing != INDEX_NONE;
+			return AddTemporary(bIsAlreadyInSet, Arg);
 		}
-		if (Existing != INDEX_NONE)
+		else
 		{
-			At(Existing).~ElementType();
-			::new (Storage.GetData(Existing, Layout())) ElementType(MoveTemp(Element));
-			return FSetElementId::FromInteger(Existing);
+			ElementType Element(std::forward<ArgType>(Arg));
+			return AddTemporary(bIsAlreadyInSet, Element);
 		}
-		const int32 Index = Storage.AddSlot(Hash, Layout());
-		::new (Storage.GetData(Index, Layout())) ElementType(MoveTemp(Element));
-		return FSetElementId::FromInteger(Index);
 	}
 
 	template <typename RangeType>
@@ -270,6 +262,30 @@ private:
 	const ElementType& At(int32 Index) const
 	{
 		return *static_cast<const ElementType*>(Storage.GetData(Index, Layout()));
+	}
+
+	/** Adds an element that may be moved from. */
+	FSetElementId AddTemporary(bool* bIsAlreadyInSet, ElementType& Element)
+	{
+		const uint32 Hash = KeyFuncs::GetKeyHash(KeyFuncs::GetSetKey(Element));
+		const int32 Existing =
+			KeyFuncs::bAllowDuplicateKeys ? INDEX_NONE : FindIndex(Hash, KeyFuncs::GetSetKey(Element));
+		if (bIsAlreadyInSet)
+		{
+			*bIsAlreadyInSet = Existing != INDEX_NONE;
+		}
+		if (Existing != INDEX_NONE)
+		{
+			if (&At(Existing) != &Element)
+			{
+				At(Existing).~ElementType();
+				::new (Storage.GetData(Existing, Layout())) ElementType(MoveTemp(Element));
+			}
+			return FSetElementId::FromInteger(Existing);
+		}
+		const int32 Index = Storage.AddSlot(Hash, Layout());
+		::new (Storage.GetData(Index, Layout())) ElementType(MoveTemp(Element));
+		return FSetElementId::FromInteger(Index);
 	}
 
 	int32 FindIndex(uint32 Hash, const KeyType& Key) const

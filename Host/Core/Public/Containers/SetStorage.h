@@ -58,7 +58,7 @@ public:
 	}
 
 	/** First slot of the chain for a hash, INDEX_NONE when there is none. */
-	int32 FirstInChain(uint32 Hash) const { return NumBuckets == 0 ? INDEX_NONE : Buckets[Hash & (NumBuckets - 1)]; }
+	int32 FirstInChain(uint32 Hash) const { return Buckets ? Buckets[Hash & (NumBuckets - 1)] : OnlyBucket; }
 
 	/** Takes a slot (a freed one first) and links it under the hash. The caller constructs the value. */
 	int32 AddSlot(uint32 Hash, const FSetSlotLayout& Layout);
@@ -71,13 +71,18 @@ public:
 	void StealFrom(FSetStorage& Other);
 
 private:
+	/** Up to here one chain holds all: most maps are a handful of pairs, and comparing their hashes is cheap. */
+	static constexpr int32 MostInOneChain = 8;
+
+	int32& BucketOf(uint32 Hash) { return Buckets ? Buckets[Hash & (NumBuckets - 1)] : OnlyBucket; }
 	void Rehash(int32 NewNumBuckets, const FSetSlotLayout& Layout);
 
 	uint8* Slots = nullptr;
-	int32* Buckets = nullptr;
+	int32* Buckets = nullptr; // null while OnlyBucket does
+	int32 OnlyBucket = INDEX_NONE;
 	int32 NumSlots = 0;
 	int32 MaxSlots = 0;
-	int32 NumBuckets = 0; // a power of two, or 0
+	int32 NumBuckets = 0; // a power of two, or 0 with no Buckets
 	int32 FirstFree = INDEX_NONE;
 	int32 NumFree = 0;
 };

@@ -65,7 +65,14 @@ public:
 	void Reset(int32 NewReservedSize = 0) { Data.Reset(NewReservedSize ? NewReservedSize + 1 : 0); }
 	void Reserve(int32 CharacterCount) { Data.Reserve(CharacterCount + 1); }
 	void Shrink() { Data.Shrink(); }
-	FString& AppendChar(TCHAR C);
+	FString& AppendChar(TCHAR C)
+	{
+		const int32 Terminator = Data.Num() ? Data.Num() - 1 : 0;
+		Data.AddUninitialized(Data.Num() ? 1 : 2);
+		Data.GetData()[Terminator] = C;
+		Data.GetData()[Terminator + 1] = 0;
+		return *this;
+	}
 	FString& Append(FStringView View);
 	FString& Append(const TCHAR* Text, int32 Count) { return Append(FStringView(Text, Count)); }
 	FString& AppendChars(const TCHAR* Text, int32 Count) { return Append(FStringView(Text, Count)); }

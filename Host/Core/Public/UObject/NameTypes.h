@@ -8,6 +8,12 @@ enum EFindName
 	FNAME_Add,
 };
 
+enum class ENameCase : uint8
+{
+	CaseSensitive,
+	IgnoreCase,
+};
+
 enum EName
 {
 	NAME_None = 0,
@@ -70,7 +76,10 @@ public:
 		return Comparison != Other.Comparison ? Comparison < Other.Comparison : Number < Other.Number;
 	}
 	int32 Compare(const FName& Other) const;
-	bool IsEqual(const FName& Other) const { return *this == Other; }
+	bool IsEqual(const FName& Other, const ENameCase CompareMethod = ENameCase::IgnoreCase) const
+	{
+		return *this == Other && (CompareMethod == ENameCase::IgnoreCase || Display == Other.Display);
+	}
 
 	friend bool operator==(const FName& A, const FName& B)
 	{

@@ -159,6 +159,8 @@ public:
 	UObject* GetDefaultSubobjectByName(FName ToFind);
 	/** What the object took its defaults from: its class's default object, or for a part of it the same part there. */
 	UObject* GetArchetype() const;
+	/** For a class default object all others of the class and its children; for other objects none. */
+	void GetArchetypeInstances(TArray<UObject*>& Instances);
 
 	UFunction* FindFunction(FName InName) const;
 	UFunction* FindFunctionChecked(FName InName) const;

@@ -18,7 +18,8 @@ public:
 	}
 	/** Invalid when there is no such member. */
 	TSharedPtr<FJsonValue> TryGetField(FStringView FieldName) const;
-	void SetField(const FString& FieldName, const TSharedPtr<FJsonValue>& Value);
+	// Names and values come as copies: those that the caller has no more use for are moved here.
+	void SetField(FString FieldName, TSharedPtr<FJsonValue> Value);
 	void RemoveField(FStringView FieldName);
 
 	/** Numbers and booleans come as text; null, arrays and objects give false. */
@@ -44,12 +45,12 @@ public:
 	const TArray<TSharedPtr<FJsonValue>>& GetArrayField(FStringView FieldName) const;
 	const TSharedPtr<FJsonObject>& GetObjectField(FStringView FieldName) const;
 
-	void SetStringField(const FString& FieldName, const FString& Value);
-	void SetNumberField(const FString& FieldName, double Number);
-	void SetBoolField(const FString& FieldName, bool bInValue);
-	void SetArrayField(const FString& FieldName, const TArray<TSharedPtr<FJsonValue>>& Array);
+	void SetStringField(FString FieldName, FString Value);
+	void SetNumberField(FString FieldName, double Number);
+	void SetBoolField(FString FieldName, bool bInValue);
+	void SetArrayField(FString FieldName, TArray<TSharedPtr<FJsonValue>> Array);
 	/** Objects are shared, not copied; a null one is written as null. */
-	void SetObjectField(const FString& FieldName, const TSharedPtr<FJsonObject>& JsonObject);
+	void SetObjectField(FString FieldName, TSharedPtr<FJsonObject> JsonObject);
 
 private:
 	TSharedRef<FJsonValue> GetRequired(FStringView FieldName) const;

@@ -65,13 +65,19 @@ private:
 	void CloseScope(TCHAR Bracket, EToken Token, bool bObject);
 	void CommaIfNeeded();
 	void NewLine();
-	void WriteQuoted(const FString& Text);
-	void WriteShort(const FString& Text);
+	void WriteQuoted(const FString& Value);
+	void WriteShort(const FString& ShortText);
+	void PutEscaped(FStringView Value);
+	void PutEscape(TCHAR C);
+	void Put(TCHAR C) { *MakeRoom(1) = C; }
+	void Put(FStringView Units);
+	/** The place for that many units, which the caller writes. */
+	TCHAR* MakeRoom(int32 NumUnits);
 
 	FString* const Out;
 	const bool bPretty;
 	int32 Indent;
-	FString Text;
+	TArray<TCHAR> Text; // not terminated
 	TArray<bool> Scopes; // true for an object
 	EToken Previous = EToken::None;
 };

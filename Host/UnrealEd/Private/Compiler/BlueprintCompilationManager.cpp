@@ -121,7 +121,17 @@ void ApplyDefault(const FBPVariableDescription& Variable, UObject& Defaults, FCo
 	}
 }
 
-/** The default object: the parent's values, then the variables' first ones, then what was changed before. */
+bool HadVariable(const UClass& Replaced, const UObject& Defaults, FName Name)
+{
+	const FProperty* const Old = Replaced.FindPropertyByName(Name);
+	const FProperty* const New = Defaults.GetClass()->FindPropertyByName(Name);
+	return Old && New && New->SameType(Old);
+}
+
+/**
+ * The default object: the parent's values, then those of variables that are new or have another type, then what was
+ * changed before, as far as it can be read as the type.
+ */
 void MakeDefaults(FJob& Job)
 {
 	UClass* const Class = Job.Blueprint->GeneratedClass;
@@ -130,7 +140,7 @@ void MakeDefaults(FJob& Job)
 	const UObject* const Old = Job.Replaced ? Job.Replaced->GetDefaultObject(false) : nullptr;
 	for (const FBPVariableDescription& Variable : Job.Blueprint->NewVariables)
 	{
-		if (!Old || !Job.Replaced->FindPropertyByName(Variable.VarName))
+		if (!Old || !HadVariable(*Job.Replaced, *Defaults, Variable.VarName))
 		{
 			ApplyDefault(Variable, *Defaults, Job.Log);
 		}
@@ -264,13 +274,25 @@ void FBlueprintCompilationManager::Shutdown()
 TArray<UBlueprint*> FBlueprintCompilationManager::GetChildren(const UBlueprint& Blueprint)
 {
 	TArray<UBlueprint*> Children;
-	TMap<const UClass*, TArray<UBlueprint*>> ByParent;
+	TArray<UBlueprint*> Derived;
+	bool bHasChildren = false;
 	for (TObjectIterator<UBlueprint> It; It; ++It)
 	{
-		if (It->GeneratedClass && It->GeneratedClass->GetSuperClass() && It->ParentClass)
+		const UClass* const Parent = It->ParentClass;
+		if (Parent && !Parent->IsNative() && It->GeneratedClass && It->GeneratedClass->GetSuperClass())
 		{
-			ByParent.FindOrAdd(It->ParentClass.Get()).Add(*It);
+			Derived.Add(*It);
+			bHasChildren |= Parent == Blueprint.GeneratedClass;
 		}
+	}
+	if (!bHasChildren)
+	{
+		return Children; // as most are: each change of a Blueprint asks
+	}
+	TMap<const UClass*, TArray<UBlueprint*>> ByParent;
+	for (UBlueprint* const Each : Derived)
+	{
+		ByParent.FindOrAdd(Each->ParentClass.Get()).Add(Each);
 	}
 	TArray<const UClass*> Parents = { Blueprint.GeneratedClass.Get() };
 	for (int32 Index = 0; Index < Parents.Num(); ++Index)

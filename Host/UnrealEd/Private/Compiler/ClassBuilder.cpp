@@ -99,8 +99,7 @@ void FBlueprintClassBuilder::AddUberGraphFrame()
 	FStructProperty* const Frame = new FStructProperty(&Class, TEXT("UberGraphFrame"), RF_Public);
 	Frame->Struct = FPointerToUberGraphFrame::StaticStruct();
 	Frame->SetPropertyFlags(CPF_Transient | CPF_DuplicateTransient);
-	Names.Add(Frame->GetFName());
-	Class.AddCppProperty(Frame);
+	AddProperty(*Frame);
 }
 
 void FBlueprintClassBuilder::AddComponents()
@@ -133,8 +132,7 @@ void FBlueprintClassBuilder::AddComponents()
 		Property->SetPropertyClass(Node->ComponentClass);
 		Property->SetPropertyFlags(static_cast<EPropertyFlags>(ClassBuilder::ComponentFlags));
 		Property->SetMetaData(TEXT("Category"), TEXT("Default"));
-		Names.Add(Property->GetFName());
-		Class.AddCppProperty(Property);
+		AddProperty(*Property);
 	}
 }
 
@@ -178,8 +176,21 @@ void FBlueprintClassBuilder::AddVariable(const FBPVariableDescription& Variable)
 	{
 		Property->SetPropertyFlags(CPF_ExposeOnSpawn);
 	}
-	Names.Add(Variable.VarName);
-	Class.AddCppProperty(Property);
+	AddProperty(*Property);
+}
+
+void FBlueprintClassBuilder::AddProperty(FProperty& Property)
+{
+	Names.Add(Property.GetFName());
+	if (!LastProperty)
+	{
+		Class.AddCppProperty(&Property);
+	}
+	else
+	{
+		LastProperty->Next = &Property; // the class itself would walk along all that it has
+	}
+	LastProperty = &Property;
 }
 
 void FBlueprintClassBuilder::AddGraphFunctions()

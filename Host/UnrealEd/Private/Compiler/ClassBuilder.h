@@ -3,6 +3,7 @@
 #include "Engine/Blueprint.h"
 
 class FCompilerResultsLog;
+class FProperty;
 class UBlueprintGeneratedClass;
 class UK2Node_Event;
 class UK2Node_FunctionEntry;
@@ -29,6 +30,8 @@ private:
 	void AddComponents();
 	void AddVariables();
 	void AddVariable(const FBPVariableDescription& Variable);
+	/** Appends a property to the class, which owns it from now on. */
+	void AddProperty(FProperty& Property);
 	void AddGraphFunctions();
 	void AddGraphFunction(const UEdGraph& Graph);
 	void AddEventFunctions();
@@ -53,4 +56,5 @@ private:
 	const EBuiltClass Kind;
 	FCompilerResultsLog& Log;
 	TSet<FName> Names; // of the class's own members
+	FProperty* LastProperty = nullptr;
 };

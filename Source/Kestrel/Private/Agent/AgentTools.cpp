@@ -99,6 +99,7 @@ const FAgent::FTool* FAgent::FindTool(const FString& Name)
 		{ KestrelToolNames::GetFileSystemTree, &FAgent::UseGetFileSystemTool },
 		{ KestrelToolNames::CreateBlueprint, &FAgent::UseCreateBlueprintTool },
 		{ KestrelToolNames::ReadBlueprint, &FAgent::UseReadBlueprintTool },
+		{ KestrelToolNames::ModifyBlueprint, &FAgent::UseModifyBlueprintTool },
 		{ KestrelToolNames::ReadBehaviorTree, &FAgent::UseReadBehaviorTreeTool },
 		{ KestrelToolNames::SaveAndCompileBlueprints, &FAgent::UseSaveAndCompileAllDirtyBlueprintsTool },
 		{ KestrelToolNames::FindReference, &FAgent::UseFindReferenceInAllFilesTool },

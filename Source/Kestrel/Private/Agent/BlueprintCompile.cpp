@@ -1,4 +1,5 @@
 #include "Agent/BlueprintDocument.h"
+#include "Agent/BlueprintPackage.h"
 #include "Agent/JsonText.h"
 #include "Agent/KestrelBlueprintUtils.h"
 #include "AssetRegistry/AssetData.h"
@@ -10,12 +11,10 @@
 #include "Factories/BlueprintFactory.h"
 #include "IAssetTools.h"
 #include "Kismet2/KismetEditorUtilities.h"
-#include "Misc/FeedbackContext.h"
 #include "Misc/PackageName.h"
 #include "Misc/ScopedSlowTask.h"
 #include "Modules/ModuleManager.h"
 #include "UObject/Package.h"
-#include "UObject/SavePackage.h"
 #include "UObject/StrongObjectPtr.h"
 
 #define LOCTEXT_NAMESPACE "Kestrel"
@@ -64,21 +63,6 @@ UObject* CreateAsset(const FString& PackagePath, const FString& Name, UClass& Pa
 	return FModuleManager::LoadModuleChecked<FAssetToolsModule>("AssetTools")
 		.Get()
 		.CreateAsset(Name, PackagePath, UBlueprint::StaticClass(), Factory.Get());
-}
-
-bool SavePackageOf(UBlueprint& Blueprint)
-{
-	UPackage* Package = Blueprint.GetOutermost();
-	FString FileName;
-	if (!FPackageName::TryConvertLongPackageNameToFilename(
-			Package->GetName(), FileName, FPackageName::GetAssetPackageExtension()))
-	{
-		return false;
-	}
-	FSavePackageArgs Args;
-	Args.TopLevelFlags = RF_Public | RF_Standalone;
-	Args.Error = GWarn; // the default ends the process
-	return UPackage::Save(Package, &Blueprint, *FileName, Args).Result == ESavePackageResult::Success;
 }
 
 /** Puts the text of a result under the one or the other name. @return whether it is a success */
@@ -132,7 +116,7 @@ FString FKestrelBlueprintUtils::SaveBlueprint(UObject* Asset)
 		return BlueprintCompile::MakeResult(TEXT("Error"), BlueprintCompile::NoBlueprint);
 	}
 	const FString Name = Blueprint->GetName();
-	return BlueprintCompile::SavePackageOf(*Blueprint)
+	return KestrelBlueprintPackage::Save(*Blueprint, RF_Public | RF_Standalone)
 			   ? BlueprintCompile::MakeResult(
 					 TEXT("Success"), FString::Printf(TEXT("Blueprint '%s' saved successfully."), *Name))
 			   : BlueprintCompile::MakeResult(

@@ -185,8 +185,7 @@ FString FKestrelBlueprintUtils::ReadBlueprint(const FString& BlueprintName, FStr
 	const UBlueprint* Blueprint = GetBlueprintFromtBlueprintName(BlueprintName);
 	if (!Blueprint)
 	{
-		return SerializeJson(
-			KestrelBlueprintDocument::MakeError(FString::Printf(TEXT("Blueprint '%s' not found."), *BlueprintName)));
+		return SerializeJson(KestrelBlueprintDocument::MakeBlueprintNotFound(BlueprintName));
 	}
 	const UBlueprintGeneratedClass* Class = Cast<UBlueprintGeneratedClass>(Blueprint->GeneratedClass.Get());
 	if (!Class)

@@ -12,6 +12,7 @@ namespace KestrelJson
 FString ToCondensedText(const TSharedRef<FJsonObject>& Object);
 /** In the engine's layout for people, a tab a level. */
 FString ToPrettyText(const TArray<TSharedPtr<FJsonValue>>& Array);
-/** Invalid when the text is no JSON object. */
+FString ToPrettyText(const TSharedRef<FJsonObject>& Object);
+/** Invalid when the text is no JSON object, or one that is nested deeper than any document is. */
 TSharedPtr<FJsonObject> ParseObject(const FString& Text);
 }

@@ -3,11 +3,13 @@
 #include "CoreMinimal.h"
 
 class FJsonObject;
+class FJsonValue;
 class FProperty;
 class UBehaviorTree;
 class UBlueprint;
 class UClass;
 class UEdGraph;
+class UEdGraphNode;
 class UObject;
 struct FAssetData;
 struct FEdGraphPinType;
@@ -52,6 +54,43 @@ public:
 	static FString CompileBlueprint(UObject* Asset);
 	/** Loads every Blueprint of the project. Each is saved before it is compiled. */
 	static FString SaveAndCompileAllDirtyBlueprints();
+
+	// Changing. What is done is told in a list of messages, and what cannot be done does not stop the rest.
+
+	/**
+	 * Applies a document with "Variables" and "Functions", compiles and saves, all in one transaction that is named
+	 * after the conversation.
+	 *
+	 * @return "VariableModifications" and "FunctionModifications", and "Success", or "Message" when nothing has
+	 * changed; or "Error" alone
+	 */
+	static FString ModifyBlueprint(const FString& BlueprintName, const FString& Modifications);
+	/**
+	 * Makes and changes variables, which an object names and describes, and sets "VariableModifications".
+	 *
+	 * @return whether anything has changed
+	 */
+	static bool ModifyBlueprintVariables(
+		UBlueprint* Blueprint, const FJsonObject& Variables, TSharedPtr<FJsonObject>& Result);
+	/** Makes the graph of a function that is called when the variable arrives, unless there is such a function. */
+	static void CreateRepNotifyFunction(UBlueprint* Blueprint, const FName& FunctionName);
+	/**
+	 * Makes functions with their parameters, adds nodes to the graphs of new and existing ones, and sets
+	 * "FunctionModifications".
+	 *
+	 * @return whether anything has changed
+	 */
+	static bool ModifyBlueprintFunctions(
+		UBlueprint* Blueprint, const TArray<TSharedPtr<FJsonValue>>& Functions, TSharedPtr<FJsonObject>& Result);
+	/** Null when the description is of no node that can be made. Without "Location" it stands right of all others. */
+	static UEdGraphNode* CreateEdGraphNode(const TSharedPtr<FJsonObject>& Description, UEdGraph* Graph);
+	/**
+	 * Sets the comment and the pins, and links these to pins of nodes that are named by their titles. Pins are taken as
+	 * described, be it sensible or not.
+	 *
+	 * @return whether anything was applied
+	 */
+	static bool ModifyNodeProperties(UEdGraphNode* Node, const FJsonObject& Description, UEdGraph* Graph);
 
 	// Types and values as JSON.
 

@@ -157,8 +157,3 @@ void FKestrelFindUtils::FindInAllCppFiles(const FString& ReferenceString, TShare
 	}
 	Result->SetArrayField(TEXT("cpp_references"), References);
 }
-
-void FKestrelFindUtils::FindInAllBlueprintFiles(const FString& ReferenceString, TSharedPtr<FJsonObject>& Result)
-{
-	Result->SetArrayField(TEXT("blueprint_references"), TArray<TSharedPtr<FJsonValue>>());
-}

@@ -3,6 +3,8 @@
 #include "CoreMinimal.h"
 
 class FJsonObject;
+class FJsonValue;
+class UBlueprint;
 
 /** Finds where a name or a text occurs in the project. Letter case does not count. */
 class FKestrelFindUtils
@@ -21,6 +23,17 @@ public:
 	 */
 	static void FindInAllCppFiles(const FString& ReferenceString, TSharedPtr<FJsonObject>& Result);
 
-	/** Sets "blueprint_references" on Result: the matches inside Blueprints. */
+	/** Sets "blueprint_references" on Result: the matches of all Blueprints of the project's content. Loads them. */
 	static void FindInAllBlueprintFiles(const FString& ReferenceString, TSharedPtr<FJsonObject>& Result);
+
+	/**
+	 * Adds an object with "Type", "Name" (but for the Blueprint itself), "Blueprint" and "Path" for each name that has
+	 * the text in it: the Blueprint's, nodes' titles and comments, pins', functions', variables'. The empty text is in
+	 * all of them.
+	 */
+	static void FindInBlueprint(
+		UBlueprint* Blueprint, const FString& ReferenceString, TArray<TSharedPtr<FJsonValue>>& Results);
+
+	/** The asset's file, whether or not it has been saved; "Invalid Blueprint" for null. */
+	static FString GetBlueprintFilePath(const UBlueprint* Blueprint);
 };

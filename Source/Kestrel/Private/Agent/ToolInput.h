@@ -21,6 +21,7 @@ inline const TCHAR* const ReadFile = TEXT("read_file");
 inline const TCHAR* const GetFileSystemTree = TEXT("get_filesystem_tree");
 inline const TCHAR* const CreateBlueprint = TEXT("create_blueprint");
 inline const TCHAR* const ReadBlueprint = TEXT("read_blueprint");
+inline const TCHAR* const ModifyBlueprint = TEXT("modify_blueprint_variables");
 inline const TCHAR* const ReadBehaviorTree = TEXT("read_behavior_tree");
 inline const TCHAR* const SaveAndCompileBlueprints = TEXT("save_and_compile_all_dirty_blueprints");
 inline const TCHAR* const FindReference = TEXT("find_reference_in_all_files");

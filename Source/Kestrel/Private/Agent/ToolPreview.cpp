@@ -1,6 +1,7 @@
 #include "Agent/ToolPreview.h"
 
 #include "Agent/FileUtils.h"
+#include "Agent/JsonText.h"
 #include "Agent/TextFile.h"
 #include "Agent/ToolInput.h"
 #include "Dom/JsonObject.h"
@@ -198,6 +199,16 @@ void PreviewCreateBlueprint(const FJsonObject& Input, FFiles& Files, FKestrelToo
 	Preview.Target = GetField(Input, TEXT("BPPath")) / GetField(Input, TEXT("BPName"));
 }
 
+/** The modifications as a person can read them; a text that is none, as it is. */
+void PreviewModifyBlueprint(const FJsonObject& Input, FFiles& Files, FKestrelToolPreview& Preview)
+{
+	Preview.Kind = EKestrelToolKind::ModifyBlueprint;
+	Preview.Target = GetField(Input, TEXT("blueprint_name"));
+	const FString Updates = GetField(Input, TEXT("updates"));
+	const TSharedPtr<FJsonObject> Document = KestrelJson::ParseObject(Updates);
+	SetTexts(FString(), Document.IsValid() ? KestrelJson::ToPrettyText(Document.ToSharedRef()) : Updates, Preview);
+}
+
 void PreviewSaveBlueprints(const FJsonObject& Input, FFiles& Files, FKestrelToolPreview& Preview)
 {
 	Preview.Kind = EKestrelToolKind::SaveBlueprints;
@@ -223,6 +234,7 @@ const FPreviewer Previewers[] = {
 	{ KestrelToolNames::GetFileSystemTree, PreviewTree },
 	{ KestrelToolNames::CreateBlueprint, PreviewCreateBlueprint },
 	{ KestrelToolNames::ReadBlueprint, PreviewReadBlueprint },
+	{ KestrelToolNames::ModifyBlueprint, PreviewModifyBlueprint },
 	{ KestrelToolNames::ReadBehaviorTree, PreviewReadBehaviorTree },
 	{ KestrelToolNames::SaveAndCompileBlueprints, PreviewSaveBlueprints },
 	{ KestrelToolNames::FindReference, PreviewSearch },

@@ -16,6 +16,7 @@ enum class EKestrelToolKind : uint8
 	Compile,
 	ReadBlueprint,
 	CreateBlueprint,
+	ModifyBlueprint,
 	SaveBlueprints,
 	Other,
 };
@@ -39,7 +40,8 @@ struct FKestrelToolPreview
 	/** Why the tool will fail, in the words of its result; empty when it should not. */
 	FString Problem;
 
-	/** Whether the two texts say what changes: those of a file, or a script that has no text before. Very long ones are
+	/** Whether the two texts say what changes: those of a file, or a script or a Blueprint's
+	 * modifications, which have no text before. Very long ones are
 	 * not kept. */
 	bool bHasTexts = false;
 	FString FilePath; // absolute

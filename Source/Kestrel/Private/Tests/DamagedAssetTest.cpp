@@ -8,36 +8,13 @@
 #include "K2Node_VariableGet.h"
 #include "Kismet/KismetSystemLibrary.h"
 #include "Kismet2/BlueprintEditorUtils.h"
-#include "Misc/CommandLine.h"
 #include "Misc/FileHelper.h"
-#include "Misc/Parse.h"
+#include "Tests/Dice.h"
 #include "Tests/KestrelTest.h"
 #include "Tests/TestContent.h"
 
 namespace DamagedAssetTest
 {
-/** Numbers that are the same in every run. */
-class FDice
-{
-public:
-	int32 Roll(int32 Sides)
-	{
-		State = State * 6364136223846793005ull + 1442695040888963407ull;
-		return static_cast<int32>((State >> 33) % static_cast<uint64>(FMath::Max(Sides, 1)));
-	}
-
-private:
-	uint64 State = 20261121;
-};
-
-/** Zero unless asked for: a package that the real editor wrote is nothing to play with. */
-int32 GetNumRounds()
-{
-	int32 NumRounds = 0;
-	FParse::Value(FCommandLine::Get(), TEXT("-KestrelFuzzRounds="), NumRounds);
-	return NumRounds;
-}
-
 /** Something of everything that a package can hold. */
 void Fill(UBlueprint& Blueprint)
 {
@@ -66,7 +43,7 @@ void Fill(UBlueprint& Blueprint)
 		->MakeLinkTo(Print->FindPinChecked(FSchema::PN_Execute));
 }
 
-void DamageBytes(TArray<uint8>& Bytes, FDice& Dice)
+void DamageBytes(TArray<uint8>& Bytes, FKestrelDice& Dice)
 {
 	const int32 At = Dice.Roll(Bytes.Num());
 	switch (Dice.Roll(4))
@@ -87,7 +64,7 @@ void DamageBytes(TArray<uint8>& Bytes, FDice& Dice)
 }
 
 /** Whole lines: what is there is well formed, and in the wrong place. */
-void DamageLines(TArray<uint8>& Bytes, FDice& Dice)
+void DamageLines(TArray<uint8>& Bytes, FKestrelDice& Dice)
 {
 	TArray<FString> Lines;
 	FString Text;
@@ -104,7 +81,7 @@ void DamageLines(TArray<uint8>& Bytes, FDice& Dice)
 	Bytes = TArray<uint8>(reinterpret_cast<const uint8*>(Utf8.Get()), Utf8.Length());
 }
 
-TArray<uint8> Damage(TArray<uint8> Bytes, FDice& Dice)
+TArray<uint8> Damage(TArray<uint8> Bytes, FKestrelDice& Dice)
 {
 	for (int32 Count = Dice.Roll(4) + 1; Count > 0 && Bytes.Num() > 1; --Count)
 	{
@@ -118,7 +95,7 @@ DEFINE_SPEC(FKestrelDamagedAssetsSpec, "Kestrel.DamagedAssets", KestrelTest::Fla
 void FKestrelDamagedAssetsSpec::Define()
 {
 	It("end in an answer, whatever is in the file", [this]() {
-		const int32 NumRounds = DamagedAssetTest::GetNumRounds();
+		const int32 NumRounds = KestrelTest::GetNumFuzzRounds();
 		if (NumRounds == 0)
 		{
 			return;
@@ -133,7 +110,7 @@ void FKestrelDamagedAssetsSpec::Define()
 		const FString File = Content.GetFile(TEXT("BP_Damaged"));
 		TArray<uint8> Whole;
 		FFileHelper::LoadFileToArray(Whole, *File);
-		DamagedAssetTest::FDice Dice;
+		FKestrelDice Dice;
 		for (int32 Round = 0; Round < NumRounds; ++Round)
 		{
 			Content.Unload();

@@ -5,8 +5,10 @@
 #include "HAL/FileManager.h"
 #include "HAL/PlatformTime.h"
 #include "Interfaces/IPluginManager.h"
+#include "Misc/CommandLine.h"
 #include "Misc/FileHelper.h"
 #include "Misc/Guid.h"
+#include "Misc/Parse.h"
 #include "Misc/Paths.h"
 #include "UObject/Class.h"
 #include "Widget/KestrelInterface.h"
@@ -41,6 +43,13 @@ FString KestrelTest::UseTool(const TCHAR* Tool, const TArray<FString>& Fields)
 		Input->SetStringField(Fields[Index], Fields[Index + 1]);
 	}
 	return FAgent::Get().UseTool(Tool, TEXT("id"), Input);
+}
+
+int32 KestrelTest::GetNumFuzzRounds()
+{
+	int32 NumRounds = 0;
+	FParse::Value(FCommandLine::Get(), TEXT("-KestrelFuzzRounds="), NumRounds);
+	return NumRounds;
 }
 
 FString KestrelTest::PluginDir()

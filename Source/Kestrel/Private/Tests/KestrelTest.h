@@ -21,6 +21,9 @@ bool IsWaitingForUser(EAgentState State);
 /** Runs a tool as an answer would. Fields come in pairs: a name and its text. @return the tool's result */
 FString UseTool(const TCHAR* Tool, const TArray<FString>& Fields);
 
+/** How many damaged inputs to try. Zero unless asked for: a real project is nothing to play with. */
+int32 GetNumFuzzRounds();
+
 /** The plugin's own folder, absolute. */
 FString PluginDir();
 }

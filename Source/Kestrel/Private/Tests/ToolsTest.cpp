@@ -47,6 +47,14 @@ const FRefusedCase RefusedCases[] = {
 	{ TEXT("delete_cpp_file"), TEXT("{\"filepath\":\"a\"}"), TEXT("Error: Missing required fields") },
 	{ TEXT("read_file"), TEXT("{\"path\":{}}"), TEXT("Error: Missing required path field") },
 	{ TEXT("get_filesystem_tree"), TEXT("{}"), TEXT("Error: Missing dir_path field") },
+	{ TEXT("modify_blueprint_variables"), TEXT("{\"updates\":\"{}\"}"),
+		TEXT("Error: Missing required fields - blueprint_name") },
+	{ TEXT("modify_blueprint_variables"), TEXT("{\"blueprint_name\":\"BP_A\"}"),
+		TEXT("Error: Missing required fields - updates") },
+	{ TEXT("modify_blueprint_variables"), TEXT("{\"blueprint_name\":\"BP_No\",\"updates\":\"{}\"}"),
+		TEXT("Error: Blueprint 'BP_No' not found.") },
+	{ TEXT("modify_blueprint_variables"), TEXT("{\"blueprint_name\":\"BP_No\",\"updates\":\"[]\"}"),
+		TEXT("Error: Failed to parse modification JSON.") },
 	{ TEXT("find_reference_in_all_files"), TEXT("{}"), TEXT("Error: Missing required fields") },
 };
 

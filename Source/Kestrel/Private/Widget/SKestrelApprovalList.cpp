@@ -46,6 +46,8 @@ FText DescribeKind(EKestrelToolKind Kind)
 		return LOCTEXT("ReadBlueprint", "Read the asset");
 	case EKestrelToolKind::CreateBlueprint:
 		return LOCTEXT("CreateBlueprint", "Create the Blueprint");
+	case EKestrelToolKind::ModifyBlueprint:
+		return LOCTEXT("ModifyBlueprint", "Change the Blueprint");
 	case EKestrelToolKind::SaveBlueprints:
 		return LOCTEXT("SaveBlueprints", "Save and compile all changed Blueprints");
 	case EKestrelToolKind::Other:

@@ -142,6 +142,7 @@ private:
 	FString UseGetFileSystemTool(const FString& Id, const FJsonObject& Input);
 	FString UseCreateBlueprintTool(const FString& Id, const FJsonObject& Input);
 	FString UseReadBlueprintTool(const FString& Id, const FJsonObject& Input);
+	FString UseModifyBlueprintTool(const FString& Id, const FJsonObject& Input);
 	FString UseReadBehaviorTreeTool(const FString& Id, const FJsonObject& Input);
 	FString UseSaveAndCompileAllDirtyBlueprintsTool(const FString& Id, const FJsonObject& Input);
 	FString UseFindReferenceInAllFilesTool(const FString& Id, const FJsonObject& Input);

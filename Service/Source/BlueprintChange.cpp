@@ -1,0 +1,237 @@
+#include "BlueprintChange.h"
+
+#include <algorithm>
+#include <cctype>
+#include <set>
+
+namespace
+{
+/** A kind of value in the two forms in which the tool takes types. */
+struct TypeName
+{
+	const char* Word;
+	const char* Category;
+	const char* SubCategory;
+	const char* Object; // path of the struct or class
+	const char* PropertyKind;
+	const char* Struct; // of a property that is one
+};
+
+const TypeName TypeNames[] = {
+	{ "bool", "bool", "", "", "BoolProperty", "" },
+	{ "boolean", "bool", "", "", "BoolProperty", "" },
+	{ "byte", "byte", "", "", "ByteProperty", "" },
+	{ "int", "int", "", "", "IntProperty", "" },
+	{ "integer", "int", "", "", "IntProperty", "" },
+	{ "int64", "int64", "", "", "Int64Property", "" },
+	{ "float", "real", "double", "", "DoubleProperty", "" },
+	{ "double", "real", "double", "", "DoubleProperty", "" },
+	{ "name", "name", "", "", "NameProperty", "" },
+	{ "string", "string", "", "", "StrProperty", "" },
+	{ "text", "text", "", "", "TextProperty", "" },
+	{ "vector", "struct", "", "/Script/CoreUObject.Vector", "StructProperty", "Vector" },
+	{ "rotator", "struct", "", "/Script/CoreUObject.Rotator", "StructProperty", "Rotator" },
+	{ "transform", "struct", "", "/Script/CoreUObject.Transform", "StructProperty", "Transform" },
+	{ "actor", "object", "", "/Script/Engine.Actor", "ObjectProperty", "" },
+	{ "pawn", "object", "", "/Script/Engine.Pawn", "ObjectProperty", "" },
+	{ "object", "object", "", "/Script/CoreUObject.Object", "ObjectProperty", "" },
+};
+
+/** Takes "[]" from the end. */
+bool TakeArray(std::string& Word)
+{
+	const bool bArray = Word.size() > 2 && Word.compare(Word.size() - 2, 2, "[]") == 0;
+	Word.resize(Word.size() - (bArray ? 2 : 0));
+	return bArray;
+}
+
+const TypeName* FindTypeName(std::string Word)
+{
+	TakeArray(Word);
+	std::transform(Word.begin(), Word.end(), Word.begin(), [](unsigned char C) { return std::tolower(C); });
+	const auto Found = std::find_if(
+		std::begin(TypeNames), std::end(TypeNames), [&Word](const TypeName& Each) { return Each.Word == Word; });
+	return Found == std::end(TypeNames) ? nullptr : Found;
+}
+
+/** As the tool reads the types of variables; an unknown word goes through, so that the tool says what it thinks. */
+Json MakePinType(std::string Word)
+{
+	const TypeName* const Type = FindTypeName(Word);
+	const bool bArray = TakeArray(Word);
+	Json Result = { { "Category", Type ? Type->Category : Word } };
+	if (Type && *Type->SubCategory)
+	{
+		Result["SubCategory"] = Type->SubCategory;
+	}
+	if (Type && *Type->Object)
+	{
+		Result["SubCategoryObject"] = Type->Object;
+	}
+	if (bArray)
+	{
+		Result["Container"] = "Array";
+	}
+	return Result;
+}
+
+/** As it reads those of parameters. */
+Json MakePropertyType(std::string Word)
+{
+	if (TakeArray(Word))
+	{
+		return { { "Type", "ArrayProperty" }, { "InnerType", MakePropertyType(Word) } };
+	}
+	const TypeName* const Type = FindTypeName(Word);
+	Json Result = { { "Type", Type ? Type->PropertyKind : Word } };
+	if (Type && *Type->Struct)
+	{
+		Result["StructType"] = Type->Struct;
+	}
+	else if (Type && *Type->Object)
+	{
+		Result["PropertyClass"] = Type->Object;
+	}
+	return Result;
+}
+
+Json MakeParameters(const std::vector<PlainRequest::Parameter>& Parameters)
+{
+	Json Result = Json::array();
+	for (const PlainRequest::Parameter& Each : Parameters)
+	{
+		Json Parameter = MakePropertyType(Each.Type);
+		Parameter["Name"] = Each.Name;
+		Result.push_back(Parameter);
+	}
+	return Result;
+}
+
+Json MakeVariable(const PlainRequest& Request)
+{
+	Json Variable = { { "Type", MakePinType(Request.OldText) } };
+	if (!Request.Text.empty())
+	{
+		Variable["Value"] = Request.Text;
+	}
+	if (Request.bReplicated)
+	{
+		Variable["Replication"] = "Replicated";
+	}
+	return { { "Variables", { { Request.Member, Variable } } } };
+}
+
+Json MakeFunction(const PlainRequest& Request)
+{
+	const Json Function = { { "Name", Request.Member }, { "InParams", MakeParameters(Request.Inputs) },
+		{ "OutParams", MakeParameters(Request.Outputs) } };
+	return { { "Functions", Json::array({ Function }) } };
+}
+
+Json MakePrintNode(const PlainRequest& Request)
+{
+	const Json Link = { { "Node", Request.OldText }, { "Pin", "then" } };
+	const Json Pins = Json::array({ { { "PinName", "execute" }, { "Connections", Json::array({ Link }) } },
+		{ { "PinName", "InString" }, { "Value", Request.Text } } });
+	const Json Node = { { "Class", "UK2Node_CallFunction" },
+		{ "Properties", { { "FunctionName", "PrintString" }, { "Pins", Pins } } } };
+	const Json Function = { { "Name", Request.Member }, { "EdGraph", { { "Nodes", Json::array({ Node }) } } } };
+	return { { "Functions", Json::array({ Function }) } };
+}
+
+std::string GetText(const Json& Object, const char* Key)
+{
+	return Object.is_object() && Object.contains(Key) && Object[Key].is_string() ? Object[Key].get<std::string>() : "";
+}
+
+Json GetList(const Json& Object, const char* Key)
+{
+	return Object.is_object() && Object.contains(Key) && Object[Key].is_array() ? Object[Key] : Json::array();
+}
+
+const Json* FindPin(const Json& Nodes, const std::string& Title, const char* PinName)
+{
+	for (const Json& Node : Nodes)
+	{
+		for (const Json& Pin : GetText(Node, "Title") == Title ? Node["Pins"] : Json::array())
+		{
+			if (GetText(Pin, "Name") == PinName)
+			{
+				return &*std::find_if(Node["Pins"].begin(), Node["Pins"].end(),
+					[PinName](const Json& Each) { return GetText(Each, "Name") == PinName; });
+			}
+		}
+	}
+	return nullptr;
+}
+
+/** The nodes of the function with the name; empty when it has none or there is no such function. */
+Json FindNodes(const Json& Document, std::string Function)
+{
+	const auto ToLower = [](std::string Text) {
+		std::transform(Text.begin(), Text.end(), Text.begin(), [](unsigned char C) { return std::tolower(C); });
+		return Text;
+	};
+	for (const Json& Each : GetList(Document, "Functions"))
+	{
+		if (ToLower(GetText(Each, "Name")) == ToLower(Function) && Each.contains("EdGraph"))
+		{
+			return GetList(Each["EdGraph"], "Nodes");
+		}
+	}
+	return Json::array();
+}
+}
+
+bool IsTypeName(const std::string& Word)
+{
+	return FindTypeName(Word) != nullptr;
+}
+
+Json MakeBlueprintChange(const PlainRequest& Request)
+{
+	const Json Updates = Request.What == PlainRequest::Kind::AddVariable   ? MakeVariable(Request)
+						 : Request.What == PlainRequest::Kind::AddFunction ? MakeFunction(Request)
+																		   : MakePrintNode(Request);
+	return { { "blueprint_name", Request.Path }, { "updates", Updates.dump() } };
+}
+
+std::optional<PlainRequest> PlacePrintNode(
+	const PlainRequest& Request, const std::string& Document, std::string& Problem)
+{
+	const Json Nodes = FindNodes(Json::parse(Document, nullptr, false), Request.Member);
+	const auto Entry = std::find_if(
+		Nodes.begin(), Nodes.end(), [](const Json& Node) { return GetText(Node, "Class") == "K2Node_FunctionEntry"; });
+	if (Entry == Nodes.end())
+	{
+		Problem = "The Blueprint " + Request.Path + " has no function " + Request.Member + " with a graph.";
+		return {};
+	}
+	// Along the flow to the last node. Only its title can be named, so no other may have it.
+	std::string Title = GetText(*Entry, "Title");
+	std::set<std::string> Seen;
+	const Json* Then = FindPin(Nodes, Title, "then");
+	while (Then && Seen.insert(Title).second && !GetList(*Then, "Connections").empty())
+	{
+		const std::string Next = GetText((*Then)["Connections"][0], "Node");
+		const Json* const NextThen = FindPin(Nodes, Next, "then");
+		if (!NextThen)
+		{
+			break;
+		}
+		Title = Next;
+		Then = NextThen;
+	}
+	const auto NumNodes = std::count_if(
+		Nodes.begin(), Nodes.end(), [&Title](const Json& Node) { return GetText(Node, "Title") == Title; });
+	if (!Then || NumNodes != 1 || !GetList(*Then, "Connections").empty())
+	{
+		Problem = "I cannot tell where the flow of " + Request.Member + " ends: \"" + Title +
+				  "\" is the title of more than one node, or goes on.";
+		return {};
+	}
+	PlainRequest Placed = Request;
+	Placed.What = PlainRequest::Kind::PlacePrintNode;
+	Placed.OldText = Title;
+	return Placed;
+}

@@ -1,0 +1,20 @@
+#pragma once
+
+#include "CoreMinimal.h"
+
+class UBlueprint;
+struct FEdGraphPinType;
+
+/** What can be made in a Blueprint. The engine takes names and types that break the Blueprint, or end the process. */
+namespace KestrelBlueprintMembers
+{
+/** As long as the editor's own name fields allow. */
+constexpr int32 MaxNameLength = 100;
+
+/** Whether a text can name a variable, a function or a parameter. Blanks may stand inside of it. */
+bool CanBeName(const FString& Text);
+/** Whether no variable, function, event, graph or component of the Blueprint or of a parent has the name. */
+bool IsNameFree(const UBlueprint& Blueprint, const FString& Name);
+/** Whether a variable or parameter can be of the type: a struct names its struct, a real number its precision. */
+bool IsUsableType(const FEdGraphPinType& PinType);
+}

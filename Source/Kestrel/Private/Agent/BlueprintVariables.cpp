@@ -1,0 +1,310 @@
+#include "Agent/BlueprintVariables.h"
+
+#include "Agent/BlueprintMembers.h"
+#include "Agent/BlueprintMessages.h"
+#include "Agent/JsonImportText.h"
+#include "Agent/KestrelBlueprintUtils.h"
+#include "Dom/JsonObject.h"
+#include "Dom/JsonValue.h"
+#include "EdGraph/EdGraph.h"
+#include "EdGraphSchema_K2.h"
+#include "Engine/Blueprint.h"
+#include "Kismet2/BlueprintEditorUtils.h"
+#include "UObject/UnrealType.h"
+
+namespace BlueprintVariables
+{
+/** The variable of a Blueprint that an entry of the document is about. */
+struct FTarget
+{
+	/** Looked up each time: whatever the engine changes may move it. */
+	FBPVariableDescription& Describe() const { return Blueprint.NewVariables[Index]; }
+	FName GetName() const { return Describe().VarName; }
+
+	UBlueprint& Blueprint;
+	const int32 Index;
+};
+
+void SetReplication(const FTarget& Target, const FJsonValue& Value)
+{
+	Target.Describe().PropertyFlags &= ~(CPF_Net | CPF_RepNotify);
+	Target.Describe().RepNotifyFunc = NAME_None;
+	const FString Mode = Value.AsString();
+	if (Mode.Equals(TEXT("Replicated"), ESearchCase::IgnoreCase))
+	{
+		Target.Describe().PropertyFlags |= CPF_Net;
+	}
+	else if (Mode.Equals(TEXT("RepNotify"), ESearchCase::IgnoreCase))
+	{
+		const FName Function(*FString::Printf(TEXT("OnRep_%s"), *Target.GetName().ToString()));
+		Target.Describe().PropertyFlags |= CPF_Net | CPF_RepNotify;
+		Target.Describe().RepNotifyFunc = Function;
+		FKestrelBlueprintUtils::CreateRepNotifyFunction(&Target.Blueprint, Function);
+	}
+}
+
+void SetCategory(const FTarget& Target, const FJsonValue& Value)
+{
+	constexpr bool bDontRecompile = true; // all is marked once, in the end
+	FBlueprintEditorUtils::SetBlueprintVariableCategory(
+		&Target.Blueprint, Target.GetName(), nullptr, FText::FromString(Value.AsString()), bDontRecompile);
+}
+
+void SetTooltip(const FTarget& Target, const FJsonValue& Value)
+{
+	Target.Describe().SetMetaData(TEXT("Tooltip"), Value.AsString());
+}
+
+void SetValue(const FTarget& Target, const FJsonValue& Value)
+{
+	Target.Describe().DefaultValue = KestrelJson::ToImportText(Value, Target.Describe().VarType);
+}
+
+template <uint64 Flag>
+void SetFlag(const FTarget& Target, const FJsonValue& Value)
+{
+	uint64& Flags = Target.Describe().PropertyFlags;
+	Flags = Value.AsBool() ? Flags | Flag : Flags & ~Flag;
+}
+
+bool IsText(const FJsonValue& Value)
+{
+	FString Text;
+	return Value.TryGetString(Text);
+}
+
+bool IsBoolean(const FJsonValue& Value)
+{
+	bool bValue = false;
+	return Value.TryGetBool(bValue);
+}
+
+bool IsAnything(const FJsonValue& Value)
+{
+	return true;
+}
+
+/** What an entry may say beside the type, in the order in which it is applied. */
+struct FSetting
+{
+	const TCHAR* Key;
+	bool (*Accepts)(const FJsonValue& Value);
+	void (*Apply)(const FTarget& Target, const FJsonValue& Value);
+};
+
+const FSetting Settings[] = {
+	{ TEXT("Replication"), IsText, SetReplication },
+	{ TEXT("Category"), IsText, SetCategory },
+	{ TEXT("Tooltip"), IsText, SetTooltip },
+	{ TEXT("Value"), IsAnything, SetValue },
+	{ TEXT("ExposeOnSpawn"), IsBoolean, SetFlag<CPF_ExposeOnSpawn> },
+	{ TEXT("Private"), IsBoolean, SetFlag<CPF_DisableEditOnInstance> },
+	{ TEXT("SaveGame"), IsBoolean, SetFlag<CPF_SaveGame> },
+};
+
+bool ApplySettings(const FTarget& Target, const FJsonObject& Entry)
+{
+	bool bApplied = false;
+	for (const FSetting& Setting : Settings)
+	{
+		const TSharedPtr<FJsonValue> Value = Entry.TryGetField(Setting.Key);
+		if (Value.IsValid() && Setting.Accepts(*Value))
+		{
+			Target.Blueprint.Modify(); // before the change, or it cannot be taken back
+			Setting.Apply(Target, *Value);
+			bApplied = true;
+		}
+	}
+	return bApplied;
+}
+
+/** Applies the section of one document to one Blueprint. */
+class FWriter
+{
+public:
+	explicit FWriter(UBlueprint& InBlueprint)
+		: Blueprint(InBlueprint)
+	{
+	}
+
+	void Write(const FString& Name, const TSharedPtr<FJsonValue>& Value)
+	{
+		const TSharedPtr<FJsonObject>* Entry = nullptr;
+		if (!Value.IsValid() || !Value->TryGetObject(Entry))
+		{
+			Messages.Add(TEXT("Invalid JSON format for variable: "), Name);
+			return;
+		}
+		const int32 Existing = Find(Name);
+		const bool bReady = Existing == INDEX_NONE ? Create(Name, *Entry) : ChangeType(Existing, Name, *Entry);
+		if (bReady)
+		{
+			bChanged |= ApplySettings({ Blueprint, Find(Name) }, **Entry);
+		}
+	}
+
+	const TArray<TSharedPtr<FJsonValue>>& GetMessages() const { return Messages.GetValues(); }
+	bool HasChanged() const { return bChanged; }
+
+private:
+	int32 Find(const FString& Name) const
+	{
+		return Name.Len() < NAME_SIZE ? FBlueprintEditorUtils::FindNewVariableIndex(&Blueprint, FName(*Name))
+									  : static_cast<int32>(INDEX_NONE);
+	}
+
+	bool Create(const FString& Name, const TSharedPtr<FJsonObject>& Entry)
+	{
+		const FEdGraphPinType Type = FKestrelBlueprintUtils::ConvertJsonToEdGraphPinType(Entry);
+		if (!KestrelBlueprintMembers::IsUsableType(Type))
+		{
+			Messages.AddInvalidType(Name);
+			return false;
+		}
+		if (!KestrelBlueprintMembers::CanBeName(Name) || !KestrelBlueprintMembers::IsNameFree(Blueprint, Name) ||
+			!FBlueprintEditorUtils::AddMemberVariable(&Blueprint, FName(*Name), Type))
+		{
+			Messages.Add(TEXT("Failed to create variable: "), Name);
+			return false;
+		}
+		Blueprint.NewVariables[Find(Name)].PropertyFlags |= CPF_Edit | CPF_BlueprintVisible;
+		Messages.Add(TEXT("Created new variable: "), Name);
+		bChanged = true;
+		return true;
+	}
+
+	/** @return false when a type is given that cannot be one */
+	bool ChangeType(int32 Index, const FString& Name, const TSharedPtr<FJsonObject>& Entry)
+	{
+		if (!Entry->HasField(TEXT("Type")))
+		{
+			return true;
+		}
+		FEdGraphPinType Type = FKestrelBlueprintUtils::ConvertJsonToEdGraphPinType(Entry);
+		if (!KestrelBlueprintMembers::IsUsableType(Type))
+		{
+			Messages.AddInvalidType(Name);
+			return false;
+		}
+		// Variables are made without these, too.
+		Type.bIsConst = false;
+		Type.bIsWeakPointer = false;
+		Type.bIsReference = false;
+		const FBPVariableDescription& Variable = Blueprint.NewVariables[Index];
+		if (Variable.VarType != Type)
+		{
+			FBlueprintEditorUtils::ChangeMemberVariableType(&Blueprint, Variable.VarName, Type);
+			bChanged = true;
+		}
+		return true;
+	}
+
+	UBlueprint& Blueprint;
+	FKestrelBlueprintMessages Messages;
+	bool bChanged = false;
+};
+
+bool HasFunctionGraph(const UBlueprint& Blueprint, FName Name)
+{
+	return Blueprint.FunctionGraphs.ContainsByPredicate(
+		[Name](const TObjectPtr<UEdGraph>& Graph) { return Graph && Graph->GetFName() == Name; });
+}
+
+/** Children and other instances of the class that have the default as it was get the new one. */
+void WriteDefault(UObject& Defaults, const TArray<UObject*>& Instances, const FProperty& Property, const FString& Text)
+{
+	const TArray<UObject*> Followers = Instances.FilterByPredicate([&Property, &Defaults](const UObject* Instance) {
+		return Property.Identical_InContainer(Instance, &Defaults);
+	});
+	uint8* Container = reinterpret_cast<uint8*>(&Defaults);
+	if (Text.IsEmpty())
+	{
+		Property.ClearValue_InContainer(Container);
+	}
+	else if (!FBlueprintEditorUtils::PropertyValueFromString(&Property, Text, Container, &Defaults))
+	{
+		return;
+	}
+	for (UObject* Follower : Followers)
+	{
+		constexpr bool bAlwaysMarkDirty = false; // what a child inherits is not in its file
+		Follower->Modify(bAlwaysMarkDirty);
+		Property.CopyCompleteValue_InContainer(Follower, &Defaults);
+	}
+}
+}
+
+bool FKestrelBlueprintUtils::ModifyBlueprintVariables(
+	UBlueprint* Blueprint, const FJsonObject& Variables, TSharedPtr<FJsonObject>& Result)
+{
+	check(Result.IsValid());
+	if (!Blueprint)
+	{
+		Result->SetStringField(TEXT("Error"), TEXT("Invalid Blueprint provided."));
+		return false;
+	}
+	BlueprintVariables::FWriter Writer(*Blueprint);
+	for (const auto& Pair : Variables.Values)
+	{
+		Writer.Write(FString(*Pair.Key), Pair.Value);
+	}
+	if (Writer.HasChanged())
+	{
+		FBlueprintEditorUtils::MarkBlueprintAsStructurallyModified(Blueprint);
+	}
+	Result->SetArrayField(TEXT("VariableModifications"), Writer.GetMessages());
+	return Writer.HasChanged();
+}
+
+void FKestrelBlueprintUtils::CreateRepNotifyFunction(UBlueprint* Blueprint, const FName& FunctionName)
+{
+	check(Blueprint);
+	if (BlueprintVariables::HasFunctionGraph(*Blueprint, FunctionName) ||
+		!KestrelBlueprintMembers::IsNameFree(*Blueprint, FunctionName.ToString()))
+	{
+		return;
+	}
+	UEdGraph* Graph = FBlueprintEditorUtils::CreateNewGraph(
+		Blueprint, FunctionName, UEdGraph::StaticClass(), UEdGraphSchema_K2::StaticClass());
+	constexpr bool bUserCreated = false; // as the editor makes them
+	FBlueprintEditorUtils::AddFunctionGraph<UClass>(Blueprint, Graph, bUserCreated, nullptr);
+}
+
+TArray<FName> KestrelBlueprintVariables::FindCompiled(const UBlueprint& Blueprint, const FJsonObject& Variables)
+{
+	const UClass* Class = Blueprint.GeneratedClass;
+	TArray<FName> Names;
+	for (const FBPVariableDescription& Variable : Blueprint.NewVariables)
+	{
+		const TSharedPtr<FJsonObject>* Entry = nullptr;
+		if (Class && Class->FindPropertyByName(Variable.VarName) &&
+			Variables.TryGetObjectField(Variable.VarName.ToString(), Entry) && (*Entry)->HasField(TEXT("Value")))
+		{
+			Names.Add(Variable.VarName);
+		}
+	}
+	return Names;
+}
+
+void KestrelBlueprintVariables::WriteDefaults(const UBlueprint& Blueprint, const TArray<FName>& Names)
+{
+	const UClass* Class = Blueprint.GeneratedClass;
+	UObject* Defaults = Class && !Names.IsEmpty() ? Class->GetDefaultObject() : nullptr;
+	if (!Defaults)
+	{
+		return;
+	}
+	TArray<UObject*> Instances;
+	Defaults->GetArchetypeInstances(Instances);
+	Defaults->Modify();
+	for (const FName Name : Names)
+	{
+		const int32 Index = FBlueprintEditorUtils::FindNewVariableIndex(&Blueprint, Name);
+		const FProperty* Property = Class->FindPropertyByName(Name);
+		if (Property && Index != INDEX_NONE)
+		{
+			BlueprintVariables::WriteDefault(
+				*Defaults, Instances, *Property, Blueprint.NewVariables[Index].DefaultValue);
+		}
+	}
+}

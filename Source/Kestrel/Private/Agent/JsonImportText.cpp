@@ -1,0 +1,128 @@
+#include "Agent/JsonImportText.h"
+
+#include "Agent/BlueprintDocument.h"
+#include "Agent/KestrelBlueprintUtils.h"
+#include "Dom/JsonObject.h"
+#include "Dom/JsonValue.h"
+#include "EdGraph/EdGraphPin.h"
+#include "EdGraphSchema_K2.h"
+#include "UObject/Class.h"
+#include "UObject/UnrealType.h"
+
+namespace JsonImportText
+{
+using FSchema = UEdGraphSchema_K2;
+
+constexpr int32 MaxDepth = 32;
+
+FString ToText(const FJsonValue& Value, const FEdGraphPinType& Type, int32 Depth);
+
+FEdGraphPinType GetElementType(const FEdGraphPinType& Type)
+{
+	FEdGraphPinType Element = Type;
+	Element.ContainerType = EPinContainerType::None;
+	return Element;
+}
+
+FEdGraphPinType GetMapValueType(const FEdGraphPinType& Type)
+{
+	FEdGraphPinType Value;
+	Value.PinCategory = Type.PinValueType.TerminalCategory;
+	Value.PinSubCategory = Type.PinValueType.TerminalSubCategory;
+	Value.PinSubCategoryObject = Type.PinValueType.TerminalSubCategoryObject;
+	return Value;
+}
+
+FEdGraphPinType GetMemberType(const FEdGraphPinType& Type, const FString& Member)
+{
+	const UScriptStruct* Struct = Cast<UScriptStruct>(Type.PinSubCategoryObject.Get());
+	return FKestrelBlueprintUtils::ConvertPropertyToEdGraphPinType(
+		Struct ? Struct->FindPropertyByName(KestrelBlueprintDocument::ToName(Member)) : nullptr);
+}
+
+/** Inside of others these are read up to a closing quote; texts of other kinds stand plain. */
+bool IsQuoted(const FEdGraphPinType& Type)
+{
+	const FName Category = Type.PinCategory;
+	return Category.IsNone() || Category == FSchema::PC_String || Category == FSchema::PC_Name ||
+		   Category == FSchema::PC_Text;
+}
+
+FString Quote(const FString& Text)
+{
+	return TEXT("\"") + Text.ReplaceCharWithEscapedChar() + TEXT("\"");
+}
+
+/** As short as the engine writes it, unless that is another number. */
+FString NumberToText(double Number)
+{
+	const FString Text = FString::SanitizeFloat(Number, 0);
+	return FCString::Atod(*Text) == Number ? Text : FString::Printf(TEXT("%.17g"), Number);
+}
+
+/** The name of a member ends where its value begins, so it is only let through when it is a name. */
+bool CanBeMember(const FString& Key)
+{
+	return KestrelBlueprintDocument::CanBeName(Key) && FName::IsValidXName(Key, INVALID_OBJECTNAME_CHARACTERS);
+}
+
+FString ObjectToText(const FJsonObject& Object, const FEdGraphPinType& Type, int32 Depth)
+{
+	TArray<FString> Members;
+	for (const auto& Pair : Object.Values)
+	{
+		const FString Key(*Pair.Key);
+		if (Type.IsMap())
+		{
+			const FString KeyText = ToText(FJsonValueString(Key), GetElementType(Type), Depth + 1);
+			const FString ValueText = ToText(*Pair.Value, GetMapValueType(Type), Depth + 1);
+			Members.Add(FString::Printf(TEXT("(%s, %s)"), *KeyText, *ValueText));
+		}
+		else if (CanBeMember(Key))
+		{
+			Members.Add(Key + TEXT("=") + ToText(*Pair.Value, GetMemberType(Type, Key), Depth + 1));
+		}
+	}
+	return TEXT("(") + FString::Join(Members, TEXT(",")) + TEXT(")");
+}
+
+FString ArrayToText(const TArray<TSharedPtr<FJsonValue>>& Array, const FEdGraphPinType& Type, int32 Depth)
+{
+	TArray<FString> Elements;
+	for (const TSharedPtr<FJsonValue>& Element : Array)
+	{
+		Elements.Add(ToText(*Element, GetElementType(Type), Depth + 1));
+	}
+	return TEXT("(") + FString::Join(Elements, TEXT(",")) + TEXT(")");
+}
+
+/** @param Depth  how many others the value lies in */
+FString ToText(const FJsonValue& Value, const FEdGraphPinType& Type, int32 Depth)
+{
+	if (Depth > MaxDepth)
+	{
+		return FString();
+	}
+	const bool bQuoted = Depth > 0 && IsQuoted(Type) && !Type.IsContainer();
+	switch (Value.Type)
+	{
+	case EJson::String:
+		return bQuoted ? Quote(Value.AsString()) : Value.AsString();
+	case EJson::Number:
+		return NumberToText(Value.AsNumber());
+	case EJson::Boolean:
+		return Value.AsBool() ? TEXT("True") : TEXT("False");
+	case EJson::Array:
+		return ArrayToText(Value.AsArray(), Type, Depth);
+	case EJson::Object:
+		return ObjectToText(*Value.AsObject(), Type, Depth);
+	default:
+		return bQuoted ? Quote(FString()) : FString();
+	}
+}
+}
+
+FString KestrelJson::ToImportText(const FJsonValue& Value, const FEdGraphPinType& Type)
+{
+	return JsonImportText::ToText(Value, Type, 0);
+}
