@@ -15,7 +15,7 @@
 namespace GraphBuilder
 {
 // Units of the graph.
-constexpr int32 ColumnWidth = 288;
+constexpr int32 ColumnWidth = 352;
 constexpr int32 RowHeight = 224;
 constexpr int32 FirstColumn = 1; // events stand left of it
 
@@ -48,7 +48,9 @@ UK2Node_EditablePinBase& FGraphBuilder::GetEntry() const
 
 UK2Node_EditablePinBase& FGraphBuilder::GetResult() const
 {
-	return *FBlueprintEditorUtils::FindOrCreateFunctionResultNode(&GetEntry());
+	UK2Node_EditablePinBase& Result = *FBlueprintEditorUtils::FindOrCreateFunctionResultNode(&GetEntry());
+	Result.NodePosX = Column * GraphBuilder::ColumnWidth;
+	return Result;
 }
 
 template <typename NodeType, typename SetUpType>
@@ -121,13 +123,15 @@ UEdGraphNode& FGraphBuilder::Sequence(int32 NumWays)
 	return Node;
 }
 
-UEdGraphNode& FGraphBuilder::Comment(const TCHAR* Text, int32 Width, int32 Height)
+void FGraphBuilder::CommentRow(const TCHAR* Text, int32 CommentedRow, int32 NumColumns)
 {
+	constexpr int32 Margin = 48;
 	UEdGraphNode& Node = Add<UEdGraphNode_Comment>([](UEdGraphNode_Comment&) {});
 	Node.NodeComment = Text;
-	Node.NodeWidth = Width;
-	Node.NodeHeight = Height;
-	return Node;
+	Node.NodePosX = GraphBuilder::FirstColumn * GraphBuilder::ColumnWidth - Margin;
+	Node.NodePosY = CommentedRow * GraphBuilder::RowHeight - Margin;
+	Node.NodeWidth = NumColumns * GraphBuilder::ColumnWidth;
+	Node.NodeHeight = GraphBuilder::RowHeight - Margin;
 }
 
 void FGraphBuilder::NextRow()

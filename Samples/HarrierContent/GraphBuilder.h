@@ -18,7 +18,7 @@ public:
 	static UEdGraph& AddFunction(UBlueprint& Blueprint, const TCHAR* Name, UClass* SignatureClass = nullptr);
 	/** The node where the function of the graph begins. */
 	UK2Node_EditablePinBase& GetEntry() const;
-	/** The node where it ends; made when there is none. */
+	/** The node where it ends, right of all that has been added; made when there is none. */
 	UK2Node_EditablePinBase& GetResult() const;
 
 	UEdGraphNode& Get(const TCHAR* Variable);
@@ -29,7 +29,8 @@ public:
 	UK2Node_EditablePinBase& CustomEvent(const TCHAR* Name);
 	UEdGraphNode& Branch();
 	UEdGraphNode& Sequence(int32 NumWays);
-	UEdGraphNode& Comment(const TCHAR* Text, int32 Width, int32 Height);
+	/** A box behind the first nodes of a row, with a text. */
+	void CommentRow(const TCHAR* Text, int32 CommentedRow, int32 NumColumns);
 	/** The next nodes stand in a row below. */
 	void NextRow();
 

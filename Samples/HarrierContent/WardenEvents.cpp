@@ -98,6 +98,6 @@ void HarrierContent::MakeWardenEvents(UBlueprint& Warden)
 	WardenEvents::AddAlarm(Graph);
 	Graph.NextRow();
 	WardenEvents::AddSighted(Graph);
-	Graph.NextRow();
-	Graph.Comment(TEXT("Rounds: one more each night"), 800, 200);
+	constexpr int32 RowOfRounds = 2;
+	Graph.CommentRow(TEXT("Rounds: one more each night"), RowOfRounds, 3);
 }

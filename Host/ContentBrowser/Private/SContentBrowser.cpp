@@ -46,6 +46,12 @@ FLinearColor GetColor(const FAssetData& Asset)
 /** The first letter of the class, on its colour. */
 TSharedRef<SWidget> MakeBadge(const FAssetListItem& Item)
 {
+	const TSharedRef<STextBlock> Letter = SNew(STextBlock)
+											  .Text(FText::FromString(Item.ClassName.Left(1)))
+											  .Font(FAppStyle::GetFontStyle("BoldFont"))
+											  .ColorAndOpacity(FLinearColor::White);
+	// The class itself is read out.
+	Letter->SetAccessibleBehavior(EAccessibleBehavior::NotAccessible);
 	// clang-format off
 	return SNew(SBox).WidthOverride(BadgeSize).HeightOverride(BadgeSize)
 		[
@@ -56,11 +62,7 @@ TSharedRef<SWidget> MakeBadge(const FAssetListItem& Item)
 			.VAlign(VAlign_Center)
 			.Padding(0.0f)
 			[
-				SNew(STextBlock)
-				.Text(FText::FromString(Item.ClassName.Left(1)))
-				.Font(FAppStyle::GetFontStyle("BoldFont"))
-				.ColorAndOpacity(FLinearColor::White)
-				.AccessibleText(FText::GetEmpty())
+				Letter
 			]
 		];
 	// clang-format on

@@ -268,7 +268,11 @@ void FMainWindow::SaveLayout() const
 	TArray<FString> Names;
 	for (const TSharedRef<SDockTab>& Tab : Area->GetTabs())
 	{
-		Names.Add(Tab->GetLayoutIdentifier().ToString());
+		// The tab of a document could not be opened again by its name.
+		if (FGlobalTabmanager::Get()->HasTabSpawner(Tab->GetLayoutIdentifier().TabType))
+		{
+			Names.Add(Tab->GetLayoutIdentifier().ToString());
+		}
 	}
 	const TSharedPtr<SDockTab> Foremost = Area->GetForegroundTab();
 	const FString File = MainWindow::GetLayoutFile();

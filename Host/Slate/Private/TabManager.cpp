@@ -99,6 +99,13 @@ TSharedPtr<SDockTab> FTabManager::SpawnTab(FTabSpawnerEntry& Spawner, const FTab
 	return Tab;
 }
 
+void FTabManager::InsertNewDocumentTab(
+	FName PlaceholderId, const FLiveTabSearch& SearchPreference, const TSharedRef<SDockTab>& UnmanagedTab)
+{
+	UnmanagedTab->SetLayoutIdentifier(PlaceholderId);
+	GetMainArea()->AddTab(UnmanagedTab, true);
+}
+
 TSharedPtr<SDockTab> FTabManager::FindExistingLiveTab(const FTabId& TabId) const
 {
 	const TSharedPtr<FTabSpawnerEntry> Spawner = Spawners.FindRef(TabId.TabType);

@@ -1,5 +1,7 @@
 #include "CairoPainter.h"
 
+#include "ThinLinePainter.h"
+
 #include <cmath>
 #include <numbers>
 
@@ -58,8 +60,15 @@ void FCairoPainter::DrawShape(const FSlateDrawElement& Element)
 	{
 		Places.Add(FVector2D(Element.Geometry.LocalToAbsolute(Point)) - Origin);
 	}
+	const double Width = Element.Thickness * Element.Geometry.GetScale();
+	const bool bIsLine = Element.Shape != FSlateDrawElement::EShape::Polygon;
+	if (bIsLine && Width <= FThinLinePainter::MaxWidth && FThinLinePainter::CanDrawOn(cairo_get_target(Cairo)))
+	{
+		DrawThinLines(Element, Places, Width);
+		return;
+	}
 	SetColor(Element.Tint);
-	cairo_set_line_width(Cairo, Element.Thickness * Element.Geometry.GetScale());
+	cairo_set_line_width(Cairo, Width);
 	cairo_set_line_join(Cairo, CAIRO_LINE_JOIN_ROUND);
 	cairo_move_to(Cairo, Places[0].X, Places[0].Y);
 	if (Element.Shape == FSlateDrawElement::EShape::Spline)
@@ -73,6 +82,26 @@ void FCairoPainter::DrawShape(const FSlateDrawElement& Element)
 		cairo_line_to(Cairo, Places[Index].X, Places[Index].Y);
 	}
 	Element.Shape == FSlateDrawElement::EShape::Polygon ? cairo_fill(Cairo) : cairo_stroke(Cairo);
+}
+
+void FCairoPainter::DrawThinLines(const FSlateDrawElement& Element, const TArray<FVector2D>& Places, double Width)
+{
+	double Left = 0.0;
+	double Top = 0.0;
+	double Right = 0.0;
+	double Bottom = 0.0;
+	cairo_clip_extents(Cairo, &Left, &Top, &Right, &Bottom);
+	const FSlateRect Clip(FVector2D(Left, Top), FVector2D(Right, Bottom));
+	const FThinLinePainter Painter(cairo_get_target(Cairo), Clip, Width, Element.Tint.ToFColor(true));
+	if (Element.Shape == FSlateDrawElement::EShape::Spline)
+	{
+		Painter.DrawCurve({ Places[0], Places[1], Places[2], Places[3] });
+		return;
+	}
+	for (int32 Index = 1; Index < Places.Num(); ++Index)
+	{
+		Painter.DrawLine(Places[Index - 1], Places[Index]);
+	}
 }
 
 void FCairoPainter::DrawText(const FSlateDrawElement& Element)

@@ -21,6 +21,8 @@ public:
 
 private:
 	void DrawShape(const FSlateDrawElement& Element);
+	/** Places: the element's points, in pixels. */
+	void DrawThinLines(const FSlateDrawElement& Element, const TArray<FVector2D>& Places, double Width);
 	void DrawText(const FSlateDrawElement& Element);
 	void DrawBrush(const FSlateDrawElement& Element);
 	void DrawImage(const FSlateDrawElement& Element);

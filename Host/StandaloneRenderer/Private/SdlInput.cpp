@@ -206,14 +206,15 @@ void FSdlInput::HandleButton(
 	const FPointerEvent PointerEvent(0, Position, LastPosition, PressedButtons, Button, 0.0f, GetModifierKeys());
 	LastPosition = Position;
 	FSlateApplication& Slate = FSlateApplication::Get();
-	constexpr uint8 DoubleClick = 2;
+	// In a fast row each second press is one: two double clicks may follow each other.
+	const bool bDoubleClick = Event.clicks > 0 && Event.clicks % 2 == 0;
 	if (!bDown)
 	{
 		Slate.ProcessMouseButtonUpEvent(PointerEvent);
 		return;
 	}
-	Event.clicks == DoubleClick ? Slate.ProcessMouseButtonDoubleClickEvent(Window, PointerEvent)
-								: Slate.ProcessMouseButtonDownEvent(Window, PointerEvent);
+	bDoubleClick ? Slate.ProcessMouseButtonDoubleClickEvent(Window, PointerEvent)
+				 : Slate.ProcessMouseButtonDownEvent(Window, PointerEvent);
 }
 
 void FSdlInput::HandleMotion(const SDL_MouseMotionEvent& Event, const FVector2D& WindowPosition)

@@ -101,6 +101,17 @@ private:
 	TWeakPtr<SDockTab> SpawnedTab;
 };
 
+/** Where a new tab goes: into the row of a tab that is open. There is one row here. */
+struct FLiveTabSearch
+{
+	explicit FLiveTabSearch(FName InSearchForTabId = NAME_None)
+		: SearchForTabId(InSearchForTabId)
+	{
+	}
+
+	FName SearchForTabId;
+};
+
 /** Opens tabs by their ids. */
 class FTabManager : public TSharedFromThis<FTabManager>
 {
@@ -113,6 +124,9 @@ public:
 	 * @return null when nothing is registered for the id, or when the tab cannot be opened now
 	 */
 	virtual TSharedPtr<SDockTab> TryInvokeTab(const FTabId& TabId, bool bInvokeAsInactive = false);
+	/** Shows a tab that no spawner has made, such as that of a document, in front of the others. */
+	void InsertNewDocumentTab(
+		FName PlaceholderId, const FLiveTabSearch& SearchPreference, const TSharedRef<SDockTab>& UnmanagedTab);
 	/** Null when it is not open. */
 	TSharedPtr<SDockTab> FindExistingLiveTab(const FTabId& TabId) const;
 	bool HasTabSpawner(FName TabId) const { return Spawners.Contains(TabId); }
