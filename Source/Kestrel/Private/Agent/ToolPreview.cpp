@@ -196,7 +196,9 @@ void PreviewReadBehaviorTree(const FJsonObject& Input, FFiles& Files, FKestrelTo
 void PreviewCreateBlueprint(const FJsonObject& Input, FFiles& Files, FKestrelToolPreview& Preview)
 {
 	Preview.Kind = EKestrelToolKind::CreateBlueprint;
-	Preview.Target = GetField(Input, TEXT("BPPath")) / GetField(Input, TEXT("BPName"));
+	Preview.Target =
+		FString::Printf(TEXT("%s (%s)"), *(GetField(Input, TEXT("BPPath")) / GetField(Input, TEXT("BPName"))),
+			*GetField(Input, TEXT("BPParentClassName")));
 }
 
 /** The modifications as a person can read them; a text that is none, as it is. */

@@ -58,7 +58,12 @@ void FKestrelToolPreviewSpec::Define()
 			Block(TEXT("find_reference_in_all_files"), { TEXT("reference_string"), TEXT("Health") }),
 			Block(TEXT("read_file"), { TEXT("path"), A }),
 			Block(TEXT("read_blueprint"), { TEXT("blueprint_name"), TEXT("BP_A"), TEXT("data_subset"), TEXT("All") }),
-			Block(TEXT("create_blueprint"), { TEXT("BPPath"), TEXT("/Game/Doors"), TEXT("BPName"), TEXT("BP_B") }),
+			Block(TEXT("create_blueprint"), { TEXT("BPPath"), TEXT("/Game/Doors"), TEXT("BPName"), TEXT("BP_B"),
+												TEXT("BPParentClassName"), TEXT("Pawn") }),
+			Block(TEXT("modify_blueprint_variables"),
+				{ TEXT("blueprint_name"), TEXT("BP_A"), TEXT("updates"), TEXT("{\"Functions\":[]}") }),
+			Block(TEXT("modify_blueprint_variables"),
+				{ TEXT("blueprint_name"), TEXT("BP_A"), TEXT("updates"), TEXT("no document") }),
 			Block(TEXT("save_and_compile_all_dirty_blueprints"), {}),
 			Block(TEXT("no_such_tool"), {}),
 		};
@@ -76,9 +81,11 @@ void FKestrelToolPreviewSpec::Define()
 			TEXT("1 Health"),
 			TEXT("0 ") + A,
 			TEXT("7 BP_A"),
-			TEXT("8 /Game/Doors/BP_B"),
-			TEXT("9 "),
-			TEXT("10 no_such_tool"),
+			TEXT("8 /Game/Doors/BP_B (Pawn)"),
+			TEXT("9 BP_A [>{") LINE_TERMINATOR TEXT("\t\"Functions\": []") LINE_TERMINATOR TEXT("}]"),
+			TEXT("9 BP_A [>no document]"),
+			TEXT("10 "),
+			TEXT("11 no_such_tool"),
 		};
 		const TArray<FKestrelToolPreview> Previews = FKestrelToolPreviews::Make(ToolUses);
 		for (int32 Index = 0; Index < Expected.Num(); ++Index)

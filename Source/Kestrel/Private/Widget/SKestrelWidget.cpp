@@ -154,13 +154,16 @@ void SKestrelWidget::Construct(const FArguments& InArgs)
 	StateChangedHandle = FAgent::Get().OnStateChanged().AddSP(this, &SKestrelWidget::OnAgentStateChanged);
 	OnAgentStateChanged();
 	const FText Welcome = LOCTEXT("Welcome",
-		"I know the files of this project: I can read, search and change them, compile the game and run Python scripts. "
+		"I know the files and Blueprints of this project: I can read, search and change them, compile the game and run "
+		"Python scripts. "
 		"Type what you want below and press Enter, for instance:\n"
 		"  - list the files in Source\n"
 		"  - read Config/DefaultEngine.ini\n"
 		"  - find Health\n"
+		"  - create blueprint BP_Gate from Actor in /Game/Doors\n"
+		"  - add an int variable Toll to BP_Gate with value 3\n"
 		"Before I use a tool I ask: press Approve to let me, or write what I should do instead. "
-		"Undo takes back all that a conversation has changed.");
+		"Undo takes back what a conversation has changed; a Blueprint that is new stays.");
 	AddBlock(FString(TEXT(" [ Kestrel ] \n\n")) + Welcome.ToString(), FKestrelInterface::AssistantColor,
 		FKestrelInterface::RegularFontName, FKestrelInterface::AssistantFontSize);
 	for (const FString& Notice : FKestrelInterface::Get().TakeNotices())
@@ -319,7 +322,7 @@ TSharedRef<SWidget> SKestrelWidget::MakeButtonsOfRow()
 		[
 			SAssignNew(UndoButton, SButton)
 			.Text(LOCTEXT("Undo", "Undo"))
-			.ToolTipText(LOCTEXT("UndoToolTip", "Take back all that the last conversation has changed"))
+			.ToolTipText(LOCTEXT("UndoToolTip", "Take back what the last conversation has changed"))
 			.IsEnabled(this, &SKestrelWidget::IsUndoButtonEnabled)
 			.OnClicked(this, &SKestrelWidget::OnUndoClicked)
 		]
