@@ -257,6 +257,39 @@ void FKestrelBlueprintVariablesSpec::Define()
 		KestrelTest::TestSameText(*this, TEXT("reopened"), GetDefault(*Parent, TEXT("Speed")), TEXT("7.500000"));
 	});
 
+	It("are told apart in documents of any size, depth and order", [this]() {
+		const FKestrelTestContent Content;
+		const UBlueprint* Blueprint = Content.CreateBlueprint(TEXT("BP_Huge"));
+		TArray<FString> Entries;
+		for (int32 Index = 0; Index < 10000; ++Index)
+		{
+			const bool bGood = Index % 100 == 0;
+			Entries.Add(FString::Printf(TEXT("'V%d':{'Type':{'Category':'%s'},'Tooltip':'%s'}"), Index,
+				bGood ? TEXT("int") : TEXT("number"), *FString::ChrN(450, u't')));
+		}
+		const FString Huge = TEXT("{'Variables':{") + FString::Join(Entries, TEXT(",")) + TEXT("}}");
+		TestTrue(TEXT("size"), Huge.Len() > 5000000);
+		const FString Messages = Modify(*Blueprint, *Huge);
+		TestEqual(TEXT("variables"), Blueprint->NewVariables.Num(), 100);
+		TArray<FString> Lines;
+		TestEqual(TEXT("messages"), Messages.ParseIntoArrayLines(Lines), 10001);
+
+		const auto Nest = [](int32 Depth) {
+			return TEXT("{'Variables':{'V0':{'Value':") + FString::ChrN(Depth, u'[') + TEXT("1") +
+				   FString::ChrN(Depth, u']') + TEXT("}}}");
+		};
+		Modify(*Blueprint, *Nest(200));
+		TestTrue(TEXT("cut where nothing nests"), Find(*Blueprint, TEXT("V0"))->DefaultValue.Len() < 100);
+		KestrelTest::TestSameText(*this, TEXT("too deep"), Modify(*Blueprint, *Nest(100000)),
+			TEXT("Error=Failed to parse modification JSON."));
+		Modify(
+			*Blueprint, TEXT("{'Variables':{'Twice':{'Type':{'Category':'int'}},'TWICE':{'Type':{'Category':'bool'}}},"
+							 "'Variables':{'Last':{'Type':{'Category':'int'}},'LAST':{'Type':{'Category':'bool'}}}}"));
+		TestTrue(TEXT("of equal names the last one counts"),
+			!Find(*Blueprint, TEXT("Twice")) &&
+				Find(*Blueprint, TEXT("Last"))->VarType.PinCategory == UEdGraphSchema_K2::PC_Boolean);
+	});
+
 	It("come back as they were when the one transaction is undone", [this]() {
 		const FKestrelTestContent Content;
 		UBlueprint* Blueprint = Content.CreateBlueprint(TEXT("BP_Undone"));
