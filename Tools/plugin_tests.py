@@ -35,7 +35,8 @@ def run_editor(preset, uproject, name_filter, report_folder):
     command = [steps.binary(preset, "HostEditor"), uproject, f"-PLUGIN={os.path.join(steps.ROOT, 'Kestrel.uplugin')}",
                f"-ExecCmds=Automation RunTests {name_filter};Quit", "-Unattended", "-UnattendedClock",
                f"-ReportExportPath={report_folder}",
-               f"-KestrelFuzzRounds={os.environ.get('KESTREL_FUZZ_ROUNDS', DEFAULT_FUZZ_ROUNDS)}"]
+               f"-KestrelFuzzRounds={os.environ.get('KESTREL_FUZZ_ROUNDS', DEFAULT_FUZZ_ROUNDS)}",
+               f"-KestrelFuzzSeed={os.environ.get('KESTREL_FUZZ_SEED', 0)}"]
     return subprocess.run(command, stdin=subprocess.DEVNULL, check=False).returncode
 
 

@@ -1,8 +1,10 @@
 #pragma once
 
 #include "CoreMinimal.h"
+#include "Tests/KestrelTest.h"
 
-/** Numbers that are the same in every run. The generator is Knuth's MMIX (The Art of Computer Programming, 3.3.4). */
+/** Numbers that are the same in every run with the same seed. The generator is Knuth's MMIX (The Art of Computer
+ * Programming, 3.3.4). */
 class FKestrelDice
 {
 public:
@@ -20,5 +22,5 @@ public:
 	}
 
 private:
-	uint64 State = 20261121;
+	uint64 State = 20261121 + static_cast<uint64>(KestrelTest::GetFuzzSeed());
 };

@@ -45,6 +45,13 @@ FString KestrelTest::UseTool(const TCHAR* Tool, const TArray<FString>& Fields)
 	return FAgent::Get().UseTool(Tool, TEXT("id"), Input);
 }
 
+int32 KestrelTest::GetFuzzSeed()
+{
+	int32 Seed = 0;
+	FParse::Value(FCommandLine::Get(), TEXT("-KestrelFuzzSeed="), Seed);
+	return Seed;
+}
+
 int32 KestrelTest::GetNumFuzzRounds()
 {
 	int32 NumRounds = 0;

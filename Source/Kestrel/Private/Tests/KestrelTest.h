@@ -23,6 +23,8 @@ FString UseTool(const TCHAR* Tool, const TArray<FString>& Fields);
 
 /** How many damaged inputs to try. Zero unless asked for: a real project is nothing to play with. */
 int32 GetNumFuzzRounds();
+/** Another number, other damage; 0 unless asked for. */
+int32 GetFuzzSeed();
 
 /** The plugin's own folder, absolute. */
 FString PluginDir();
