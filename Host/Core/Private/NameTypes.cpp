@@ -43,7 +43,8 @@ public:
 	/** Takes no lock: names turn into text all the time, and an entry never changes once its number is known. */
 	FStringView GetText(uint32 Display) const
 	{
-		const FEntry& Entry = Blocks[Display / EntriesPerBlock].load(std::memory_order_acquire)[Display % EntriesPerBlock];
+		const FEntry& Entry =
+			Blocks[Display / EntriesPerBlock].load(std::memory_order_acquire)[Display % EntriesPerBlock];
 		return FStringView(Entry.data(), static_cast<int32>(Entry.size()));
 	}
 

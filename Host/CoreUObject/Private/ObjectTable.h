@@ -94,6 +94,6 @@ private:
 	int32 LastSerialNumber = 0;
 	TMap<FName, FList> ObjectsByName;
 	TMap<const UClass*, FList> ObjectsByClass; // those of exactly the class
-	TArray<FList> Places; // by hash of outer and name; a power of two
+	TArray<FList> Places;                      // by hash of outer and name; a power of two
 	TMap<const void*, FIdentity> Prepared;
 };

@@ -76,9 +76,9 @@ private:
 	{
 		for (int32 Index = 0; Index < Size.NumFunctions; ++Index)
 		{
-			UEdGraph* const Graph = FBlueprintEditorUtils::CreateNewGraph(&Blueprint,
-				FName(*FString::Printf(TEXT("Work%d"), Index)), UEdGraph::StaticClass(),
-				UEdGraphSchema_K2::StaticClass());
+			UEdGraph* const Graph =
+				FBlueprintEditorUtils::CreateNewGraph(&Blueprint, FName(*FString::Printf(TEXT("Work%d"), Index)),
+					UEdGraph::StaticClass(), UEdGraphSchema_K2::StaticClass());
 			FBlueprintEditorUtils::AddFunctionGraph<UClass>(&Blueprint, Graph, true, nullptr);
 			Graph->Modify();
 			AddNodes(*Graph, Size);
@@ -92,7 +92,8 @@ private:
 		UEdGraphPin* Then = Graph.Nodes[0]->FindPinChecked(UEdGraphSchema_K2::PN_Then);
 		for (int32 Index = 0; Index < Size.NumNodesPerFunction / 2; ++Index)
 		{
-			UK2Node_CallFunction* const Print = AddCall(Graph, UKismetSystemLibrary::StaticClass(), TEXT("PrintString"));
+			UK2Node_CallFunction* const Print =
+				AddCall(Graph, UKismetSystemLibrary::StaticClass(), TEXT("PrintString"));
 			const int32 TextVariable = (Size.NumVariables / 3 - 1 - Index) * 3 + 1; // each third is a text
 			const FString Variable = FString::Printf(TEXT("Value%d"), TextVariable);
 			UK2Node_VariableGet* const Get = AddVariableNode<UK2Node_VariableGet>(Graph, *Variable);

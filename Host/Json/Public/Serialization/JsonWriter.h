@@ -77,7 +77,7 @@ private:
 	FString* const Out;
 	const bool bPretty;
 	int32 Indent;
-	TArray<TCHAR> Text; // not terminated
+	TArray<TCHAR> Text;  // not terminated
 	TArray<bool> Scopes; // true for an object
 	EToken Previous = EToken::None;
 };
