@@ -95,7 +95,7 @@ class BlueprintWindowTest(ScreenTest):
         self.type(f"add an int variable {name} to {WARDEN} with value 7")
         self.press("Return")
         self.click(self.button("Approve"))
-        self.text(f"add the variable {name}")
+        self.text(f"Created new variable: {name}")
 
     def lines_of_history(self):
         """From the oldest to the newest."""
@@ -103,7 +103,9 @@ class BlueprintWindowTest(ScreenTest):
             each for each in widgets if each["type"] == "Text" and each["name"].startswith("Kestrel Transaction")])
 
     def show_variables(self):
-        self.click(self.button(WARDEN + "*"))
+        """The end of the list of parts, in the Blueprint's tab, whether or not it is saved."""
+        self.click(self.wait_for("the tab", lambda widgets: next(
+            (each for each in widgets if each["type"] == "Button" and each["name"].rstrip("*") == WARDEN), None)))
         self.click(self.wait_for("the parts", lambda widgets: next(
             (each for each in widgets if each["name"] == "My Blueprint"), None)))
         self.press("End")
@@ -117,7 +119,7 @@ class BlueprintWindowTest(ScreenTest):
         self.add_variable("Lantern")
         self.add_variable("LampOil")
         self.choose("Window", "Content Browser")
-        self.double_click(self.shown(WARDEN + "*"))
+        self.double_click(self.shown(WARDEN))
         self.graph("Event BeginPlay")
         self.show_variables()
         self.shown("LampOil")
@@ -126,10 +128,13 @@ class BlueprintWindowTest(ScreenTest):
         self.screen.picture("history-1-menu")
         self.click(undo)
         self.without("LampOil")
+        self.press("End")
         self.shown("Lantern")
         self.press("ctrl+z")
         self.without("Lantern")
         self.press("ctrl+y")
+        self.button(WARDEN + "*")
+        self.press("End")
         self.shown("Lantern")
         self.choose("Edit", "Undo History")
         self.double_click(self.shown("Before all changes"))
