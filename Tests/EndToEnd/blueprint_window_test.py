@@ -9,16 +9,6 @@ import harness
 from screen import REPORT_SECONDS, ScreenTest
 
 WARDEN = "BP_Warden"
-# Two changes, each of its own, as tools make them.
-CHANGES = """
-import unreal
-library = unreal.BlueprintEditorLibrary
-warden = unreal.load_asset("/Game/Blueprints/BP_Warden")
-with unreal.ScopedEditorTransaction("Add Lantern"):
-    library.add_member_variable(warden, "Lantern", library.get_basic_type_by_name("bool"))
-with unreal.ScopedEditorTransaction("Add Lamp Oil"):
-    library.add_member_variable(warden, "LampOil", library.get_basic_type_by_name("int"))
-"""
 
 
 class BlueprintWindowTest(ScreenTest):
@@ -95,37 +85,65 @@ class BlueprintWindowTest(ScreenTest):
         self.wait_for(f"the end of {name!r}", lambda widgets: widgets and not any(
             each["name"] == name for each in widgets))
 
-    def test_changes_are_taken_back_by_menu_key_and_history(self):
-        self.write("changes.py", CHANGES)
-        self.open_editor("-ExecCmds=py " + os.path.join(self.project, "changes.py"))
-        self.choose("Window", "Content Browser")
-        self.double_click(self.shown(WARDEN + "*"))
-        self.graph("Event BeginPlay")
-        parts = self.wait_for("the parts", lambda widgets: next(
-            (each for each in widgets if each["name"] == "My Blueprint"), None))
-        self.click(parts)
+    def entry(self, start):
+        """An enabled entry of the open menu."""
+        return self.wait_for(f"the entry {start!r}", lambda widgets: next(
+            (each for each in widgets if each["type"] == "Button" and each["enabled"]
+             and each["name"].startswith(start)), None))
+
+    def add_variable(self, name):
+        self.type(f"add an int variable {name} to {WARDEN} with value 7")
+        self.press("Return")
+        self.click(self.button("Approve"))
+        self.text(f"Created new variable: {name}")
+
+    def lines_of_history(self):
+        """From the oldest to the newest."""
+        return self.wait_for("the history", lambda widgets: [
+            each for each in widgets if each["type"] == "Text" and each["name"].startswith("Kestrel Transaction")])
+
+    def show_variables(self):
+        """The end of the list of parts, in the Blueprint's tab, whether or not it is saved."""
+        self.click(self.wait_for("the tab", lambda widgets: next(
+            (each for each in widgets if each["type"] == "Button" and each["name"].rstrip("*") == WARDEN), None)))
+        self.click(self.wait_for("the parts", lambda widgets: next(
+            (each for each in widgets if each["name"] == "My Blueprint"), None)))
         self.press("End")
+
+    def test_an_assistants_changes_are_taken_back_by_menu_key_and_history(self):
+        service = self.start_service()
+        self.use_service(service.port, service.authority)
+        self.open_editor()
+        self.click(self.button("Kestrel"))
+        self.text("I know the files of this project")
+        self.add_variable("Lantern")
+        self.add_variable("LampOil")
+        self.choose("Window", "Content Browser")
+        self.double_click(self.shown(WARDEN))
+        self.graph("Event BeginPlay")
+        self.show_variables()
         self.shown("LampOil")
-        self.choose("Edit", "Undo Add Lamp Oil", picture="history-1-menu")
+        self.click(self.button("Edit"))
+        undo = self.entry("Undo Kestrel Transaction")
+        self.screen.picture("history-1-menu")
+        self.click(undo)
         self.without("LampOil")
+        self.press("End")
         self.shown("Lantern")
         self.press("ctrl+z")
         self.without("Lantern")
         self.press("ctrl+y")
+        self.button(WARDEN + "*")
+        self.press("End")
         self.shown("Lantern")
-        self.click(self.button("Edit"))
-        self.button("Undo Add Lantern")
-        self.button("Redo Add Lamp Oil")
-        self.click(self.button("Undo History"))
+        self.choose("Edit", "Undo History")
         self.double_click(self.shown("Before all changes"))
         self.click(self.button("Edit"))
         self.button("Undo", enabled=False)
         self.press("Escape")
-        self.double_click(self.shown("Add Lantern"))
-        self.shown("Add Lamp Oil")
+        self.double_click(self.lines_of_history()[0])
         self.screen.picture("history-2-list")
-        self.click(self.button(WARDEN + "*"))
-        self.press("End")
+        self.show_variables()
         self.shown("Lantern")
         self.without("LampOil")
         self.close_editor()

@@ -38,6 +38,8 @@ TSharedPtr<SPopup> FMenuStack::Push(const TSharedRef<SWidget>& Summoner, const T
 	// clang-format on
 	Menus.Add(FMenu{ Popup, Window, Application.GetKeyboardFocusedWidget(), OnDismissed });
 	Window->AddOverlaySlot(MenuStack::ZOrder)[Popup];
+	// The focus may go into the menu before the next frame, and must pass over what cannot be chosen.
+	Popup->SlatePrepass();
 	if (bFocus)
 	{
 		Application.SetKeyboardFocus(Popup, EFocusCause::SetDirectly);

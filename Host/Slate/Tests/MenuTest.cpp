@@ -43,11 +43,14 @@ protected:
 	TSharedRef<SWidget> MakeMenu()
 	{
 		const auto MakeChoice = [this](int32 Number) {
-			return SNew(SButton).Text(INVTEXT("Choice")).OnClicked_Lambda([this, Number] {
-				Chosen = Number;
-				App().DismissAllMenus();
-				return FReply::Handled();
-			});
+			return SNew(SButton)
+				.Text(INVTEXT("Choice"))
+				.IsEnabled_Lambda([this, Number] { return Number != Impossible; })
+				.OnClicked_Lambda([this, Number] {
+					Chosen = Number;
+					App().DismissAllMenus();
+					return FReply::Handled();
+				});
 		};
 		const TSharedRef<SVerticalBox> Column = SNew(SVerticalBox);
 		Column->AddSlot().AutoHeight()[MakeChoice(1)];
@@ -82,6 +85,7 @@ protected:
 	TSharedPtr<SButton> Other;
 	TWeakPtr<SWidget> Menu;
 	int32 Chosen = 0;
+	int32 Impossible = 0; // the choice that cannot be made
 	int32 NumOthers = 0;
 };
 
@@ -97,6 +101,15 @@ TEST_F(FMenuTest, OpensBelowItsAnchorAndGetsClicksBeforeWhatLiesUnderIt)
 	EXPECT_EQ(NumOthers, 0);
 	EXPECT_FALSE(Combo->IsOpen());
 	EXPECT_FALSE(Menu.IsValid());
+}
+
+TEST_F(FMenuTest, TheKeyboardPassesOverWhatCannotBeChosen)
+{
+	Impossible = 1;
+	Combo->SetIsOpen(true);
+	Press(EKeys::Tab); // before the next frame
+	Press(EKeys::Enter);
+	EXPECT_EQ(Chosen, 2);
 }
 
 TEST_F(FMenuTest, OpensWhereThereIsRoomAtTheEdgesOfTheWindow)

@@ -6,8 +6,12 @@ namespace ThinLinePainter
 {
 constexpr double PixelsPerLine = 10.0; // of a curve
 constexpr int32 MostLines = 64;
-// Lines overlap by so many pixels where they meet: at a bend nothing is left open.
-constexpr double Overlap = 0.5;
+constexpr double CornerOverlap = 0.5; // pixels
+
+bool IsSteep(const FVector2D& From, const FVector2D& To)
+{
+	return FMath::Abs(To.Y - From.Y) > FMath::Abs(To.X - From.X);
+}
 
 FVector2D Swap(const FVector2D& Point)
 {
@@ -71,31 +75,40 @@ void FThinLinePainter::DrawCurve(const FVector2D (&Points)[4]) const
 		Distance(Points[0], Points[1]) + Distance(Points[1], Points[2]) + Distance(Points[2], Points[3]);
 	const int32 NumLines = FMath::Clamp(static_cast<int32>(Length / PixelsPerLine), 4, MostLines);
 	FVector2D From = Points[0];
+	bool bWasSteep = false;
 	for (int32 Index = 1; Index <= NumLines; ++Index)
 	{
 		const FVector2D To = PointOfCurve(Points, static_cast<double>(Index) / NumLines);
-		DrawLine(From, To);
+		// Pieces in one direction share no pixel and leave none out; drawn twice, a smooth edge would show dots.
+		const bool bTurns = Index > 1 && IsSteep(From, To) != bWasSteep;
+		DrawLine(From, To, bTurns ? CornerOverlap : 0.0);
+		bWasSteep = IsSteep(From, To);
 		From = To;
 	}
 }
 
 void FThinLinePainter::DrawLine(const FVector2D& From, const FVector2D& To) const
 {
-	const bool bSteep = FMath::Abs(To.Y - From.Y) > FMath::Abs(To.X - From.X);
-	const FVector2D A = bSteep ? ThinLinePainter::Swap(From) : From;
-	const FVector2D B = bSteep ? ThinLinePainter::Swap(To) : To;
-	A.X <= B.X ? DrawAlong(bSteep, A, B) : DrawAlong(bSteep, B, A);
+	DrawLine(From, To, ThinLinePainter::CornerOverlap);
 }
 
-void FThinLinePainter::DrawAlong(bool bSteep, FVector2D From, FVector2D To) const
+void FThinLinePainter::DrawLine(const FVector2D& From, const FVector2D& To, double Overlap) const
+{
+	const bool bSteep = ThinLinePainter::IsSteep(From, To);
+	const FVector2D A = bSteep ? ThinLinePainter::Swap(From) : From;
+	const FVector2D B = bSteep ? ThinLinePainter::Swap(To) : To;
+	A.X <= B.X ? DrawAlong(bSteep, A, B, Overlap) : DrawAlong(bSteep, B, A, Overlap);
+}
+
+void FThinLinePainter::DrawAlong(bool bSteep, const FVector2D& From, const FVector2D& To, double Overlap) const
 {
 	const double Run = To.X - From.X;
 	const double Slope = Run > 0.0 ? (To.Y - From.Y) / Run : 0.0;
 	const double Half = Width * std::sqrt(1.0 + Slope * Slope) / 2.0;
 	const int32 Least = bSteep ? Top : Left;
 	const int32 Most = bSteep ? Bottom : Right;
-	const int32 Begin = FMath::Max(static_cast<int32>(std::ceil(From.X - 0.5 - ThinLinePainter::Overlap)), Least);
-	const int32 End = FMath::Min(static_cast<int32>(std::ceil(To.X - 0.5 + ThinLinePainter::Overlap)), Most);
+	const int32 Begin = FMath::Max(static_cast<int32>(std::ceil(From.X - 0.5 - Overlap)), Least);
+	const int32 End = FMath::Min(static_cast<int32>(std::ceil(To.X - 0.5 + Overlap)), Most);
 	for (int32 Along = Begin; Along < End; ++Along)
 	{
 		const double Middle = From.Y + Slope * (Along + 0.5 - From.X);

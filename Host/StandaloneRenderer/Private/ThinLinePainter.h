@@ -23,13 +23,15 @@ public:
 	~FThinLinePainter();
 	UE_NONCOPYABLE(FThinLinePainter)
 
+	/** A little longer than it is, so that at a corner of two lines nothing is left open. */
 	void DrawLine(const FVector2D& From, const FVector2D& To) const;
 	/** A cubic curve, as lines that are too short to be told from it. */
 	void DrawCurve(const FVector2D (&Points)[4]) const;
 
 private:
 	/** Goes along the longer side of the line; across it each pixel is covered by how much of it the line takes. */
-	void DrawAlong(bool bSteep, FVector2D From, FVector2D To) const;
+	void DrawLine(const FVector2D& From, const FVector2D& To, double Overlap) const;
+	void DrawAlong(bool bSteep, const FVector2D& From, const FVector2D& To, double Overlap) const;
 	void Blend(int32 X, int32 Y, double Coverage) const;
 
 	cairo_surface_t* const Surface;
