@@ -115,7 +115,7 @@ class BlueprintWindowTest(ScreenTest):
         self.use_service(service.port, service.authority)
         self.open_editor()
         self.click(self.button("Kestrel"))
-        self.text("I know the files of this project")
+        self.text("I know the files and Blueprints")
         self.add_variable("Lantern")
         self.add_variable("LampOil")
         self.choose("Window", "Content Browser")

@@ -30,7 +30,7 @@ class ClosingTest(ScreenTest, CodeProjectTest):
         """Opens the editor and the tab, and sends what the script answers; it goes on when the sign is on the panel."""
         self.open_editor()
         self.click(self.button("Kestrel"))
-        self.text("I know the files of this project")
+        self.text("I know the files and Blueprints")
         # Only now: the editor has built what there was at its start.
         self.write("Source/Moor/Moor.cpp", SLOW_SOURCE)
         self.type("script " + name)
@@ -71,7 +71,7 @@ class ClosingTest(ScreenTest, CodeProjectTest):
         self.close_tab()
         time.sleep(1)  # some polls and some moves of dots that are not there any more
         self.click(self.button("Kestrel"))
-        self.text("I know the files of this project")
+        self.text("I know the files and Blueprints")
         self.click(self.button("[ End ]"))
         self.text("[ User End ]")
         self.close_tab()

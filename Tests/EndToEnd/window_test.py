@@ -20,7 +20,7 @@ class WindowTest(ScreenTest):
     def test_a_file_is_changed_seen_and_taken_back(self):
         self.open_editor()
         self.choose("Window", "Kestrel", picture="panel-1-menu")
-        self.text("I know the files of this project")
+        self.text("I know the files and Blueprints")
         self.screen.picture("panel-2-welcome")
         self.type('replace "Feathers = 12" with "Quills = 7" in Source/Moor/Walker.h')
         self.text("Quills = 7")
@@ -47,7 +47,7 @@ class WindowTest(ScreenTest):
         self.gone("Undo")
         # Nothing else has the name now but the button of the tool bar.
         self.click(self.button("Kestrel"))
-        self.text("I know the files of this project")
+        self.text("I know the files and Blueprints")
         self.assertEqual(self.read("Source", "Moor", "Walker.h").count("Feathers = 12"), 1)
         self.button("Redo")
         self.screen.picture("panel-8-reopened")
@@ -56,7 +56,7 @@ class WindowTest(ScreenTest):
     def test_what_is_worth_a_second_look_stands_out_before_it_is_approved(self):
         self.open_editor()
         self.click(self.button("Kestrel"))
-        self.text("I know the files of this project")
+        self.text("I know the files and Blueprints")
         self.type("delete Config/DefaultGame.ini")
         self.press("Return")
         self.text("Delete Config/DefaultGame.ini")
@@ -77,7 +77,7 @@ class WindowTest(ScreenTest):
             with self.subTest(scale=scale):
                 self.open_editor(f"-DPIScale={scale}")
                 self.click(self.button("Kestrel"))
-                self.text("I know the files of this project")
+                self.text("I know the files and Blueprints")
                 self.type_letters(letters)
                 self.press("Return")
                 self.text(f"[ User Start ]\n\n{letters}")
