@@ -137,7 +137,11 @@ class ReadBlueprint:
     def time_peer(self, folder):
         half = ReadBlueprint()
         half.test = self.half_test
-        return time_editor(half, folder, os.path.join(folder, "half.txt"))[0]
+        # In a project of its own: what a bench has saved is there for the next to load.
+        with tempfile.TemporaryDirectory(prefix="kestrel-bench-") as own:
+            shutil.copy(os.path.join(folder, "Bench.uproject"), own)
+            half.make(own)
+            return time_editor(half, own, os.path.join(own, "half.txt"))[0]
 
 
 class ReadBlueprintText(ReadBlueprint):
