@@ -66,5 +66,7 @@ FReply SPopup::OnKeyDown(const FGeometry& MyGeometry, const FKeyEvent& InKeyEven
 	{
 		return FReply::Handled().SetNavigation(Key == EKeys::Down ? EUINavigation::Next : EUINavigation::Previous);
 	}
-	return SCompoundWidget::OnKeyDown(MyGeometry, InKeyEvent);
+	// The focus is here when nothing in the menu can have it; it still knows its neighbours.
+	return HasKeyboardFocus() ? ChildSlot.GetWidget()->OnPreviewKeyDown(MyGeometry, InKeyEvent)
+							  : SCompoundWidget::OnKeyDown(MyGeometry, InKeyEvent);
 }
