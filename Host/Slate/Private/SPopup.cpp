@@ -22,6 +22,18 @@ static FVector2D FindPlace(
 	Place.Y = FMath::Max(FMath::Min(Place.Y, WindowSize.Y - Size.Y), 0.0);
 	return Place;
 }
+
+/** A menu in which nothing can have the focus is not on its way, but knows its neighbours all the same. */
+static FReply OfferKey(const TSharedRef<SWidget>& Widget, const FGeometry& Geometry, const FKeyEvent& KeyEvent)
+{
+	FReply Reply = Widget->OnPreviewKeyDown(Geometry, KeyEvent);
+	FChildren* const Children = Widget->GetChildren();
+	for (int32 Index = 0; Index < Children->Num() && !Reply.IsEventHandled(); ++Index)
+	{
+		Reply = OfferKey(Children->GetChildAt(Index), Geometry, KeyEvent);
+	}
+	return Reply;
+}
 }
 
 void SPopup::Construct(const FArguments& InArgs)
@@ -66,7 +78,7 @@ FReply SPopup::OnKeyDown(const FGeometry& MyGeometry, const FKeyEvent& InKeyEven
 	{
 		return FReply::Handled().SetNavigation(Key == EKeys::Down ? EUINavigation::Next : EUINavigation::Previous);
 	}
-	// The focus is here when nothing in the menu can have it; it still knows its neighbours.
-	return HasKeyboardFocus() ? ChildSlot.GetWidget()->OnPreviewKeyDown(MyGeometry, InKeyEvent)
-							  : SCompoundWidget::OnKeyDown(MyGeometry, InKeyEvent);
+	const FReply Reply =
+		HasKeyboardFocus() ? Popup::OfferKey(ChildSlot.GetWidget(), MyGeometry, InKeyEvent) : FReply::Unhandled();
+	return Reply.IsEventHandled() ? Reply : SCompoundWidget::OnKeyDown(MyGeometry, InKeyEvent);
 }
