@@ -94,7 +94,12 @@ class BlueprintWindowTest(ScreenTest):
     def add_variable(self, name):
         self.type(f"add an int variable {name} to {WARDEN} with value 7")
         self.press("Return")
-        self.click(self.button("Approve"))
+        approve = self.button("Approve")
+        self.text(f"Change the Blueprint {WARDEN}")
+        self.click(self.button("Show the change"))
+        self.text(name)
+        self.screen.picture("history-0-approval")
+        self.click(approve)
         self.text(f"Created new variable: {name}")
 
     def lines_of_history(self):
