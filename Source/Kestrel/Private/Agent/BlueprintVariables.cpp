@@ -57,7 +57,7 @@ void SetTooltip(const FTarget& Target, const FJsonValue& Value)
 
 void SetValue(const FTarget& Target, const FJsonValue& Value)
 {
-	Target.Describe().DefaultValue = KestrelJson::ToImportText(Value, Target.Describe().VarType);
+	Target.Describe().DefaultValue = KestrelJson::ToDefaultText(Value, Target.Describe().VarType);
 }
 
 template <uint64 Flag>
@@ -153,12 +153,23 @@ private:
 									  : static_cast<int32>(INDEX_NONE);
 	}
 
-	bool Create(const FString& Name, const TSharedPtr<FJsonObject>& Entry)
+	bool ReadType(const FString& Name, const TSharedPtr<FJsonObject>& Entry, FEdGraphPinType& OutType)
 	{
-		const FEdGraphPinType Type = FKestrelBlueprintUtils::ConvertJsonToEdGraphPinType(Entry);
-		if (!KestrelBlueprintMembers::IsUsableType(Type))
+		OutType = FKestrelBlueprintUtils::ConvertJsonToEdGraphPinType(Entry);
+		if (!KestrelBlueprintMembers::IsUsableType(OutType))
 		{
 			Messages.AddInvalidType(Name);
+			return false;
+		}
+		KestrelBlueprintMembers::StoreEnumsAsBytes(OutType);
+		return true;
+	}
+
+	bool Create(const FString& Name, const TSharedPtr<FJsonObject>& Entry)
+	{
+		FEdGraphPinType Type;
+		if (!ReadType(Name, Entry, Type))
+		{
 			return false;
 		}
 		if (!KestrelBlueprintMembers::CanBeName(Name) || !KestrelBlueprintMembers::IsNameFree(Blueprint, Name) ||
@@ -180,10 +191,9 @@ private:
 		{
 			return true;
 		}
-		FEdGraphPinType Type = FKestrelBlueprintUtils::ConvertJsonToEdGraphPinType(Entry);
-		if (!KestrelBlueprintMembers::IsUsableType(Type))
+		FEdGraphPinType Type;
+		if (!ReadType(Name, Entry, Type))
 		{
-			Messages.AddInvalidType(Name);
 			return false;
 		}
 		// Variables are made without these, too.
@@ -191,6 +201,8 @@ private:
 		Type.bIsWeakPointer = false;
 		Type.bIsReference = false;
 		const FBPVariableDescription& Variable = Blueprint.NewVariables[Index];
+		// Properties of classes have it whatever the description says, and what was read of them may come back.
+		Type.bIsUObjectWrapper = Variable.VarType.bIsUObjectWrapper;
 		if (Variable.VarType != Type)
 		{
 			FBlueprintEditorUtils::ChangeMemberVariableType(&Blueprint, Variable.VarName, Type);
@@ -296,6 +308,7 @@ void KestrelBlueprintVariables::WriteDefaults(const UBlueprint& Blueprint, const
 	}
 	TArray<UObject*> Instances;
 	Defaults->GetArchetypeInstances(Instances);
+	Defaults->SetFlags(RF_Transactional); // or undo leaves it out
 	Defaults->Modify();
 	for (const FName Name : Names)
 	{

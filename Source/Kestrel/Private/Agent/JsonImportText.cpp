@@ -6,6 +6,7 @@
 #include "Dom/JsonValue.h"
 #include "EdGraph/EdGraphPin.h"
 #include "EdGraphSchema_K2.h"
+#include "Misc/FeedbackContext.h"
 #include "UObject/Class.h"
 #include "UObject/UnrealType.h"
 
@@ -58,6 +59,18 @@ FString NumberToText(double Number)
 {
 	const FString Text = FString::SanitizeFloat(Number, 0);
 	return FCString::Atod(*Text) == Number ? Text : FString::Printf(TEXT("%.17g"), Number);
+}
+
+/** The same without an exponent. */
+FString NumberToPlainText(double Number)
+{
+	const FString Text = FString::SanitizeFloat(Number, 0);
+	return FCString::Atod(*Text) == Number ? Text : FString::Printf(TEXT("%.17f"), Number);
+}
+
+FString NumbersToPinText(double First, double Second, double Third)
+{
+	return NumberToPlainText(First) + TEXT(",") + NumberToPlainText(Second) + TEXT(",") + NumberToPlainText(Third);
 }
 
 /** The name of a member ends where its value begins, so it is only let through when it is a name. */
@@ -120,9 +133,47 @@ FString ToText(const FJsonValue& Value, const FEdGraphPinType& Type, int32 Depth
 		return bQuoted ? Quote(FString()) : FString();
 	}
 }
+
+/** @return whether the text can be read as the struct */
+template <typename StructType>
+bool Import(const FString& Text, StructType& OutStruct)
+{
+	const UScriptStruct* Struct = TBaseStructure<StructType>::Get();
+	return Struct->ImportText(*Text, &OutStruct, nullptr, PPF_None, GWarn, Struct->GetName()) != nullptr;
+}
+
+/** The text as it is, for structs that pins have in the same form as properties. */
+FString ToPinText(const FString& Text, const UObject* Struct)
+{
+	if (FVector Vector = FVector::ZeroVector; Struct == TBaseStructure<FVector>::Get() && Import(Text, Vector))
+	{
+		return NumbersToPinText(Vector.X, Vector.Y, Vector.Z);
+	}
+	if (FRotator Turn = FRotator::ZeroRotator; Struct == TBaseStructure<FRotator>::Get() && Import(Text, Turn))
+	{
+		return NumbersToPinText(Turn.Pitch, Turn.Yaw, Turn.Roll);
+	}
+	if (FTransform Transform; Struct == TBaseStructure<FTransform>::Get() && Import(Text, Transform))
+	{
+		return Transform.ToString();
+	}
+	if (FLinearColor Color(0, 0, 0, 0); Struct == TBaseStructure<FLinearColor>::Get() && Import(Text, Color))
+	{
+		return Color.ToString();
+	}
+	return Text;
+}
 }
 
 FString KestrelJson::ToImportText(const FJsonValue& Value, const FEdGraphPinType& Type)
 {
 	return JsonImportText::ToText(Value, Type, 0);
+}
+
+FString KestrelJson::ToDefaultText(const FJsonValue& Value, const FEdGraphPinType& Type)
+{
+	const FString Text = ToImportText(Value, Type);
+	const bool bStruct = Type.PinCategory == UEdGraphSchema_K2::PC_Struct && !Type.IsContainer();
+	return bStruct && Text.StartsWith(TEXT("(")) ? JsonImportText::ToPinText(Text, Type.PinSubCategoryObject.Get())
+												 : Text;
 }

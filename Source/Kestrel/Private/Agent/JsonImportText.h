@@ -15,4 +15,9 @@ namespace KestrelJson
  * out.
  */
 FString ToImportText(const FJsonValue& Value, const FEdGraphPinType& Type);
+/**
+ * The same as a variable's description has it. The compiler reads that as it reads pins, where vectors and rotators are
+ * "1,2,3", transforms three of these with bars between, and colours have all of their members.
+ */
+FString ToDefaultText(const FJsonValue& Value, const FEdGraphPinType& Type);
 }
