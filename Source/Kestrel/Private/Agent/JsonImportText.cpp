@@ -99,14 +99,49 @@ FString ObjectToText(const FJsonObject& Object, const FEdGraphPinType& Type, int
 	return TEXT("(") + FString::Join(Members, TEXT(",")) + TEXT(")");
 }
 
+/** The members of a struct may also stand in their order, as vectors often do. */
+FString ArrayToMembers(const TArray<TSharedPtr<FJsonValue>>& Array, const UScriptStruct& Struct, int32 Depth)
+{
+	TArray<FString> Members;
+	TFieldIterator<FProperty> It(&Struct);
+	for (int32 Index = 0; Index < Array.Num() && It; ++Index, ++It)
+	{
+		const FEdGraphPinType Type = FKestrelBlueprintUtils::ConvertPropertyToEdGraphPinType(*It);
+		Members.Add(It->GetName() + TEXT("=") + ToText(*Array[Index], Type, Depth + 1));
+	}
+	return TEXT("(") + FString::Join(Members, TEXT(",")) + TEXT(")");
+}
+
 FString ArrayToText(const TArray<TSharedPtr<FJsonValue>>& Array, const FEdGraphPinType& Type, int32 Depth)
 {
+	const UScriptStruct* Struct = Type.IsContainer() ? nullptr : Cast<UScriptStruct>(Type.PinSubCategoryObject.Get());
+	if (Struct)
+	{
+		return ArrayToMembers(Array, *Struct, Depth);
+	}
 	TArray<FString> Elements;
 	for (const TSharedPtr<FJsonValue>& Element : Array)
 	{
 		Elements.Add(ToText(*Element, GetElementType(Type), Depth + 1));
 	}
 	return TEXT("(") + FString::Join(Elements, TEXT(",")) + TEXT(")");
+}
+
+/** Inside of others nothing cannot stand for the empty value. */
+FString GetEmptyText(const FEdGraphPinType& Type)
+{
+	const FName Category = Type.PinCategory;
+	if (IsQuoted(Type))
+	{
+		return Quote(FString());
+	}
+	if (Type.IsContainer() || Category == FSchema::PC_Struct)
+	{
+		return TEXT("()");
+	}
+	const bool bNumber = Category == FSchema::PC_Int || Category == FSchema::PC_Int64 || Category == FSchema::PC_Byte ||
+						 Category == FSchema::PC_Real;
+	return bNumber ? TEXT("0") : Category == FSchema::PC_Boolean ? TEXT("False") : TEXT("None");
 }
 
 /** @param Depth  how many others the value lies in */
@@ -130,7 +165,7 @@ FString ToText(const FJsonValue& Value, const FEdGraphPinType& Type, int32 Depth
 	case EJson::Object:
 		return ObjectToText(*Value.AsObject(), Type, Depth);
 	default:
-		return bQuoted ? Quote(FString()) : FString();
+		return Depth > 0 ? GetEmptyText(Type) : FString();
 	}
 }
 
