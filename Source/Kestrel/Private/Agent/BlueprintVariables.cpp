@@ -4,12 +4,17 @@
 #include "Agent/BlueprintMessages.h"
 #include "Agent/JsonImportText.h"
 #include "Agent/KestrelBlueprintUtils.h"
+#include "AssetRegistry/AssetData.h"
+#include "AssetRegistry/AssetRegistryModule.h"
+#include "AssetRegistry/IAssetRegistry.h"
 #include "Dom/JsonObject.h"
 #include "Dom/JsonValue.h"
 #include "EdGraph/EdGraph.h"
 #include "EdGraphSchema_K2.h"
 #include "Engine/Blueprint.h"
 #include "Kismet2/BlueprintEditorUtils.h"
+#include "Misc/PackageName.h"
+#include "Modules/ModuleManager.h"
 #include "UObject/UnrealType.h"
 
 namespace BlueprintVariables
@@ -222,6 +227,25 @@ bool HasFunctionGraph(const UBlueprint& Blueprint, FName Name)
 		[Name](const TObjectPtr<UEdGraph>& Graph) { return Graph && Graph->GetFName() == Name; });
 }
 
+void LoadChildren(const UClass& Class, const TArray<FAssetData>& Blueprints)
+{
+	const FString ClassPath = Class.GetPathName();
+	for (const FAssetData& Asset : Blueprints)
+	{
+		FString ParentPath;
+		if (!Asset.GetTagValue(FBlueprintTags::ParentClassPath, ParentPath) ||
+			!FPackageName::ExportTextPathToObjectPath(ParentPath).Equals(ClassPath))
+		{
+			continue;
+		}
+		const UBlueprint* Child = Cast<UBlueprint>(Asset.GetAsset());
+		if (const UClass* ChildClass = Child ? Child->GeneratedClass.Get() : nullptr)
+		{
+			LoadChildren(*ChildClass, Blueprints);
+		}
+	}
+}
+
 /** Children and other instances of the class that have the default as it was get the new one. */
 void WriteDefault(UObject& Defaults, const TArray<UObject*>& Instances, const FProperty& Property, const FString& Text)
 {
@@ -296,6 +320,16 @@ TArray<FName> KestrelBlueprintVariables::FindCompiled(const UBlueprint& Blueprin
 		}
 	}
 	return Names;
+}
+
+void KestrelBlueprintVariables::LoadChildren(const UClass& Class)
+{
+	constexpr bool bSearchSubClasses = true; // Blueprints of widgets and others are also children of theirs
+	TArray<FAssetData> Blueprints;
+	FModuleManager::LoadModuleChecked<FAssetRegistryModule>("AssetRegistry")
+		.Get()
+		.GetAssetsByClass(UBlueprint::StaticClass()->GetClassPathName(), Blueprints, bSearchSubClasses);
+	BlueprintVariables::LoadChildren(Class, Blueprints);
 }
 
 void KestrelBlueprintVariables::WriteDefaults(const UBlueprint& Blueprint, const TArray<FName>& Names)

@@ -335,6 +335,26 @@ void FKestrelBlueprintVariablesSpec::Define()
 				Find(*Blueprint, TEXT("Last"))->VarType.PinCategory == UEdGraphSchema_K2::PC_Boolean);
 	});
 
+	It("have no trace of an undone value left in children that were loaded in between", [this]() {
+		const FKestrelTestContent Content;
+		const UBlueprint* Parent = Content.CreateBlueprint(TEXT("BP_Parent"));
+		Modify(*Parent, TEXT("{'Variables':{'Health':{'Type':{'Category':'int'},'Value':100}}}"));
+		UBlueprint* Child = Content.CreateBlueprint(TEXT("BP_Child"), TEXT("BP_Parent"));
+		FUtils::SaveBlueprint(Child);
+		FUtils::SaveBlueprint(Content.CreateBlueprint(TEXT("BP_Grandchild"), TEXT("BP_Child")));
+		GEditor->ResetTransaction(FText());
+		Content.Unload();
+
+		Parent = FUtils::GetBlueprintFromtBlueprintName(TEXT("BP_Parent"));
+		Modify(*Parent, TEXT("{'Variables':{'HEALTH':{'Value':250}}}"));
+		Child = FUtils::GetBlueprintFromtBlueprintName(TEXT("BP_Grandchild"));
+		KestrelTest::TestSameText(*this, TEXT("changed"), GetDefault(*Child, TEXT("Health")), TEXT("250"));
+		GEditor->UndoTransaction();
+		FUtils::CompileDirtyBlueprints();
+		KestrelTest::TestSameText(*this, TEXT("undone"), GetDefault(*Child, TEXT("Health")), TEXT("100"));
+		GEditor->ResetTransaction(FText());
+	});
+
 	It("come back as they were when the one transaction is undone", [this]() {
 		const FKestrelTestContent Content;
 		UBlueprint* Blueprint = Content.CreateBlueprint(TEXT("BP_Undone"));
