@@ -25,6 +25,16 @@ std::string ToLower(std::string Text)
 	return Text;
 }
 
+/** Between words; a comma between digits, as in "1,2,3", is part of one. */
+bool IsBetweenWords(const std::string& Text, size_t At)
+{
+	const auto IsDigit = [&Text](size_t Place) {
+		return Place < Text.size() && std::isdigit(static_cast<unsigned char>(Text[Place]));
+	};
+	return std::isspace(static_cast<unsigned char>(Text[At])) ||
+		   (Text[At] == ',' && !(At > 0 && IsDigit(At - 1) && IsDigit(At + 1)));
+}
+
 /** Words, with what stands in quotes as one; punctuation at the end of a word falls off. */
 std::vector<Word> SplitWords(const std::string& Text)
 {
@@ -32,7 +42,7 @@ std::vector<Word> SplitWords(const std::string& Text)
 	for (size_t At = 0; At < Text.size();)
 	{
 		const char C = Text[At];
-		if (std::isspace(static_cast<unsigned char>(C)) || C == ',')
+		if (IsBetweenWords(Text, At))
 		{
 			++At;
 			continue;
@@ -40,8 +50,7 @@ std::vector<Word> SplitWords(const std::string& Text)
 		const bool bQuoted = C == '"' || C == '\'' || C == '`';
 		const size_t Start = bQuoted ? At + 1 : At;
 		size_t End = Start;
-		while (End < Text.size() &&
-			   (bQuoted ? Text[End] != C : !std::isspace(static_cast<unsigned char>(Text[End])) && Text[End] != ','))
+		while (End < Text.size() && (bQuoted ? Text[End] != C : !IsBetweenWords(Text, End)))
 		{
 			End += bQuoted && Text[End] == '\\' && End + 1 < Text.size() ? 2 : 1;
 		}

@@ -117,6 +117,7 @@ TEST(PlainRequestTest, UnderstandsShortRequests)
 		{ "run python: show = 1 # of blueprint BP_Gate", "P [show = 1 # of blueprint BP_Gate]" },
 		{ "read behaviour tree BT_Gate", "RT BT_Gate" },
 		{ "add an int variable Health to BP_Gate with value 100", "AV BP_Gate Health int [100]" },
+		{ "add a vector variable Spot to BP_Gate, with value 1,2.5,3", "AV BP_Gate Spot vector [1,2.5,3]" },
 		{ "Please add a replicated variable called Names of type string[] to the blueprint BP_Gate.",
 			"AV BP_Gate Names string[] [] replicated" },
 		{ "add variable Health to BP_Gate", "" },

@@ -175,7 +175,7 @@ PyObject* Represent(PyObject* Self)
 {
 	const UObject* const Object = ToInstance(Self)->Object.Get();
 	const FString Text = Object
-							 ? FString::Printf(TEXT("<Object '%s' (0x%p) Class '%s'>"), *Object->GetPathName(),
+							 ? FString::Printf(TEXT("<Object '%s' (%p) Class '%s'>"), *Object->GetPathName(),
 								   static_cast<const void*>(Object), *Object->GetClass()->GetName())
 							 : FString::Printf(TEXT("<Object destroyed, Type '%s'>"), *FString(Py_TYPE(Self)->tp_name));
 	return PyText::ToPython(Text).Release();

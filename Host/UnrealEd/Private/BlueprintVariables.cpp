@@ -67,6 +67,68 @@ void ReconstructNodesOf(const UBlueprint& Blueprint, FName Variable)
 		}
 	}
 }
+
+/** Three plain numbers with commas between. */
+bool ReadThree(const FString& Text, double& OutFirst, double& OutSecond, double& OutThird)
+{
+	TArray<FString> Numbers;
+	Text.ParseIntoArray(Numbers, TEXT(","), false);
+	if (Numbers.Num() != 3)
+	{
+		return false;
+	}
+	double* const Targets[] = { &OutFirst, &OutSecond, &OutThird };
+	for (int32 Index = 0; Index < 3; ++Index)
+	{
+		const FString Number = Numbers[Index].TrimStartAndEnd();
+		if (!Number.IsNumeric())
+		{
+			return false;
+		}
+		*Targets[Index] = FCString::Atod(*Number);
+	}
+	return true;
+}
+
+bool ReadTransform(const FString& Text, FTransform& OutTransform)
+{
+	TArray<FString> Members;
+	Text.ParseIntoArray(Members, TEXT("|"), false);
+	FVector Place;
+	FRotator Turn;
+	FVector Scale;
+	if (Members.Num() != 3 || !ReadThree(Members[0], Place.X, Place.Y, Place.Z) ||
+		!ReadThree(Members[1], Turn.Pitch, Turn.Yaw, Turn.Roll) || !ReadThree(Members[2], Scale.X, Scale.Y, Scale.Z))
+	{
+		return false;
+	}
+	OutTransform = FTransform(Turn, Place, Scale);
+	return true;
+}
+
+/** Structs that pins have in a form of their own are read in that, all others as properties write themselves. */
+bool ReadPinText(const FProperty& Property, const FString& Text, void* Value, UObject* Owner, int32 PortFlags)
+{
+	const FStructProperty* const StructProperty = CastField<FStructProperty>(&Property);
+	const UScriptStruct* const Struct = StructProperty ? StructProperty->Struct : nullptr;
+	if (Struct == TBaseStructure<FVector>::Get())
+	{
+		FVector& Vector = *static_cast<FVector*>(Value);
+		return ReadThree(Text, Vector.X, Vector.Y, Vector.Z);
+	}
+	if (Struct == TBaseStructure<FRotator>::Get())
+	{
+		FRotator& Turn = *static_cast<FRotator*>(Value);
+		return ReadThree(Text, Turn.Pitch, Turn.Yaw, Turn.Roll);
+	}
+	if (Struct == TBaseStructure<FTransform>::Get())
+	{
+		return ReadTransform(Text, *static_cast<FTransform*>(Value));
+	}
+	const bool bWhole = Struct != TBaseStructure<FLinearColor>::Get() ||
+						(Text.Contains(TEXT("R=")) && Text.Contains(TEXT("G=")) && Text.Contains(TEXT("B=")));
+	return bWhole && Property.ImportText_Direct(*Text, Value, Owner, PortFlags);
+}
 }
 
 bool FBlueprintEditorUtils::AddMemberVariable(
@@ -242,6 +304,19 @@ FName FBlueprintEditorUtils::FindUniqueKismetName(
 	return Name;
 }
 
+bool FBlueprintEditorUtils::HasGetTypeHash(const FEdGraphPinType& PinType)
+{
+	using FSchema = UEdGraphSchema_K2;
+	const FName Category = PinType.PinCategory;
+	if (PinType.IsContainer() || Category == FSchema::PC_Boolean || Category == FSchema::PC_Text ||
+		Category == FSchema::PC_Delegate || Category == FSchema::PC_MCDelegate)
+	{
+		return false;
+	}
+	const UScriptStruct* const Struct = Cast<UScriptStruct>(PinType.PinSubCategoryObject.Get());
+	return Category != FSchema::PC_Struct || (Struct && Struct->CanHash());
+}
+
 bool FBlueprintEditorUtils::PropertyValueFromString(
 	const FProperty* Property, const FString& StrValue, uint8* Container, UObject* OwningObject, int32 PortFlags)
 {
@@ -249,8 +324,7 @@ bool FBlueprintEditorUtils::PropertyValueFromString(
 	const FPropertyValueBuffer Value(*Property);
 	void* const Target = Property->ContainerPtrToValuePtr<void>(static_cast<void*>(Container));
 	Property->CopyCompleteValue(Value.Get(), Target);
-	const TCHAR* const Rest = Property->ImportText_Direct(*StrValue, Value.Get(), OwningObject, PortFlags);
-	if (!Rest)
+	if (!BlueprintVariables::ReadPinText(*Property, StrValue, Value.Get(), OwningObject, PortFlags))
 	{
 		return false;
 	}

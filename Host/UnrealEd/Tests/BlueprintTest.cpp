@@ -67,6 +67,64 @@ TEST_F(BlueprintTest, VariableIsInTheSkeletonAtOnceAndInTheClassAfterCompiling)
 		12.0);
 }
 
+TEST_F(BlueprintTest, DefaultsAreReadAsPinsHaveThem)
+{
+	const struct
+	{
+		UScriptStruct* Struct;
+		const TCHAR* Text;
+		const char* Value; // null when the compiler warns
+	} Cases[] = {
+		{ TBaseStructure<FVector>::Get(), TEXT("1, -2.5,3"), "(X=1.000000,Y=-2.500000,Z=3.000000)" },
+		{ TBaseStructure<FVector>::Get(), TEXT("(X=1,Y=2,Z=3)"), nullptr },
+		{ TBaseStructure<FVector>::Get(), TEXT("1,2"), nullptr },
+		{ TBaseStructure<FVector>::Get(), TEXT("1,2,1e5"), nullptr },
+		{ TBaseStructure<FRotator>::Get(), TEXT("1,2,3"), "(Pitch=1.000000,Yaw=2.000000,Roll=3.000000)" },
+		{ TBaseStructure<FRotator>::Get(), TEXT("(Pitch=1,Yaw=2,Roll=3)"), nullptr },
+		{ TBaseStructure<FTransform>::Get(), TEXT("1,2,3|0,0,0|1,1,2"),
+			"(Rotation=(X=0.000000,Y=0.000000,Z=0.000000,W=1.000000),Translation=(X=1.000000,Y=2.000000,Z=3.000000),"
+			"Scale3D=(X=1.000000,Y=1.000000,Z=2.000000))" },
+		{ TBaseStructure<FTransform>::Get(), TEXT("(Translation=(X=1,Y=2,Z=3))"), nullptr },
+		{ TBaseStructure<FLinearColor>::Get(), TEXT("(R=1,G=0.5,B=0,A=1)"),
+			"(R=1.000000,G=0.500000,B=0.000000,A=1.000000)" },
+		{ TBaseStructure<FLinearColor>::Get(), TEXT("(R=1)"), nullptr },
+		{ TBaseStructure<FVector2D>::Get(), TEXT("(X=1,Y=2)"), "(X=1.000000,Y=2.000000)" },
+	};
+	for (const auto& Case : Cases)
+	{
+		UBlueprint* const Blueprint = Make(TEXT("/Game/BP_Defaults"));
+		FBlueprintEditorUtils::AddMemberVariable(
+			Blueprint, TEXT("Value"), MakeType(UEdGraphSchema_K2::PC_Struct, NAME_None, Case.Struct), Case.Text);
+		EXPECT_EQ(Compile(Blueprint), Case.Value ? BS_UpToDate : BS_UpToDateWithWarnings) << ToUtf8(Case.Text);
+		const FProperty* const Property = Blueprint->GeneratedClass->FindPropertyByName(TEXT("Value"));
+		FString Text;
+		Property->ExportText_InContainer(0, Text, Blueprint->GeneratedClass->GetDefaultObject(),
+			Blueprint->GeneratedClass->GetDefaultObject(), nullptr, PPF_None);
+		EXPECT_TRUE(!Case.Value || ToUtf8(Text) == Case.Value) << ToUtf8(Text);
+		ForgetAll();
+	}
+}
+
+TEST_F(BlueprintTest, TypesThatNoPropertyCanHaveAreErrors)
+{
+	const FEdGraphPinType Enum = MakeType(UEdGraphSchema_K2::PC_Enum, NAME_None, StaticEnum<ETickingGroup>());
+	const FEdGraphPinType Interface = MakeType(UEdGraphSchema_K2::PC_Interface, NAME_None, AActor::StaticClass());
+	FEdGraphPinType Set = MakeType(UEdGraphSchema_K2::PC_Struct, NAME_None, TBaseStructure<FTransform>::Get());
+	EXPECT_FALSE(FBlueprintEditorUtils::HasGetTypeHash(Set));
+	Set.ContainerType = EPinContainerType::Set;
+	FEdGraphPinType Names = MakeType(UEdGraphSchema_K2::PC_Name);
+	EXPECT_TRUE(FBlueprintEditorUtils::HasGetTypeHash(Names));
+	Names.ContainerType = EPinContainerType::Array;
+	EXPECT_FALSE(FBlueprintEditorUtils::HasGetTypeHash(Names));
+	for (const FEdGraphPinType& Type : { Enum, Interface, Set })
+	{
+		UBlueprint* const Blueprint = Make(TEXT("/Game/BP_Types"));
+		FBlueprintEditorUtils::AddMemberVariable(Blueprint, TEXT("Value"), Type);
+		EXPECT_EQ(Compile(Blueprint), BS_Error) << ToUtf8(Type.PinCategory.ToString());
+		ForgetAll();
+	}
+}
+
 TEST_F(BlueprintTest, ChildrenFollowTheirParent)
 {
 	UBlueprint* const Parent = Make(TEXT("/Game/BP_Parent"));

@@ -171,7 +171,7 @@ FProperty* MakeElement(FFieldVariant Owner, FName Name, const FEdGraphTerminalTy
 			return Kind.Make(Owner, Name);
 		}
 	}
-	if (Type.TerminalCategory == FSchema::PC_Byte || Type.TerminalCategory == FSchema::PC_Enum)
+	if (Type.TerminalCategory == FSchema::PC_Byte)
 	{
 		return MakeByte(Owner, Name, Cast<UEnum>(Object));
 	}
@@ -192,7 +192,9 @@ FProperty* MakeElement(FFieldVariant Owner, FName Name, const FEdGraphTerminalTy
 	}
 	UClass* const Class =
 		Type.TerminalSubCategory == FSchema::PSC_Self ? GetSelfClass(Owner) : GetAuthoritativeClass(Object);
-	return Class ? MakeReference(Owner, Name, Type, Class) : nullptr;
+	const bool bFits =
+		Class && (Type.TerminalCategory != FSchema::PC_Interface || Class->HasAnyClassFlags(CLASS_Interface));
+	return bFits ? MakeReference(Owner, Name, Type, Class) : nullptr;
 }
 
 /** Elements of sets and keys of maps are found by their hash. */

@@ -48,9 +48,17 @@ public:
 	static void ValidateBlueprintChildVariables(UBlueprint* InBlueprint, const FName InVariableName);
 	static FName FindUniqueKismetName(
 		const UBlueprint* InBlueprint, const FString& InBaseName, UStruct* InScope = nullptr);
-	/** Reads the text into the property of the container. False when it is no such value. */
+	/**
+	 * Reads the text into the property of the container. False when it is no such value.
+	 *
+	 * Texts are those of pins: "1,2,3" for vectors and rotators, three of these with bars between for transforms, and
+	 * colours name red, green and blue. Others are as properties export them.
+	 */
 	static bool PropertyValueFromString(const FProperty* Property, const FString& StrValue, uint8* Container,
 		UObject* OwningObject = nullptr, int32 PortFlags = 0);
+
+	/** Whether values of the type can be elements of sets and keys of maps; containers cannot. */
+	static bool HasGetTypeHash(const FEdGraphPinType& PinType);
 
 	// What has changed.
 

@@ -145,7 +145,7 @@ void FKestrelBlueprintUtils::CompileDirtyBlueprints()
 	TArray<TStrongObjectPtr<UBlueprint>> Dirty; // compiling collects garbage
 	for (TObjectIterator<UBlueprint> It; It; ++It)
 	{
-		if (It->GetOutermost()->IsDirty())
+		if (IsValid(*It) && It->GetOutermost()->IsDirty())
 		{
 			Dirty.Emplace(*It);
 		}

@@ -11,25 +11,24 @@ namespace BlueprintMembers
 {
 using FSchema = UEdGraphSchema_K2;
 
-/** What a category cannot do without, and whether hashed containers can hold it as key. */
+/** What a category cannot do without. */
 struct FCategory
 {
 	FName Name;
 	const UClass* ObjectClass = nullptr; // of the sub-category object; null when none is needed
-	bool bHashable = true;
 };
 
 const TArray<FCategory>& GetCategories()
 {
 	static const TArray<FCategory> Categories = {
-		{ FSchema::PC_Boolean, nullptr, false },
+		{ FSchema::PC_Boolean },
 		{ FSchema::PC_Byte },
 		{ FSchema::PC_Int },
 		{ FSchema::PC_Int64 },
 		{ FSchema::PC_Real },
 		{ FSchema::PC_Name },
 		{ FSchema::PC_String },
-		{ FSchema::PC_Text, nullptr, false },
+		{ FSchema::PC_Text },
 		{ FSchema::PC_FieldPath },
 		{ FSchema::PC_Enum, UEnum::StaticClass() },
 		{ FSchema::PC_Struct, UScriptStruct::StaticClass() },
@@ -42,13 +41,13 @@ const TArray<FCategory>& GetCategories()
 	return Categories;
 }
 
-const FCategory* FindUsable(FName Name, FName SubCategory, const UObject* Object)
+bool IsUsable(FName Name, FName SubCategory, const UObject* Object)
 {
 	const FCategory* Category =
 		GetCategories().FindByPredicate([Name](const FCategory& Known) { return Known.Name == Name; });
 	if (!Category)
 	{
-		return nullptr;
+		return false;
 	}
 	// The compiler stops the process for a real number of no precision.
 	const bool bPrecise =
@@ -56,7 +55,17 @@ const FCategory* FindUsable(FName Name, FName SubCategory, const UObject* Object
 	const bool bSelf = Name == FSchema::PC_Object && SubCategory == FSchema::PSC_Self;
 	const bool bHasObject = !Category->ObjectClass || bSelf || (Object && Object->IsA(Category->ObjectClass));
 	const bool bEnumOrNone = Name != FSchema::PC_Byte || !Object || Object->IsA<UEnum>();
-	return bPrecise && bHasObject && bEnumOrNone ? Category : nullptr;
+	const UClass* Class = Cast<UClass>(Object);
+	const bool bInterface = Name != FSchema::PC_Interface || (Class && Class->HasAnyClassFlags(CLASS_Interface));
+	return bPrecise && bHasObject && bEnumOrNone && bInterface;
+}
+
+/** Elements of sets and keys of maps are found by their hash. */
+bool CanBeKey(const FEdGraphPinType& PinType)
+{
+	FEdGraphPinType Key = PinType;
+	Key.ContainerType = EPinContainerType::None;
+	return FBlueprintEditorUtils::HasGetTypeHash(Key);
 }
 }
 
@@ -81,13 +90,23 @@ bool KestrelBlueprintMembers::IsNameFree(const UBlueprint& Blueprint, const FStr
 
 bool KestrelBlueprintMembers::IsUsableType(const FEdGraphPinType& PinType)
 {
-	const BlueprintMembers::FCategory* Category =
-		BlueprintMembers::FindUsable(PinType.PinCategory, PinType.PinSubCategory, PinType.PinSubCategoryObject.Get());
-	if (!Category || ((PinType.IsMap() || PinType.IsSet()) && !Category->bHashable))
+	if (!BlueprintMembers::IsUsable(PinType.PinCategory, PinType.PinSubCategory, PinType.PinSubCategoryObject.Get()) ||
+		((PinType.IsMap() || PinType.IsSet()) && !BlueprintMembers::CanBeKey(PinType)))
 	{
 		return false;
 	}
 	const FEdGraphTerminalType& Value = PinType.PinValueType;
-	return !PinType.IsMap() || BlueprintMembers::FindUsable(Value.TerminalCategory, Value.TerminalSubCategory,
+	return !PinType.IsMap() || BlueprintMembers::IsUsable(Value.TerminalCategory, Value.TerminalSubCategory,
 								   Value.TerminalSubCategoryObject.Get());
+}
+
+void KestrelBlueprintMembers::StoreEnumsAsBytes(FEdGraphPinType& PinType)
+{
+	for (FName* Category : { &PinType.PinCategory, &PinType.PinValueType.TerminalCategory })
+	{
+		if (*Category == UEdGraphSchema_K2::PC_Enum)
+		{
+			*Category = UEdGraphSchema_K2::PC_Byte;
+		}
+	}
 }

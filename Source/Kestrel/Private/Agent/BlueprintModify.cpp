@@ -24,6 +24,10 @@ bool ApplyVariables(
 		return false;
 	}
 	OutRewritten = KestrelBlueprintVariables::FindCompiled(Blueprint, **Variables);
+	if (!OutRewritten.IsEmpty())
+	{
+		KestrelBlueprintVariables::LoadChildren(*Blueprint.GeneratedClass.Get());
+	}
 	return FKestrelBlueprintUtils::ModifyBlueprintVariables(&Blueprint, **Variables, Result);
 }
 

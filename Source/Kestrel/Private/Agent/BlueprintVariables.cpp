@@ -4,12 +4,17 @@
 #include "Agent/BlueprintMessages.h"
 #include "Agent/JsonImportText.h"
 #include "Agent/KestrelBlueprintUtils.h"
+#include "AssetRegistry/AssetData.h"
+#include "AssetRegistry/AssetRegistryModule.h"
+#include "AssetRegistry/IAssetRegistry.h"
 #include "Dom/JsonObject.h"
 #include "Dom/JsonValue.h"
 #include "EdGraph/EdGraph.h"
 #include "EdGraphSchema_K2.h"
 #include "Engine/Blueprint.h"
 #include "Kismet2/BlueprintEditorUtils.h"
+#include "Misc/PackageName.h"
+#include "Modules/ModuleManager.h"
 #include "UObject/UnrealType.h"
 
 namespace BlueprintVariables
@@ -57,7 +62,7 @@ void SetTooltip(const FTarget& Target, const FJsonValue& Value)
 
 void SetValue(const FTarget& Target, const FJsonValue& Value)
 {
-	Target.Describe().DefaultValue = KestrelJson::ToImportText(Value, Target.Describe().VarType);
+	Target.Describe().DefaultValue = KestrelJson::ToDefaultText(Value, Target.Describe().VarType);
 }
 
 template <uint64 Flag>
@@ -153,12 +158,23 @@ private:
 									  : static_cast<int32>(INDEX_NONE);
 	}
 
-	bool Create(const FString& Name, const TSharedPtr<FJsonObject>& Entry)
+	bool ReadType(const FString& Name, const TSharedPtr<FJsonObject>& Entry, FEdGraphPinType& OutType)
 	{
-		const FEdGraphPinType Type = FKestrelBlueprintUtils::ConvertJsonToEdGraphPinType(Entry);
-		if (!KestrelBlueprintMembers::IsUsableType(Type))
+		OutType = FKestrelBlueprintUtils::ConvertJsonToEdGraphPinType(Entry);
+		if (!KestrelBlueprintMembers::IsUsableType(OutType))
 		{
 			Messages.AddInvalidType(Name);
+			return false;
+		}
+		KestrelBlueprintMembers::StoreEnumsAsBytes(OutType);
+		return true;
+	}
+
+	bool Create(const FString& Name, const TSharedPtr<FJsonObject>& Entry)
+	{
+		FEdGraphPinType Type;
+		if (!ReadType(Name, Entry, Type))
+		{
 			return false;
 		}
 		if (!KestrelBlueprintMembers::CanBeName(Name) || !KestrelBlueprintMembers::IsNameFree(Blueprint, Name) ||
@@ -180,10 +196,9 @@ private:
 		{
 			return true;
 		}
-		FEdGraphPinType Type = FKestrelBlueprintUtils::ConvertJsonToEdGraphPinType(Entry);
-		if (!KestrelBlueprintMembers::IsUsableType(Type))
+		FEdGraphPinType Type;
+		if (!ReadType(Name, Entry, Type))
 		{
-			Messages.AddInvalidType(Name);
 			return false;
 		}
 		// Variables are made without these, too.
@@ -191,6 +206,8 @@ private:
 		Type.bIsWeakPointer = false;
 		Type.bIsReference = false;
 		const FBPVariableDescription& Variable = Blueprint.NewVariables[Index];
+		// Properties of classes have it whatever the description says, and what was read of them may come back.
+		Type.bIsUObjectWrapper = Variable.VarType.bIsUObjectWrapper;
 		if (Variable.VarType != Type)
 		{
 			FBlueprintEditorUtils::ChangeMemberVariableType(&Blueprint, Variable.VarName, Type);
@@ -208,6 +225,25 @@ bool HasFunctionGraph(const UBlueprint& Blueprint, FName Name)
 {
 	return Blueprint.FunctionGraphs.ContainsByPredicate(
 		[Name](const TObjectPtr<UEdGraph>& Graph) { return Graph && Graph->GetFName() == Name; });
+}
+
+void LoadChildren(const UClass& Class, const TArray<FAssetData>& Blueprints)
+{
+	const FString ClassPath = Class.GetPathName();
+	for (const FAssetData& Asset : Blueprints)
+	{
+		FString ParentPath;
+		if (!Asset.GetTagValue(FBlueprintTags::ParentClassPath, ParentPath) ||
+			!FPackageName::ExportTextPathToObjectPath(ParentPath).Equals(ClassPath))
+		{
+			continue;
+		}
+		const UBlueprint* Child = Cast<UBlueprint>(Asset.GetAsset());
+		if (const UClass* ChildClass = Child ? Child->GeneratedClass.Get() : nullptr)
+		{
+			LoadChildren(*ChildClass, Blueprints);
+		}
+	}
 }
 
 /** Children and other instances of the class that have the default as it was get the new one. */
@@ -286,6 +322,16 @@ TArray<FName> KestrelBlueprintVariables::FindCompiled(const UBlueprint& Blueprin
 	return Names;
 }
 
+void KestrelBlueprintVariables::LoadChildren(const UClass& Class)
+{
+	constexpr bool bSearchSubClasses = true; // Blueprints of widgets and others are also children of theirs
+	TArray<FAssetData> Blueprints;
+	FModuleManager::LoadModuleChecked<FAssetRegistryModule>("AssetRegistry")
+		.Get()
+		.GetAssetsByClass(UBlueprint::StaticClass()->GetClassPathName(), Blueprints, bSearchSubClasses);
+	BlueprintVariables::LoadChildren(Class, Blueprints);
+}
+
 void KestrelBlueprintVariables::WriteDefaults(const UBlueprint& Blueprint, const TArray<FName>& Names)
 {
 	const UClass* Class = Blueprint.GeneratedClass;
@@ -296,6 +342,7 @@ void KestrelBlueprintVariables::WriteDefaults(const UBlueprint& Blueprint, const
 	}
 	TArray<UObject*> Instances;
 	Defaults->GetArchetypeInstances(Instances);
+	Defaults->SetFlags(RF_Transactional); // or undo leaves it out
 	Defaults->Modify();
 	for (const FName Name : Names)
 	{

@@ -63,7 +63,7 @@ public:
 		}
 		FString FileText;
 		FFileHelper::BufferToString(FileText, Bytes.GetData(), Bytes.Num());
-		return FileText.Contains(Text);
+		return Text.IsEmpty() || FileText.Contains(Text); // the engine does not find the empty text
 	}
 
 private:

@@ -81,6 +81,12 @@ const FValueCase ValueCases[] = {
 	{ TEXT("Count"), TEXT("'Category':'int'"), TEXT("42"), TEXT("42") },
 	{ TEXT("Big"), TEXT("'Category':'int64'"), TEXT("9007199254740991"), TEXT("9007199254740991") },
 	{ TEXT("Small"), TEXT("'Category':'byte'"), TEXT("7"), TEXT("7") },
+	{ TEXT("Group"), TEXT("'Category':'enum','SubCategoryObject':'/Script/Engine.ETickingGroup'"),
+		TEXT("'TG_PostPhysics'"), TEXT("TG_PostPhysics") },
+	{ TEXT("Groups"),
+		TEXT("'Category':'name','Container':'Map','ValueType':{'Category':'enum','SubCategoryObject':"
+			 "'/Script/Engine.ETickingGroup'}"),
+		TEXT("{'Late':'TG_PostPhysics'}"), TEXT("((\"Late\", TG_PostPhysics))") },
 	{ TEXT("Speed"), TEXT("'Category':'real','SubCategory':'double'"), TEXT("-1.5"), TEXT("-1.500000") },
 	{ TEXT("Line"), TEXT("'Category':'string'"), TEXT("'a, b'"), TEXT("a, b") },
 	{ TEXT("Nothing"), TEXT("'Category':'string'"), TEXT("null"), TEXT("") },
@@ -88,6 +94,23 @@ const FValueCase ValueCases[] = {
 		TEXT("{'X':1,'Z':-2.25}"), TEXT("(X=1.000000,Y=0.000000,Z=-2.250000)") },
 	{ TEXT("PlaceText"), TEXT("'Category':'struct','SubCategoryObject':'/Script/CoreUObject.Vector'"),
 		TEXT("'(X=1,Y=2,Z=3)'"), TEXT("(X=1.000000,Y=2.000000,Z=3.000000)") },
+	{ TEXT("PlaceNumbers"), TEXT("'Category':'struct','SubCategoryObject':'/Script/CoreUObject.Vector'"),
+		TEXT("'1, 2,3'"), TEXT("(X=1.000000,Y=2.000000,Z=3.000000)") },
+	{ TEXT("PlaceInOrder"), TEXT("'Category':'struct','SubCategoryObject':'/Script/CoreUObject.Vector'"),
+		TEXT("[1,null,3,4]"), TEXT("(X=1.000000,Y=0.000000,Z=3.000000)") },
+	{ TEXT("Holes"), TEXT("'Category':'int','Container':'Array'"), TEXT("[null,1]"), TEXT("(0,1)") },
+	{ TEXT("Targets"), TEXT("'Category':'object','SubCategoryObject':'/Script/Engine.Actor','Container':'Array'"),
+		TEXT("[null,null]"), TEXT("(None,None)") },
+	{ TEXT("PlaceTiny"), TEXT("'Category':'struct','SubCategoryObject':'/Script/CoreUObject.Vector'"),
+		TEXT("{'X':1e20,'Y':1e-7}"), TEXT("(X=100000000000000000000.000000,Y=0.000000,Z=0.000000)") },
+	{ TEXT("Turn"), TEXT("'Category':'struct','SubCategoryObject':'/Script/CoreUObject.Rotator'"),
+		TEXT("{'Yaw':90,'Roll':0.25}"), TEXT("(Pitch=0.000000,Yaw=90.000000,Roll=0.250000)") },
+	{ TEXT("Stand"), TEXT("'Category':'struct','SubCategoryObject':'/Script/CoreUObject.Transform'"),
+		TEXT("{'Translation':{'X':5}}"),
+		TEXT("(Rotation=(X=0.000000,Y=0.000000,Z=0.000000,W=1.000000),Translation=(X=5.000000,Y=0.000000,Z=0.000000),"
+			 "Scale3D=(X=1.000000,Y=1.000000,Z=1.000000))") },
+	{ TEXT("Paint"), TEXT("'Category':'struct','SubCategoryObject':'/Script/CoreUObject.LinearColor'"),
+		TEXT("{'R':1,'A':0.5}"), TEXT("(R=1.000000,G=0.000000,B=0.000000,A=0.500000)") },
 	{ TEXT("Lines"), TEXT("'Category':'string','Container':'Array'"), TEXT("['one','(2, 3)','42']"),
 		TEXT("(\"one\",\"(2, 3)\",\"42\")") },
 	{ TEXT("Counts"), TEXT("'Category':'int','Container':'Array'"), TEXT("[1,2,3]"), TEXT("(1,2,3)") },
@@ -101,6 +124,22 @@ const FValueCase ValueCases[] = {
 	{ TEXT("Target"), TEXT("'Category':'object','SubCategoryObject':'/Script/Engine.Actor'"), TEXT("null"),
 		TEXT("None") },
 };
+
+/** A request that gives these variables the types that a Blueprint's document has them with. */
+FString GetTypes(const FString& Document)
+{
+	const TSharedPtr<FJsonObject> Read = KestrelJson::ParseObject(Document);
+	const TSharedPtr<FJsonObject> Types = MakeShared<FJsonObject>();
+	for (const FValueCase& Case : ValueCases)
+	{
+		const TSharedPtr<FJsonObject> Variable = Read->GetObjectField(TEXT("Variables"))->GetObjectField(Case.Name);
+		Variable->RemoveField(TEXT("Value"));
+		Types->SetObjectField(Case.Name, Variable);
+	}
+	const TSharedRef<FJsonObject> Request = MakeShared<FJsonObject>();
+	Request->SetObjectField(TEXT("Variables"), Types);
+	return KestrelJson::ToCondensedText(Request);
+}
 
 struct FRefusal
 {
@@ -121,6 +160,10 @@ const FRefusal Refusals[] = {
 	{ TEXT("'A':{'Type':{'Category':'object','SubCategoryObject':'/Game/No.No'}}"),
 		TEXT("Invalid variable type for variable: A") },
 	{ TEXT("'A':{'Type':{'Category':'text','Container':'Set'}}"), TEXT("Invalid variable type for variable: A") },
+	{ TEXT("'A':{'Type':{'Category':'struct','SubCategoryObject':'/Script/CoreUObject.Transform','Container':'Set'}}"),
+		TEXT("Invalid variable type for variable: A") },
+	{ TEXT("'A':{'Type':{'Category':'interface','SubCategoryObject':'/Script/Engine.Actor'}}"),
+		TEXT("Invalid variable type for variable: A") },
 	{ TEXT("'A':{'Type':{'Category':'int','Container':'Map'}}"), TEXT("Invalid variable type for variable: A") },
 	{ TEXT("'a.b':{'Type':{'Category':'int'}}"), TEXT("Failed to create variable: a.b") },
 	{ TEXT("'':{'Type':{'Category':'int'}}"), TEXT("Failed to create variable: ") },
@@ -176,6 +219,8 @@ void FKestrelBlueprintVariablesSpec::Define()
 		{
 			KestrelTest::TestSameText(*this, Case.Name, GetDefault(*Blueprint, Case.Name), Case.Default);
 		}
+		KestrelTest::TestSameText(*this, TEXT("with the types that were read"), Modify(*Blueprint, *GetTypes(Before)),
+			TEXT("Message=No modifications were made to the Blueprint."));
 	});
 
 	It("are refused with a message when they would break the Blueprint, and the others are made", [this]() {
@@ -288,6 +333,26 @@ void FKestrelBlueprintVariablesSpec::Define()
 		TestTrue(TEXT("of equal names the last one counts"),
 			!Find(*Blueprint, TEXT("Twice")) &&
 				Find(*Blueprint, TEXT("Last"))->VarType.PinCategory == UEdGraphSchema_K2::PC_Boolean);
+	});
+
+	It("have no trace of an undone value left in children that were loaded in between", [this]() {
+		const FKestrelTestContent Content;
+		const UBlueprint* Parent = Content.CreateBlueprint(TEXT("BP_Parent"));
+		Modify(*Parent, TEXT("{'Variables':{'Health':{'Type':{'Category':'int'},'Value':100}}}"));
+		UBlueprint* Child = Content.CreateBlueprint(TEXT("BP_Child"), TEXT("BP_Parent"));
+		FUtils::SaveBlueprint(Child);
+		FUtils::SaveBlueprint(Content.CreateBlueprint(TEXT("BP_Grandchild"), TEXT("BP_Child")));
+		GEditor->ResetTransaction(FText());
+		Content.Unload();
+
+		Parent = FUtils::GetBlueprintFromtBlueprintName(TEXT("BP_Parent"));
+		Modify(*Parent, TEXT("{'Variables':{'HEALTH':{'Value':250}}}"));
+		Child = FUtils::GetBlueprintFromtBlueprintName(TEXT("BP_Grandchild"));
+		KestrelTest::TestSameText(*this, TEXT("changed"), GetDefault(*Child, TEXT("Health")), TEXT("250"));
+		GEditor->UndoTransaction();
+		FUtils::CompileDirtyBlueprints();
+		KestrelTest::TestSameText(*this, TEXT("undone"), GetDefault(*Child, TEXT("Health")), TEXT("100"));
+		GEditor->ResetTransaction(FText());
 	});
 
 	It("come back as they were when the one transaction is undone", [this]() {
