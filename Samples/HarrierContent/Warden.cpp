@@ -31,7 +31,7 @@ TArray<FVariable> GetVariables()
 		{ TEXT("Post"), Name, TEXT("NorthGate") },
 		{ TEXT("Motto"), TypeOf(FSchema::PC_String), TEXT("Nothing passes") },
 		{ TEXT("Greeting"), TypeOf(FSchema::PC_Text), TEXT("") },
-		{ TEXT("Home"), Vector, TEXT("(X=100.000000,Y=-20.500000,Z=0.000000)") },
+		{ TEXT("Home"), Vector, TEXT("100.000000,-20.500000,0.000000") },
 		{ TEXT("Facing"), TypeOf(FSchema::PC_Struct, TBaseStructure<FRotator>::Get()), TEXT("") },
 		{ TEXT("Quarry"), TypeOf(FSchema::PC_Object, Actor), TEXT("") },
 		{ TEXT("Relief"), TypeOf(FSchema::PC_Interface, FindClass(TEXT("/Script/Harrier.Watcher"))), TEXT("") },
