@@ -18,8 +18,8 @@ JOBS = os.cpu_count() or 2
 # Debian 12 package names: what builds and runs, and what the tests need; apt adds what these need themselves.
 PACKAGES = [
     "ca-certificates", "ccache", "clang", "cmake", "git", "libclang-rt-14-dev", "libcpp-httplib-dev",
-    "libcurl4-openssl-dev", "libgit2-dev", "libmimalloc-dev", "libpango1.0-dev", "libpython3-dev", "librsvg2-dev", "libsdl2-dev",
-    "libssl-dev", "fonts-dejavu-core", "fonts-noto-color-emoji",
+    "libcurl4-openssl-dev", "libgit2-dev", "libmimalloc-dev", "libpango1.0-dev", "libpython3-dev", "librsvg2-dev",
+    "libsdl2-dev", "libssl-dev", "libx11-dev", "fonts-dejavu-core", "fonts-noto-color-emoji",
     "lld", "nlohmann-json3-dev", "ninja-build", "pkg-config", "rapidjson-dev",
     "libgmock-dev", "libgtest-dev", "xdotool", "xvfb",
 ]

@@ -6,6 +6,7 @@
 #include "Misc/CommandLine.h"
 #include "Misc/Parse.h"
 #include "SdlInput.h"
+#include "XErrors.h"
 
 #include <cmath>
 #include <dlfcn.h>
@@ -143,6 +144,7 @@ public:
 	{
 		FPlatformApplicationMisc::SetClipboardBackend(&Clipboard);
 		SDL_StartTextInput();
+		IgnoreWakingOfClosedWindows();
 	}
 	~FSdlDisplay() override
 	{
