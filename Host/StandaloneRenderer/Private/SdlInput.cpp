@@ -79,8 +79,7 @@ FVector2D ToAbsolute(int32 X, int32 Y, const FVector2D& WindowPosition)
 
 FModifierKeysState FSdlInput::GetModifierKeys()
 {
-	const SDL_Keymod Keys = SDL_GetModState();
-	const auto IsDown = [Keys](int32 Which) { return (Keys & Which) != 0; };
+	const auto IsDown = [](int32 Which) { return (Modifiers & Which) != 0; };
 	return FModifierKeysState(IsDown(KMOD_LSHIFT), IsDown(KMOD_RSHIFT), IsDown(KMOD_LCTRL), IsDown(KMOD_RCTRL),
 		IsDown(KMOD_LALT), IsDown(KMOD_RALT), IsDown(KMOD_LGUI), IsDown(KMOD_RGUI), IsDown(KMOD_CAPS));
 }
@@ -149,6 +148,7 @@ void FSdlInput::HandleEvent(
 void FSdlInput::HandleKey(const SDL_KeyboardEvent& Event)
 {
 	FSlateApplication& Slate = FSlateApplication::Get();
+	Modifiers = Event.keysym.mod;
 	const bool bRepeat = Event.repeat != 0;
 	const uint32 Character = Event.keysym.sym < 0x80 ? static_cast<uint32>(Event.keysym.sym) : 0;
 	const FKeyEvent KeyEvent(

@@ -13,6 +13,10 @@ public:
 	void HandleEvent(
 		const SDL_Event& Event, const TSharedPtr<class FGenericWindow>& Window, const FVector2D& WindowPosition);
 
+	/**
+	 * Those that were down at the event that is handled. SDL's own state is that of the last event in the queue, where
+	 * a key of a quick chord may be up again.
+	 */
 	static FModifierKeysState GetModifierKeys();
 	/** Not valid for a key that the engine has no name for. */
 	static FKey ToKey(SDL_Keycode Code);
@@ -26,6 +30,7 @@ private:
 	void HandleMotion(const SDL_MouseMotionEvent& Event, const FVector2D& WindowPosition);
 	void HandleWheel(const SDL_MouseWheelEvent& Event);
 
+	inline static uint16 Modifiers = KMOD_NONE;   // of SDL; the keyboard is one
 	FVector2D LastPosition = FVector2D(0.0, 0.0); // absolute
 	TSet<FKey> PressedButtons;
 };

@@ -67,3 +67,18 @@ TEST_F(FSdlInputTest, ShowsDraftsAndTypesWhatIsChosen)
 	Compose("", 0);
 	ExpectText(TEXT("<\u68EE\U0001F426>"), 4);
 }
+
+TEST_F(FSdlInputTest, KeysHaveTheModifiersOfTheirTime)
+{
+	SDL_Event Event{};
+	Event.type = SDL_KEYDOWN;
+	Event.key.keysym.sym = SDLK_a;
+	Event.key.keysym.mod = KMOD_LCTRL; // up again by now, for SDL
+	Input.HandleEvent(Event, nullptr, FVector2D(0.0, 0.0));
+	Event.type = SDL_KEYUP;
+	Event.key.keysym.mod = KMOD_NONE;
+	Input.HandleEvent(Event, nullptr, FVector2D(0.0, 0.0));
+	EXPECT_FALSE(FSdlInput::GetModifierKeys().IsControlDown());
+	Choose("all");
+	ExpectText(TEXT("all"), 3);
+}
