@@ -91,8 +91,18 @@ private:
 		{
 			// Functions without outputs have none.
 			UK2Node_FunctionResult* ResultNode = FBlueprintEditorUtils::FindOrCreateFunctionResultNode(EntryNode);
-			ResultNode->CreateUserDefinedPin(Output.PinName, Output.PinType, EGPD_Input);
+			ResultNode->CreateUserDefinedPin(FindFreeName(*EntryNode, Output.PinName), Output.PinType, EGPD_Input);
 		}
+	}
+
+	/** The engine looks at the pins of one node; parameters of a function have one name each, be they in or out. */
+	static FName FindFreeName(const UK2Node_EditablePinBase& EntryNode, FName Name)
+	{
+		while (EntryNode.FindPin(Name))
+		{
+			Name.SetNumber(Name.GetNumber() + 1);
+		}
+		return Name;
 	}
 
 	/** Those that can be made; the others are told. */

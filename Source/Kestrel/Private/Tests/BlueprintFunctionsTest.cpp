@@ -85,9 +85,10 @@ struct FCase
 const FCase Cases[] = {
 	{ TEXT("makes a function with inputs and outputs"),
 		TEXT("[{'Name':'Heal','InParams':[{'Name':'By','Type':'IntProperty'},{'Name':'By','Type':'ArrayProperty',"
-			 "'InnerType':{'Type':'StrProperty'}}],'OutParams':[{'Name':'Done','Type':'boolproperty'}]}]"),
+			 "'InnerType':{'Type':'StrProperty'}}],'OutParams':[{'Name':'Done','Type':'boolproperty'},"
+			 "{'Name':'by','Type':'IntProperty'}]}]"),
 		TEXT("Created new function: Heal"),
-		TEXT("Heal 0,0: then>Return Node.execute By By_0[]\nReturn Node 256,0: execute>Heal.then Done") },
+		TEXT("Heal 0,0: then>Return Node.execute By By_0[]\nReturn Node 256,0: execute>Heal.then Done by_1") },
 	{ TEXT("leaves out parameters that cannot be, and makes no result node for them"),
 		TEXT("[{'Name':'Heal','InParams':[{'Name':'A','Type':'Number'},{'Type':'IntProperty'},5,"
 			 "{'Name':'x.y','Type':'IntProperty'},{'Name':'B','Type':'NameProperty'}],"
