@@ -99,10 +99,10 @@ UEdGraphNode* FKestrelGraphWriter::CreateNode(const FJsonObject& Description)
 		{
 			continue;
 		}
-		Graph.Modify();
 		UEdGraphNode* Node = (this->*Kind.Create)(**Properties, Kind.NodeClass);
 		if (Node)
 		{
+			Graph.Modify();
 			Place(*Node, Description);
 			Graph.AddNode(Node);
 			Node->CreateNewGuid();

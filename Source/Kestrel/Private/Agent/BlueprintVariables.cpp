@@ -1,5 +1,6 @@
 #include "Agent/BlueprintVariables.h"
 
+#include "Agent/BlueprintDocument.h"
 #include "Agent/BlueprintMembers.h"
 #include "Agent/BlueprintMessages.h"
 #include "Agent/JsonImportText.h"
@@ -41,10 +42,14 @@ void SetReplication(const FTarget& Target, const FJsonValue& Value)
 	}
 	else if (Mode.Equals(TEXT("RepNotify"), ESearchCase::IgnoreCase))
 	{
-		const FName Function(*FString::Printf(TEXT("OnRep_%s"), *Target.GetName().ToString()));
+		const FName Function =
+			KestrelBlueprintDocument::ToName(FString::Printf(TEXT("OnRep_%s"), *Target.GetName().ToString()));
 		Target.Describe().PropertyFlags |= CPF_Net | CPF_RepNotify;
 		Target.Describe().RepNotifyFunc = Function;
-		FKestrelBlueprintUtils::CreateRepNotifyFunction(&Target.Blueprint, Function);
+		if (!Function.IsNone()) // the variable's name leaves room for it
+		{
+			FKestrelBlueprintUtils::CreateRepNotifyFunction(&Target.Blueprint, Function);
+		}
 	}
 }
 
@@ -221,29 +226,24 @@ private:
 	bool bChanged = false;
 };
 
-bool HasFunctionGraph(const UBlueprint& Blueprint, FName Name)
+/** The Blueprints by the paths of their parent classes. */
+TMap<FString, TArray<FAssetData>> ListByParent()
 {
-	return Blueprint.FunctionGraphs.ContainsByPredicate(
-		[Name](const TObjectPtr<UEdGraph>& Graph) { return Graph && Graph->GetFName() == Name; });
-}
-
-void LoadChildren(const UClass& Class, const TArray<FAssetData>& Blueprints)
-{
-	const FString ClassPath = Class.GetPathName();
+	constexpr bool bSearchSubClasses = true; // Blueprints of widgets and others are also children of theirs
+	TArray<FAssetData> Blueprints;
+	FModuleManager::LoadModuleChecked<FAssetRegistryModule>("AssetRegistry")
+		.Get()
+		.GetAssetsByClass(UBlueprint::StaticClass()->GetClassPathName(), Blueprints, bSearchSubClasses);
+	TMap<FString, TArray<FAssetData>> ByParent;
 	for (const FAssetData& Asset : Blueprints)
 	{
 		FString ParentPath;
-		if (!Asset.GetTagValue(FBlueprintTags::ParentClassPath, ParentPath) ||
-			!FPackageName::ExportTextPathToObjectPath(ParentPath).Equals(ClassPath))
+		if (Asset.GetTagValue(FBlueprintTags::ParentClassPath, ParentPath))
 		{
-			continue;
-		}
-		const UBlueprint* Child = Cast<UBlueprint>(Asset.GetAsset());
-		if (const UClass* ChildClass = Child ? Child->GeneratedClass.Get() : nullptr)
-		{
-			LoadChildren(*ChildClass, Blueprints);
+			ByParent.FindOrAdd(FPackageName::ExportTextPathToObjectPath(ParentPath)).Add(Asset);
 		}
 	}
+	return ByParent;
 }
 
 /** Children and other instances of the class that have the default as it was get the new one. */
@@ -295,8 +295,7 @@ bool FKestrelBlueprintUtils::ModifyBlueprintVariables(
 void FKestrelBlueprintUtils::CreateRepNotifyFunction(UBlueprint* Blueprint, const FName& FunctionName)
 {
 	check(Blueprint);
-	if (BlueprintVariables::HasFunctionGraph(*Blueprint, FunctionName) ||
-		!KestrelBlueprintMembers::IsNameFree(*Blueprint, FunctionName.ToString()))
+	if (!KestrelBlueprintMembers::IsNameFree(*Blueprint, FunctionName.ToString()))
 	{
 		return;
 	}
@@ -324,12 +323,22 @@ TArray<FName> KestrelBlueprintVariables::FindCompiled(const UBlueprint& Blueprin
 
 void KestrelBlueprintVariables::LoadChildren(const UClass& Class)
 {
-	constexpr bool bSearchSubClasses = true; // Blueprints of widgets and others are also children of theirs
-	TArray<FAssetData> Blueprints;
-	FModuleManager::LoadModuleChecked<FAssetRegistryModule>("AssetRegistry")
-		.Get()
-		.GetAssetsByClass(UBlueprint::StaticClass()->GetClassPathName(), Blueprints, bSearchSubClasses);
-	BlueprintVariables::LoadChildren(Class, Blueprints);
+	TMap<FString, TArray<FAssetData>> ByParent = BlueprintVariables::ListByParent();
+	TArray<FString> Parents = { Class.GetPathName() };
+	while (!Parents.IsEmpty())
+	{
+		// Taken out, since in damaged files a Blueprint can be its own ancestor.
+		TArray<FAssetData> Children;
+		ByParent.RemoveAndCopyValue(Parents.Pop(), Children);
+		for (const FAssetData& Asset : Children)
+		{
+			const UBlueprint* Child = Cast<UBlueprint>(Asset.GetAsset());
+			if (Child && Child->GeneratedClass)
+			{
+				Parents.Add(Child->GeneratedClass->GetPathName());
+			}
+		}
+	}
 }
 
 void KestrelBlueprintVariables::WriteDefaults(const UBlueprint& Blueprint, const TArray<FName>& Names)
