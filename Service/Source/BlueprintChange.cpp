@@ -1,5 +1,7 @@
 #include "BlueprintChange.h"
 
+#include "JsonFields.h"
+
 #include <algorithm>
 #include <cctype>
 #include <set>
@@ -143,16 +145,6 @@ Json MakePrintNode(const PlainRequest& Request)
 		{ "Properties", { { "FunctionName", "PrintString" }, { "Pins", Pins } } } };
 	const Json Function = { { "Name", Request.Member }, { "EdGraph", { { "Nodes", Json::array({ Node }) } } } };
 	return { { "Functions", Json::array({ Function }) } };
-}
-
-std::string GetText(const Json& Object, const char* Key)
-{
-	return Object.is_object() && Object.contains(Key) && Object[Key].is_string() ? Object[Key].get<std::string>() : "";
-}
-
-Json GetList(const Json& Object, const char* Key)
-{
-	return Object.is_object() && Object.contains(Key) && Object[Key].is_array() ? Object[Key] : Json::array();
 }
 
 /** Of the first node with the title; null when it has no such pin. */

@@ -1,21 +1,12 @@
 #include "BlueprintText.h"
 
+#include "JsonFields.h"
+
 #include <algorithm>
 
 namespace
 {
 constexpr size_t MaxListed = 40;
-
-std::string GetText(const Json& Object, const char* Key)
-{
-	return Object.is_object() && Object.contains(Key) && Object[Key].is_string() ? Object[Key].get<std::string>() : "";
-}
-
-const Json& GetList(const Json& Object, const char* Key)
-{
-	static const Json None = Json::array();
-	return Object.is_object() && Object.contains(Key) && Object[Key].is_array() ? Object[Key] : None;
-}
 
 /** "  - a\n  - b\n", at most some. */
 std::string ToBullets(const std::vector<std::string>& Lines)
