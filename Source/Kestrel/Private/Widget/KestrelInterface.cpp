@@ -296,6 +296,11 @@ void FKestrelInterface::AddOwnStatusMessage(const FString& Message) const
 	OnAddStatusMessage(Message, MessageColor, ItalicFontName, MessageFontSize);
 }
 
+void FKestrelInterface::AddHint(const FText& Hint) const
+{
+	HintDelegate.ExecuteIfBound(Hint);
+}
+
 void FKestrelInterface::OnAddDiffMessage(const FString& FilePath, const FString& Before, const FString& After) const
 {
 	DiffMessageDelegate.ExecuteIfBound(FilePath, Before, After);
