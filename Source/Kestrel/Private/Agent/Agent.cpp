@@ -3,9 +3,11 @@
 #include "Agent/CompilationManager.h"
 #include "Agent/HTTPAPI.h"
 #include "Agent/JsonText.h"
+#include "Agent/Tools/DisplayText.h"
 #include "Agent/Tools/ToolPlan.h"
 #include "Dom/JsonObject.h"
 #include "Dom/JsonValue.h"
+#include "Kestrel.h"
 #include "KestrelSettings.h"
 #include "Misc/Guid.h"
 #include "Templates/UniquePtr.h"
@@ -130,6 +132,12 @@ void FAgent::EnterInitialRequest(const FString& Prompt)
 	StoredMessages.Empty();
 	ClearToolResults();
 	PendingPlans.Empty();
+	if (FKestrelModule::IsServiceOfProject())
+	{
+		FKestrelInterface::Get().AddHint(
+			FText::Format(LOCTEXT("ServiceOfProject", "This project sends requests to {0} (Config/DefaultPlugin.ini)."),
+				FText::FromString(KestrelDisplayText::EscapeLine(FKestrelModule::GetApiUrl()))));
+	}
 	FHTTPAPI::Get().InitialPromptRequest(Prompt);
 }
 

@@ -37,14 +37,13 @@ public:
 		Inside.Write(TEXT("Sub/deep.ini"), TEXT("[one]\n"));
 		Inside.Write(TEXT("odd\u202Ename\n.txt"), TEXT("one\n"));
 		FFileHelper::SaveArrayToFile(TArray<uint8>{ 'o', 'n', 'e', 0, 0xFF }, *Inside.Full(TEXT("binary.dat")));
-		const FString Script = FString::Printf(
-			TEXT("import os\n"
-				 "os.chdir('%s')\n"
-				 "os.symlink('a.txt', 'link.txt')\n"
-				 "os.symlink('%s', 'folder-link')\n"
-				 "os.symlink('loop', 'loop')\n"
-				 "os.symlink('nowhere.txt', 'dangling')\n"
-				 "os.mkfifo('pipe')\n"),
+		const FString Script = FString::Printf(TEXT("import os\n"
+													"os.chdir('%s')\n"
+													"os.symlink('a.txt', 'link.txt')\n"
+													"os.symlink('%s', 'folder-link')\n"
+													"os.symlink('loop', 'loop')\n"
+													"os.symlink('nowhere.txt', 'dangling')\n"
+													"os.mkfifo('pipe')\n"),
 			*Inside.Path, *Outside.Path);
 		FKestrelPythonUtils::CreateAndExecutePythonScript(Script);
 		Initial = Snapshot();
@@ -158,7 +157,8 @@ private:
 			return MakeShared<FJsonValueArray>(TArray<TSharedPtr<FJsonValue>>());
 		case 3:
 			return MakeShared<FJsonValueObject>(MakeShared<FJsonObject>());
-		case 4: {
+		case 4:
+		{
 			FString WithNul = TEXT("a.txt");
 			WithNul.AppendChar(TCHAR(0));
 			return MakeShared<FJsonValueString>(WithNul + TEXT("x"));
@@ -168,9 +168,8 @@ private:
 		}
 		if (Name == TEXT("view_range"))
 		{
-			return MakeShared<FJsonValueArray>(
-				TArray<TSharedPtr<FJsonValue>>{ MakeShared<FJsonValueNumber>(Dice.Roll(4) - 1),
-					MakeShared<FJsonValueNumber>(Dice.Roll(4) - 1) });
+			return MakeShared<FJsonValueArray>(TArray<TSharedPtr<FJsonValue>>{
+				MakeShared<FJsonValueNumber>(Dice.Roll(4) - 1), MakeShared<FJsonValueNumber>(Dice.Roll(4) - 1) });
 		}
 		if (Name == TEXT("code"))
 		{
@@ -217,7 +216,7 @@ FString Compare(const FKestrelToolPlan& Plan, const FString& Result)
 		return TEXT("the file is there, or is not");
 	}
 	return bDeletes || FFileUtils::ReadFile(Plan.FilePath).Equals(Plan.Change->After) ? FString()
-																					   : TEXT("another text");
+																					  : TEXT("another text");
 }
 }
 

@@ -31,8 +31,8 @@ const FKestrelToolField TreeName = { TEXT("behavior_tree_name"), EKestrelFieldTy
 
 void PlanCreate(FKestrelProjectView&, FKestrelToolPlan& Plan)
 {
-	Plan.Target = FString::Printf(TEXT("%s (%s)"), *(Plan.Input.Get(FolderPath) / Plan.Input.Get(NewName)),
-		*Plan.Input.Get(ParentClassName));
+	Plan.Target = FString::Printf(
+		TEXT("%s (%s)"), *(Plan.Input.Get(FolderPath) / Plan.Input.Get(NewName)), *Plan.Input.Get(ParentClassName));
 	Plan.Caution(LOCTEXT("NewAssetStays", "cannot be undone"));
 }
 

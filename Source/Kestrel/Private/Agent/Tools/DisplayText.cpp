@@ -10,26 +10,25 @@ struct FCharacterRange
 
 /** Characters without a shape of their own, or that change the shape or order of others. */
 const FCharacterRange UnseenRanges[] = {
-	{ 0x0000, 0x001F }, // control characters
-	{ 0x007F, 0x009F },
-	{ 0x00A0, 0x00A0 }, // no-break space
-	{ 0x00AD, 0x00AD }, // soft hyphen
-	{ 0x034F, 0x034F }, // combining grapheme joiner
-	{ 0x061C, 0x061C }, // Arabic letter mark
-	{ 0x115F, 0x1160 }, // Hangul fillers
-	{ 0x17B4, 0x17B5 }, // Khmer inherent vowels
-	{ 0x180B, 0x180F }, // Mongolian separators
-	{ 0x2000, 0x200F }, // spaces of other widths, zero-width characters, direction marks
-	{ 0x2028, 0x202F }, // line and paragraph separators, direction embeddings and overrides
-	{ 0x205F, 0x206F }, // invisible operators, direction isolates
-	{ 0x3000, 0x3000 }, // ideographic space
-	{ 0x3164, 0x3164 }, // Hangul filler
-	{ 0xD800, 0xDFFF }, // surrogates without a partner
-	{ 0xFE00, 0xFE0F }, // variation selectors
-	{ 0xFEFF, 0xFEFF }, // byte order mark
-	{ 0xFFA0, 0xFFA0 }, // halfwidth Hangul filler
-	{ 0xFFF0, 0xFFFB }, // interlinear annotations
-	{ 0xE0000, 0xE0FFF }, // tags and further variation selectors
+	{ 0x0000, 0x001F },                     // control characters
+	{ 0x007F, 0x009F }, { 0x00A0, 0x00A0 }, // no-break space
+	{ 0x00AD, 0x00AD },                     // soft hyphen
+	{ 0x034F, 0x034F },                     // combining grapheme joiner
+	{ 0x061C, 0x061C },                     // Arabic letter mark
+	{ 0x115F, 0x1160 },                     // Hangul fillers
+	{ 0x17B4, 0x17B5 },                     // Khmer inherent vowels
+	{ 0x180B, 0x180F },                     // Mongolian separators
+	{ 0x2000, 0x200F },                     // spaces of other widths, zero-width characters, direction marks
+	{ 0x2028, 0x202F },                     // line and paragraph separators, direction embeddings and overrides
+	{ 0x205F, 0x206F },                     // invisible operators, direction isolates
+	{ 0x3000, 0x3000 },                     // ideographic space
+	{ 0x3164, 0x3164 },                     // Hangul filler
+	{ 0xD800, 0xDFFF },                     // surrogates without a partner
+	{ 0xFE00, 0xFE0F },                     // variation selectors
+	{ 0xFEFF, 0xFEFF },                     // byte order mark
+	{ 0xFFA0, 0xFFA0 },                     // halfwidth Hangul filler
+	{ 0xFFF0, 0xFFFB },                     // interlinear annotations
+	{ 0xE0000, 0xE0FFF },                   // tags and further variation selectors
 };
 
 bool IsUnseen(uint32 Character)

@@ -212,8 +212,7 @@ void PlanInsertion(FKestrelProjectView& View, FKestrelToolPlan& Plan)
 	{
 		return;
 	}
-	const FString After =
-		FFileUtils::InsertIntoText(State.Text, LineIndex, Plan.Input.Get(NewString), Plan.LineIndex);
+	const FString After = FFileUtils::InsertIntoText(State.Text, LineIndex, Plan.Input.Get(NewString), Plan.LineIndex);
 	SetChange(State.Text, After, Plan);
 	NoteEncoding(After, Plan);
 	View.Write(Plan.FilePath, After);
@@ -414,9 +413,9 @@ void KestrelTools::AddFileTools(TArray<FKestrelTool>& OutTools)
 		TEXT("Inserts text into a file as lines of its own."), { Path, InsertLine, NewString },
 		TEXT("Error: Missing required fields. Need path, insert_line, and new_string."),
 		TEXT("Inserting content into file..."), Shown, PlanInsertion, ApplyChange });
-	OutTools.Add({ KestrelToolNames::DeleteFile, EKestrelToolKind::Delete, LOCTEXT("Delete", "Delete"),
-		TEXT("Deletes a file."), { OnlyPath }, MissingRequiredFields, TEXT("Deleting File..."), Shown, PlanDeletion,
-		ApplyChange });
+	OutTools.Add(
+		{ KestrelToolNames::DeleteFile, EKestrelToolKind::Delete, LOCTEXT("Delete", "Delete"), TEXT("Deletes a file."),
+			{ OnlyPath }, MissingRequiredFields, TEXT("Deleting File..."), Shown, PlanDeletion, ApplyChange });
 	OutTools.Add({ KestrelToolNames::DeleteCpp, EKestrelToolKind::Delete, LOCTEXT("DeleteCpp", "Delete"),
 		TEXT("Deletes a C++ source or header."), { CppFolder, CppName }, MissingRequiredFields,
 		TEXT("Deleting File..."), Hidden, PlanCppDeletion, ApplyChange });

@@ -105,11 +105,11 @@ bool IsProgram(const FPlace& Place)
 /** The plugin's folder in the project, and the one that it was loaded from. */
 bool IsOfThisPlugin(const FPlace& Place)
 {
-	const FString RealProjectDir = KestrelNativeFile::ResolveLinks(FPaths::ConvertRelativePathToFull(FPaths::ProjectDir()));
+	const FString RealProjectDir =
+		KestrelNativeFile::ResolveLinks(FPaths::ConvertRelativePathToFull(FPaths::ProjectDir()));
 	const TSharedPtr<IPlugin> Plugin = IPluginManager::Get().FindPlugin(TEXT("Kestrel"));
 	const FString Loaded = Plugin.IsValid() ? FPaths::ConvertRelativePathToFull(Plugin->GetBaseDir()) : FString();
-	const FString InProject =
-		FPaths::ConvertRelativePathToFull(FPaths::ProjectPluginsDir() / TEXT("kestrel-unreal"));
+	const FString InProject = FPaths::ConvertRelativePathToFull(FPaths::ProjectPluginsDir() / TEXT("kestrel-unreal"));
 	for (const FString& Folder : { Loaded, InProject })
 	{
 		const FString RealFolder = Folder.IsEmpty() ? Folder : KestrelNativeFile::ResolveLinks(Folder);

@@ -26,10 +26,10 @@ struct FKestrelFileState
 	bool bIsBeyondLimits = false;
 	FString Text; // when it is read
 	KestrelTextFile::EContent Content = KestrelTextFile::EContent::Unreadable;
-	int64 Size = 0;            // bytes, as stored
+	int64 Size = 0;             // bytes, as stored
 	FDateTime ModificationTime; // UTC; compared when the file is not read
-	uint32 Checksum = 0;       // CRC-32 of the bytes; of the text, when a tool before has yet to write it
-	bool bIsOnDisk = true;     // false for what a tool before will leave behind
+	uint32 Checksum = 0;        // CRC-32 of the bytes; of the text, when a tool before has yet to write it
+	bool bIsOnDisk = true;      // false for what a tool before will leave behind
 };
 
 /**

@@ -49,8 +49,7 @@ FString FKestrelToolInput::Read(const FKestrelTool& Tool, const FJsonObject& Obj
 	return FString();
 }
 
-FString FKestrelToolInput::ReadText(
-	const FKestrelTool& Tool, const FKestrelToolField& Field, const FJsonObject& Object)
+FString FKestrelToolInput::ReadText(const FKestrelTool& Tool, const FKestrelToolField& Field, const FJsonObject& Object)
 {
 	FString Text;
 	if (!Object.TryGetStringField(Field.Name, Text))

@@ -1,7 +1,7 @@
 #include "Agent/Tools/ToolPlan.h"
 
-#include "Agent/Files/NativeFile.h"
 #include "Agent/FileUtils.h"
+#include "Agent/Files/NativeFile.h"
 #include "Agent/Tools/PathReview.h"
 #include "Dom/JsonObject.h"
 #include "Widget/KestrelInterface.h"

@@ -47,7 +47,8 @@ struct FKestrelToolPlan
 	/** To be looked at twice: it says why in Cautions, it deletes or runs something, or cannot be shown. */
 	bool StandsOut() const
 	{
-		return !Cautions.IsEmpty() || bIsBeyondLimits || Kind == EKestrelToolKind::Delete || Kind == EKestrelToolKind::Run;
+		return !Cautions.IsEmpty() || bIsBeyondLimits || Kind == EKestrelToolKind::Delete ||
+			   Kind == EKestrelToolKind::Run;
 	}
 
 	/** Null for a name that is none. */

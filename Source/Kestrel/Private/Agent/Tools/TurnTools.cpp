@@ -48,8 +48,7 @@ void KestrelTools::AddTurnTools(TArray<FKestrelTool>& OutTools)
 		nullptr, ApplyFinish });
 	OutTools.Add({ KestrelToolNames::Compile, EKestrelToolKind::Compile, LOCTEXT("Compile", "Compile the game"),
 		TEXT("Compiles the game's C++ code in the running editor. The compiler's messages come with a later request."),
-		{}, nullptr, TEXT("Compiling..."), EKestrelNameInPanel::Shown, nullptr, ApplyCompile,
-		EKestrelAnswers::Later });
+		{}, nullptr, TEXT("Compiling..."), EKestrelNameInPanel::Shown, nullptr, ApplyCompile, EKestrelAnswers::Later });
 	OutTools.Add({ KestrelToolNames::ExecutePython, EKestrelToolKind::Run, LOCTEXT("Script", "Run a script"),
 		TEXT("Runs a Python script in the editor."), { Code }, nullptr,
 		TEXT("Executing Unreal Engine Api Python Script ..."), EKestrelNameInPanel::Hidden, PlanScript, ApplyScript });
