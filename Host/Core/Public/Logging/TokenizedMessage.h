@@ -19,8 +19,7 @@ enum Type : int
 class FTokenizedMessage : public TSharedFromThis<FTokenizedMessage>
 {
 public:
-	static TSharedRef<FTokenizedMessage> Create(
-		EMessageSeverity::Type InSeverity, const FText& InMessageText = FText())
+	static TSharedRef<FTokenizedMessage> Create(EMessageSeverity::Type InSeverity, const FText& InMessageText = FText())
 	{
 		const TSharedRef<FTokenizedMessage> Message = MakeShared<FTokenizedMessage>();
 		Message->Severity = InSeverity;

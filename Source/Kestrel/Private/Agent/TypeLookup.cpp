@@ -66,8 +66,9 @@ TypeObject* FindByName(const FString& Name)
 	AssetName.RemoveFromEnd(TEXT("_C"));
 	const UClass& AssetClass = GetAssetClass(TypeObject::StaticClass());
 	FAssetData Asset;
-	const bool bFound = KestrelBlueprintLookup::FindAsset(AssetClass, Name, Asset) ||
-						(AssetName.Len() < Name.Len() && KestrelBlueprintLookup::FindAsset(AssetClass, AssetName, Asset));
+	const bool bFound =
+		KestrelBlueprintLookup::FindAsset(AssetClass, Name, Asset) ||
+		(AssetName.Len() < Name.Len() && KestrelBlueprintLookup::FindAsset(AssetClass, AssetName, Asset));
 	return bFound ? ToType<TypeObject>(Asset.GetAsset()) : nullptr;
 }
 

@@ -8,8 +8,8 @@ class UScriptStruct;
 
 /**
  * Finds types by what a document calls them: a path ("/Script/Engine.Actor", "/Game/Doors/BP_Door") or a name, without
- * the prefix of C++ ("Actor", "LinearColor", "BP_Door"). Types in memory come first, native ones before others; those of
- * assets are loaded. Null when nothing has the name. A Blueprint stands for its class.
+ * the prefix of C++ ("Actor", "LinearColor", "BP_Door"). Types in memory come first, native ones before others; those
+ * of assets are loaded. Null when nothing has the name. A Blueprint stands for its class.
  */
 namespace KestrelTypeLookup
 {

@@ -77,11 +77,11 @@ FSourceControlStatePtr FLockingProvider::GetState(const FString& InFile, EStateC
 {
 	using LockingProvider::EStatus;
 	const bool bLocked = LockingProvider::GetFiles().IsReadOnly(*InFile);
-	const EStatus Status = CheckedOut.Contains(InFile)						 ? EStatus::CheckedOut
-						   : Added.Contains(InFile)							 ? EStatus::Added
-						   : !bLocked										 ? EStatus::NotControlled
+	const EStatus Status = CheckedOut.Contains(InFile)                                ? EStatus::CheckedOut
+						   : Added.Contains(InFile)                                   ? EStatus::Added
+						   : !bLocked                                                 ? EStatus::NotControlled
 						   : FPaths::GetCleanFilename(InFile).Contains(TEXT("Taken")) ? EStatus::Taken
-																			 : EStatus::Locked;
+																					  : EStatus::Locked;
 	return MakeShared<LockingProvider::FState, ESPMode::ThreadSafe>(InFile, Status);
 }
 
@@ -100,8 +100,7 @@ bool FLockingProvider::Run(FName Operation, const FString& File)
 	const FSourceControlStatePtr State = GetState(File, EStateCacheUsage::ForceUpdate);
 	if (Operation == "CheckOut")
 	{
-		const bool bAllowed =
-			State->CanCheckout() && !FPaths::GetCleanFilename(File).Contains(TEXT("Refused"));
+		const bool bAllowed = State->CanCheckout() && !FPaths::GetCleanFilename(File).Contains(TEXT("Refused"));
 		const bool bDone = bAllowed && LockingProvider::GetFiles().SetReadOnly(*File, false);
 		if (bDone)
 		{
