@@ -28,6 +28,8 @@ const TCHAR* const NoBlueprint = TEXT("Provided asset is not a valid Blueprint."
 
 /** How long the name of a file or folder may be on the file systems of all platforms, in bytes. */
 constexpr int32 MaxFileNameBytes = 255;
+/** Of the Blueprints that cannot be loaded: a project may be full of them. */
+constexpr int32 MaxNotLoaded = 100;
 
 FString MakeResult(const TCHAR* Field, const FString& Text)
 {
@@ -194,12 +196,14 @@ FDirtyBlueprints FindDirty()
 		if (UBlueprint* Blueprint = Cast<UBlueprint>(Asset.GetAsset()))
 		{
 			Add(*Blueprint);
-			continue;
 		}
-		const TSharedRef<FJsonObject> Object = MakeShared<FJsonObject>();
-		Object->SetStringField(TEXT("BlueprintPath"), Asset.GetObjectPathString());
-		Object->SetStringField(TEXT("Reason"), Log.GetReason());
-		Dirty.NotLoaded.Add(MakeShared<FJsonValueObject>(Object));
+		else if (Dirty.NotLoaded.Num() < MaxNotLoaded)
+		{
+			const TSharedRef<FJsonObject> Object = MakeShared<FJsonObject>();
+			Object->SetStringField(TEXT("BlueprintPath"), Asset.GetObjectPathString());
+			Object->SetStringField(TEXT("Reason"), Log.GetReason());
+			Dirty.NotLoaded.Add(MakeShared<FJsonValueObject>(Object));
+		}
 	}
 	for (TObjectIterator<UBlueprint> It; It; ++It)
 	{

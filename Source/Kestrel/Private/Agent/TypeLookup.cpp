@@ -52,7 +52,8 @@ TypeObject* FindByPath(const FString& GivenPath)
 template <typename TypeObject>
 TypeObject* FindByName(const FString& Name)
 {
-	if (!KestrelBlueprintDocument::CanBeName(Name))
+	// What looks like a path in part is for neither of the searches.
+	if (!KestrelBlueprintDocument::CanBeName(Name) || !FName::IsValidXName(Name, INVALID_OBJECTNAME_CHARACTERS))
 	{
 		return nullptr;
 	}
