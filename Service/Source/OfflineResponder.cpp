@@ -222,8 +222,10 @@ private:
 		if (Found == Asked.end())
 		{
 			// The client compiles by itself after an undo.
-			return Id == "Undo" || Id == "Redo" ? "The game was built again after the " + Id + "."
-												: "I got a result that I had not asked for.";
+			return Id == "Undo" || Id == "Redo"
+					   ? "After the " + Id + ": " +
+							 DescribeResult({ PlainRequest::Kind::Compile, "", {}, {}, "", "" }, Result)
+					   : "I got a result that I had not asked for.";
 		}
 		const PlainRequest Request = Found->second;
 		Asked.erase(Found);

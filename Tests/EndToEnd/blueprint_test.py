@@ -60,7 +60,7 @@ FUNCTIONS = [{
 
 
 def use(tool, **fields):
-    return completed({"type": "tool_use", "id": tool, "name": tool, "input": fields}, True)
+    return completed({"type": "tool_use", "id": tool, "name": tool, "input": fields}, auto_continue=True)
 
 
 class BlueprintTest(EndToEndTest):
@@ -69,7 +69,8 @@ class BlueprintTest(EndToEndTest):
     def converse(self, *status_replies):
         """Lets the editor run the tools of the replies. Returns what each came to."""
         service = self.start_service()
-        server = RecordingServer(service.state_folder, [*status_replies, completed({"type": "text", "text": "."}, True)])
+        last = completed({"type": "text", "text": "."}, auto_continue=True)
+        server = RecordingServer(service.state_folder, [*status_replies, last])
         self.addCleanup(server.socket.close)
         self.use_service(server.port, service.authority)
         run = self.run_editor("-Prompt=go", "-Approve")

@@ -8,9 +8,10 @@ import threading
 OWN_HEADERS = ("content-type", "x-api-key", "conversation-id", "engine", "engine-version")
 
 
-def completed(block, auto_continue):
+def completed(*blocks, auto_continue):
     """A status reply that ends a turn; without auto_continue the plugin asks its user before it goes on."""
-    return json.dumps({"status": "COMPLETED", "response": {"auto_continue": auto_continue, "response": [block]}})
+    return json.dumps({"status": "COMPLETED",
+                       "response": {"auto_continue": auto_continue, "response": list(blocks)}})
 
 
 class Request:
@@ -28,7 +29,8 @@ class Request:
 
 
 class RecordingServer:
-    """Answers each command with a request id and each status with the next of the given replies."""
+    """Answers each command with a request id and each status with the next of the given replies. A reply may be a
+    function that makes it, and takes its time."""
 
     def __init__(self, service_state, status_replies):
         self.requests = []
@@ -70,4 +72,8 @@ class RecordingServer:
         if request.line.startswith("POST"):
             self.num_commands += 1
             return '{"request_id": "id-%d"}' % self.num_commands
-        return self.status_replies.pop(0)
+        reply = self.status_replies.pop(0)
+        return reply() if callable(reply) else reply
+
+    def commands(self):
+        return [json.loads(request.body) for request in self.requests if request.line.startswith("POST")]

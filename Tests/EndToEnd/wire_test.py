@@ -26,8 +26,8 @@ class WireTest(EndToEndTest):
 
     def test_the_requests_of_a_conversation_are_as_agreed_to_the_letter(self):
         requests = self.talk(
-            [completed(TOOL_BLOCK, False), completed(TEXT_BLOCK, True),
-             completed(TOOL_BLOCK, True), completed(TEXT_BLOCK, True)],
+            [completed(TOOL_BLOCK, auto_continue=False), completed(TEXT_BLOCK, auto_continue=True),
+             completed(TOOL_BLOCK, auto_continue=True), completed(TEXT_BLOCK, auto_continue=True)],
             'Say "hi" \u00fc', 'Read "it"')
         conversation = dict(requests[0].headers)["conversation-id"]
         self.assertRegex(conversation, "^[0-9A-F]{32}$")

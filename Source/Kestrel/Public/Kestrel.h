@@ -18,6 +18,8 @@ public:
 	static FString GetApiKey();
 	/** Host and path of the service, without scheme and trailing slash. The user's settings never change it. */
 	static FString GetApiUrl();
+	/** Whether it is the project, and not this build, that says where requests go. */
+	static bool IsServiceOfProject() { return !StageApiUrl.IsEmpty(); }
 
 	/** Brings the panel's tab up, or to front. */
 	void PluginButtonClicked();

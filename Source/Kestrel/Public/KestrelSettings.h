@@ -60,6 +60,15 @@ enum class EAssetGroupCategory : uint8
 	Custom UMETA(DisplayName = "Custom Assets")
 };
 
+/** How a file is saved that a tool creates or inserts text into. */
+UENUM()
+enum class EKestrelFileEncoding : uint8
+{
+	/** Plain bytes for ASCII, otherwise UTF-16 with a byte order mark: the engine's own choice. */
+	Automatic UMETA(DisplayName = "Automatic"),
+	Utf8 UMETA(DisplayName = "UTF-8")
+};
+
 /** What the user can choose, kept in the user's own editor settings and not in the project. */
 UCLASS(config = EditorPerUserSettings)
 class KESTREL_API UKestrelSettings : public UObject
@@ -114,6 +123,12 @@ public:
 	UPROPERTY(config, EditAnywhere, Category = "Kestrel|Filtering|File|Directories",
 		meta = (DisplayName = "Excluded Directories", ToolTip = "Directories to exclude from the file tree"))
 	TArray<FString> ExcludedDirectories;
+
+	UPROPERTY(config, EditAnywhere, Category = "Kestrel|Files",
+		meta = (DisplayName = "Encoding of created and inserted files",
+			ToolTip =
+				"Automatic saves text beyond ASCII as UTF-16, which not every compiler accepts; UTF-8 saves without a byte order mark"))
+	EKestrelFileEncoding NewFileEncoding = EKestrelFileEncoding::Automatic;
 
 	/** Kept for settings of earlier versions; nothing reads it. */
 	UPROPERTY()

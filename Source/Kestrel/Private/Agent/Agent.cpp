@@ -3,12 +3,18 @@
 #include "Agent/CompilationManager.h"
 #include "Agent/HTTPAPI.h"
 #include "Agent/JsonText.h"
+#include "Agent/Tools/DisplayText.h"
+#include "Agent/Tools/ToolPlan.h"
 #include "Dom/JsonObject.h"
 #include "Dom/JsonValue.h"
+#include "Kestrel.h"
 #include "KestrelSettings.h"
 #include "Misc/Guid.h"
+#include "Templates/UniquePtr.h"
 #include "UObject/Class.h"
 #include "Widget/KestrelInterface.h"
+
+#define LOCTEXT_NAMESPACE "KestrelAgent"
 
 /** What is done on entering a state; the text is the state's payload, or empty. */
 struct FAgent::FEntryAction
@@ -19,6 +25,8 @@ struct FAgent::FEntryAction
 
 namespace KestrelAgent
 {
+const TCHAR* const Pausing = TEXT("Pausing request...");
+
 void ShowUserText(const FString& Text)
 {
 	FKestrelInterface::Get().OnAddStatusMessage(
@@ -111,6 +119,7 @@ void FAgent::EnterIdle(const FString&)
 {
 	SetPaused(false);
 	SetApproved(false);
+	PendingPlans.Empty();
 	ClearConversationId();
 	FHTTPAPI::Get().CancelPolling();
 }
@@ -122,7 +131,13 @@ void FAgent::EnterInitialRequest(const FString& Prompt)
 	SetUndoConversationID(ConversationId);
 	StoredMessages.Empty();
 	ClearToolResults();
-	PendingToolUses.Empty();
+	PendingPlans.Empty();
+	if (FKestrelModule::IsServiceOfProject())
+	{
+		FKestrelInterface::Get().AddHint(
+			FText::Format(LOCTEXT("ServiceOfProject", "This project sends requests to {0} (Config/DefaultPlugin.ini)."),
+				FText::FromString(KestrelDisplayText::EscapeLine(FKestrelModule::GetApiUrl()))));
+	}
 	FHTTPAPI::Get().InitialPromptRequest(Prompt);
 }
 
@@ -138,12 +153,15 @@ void FAgent::EnterContinue(const FString& Message)
 	SetApproved(true);
 	KestrelAgent::ShowUserText(Message.IsEmpty() ? FString(TEXT(" [ User ]\n\nThe process has been resumed.\n"))
 												 : FString::Printf(TEXT(" [ User ]\n\n%s\n"), *Message));
-	// Emptied first: a tool may change the agent's state.
-	const TArray<TSharedPtr<FJsonObject>> Pending = MoveTemp(PendingToolUses);
-	PendingToolUses.Empty();
-	for (const TSharedPtr<FJsonObject>& Block : Pending)
+	if (!Message.IsEmpty())
 	{
-		Message.IsEmpty() ? HandleResponseToolUse(Block) : HandlePauseToolUse(Block);
+		AbortPendingTools();
+	}
+	else if (!RunPendingTools())
+	{
+		SetApproved(false);
+		SetAgentState(EAgentState::AwaitingApproval, nullptr);
+		return;
 	}
 
 	const TSharedRef<FJsonObject> Body = MakeShared<FJsonObject>();
@@ -154,6 +172,47 @@ void FAgent::EnterContinue(const FString& Message)
 	}
 	Body->SetBoolField(TEXT("was_confirmed"), WasApproved());
 	SendAndClearToolResults(Body);
+}
+
+bool FAgent::RunPendingTools()
+{
+	// Taken first: a tool may change the agent's state.
+	const TArray<TSharedRef<FKestrelToolPlan>> Plans = MoveTemp(PendingPlans);
+	PendingPlans.Empty();
+	bool bTurnGoesOn = true;
+	for (int32 Index = 0; Index < Plans.Num(); ++Index)
+	{
+		if (!bTurnGoesOn)
+		{
+			AbortTool(Plans[Index]->ToolUseId);
+		}
+		else if (Plans[Index]->StillHolds())
+		{
+			bTurnGoesOn = RunTool(*Plans[Index]);
+		}
+		else
+		{
+			// Those behind it may build on what it does.
+			FKestrelToolPlanner Planner(EKestrelLookAhead::Limited);
+			for (; Index < Plans.Num(); ++Index)
+			{
+				PendingPlans.Add(Planner.PlanAgain(*Plans[Index]));
+			}
+			FKestrelInterface::Get().AddHint(LOCTEXT("PlanAgain",
+				"A file has changed since its change was shown. Look at what is left, and approve again."));
+			return false;
+		}
+	}
+	return true;
+}
+
+void FAgent::AbortPendingTools()
+{
+	for (const TSharedRef<FKestrelToolPlan>& Plan : PendingPlans)
+	{
+		AbortTool(Plan->ToolUseId);
+	}
+	PendingPlans.Empty();
 }
 
 void FAgent::EnterAwaitingUpdate(const FString&)
@@ -182,6 +241,24 @@ void FAgent::EnterEndRequest(const FString& Message)
 	SetAgentState(EAgentState::Idle, nullptr);
 }
 
+void FAgent::SetPaused(bool bInPaused)
+{
+	const bool bBegins = bInPaused && !bPaused;
+	bPaused = bInPaused;
+	if (bBegins)
+	{
+		FKestrelInterface::Get().AddOwnStatusMessage(KestrelAgent::Pausing);
+	}
+}
+
+void FAgent::PauseRequest()
+{
+	if (State != EAgentState::Idle)
+	{
+		SetPaused(true);
+	}
+}
+
 void FAgent::Continue(const FString& Message)
 {
 	const FMessageAgentStateData Data(Message);
@@ -198,11 +275,6 @@ void FAgent::CancelRequest(const FString& Message)
 {
 	const FCancelRequestStateData Data(Message);
 	SetAgentState(EAgentState::CancelRequest, &Data);
-}
-
-void FAgent::AddToolResult(const TSharedPtr<FJsonObject>& Result)
-{
-	ToolResults.Add(MakeShared<FJsonValueObject>(Result));
 }
 
 bool FAgent::MayActWithoutAsking() const
@@ -245,7 +317,7 @@ void FAgent::HandlePollStatusRequestStarted()
 
 void FAgent::HandlePollStatusRequestProcessing()
 {
-	FKestrelInterface::Get().AddOwnStatusMessage(bPaused ? TEXT("Pausing request...") : TEXT("Processing request..."));
+	FKestrelInterface::Get().AddOwnStatusMessage(bPaused ? KestrelAgent::Pausing : TEXT("Processing request..."));
 }
 
 void FAgent::HandlePollStatusRequestFailed(const FString& Error)
@@ -266,7 +338,7 @@ void FAgent::HandlePollStatusRequestCompleted(const TSharedPtr<FJsonObject> Resp
 	Response->TryGetBoolField(TEXT("auto_continue"), bAutoContinue);
 	SetApproved(bAutoContinue);
 	// A tool that an earlier answer left behind is not approved along with this one's.
-	PendingToolUses.Empty();
+	AbortPendingTools();
 
 	StoreAnswer(Response);
 	const TArray<TSharedPtr<FJsonValue>>* Content = nullptr;
@@ -274,8 +346,11 @@ void FAgent::HandlePollStatusRequestCompleted(const TSharedPtr<FJsonObject> Resp
 	{
 		return;
 	}
+	// Results of earlier tools, a compile's for instance, may wait for the next request: they are no reason to send
+	// one.
+	const int32 NumWaiting = ToolResults.Num();
 	HandleContentBlocks(*Content);
-	if (ToolResults.IsEmpty())
+	if (ToolResults.Num() == NumWaiting || !PendingPlans.IsEmpty())
 	{
 		FinishAnswerWithoutToolResults();
 		return;
@@ -309,6 +384,8 @@ void FAgent::StoreAnswer(const TSharedPtr<FJsonObject>& Response)
 
 void FAgent::HandleContentBlocks(const TArray<TSharedPtr<FJsonValue>>& Content)
 {
+	TUniquePtr<FKestrelToolPlanner> Planner;
+	bool bTurnGoesOn = true;
 	for (const TSharedPtr<FJsonValue>& Value : Content)
 	{
 		const TSharedPtr<FJsonObject>* Block = nullptr;
@@ -323,16 +400,38 @@ void FAgent::HandleContentBlocks(const TArray<TSharedPtr<FJsonValue>>& Content)
 		}
 		else if (KestrelAgent::IsOfType(**Block, TEXT("tool_use")))
 		{
-			if (!bPaused && MayActWithoutAsking())
+			if (!Planner || PendingPlans.IsEmpty())
 			{
-				HandleResponseToolUse(*Block);
+				// What ran is on the disk; what waits, for those behind it, only in the planner's view.
+				Planner = MakeUnique<FKestrelToolPlanner>(EKestrelLookAhead::Limited);
+			}
+			const TSharedRef<FKestrelToolPlan> Plan = Planner->Plan(**Block);
+			if (bTurnGoesOn)
+			{
+				bTurnGoesOn = HandleToolUse(Plan);
 			}
 			else
 			{
-				PendingToolUses.Add(*Block);
+				AbortTool(Plan->ToolUseId);
 			}
 		}
 	}
+}
+
+bool FAgent::HandleToolUse(const TSharedRef<FKestrelToolPlan>& Plan)
+{
+	// Tools run in order: one that waits keeps those behind it waiting.
+	if (!bPaused && PendingPlans.IsEmpty() && MayRunWithoutAsking(*Plan))
+	{
+		return RunTool(*Plan);
+	}
+	PendingPlans.Add(Plan);
+	return true;
+}
+
+bool FAgent::MayRunWithoutAsking(const FKestrelToolPlan& Plan) const
+{
+	return GetDefault<UKestrelSettings>()->bAutoApprove || (WasApproved() && Plan.Cautions.IsEmpty());
 }
 
 void FAgent::FinishAnswerWithoutToolResults()
@@ -342,7 +441,8 @@ void FAgent::FinishAnswerWithoutToolResults()
 		SetAgentState(EAgentState::Pause, nullptr);
 		return;
 	}
-	SetAgentState(MayActWithoutAsking() ? EAgentState::AwaitingUpdate : EAgentState::AwaitingApproval, nullptr);
+	const bool bMayGoOn = PendingPlans.IsEmpty() && MayActWithoutAsking();
+	SetAgentState(bMayGoOn ? EAgentState::AwaitingUpdate : EAgentState::AwaitingApproval, nullptr);
 }
 
 void FAgent::SendToolResults()
@@ -355,3 +455,5 @@ void FAgent::SendToolResults()
 	}
 	SendAndClearToolResults(Body);
 }
+
+#undef LOCTEXT_NAMESPACE

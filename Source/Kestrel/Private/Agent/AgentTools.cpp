@@ -1,45 +1,13 @@
 #include "Agent/Agent.h"
+#include "Agent/CompilationManager.h"
 #include "Agent/FileUtils.h"
-#include "Agent/ToolInput.h"
+#include "Agent/Tools/ToolPlan.h"
 #include "Dom/JsonObject.h"
+#include "Dom/JsonValue.h"
 #include "Widget/KestrelInterface.h"
-
-/** A tool as the service names it. */
-struct FAgent::FTool
-{
-	const TCHAR* WireName;
-	FString (FAgent::*Use)(const FString& Id, const FJsonObject& Input);
-	/** The result comes by itself when the work is done, which takes longer than the call. */
-	bool bAnswersLater = false;
-};
-
-bool KestrelTools::ReadFields(const FJsonObject& Input, const TArray<FField>& Fields)
-{
-	for (const FField& Field : Fields)
-	{
-		if (!Input.TryGetStringField(Field.Name, *Field.Text))
-		{
-			return false;
-		}
-	}
-	return true;
-}
-
-void KestrelTools::ShowStatus(const TCHAR* Text)
-{
-	FKestrelInterface::Get().AddOwnStatusMessage(Text);
-}
 
 namespace AgentTools
 {
-/** A block without an id or name is handled like one whose id or name is empty. */
-FString GetString(const TSharedPtr<FJsonObject>& Block, const TCHAR* Field)
-{
-	FString Text;
-	Block->TryGetStringField(Field, Text);
-	return Text;
-}
-
 TSharedRef<FJsonObject> MakeResult(const FString& ToolUseId, const FString& Content)
 {
 	const TSharedRef<FJsonObject> Result = MakeShared<FJsonObject>();
@@ -50,6 +18,11 @@ TSharedRef<FJsonObject> MakeResult(const FString& ToolUseId, const FString& Cont
 }
 }
 
+void FAgent::AddToolResult(const TSharedPtr<FJsonObject>& Result)
+{
+	ToolResults.Add(MakeShared<FJsonValueObject>(Result));
+}
+
 void FAgent::AddToolResult(const FString& ToolUseId, const FString& Content, bool bIsError)
 {
 	const TSharedRef<FJsonObject> Result = AgentTools::MakeResult(ToolUseId, Content);
@@ -57,69 +30,159 @@ void FAgent::AddToolResult(const FString& ToolUseId, const FString& Content, boo
 	AddToolResult(Result);
 }
 
-void FAgent::HandleResponseToolUse(const TSharedPtr<FJsonObject>& Block)
+void FAgent::AbortTool(const FString& ToolUseId)
 {
-	const FString Name = AgentTools::GetString(Block, TEXT("name"));
-	const FString Id = AgentTools::GetString(Block, TEXT("id"));
-	const TSharedPtr<FJsonObject>* Input = nullptr;
-	const bool bHasInput = Block->TryGetObjectField(TEXT("input"), Input);
-
-	const FString Text = UseTool(Name, Id, bHasInput ? *Input : nullptr);
-	const bool bIsError = FFileUtils::IsError(Text);
-	const FTool* Tool = FindTool(Name);
-	// A tool that did not even begin has nothing to answer later.
-	if (!Tool || !Tool->bAnswersLater || bIsError)
-	{
-		AddToolResult(Id, Text, bIsError);
-	}
-}
-
-void FAgent::HandlePauseToolUse(const TSharedPtr<FJsonObject>& Block)
-{
-	const FString Id = AgentTools::GetString(Block, TEXT("id"));
-	const TSharedRef<FJsonObject> Result = AgentTools::MakeResult(Id, TEXT("Abort: User added new input"));
+	const TSharedRef<FJsonObject> Result = AgentTools::MakeResult(ToolUseId, TEXT("Abort: User added new input"));
 	Result->SetBoolField(TEXT("is_abort"), true);
 	AddToolResult(Result);
 }
 
-const FAgent::FTool* FAgent::FindTool(const FString& Name)
+bool FAgent::RunTool(const FKestrelToolPlan& Plan)
 {
-	static const FTool Tools[] = {
-		{ KestrelToolNames::Finish, &FAgent::UseFinishTool },
-		{ KestrelToolNames::Compile, &FAgent::UseCompileTool, true },
-		{ KestrelToolNames::ExecutePython, &FAgent::UseExecutePythonTool },
-		{ KestrelToolNames::CreateFile, &FAgent::UseCreateFileTool },
-		{ KestrelToolNames::CreateCpp, &FAgent::UseCreateOrReplaceCPPTool },
-		{ KestrelToolNames::ReplaceCpp, &FAgent::UseUpdateAndReplaceCPPTool },
-		{ KestrelToolNames::UpdateFile, &FAgent::UseUpdateFileTool },
-		{ KestrelToolNames::InsertIntoFile, &FAgent::UseInsertIntoFileTool },
-		{ KestrelToolNames::DeleteFile, &FAgent::UseDeleteFileTool },
-		{ KestrelToolNames::DeleteCpp, &FAgent::UseDeleteCPPTool },
-		{ KestrelToolNames::ReadFile, &FAgent::UseReadTool },
-		{ KestrelToolNames::GetFileSystemTree, &FAgent::UseGetFileSystemTool },
-		{ KestrelToolNames::CreateBlueprint, &FAgent::UseCreateBlueprintTool },
-		{ KestrelToolNames::ReadBlueprint, &FAgent::UseReadBlueprintTool },
-		{ KestrelToolNames::ModifyBlueprint, &FAgent::UseModifyBlueprintTool },
-		{ KestrelToolNames::ReadBehaviorTree, &FAgent::UseReadBehaviorTreeTool },
-		{ KestrelToolNames::SaveAndCompileBlueprints, &FAgent::UseSaveAndCompileAllDirtyBlueprintsTool },
-		{ KestrelToolNames::FindReference, &FAgent::UseFindReferenceInAllFilesTool },
-	};
-	for (const FTool& Tool : Tools)
+	const FString Text = Plan.Apply();
+	const bool bIsError = FFileUtils::IsError(Text);
+	// A tool that did not even begin has nothing to answer later.
+	if (!Plan.AnswersLater() || bIsError)
 	{
-		if (Name.Equals(Tool.WireName, ESearchCase::IgnoreCase))
-		{
-			return &Tool;
-		}
+		AddToolResult(Plan.ToolUseId, Text, bIsError);
 	}
-	return nullptr;
+	return Plan.Kind != EKestrelToolKind::Finish || bIsError;
+}
+
+void FAgent::HandleResponseToolUse(const TSharedPtr<FJsonObject>& Block)
+{
+	FKestrelToolPlanner Planner(EKestrelLookAhead::Unlimited);
+	RunTool(*Planner.Plan(*Block));
+}
+
+void FAgent::HandlePauseToolUse(const TSharedPtr<FJsonObject>& Block)
+{
+	FString Id;
+	Block->TryGetStringField(TEXT("id"), Id);
+	AbortTool(Id);
 }
 
 FString FAgent::UseTool(const FString& Name, const FString& Id, const TSharedPtr<FJsonObject>& Input)
 {
-	if (!Input.IsValid())
+	FKestrelToolPlanner Planner(EKestrelLookAhead::Unlimited);
+	return Planner.Plan(Name, Id, Input)->Apply();
+}
+
+FString FAgent::UseFinishTool(const FString& Id, const TSharedPtr<FJsonObject>& Input)
+{
+	return UseTool(KestrelToolNames::Finish, Id, Input);
+}
+
+FString FAgent::UseCompileTool(const FString& Id, const TSharedPtr<FJsonObject>& Input)
+{
+	return UseTool(KestrelToolNames::Compile, Id, Input);
+}
+
+FString FAgent::UseExecutePythonTool(const FString& Id, const TSharedPtr<FJsonObject>& Input)
+{
+	return UseTool(KestrelToolNames::ExecutePython, Id, Input);
+}
+
+FString FAgent::UseCreateFileTool(const FString& Id, const TSharedPtr<FJsonObject>& Input)
+{
+	return UseTool(KestrelToolNames::CreateFile, Id, Input);
+}
+
+FString FAgent::UseCreateCPPTool(const FString& Id, const TSharedPtr<FJsonObject>& Input)
+{
+	return UseTool(KestrelToolNames::CreateCpp, Id, Input);
+}
+
+FString FAgent::UseUpdateAndReplaceCPPTool(const FString& Id, const TSharedPtr<FJsonObject>& Input)
+{
+	return UseTool(KestrelToolNames::ReplaceCpp, Id, Input);
+}
+
+FString FAgent::UseUpdateFileTool(const FString& Id, const TSharedPtr<FJsonObject>& Input)
+{
+	return UseTool(KestrelToolNames::UpdateFile, Id, Input);
+}
+
+FString FAgent::UseInsertIntoFileTool(const FString& Id, const TSharedPtr<FJsonObject>& Input)
+{
+	return UseTool(KestrelToolNames::InsertIntoFile, Id, Input);
+}
+
+FString FAgent::UseDeleteFileTool(const FString& Id, const TSharedPtr<FJsonObject>& Input)
+{
+	return UseTool(KestrelToolNames::DeleteFile, Id, Input);
+}
+
+FString FAgent::UseDeleteCPPTool(const FString& Id, const TSharedPtr<FJsonObject>& Input)
+{
+	return UseTool(KestrelToolNames::DeleteCpp, Id, Input);
+}
+
+FString FAgent::UseReadTool(const FString& Id, const TSharedPtr<FJsonObject>& Input)
+{
+	return UseTool(KestrelToolNames::ReadFile, Id, Input);
+}
+
+FString FAgent::UseGetFileSystemTool(const FString& Id, const TSharedPtr<FJsonObject>& Input)
+{
+	return UseTool(KestrelToolNames::GetFileSystemTree, Id, Input);
+}
+
+FString FAgent::UseCreateBlueprintTool(const FString& Id, const TSharedPtr<FJsonObject>& Input)
+{
+	return UseTool(KestrelToolNames::CreateBlueprint, Id, Input);
+}
+
+FString FAgent::UseReadBlueprintTool(const FString& Id, const TSharedPtr<FJsonObject>& Input)
+{
+	return UseTool(KestrelToolNames::ReadBlueprint, Id, Input);
+}
+
+FString FAgent::UseModifyBlueprintTool(const FString& Id, const TSharedPtr<FJsonObject>& Input)
+{
+	return UseTool(KestrelToolNames::ModifyBlueprint, Id, Input);
+}
+
+FString FAgent::UseReadBehaviorTreeTool(const FString& Id, const TSharedPtr<FJsonObject>& Input)
+{
+	return UseTool(KestrelToolNames::ReadBehaviorTree, Id, Input);
+}
+
+FString FAgent::UseSaveAndCompileAllDirtyBlueprintsTool(const FString& Id, const TSharedPtr<FJsonObject>& Input)
+{
+	return UseTool(KestrelToolNames::SaveAndCompileBlueprints, Id, Input);
+}
+
+FString FAgent::UseFindReferenceInAllFilesTool(const FString& Id, const TSharedPtr<FJsonObject>& Input)
+{
+	return UseTool(KestrelToolNames::FindReference, Id, Input);
+}
+
+void FAgent::TriggerCompilationWithMessages(const FString& ToolId, const TArray<TSharedPtr<FJsonObject>>& Messages)
+{
+	if (FCompilationManager::IsCompiling())
 	{
-		return TEXT("Error: Invalid input");
+		// The refusal is this conversation's, whichever one compiles; without it, its tool use would never be answered.
+		const TGuardValue<TOptional<FString>> Refused(CompilingConversationId, ConversationId);
+		FKestrelInterface::Get().AddOwnStatusMessage(FCompilationManager::AlreadyRunning);
+		FCompilationManager::CompileGameProject(ToolId, Messages);
+		return;
 	}
-	const FTool* Tool = FindTool(Name);
-	return Tool ? (this->*Tool->Use)(Id, *Input) : FString::Printf(TEXT("Error: Unknown tool '%s'"), *Name);
+	CompilingConversationId = ConversationId;
+	FCompilationManager::CompileGameProject(ToolId, Messages);
+}
+
+void FAgent::OnCompilationFinished(
+	const TArray<TSharedPtr<FJsonObject>>& Messages, const FString& ToolId, const FString& Logs, bool bSuccess)
+{
+	if (!CompilingConversationId.IsSet() || CompilingConversationId.GetValue().Equals(ConversationId))
+	{
+		AddToolResult(ToolId, Logs, !bSuccess);
+		const TSharedRef<FJsonObject> Message = MakeShared<FJsonObject>();
+		Message->SetStringField(TEXT("role"), TEXT("user"));
+		Message->SetArrayField(TEXT("content"), ToolResults);
+		AddStoredMessage(Message);
+	}
+	FKestrelInterface::Get().AddOwnStatusMessage(
+		bSuccess ? TEXT("Compilation successful!") : TEXT("Compilation failed, processing error..."));
 }

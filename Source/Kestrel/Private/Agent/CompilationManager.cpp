@@ -1,10 +1,10 @@
 #include "Agent/CompilationManager.h"
 
-#include "Agent/ToolInput.h"
 #include "CoreGlobals.h"
 #include "Misc/HotReloadInterface.h"
 #include "Misc/OutputDeviceRedirector.h"
 #include "Modules/ModuleManager.h"
+#include "Widget/KestrelInterface.h"
 
 DEFINE_LOG_CATEGORY_STATIC(LogCompile, Log, All);
 
@@ -111,7 +111,7 @@ void FCompilationManager::RefuseStart(const FString& Reason)
 	StopCapturing();
 	CompileFinished.Broadcast(StoredMessages, SharedToolId, Reason, false);
 	// Nobody sees the log text in the panel, and this is not about errors in the code.
-	KestrelTools::ShowStatus(*Reason);
+	FKestrelInterface::Get().AddOwnStatusMessage(Reason);
 }
 
 void FCompilationManager::OnHotReloadCompilationFinished(

@@ -3,8 +3,10 @@
 #include "Agent/TextFile.h"
 #include "GenericPlatform/GenericPlatformFile.h"
 #include "HAL/PlatformFileManager.h"
+#include "KestrelSettings.h"
 #include "Misc/FileHelper.h"
 #include "Misc/Paths.h"
+#include "UObject/Class.h"
 
 namespace FileEdits
 {
@@ -12,6 +14,12 @@ using EEncoding = FFileHelper::EEncodingOptions;
 
 constexpr EEncoding Utf8 = EEncoding::ForceUTF8WithoutBOM;
 const TCHAR* const TabAsBlanks = TEXT("    ");
+
+/** For created files and those that text is inserted into. */
+EEncoding GetEncodingOfNewText()
+{
+	return GetDefault<UKestrelSettings>()->NewFileEncoding == EKestrelFileEncoding::Utf8 ? Utf8 : EEncoding::AutoDetect;
+}
 
 /** Checks that a file can be edited as text. @return an error, empty when all is well */
 FString LoadForEdit(const FString& FullPath, FString& OutText)
@@ -26,7 +34,7 @@ FString LoadForEdit(const FString& FullPath, FString& OutText)
 	case KestrelTextFile::EContent::Unreadable:
 		return FFileUtils::MakeError(TEXT("Failed to read file"), FullPath);
 	case KestrelTextFile::EContent::Binary:
-		return FFileUtils::MakeError(TEXT("File holds bytes that are no text, and editing would lose them"), FullPath);
+		return FFileUtils::MakeError(FFileUtils::BytesAreNoText, FullPath);
 	default:
 		return FString();
 	}
@@ -63,10 +71,10 @@ FString RewriteText(const FString& FullPath, const FString& Text)
 		[&]() { return FFileHelper::SaveStringToFile(Text, *FullPath, Utf8); });
 }
 
-FString RewriteLines(const FString& FullPath, const TArray<FString>& Lines)
+FString RewriteLines(const FString& FullPath, const FString& Text)
 {
 	return Rewrite(FullPath, TEXT("Failed to write modified content to file"),
-		[&]() { return FFileHelper::SaveStringArrayToFile(Lines, *FullPath); });
+		[&]() { return FFileHelper::SaveStringToFile(Text, *FullPath, GetEncodingOfNewText()); });
 }
 
 FString ReplaceAll(const FString& Text, const TCHAR* From, const TCHAR* To)
@@ -122,22 +130,46 @@ int32 ReplaceTolerantly(FString& Text, const FString& OldString, const FString& 
 	return Count > 0 ? Count : Replace(AdaptTabs(OldString, Text));
 }
 
-/** The lines of a file that may be edited. @return an error, empty when all is well */
-FString LoadLinesForEdit(const FString& FullPath, TArray<FString>& OutLines)
+TArray<FString> SplitIntoLines(const FString& Text)
 {
-	FString Text;
-	const FString LoadError = LoadForEdit(FullPath, Text);
-	if (LoadError.IsEmpty() && !FFileHelper::LoadFileToStringArray(OutLines, *FullPath))
+	TArray<FString> Lines;
+	constexpr bool bCullEmpty = false;
+	Text.ParseIntoArrayLines(Lines, bCullEmpty);
+	if (!Lines.IsEmpty() && Lines.Last().IsEmpty())
 	{
-		return FFileUtils::MakeError(TEXT("Failed to read file"), FullPath);
+		Lines.Pop(); // what follows the last line ending is no line
 	}
-	return LoadError;
+	return Lines;
+}
+
+FString JoinLines(const TArray<FString>& Lines)
+{
+	return Lines.IsEmpty() ? FString() : FString::Join(Lines, LINE_TERMINATOR) + LINE_TERMINATOR;
 }
 }
+
+const TCHAR* const FFileUtils::BytesAreNoText = TEXT("File holds bytes that are no text, and editing would lose them");
 
 bool FFileUtils::IsError(const FString& ResultText)
 {
 	return ResultText.StartsWith(TEXT("Error:"), ESearchCase::IgnoreCase);
+}
+
+bool FFileUtils::IsSavedAsUtf16(const FString& Text)
+{
+	constexpr TCHAR AsciiEnd = 0x80;
+	if (FileEdits::GetEncodingOfNewText() == FileEdits::Utf8)
+	{
+		return false;
+	}
+	for (const TCHAR Character : Text)
+	{
+		if (Character >= AsciiEnd)
+		{
+			return true;
+		}
+	}
+	return false;
 }
 
 FString FFileUtils::CreateNewFileWithContent(const FString& Path, const FString& Content)
@@ -148,7 +180,7 @@ FString FFileUtils::CreateNewFileWithContent(const FString& Path, const FString&
 	{
 		return MakeError(TEXT("Failed to create directory"), Folder);
 	}
-	if (!FFileHelper::SaveStringToFile(Content, *FullPath))
+	if (!FFileHelper::SaveStringToFile(Content, *FullPath, FileEdits::GetEncodingOfNewText()))
 	{
 		return MakeError(TEXT("Failed to create file"), FullPath);
 	}
@@ -165,58 +197,67 @@ FString FFileUtils::UpdateFile(const FString& Path, const FString& OldString, co
 	{
 		return LoadError;
 	}
-	if (!FileEdits::HoldsNormalized(OutContentBefore, OldString))
+	int32 NumReplacements = 0;
+	const FString Error =
+		ReplaceInText(FullPath, OutContentBefore, OldString, NewString, OutContentAfter, NumReplacements);
+	if (Error.IsEmpty())
+	{
+		return WriteUpdatedText(FullPath, OutContentAfter, NumReplacements);
+	}
+	if (FileEdits::HoldsNormalized(OutContentBefore, OldString))
+	{
+		CheckoutFileFromSourceControl(FullPath); // it was as good as found
+	}
+	return Error;
+}
+
+FString FFileUtils::ReplaceInText(const FString& FullPath, const FString& Text, const FString& OldString,
+	const FString& NewString, FString& OutAfter, int32& OutNumReplacements)
+{
+	OutAfter = Text;
+	if (!FileEdits::HoldsNormalized(Text, OldString))
 	{
 		return MakeError(TEXT("String not found in file"), FullPath);
 	}
+	OutNumReplacements = FileEdits::ReplaceTolerantly(OutAfter, OldString, NewString);
+	return OutNumReplacements > 0 ? FString() : MakeError(TEXT("No replacements made in file"), FullPath);
+}
 
+FString FFileUtils::WriteUpdatedText(const FString& FullPath, const FString& After, int32 NumReplacements)
+{
 	CheckoutFileFromSourceControl(FullPath);
-	OutContentAfter = OutContentBefore;
-	const int32 Count = FileEdits::ReplaceTolerantly(OutContentAfter, OldString, NewString);
-	if (Count == 0)
-	{
-		return MakeError(TEXT("No replacements made in file"), FullPath);
-	}
-	const FString WriteError = FileEdits::RewriteText(FullPath, OutContentAfter);
+	const FString WriteError = FileEdits::RewriteText(FullPath, After);
 	return WriteError.IsEmpty()
-			   ? FString::Printf(TEXT("Successfully updated file: %s with %d replacements"), *FullPath, Count)
+			   ? FString::Printf(TEXT("Successfully updated file: %s with %d replacements"), *FullPath, NumReplacements)
 			   : WriteError;
 }
 
-int32 FFileUtils::ReplaceInText(
-	const FString& Text, const FString& OldString, const FString& NewString, FString& OutAfter)
+FString FFileUtils::InsertIntoText(const FString& Text, int32 LineIndex, const FString& NewLine, int32& OutPosition)
 {
-	OutAfter = Text;
-	return FileEdits::HoldsNormalized(Text, OldString) ? FileEdits::ReplaceTolerantly(OutAfter, OldString, NewString)
-													   : 0;
-}
-
-FString FFileUtils::InsertIntoText(const FString& Text, int32 LineIndex, const FString& NewLine)
-{
-	TArray<FString> Lines;
-	constexpr bool bCullEmpty = false;
-	Text.ParseIntoArrayLines(Lines, bCullEmpty);
-	if (!Lines.IsEmpty() && Lines.Last().IsEmpty())
-	{
-		Lines.Pop(); // what follows the last line end is no line
-	}
-	Lines.Insert(NewLine, FMath::Clamp(LineIndex, 0, Lines.Num()));
-	return FString::Join(Lines, LINE_TERMINATOR) + LINE_TERMINATOR;
+	TArray<FString> Lines = FileEdits::SplitIntoLines(Text);
+	OutPosition = FMath::Clamp(LineIndex, 0, Lines.Num());
+	Lines.Insert(NewLine, OutPosition);
+	return FileEdits::JoinLines(Lines);
 }
 
 FString FFileUtils::InsertIntoFile(const FString& Path, int32 LineIndex, const FString& Text)
 {
 	const FString FullPath = ToAbsolutePath(Path);
-	TArray<FString> Lines;
-	const FString LoadError = FileEdits::LoadLinesForEdit(FullPath, Lines);
+	FString Before;
+	const FString LoadError = FileEdits::LoadForEdit(FullPath, Before);
 	if (!LoadError.IsEmpty())
 	{
 		return LoadError;
 	}
-	const int32 Position = FMath::Clamp(LineIndex, 0, Lines.Num());
-	Lines.Insert(Text, Position);
+	int32 Position = 0;
+	const FString After = InsertIntoText(Before, LineIndex, Text, Position);
+	return WriteInsertedText(FullPath, After, Position);
+}
+
+FString FFileUtils::WriteInsertedText(const FString& FullPath, const FString& After, int32 Position)
+{
 	CheckoutFileFromSourceControl(FullPath);
-	const FString WriteError = FileEdits::RewriteLines(FullPath, Lines);
+	const FString WriteError = FileEdits::RewriteLines(FullPath, After);
 	return WriteError.IsEmpty()
 			   ? FString::Printf(TEXT("Successfully inserted text at line %d in file: %s"), Position, *FullPath)
 			   : WriteError;
@@ -225,14 +266,19 @@ FString FFileUtils::InsertIntoFile(const FString& Path, int32 LineIndex, const F
 void FFileUtils::ReplaceLineInFile(const FString& Path, int32 LineNumber, const FString& NewLine)
 {
 	const FString FullPath = ToAbsolutePath(Path);
-	TArray<FString> Lines;
-	if (!FileEdits::LoadLinesForEdit(FullPath, Lines).IsEmpty() || LineNumber < 1 || LineNumber > Lines.Num())
+	FString Text;
+	if (!FileEdits::LoadForEdit(FullPath, Text).IsEmpty())
+	{
+		return;
+	}
+	TArray<FString> Lines = FileEdits::SplitIntoLines(Text);
+	if (LineNumber < 1 || LineNumber > Lines.Num())
 	{
 		return;
 	}
 	Lines[LineNumber - 1] = NewLine;
 	CheckoutFileFromSourceControl(FullPath);
-	FileEdits::RewriteLines(FullPath, Lines);
+	FileEdits::RewriteLines(FullPath, FileEdits::JoinLines(Lines));
 }
 
 FString FFileUtils::ReplaceFile(const FString& Path, const FString& NewContent)

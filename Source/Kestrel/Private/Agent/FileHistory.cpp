@@ -3,6 +3,8 @@
 #include "Agent/FileUtils.h"
 #include "Agent/TextFile.h"
 #include "Algo/Reverse.h"
+#include "GenericPlatform/GenericPlatformFile.h"
+#include "HAL/PlatformFileManager.h"
 #include "Misc/FileHelper.h"
 #include "Misc/Paths.h"
 
@@ -34,6 +36,56 @@ TArray<uint8> LoadBytesBeyondText(const FString& FilePath, const FString& Conten
 	const KestrelTextFile::EContent Kind = KestrelTextFile::Load(FilePath, Text, Bytes);
 	const bool bSayMore = Kind == KestrelTextFile::EContent::Text || Kind == KestrelTextFile::EContent::Binary;
 	return bSayMore && Text.Equals(Content) ? Bytes : TArray<uint8>();
+}
+
+bool ContainsOtherCase(const FFileHistory::FFileEntries& Entries, const FString& FilePath)
+{
+	if (!Entries.Contains(FilePath))
+	{
+		return false;
+	}
+	for (const auto& Pair : Entries)
+	{
+		if (Pair.Key == FilePath)
+		{
+			return !Pair.Key.Equals(FilePath);
+		}
+	}
+	return false;
+}
+
+/**
+ * The name under which a file is recorded. Names ignore case, and some file systems do not: there the second of two
+ * files is recorded by a longer way to it, "Folder/./A.txt".
+ */
+FString GetRecordName(const FFileHistory::FFileEntries& Entries, const FString& FilePath)
+{
+	FString Name = FilePath;
+	while (ContainsOtherCase(Entries, Name))
+	{
+		Name = FPaths::GetPath(Name) + TEXT("/./") + FPaths::GetCleanFilename(Name);
+	}
+	return Name;
+}
+
+int32 CountMissingFolders(const FString& FilePath)
+{
+	int32 Count = 0;
+	for (FString Folder = FPaths::GetPath(FilePath); !Folder.IsEmpty() && !FPaths::DirectoryExists(Folder);
+		 Folder = FPaths::GetPath(Folder))
+	{
+		++Count;
+	}
+	return Count;
+}
+
+void RemoveEmptyFolders(const FString& FilePath, int32 NumFolders)
+{
+	FString Folder = FPaths::GetPath(FilePath);
+	for (; NumFolders > 0 && FPlatformFileManager::Get().GetPlatformFile().DeleteDirectory(*Folder); --NumFolders)
+	{
+		Folder = FPaths::GetPath(Folder);
+	}
 }
 
 const FFileHistoryEntry* Find(const FFileHistory::FHistories& Histories, const FString& Key, const FString& FilePath)
@@ -120,12 +172,20 @@ void FFileHistory::Store(
 	// Made again, what was taken back before would overwrite this change.
 	RedoHistories.Remove(Key);
 	FFileEntries& Entries = FileHistories.FindOrAdd(Key);
-	if (!Entries.Contains(FilePath))
+	const FString Name = FileHistory::GetRecordName(Entries, FilePath);
+	if (!Entries.Contains(Name))
 	{
-		const bool bFileExists = ActionType != EFileActionType::Creation;
-		Entries.Add(
-			FilePath, { ActionType, Content,
-						  bFileExists ? FileHistory::LoadBytesBeyondText(FilePath, Content) : TArray<uint8>() });
+		FFileHistoryEntry& Entry = Entries.Add(Name);
+		Entry.ActionType = ActionType;
+		Entry.Content = Content;
+		if (ActionType == EFileActionType::Creation)
+		{
+			Entry.NumNewFolders = FileHistory::CountMissingFolders(FFileUtils::ToAbsolutePath(FilePath));
+		}
+		else
+		{
+			Entry.Bytes = FileHistory::LoadBytesBeyondText(FilePath, Content);
+		}
 	}
 }
 
@@ -151,7 +211,19 @@ void FFileHistory::StoreFileRedoVersion(
 	const FString& Key, const FString& FilePath, const FString& Content, const FFileHistoryEntry& UndoneEntry)
 {
 	RedoHistories.FindOrAdd(Key).Add(
-		FilePath, { UndoneEntry.ActionType, Content, FileHistory::LoadBytesBeyondText(FilePath, Content) });
+		FilePath, { UndoneEntry.ActionType, Content, FileHistory::LoadBytesBeyondText(FilePath, Content), 0 });
+}
+
+void FFileHistory::ForgetUnchanged(const FString& Key, const FString& FilePath)
+{
+	const FFileEntries* Entries = FileHistories.Find(Key);
+	const FString Name = Entries ? FileHistory::GetRecordName(*Entries, FilePath) : FString();
+	const FFileHistoryEntry* Entry = Entries ? Entries->Find(Name) : nullptr;
+	const FString FullPath = FFileUtils::ToAbsolutePath(FilePath);
+	if (Entry && FFileState::OnDisk(FullPath).ActionTo(FFileState::BeforeChange(*Entry)) == EFileActionType::None)
+	{
+		FileHistory::Remove(FileHistories, Key, Name);
+	}
 }
 
 bool FFileHistory::ApplyFileSystemChange(const FString& FilePath, const FString& Content, EFileActionType ActionType)
@@ -197,7 +269,12 @@ bool FFileHistory::UndoChanges(const FString& Key, const FString& FilePath)
 		return false;
 	}
 	StoreFileRedoVersion(Key, FilePath, Now.Content, Undone);
+	const int32 NumNewFolders = Entry->NumNewFolders;
 	const bool bUndone = ChangeState(FullPath, Now, Before);
+	if (bUndone)
+	{
+		FileHistory::RemoveEmptyFolders(FullPath, NumNewFolders);
+	}
 	FileHistory::Remove(bUndone ? FileHistories : RedoHistories, Key, FilePath);
 	return bUndone;
 }
@@ -213,6 +290,7 @@ bool FFileHistory::RedoChanges(const FString& Key, const FString& FilePath)
 	const FFileState Now = FFileState::OnDisk(FullPath);
 	const FFileState After = FFileState::AfterChange(*Entry);
 	const EFileActionType Redone = Now.ActionTo(After);
+	const int32 NumNewFolders = FileHistory::CountMissingFolders(FullPath);
 	const bool bRedone = ChangeState(FullPath, Now, After);
 	if (bRedone)
 	{
@@ -220,7 +298,7 @@ bool FFileHistory::RedoChanges(const FString& Key, const FString& FilePath)
 	}
 	if (bRedone && Redone != EFileActionType::None)
 	{
-		FileHistories.FindOrAdd(Key).Add(FilePath, { Redone, Now.Content, Now.Bytes });
+		FileHistories.FindOrAdd(Key).Add(FilePath, { Redone, Now.Content, Now.Bytes, NumNewFolders });
 	}
 	return bRedone && Redone != EFileActionType::None;
 }

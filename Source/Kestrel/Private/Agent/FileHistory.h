@@ -28,6 +28,8 @@ struct FFileHistoryEntry
 	 * would change the encoding, and a file that is no text would be lost.
 	 */
 	TArray<uint8> Bytes;
+	/** Of a creation: how many folders above the file are new, too. They go with it, as far as they are empty. */
+	int32 NumNewFolders = 0;
 };
 
 /**
@@ -63,6 +65,9 @@ public:
 	/** Content: the text just before the undo of UndoneEntry. */
 	void StoreFileRedoVersion(
 		const FString& Key, const FString& FilePath, const FString& Content, const FFileHistoryEntry& UndoneEntry);
+
+	/** Drops the record of a change that failed, when the file is still as it was recorded. */
+	void ForgetUnchanged(const FString& Key, const FString& FilePath);
 
 	/** Makes a change through FFileUtils. @return whether it succeeded; `None` changes nothing and succeeds */
 	bool ApplyFileSystemChange(const FString& FilePath, const FString& Content, EFileActionType ActionType);

@@ -1,5 +1,6 @@
 #include "Agent/FileUtils.h"
 
+#include "Agent/Files/NativeFile.h"
 #include "Misc/FileHelper.h"
 #include "Misc/Paths.h"
 
@@ -34,7 +35,9 @@ FString FFileUtils::ReadFile(const FString& Path)
 		return FileUtils::MissingFileError(FullPath);
 	}
 	FString Text;
-	return FFileHelper::LoadFileToString(Text, *FullPath) ? Text : FileUtils::UnreadableFileError(FullPath);
+	return KestrelNativeFile::IsRegularFile(FullPath) && FFileHelper::LoadFileToString(Text, *FullPath)
+			   ? Text
+			   : FileUtils::UnreadableFileError(FullPath);
 }
 
 FString FFileUtils::ReadFileLineRange(const FString& Path, int32 StartLine, int32 EndLine)
@@ -45,7 +48,7 @@ FString FFileUtils::ReadFileLineRange(const FString& Path, int32 StartLine, int3
 		return FileUtils::MissingFileError(FullPath);
 	}
 	TArray<FString> Lines;
-	if (!FFileHelper::LoadFileToStringArray(Lines, *FullPath))
+	if (!KestrelNativeFile::IsRegularFile(FullPath) || !FFileHelper::LoadFileToStringArray(Lines, *FullPath))
 	{
 		return FileUtils::UnreadableFileError(FullPath);
 	}

@@ -58,13 +58,26 @@ public:
 	/**
 	 * The replacement that UpdateFile makes, in a text alone.
 	 *
-	 * @return the count of replacements; without any, OutAfter is the text as it was
+	 * @param FullPath         names the file in an error
+	 * @param OutAfter         the text as it was when nothing was replaced
+	 * @return an error when there is nothing to replace; else empty
 	 */
-	static int32 ReplaceInText(
-		const FString& Text, const FString& OldString, const FString& NewString, FString& OutAfter);
+	static FString ReplaceInText(const FString& FullPath, const FString& Text, const FString& OldString,
+		const FString& NewString, FString& OutAfter, int32& OutNumReplacements);
+	/** The second half of UpdateFile: writes what ReplaceInText has made. @return UpdateFile's result */
+	static FString WriteUpdatedText(const FString& FullPath, const FString& After, int32 NumReplacements);
 
-	/** The text that InsertIntoFile would leave, with the line ends of this platform. */
-	static FString InsertIntoText(const FString& Text, int32 LineIndex, const FString& NewLine);
+	/**
+	 * The text that InsertIntoFile leaves, with the line endings of this platform.
+	 *
+	 * @param OutPosition  LineIndex, kept within 0 and the number of lines
+	 */
+	static FString InsertIntoText(const FString& Text, int32 LineIndex, const FString& NewLine, int32& OutPosition);
+	/** The second half of InsertIntoFile: writes what InsertIntoText has made. @return InsertIntoFile's result */
+	static FString WriteInsertedText(const FString& FullPath, const FString& After, int32 Position);
+
+	/** Whether a created or inserted-into file with this text becomes UTF-16, by the user's settings. */
+	static bool IsSavedAsUtf16(const FString& Text);
 
 	/**
 	 * Inserts a text as a line of its own. All lines end as the platform's do afterwards.
@@ -82,6 +95,8 @@ public:
 	/** Deletes a file, in revision control too. */
 	static FString DeleteFile(const FString& Path);
 
+	/** What is wrong with a file that cannot be edited as text. */
+	static const TCHAR* const BytesAreNoText;
 	/** A failure as a result text: "Error: <what>: <file>". */
 	static FString MakeError(const TCHAR* What, const FString& FullPath);
 	/** Whether a result text is a failure: it begins with "Error:" in any letter case. */

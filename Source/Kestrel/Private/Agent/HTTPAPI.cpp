@@ -3,6 +3,7 @@
 #include "Agent/Agent.h"
 #include "Agent/FileUtils.h"
 #include "Agent/JsonText.h"
+#include "Agent/Tools/DisplayText.h"
 #include "Dom/JsonObject.h"
 #include "HAL/PlatformTime.h"
 #include "HttpModule.h"
@@ -14,12 +15,17 @@
 #include "UObject/Class.h"
 #include "Widget/KestrelInterface.h"
 
+#define LOCTEXT_NAMESPACE "KestrelHTTPAPI"
+
 namespace HTTPAPI
 {
 constexpr float FirstPollDelaySeconds = 2.0f;
 constexpr float LongestPollDelaySeconds = 10.0f;
 constexpr float PollDelayGrowth = 1.5f;
 constexpr float PollTickerIntervalSeconds = 0.1f;
+constexpr float LongestReplySeconds = 120.0f;
+constexpr int32 MaxUnusableReplies = 10;
+constexpr int32 MaxRequestIdLength = 1024;
 
 const TCHAR* const ApiKeyHeader = TEXT("x-api-key");
 const TCHAR* const ConversationIdHeader = TEXT("conversation-id");
@@ -42,11 +48,70 @@ FString MakeStatusUrl(const FString& Id)
 	return FString::Printf(TEXT("https://%s/status?request_id=%s"), *FKestrelModule::GetApiUrl(), *Id);
 }
 
-/** True for the reply to a conversation that has been given up while another one has begun. */
-bool IsOfEarlierConversation(const FHttpRequestPtr& Request)
+/** Whether an id can stand in a URL as it is: visible ASCII characters, without those that end or break one. */
+bool CanStandInUrl(const FString& Id)
 {
-	const FString Current = FAgent::Get().GetConversationId();
-	return Request.IsValid() && !Current.IsEmpty() && !Request->GetHeader(ConversationIdHeader).Equals(Current);
+	for (const TCHAR Character : Id)
+	{
+		if (Character <= TEXT(' ') || Character > TEXT('~') ||
+			FString(TEXT("#\"<>\\^`{|}")).Contains(FString::Chr(Character)))
+		{
+			return false;
+		}
+	}
+	return Id.Len() <= MaxRequestIdLength;
+}
+
+/** Scheme, host and port of a URL. */
+FString GetOrigin(const FString& Url)
+{
+	const int32 Host = Url.Find(TEXT("://")) + 3;
+	int32 End = Url.Len();
+	for (int32 Index = Host; Index < Url.Len(); ++Index)
+	{
+		if (Url[Index] == TEXT('/') || Url[Index] == TEXT('?') || Url[Index] == TEXT('#'))
+		{
+			End = Index;
+			break;
+		}
+	}
+	FString Origin = Url.Left(End);
+	Origin.RemoveFromEnd(TEXT(":443")); // the port of https
+	return Origin;
+}
+
+/** Where a reply came from in the end; empty on engines that do not tell (before 5.5). */
+template <typename ReplyType>
+FString GetEffectiveUrl(const ReplyType& Reply)
+{
+	if constexpr (requires { Reply.GetEffectiveURL(); })
+	{
+		return Reply.GetEffectiveURL();
+	}
+	else
+	{
+		return FString();
+	}
+}
+
+/** Whether a reply is no answer of the server that was asked, but of one that a redirect led to, or the redirect. */
+bool IsOfAnotherServer(const IHttpRequest& Request, const IHttpResponse& Response)
+{
+	constexpr int32 FirstRedirect = 300;
+	constexpr int32 LastRedirect = 399;
+	const FString Effective = GetEffectiveUrl(Response);
+	const bool bMoved =
+		!Effective.IsEmpty() && !GetOrigin(Effective).Equals(GetOrigin(Request.GetURL()), ESearchCase::IgnoreCase);
+	return bMoved || (Response.GetResponseCode() >= FirstRedirect && Response.GetResponseCode() <= LastRedirect);
+}
+
+void ReportRedirect()
+{
+	FKestrelInterface::Get().AddHint(
+		FText::Format(LOCTEXT("Redirected",
+						  "The service at {0} points to another address. Its reply was dropped, as your key is meant "
+						  "for no other server."),
+			FText::FromString(KestrelDisplayText::EscapeLine(FKestrelModule::GetApiUrl()))));
 }
 }
 
@@ -111,6 +176,7 @@ void FHTTPAPI::RegularRequest(const FString& Body)
 	}
 	Request->SetContentAsString(Body);
 	Request->OnProcessRequestComplete().BindRaw(this, &FHTTPAPI::OnRegularRequestResponse);
+	LastCommand = Request;
 	Send(Request);
 	OnRegularRequest.ExecuteIfBound(TEXT("Sending request..."), FKestrelInterface::MessageColor,
 		FKestrelInterface::ItalicFontName, FKestrelInterface::MessageFontSize);
@@ -130,9 +196,14 @@ void FHTTPAPI::FailRegularRequest(const TCHAR* Message)
 
 void FHTTPAPI::OnRegularRequestResponse(FHttpRequestPtr Request, FHttpResponsePtr Response, bool bSucceeded)
 {
-	if (HTTPAPI::IsOfEarlierConversation(Request))
+	if (Request.IsValid() && LastCommand.Pin() != Request)
 	{
 		return;
+	}
+	if (bSucceeded && Request.IsValid() && Response.IsValid() && HTTPAPI::IsOfAnotherServer(*Request, *Response))
+	{
+		HTTPAPI::ReportRedirect();
+		bSucceeded = false;
 	}
 	if (!bSucceeded || !Response.IsValid() || Response->GetContentAsString().IsEmpty())
 	{
@@ -152,12 +223,14 @@ void FHTTPAPI::OnRegularRequestResponse(FHttpRequestPtr Request, FHttpResponsePt
 		return;
 	}
 	FString Id;
-	if (!Reply->TryGetStringField(TEXT("request_id"), Id))
+	if (!Reply->TryGetStringField(TEXT("request_id"), Id) || !HTTPAPI::CanStandInUrl(Id))
 	{
 		FailRegularRequest(TEXT("Failed to get request ID from response"));
 		return;
 	}
 	SetRequestId(Id);
+	Polls.Empty();
+	NumUnusableReplies = 0;
 	bIsPolling = true;
 	LastPollTime = FPlatformTime::Seconds();
 	ScheduleNextPoll();
@@ -205,31 +278,72 @@ void FHTTPAPI::PollStatusRequest(const FString& Id)
 	Request->SetURL(HTTPAPI::MakeStatusUrl(Id));
 	Request->SetHeader(HTTPAPI::ApiKeyHeader, FKestrelModule::GetApiKey());
 	Request->SetHeader(HTTPAPI::ConversationIdHeader, FAgent::Get().GetConversationId());
+	Request->SetTimeout(HTTPAPI::LongestReplySeconds);
 	Request->OnProcessRequestComplete().BindRaw(this, &FHTTPAPI::OnPollStatusRequestResponse);
+	Polls.Add({ Request, FPlatformTime::Seconds() });
 	Send(Request);
 	OnPollStatusRequestProcessing.ExecuteIfBound();
 }
 
+TOptional<FHTTPAPI::FPoll> FHTTPAPI::TakePoll(const FHttpRequestPtr& Request)
+{
+	const int32 Index =
+		Polls.IndexOfByPredicate([&Request](const FPoll& Poll) { return Poll.Request.Pin() == Request; });
+	if (Index == INDEX_NONE)
+	{
+		return TOptional<FPoll>();
+	}
+	const FPoll Poll = Polls[Index];
+	Polls.RemoveAt(Index);
+	return Poll;
+}
+
 void FHTTPAPI::OnPollStatusRequestResponse(FHttpRequestPtr Request, FHttpResponsePtr Response, bool bSucceeded)
 {
-	if (!bIsPolling || !bSucceeded || !Response.IsValid())
+	// Polls go out on schedule, so two can be under way: the second answer to a turn must not be taken for the next
+	// turn's.
+	const TOptional<FPoll> Poll = TakePoll(Request);
+	if (!bIsPolling || !Poll.IsSet())
 	{
 		return;
 	}
-	// Polls go out on schedule, so two can be under way: the second answer to a turn must not be taken for the next
-	// turn's.
-	if (Request.IsValid() && !FString(Request->GetURL()).Equals(HTTPAPI::MakeStatusUrl(RequestId)))
+	if (!bSucceeded || !Response.IsValid())
 	{
+		// A connection that fails is tried again for ever; a server that takes it and does not answer is not.
+		if (FPlatformTime::Seconds() - Poll->SentAt >= HTTPAPI::LongestReplySeconds)
+		{
+			CountUnusableReply();
+		}
 		return;
+	}
+	const bool bRedirected = HTTPAPI::IsOfAnotherServer(*Request, *Response);
+	if (bRedirected && NumUnusableReplies == 0)
+	{
+		HTTPAPI::ReportRedirect();
 	}
 	const TSharedPtr<FJsonObject> Reply = KestrelJson::ParseObject(Response->GetContentAsString());
 	FString Status;
-	if (!Reply.IsValid() || !Reply->TryGetStringField(TEXT("status"), Status))
+	if (bRedirected || !Reply.IsValid() || !Reply->TryGetStringField(TEXT("status"), Status))
 	{
+		CountUnusableReply();
 		return;
 	}
+	NumUnusableReplies = 0;
 	OnPollStatusUpdate.ExecuteIfBound(RequestId, Status, Reply);
+	InterpretStatus(Reply.ToSharedRef(), Status);
+}
 
+void FHTTPAPI::CountUnusableReply()
+{
+	if (++NumUnusableReplies >= HTTPAPI::MaxUnusableReplies)
+	{
+		CancelPolling();
+		OnPollStatusRequestCompleted.ExecuteIfBound(nullptr);
+	}
+}
+
+void FHTTPAPI::InterpretStatus(const TSharedRef<FJsonObject>& Reply, const FString& Status)
+{
 	if (Status.Equals(TEXT("COMPLETED"), ESearchCase::IgnoreCase))
 	{
 		CancelPolling();
@@ -251,6 +365,8 @@ void FHTTPAPI::OnPollStatusRequestResponse(FHttpRequestPtr Request, FHttpRespons
 void FHTTPAPI::CancelPolling()
 {
 	bIsPolling = false;
+	Polls.Empty();
+	NumUnusableReplies = 0;
 	if (PollTickerHandle.IsValid())
 	{
 		FTSTicker::RemoveTicker(PollTickerHandle);
@@ -278,3 +394,5 @@ void FHTTPAPI::AbandonRequests()
 	}
 	InFlight.Empty();
 }
+
+#undef LOCTEXT_NAMESPACE

@@ -21,6 +21,9 @@ DECLARE_DELEGATE_ThreeParams(FOnPollStatusUpdateDelegate, const FString& /*Reque
  * A command request brings the user's turn and gets a request id at once; the answer is fetched by polling the status
  * of that id on the core ticker, after 2, 3, 4.5, 6.75 and then 10 seconds, until it is there or CancelPolling is
  * called. It tells what happens through its delegates and never touches the conversation itself. Game thread only.
+ *
+ * Replies are known by their request: one to an earlier command, or to a poll of an earlier turn, is dropped. So is one
+ * that came from another server than was asked, since a redirect takes the key along.
  */
 class FHTTPAPI
 {
@@ -74,8 +77,20 @@ public:
 private:
 	FHTTPAPI() = default;
 
+	/** A status request of the current turn that has not been answered yet. */
+	struct FPoll
+	{
+		TWeakPtr<IHttpRequest, ESPMode::ThreadSafe> Request;
+		double SentAt = 0.0; // seconds of FPlatformTime
+	};
+
 	void Send(const FHttpRequestRef& Request);
 	void FailRegularRequest(const TCHAR* Message);
+	/** Takes the poll that a reply belongs to; unset for a reply to another turn. */
+	TOptional<FPoll> TakePoll(const FHttpRequestPtr& Request);
+	/** A status reply that says nothing; after some in a row the turn is given up. */
+	void CountUnusableReply();
+	void InterpretStatus(const TSharedRef<FJsonObject>& Reply, const FString& Status);
 
 	FString RequestId; // of the turn that is being polled
 	bool bIsPolling = false;
@@ -83,4 +98,7 @@ private:
 	float PollDelay = 2.0f;    // seconds between two polls at least; grows
 	double LastPollTime = 0.0; // seconds of FPlatformTime; of the last poll, or of the request id's receipt
 	TArray<TWeakPtr<IHttpRequest, ESPMode::ThreadSafe>> InFlight;
+	TWeakPtr<IHttpRequest, ESPMode::ThreadSafe> LastCommand;
+	TArray<FPoll> Polls;
+	int32 NumUnusableReplies = 0; // in a row
 };

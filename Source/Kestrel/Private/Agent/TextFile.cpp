@@ -1,5 +1,6 @@
 #include "Agent/TextFile.h"
 
+#include "Agent/Files/NativeFile.h"
 #include "Containers/StringConv.h"
 #include "Misc/FileHelper.h"
 
@@ -48,7 +49,7 @@ bool IsWholeUtf16(const FString& Text, const TArray<uint8>& Bytes)
 
 EContent Load(const FString& FullPath, FString& OutText, TArray<uint8>& OutBytes)
 {
-	if (!FFileHelper::LoadFileToArray(OutBytes, *FullPath))
+	if (!KestrelNativeFile::IsRegularFile(FullPath) || !FFileHelper::LoadFileToArray(OutBytes, *FullPath))
 	{
 		return EContent::Unreadable;
 	}

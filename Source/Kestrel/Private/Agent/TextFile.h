@@ -7,6 +7,7 @@ namespace KestrelTextFile
 {
 enum class EContent : uint8
 {
+	/** Missing, not to be opened, or no ordinary file. */
 	Unreadable,
 	/** The text says all: written as UTF-8, it is the file again. */
 	PlainAscii,

@@ -15,6 +15,17 @@
 #include "Misc/Paths.h"
 #include "UObject/Class.h"
 
+#define LOCTEXT_NAMESPACE "FKestrelInterface"
+
+namespace KestrelInterface
+{
+int32 CountFiles(const FFileHistory::FHistories& Histories, const FString& Id)
+{
+	const FFileHistory::FFileEntries* Entries = Histories.Find(Id);
+	return Entries ? Entries->Num() : 0;
+}
+}
+
 const FName FKestrelInterface::RegularFontName("Regular");
 const FName FKestrelInterface::BoldFontName("Bold");
 const FName FKestrelInterface::ItalicFontName("Italic");
@@ -173,16 +184,19 @@ void FKestrelInterface::UndoLastOperation()
 	AddOwnStatusMessage(TEXT("Undoing Last Changes..."));
 	if (!CanUndo())
 	{
+		AddHint(LOCTEXT("NothingToUndo", "There is nothing to undo."));
 		return; // what could be made again still can
 	}
 	FAgent& Agent = FAgent::Get();
 	const FString Id = Agent.GetUndoConversationID();
-	bool bEditorUndone = false;
+	const int32 NumFilesBefore = KestrelInterface::CountFiles(FFileHistory::Get().GetFileHistories(), Id);
+	int32 NumStepsUndone = 0;
 	// Each of the conversation's tools has opened one.
 	while (UndoUntilLastTransactionByName(GetKestrelTransactionName(Id)))
 	{
-		bEditorUndone = true;
+		++NumStepsUndone;
 	}
+	const bool bEditorUndone = NumStepsUndone > 0;
 	if (FFileHistory::Get().UndoAllChanges(Id))
 	{
 		Agent.TriggerCompilationWithMessages(TEXT("Undo"), Agent.GetStoredMessages());
@@ -197,6 +211,10 @@ void FKestrelInterface::UndoLastOperation()
 		FKestrelBlueprintUtils::CompileDirtyBlueprints();
 		FKestrelBlueprintUtils::SaveAndCompileAllDirtyBlueprints();
 	}
+	const int32 NumFilesLeft = KestrelInterface::CountFiles(FFileHistory::Get().GetFileHistories(), Id);
+	AddHint(FText::Format(LOCTEXT("Undone", "Undone: {0} {0}|plural(one=file,other=files), {1} "
+											"{1}|plural(one=step in the editor,other=steps in the editor)."),
+		NumFilesBefore - NumFilesLeft, NumStepsUndone));
 }
 
 bool FKestrelInterface::UndoUntilLastTransactionByName(const FString& Name) const
@@ -232,10 +250,12 @@ void FKestrelInterface::RedoLastOperation()
 	AddOwnStatusMessage(TEXT("Redoing Last Changes..."));
 	if (!CanRedo())
 	{
+		AddHint(LOCTEXT("NothingToRedo", "There is nothing to redo."));
 		return;
 	}
 	FAgent& Agent = FAgent::Get();
 	const FString Id = Agent.GetRedoConversationID();
+	const int32 NumFilesBefore = KestrelInterface::CountFiles(FFileHistory::Get().GetRedoHistories(), Id);
 	if (FFileHistory::Get().RedoAllChanges(Id))
 	{
 		Agent.TriggerCompilationWithMessages(TEXT("Redo"), Agent.GetStoredMessages());
@@ -243,6 +263,9 @@ void FKestrelInterface::RedoLastOperation()
 	const bool bAllDone = ReportLeftChanges(FFileHistory::Get().GetRedoHistories().Find(Id));
 	Agent.SetUndoConversationID(Id);
 	Agent.SetRedoConversationID(bAllDone ? FString() : Id);
+	const int32 NumFilesLeft = KestrelInterface::CountFiles(FFileHistory::Get().GetRedoHistories(), Id);
+	AddHint(FText::Format(
+		LOCTEXT("Redone", "Redone: {0} {0}|plural(one=file,other=files)."), NumFilesBefore - NumFilesLeft));
 }
 
 bool FKestrelInterface::ReportLeftChanges(const FFileHistory::FFileEntries* Left) const
@@ -296,7 +319,14 @@ void FKestrelInterface::AddOwnStatusMessage(const FString& Message) const
 	OnAddStatusMessage(Message, MessageColor, ItalicFontName, MessageFontSize);
 }
 
+void FKestrelInterface::AddHint(const FText& Hint) const
+{
+	HintDelegate.ExecuteIfBound(Hint);
+}
+
 void FKestrelInterface::OnAddDiffMessage(const FString& FilePath, const FString& Before, const FString& After) const
 {
 	DiffMessageDelegate.ExecuteIfBound(FilePath, Before, After);
 }
+
+#undef LOCTEXT_NAMESPACE

@@ -6,6 +6,7 @@
 
 DECLARE_DELEGATE_FourParams(FOnAddStatusMessageDelegate, const FString& /*Message*/, const FLinearColor& /*Color*/,
 	const FName& /*FontStyle*/, float /*FontSize*/);
+DECLARE_DELEGATE_OneParam(FOnAddHintDelegate, const FText& /*Hint*/);
 DECLARE_DELEGATE_ThreeParams(
 	FOnAddDiffMessageDelegate, const FString& /*FilePath*/, const FString& /*Before*/, const FString& /*After*/);
 
@@ -73,11 +74,14 @@ public:
 		const FString& Message, const FLinearColor& Color, const FName& FontStyle, float FontSize) const;
 	/** A status line of the plugin's own: what it is doing, in small italics. */
 	void AddOwnStatusMessage(const FString& Message) const;
+	/** A line for the person at the panel only: it is neither logged nor among the status messages. */
+	void AddHint(const FText& Hint) const;
 	void OnAddDiffMessage(const FString& FilePath, const FString& Before, const FString& After) const;
 
 	/** Bound by the open panel. */
 	FOnAddStatusMessageDelegate StatusMessageDelegate;
 	FOnAddDiffMessageDelegate DiffMessageDelegate;
+	FOnAddHintDelegate HintDelegate;
 
 	// Font styles of status messages, as typefaces of the editor's default font.
 	static const FName RegularFontName;

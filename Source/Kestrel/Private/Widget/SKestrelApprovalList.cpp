@@ -1,5 +1,6 @@
 #include "Widget/SKestrelApprovalList.h"
 
+#include "Agent/Tools/DisplayText.h"
 #include "Styling/CoreStyle.h"
 #include "Styling/SlateTypes.h"
 #include "Widget/KestrelStyle.h"
@@ -24,77 +25,58 @@ constexpr float MaxHeight = 240.0f;
 const FLinearColor PlainColor(0.55f, 0.55f, 0.55f);
 const FLinearColor WarningColor(1.0f, 0.55f, 0.15f);
 
-FText DescribeKind(EKestrelToolKind Kind)
+FString JoinTexts(const TArray<FText>& Texts)
 {
-	switch (Kind)
+	TArray<FString> Strings;
+	for (const FText& Text : Texts)
 	{
-	case EKestrelToolKind::Read:
-		return LOCTEXT("Read", "Read");
-	case EKestrelToolKind::Search:
-		return LOCTEXT("Search", "Search");
-	case EKestrelToolKind::Create:
-		return LOCTEXT("Create", "Create");
-	case EKestrelToolKind::Change:
-		return LOCTEXT("Change", "Change");
-	case EKestrelToolKind::Delete:
-		return LOCTEXT("Delete", "Delete");
-	case EKestrelToolKind::Script:
-		return LOCTEXT("Script", "Run a script");
-	case EKestrelToolKind::Compile:
-		return LOCTEXT("Compile", "Compile the game");
-	case EKestrelToolKind::ReadBlueprint:
-		return LOCTEXT("ReadBlueprint", "Read the asset");
-	case EKestrelToolKind::CreateBlueprint:
-		return LOCTEXT("CreateBlueprint", "Create the Blueprint");
-	case EKestrelToolKind::ModifyBlueprint:
-		return LOCTEXT("ModifyBlueprint", "Change the Blueprint");
-	case EKestrelToolKind::SaveBlueprints:
-		return LOCTEXT("SaveBlueprints", "Save and compile all changed Blueprints");
-	case EKestrelToolKind::Other:
-		break;
+		Strings.Add(Text.ToString());
 	}
-	return LOCTEXT("Other", "Use the tool");
+	return FString::Join(Strings, TEXT(", "));
 }
 
-/** One line that says all: "Change Source/A.h: 3 places". */
-FText Describe(const FKestrelToolPreview& Preview)
+/** One line that says all, "Change Source/A.h: 3 replacements (build file)", and a second for a tool that will fail. */
+FText Describe(const FKestrelToolPlan& Plan)
 {
-	FString Text = DescribeKind(Preview.Kind).ToString();
-	if (!Preview.Target.IsEmpty())
+	FString Text = Plan.Verb.ToString();
+	if (!Plan.Target.IsEmpty())
 	{
-		Text += TEXT(" ") + Preview.Target;
+		Text += TEXT(" ") + KestrelDisplayText::EscapeLine(Plan.Target);
 	}
-	if (Preview.NumPlaces.IsSet() && Preview.Problem.IsEmpty())
+	if (Plan.NumReplacements.IsSet())
 	{
-		Text += TEXT(": ") +
-				FText::Format(LOCTEXT("Places", "{0} {0}|plural(one=place,other=places)"), Preview.NumPlaces.GetValue())
-					.ToString();
+		Text +=
+			TEXT(": ") + FText::Format(LOCTEXT("Replacements", "{0} {0}|plural(one=replacement,other=replacements)"),
+							 Plan.NumReplacements.GetValue())
+							 .ToString();
 	}
-	if (Preview.bOutsideProject)
+	TArray<FText> Remarks = Plan.Cautions;
+	Remarks.Append(Plan.Notes);
+	if (!Remarks.IsEmpty())
 	{
-		Text += TEXT(" ") + LOCTEXT("Outside", "(outside of the project)").ToString();
+		Text += TEXT(" (") + JoinTexts(Remarks) + TEXT(")");
 	}
-	if (!Preview.Problem.IsEmpty())
+	if (!Plan.Refusal.IsEmpty())
 	{
-		Text += TEXT("\n") + Preview.Problem;
+		Text += TEXT("\n") + KestrelDisplayText::EscapeLine(Plan.Refusal);
 	}
 	return FText::FromString(Text);
 }
 
 /** What stands out may be out of view. */
-FText DescribeAll(const TArray<FKestrelToolPreview>& Previews)
+FText DescribeAll(const TArray<TSharedRef<FKestrelToolPlan>>& Plans)
 {
 	const int32 NumStandingOut =
-		Previews.FilterByPredicate([](const FKestrelToolPreview& Preview) { return Preview.StandsOut(); }).Num();
-	if (Previews.Num() <= 1)
+		Plans.FilterByPredicate([](const TSharedRef<FKestrelToolPlan>& Plan) { return Plan->StandsOut(); }).Num();
+	if (Plans.Num() <= 1)
 	{
 		return LOCTEXT("Heading", "Waiting for your approval:");
 	}
 	return NumStandingOut == 0
-			   ? FText::Format(LOCTEXT("HeadingOfMany", "Waiting for your approval: {0} tools"), Previews.Num())
+			   ? FText::Format(LOCTEXT("HeadingOfMany", "Waiting for your approval: {0} tools"), Plans.Num())
 			   : FText::Format(LOCTEXT("HeadingWithWarning",
 								   "Waiting for your approval: {0} tools, {1} of them worth a second look"),
-					 Previews.Num(), NumStandingOut);
+					 Plans.Num(), NumStandingOut);
 }
 }
 
@@ -134,30 +116,30 @@ void SKestrelApprovalList::Construct(const FArguments& InArgs)
 	// clang-format on
 }
 
-void SKestrelApprovalList::SetPreviews(const TArray<FKestrelToolPreview>& Previews)
+void SKestrelApprovalList::SetPlans(const TArray<TSharedRef<FKestrelToolPlan>>& Plans)
 {
-	Heading->SetText(KestrelApprovalList::DescribeAll(Previews));
+	Heading->SetText(KestrelApprovalList::DescribeAll(Plans));
 	Rows->ClearChildren();
-	for (const FKestrelToolPreview& Preview : Previews)
+	for (const TSharedRef<FKestrelToolPlan>& Plan : Plans)
 	{
 		// clang-format off
 		Rows->AddSlot()
 		.AutoHeight()
 		.Padding(0.0f, KestrelApprovalList::RowGap)
 		[
-			MakeRow(Preview)
+			MakeRow(Plan)
 		];
 		// clang-format on
 	}
 }
 
-TSharedRef<SWidget> SKestrelApprovalList::MakeRow(const FKestrelToolPreview& Preview)
+TSharedRef<SWidget> SKestrelApprovalList::MakeRow(const TSharedRef<FKestrelToolPlan>& Plan)
 {
 	FTextBlockStyle TextStyle = FCoreStyle::Get().GetWidgetStyle<FTextBlockStyle>("NormalText");
 	TextStyle.SetFont(FCoreStyle::GetDefaultFontStyle(
-		Preview.StandsOut() ? FName("Bold") : FName("Regular"), KestrelApprovalList::FontSize));
+		Plan->StandsOut() ? FName("Bold") : FName("Regular"), KestrelApprovalList::FontSize));
 	TextStyle.SetColorAndOpacity(
-		Preview.StandsOut() ? KestrelApprovalList::WarningColor : KestrelApprovalList::PlainColor);
+		Plan->StandsOut() ? KestrelApprovalList::WarningColor : KestrelApprovalList::PlainColor);
 
 	const TSharedRef<SVerticalBox> Row = SNew(SVerticalBox);
 	// clang-format off
@@ -170,7 +152,7 @@ TSharedRef<SWidget> SKestrelApprovalList::MakeRow(const FKestrelToolPreview& Pre
 		.VAlign(VAlign_Center)
 		[
 			SNew(SMultiLineEditableText)
-			.Text(KestrelApprovalList::Describe(Preview))
+			.Text(KestrelApprovalList::Describe(*Plan))
 			.TextStyle(&TextStyle)
 			.IsReadOnly(true)
 			.AutoWrapText(true)
@@ -180,7 +162,7 @@ TSharedRef<SWidget> SKestrelApprovalList::MakeRow(const FKestrelToolPreview& Pre
 		.AutoWidth()
 		.VAlign(VAlign_Top)
 		[
-			MakeUnfoldButton(Preview, Row)
+			MakeUnfoldButton(Plan, Row)
 		]
 	];
 	// clang-format on
@@ -188,11 +170,11 @@ TSharedRef<SWidget> SKestrelApprovalList::MakeRow(const FKestrelToolPreview& Pre
 }
 
 TSharedRef<SWidget> SKestrelApprovalList::MakeUnfoldButton(
-	const FKestrelToolPreview& Preview, const TSharedRef<SVerticalBox>& Row)
+	const TSharedRef<FKestrelToolPlan>& Plan, const TSharedRef<SVerticalBox>& Row)
 {
 	const TWeakPtr<SVerticalBox> WeakRow = Row;
 	const TSharedRef<TSharedPtr<SWidget>> Unfolded = MakeShared<TSharedPtr<SWidget>>();
-	const auto OnClicked = [this, WeakRow, Unfolded, Before = Preview.Before, After = Preview.After]() {
+	const auto OnClicked = [this, WeakRow, Unfolded, Plan]() {
 		const TSharedPtr<SVerticalBox> PinnedRow = WeakRow.Pin();
 		if (PinnedRow.IsValid() && Unfolded->IsValid())
 		{
@@ -201,7 +183,7 @@ TSharedRef<SWidget> SKestrelApprovalList::MakeUnfoldButton(
 		}
 		else if (PinnedRow.IsValid() && OnMakeChangeView.IsBound())
 		{
-			*Unfolded = OnMakeChangeView.Execute(Before, After);
+			*Unfolded = OnMakeChangeView.Execute(Plan->Change->Before, Plan->Change->After);
 			// clang-format off
 			PinnedRow->AddSlot()
 			.AutoHeight()
@@ -212,7 +194,7 @@ TSharedRef<SWidget> SKestrelApprovalList::MakeUnfoldButton(
 		}
 		return FReply::Handled();
 	};
-	const bool bScript = Preview.Kind == EKestrelToolKind::Script;
+	const bool bScript = Plan->Kind == EKestrelToolKind::Run;
 	return SNew(SButton)
 		.Text_Lambda([Unfolded, bScript]() {
 			if (bScript)
@@ -222,7 +204,7 @@ TSharedRef<SWidget> SKestrelApprovalList::MakeUnfoldButton(
 			}
 			return Unfolded->IsValid() ? LOCTEXT("Hide", "Hide the change") : LOCTEXT("Show", "Show the change");
 		})
-		.Visibility(Preview.bHasTexts ? EVisibility::Visible : EVisibility::Collapsed)
+		.Visibility(Plan->Change.IsSet() ? EVisibility::Visible : EVisibility::Collapsed)
 		.OnClicked_Lambda(OnClicked);
 }
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Agent/ToolPreview.h"
+#include "Agent/Tools/ToolPlan.h"
 #include "CoreMinimal.h"
 #include "Widgets/DeclarativeSyntaxSupport.h"
 #include "Widgets/SCompoundWidget.h"
@@ -13,8 +13,8 @@ DECLARE_DELEGATE_RetVal_TwoParams(
 	TSharedRef<SWidget>, FOnMakeChangeView, const FString& /*Before*/, const FString& /*After*/);
 
 /**
- * The tools that wait for approval, a row each: what it does, to which file, how many places it hits. The change itself
- * can be unfolded. Deletions, scripts, and files outside of the project stand out.
+ * The tools that wait for approval, a row each: what it does, to which file, how many replacements, and why to look
+ * twice. The change itself can be unfolded. What is not seen in a name is shown as an escape.
  */
 class SKestrelApprovalList : public SCompoundWidget
 {
@@ -26,12 +26,12 @@ public:
 	void Construct(const FArguments& InArgs);
 
 	/** Replaces the rows. */
-	void SetPreviews(const TArray<FKestrelToolPreview>& Previews);
+	void SetPlans(const TArray<TSharedRef<FKestrelToolPlan>>& Plans);
 
 private:
-	TSharedRef<SWidget> MakeRow(const FKestrelToolPreview& Preview);
+	TSharedRef<SWidget> MakeRow(const TSharedRef<FKestrelToolPlan>& Plan);
 	/** A button that unfolds the change below the row, and folds it again. */
-	TSharedRef<SWidget> MakeUnfoldButton(const FKestrelToolPreview& Preview, const TSharedRef<SVerticalBox>& Row);
+	TSharedRef<SWidget> MakeUnfoldButton(const TSharedRef<FKestrelToolPlan>& Plan, const TSharedRef<SVerticalBox>& Row);
 
 	FOnMakeChangeView OnMakeChangeView;
 	TSharedPtr<STextBlock> Heading;

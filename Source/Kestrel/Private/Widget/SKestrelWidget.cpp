@@ -1,6 +1,7 @@
 #include "Widget/SKestrelWidget.h"
 
 #include "Agent/Agent.h"
+#include "Agent/Tools/ToolTable.h"
 #include "Framework/Application/SlateApplication.h"
 #include "HAL/PlatformTime.h"
 #include "InputCoreTypes.h"
@@ -41,27 +42,30 @@ constexpr float EndTolerance = 2.0f;
 // Of the view's height: the last lines that were read are still seen on the next page.
 constexpr float PageFraction = 0.9f;
 
+// Names of tools that this version does not have; the service's texts may still mention them.
+const TCHAR* const NamesOfOtherTools[] = { TEXT("modify_blueprint"), TEXT("modify_behavior_tree"),
+	TEXT("get_blueprint_subset_by_keywords"), TEXT("get_blueprint_summary") };
+const TCHAR* const BoldMarker = TEXT("**");
+
 /** What never reaches the screen: the service's own tool names, and its markers for bold text. */
 const TMap<FString, FString>& GetHiddenTexts()
 {
-	static const TMap<FString, FString> HiddenTexts = {
-		{ TEXT("execute_unreal_engine_api_python_script"), FString() },
-		{ TEXT("create_cpp_file"), FString() },
-		{ TEXT("update_and_replace_cpp_file"), FString() },
-		{ TEXT("delete_cpp_file"), FString() },
-		{ TEXT("read_file"), FString() },
-		{ TEXT("get_filesystem_tree"), FString() },
-		{ TEXT("create_blueprint"), FString() },
-		{ TEXT("read_blueprint"), FString() },
-		{ TEXT("modify_blueprint"), FString() },
-		{ TEXT("modify_behavior_tree"), FString() },
-		{ TEXT("read_behavior_tree"), FString() },
-		{ TEXT("save_and_compile_all_dirty_blueprints"), FString() },
-		{ TEXT("find_reference_in_all_files"), FString() },
-		{ TEXT("get_blueprint_subset_by_keywords"), FString() },
-		{ TEXT("get_blueprint_summary"), FString() },
-		{ TEXT("**"), FString() },
-	};
+	static const TMap<FString, FString> HiddenTexts = []() {
+		TMap<FString, FString> Texts;
+		for (const FKestrelTool& Tool : KestrelTools::GetAll())
+		{
+			if (Tool.NameInPanel == EKestrelNameInPanel::Hidden)
+			{
+				Texts.Add(Tool.WireName, FString());
+			}
+		}
+		for (const TCHAR* Name : NamesOfOtherTools)
+		{
+			Texts.Add(Name, FString());
+		}
+		Texts.Add(BoldMarker, FString());
+		return Texts;
+	}();
 	return HiddenTexts;
 }
 
@@ -151,6 +155,7 @@ void SKestrelWidget::Construct(const FArguments& InArgs)
 	RegisterActiveTimer(0.0f, FWidgetActiveTimerDelegate::CreateSP(this, &SKestrelWidget::SetFocusPostConstruct));
 	FKestrelInterface::Get().StatusMessageDelegate.BindSP(this, &SKestrelWidget::OnAddStatusMessage);
 	FKestrelInterface::Get().DiffMessageDelegate.BindSP(this, &SKestrelWidget::OnAddDiffMessage);
+	FKestrelInterface::Get().HintDelegate.BindSP(this, &SKestrelWidget::OnAddHint);
 	StateChangedHandle = FAgent::Get().OnStateChanged().AddSP(this, &SKestrelWidget::OnAgentStateChanged);
 	OnAgentStateChanged();
 	const FText Welcome = LOCTEXT("Welcome",
@@ -181,7 +186,7 @@ void SKestrelWidget::OnAgentStateChanged()
 {
 	if (GetApprovalListVisibility() == EVisibility::Visible)
 	{
-		ApprovalList->SetPreviews(FKestrelToolPreviews::Make(FAgent::Get().GetPendingToolUses()));
+		ApprovalList->SetPlans(FAgent::Get().GetPendingPlans());
 	}
 }
 
@@ -189,7 +194,7 @@ EVisibility SKestrelWidget::GetApprovalListVisibility() const
 {
 	const EAgentState State = KestrelWidget::GetState();
 	const bool bWaits = State == EAgentState::AwaitingApproval || State == EAgentState::Pause;
-	return bWaits && !FAgent::Get().GetPendingToolUses().IsEmpty() ? EVisibility::Visible : EVisibility::Collapsed;
+	return bWaits && !FAgent::Get().GetPendingPlans().IsEmpty() ? EVisibility::Visible : EVisibility::Collapsed;
 }
 
 EActiveTimerReturnType SKestrelWidget::SetFocusPostConstruct(double InCurrentTime, float InDeltaTime)
@@ -301,6 +306,7 @@ TSharedRef<SWidget> SKestrelWidget::MakeButtonsOfRow()
 			SAssignNew(PauseButton, SButton)
 			.Text(LOCTEXT("Pause", "Pause"))
 			.ToolTipText(LOCTEXT("PauseToolTip", "Stop before the next tool is used"))
+			.IsEnabled(this, &SKestrelWidget::IsPauseButtonEnabled)
 			.Visibility(this, &SKestrelWidget::UpdatePauseButtonVisibility)
 			.OnClicked(this, &SKestrelWidget::OnPauseButtonClicked)
 		]
@@ -415,6 +421,13 @@ void SKestrelWidget::OnAddStatusMessage(
 	Interface.KestrelInterfaceLogString(Message, Interface.GetPromptLogFilePath(), true);
 }
 
+void SKestrelWidget::OnAddHint(const FText& Hint)
+{
+	StopProgressAnimation();
+	AddBlock(Hint.ToString(), FKestrelInterface::MessageColor, FKestrelInterface::ItalicFontName,
+		FKestrelInterface::MessageFontSize);
+}
+
 SKestrelWidget::FBlock SKestrelWidget::AddBlock(
 	const FString& Text, const FLinearColor& Color, const FName& FontStyle, float FontSize)
 {
@@ -498,6 +511,10 @@ bool SKestrelWidget::IsPromptEmpty() const
 
 FString SKestrelWidget::TakePrompt()
 {
+	// Whoever sends something wants to see what comes of it.
+	bIsUserScrolling = false;
+	bFollowsWhileReading = true;
+	ScrollBox->ScrollToEnd();
 	const FString Prompt = PromptBox->GetText().ToString();
 	PromptBox->SetText(FText::GetEmpty());
 	return Prompt;
@@ -537,6 +554,11 @@ EVisibility SKestrelWidget::UpdateApproveButton() const
 bool SKestrelWidget::IsApproveButtonEnabled() const
 {
 	return KestrelWidget::GetState() == EAgentState::AwaitingApproval;
+}
+
+bool SKestrelWidget::IsPauseButtonEnabled() const
+{
+	return !FAgent::Get().WasPaused();
 }
 
 bool SKestrelWidget::IsEndButtonEnabled() const

@@ -46,6 +46,9 @@ public:
 	/** Adds a block with the difference between two texts of a file, if the settings want it shown, and logs both. */
 	void OnAddDiffMessage(const FString& FilePath, const FString& Before, const FString& After);
 
+	/** Adds a line that is shown and nothing more: neither logged, nor moving. */
+	void OnAddHint(const FText& Hint);
+
 	// The difference between two texts; see LineDiff.h.
 	static TArray<FString> SplitIntoLines(const FString& Text);
 	static TArray<FDiffLine> ComputeLongestCommonSubsequence(
@@ -76,6 +79,7 @@ public:
 	EVisibility UpdateContinueButtonVisibility() const;
 	EVisibility UpdatePauseButtonVisibility() const;
 	EVisibility UpdateApproveButton() const;
+	bool IsPauseButtonEnabled() const;
 	bool IsApproveButtonEnabled() const;
 	bool IsEndButtonEnabled() const;
 	bool IsUndoButtonEnabled() const;
@@ -110,7 +114,7 @@ private:
 	/** The list shows what waits now. */
 	void OnAgentStateChanged();
 	EVisibility GetApprovalListVisibility() const;
-	/** The parts of a text that would change. */
+	/** The parts of a text that would change, to the letter, with what is not seen as escapes. */
 	TSharedRef<SWidget> MakeChangeView(const FString& Before, const FString& After) const;
 	/** Both columns of numbers beside the lines of a difference. */
 	TSharedRef<SWidget> MakeChunksView(const TArray<FDiffChunk>& Chunks) const;

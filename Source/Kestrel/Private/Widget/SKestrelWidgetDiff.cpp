@@ -1,3 +1,4 @@
+#include "Agent/Tools/DisplayText.h"
 #include "HAL/PlatformApplicationMisc.h"
 #include "KestrelSettings.h"
 #include "Misc/Paths.h"
@@ -86,6 +87,27 @@ FString Shorten(const FString& Path)
 TSharedRef<SWidget> MakeCount(const FText& Text, const FLinearColor& Color)
 {
 	return SNew(STextBlock).Text(Text).ColorAndOpacity(Color);
+}
+
+/** Lines are compared case-insensitively; where somebody decides, a change of case is a change. */
+void ShowChangesOfCase(const TArray<FString>& NewLines, TArray<FDiffChunk>& Chunks)
+{
+	for (FDiffChunk& Chunk : Chunks)
+	{
+		TArray<FDiffLine> Lines;
+		Lines.Reserve(Chunk.Lines.Num());
+		for (const FDiffLine& Line : Chunk.Lines)
+		{
+			if (Line.Type != EDiffLineType::Unchanged || Line.Content.Equals(NewLines[Line.NewLineNumber - 1]))
+			{
+				Lines.Add(Line);
+				continue;
+			}
+			Lines.Add({ Line.Content, EDiffLineType::Removed, Line.OldLineNumber, 0 });
+			Lines.Add({ NewLines[Line.NewLineNumber - 1], EDiffLineType::Added, 0, Line.NewLineNumber });
+		}
+		Chunk.Lines = MoveTemp(Lines);
+	}
 }
 
 /** The lines are compared without regard to case, and without their ends. */
@@ -230,7 +252,7 @@ TSharedRef<SWidget> SKestrelWidget::MakeDiffHeader(const FString& FilePath, cons
 		.VAlign(VAlign_Center)
 		[
 			SNew(SButton)
-			.Text(FText::FromString(KestrelDiffView::Shorten(ShownPath)))
+			.Text(FText::FromString(KestrelDiffView::Shorten(KestrelDisplayText::EscapeLine(ShownPath))))
 			.ToolTipText(FText::Format(LOCTEXT("CopyPath", "Copy the path: {0}"), FText::FromString(FilePath)))
 			.OnClicked(this, &SKestrelWidget::OnCopyPathClicked, FilePath)
 		]
@@ -259,7 +281,9 @@ TSharedRef<SWidget> SKestrelWidget::MakeChangeView(const FString& Before, const 
 		return SNew(STextBlock).Text(LOCTEXT("TooLarge", "The change is too large to be shown."));
 	}
 	// Who decides wants to see what changes, and not the rest of the file.
-	TArray<FDiffChunk> Chunks = GenerateDiff(Before, After);
+	const FString ShownAfter = KestrelDisplayText::EscapeLines(After);
+	TArray<FDiffChunk> Chunks = GenerateDiff(KestrelDisplayText::EscapeLines(Before), ShownAfter);
+	KestrelDiffView::ShowChangesOfCase(SplitIntoLines(ShownAfter), Chunks);
 	Chunks.RemoveAll([](const FDiffChunk& Chunk) {
 		return !Chunk.Lines.ContainsByPredicate(
 			[](const FDiffLine& Line) { return Line.Type != EDiffLineType::Unchanged; });

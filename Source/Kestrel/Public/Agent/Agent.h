@@ -5,17 +5,18 @@
 
 class FJsonObject;
 class FJsonValue;
+struct FKestrelToolPlan;
 
 /**
  * Drives a conversation with the AI service: one at a time, on the game thread.
  *
  * Each change of course goes through SetAgentState. What it does on entering a state:
  *
- *   Idle             forgets the conversation id, the pause and the approval; stops polling
+ *   Idle             forgets the conversation id, the pause, the approval and the tools that wait; stops polling
  *   InitialRequest   shows the prompt, begins a new conversation, sends the prompt with the project's file tree
  *   RegularRequest   shows and sends a further prompt
  *   Continue         runs the tools that wait (or answers them as aborted, when the user wrote something instead),
- *                    and sends the results
+ *                    and sends the results; asks again when a file is no longer as it was shown
  *   AwaitingUpdate   forgets the pause and the approval; the user may type
  *   Pause            says so
  *   CancelRequest    says why, then Idle
@@ -39,13 +40,14 @@ public:
 	/** Broadcast after each change of state. */
 	FSimpleMulticastDelegate& OnStateChanged() { return StateChanged; }
 
-	void SetPaused(bool bInPaused) { bPaused = bInPaused; }
+	/** A pause that begins is shown at once. */
+	void SetPaused(bool bInPaused);
 	bool WasPaused() const { return bPaused; }
 	void SetApproved(bool bInApproved) { bApproved = bInApproved; }
 	bool WasApproved() const { return bApproved; }
 
-	/** Pauses after the answer in flight: its text is shown, its tools wait. */
-	void PauseRequest() { SetPaused(true); }
+	/** Pauses after the answer in flight: its text is shown, its tools wait. Without a request nothing happens. */
+	void PauseRequest();
 	/** Goes on after a pause or an approval; with a message the waiting tools are aborted and the message goes instead.
 	 */
 	void Continue(const FString& Message);
@@ -59,6 +61,8 @@ public:
 	const FString& GetUndoConversationID() const { return UndoConversationId; }
 	void SetRedoConversationID(const FString& Id) { RedoConversationId = Id; }
 	const FString& GetRedoConversationID() const { return RedoConversationId; }
+	/** For a tool that is about to change something: Undo is for this conversation from now on. */
+	void OfferUndoOfThisConversation() { SetUndoConversationID(ConversationId); }
 
 	/** The conversation's message objects, in order. */
 	void AddStoredMessage(const TSharedPtr<FJsonObject>& Message) { StoredMessages.Add(Message); }
@@ -71,8 +75,8 @@ public:
 	void AddToolResult(const FString& ToolUseId, const FString& Content, bool bIsError);
 	const TArray<TSharedPtr<FJsonValue>>& GetToolResults() const { return ToolResults; }
 	void ClearToolResults() { ToolResults.Empty(); }
-	/** The "tool_use" blocks that wait for the user. */
-	const TArray<TSharedPtr<FJsonObject>>& GetPendingToolUses() const { return PendingToolUses; }
+	/** What the tools would do that wait for the user. */
+	const TArray<TSharedRef<FKestrelToolPlan>>& GetPendingPlans() const { return PendingPlans; }
 
 	/** Runs the tool that a "tool_use" block names and keeps its result for the next request. */
 	void HandleResponseToolUse(const TSharedPtr<FJsonObject>& Block);
@@ -80,6 +84,26 @@ public:
 	void HandlePauseToolUse(const TSharedPtr<FJsonObject>& Block);
 	/** @return the tool's result; a text that begins with "Error:" in any letter case is a failure */
 	FString UseTool(const FString& Name, const FString& Id, const TSharedPtr<FJsonObject>& Input);
+
+	// The tools one by one, as UseTool runs them.
+	FString UseFinishTool(const FString& Id, const TSharedPtr<FJsonObject>& Input);
+	FString UseCompileTool(const FString& Id, const TSharedPtr<FJsonObject>& Input);
+	FString UseExecutePythonTool(const FString& Id, const TSharedPtr<FJsonObject>& Input);
+	FString UseCreateFileTool(const FString& Id, const TSharedPtr<FJsonObject>& Input);
+	FString UseCreateCPPTool(const FString& Id, const TSharedPtr<FJsonObject>& Input);
+	FString UseUpdateAndReplaceCPPTool(const FString& Id, const TSharedPtr<FJsonObject>& Input);
+	FString UseUpdateFileTool(const FString& Id, const TSharedPtr<FJsonObject>& Input);
+	FString UseInsertIntoFileTool(const FString& Id, const TSharedPtr<FJsonObject>& Input);
+	FString UseDeleteFileTool(const FString& Id, const TSharedPtr<FJsonObject>& Input);
+	FString UseDeleteCPPTool(const FString& Id, const TSharedPtr<FJsonObject>& Input);
+	FString UseReadTool(const FString& Id, const TSharedPtr<FJsonObject>& Input);
+	FString UseGetFileSystemTool(const FString& Id, const TSharedPtr<FJsonObject>& Input);
+	FString UseCreateBlueprintTool(const FString& Id, const TSharedPtr<FJsonObject>& Input);
+	FString UseReadBlueprintTool(const FString& Id, const TSharedPtr<FJsonObject>& Input);
+	FString UseModifyBlueprintTool(const FString& Id, const TSharedPtr<FJsonObject>& Input);
+	FString UseReadBehaviorTreeTool(const FString& Id, const TSharedPtr<FJsonObject>& Input);
+	FString UseSaveAndCompileAllDirtyBlueprintsTool(const FString& Id, const TSharedPtr<FJsonObject>& Input);
+	FString UseFindReferenceInAllFilesTool(const FString& Id, const TSharedPtr<FJsonObject>& Input);
 
 	/**
 	 * Compiles the game in the background. The result is told by OnCompilationFinished under the id of the tool use, or
@@ -103,7 +127,6 @@ public:
 
 private:
 	struct FEntryAction;
-	struct FTool;
 
 	FAgent();
 
@@ -119,33 +142,22 @@ private:
 
 	void StoreAnswer(const TSharedPtr<FJsonObject>& Response);
 	void HandleContentBlocks(const TArray<TSharedPtr<FJsonValue>>& Content);
+	/** Runs a tool that may, and keeps the others for the user. @return false when the turn has ended with it */
+	bool HandleToolUse(const TSharedRef<FKestrelToolPlan>& Plan);
 	void FinishAnswerWithoutToolResults();
+	/** Runs a tool and keeps its result. @return false when the turn has ended with it */
+	bool RunTool(const FKestrelToolPlan& Plan);
+	/** Answers a tool use without running anything. */
+	void AbortTool(const FString& ToolUseId);
+	void AbortPendingTools();
+	/** @return false when some have to be shown again, since a file has changed meanwhile */
+	bool RunPendingTools();
+	/** Whether the service's word is enough for a tool to run. */
+	bool MayRunWithoutAsking(const FKestrelToolPlan& Plan) const;
 	void SendToolResults();
 	/** Sends an object of the agent's own making, and forgets the tool results that it carried. */
 	void SendAndClearToolResults(const TSharedRef<FJsonObject>& Body);
 	bool MayActWithoutAsking() const;
-
-	static const FTool* FindTool(const FString& Name);
-	FString UseFinishTool(const FString& Id, const FJsonObject& Input);
-	FString UseCompileTool(const FString& Id, const FJsonObject& Input);
-	FString UseExecutePythonTool(const FString& Id, const FJsonObject& Input);
-	FString UseCreateFileTool(const FString& Id, const FJsonObject& Input);
-	/** To create a file that exists means to replace it. */
-	FString UseCreateOrReplaceCPPTool(const FString& Id, const FJsonObject& Input);
-	FString UseCreateCPPTool(const FString& Id, const FJsonObject& Input);
-	FString UseUpdateAndReplaceCPPTool(const FString& Id, const FJsonObject& Input);
-	FString UseUpdateFileTool(const FString& Id, const FJsonObject& Input);
-	FString UseInsertIntoFileTool(const FString& Id, const FJsonObject& Input);
-	FString UseDeleteFileTool(const FString& Id, const FJsonObject& Input);
-	FString UseDeleteCPPTool(const FString& Id, const FJsonObject& Input);
-	FString UseReadTool(const FString& Id, const FJsonObject& Input);
-	FString UseGetFileSystemTool(const FString& Id, const FJsonObject& Input);
-	FString UseCreateBlueprintTool(const FString& Id, const FJsonObject& Input);
-	FString UseReadBlueprintTool(const FString& Id, const FJsonObject& Input);
-	FString UseModifyBlueprintTool(const FString& Id, const FJsonObject& Input);
-	FString UseReadBehaviorTreeTool(const FString& Id, const FJsonObject& Input);
-	FString UseSaveAndCompileAllDirtyBlueprintsTool(const FString& Id, const FJsonObject& Input);
-	FString UseFindReferenceInAllFilesTool(const FString& Id, const FJsonObject& Input);
 
 	EAgentState State = EAgentState::None;
 	bool bPaused = false;
@@ -156,7 +168,7 @@ private:
 	TArray<TSharedPtr<FJsonObject>> StoredMessages;
 	TSharedPtr<FJsonObject> StoredJsonBody;
 	TArray<TSharedPtr<FJsonValue>> ToolResults;
-	TArray<TSharedPtr<FJsonObject>> PendingToolUses;
+	TArray<TSharedRef<FKestrelToolPlan>> PendingPlans;
 	FSimpleMulticastDelegate StateChanged;
 	FDelegateHandle CompileFinishedHandle;
 	TOptional<FString> CompilingConversationId; // of the last compile that was started

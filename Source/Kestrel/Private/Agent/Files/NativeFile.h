@@ -1,0 +1,24 @@
+#pragma once
+
+#include "CoreMinimal.h"
+
+/** What the platform knows about a path and the engine's file layer cannot be asked. All paths are absolute. */
+namespace KestrelNativeFile
+{
+/**
+ * Whether a path leads to an ordinary file. Pipes, sockets and devices do not: opening a pipe blocks until somebody
+ * writes to it, and some devices never end. Links are followed.
+ */
+bool IsRegularFile(const FString& FullPath);
+
+/** Whether a path ends in a link whose target does not exist, or that leads in a circle. */
+bool IsDanglingLink(const FString& FullPath);
+
+/**
+ * The path with all symbolic links resolved, as far as it exists; the part that does not exist is kept as given.
+ *
+ * @return an empty string when a link leads in a circle, or when the platform cannot resolve the link that the path
+ *         goes through
+ */
+FString ResolveLinks(const FString& FullPath);
+}

@@ -1,0 +1,122 @@
+#include "Agent/Agent.h"
+#include "Agent/JsonText.h"
+#include "Agent/KestrelBlueprintUtils.h"
+#include "Agent/Tools/ToolPlan.h"
+#include "Dom/JsonObject.h"
+
+#define LOCTEXT_NAMESPACE "KestrelBlueprintTools"
+
+namespace BlueprintTools
+{
+const FKestrelToolField FolderPath = { TEXT("BPPath"), EKestrelFieldType::Text,
+	TEXT("The content folder of the new Blueprint, as /Game/Doors.") };
+const FKestrelToolField NewName = { TEXT("BPName"), EKestrelFieldType::Text, TEXT("The new Blueprint's name.") };
+const FKestrelToolField ParentClassName = { TEXT("BPParentClassName"), EKestrelFieldType::Text,
+	TEXT("The parent class: a name, as Actor, or a class path.") };
+
+// The three tools word a missing name in three ways.
+const FKestrelToolField ReadName = { TEXT("blueprint_name"), EKestrelFieldType::Text,
+	TEXT("The Blueprint's name or path."), EKestrelPresence::Required,
+	TEXT("Error: Missing required fields: blueprint_name") };
+const FKestrelToolField DataSubset = { TEXT("data_subset"), EKestrelFieldType::Text,
+	TEXT("The part of the Blueprint to read."), EKestrelPresence::Required,
+	TEXT("Error: Missing required fields: data_subset") };
+const FKestrelToolField ModifiedName = { ReadName.Name, EKestrelFieldType::Text, ReadName.Description,
+	EKestrelPresence::Required, TEXT("Error: Missing required fields - blueprint_name") };
+const FKestrelToolField Updates = { TEXT("updates"), EKestrelFieldType::Text,
+	TEXT("The modifications: a JSON document as a string."), EKestrelPresence::Required,
+	TEXT("Error: Missing required fields - updates") };
+const FKestrelToolField TreeName = { TEXT("behavior_tree_name"), EKestrelFieldType::Text,
+	TEXT("The behavior tree's name or path.") };
+
+void PlanCreate(FKestrelProjectView&, FKestrelToolPlan& Plan)
+{
+	Plan.Target = FString::Printf(
+		TEXT("%s (%s)"), *(Plan.Input.Get(FolderPath) / Plan.Input.Get(NewName)), *Plan.Input.Get(ParentClassName));
+	Plan.Caution(LOCTEXT("NewAssetStays", "cannot be undone"));
+}
+
+FString ApplyCreate(const FKestrelToolPlan& Plan)
+{
+	return FKestrelBlueprintUtils::CreateBlueprintAsset(
+		Plan.Input.Get(FolderPath), Plan.Input.Get(NewName), Plan.Input.Get(ParentClassName));
+}
+
+void PlanRead(FKestrelProjectView&, FKestrelToolPlan& Plan)
+{
+	Plan.Target = Plan.Input.Get(ReadName);
+}
+
+FString ApplyRead(const FKestrelToolPlan& Plan)
+{
+	return FKestrelBlueprintUtils::ReadBlueprint(Plan.Input.Get(ReadName), Plan.Input.Get(DataSubset));
+}
+
+/** The modifications as a person can read them; a text that is none, as it is. */
+void PlanModify(FKestrelProjectView&, FKestrelToolPlan& Plan)
+{
+	Plan.Target = Plan.Input.Get(ModifiedName);
+	const FString& Text = Plan.Input.Get(Updates);
+	const TSharedPtr<FJsonObject> Document = KestrelJson::ParseObject(Text);
+	Plan.Change =
+		FKestrelChange{ FString(), Document.IsValid() ? KestrelJson::ToPrettyText(Document.ToSharedRef()) : Text };
+}
+
+FString ApplyModify(const FKestrelToolPlan& Plan)
+{
+	FAgent::Get().OfferUndoOfThisConversation();
+	const FString Document =
+		FKestrelBlueprintUtils::ModifyBlueprint(Plan.Input.Get(ModifiedName), Plan.Input.Get(Updates));
+	const TSharedPtr<FJsonObject> Result = KestrelJson::ParseObject(Document);
+	FString Error;
+	const bool bFailed = Result.IsValid() && Result->TryGetStringField(TEXT("Error"), Error);
+	// The document as a whole tells what was done to each variable and function.
+	return bFailed ? TEXT("Error: ") + Error : Document;
+}
+
+void PlanReadTree(FKestrelProjectView&, FKestrelToolPlan& Plan)
+{
+	Plan.Target = Plan.Input.Get(TreeName);
+}
+
+FString ApplyReadTree(const FKestrelToolPlan& Plan)
+{
+	return FKestrelBlueprintUtils::ReadBehaviorTree(Plan.Input.Get(TreeName));
+}
+
+void PlanSave(FKestrelProjectView&, FKestrelToolPlan& Plan)
+{
+	Plan.Caution(LOCTEXT("SavedStays", "saves your own unsaved changes too"));
+}
+
+FString ApplySave(const FKestrelToolPlan&)
+{
+	return FKestrelBlueprintUtils::SaveAndCompileAllDirtyBlueprints();
+}
+}
+
+void KestrelTools::AddBlueprintTools(TArray<FKestrelTool>& OutTools)
+{
+	using namespace BlueprintTools;
+	OutTools.Add({ KestrelToolNames::CreateBlueprint, EKestrelToolKind::Create,
+		LOCTEXT("CreateBlueprint", "Create the Blueprint"), TEXT("Creates a Blueprint with a parent class."),
+		{ FolderPath, NewName, ParentClassName }, MissingRequiredFields, TEXT("Creating Blueprint File ..."),
+		EKestrelNameInPanel::Hidden, PlanCreate, ApplyCreate });
+	OutTools.Add({ KestrelToolNames::ReadBlueprint, EKestrelToolKind::Read, LOCTEXT("ReadAsset", "Read the asset"),
+		TEXT("Reads a Blueprint as a JSON document."), { ReadName, DataSubset }, MissingRequiredFields,
+		TEXT("Reading Blueprint Asset ..."), EKestrelNameInPanel::Hidden, PlanRead, ApplyRead });
+	OutTools.Add({ KestrelToolNames::ModifyBlueprint, EKestrelToolKind::Change,
+		LOCTEXT("ModifyBlueprint", "Change the Blueprint"),
+		TEXT("Adds and changes variables, functions and nodes of a Blueprint."), { ModifiedName, Updates },
+		MissingRequiredFields, TEXT("Modifying Blueprint File ..."), EKestrelNameInPanel::Shown, PlanModify,
+		ApplyModify });
+	OutTools.Add({ KestrelToolNames::ReadBehaviorTree, EKestrelToolKind::Read, LOCTEXT("ReadTree", "Read the asset"),
+		TEXT("Reads a behavior tree and its blackboard as a JSON document."), { TreeName }, MissingRequiredFields,
+		TEXT("Reading Behavior Tree File ..."), EKestrelNameInPanel::Hidden, PlanReadTree, ApplyReadTree });
+	OutTools.Add({ KestrelToolNames::SaveAndCompileBlueprints, EKestrelToolKind::Change,
+		LOCTEXT("SaveBlueprints", "Save and compile all changed Blueprints"),
+		TEXT("Saves all unsaved Blueprints and compiles them."), {}, nullptr,
+		TEXT("Saving and compiling all dirty blueprints ..."), EKestrelNameInPanel::Hidden, PlanSave, ApplySave });
+}
+
+#undef LOCTEXT_NAMESPACE

@@ -1,0 +1,430 @@
+#include "Agent/Agent.h"
+#include "Agent/FileHistory.h"
+#include "Agent/FileUtils.h"
+#include "Agent/Files/NativeFile.h"
+#include "Agent/Tools/PathReview.h"
+#include "Agent/Tools/ToolPlan.h"
+#include "GenericPlatform/GenericPlatformFile.h"
+#include "HAL/PlatformFileManager.h"
+#include "Misc/Paths.h"
+#include "Widget/KestrelInterface.h"
+
+#define LOCTEXT_NAMESPACE "KestrelFileTools"
+
+namespace FileTools
+{
+const TCHAR* const PathDescription = TEXT("The file, relative to the project directory or absolute.");
+const FKestrelToolField Path = { TEXT("path"), EKestrelFieldType::Text, PathDescription };
+const FKestrelToolField OnlyPath = { Path.Name, EKestrelFieldType::Text, PathDescription, EKestrelPresence::Required,
+	TEXT("Error: Missing required path field") };
+const FKestrelToolField FileText = { TEXT("file_text"), EKestrelFieldType::Text, TEXT("The file's whole text.") };
+const FKestrelToolField CppFolder = { TEXT("filepath"), EKestrelFieldType::Text,
+	TEXT("The file's folder, relative to the project directory or absolute.") };
+const FKestrelToolField CppName = { TEXT("filename"), EKestrelFieldType::Text,
+	TEXT("The file's name with its extension.") };
+const FKestrelToolField Contents = { TEXT("contents"), EKestrelFieldType::Text, TEXT("The file's whole text.") };
+const FKestrelToolField OldString = { TEXT("old_string"), EKestrelFieldType::Text,
+	TEXT("The text to replace, wherever it occurs; case-sensitive.") };
+const FKestrelToolField NewString = { TEXT("new_string"), EKestrelFieldType::Text, TEXT("The new text.") };
+const FKestrelToolField InsertLine = { TEXT("insert_line"), EKestrelFieldType::WholeNumberText,
+	TEXT("How many lines stay above the new text: 0 puts it at the top.") };
+const FKestrelToolField ViewRange = { TEXT("view_range"), EKestrelFieldType::LineRange,
+	TEXT("The first and the last line to read, counted from 1; -1 as the last means the end of the file."),
+	EKestrelPresence::Optional };
+const FKestrelToolField DirPath = { TEXT("dir_path"), EKestrelFieldType::Text,
+	TEXT("The folder, relative to the project directory."), EKestrelPresence::Required,
+	TEXT("Error: Missing dir_path field") };
+
+FString GetFullPath(const FKestrelToolPlan& Plan)
+{
+	return FFileUtils::ToAbsolutePath(Plan.Input.Get(Path));
+}
+
+/** The C++ tools are given a path in two fields. */
+FString GetFullCppPath(const FKestrelToolPlan& Plan)
+{
+	return FFileUtils::ToAbsolutePath(FPaths::Combine(Plan.Input.Get(CppFolder), Plan.Input.Get(CppName)));
+}
+
+/** A file that was not looked at has no text that could be told. */
+void SetChange(const FString& Before, const FString& After, FKestrelToolPlan& Plan)
+{
+	if (!Plan.bIsBeyondLimits)
+	{
+		Plan.Change = FKestrelChange{ Before, After };
+	}
+}
+
+/** @return false, with the refusal set, when there is no text that could be changed and brought back */
+bool ExpectText(const FKestrelFileState& State, FKestrelToolPlan& Plan)
+{
+	Plan.Expect(State);
+	if (!State.bExists)
+	{
+		Plan.Refuse(FFileUtils::MakeError(TEXT("File does not exist"), Plan.FilePath));
+	}
+	else if (!State.bIsRead && !State.bIsBeyondLimits)
+	{
+		Plan.Refuse(FFileUtils::MakeError(TEXT("Failed to read file"), Plan.FilePath));
+	}
+	return Plan.Refusal.IsEmpty();
+}
+
+void NoteEncoding(const FString& After, FKestrelToolPlan& Plan)
+{
+	if (FFileUtils::IsSavedAsUtf16(After))
+	{
+		Plan.Notes.Add(LOCTEXT("Utf16", "saved as UTF-16, which not every compiler accepts"));
+	}
+}
+
+/** Why a file cannot be created, as far as that can be seen; empty when it should work. */
+FString PredictCreation(const FString& FullPath, const FKestrelProjectView& View)
+{
+	constexpr int32 MaxNameBytes = 255; // of the usual file systems
+	const FString Folder = FPaths::GetPath(FullPath);
+	for (FString Above = Folder; !Above.IsEmpty() && !FPaths::DirectoryExists(Above); Above = FPaths::GetPath(Above))
+	{
+		if (View.Exists(Above) || KestrelNativeFile::IsDanglingLink(Above) ||
+			FTCHARToUTF8(*FPaths::GetCleanFilename(Above)).Length() > MaxNameBytes)
+		{
+			return FFileUtils::MakeError(TEXT("Failed to create directory"), Folder);
+		}
+	}
+	const bool bNameFits = FTCHARToUTF8(*FPaths::GetCleanFilename(FullPath)).Length() <= MaxNameBytes;
+	// What a dangling link leads to may lie anywhere.
+	return bNameFits && !FPaths::DirectoryExists(FullPath) && !KestrelNativeFile::IsDanglingLink(FullPath)
+			   ? FString()
+			   : FFileUtils::MakeError(TEXT("Failed to create file"), FullPath);
+}
+
+void PlanReplacement(const FString& Text, FKestrelProjectView& View, FKestrelToolPlan& Plan)
+{
+	Plan.Kind = EKestrelToolKind::Change;
+	Plan.Verb = LOCTEXT("Replace", "Replace");
+	Plan.Operation = EKestrelFileOperation::Replace;
+	const FKestrelFileState State = View.Look(Plan.FilePath);
+	if (ExpectText(State, Plan))
+	{
+		SetChange(State.Text, Text, Plan);
+		View.Write(Plan.FilePath, Text);
+	}
+}
+
+void PlanCreation(const FString& Text, FKestrelProjectView& View, FKestrelToolPlan& Plan)
+{
+	Plan.Operation = EKestrelFileOperation::Create;
+	Plan.Expect(View.Look(Plan.FilePath));
+	const FString Problem = PredictCreation(Plan.FilePath, View);
+	if (!Problem.IsEmpty())
+	{
+		Plan.Refuse(Problem);
+		return;
+	}
+	SetChange(FString(), Text, Plan);
+	NoteEncoding(Text, Plan);
+	View.Write(Plan.FilePath, Text);
+}
+
+void PlanCreateFile(FKestrelProjectView& View, FKestrelToolPlan& Plan)
+{
+	Plan.SetFile(GetFullPath(Plan));
+	const FString& Text = Plan.Input.Get(FileText);
+	if (View.Exists(Plan.FilePath))
+	{
+		PlanReplacement(Text, View, Plan);
+	}
+	else if (FPaths::GetCleanFilename(Plan.FilePath).IsEmpty())
+	{
+		Plan.Refuse(TEXT("Error: The provided path must include a filename"));
+	}
+	else
+	{
+		PlanCreation(Text, View, Plan);
+	}
+}
+
+/** To create a file that exists means to replace it. */
+void PlanCreateCpp(FKestrelProjectView& View, FKestrelToolPlan& Plan)
+{
+	Plan.SetFile(GetFullCppPath(Plan));
+	if (View.Exists(Plan.FilePath))
+	{
+		Plan.Status = KestrelTools::Find(KestrelToolNames::ReplaceCpp)->Status;
+		PlanReplacement(Plan.Input.Get(Contents), View, Plan);
+	}
+	else
+	{
+		PlanCreation(Plan.Input.Get(Contents), View, Plan);
+	}
+}
+
+void PlanReplaceCpp(FKestrelProjectView& View, FKestrelToolPlan& Plan)
+{
+	Plan.SetFile(GetFullCppPath(Plan));
+	PlanReplacement(Plan.Input.Get(Contents), View, Plan);
+}
+
+/** @return false, with the refusal set, when the file cannot be edited as text */
+bool ExpectEditableText(const FKestrelFileState& State, FKestrelToolPlan& Plan)
+{
+	if (ExpectText(State, Plan) && State.Content == KestrelTextFile::EContent::Binary)
+	{
+		Plan.Refuse(FFileUtils::MakeError(FFileUtils::BytesAreNoText, Plan.FilePath));
+	}
+	return Plan.Refusal.IsEmpty() && !State.bIsBeyondLimits;
+}
+
+void PlanUpdate(FKestrelProjectView& View, FKestrelToolPlan& Plan)
+{
+	Plan.Operation = EKestrelFileOperation::Update;
+	Plan.SetFile(GetFullPath(Plan));
+	const FKestrelFileState State = View.Look(Plan.FilePath);
+	if (!ExpectEditableText(State, Plan))
+	{
+		return;
+	}
+	FString After;
+	int32 NumReplacements = 0;
+	Plan.Refusal = FFileUtils::ReplaceInText(
+		Plan.FilePath, State.Text, Plan.Input.Get(OldString), Plan.Input.Get(NewString), After, NumReplacements);
+	if (!Plan.Refusal.IsEmpty())
+	{
+		return; // and yet it runs: a text that nearly matches has the file checked out
+	}
+	Plan.NumReplacements = NumReplacements;
+	SetChange(State.Text, After, Plan);
+	View.Write(Plan.FilePath, After);
+}
+
+void PlanInsertion(FKestrelProjectView& View, FKestrelToolPlan& Plan)
+{
+	Plan.Operation = EKestrelFileOperation::Insert;
+	Plan.SetFile(GetFullPath(Plan));
+	const int32 LineIndex = FCString::Atoi(*Plan.Input.Get(InsertLine));
+	if (LineIndex < 0)
+	{
+		Plan.Refuse(TEXT("Error: insert_line must be a non-negative integer."));
+		return;
+	}
+	const FKestrelFileState State = View.Look(Plan.FilePath);
+	if (!ExpectEditableText(State, Plan))
+	{
+		return;
+	}
+	const FString After = FFileUtils::InsertIntoText(State.Text, LineIndex, Plan.Input.Get(NewString), Plan.LineIndex);
+	SetChange(State.Text, After, Plan);
+	NoteEncoding(After, Plan);
+	View.Write(Plan.FilePath, After);
+}
+
+void PlanDeletionOf(const FString& FullPath, FKestrelProjectView& View, FKestrelToolPlan& Plan)
+{
+	Plan.Operation = EKestrelFileOperation::Delete;
+	Plan.SetFile(FullPath);
+	const FKestrelFileState State = View.Look(FullPath);
+	if (!State.bExists)
+	{
+		// It runs all the same, as revision control may know the file still.
+		Plan.Expect(State);
+		Plan.Refusal = FFileUtils::MakeError(TEXT("File does not exist at path"), FullPath);
+		return;
+	}
+	if (ExpectText(State, Plan))
+	{
+		SetChange(State.Text, FString(), Plan);
+		View.Delete(FullPath);
+	}
+}
+
+void PlanDeletion(FKestrelProjectView& View, FKestrelToolPlan& Plan)
+{
+	PlanDeletionOf(GetFullPath(Plan), View, Plan);
+}
+
+void PlanCppDeletion(FKestrelProjectView& View, FKestrelToolPlan& Plan)
+{
+	PlanDeletionOf(GetFullCppPath(Plan), View, Plan);
+}
+
+/** Undo is for this conversation from now on, whatever was undone before. */
+void Record(const FKestrelToolPlan& Plan)
+{
+	FAgent& Agent = FAgent::Get();
+	Agent.OfferUndoOfThisConversation();
+	FFileHistory& History = FFileHistory::Get();
+	const FString& Key = Agent.GetConversationId();
+	const FString Before = Plan.Change.IsSet() ? Plan.Change->Before : FString();
+	if (Plan.Operation == EKestrelFileOperation::Create)
+	{
+		History.StoreFileCreation(Key, Plan.FilePath, Plan.Change->After);
+	}
+	else if (Plan.Operation == EKestrelFileOperation::Delete || Before.IsEmpty())
+	{
+		// A version without text is not kept; a deleted file without text is, and undo leads to it as well.
+		History.StoreFileDeletion(Key, Plan.FilePath, Before);
+	}
+	else
+	{
+		History.StoreFileVersion(Key, Plan.FilePath, Before);
+	}
+}
+
+/** @return the result of the change */
+FString Write(const FKestrelToolPlan& Plan)
+{
+	switch (Plan.Operation)
+	{
+	case EKestrelFileOperation::Create:
+		return FFileUtils::CreateNewFileWithContent(Plan.FilePath, Plan.Change->After);
+	case EKestrelFileOperation::Replace:
+		return FFileUtils::ReplaceFile(Plan.FilePath, Plan.Change->After);
+	case EKestrelFileOperation::Update:
+		return FFileUtils::WriteUpdatedText(Plan.FilePath, Plan.Change->After, Plan.NumReplacements.GetValue());
+	case EKestrelFileOperation::Insert:
+		return FFileUtils::WriteInsertedText(Plan.FilePath, Plan.Change->After, Plan.LineIndex);
+	case EKestrelFileOperation::Delete:
+		return FFileUtils::DeleteFile(Plan.FilePath);
+	case EKestrelFileOperation::None:
+		break;
+	}
+	return FString();
+}
+
+FString ApplyChange(const FKestrelToolPlan& Plan)
+{
+	if (Plan.Operation == EKestrelFileOperation::Update && !Plan.Refusal.IsEmpty())
+	{
+		FFileUtils::CheckoutFileFromSourceControl(Plan.FilePath);
+		return Plan.Refusal;
+	}
+	if (!Plan.Change.IsSet())
+	{
+		return Write(Plan); // there is no file to change, which is its result
+	}
+	Record(Plan);
+	const FString Result = Write(Plan);
+	if (FFileUtils::IsError(Result))
+	{
+		FFileHistory::Get().ForgetUnchanged(FAgent::Get().GetConversationId(), Plan.FilePath);
+	}
+	else
+	{
+		FKestrelInterface::Get().OnAddDiffMessage(Plan.FilePath, Plan.Change->Before, Plan.Change->After);
+	}
+	return Result;
+}
+
+/** The file that "read_file" means: a name that is not found may also lie in the project's Source. */
+FString FindFileToRead(const FString& FullPath, const FKestrelProjectView& View)
+{
+	if (View.Exists(FullPath))
+	{
+		return FullPath;
+	}
+	FString InSource = FFileUtils::ToAbsolutePath(TEXT("Source") / FPaths::GetCleanFilename(FullPath));
+	FPaths::NormalizeFilename(InSource);
+	return View.Exists(InSource) ? InSource : FString();
+}
+
+void PlanReading(FKestrelProjectView& View, FKestrelToolPlan& Plan)
+{
+	const FString Asked = GetFullPath(Plan);
+	const FString Found = FindFileToRead(Asked, View);
+	Plan.SetFile(Found.IsEmpty() ? Asked : Found);
+	if (Plan.Input.AreLinesBroken())
+	{
+		Plan.Refuse(TEXT("Error: view_range must be an array of two numbers"));
+	}
+	else if (Found.IsEmpty())
+	{
+		Plan.Refuse(TEXT("Error: File not found"));
+	}
+	else if (!View.IsOrdinaryFile(Found))
+	{
+		Plan.Refuse(FFileUtils::MakeError(TEXT("Failed to read file"), Found));
+	}
+}
+
+FString ApplyReading(const FKestrelToolPlan& Plan)
+{
+	const TOptional<FKestrelLineRange> Lines = Plan.Input.GetLines();
+	return Lines.IsSet() ? FFileUtils::ReadFileLineRange(Plan.FilePath, Lines->StartLine, Lines->EndLine)
+						 : FFileUtils::ReadFile(Plan.FilePath);
+}
+
+/** Joined, not made absolute: "/" is the project's own root then, and not the machine's. */
+FString GetFolder(const FKestrelToolPlan& Plan)
+{
+	FString Folder = FPaths::ProjectDir() / Plan.Input.Get(DirPath);
+	FPaths::NormalizeFilename(Folder);
+	return Folder;
+}
+
+bool IsInProject(const FString& Folder)
+{
+	FString FullPath = FPaths::ConvertRelativePathToFull(Folder);
+	// False for a path that climbs above the root; such a one still begins with the project's.
+	return FPaths::CollapseRelativeDirectories(FullPath) && FPaths::IsUnderDirectory(FullPath, FPaths::ProjectDir());
+}
+
+void PlanTree(FKestrelProjectView&, FKestrelToolPlan& Plan)
+{
+	const FString Folder = GetFolder(Plan);
+	Plan.Target = Plan.Input.Get(DirPath) / TEXT("");
+	if (!IsInProject(Folder))
+	{
+		// A whole disk would be walked on the game thread.
+		Plan.Refuse(FString::Printf(TEXT("Error: The folder lies outside of the project: %s"), *Folder));
+		return;
+	}
+	const FKestrelPathReview Review = FKestrelPathReview::Of(FPaths::ConvertRelativePathToFull(Folder));
+	Plan.Target = Review.ShownPath / TEXT("");
+}
+
+FString ApplyTree(const FKestrelToolPlan& Plan)
+{
+	return FFileUtils::GetSubDirectoryStructureAsJsonObject(GetFolder(Plan));
+}
+
+// Names that the panel leaves out are those of the service's first tools; the others were never in its texts.
+constexpr EKestrelNameInPanel Shown = EKestrelNameInPanel::Shown;
+constexpr EKestrelNameInPanel Hidden = EKestrelNameInPanel::Hidden;
+}
+
+void KestrelTools::AddFileTools(TArray<FKestrelTool>& OutTools)
+{
+	using namespace FileTools;
+	OutTools.Add({ KestrelToolNames::CreateFile, EKestrelToolKind::Create, LOCTEXT("Create", "Create"),
+		TEXT("Creates a file, or replaces the whole text of one that exists."), { Path, FileText },
+		MissingRequiredFields, TEXT("Creating File..."), Shown, PlanCreateFile, ApplyChange });
+	OutTools.Add({ KestrelToolNames::CreateCpp, EKestrelToolKind::Create, LOCTEXT("CreateCpp", "Create"),
+		TEXT("Creates a C++ source or header, or replaces the whole text of one that exists."),
+		{ CppFolder, CppName, Contents }, MissingRequiredFields, TEXT("Creating File ..."), Hidden, PlanCreateCpp,
+		ApplyChange });
+	OutTools.Add({ KestrelToolNames::ReplaceCpp, EKestrelToolKind::Change, LOCTEXT("ReplaceCpp", "Replace"),
+		TEXT("Replaces the whole text of a C++ source or header that exists."), { CppFolder, CppName, Contents },
+		MissingRequiredFields, TEXT("Updating/Replacing File ..."), Hidden, PlanReplaceCpp, ApplyChange });
+	OutTools.Add({ KestrelToolNames::UpdateFile, EKestrelToolKind::Change, LOCTEXT("Update", "Change"),
+		TEXT("Replaces every occurrence of a text in a file."), { Path, OldString, NewString },
+		TEXT("Error: Missing required fields. Need path, old_string, and new_string."),
+		TEXT("Updating File Content..."), Shown, PlanUpdate, ApplyChange });
+	OutTools.Add({ KestrelToolNames::InsertIntoFile, EKestrelToolKind::Change, LOCTEXT("Insert", "Insert into"),
+		TEXT("Inserts text into a file as lines of its own."), { Path, InsertLine, NewString },
+		TEXT("Error: Missing required fields. Need path, insert_line, and new_string."),
+		TEXT("Inserting content into file..."), Shown, PlanInsertion, ApplyChange });
+	OutTools.Add(
+		{ KestrelToolNames::DeleteFile, EKestrelToolKind::Delete, LOCTEXT("Delete", "Delete"), TEXT("Deletes a file."),
+			{ OnlyPath }, MissingRequiredFields, TEXT("Deleting File..."), Shown, PlanDeletion, ApplyChange });
+	OutTools.Add({ KestrelToolNames::DeleteCpp, EKestrelToolKind::Delete, LOCTEXT("DeleteCpp", "Delete"),
+		TEXT("Deletes a C++ source or header."), { CppFolder, CppName }, MissingRequiredFields,
+		TEXT("Deleting File..."), Hidden, PlanCppDeletion, ApplyChange });
+	OutTools.Add({ KestrelToolNames::ReadFile, EKestrelToolKind::Read, LOCTEXT("Read", "Read"),
+		TEXT("Reads a text file, or some of its lines."), { OnlyPath, ViewRange }, MissingRequiredFields,
+		TEXT("Reading File..."), Hidden, PlanReading, ApplyReading });
+	OutTools.Add({ KestrelToolNames::GetFileSystemTree, EKestrelToolKind::Read, LOCTEXT("Tree", "List"),
+		TEXT("Lists a folder of the project with its subfolders."), { DirPath }, nullptr, nullptr, Hidden, PlanTree,
+		ApplyTree });
+}
+
+#undef LOCTEXT_NAMESPACE

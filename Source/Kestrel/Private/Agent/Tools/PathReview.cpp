@@ -1,0 +1,194 @@
+#include "Agent/Tools/PathReview.h"
+
+#include "Agent/Files/NativeFile.h"
+#include "Interfaces/IPluginManager.h"
+#include "Misc/Paths.h"
+
+#define LOCTEXT_NAMESPACE "KestrelPathReview"
+
+namespace PathReview
+{
+/** Folders of revision control systems: their hooks and settings run programs. */
+const TCHAR* const VersionControlFolders[] = { TEXT(".git"), TEXT(".svn"), TEXT(".hg"), TEXT(".plastic"),
+	TEXT(".github"), TEXT(".gitlab") };
+/** Files that revision control reads its settings from. */
+const TCHAR* const VersionControlFiles[] = { TEXT(".gitattributes"), TEXT(".gitmodules"), TEXT(".gitconfig"),
+	TEXT(".hgrc"), TEXT(".p4config"), TEXT("p4config.txt") };
+/** What the build tool compiles and runs itself. */
+const TCHAR* const BuildEndings[] = { TEXT(".build.cs"), TEXT(".target.cs"), TEXT(".automation.cs"), TEXT(".csproj"),
+	TEXT(".props"), TEXT(".targets") };
+const TCHAR* const ProjectEndings[] = { TEXT(".uproject"), TEXT(".uplugin"), TEXT(".uprojectdirs") };
+/** What runs by itself when the editor starts, or with one click. */
+const TCHAR* const StartupFiles[] = { TEXT("init_unreal.py") };
+const TCHAR* const ProgramEndings[] = { TEXT(".bat"), TEXT(".cmd"), TEXT(".ps1"), TEXT(".sh"), TEXT(".command"),
+	TEXT(".exe"), TEXT(".dll"), TEXT(".so"), TEXT(".dylib") };
+
+bool IsOneOf(const FString& Name, TArrayView<const TCHAR* const> Names)
+{
+	for (const TCHAR* Each : Names)
+	{
+		if (Name.Equals(Each, ESearchCase::IgnoreCase))
+		{
+			return true;
+		}
+	}
+	return false;
+}
+
+bool EndsWithOneOf(const FString& Name, TArrayView<const TCHAR* const> Endings)
+{
+	for (const TCHAR* Each : Endings)
+	{
+		if (Name.EndsWith(Each, ESearchCase::IgnoreCase))
+		{
+			return true;
+		}
+	}
+	return false;
+}
+
+/** A path as its names, without the dots and blanks at their ends that some file systems ignore. */
+TArray<FString> SplitPath(const FString& Path)
+{
+	TArray<FString> Names;
+	Path.ParseIntoArray(Names, TEXT("/"));
+	for (FString& Name : Names)
+	{
+		while (Name.Len() > 1 && (Name.EndsWith(TEXT(".")) || Name.EndsWith(TEXT(" "))))
+		{
+			Name.LeftChopInline(1);
+		}
+	}
+	return Names;
+}
+
+struct FPlace
+{
+	TArray<FString> Folders;
+	FString Name;
+	FString RealPath;
+
+	bool IsBelow(TArrayView<const TCHAR* const> FolderNames) const
+	{
+		return Folders.ContainsByPredicate([&](const FString& Folder) { return IsOneOf(Folder, FolderNames); });
+	}
+	bool IsBelow(const TCHAR* FolderName) const { return Folders.Contains(FolderName); }
+};
+
+bool IsOfVersionControl(const FPlace& Place)
+{
+	return Place.IsBelow(VersionControlFolders) || IsOneOf(Place.Name, VersionControlFolders) ||
+		   IsOneOf(Place.Name, VersionControlFiles);
+}
+
+bool IsBuildRule(const FPlace& Place)
+{
+	return EndsWithOneOf(Place.Name, BuildEndings);
+}
+
+bool IsProjectDescriptor(const FPlace& Place)
+{
+	return EndsWithOneOf(Place.Name, ProjectEndings);
+}
+
+bool IsConfiguration(const FPlace& Place)
+{
+	return Place.Name.EndsWith(TEXT(".ini"), ESearchCase::IgnoreCase) && Place.IsBelow(TEXT("Config"));
+}
+
+bool IsProgram(const FPlace& Place)
+{
+	return IsOneOf(Place.Name, StartupFiles) || EndsWithOneOf(Place.Name, ProgramEndings) ||
+		   Place.IsBelow(TEXT("Binaries"));
+}
+
+/** The plugin's folder in the project, and the one that it was loaded from. */
+bool IsOfThisPlugin(const FPlace& Place)
+{
+	const FString RealProjectDir =
+		KestrelNativeFile::ResolveLinks(FPaths::ConvertRelativePathToFull(FPaths::ProjectDir()));
+	const TSharedPtr<IPlugin> Plugin = IPluginManager::Get().FindPlugin(TEXT("Kestrel"));
+	const FString Loaded = Plugin.IsValid() ? FPaths::ConvertRelativePathToFull(Plugin->GetBaseDir()) : FString();
+	const FString InProject = FPaths::ConvertRelativePathToFull(FPaths::ProjectPluginsDir() / TEXT("kestrel-unreal"));
+	for (const FString& Folder : { Loaded, InProject })
+	{
+		const FString RealFolder = Folder.IsEmpty() ? Folder : KestrelNativeFile::ResolveLinks(Folder);
+		// A project inside the plugin's folder, one for its tests, is a project like any other.
+		if (!RealFolder.IsEmpty() && FPaths::IsUnderDirectory(Place.RealPath, RealFolder) &&
+			!FPaths::IsUnderDirectory(RealProjectDir, RealFolder))
+		{
+			return true;
+		}
+	}
+	return false;
+}
+
+/** What makes a place special, and how people are told. */
+struct FRule
+{
+	bool (*Applies)(const FPlace& Place);
+	FText Caution;
+};
+
+const TArray<FRule>& GetRules()
+{
+	static const TArray<FRule> Rules = {
+		{ IsOfVersionControl, LOCTEXT("VersionControl", "version control settings") },
+		{ IsBuildRule, LOCTEXT("BuildFile", "build file") },
+		{ IsProjectDescriptor, LOCTEXT("ProjectFile", "project or plugin descriptor") },
+		{ IsConfiguration, LOCTEXT("Configuration", "configuration") },
+		{ IsProgram, LOCTEXT("Program", "runs as a program") },
+		{ IsOfThisPlugin, LOCTEXT("OwnFiles", "this plugin's own files") },
+	};
+	return Rules;
+}
+}
+
+FKestrelPathReview FKestrelPathReview::Of(const FString& FullPath)
+{
+	FKestrelPathReview Review;
+	Review.RealPath = KestrelNativeFile::ResolveLinks(FullPath);
+	const FString ProjectDir = FPaths::ConvertRelativePathToFull(FPaths::ProjectDir());
+	Review.ShownPath = FullPath;
+	if (FPaths::IsUnderDirectory(FullPath, ProjectDir))
+	{
+		FPaths::MakePathRelativeTo(Review.ShownPath, *(ProjectDir / TEXT("")));
+	}
+
+	const FString RealProjectDir = KestrelNativeFile::ResolveLinks(ProjectDir);
+	if (Review.RealPath.IsEmpty())
+	{
+		Review.Cautions.Add(LOCTEXT("UnknownPlace", "behind a link that cannot be resolved"));
+	}
+	else if (!FPaths::IsUnderDirectory(Review.RealPath, RealProjectDir))
+	{
+		Review.Cautions.Add(LOCTEXT("Outside", "outside the project"));
+	}
+	const FString InProject = FullPath.RightChop(ProjectDir.Len());
+	if (!Review.RealPath.IsEmpty() && !Review.RealPath.Equals(FullPath) &&
+		!Review.RealPath.Equals(RealProjectDir / InProject))
+	{
+		Review.ShownPath += TEXT(" -> ") + Review.RealPath;
+	}
+
+	PathReview::FPlace Place;
+	Place.RealPath = Review.RealPath.IsEmpty() ? FullPath : Review.RealPath;
+	FString InProjectPath = Place.RealPath;
+	// The names of the folders that the project itself lies in say nothing about a file of the project.
+	if (FPaths::IsUnderDirectory(Place.RealPath, RealProjectDir))
+	{
+		FPaths::MakePathRelativeTo(InProjectPath, *(RealProjectDir / TEXT("")));
+	}
+	Place.Folders = PathReview::SplitPath(InProjectPath);
+	Place.Name = Place.Folders.IsEmpty() ? FString() : Place.Folders.Pop();
+	for (const PathReview::FRule& Rule : PathReview::GetRules())
+	{
+		if (Rule.Applies(Place))
+		{
+			Review.CautionsOfChange.Add(Rule.Caution);
+		}
+	}
+	return Review;
+}
+
+#undef LOCTEXT_NAMESPACE

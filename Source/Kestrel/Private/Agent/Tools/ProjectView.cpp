@@ -1,0 +1,126 @@
+#include "Agent/Tools/ProjectView.h"
+
+#include "Agent/Files/NativeFile.h"
+#include "HAL/FileManager.h"
+#include "HAL/PlatformTime.h"
+#include "Misc/Crc.h"
+#include "Misc/Paths.h"
+
+namespace ProjectView
+{
+// The list waits in memory and is made on the game thread.
+constexpr int64 MaxFileBytes = 8 * 1024 * 1024;
+constexpr int64 MaxTotalBytes = 64 * 1024 * 1024;
+constexpr double MaxSeconds = 1.0;
+
+uint32 ChecksumOf(const FString& Text)
+{
+	return FCrc::MemCrc32(*Text, Text.Len() * static_cast<int32>(sizeof(TCHAR)));
+}
+}
+
+bool FKestrelFileState::IsSameAs(const FKestrelFileState& Other) const
+{
+	if (bExists != Other.bExists || bIsRead != Other.bIsRead)
+	{
+		return false;
+	}
+	if (!bExists)
+	{
+		return true;
+	}
+	if (!bIsRead)
+	{
+		return Size == Other.Size && ModificationTime == Other.ModificationTime;
+	}
+	// What is yet to be written has no bytes: the texts have to do.
+	return bIsOnDisk && Other.bIsOnDisk
+			   ? Size == Other.Size && Checksum == Other.Checksum
+			   : ProjectView::ChecksumOf(Text) == ProjectView::ChecksumOf(Other.Text) && Text.Len() == Other.Text.Len();
+}
+
+FKestrelProjectView::FKestrelProjectView(EKestrelLookAhead InLookAhead)
+	: LookAhead(InLookAhead)
+	, StartTime(FPlatformTime::Seconds())
+{
+}
+
+const FKestrelProjectView::FFile* FKestrelProjectView::Find(const FString& RealPath) const
+{
+	return Files.FindByPredicate([&RealPath](const FFile& File) { return File.RealPath.Equals(RealPath); });
+}
+
+bool FKestrelProjectView::Exists(const FString& FullPath) const
+{
+	const FFile* File = Find(KestrelNativeFile::ResolveLinks(FullPath));
+	return File ? File->State.bExists : FPaths::FileExists(FullPath);
+}
+
+bool FKestrelProjectView::IsOrdinaryFile(const FString& FullPath) const
+{
+	const FFile* File = Find(KestrelNativeFile::ResolveLinks(FullPath));
+	return File && !File->State.bIsOnDisk ? File->State.bExists : KestrelNativeFile::IsRegularFile(FullPath);
+}
+
+const FKestrelFileState& FKestrelProjectView::Look(const FString& FullPath)
+{
+	const FString RealPath = KestrelNativeFile::ResolveLinks(FullPath);
+	const FFile* File = Find(RealPath);
+	return File ? File->State : Files.Add_GetRef({ RealPath, Load(FullPath) }).State;
+}
+
+bool FKestrelProjectView::IsBeyondLimits(int64 Size) const
+{
+	return LookAhead == EKestrelLookAhead::Limited &&
+		   (Size > ProjectView::MaxFileBytes || NumBytesRead + Size > ProjectView::MaxTotalBytes ||
+			   FPlatformTime::Seconds() - StartTime > ProjectView::MaxSeconds);
+}
+
+FKestrelFileState FKestrelProjectView::Load(const FString& FullPath)
+{
+	FKestrelFileState State;
+	State.bExists = FPaths::FileExists(FullPath);
+	if (!State.bExists)
+	{
+		return State;
+	}
+	State.Size = IFileManager::Get().FileSize(*FullPath);
+	State.ModificationTime = IFileManager::Get().GetTimeStamp(*FullPath);
+	State.bIsBeyondLimits = IsBeyondLimits(State.Size);
+	if (State.bIsBeyondLimits)
+	{
+		return State;
+	}
+	TArray<uint8> Bytes;
+	State.Content = KestrelTextFile::Load(FullPath, State.Text, Bytes);
+	State.bIsRead = State.Content != KestrelTextFile::EContent::Unreadable;
+	State.Size = State.bIsRead ? Bytes.Num() : State.Size;
+	State.Checksum = LookAhead == EKestrelLookAhead::Limited ? FCrc::MemCrc32(Bytes.GetData(), Bytes.Num()) : 0;
+	NumBytesRead += Bytes.Num();
+	return State;
+}
+
+void FKestrelProjectView::Set(const FString& FullPath, const FKestrelFileState& State)
+{
+	const FString RealPath = KestrelNativeFile::ResolveLinks(FullPath);
+	Files.RemoveAll([&RealPath](const FFile& File) { return File.RealPath.Equals(RealPath); });
+	Files.Add({ RealPath, State });
+}
+
+void FKestrelProjectView::Write(const FString& FullPath, const FString& Text)
+{
+	FKestrelFileState State;
+	State.bExists = true;
+	State.bIsRead = true;
+	State.Text = Text;
+	State.Content = KestrelTextFile::EContent::Text;
+	State.bIsOnDisk = false;
+	Set(FullPath, State);
+}
+
+void FKestrelProjectView::Delete(const FString& FullPath)
+{
+	FKestrelFileState State;
+	State.bIsOnDisk = false;
+	Set(FullPath, State);
+}

@@ -1,0 +1,31 @@
+#include "Agent/KestrelFindUtils.h"
+#include "Agent/Tools/ToolPlan.h"
+
+#define LOCTEXT_NAMESPACE "KestrelSearchTools"
+
+namespace SearchTools
+{
+const FKestrelToolField Reference = { TEXT("reference_string"), EKestrelFieldType::Text,
+	TEXT("The text to find; case-insensitive.") };
+
+void PlanSearch(FKestrelProjectView&, FKestrelToolPlan& Plan)
+{
+	Plan.Target = Plan.Input.Get(Reference);
+}
+
+FString ApplySearch(const FKestrelToolPlan& Plan)
+{
+	return FKestrelFindUtils::FindInAllFiles(Plan.Input.Get(Reference));
+}
+}
+
+void KestrelTools::AddSearchTools(TArray<FKestrelTool>& OutTools)
+{
+	using namespace SearchTools;
+	OutTools.Add({ KestrelToolNames::FindReference, EKestrelToolKind::Read, LOCTEXT("Search", "Search"),
+		TEXT("Lists the C++ files and the Blueprint members of the project in which a text occurs."), { Reference },
+		MissingRequiredFields, TEXT("Finding Reference In All Files ..."), EKestrelNameInPanel::Hidden, PlanSearch,
+		ApplySearch });
+}
+
+#undef LOCTEXT_NAMESPACE

@@ -1,0 +1,117 @@
+#pragma once
+
+#include "Agent/Tools/ProjectView.h"
+#include "Agent/Tools/ToolInput.h"
+#include "Agent/Tools/ToolTable.h"
+#include "CoreMinimal.h"
+
+/** How a tool changes its file. */
+enum class EKestrelFileOperation : uint8
+{
+	None,
+	Create,
+	Replace,
+	Update,
+	Insert,
+	Delete,
+};
+
+/** A text before and after a change. */
+struct FKestrelChange
+{
+	FString Before; // empty for what is new
+	FString After;  // empty for what is deleted
+};
+
+/**
+ * What one tool use would do: made once from its input, shown to the person who approves, and carried out as it is.
+ *
+ * Strings are as given; whoever shows them escapes them (KestrelDisplayText).
+ */
+struct FKestrelToolPlan
+{
+	/** The place of a file that the tool is about, with everything to know of it. */
+	void SetFile(const FString& FullPath);
+	/** The file as the tool expects to find it. */
+	void Expect(const FKestrelFileState& State);
+	/** The tool will fail with this result, and do nothing. */
+	void Refuse(const FString& Result);
+	void Caution(const FText& Reason) { Cautions.Add(Reason); }
+
+	/** Whether everything that was looked at when the plan was made is still as it was. */
+	bool StillHolds() const;
+	/** Runs the tool. @return its result */
+	FString Apply() const;
+	bool AnswersLater() const { return Tool && Tool->Answers == EKestrelAnswers::Later; }
+
+	/** To be looked at twice: it says why in Cautions, it deletes or runs something, or cannot be shown. */
+	bool StandsOut() const
+	{
+		return !Cautions.IsEmpty() || bIsBeyondLimits || Kind == EKestrelToolKind::Delete ||
+			   Kind == EKestrelToolKind::Run;
+	}
+
+	/** Null for a name that is none. */
+	const FKestrelTool* Tool = nullptr;
+	FString ToolUseId;
+	FKestrelToolInput Input;
+	EKestrelToolKind Kind = EKestrelToolKind::Run;
+	/** What it does, for people; Target stands behind it. */
+	FText Verb;
+	FString Target;
+	/** Why to look twice; a tool with a reason is not run on the service's word alone. */
+	TArray<FText> Cautions;
+	/** What else to know; no reason to ask. */
+	TArray<FText> Notes;
+	/** Of a replacement: how often it is made. */
+	TOptional<int32> NumReplacements;
+	/** The result, when it is known to be a failure; else empty. */
+	FString Refusal;
+	/** Shown in the panel while the tool works; null for none. */
+	const TCHAR* Status = nullptr;
+
+	/** What changes: a file's text, or a script or a Blueprint's modifications, which have no text before. */
+	TOptional<FKestrelChange> Change;
+	/** The change is not at hand: it is too large to look at, and is made anew when the tool runs. */
+	bool bIsBeyondLimits = false;
+
+	EKestrelFileOperation Operation = EKestrelFileOperation::None;
+	FString FilePath; // absolute; empty for a tool without a file
+	FString RealPath; // with links resolved, as it was when the plan was made
+	/** Of an insertion: how many lines stay above it. */
+	int32 LineIndex = 0;
+	TOptional<FKestrelFileState> Expected;
+
+private:
+	friend class FKestrelToolPlanner;
+
+	/** Looks at the files that the row's tools need. */
+	void Make(FKestrelProjectView& View);
+
+	bool bInputIsRead = false;
+	/** False when Apply has nothing left to do. */
+	bool bRuns = true;
+};
+
+/**
+ * Makes plans of tool uses, each on top of those before it. Nothing is changed: neither files, nor the record for
+ * undo, nor revision control.
+ */
+class FKestrelToolPlanner
+{
+public:
+	explicit FKestrelToolPlanner(EKestrelLookAhead LookAhead)
+		: View(LookAhead)
+	{
+	}
+
+	/** @param ToolUse  a "tool_use" block */
+	TSharedRef<FKestrelToolPlan> Plan(const FJsonObject& ToolUse);
+	/** @param Input  may be null, which is a failure of its own */
+	TSharedRef<FKestrelToolPlan> Plan(const FString& Name, const FString& Id, const TSharedPtr<FJsonObject>& Input);
+	/** The same tool use with the files as they are now. */
+	TSharedRef<FKestrelToolPlan> PlanAgain(const FKestrelToolPlan& Plan);
+
+private:
+	FKestrelProjectView View;
+};

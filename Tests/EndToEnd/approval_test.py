@@ -1,0 +1,183 @@
+"""What runs, and when: approval, pause, builds that end in the middle of a poll, and a result for each tool use."""
+
+import collections
+import os
+import random
+import threading
+import unittest
+
+import harness
+from change_test import LANTERN, CodeProjectTest, text, tool
+from harness import EndToEndTest
+from recording_server import RecordingServer, completed
+
+WAITED_SECONDS = 50
+
+
+class Talk:
+    """A server of the test's own for the editor of a test."""
+
+    def __init__(self, test, *replies):
+        service = test.start_service()
+        self.server = RecordingServer(service.state_folder, replies)
+        test.addCleanup(self.server.socket.close)
+        test.use_service(self.server.port, service.authority)
+
+
+def ids_of(command):
+    return [result["tool_use_id"] for result in command.get("tool_results", [])]
+
+
+class BuildWhilePollingTest(CodeProjectTest):
+    """The result of a build arrives while the next answer is polled."""
+
+    CHANGE = tool("change", "update_file", path="Config/DefaultGame.ini", old_string="12", new_string="13")
+
+    def setUp(self):
+        super().setUp()
+        self.released = threading.Event()
+
+    def held(self, *blocks):
+        def reply():
+            self.released.wait(WAITED_SECONDS)
+            return completed(*blocks, auto_continue=False)
+        return reply
+
+    def run_steps(self, first_blocks, *actions):
+        talk = Talk(self, completed(*first_blocks, auto_continue=False), self.held(self.CHANGE),
+                    completed(text("Thank you."), auto_continue=True))
+        self.write("Source/Moor/Lantern.h", LANTERN.replace("0.5f", "0.6f"))
+        run = harness.type_when(self.editor_command(), ("[ Kestrel ]", "begin"), *actions, ("Thank you.", "/quit"))
+        self.assertEqual(run.code, 0, run)
+        self.assertIn("Feathers=13", self.files_of_project("Config")["Config/DefaultGame.ini"].decode(), run)
+        return run, talk.server.commands()
+
+    def test_a_build_that_ends_does_not_approve_the_next_tools(self):
+        run, commands = self.run_steps(
+            [tool("build", "compile"), tool("read", "read_file", path="Config/DefaultGame.ini")],
+            ("Approve? y", "y"), ("Compilation successful!", self.released.set),
+            ("Change Config/DefaultGame.ini: 1 replacement", "y"))
+        self.assert_in_order(run, "Compilation successful!", "Change Config/DefaultGame.ini: 1 replacement",
+                             "Updating File Content...")
+        self.assertEqual([ids_of(command) for command in commands], [[], ["read"], ["build", "change"]])
+
+    def test_a_build_that_ends_does_not_end_a_pause(self):
+        run, commands = self.run_steps(
+            [tool("build", "compile"), tool("read", "read_file", path="Config/DefaultGame.ini")],
+            ("Approve? y", "y"), ("Reading File...", "/pause"), ("Pausing request...", lambda: None),
+            ("Compilation successful!", self.released.set), ("The process has been paused.", "/continue"))
+        self.assert_in_order(run, "Pausing request...", "The process has been paused.", "Updating File Content...")
+        self.assertEqual([ids_of(command) for command in commands], [[], ["read"], ["build", "change"]])
+
+    def test_an_undo_while_polling_leaves_the_next_tools_to_their_approval(self):
+        run, commands = self.run_steps(
+            [tool("new", "create_file", path="Docs/Plan.md", file_text="Gather")],
+            ("Approve? y", "y"), ("Creating File...", "/undo"),
+            ("Compilation successful!", self.released.set), ("Change Config/DefaultGame.ini: 1 replacement", "y"))
+        self.assert_in_order(run, "Undoing Last Changes...", "Change Config/DefaultGame.ini", "Updating File Content...")
+        self.assertEqual([ids_of(command) for command in commands], [[], ["new"], ["Undo", "change"]])
+        self.assertFalse(os.path.exists(os.path.join(self.project, "Docs", "Plan.md")))
+
+
+class ResultsTest(EndToEndTest):
+    """A row of answers, put together by chance, to a user who approves, refuses and goes on by chance."""
+
+    NUM_LINES = 30
+
+    def make_blocks(self, dice, number):
+        names = []
+        blocks = []
+        for index in range(dice.choice([0, 1, 1, 2, 3, 4])):
+            identifier = f"{number}-{index}"
+            names.append(identifier)
+            blocks.append(dice.choice([
+                tool(identifier, "read_file", path="Config/DefaultGame.ini"),
+                tool(identifier, "read_file", path="No/Such.h"),
+                tool(identifier, "update_file", path="Source/Moor/Walker.h", old_string=str(number % 3),
+                     new_string=str(number % 5)),
+                tool(identifier, "create_file", path=f"Docs/{number % 7}.md", file_text="x"),
+                tool(identifier, "delete_file", path=f"Docs/{number % 7}.md"),
+                tool(identifier, "create_file", path="Config/New.ini", file_text="x"),
+                tool(identifier, "finish"),
+                tool(identifier, "compile"),
+                tool(identifier, "no_such_tool"),
+                {"type": "tool_use", "id": identifier, "name": "read_file"},
+            ]))
+        self.asked.append(names)
+        return blocks
+
+    def test_each_tool_use_of_a_conversation_gets_exactly_one_result(self):
+        seed = int(os.environ.get("KESTREL_FUZZ_SEED", "1"))
+        dice = random.Random(seed)
+        self.asked = []
+
+        def reply():
+            number = len(self.asked)
+            return completed(*self.make_blocks(dice, number), auto_continue=dice.random() < 0.4)
+
+        talk = Talk(self, *[reply] * (10 * self.NUM_LINES))
+        lines = [dice.choice(["y", "y", "y", "rather not", "/continue", "/undo"]) for _ in range(self.NUM_LINES)]
+        run = self.run_editor(typed="begin\n" + "\n".join(lines) + "\n")
+        counts = collections.Counter(
+            identifier for command in talk.server.commands() for identifier in ids_of(command))
+        for identifier in ("Undo", "Redo"):
+            counts.pop(identifier, None)
+        self.assertGreater(len(self.asked), self.NUM_LINES / 3, run)
+        answered = {identifier for names in self.asked[:-1] for identifier in names}
+        missing = sorted(answered - set(counts))
+        repeated = sorted(identifier for identifier, count in counts.items() if count > 1)
+        self.assertEqual((missing, repeated), ([], []), f"seed {seed}")
+
+
+class MarkedPlacesTest(EndToEndTest):
+    """What the service may have run without asking, and what not."""
+
+    def test_a_marked_change_waits_though_the_service_goes_on_without_asking(self):
+        talk = Talk(self, completed(
+            tool("read", "read_file", path="Config/DefaultGame.ini"),
+            tool("source", "create_file", path="Source/Moor/Owl.h", file_text="x"),
+            tool("rules", "create_file", path="Source/Moor.Build.cs", file_text="x"),
+            tool("after", "create_file", path="Source/Moor/Late.h", file_text="x"), auto_continue=True))
+        run = self.run_editor("-Prompt=begin")
+        self.assertEqual(run.code, 1, run)
+        self.assertIn("Create Source/Moor.Build.cs (build file)", run.output)
+        self.assertEqual(sorted(os.listdir(os.path.join(self.project, "Source", "Moor"))), ["Owl.h", "Walker.h"])
+        self.assertEqual(len(talk.server.commands()), 1, run)
+
+    def test_a_file_that_changes_after_it_was_shown_is_shown_again(self):
+        Talk(self, completed(tool("a", "update_file", path="Source/Moor/Walker.h", old_string="12", new_string="13"),
+                             auto_continue=False), completed(text("Thank you."), auto_continue=True))
+        shown = "Change Source/Moor/Walker.h: 1 replacement"
+
+        def change_and_approve():
+            self.write("Source/Moor/Walker.h", "12 12")
+
+        run = harness.type_when(self.editor_command(), ("[ Kestrel ]", "begin"), (shown, change_and_approve),
+                                (shown, "y"), ("2 replacements", "y"), ("Thank you.", "/quit"))
+        self.assert_in_order(run, shown, "A file has changed since its change was shown.",
+                             "Change Source/Moor/Walker.h: 2 replacements", "Updating File Content...")
+        self.assertEqual(self.files_of_project("Source")["Source/Moor/Walker.h"], b"13 13")
+
+    def test_names_cannot_speak_to_the_terminal_or_look_like_others(self):
+        name = "Source/a\u202eh.txt\x1b[31m\nDelete nothing"
+        Talk(self, completed(tool("a", "create_file", path=name, file_text="x\u2066y"), auto_continue=False))
+        run = self.run_editor("-Prompt=begin")
+        self.assertIn("Create Source/a\\u202Eh.txt\\u001B[31m\\nDelete nothing", run.output)
+        self.assertNotIn("\x1b[31m", run.output)
+        self.assertNotIn("\u202e", run.output)
+
+    def test_a_pipe_does_not_stop_the_editor(self):
+        os.mkfifo(os.path.join(self.project, "Source", "pipe.h"))
+        Talk(self, completed(
+            tool("a", "read_file", path="Source/pipe.h"),
+            tool("b", "update_file", path="Source/pipe.h", old_string="x", new_string="y"),
+            tool("c", "create_file", path="Source/pipe.h", file_text="x"),
+            tool("d", "delete_file", path="Source/pipe.h"), auto_continue=False),
+             completed(text("Thank you."), auto_continue=True))
+        run = self.run_editor("-Prompt=begin", "-Approve")
+        self.assert_in_order(run, "Failed to read file", "Thank you.")
+        self.assertTrue(os.path.exists(os.path.join(self.project, "Source", "pipe.h")))
+
+
+if __name__ == "__main__":
+    unittest.main()
