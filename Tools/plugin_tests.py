@@ -23,6 +23,9 @@ def make_project(folder, service):
     """A copy of the test project that talks to the service and trusts it."""
     copy = os.path.join(folder, "Project")
     shutil.copytree(os.path.join(steps.ROOT, "Tests", "Project"), copy)
+    os.mkdir(os.path.join(copy, "Plugins"))
+    os.symlink(os.path.join(steps.ROOT, "Tests", "LockingSourceControl"),
+               os.path.join(copy, "Plugins", "LockingSourceControl"))
     config = os.path.join(copy, "Config")
     with open(os.path.join(config, "DefaultPlugin.ini"), "w", encoding="utf-8") as ini:
         ini.write(f"[Kestrel]\nStage=Dev\nDevApiUrl=localhost:{service.port}/v1\nDevApiKey={API_KEY}\n")

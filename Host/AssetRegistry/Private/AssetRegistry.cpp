@@ -112,13 +112,9 @@ private:
 }
 
 FAssetRegistry::FAssetRegistry()
-	: Files(AssetRegistry::FindAllPackageFiles())
 {
 	SavedHandle = UPackage::PackageSavedWithContextEvent.AddRaw(this, &FAssetRegistry::OnPackageSaved);
-	if (IsLoadingAssets())
-	{
-		Ticker = FTSTicker::GetCoreTicker().AddTicker(FTickerDelegate::CreateRaw(this, &FAssetRegistry::ScanSome));
-	}
+	StartScan();
 }
 
 FAssetRegistry::~FAssetRegistry()
@@ -127,11 +123,31 @@ FAssetRegistry::~FAssetRegistry()
 	FTSTicker::RemoveTicker(Ticker);
 }
 
+void FAssetRegistry::StartScan()
+{
+	FTSTicker::RemoveTicker(Ticker);
+	Files = AssetRegistry::FindAllPackageFiles();
+	NextFile = 0;
+	if (IsLoadingAssets())
+	{
+		Ticker = FTSTicker::GetCoreTicker().AddTicker(FTickerDelegate::CreateRaw(this, &FAssetRegistry::ScanSome));
+	}
+}
+
+void FAssetRegistry::SearchAllAssets(bool bSynchronousSearch)
+{
+	StartScan();
+	if (bSynchronousSearch)
+	{
+		WaitForCompletion();
+	}
+}
+
 bool FAssetRegistry::ScanSome(float)
 {
 	for (int32 Count = 0; Count < AssetRegistry::FilesPerTick && IsLoadingAssets(); ++Count)
 	{
-		ScanFile(Files[NextFile++]);
+		ScanFileIfChanged(Files[NextFile++]);
 	}
 	if (IsLoadingAssets())
 	{
@@ -188,6 +204,17 @@ void FAssetRegistry::ScanFile(const FString& FileName)
 		UE_LOG(LogAssetRegistry, Warning, TEXT("%s"), *FPackageHeader::GetMessage(Result, FileName));
 	}
 	SetOnDisk(FName(*PackageName), &Entry);
+}
+
+void FAssetRegistry::ScanFileIfChanged(const FString& FileName)
+{
+	FString PackageName;
+	const bool bNamed =
+		FPackageName::TryConvertFilenameToLongPackageName(FileName, PackageName) && PackageName.Len() < NAME_SIZE;
+	if (bNamed && HasChanged(FileName, FName(*PackageName)))
+	{
+		ScanFile(FileName);
+	}
 }
 
 bool FAssetRegistry::HasChanged(const FString& FileName, FName PackageName) const

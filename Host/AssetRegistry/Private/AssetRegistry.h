@@ -27,6 +27,7 @@ public:
 	bool GetDependencies(FName PackageName, TArray<FName>& OutDependencies) const override;
 	bool GetReferencers(FName PackageName, TArray<FName>& OutReferencers) const override;
 
+	void SearchAllAssets(bool bSynchronousSearch) override;
 	bool IsLoadingAssets() const override { return NextFile < Files.Num(); }
 	void WaitForCompletion() override;
 	void ScanFilesSynchronous(const TArray<FString>& InFilePaths, bool bForceRescan) override;
@@ -52,9 +53,11 @@ private:
 		int64 FileSize = INDEX_NONE;
 	};
 
+	void StartScan();
 	/** Looks at some more of the files. @return true as long as there are more */
 	bool ScanSome(float);
 	void ScanFile(const FString& FileName);
+	void ScanFileIfChanged(const FString& FileName);
 	bool HasChanged(const FString& FileName, FName PackageName) const;
 	/** A file's contents take the place of what was known of it. Entry null: the file is gone. */
 	void SetOnDisk(FName PackageName, FPackageEntry* Entry);
@@ -70,7 +73,7 @@ private:
 
 	TMap<FName, FPackageEntry> Packages;
 	TMap<FName, TSet<FName>> Referencers;
-	TArray<FString> Files; // found at the start
+	TArray<FString> Files; // of the scan that is running
 	int32 NextFile = 0;    // the first of them that has not been looked at
 	FTSTicker::FDelegateHandle Ticker;
 	FDelegateHandle SavedHandle;

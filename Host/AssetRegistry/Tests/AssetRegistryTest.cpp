@@ -85,6 +85,21 @@ TEST_F(AssetRegistryTest, ScansTheContentWhileTheEditorRuns)
 	EXPECT_EQ(Assets[2].PackagePath, FName("/Game"));
 }
 
+TEST_F(AssetRegistryTest, SearchesAllContentAgain)
+{
+	IAssetRegistry& Registry = *IAssetRegistry::Get();
+	Registry.WaitForCompletion();
+	Write(TEXT("Late.uasset"), TEXT("{ \"Assets\": [ { \"Name\": \"Late\", \"Class\": \"/Script/Engine.World\" } ] }"));
+	Registry.SearchAllAssets(false);
+	EXPECT_TRUE(Registry.IsLoadingAssets());
+	EXPECT_EQ(ClassOf(TEXT("/Game/Late")), "") << "not looked at yet";
+	EXPECT_EQ(ClassOf(TEXT("/Game/Moor")), "/Script/Engine.World") << "known from before";
+	Registry.WaitForCompletion();
+	EXPECT_EQ(ClassOf(TEXT("/Game/Late")), "/Script/Engine.World");
+	Registry.SearchAllAssets(true);
+	EXPECT_FALSE(Registry.IsLoadingAssets());
+}
+
 TEST_F(AssetRegistryTest, FollowsAFileWhenTold)
 {
 	IAssetRegistry& Registry = *IAssetRegistry::Get();

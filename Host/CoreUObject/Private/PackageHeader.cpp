@@ -5,6 +5,7 @@
 #include "HAL/PlatformFileManager.h"
 #include "HAL/UnrealMemory.h"
 #include "Misc/PackageName.h"
+#include "Misc/Paths.h"
 #include "Templates/UniquePtr.h"
 
 #define RAPIDJSON_ASSERT(x) check(x)
@@ -231,17 +232,21 @@ FString FPackageHeader::ToText() const
 
 FString FPackageHeader::GetMessage(EResult Result, const FString& FileName)
 {
+	const FString FullName = FPaths::ConvertRelativePathToFull(FileName);
 	switch (Result)
 	{
 	case EResult::Read:
 		return FString();
 	case EResult::Binary:
 		return FString::Printf(
-			TEXT("%s was written by the real engine. It cannot be read here and is left alone."), *FileName);
+			TEXT(
+				"%s was saved by Unreal Editor in its binary format and cannot be read here. Open the project in Unreal "
+				"Editor to work with this asset"),
+			*FullName);
 	case EResult::Unreadable:
 		break;
 	}
-	return FString::Printf(TEXT("%s is no package that can be read."), *FileName);
+	return FString::Printf(TEXT("%s is no package that can be read."), *FullName);
 }
 
 TArray<FAssetData> FPackageHeader::GetAssetData(const FString& InPackageName) const

@@ -230,7 +230,8 @@ bool WriteWhole(const FString& FileName, const char* Bytes, int64 NumBytes)
 bool Replace(const FString& FileName, const char* Bytes, int64 NumBytes)
 {
 	IPlatformFile& Files = FPlatformFileManager::Get().GetPlatformFile();
-	const FString Beside = FileName + TEXT(".tmp");
+	// A file's name may be as long as file systems allow; 60 characters take no more than 240 bytes.
+	const FString Beside = FPaths::GetPath(FileName) / FPaths::GetCleanFilename(FileName).Left(60) + TEXT(".tmp");
 	Files.CreateDirectoryTree(*FPaths::GetPath(FileName));
 	if (WriteWhole(Beside, Bytes, NumBytes) && Files.MoveFile(*FileName, *Beside))
 	{

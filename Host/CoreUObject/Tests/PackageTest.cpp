@@ -345,7 +345,7 @@ TEST_F(PackageTest, LeavesTheOldFileWhenASaveFails)
 	TArray<uint8> Bytes;
 	FFileHelper::LoadFileToArray(Bytes, *File);
 	EXPECT_EQ(Bytes, Binary) << "what the real engine wrote is never overwritten";
-	EXPECT_DEATH(Save(TEXT("/Game/Kept"), GError), "real engine");
+	EXPECT_DEATH(Save(TEXT("/Game/Kept"), GError), "saved by Unreal Editor");
 }
 
 TEST_F(PackageTest, CopiesAnObjectWithItsParts)

@@ -9,7 +9,7 @@
 #include "K2Node_Event.h"
 #include "K2Node_VariableGet.h"
 #include "K2Node_VariableSet.h"
-#include "Logging/LogVerbosity.h"
+#include "Logging/TokenizedMessage.h"
 #include "PinValueText.h"
 #include "Styling/CoreStyle.h"
 
@@ -45,9 +45,9 @@ EGraphMessage GetMessageKind(const UEdGraphNode& Node)
 	{
 		return EGraphMessage::None;
 	}
-	return Node.ErrorType <= ELogVerbosity::Error     ? EGraphMessage::Error
-		   : Node.ErrorType == ELogVerbosity::Warning ? EGraphMessage::Warning
-													  : EGraphMessage::Note;
+	return Node.ErrorType <= EMessageSeverity::Error     ? EGraphMessage::Error
+		   : Node.ErrorType <= EMessageSeverity::Warning ? EGraphMessage::Warning
+														 : EGraphMessage::Note;
 }
 
 /** Puts one graph's nodes and wires in their places. */

@@ -2,7 +2,7 @@
 #include "Fonts/FontMeasure.h"
 #include "GraphFingerprint.h"
 #include "GraphTestSupport.h"
-#include "Logging/LogVerbosity.h"
+#include "Logging/TokenizedMessage.h"
 #include "PinValueText.h"
 
 namespace
@@ -73,7 +73,7 @@ TEST_F(FGraphLayoutTest, BubblesStandAboveAndMessagesBelow)
 	EXPECT_TRUE(LayOut().Nodes[0].Bubble.IsEmpty()) << "not to be seen";
 	Node.bCommentBubbleVisible = true;
 	Node.bHasCompilerMessage = true;
-	Node.ErrorType = ELogVerbosity::Warning;
+	Node.ErrorType = EMessageSeverity::Warning;
 	Node.ErrorMsg = TEXT("Nobody calls this");
 	const FGraphNodeLayout Layout = LayOut().Nodes[0];
 	EXPECT_EQ(Layout.Bubble.Num(), 2);

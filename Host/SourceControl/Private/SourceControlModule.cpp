@@ -1,3 +1,4 @@
+#include "Features/IModularFeatures.h"
 #include "GitSourceControlProvider.h"
 #include "ISourceControlModule.h"
 #include "Misc/Paths.h"
@@ -5,13 +6,34 @@
 
 namespace SourceControlModule
 {
-/** Git, for a project whose own folder is a repository. One further up is somebody else's. */
+/** Git, for a project whose own folder is a repository. One further up is somebody else's. Or what was asked for. */
 class FSourceControlModule final : public ISourceControlModule
 {
 public:
 	bool IsEnabled() const override { return GetProvider().IsEnabled(); }
 
 	ISourceControlProvider& GetProvider() const override
+	{
+		return Chosen.IsNone() ? GetProviderOfProject() : GetRegistered(Chosen);
+	}
+
+	void SetProvider(const FName& InName) override { Chosen = InName; }
+
+private:
+	ISourceControlProvider& GetRegistered(FName Name) const
+	{
+		for (ISourceControlProvider* Provider :
+			IModularFeatures::Get().GetModularFeatureImplementations<ISourceControlProvider>("SourceControl"))
+		{
+			if (Provider->GetName() == Name)
+			{
+				return *Provider;
+			}
+		}
+		return None;
+	}
+
+	ISourceControlProvider& GetProviderOfProject() const
 	{
 		FString ProjectDir = FPaths::ConvertRelativePathToFull(FPaths::ProjectDir());
 		FPaths::NormalizeDirectoryName(ProjectDir);
@@ -26,7 +48,7 @@ public:
 		return *Git;
 	}
 
-private:
+	FName Chosen; // none: the project's
 	mutable FNoSourceControlProvider None;
 	mutable TUniquePtr<FGitSourceControlProvider> Git; // made when it is asked for first
 };

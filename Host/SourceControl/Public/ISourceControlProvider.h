@@ -1,6 +1,7 @@
 #pragma once
 
 #include "CoreMinimal.h"
+#include "Features/IModularFeature.h"
 #include "ISourceControlOperation.h"
 #include "ISourceControlState.h"
 
@@ -39,11 +40,9 @@ DECLARE_DELEGATE_TwoParams(FSourceControlOperationComplete, const FSourceControl
  *
  * A synchronous command is done when Execute returns; the delegate of an asynchronous one is called in a later tick.
  */
-class ISourceControlProvider
+class ISourceControlProvider : public IModularFeature
 {
 public:
-	virtual ~ISourceControlProvider() = default;
-
 	virtual const FName& GetName() const = 0;
 	/** What the user is told about the state of the provider. */
 	virtual FText GetStatusText() const = 0;

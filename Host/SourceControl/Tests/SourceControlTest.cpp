@@ -1,5 +1,6 @@
 #include "Containers/Ticker.h"
 #include "CoreMinimal.h"
+#include "Features/IModularFeatures.h"
 #include "ISourceControlModule.h"
 #include "Misc/FileHelper.h"
 #include "ScratchDirectory.h"
@@ -92,6 +93,42 @@ protected:
 		return Result;
 	}
 };
+}
+
+TEST_F(FSourceControlTest, TakesARegisteredProviderByItsName)
+{
+	class FOther final : public ISourceControlProvider
+	{
+	public:
+		const FName& GetName() const override { return Name; }
+		FText GetStatusText() const override { return FText(); }
+		bool IsEnabled() const override { return true; }
+		bool IsAvailable() const override { return true; }
+		FSourceControlStatePtr GetState(const FString&, EStateCacheUsage::Type) override { return nullptr; }
+		ECommandResult::Type GetState(
+			const TArray<FString>&, TArray<FSourceControlStateRef>&, EStateCacheUsage::Type) override
+		{
+			return ECommandResult::Failed;
+		}
+		ECommandResult::Type Execute(const FSourceControlOperationRef&, const TArray<FString>&,
+			const EConcurrency::Type, const FSourceControlOperationComplete&) override
+		{
+			return ECommandResult::Failed;
+		}
+
+	private:
+		const FName Name = "Other";
+	};
+	MakeRepository();
+	FOther Other;
+	IModularFeatures::Get().RegisterModularFeature("SourceControl", &Other);
+	EXPECT_EQ(Provider().GetName(), FName("Git")) << "not before it is asked for";
+	ISourceControlModule::Get().SetProvider("Other");
+	EXPECT_EQ(&Provider(), &Other);
+	IModularFeatures::Get().UnregisterModularFeature("SourceControl", &Other);
+	EXPECT_FALSE(Provider().IsEnabled()) << "it is gone";
+	ISourceControlModule::Get().SetProvider("None");
+	EXPECT_EQ(Provider().GetName(), FName("Git"));
 }
 
 TEST_F(FSourceControlTest, AProjectWithoutARepositoryOfItsOwnHasNoProvider)

@@ -8,21 +8,21 @@ DEFINE_LOG_CATEGORY_STATIC(LogBlueprint, Log, All);
 void FCompilerResultsLog::Error(const FString& Message, UEdGraphNode* Node)
 {
 	++NumErrors;
-	Add(ELogVerbosity::Error, Message, Node);
+	Add(EMessageSeverity::Error, Message, Node);
 }
 
 void FCompilerResultsLog::Warning(const FString& Message, UEdGraphNode* Node)
 {
 	++NumWarnings;
-	Add(ELogVerbosity::Warning, Message, Node);
+	Add(EMessageSeverity::Warning, Message, Node);
 }
 
 void FCompilerResultsLog::Note(const FString& Message, UEdGraphNode* Node)
 {
-	Add(ELogVerbosity::Log, Message, Node);
+	Add(EMessageSeverity::Info, Message, Node);
 }
 
-void FCompilerResultsLog::Add(ELogVerbosity::Type Severity, const FString& Message, UEdGraphNode* Node)
+void FCompilerResultsLog::Add(EMessageSeverity::Type Severity, const FString& Message, UEdGraphNode* Node)
 {
 	FString Text = Message;
 	if (Node)
@@ -37,16 +37,16 @@ void FCompilerResultsLog::Add(ELogVerbosity::Type Severity, const FString& Messa
 		}
 		Node->bHasCompilerMessage = true;
 	}
-	Messages.Add({ Severity, Text });
+	Messages.Add(FTokenizedMessage::Create(Severity, FText::FromString(Text)));
 	if (bSilentMode)
 	{
 		return;
 	}
-	if (Severity == ELogVerbosity::Error)
+	if (Severity == EMessageSeverity::Error)
 	{
 		UE_LOG(LogBlueprint, Error, TEXT("[Compiler] %s"), *Text);
 	}
-	else if (Severity == ELogVerbosity::Warning)
+	else if (Severity == EMessageSeverity::Warning)
 	{
 		UE_LOG(LogBlueprint, Warning, TEXT("[Compiler] %s"), *Text);
 	}

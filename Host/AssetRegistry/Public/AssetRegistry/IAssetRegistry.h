@@ -44,6 +44,9 @@ public:
 	virtual bool GetDependencies(FName PackageName, TArray<FName>& OutDependencies) const = 0;
 	virtual bool GetReferencers(FName PackageName, TArray<FName>& OutReferencers) const = 0;
 
+	/** Scans all content: at once, or in the background. Files that are known and have not changed are not read again.
+	 */
+	virtual void SearchAllAssets(bool bSynchronousSearch) = 0;
 	virtual bool IsLoadingAssets() const = 0;
 	/** Blocks until the scan is done. */
 	virtual void WaitForCompletion() = 0;

@@ -12,7 +12,7 @@ struct FPackageHeader
 	enum class EResult : uint8
 	{
 		Read,
-		/** Written by the real engine, in its binary form. */
+		/** Saved by Unreal Editor, in its binary form. */
 		Binary,
 		/** Not a package, or one that is damaged, or of a later format. */
 		Unreadable,

@@ -140,7 +140,7 @@ public:
 	uint8 bHasCompilerMessage : 1;
 
 	UPROPERTY(Transient, NonTransactional)
-	int32 ErrorType = 0;
+	int32 ErrorType = 0; // EMessageSeverity::Type
 
 	UPROPERTY(Transient, NonTransactional)
 	FString ErrorMsg;

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "Containers/UnrealString.h"
-#include "Logging/LogVerbosity.h"
+#include "Logging/TokenizedMessage.h"
 
 class UEdGraphNode;
 
@@ -9,17 +9,11 @@ class UEdGraphNode;
 class UNREALED_API FCompilerResultsLog
 {
 public:
-	struct FMessage
-	{
-		ELogVerbosity::Type Severity = ELogVerbosity::Log;
-		FString Text;
-	};
-
-	/** Whether messages are also written to the editor's log. */
+	/** Whether messages are kept from the editor's log. */
 	bool bSilentMode = false;
 	int32 NumErrors = 0;
 	int32 NumWarnings = 0;
-	TArray<FMessage> Messages;
+	TArray<TSharedRef<FTokenizedMessage>> Messages;
 
 	/** "@@" in the text stands for the node's title. */
 	void Error(const FString& Message, UEdGraphNode* Node = nullptr);
@@ -27,5 +21,5 @@ public:
 	void Note(const FString& Message, UEdGraphNode* Node = nullptr);
 
 private:
-	void Add(ELogVerbosity::Type Severity, const FString& Message, UEdGraphNode* Node);
+	void Add(EMessageSeverity::Type Severity, const FString& Message, UEdGraphNode* Node);
 };

@@ -1,4 +1,5 @@
 #include "Agent/BlueprintDocument.h"
+#include "Agent/BlueprintLookup.h"
 #include "Agent/KestrelBlueprintUtils.h"
 #include "BehaviorTree/BTCompositeNode.h"
 #include "BehaviorTree/BTDecorator.h"
@@ -182,11 +183,11 @@ private:
 
 FString FKestrelBlueprintUtils::ReadBehaviorTree(const FString& BehaviorTreeName)
 {
-	const UBehaviorTree* Tree = GetBehaviorTreeFromBehaviorTreeName(BehaviorTreeName);
+	FString Error;
+	const UBehaviorTree* Tree = KestrelBlueprintLookup::LoadBehaviorTree(BehaviorTreeName, Error);
 	if (!Tree)
 	{
-		return SerializeJson(KestrelBlueprintDocument::MakeError(
-			FString::Printf(TEXT("BehaviorTree '%s' not found."), *BehaviorTreeName)));
+		return SerializeJson(KestrelBlueprintDocument::MakeError(Error));
 	}
 	const TSharedRef<FJsonObject> Document = MakeShared<FJsonObject>();
 	Document->SetStringField(TEXT("Name"), Tree->GetName());

@@ -36,11 +36,6 @@ TSharedRef<FJsonObject> KestrelBlueprintDocument::MakeError(const FString& Messa
 	return Document;
 }
 
-TSharedRef<FJsonObject> KestrelBlueprintDocument::MakeBlueprintNotFound(const FString& BlueprintName)
-{
-	return MakeError(FString::Printf(TEXT("Blueprint '%s' not found."), *BlueprintName));
-}
-
 bool KestrelBlueprintDocument::IsWanted(const FProperty& Property)
 {
 	return PassesFilter(Property.HasAnyPropertyFlags(VisiblePropertyFlags), Property.GetOwnerClass());

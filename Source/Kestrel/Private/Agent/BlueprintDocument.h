@@ -11,7 +11,6 @@ namespace KestrelBlueprintDocument
 {
 /** An object with the one member "Error". */
 TSharedRef<FJsonObject> MakeError(const FString& Message);
-TSharedRef<FJsonObject> MakeBlueprintNotFound(const FString& BlueprintName);
 /** Whether the settings want the property or function to be listed. */
 bool IsWanted(const FProperty& Property);
 bool IsWanted(const UFunction& Function);

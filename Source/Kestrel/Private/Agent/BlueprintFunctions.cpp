@@ -1,6 +1,9 @@
+#include "Agent/BlueprintFunctions.h"
+
 #include "Agent/BlueprintGraphWriter.h"
 #include "Agent/BlueprintMembers.h"
 #include "Agent/BlueprintMessages.h"
+#include "Agent/BlueprintReport.h"
 #include "Agent/KestrelBlueprintUtils.h"
 #include "Dom/JsonObject.h"
 #include "Dom/JsonValue.h"
@@ -16,6 +19,9 @@ namespace BlueprintFunctions
 {
 using FValues = TArray<TSharedPtr<FJsonValue>>;
 
+const TCHAR* const InParamsKey = TEXT("InParams");
+const TCHAR* const OutParamsKey = TEXT("OutParams");
+
 UEdGraph* FindGraph(const UBlueprint& Blueprint, const FString& Name)
 {
 	const TObjectPtr<UEdGraph>* Found =
@@ -29,21 +35,29 @@ UEdGraph* FindGraph(const UBlueprint& Blueprint, const FString& Name)
 class FWriter
 {
 public:
-	explicit FWriter(UBlueprint& InBlueprint)
+	FWriter(UBlueprint& InBlueprint, FKestrelBlueprintReport& InReport)
 		: Blueprint(InBlueprint)
+		, Report(InReport)
 	{
 	}
 
-	void Write(const TSharedPtr<FJsonValue>& Value)
+	/** @param Number  of the entry, from 1 */
+	void Write(const TSharedPtr<FJsonValue>& Value, int32 Number)
 	{
 		const TSharedPtr<FJsonObject>* Entry = nullptr;
 		FString Name;
 		if (!Value.IsValid() || !Value->TryGetObject(Entry) || !(*Entry)->TryGetStringField(TEXT("Name"), Name))
 		{
 			Messages.Add(TEXT("Function entry missing 'Name' field."));
+			Report.Skip(TEXT("Entry"), FString::FromInt(Number), TEXT("A function needs its \"Name\"."));
 			return;
 		}
+		const FKestrelBlueprintReport::FScope Scope(Report, TEXT("Entry"), Name);
 		UEdGraph* Existing = FindGraph(Blueprint, Name);
+		if (Existing && ((*Entry)->HasField(InParamsKey) || (*Entry)->HasField(OutParamsKey)))
+		{
+			Report.Skip(TEXT("The function exists. Only new functions are given parameters."));
+		}
 		UEdGraph* Graph = Existing ? Existing : Create(Name, **Entry);
 		if (Graph && AddNodes(*Graph, **Entry))
 		{
@@ -62,9 +76,11 @@ private:
 	UEdGraph* Create(const FString& Name, const FJsonObject& Entry)
 	{
 		// The engine would rename whatever has the name, be it the event graph.
-		if (!KestrelBlueprintMembers::CanBeName(Name) || !KestrelBlueprintMembers::IsNameFree(Blueprint, Name))
+		const FString Problem = KestrelBlueprintMembers::FindNameProblem(Blueprint, Name);
+		if (!Problem.IsEmpty())
 		{
 			Messages.Add(TEXT("Failed to create function graph for: "), Name);
+			Report.Skip(Problem);
 			return nullptr;
 		}
 		Blueprint.Modify();
@@ -83,11 +99,11 @@ private:
 	{
 		UK2Node_EditablePinBase* EntryNode = FBlueprintEditorUtils::GetEntryNode(&Graph);
 		check(EntryNode);
-		for (const FUserPinInfo& Input : ReadParameters(Entry, TEXT("InParams")))
+		for (const FUserPinInfo& Input : ReadParameters(Entry, InParamsKey))
 		{
 			EntryNode->CreateUserDefinedPin(Input.PinName, Input.PinType, EGPD_Output);
 		}
-		for (const FUserPinInfo& Output : ReadParameters(Entry, TEXT("OutParams")))
+		for (const FUserPinInfo& Output : ReadParameters(Entry, OutParamsKey))
 		{
 			// Functions without outputs have none.
 			UK2Node_FunctionResult* ResultNode = FBlueprintEditorUtils::FindOrCreateFunctionResultNode(EntryNode);
@@ -124,9 +140,13 @@ private:
 				(*Description)->TryGetStringField(TEXT("Name"), Name);
 				Type = FKestrelBlueprintUtils::GetVarEdGraphPinTypeFromJSonObject(Description);
 			}
-			if (!KestrelBlueprintMembers::CanBeName(Name) || !KestrelBlueprintMembers::IsUsableType(Type))
+			const FString Problem = KestrelBlueprintMembers::CanBeName(Name)
+										? KestrelBlueprintMembers::FindTypeProblem(Type)
+										: FString(TEXT("A parameter needs a name that variables can have."));
+			if (!Problem.IsEmpty())
 			{
 				Messages.AddInvalidType(Name);
+				Report.Skip(TEXT("Parameter"), Name, Problem);
 				continue;
 			}
 			FUserPinInfo& Parameter = Parameters.Emplace_GetRef();
@@ -141,28 +161,53 @@ private:
 	{
 		const TSharedPtr<FJsonObject>* GraphDescription = nullptr;
 		const FValues* Nodes = nullptr;
-		if (!Entry.TryGetObjectField(TEXT("EdGraph"), GraphDescription) ||
-			!(*GraphDescription)->TryGetArrayField(TEXT("Nodes"), Nodes))
+		if (!Entry.HasField(TEXT("EdGraph")))
 		{
 			return false;
 		}
-		FKestrelGraphWriter GraphWriter(Graph);
-		bool bAdded = false;
-		for (const TSharedPtr<FJsonValue>& Value : *Nodes)
+		if (!Entry.TryGetObjectField(TEXT("EdGraph"), GraphDescription) ||
+			!(*GraphDescription)->TryGetArrayField(TEXT("Nodes"), Nodes))
 		{
-			const TSharedPtr<FJsonObject>* Description = nullptr;
-			UEdGraphNode* Node =
-				Value.IsValid() && Value->TryGetObject(Description) ? GraphWriter.CreateNode(**Description) : nullptr;
-			if (Node)
-			{
-				GraphWriter.ModifyNode(*Node, **Description);
-				bAdded = true;
-			}
+			Report.Skip(TEXT("\"EdGraph\" needs an array \"Nodes\"."));
+			return false;
+		}
+		FKestrelGraphWriter GraphWriter(Graph, Report, LinkedPins);
+		bool bAdded = false;
+		for (int32 Index = 0; Index < Nodes->Num(); ++Index)
+		{
+			bAdded |= AddNode(GraphWriter, (*Nodes)[Index], Index + 1);
 		}
 		return bAdded;
 	}
 
+	/** @param Number  of the node among those described, from 1 */
+	bool AddNode(FKestrelGraphWriter& GraphWriter, const TSharedPtr<FJsonValue>& Value, int32 Number)
+	{
+		const TSharedPtr<FJsonObject>* Description = nullptr;
+		FString Class;
+		const bool bObject = Value.IsValid() && Value->TryGetObject(Description);
+		if (bObject)
+		{
+			(*Description)->TryGetStringField(TEXT("Class"), Class);
+		}
+		const FKestrelBlueprintReport::FScope Scope(
+			Report, TEXT("Node"), FString::Printf(TEXT("%d (%s)"), Number, *Class));
+		if (!bObject)
+		{
+			Report.Skip(TEXT("A node is described by an object."));
+			return false;
+		}
+		UEdGraphNode* Node = GraphWriter.CreateNode(**Description);
+		if (Node)
+		{
+			GraphWriter.ModifyNode(*Node, **Description);
+		}
+		return Node != nullptr;
+	}
+
 	UBlueprint& Blueprint;
+	FKestrelBlueprintReport& Report;
+	FKestrelLinkedPins LinkedPins;
 	FKestrelBlueprintMessages Messages;
 	bool bChanged = false;
 };
@@ -177,15 +222,24 @@ bool FKestrelBlueprintUtils::ModifyBlueprintFunctions(
 		Result->SetStringField(TEXT("Error"), TEXT("Invalid Blueprint provided."));
 		return false;
 	}
-	BlueprintFunctions::FWriter Writer(*Blueprint);
-	for (const TSharedPtr<FJsonValue>& Value : Functions)
+	FKestrelBlueprintReport Report;
+	const bool bChanged = KestrelBlueprintFunctions::Modify(*Blueprint, Functions, *Result, Report);
+	Report.AddTo(*Result);
+	return bChanged;
+}
+
+bool KestrelBlueprintFunctions::Modify(UBlueprint& Blueprint, const TArray<TSharedPtr<FJsonValue>>& Functions,
+	FJsonObject& Result, FKestrelBlueprintReport& Report)
+{
+	BlueprintFunctions::FWriter Writer(Blueprint, Report);
+	for (int32 Index = 0; Index < Functions.Num(); ++Index)
 	{
-		Writer.Write(Value);
+		Writer.Write(Functions[Index], Index + 1);
 	}
 	if (Writer.HasChanged())
 	{
-		FBlueprintEditorUtils::MarkBlueprintAsStructurallyModified(Blueprint);
+		FBlueprintEditorUtils::MarkBlueprintAsStructurallyModified(&Blueprint);
 	}
-	Result->SetArrayField(TEXT("FunctionModifications"), Writer.GetMessages());
+	Result.SetArrayField(TEXT("FunctionModifications"), Writer.GetMessages());
 	return Writer.HasChanged();
 }

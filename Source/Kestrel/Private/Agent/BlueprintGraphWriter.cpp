@@ -1,12 +1,14 @@
 #include "Agent/BlueprintGraphWriter.h"
 
 #include "Agent/BlueprintDocument.h"
+#include "Agent/BlueprintReport.h"
 #include "Agent/KestrelBlueprintUtils.h"
 #include "Dom/JsonObject.h"
 #include "Dom/JsonValue.h"
 #include "EdGraph/EdGraph.h"
 #include "EdGraph/EdGraphNode.h"
 #include "EdGraph/EdGraphPin.h"
+#include "EdGraph/EdGraphSchema.h"
 #include "EdGraphSchema_K2.h"
 #include "Engine/Blueprint.h"
 #include "K2Node_CallFunction.h"
@@ -67,8 +69,26 @@ const TArray<TSharedPtr<FJsonValue>>& GetArray(const FJsonObject& Object, const 
 }
 }
 
-FKestrelGraphWriter::FKestrelGraphWriter(UEdGraph& InGraph)
+FKestrelLinkedPins::FKey FKestrelLinkedPins::MakeKey(const UEdGraphPin& Pin)
+{
+	return FKey(Pin.GetOwningNode(), Pin.PinName);
+}
+
+bool FKestrelLinkedPins::Contains(const UEdGraphPin& Pin) const
+{
+	return Keys.Contains(MakeKey(Pin));
+}
+
+void FKestrelLinkedPins::Add(const UEdGraphPin& Pin)
+{
+	Keys.Add(MakeKey(Pin));
+}
+
+FKestrelGraphWriter::FKestrelGraphWriter(
+	UEdGraph& InGraph, FKestrelBlueprintReport& InReport, FKestrelLinkedPins& InLinkedPins)
 	: Graph(InGraph)
+	, Report(InReport)
+	, LinkedPins(InLinkedPins)
 {
 }
 
@@ -91,6 +111,7 @@ UEdGraphNode* FKestrelGraphWriter::CreateNode(const FJsonObject& Description)
 	if (!Description.TryGetStringField(TEXT("Class"), Class) ||
 		!Description.TryGetObjectField(TEXT("Properties"), Properties))
 	{
+		Report.Skip(TEXT("A node needs \"Class\" and \"Properties\"."));
 		return nullptr;
 	}
 	for (const FKind& Kind : Kinds)
@@ -111,6 +132,8 @@ UEdGraphNode* FKestrelGraphWriter::CreateNode(const FJsonObject& Description)
 		}
 		return Node;
 	}
+	Report.Skip(FString::Printf(TEXT("Nodes of the class '%s' cannot be made, only %s, %s and %s."), *Class.Left(200),
+		Kinds[0].Name, Kinds[1].Name, Kinds[2].Name));
 	return nullptr;
 }
 
@@ -119,6 +142,7 @@ UEdGraphNode* FKestrelGraphWriter::CreateVariableNode(const FJsonObject& Propert
 	const FName Variable = BlueprintGraphWriter::GetName(Properties, TEXT("VariableName"));
 	if (Variable.IsNone())
 	{
+		Report.Skip(TEXT("The node needs the \"VariableName\"."));
 		return nullptr;
 	}
 	UK2Node_Variable* Node = BlueprintGraphWriter::MakeNode<UK2Node_Variable>(Graph, NodeClass);
@@ -132,12 +156,18 @@ UEdGraphNode* FKestrelGraphWriter::CreateCallNode(const FJsonObject& Properties,
 	const FName Name = BlueprintGraphWriter::GetName(Properties, TEXT("FunctionName"));
 	if (Name.IsNone())
 	{
+		Report.Skip(TEXT("The node needs the \"FunctionName\"."));
 		return nullptr;
 	}
 	UK2Node_CallFunction* Node = BlueprintGraphWriter::MakeNode<UK2Node_CallFunction>(Graph, NodeClass);
 	if (const UFunction* Function = UKismetSystemLibrary::StaticClass()->FindFunctionByName(Name))
 	{
 		Node->SetFromFunction(Function);
+	}
+	else
+	{
+		Report.Skip(FString::Printf(
+			TEXT("KismetSystemLibrary has no function '%s': the node calls nothing."), *Name.ToString()));
 	}
 	return Node;
 }
@@ -195,7 +225,14 @@ bool FKestrelGraphWriter::ModifyNode(UEdGraphNode& Node, const FJsonObject& Desc
 	for (const TSharedPtr<FJsonValue>& Value : BlueprintGraphWriter::GetArray(**Properties, TEXT("Pins")))
 	{
 		const TSharedPtr<FJsonObject>* Setting = nullptr;
-		bChanged |= Value.IsValid() && Value->TryGetObject(Setting) && ModifyPin(Node, **Setting);
+		if (Value.IsValid() && Value->TryGetObject(Setting))
+		{
+			bChanged |= ModifyPin(Node, **Setting);
+		}
+		else
+		{
+			Report.Skip(TEXT("A pin is described by an object."));
+		}
 	}
 	return bChanged;
 }
@@ -203,60 +240,137 @@ bool FKestrelGraphWriter::ModifyNode(UEdGraphNode& Node, const FJsonObject& Desc
 bool FKestrelGraphWriter::ModifyPin(UEdGraphNode& Node, const FJsonObject& Setting)
 {
 	const FName PinName = BlueprintGraphWriter::GetName(Setting, TEXT("PinName"));
-	UEdGraphPin* Pin = PinName.IsNone() ? nullptr : Node.FindPin(PinName);
-	if (!Pin)
+	if (PinName.IsNone())
 	{
+		Report.Skip(TEXT("A pin needs its \"PinName\"."));
 		return false;
 	}
-	bool bChanged = Setting.TryGetStringField(TEXT("Value"), Pin->DefaultValue);
+	const FKestrelBlueprintReport::FScope Scope(Report, TEXT("Pin"), PinName.ToString());
+	UEdGraphPin* Pin = Node.FindPin(PinName);
+	if (!Pin)
+	{
+		Report.Skip(TEXT("The node has no such pin."));
+		return false;
+	}
+	FString Value;
+	bool bChanged = Setting.TryGetStringField(TEXT("Value"), Value);
+	if (bChanged)
+	{
+		SetValue(*Pin, Value);
+	}
+	else if (Setting.HasField(TEXT("Value")))
+	{
+		Report.Skip(TEXT("The value has to be a string."));
+	}
 	FString Direction;
 	if (Setting.TryGetStringField(TEXT("Direction"), Direction))
 	{
 		Pin->Direction = Direction.Equals(TEXT("Input"), ESearchCase::IgnoreCase) ? EGPD_Input : EGPD_Output;
 		bChanged = true;
 	}
-	for (const TSharedPtr<FJsonValue>& Value : BlueprintGraphWriter::GetArray(Setting, TEXT("Connections")))
+	for (const TSharedPtr<FJsonValue>& Each : BlueprintGraphWriter::GetArray(Setting, TEXT("Connections")))
 	{
 		const TSharedPtr<FJsonObject>* Connection = nullptr;
-		bChanged |= Value.IsValid() && Value->TryGetObject(Connection) && LinkPin(*Pin, **Connection);
+		if (Each.IsValid() && Each->TryGetObject(Connection))
+		{
+			bChanged |= LinkDescribed(*Pin, **Connection);
+		}
+		else
+		{
+			Report.Skip(TEXT("A connection is described by an object."));
+		}
 	}
 	return bChanged;
 }
 
-bool FKestrelGraphWriter::LinkPin(UEdGraphPin& Pin, const FJsonObject& Connection)
+void FKestrelGraphWriter::SetValue(UEdGraphPin& Pin, const FString& Value)
+{
+	using FSchema = UEdGraphSchema_K2;
+	Pin.DefaultValue = Value;
+	const FName Category = Pin.PinType.PinCategory;
+	const bool bElsewhere = Category == FSchema::PC_Object || Category == FSchema::PC_Class ||
+							Category == FSchema::PC_Interface || Category == FSchema::PC_Text;
+	if (bElsewhere && !Value.IsEmpty())
+	{
+		Report.Skip(FString::Printf(
+			TEXT("The value was stored, but pins of the type '%s' do not use it: link the pin instead."),
+			*Category.ToString()));
+	}
+}
+
+bool FKestrelGraphWriter::LinkDescribed(UEdGraphPin& Pin, const FJsonObject& Connection)
 {
 	FString Title;
 	const FName PinName = BlueprintGraphWriter::GetName(Connection, TEXT("Pin"));
 	if (PinName.IsNone() || !Connection.TryGetStringField(TEXT("Node"), Title))
 	{
+		Report.Skip(TEXT("A connection needs \"Node\" and \"Pin\"."));
 		return false;
 	}
+	const FKestrelBlueprintReport::FScope Scope(Report, TEXT("Link"), Title + TEXT(".") + PinName.ToString());
 	const UEdGraphNode* Node = FindNodeByTitle(Title);
-	UEdGraphPin* Target = Node ? Node->FindPin(PinName) : nullptr;
-	if (!Target || Target == &Pin) // the engine takes a link of a pin to itself for a fault of ours
+	if (!Node)
 	{
+		Report.Skip(TEXT("The graph has no node of this title."));
 		return false;
 	}
-	MakeRoomForLink(Pin);
-	MakeRoomForLink(*Target);
-	Pin.MakeLinkTo(Target);
-	return true;
+	UEdGraphPin* Target = Node->FindPin(PinName);
+	if (!Target)
+	{
+		Report.Skip(TEXT("The linked node has no such pin."));
+		return false;
+	}
+	if (Target == &Pin) // the engine takes a link of a pin to itself for a fault of ours
+	{
+		Report.Skip(TEXT("A pin cannot be linked to itself."));
+		return false;
+	}
+	return LinkPins(Pin, *Target);
 }
 
 /**
  * As when a wire is dragged in the editor: where only one link can be, a new one takes the place of what the graph had,
- * or nothing could be put between two nodes. What one document links is not replaced by the rest of it.
+ * or nothing could be put between two nodes. A link that the editor would not allow is made as it is described, but not
+ * at the cost of a wire that works.
  */
-void FKestrelGraphWriter::MakeRoomForLink(UEdGraphPin& Pin)
+bool FKestrelGraphWriter::LinkPins(UEdGraphPin& Pin, UEdGraphPin& Target)
+{
+	const UEdGraphSchema* Schema = Graph.GetSchema();
+	const FPinConnectionResponse Answer =
+		Schema ? Schema->CanCreateConnection(&Pin, &Target) : FPinConnectionResponse();
+	// Anything else is a refusal, or needs a further node in between.
+	const bool bPossible =
+		Answer.Response == CONNECT_RESPONSE_MAKE || Answer.Response == CONNECT_RESPONSE_BREAK_OTHERS_A ||
+		Answer.Response == CONNECT_RESPONSE_BREAK_OTHERS_B || Answer.Response == CONNECT_RESPONSE_BREAK_OTHERS_AB;
+	if (!bPossible && (HasLinkInTheWay(Pin) || HasLinkInTheWay(Target)))
+	{
+		Report.Skip(FString::Printf(
+			TEXT("The link is not possible (%s), and the pins' present links were kept."), *Answer.Message.ToString()));
+		return false;
+	}
+	if (!bPossible)
+	{
+		Report.Skip(FString::Printf(
+			TEXT("The link was made as described, but will not compile (%s)."), *Answer.Message.ToString()));
+	}
+	for (UEdGraphPin* End : { &Pin, &Target })
+	{
+		if (HasLinkInTheWay(*End))
+		{
+			End->BreakAllPinLinks();
+		}
+		LinkedPins.Add(*End);
+	}
+	Pin.MakeLinkTo(&Target);
+	return true;
+}
+
+/** Whether the pin has a link that is not of this document, and can have only one. */
+bool FKestrelGraphWriter::HasLinkInTheWay(const UEdGraphPin& Pin) const
 {
 	const bool bExecution = Pin.PinType.PinCategory == UEdGraphSchema_K2::PC_Exec;
 	const bool bOneLink = bExecution == (Pin.Direction == EGPD_Output);
-	bool bLinkedBefore = false;
-	LinkedPins.Add(&Pin, &bLinkedBefore);
-	if (bOneLink && !bLinkedBefore)
-	{
-		Pin.BreakAllPinLinks();
-	}
+	return bOneLink && !Pin.LinkedTo.IsEmpty() && !LinkedPins.Contains(Pin);
 }
 
 UEdGraphNode* FKestrelGraphWriter::FindNodeByTitle(const FString& Title)
@@ -277,10 +391,15 @@ UEdGraphNode* FKestrelGraphWriter::FindNodeByTitle(const FString& Title)
 
 UEdGraphNode* FKestrelBlueprintUtils::CreateEdGraphNode(const TSharedPtr<FJsonObject>& Description, UEdGraph* Graph)
 {
-	return Graph && Description.IsValid() ? FKestrelGraphWriter(*Graph).CreateNode(*Description) : nullptr;
+	FKestrelBlueprintReport Report;
+	FKestrelLinkedPins LinkedPins;
+	return Graph && Description.IsValid() ? FKestrelGraphWriter(*Graph, Report, LinkedPins).CreateNode(*Description)
+										  : nullptr;
 }
 
 bool FKestrelBlueprintUtils::ModifyNodeProperties(UEdGraphNode* Node, const FJsonObject& Description, UEdGraph* Graph)
 {
-	return Node && Graph && FKestrelGraphWriter(*Graph).ModifyNode(*Node, Description);
+	FKestrelBlueprintReport Report;
+	FKestrelLinkedPins LinkedPins;
+	return Node && Graph && FKestrelGraphWriter(*Graph, Report, LinkedPins).ModifyNode(*Node, Description);
 }

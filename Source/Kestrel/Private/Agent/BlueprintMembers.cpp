@@ -41,23 +41,46 @@ const TArray<FCategory>& GetCategories()
 	return Categories;
 }
 
-bool IsUsable(FName Name, FName SubCategory, const UObject* Object)
+FString ListCategories()
+{
+	TArray<FString> Names;
+	for (const FCategory& Category : GetCategories())
+	{
+		Names.Add(Category.Name.ToString());
+	}
+	return FString::Join(Names, TEXT(", "));
+}
+
+/** As FindTypeProblem, of a type without container. */
+FString FindProblem(FName Name, FName SubCategory, const UObject* Object)
 {
 	const FCategory* Category =
 		GetCategories().FindByPredicate([Name](const FCategory& Known) { return Known.Name == Name; });
 	if (!Category)
 	{
-		return false;
+		return Name.IsNone() ? FString(TEXT("No type is given."))
+							 : FString::Printf(
+								   TEXT("There is no type '%s'. Types are: %s."), *Name.ToString(), *ListCategories());
 	}
 	// The compiler stops the process for a real number of no precision.
-	const bool bPrecise =
-		Name != FSchema::PC_Real || SubCategory == FSchema::PC_Double || SubCategory == FSchema::PC_Float;
+	if (Name == FSchema::PC_Real && SubCategory != FSchema::PC_Double && SubCategory != FSchema::PC_Float)
+	{
+		return TEXT("A real number has the sub-category 'double' or 'float'.");
+	}
 	const bool bSelf = Name == FSchema::PC_Object && SubCategory == FSchema::PSC_Self;
 	const bool bHasObject = !Category->ObjectClass || bSelf || (Object && Object->IsA(Category->ObjectClass));
-	const bool bEnumOrNone = Name != FSchema::PC_Byte || !Object || Object->IsA<UEnum>();
 	const UClass* Class = Cast<UClass>(Object);
-	const bool bInterface = Name != FSchema::PC_Interface || (Class && Class->HasAnyClassFlags(CLASS_Interface));
-	return bPrecise && bHasObject && bEnumOrNone && bInterface;
+	if (!bHasObject || (Name == FSchema::PC_Interface && !(Class && Class->HasAnyClassFlags(CLASS_Interface))))
+	{
+		return FString::Printf(TEXT("The type '%s' names its %s by path or name, and none was found."),
+			*Name.ToString(),
+			Name == FSchema::PC_Struct      ? TEXT("struct")
+			: Name == FSchema::PC_Enum      ? TEXT("enum")
+			: Name == FSchema::PC_Interface ? TEXT("interface")
+											: TEXT("class"));
+	}
+	return Name == FSchema::PC_Byte && Object && !Object->IsA<UEnum>() ? FString(TEXT("A byte can only be of an enum."))
+																	   : FString();
 }
 
 /** Elements of sets and keys of maps are found by their hash. */
@@ -88,16 +111,34 @@ bool KestrelBlueprintMembers::IsNameFree(const UBlueprint& Blueprint, const FStr
 		   !FindObjectFast<UObject>(const_cast<UBlueprint*>(&Blueprint), Wanted);
 }
 
-bool KestrelBlueprintMembers::IsUsableType(const FEdGraphPinType& PinType)
+FString KestrelBlueprintMembers::FindNameProblem(const UBlueprint& Blueprint, const FString& Name)
 {
-	if (!BlueprintMembers::IsUsable(PinType.PinCategory, PinType.PinSubCategory, PinType.PinSubCategoryObject.Get()) ||
-		((PinType.IsMap() || PinType.IsSet()) && !BlueprintMembers::CanBeKey(PinType)))
+	if (!CanBeName(Name))
 	{
-		return false;
+		return FString::Printf(
+			TEXT("A name has 1 to %d letters, digits, spaces and underscores, and is not 'None'."), MaxNameLength);
+	}
+	return IsNameFree(Blueprint, Name)
+			   ? FString()
+			   : FString(TEXT("The Blueprint or one of its parents has a member of this name."));
+}
+
+FString KestrelBlueprintMembers::FindTypeProblem(const FEdGraphPinType& PinType)
+{
+	const FString Problem =
+		BlueprintMembers::FindProblem(PinType.PinCategory, PinType.PinSubCategory, PinType.PinSubCategoryObject.Get());
+	if (!Problem.IsEmpty())
+	{
+		return Problem;
+	}
+	if ((PinType.IsMap() || PinType.IsSet()) && !BlueprintMembers::CanBeKey(PinType))
+	{
+		return TEXT("Values of this type cannot be elements of a set or keys of a map.");
 	}
 	const FEdGraphTerminalType& Value = PinType.PinValueType;
-	return !PinType.IsMap() || BlueprintMembers::IsUsable(Value.TerminalCategory, Value.TerminalSubCategory,
-								   Value.TerminalSubCategoryObject.Get());
+	return PinType.IsMap() ? BlueprintMembers::FindProblem(Value.TerminalCategory, Value.TerminalSubCategory,
+								 Value.TerminalSubCategoryObject.Get())
+						   : FString();
 }
 
 void KestrelBlueprintMembers::StoreEnumsAsBytes(FEdGraphPinType& PinType)

@@ -15,11 +15,13 @@ constexpr int32 MaxNameLength = 100;
 bool CanBeName(const FString& Text);
 /** Whether no variable, function, event, graph or component of the Blueprint or of a parent has the name. */
 bool IsNameFree(const UBlueprint& Blueprint, const FString& Name);
+/** Why no variable or function of the name can be made, as a sentence; empty when it can. */
+FString FindNameProblem(const UBlueprint& Blueprint, const FString& Name);
 /**
- * Whether a variable or parameter can be of the type: a struct names its struct, a real number its precision, and
- * what is looked up in a container has a hash.
+ * Why no variable or parameter can be of the type, as a sentence; empty when one can: a struct names its struct, a real
+ * number its precision, and what is looked up in a container has a hash.
  */
-bool IsUsableType(const FEdGraphPinType& PinType);
+FString FindTypeProblem(const FEdGraphPinType& PinType);
 /** "enum" stands in lists of types alone; variables of enums are bytes, and the compiler makes no others. */
 void StoreEnumsAsBytes(FEdGraphPinType& PinType);
 }

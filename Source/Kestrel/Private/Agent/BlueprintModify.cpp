@@ -1,6 +1,10 @@
 #include "Agent/Agent.h"
+#include "Agent/BlueprintCompileLog.h"
 #include "Agent/BlueprintDocument.h"
+#include "Agent/BlueprintFunctions.h"
+#include "Agent/BlueprintLookup.h"
 #include "Agent/BlueprintPackage.h"
+#include "Agent/BlueprintReport.h"
 #include "Agent/BlueprintVariables.h"
 #include "Agent/JsonText.h"
 #include "Agent/KestrelBlueprintUtils.h"
@@ -8,57 +12,120 @@
 #include "Dom/JsonObject.h"
 #include "Dom/JsonValue.h"
 #include "Engine/Blueprint.h"
-#include "Kismet2/KismetEditorUtilities.h"
 #include "ScopedTransaction.h"
 #include "UObject/StrongObjectPtr.h"
 
 namespace BlueprintModify
 {
-/** @return whether anything has changed */
-bool ApplyVariables(
-	UBlueprint& Blueprint, const FJsonObject& Request, TSharedPtr<FJsonObject>& Result, TArray<FName>& OutRewritten)
+const TCHAR* const VariablesKey = TEXT("Variables");
+const TCHAR* const FunctionsKey = TEXT("Functions");
+
+/** Applies one request to one Blueprint. */
+class FModification
 {
+public:
+	FModification(UBlueprint& InBlueprint, const FJsonObject& InRequest)
+		: Blueprint(InBlueprint)
+		, Request(InRequest)
+	{
+		Request.TryGetObjectField(VariablesKey, Variables);
+		Request.TryGetArrayField(FunctionsKey, Functions);
+	}
+
+	/** Whether there is anything to apply. */
+	bool IsEmpty() const
+	{
+		return !(Variables && !(*Variables)->Values.IsEmpty()) && !(Functions && !Functions->IsEmpty());
+	}
+
+	TSharedRef<FJsonObject> Run()
+	{
+		ReportUnknown();
+		ApplyVariables();
+		const bool bFunctionsChanged =
+			Functions && KestrelBlueprintFunctions::Modify(Blueprint, *Functions, *Result, Report);
+		if (!Written.bChanged && !bFunctionsChanged)
+		{
+			Result->SetStringField(TEXT("Message"), TEXT("No modifications were made to the Blueprint."));
+			Report.AddTo(*Result);
+			return Result;
+		}
+		return CompileAndSave();
+	}
+
+private:
+	void ReportUnknown()
+	{
+		for (const auto& Pair : Request.Values)
+		{
+			const FString Key(*Pair.Key);
+			if (!Key.Equals(VariablesKey, ESearchCase::IgnoreCase) &&
+				!Key.Equals(FunctionsKey, ESearchCase::IgnoreCase))
+			{
+				Report.Skip(
+					TEXT("Section"), Key, TEXT("Only \"Variables\" and \"Functions\" of a document are applied."));
+			}
+		}
+		if (!Variables && Request.HasField(VariablesKey))
+		{
+			Report.Skip(TEXT("Section"), VariablesKey, TEXT("It has to be an object."));
+		}
+		if (!Functions && Request.HasField(FunctionsKey))
+		{
+			Report.Skip(TEXT("Section"), FunctionsKey, TEXT("It has to be an array."));
+		}
+	}
+
+	void ApplyVariables()
+	{
+		if (!Variables)
+		{
+			return;
+		}
+		Compiled = KestrelBlueprintVariables::FindCompiled(Blueprint, **Variables);
+		if (!Compiled.IsEmpty())
+		{
+			KestrelBlueprintVariables::LoadChildren(*Blueprint.GeneratedClass.Get());
+		}
+		Written = KestrelBlueprintVariables::Modify(Blueprint, **Variables, *Result, Report);
+	}
+
+	TSharedRef<FJsonObject> CompileAndSave()
+	{
+		const TStrongObjectPtr<UBlueprint> Kept(&Blueprint); // compiling collects garbage
+		FJsonObject CompileMessages;
+		KestrelBlueprintCompileLog::Compile(Blueprint, CompileMessages);
+		KestrelBlueprintVariables::WriteDefaults(Blueprint, Written.Values, Compiled, Report);
+		const KestrelBlueprintPackage::FOutcome Saved = KestrelBlueprintPackage::Save(Blueprint, RF_Standalone);
+		if (!Saved.bSaved)
+		{
+			const TSharedRef<FJsonObject> Error =
+				KestrelBlueprintDocument::MakeError(TEXT("Failed to save modified Blueprint."));
+			Error->SetStringField(TEXT("Reason"), Saved.Reason);
+			return Error;
+		}
+		Result->SetStringField(TEXT("Success"), TEXT("Blueprint modified, compiled, and saved successfully."));
+		Report.AddTo(*Result);
+		for (const auto& Pair : CompileMessages.Values)
+		{
+			Result->SetField(FString(*Pair.Key), Pair.Value);
+		}
+		if (!Saved.Reason.IsEmpty())
+		{
+			Result->SetStringField(TEXT("SourceControl"), Saved.Reason);
+		}
+		return Result;
+	}
+
+	UBlueprint& Blueprint;
+	const FJsonObject& Request;
 	const TSharedPtr<FJsonObject>* Variables = nullptr;
-	if (!Request.TryGetObjectField(TEXT("Variables"), Variables))
-	{
-		return false;
-	}
-	OutRewritten = KestrelBlueprintVariables::FindCompiled(Blueprint, **Variables);
-	if (!OutRewritten.IsEmpty())
-	{
-		KestrelBlueprintVariables::LoadChildren(*Blueprint.GeneratedClass.Get());
-	}
-	return FKestrelBlueprintUtils::ModifyBlueprintVariables(&Blueprint, **Variables, Result);
-}
-
-bool ApplyFunctions(UBlueprint& Blueprint, const FJsonObject& Request, TSharedPtr<FJsonObject>& Result)
-{
 	const TArray<TSharedPtr<FJsonValue>>* Functions = nullptr;
-	return Request.TryGetArrayField(TEXT("Functions"), Functions) &&
-		   FKestrelBlueprintUtils::ModifyBlueprintFunctions(&Blueprint, *Functions, Result);
-}
-
-TSharedRef<FJsonObject> Apply(UBlueprint& Blueprint, const FJsonObject& Request)
-{
-	TSharedPtr<FJsonObject> Result = MakeShared<FJsonObject>();
-	TArray<FName> Rewritten;
-	const bool bVariables = ApplyVariables(Blueprint, Request, Result, Rewritten);
-	const bool bFunctions = ApplyFunctions(Blueprint, Request, Result);
-	if (!bVariables && !bFunctions)
-	{
-		Result->SetStringField(TEXT("Message"), TEXT("No modifications were made to the Blueprint."));
-		return Result.ToSharedRef();
-	}
-	const TStrongObjectPtr<UBlueprint> Kept(&Blueprint); // compiling collects garbage
-	FKismetEditorUtilities::CompileBlueprint(&Blueprint);
-	KestrelBlueprintVariables::WriteDefaults(Blueprint, Rewritten);
-	if (!KestrelBlueprintPackage::Save(Blueprint, RF_Standalone))
-	{
-		return KestrelBlueprintDocument::MakeError(TEXT("Failed to save modified Blueprint."));
-	}
-	Result->SetStringField(TEXT("Success"), TEXT("Blueprint modified, compiled, and saved successfully."));
-	return Result.ToSharedRef();
-}
+	const TSharedRef<FJsonObject> Result = MakeShared<FJsonObject>();
+	FKestrelBlueprintReport Report;
+	TArray<FName> Compiled; // variables that the class had before, and that are to get a value
+	KestrelBlueprintVariables::FOutcome Written;
+};
 }
 
 FString FKestrelBlueprintUtils::ModifyBlueprint(const FString& BlueprintName, const FString& Modifications)
@@ -68,12 +135,21 @@ FString FKestrelBlueprintUtils::ModifyBlueprint(const FString& BlueprintName, co
 	{
 		return SerializeJson(KestrelBlueprintDocument::MakeError(TEXT("Failed to parse modification JSON.")));
 	}
-	UBlueprint* Blueprint = GetBlueprintFromtBlueprintName(BlueprintName);
+	FString Error;
+	UBlueprint* Blueprint = KestrelBlueprintLookup::LoadBlueprint(BlueprintName, Error);
 	if (!Blueprint)
 	{
-		return SerializeJson(KestrelBlueprintDocument::MakeBlueprintNotFound(BlueprintName));
+		return SerializeJson(KestrelBlueprintDocument::MakeError(Error));
+	}
+	BlueprintModify::FModification Modification(*Blueprint, *Request);
+	// Before anything is changed: what cannot be written would be left half done.
+	const FString Refusal = Modification.IsEmpty() ? FString() : KestrelBlueprintPackage::CheckOut(*Blueprint);
+	if (!Refusal.IsEmpty())
+	{
+		return SerializeJson(KestrelBlueprintDocument::MakeError(
+			FString::Printf(TEXT("Blueprint '%s' was not modified. %s"), *BlueprintName, *Refusal)));
 	}
 	const FString ConversationId = FAgent::Get().GetConversationId();
 	const FScopedTransaction Transaction(FText::FromString(GetKestrelTransactionName(ConversationId)));
-	return SerializeJson(BlueprintModify::Apply(*Blueprint, *Request));
+	return SerializeJson(Modification.Run());
 }

@@ -1,4 +1,5 @@
 #include "Agent/BlueprintDocument.h"
+#include "Agent/BlueprintLookup.h"
 #include "Agent/JsonText.h"
 #include "Agent/KestrelBlueprintUtils.h"
 #include "Components/ActorComponent.h"
@@ -182,10 +183,11 @@ TSharedRef<FJsonObject> Select(const FJsonObject& Document, const FString& DataS
 
 FString FKestrelBlueprintUtils::ReadBlueprint(const FString& BlueprintName, FString DataSubset)
 {
-	const UBlueprint* Blueprint = GetBlueprintFromtBlueprintName(BlueprintName);
+	FString Error;
+	const UBlueprint* Blueprint = KestrelBlueprintLookup::LoadBlueprint(BlueprintName, Error);
 	if (!Blueprint)
 	{
-		return SerializeJson(KestrelBlueprintDocument::MakeBlueprintNotFound(BlueprintName));
+		return SerializeJson(KestrelBlueprintDocument::MakeError(Error));
 	}
 	const UBlueprintGeneratedClass* Class = Cast<UBlueprintGeneratedClass>(Blueprint->GeneratedClass.Get());
 	if (!Class)

@@ -1,8 +1,6 @@
+#include "Agent/BlueprintLookup.h"
 #include "Agent/KestrelFindUtils.h"
-#include "AssetRegistry/ARFilter.h"
 #include "AssetRegistry/AssetData.h"
-#include "AssetRegistry/AssetRegistryModule.h"
-#include "AssetRegistry/IAssetRegistry.h"
 #include "Dom/JsonObject.h"
 #include "Dom/JsonValue.h"
 #include "EdGraph/EdGraph.h"
@@ -12,7 +10,6 @@
 #include "Misc/PackageName.h"
 #include "Misc/Paths.h"
 #include "Misc/ScopedSlowTask.h"
-#include "Modules/ModuleManager.h"
 
 #define LOCTEXT_NAMESPACE "Kestrel"
 
@@ -142,17 +139,12 @@ private:
 	const FString FilePath;
 };
 
-/** Those of the project, be they of a class that has been made from Blueprint's. */
+/** Those of the project's own content. */
 TArray<FAssetData> ListBlueprints()
 {
-	FARFilter Filter;
-	Filter.ClassPaths.Add(UBlueprint::StaticClass()->GetClassPathName());
-	Filter.bRecursiveClasses = true;
-	Filter.PackagePaths.Add(TEXT("/Game"));
-	Filter.bRecursivePaths = true;
-	TArray<FAssetData> Assets;
-	FModuleManager::LoadModuleChecked<FAssetRegistryModule>("AssetRegistry").Get().GetAssets(Filter, Assets);
-	return Assets;
+	return KestrelBlueprintLookup::ListAssets(*UBlueprint::StaticClass())
+		.FilterByPredicate(
+			[](const FAssetData& Asset) { return Asset.PackageName.ToString().StartsWith(TEXT("/Game/")); });
 }
 }
 

@@ -1,13 +1,13 @@
 #include "Agent/BlueprintVariables.h"
 
 #include "Agent/BlueprintDocument.h"
+#include "Agent/BlueprintLookup.h"
 #include "Agent/BlueprintMembers.h"
 #include "Agent/BlueprintMessages.h"
+#include "Agent/BlueprintReport.h"
 #include "Agent/JsonImportText.h"
 #include "Agent/KestrelBlueprintUtils.h"
 #include "AssetRegistry/AssetData.h"
-#include "AssetRegistry/AssetRegistryModule.h"
-#include "AssetRegistry/IAssetRegistry.h"
 #include "Dom/JsonObject.h"
 #include "Dom/JsonValue.h"
 #include "EdGraph/EdGraph.h"
@@ -15,11 +15,12 @@
 #include "Engine/Blueprint.h"
 #include "Kismet2/BlueprintEditorUtils.h"
 #include "Misc/PackageName.h"
-#include "Modules/ModuleManager.h"
 #include "UObject/UnrealType.h"
 
 namespace BlueprintVariables
 {
+using KestrelBlueprintVariables::FOutcome;
+
 /** The variable of a Blueprint that an entry of the document is about. */
 struct FTarget
 {
@@ -94,69 +95,118 @@ bool IsAnything(const FJsonValue& Value)
 	return true;
 }
 
+struct FValueKind
+{
+	bool (*Accepts)(const FJsonValue& Value);
+	const TCHAR* Name;
+};
+
+const FValueKind TextKind = { IsText, TEXT("a string") };
+const FValueKind BooleanKind = { IsBoolean, TEXT("true or false") };
+const FValueKind AnyKind = { IsAnything, TEXT("a value") };
+
 /** What an entry may say beside the type, in the order in which it is applied. */
 struct FSetting
 {
 	const TCHAR* Key;
-	bool (*Accepts)(const FJsonValue& Value);
+	const FValueKind& Kind;
 	void (*Apply)(const FTarget& Target, const FJsonValue& Value);
 };
 
+const TCHAR* const TypeKey = TEXT("Type");
+const TCHAR* const ValueKey = TEXT("Value");
+
 const FSetting Settings[] = {
-	{ TEXT("Replication"), IsText, SetReplication },
-	{ TEXT("Category"), IsText, SetCategory },
-	{ TEXT("Tooltip"), IsText, SetTooltip },
-	{ TEXT("Value"), IsAnything, SetValue },
-	{ TEXT("ExposeOnSpawn"), IsBoolean, SetFlag<CPF_ExposeOnSpawn> },
-	{ TEXT("Private"), IsBoolean, SetFlag<CPF_DisableEditOnInstance> },
-	{ TEXT("SaveGame"), IsBoolean, SetFlag<CPF_SaveGame> },
+	{ TEXT("Replication"), TextKind, SetReplication },
+	{ TEXT("Category"), TextKind, SetCategory },
+	{ TEXT("Tooltip"), TextKind, SetTooltip },
+	{ ValueKey, AnyKind, SetValue },
+	{ TEXT("ExposeOnSpawn"), BooleanKind, SetFlag<CPF_ExposeOnSpawn> },
+	{ TEXT("Private"), BooleanKind, SetFlag<CPF_DisableEditOnInstance> },
+	{ TEXT("SaveGame"), BooleanKind, SetFlag<CPF_SaveGame> },
 };
 
-bool ApplySettings(const FTarget& Target, const FJsonObject& Entry)
+bool IsSetting(const FString& Key)
 {
-	bool bApplied = false;
 	for (const FSetting& Setting : Settings)
 	{
-		const TSharedPtr<FJsonValue> Value = Entry.TryGetField(Setting.Key);
-		if (Value.IsValid() && Setting.Accepts(*Value))
+		if (Key.Equals(Setting.Key, ESearchCase::IgnoreCase))
 		{
-			Target.Blueprint.Modify(); // before the change, or it cannot be taken back
-			Setting.Apply(Target, *Value);
-			bApplied = true;
+			return true;
 		}
 	}
-	return bApplied;
+	return Key.Equals(TypeKey, ESearchCase::IgnoreCase);
 }
 
 /** Applies the section of one document to one Blueprint. */
 class FWriter
 {
 public:
-	explicit FWriter(UBlueprint& InBlueprint)
+	FWriter(UBlueprint& InBlueprint, FKestrelBlueprintReport& InReport)
 		: Blueprint(InBlueprint)
+		, Report(InReport)
 	{
 	}
 
 	void Write(const FString& Name, const TSharedPtr<FJsonValue>& Value)
 	{
+		const FKestrelBlueprintReport::FScope Scope(Report, TEXT("Entry"), Name);
 		const TSharedPtr<FJsonObject>* Entry = nullptr;
 		if (!Value.IsValid() || !Value->TryGetObject(Entry))
 		{
 			Messages.Add(TEXT("Invalid JSON format for variable: "), Name);
+			Report.Skip(TEXT("A variable is described by an object."));
 			return;
 		}
 		const int32 Existing = Find(Name);
 		const bool bReady = Existing == INDEX_NONE ? Create(Name, *Entry) : ChangeType(Existing, Name, *Entry);
 		if (bReady)
 		{
-			bChanged |= ApplySettings({ Blueprint, Find(Name) }, **Entry);
+			ApplySettings({ Blueprint, Find(Name) }, **Entry);
+			ReportUnknown(**Entry);
 		}
 	}
 
 	const TArray<TSharedPtr<FJsonValue>>& GetMessages() const { return Messages.GetValues(); }
-	bool HasChanged() const { return bChanged; }
+	const FOutcome& GetOutcome() const { return Outcome; }
 
 private:
+	void ApplySettings(const FTarget& Target, const FJsonObject& Entry)
+	{
+		for (const FSetting& Setting : Settings)
+		{
+			const TSharedPtr<FJsonValue> Value = Entry.TryGetField(Setting.Key);
+			if (!Value.IsValid())
+			{
+				continue;
+			}
+			if (!Setting.Kind.Accepts(*Value))
+			{
+				Report.Skip(TEXT("Setting"), Setting.Key, FString::Printf(TEXT("It has to be %s."), Setting.Kind.Name));
+				continue;
+			}
+			if (Setting.Key == ValueKey)
+			{
+				Outcome.Values.Add({ Target.GetName(), Target.Describe().DefaultValue });
+			}
+			Target.Blueprint.Modify(); // before the change, or it cannot be undone
+			Setting.Apply(Target, *Value);
+			Outcome.bChanged = true;
+		}
+	}
+
+	void ReportUnknown(const FJsonObject& Entry)
+	{
+		for (const auto& Pair : Entry.Values)
+		{
+			const FString Key(*Pair.Key);
+			if (!IsSetting(Key))
+			{
+				Report.Skip(TEXT("Setting"), Key, TEXT("Variables have no such setting."));
+			}
+		}
+	}
+
 	int32 Find(const FString& Name) const
 	{
 		return Name.Len() < NAME_SIZE ? FBlueprintEditorUtils::FindNewVariableIndex(&Blueprint, FName(*Name))
@@ -166,9 +216,11 @@ private:
 	bool ReadType(const FString& Name, const TSharedPtr<FJsonObject>& Entry, FEdGraphPinType& OutType)
 	{
 		OutType = FKestrelBlueprintUtils::ConvertJsonToEdGraphPinType(Entry);
-		if (!KestrelBlueprintMembers::IsUsableType(OutType))
+		const FString Problem = KestrelBlueprintMembers::FindTypeProblem(OutType);
+		if (!Problem.IsEmpty())
 		{
 			Messages.AddInvalidType(Name);
+			Report.Skip(Problem);
 			return false;
 		}
 		KestrelBlueprintMembers::StoreEnumsAsBytes(OutType);
@@ -182,22 +234,23 @@ private:
 		{
 			return false;
 		}
-		if (!KestrelBlueprintMembers::CanBeName(Name) || !KestrelBlueprintMembers::IsNameFree(Blueprint, Name) ||
-			!FBlueprintEditorUtils::AddMemberVariable(&Blueprint, FName(*Name), Type))
+		const FString Problem = KestrelBlueprintMembers::FindNameProblem(Blueprint, Name);
+		if (!Problem.IsEmpty() || !FBlueprintEditorUtils::AddMemberVariable(&Blueprint, FName(*Name), Type))
 		{
 			Messages.Add(TEXT("Failed to create variable: "), Name);
+			Report.Skip(Problem.IsEmpty() ? FString(TEXT("The editor refuses to add the variable.")) : Problem);
 			return false;
 		}
 		Blueprint.NewVariables[Find(Name)].PropertyFlags |= CPF_Edit | CPF_BlueprintVisible;
 		Messages.Add(TEXT("Created new variable: "), Name);
-		bChanged = true;
+		Outcome.bChanged = true;
 		return true;
 	}
 
 	/** @return false when a type is given that cannot be one */
 	bool ChangeType(int32 Index, const FString& Name, const TSharedPtr<FJsonObject>& Entry)
 	{
-		if (!Entry->HasField(TEXT("Type")))
+		if (!Entry->HasField(TypeKey))
 		{
 			return true;
 		}
@@ -216,26 +269,22 @@ private:
 		if (Variable.VarType != Type)
 		{
 			FBlueprintEditorUtils::ChangeMemberVariableType(&Blueprint, Variable.VarName, Type);
-			bChanged = true;
+			Outcome.bChanged = true;
 		}
 		return true;
 	}
 
 	UBlueprint& Blueprint;
+	FKestrelBlueprintReport& Report;
 	FKestrelBlueprintMessages Messages;
-	bool bChanged = false;
+	FOutcome Outcome;
 };
 
 /** The Blueprints by the paths of their parent classes. */
 TMap<FString, TArray<FAssetData>> ListByParent()
 {
-	constexpr bool bSearchSubClasses = true; // Blueprints of widgets and others are also children of theirs
-	TArray<FAssetData> Blueprints;
-	FModuleManager::LoadModuleChecked<FAssetRegistryModule>("AssetRegistry")
-		.Get()
-		.GetAssetsByClass(UBlueprint::StaticClass()->GetClassPathName(), Blueprints, bSearchSubClasses);
 	TMap<FString, TArray<FAssetData>> ByParent;
-	for (const FAssetData& Asset : Blueprints)
+	for (const FAssetData& Asset : KestrelBlueprintLookup::ListAssets(*UBlueprint::StaticClass()))
 	{
 		FString ParentPath;
 		if (Asset.GetTagValue(FBlueprintTags::ParentClassPath, ParentPath))
@@ -246,8 +295,12 @@ TMap<FString, TArray<FAssetData>> ListByParent()
 	return ByParent;
 }
 
-/** Children and other instances of the class that have the default as it was get the new one. */
-void WriteDefault(UObject& Defaults, const TArray<UObject*>& Instances, const FProperty& Property, const FString& Text)
+/**
+ * Children and other instances of the class that have the default as it was get the new one.
+ *
+ * @return false, with nothing changed, for a text that is no value of the property
+ */
+bool WriteDefault(UObject& Defaults, const TArray<UObject*>& Instances, const FProperty& Property, const FString& Text)
 {
 	const TArray<UObject*> Followers = Instances.FilterByPredicate([&Property, &Defaults](const UObject* Instance) {
 		return Property.Identical_InContainer(Instance, &Defaults);
@@ -259,7 +312,7 @@ void WriteDefault(UObject& Defaults, const TArray<UObject*>& Instances, const FP
 	}
 	else if (!FBlueprintEditorUtils::PropertyValueFromString(&Property, Text, Container, &Defaults))
 	{
-		return;
+		return false;
 	}
 	for (UObject* Follower : Followers)
 	{
@@ -267,6 +320,7 @@ void WriteDefault(UObject& Defaults, const TArray<UObject*>& Instances, const FP
 		Follower->Modify(bAlwaysMarkDirty);
 		Property.CopyCompleteValue_InContainer(Follower, &Defaults);
 	}
+	return true;
 }
 }
 
@@ -279,17 +333,26 @@ bool FKestrelBlueprintUtils::ModifyBlueprintVariables(
 		Result->SetStringField(TEXT("Error"), TEXT("Invalid Blueprint provided."));
 		return false;
 	}
-	BlueprintVariables::FWriter Writer(*Blueprint);
+	FKestrelBlueprintReport Report;
+	const bool bChanged = KestrelBlueprintVariables::Modify(*Blueprint, Variables, *Result, Report).bChanged;
+	Report.AddTo(*Result);
+	return bChanged;
+}
+
+KestrelBlueprintVariables::FOutcome KestrelBlueprintVariables::Modify(
+	UBlueprint& Blueprint, const FJsonObject& Variables, FJsonObject& Result, FKestrelBlueprintReport& Report)
+{
+	BlueprintVariables::FWriter Writer(Blueprint, Report);
 	for (const auto& Pair : Variables.Values)
 	{
 		Writer.Write(FString(*Pair.Key), Pair.Value);
 	}
-	if (Writer.HasChanged())
+	if (Writer.GetOutcome().bChanged)
 	{
-		FBlueprintEditorUtils::MarkBlueprintAsStructurallyModified(Blueprint);
+		FBlueprintEditorUtils::MarkBlueprintAsStructurallyModified(&Blueprint);
 	}
-	Result->SetArrayField(TEXT("VariableModifications"), Writer.GetMessages());
-	return Writer.HasChanged();
+	Result.SetArrayField(TEXT("VariableModifications"), Writer.GetMessages());
+	return Writer.GetOutcome();
 }
 
 void FKestrelBlueprintUtils::CreateRepNotifyFunction(UBlueprint* Blueprint, const FName& FunctionName)
@@ -341,10 +404,12 @@ void KestrelBlueprintVariables::LoadChildren(const UClass& Class)
 	}
 }
 
-void KestrelBlueprintVariables::WriteDefaults(const UBlueprint& Blueprint, const TArray<FName>& Names)
+void KestrelBlueprintVariables::WriteDefaults(UBlueprint& Blueprint, const TArray<FWrittenValue>& Values,
+	const TArray<FName>& Compiled, FKestrelBlueprintReport& Report)
 {
 	const UClass* Class = Blueprint.GeneratedClass;
-	UObject* Defaults = Class && !Names.IsEmpty() ? Class->GetDefaultObject() : nullptr;
+	const auto WasCompiled = [&Compiled](const FWrittenValue& Value) { return Compiled.Contains(Value.Variable); };
+	UObject* Defaults = Class && Values.ContainsByPredicate(WasCompiled) ? Class->GetDefaultObject() : nullptr;
 	if (!Defaults)
 	{
 		return;
@@ -353,14 +418,21 @@ void KestrelBlueprintVariables::WriteDefaults(const UBlueprint& Blueprint, const
 	Defaults->GetArchetypeInstances(Instances);
 	Defaults->SetFlags(RF_Transactional); // or undo leaves it out
 	Defaults->Modify();
-	for (const FName Name : Names)
+	for (const FWrittenValue& Value : Values.FilterByPredicate(WasCompiled))
 	{
-		const int32 Index = FBlueprintEditorUtils::FindNewVariableIndex(&Blueprint, Name);
-		const FProperty* Property = Class->FindPropertyByName(Name);
-		if (Property && Index != INDEX_NONE)
+		const int32 Index = FBlueprintEditorUtils::FindNewVariableIndex(&Blueprint, Value.Variable);
+		const FProperty* Property = Class->FindPropertyByName(Value.Variable);
+		if (!Property || Index == INDEX_NONE)
 		{
-			BlueprintVariables::WriteDefault(
-				*Defaults, Instances, *Property, Blueprint.NewVariables[Index].DefaultValue);
+			continue;
+		}
+		FString& Text = Blueprint.NewVariables[Index].DefaultValue;
+		if (!BlueprintVariables::WriteDefault(*Defaults, Instances, *Property, Text))
+		{
+			const FKestrelBlueprintReport::FScope Scope(Report, TEXT("Entry"), Value.Variable.ToString());
+			Report.Skip(TEXT("Setting"), BlueprintVariables::ValueKey,
+				FString::Printf(TEXT("'%s' is no value of the variable's type."), *Text.Left(200)));
+			Text = Value.OldText;
 		}
 	}
 }

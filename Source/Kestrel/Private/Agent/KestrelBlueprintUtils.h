@@ -17,9 +17,10 @@ struct FEdGraphPinType;
 /**
  * Reads, makes, saves and compiles Blueprints, and reads behavior trees.
  *
- * Assets are named by their short names, in whatever folder they lie, and letter case does not count; of several the
- * first one counts that the asset registry knows. Results are JSON in one line unless said otherwise; a failure is an
- * object with the one member "Error". All of it happens at once, on the game thread.
+ * Assets are named by their short names, in whatever folder they lie, ignoring case; of several, the first one that the
+ * asset registry knows is taken. Assets of classes derived from Blueprint are Blueprints, too. Results are JSON in one
+ * line unless said otherwise; a failure is an object with the member "Error". All of it happens at once, on the game
+ * thread.
  */
 class FKestrelBlueprintUtils
 {
@@ -39,7 +40,7 @@ public:
 
 	static UBlueprint* GetBlueprintFromtBlueprintName(const FString& BlueprintName);
 	static UBehaviorTree* GetBehaviorTreeFromBehaviorTreeName(const FString& BehaviorTreeName);
-	/** Types in memory before the classes of Blueprints. Native classes are named without prefix. */
+	/** By path or name, see KestrelTypeLookup; a Blueprint whose class cannot be loaded gives the asset's class. */
 	static UClass* GetBlueprintClassFromBlueprintName(const FString& ClassName);
 	/** What the Blueprint is compiled to; if that cannot be loaded, the class of the asset itself. */
 	static UClass* GetBlueprintClassFromAssetData(const FAssetData& AssetData);
@@ -49,12 +50,13 @@ public:
 	/** @return a text, not JSON: "Success: …" or "Error: …" */
 	static FString CreateBlueprintAsset(
 		const FString& PackagePath, const FString& BlueprintName, const FString& ParentClassName);
+	/** Checks the file out or marks it for add as needed; "Reason" beside "Error" says why it is not saved. */
 	static FString SaveBlueprint(UObject* Asset);
-	/** A compile with warnings counts as failed. */
+	/** A compile with warnings counts as failed. "CompileErrors" and "CompileWarnings" follow, unless empty. */
 	static FString CompileBlueprint(UObject* Asset);
 	/** Of those in memory. */
 	static void CompileDirtyBlueprints();
-	/** Loads every Blueprint of the project. Each is saved before it is compiled. */
+	/** Loads every Blueprint of the project. Each that is dirty is saved before it is compiled. */
 	static FString SaveAndCompileAllDirtyBlueprints();
 
 	// Changing. What is done is told in a list of messages, and what cannot be done does not stop the rest.
@@ -64,7 +66,8 @@ public:
 	 * after the conversation.
 	 *
 	 * @return "VariableModifications" and "FunctionModifications", and "Success", or "Message" when nothing has
-	 * changed; or "Error" alone
+	 * changed; then "Skipped", "CompileErrors", "CompileWarnings" and "SourceControl", each unless empty. Or "Error",
+	 * with "Reason" when the file could not be written
 	 */
 	static FString ModifyBlueprint(const FString& BlueprintName, const FString& Modifications);
 	/**
@@ -88,7 +91,7 @@ public:
 	static UEdGraphNode* CreateEdGraphNode(const TSharedPtr<FJsonObject>& Description, UEdGraph* Graph);
 	/**
 	 * Sets the comment and the pins, and links these to pins of nodes that are named by their titles. Pins are taken as
-	 * described, be it sensible or not.
+	 * described, even if that will not compile; only links that work are not given up for one that does not.
 	 *
 	 * @return whether anything was applied
 	 */

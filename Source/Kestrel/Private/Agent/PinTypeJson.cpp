@@ -1,5 +1,6 @@
 #include "Agent/BlueprintDocument.h"
 #include "Agent/KestrelBlueprintUtils.h"
+#include "Agent/TypeLookup.h"
 #include "Dom/JsonObject.h"
 #include "EdGraph/EdGraphPin.h"
 #include "EdGraphSchema_K2.h"
@@ -85,7 +86,11 @@ void ReadTerminal(
 	FString Path;
 	if (Object.TryGetStringField(TEXT("SubCategoryObject"), Path))
 	{
-		SubCategoryObject = KestrelBlueprintDocument::CanBeName(Path) ? FindObject<UObject>(nullptr, *Path) : nullptr;
+		SubCategoryObject = KestrelTypeLookup::FindForCategory(Category, Path);
+	}
+	if (Category == UEdGraphSchema_K2::PC_Real && SubCategory.IsNone())
+	{
+		SubCategory = UEdGraphSchema_K2::PC_Double; // what Blueprints compute in
 	}
 }
 

@@ -1,5 +1,5 @@
-#include "Agent/BlueprintDocument.h"
 #include "Agent/KestrelBlueprintUtils.h"
+#include "Agent/TypeLookup.h"
 #include "Dom/JsonObject.h"
 #include "EdGraph/EdGraphPin.h"
 #include "EdGraphSchema_K2.h"
@@ -52,49 +52,19 @@ const TArray<FKind>& GetKinds()
 	return Kinds;
 }
 
-/** In memory, or else loaded; null when the member is missing or names nothing. */
-template <typename TypeObject>
-TypeObject* FindType(const FJsonObject& Description, const TCHAR* Field)
-{
-	FString Name;
-	if (!Description.TryGetStringField(Field, Name) || !KestrelBlueprintDocument::CanBeName(Name))
-	{
-		return nullptr;
-	}
-	TypeObject* Found = FindObject<TypeObject>(nullptr, *Name);
-	return Found || !KestrelBlueprintDocument::CanBeLoaded(Name) ? Found : LoadObject<TypeObject>(nullptr, *Name);
-}
-
-UScriptStruct* FindStruct(const FJsonObject& Description)
-{
-	FString Name;
-	Description.TryGetStringField(TEXT("StructType"), Name);
-	if (Name.Equals(TEXT("Vector"), ESearchCase::IgnoreCase))
-	{
-		return TBaseStructure<FVector>::Get();
-	}
-	if (Name.Equals(TEXT("Rotator"), ESearchCase::IgnoreCase))
-	{
-		return TBaseStructure<FRotator>::Get();
-	}
-	if (Name.Equals(TEXT("Transform"), ESearchCase::IgnoreCase))
-	{
-		return TBaseStructure<FTransform>::Get();
-	}
-	return FindType<UScriptStruct>(Description, TEXT("StructType"));
-}
-
 UObject* FindSubCategoryObject(const FJsonObject& Description, ENeeds Needs)
 {
+	FString Name;
 	switch (Needs)
 	{
 	case ENeeds::Enum:
-		return FindType<UEnum>(Description, TEXT("EnumType"));
+		return Description.TryGetStringField(TEXT("EnumType"), Name) ? KestrelTypeLookup::FindEnum(Name) : nullptr;
 	case ENeeds::Struct:
-		return FindStruct(Description);
+		return Description.TryGetStringField(TEXT("StructType"), Name) ? KestrelTypeLookup::FindStruct(Name) : nullptr;
 	case ENeeds::ObjectClass:
 	case ENeeds::Class:
-		return FindType<UClass>(Description, TEXT("PropertyClass"));
+		return Description.TryGetStringField(TEXT("PropertyClass"), Name) ? KestrelTypeLookup::FindClass(Name)
+																		  : nullptr;
 	default:
 		return nullptr;
 	}

@@ -3,6 +3,11 @@
 #include "UObject/TextProperty.h"
 #include "UObject/UnrealType.h"
 
+// Newer engines declare it in a header of its own.
+#if __has_include("UObject/StrProperty.h")
+#include "UObject/StrProperty.h"
+#endif
+
 namespace PropertyValueText
 {
 struct FFallback
@@ -19,7 +24,6 @@ const TCHAR* GetEmptyText(const FProperty& Property)
 		{ FBoolProperty::StaticClass(), TEXT("False") },
 		{ FObjectPropertyBase::StaticClass(), TEXT("None") },
 		{ FInterfaceProperty::StaticClass(), TEXT("None") },
-		{ FEnumProperty::StaticClass(), TEXT("") },
 		{ FStrProperty::StaticClass(), TEXT("") },
 		{ FNameProperty::StaticClass(), TEXT("") },
 		{ FTextProperty::StaticClass(), TEXT("") },
@@ -39,6 +43,12 @@ const TCHAR* GetEmptyText(const FProperty& Property)
 	}
 	return TEXT("Error");
 }
+
+bool IsEnum(const FProperty& Property)
+{
+	const FByteProperty* Byte = CastField<FByteProperty>(&Property);
+	return CastField<FEnumProperty>(&Property) || (Byte && Byte->Enum);
+}
 }
 
 FString FKestrelBlueprintUtils::GetPropertyValueAsString(const void* Container, const FProperty* Property)
@@ -49,6 +59,11 @@ FString FKestrelBlueprintUtils::GetPropertyValueAsString(const void* Container, 
 	}
 	FString Text;
 	const void* Value = Property->ContainerPtrToValuePtr<void>(Container);
+	if (PropertyValueText::IsEnum(*Property))
+	{
+		Property->ExportTextItem_Direct(Text, Value, nullptr, nullptr, PPF_None); // the first value has a name, too
+		return Text;
+	}
 	const bool bWritten = Property->ExportText_Direct(Text, Value, nullptr, nullptr, PPF_None);
 	return bWritten ? Text : FString(PropertyValueText::GetEmptyText(*Property));
 }

@@ -32,16 +32,13 @@ bool FKestrelTransactionLookup::Contains(const FString& ConversationId)
 		return false;
 	}
 	const int32 NewLength = Transactor->GetQueueLength();
-	const int32 NewUndoCount = Transactor->GetUndoCount();
 	const FTransaction* Last = Transactor->GetTransaction(NewLength - 1);
 	const FGuid NewLast = Last ? Last->GetId() : FGuid();
-	if (NewLength != QueueLength || NewUndoCount != UndoCount || NewLast != LastTransaction ||
-		!ConversationId.Equals(Conversation))
+	if (NewLength != QueueLength || NewLast != LastTransaction || !ConversationId.Equals(Conversation))
 	{
 		bContains = Find(GetKestrelTransactionName(ConversationId)) != INDEX_NONE;
 		Conversation = ConversationId;
 		QueueLength = NewLength;
-		UndoCount = NewUndoCount;
 		LastTransaction = NewLast;
 	}
 	return bContains;

@@ -8,7 +8,7 @@ FString GetKestrelTransactionName(const FString& ConversationId);
 
 /**
  * Whether the editor's list of transactions has one of a title. The panel asks in every frame, so the answer is kept
- * for as long as the list is the same, which its length, its position and its last entry tell.
+ * for as long as the list is the same, which its length and its last entry tell: undo alone takes nothing out of it.
  */
 class FKestrelTransactionLookup
 {
@@ -21,7 +21,6 @@ public:
 private:
 	FString Conversation;
 	int32 QueueLength = INDEX_NONE;
-	int32 UndoCount = INDEX_NONE;
 	FGuid LastTransaction;
 	bool bContains = false;
 };

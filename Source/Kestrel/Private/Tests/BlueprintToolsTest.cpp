@@ -52,6 +52,7 @@ const FRefusedCreation RefusedCreations[] = {
 	{ TEXT("a name with a dot"), TEXT("/Game"), TEXT("BP.A"), TEXT("Actor") },
 	{ TEXT("a name with a blank"), TEXT("/Game"), TEXT("BP A"), TEXT("Actor") },
 	{ TEXT("no name"), TEXT("/Game"), TEXT(""), TEXT("Actor") },
+	{ TEXT("the name that stands for none"), TEXT("/Game"), TEXT("none"), TEXT("Actor") },
 	{ TEXT("a folder of native types"), TEXT("/Script/Engine"), TEXT("BP_A"), TEXT("Actor") },
 	{ TEXT("a class that Blueprints cannot have as parent"), TEXT("/Game"), TEXT("BP_A"), TEXT("Blueprint") },
 };
@@ -134,6 +135,24 @@ void FKestrelBlueprintToolsSpec::Define()
 			FString::ChrN(3000, u'p'), FString::ChrN(3000, u'n'), FString::ChrN(3000, u'c')); // too long for a name
 	});
 
+	It("create no Blueprint that the file system could not hold", [this]() {
+		const FKestrelTestContent Content;
+		const FString Longest = FString::ChrN(248, u'n'); // with ".uasset" 255 bytes
+		const auto Create = [](const FString& Path, const FString& Name) {
+			return FUtils::CreateBlueprintAsset(Path, Name, TEXT("Actor")).Left(7);
+		};
+		KestrelTest::TestSameText(*this, TEXT("too long"), Create(Content.Path, Longest + TEXT("n")), TEXT("Error: "));
+		KestrelTest::TestSameText(
+			*this, TEXT("too long in its bytes"), Create(Content.Path, FString::ChrN(83, u'\u4E2D')), TEXT("Error: "));
+		KestrelTest::TestSameText(*this, TEXT("folder too long"),
+			Create(Content.Path / FString::ChrN(256, u'f'), TEXT("BP_A")), TEXT("Error: "));
+		TestFalse(TEXT("something left"), FPaths::DirectoryExists(FPaths::GetPath(Content.GetFile(TEXT("A")))));
+		KestrelTest::TestSameText(*this, TEXT("as long as can be"), Create(Content.Path, Longest), TEXT("Success"));
+		KestrelTest::TestSameText(*this, TEXT("and saved"),
+			GetMember(FUtils::SaveBlueprint(FUtils::GetBlueprintFromtBlueprintName(Longest)), TEXT("Error")),
+			FString());
+	});
+
 	It("read the sections that are asked for", [this]() {
 		const FKestrelTestContent Content;
 		UBlueprint* Blueprint = Content.CreateBlueprint(TEXT("BP_Sections"));
@@ -183,22 +202,26 @@ void FKestrelBlueprintToolsSpec::Define()
 				KestrelJson::ToCondensedText(Each.ToSharedRef()));
 		}
 		const auto Test = [&](const TCHAR* Name, const TCHAR* Rest) {
-			KestrelTest::TestSameText(*this, Name, Found.FindRef(Name),
-				FString::Printf(TEXT("{\"BlueprintPath\":\"%s/%s.%s\",%s}"), *Content.Path, Name, Name,
+			const FString Expected =
+				FString::Printf(TEXT("{\"BlueprintPath\":\"%s/%s.%s\",%s"), *Content.Path, Name, Name,
 					*FString(Rest)
 						 .Replace(TEXT("'"), TEXT("\""))
-						 .Replace(TEXT("%s"), *FString::Printf(TEXT("'%s'"), Name))));
+						 .Replace(TEXT("%s"), *FString::Printf(TEXT("'%s'"), Name)));
+			// What is said in the engine's words follows.
+			KestrelTest::TestSameText(*this, Name, Found.FindRef(Name).Left(Expected.Len()), Expected);
 		};
 		Test(TEXT("BP_Good"),
 			TEXT(
 				"'SaveResult':'Blueprint %s saved successfully.','CompileResult':'Blueprint %s compiled successfully.'"));
 		Test(TEXT("BP_Warning"),
-			TEXT("'SaveResult':'Blueprint %s saved successfully.','CompileError':'Failed to compile Blueprint %s.'"));
+			TEXT("'SaveResult':'Blueprint %s saved successfully.','CompileError':'Failed to compile Blueprint %s.',"
+				 "'CompileWarnings'"));
 		Test(TEXT("BP_Broken"),
-			TEXT("'SaveResult':'Blueprint %s saved successfully.','CompileError':'Failed to compile Blueprint %s.'"));
+			TEXT("'SaveResult':'Blueprint %s saved successfully.','CompileError':'Failed to compile Blueprint %s.',"
+				 "'CompileErrors'"));
 		Test(TEXT("BP_ReadOnly"),
 			TEXT("'SaveError':'Failed to save Blueprint asset: BP_ReadOnly','CompileResult':'Blueprint %s compiled "
-				 "successfully.'"));
+				 "successfully.','Reason'"));
 		KestrelTest::TestSameText(*this, TEXT("outcome"), GetMember(Result, TEXT("Error")),
 			TEXT("Some Blueprints failed to save or compile."));
 		TestTrue(TEXT("what could not be saved stays dirty"), ReadOnly->GetOutermost()->IsDirty());

@@ -27,7 +27,7 @@ FString Json(const TCHAR* Text)
 	return FString(Text).Replace(TEXT("'"), TEXT("\""));
 }
 
-/** What became of each variable, and the status, a line each. */
+/** What became of each variable, and the status, a line each. What the result says beyond that is not looked at. */
 FString Modify(const UBlueprint& Blueprint, const TCHAR* Request)
 {
 	const TSharedPtr<FJsonObject> Result =
@@ -43,7 +43,10 @@ FString Modify(const UBlueprint& Blueprint, const TCHAR* Request)
 		}
 		for (const TSharedPtr<FJsonValue>& Message : *Messages)
 		{
-			Lines.Add(Message->AsString());
+			if (Message->Type == EJson::String)
+			{
+				Lines.Add(Message->AsString());
+			}
 		}
 	}
 	return FString::Join(Lines, TEXT("\n"));
@@ -154,7 +157,7 @@ const FRefusal Refusals[] = {
 	{ TEXT("'A':{'Type':'int'}"), TEXT("Invalid variable type for variable: A") },
 	{ TEXT("'A':{'Type':{'Category':'number'}}"), TEXT("Invalid variable type for variable: A") },
 	{ TEXT("'A':{'Type':{'Category':'exec'}}"), TEXT("Invalid variable type for variable: A") },
-	{ TEXT("'A':{'Type':{'Category':'real'}}"), TEXT("Invalid variable type for variable: A") },
+	{ TEXT("'A':{'Type':{'Category':'real','SubCategory':'half'}}"), TEXT("Invalid variable type for variable: A") },
 	{ TEXT("'A':{'Type':{'Category':'struct','SubCategoryObject':'/Script/Engine.Actor'}}"),
 		TEXT("Invalid variable type for variable: A") },
 	{ TEXT("'A':{'Type':{'Category':'object','SubCategoryObject':'/Game/No.No'}}"),
@@ -300,6 +303,22 @@ void FKestrelBlueprintVariablesSpec::Define()
 		Content.Unload();
 		Parent = FUtils::GetBlueprintFromtBlueprintName(TEXT("BP_Parent"));
 		KestrelTest::TestSameText(*this, TEXT("reopened"), GetDefault(*Parent, TEXT("Speed")), TEXT("7.500000"));
+	});
+
+	It("keep the value that the user gave them when their entry is rejected", [this]() {
+		const FKestrelTestContent Content;
+		UBlueprint* Blueprint = Content.CreateBlueprint(TEXT("BP_Kept"));
+		Modify(*Blueprint, TEXT("{'Variables':{'Health':{'Type':{'Category':'int'},'Value':100}}}"));
+		// As the details panel does it: the description keeps what the variable started with.
+		FBlueprintEditorUtils::PropertyValueFromString(Blueprint->GeneratedClass->FindPropertyByName(TEXT("Health")),
+			TEXT("42"), reinterpret_cast<uint8*>(Blueprint->GeneratedClass->GetDefaultObject()));
+		Modify(*Blueprint, TEXT("{'Variables':{'Health':{'Type':{'Category':'number'},'Value':7},"
+								"'Speed':{'Type':{'Category':'int'}}}}"));
+		KestrelTest::TestSameText(*this, TEXT("unknown type"), GetDefault(*Blueprint, TEXT("Health")), TEXT("42"));
+		Modify(*Blueprint, TEXT("{'Variables':{'Health':{'Value':'seven'}}}"));
+		KestrelTest::TestSameText(*this, TEXT("no number"), GetDefault(*Blueprint, TEXT("Health")), TEXT("42"));
+		KestrelTest::TestSameText(
+			*this, TEXT("description"), Find(*Blueprint, TEXT("Health"))->DefaultValue, TEXT("100"));
 	});
 
 	It("are told apart in documents of any size, depth and order", [this]() {

@@ -83,6 +83,19 @@ const FCase EntryCases[] = {
 	{ TEXT("{'Type':{'Category':'struct','SubCategoryObject':'/Script/CoreUObject.Vector'}}"),
 		TEXT("'Category':'struct','SubCategory':'','SubCategoryObject':'/Script/CoreUObject.Vector','Container':'None',"
 			 "'Flags':[]") },
+	{ TEXT("{'Type':{'Category':'struct','SubCategoryObject':'linearcolor'}}"),
+		TEXT("'Category':'struct','SubCategory':'','SubCategoryObject':'/Script/CoreUObject.LinearColor','Container':"
+			 "'None','Flags':[]") },
+	{ TEXT("{'Type':{'Category':'class','SubCategoryObject':'Actor'}}"),
+		TEXT("'Category':'class','SubCategory':'','SubCategoryObject':'/Script/Engine.Actor','Container':'None',"
+			 "'Flags':[]") },
+	{ TEXT("{'Type':{'Category':'byte','SubCategoryObject':'EAttachmentRule'}}"),
+		TEXT("'Category':'byte','SubCategory':'','SubCategoryObject':'/Script/Engine.EAttachmentRule','Container':"
+			 "'None','Flags':[]") },
+	{ TEXT("{'Type':{'Category':'name','Container':'Map','ValueType':{'Category':'real'}}}"),
+		TEXT(
+			"'Category':'name','SubCategory':'','Container':'Map','ValueType':{'Category':'real','SubCategory':'double'},"
+			"'Flags':[]") },
 	{ TEXT("{'Type':'int'}"), TEXT("'Category':'','SubCategory':'','Container':'None','Flags':[]") },
 };
 
@@ -111,7 +124,13 @@ const FCase DescriptionCases[] = {
 		KESTREL_OBJECT("struct", "/Script/CoreUObject.Transform") },
 	{ TEXT("{'Type':'StructProperty','StructType':'/Script/CoreUObject.LinearColor'}"),
 		KESTREL_OBJECT("struct", "/Script/CoreUObject.LinearColor") },
+	{ TEXT("{'Type':'StructProperty','StructType':'LinearColor'}"),
+		KESTREL_OBJECT("struct", "/Script/CoreUObject.LinearColor") },
 	{ TEXT("{'Type':'StructProperty','StructType':'NoSuch'}"), KESTREL_PLAIN("struct", "") },
+	{ TEXT("{'Type':'StructProperty','StructType':'Actor'}"), KESTREL_PLAIN("struct", "") },
+	{ TEXT("{'Type':'ObjectProperty','PropertyClass':'Actor'}"), KESTREL_OBJECT("object", "/Script/Engine.Actor") },
+	{ TEXT("{'Type':'EnumProperty','EnumType':'EAttachmentRule'}"),
+		KESTREL_OBJECT("byte", "/Script/Engine.EAttachmentRule") },
 	{ TEXT("{'Type':'ObjectProperty','PropertyClass':'/Script/Engine.Actor'}"),
 		KESTREL_OBJECT("object", "/Script/Engine.Actor") },
 	{ TEXT("{'Type':'ObjectProperty','PropertyClass':'/Script/CoreUObject.Interface'}"),
