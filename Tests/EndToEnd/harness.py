@@ -55,7 +55,7 @@ class EndToEndTest(unittest.TestCase):
 
     def start_service(self, *arguments):
         """A service with a key, stopped when the test ends."""
-        service = LocalService(PRESET, os.path.join(self.scratch, "Service"), ["--api-key", API_KEY, *arguments])
+        service = LocalService(PRESET, os.path.join(self.scratch, "Service"), arguments, API_KEY)
         service.__enter__()
         self.addCleanup(service.stop)
         return service

@@ -23,6 +23,18 @@ std::string ToNative(const TCHAR* Path)
 	return std::string(Native.Get(), static_cast<size_t>(Native.Length()));
 }
 
+/** With a slash behind its name, a link would be followed. */
+FString WithoutSlashBehind(const TCHAR* InPath)
+{
+	FString Path = InPath;
+	FPaths::NormalizeFilename(Path);
+	while (Path.Len() > 1 && Path.EndsWith(TEXT("/")))
+	{
+		Path.LeftChopInline(1);
+	}
+	return Path;
+}
+
 bool Stat(const TCHAR* Path, struct stat& Out)
 {
 	return *Path && ::stat(ToNative(Path).c_str(), &Out) == 0;
@@ -148,8 +160,7 @@ public:
 		struct stat Info
 		{
 		};
-		FString Path = Filename;
-		FPaths::NormalizeDirectoryName(Path);
+		const FString Path = WithoutSlashBehind(Filename);
 		const bool bLink = !Path.IsEmpty() && ::lstat(ToNative(*Path).c_str(), &Info) == 0 && S_ISLNK(Info.st_mode);
 		return bLink ? ESymlinkResult::Symlink : ESymlinkResult::NonSymlink;
 	}
@@ -315,9 +326,7 @@ bool IPlatformFile::CreateDirectoryTree(const TCHAR* Directory)
 
 bool IPlatformFile::DeleteDirectoryRecursively(const TCHAR* Directory)
 {
-	// With a slash behind it, a link would be followed.
-	FString Path = Directory;
-	FPaths::NormalizeDirectoryName(Path);
+	const FString Path = PlatformFile::WithoutSlashBehind(Directory);
 	if (IsSymlink(*Path) == ESymlinkResult::Symlink)
 	{
 		return DeleteFile(*Path);
