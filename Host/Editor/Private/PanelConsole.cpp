@@ -109,7 +109,9 @@ void FPanelConsole::Collect(const TSharedRef<IAccessibleWidget>& Widget, FView& 
 		bReadOnly ? void(View.Texts.Add(Widget)) : void(View.PromptBox = Widget);
 		return;
 	}
-	for (int32 Index = 0; Index < Widget->GetNumberOfChildren(); ++Index)
+	// Asked for once: counting looks at all of them.
+	const int32 NumChildren = Widget->GetNumberOfChildren();
+	for (int32 Index = 0; Index < NumChildren; ++Index)
 	{
 		Collect(Widget->GetChildAt(Index).ToSharedRef(), View);
 	}

@@ -130,14 +130,22 @@ TSharedPtr<IAccessibleWidget> FSlateAccessibleWidget::GetParent()
 
 TSharedPtr<IAccessibleWidget> FSlateAccessibleWidget::GetChildAt(int32 Index)
 {
-	const TArray<TSharedRef<SWidget>> Children = Accessibility::CollectChildren(Widget.Pin());
-	return Children.IsValidIndex(Index) ? TSharedPtr<IAccessibleWidget>(Children[Index]->CreateAccessibleWidget())
-										: nullptr;
+	if (!CountedChildren.IsValidIndex(Index))
+	{
+		GetNumberOfChildren();
+	}
+	const TSharedPtr<SWidget> Child = CountedChildren.IsValidIndex(Index) ? CountedChildren[Index].Pin() : nullptr;
+	return Child ? TSharedPtr<IAccessibleWidget>(Child->CreateAccessibleWidget()) : nullptr;
 }
 
 int32 FSlateAccessibleWidget::GetNumberOfChildren()
 {
-	return Accessibility::CollectChildren(Widget.Pin()).Num();
+	CountedChildren.Empty();
+	for (const TSharedRef<SWidget>& Child : Accessibility::CollectChildren(Widget.Pin()))
+	{
+		CountedChildren.Add(Child);
+	}
+	return CountedChildren.Num();
 }
 
 FString FSlateAccessibleWidget::GetClassName() const

@@ -5,7 +5,10 @@
 
 class SWidget;
 
-/** A widget's place in the accessible tree. It holds the widget weakly and asks it anew each time. */
+/**
+ * A widget's place in the accessible tree. It holds the widget weakly and asks it again each time, except for the
+ * children: GetChildAt gives them as they were when they were counted last, so that a walk costs what they are many.
+ */
 class FSlateAccessibleWidget : public IAccessibleWidget
 {
 public:
@@ -33,6 +36,7 @@ protected:
 private:
 	const EAccessibleWidgetType WidgetType;
 	const AccessibleWidgetId Id;
+	TArray<TWeakPtr<SWidget>> CountedChildren;
 };
 
 /** The way into the accessible tree, usually from a window. */
