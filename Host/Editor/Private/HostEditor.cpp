@@ -195,11 +195,19 @@ bool FHostEditor::StartSlate()
 		return true;
 	}
 	Display = FHostDisplay::Open();
+	if (!Display && Console.IsWanted())
+	{
+		std::printf("There is no screen to open a window on, so the editor is shown in this terminal.\n");
+		std::fflush(stdout);
+		FSlateApplication::Create();
+		return true;
+	}
 	if (!Display)
 	{
 		std::fprintf(stderr, "There is no screen to open a window on.\n");
 		return false;
 	}
+	Console.GiveWayToWindow();
 	FSlateApplication::Create(Display->GetPlatformApplication());
 	FSlateApplication::Get().InitializeRenderer(GetStandardStandaloneRenderer());
 	return true;

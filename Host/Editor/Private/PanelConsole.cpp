@@ -73,7 +73,6 @@ FPanelConsole::FPanelConsole()
 	if (FParse::Value(FCommandLine::Get(), TEXT("-Console="), Name))
 	{
 		TabName = FName(*Name);
-		std::signal(SIGINT, &PanelConsole::OnInterrupt);
 	}
 }
 
@@ -82,6 +81,7 @@ FPanelConsole::~FPanelConsole() = default;
 bool FPanelConsole::Start()
 {
 	Tab = FGlobalTabmanager::Get()->TryInvokeTab(TabName);
+	std::signal(SIGINT, &PanelConsole::OnInterrupt);
 	if (!Tab)
 	{
 		std::fprintf(stderr, "There is no tab '%s' in this editor.\n", TCHAR_TO_UTF8(*TabName.ToString()));

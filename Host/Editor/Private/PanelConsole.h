@@ -26,6 +26,8 @@ public:
 	UE_NONCOPYABLE(FPanelConsole)
 
 	bool IsWanted() const { return !TabName.IsNone(); }
+	/** A console that was meant for the case that there is no screen is not wanted any more. */
+	void GiveWayToWindow() { TabName = FName(); }
 	/** Opens the tab. False when there is no such tab. */
 	bool Start();
 	/** One frame. */
