@@ -359,6 +359,7 @@ bool FPanelConsole::HandleInterrupts(const FView& View)
 
 void FPanelConsole::Send(const FView& View, const FString& Prompt)
 {
+	Failures.Restart();
 	View.PromptBox->AsProperty()->SetValue(Prompt);
 	View.PromptBox->SetFocus();
 	FSlateApplication& Slate = FSlateApplication::Get();
@@ -382,6 +383,7 @@ void FPanelConsole::RunScript(const FView& View)
 			Phase = EPhase::Sent;
 			break;
 		}
+		ExitCode = Failures.HasFailed() ? 1 : 0;
 		Press(View, PanelConsole::EndButton);
 		Phase = EPhase::Ending;
 		break;
@@ -429,6 +431,7 @@ void FPanelConsole::ApproveInScript(const FView& View)
 			Lines.RemoveAt(0);
 		}
 		bAskedForApproval = false;
+		Failures.Restart();
 		Press(View, PanelConsole::ApproveButton);
 		Phase = EPhase::Sent;
 		return;

@@ -2,6 +2,7 @@
 #include "Agent/FileUtils.h"
 #include "Agent/ToolInput.h"
 #include "Dom/JsonObject.h"
+#include "KestrelLog.h"
 #include "Widget/KestrelInterface.h"
 
 /** A tool as the service names it. */
@@ -32,6 +33,8 @@ void KestrelTools::ShowStatus(const TCHAR* Text)
 
 namespace AgentTools
 {
+constexpr int32 LoggedLength = 200; // characters of a failed tool's result
+
 /** A block without an id or name is handled like one whose id or name is empty. */
 FString GetString(const TSharedPtr<FJsonObject>& Block, const TCHAR* Field)
 {
@@ -54,6 +57,7 @@ void FAgent::AddToolResult(const FString& ToolUseId, const FString& Content, boo
 {
 	const TSharedRef<FJsonObject> Result = AgentTools::MakeResult(ToolUseId, Content);
 	Result->SetBoolField(TEXT("is_error"), bIsError);
+	UE_CLOG(bIsError, LogKestrel, Warning, TEXT("A tool failed: %s"), *Content.Left(AgentTools::LoggedLength));
 	AddToolResult(Result);
 }
 
