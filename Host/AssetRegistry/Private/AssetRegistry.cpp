@@ -1,5 +1,6 @@
 #include "AssetRegistry.h"
 
+#include "AssetRegistry/HostForeignPackages.h"
 #include "GenericPlatform/GenericPlatformFile.h"
 #include "HAL/FileManager.h"
 #include "HAL/PlatformFileManager.h"
@@ -123,6 +124,10 @@ FAssetRegistry::FAssetRegistry()
 
 FAssetRegistry::~FAssetRegistry()
 {
+	for (const FName Name : FHostForeignPackages::Get().GetNames().Array())
+	{
+		FHostForeignPackages::Get().Set(Name, false);
+	}
 	UPackage::PackageSavedWithContextEvent.Remove(SavedHandle);
 	FTSTicker::RemoveTicker(Ticker);
 }
@@ -139,6 +144,7 @@ bool FAssetRegistry::ScanSome(float)
 	}
 	Files.Empty();
 	NextFile = 0;
+	ReportForeignPackages();
 	FilesLoaded.Broadcast();
 	return false;
 }
@@ -183,11 +189,29 @@ void FAssetRegistry::ScanFile(const FString& FileName)
 			}
 		}
 	}
-	else
-	{
-		UE_LOG(LogAssetRegistry, Warning, TEXT("%s"), *FPackageHeader::GetMessage(Result, FileName));
-	}
+	Entry.bForeign = Result == FPackageHeader::EResult::Binary;
+	UE_CLOG(Result == FPackageHeader::EResult::Unreadable, LogAssetRegistry, Warning, TEXT("%s"),
+		*FPackageHeader::GetMessage(Result, FileName));
 	SetOnDisk(FName(*PackageName), &Entry);
+}
+
+void FAssetRegistry::ReportForeignPackages()
+{
+	constexpr int32 MostNamed = 3;
+	if (UnreportedForeign.IsEmpty())
+	{
+		return;
+	}
+	TArray<FString> Named;
+	for (int32 Index = 0; Index < FMath::Min(UnreportedForeign.Num(), MostNamed); ++Index)
+	{
+		Named.Add(UnreportedForeign[Index].ToString());
+	}
+	const int32 NumOthers = UnreportedForeign.Num() - Named.Num();
+	UE_LOG(LogAssetRegistry, Warning, TEXT("Packages saved by Unreal Editor, which cannot be read here: %d (%s%s)"),
+		UnreportedForeign.Num(), *FString::Join(Named, TEXT(", ")),
+		*(NumOthers > 0 ? FString::Printf(TEXT(" and %d more"), NumOthers) : FString()));
+	UnreportedForeign.Empty();
 }
 
 bool FAssetRegistry::HasChanged(const FString& FileName, FName PackageName) const
@@ -200,6 +224,11 @@ bool FAssetRegistry::HasChanged(const FString& FileName, FName PackageName) cons
 
 void FAssetRegistry::SetOnDisk(FName PackageName, FPackageEntry* Entry)
 {
+	const bool bForeign = Entry && Entry->bForeign;
+	if (FHostForeignPackages::Get().Set(PackageName, bForeign) && bForeign)
+	{
+		UnreportedForeign.Add(PackageName);
+	}
 	FPackageEntry Old;
 	if (FPackageEntry* const Known = Packages.Find(PackageName))
 	{
@@ -266,6 +295,7 @@ void FAssetRegistry::ScanFilesSynchronous(const TArray<FString>& InFilePaths, bo
 			ScanFile(FileName);
 		}
 	}
+	ReportForeignPackages();
 }
 
 void FAssetRegistry::ScanPathsSynchronous(const TArray<FString>& InPaths, bool bForceRescan)
@@ -308,6 +338,7 @@ void FAssetRegistry::ScanPathsSynchronous(const TArray<FString>& InPaths, bool b
 	{
 		SetOnDisk(Name, nullptr);
 	}
+	ReportForeignPackages();
 }
 
 void FAssetRegistry::OnPackageSaved(const FString& FileName, UPackage*, FObjectPostSaveContext)

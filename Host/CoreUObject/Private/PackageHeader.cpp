@@ -237,7 +237,7 @@ FString FPackageHeader::GetMessage(EResult Result, const FString& FileName)
 		return FString();
 	case EResult::Binary:
 		return FString::Printf(
-			TEXT("%s was written by the real engine. It cannot be read here and is left alone."), *FileName);
+			TEXT("%s was saved by Unreal Editor and cannot be read here. It is left alone."), *FileName);
 	case EResult::Unreadable:
 		break;
 	}
