@@ -29,6 +29,13 @@ class LocalService:
         self.authority = ""
 
     def __enter__(self):
+        try:
+            self.start()
+        except OSError as error:
+            raise steps.StepFailed(f"The service cannot be started in {self.state_folder}: {error}") from error
+        return self.wait_until_ready()
+
+    def start(self):
         os.makedirs(self.state_folder, exist_ok=True)
         if os.path.exists(self.ready_file):
             os.remove(self.ready_file)
@@ -37,6 +44,8 @@ class LocalService:
             self.process = subprocess.Popen(self.command, env=self.env, stdin=subprocess.DEVNULL, stdout=log,
                                             stderr=subprocess.STDOUT, start_new_session=True,
                                             preexec_fn=steps.end_with_parent)
+
+    def wait_until_ready(self):
         deadline = time.monotonic() + START_SECONDS
         while not os.path.exists(self.ready_file):
             if self.process.poll() is not None or time.monotonic() > deadline:

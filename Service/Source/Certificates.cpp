@@ -163,7 +163,7 @@ CertificateFiles PrepareCertificates(const std::string& Folder, const std::vecto
 	std::filesystem::create_directories(Folder, Problem);
 	if (Problem)
 	{
-		throw std::runtime_error("The state folder cannot be made: " + Folder + ": " + Problem.message());
+		throw std::runtime_error("The state folder cannot be created: " + Folder + ": " + Problem.message());
 	}
 	const CertificateFiles Files{ Folder + "/authority.pem", Folder + "/server.pem", Folder + "/server-key.pem" };
 	const Authority Signer = LoadOrMakeAuthority(Folder + "/authority-key.pem", Files.Authority);

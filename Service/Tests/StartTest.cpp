@@ -87,7 +87,7 @@ TEST(StartTest, AStateFolderThatCannotBeWrittenIsReportedAndKeepsWhatItHas)
 	const TestFolder Folder;
 	Folder.Write("file", "");
 	const std::string NoFolder = ErrorOf([&Folder] { PrepareCertificates(Folder.Path + "/file", {}); });
-	EXPECT_NE(NoFolder.find("The state folder cannot be made"), std::string::npos) << NoFolder;
+	EXPECT_NE(NoFolder.find("The state folder cannot be created"), std::string::npos) << NoFolder;
 	EXPECT_NE(NoFolder.find("/file"), std::string::npos) << NoFolder;
 
 	const std::string State = Folder.Path + "/state";

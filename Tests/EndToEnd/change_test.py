@@ -129,7 +129,7 @@ class ChangeTest(CodeProjectTest):
                          [" M Config/Windows.ini", "A  Docs/Plan.md", "D  Source/Moor/Walker.h"], run)
         self.assertEqual(self.files_of_project("Config")["Config/Windows.ini"].decode(), "[Größe]\r\nA=2\n")
 
-    def test_a_project_that_does_not_compile_opens_and_is_mended(self):
+    def test_a_project_that_does_not_compile_opens_and_is_fixed(self):
         service = self.start_service()
         self.use_service(service.port, service.authority)
         self.write("Source/Moor/Lantern.h", LANTERN.replace("0.5f;", "0.5f"))

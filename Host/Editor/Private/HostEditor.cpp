@@ -161,7 +161,7 @@ bool FHostEditor::LoadModules()
 		MainWindow.RestoreTabs();
 	}
 	UE_CLOG(!bAllLoaded, LogHostEditor, Error,
-		TEXT("The project opens without some of its C++ modules, which cannot be loaded. Mend them and compile."));
+		TEXT("The project opens without some of its C++ modules, which cannot be loaded. Fix them and compile."));
 	bInitialized = true;
 	return true;
 }

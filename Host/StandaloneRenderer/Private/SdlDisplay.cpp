@@ -142,7 +142,7 @@ private:
 
 /**
  * Whether a screen can be opened within a few seconds. A server that takes the connection and then says nothing would
- * hold SDL up for ever, so a process of its own tries first.
+ * block SDL forever, so a child process tries first.
  */
 bool DoesScreenAnswer()
 {

@@ -7,7 +7,7 @@ class SWidget;
 
 /**
  * A widget's place in the accessible tree. It holds the widget weakly and asks it again each time, except for the
- * children: GetChildAt gives them as they were when they were counted last, so that a walk costs what they are many.
+ * children: GetChildAt returns them as they were when they were counted last, so that a walk takes linear time.
  */
 class FSlateAccessibleWidget : public IAccessibleWidget
 {
