@@ -130,22 +130,22 @@ TSharedPtr<IAccessibleWidget> FSlateAccessibleWidget::GetParent()
 
 TSharedPtr<IAccessibleWidget> FSlateAccessibleWidget::GetChildAt(int32 Index)
 {
-	if (!CountedChildren.IsValidIndex(Index))
+	if (Index != NextInWalk || !Walked.IsValidIndex(Index) || !Walked[Index].IsValid())
 	{
-		GetNumberOfChildren();
+		Walked.Empty();
+		for (const TSharedRef<SWidget>& Child : Accessibility::CollectChildren(Widget.Pin()))
+		{
+			Walked.Add(Child);
+		}
 	}
-	const TSharedPtr<SWidget> Child = CountedChildren.IsValidIndex(Index) ? CountedChildren[Index].Pin() : nullptr;
+	NextInWalk = Index + 1;
+	const TSharedPtr<SWidget> Child = Walked.IsValidIndex(Index) ? Walked[Index].Pin() : nullptr;
 	return Child ? TSharedPtr<IAccessibleWidget>(Child->CreateAccessibleWidget()) : nullptr;
 }
 
 int32 FSlateAccessibleWidget::GetNumberOfChildren()
 {
-	CountedChildren.Empty();
-	for (const TSharedRef<SWidget>& Child : Accessibility::CollectChildren(Widget.Pin()))
-	{
-		CountedChildren.Add(Child);
-	}
-	return CountedChildren.Num();
+	return Accessibility::CollectChildren(Widget.Pin()).Num();
 }
 
 FString FSlateAccessibleWidget::GetClassName() const

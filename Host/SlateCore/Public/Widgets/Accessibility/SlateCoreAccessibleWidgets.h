@@ -6,8 +6,8 @@
 class SWidget;
 
 /**
- * A widget's place in the accessible tree. It holds the widget weakly and asks it again each time, except for the
- * children: GetChildAt returns them as they were when they were counted last, so that a walk takes linear time.
+ * A widget's place in the accessible tree. It holds the widget weakly and asks it again each time, except in a walk:
+ * children asked for one after the other are those of the walk's start, so that it takes linear time.
  */
 class FSlateAccessibleWidget : public IAccessibleWidget
 {
@@ -36,7 +36,8 @@ protected:
 private:
 	const EAccessibleWidgetType WidgetType;
 	const AccessibleWidgetId Id;
-	TArray<TWeakPtr<SWidget>> CountedChildren;
+	TArray<TWeakPtr<SWidget>> Walked;
+	int32 NextInWalk = INDEX_NONE;
 };
 
 /** The way into the accessible tree, usually from a window. */
