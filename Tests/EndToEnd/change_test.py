@@ -141,6 +141,30 @@ class ChangeTest(CodeProjectTest):
         self.assertEqual(run.code, 0, run)
         self.assertEqual(self.git("status", "--porcelain"), "", run)
 
+    def test_a_project_that_does_not_compile_opens_and_is_fixed(self):
+        service = self.start_service()
+        self.use_service(service.port, service.authority)
+        self.write("Source/Moor/Lantern.h", LANTERN.replace("0.5f;", "0.5f"))
+        prompts = ["compile", 'replace "0.5f" with "0.5f;" in Source/Moor/Lantern.h', "compile",
+                   "run python: import unreal; print('Brightness', unreal.Lantern.get_default_object()"
+                   ".get_editor_property('brightness'))"]
+        run = self.run_editor(*(f"-Prompt={prompt}" for prompt in prompts), "-Approve")
+        self.assertIn("The project opens without its C++ modules, because they cannot be built:", run.errors)
+        self.assertRegex(run.errors, r"Source/Moor/Lantern\.h:?\(?\d+.*error: ", run)
+        self.assert_in_order(
+            run, "Compilation failed, processing error...", "Lantern.h", "error:", "with 1 replacements",
+            "Compilation successful!", "Brightness 0.5")
+
+    def test_a_project_for_engine_modules_that_are_not_here_tells_so_at_each_compile(self):
+        service = self.start_service()
+        self.use_service(service.port, service.authority)
+        rules = os.path.join(self.project, "Source", "Moor", "Moor.Build.cs")
+        with open(rules, encoding="utf-8") as file:
+            self.write("Source/Moor/Moor.Build.cs", file.read().replace('"CoreUObject"', '"CoreUObject", "Niagara"'))
+        run = self.run_editor("-Prompt=compile", "-Approve")
+        self.assertIn("engine modules that this editor does not have: Niagara", run.errors)
+        self.assert_in_order(run, "Compilation failed", "engine modules that this editor does not have: Niagara")
+
     def write_script(self, name, *turns):
         with open(os.path.join(self.scratch, name), "w", encoding="utf-8") as script:
             json.dump({"turns": turns}, script)
