@@ -46,6 +46,11 @@ function(unreal_module module plugin_folder)
 
   # A header that includes a generated header without need, or needs one that it does not include, is for HeaderTool to
   # reject.
+  # For other plugins' modules that list this one.
+  set_target_properties(${module} PROPERTIES
+    INTERFACE_OWN_INCLUDES "${folder}/Public;${CMAKE_BINARY_DIR}/Generated/${module}"
+    INTERFACE_OWN_DEFINITIONS ${upper_module}_API=)
+
   set(reflected)
   foreach(header ${headers})
     file(STRINGS ${header} reflected_lines REGEX "^#include \".*\\.generated\\.h\"|^[ \t]*U(CLASS|STRUCT|ENUM|INTERFACE)\\(")

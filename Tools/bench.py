@@ -95,6 +95,30 @@ class ReplaceText:
         subprocess.run(["sed", "-i", f"s/{old}/{new}/g", os.path.join(folder, "Peer.txt")], check=True)
 
 
+class PlanEdits:
+    """What twenty replacements in files of 1 MB would do, against `sed` printing all twenty results."""
+
+    test = "PlanEdits"
+    peer = "sed s///g to the standard output"
+    aim = 4.0
+    seconds_aim = 0.1
+    num_files = 20
+    bytes_per_file = 1_000_000
+
+    def make(self, folder):
+        os.makedirs(os.path.join(folder, "Source"))
+        line = "\tconst float Damage = GetWorld()->TakeDamage(Component, Character, 42.0f); // as agreed\n"
+        count = self.bytes_per_file // len(line)
+        lines = [line.replace("Damage", "HealthPoints", 1) if number % 100 == 0 else line for number in range(count)]
+        for number in range(self.num_files):
+            with open(os.path.join(folder, "Source", f"File{number}.cpp"), "w", encoding="utf-8") as file:
+                file.write("".join(lines))
+
+    def run_peer(self, folder, _run, output):
+        files = [os.path.join(folder, "Source", f"File{number}.cpp") for number in range(self.num_files)]
+        subprocess.run(["sed", "s/HealthPoints/LifeEnergy/g", *files], stdout=output, check=True)
+
+
 class CompareLines:
     """Two texts of 20,000 lines compared line by line, against git's smallest difference."""
 
@@ -282,7 +306,7 @@ def a_tenth_changed(dice, count):
 BENCHES = [
     ReadBlueprint(), ReadBlueprintText(), LookUpBlueprint(), ScanContent(),
     FindInFiles(), FindInMemory(), ModifyBlueprint(), UndoModification(),
-    FirstRequest(), FindReference(), ReplaceText(),
+    FirstRequest(), FindReference(), ReplaceText(), PlanEdits(),
     CompareLines("drawn from 50 lines", 0.25, drawn_from(50)),
     CompareLines("drawn from 2,000 lines", 0.1, drawn_from(2000)),
     CompareLines("10 % changed", 4.0, a_tenth_changed),

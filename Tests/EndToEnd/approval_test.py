@@ -153,7 +153,7 @@ class MarkedPlacesTest(EndToEndTest):
             self.write("Source/Moor/Walker.h", "12 12")
 
         run = harness.type_when(self.editor_command(), ("[ Kestrel ]", "begin"), (shown, change_and_approve),
-                                (shown, "y"), ("2 replacements", "y"), ("Thank you.", "/quit"))
+                                (shown, "y"), ("2 replacements\nApprove? y", "y"), ("Thank you.", "/quit"))
         self.assert_in_order(run, shown, "A file has changed since its change was shown.",
                              "Change Source/Moor/Walker.h: 2 replacements", "Updating File Content...")
         self.assertEqual(self.files_of_project("Source")["Source/Moor/Walker.h"], b"13 13")
@@ -165,6 +165,15 @@ class MarkedPlacesTest(EndToEndTest):
         self.assertIn("Create Source/a\\u202Eh.txt\\u001B[31m\\nDelete nothing", run.output)
         self.assertNotIn("\x1b[31m", run.output)
         self.assertNotIn("\u202e", run.output)
+
+    def test_a_redirect_takes_the_key_nowhere(self):
+        talk = Talk(self)
+        other = RecordingServer(os.path.join(self.scratch, "Service"), [])
+        self.addCleanup(other.socket.close)
+        talk.server.head = f"HTTP/1.1 307 Temporary Redirect\r\nLocation: https://localhost:{other.port}/v1/command"
+        run = self.run_editor("-Prompt=begin")
+        self.assert_in_order(run, "points to another address. Its reply was dropped", "Request Failed")
+        self.assertEqual((len(talk.server.requests), other.requests), (1, []), run)
 
     def test_a_pipe_does_not_stop_the_editor(self):
         os.mkfifo(os.path.join(self.project, "Source", "pipe.h"))

@@ -34,6 +34,7 @@ class RecordingServer:
 
     def __init__(self, service_state, status_replies):
         self.requests = []
+        self.head = "HTTP/1.1 200 OK"
         self.status_replies = list(status_replies)
         self.num_commands = 0
         context = ssl.SSLContext(ssl.PROTOCOL_TLS_SERVER)
@@ -54,8 +55,8 @@ class RecordingServer:
         with connection, connection.makefile("rb") as stream:
             while request := self.read(stream):
                 self.requests.append(request)
-                reply = self.answer(request).encode("utf-8")
-                connection.sendall(b"HTTP/1.1 200 OK\r\nContent-Length: %d\r\n\r\n" % len(reply) + reply)
+                head, reply = self.head.encode("ascii"), self.answer(request).encode("utf-8")
+                connection.sendall(b"%s\r\nContent-Length: %d\r\n\r\n" % (head, len(reply)) + reply)
 
     def read(self, stream):
         head = b""

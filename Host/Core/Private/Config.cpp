@@ -1,11 +1,16 @@
 #include "Misc/ConfigCacheIni.h"
 
+#include "Containers/StringConv.h"
 #include "CoreGlobals.h"
+#include "GenericPlatform/GenericPlatformFile.h"
 #include "HAL/FileManager.h"
+#include "HAL/PlatformFileManager.h"
 #include "Misc/CommandLine.h"
 #include "Misc/FileHelper.h"
 #include "Misc/Guid.h"
 #include "Misc/Paths.h"
+
+#include <sys/stat.h>
 
 DEFINE_LOG_CATEGORY_STATIC(LogConfig, Log, All);
 
@@ -183,13 +188,14 @@ FString CommandLineOverrides(const FString& BaseName)
 bool SaveAtomically(const FString& Filename, const FString& Text)
 {
 	const FString Temporary = Filename + TEXT(".") + FGuid::NewGuid().ToString() + TEXT(".tmp");
-	if (!FFileHelper::SaveStringToFile(Text, *Temporary, FFileHelper::EEncodingOptions::ForceUTF8WithoutBOM))
+	const bool bSaved =
+		FFileHelper::SaveStringToFile(Text, *Temporary, FFileHelper::EEncodingOptions::ForceUTF8WithoutBOM);
+	// Settings may hold keys, and are the user's own.
+	constexpr mode_t OwnerOnly = 0600;
+	::chmod(TCHAR_TO_UTF8(*FPaths::ConvertRelativePathToFull(Temporary)), OwnerOnly);
+	if (!bSaved || !IFileManager::Get().Move(*Filename, *Temporary))
 	{
-		return false;
-	}
-	if (!IFileManager::Get().Move(*Filename, *Temporary))
-	{
-		IFileManager::Get().Delete(*Temporary);
+		FPlatformFileManager::Get().GetPlatformFile().DeleteFile(*Temporary);
 		return false;
 	}
 	return true;

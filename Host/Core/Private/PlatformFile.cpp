@@ -5,13 +5,17 @@
 #include "Misc/Paths.h"
 #include "Templates/UniquePtr.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <dirent.h>
 #include <fcntl.h>
+#include <filesystem>
 #include <string>
 #include <sys/stat.h>
+#include <system_error>
 #include <unistd.h>
+#include <vector>
 
 namespace PlatformFile
 {
@@ -278,13 +282,51 @@ bool IPlatformFile::IterateDirectory(const TCHAR* Directory, FDirectoryVisitor& 
 	return IterateDirectory(Directory, FDirectoryVisitorFunc(Visit));
 }
 
+namespace PlatformFile
+{
+std::string RealPath(const TCHAR* Path)
+{
+	std::error_code Error;
+	return std::filesystem::canonical(ToNative(Path), Error).string();
+}
+
+bool IsWithin(const std::string& Path, const std::string& Folder)
+{
+	return Path == Folder || Folder == "/" || Path.compare(0, Folder.size() + 1, Folder + "/") == 0;
+}
+
+/** A walk through folders and links to folders; a link back to where the walk has come from is named, not entered. */
+bool Walk(IPlatformFile& Files, const TCHAR* Directory, IPlatformFile::FDirectoryVisitorFunc Visitor,
+	std::vector<std::string>& LinksOnTheWay)
+{
+	const auto Visit = [&](const TCHAR* Entry, bool bIsDirectory) {
+		if (!Visitor(Entry, bIsDirectory))
+		{
+			return false;
+		}
+		if (!bIsDirectory || Files.IsSymlink(Entry) != ESymlinkResult::Symlink)
+		{
+			return !bIsDirectory || Walk(Files, Entry, Visitor, LinksOnTheWay);
+		}
+		const std::string Target = RealPath(Entry);
+		if (IsWithin(RealPath(Directory), Target) || std::ranges::find(LinksOnTheWay, Target) != LinksOnTheWay.end())
+		{
+			return true;
+		}
+		LinksOnTheWay.push_back(Target);
+		const bool bGoOn = Walk(Files, Entry, Visitor, LinksOnTheWay);
+		LinksOnTheWay.pop_back();
+		return bGoOn;
+	};
+	return Files.IterateDirectory(Directory, IPlatformFile::FDirectoryVisitorFunc(Visit)) ||
+		   !Files.DirectoryExists(Directory);
+}
+}
+
 bool IPlatformFile::IterateDirectoryRecursively(const TCHAR* Directory, FDirectoryVisitorFunc Visitor)
 {
-	const auto Visit = [this, &Visitor](const TCHAR* Entry, bool bIsDirectory) {
-		const auto IsEntered = [&] { return bIsDirectory && IsSymlink(Entry) != ESymlinkResult::Symlink; };
-		return Visitor(Entry, bIsDirectory) && (!IsEntered() || IterateDirectoryRecursively(Entry, Visitor));
-	};
-	return IterateDirectory(Directory, FDirectoryVisitorFunc(Visit)) || !DirectoryExists(Directory);
+	std::vector<std::string> LinksOnTheWay = { PlatformFile::RealPath(Directory) };
+	return PlatformFile::Walk(*this, Directory, Visitor, LinksOnTheWay);
 }
 
 void IPlatformFile::FindFiles(TArray<FString>& FoundFiles, const TCHAR* Directory, const TCHAR* FileExtension)

@@ -146,20 +146,21 @@ TEST_F(FFileTest, RecursiveDeletionRemovesLinksAndNeverWhatTheyPointTo)
 	EXPECT_TRUE(Files.SetReadOnly(*Locked, false));
 }
 
-TEST_F(FFileTest, RecursiveWalksNameLinkedFoldersAndStayOutside)
+TEST_F(FFileTest, RecursiveWalksFollowLinksAndEndWhereTheyLeadBack)
 {
 	Write(TEXT("outside/a.txt"), "x");
-	Write(TEXT("tree/b.txt"), "x");
+	Write(TEXT("tree/own/b.txt"), "x");
 	Link(TEXT("../outside"), TEXT("tree/folder"));
 	Link(TEXT("."), TEXT("tree/circle"));
+	Link(TEXT("."), TEXT("tree/circle2"));
+	Link(TEXT(".."), TEXT("tree/own/up"));
+	Link(TEXT("../tree"), TEXT("outside/across"));
 	Link(TEXT("tree"), TEXT("entry"));
 	TArray<FString> Names;
-	IFileManager::Get().FindFilesRecursive(Names, *Path(TEXT("entry")), TEXT("*"), true, true);
+	IFileManager::Get().FindFilesRecursive(Names, *Path(TEXT("entry")), TEXT("*.txt"), true, false);
 	Names.Sort();
 	EXPECT_EQ(FString::Join(Names, TEXT(",")),
-		FString::Join(
-			TArray<FString>{ Path(TEXT("entry/b.txt")), Path(TEXT("entry/circle")), Path(TEXT("entry/folder")) },
-			TEXT(",")));
+		FString::Join(TArray<FString>{ Path(TEXT("entry/folder/a.txt")), Path(TEXT("entry/own/b.txt")) }, TEXT(",")));
 }
 
 TEST_F(FFileTest, TimeStampsAreUtc)

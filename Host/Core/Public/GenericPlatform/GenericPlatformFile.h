@@ -67,7 +67,7 @@ public:
 	virtual bool IterateDirectory(const TCHAR* Directory, FDirectoryVisitorFunc Visitor) = 0;
 
 	bool IterateDirectory(const TCHAR* Directory, FDirectoryVisitor& Visitor);
-	/** Links to folders are named as folders, but not entered: they may lead out of the tree, or in a circle. */
+	/** Links to folders are followed, but for those that lead back to where the walk has come from. */
 	bool IterateDirectoryRecursively(const TCHAR* Directory, FDirectoryVisitorFunc Visitor);
 	/** Adds the files with the extension (".log" or "log"; null or empty for all), with the directory's path in front.
 	 */

@@ -11,6 +11,11 @@ namespace AgentTools
 {
 constexpr int32 LoggedLength = 200; // characters of a failed tool's result
 
+void LogFailure(const FString& Result)
+{
+	UE_LOG(LogKestrel, Warning, TEXT("A tool failed: %s"), *Result.Left(LoggedLength));
+}
+
 TSharedRef<FJsonObject> MakeResult(const FString& ToolUseId, const FString& Content)
 {
 	const TSharedRef<FJsonObject> Result = MakeShared<FJsonObject>();
@@ -30,7 +35,6 @@ void FAgent::AddToolResult(const FString& ToolUseId, const FString& Content, boo
 {
 	const TSharedRef<FJsonObject> Result = AgentTools::MakeResult(ToolUseId, Content);
 	Result->SetBoolField(TEXT("is_error"), bIsError);
-	UE_CLOG(bIsError, LogKestrel, Warning, TEXT("A tool failed: %s"), *Content.Left(AgentTools::LoggedLength));
 	AddToolResult(Result);
 }
 
@@ -45,6 +49,10 @@ bool FAgent::RunTool(const FKestrelToolPlan& Plan)
 {
 	const FString Text = Plan.Apply();
 	const bool bIsError = FFileUtils::IsError(Text);
+	if (bIsError)
+	{
+		AgentTools::LogFailure(Text);
+	}
 	// A tool that did not even begin has nothing to answer later.
 	if (!Plan.AnswersLater() || bIsError)
 	{
@@ -182,6 +190,10 @@ void FAgent::OnCompilationFinished(
 	if (!CompilingConversationId.IsSet() || CompilingConversationId.GetValue().Equals(ConversationId))
 	{
 		AddToolResult(ToolId, Logs, !bSuccess);
+		if (!bSuccess && !FKestrelInterface::IsCompileLabel(ToolId))
+		{
+			AgentTools::LogFailure(Logs);
+		}
 		const TSharedRef<FJsonObject> Message = MakeShared<FJsonObject>();
 		Message->SetStringField(TEXT("role"), TEXT("user"));
 		Message->SetArrayField(TEXT("content"), ToolResults);

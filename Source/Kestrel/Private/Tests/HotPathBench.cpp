@@ -1,7 +1,11 @@
+#include "Agent/Agent.h"
 #include "Agent/HTTPAPI.h"
+#include "Agent/Tools/ToolPlan.h"
+#include "Dom/JsonObject.h"
 #include "HAL/PlatformTime.h"
 #include "Misc/CommandLine.h"
 #include "Misc/FileHelper.h"
+#include "Misc/Guid.h"
 #include "Misc/Parse.h"
 #include "Misc/Paths.h"
 #include "Tests/BlueprintBench.h"
@@ -48,6 +52,29 @@ FString ReplaceText(int32 Run)
 	return Result.RightChop(Result.Find(TEXT(" with ")) + 6);
 }
 
+/** A conversation of its own for each run: only the first record of a file is kept. */
+void BeginConversation(int32 Run)
+{
+	FAgent::Get().SetConversationId(FGuid::NewGuid().ToString());
+}
+
+/** Twenty replacements in twenty files, as they wait for approval. */
+FString PlanEdits(int32 Run)
+{
+	constexpr int32 NumFiles = 20;
+	FKestrelToolPlanner Planner(EKestrelLookAhead::Limited);
+	int32 NumReplacements = 0;
+	for (int32 Index = 0; Index < NumFiles; ++Index)
+	{
+		const TSharedPtr<FJsonObject> Input = MakeShared<FJsonObject>();
+		Input->SetStringField(TEXT("path"), FString::Printf(TEXT("Source/File%d.cpp"), Index));
+		Input->SetStringField(TEXT("old_string"), TEXT("HealthPoints"));
+		Input->SetStringField(TEXT("new_string"), TEXT("LifeEnergy"));
+		NumReplacements += Planner.Plan(KestrelToolNames::UpdateFile, TEXT("id"), Input)->NumReplacements.Get(0);
+	}
+	return FString::Printf(TEXT("%d replacements"), NumReplacements);
+}
+
 /** The lines of two large texts compared. */
 FString CompareLines(int32 Run)
 {
@@ -72,7 +99,8 @@ struct FBench
 const FBench Benches[] = {
 	{ TEXT("FirstRequest"), MakeFirstRequest },
 	{ TEXT("FindReference"), FindReference },
-	{ TEXT("ReplaceText"), ReplaceText },
+	{ TEXT("ReplaceText"), ReplaceText, BeginConversation },
+	{ TEXT("PlanEdits"), PlanEdits },
 	{ TEXT("CompareLines"), CompareLines },
 	{ TEXT("ReadBlueprint"), KestrelBlueprintBench::ReadBlueprint, nullptr, ManyRuns },
 	{ TEXT("ReadHalfBlueprint"), KestrelBlueprintBench::ReadHalfBlueprint, nullptr, ManyRuns },

@@ -12,16 +12,39 @@
 #include "GenericPlatform/GenericPlatformFile.h"
 #include "HAL/FileManager.h"
 #include "HAL/PlatformFileManager.h"
+#include "Interfaces/IProjectManager.h"
 #include "KestrelSettings.h"
 #include "Misc/DateTime.h"
 #include "Misc/FileHelper.h"
 #include "Misc/Paths.h"
+#include "ModuleDescriptor.h"
+#include "Modules/ModuleManager.h"
+#include "ProjectDescriptor.h"
 #include "UObject/Class.h"
 
 #define LOCTEXT_NAMESPACE "FKestrelInterface"
 
 namespace KestrelInterface
 {
+const TCHAR* const UndoLabel = TEXT("Undo");
+const TCHAR* const RedoLabel = TEXT("Redo");
+
+/** The project's modules that every editor loads, as far as this one has not. */
+TArray<FString> FindMissingModules()
+{
+	TArray<FString> Missing;
+	const FProjectDescriptor* Project = IProjectManager::Get().GetCurrentProject();
+	for (const FModuleDescriptor& Module : Project ? Project->Modules : TArray<FModuleDescriptor>())
+	{
+		const bool bInEditors = Module.Type == EHostType::Runtime || Module.Type == EHostType::Editor;
+		if (bInEditors && !FModuleManager::Get().IsModuleLoaded(Module.Name))
+		{
+			Missing.Add(Module.Name.ToString());
+		}
+	}
+	return Missing;
+}
+
 int32 CountFiles(const FFileHistory::FHistories& Histories, const FString& Id)
 {
 	const FFileHistory::FFileEntries* Entries = Histories.Find(Id);
@@ -52,6 +75,9 @@ void FKestrelInterface::Initialize()
 	LogDirectory =
 		FPaths::ConvertRelativePathToFull(FPaths::ProjectPluginsDir() / TEXT("kestrel-unreal") / TEXT("Logs"));
 	EnsureLogDirectoryExists();
+	// The key is in there; the engine writes the file with the modes of any other.
+	KestrelNativeFile::RestrictToOwner(
+		FPaths::ConvertRelativePathToFull(UKestrelSettings::StaticClass()->GetConfigName()));
 	CollectRescueNotices();
 
 	constexpr int32 DaysKept = 30;
@@ -226,7 +252,7 @@ void FKestrelInterface::UndoLastOperation()
 	const bool bEditorUndone = NumStepsUndone > 0;
 	if (FFileHistory::Get().UndoAllChanges(Id))
 	{
-		Agent.TriggerCompilationWithMessages(TEXT("Undo"), Agent.GetStoredMessages());
+		Agent.TriggerCompilationWithMessages(KestrelInterface::UndoLabel, Agent.GetStoredMessages());
 	}
 	const bool bAllDone = ReportLeftChanges(FFileHistory::Get().GetFileHistories().Find(Id));
 	// What was undone in the editor is not made again, and half of a conversation's changes shall not be either.
@@ -285,7 +311,7 @@ void FKestrelInterface::RedoLastOperation()
 	const int32 NumFilesBefore = KestrelInterface::CountFiles(FFileHistory::Get().GetRedoHistories(), Id);
 	if (FFileHistory::Get().RedoAllChanges(Id))
 	{
-		Agent.TriggerCompilationWithMessages(TEXT("Redo"), Agent.GetStoredMessages());
+		Agent.TriggerCompilationWithMessages(KestrelInterface::RedoLabel, Agent.GetStoredMessages());
 	}
 	const bool bAllDone = ReportLeftChanges(FFileHistory::Get().GetRedoHistories().Find(Id));
 	Agent.SetUndoConversationID(Id);
@@ -306,6 +332,11 @@ bool FKestrelInterface::ReportLeftChanges(const FFileHistory::FFileEntries* Left
 		AddOwnStatusMessage(FString::Printf(TEXT("This file could not be written: %s"), *Pair.Key));
 	}
 	return false;
+}
+
+bool FKestrelInterface::IsCompileLabel(const FString& ToolId)
+{
+	return ToolId.Equals(KestrelInterface::UndoLabel) || ToolId.Equals(KestrelInterface::RedoLabel);
 }
 
 bool FKestrelInterface::CanUndo() const
@@ -332,7 +363,16 @@ void FKestrelInterface::CollectRescueNotices()
 
 TArray<FString> FKestrelInterface::TakeNotices()
 {
-	return MoveTemp(Notices);
+	TArray<FString> Taken = MoveTemp(Notices);
+	const TArray<FString> Missing = KestrelInterface::FindMissingModules();
+	if (!Missing.IsEmpty())
+	{
+		Taken.Add(
+			FString::Printf(TEXT("The project's C++ code is not loaded (%s). The output log says why. Once the code "
+								 "is mended, a compile loads it."),
+				*FString::Join(Missing, TEXT(", "))));
+	}
+	return Taken;
 }
 
 void FKestrelInterface::OnAddStatusMessage(

@@ -59,6 +59,8 @@ public:
 	void RedoLastOperation();
 	bool CanUndo() const;
 	bool CanRedo() const;
+	/** Whether a compile was asked for by Undo or Redo, and not by a tool. */
+	static bool IsCompileLabel(const FString& ToolId);
 	/**
 	 * Undoes the editor's transactions down to the last one of that title and with it, whoever made the others: it
 	 * marks where the agent began.
@@ -67,7 +69,7 @@ public:
 	 */
 	bool UndoUntilLastTransactionByName(const FString& Name) const;
 
-	/** What was noticed before a panel could show it; told once. */
+	/** What was noticed before a panel could show it, told once, and whether the project's code is missing. */
 	TArray<FString> TakeNotices();
 
 	void OnAddStatusMessage(

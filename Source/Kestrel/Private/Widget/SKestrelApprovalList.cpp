@@ -35,13 +35,20 @@ FString JoinTexts(const TArray<FText>& Texts)
 	return FString::Join(Strings, TEXT(", "));
 }
 
+/** A name of any length leaves room for what is said about it. */
+FString Elide(const FString& Text)
+{
+	constexpr int32 MaxLength = 400;
+	return Text.Len() <= MaxLength ? Text : Text.Left(MaxLength / 2) + TEXT(" \u2026 ") + Text.Right(MaxLength / 2);
+}
+
 /** One line that says all, "Change Source/A.h: 3 replacements (build file)", and a second for a tool that will fail. */
 FText Describe(const FKestrelToolPlan& Plan)
 {
 	FString Text = Plan.Verb.ToString();
 	if (!Plan.Target.IsEmpty())
 	{
-		Text += TEXT(" ") + KestrelDisplayText::EscapeLine(Plan.Target);
+		Text += TEXT(" ") + Elide(KestrelDisplayText::EscapeLine(Plan.Target));
 	}
 	if (Plan.NumReplacements.IsSet())
 	{
@@ -58,7 +65,7 @@ FText Describe(const FKestrelToolPlan& Plan)
 	}
 	if (!Plan.Refusal.IsEmpty())
 	{
-		Text += TEXT("\n") + KestrelDisplayText::EscapeLine(Plan.Refusal);
+		Text += TEXT("\n") + Elide(KestrelDisplayText::EscapeLine(Plan.Refusal));
 	}
 	return FText::FromString(Text);
 }

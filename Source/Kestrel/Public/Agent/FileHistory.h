@@ -58,7 +58,7 @@ struct FFileHistoryEntry
  * The disk decides how to get there. A file that was modified and then deleted is created again, and a redo repeats
  * what the undo has really changed.
  */
-class FFileHistory
+class KESTREL_API FFileHistory
 {
 public:
 	using FFileEntries = TMap<FString, FFileHistoryEntry>;

@@ -23,6 +23,8 @@ struct FFileHistory::FFileState
 	EFileActionType ActionTo(const FFileState& Other) const;
 
 	bool bExists = false;
+	/** On the disk, and its content is not known: nothing can be recorded of it. */
+	bool bIsUnreadable = false;
 	FString Content;
 	// As in FFileHistoryEntry:
 	TArray<uint8> Bytes;
@@ -32,15 +34,27 @@ struct FFileHistory::FFileState
 
 namespace FileHistory
 {
-/** The bytes of a file whose text alone would not bring it back. Empty for others, and for another text than Content.
+/**
+ * Fills in what the text alone would not bring back of the file on the disk: its bytes, mode and link.
+ *
+ * @return false when the file is there and cannot be read; one with another text than the entry has adds no bytes
  */
-TArray<uint8> LoadBytesBeyondText(const FString& FilePath, const FString& Content)
+bool FillFromDisk(const FString& FullPath, FFileHistoryEntry& Entry)
 {
+	Entry.LinkTarget = KestrelNativeFile::ReadLink(FullPath);
+	Entry.Mode = KestrelNativeFile::GetMode(FullPath);
+	if (!FPaths::FileExists(FullPath))
+	{
+		return true;
+	}
 	FString Text;
 	TArray<uint8> Bytes;
-	const KestrelTextFile::EContent Kind = KestrelTextFile::Load(FilePath, Text, Bytes);
-	const bool bSayMore = Kind == KestrelTextFile::EContent::Text || Kind == KestrelTextFile::EContent::Binary;
-	return bSayMore && Text.Equals(Content) ? Bytes : TArray<uint8>();
+	const KestrelTextFile::EContent Kind = KestrelTextFile::Load(FullPath, Text, Bytes);
+	if (Kind != KestrelTextFile::EContent::PlainAscii && Text.Equals(Entry.Content))
+	{
+		Entry.Bytes = MoveTemp(Bytes);
+	}
+	return Kind != KestrelTextFile::EContent::Unreadable;
 }
 
 bool ContainsOtherCase(const FFileHistory::FFileEntries& Entries, const FString& FilePath)
@@ -146,6 +160,7 @@ FFileHistory::FFileState FFileHistory::FFileState::OnDisk(const FString& FilePat
 	{
 		State.Mode = KestrelNativeFile::GetMode(FilePath);
 		const KestrelTextFile::EContent Kind = KestrelTextFile::Load(FilePath, State.Content, State.Bytes);
+		State.bIsUnreadable = Kind == KestrelTextFile::EContent::Unreadable;
 		if (Kind == KestrelTextFile::EContent::PlainAscii)
 		{
 			State.Bytes.Empty();
@@ -197,7 +212,9 @@ bool FFileHistory::Store(
 {
 	// Redone, what was undone before would overwrite this change.
 	ForgetRedo(Key);
-	FFileEntries& Entries = FileHistories.FindOrAdd(Key);
+	const FFileEntries* Existing = FileHistories.Find(Key);
+	static const FFileEntries None;
+	const FFileEntries& Entries = Existing ? *Existing : None;
 	const FString Name = FileHistory::GetRecordName(Entries, FilePath);
 	const bool bTouchesIndex = ActionType != EFileActionType::Modification;
 	FFileHistoryEntry Entry;
@@ -214,28 +231,28 @@ bool FFileHistory::Store(
 		const FString FullPath = FFileUtils::ToAbsolutePath(FilePath);
 		Entry.ActionType = ActionType;
 		Entry.Content = Content;
-		Entry.LinkTarget = KestrelNativeFile::ReadLink(FullPath);
-		Entry.NumNewFolders =
-			ActionType == EFileActionType::Creation ? FileHistory::CountMissingFolders(FullPath) : 0;
-		if (ActionType != EFileActionType::Creation)
+		if (ActionType == EFileActionType::Creation)
 		{
-			Entry.Bytes = FileHistory::LoadBytesBeyondText(FullPath, Content);
-			Entry.Mode = KestrelNativeFile::GetMode(FullPath);
+			Entry.LinkTarget = KestrelNativeFile::ReadLink(FullPath);
+			Entry.NumNewFolders = FileHistory::CountMissingFolders(FullPath);
+		}
+		else if (FileHistory::FillFromDisk(FullPath, Entry))
+		{
 			Entry.bWasClean = FFileUtils::IsCleanInSourceControl(FullPath);
+		}
+		else
+		{
+			return false;
 		}
 	}
 	Entry.bIndexTouched = bTouchesIndex;
 	const FFileHistoryEntry Replaced = Entry;
 	if (!FKestrelHistoryStore::Write(Key, EKestrelHistorySide::Undo, Name, Entry))
 	{
-		if (Entries.IsEmpty())
-		{
-			FileHistories.Remove(Key);
-		}
 		return false;
 	}
 	FKestrelHistoryStore::Remove(Replaced);
-	Entries.Add(Name, Entry);
+	FileHistories.FindOrAdd(Key).Add(Name, Entry);
 	return true;
 }
 
@@ -273,10 +290,8 @@ bool FFileHistory::StoreFileRedoVersion(
 	FFileHistoryEntry Entry;
 	Entry.ActionType = UndoneEntry.ActionType;
 	Entry.Content = Content;
-	Entry.Bytes = FileHistory::LoadBytesBeyondText(FullPath, Content);
-	Entry.Mode = KestrelNativeFile::GetMode(FullPath);
-	Entry.LinkTarget = KestrelNativeFile::ReadLink(FullPath);
-	if (!FKestrelHistoryStore::Write(Key, EKestrelHistorySide::Redo, FilePath, Entry))
+	if (!FileHistory::FillFromDisk(FullPath, Entry) ||
+		!FKestrelHistoryStore::Write(Key, EKestrelHistorySide::Redo, FilePath, Entry))
 	{
 		return false;
 	}
@@ -368,6 +383,10 @@ bool FFileHistory::UndoChanges(const FString& Key, const FString& FilePath)
 	const FString FullPath = FFileUtils::ToAbsolutePath(FilePath);
 	const FFileState Before = FFileState::BeforeChange(Entry);
 	FFileState Now = FFileState::OnDisk(FullPath);
+	if (Now.bIsUnreadable)
+	{
+		return false;
+	}
 	FFileHistoryEntry Undone;
 	Undone.ActionType = Before.ActionTo(Now);
 	if (Undone.ActionType == EFileActionType::None)
@@ -405,6 +424,10 @@ bool FFileHistory::RedoChanges(const FString& Key, const FString& FilePath)
 	const FString FullPath = FFileUtils::ToAbsolutePath(FilePath);
 	const FFileState Now = FFileState::OnDisk(FullPath);
 	const FFileState After = FFileState::AfterChange(Entry);
+	if (Now.bIsUnreadable)
+	{
+		return false;
+	}
 	FFileHistoryEntry Redone;
 	Redone.ActionType = Now.ActionTo(After);
 	if (Redone.ActionType == EFileActionType::None)

@@ -14,12 +14,15 @@
 
 namespace HistoryStore
 {
-// A record: this mark, the sizes of both parts, then both parts compressed as one.
+// A record: this mark, the sizes of both parts, then both parts compressed as one, or as they are when that is not
+// worth the time.
 constexpr uint8 Mark[] = { 'K', 'H', 'R', '1' };
 /** Behind the mark: the size of the description, and of the content, in bytes, with the lowest byte first. */
 constexpr int32 NumSizeBytes = 8;
 constexpr int32 HeaderSize = sizeof(Mark) + NumSizeBytes;
 constexpr int32 MaxDescriptionSize = 1 << 20;
+/** Bytes; compressing more would be felt, and disks are faster. */
+constexpr int32 MaxCompressedSize = 4 << 20;
 
 const TCHAR* const UndoExtension = TEXT(".undo");
 const TCHAR* const RedoExtension = TEXT(".redo");
@@ -115,7 +118,21 @@ bool ReadDescription(const FJsonObject& Description, FString& OutPath, bool& bOu
 	return bRead && !OutPath.IsEmpty();
 }
 
-/** @return an empty array when it cannot be done */
+/** @return false, with nothing appended, when it would become no smaller */
+bool AppendCompressed(TArray<uint8>& Packed, const TArray<uint8>& Whole)
+{
+	int32 Size = FCompression::CompressMemoryBound(NAME_Zlib, Whole.Num());
+	TArray<uint8> Compressed;
+	Compressed.SetNumUninitialized(Size);
+	if (!FCompression::CompressMemory(NAME_Zlib, Compressed.GetData(), Size, Whole.GetData(), Whole.Num()) ||
+		Size >= Whole.Num())
+	{
+		return false;
+	}
+	Packed.Append(Compressed.GetData(), Size);
+	return true;
+}
+
 TArray<uint8> Pack(const TArray<uint8>& Description, const TArray<uint8>& Content)
 {
 	TArray<uint8> Whole = Description;
@@ -123,14 +140,11 @@ TArray<uint8> Pack(const TArray<uint8>& Description, const TArray<uint8>& Conten
 	TArray<uint8> Packed(Mark, sizeof(Mark));
 	AppendSize(Packed, Description.Num());
 	AppendSize(Packed, Content.Num());
-	int32 Size = FCompression::CompressMemoryBound(NAME_Zlib, Whole.Num());
-	Packed.AddUninitialized(Size);
-	if (!FCompression::CompressMemory(
-			NAME_Zlib, Packed.GetData() + HeaderSize, Size, Whole.GetData(), Whole.Num()))
+	if (Whole.Num() <= MaxCompressedSize && AppendCompressed(Packed, Whole))
 	{
-		return TArray<uint8>();
+		return Packed;
 	}
-	Packed.SetNum(HeaderSize + Size);
+	Packed.Append(Whole);
 	return Packed;
 }
 
@@ -153,8 +167,13 @@ bool Unpack(const TArray<uint8>& Packed, TArray<uint8>& OutWhole, int32& OutDesc
 		return false;
 	}
 	OutWhole.SetNumUninitialized(static_cast<int32>(Size));
-	return FCompression::UncompressMemory(NAME_Zlib, OutWhole.GetData(), OutWhole.Num(),
-		Packed.GetData() + HeaderSize, Packed.Num() - HeaderSize);
+	if (Size == Packed.Num() - HeaderSize)
+	{
+		FMemory::Memcpy(OutWhole.GetData(), Packed.GetData() + HeaderSize, static_cast<SIZE_T>(Size));
+		return true;
+	}
+	return FCompression::UncompressMemory(
+		NAME_Zlib, OutWhole.GetData(), OutWhole.Num(), Packed.GetData() + HeaderSize, Packed.Num() - HeaderSize);
 }
 
 bool ReadRecord(const FString& File, FString& OutPath, FFileHistoryEntry& OutEntry)
@@ -167,8 +186,7 @@ bool ReadRecord(const FString& File, FString& OutPath, FFileHistoryEntry& OutEnt
 	{
 		return false;
 	}
-	const TSharedPtr<FJsonObject> Description =
-		KestrelJson::ParseObject(FromUtf8(Whole.GetData(), DescriptionSize));
+	const TSharedPtr<FJsonObject> Description = KestrelJson::ParseObject(FromUtf8(Whole.GetData(), DescriptionSize));
 	bool bIsBytes = false;
 	if (!Description.IsValid() || !ReadDescription(*Description, OutPath, bIsBytes, OutEntry))
 	{
@@ -284,7 +302,7 @@ bool FKestrelHistoryStore::Write(
 	const FString Name = Folder / HistoryStore::MakeRecordName();
 	const FString Unfinished = Name + HistoryStore::UnfinishedExtension;
 	const FString File = Name + HistoryStore::ExtensionOf(Side);
-	if (Packed.IsEmpty() || !FFileHelper::SaveArrayToFile(Packed, *Unfinished))
+	if (!FFileHelper::SaveArrayToFile(Packed, *Unfinished))
 	{
 		HistoryStore::Files().DeleteFile(*Unfinished);
 		return false;

@@ -1,0 +1,443 @@
+#include "Agent/Agent.h"
+#include "Agent/FileHistory.h"
+#include "Dom/JsonObject.h"
+#include "FaultyPlatformFile.h"
+#include "HAL/FileManager.h"
+#include "KestrelSettings.h"
+#include "Misc/AutomationTest.h"
+#include "Misc/FileHelper.h"
+#include "Misc/Guid.h"
+#include "Misc/Paths.h"
+#include "Templates/UniquePtr.h"
+#include "UObject/Class.h"
+
+/**
+ * Each file operation of each thing that the assistant does to a disk fails in turn, once and for good, in every way
+ * that fits, and the process is killed at it. Whatever happens, each text must still be there: on the disk, as a copy
+ * that is offered at the next start, or through undo.
+ */
+namespace FaultTest
+{
+using FBytes = TArray<uint8>;
+/** The files of a folder by name; one that is missing has no entry. */
+using FFiles = TMap<FString, FBytes>;
+
+FString Use(const TCHAR* Tool, const TArray<FString>& Fields)
+{
+	const TSharedRef<FJsonObject> Input = MakeShared<FJsonObject>();
+	for (int32 Index = 0; Index + 1 < Fields.Num(); Index += 2)
+	{
+		Input->SetStringField(Fields[Index], Fields[Index + 1]);
+	}
+	return FAgent::Get().UseTool(Tool, TEXT("id"), Input);
+}
+
+FString SavedDir(const TCHAR* Name)
+{
+	return FPaths::ConvertRelativePathToFull(FPaths::ProjectSavedDir()) / TEXT("Kestrel") / Name;
+}
+
+FFiles ReadFolder(const FString& Folder)
+{
+	TArray<FString> Paths;
+	IFileManager::Get().FindFilesRecursive(Paths, *Folder, TEXT("*"), true, false);
+	FFiles Files;
+	for (const FString& Path : Paths)
+	{
+		FFileHelper::LoadFileToArray(Files.Add(Path.RightChop(Folder.Len() + 1)), *Path);
+	}
+	return Files;
+}
+
+bool AreSame(const FFiles& A, const FFiles& B)
+{
+	bool bSame = A.Num() == B.Num();
+	for (const auto& Pair : A)
+	{
+		const FBytes* Other = B.Find(Pair.Key);
+		bSame = bSame && Other && *Other == Pair.Value;
+	}
+	return bSame;
+}
+
+/** A folder with texts of the project, and beside it a folder that nothing may touch. */
+class FWorld
+{
+public:
+	FWorld()
+		: Root(
+			  FPaths::ConvertRelativePathToFull(FPaths::ProjectDir()) / (TEXT("Faults ") + FGuid::NewGuid().ToString()))
+		, Folder(Root / TEXT("Own"))
+	{
+		Write(TEXT("plain.txt"), TEXT("one\ntwo\n"));
+		Write(TEXT("umlaut.txt"), TEXT("\u00E4 one\n"));
+		Write(TEXT("gone.txt"), TEXT("\u00FC gone\n"));
+		FFileHelper::SaveStringToFile(TEXT("foreign"), *(Root / TEXT("Foreign") / TEXT("kept.txt")));
+		FAgent::Get().SetConversationId(Id);
+		Before = ReadFolder(Folder);
+		Foreign = ReadFolder(Root / TEXT("Foreign"));
+	}
+	~FWorld()
+	{
+		FAgent::Get().ClearConversationId();
+		IFileManager::Get().DeleteDirectory(*Root, false, true);
+		IFileManager::Get().DeleteDirectory(*SavedDir(TEXT("History")), false, true);
+		IFileManager::Get().DeleteDirectory(*SavedDir(TEXT("Rescue")), false, true);
+	}
+	UE_NONCOPYABLE(FWorld)
+
+	FString Full(const TCHAR* Name) const { return Folder / Name; }
+	void Write(const TCHAR* Name, const TCHAR* Text) const
+	{
+		FFileHelper::SaveStringToFile(Text, *Full(Name), FFileHelper::EEncodingOptions::ForceUTF8WithoutBOM);
+	}
+	FFiles Read() const { return ReadFolder(Folder); }
+
+	/** Whether a text is offered as a copy: the next start would name it. */
+	bool IsOffered(const FBytes& Bytes) const
+	{
+		for (const auto& Pair : ReadFolder(SavedDir(TEXT("Rescue"))))
+		{
+			if (Pair.Value == Bytes)
+			{
+				return true;
+			}
+		}
+		return false;
+	}
+
+	const FString Root;
+	const FString Folder;
+	const FString Id = FGuid::NewGuid().ToString();
+	FFiles Before;
+	FFiles Foreign;
+};
+
+FString ChangeAll(const FWorld& World)
+{
+	const FString Results[] = {
+		Use(TEXT("update_file"), { TEXT("path"), World.Full(TEXT("umlaut.txt")), TEXT("old_string"), TEXT("one"),
+									 TEXT("new_string"), TEXT("1") }),
+		Use(TEXT("delete_file"), { TEXT("path"), World.Full(TEXT("gone.txt")) }),
+		Use(TEXT("create_file"), { TEXT("path"), World.Full(TEXT("New/new.txt")), TEXT("file_text"), TEXT("\u00F6") }),
+	};
+	return Results[0] + Results[1] + Results[2];
+}
+
+FString GetSettingsFile()
+{
+	return FPaths::ConvertRelativePathToFull(GetDefault<UKestrelSettings>()->GetClass()->GetConfigName());
+}
+
+/** Saves the settings with another directory left out of the file tree. */
+void SaveSettings(const TCHAR* Directory)
+{
+	UKestrelSettings& Settings = *GetMutableDefault<UKestrelSettings>();
+	Settings.ResetExcludedDirectories();
+	Settings.ExcludedDirectories.Add(Directory);
+	Settings.SaveConfig();
+	Settings.ResetExcludedDirectories();
+}
+
+TArray<uint8> ReadFile(const FString& File)
+{
+	TArray<uint8> Bytes;
+	FFileHelper::LoadFileToArray(Bytes, *File);
+	return Bytes;
+}
+
+/** Something that the assistant does. */
+struct FScenario
+{
+	const TCHAR* What;
+	/** What is done before, without faults; may be null. */
+	void (*Prepare)(const FWorld& World);
+	/** @return the result; a text that begins with "Error:" claims that nothing was changed */
+	FString (*Run)(const FWorld& World);
+	/** A file that has to be as it was or as it is to be, whatever happens; may be null. */
+	FString (*GetWatchedFile)() = nullptr;
+};
+
+FString ToResult(bool bDone)
+{
+	return bDone ? TEXT("done") : TEXT("Error: not done");
+}
+
+const FScenario Scenarios[] = {
+	{ TEXT("update_file"), nullptr,
+		[](const FWorld& World) {
+			return Use(TEXT("update_file"), { TEXT("path"), World.Full(TEXT("plain.txt")), TEXT("old_string"),
+												TEXT("one"), TEXT("new_string"), TEXT("1") });
+		} },
+	{ TEXT("update_file beyond ASCII"), nullptr,
+		[](const FWorld& World) {
+			return Use(TEXT("update_file"), { TEXT("path"), World.Full(TEXT("umlaut.txt")), TEXT("old_string"),
+												TEXT("one"), TEXT("new_string"), TEXT("1") });
+		} },
+	{ TEXT("insert_into_file"), nullptr,
+		[](const FWorld& World) {
+			return Use(TEXT("insert_into_file"), { TEXT("path"), World.Full(TEXT("umlaut.txt")), TEXT("insert_line"),
+													 TEXT("0"), TEXT("new_string"), TEXT("top") });
+		} },
+	{ TEXT("create_file"), nullptr,
+		[](const FWorld& World) {
+			return Use(
+				TEXT("create_file"), { TEXT("path"), World.Full(TEXT("New/new.txt")), TEXT("file_text"), TEXT("new") });
+		} },
+	{ TEXT("create_file for one that exists"), nullptr,
+		[](const FWorld& World) {
+			return Use(
+				TEXT("create_file"), { TEXT("path"), World.Full(TEXT("plain.txt")), TEXT("file_text"), TEXT("new") });
+		} },
+	{ TEXT("delete_file"), nullptr,
+		[](const FWorld& World) {
+			return Use(TEXT("delete_file"), { TEXT("path"), World.Full(TEXT("gone.txt")) });
+		} },
+	{ TEXT("undo"), [](const FWorld& World) { ChangeAll(World); },
+		[](const FWorld& World) { return ToResult(FFileHistory::Get().UndoAllChanges(World.Id)); } },
+	{ TEXT("redo"),
+		[](const FWorld& World) {
+			ChangeAll(World);
+			FFileHistory::Get().UndoAllChanges(World.Id);
+		},
+		[](const FWorld& World) { return ToResult(FFileHistory::Get().RedoAllChanges(World.Id)); } },
+	{ TEXT("settings"), [](const FWorld&) { SaveSettings(TEXT("old")); },
+		[](const FWorld&) {
+			SaveSettings(TEXT("new"));
+			return FString(TEXT("Error: settings tell nothing"));
+		},
+		GetSettingsFile },
+};
+
+const EFileFault Faults[] = { EFileFault::NoSpace, EFileFault::IoError, EFileFault::AccessDenied,
+	EFileFault::ShortWrite, EFileFault::Interrupted, EFileFault::Kill, EFileFault::KillInWrite };
+
+bool IsKill(EFileFault Fault)
+{
+	return Fault == EFileFault::Kill || Fault == EFileFault::KillInWrite;
+}
+
+struct FFigures
+{
+	int32 NumCases = 0;
+	int32 NumTextsLost = 0;
+	int32 NumUntrueResults = 0;
+	int32 NumForeignFilesTouched = 0;
+};
+
+/** One scenario with one fault, and the look at what is left. */
+class FCase
+{
+public:
+	FCase(FAutomationTestBase& InTest, const FScenario& InScenario, FFigures& InFigures)
+		: Test(InTest)
+		, Scenario(InScenario)
+		, Figures(InFigures)
+	{
+	}
+
+	/** @return how many operations there were */
+	int32 RunWithout()
+	{
+		Begin();
+		int32 NumOperations = 0;
+		{
+			FFaultyPlatformFile Files(FFaultyPlatformFile::Never, EFileFault::Interrupted, false);
+			Scenario.Run(*World);
+			NumOperations = Files.GetNumOperations();
+		}
+		After = World->Read();
+		WatchedAfter = Scenario.GetWatchedFile ? ReadFile(Scenario.GetWatchedFile()) : FBytes();
+		return NumOperations;
+	}
+
+	void Run(int32 FaultAt, EFileFault Fault, bool bPermanent)
+	{
+		Name = FString::Printf(TEXT("%s, operation %d, fault %d%s"), Scenario.What, FaultAt, static_cast<int32>(Fault),
+			bPermanent ? TEXT(", for good") : TEXT(""));
+		Begin();
+		bool bFailed = false;
+		FString Result;
+		const auto RunFaulty = [&]() {
+			FFaultyPlatformFile Files(FaultAt, Fault, bPermanent);
+			Result = Scenario.Run(*World);
+			bFailed = Files.HasFailed();
+		};
+		if (IsKill(Fault))
+		{
+			Test.TestTrue(Name + TEXT(": the process ends"), RunInChildProcess(RunFaulty));
+			// What the next start finds.
+			FFileHistory::Get().LoadLastConversation();
+		}
+		else
+		{
+			RunFaulty();
+			if (!bFailed)
+			{
+				return;
+			}
+			CheckResult(Result);
+		}
+		++Figures.NumCases;
+		CheckForeignFiles();
+		CheckTexts();
+		CheckWatchedFile(!bPermanent && !IsKill(Fault));
+	}
+
+private:
+	void Begin()
+	{
+		World.Reset();
+		World = MakeUnique<FWorld>();
+		if (Scenario.Prepare)
+		{
+			Scenario.Prepare(*World);
+		}
+		Start = World->Read();
+		WatchedStart = Scenario.GetWatchedFile ? ReadFile(Scenario.GetWatchedFile()) : FBytes();
+	}
+
+	void Fail(int32& Figure, const FString& What)
+	{
+		++Figure;
+		Test.AddError(Name + TEXT(": ") + What);
+	}
+
+	/** A result is true when the files are as it says; a file that could not be put back is at least offered. */
+	void CheckResult(const FString& Result)
+	{
+		const bool bError = Result.StartsWith(TEXT("Error:"));
+		const FFiles Now = World->Read();
+		if (!bError && !Scenario.Prepare && !AreSame(Now, After))
+		{
+			Fail(Figures.NumUntrueResults, Result + TEXT(" (the files are not as it says)"));
+		}
+		if (bError && !Scenario.Prepare && !AreSame(Now, Start) && !AreAllOffered(Start, Now))
+		{
+			Fail(Figures.NumUntrueResults, Result + TEXT(" (the files have changed all the same)"));
+		}
+	}
+
+	bool AreAllOffered(const FFiles& Wanted, const FFiles& Now) const
+	{
+		for (const auto& Pair : Wanted)
+		{
+			const FBytes* Bytes = Now.Find(Pair.Key);
+			if ((!Bytes || *Bytes != Pair.Value) && !World->IsOffered(Pair.Value))
+			{
+				return false;
+			}
+		}
+		return true;
+	}
+
+	void CheckForeignFiles()
+	{
+		if (!AreSame(ReadFolder(World->Root / TEXT("Foreign")), World->Foreign))
+		{
+			Fail(Figures.NumForeignFilesTouched, TEXT("a file of somebody else's was touched"));
+		}
+	}
+
+	/** Undo, now without faults, brings the first texts; what it cannot is a copy that the next start offers. */
+	void CheckTexts()
+	{
+		const FFiles Left = World->Read();
+		FFileHistory::Get().UndoAllChanges(World->Id);
+		const FFiles Undone = World->Read();
+		for (const auto& Pair : World->Before)
+		{
+			const FBytes* Bytes = Undone.Find(Pair.Key);
+			const bool bThere = (Bytes && *Bytes == Pair.Value) || World->IsOffered(Pair.Value);
+			if (!bThere)
+			{
+				Fail(Figures.NumTextsLost, Pair.Key + TEXT(" is lost"));
+			}
+		}
+		if (!Scenario.Prepare)
+		{
+			return;
+		}
+		FFileHistory::Get().RedoAllChanges(World->Id);
+		const FFiles Redone = World->Read();
+		for (const auto& Pair : Left)
+		{
+			const FBytes* Bytes = Redone.Find(Pair.Key);
+			const bool bNew = !World->Before.Contains(Pair.Key);
+			if (bNew && Start.Contains(Pair.Key) && !(Bytes && *Bytes == Start[Pair.Key]) &&
+				!World->IsOffered(Start[Pair.Key]))
+			{
+				Fail(Figures.NumTextsLost, Pair.Key + TEXT(" cannot be redone"));
+			}
+		}
+	}
+
+	void CheckWatchedFile(bool bCouldCleanUp)
+	{
+		if (!Scenario.GetWatchedFile)
+		{
+			return;
+		}
+		const FString File = Scenario.GetWatchedFile();
+		const FBytes Now = ReadFile(File);
+		if (Now != WatchedStart && Now != WatchedAfter)
+		{
+			Fail(Figures.NumTextsLost, File + TEXT(" is neither as it was nor as it is to be"));
+		}
+		TArray<FString> Left;
+		IFileManager::Get().FindFiles(Left, *(File + TEXT(".*.tmp")), true, false);
+		if (!Left.IsEmpty() && bCouldCleanUp)
+		{
+			Fail(Figures.NumForeignFilesTouched, Left[0] + TEXT(" is left"));
+		}
+		for (const FString& Unfinished : Left)
+		{
+			IFileManager::Get().Delete(*(FPaths::GetPath(File) / Unfinished));
+		}
+	}
+
+	FAutomationTestBase& Test;
+	const FScenario& Scenario;
+	FFigures& Figures;
+	FString Name;
+	TUniquePtr<FWorld> World;
+	FFiles Start;
+	FFiles After;
+	FBytes WatchedStart;
+	FBytes WatchedAfter;
+};
+
+void RunScenario(FAutomationTestBase& Test, const FScenario& Scenario, FFigures& Figures)
+{
+	FCase Case(Test, Scenario, Figures);
+	const int32 NumOperations = Case.RunWithout();
+	for (int32 FaultAt = 0; FaultAt < NumOperations; ++FaultAt)
+	{
+		for (const EFileFault Fault : Faults)
+		{
+			Case.Run(FaultAt, Fault, false);
+			if (!IsKill(Fault))
+			{
+				Case.Run(FaultAt, Fault, true);
+			}
+		}
+	}
+}
+}
+
+constexpr auto FaultTestFlags = EAutomationTestFlags::EditorContext | EAutomationTestFlags::ProductFilter;
+
+DEFINE_SPEC(FKestrelFaultsSpec, "Kestrel.Faults", FaultTestFlags)
+void FKestrelFaultsSpec::Define()
+{
+	It("lose no text, tell no untruth and touch nothing of others", [this]() {
+		FaultTest::FFigures Figures;
+		for (const FaultTest::FScenario& Scenario : FaultTest::Scenarios)
+		{
+			FaultTest::RunScenario(*this, Scenario, Figures);
+		}
+		AddInfo(FString::Printf(TEXT("Faults: %d cases, %d texts lost, %d untrue results, %d foreign files touched"),
+			Figures.NumCases, Figures.NumTextsLost, Figures.NumUntrueResults, Figures.NumForeignFilesTouched));
+		TestTrue(TEXT("there were cases"), Figures.NumCases > 100);
+	});
+}
