@@ -24,8 +24,8 @@ def make_project(folder, service):
     copy = os.path.join(folder, "Project")
     shutil.copytree(os.path.join(steps.ROOT, "Tests", "Project"), copy)
     os.mkdir(os.path.join(copy, "Plugins"))
-    os.symlink(os.path.join(steps.ROOT, "Tests", "LockingSourceControl"),
-               os.path.join(copy, "Plugins", "LockingSourceControl"))
+    for plugin in ("LockingSourceControl", "LiveCoding"):
+        os.symlink(os.path.join(steps.ROOT, "Tests", plugin), os.path.join(copy, "Plugins", plugin))
     config = os.path.join(copy, "Config")
     with open(os.path.join(config, "DefaultPlugin.ini"), "w", encoding="utf-8") as ini:
         ini.write(f"[Kestrel]\nStage=Dev\nDevApiUrl=localhost:{service.port}/v1\nDevApiKey={API_KEY}\n")

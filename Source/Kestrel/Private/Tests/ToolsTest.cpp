@@ -5,11 +5,15 @@
 #include "Agent/JsonText.h"
 #include "Agent/KestrelFindUtils.h"
 #include "Agent/KestrelPythonUtils.h"
+#include "Containers/Ticker.h"
 #include "Dom/JsonObject.h"
 #include "HAL/FileManager.h"
+#include "HAL/PlatformTime.h"
 #include "Logging/LogMacros.h"
 #include "Misc/FileHelper.h"
+#include "Misc/HotReloadInterface.h"
 #include "Misc/Paths.h"
+#include "Modules/ModuleManager.h"
 #include "Tests/KestrelTest.h"
 #include "Widget/KestrelInterface.h"
 
@@ -303,5 +307,63 @@ void FKestrelCompilationLogSpec::Define()
 			TEXT("Compiling...|Compilation failed, processing error...|Hot reload did not start a compilation. The "
 				 "editor's log says why; a project without C++ classes, for instance, has nothing to compile."));
 		FAgent::Get().ClearToolResults();
+	});
+
+	It("names Live Coding where it is loaded and nothing is compiled", [this]() {
+		FModuleManager& Modules = FModuleManager::Get();
+		const FName LiveCoding("LiveCoding");
+		// Comes with the project that is made for tests; on Windows it is loaded anyway.
+		const bool bWasLoaded = Modules.IsModuleLoaded(LiveCoding);
+		if (!bWasLoaded && !Modules.ModuleExists(*LiveCoding.ToString()))
+		{
+			return;
+		}
+		const FKestrelPanelRecorder Recorder;
+		Modules.LoadModule(LiveCoding);
+		FAgent::Get().TriggerCompilationWithMessages(TEXT("Undo"), {});
+		TestTrue(TEXT("in the panel"), Recorder.Messages.Num() == 2 &&
+										   Recorder.Messages[1].Text.Contains(TEXT("turn off \"Enable Live Coding\"")));
+		if (!bWasLoaded)
+		{
+			Modules.UnloadModule(LiveCoding);
+		}
+		FAgent::Get().ClearToolResults();
+	});
+
+	LatentIt("gives up on a compile whose end is never reported", [this](const FDoneDelegate& Done) {
+		const TSharedRef<FKestrelPanelRecorder> Recorder = MakeShared<FKestrelPanelRecorder>();
+		FAgent& Agent = FAgent::Get();
+		Agent.ClearToolResults();
+		Agent.SetConversationId(TEXT("asks"));
+		Agent.TriggerCompilationWithMessages(TEXT("c1"), {}); // refused: there is no code here
+		Agent.ClearToolResults();
+		constexpr double LongestSeconds = 5.0;
+		FCompilationManager::WaitForEvent(
+			FModuleManager::GetModuleChecked<IHotReloadInterface>("HotReload"), LongestSeconds);
+		const double Start = FPlatformTime::Seconds();
+		FTSTicker::GetCoreTicker().AddTicker(TEXT("KestrelTest"), 0.1f, [=, this](float) {
+			if (FCompilationManager::IsCompiling())
+			{
+				return true;
+			}
+			const double Seconds = FPlatformTime::Seconds() - Start;
+			TestTrue(FString::Printf(TEXT("after %.1f s"), Seconds),
+				Seconds >= LongestSeconds && Seconds < LongestSeconds + 2.0);
+			if (TestEqual(TEXT("results"), FAgent::Get().GetToolResults().Num(), 1))
+			{
+				const TSharedPtr<FJsonObject> Result = FAgent::Get().GetToolResults()[0]->AsObject();
+				KestrelTest::TestSameText(*this, TEXT("id"), Result->GetStringField(TEXT("tool_use_id")), TEXT("c1"));
+				TestTrue(TEXT("is an error"), Result->GetBoolField(TEXT("is_error")));
+			}
+			Recorder->Messages.Empty();
+			FAgent::Get().TriggerCompilationWithMessages(TEXT("c2"), {});
+			TestTrue(TEXT("the next one is tried"),
+				Recorder->Messages.Num() == 2 &&
+					Recorder->Messages[1].Text.StartsWith(TEXT("Hot reload did not start a compilation.")));
+			FAgent::Get().ClearToolResults();
+			FAgent::Get().ClearConversationId();
+			Done.Execute();
+			return false;
+		});
 	});
 }
