@@ -58,8 +58,8 @@ def main(preset):
     name_filter = os.environ.get(FILTER_VARIABLE, "")
     scripts = os.path.join(steps.ROOT, "Tests", "Conversations")
     with tempfile.TemporaryDirectory(prefix="kestrel-tests-") as folder:
-        arguments = ["--responder", "script", "--scripts", scripts, "--api-key", API_KEY]
-        with LocalService(preset, os.path.join(folder, "Service"), arguments) as service:
+        arguments = ["--responder", "script", "--scripts", scripts]
+        with LocalService(preset, os.path.join(folder, "Service"), arguments, API_KEY) as service:
             code = run_editor(preset, make_project(folder, service), name_filter or ALL_TESTS, report_folder)
     # With a filter, other programs may have the tests that were meant.
     return 0 if name_filter and ran_nothing(report_folder) else code

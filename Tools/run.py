@@ -26,8 +26,10 @@ def run(arguments):
 
     windowed = wants_window(arguments)
     command = [steps.binary(PRESET, "HostEditor"), uproject, f"-PLUGIN={os.path.join(steps.ROOT, 'Kestrel.uplugin')}",
-               "-Window" if windowed else "-Console=Kestrel"]
-    command += [f"-Prompt={prompt}" for prompt in arguments.prompt]
+               # With both, the terminal takes over where the screen does not answer.
+               *(["-Window"] if windowed else []), "-Console=Kestrel"]
+    # A tool that failed is a warning in the plugin's log category; after the last answer it fails the run.
+    command += [*(f"-Prompt={prompt}" for prompt in arguments.prompt), "-FailOn=LogKestrel"]
     # In a scratch copy of the sample there is nothing to lose, and the service is the one on this machine.
     if arguments.approve or (arguments.prompt and not arguments.project):
         command.append("-Approve")

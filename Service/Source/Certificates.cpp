@@ -1,8 +1,11 @@
 #include "Certificates.h"
 
+#include <cerrno>
 #include <cstdio>
+#include <cstring>
 #include <fcntl.h>
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <openssl/evp.h>
 #include <openssl/pem.h>
@@ -40,24 +43,43 @@ void Require(bool bCondition, const char* What)
 	}
 }
 
-FilePointer OpenNew(const std::string& Path, mode_t Mode)
+[[noreturn]] void FailToWrite(const std::string& Path)
 {
-	std::filesystem::remove(Path);
-	const int Descriptor = open(Path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, Mode);
-	Require(Descriptor >= 0, ("writing " + Path).c_str());
-	return FilePointer(fdopen(Descriptor, "w"));
+	throw std::runtime_error("The state folder cannot be written: " + Path + ": " + std::strerror(errno));
+}
+
+/** Whole or not at all: a full disk must not leave half a file where a good one was. */
+void Save(const std::string& Path, mode_t Mode, const std::function<bool(std::FILE*)>& Write)
+{
+	const std::string Temporary = Path + ".tmp";
+	unlink(Temporary.c_str());
+	const int Descriptor = open(Temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, Mode);
+	if (Descriptor < 0)
+	{
+		FailToWrite(Path);
+	}
+	FilePointer File(fdopen(Descriptor, "w"));
+	errno = 0;
+	const bool bWritten = Write(File.get()) && std::fflush(File.get()) == 0 && fsync(Descriptor) == 0 &&
+						  rename(Temporary.c_str(), Path.c_str()) == 0;
+	if (!bWritten)
+	{
+		const int Reason = errno;
+		unlink(Temporary.c_str());
+		errno = Reason;
+		FailToWrite(Path);
+	}
 }
 
 void SaveKey(const std::string& Path, EVP_PKEY* Key)
 {
-	const FilePointer File = OpenNew(Path, 0600);
-	Require(PEM_write_PrivateKey(File.get(), Key, nullptr, nullptr, 0, nullptr, nullptr) == 1, "writing a key");
+	Save(Path, 0600,
+		[Key](std::FILE* File) { return PEM_write_PrivateKey(File, Key, nullptr, nullptr, 0, nullptr, nullptr) == 1; });
 }
 
 void SaveCertificate(const std::string& Path, X509* Certificate)
 {
-	const FilePointer File = OpenNew(Path, 0644);
-	Require(PEM_write_X509(File.get(), Certificate) == 1, "writing a certificate");
+	Save(Path, 0644, [Certificate](std::FILE* File) { return PEM_write_X509(File, Certificate) == 1; });
 }
 
 template <typename Pointer, typename Reader>
@@ -137,7 +159,12 @@ Authority LoadOrMakeAuthority(const std::string& KeyPath, const std::string& Cer
 
 CertificateFiles PrepareCertificates(const std::string& Folder, const std::vector<std::string>& HostNames)
 {
-	std::filesystem::create_directories(Folder);
+	std::error_code Problem;
+	std::filesystem::create_directories(Folder, Problem);
+	if (Problem)
+	{
+		throw std::runtime_error("The state folder cannot be created: " + Folder + ": " + Problem.message());
+	}
 	const CertificateFiles Files{ Folder + "/authority.pem", Folder + "/server.pem", Folder + "/server-key.pem" };
 	const Authority Signer = LoadOrMakeAuthority(Folder + "/authority-key.pem", Files.Authority);
 

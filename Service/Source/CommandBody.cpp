@@ -1,5 +1,6 @@
 #include "CommandBody.h"
 
+#include <algorithm>
 #include <string_view>
 
 namespace
@@ -90,6 +91,52 @@ std::optional<Turn> FromTemplate(std::string_view Body)
 	}
 	return std::nullopt;
 }
+}
+
+bool IsUtf8(const std::string& Text)
+{
+	struct Form
+	{
+		unsigned char FirstLow; // range of the first byte
+		unsigned char FirstHigh;
+		size_t NumMore;
+		unsigned char SecondLow; // range of the second; any further ones are 0x80 to 0xBF
+		unsigned char SecondHigh;
+	};
+	// Table 3-7 of the Unicode Standard.
+	static const Form Forms[] = {
+		{ 0x00, 0x7F, 0, 0x80, 0xBF },
+		{ 0xC2, 0xDF, 1, 0x80, 0xBF },
+		{ 0xE0, 0xE0, 2, 0xA0, 0xBF },
+		{ 0xE1, 0xEC, 2, 0x80, 0xBF },
+		{ 0xED, 0xED, 2, 0x80, 0x9F },
+		{ 0xEE, 0xEF, 2, 0x80, 0xBF },
+		{ 0xF0, 0xF0, 3, 0x90, 0xBF },
+		{ 0xF1, 0xF3, 3, 0x80, 0xBF },
+		{ 0xF4, 0xF4, 3, 0x80, 0x8F },
+	};
+	const auto IsIn = [&Text](size_t Index, unsigned char Low, unsigned char High) {
+		const unsigned char Byte = Index < Text.size() ? static_cast<unsigned char>(Text[Index]) : 0;
+		return Byte >= Low && Byte <= High;
+	};
+	for (size_t Index = 0; Index < Text.size();)
+	{
+		const auto Found = std::find_if(std::begin(Forms), std::end(Forms),
+			[&](const Form& Each) { return IsIn(Index, Each.FirstLow, Each.FirstHigh); });
+		if (Found == std::end(Forms))
+		{
+			return false;
+		}
+		for (size_t More = 1; More <= Found->NumMore; ++More)
+		{
+			if (!(More == 1 ? IsIn(Index + 1, Found->SecondLow, Found->SecondHigh) : IsIn(Index + More, 0x80, 0xBF)))
+			{
+				return false;
+			}
+		}
+		Index += 1 + Found->NumMore;
+	}
+	return true;
 }
 
 std::optional<Turn> ParseCommandBody(const std::string& Body)

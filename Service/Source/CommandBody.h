@@ -2,6 +2,9 @@
 
 #include "Responder.h"
 
+/** Without overlong forms, surrogates and code points past the last. */
+bool IsUtf8(const std::string& Text);
+
 /**
  * Reads the body of a command.
  *

@@ -2,8 +2,10 @@
 #include "ScriptResponder.h"
 #include "Server.h"
 
+#include <cerrno>
 #include <csignal>
 #include <cstdio>
+#include <cstring>
 #include <exception>
 #include <filesystem>
 #include <fstream>
@@ -28,7 +30,13 @@ void WriteReadyFile(const std::string& Path, const Server& Https)
 	const Json Content = { { "port", Https.GetPort() },
 		{ "authority", std::filesystem::absolute(Https.GetCertificates().Authority).string() } };
 	const std::string Temporary = Path + ".tmp";
-	std::ofstream(Temporary) << Content.dump(2) << "\n";
+	std::ofstream File(Temporary);
+	File << Content.dump(2) << "\n";
+	File.close();
+	if (!File)
+	{
+		throw std::runtime_error("The ready file cannot be written: " + Temporary + ": " + std::strerror(errno));
+	}
 	std::filesystem::rename(Temporary, Path);
 }
 
@@ -41,6 +49,8 @@ sigset_t BlockStopSignals()
 	sigaddset(&Signals, SIGTERM);
 	pthread_sigmask(SIG_BLOCK, &Signals, nullptr);
 	std::signal(SIGPIPE, SIG_IGN);
+	// A file that reaches the limit of its size is reported like a full disk.
+	std::signal(SIGXFSZ, SIG_IGN);
 	return Signals;
 }
 
@@ -49,6 +59,10 @@ int Serve(const Options& Settings)
 	const sigset_t Signals = BlockStopSignals();
 	const std::unique_ptr<Responder> Chosen = MakeResponder(Settings);
 	Server Https(Settings, *Chosen);
+	if (!Settings.ReadyFile.empty())
+	{
+		WriteReadyFile(Settings.ReadyFile, Https);
+	}
 	std::thread Waiter([&Https, &Signals] {
 		int Signal = 0;
 		sigwait(&Signals, &Signal);
@@ -56,10 +70,6 @@ int Serve(const Options& Settings)
 	});
 	std::cout << "Listening on https://127.0.0.1:" << Https.GetPort() << "/ (" << Settings.Responder << ")"
 			  << std::endl;
-	if (!Settings.ReadyFile.empty())
-	{
-		WriteReadyFile(Settings.ReadyFile, Https);
-	}
 	Https.Run();
 	// Run also ends by itself, when the socket is lost: the waiter must not be left behind.
 	pthread_kill(Waiter.native_handle(), SIGTERM);

@@ -1,6 +1,8 @@
 #include "Options.h"
 
+#include <cctype>
 #include <cstdlib>
+#include <fstream>
 #include <functional>
 #include <map>
 #include <stdexcept>
@@ -18,6 +20,23 @@ long ParseNumber(const std::string& Name, const std::string& Text, long Highest)
 	}
 	return Number;
 }
+
+/** The first line. An empty key would let everybody in. */
+std::string ReadKey(const std::string& Path)
+{
+	std::ifstream File(Path);
+	std::string Key;
+	std::getline(File, Key);
+	while (!Key.empty() && std::isspace(static_cast<unsigned char>(Key.back())))
+	{
+		Key.pop_back();
+	}
+	if (Key.empty())
+	{
+		throw std::runtime_error("The key file " + Path + " cannot be read or is empty");
+	}
+	return Key;
+}
 }
 
 const char* Options::Usage()
@@ -26,8 +45,10 @@ const char* Options::Usage()
 		   "  --port N             port on this machine; 0, the default, takes a free one\n"
 		   "  --host-name NAME     a further name that the certificate is for; may be repeated\n"
 		   "  --ready-file FILE    written as JSON when the service can be reached\n"
-		   "  --api-key KEY        refuse requests without this x-api-key (401)\n"
+		   "  --key-file FILE      refuse requests whose x-api-key is not the file's content (401); without it, the\n"
+		   "                       variable KESTREL_SERVICE_KEY may hold the key\n"
 		   "  --max-body BYTES     refuse larger bodies (413)\n"
+		   "  --request-time N     seconds in which a request has to arrive, 60 unless given\n"
 		   "  --responder KIND     'offline' (default) or 'script'\n"
 		   "  --scripts FOLDER     the conversations of 'script'\n";
 }
@@ -36,17 +57,24 @@ Options Options::Parse(int ArgC, char** ArgV)
 {
 	constexpr long HighestPort = 65535;
 	constexpr long LargestBody = 1L << 32;
+	constexpr long LongestRequest = 24 * 60 * 60;
 	Options Result;
+	const char* const KeyFromEnvironment = std::getenv(KeyVariable);
+	Result.ApiKey = KeyFromEnvironment ? KeyFromEnvironment : "";
 	const std::map<std::string, std::function<void(const std::string&)>> Setters = {
 		{ "--state", [&](const std::string& Value) { Result.StateFolder = Value; } },
 		{ "--ready-file", [&](const std::string& Value) { Result.ReadyFile = Value; } },
 		{ "--responder", [&](const std::string& Value) { Result.Responder = Value; } },
 		{ "--scripts", [&](const std::string& Value) { Result.ScriptFolder = Value; } },
-		{ "--api-key", [&](const std::string& Value) { Result.ApiKey = Value; } },
+		{ "--key-file", [&](const std::string& Value) { Result.ApiKey = ReadKey(Value); } },
 		{ "--host-name", [&](const std::string& Value) { Result.HostNames.push_back(Value); } },
 		{ "--port",
 			[&](const std::string& Value) {
 				Result.Port = static_cast<int>(ParseNumber("--port", Value, HighestPort));
+			} },
+		{ "--request-time",
+			[&](const std::string& Value) {
+				Result.RequestSeconds = static_cast<double>(ParseNumber("--request-time", Value, LongestRequest));
 			} },
 		{ "--max-body",
 			[&](const std::string& Value) {

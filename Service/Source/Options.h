@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-/** What the command line asks for. */
+/** What the command line and the environment ask for. */
 struct Options
 {
 	std::string StateFolder;           // for the certificates
@@ -15,6 +15,10 @@ struct Options
 	std::vector<std::string> HostNames; // names that the certificate is for, besides this machine's
 	int Port = 0;                       // 0 takes a free one
 	size_t MaxBodyBytes = 256u << 20;
+	double RequestSeconds = 60.0; // in which a request has to arrive, its connection's handshake included
+
+	/** Holds the key: on the command line every user of the machine would see it. */
+	static constexpr const char* KeyVariable = "KESTREL_SERVICE_KEY";
 
 	static const char* Usage();
 	/** @throws std::runtime_error with a text for the user */

@@ -19,7 +19,11 @@ struct HttpReply
 	/** Close the connection in the middle instead of answering. */
 	bool bDrop = false;
 
-	static HttpReply FromJson(const Json& Value, int Code = 200) { return { Code, Value.dump() }; }
+	/** Bytes that are no UTF-8, as in the name of a file, become U+FFFD. */
+	static HttpReply FromJson(const Json& Value, int Code = 200)
+	{
+		return { Code, Value.dump(-1, ' ', false, Json::error_handler_t::replace) };
+	}
 };
 
 /** What the user's side sent in one turn. */

@@ -1,7 +1,9 @@
 #include "ScriptResponder.h"
 
-#include <fstream>
-#include <sstream>
+#include "Script.h"
+
+#include <filesystem>
+#include <stdexcept>
 
 namespace
 {
@@ -114,6 +116,18 @@ private:
 };
 }
 
+ScriptResponder::ScriptResponder(std::string InFolder)
+	: Folder(std::move(InFolder))
+{
+	for (const std::filesystem::directory_entry& Entry : std::filesystem::directory_iterator(Folder))
+	{
+		if (Entry.path().extension() == ".json")
+		{
+			LoadScript(Entry.path().string());
+		}
+	}
+}
+
 std::unique_ptr<Conversation> ScriptResponder::Begin(const Turn& FirstTurn) const
 {
 	const bool bNamed = FirstTurn.Message.compare(0, Prefix.size(), Prefix) == 0;
@@ -122,15 +136,17 @@ std::unique_ptr<Conversation> ScriptResponder::Begin(const Turn& FirstTurn) cons
 	{
 		return std::make_unique<FailedConversation>("The first message must be \"script NAME\".");
 	}
-	std::ifstream File(Folder + "/" + Name + ".json");
-	if (!File)
+	const std::string Path = Folder + "/" + Name + ".json";
+	if (!std::filesystem::exists(Path))
 	{
 		return std::make_unique<FailedConversation>("There is no script " + Name + ".");
 	}
-	const Json Script = Json::parse(File, nullptr, false, true);
-	if (!Script.is_object() || !Script.contains("turns") || !Script["turns"].is_array())
+	try
 	{
-		return std::make_unique<FailedConversation>("The script " + Name + " is not valid.");
+		return std::make_unique<ScriptedConversation>(LoadScript(Path));
 	}
-	return std::make_unique<ScriptedConversation>(Script["turns"]);
+	catch (const std::runtime_error& Error)
+	{
+		return std::make_unique<FailedConversation>(std::string("The script is not valid: ") + Error.what());
+	}
 }

@@ -9,10 +9,12 @@
 class ScriptResponder : public Responder
 {
 public:
-	explicit ScriptResponder(std::string InFolder)
-		: Folder(std::move(InFolder))
-	{
-	}
+	/**
+	 * Checks the scripts that are there; those that come later are checked when they are asked for.
+	 *
+	 * @throws std::runtime_error when a script is not valid or the folder cannot be read
+	 */
+	explicit ScriptResponder(std::string InFolder);
 
 	std::unique_ptr<Conversation> Begin(const Turn& FirstTurn) const override;
 

@@ -2,24 +2,19 @@
 
 #include "CommandBody.h"
 
-#include <chrono>
 #include <httplib.h>
+#include <iostream>
 #include <stdexcept>
-#include <thread>
 
 namespace
 {
-/** Requests that may wait or be delayed at the same time. */
-constexpr size_t NumThreads = 32;
+/** Requests that are waited for, and those that are answered or delayed at the same time. */
+constexpr size_t NumThreads = ConnectionWatch::MostWaiting + 32;
 
 const char* const AnsweredHeader = "Cache-Control";
 
 void Send(const HttpReply& Reply, httplib::Response& Response)
 {
-	if (Reply.DelaySeconds > 0.0)
-	{
-		std::this_thread::sleep_for(std::chrono::duration<double>(Reply.DelaySeconds));
-	}
 	Response.status = Reply.Code;
 	Response.set_header(AnsweredHeader, "no-store");
 	if (Reply.bDrop)
@@ -57,13 +52,18 @@ Server::Server(const Options& InOptions, const Responder& InResponder)
 	, Store(InResponder)
 	, Https(std::make_unique<httplib::SSLServer>(Certificates.Certificate.c_str(), Certificates.PrivateKey.c_str()))
 {
+	if (!Https->is_valid())
+	{
+		throw std::runtime_error("The certificate or its key cannot be used: " + Certificates.Certificate);
+	}
+	Watch = std::make_unique<ConnectionWatch>(Https->ssl_context(), ConnectionWatch::Seconds(Settings.RequestSeconds));
 	Https->new_task_queue = [] { return new httplib::ThreadPool(NumThreads); };
 	Https->set_payload_max_length(Settings.MaxBodyBytes);
 	AddRoutes();
 	Port = Settings.Port == 0 ? Https->bind_to_any_port("127.0.0.1") : Settings.Port;
 	if (Port <= 0 || (Settings.Port != 0 && !Https->bind_to_port("127.0.0.1", Port)))
 	{
-		throw std::runtime_error("Port " + std::to_string(Settings.Port) + " cannot be had");
+		throw std::runtime_error("Port " + std::to_string(Settings.Port) + " is in use or cannot be bound");
 	}
 }
 
@@ -80,14 +80,12 @@ void Server::AddRoutes()
 		return httplib::Server::HandlerResponse::Unhandled;
 	});
 	Https->Post(R"((?:/.*)?/command)", [this](const httplib::Request& Request, httplib::Response& Response) {
-		const std::optional<Turn> UserTurn = ParseCommandBody(Request.body);
-		Send(UserTurn ? Store.Command(Request.get_header_value("conversation-id"), *UserTurn)
-					  : Refuse(400, "The body is no command."),
-			Response);
+		Answer(Response, [&] { return Command(Request.get_header_value("conversation-id"), Request.body); });
 	});
 	Https->Get(R"((?:/.*)?/status)", [this](const httplib::Request& Request, httplib::Response& Response) {
-		Send(Store.Status(Request.get_param_value("request_id")), Response);
+		Answer(Response, [&] { return Store.Status(Request.get_param_value("request_id")); });
 	});
+	Https->set_logger([this](const httplib::Request&, const httplib::Response&) { Watch->EndReply(); });
 	Https->set_error_handler([](const httplib::Request&, httplib::Response& Response) {
 		// What a handler has answered stays as it is, an empty body included.
 		if (!Response.has_header(AnsweredHeader))
@@ -98,6 +96,35 @@ void Server::AddRoutes()
 	});
 }
 
+HttpReply Server::Command(const std::string& ConversationId, const std::string& Body)
+{
+	if (!IsUtf8(Body))
+	{
+		return Refuse(400, "The body is not valid UTF-8.");
+	}
+	const std::optional<Turn> UserTurn = ParseCommandBody(Body);
+	return UserTurn ? Store.Command(ConversationId, *UserTurn) : Refuse(400, "The body is not a command.");
+}
+
+void Server::Answer(httplib::Response& Response, const std::function<HttpReply()>& Make)
+{
+	Watch->BeginAnswer();
+	HttpReply Reply;
+	try
+	{
+		Reply = Make();
+		std::unique_lock Lock(StopMutex);
+		Stopping.wait_for(Lock, std::chrono::duration<double>(Reply.DelaySeconds), [this] { return bStopping; });
+	}
+	catch (const std::exception& Error)
+	{
+		std::cerr << "A request failed: " << Error.what() << std::endl;
+		Reply = Refuse(500, std::string("The service failed: ") + Error.what());
+	}
+	Send(Reply, Response);
+	Watch->BeginReply();
+}
+
 void Server::Run()
 {
 	Https->listen_after_bind();
@@ -105,5 +132,11 @@ void Server::Run()
 
 void Server::Stop()
 {
+	{
+		const std::lock_guard Lock(StopMutex);
+		bStopping = true;
+	}
+	Stopping.notify_all();
 	Https->stop();
+	Watch->Stop();
 }

@@ -1,14 +1,19 @@
 #pragma once
 
 #include "Certificates.h"
+#include "ConnectionWatch.h"
 #include "ConversationStore.h"
 #include "Options.h"
 
+#include <condition_variable>
+#include <functional>
 #include <memory>
+#include <mutex>
 
 namespace httplib
 {
 class SSLServer;
+struct Response;
 }
 
 /**
@@ -24,16 +29,25 @@ public:
 
 	int GetPort() const { return Port; }
 	const CertificateFiles& GetCertificates() const { return Certificates; }
-	/** Serves until Stop is called from another thread; requests in flight are answered first. */
+	/**
+	 * Serves until Stop is called from another thread. Requests in flight are answered first, as far as their clients
+	 * take the answers within seconds; delays of a script are cut short.
+	 */
 	void Run();
 	void Stop();
 
 private:
 	void AddRoutes();
+	HttpReply Command(const std::string& ConversationId, const std::string& Body);
+	void Answer(httplib::Response& Response, const std::function<HttpReply()>& Make);
 
 	const Options Settings;
 	const CertificateFiles Certificates;
 	ConversationStore Store;
 	std::unique_ptr<httplib::SSLServer> Https;
+	std::unique_ptr<ConnectionWatch> Watch;
 	int Port = 0;
+	std::mutex StopMutex;
+	std::condition_variable Stopping;
+	bool bStopping = false;
 };

@@ -50,8 +50,8 @@ TEST(ScriptResponderTest, ReplaysTurnsAndFaultsInOrder)
 TEST(ScriptResponderTest, ABadNameOrFileFailsTheTurn)
 {
 	const TestFolder Folder;
-	Folder.Write("broken.json", "{");
 	const ScriptResponder Scripts(Folder.Path);
+	Folder.Write("broken.json", "{");
 	for (const char* Message : { "hello", "script ../etc/passwd", "script missing", "script broken", "script " })
 	{
 		EXPECT_FALSE(ErrorOf(Scripts.Begin(Saying(Message))->Respond(Saying(Message))).empty()) << Message;

@@ -1,8 +1,6 @@
-#include "Server.h"
-
 #include "OfflineResponder.h"
+#include "RunningServer.h"
 #include "ScriptResponder.h"
-#include "TestFolder.h"
 
 #include <gtest/gtest.h>
 #include <httplib.h>
@@ -11,27 +9,13 @@
 
 namespace
 {
-/** A running service and a client that trusts its authority. */
 class ServerTest : public testing::Test
 {
 protected:
-	void Start(const Responder& Chosen, Options Settings = {})
+	void Start(const Responder& Chosen, const Options& Settings = {})
 	{
-		Settings.StateFolder = Folder.Path + "/state";
-		Https = std::make_unique<Server>(Settings, Chosen);
-		Thread = std::thread([this] { Https->Run(); });
-		Client = std::make_unique<httplib::SSLClient>("localhost", Https->GetPort());
-		Client->set_ca_cert_path(Https->GetCertificates().Authority.c_str());
-		Client->enable_server_certificate_verification(true);
-	}
-
-	void TearDown() override
-	{
-		if (Https)
-		{
-			Https->Stop();
-			Thread.join();
-		}
+		Https = std::make_unique<RunningServer>(Chosen, Settings);
+		Client = Https->MakeClient();
 	}
 
 	Json Command(const std::string& ConversationId, const std::string& Message, bool bFirst = false)
@@ -55,8 +39,7 @@ protected:
 	}
 
 	const TestFolder Folder;
-	std::unique_ptr<Server> Https;
-	std::thread Thread;
+	std::unique_ptr<RunningServer> Https;
 	std::unique_ptr<httplib::SSLClient> Client;
 };
 }
@@ -81,18 +64,17 @@ TEST_F(ServerTest, ManyClientsAtOnce)
 	for (int Index = 0; Index < 8; ++Index)
 	{
 		Threads.emplace_back([this, Index, &NumRight] {
-			httplib::SSLClient Own("localhost", Https->GetPort());
-			Own.set_ca_cert_path(Https->GetCertificates().Authority.c_str());
+			const auto Own = Https->MakeClient();
 			const std::string Path = "File" + std::to_string(Index) + ".h";
 			const std::string Body =
 				Json({ { "message", "read " + Path }, { "file_structure", Json::object() } }).dump();
-			const auto Reply = Own.Post("/command", { { "conversation-id", Path } }, Body, "application/json");
+			const auto Reply = Own->Post("/command", { { "conversation-id", Path } }, Body, "application/json");
 			if (!Reply)
 			{
 				return;
 			}
 			const auto Done =
-				Own.Get("/status?request_id=" + Json::parse(Reply->body)["request_id"].get<std::string>());
+				Own->Get("/status?request_id=" + Json::parse(Reply->body)["request_id"].get<std::string>());
 			NumRight += Done && Json::parse(Done->body)["response"]["response"].back()["input"]["path"] == Path;
 		});
 	}
@@ -119,6 +101,23 @@ TEST_F(ServerTest, ChecksTheKeyAndTheSizeOfTheBody)
 	EXPECT_EQ(Client->Post("/command", { { "x-api-key", "secret" } }, "no json", "application/json")->status, 400);
 }
 
+TEST_F(ServerTest, ABodyThatIsNotUtf8IsRefused)
+{
+	const OfflineResponder Offline;
+	Start(Offline);
+	const auto CodeOf = [this](const std::string& Body) {
+		const auto Reply = Client->Post("/command", Body, "application/json");
+		return Reply ? Reply->status : 0;
+	};
+	// Also where the message is not JSON: clients may put it into their template unescaped.
+	for (const char* Bytes : { "\xff", "\xc3", "\xc0\xaf", "\xed\xa0\x80", "\xf4\x90\x80\x80", "\xe2\x82" })
+	{
+		EXPECT_EQ(CodeOf(std::string("{\"message\": \"") + Bytes + "\"}"), 400);
+		EXPECT_EQ(CodeOf(std::string("{\"message\": \"say \"") + Bytes + "\" now\"}"), 400);
+	}
+	EXPECT_EQ(CodeOf("{\"message\": \"\xc3\xa9 \xe2\x82\xac \xed\x9f\xbf \xf0\x9f\x98\x80\"}"), 200);
+}
+
 TEST_F(ServerTest, PlaysDroppedConnectionsAndOddCodes)
 {
 	Folder.Write("faults.json", R"({"turns": [
@@ -143,7 +142,7 @@ TEST_F(ServerTest, KeepsItsAuthorityAndItsKeysToItself)
 {
 	const OfflineResponder Offline;
 	Start(Offline);
-	const std::string State = Folder.Path + "/state";
+	const std::string State = Https->GetStateFolder();
 	std::ifstream File(State + "/authority.pem");
 	const std::string Before((std::istreambuf_iterator<char>(File)), {});
 	PrepareCertificates(State, { "other.example" });

@@ -44,6 +44,7 @@ constexpr int Burn(int Seed)
 IMPLEMENT_PRIMARY_GAME_MODULE(FDefaultGameModuleImpl, Moor, "Moor");
 """
 
+RESCUE_NAME = "0123456789ABCDEF0123456789ABCDEF"
 ALREADY_COMPILING = "A compilation is already running. Wait for its result before you start another one."
 REFUSED = {"tool_results": [{"type": "tool_result", "tool_use_id": "second", "content": ALREADY_COMPILING,
                              "is_error": True}]}
@@ -128,6 +129,41 @@ class ChangeTest(CodeProjectTest):
         self.assertEqual(sorted(self.git("status", "--short").splitlines()),
                          [" M Config/Windows.ini", "A  Docs/Plan.md", "D  Source/Moor/Walker.h"], run)
         self.assertEqual(self.files_of_project("Config")["Config/Windows.ini"].decode(), "[Größe]\r\nA=2\n")
+
+    def test_a_commit_after_undo_holds_nothing_of_the_assistants(self):
+        service = self.start_service()
+        self.use_service(service.port, service.authority)
+        self.git("commit", "-q", "-a", "-m", "Use a service")
+        run = self.run_editor(*(f"-Prompt={prompt}" for prompt in [
+            "delete Config/Windows.ini", 'create Config/Windows.ini with "assistant"', "delete Config/DefaultGame.ini",
+            'create Docs/New.md with "assistant"', 'replace "0.5f" with "0.6f" in Source/Moor/Lantern.h',
+            "/undo"]), "-Approve")
+        self.assertEqual(run.code, 0, run)
+        self.assertEqual(self.git("status", "--porcelain"), "", run)
+
+    def test_a_project_that_does_not_compile_opens_and_is_fixed(self):
+        service = self.start_service()
+        self.use_service(service.port, service.authority)
+        self.write("Source/Moor/Lantern.h", LANTERN.replace("0.5f;", "0.5f"))
+        prompts = ["compile", 'replace "0.5f" with "0.5f;" in Source/Moor/Lantern.h', "compile",
+                   "run python: import unreal; print('Brightness', unreal.Lantern.get_default_object()"
+                   ".get_editor_property('brightness'))"]
+        run = self.run_editor(*(f"-Prompt={prompt}" for prompt in prompts), "-Approve")
+        self.assertIn("The project opens without its C++ modules, because they cannot be built:", run.errors)
+        self.assertRegex(run.errors, r"Source/Moor/Lantern\.h:?\(?\d+.*error: ", run)
+        self.assert_in_order(
+            run, "Compilation failed, processing error...", "Lantern.h", "error:", "with 1 replacements",
+            "Compilation successful!", "Brightness 0.5")
+
+    def test_a_project_for_engine_modules_that_are_not_here_tells_so_at_each_compile(self):
+        service = self.start_service()
+        self.use_service(service.port, service.authority)
+        rules = os.path.join(self.project, "Source", "Moor", "Moor.Build.cs")
+        with open(rules, encoding="utf-8") as file:
+            self.write("Source/Moor/Moor.Build.cs", file.read().replace('"CoreUObject"', '"CoreUObject", "Niagara"'))
+        run = self.run_editor("-Prompt=compile", "-Approve")
+        self.assertIn("engine modules that this editor does not have: Niagara", run.errors)
+        self.assert_in_order(run, "Compilation failed", "engine modules that this editor does not have: Niagara")
 
     def write_script(self, name, *turns):
         with open(os.path.join(self.scratch, name), "w", encoding="utf-8") as script:
@@ -216,6 +252,7 @@ class OddFilesTest(EndToEndTest):
         os.chmod(self.path("Config", "DefaultGame.ini"), 0o444)
         os.makedirs(self.path("Locked"))
         self.write("Locked/a.txt", "one")
+        os.chmod(self.path("Locked", "a.txt"), 0o444)
         os.chmod(self.path("Locked"), 0o555)
         self.addCleanup(os.chmod, self.path("Locked"), 0o755)
         before = self.files_of_project("Config", "Locked")
@@ -226,13 +263,67 @@ class OddFilesTest(EndToEndTest):
         self.assertEqual(self.files_of_project("Config", "Locked"), before)
         self.assertEqual(os.listdir(self.path("Saved", "Kestrel", "Rescue")), [])
 
+    def test_links_and_permissions_stay_and_come_back(self):
+        with open(self.path("run.txt"), "w", encoding="utf-8") as file:
+            file.write("one")
+        os.chmod(self.path("run.txt"), 0o751)
+        os.symlink("run.txt", self.path("link.txt"))
+        changes = ['replace "one" with "two" in link.txt', "delete link.txt", "delete run.txt",
+                   'create link.txt with "new"']
+        self.change(*changes[:1])
+        self.assertTrue(os.path.islink(self.path("link.txt")))
+        self.assertEqual(os.stat(self.path("run.txt")).st_mode & 0o7777, 0o751)
+        self.change('replace "two" with "one" in link.txt')
+        self.change(*changes, "/undo")
+        self.assertEqual(os.readlink(self.path("link.txt")), "run.txt")
+        self.assertEqual(os.stat(self.path("run.txt")).st_mode & 0o7777, 0o751)
+        with open(self.path("run.txt"), encoding="utf-8") as file:
+            self.assertEqual(file.read(), "one")
+
+    def test_what_is_not_the_editors_own_copy_is_left_alone(self):
+        rescue = self.path("Saved", "Kestrel", "Rescue")
+        outside = os.path.join(self.scratch, "Outside")
+        for folder in (rescue, outside, os.path.join(self.scratch, "Logs")):
+            os.makedirs(folder)
+        for name in ("DefaultGame.ini", "other.txt"):
+            with open(os.path.join(outside, name), "w", encoding="utf-8") as file:
+                file.write("outside")
+        names = ["..", "notes", RESCUE_NAME, "0123456789ABCDEF0123456789ABCDEE"]
+        for name, original in zip(names, ["/x/Outside", "/x/a", self.path("Config", "DefaultGame.ini"), "relative.txt"]):
+            with open(os.path.join(rescue, name + ".txt"), "w", encoding="utf-8") as note:
+                note.write(original)
+        os.makedirs(os.path.join(rescue, "notes", "deep"))
+        os.symlink(outside, os.path.join(rescue, RESCUE_NAME))
+        before = self.files_of_project("Saved/Kestrel")
+        self.change("finish")
+        self.assertEqual(self.files_of_project("Saved/Kestrel"), before)
+        self.assertEqual(sorted(os.listdir(outside)), ["DefaultGame.ini", "other.txt"])
+
+    def test_undo_survives_the_editor(self):
+        self.change('create Docs/Plan.md with "ä"', 'replace "12" with "13" in Config/DefaultGame.ini',
+                    "delete Source/Moor/Walker.h")
+        history = self.path("Saved", "Kestrel", "History")
+        self.assertEqual(os.stat(history).st_mode & 0o777, 0o700)
+        for folder, _, files in os.walk(history):
+            for name in files:
+                self.assertEqual(os.stat(os.path.join(folder, name)).st_mode & 0o777, 0o600)
+        run = self.change("/undo")
+        self.assertIn("Undone: 3 files", run.output)
+        self.assertIn(b"Feathers=12", self.files_of_project("Config")["Config/DefaultGame.ini"])
+        self.assertTrue(os.path.exists(self.path("Source", "Moor", "Walker.h")))
+        self.assertFalse(os.path.exists(self.path("Docs")))
+        run = self.change("/redo")
+        self.assertIn("Redone: 3 files", run.output)
+        self.assertEqual(self.files_of_project("Docs")["Docs/Plan.md"].decode("utf-16"), "ä")
+        self.assertFalse(os.path.exists(self.path("Source", "Moor", "Walker.h")))
+
     def test_a_copy_left_by_an_editor_that_died_is_offered_at_the_next_start(self):
         rescue = self.path("Saved", "Kestrel", "Rescue")
         original = self.path("Config", "DefaultGame.ini")
-        os.makedirs(os.path.join(rescue, "0123"))
-        with open(os.path.join(rescue, "0123.txt"), "w", encoding="utf-8") as note:
+        os.makedirs(os.path.join(rescue, RESCUE_NAME))
+        with open(os.path.join(rescue, RESCUE_NAME + ".txt"), "w", encoding="utf-8") as note:
             note.write(original)
-        copy = os.path.join(rescue, "0123", "DefaultGame.ini")
+        copy = os.path.join(rescue, RESCUE_NAME, "DefaultGame.ini")
         with open(copy, "w", encoding="utf-8") as file:
             file.write("[Moor]\nFeathers=11\n")
         run = self.change("finish")

@@ -1,6 +1,10 @@
 """The panel on a terminal, against the real service with its offline responder."""
 
+import json
+import os
+import socket
 import subprocess
+import time
 import unittest
 
 import harness
@@ -67,6 +71,14 @@ class ConsoleTest(EndToEndTest):
         self.assert_in_order(run, "Reading File...", "Source/Moor/Nowhere.h: Error: File not found", "[ User End ]")
         self.assertEqual(run.code, 0, run)
 
+    def test_the_exit_code_tells_whether_the_tools_of_the_last_answer_failed(self):
+        missing, present = "-Prompt=read Source/Moor/Nowhere.h", "-Prompt=read Source/Moor/Walker.h"
+        for prompts, code in (([missing], 1), ([missing, present], 0), ([present, missing], 1)):
+            with self.subTest(prompts=prompts):
+                run = self.run_editor(*prompts, "-Approve", "-FailOn=LogKestrel")
+                self.assertIn("[ User End ]", run.output)
+                self.assertEqual(run.code, code, run)
+
     def test_a_prompt_with_quotes_and_unusual_letters_arrives_as_it_is(self):
         run = self.run_editor('-Prompt=read "Source/Größe \u00fcber.h"', "-Approve")
         self.assert_in_order(run, 'read "Source/Größe über.h"', "Source/Größe über.h: Error: File not found")
@@ -76,6 +88,44 @@ class ConsoleTest(EndToEndTest):
         done = subprocess.run(command, capture_output=True, text=True, timeout=harness.LONGEST_RUN_SECONDS, check=False)
         self.assertEqual(done.returncode, 1)
         self.assertIn("There is no tab 'Nothing'", done.stderr)
+
+
+class LongAnswerTest(EndToEndTest):
+    def test_thousands_of_blocks_are_printed_within_seconds(self):
+        service = self.start_service("--responder", "script", "--scripts", self.scratch)
+        self.use_service(service.port, service.authority)
+        blocks = [{"type": "text", "text": f"Block {index}."} for index in range(8000)]
+        with open(os.path.join(self.scratch, "long.json"), "w", encoding="utf-8") as script:
+            json.dump({"turns": [{"response": {"auto_continue": False, "response": blocks}}]}, script)
+        started = time.monotonic()
+        run = self.run_editor("-Prompt=script long")
+        self.assertIn("Block 7999.", run.output)
+        # A frame that looked at the blocks of each block took a minute and more.
+        self.assertLess(time.monotonic() - started, 20)
+
+
+class NoScreenTest(EndToEndTest):
+    """A window that is wanted where no screen answers."""
+
+    def run_without_screen(self, display):
+        env = {name: value for name, value in os.environ.items() if name not in ("DISPLAY", "WAYLAND_DISPLAY")}
+        if display:
+            env["DISPLAY"] = display
+        started = time.monotonic()
+        run = self.run_editor("-Window", typed="/quit\n", env=env)
+        self.assertLess(time.monotonic() - started, 20, run)
+        self.assert_in_order(run, "so the editor is shown in this terminal.", "I know the files and Blueprints")
+        self.assertEqual(run.code, 0, run)
+
+    def test_a_missing_screen_gives_way_to_the_terminal(self):
+        for display in ("", ":4095", "nonsense"):
+            with self.subTest(display=display):
+                self.run_without_screen(display)
+
+    def test_a_screen_that_does_not_answer_gives_way_to_the_terminal(self):
+        first_display_port = 6000
+        with socket.create_server(("127.0.0.1", 0)) as silent:
+            self.run_without_screen(f"127.0.0.1:{silent.getsockname()[1] - first_display_port}")
 
 
 class InterruptTest(EndToEndTest):

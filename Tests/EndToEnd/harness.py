@@ -55,7 +55,7 @@ class EndToEndTest(unittest.TestCase):
 
     def start_service(self, *arguments):
         """A service with a key, stopped when the test ends."""
-        service = LocalService(PRESET, os.path.join(self.scratch, "Service"), ["--api-key", API_KEY, *arguments])
+        service = LocalService(PRESET, os.path.join(self.scratch, "Service"), arguments, API_KEY)
         service.__enter__()
         self.addCleanup(service.stop)
         return service
@@ -85,7 +85,7 @@ class EndToEndTest(unittest.TestCase):
         os.chmod(self.scratch, 0o755)
         for path, folders, files in os.walk(self.project):
             for name in (".", *folders, *files):
-                os.chown(os.path.join(path, name), nobody, nobody)
+                os.chown(os.path.join(path, name), nobody, nobody, follow_symlinks=False)
         editor = steps.binary(PRESET, "HostEditor")
         if subprocess.run(["test", "-x", editor], user=nobody, check=False).returncode != 0:
             self.skipTest("only root can run the editor from this folder")

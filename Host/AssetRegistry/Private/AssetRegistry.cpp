@@ -1,5 +1,6 @@
 #include "AssetRegistry.h"
 
+#include "AssetRegistry/HostForeignPackages.h"
 #include "GenericPlatform/GenericPlatformFile.h"
 #include "HAL/FileManager.h"
 #include "HAL/PlatformFileManager.h"
@@ -119,6 +120,10 @@ FAssetRegistry::FAssetRegistry()
 
 FAssetRegistry::~FAssetRegistry()
 {
+	for (const FName Name : FHostForeignPackages::Get().GetNames().Array())
+	{
+		FHostForeignPackages::Get().Set(Name, false);
+	}
 	UPackage::PackageSavedWithContextEvent.Remove(SavedHandle);
 	FTSTicker::RemoveTicker(Ticker);
 }
@@ -155,6 +160,7 @@ bool FAssetRegistry::ScanSome(float)
 	}
 	Files.Empty();
 	NextFile = 0;
+	ReportForeignPackages();
 	FilesLoaded.Broadcast();
 	return false;
 }
@@ -199,10 +205,9 @@ void FAssetRegistry::ScanFile(const FString& FileName)
 			}
 		}
 	}
-	else
-	{
-		UE_LOG(LogAssetRegistry, Warning, TEXT("%s"), *FPackageHeader::GetMessage(Result, FileName));
-	}
+	Entry.bForeign = Result == FPackageHeader::EResult::Binary;
+	UE_CLOG(Result == FPackageHeader::EResult::Unreadable, LogAssetRegistry, Warning, TEXT("%s"),
+		*FPackageHeader::GetMessage(Result, FileName));
 	SetOnDisk(FName(*PackageName), &Entry);
 }
 
@@ -217,6 +222,25 @@ void FAssetRegistry::ScanFileIfChanged(const FString& FileName)
 	}
 }
 
+void FAssetRegistry::ReportForeignPackages()
+{
+	constexpr int32 MostNamed = 3;
+	if (UnreportedForeign.IsEmpty())
+	{
+		return;
+	}
+	TArray<FString> Named;
+	for (int32 Index = 0; Index < FMath::Min(UnreportedForeign.Num(), MostNamed); ++Index)
+	{
+		Named.Add(UnreportedForeign[Index].ToString());
+	}
+	const int32 NumOthers = UnreportedForeign.Num() - Named.Num();
+	UE_LOG(LogAssetRegistry, Warning, TEXT("Packages saved by Unreal Editor, which cannot be read here: %d (%s%s)"),
+		UnreportedForeign.Num(), *FString::Join(Named, TEXT(", ")),
+		*(NumOthers > 0 ? FString::Printf(TEXT(" and %d more"), NumOthers) : FString()));
+	UnreportedForeign.Empty();
+}
+
 bool FAssetRegistry::HasChanged(const FString& FileName, FName PackageName) const
 {
 	IPlatformFile& PlatformFile = FPlatformFileManager::Get().GetPlatformFile();
@@ -227,6 +251,11 @@ bool FAssetRegistry::HasChanged(const FString& FileName, FName PackageName) cons
 
 void FAssetRegistry::SetOnDisk(FName PackageName, FPackageEntry* Entry)
 {
+	const bool bForeign = Entry && Entry->bForeign;
+	if (FHostForeignPackages::Get().Set(PackageName, bForeign) && bForeign)
+	{
+		UnreportedForeign.Add(PackageName);
+	}
 	FPackageEntry Old;
 	if (FPackageEntry* const Known = Packages.Find(PackageName))
 	{
@@ -293,6 +322,7 @@ void FAssetRegistry::ScanFilesSynchronous(const TArray<FString>& InFilePaths, bo
 			ScanFile(FileName);
 		}
 	}
+	ReportForeignPackages();
 }
 
 void FAssetRegistry::ScanPathsSynchronous(const TArray<FString>& InPaths, bool bForceRescan)
@@ -335,6 +365,7 @@ void FAssetRegistry::ScanPathsSynchronous(const TArray<FString>& InPaths, bool b
 	{
 		SetOnDisk(Name, nullptr);
 	}
+	ReportForeignPackages();
 }
 
 void FAssetRegistry::OnPackageSaved(const FString& FileName, UPackage*, FObjectPostSaveContext)

@@ -51,6 +51,7 @@ private:
 		TArray<FName> Needs;
 		FDateTime FileTime; // of the file when it was read
 		int64 FileSize = INDEX_NONE;
+		bool bForeign = false; // saved by the real engine
 	};
 
 	void StartScan();
@@ -58,6 +59,8 @@ private:
 	bool ScanSome(float);
 	void ScanFile(const FString& FileName);
 	void ScanFileIfChanged(const FString& FileName);
+	/** One line for all that were found since the last time: a project may hold thousands. */
+	void ReportForeignPackages();
 	bool HasChanged(const FString& FileName, FName PackageName) const;
 	/** A file's contents take the place of what was known of it. Entry null: the file is gone. */
 	void SetOnDisk(FName PackageName, FPackageEntry* Entry);
@@ -75,6 +78,7 @@ private:
 	TMap<FName, TSet<FName>> Referencers;
 	TArray<FString> Files; // of the scan that is running
 	int32 NextFile = 0;    // the first of them that has not been looked at
+	TArray<FName> UnreportedForeign;
 	FTSTicker::FDelegateHandle Ticker;
 	FDelegateHandle SavedHandle;
 	FAssetAddedEvent AssetAdded;

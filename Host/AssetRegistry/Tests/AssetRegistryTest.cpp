@@ -1,8 +1,10 @@
 #include "AssetRegistry/AssetRegistryModule.h"
+#include "AssetRegistry/HostForeignPackages.h"
 #include "Containers/Ticker.h"
 #include "HAL/FileManager.h"
 #include "Misc/FeedbackContext.h"
 #include "Misc/FileHelper.h"
+#include "Misc/OutputDeviceRedirector.h"
 #include "Misc/PackageName.h"
 #include "MutateText.h"
 #include "RegistryTestTypes.h"
@@ -15,6 +17,25 @@
 
 namespace
 {
+/** Keeps warnings for as long as it lives. */
+class FWarnings final : public FOutputDevice
+{
+public:
+	FWarnings() { GLog->AddOutputDevice(this); }
+	~FWarnings() override { GLog->RemoveOutputDevice(this); }
+	UE_NONCOPYABLE(FWarnings)
+
+	using FOutputDevice::Serialize;
+	void Serialize(const TCHAR* V, ELogVerbosity::Type Verbosity, const FName&) override
+	{
+		if (Verbosity == ELogVerbosity::Warning)
+		{
+			Lines.Add(V);
+		}
+	}
+	TArray<FString> Lines;
+};
+
 /** A project with some packages, and the registry that scans it. */
 class AssetRegistryTest : public testing::Test
 {
@@ -51,6 +72,27 @@ protected:
 
 	const FScratchDirectory Folder;
 };
+}
+
+TEST_F(AssetRegistryTest, PackagesOfUnrealEditorAreReportedInOneLine)
+{
+	for (int32 Index = 0; Index < 20; ++Index)
+	{
+		const FString Name = FString::Printf(TEXT("Binary/Package%02d.uasset"), Index);
+		FFileHelper::SaveArrayToFile(TArray<uint8>{ 0xC1, 0x83, 0x2A, 0x9E, 0, 1 }, *(Content() / Name));
+	}
+	FModuleManager::Get().UnloadModule("AssetRegistry");
+	EXPECT_TRUE(FHostForeignPackages::Get().GetNames().IsEmpty());
+	FModuleManager::Get().LoadModuleChecked("AssetRegistry");
+	const FWarnings Warnings;
+	IAssetRegistry::Get()->WaitForCompletion();
+	IAssetRegistry::Get()->ScanPathsSynchronous({ TEXT("/Game") }, true);
+	EXPECT_EQ(FHostForeignPackages::Get().GetNames().Num(), 21);
+	const TArray<FString> Lines =
+		Warnings.Lines.FilterByPredicate([](const FString& Line) { return Line.Contains(TEXT("Unreal Editor")); });
+	ASSERT_EQ(Lines.Num(), 1);
+	EXPECT_TRUE(Lines[0].Contains(TEXT(": 21 (/Game/"))) << TCHAR_TO_UTF8(*Lines[0]);
+	EXPECT_TRUE(Lines[0].Contains(TEXT(" and 18 more)"))) << TCHAR_TO_UTF8(*Lines[0]);
 }
 
 TEST_F(AssetRegistryTest, ScansTheContentWhileTheEditorRuns)

@@ -1,16 +1,16 @@
 #include "AssetList.h"
 
 #include "AssetRegistry/AssetRegistryModule.h"
+#include "AssetRegistry/HostForeignPackages.h"
 #include "Misc/PackageName.h"
 
 namespace AssetList
 {
 const FName GameRoot("/Game");
 
-bool IsOfGame(const FAssetData& Asset)
+bool IsOfGame(FName PackageName)
 {
-	const FString Path = Asset.PackageName.ToString();
-	return Path.StartsWith(TEXT("/Game/"));
+	return PackageName.ToString().StartsWith(TEXT("/Game/"));
 }
 
 FString MakeKey(const FString& AssetName, const FString& PackageName)
@@ -36,6 +36,14 @@ FAssetListItem::FAssetListItem(const FAssetData& InData)
 {
 }
 
+FAssetListItem::FAssetListItem(FName ForeignPackage)
+	: FAssetListItem(FAssetData(ForeignPackage, FName(*FPackageName::GetLongPackagePath(ForeignPackage.ToString())),
+		  FName(*FPackageName::GetShortName(ForeignPackage.ToString())), FTopLevelAssetPath()))
+{
+	ClassName = TEXT("Unreal Editor");
+	bForeign = true;
+}
+
 FAssetList::FAssetList()
 {
 	IAssetRegistry& Registry = FAssetRegistryModule::GetRegistry();
@@ -45,14 +53,23 @@ FAssetList::FAssetList()
 	{
 		Items.Add(MakeShared<FAssetListItem>(Asset));
 	}
+	for (const FName Package : FHostForeignPackages::Get().GetNames())
+	{
+		if (AssetList::IsOfGame(Package))
+		{
+			Items.Add(MakeShared<FAssetListItem>(Package));
+		}
+	}
 	Items.Sort([](const FItem& A, const FItem& B) { return AssetList::IsBefore(A->Key, B->Key); });
 	AddedHandle = Registry.OnAssetAdded().AddRaw(this, &FAssetList::OnAdded);
 	RemovedHandle = Registry.OnAssetRemoved().AddRaw(this, &FAssetList::OnRemoved);
+	ForeignHandle = FHostForeignPackages::Get().OnChanged().AddRaw(this, &FAssetList::OnForeignChanged);
 	RenamedHandle = Registry.OnAssetRenamed().AddRaw(this, &FAssetList::OnRenamed);
 }
 
 FAssetList::~FAssetList()
 {
+	FHostForeignPackages::Get().OnChanged().Remove(ForeignHandle);
 	if (IAssetRegistry* const Registry = IAssetRegistry::Get())
 	{
 		Registry->OnAssetAdded().Remove(AddedHandle);
@@ -77,11 +94,27 @@ int32 FAssetList::FindPlace(const FString& Key) const
 
 void FAssetList::OnAdded(const FAssetData& Asset)
 {
-	if (!AssetList::IsOfGame(Asset))
+	if (AssetList::IsOfGame(Asset.PackageName))
 	{
-		return;
+		Add(MakeShared<FAssetListItem>(Asset));
 	}
-	const FItem Item = MakeShared<FAssetListItem>(Asset);
+}
+
+void FAssetList::OnForeignChanged(FName PackageName, bool bForeign)
+{
+	const FItem Item = MakeShared<FAssetListItem>(PackageName);
+	if (AssetList::IsOfGame(PackageName) && bForeign)
+	{
+		Add(Item);
+	}
+	else if (!bForeign)
+	{
+		Remove(Item->Key);
+	}
+}
+
+void FAssetList::Add(const FItem& Item)
+{
 	// Once saved, an asset may be told of again.
 	Remove(Item->Key);
 	Items.Insert(Item, FindPlace(Item->Key));

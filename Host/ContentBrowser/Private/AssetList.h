@@ -7,10 +7,13 @@
 struct FAssetListItem
 {
 	explicit FAssetListItem(const FAssetData& InData);
+	/** Of a package that Unreal Editor saved: only its name is known. */
+	explicit FAssetListItem(FName ForeignPackage);
 
 	FAssetData Data;
-	FString ClassName; // in words
-	FString Key;       // what it is sorted by and known by: name and path in lower case
+	FString ClassName;     // in words
+	FString Key;           // what it is sorted by and known by: name and path in lower case
+	bool bForeign = false; // cannot be opened
 };
 
 /**
@@ -39,6 +42,8 @@ public:
 private:
 	void OnAdded(const FAssetData& Asset);
 	void OnRemoved(const FAssetData& Asset);
+	void OnForeignChanged(FName PackageName, bool bForeign);
+	void Add(const FItem& Item);
 	void OnRenamed(const FAssetData& Asset, const FString& OldObjectPath);
 	bool Matches(const FAssetListItem& Item) const;
 	/** The place of the first item that does not stand before the key. */
@@ -52,4 +57,5 @@ private:
 	FDelegateHandle AddedHandle;
 	FDelegateHandle RemovedHandle;
 	FDelegateHandle RenamedHandle;
+	FDelegateHandle ForeignHandle;
 };

@@ -2,6 +2,7 @@
 
 #include "AssetDefinitionRegistry.h"
 #include "AssetRegistry/AssetRegistryModule.h"
+#include "AssetRegistry/HostForeignPackages.h"
 #include "Editor.h"
 #include "Framework/Application/SlateApplication.h"
 #include "InputCoreTypes.h"
@@ -27,10 +28,15 @@ constexpr float ClassShare = 0.25f;
 constexpr float FolderShare = 0.35f;
 
 /** Of the kind of assets; kinds that nobody has described still differ from one another. */
-FLinearColor GetColor(const FAssetData& Asset)
+FLinearColor GetColor(const FAssetListItem& Item)
 {
 	static const FColor Colors[] = { FColor(138, 86, 182), FColor(176, 66, 88), FColor(62, 138, 98),
 		FColor(176, 122, 46), FColor(92, 116, 138) };
+	if (Item.bForeign)
+	{
+		return FLinearColor(FColor(96, 96, 96));
+	}
+	const FAssetData& Asset = Item.Data;
 	if (const UAssetDefinition* const Definition = UAssetDefinitionRegistry::Get()->GetAssetDefinitionForAsset(Asset))
 	{
 		return Definition->GetAssetColor();
@@ -57,7 +63,7 @@ TSharedRef<SWidget> MakeBadge(const FAssetListItem& Item)
 		[
 			SNew(SBorder)
 			.BorderImage(FAppStyle::GetBrush("WhiteRoundedBrush"))
-			.BorderBackgroundColor(FSlateColor(GetColor(Item.Data)))
+			.BorderBackgroundColor(FSlateColor(GetColor(Item)))
 			.HAlign(HAlign_Center)
 			.VAlign(VAlign_Center)
 			.Padding(0.0f)
@@ -125,7 +131,8 @@ void SContentBrowser::Tick(const FGeometry& AllottedGeometry, const double InCur
 TSharedRef<ITableRow> SContentBrowser::MakeRow(FItem Item, const TSharedRef<STableViewBase>& Owner)
 {
 	// clang-format off
-	return SNew(STableRow<FItem>, Owner)
+	const FText Problem = Item->bForeign ? FHostForeignPackages::Describe(Item->Data.PackageName) : FText::GetEmpty();
+	return SNew(STableRow<FItem>, Owner).ToolTipText(Problem)
 		[
 			SNew(SHorizontalBox)
 			+ SHorizontalBox::Slot().AutoWidth().VAlign(VAlign_Center).Padding(0.0f, 0.0f, 8.0f, 0.0f)
@@ -134,7 +141,10 @@ TSharedRef<ITableRow> SContentBrowser::MakeRow(FItem Item, const TSharedRef<STab
 			]
 			+ SHorizontalBox::Slot().FillWidth(ContentBrowser::NameShare).VAlign(VAlign_Center)
 			[
-				SNew(STextBlock).Text_Static(&ContentBrowser::GetNameText, Item).Clipping(EWidgetClipping::ClipToBounds)
+				SNew(STextBlock)
+				.Text_Static(&ContentBrowser::GetNameText, Item)
+				.ColorAndOpacity(Item->bForeign ? FSlateColor::UseSubduedForeground() : FSlateColor::UseForeground())
+				.Clipping(EWidgetClipping::ClipToBounds)
 			]
 			+ SHorizontalBox::Slot().FillWidth(ContentBrowser::ClassShare).VAlign(VAlign_Center)
 			[
@@ -179,6 +189,11 @@ FReply SContentBrowser::OnSearchKeyDown(const FGeometry& MyGeometry, const FKeyE
 
 void SContentBrowser::Open(FItem Item)
 {
+	if (Item->bForeign)
+	{
+		Complaint = FHostForeignPackages::Describe(Item->Data.PackageName);
+		return;
+	}
 	const bool bOpened = GEditor && GEditor->GetEditorSubsystem<UAssetEditorSubsystem>()->OpenEditorForAsset(
 										Item->Data.GetObjectPathString());
 	Complaint = bOpened ? FText::GetEmpty()

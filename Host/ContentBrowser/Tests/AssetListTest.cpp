@@ -3,6 +3,8 @@
 #include "EdGraph/EdGraph.h"
 #include "Editor.h"
 #include "Framework/Application/SlateApplication.h"
+#include "HAL/FileManager.h"
+#include "Misc/FileHelper.h"
 #include "SContentBrowser.h"
 #include "ScratchDirectory.h"
 #include "UObject/Package.h"
@@ -89,6 +91,26 @@ TEST_F(FAssetListTest, FindsByAllWordsOfNameClassAndFolder)
 	List.SetFilter(TEXT("bird"));
 	Make(TEXT("/Game/Birds/Owl"), TEXT("Owl"));
 	EXPECT_EQ(GetNames(List), "Heron Owl ") << "what comes later is searched, too";
+}
+
+TEST_F(FAssetListTest, ShowsWhatUnrealEditorSavedWithoutClaimingAssets)
+{
+	Make(TEXT("/Game/Birds/Heron"), TEXT("Heron"));
+	FAssetList List;
+	const FString File = Folder.Path / TEXT("Content/Birds/Crane.uasset");
+	FFileHelper::SaveArrayToFile(TArray<uint8>{ 0xC1, 0x83, 0x2A, 0x9E, 0, 1 }, *File);
+	IAssetRegistry& Registry = FAssetRegistryModule::GetRegistry();
+	Registry.ScanFilesSynchronous({ File }, true);
+	EXPECT_EQ(GetNames(List), "Crane Heron ");
+	EXPECT_TRUE(List.GetShown()[0]->bForeign);
+	FAssetList Later;
+	EXPECT_EQ(GetNames(Later), "Crane Heron ");
+	TArray<FAssetData> Assets;
+	EXPECT_TRUE(Registry.GetAllAssets(Assets));
+	EXPECT_EQ(Assets.Num(), 1) << "nobody could load it";
+	IFileManager::Get().Delete(*File);
+	Registry.ScanPathsSynchronous({ TEXT("/Game") }, true);
+	EXPECT_EQ(GetNames(List), "Heron ");
 }
 
 /** All texts below a widget, in their order. */

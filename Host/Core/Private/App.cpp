@@ -3,6 +3,7 @@
 #include "Misc/CommandLine.h"
 #include "Misc/CoreDelegates.h"
 #include "Misc/EngineVersion.h"
+#include "Misc/EngineVersionComparison.h"
 #include "Misc/Parse.h"
 #include "Misc/Paths.h"
 
@@ -26,7 +27,8 @@ bool FApp::IsUnattended()
 const FEngineVersion& FEngineVersion::Current()
 {
 	// The version that the host's interfaces are those of.
-	static const FEngineVersion Version(5, 4, 4, 35576357, TEXT("++UE5+Release-5.4"));
+	static const FEngineVersion Version(
+		ENGINE_MAJOR_VERSION, ENGINE_MINOR_VERSION, ENGINE_PATCH_VERSION, 35576357, TEXT("++UE5+Release-5.4"));
 	return Version;
 }
 

@@ -98,6 +98,8 @@ bool IsOperator(TCHAR C)
 	return C == u'+' || C == u'-' || C == u'.' || C == u'!';
 }
 
+constexpr int32 ShownKeyLength = 40; // of a key that is too long, and of its section
+
 /** A key that starts like another kind of line would not be read again as the key that it is. */
 bool IsKey(const FString& Text)
 {
@@ -250,6 +252,13 @@ void FConfigFile::ApplyLines(const FString& Contents, bool bPlainKeyReplaces)
 		KeyText = (Operator ? KeyText.RightChop(1) : KeyText).TrimStartAndEnd();
 		if (!Config::IsKey(KeyText))
 		{
+			continue;
+		}
+		if (KeyText.Len() >= NAME_SIZE)
+		{
+			UE_LOG(LogConfig, Warning,
+				TEXT("[%s]: a key of %d characters is ignored, since keys have at most %d: %s..."), *SectionName,
+				KeyText.Len(), NAME_SIZE - 1, *KeyText.Left(Config::ShownKeyLength));
 			continue;
 		}
 		const FName Key(*KeyText);

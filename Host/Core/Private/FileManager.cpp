@@ -12,6 +12,15 @@ IPlatformFile& Files()
 	return FPlatformFileManager::Get().GetPlatformFile();
 }
 
+/** Not through a link: what it points to stays. */
+void MakeReplaceable(const TCHAR* Filename)
+{
+	if (Files().IsSymlink(Filename) != ESymlinkResult::Symlink)
+	{
+		Files().SetReadOnly(Filename, false);
+	}
+}
+
 FStringView NameOf(const TCHAR* Entry, int32 DirectoryLength)
 {
 	return FStringView(Entry).RightChop(DirectoryLength);
@@ -96,7 +105,7 @@ bool IFileManager::Delete(const TCHAR* Filename, bool RequireExists, bool EvenRe
 	}
 	if (EvenReadOnly)
 	{
-		FileManager::Files().SetReadOnly(Filename, false);
+		FileManager::MakeReplaceable(Filename);
 	}
 	const bool bDeleted = FileManager::Files().DeleteFile(Filename);
 	UE_CLOG(!bDeleted && !Quiet, LogCore, Warning, TEXT("Error deleting file: %s"), Filename);
@@ -111,7 +120,7 @@ bool IFileManager::Move(const TCHAR* Dest, const TCHAR* Src, bool Replace, bool 
 	}
 	if (EvenIfReadOnly)
 	{
-		FileManager::Files().SetReadOnly(Dest, false);
+		FileManager::MakeReplaceable(Dest);
 	}
 	MakeDirectory(*FPaths::GetPath(Dest), true);
 	return FileManager::Files().MoveFile(Dest, Src);

@@ -23,6 +23,18 @@ std::string ToNative(const TCHAR* Path)
 	return std::string(Native.Get(), static_cast<size_t>(Native.Length()));
 }
 
+/** With a slash behind its name, a link would be followed. */
+FString WithoutSlashBehind(const TCHAR* InPath)
+{
+	FString Path = InPath;
+	FPaths::NormalizeFilename(Path);
+	while (Path.Len() > 1 && Path.EndsWith(TEXT("/")))
+	{
+		Path.LeftChopInline(1);
+	}
+	return Path;
+}
+
 bool Stat(const TCHAR* Path, struct stat& Out)
 {
 	return *Path && ::stat(ToNative(Path).c_str(), &Out) == 0;
@@ -117,7 +129,9 @@ public:
 	bool DeleteFile(const TCHAR* Filename) override
 	{
 		// POSIX lets a file go that the user may not write; the engine's contract does not.
-		return !IsReadOnly(Filename) && ::unlink(ToNative(Filename).c_str()) == 0;
+		// A link has no mode of its own to ask for.
+		return (IsSymlink(Filename) == ESymlinkResult::Symlink || !IsReadOnly(Filename)) &&
+			   ::unlink(ToNative(Filename).c_str()) == 0;
 	}
 	bool IsReadOnly(const TCHAR* Filename) override
 	{
@@ -140,6 +154,15 @@ public:
 		const mode_t Mode = bNewReadOnlyValue ? Info.st_mode & ~static_cast<mode_t>(S_IWUSR | S_IWGRP | S_IWOTH)
 											  : Info.st_mode | S_IWUSR;
 		return ::chmod(ToNative(Filename).c_str(), Mode) == 0;
+	}
+	ESymlinkResult IsSymlink(const TCHAR* Filename) override
+	{
+		struct stat Info
+		{
+		};
+		const FString Path = WithoutSlashBehind(Filename);
+		const bool bLink = !Path.IsEmpty() && ::lstat(ToNative(*Path).c_str(), &Info) == 0 && S_ISLNK(Info.st_mode);
+		return bLink ? ESymlinkResult::Symlink : ESymlinkResult::NonSymlink;
 	}
 	bool MoveFile(const TCHAR* To, const TCHAR* From) override
 	{
@@ -258,7 +281,8 @@ bool IPlatformFile::IterateDirectory(const TCHAR* Directory, FDirectoryVisitor& 
 bool IPlatformFile::IterateDirectoryRecursively(const TCHAR* Directory, FDirectoryVisitorFunc Visitor)
 {
 	const auto Visit = [this, &Visitor](const TCHAR* Entry, bool bIsDirectory) {
-		return Visitor(Entry, bIsDirectory) && (!bIsDirectory || IterateDirectoryRecursively(Entry, Visitor));
+		const auto IsEntered = [&] { return bIsDirectory && IsSymlink(Entry) != ESymlinkResult::Symlink; };
+		return Visitor(Entry, bIsDirectory) && (!IsEntered() || IterateDirectoryRecursively(Entry, Visitor));
 	};
 	return IterateDirectory(Directory, FDirectoryVisitorFunc(Visit)) || !DirectoryExists(Directory);
 }
@@ -302,27 +326,31 @@ bool IPlatformFile::CreateDirectoryTree(const TCHAR* Directory)
 
 bool IPlatformFile::DeleteDirectoryRecursively(const TCHAR* Directory)
 {
+	const FString Path = PlatformFile::WithoutSlashBehind(Directory);
+	if (IsSymlink(*Path) == ESymlinkResult::Symlink)
+	{
+		return DeleteFile(*Path);
+	}
 	TArray<FString> Files;
 	TArray<FString> Directories;
 	const auto Visit = [&](const TCHAR* Entry, bool bIsDirectory) {
 		(bIsDirectory ? Directories : Files).Emplace(Entry);
 		return true;
 	};
-	IterateDirectory(Directory, FDirectoryVisitorFunc(Visit));
+	IterateDirectory(*Path, FDirectoryVisitorFunc(Visit));
 	for (const FString& File : Files)
 	{
-		SetReadOnly(*File, false);
+		if (IsSymlink(*File) != ESymlinkResult::Symlink)
+		{
+			SetReadOnly(*File, false);
+		}
 		DeleteFile(*File);
 	}
 	for (const FString& Child : Directories)
 	{
-		// A link to a folder is removed, what it points to is not.
-		if (::unlink(PlatformFile::ToNative(*Child).c_str()) != 0)
-		{
-			DeleteDirectoryRecursively(*Child);
-		}
+		DeleteDirectoryRecursively(*Child);
 	}
-	return DeleteDirectory(Directory);
+	return DeleteDirectory(*Path);
 }
 
 bool IPlatformFile::CopyFile(const TCHAR* To, const TCHAR* From)

@@ -43,6 +43,16 @@ TEST(ConfigFileTest, TextRules)
 	EXPECT_TRUE(File.GetString(TEXT("s"), TEXT("EMPTY"), Untouched)) << "section and key ignore case";
 }
 
+TEST(ConfigFileTest, AKeyThatIsTooLongForANameIsIgnored)
+{
+	FConfigFile File;
+	const FString Key = FString::ChrN(2000, u'K');
+	File.CombineFromBuffer(TEXT("[S]\n") + Key + TEXT("=1\n+") + Key + TEXT("=2\nA=3\n[") + Key + TEXT("]\nB=4\n"));
+	EXPECT_EQ(Values(File, TEXT("A")), "3");
+	FString Value;
+	EXPECT_TRUE(File.GetString(*Key, TEXT("B"), Value)) << "sections are no names";
+}
+
 TEST(ConfigFileTest, ALayerAboveReplacesPlainKeysAndAddsToArrays)
 {
 	FConfigFile File;

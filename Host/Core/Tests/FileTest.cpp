@@ -7,6 +7,7 @@
 #include "ScratchDirectory.h"
 
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 namespace
 {
@@ -27,6 +28,10 @@ protected:
 		EXPECT_TRUE(FFileHelper::SaveArrayToFile(
 			TArrayView<const uint8>(reinterpret_cast<const uint8*>(Content.data()), static_cast<int32>(Content.size())),
 			*Path(Name)));
+	}
+	void Link(const TCHAR* Target, const TCHAR* Name) const
+	{
+		EXPECT_EQ(symlink(TCHAR_TO_UTF8(Target), TCHAR_TO_UTF8(*Path(Name))), 0);
 	}
 };
 using EEncoding = FFileHelper::EEncodingOptions;
@@ -104,6 +109,57 @@ TEST_F(FFileTest, ListingsAreBareNamesAndSearchesClear)
 	EXPECT_EQ(Names.Num(), 1);
 	EXPECT_FALSE(FPaths::FileExists(Scratch.Path));
 	EXPECT_FALSE(FPaths::DirectoryExists(Path(TEXT("a.log"))));
+}
+
+TEST_F(FFileTest, RecursiveDeletionRemovesLinksAndNeverWhatTheyPointTo)
+{
+	IPlatformFile& Files = FPlatformFileManager::Get().GetPlatformFile();
+	for (const TCHAR* Name : { TEXT("outside/kept.txt"), TEXT("outside/deep/kept.txt"), TEXT("tree/own/a.txt") })
+	{
+		Write(Name, "kept");
+	}
+	const FString Locked = Path(TEXT("outside/kept.txt"));
+	EXPECT_TRUE(Files.SetReadOnly(*Locked, true));
+	Link(TEXT("../outside"), TEXT("tree/folder"));
+	Link(TEXT("../../outside/kept.txt"), TEXT("tree/own/file"));
+	Link(TEXT(".."), TEXT("tree/own/circle"));
+	Link(TEXT("nowhere"), TEXT("tree/own/dangling"));
+	Link(TEXT("outside"), TEXT("link"));
+
+	EXPECT_EQ(Files.IsSymlink(*Path(TEXT("link"))), ESymlinkResult::Symlink);
+	EXPECT_EQ(Files.IsSymlink(*Path(TEXT("outside"))), ESymlinkResult::NonSymlink);
+	EXPECT_EQ(Files.IsSymlink(*Path(TEXT("missing"))), ESymlinkResult::NonSymlink);
+	EXPECT_TRUE(IFileManager::Get().DeleteDirectory(*Path(TEXT("tree")), true, true));
+	EXPECT_FALSE(Files.DirectoryExists(*Path(TEXT("tree"))));
+	Link(TEXT("outside"), TEXT("second"));
+	EXPECT_TRUE(IFileManager::Get().DeleteDirectory(*Path(TEXT("link")), true, true));
+	EXPECT_TRUE(IFileManager::Get().DeleteDirectory(*Path(TEXT("second//")), true, true));
+	EXPECT_FALSE(Files.DirectoryExists(*Path(TEXT("second"))));
+	EXPECT_EQ(Files.IsSymlink(*Path(TEXT("link"))), ESymlinkResult::NonSymlink) << "still there";
+	EXPECT_EQ(Bytes(TEXT("outside/kept.txt")), "kept");
+	EXPECT_EQ(Bytes(TEXT("outside/deep/kept.txt")), "kept");
+	EXPECT_TRUE(Files.IsReadOnly(*Locked)) << "the mode of what a link points to has changed";
+
+	Link(TEXT("kept.txt"), TEXT("outside/second"));
+	EXPECT_TRUE(IFileManager::Get().Delete(*Path(TEXT("outside/second")), true, true));
+	EXPECT_TRUE(Files.IsReadOnly(*Locked)) << "a single deletion has changed it";
+	EXPECT_TRUE(Files.SetReadOnly(*Locked, false));
+}
+
+TEST_F(FFileTest, RecursiveWalksNameLinkedFoldersAndStayOutside)
+{
+	Write(TEXT("outside/a.txt"), "x");
+	Write(TEXT("tree/b.txt"), "x");
+	Link(TEXT("../outside"), TEXT("tree/folder"));
+	Link(TEXT("."), TEXT("tree/circle"));
+	Link(TEXT("tree"), TEXT("entry"));
+	TArray<FString> Names;
+	IFileManager::Get().FindFilesRecursive(Names, *Path(TEXT("entry")), TEXT("*"), true, true);
+	Names.Sort();
+	EXPECT_EQ(FString::Join(Names, TEXT(",")),
+		FString::Join(
+			TArray<FString>{ Path(TEXT("entry/b.txt")), Path(TEXT("entry/circle")), Path(TEXT("entry/folder")) },
+			TEXT(",")));
 }
 
 TEST_F(FFileTest, TimeStampsAreUtc)

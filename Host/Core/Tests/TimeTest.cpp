@@ -6,6 +6,7 @@
 #include "Misc/CommandLine.h"
 #include "Misc/DateTime.h"
 #include "Misc/EngineVersion.h"
+#include "Misc/EngineVersionComparison.h"
 #include "Misc/Guid.h"
 #include "Misc/OutputDeviceRedirector.h"
 #include "Misc/Parse.h"
@@ -131,6 +132,8 @@ TEST(VersionTest, TheBranchPartHasDotsToo)
 {
 	EXPECT_EQ(Narrow(FEngineVersion::Current().ToString(EVersionComponent::Minor)), "5.4");
 	EXPECT_EQ(Narrow(FEngineVersion::Current().ToString()), "5.4.4-35576357+++UE5+Release-5.4");
+	static_assert(UE_VERSION_OLDER_THAN(5, 4, 5) && UE_VERSION_OLDER_THAN(5, 5, 0) && UE_VERSION_OLDER_THAN(6, 0, 0));
+	static_assert(!UE_VERSION_OLDER_THAN(5, 4, 4) && !UE_VERSION_OLDER_THAN(5, 3, 9));
 }
 
 TEST(GuidTest, DigitsAreThirtyTwoUpperCase)

@@ -35,7 +35,7 @@ const TCHAR* ReadPair(const TCHAR* Text, FString& OutKey, FString& OutValue)
 	{
 		++Text;
 	}
-	OutValue = FString(static_cast<int32>(Text - Start), Start);
+	OutValue = FString::ConstructFromPtrSize(Start, static_cast<int32>(Text - Start));
 	return Text;
 }
 }

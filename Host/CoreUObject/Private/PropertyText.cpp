@@ -51,7 +51,7 @@ const TCHAR* ReadQuoted(const TCHAR* Buffer, FString& OutText)
 	{
 		return nullptr;
 	}
-	OutText = FString(static_cast<int32>(Buffer - Start), Start).ReplaceEscapedCharWithChar();
+	OutText = FString::ConstructFromPtrSize(Start, static_cast<int32>(Buffer - Start)).ReplaceEscapedCharWithChar();
 	return Buffer + 1;
 }
 
@@ -66,7 +66,7 @@ const TCHAR* ReadToken(const TCHAR* Buffer, FString& OutText)
 	{
 		++Buffer;
 	}
-	OutText = FString(static_cast<int32>(Buffer - Start), Start);
+	OutText = FString::ConstructFromPtrSize(Start, static_cast<int32>(Buffer - Start));
 	return Buffer == Start ? nullptr : Buffer;
 }
 
@@ -83,7 +83,7 @@ const TCHAR* ReadPath(const TCHAR* Buffer, FString& OutPath)
 		bInQuotes ^= *Buffer == u'\'';
 		++Buffer;
 	}
-	OutPath = FString(static_cast<int32>(Buffer - Start), Start);
+	OutPath = FString::ConstructFromPtrSize(Start, static_cast<int32>(Buffer - Start));
 	return Buffer == Start || bInQuotes ? nullptr : Buffer;
 }
 

@@ -18,7 +18,7 @@ FString ReadNumber(const TCHAR* Buffer)
 	{
 		++End;
 	}
-	return End == Digits ? FString() : FString(static_cast<int32>(End - Buffer), Buffer);
+	return End == Digits ? FString() : FString::ConstructFromPtrSize(Buffer, static_cast<int32>(End - Buffer));
 }
 
 bool IsNumber(const FString& Text)

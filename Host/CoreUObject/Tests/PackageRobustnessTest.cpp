@@ -61,6 +61,7 @@ public:
 	IFileHandle* OpenRead(const TCHAR* Filename, bool bWrite) override { return Below.OpenRead(Filename, bWrite); }
 	IFileHandle* OpenWrite(const TCHAR* Filename, bool bAppend, bool bAllowRead) override;
 	bool CreateDirectory(const TCHAR* Directory) override { return !IsFaulty() && Below.CreateDirectory(Directory); }
+	ESymlinkResult IsSymlink(const TCHAR* Filename) override { return Below.IsSymlink(Filename); }
 	bool DeleteDirectory(const TCHAR* Directory) override { return Below.DeleteDirectory(Directory); }
 	bool IterateDirectory(const TCHAR* Directory, FDirectoryVisitorFunc Visitor) override
 	{

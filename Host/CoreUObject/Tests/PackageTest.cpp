@@ -344,7 +344,7 @@ TEST_F(PackageTest, LeavesTheOldFileWhenASaveFails)
 	EXPECT_FALSE(Save(TEXT("/Game/Kept")));
 	TArray<uint8> Bytes;
 	FFileHelper::LoadFileToArray(Bytes, *File);
-	EXPECT_EQ(Bytes, Binary) << "what the real engine wrote is never overwritten";
+	EXPECT_EQ(Bytes, Binary) << "what Unreal Editor saved is never overwritten";
 	EXPECT_DEATH(Save(TEXT("/Game/Kept"), GError), "saved by Unreal Editor");
 }
 

@@ -41,6 +41,16 @@ const TCHAR* const EngineModules[] = { TEXT("CoreUObject"), TEXT("SlateCore"), T
 	TEXT("SettingsViewer"), TEXT("HTTP"), TEXT("ToolMenus"), TEXT("AssetRegistry"), TEXT("AssetTools"),
 	TEXT("UnrealEd"), TEXT("UndoHistory"), TEXT("ContentBrowser"), TEXT("Kismet"), TEXT("BlueprintEditorLibrary") };
 
+/** The first errors among the compiler's lines, or the first lines when none looks like one. */
+TArray<FString> ChooseErrors(const TArray<FString>& Lines)
+{
+	constexpr int32 MostShown = 5;
+	TArray<FString> Errors = Lines.FilterByPredicate([](const FString& Line) { return Line.Contains(TEXT("error:")); });
+	Errors = Errors.IsEmpty() ? Lines : Errors;
+	Errors.SetNum(FMath::Min(Errors.Num(), MostShown));
+	return Errors;
+}
+
 FString ProjectFileOfCommandLine()
 {
 	const TCHAR* Stream = FCommandLine::Get();
@@ -133,11 +143,7 @@ bool FHostEditor::LoadModules()
 		Modules.LoadModuleChecked(Module);
 	}
 	const EGameModules GameModules = PrepareGameModules();
-	if (GameModules == EGameModules::CannotBeBuilt)
-	{
-		return false;
-	}
-	// The project's own modules go first in each phase. Without one of them it is not the same project.
+	// The project's own modules go first in each phase.
 	bool bAllLoaded = true;
 	const auto LoadModulesOf = [&](ELoadingPhase::Type Phase) {
 		bAllLoaded &= GameModules != EGameModules::Ready || IProjectManager::Get().LoadModulesForProject(Phase);
@@ -154,20 +160,30 @@ bool FHostEditor::LoadModules()
 	{
 		MainWindow.RestoreTabs();
 	}
+	UE_CLOG(!bAllLoaded, LogHostEditor, Error,
+		TEXT("The project opens without some of its C++ modules, which cannot be loaded. Fix them and compile."));
 	bInitialized = true;
-	return bAllLoaded;
+	return true;
 }
 
 EGameModules FHostEditor::PrepareGameModules()
 {
 	FString Errors;
 	const EGameModules Result = FHostGameModules::Prepare(Errors);
+	TArray<FString> Lines;
+	Errors.ParseIntoArrayLines(Lines);
 	if (Result == EGameModules::CannotBeBuilt)
 	{
-		std::fprintf(stderr, "The project's C++ modules cannot be built:\n%s\n", TCHAR_TO_UTF8(*Errors));
+		for (const FString& Line : Lines)
+		{
+			UE_LOG(LogHostEditor, Log, TEXT("%s"), *Line);
+		}
+		UE_LOG(LogHostEditor, Error,
+			TEXT("The project opens without its C++ modules, because they cannot be built:\n%s"),
+			*FString::Join(HostEditor::ChooseErrors(Lines), TEXT("\n")));
 	}
 	UE_CLOG(Result == EGameModules::NotForThisEditor, LogHostEditor, Warning,
-		TEXT("The project opens without its C++ modules: %s"), *Errors);
+		TEXT("The project opens without its C++ modules, because %s"), *Errors);
 	return Result;
 }
 
@@ -179,11 +195,19 @@ bool FHostEditor::StartSlate()
 		return true;
 	}
 	Display = FHostDisplay::Open();
+	if (!Display && Console.IsWanted())
+	{
+		std::printf("There is no screen to open a window on, so the editor is shown in this terminal.\n");
+		std::fflush(stdout);
+		FSlateApplication::Create();
+		return true;
+	}
 	if (!Display)
 	{
 		std::fprintf(stderr, "There is no screen to open a window on.\n");
 		return false;
 	}
+	Console.GiveWayToWindow();
 	FSlateApplication::Create(Display->GetPlatformApplication());
 	FSlateApplication::Get().InitializeRenderer(GetStandardStandaloneRenderer());
 	return true;

@@ -32,10 +32,10 @@ public:
 private:
 	bool OpenProject();
 	void OpenLog();
-	/** False when the project's own modules cannot be built or loaded. */
+	/** False when there is nothing to show the editor on. */
 	bool LoadModules();
 	EGameModules PrepareGameModules();
-	/** With -Window on the screen, otherwise in memory alone. False when there is no screen. */
+	/** With -Window on the screen, otherwise in memory alone. False when there is no screen and no console either. */
 	bool StartSlate();
 	void CreateMainWindow();
 	void Tick();

@@ -73,7 +73,6 @@ FPanelConsole::FPanelConsole()
 	if (FParse::Value(FCommandLine::Get(), TEXT("-Console="), Name))
 	{
 		TabName = FName(*Name);
-		std::signal(SIGINT, &PanelConsole::OnInterrupt);
 	}
 }
 
@@ -82,6 +81,7 @@ FPanelConsole::~FPanelConsole() = default;
 bool FPanelConsole::Start()
 {
 	Tab = FGlobalTabmanager::Get()->TryInvokeTab(TabName);
+	std::signal(SIGINT, &PanelConsole::OnInterrupt);
 	if (!Tab)
 	{
 		std::fprintf(stderr, "There is no tab '%s' in this editor.\n", TCHAR_TO_UTF8(*TabName.ToString()));
@@ -109,7 +109,9 @@ void FPanelConsole::Collect(const TSharedRef<IAccessibleWidget>& Widget, FView& 
 		bReadOnly ? void(View.Texts.Add(Widget)) : void(View.PromptBox = Widget);
 		return;
 	}
-	for (int32 Index = 0; Index < Widget->GetNumberOfChildren(); ++Index)
+	// Asked for once: counting looks at all of them.
+	const int32 NumChildren = Widget->GetNumberOfChildren();
+	for (int32 Index = 0; Index < NumChildren; ++Index)
 	{
 		Collect(Widget->GetChildAt(Index).ToSharedRef(), View);
 	}
@@ -357,6 +359,7 @@ bool FPanelConsole::HandleInterrupts(const FView& View)
 
 void FPanelConsole::Send(const FView& View, const FString& Prompt)
 {
+	Failures.Restart();
 	View.PromptBox->AsProperty()->SetValue(Prompt);
 	View.PromptBox->SetFocus();
 	FSlateApplication& Slate = FSlateApplication::Get();
@@ -380,6 +383,7 @@ void FPanelConsole::RunScript(const FView& View)
 			Phase = EPhase::Sent;
 			break;
 		}
+		ExitCode = Failures.HasFailed() ? 1 : 0;
 		Press(View, PanelConsole::EndButton);
 		Phase = EPhase::Ending;
 		break;
@@ -427,6 +431,7 @@ void FPanelConsole::ApproveInScript(const FView& View)
 			Lines.RemoveAt(0);
 		}
 		bAskedForApproval = false;
+		Failures.Restart();
 		Press(View, PanelConsole::ApproveButton);
 		Phase = EPhase::Sent;
 		return;

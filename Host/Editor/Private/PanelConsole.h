@@ -1,6 +1,7 @@
 #pragma once
 
 #include "CoreMinimal.h"
+#include "FailureWatch.h"
 #include "GenericPlatform/Accessibility/GenericAccessibleInterfaces.h"
 
 #include <string>
@@ -16,7 +17,8 @@ class SDockTab;
  *
  * "-Prompt=<text>" (any number of them) runs unattended: each prompt is sent when the one before is done, the
  * conversation is ended after the last, and the program leaves with 0. It leaves with 1 as soon as the conversation
- * ends by itself, and when a tool waits for approval that neither "-Approve" nor a "y" on the standard input gives.
+ * ends by itself, when a tool waits for approval that neither "-Approve" nor a "y" on the standard input gives, and
+ * when something failed after what was sent or approved last (see FFailureWatch).
  */
 class FPanelConsole
 {
@@ -26,6 +28,8 @@ public:
 	UE_NONCOPYABLE(FPanelConsole)
 
 	bool IsWanted() const { return !TabName.IsNone(); }
+	/** A console that was meant for the case that there is no screen is not wanted any more. */
+	void GiveWayToWindow() { TabName = FName(); }
 	/** Opens the tab. False when there is no such tab. */
 	bool Start();
 	/** One frame. */
@@ -77,6 +81,7 @@ private:
 	void Leave(int32 Code);
 
 	FName TabName;
+	FFailureWatch Failures;
 	TSharedPtr<SDockTab> Tab;
 	TSet<AccessibleWidgetId> Printed;
 	TArray<FString> Prompts;

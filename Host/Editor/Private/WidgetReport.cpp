@@ -93,7 +93,8 @@ FWidgetReport::FWidgetReport()
 void FWidgetReport::Collect(const TSharedRef<IAccessibleWidget>& Widget, TArray<TSharedPtr<FJsonValue>>& OutWidgets)
 {
 	OutWidgets.Add(MakeShared<FJsonValueObject>(WidgetReport::Describe(Widget.Get())));
-	for (int32 Index = 0; Index < Widget->GetNumberOfChildren(); ++Index)
+	const int32 NumChildren = Widget->GetNumberOfChildren();
+	for (int32 Index = 0; Index < NumChildren; ++Index)
 	{
 		Collect(Widget->GetChildAt(Index).ToSharedRef(), OutWidgets);
 	}

@@ -8,11 +8,46 @@
 #include "Misc/App.h"
 #include "Misc/EngineVersion.h"
 
+#include <algorithm>
+#include <cctype>
+#include <memory>
+
 DEFINE_LOG_CATEGORY_STATIC(LogHttp, Log, All);
 
 namespace CurlHttpRequest
 {
-constexpr long MaxRedirects = 10;
+constexpr int32 MaxRedirects = 10;
+
+using FUrlHandle = std::unique_ptr<CURLU, decltype(&curl_url_cleanup)>;
+
+/** One part of a URL; empty when it has none. */
+std::string GetPart(const FUrlHandle& Url, CURLUPart Part)
+{
+	char* Text = nullptr;
+	const bool bFound = curl_url_get(Url.get(), Part, &Text, CURLU_DEFAULT_PORT) == CURLUE_OK;
+	std::string Result = bFound ? Text : "";
+	curl_free(Text);
+	return Result;
+}
+
+/** "scheme://host:port", in lower case and with the scheme's port when none is given; empty for what is no URL. */
+std::string GetOrigin(const char* Address)
+{
+	const FUrlHandle Url(curl_url(), &curl_url_cleanup);
+	if (curl_url_set(Url.get(), CURLUPART_URL, Address, 0) != CURLUE_OK)
+	{
+		return std::string();
+	}
+	std::string Origin =
+		GetPart(Url, CURLUPART_SCHEME) + "://" + GetPart(Url, CURLUPART_HOST) + ":" + GetPart(Url, CURLUPART_PORT);
+	std::transform(Origin.begin(), Origin.end(), Origin.begin(), [](unsigned char C) { return std::tolower(C); });
+	return Origin;
+}
+
+bool IsRedirect(long Code)
+{
+	return Code == 301 || Code == 302 || Code == 303 || Code == 307 || Code == 308;
+}
 
 double WallSeconds()
 {
@@ -169,6 +204,7 @@ bool FCurlHttpRequest::ProcessRequest()
 
 	Status = EHttpRequestStatus::Processing;
 	bCancelled = false;
+	NumRedirects = 0;
 	StartTime = CurlHttpRequest::WallSeconds();
 	Response = MakeShared<FCurlHttpResponse>();
 	SetUpHandle();
@@ -186,14 +222,13 @@ void FCurlHttpRequest::SetUpHandle()
 	curl_easy_setopt(Handle, CURLOPT_HTTP_VERSION, CURL_HTTP_VERSION_1_1);
 	curl_easy_setopt(Handle, CURLOPT_NOSIGNAL, 1L);
 	curl_easy_setopt(Handle, CURLOPT_PROTOCOLS_STR, "https,http");
-	curl_easy_setopt(Handle, CURLOPT_REDIR_PROTOCOLS_STR, "https,http");
-	curl_easy_setopt(Handle, CURLOPT_FOLLOWLOCATION, 1L);
-	curl_easy_setopt(Handle, CURLOPT_MAXREDIRS, CurlHttpRequest::MaxRedirects);
+	// libcurl would take the request's own headers, keys among them, to any host: FollowRedirect decides instead.
+	curl_easy_setopt(Handle, CURLOPT_FOLLOWLOCATION, 0L);
 	curl_easy_setopt(Handle, CURLOPT_CONNECTTIMEOUT_MS, static_cast<long>(Module.GetHttpConnectionTimeout() * 1000.0f));
 	curl_easy_setopt(Handle, CURLOPT_LOW_SPEED_LIMIT, 1L);
 	curl_easy_setopt(Handle, CURLOPT_LOW_SPEED_TIME, static_cast<long>(Module.GetHttpActivityTimeout()));
-	const float Total = TimeoutSeconds > 0.0f ? TimeoutSeconds : Module.GetHttpTotalTimeout();
-	curl_easy_setopt(Handle, CURLOPT_TIMEOUT_MS, static_cast<long>(Total * 1000.0f));
+	TotalSeconds = TimeoutSeconds > 0.0f ? TimeoutSeconds : Module.GetHttpTotalTimeout();
+	curl_easy_setopt(Handle, CURLOPT_TIMEOUT_MS, static_cast<long>(TotalSeconds * 1000.0f));
 
 	MaxResponseBytes = Module.GetMaxResponseBytes();
 	curl_easy_setopt(Handle, CURLOPT_WRITEFUNCTION, &FCurlHttpRequest::ReceiveBody);
@@ -220,7 +255,6 @@ void FCurlHttpRequest::SetUpMethod()
 	}
 	if (!bPost)
 	{
-		// A named verb is kept over redirects, but a POST becomes a GET on its way.
 		curl_easy_setopt(Handle, CURLOPT_CUSTOMREQUEST, TCHAR_TO_UTF8(*Verb));
 	}
 }
@@ -334,14 +368,53 @@ float FCurlHttpRequest::GetElapsedTime() const
 		(Status == EHttpRequestStatus::Processing ? CurlHttpRequest::WallSeconds() : EndTime) - StartTime);
 }
 
+ERedirect FCurlHttpRequest::FollowRedirect()
+{
+	long Code = 0;
+	char* Target = nullptr;
+	char* Source = nullptr;
+	curl_easy_getinfo(Handle, CURLINFO_RESPONSE_CODE, &Code);
+	curl_easy_getinfo(Handle, CURLINFO_REDIRECT_URL, &Target);
+	curl_easy_getinfo(Handle, CURLINFO_EFFECTIVE_URL, &Source);
+	if (!CurlHttpRequest::IsRedirect(Code) || !Target || !Source)
+	{
+		return ERedirect::None;
+	}
+	const std::string Origin = CurlHttpRequest::GetOrigin(Target);
+	if (Origin.empty() || Origin != CurlHttpRequest::GetOrigin(Source))
+	{
+		UE_LOG(LogHttp, Warning, TEXT("%s %s is redirected to another server, %hs, and is not sent there"), *Verb, *URL,
+			Origin.c_str());
+		return ERedirect::None;
+	}
+	if (++NumRedirects > CurlHttpRequest::MaxRedirects)
+	{
+		return ERedirect::TooMany;
+	}
+
+	const std::string Address = Target; // belongs to the handle, which is about to change
+	curl_easy_setopt(Handle, CURLOPT_URL, Address.c_str());
+	const bool bPost = Verb.Equals(TEXT("POST"));
+	if (Code == 303 ? !Verb.Equals(TEXT("HEAD")) : bPost && (Code == 301 || Code == 302))
+	{
+		curl_easy_setopt(Handle, CURLOPT_HTTPGET, 1L);
+		curl_easy_setopt(Handle, CURLOPT_CUSTOMREQUEST, nullptr);
+	}
+	if (TotalSeconds > 0.0f)
+	{
+		// The limit is for the whole request, but libcurl counts from the start of each transfer.
+		const double LeftSeconds = TotalSeconds - (CurlHttpRequest::WallSeconds() - StartTime);
+		curl_easy_setopt(Handle, CURLOPT_TIMEOUT_MS, FMath::Max(1L, static_cast<long>(LeftSeconds * 1000.0)));
+	}
+	return ERedirect::Follow;
+}
+
 void FCurlHttpRequest::Finish(CURLcode Result)
 {
 	long Code = 0;
-	char* EffectiveUrl = nullptr;
 	curl_easy_getinfo(Handle, CURLINFO_RESPONSE_CODE, &Code);
-	curl_easy_getinfo(Handle, CURLINFO_EFFECTIVE_URL, &EffectiveUrl);
 	Response->ResponseCode = static_cast<int32>(Code);
-	Response->URL = EffectiveUrl ? FString(EffectiveUrl) : URL;
+	Response->URL = URL;
 	ReleaseHandle();
 
 	const bool bSucceeded = Result == CURLE_OK && !bCancelled;

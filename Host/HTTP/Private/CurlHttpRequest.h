@@ -14,6 +14,14 @@ struct FHttpHeader
 	FString Value;
 };
 
+/** What becomes of a transfer that has ended. */
+enum class ERedirect
+{
+	None,    // it is the reply
+	Follow,  // it goes on at another address of the same server
+	TooMany, // it would go in circles
+};
+
 class FCurlHttpResponse final : public IHttpResponse
 {
 public:
@@ -61,7 +69,13 @@ public:
 
 	CURL* GetHandle() const { return Handle; }
 	bool IsCancelled() const { return bCancelled; }
-	/** Called by the manager when the transfer has ended. */
+	/**
+	 * Called by the manager when a transfer has arrived. Only a redirect within the scheme, host and port is followed;
+	 * the handle is then ready to be started again. Any other is the reply itself, so the other server is never
+	 * contacted.
+	 */
+	ERedirect FollowRedirect();
+	/** Called by the manager when the last transfer has ended. */
 	void Finish(CURLcode Result);
 
 private:
@@ -79,7 +93,9 @@ private:
 	FString URL;
 	TArray<FHttpHeader> Headers;
 	TArray<uint8> Content;
-	float TimeoutSeconds = 0.0f;
+	float TimeoutSeconds = 0.0f; // 0 takes the module's
+	float TotalSeconds = 0.0f;   // of the request that is in flight; 0 is no limit
+	int32 NumRedirects = 0;
 	FHttpRequestCompleteDelegate CompleteDelegate;
 	EHttpRequestStatus::Type Status = EHttpRequestStatus::NotStarted;
 	bool bCancelled = false;

@@ -14,6 +14,8 @@ struct FHttpManager::FState
 	UE_NONCOPYABLE(FState)
 
 	void Start(const TSharedRef<FCurlHttpRequest>& Request);
+	/** After a transfer: goes on to where it was redirected, or ends the request. */
+	void Arrived(const TSharedRef<FCurlHttpRequest>& Request, CURLcode Result);
 	/** Takes a request out of the transfer and tells its owner. */
 	void End(const TSharedRef<FCurlHttpRequest>& Request, CURLcode Result);
 

@@ -25,6 +25,18 @@ void FHttpManager::FState::End(const TSharedRef<FCurlHttpRequest>& Request, CURL
 	Request->Finish(Result);
 }
 
+void FHttpManager::FState::Arrived(const TSharedRef<FCurlHttpRequest>& Request, CURLcode Result)
+{
+	const ERedirect Redirect = Result == CURLE_OK ? Request->FollowRedirect() : ERedirect::None;
+	if (Redirect == ERedirect::Follow)
+	{
+		curl_multi_remove_handle(Multi, Request->GetHandle());
+		curl_multi_add_handle(Multi, Request->GetHandle());
+		return;
+	}
+	End(Request, Redirect == ERedirect::TooMany ? CURLE_TOO_MANY_REDIRECTS : Result);
+}
+
 FHttpManager::FHttpManager()
 	: State(std::make_unique<FState>())
 {
@@ -58,7 +70,7 @@ void FHttpManager::Tick(float DeltaSeconds)
 			[Message](const TSharedRef<FCurlHttpRequest>& Each) { return Each->GetHandle() == Message->easy_handle; });
 		if (Message->msg == CURLMSG_DONE && Request)
 		{
-			State->End(TSharedRef<FCurlHttpRequest>(*Request), Message->data.result);
+			State->Arrived(TSharedRef<FCurlHttpRequest>(*Request), Message->data.result);
 		}
 	}
 }

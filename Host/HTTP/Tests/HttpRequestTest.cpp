@@ -245,16 +245,84 @@ TEST_F(FHttpRequestTest, ResponseHeadersIgnoreCaseAndKeepTheirOrder)
 		Narrow(FString::Join(Headers, TEXT("|"))), "content-TYPE: text/plain|X-First: one:two|X-Second: \xC3\xA9");
 }
 
-TEST_F(FHttpRequestTest, ARedirectIsFollowedAsAGetAndLeavesNothingBehind)
+TEST_F(FHttpRequestTest, ARedirectWithinTheServerIsFollowed)
 {
-	FCall Call(Url(TEXT("/redirect")));
-	Call.Request->SetVerb(TEXT("POST"));
-	Call.Request->SetContentAsString(TEXT("payload"));
+	struct FCase
+	{
+		const TCHAR* Verb;
+		const TCHAR* Path;
+		const char* ExpectedStart;
+		const char* ExpectedEnd;
+	};
+	const FString Whole = FString::Printf(TEXT("/redirect/302?https://LOCALHOST:%d/echo"), Server.GetPort());
+	const FCase Cases[] = {
+		{ TEXT("POST"), TEXT("/redirect/302"), "GET /echo ", "\r\n\r\n" },
+		{ TEXT("POST"), TEXT("/redirect/303"), "GET /echo ", "\r\n\r\n" },
+		{ TEXT("POST"), TEXT("/redirect/307"), "POST /echo ", "\r\n\r\npayload" },
+		{ TEXT("PUT"), TEXT("/redirect/301"), "PUT /echo ", "\r\n\r\npayload" },
+		{ TEXT("PUT"), TEXT("/redirect/303"), "GET /echo ", "\r\n\r\n" },
+		{ TEXT("POST"), TEXT("/redirect/308?/redirect/302"), "GET /echo ", "\r\n\r\n" },
+		{ TEXT("POST"), *Whole, "GET /echo ", "\r\n\r\n" },
+	};
+	for (const FCase& Case : Cases)
+	{
+		SCOPED_TRACE(Narrow(Case.Path));
+		FCall Call(Url(Case.Path));
+		Call.Request->SetVerb(Case.Verb);
+		Call.Request->SetHeader(TEXT("X-Key"), TEXT("secret"));
+		Call.Request->SetContentAsString(TEXT("payload"));
+		Call.Run();
+		ASSERT_TRUE(Call.bSucceeded);
+		EXPECT_TRUE(Call.GetBody().starts_with(Case.ExpectedStart)) << Call.GetBody();
+		EXPECT_TRUE(Call.GetBody().ends_with(Case.ExpectedEnd)) << Call.GetBody();
+		EXPECT_NE(Call.GetBody().find("X-Key: secret"), std::string::npos);
+		EXPECT_TRUE(Call.Response->GetHeader(TEXT("X-First")).IsEmpty()) << "left from the redirect";
+		EXPECT_EQ(Narrow(Call.Response->GetURL()), Narrow(Url(Case.Path)));
+	}
+}
+
+TEST_F(FHttpRequestTest, ARedirectToAnotherServerIsTheReplyAndNobodyElseIsContacted)
+{
+	const FTestHttpsServer Other(Authority, "DNS:localhost,IP:127.0.0.1");
+	const FString Targets[] = {
+		Url(TEXT("/echo"), Other),
+		FString::Printf(TEXT("https://127.0.0.1:%d/echo"), Server.GetPort()),
+		FString::Printf(TEXT("http://localhost:%d/echo"), Server.GetPort()),
+		FString::Printf(TEXT("http://localhost:%d/echo"), Other.GetPort()),
+		FString::Printf(TEXT("//localhost:%d/echo"), Other.GetPort()),
+		FString::Printf(TEXT("https://localhost:%d@127.0.0.1:%d/echo"), Server.GetPort(), Other.GetPort()),
+		TEXT("https://localhost/echo"),
+		TEXT("file:///etc/hostname"),
+	};
+	for (const FString& Target : Targets)
+	{
+		for (const TCHAR* Code : { TEXT("301"), TEXT("307") })
+		{
+			SCOPED_TRACE(Narrow(Target));
+			const int NumConnections = Server.GetNumConnections();
+			FCall Call(Url(*FString::Printf(TEXT("/redirect/%s?%s"), Code, *Target)));
+			Call.Request->SetHeader(TEXT("X-Key"), TEXT("secret"));
+			Call.Run();
+			ASSERT_TRUE(Call.bSucceeded);
+			EXPECT_EQ(Narrow(FString::FromInt(Call.Response->GetResponseCode())), Narrow(Code));
+			EXPECT_EQ(Narrow(Call.Response->GetHeader(TEXT("Location"))), Narrow(Target));
+			EXPECT_EQ(Call.GetBody(), "moved");
+			EXPECT_EQ(Server.GetNumConnections(), NumConnections + 1);
+			EXPECT_EQ(Other.GetNumConnections(), 0);
+		}
+	}
+}
+
+TEST_F(FHttpRequestTest, RedirectsInACircleEnd)
+{
+	FCall Call(Url(TEXT("/redirect/302?/redirect/302?/redirect/302?/redirect/302?/redirect/302?/redirect/302?"
+						"/redirect/302?/redirect/302?/redirect/302?/redirect/302?/redirect/302")));
 	Call.Run();
-	ASSERT_TRUE(Call.bSucceeded);
-	EXPECT_TRUE(Call.GetBody().starts_with("GET /echo ")) << Call.GetBody();
-	EXPECT_TRUE(Call.Response->GetHeader(TEXT("X-First")).IsEmpty());
-	EXPECT_EQ(Narrow(Call.Response->GetURL()), Narrow(Url(TEXT("/echo"))));
+	Call.ExpectFailure("eleven redirects");
+	FCall Waiting(Url(TEXT("/redirect/302?/wait")));
+	Waiting.Request->SetTimeout(0.3f);
+	Waiting.Run();
+	Waiting.ExpectFailure("the limit holds for all of them");
 }
 
 TEST_F(FHttpRequestTest, RequestsRunAtOnceAndMayCompleteOutOfOrder)

@@ -86,6 +86,7 @@ void FTestHttpsServer::Accept()
 		pollfd Waiting = { Listener, POLLIN, 0 };
 		if (poll(&Waiting, 1, TestHttpsServer::PollMilliseconds) > 0)
 		{
+			++NumConnections;
 			Connections.emplace_back(&FTestHttpsServer::Serve, this, accept(Listener, nullptr, nullptr));
 		}
 	}
@@ -126,9 +127,12 @@ std::string FTestHttpsServer::Answer(const std::string& Request)
 	{
 		return Message("200 OK", "", std::string(std::strtoul(Argument.c_str(), nullptr, 10), 'x'));
 	}
-	if (Path == "/redirect")
+	if (Path.starts_with("/redirect/"))
 	{
-		return Message("302 Found", "Location: /echo\r\nX-First: of the redirect\r\n", "moved");
+		const size_t Query = Path.find('?');
+		const std::string Target = Query == std::string::npos ? "/echo" : Path.substr(Query + 1);
+		const std::string Code = Path.substr(std::string_view("/redirect/").size(), 3);
+		return Message(Code + " Elsewhere", "Location: " + Target + "\r\nX-First: of the redirect\r\n", "moved");
 	}
 	if (Path == "/drop")
 	{

@@ -18,7 +18,7 @@
  * /bytes/N       answers 200 with N bytes
  * /wait          answers 200 after somebody asked for /release
  * /release       answers 200
- * /redirect      sends to /echo
+ * /redirect/NNN  sends with that code to where the query says, and to /echo without one
  * /drop          closes the connection in the middle of a body
  */
 class FTestHttpsServer
@@ -31,6 +31,8 @@ public:
 	FTestHttpsServer& operator=(const FTestHttpsServer&) = delete;
 
 	int GetPort() const { return Port; }
+	/** Clients that have come, whether or not they sent a request. */
+	int GetNumConnections() const { return NumConnections; }
 
 private:
 	void Accept();
@@ -42,6 +44,7 @@ private:
 	int Listener = -1;
 	int Port = 0;
 	std::atomic<bool> bStopping = false;
+	std::atomic<int> NumConnections = 0;
 	std::mutex Mutex;
 	std::condition_variable Changed;
 	bool bReleased = false;

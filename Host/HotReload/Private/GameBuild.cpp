@@ -54,16 +54,21 @@ TArray<FString> FGameBuild::GetProjectModules()
 	return Names;
 }
 
-TArray<FString> FGameBuild::FindMissingDependencies()
+FString FGameBuild::DescribeMissingDependencies()
 {
 	FEditorBuild Editor;
 	TArray<FGameModuleRules> Modules;
 	FText FailReason;
-	TArray<FString> Missing;
 	if (!Editor.Load(FailReason) || !ReadRules(GameBuild::GetProjectDir(), Modules, FailReason))
 	{
-		return Missing;
+		return FString();
 	}
+	return DescribeMissing(FindMissing(Modules, Editor));
+}
+
+TArray<FString> FGameBuild::FindMissing(const TArray<FGameModuleRules>& Modules, const FEditorBuild& Editor)
+{
+	TArray<FString> Missing;
 	const TArray<FString> OfProject = GetProjectModules();
 	for (const FGameModuleRules& Module : Modules)
 	{
@@ -76,6 +81,13 @@ TArray<FString> FGameBuild::FindMissingDependencies()
 		}
 	}
 	return Missing;
+}
+
+FString FGameBuild::DescribeMissing(const TArray<FString>& Missing)
+{
+	return Missing.IsEmpty()
+			   ? FString()
+			   : TEXT("they need engine modules that this editor does not have: ") + FString::Join(Missing, TEXT(", "));
 }
 
 bool FGameBuild::AreLibrariesUsable()
@@ -126,6 +138,13 @@ bool FGameBuild::Start(FText& OutFailReason)
 	if (!Editor.Load(OutFailReason) || !ReadRules(ProjectDir, Modules, OutFailReason))
 	{
 		return false;
+	}
+	const FString Missing = DescribeMissing(FindMissing(Modules, Editor));
+	if (!Missing.IsEmpty())
+	{
+		Lines.Add(TEXT("error: The project's C++ modules cannot be compiled here, because ") + Missing);
+		Phase = EPhase::Refusing;
+		return true;
 	}
 	const int32 PresentNumber = GetPresentNumber();
 	return PresentNumber == INDEX_NONE ? StartNinja(MakeNewNumber(), false, OutFailReason)
@@ -215,6 +234,11 @@ bool FGameBuild::Tick()
 	{
 		return false;
 	}
+	if (Phase == EPhase::Refusing)
+	{
+		End(bStopRequested ? ECompilationResult::Canceled : ECompilationResult::OtherCompilationError);
+		return false;
+	}
 	const bool bRuns = Process->Poll();
 	TakeLinesFromProcess();
 	if (!bRuns)
@@ -253,6 +277,7 @@ void FGameBuild::EndCheck()
 	}
 	if (bNothingToDo)
 	{
+		FillLibraries();
 		End(SaveManifest(Number) ? ECompilationResult::UpToDate : ECompilationResult::OtherCompilationError);
 		return;
 	}
@@ -276,12 +301,17 @@ void FGameBuild::EndBuild()
 		End(ECompilationResult::OtherCompilationError);
 		return;
 	}
+	FillLibraries();
+	End(ECompilationResult::Succeeded);
+}
+
+void FGameBuild::FillLibraries()
+{
 	for (const FGameModuleRules& Module : Modules)
 	{
-		NewLibraries.Emplace(FName(*Module.Name),
+		Libraries.Emplace(FName(*Module.Name),
 			FHostModuleManifest::GetFolder(ProjectDir) / FGameBuildFile::GetLibraryName(Module.Name, Number));
 	}
-	End(ECompilationResult::Succeeded);
 }
 
 void FGameBuild::End(ECompilationResult::Type InResult)

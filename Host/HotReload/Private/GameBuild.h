@@ -19,14 +19,18 @@ class FGameBuild
 public:
 	/** Of the project that is open: the names of the modules that an editor loads. */
 	static TArray<FString> GetProjectModules();
-	/** Listed in a Build.cs, but neither the editor's nor the project's: no compile can succeed here. */
-	static TArray<FString> FindMissingDependencies();
+	/** Names modules listed in a Build.cs that are neither the editor's nor the project's; empty when there are none.
+	 */
+	static FString DescribeMissingDependencies();
 	/** Whether every library is there and was built for this very editor. */
 	static bool AreLibrariesUsable();
 	/** Deletes libraries that the manifest no longer names. */
 	static void DeleteOldLibraries();
 
-	/** False when nothing can be built; OutFailReason tells why. */
+	/**
+	 * False when nothing can be built; OutFailReason tells why. Modules that need what this editor does not have are
+	 * accepted: the build prints so and fails, so that whoever waits for its result learns the cause.
+	 */
 	bool Start(FText& OutFailReason);
 	/** Moves on without waiting. @return whether the build still goes on */
 	bool Tick();
@@ -36,15 +40,18 @@ public:
 
 	/** Once the build has ended. */
 	ECompilationResult::Type GetResult() const { return Result; }
-	/** The full paths of the libraries that were built, by module name; each after those that it needs. */
-	const TArray<TPair<FName, FString>>& GetNewLibraries() const { return NewLibraries; }
+	/** The full paths of the libraries that were built or are up to date, by module name; each after those it needs. */
+	const TArray<TPair<FName, FString>>& GetLibraries() const { return Libraries; }
 
 private:
 	static bool ReadRules(const FString& ProjectDir, TArray<FGameModuleRules>& OutModules, FText& OutFailReason);
+	static TArray<FString> FindMissing(const TArray<FGameModuleRules>& Modules, const FEditorBuild& Editor);
+	static FString DescribeMissing(const TArray<FString>& Missing);
 	bool StartNinja(int32 LibraryNumber, bool bOnlyCheck, FText& OutFailReason);
 	void EndCheck();
 	void EndBuild();
 	void End(ECompilationResult::Type InResult);
+	void FillLibraries();
 	/** INDEX_NONE unless all libraries of the manifest are there under one number. */
 	int32 GetPresentNumber() const;
 	int32 MakeNewNumber() const;
@@ -53,6 +60,7 @@ private:
 
 	enum class EPhase : uint8
 	{
+		Refusing, // no compile can succeed here
 		Checking,
 		Building,
 		Ended,
@@ -68,6 +76,6 @@ private:
 	bool bNothingToDo = false;
 	bool bSkipNextLine = false;
 	TArray<FString> Lines;
-	TArray<TPair<FName, FString>> NewLibraries;
+	TArray<TPair<FName, FString>> Libraries;
 	ECompilationResult::Type Result = ECompilationResult::Unknown;
 };

@@ -4,12 +4,16 @@
 #include "HAL/PlatformProcess.h"
 #include "HostModuleManifest.h"
 #include "Misc/Paths.h"
+#include "Modules/ModuleManager.h"
 
 #include <cstdio>
 
 namespace HostGameModules
 {
 constexpr float PollSeconds = 0.01f;
+
+// Until then there is no telling what is going to be loaded.
+bool bPrepared = false;
 
 bool BuildAndWait(FString& OutErrors)
 {
@@ -36,10 +40,10 @@ EGameModules FHostGameModules::Prepare(FString& OutErrors)
 	{
 		return EGameModules::Ready;
 	}
-	const TArray<FString> Missing = FGameBuild::FindMissingDependencies();
-	if (!Missing.IsEmpty())
+	HostGameModules::bPrepared = true;
+	OutErrors = FGameBuild::DescribeMissingDependencies();
+	if (!OutErrors.IsEmpty())
 	{
-		OutErrors = TEXT("they need modules that this editor does not have: ") + FString::Join(Missing, TEXT(", "));
 		return EGameModules::NotForThisEditor;
 	}
 	if (!FGameBuild::AreLibrariesUsable())
@@ -57,4 +61,11 @@ EGameModules FHostGameModules::Prepare(FString& OutErrors)
 	Manifest.Load(FPaths::ProjectDir());
 	Manifest.Announce(FPaths::ProjectDir());
 	return EGameModules::Ready;
+}
+
+bool FHostGameModules::AreSomeNotLoaded()
+{
+	return HostGameModules::bPrepared && FGameBuild::GetProjectModules().ContainsByPredicate([](const FString& Module) {
+		return !FModuleManager::Get().IsModuleLoaded(FName(*Module));
+	});
 }

@@ -2,6 +2,7 @@
 
 #include "HAL/HostClock.h"
 #include "HAL/PlatformProcess.h"
+#include "HostGameModules.h"
 #include "Misc/ConfigCacheIni.h"
 #include "Misc/OutputDeviceRedirector.h"
 #include "UObject/Package.h"
@@ -65,7 +66,9 @@ ECompilationResult::Type FHotReloadModule::DoHotReloadFromEditor(EHotReloadFlags
 			Packages.Add(Package);
 		}
 	}
-	return RebindPackages(Packages, Flags, *GLog);
+	// There is no package to ask for where the modules could not be loaded so far.
+	return Packages.IsEmpty() && FHostGameModules::AreSomeNotLoaded() ? Compile(Flags, *GLog)
+																	  : RebindPackages(Packages, Flags, *GLog);
 }
 
 ECompilationResult::Type FHotReloadModule::RebindPackages(
@@ -77,6 +80,11 @@ ECompilationResult::Type FHotReloadModule::RebindPackages(
 			LogHotReload.GetCategoryName());
 		return ECompilationResult::Unsupported;
 	}
+	return Compile(Flags, Ar);
+}
+
+ECompilationResult::Type FHotReloadModule::Compile(EHotReloadFlags Flags, FOutputDevice& Ar)
+{
 	const bool bWait = EnumHasAnyFlags(Flags, EHotReloadFlags::WaitForCompletion);
 	if (!StartBuild(Ar, true, !bWait))
 	{
@@ -174,11 +182,13 @@ void FHotReloadModule::LogLines()
 void FHotReloadModule::EndBuild()
 {
 	ECompilationResult::Type Result = Build->GetResult();
-	const TArray<TPair<FName, FString>> Libraries = Build->GetNewLibraries();
+	const TArray<TPair<FName, FString>> Libraries = Build->GetLibraries();
 	const FString Printed = MoveTemp(Output);
 	// What handles the event may start the next compile.
 	LetGoOfBuild();
-	if (bReloadWhenBuilt && Result == ECompilationResult::Succeeded && !ReloadModules(Libraries))
+	const bool bLoad = Result == ECompilationResult::Succeeded ||
+					   (Result == ECompilationResult::UpToDate && FHostGameModules::AreSomeNotLoaded());
+	if (bReloadWhenBuilt && bLoad && !ReloadModules(Libraries))
 	{
 		Result = ECompilationResult::OtherCompilationError;
 	}
@@ -196,7 +206,7 @@ bool FHotReloadModule::ReloadModules(const TArray<TPair<FName, FString>>& Librar
 	{
 		if (!FModuleManager::Get().IsModuleLoaded(Library.Key))
 		{
-			FModuleManager::Get().AddModuleLibrary(Library.Key, Library.Value);
+			bAllReloaded &= LoadForTheFirstTime(Library.Key, Library.Value);
 			continue;
 		}
 		const FReflectedTypeReload Types(HotReloadModule::GetPackageName(Library.Key));
@@ -208,6 +218,14 @@ bool FHotReloadModule::ReloadModules(const TArray<TPair<FName, FString>>& Librar
 	HotReloadEvent.Broadcast(false);
 	FCoreUObjectDelegates::ReloadCompleteDelegate.Broadcast(EReloadCompleteReason::HotReloadManual);
 	return bAllReloaded;
+}
+
+bool FHotReloadModule::LoadForTheFirstTime(FName Module, const FString& Library)
+{
+	FModuleManager::Get().AddModuleLibrary(Module, Library);
+	const bool bLoaded = FModuleManager::Get().LoadModule(Module) != nullptr;
+	UE_CLOG(bLoaded, LogHotReload, Log, TEXT("%s was loaded for the first time"), *Module.ToString());
+	return bLoaded;
 }
 
 void FHotReloadModule::LetGoOfBuild()

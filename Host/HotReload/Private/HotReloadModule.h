@@ -23,6 +23,7 @@ public:
 	FHotReloadEvent& OnHotReload() override { return HotReloadEvent; }
 
 private:
+	ECompilationResult::Type Compile(EHotReloadFlags Flags, FOutputDevice& Ar);
 	bool StartBuild(FOutputDevice& Ar, bool bReload, bool bAsync);
 	/** Waits for the build that was started last. */
 	ECompilationResult::Type FinishBuild();
@@ -30,6 +31,7 @@ private:
 	void LogLines();
 	void EndBuild();
 	bool ReloadModules(const TArray<TPair<FName, FString>>& Libraries);
+	bool LoadForTheFirstTime(FName Module, const FString& Library);
 	void LetGoOfBuild();
 
 	TUniquePtr<FGameBuild> Build;

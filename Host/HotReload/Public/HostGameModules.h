@@ -5,8 +5,8 @@
 enum class EGameModules : uint8
 {
 	Ready,            // they can be loaded, or the project has none
-	CannotBeBuilt,    // their code is wrong
-	NotForThisEditor, // they need an engine module that this editor does not have; the project opens without them
+	CannotBeBuilt,    // their code or their rules are wrong
+	NotForThisEditor, // they need an engine module that this editor does not have
 };
 
 /** The C++ modules of the project that the editor opens. */
@@ -21,4 +21,9 @@ struct FHostGameModules
 	 * @param OutErrors  why they are not ready, or what the compiler printed
 	 */
 	static EGameModules Prepare(FString& OutErrors);
+	/**
+	 * Whether the project was prepared and some of its modules could not be loaded. Hot reload then compiles without a
+	 * loaded module, and loads what could not be loaded before.
+	 */
+	static bool AreSomeNotLoaded();
 };

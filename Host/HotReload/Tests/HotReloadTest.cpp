@@ -279,27 +279,46 @@ TEST_F(FHotReloadTest, AGameModuleIsBuiltChangedAndPutInPlaceOfTheOldOne)
 	EXPECT_FALSE(Reload().IsCurrentlyCompiling());
 }
 
-TEST_F(FHotReloadTest, AProjectThatCannotBeBuiltTellsWhy)
+TEST_F(FHotReloadTest, ModulesThatCannotBeBuiltTellWhyAndAreLoadedOnceTheyCan)
 {
-	struct FCase
+	// The other test has loaded modules of these names, and a process cannot unload their types.
+	Write(TEXT("Game.uproject"), TEXT("{\"FileVersion\":3,\"Modules\":[{\"Name\":\"Brood\",\"Type\":\"Runtime\"}]}"));
+	FText FailReason;
+	ASSERT_TRUE(IProjectManager::Get().LoadProjectFile(ProjectDir / TEXT("Game.uproject"), FailReason));
+	const TCHAR* const Rules =
+		TEXT("PublicDependencyModuleNames.AddRange(new string[] { \"Core\", \"CoreUObject\" });");
+	const TCHAR* const Header = TEXT("#pragma once\n#include \"UObject/Object.h\"\n#include \"Brood.generated.h\"\n"
+									 "UCLASS()\nclass UBrood : public UObject\n{\n\tGENERATED_BODY()\n};\n");
+	const TCHAR* const Source = TEXT("#include \"Brood.h\"\n#include \"Modules/ModuleManager.h\"\n"
+									 "IMPLEMENT_GAME_MODULE(FDefaultGameModuleImpl, Brood)\n");
+	Write(TEXT("Source/Brood/Brood.Build.cs"), Rules);
+	Write(TEXT("Source/Brood/Brood.h"), TEXT("\nUCLASS()\nclass UBrood {};\n"));
+	Write(TEXT("Source/Brood/Brood.cpp"), Source);
+
+	FString Errors;
+	EXPECT_EQ(FHostGameModules::Prepare(Errors), EGameModules::CannotBeBuilt);
+	EXPECT_TRUE(Errors.Contains(TEXT("/Source/Brood/Brood.h(3): error: Expected a GENERATED_BODY()")))
+		<< TCHAR_TO_UTF8(*Errors);
+	EXPECT_TRUE(FHostGameModules::AreSomeNotLoaded());
+	EXPECT_EQ(CompileAndFinish(), ECompilationResult::OtherCompilationError);
+	EXPECT_TRUE(Output.Contains(TEXT("Brood.h(3): error: Expected"))) << TCHAR_TO_UTF8(*Output);
+
+	// What the editor does not have fails each compile with that cause, until the rules no longer ask for it.
+	Write(TEXT("Source/Brood/Brood.h"), Header);
+	Write(TEXT("Source/Brood/Brood.Build.cs"), FString(Rules) + TEXT("PublicDependencyModuleNames.Add(\"Aviary\");"));
+	EXPECT_EQ(FHostGameModules::Prepare(Errors), EGameModules::NotForThisEditor);
+	EXPECT_TRUE(Errors.Contains(TEXT("does not have: Aviary"))) << TCHAR_TO_UTF8(*Errors);
+	for (int32 Attempt = 0; Attempt < 2; ++Attempt)
 	{
-		const TCHAR* BuildCs;
-		const TCHAR* Header;
-		EGameModules Result;
-		const TCHAR* Expected;
-	};
-	const FCase Cases[] = {
-		{ TEXT("PublicDependencyModuleNames.Add(\"Aviary\");"), TEXT(""), EGameModules::NotForThisEditor,
-			TEXT("does not have: Aviary") },
-		{ TEXT("PublicDependencyModuleNames.Add(\"Core\");"), TEXT("\nUCLASS()\nclass UNest {};\n"),
-			EGameModules::CannotBeBuilt, TEXT("/Source/Nest/Nest.h(3): error: Expected a GENERATED_BODY()") },
-	};
-	for (const FCase& Case : Cases)
-	{
-		Write(TEXT("Source/Nest/Nest.Build.cs"), Case.BuildCs);
-		Write(TEXT("Source/Nest/Nest.h"), Case.Header);
-		FString Errors;
-		EXPECT_EQ(FHostGameModules::Prepare(Errors), Case.Result);
-		EXPECT_TRUE(Errors.Contains(Case.Expected)) << TCHAR_TO_UTF8(*Errors);
+		Log.Text.Empty();
+		EXPECT_EQ(CompileAndFinish(), ECompilationResult::OtherCompilationError);
+		EXPECT_TRUE(Output.Contains(TEXT("does not have: Aviary"))) << TCHAR_TO_UTF8(*Output);
+		EXPECT_TRUE(Log.Text.Contains(TEXT("does not have: Aviary"))) << TCHAR_TO_UTF8(*Log.Text);
 	}
+
+	Write(TEXT("Source/Brood/Brood.Build.cs"), Rules);
+	EXPECT_EQ(CompileAndFinish(), ECompilationResult::Succeeded) << TCHAR_TO_UTF8(*Output);
+	EXPECT_FALSE(FHostGameModules::AreSomeNotLoaded());
+	EXPECT_TRUE(FindObject<UClass>(nullptr, TEXT("/Script/Brood.Brood")));
+	EXPECT_EQ(CompileAndFinish(), ECompilationResult::UpToDate);
 }

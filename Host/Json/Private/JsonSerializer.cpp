@@ -24,6 +24,53 @@ struct FEncoding : rapidjson::UTF16<TCHAR>
 	}
 };
 
+/** The value of four hexadecimal digits; -1 when there are fewer. */
+int32 ReadHexUnit(const TCHAR* Digits)
+{
+	int32 Unit = 0;
+	for (int32 Index = 0; Index < 4; ++Index)
+	{
+		const TCHAR Digit = Digits[Index];
+		if (!FChar::IsHexDigit(Digit))
+		{
+			return INDEX_NONE;
+		}
+		Unit = Unit * 16 + (Digit <= u'9' ? Digit - u'0' : (Digit | 0x20) - u'a' + 10);
+	}
+	return Unit;
+}
+
+/**
+ * Puts surrogates in the place of their escapes. Each \u is one unit, paired or not, but the library refuses a whole
+ * document for half a pair; units that stand in it as they are it passes on.
+ */
+FString UnescapeSurrogates(const FString& Text)
+{
+	FString Result;
+	const TCHAR* const Units = *Text;
+	int32 NumTaken = 0;
+	for (int32 Index = 0; Index + 1 < Text.Len(); ++Index)
+	{
+		if (Units[Index] != u'\\')
+		{
+			continue;
+		}
+		const int32 Unit = Units[Index + 1] == u'u' ? ReadHexUnit(Units + Index + 2) : INDEX_NONE;
+		if (Unit >= 0xD800 && Unit <= 0xDFFF)
+		{
+			constexpr int32 EscapeLength = 6;
+			Result.Append(FStringView(Units + NumTaken, Index - NumTaken));
+			Result.AppendChar(static_cast<TCHAR>(Unit));
+			NumTaken = Index + EscapeLength;
+			Index = NumTaken - 1;
+			continue;
+		}
+		++Index; // what is escaped, as a second backslash
+	}
+	Result.Append(FStringView(Units + NumTaken, Text.Len() - NumTaken));
+	return Result;
+}
+
 /** Builds values from the parser's events. */
 class FValueBuilder : public rapidjson::BaseReaderHandler<FEncoding, FValueBuilder>
 {
@@ -101,7 +148,10 @@ bool FJsonSerializer::Deserialize(const TSharedRef<TJsonReader<TCHAR>>& Reader, 
 {
 	OutValue.Reset();
 	JsonSerializer::FValueBuilder Builder;
-	rapidjson::GenericStringStream<JsonSerializer::FEncoding> Stream(*Reader->Text);
+	const bool bHasSurrogates = Reader->Text.Contains(TEXT("\\ud"), ESearchCase::CaseSensitive) ||
+								Reader->Text.Contains(TEXT("\\uD"), ESearchCase::CaseSensitive);
+	const FString Unescaped = bHasSurrogates ? JsonSerializer::UnescapeSurrogates(Reader->Text) : FString();
+	rapidjson::GenericStringStream<JsonSerializer::FEncoding> Stream(bHasSurrogates ? *Unescaped : *Reader->Text);
 	rapidjson::GenericReader<JsonSerializer::FEncoding, JsonSerializer::FEncoding> Parser;
 	// Iterative: the depth of an untrusted text must not be the depth of the stack.
 	const rapidjson::ParseResult Result =

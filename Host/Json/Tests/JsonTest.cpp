@@ -126,6 +126,40 @@ TEST(JsonReaderTest, EscapesGiveUnits)
 	EXPECT_EQ(Narrow(Object->GetStringField(TEXT("e"))), "\U0001F600 é\t");
 }
 
+TEST(JsonReaderTest, UnpairedSurrogateEscapesAreUnitsLikeOthers)
+{
+	struct FCase
+	{
+		const TCHAR* Escaped;
+		std::u16string_view Expected;
+	};
+	static const TCHAR LowAlone[] = { 'a', 0xDC00, 0 };
+	static const TCHAR HighAlone[] = { 0xD800, 0 };
+	static const TCHAR HighBeforeText[] = { 0xD83D, 'A', 0xE9, 0 };
+	static const TCHAR TwoHigh[] = { 0xD83D, 0xD83D, 0xDE00, 0 };
+	static const TCHAR Swapped[] = { 0xDE00, 0xD83D, '\n', 0 };
+	const FCase Cases[] = {
+		{ TEXT("a\\uDc00"), LowAlone }, { TEXT("\\ud800"), HighAlone }, { TEXT("\\uD83DA\\u00e9"), HighBeforeText },
+		{ TEXT("\\ud83d\\ud83d\\ude00"), TwoHigh }, { TEXT("\\ude00\\ud83d\\n"), Swapped },
+		{ TEXT("\\\\ud800"), u"\\ud800" }, // a backslash, not an escape
+	};
+	for (const FCase& Case : Cases)
+	{
+		const TSharedPtr<FJsonObject> Object =
+			Parse(FString::Printf(TEXT("{\"%s\":[\"%s\"],\"after\":1}"), Case.Escaped, Case.Escaped));
+		ASSERT_TRUE(Object.IsValid()) << Narrow(Case.Escaped);
+		EXPECT_EQ(Object->Values.Num(), 2);
+		const FString Key = Object->Values.CreateConstIterator()->Key;
+		const FString Value = Object->Values.CreateConstIterator()->Value->AsArray()[0]->AsString();
+		EXPECT_EQ(std::u16string_view(*Key, Key.Len()), Case.Expected) << Narrow(Case.Escaped);
+		EXPECT_EQ(std::u16string_view(*Value, Value.Len()), Case.Expected) << Narrow(Case.Escaped);
+	}
+	for (const TCHAR* Broken : { TEXT("{\"a\":\"\\ud8\"}"), TEXT("{\"a\":\\ud800}"), TEXT("{\"a\":\"\\ud80") })
+	{
+		EXPECT_FALSE(Parse(Broken).IsValid()) << Narrow(Broken);
+	}
+}
+
 TEST(JsonReaderTest, DeepNestingIsRefusedAndNeverOverflowsTheStack)
 {
 	const int32 Depth = 1000000;

@@ -73,6 +73,12 @@ bool FModuleDescriptor::Read(const FJsonObject& Object, FText& OutFailReason)
 		OutFailReason = LOCTEXT("ModuleWithoutName", "a module has no \"Name\"");
 		return false;
 	}
+	if (ModuleName.Len() >= NAME_SIZE)
+	{
+		OutFailReason = FText::Format(
+			LOCTEXT("ModuleNameTooLong", "a module has a name of {0} characters"), FText::AsNumber(ModuleName.Len()));
+		return false;
+	}
 	Name = FName(*ModuleName);
 	FString Text;
 	if (!Object.TryGetStringField(TEXT("Type"), Text) || !EHostType::FromString(Text, Type))

@@ -35,7 +35,11 @@ bool FHostModuleManifest::Load(const FString& BaseDir)
 	Object->TryGetStringField(TEXT("BuildId"), BuildId);
 	for (const auto& Pair : (*Modules)->Values)
 	{
-		Libraries.Add(Pair.Key, Pair.Value->AsString());
+		// A longer one names no module, and the file may be anybody's.
+		if (Pair.Key.Len() < NAME_SIZE)
+		{
+			Libraries.Add(Pair.Key, Pair.Value->AsString());
+		}
 	}
 	return true;
 }

@@ -100,7 +100,7 @@ TEST_F(FHostileScriptTest, SourcesThatAreNoTextAreRefused)
 	}
 	EXPECT_FALSE(Run(FString(TEXT("print('")) + FString::Chr(0xd800) + TEXT("')")));
 	EXPECT_NE(GetResult().find("surrogates not allowed"), std::string::npos) << GetResult();
-	EXPECT_FALSE(Run(FString(9, u"print(1)\0")));
+	EXPECT_FALSE(Run(FString::ConstructFromPtrSize(u"print(1)\0", 9)));
 
 	const FString Latin = Scratch.Path / TEXT("latin.py");
 	const char Text[] = "# coding: latin-1\nassert '\xe9' == '\\xe9'\n";

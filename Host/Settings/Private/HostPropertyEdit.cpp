@@ -61,7 +61,8 @@ FString FindPlace(UObject& Object, const FString& Path, FPlace& OutPlace)
 	{
 		int32 Index = INDEX_NONE;
 		const FString Name = TakeStep(Rest, Index);
-		FProperty* const Property = Struct ? Struct->FindPropertyByName(FName(*Name)) : nullptr;
+		FProperty* const Property =
+			Struct && Name.Len() < NAME_SIZE ? Struct->FindPropertyByName(FName(*Name)) : nullptr;
 		if (!Property || (!OutPlace.Member && !FHostPropertyEdit::IsShown(*Property)))
 		{
 			return FString::Printf(

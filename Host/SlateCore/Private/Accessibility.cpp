@@ -130,9 +130,17 @@ TSharedPtr<IAccessibleWidget> FSlateAccessibleWidget::GetParent()
 
 TSharedPtr<IAccessibleWidget> FSlateAccessibleWidget::GetChildAt(int32 Index)
 {
-	const TArray<TSharedRef<SWidget>> Children = Accessibility::CollectChildren(Widget.Pin());
-	return Children.IsValidIndex(Index) ? TSharedPtr<IAccessibleWidget>(Children[Index]->CreateAccessibleWidget())
-										: nullptr;
+	if (Index != NextInWalk || !Walked.IsValidIndex(Index) || !Walked[Index].IsValid())
+	{
+		Walked.Empty();
+		for (const TSharedRef<SWidget>& Child : Accessibility::CollectChildren(Widget.Pin()))
+		{
+			Walked.Add(Child);
+		}
+	}
+	NextInWalk = Index + 1;
+	const TSharedPtr<SWidget> Child = Walked.IsValidIndex(Index) ? Walked[Index].Pin() : nullptr;
+	return Child ? TSharedPtr<IAccessibleWidget>(Child->CreateAccessibleWidget()) : nullptr;
 }
 
 int32 FSlateAccessibleWidget::GetNumberOfChildren()

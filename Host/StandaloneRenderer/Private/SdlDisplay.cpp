@@ -9,7 +9,10 @@
 #include "XErrors.h"
 
 #include <cmath>
+#include <csignal>
 #include <dlfcn.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 DEFINE_LOG_CATEGORY_STATIC(LogDisplay, Log, All);
 
@@ -136,6 +139,36 @@ private:
 	const float Scale = FindScale();
 	cairo_surface_t* Surface = nullptr;
 };
+
+/**
+ * Whether a screen can be opened within a few seconds. A server that takes the connection and then says nothing would
+ * block SDL forever, so a child process tries first.
+ */
+bool DoesScreenAnswer()
+{
+	constexpr int32 LongestMilliseconds = 4000;
+	constexpr int32 PollMilliseconds = 10;
+	const pid_t Trial = fork();
+	if (Trial == 0)
+	{
+		_exit(SDL_Init(SDL_INIT_VIDEO) == 0 ? 0 : 1);
+	}
+	int Status = 0;
+	for (int32 Waited = 0; Trial > 0 && Waited < LongestMilliseconds; Waited += PollMilliseconds)
+	{
+		if (waitpid(Trial, &Status, WNOHANG) == Trial)
+		{
+			return true; // also when it failed: SDL says why soon enough
+		}
+		SDL_Delay(PollMilliseconds);
+	}
+	if (Trial > 0)
+	{
+		kill(Trial, SIGKILL);
+		waitpid(Trial, &Status, 0);
+	}
+	return false;
+}
 
 class FSdlDisplay final : public FHostDisplay
 {
@@ -343,6 +376,8 @@ private:
 
 TUniquePtr<FHostDisplay> FHostDisplay::Open()
 {
+	// Where neither answers, SDL would take a screen that nobody sees.
+	SDL_SetHint(SDL_HINT_VIDEODRIVER, "x11,wayland");
 	// The console has the first word on Ctrl-C.
 	SDL_SetHint(SDL_HINT_NO_SIGNAL_HANDLERS, "1");
 	// The pixels are drawn in memory: a way through OpenGL would only take longer, above all to start.
@@ -351,9 +386,11 @@ TUniquePtr<FHostDisplay> FHostDisplay::Open()
 	SDL_SetHint(SDL_HINT_IME_SUPPORT_EXTENDED_TEXT, "1");
 	// SDL loads D-Bus for input methods and unloads it again. It is not made for that: what it keeps would be lost.
 	dlopen("libdbus-1.so.3", RTLD_LAZY | RTLD_NODELETE);
-	if (SDL_Init(SDL_INIT_VIDEO) != 0)
+	const bool bAnswers = SdlDisplay::DoesScreenAnswer();
+	if (!bAnswers || SDL_Init(SDL_INIT_VIDEO) != 0)
 	{
-		UE_LOG(LogDisplay, Warning, TEXT("There is no screen to open a window on: %s"), UTF8_TO_TCHAR(SDL_GetError()));
+		UE_LOG(LogDisplay, Warning, TEXT("There is no screen to open a window on: %s"),
+			bAnswers ? UTF8_TO_TCHAR(SDL_GetError()) : TEXT("the screen does not answer"));
 		return nullptr;
 	}
 	return MakeUnique<SdlDisplay::FSdlDisplay>();

@@ -29,10 +29,8 @@ public:
 	FString(const UTF8CHAR* String);
 	explicit FString(FStringView View);
 	explicit FString(FUtf8StringView View);
-	FString(int32 Length, const TCHAR* String)
-		: FString(FStringView(String, Length))
-	{
-	}
+	/** Of units that need no terminator. */
+	static FString ConstructFromPtrSize(const TCHAR* Ptr, int32 Size) { return FString(FStringView(Ptr, Size)); }
 	/** Copies the string and keeps room for ExtraSlack more units. */
 	explicit FString(const FString& Other, int32 ExtraSlack);
 	explicit FString(const FName&) = delete;

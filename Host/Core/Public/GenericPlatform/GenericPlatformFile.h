@@ -18,6 +18,14 @@ public:
 	virtual int64 Size() = 0;
 };
 
+/** A platform that does not know answers Unimplemented, so compare with Symlink. */
+enum class ESymlinkResult
+{
+	Unimplemented = -1,
+	NonSymlink = 0,
+	Symlink = 1,
+};
+
 /** The files of the machine. Relative paths are resolved against the folder of the executable. */
 class IPlatformFile
 {
@@ -42,6 +50,8 @@ public:
 	virtual bool SetReadOnly(const TCHAR* Filename, bool bNewReadOnlyValue) = 0;
 	/** Destination first. */
 	virtual bool MoveFile(const TCHAR* To, const TCHAR* From) = 0;
+	/** About the path's last component; a link may well point to nothing. A missing file is none. */
+	virtual ESymlinkResult IsSymlink(const TCHAR* Filename) = 0;
 	/** Modification time, UTC; FDateTime::MinValue() on failure. */
 	virtual FDateTime GetTimeStamp(const TCHAR* Filename) = 0;
 	virtual void SetTimeStamp(const TCHAR* Filename, FDateTime DateTime) = 0;
@@ -57,12 +67,14 @@ public:
 	virtual bool IterateDirectory(const TCHAR* Directory, FDirectoryVisitorFunc Visitor) = 0;
 
 	bool IterateDirectory(const TCHAR* Directory, FDirectoryVisitor& Visitor);
+	/** Links to folders are named as folders, but not entered: they may lead out of the tree, or in a circle. */
 	bool IterateDirectoryRecursively(const TCHAR* Directory, FDirectoryVisitorFunc Visitor);
 	/** Adds the files with the extension (".log" or "log"; null or empty for all), with the directory's path in front.
 	 */
 	void FindFiles(TArray<FString>& FoundFiles, const TCHAR* Directory, const TCHAR* FileExtension);
 	void FindFilesRecursively(TArray<FString>& FoundFiles, const TCHAR* Directory, const TCHAR* FileExtension);
 	bool CreateDirectoryTree(const TCHAR* Directory);
+	/** Deletes read-only files, too. A link goes as a link, also when it is the directory itself. */
 	bool DeleteDirectoryRecursively(const TCHAR* Directory);
 	/** Destination first; fails if the destination exists. */
 	bool CopyFile(const TCHAR* To, const TCHAR* From);

@@ -8,6 +8,7 @@ class IHttpBase
 {
 public:
 	virtual ~IHttpBase() = default;
+	/** The address that was asked for, also where the server redirected the request. */
 	virtual FString GetURL() const = 0;
 	/** Empty when there is no such header; names ignore case. */
 	virtual FString GetHeader(const FString& HeaderName) const = 0;

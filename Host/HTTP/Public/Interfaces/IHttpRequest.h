@@ -25,7 +25,12 @@ enum Type
 };
 }
 
-/** One HTTP request. Once it has been started nothing about it can be changed, and the module keeps it alive. */
+/**
+ * One HTTP request. Once it has been started nothing about it can be changed, and the module keeps it alive.
+ *
+ * A redirect within the same scheme, host and port is followed. Any other completes with the 3xx reply as it is: the
+ * request's headers, keys among them, never reach another server.
+ */
 class IHttpRequest : public IHttpBase, public TSharedFromThis<IHttpRequest, ESPMode::ThreadSafe>
 {
 public:

@@ -4,10 +4,13 @@
 #include "Agent/Tools/ToolPlan.h"
 #include "Dom/JsonObject.h"
 #include "Dom/JsonValue.h"
+#include "KestrelLog.h"
 #include "Widget/KestrelInterface.h"
 
 namespace AgentTools
 {
+constexpr int32 LoggedLength = 200; // characters of a failed tool's result
+
 TSharedRef<FJsonObject> MakeResult(const FString& ToolUseId, const FString& Content)
 {
 	const TSharedRef<FJsonObject> Result = MakeShared<FJsonObject>();
@@ -27,6 +30,7 @@ void FAgent::AddToolResult(const FString& ToolUseId, const FString& Content, boo
 {
 	const TSharedRef<FJsonObject> Result = AgentTools::MakeResult(ToolUseId, Content);
 	Result->SetBoolField(TEXT("is_error"), bIsError);
+	UE_CLOG(bIsError, LogKestrel, Warning, TEXT("A tool failed: %s"), *Content.Left(AgentTools::LoggedLength));
 	AddToolResult(Result);
 }
 

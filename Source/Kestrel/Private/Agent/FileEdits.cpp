@@ -41,7 +41,8 @@ FString LoadForEdit(const FString& FullPath, FString& OutText)
 }
 
 /**
- * Deletes the file and lets Write make it anew; when that fails, the file is put back.
+ * Lets Write fill the file, which keeps its permissions and the links that lead to it; when that fails, the file gets
+ * its old content again.
  *
  * @param WriteError  what a failed write is called
  * @return an error, empty when all is well
@@ -53,7 +54,7 @@ FString Rewrite(const FString& FullPath, const TCHAR* WriteError, TFunctionRef<b
 	{
 		return FFileUtils::MakeError(TEXT("No copy could be kept, so the file was left as it is"), FullPath);
 	}
-	if (!FPlatformFileManager::Get().GetPlatformFile().DeleteFile(*FullPath))
+	if (FPlatformFileManager::Get().GetPlatformFile().IsReadOnly(*FullPath))
 	{
 		return FFileUtils::MakeError(TEXT("Failed to delete existing file"), FullPath);
 	}
@@ -75,6 +76,27 @@ FString RewriteLines(const FString& FullPath, const FString& Text)
 {
 	return Rewrite(FullPath, TEXT("Failed to write modified content to file"),
 		[&]() { return FFileHelper::SaveStringToFile(Text, *FullPath, GetEncodingOfNewText()); });
+}
+
+/** Lets Write make a file; when that fails, nothing of it stays, nor of a file that was there anything goes. */
+FString Create(const FString& FullPath, TFunctionRef<bool()> Write)
+{
+	const TCHAR* const Failure = TEXT("Failed to create file");
+	if (FPaths::FileExists(FullPath))
+	{
+		const FString Error = Rewrite(FullPath, Failure, Write);
+		if (!Error.IsEmpty())
+		{
+			return Error;
+		}
+	}
+	else if (!Write())
+	{
+		FPlatformFileManager::Get().GetPlatformFile().DeleteFile(*FullPath);
+		return FFileUtils::MakeError(Failure, FullPath);
+	}
+	FFileUtils::AddNewFileToSourceControl(FullPath);
+	return FString::Printf(TEXT("File created successfully: %s"), *FullPath);
 }
 
 FString ReplaceAll(const FString& Text, const TCHAR* From, const TCHAR* To)
@@ -180,12 +202,24 @@ FString FFileUtils::CreateNewFileWithContent(const FString& Path, const FString&
 	{
 		return MakeError(TEXT("Failed to create directory"), Folder);
 	}
-	if (!FFileHelper::SaveStringToFile(Content, *FullPath, FileEdits::GetEncodingOfNewText()))
+	return FileEdits::Create(
+		FullPath, [&]() { return FFileHelper::SaveStringToFile(Content, *FullPath, FileEdits::GetEncodingOfNewText()); });
+}
+
+FString FFileUtils::WriteBytes(const FString& Path, const TArray<uint8>& Bytes)
+{
+	const FString FullPath = ToAbsolutePath(Path);
+	const auto Write = [&]() { return FFileHelper::SaveArrayToFile(Bytes, *FullPath); };
+	if (!FPaths::FileExists(FullPath))
 	{
-		return MakeError(TEXT("Failed to create file"), FullPath);
+		const FString Folder = FPaths::GetPath(FullPath);
+		return FPlatformFileManager::Get().GetPlatformFile().CreateDirectoryTree(*Folder)
+				   ? FileEdits::Create(FullPath, Write)
+				   : MakeError(TEXT("Failed to create directory"), Folder);
 	}
-	AddNewFileToSourceControl(FullPath);
-	return FString::Printf(TEXT("File created successfully: %s"), *FullPath);
+	CheckoutFileFromSourceControl(FullPath);
+	const FString Error = FileEdits::Rewrite(FullPath, TEXT("Failed to write new content to file"), Write);
+	return Error.IsEmpty() ? FString::Printf(TEXT("Successfully replaced file: %s"), *FullPath) : Error;
 }
 
 FString FFileUtils::UpdateFile(const FString& Path, const FString& OldString, const FString& NewString,

@@ -1,5 +1,6 @@
 #include "Agent/FileRescue.h"
 
+#include "Agent/Files/NativeFile.h"
 #include "GenericPlatform/GenericPlatformFile.h"
 #include "HAL/FileManager.h"
 #include "HAL/PlatformFileManager.h"
@@ -29,17 +30,42 @@ FString NoteOf(const FString& Folder)
 	return Folder + TEXT(".txt");
 }
 
-void RemoveFolder(const FString& Folder)
+/** Removes one copy with its note. Whatever else lies in its folder stays, and so does the folder then. */
+void RemoveCopy(const FString& Folder, const FString& Original)
 {
-	Files().DeleteDirectoryRecursively(*Folder);
+	Files().DeleteFile(*CopyIn(Folder, Original));
+	Files().DeleteDirectory(*Folder);
 	Files().DeleteFile(*NoteOf(Folder));
+}
+
+/** The names that this class gives; anything else that lies there is somebody else's. */
+bool IsOwnName(const FString& Name)
+{
+	FGuid Guid;
+	return FGuid::Parse(Name, Guid) && Guid.ToString().Equals(Name);
+}
+
+/** What a note says, as long as note, folder and copy are real ones; empty for others. */
+FString ReadNote(const FString& Folder)
+{
+	constexpr int64 MaxNoteBytes = 64 * 1024;
+	const FString Note = NoteOf(Folder);
+	const bool bReal = KestrelNativeFile::IsRegularFile(Note) && KestrelNativeFile::ReadLink(Note).IsEmpty() &&
+					   KestrelNativeFile::ReadLink(Folder).IsEmpty() && Files().FileSize(*Note) <= MaxNoteBytes;
+	FString Original;
+	if (bReal)
+	{
+		FFileHelper::LoadFileToString(Original, *Note);
+	}
+	return FPaths::IsRelative(Original) || FPaths::GetCleanFilename(Original).IsEmpty() ? FString() : Original;
 }
 
 bool HaveSameContent(const FString& A, const FString& B)
 {
 	TArray<uint8> BytesOfA;
 	TArray<uint8> BytesOfB;
-	return Files().FileSize(*A) == Files().FileSize(*B) && FFileHelper::LoadFileToArray(BytesOfA, *A) &&
+	return KestrelNativeFile::IsRegularFile(A) && KestrelNativeFile::IsRegularFile(B) &&
+		   Files().FileSize(*A) == Files().FileSize(*B) && FFileHelper::LoadFileToArray(BytesOfA, *A) &&
 		   FFileHelper::LoadFileToArray(BytesOfB, *B) && BytesOfA == BytesOfB;
 }
 }
@@ -52,6 +78,7 @@ FFileRescue::FFileRescue(const FString& FullPath)
 	{
 		return;
 	}
+	KestrelNativeFile::RestrictToOwner(FileRescue::RescueDir());
 	// The note comes first: a copy without one could not be offered.
 	bKept = FFileHelper::SaveStringToFile(
 				Original, *FileRescue::NoteOf(Folder), FFileHelper::EEncodingOptions::ForceUTF8WithoutBOM) &&
@@ -72,7 +99,7 @@ FFileRescue::~FFileRescue()
 
 void FFileRescue::Remove()
 {
-	FileRescue::RemoveFolder(Folder);
+	FileRescue::RemoveCopy(Folder, Original);
 	bKept = false;
 }
 
@@ -82,9 +109,9 @@ void FFileRescue::PutBack()
 	{
 		return;
 	}
-	// What a failed write left of the file is in the way.
-	FileRescue::Files().DeleteFile(*Original);
-	if (FileRescue::Files().CopyFile(*Original, *FileRescue::CopyIn(Folder, Original)))
+	TArray<uint8> Bytes;
+	if (FFileHelper::LoadFileToArray(Bytes, *FileRescue::CopyIn(Folder, Original)) &&
+		FFileHelper::SaveArrayToFile(Bytes, *Original))
 	{
 		Remove();
 	}
@@ -99,13 +126,17 @@ TArray<FFileRescue::FLeftCopy> FFileRescue::FindLeftCopies()
 	TArray<FLeftCopy> LeftCopies;
 	for (const FString& Note : Notes)
 	{
-		const FString Folder = FileRescue::RescueDir() / FPaths::GetBaseFilename(Note);
-		FString Original;
-		FFileHelper::LoadFileToString(Original, *FileRescue::NoteOf(Folder));
+		const FString Name = FPaths::GetBaseFilename(Note);
+		const FString Folder = FileRescue::RescueDir() / Name;
+		const FString Original = FileRescue::IsOwnName(Name) ? FileRescue::ReadNote(Folder) : FString();
+		if (Original.IsEmpty())
+		{
+			continue;
+		}
 		const FString Copy = FileRescue::CopyIn(Folder, Original);
 		if (!FPaths::FileExists(Copy) || FileRescue::HaveSameContent(Copy, Original))
 		{
-			FileRescue::RemoveFolder(Folder);
+			FileRescue::RemoveCopy(Folder, Original);
 			continue;
 		}
 		LeftCopies.Add({ Copy, Original });

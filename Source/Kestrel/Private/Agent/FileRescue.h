@@ -3,7 +3,7 @@
 #include "CoreMinimal.h"
 
 /**
- * A copy of a file while it is being rewritten, since a rewrite deletes first and writes then.
+ * A copy of a file while it is being rewritten, since a write that fails leaves half a file.
  *
  * The copy lies in Saved/Kestrel/Rescue of the project: a folder of its own with the file, and beside it a text file
  * that says where it came from. It goes when the object does. What an editor that ended in between has left behind is

@@ -84,6 +84,28 @@ FString FFileUtils::CheckoutFileFromSourceControl(const FString& Path)
 	return FString::Printf(TEXT("Successfully checked out %s from source control"), *FullPath);
 }
 
+bool FFileUtils::IsCleanInSourceControl(const FString& Path)
+{
+	const FString FullPath = ToAbsolutePath(Path);
+	ISourceControlProvider* Provider = FileSourceControl::FindProvider();
+	const FSourceControlStatePtr State = Provider ? FileSourceControl::GetState(*Provider, FullPath) : nullptr;
+	return State.IsValid() && State->IsSourceControlled() && !State->IsAdded() && !State->IsDeleted() &&
+		   !State->IsModified();
+}
+
+FString FFileUtils::RevertInSourceControl(const FString& Path)
+{
+	const FString FullPath = ToAbsolutePath(Path);
+	ISourceControlProvider* Provider = FileSourceControl::FindProvider();
+	if (!Provider)
+	{
+		return FileSourceControl::NotAvailable;
+	}
+	return FileSourceControl::Execute<FRevert>(*Provider, FullPath)
+			   ? FString::Printf(TEXT("Successfully reverted %s in source control"), *FullPath)
+			   : FString::Printf(TEXT("Failed to revert %s in source control"), *FullPath);
+}
+
 FString FFileUtils::RemoveFileFromSourceControl(const FString& Path, bool bSilent)
 {
 	const FString FullPath = ToAbsolutePath(Path);

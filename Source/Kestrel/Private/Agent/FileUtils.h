@@ -14,9 +14,9 @@ bool IsDirectoryExcluded(const FString& Path, const TArray<FString>& ExcludedDir
  * A path is relative to the project directory or absolute. Every call works at once, on the game thread, and answers
  * with one text: the result, or a text that begins with "Error: " and names the file.
  *
- * A rewrite deletes the file and writes it anew. A copy is kept under the project's Saved folder meanwhile
- * (FFileRescue), and put back when the write fails. Revision control is told of each change, and never decides whether
- * it is made.
+ * A rewrite happens in place, so that links and permissions stay. A copy is kept under the project's Saved folder
+ * meanwhile (FFileRescue), and put back when the write fails. Revision control is told of each change, and never
+ * decides whether it is made.
  */
 class FFileUtils
 {
@@ -92,6 +92,9 @@ public:
 	/** Replaces the whole text of a file that exists. Writes UTF-8 without a mark. */
 	static FString ReplaceFile(const FString& Path, const FString& NewContent);
 
+	/** Makes the file's bytes these, whether it exists or not. @return ReplaceFile's or CreateNewFile's result */
+	static FString WriteBytes(const FString& Path, const TArray<uint8>& Bytes);
+
 	/** Deletes a file, in revision control too. */
 	static FString DeleteFile(const FString& Path);
 
@@ -105,6 +108,10 @@ public:
 	// Revision control, through the editor's provider. Each answers with a report for the log, whatever it could do.
 	static FString AddNewFileToSourceControl(const FString& Path);
 	static FString CheckoutFileFromSourceControl(const FString& Path);
+	/** Whether revision control knows the file, and it is as it was checked in. */
+	static bool IsCleanInSourceControl(const FString& Path);
+	/** Gives the file back the content that is checked in, whatever was to be checked in next. */
+	static FString RevertInSourceControl(const FString& Path);
 	/**
 	 * A provider's removal deletes the file as well.
 	 *

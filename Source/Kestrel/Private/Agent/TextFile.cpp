@@ -44,7 +44,7 @@ bool IsWholeUtf16(const FString& Text, const TArray<uint8>& Bytes)
 	const FTCHARToUTF8 Utf8(*Text, Text.Len());
 	const FUTF8ToTCHAR Back(Utf8.Get(), Utf8.Length());
 	return Text.Len() * 2 == Bytes.Num() - static_cast<int32>(sizeof(LittleEndianMark)) &&
-		   Text.Equals(FString(Back.Length(), Back.Get()));
+		   Text.Equals(FString::ConstructFromPtrSize(Back.Get(), Back.Length()));
 }
 
 EContent Load(const FString& FullPath, FString& OutText, TArray<uint8>& OutBytes)

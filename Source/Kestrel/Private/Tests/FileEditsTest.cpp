@@ -241,7 +241,7 @@ void FKestrelFileEditsSpec::Define()
 			KestrelTest::TestSameText(*this, TEXT("plain"), FileEditsTest::BytesOf(File), TEXT("text"));
 			FFileUtils::CreateNewFileWithContent(File, TEXT("\u00E4"));
 			KestrelTest::TestSameText(*this, TEXT("beyond ASCII"), FileEditsTest::BytesOf(File),
-				FString(TEXT("\u00FF\u00FE\u00E4")) + FString(1, TEXT("\0")));
+				FString(TEXT("\u00FF\u00FE\u00E4")) + FString::ConstructFromPtrSize(TEXT("\0"), 1));
 			KestrelTest::TestSameText(*this, TEXT("a folder in the way"),
 				FFileUtils::CreateNewFileWithContent(Folder.Full(TEXT("deep")), TEXT("x")),
 				TEXT("Error: Failed to create file: ") + Folder.Full(TEXT("deep")));

@@ -2,7 +2,10 @@
 
 #include "Agent/Agent.h"
 #include "Agent/FileRescue.h"
+#include "Agent/Files/NativeFile.h"
+#include "Agent/History/HistoryStore.h"
 #include "Agent/KestrelBlueprintUtils.h"
+#include "Agent/Tools/DisplayText.h"
 #include "Editor.h"
 #include "Editor/EditorEngine.h"
 #include "Editor/Transactor.h"
@@ -52,17 +55,29 @@ void FKestrelInterface::Initialize()
 	CollectRescueNotices();
 
 	constexpr int32 DaysKept = 30;
+	constexpr int64 HistoryBytesKept = 512 * 1024 * 1024;
 	switch (GetDefault<UKestrelSettings>()->LogRetentionPolicy)
 	{
 	case EKestrelLogDeletionPolicy::DeleteAllOnStart:
 		DeleteAllLogs();
+		FKestrelHistoryStore::RemoveAll();
 		break;
 	case EKestrelLogDeletionPolicy::KeepLast30Days:
 		DeleteOldLogs(DaysKept);
+		FKestrelHistoryStore::RemoveOld(DaysKept, HistoryBytesKept);
 		break;
 	case EKestrelLogDeletionPolicy::KeepAll:
 		break;
 	}
+	OfferUndoOfEarlierRun();
+}
+
+void FKestrelInterface::OfferUndoOfEarlierRun()
+{
+	const FString Id = FFileHistory::Get().LoadLastConversation();
+	FAgent& Agent = FAgent::Get();
+	Agent.SetUndoConversationID(FFileHistory::Get().GetFileHistories().Contains(Id) ? Id : FString());
+	Agent.SetRedoConversationID(FFileHistory::Get().GetRedoHistories().Contains(Id) ? Id : FString());
 }
 
 void FKestrelInterface::Shutdown()
@@ -79,6 +94,7 @@ void FKestrelInterface::EnsureLogDirectoryExists() const
 	if (!PlatformFile.DirectoryExists(*LogDirectory))
 	{
 		PlatformFile.CreateDirectoryTree(*LogDirectory);
+		KestrelNativeFile::RestrictToOwner(LogDirectory);
 	}
 }
 
@@ -89,9 +105,15 @@ TArray<FString> FKestrelInterface::GetAllLogFiles() const
 	return LogFiles;
 }
 
+TArray<FString> FKestrelInterface::GetOwnLogFiles() const
+{
+	// Somebody else's files lie behind a link.
+	return KestrelNativeFile::ReadLink(LogDirectory).IsEmpty() ? GetAllLogFiles() : TArray<FString>();
+}
+
 void FKestrelInterface::DeleteAllLogs()
 {
-	for (const FString& File : GetAllLogFiles())
+	for (const FString& File : GetOwnLogFiles())
 	{
 		FPlatformFileManager::Get().GetPlatformFile().DeleteFile(*File);
 	}
@@ -99,7 +121,7 @@ void FKestrelInterface::DeleteAllLogs()
 
 void FKestrelInterface::DeleteOldLogs(int32 Days)
 {
-	for (const FString& File : GetAllLogFiles())
+	for (const FString& File : GetOwnLogFiles())
 	{
 		if (IsLogFileOlderThanDays(File, Days))
 		{
@@ -128,9 +150,14 @@ void FKestrelInterface::KestrelInterfaceLogString(
 	const FString Entry =
 		bWithTimestamp ? FString::Printf(TEXT("\n[%s] %s\n\n"), *FDateTime::Now().ToString(TEXT("%H:%M:%S")), *Text)
 					   : FString::Printf(TEXT("%s\n"), *Text);
+	const bool bIsNew = !FPaths::FileExists(FilePath);
 	// Without a mark: each append would write another one into the middle of the file.
 	FFileHelper::SaveStringToFile(
 		Entry, *FilePath, FFileHelper::EEncodingOptions::ForceUTF8WithoutBOM, &IFileManager::Get(), FILEWRITE_Append);
+	if (bIsNew)
+	{
+		KestrelNativeFile::RestrictToOwner(FilePath);
+	}
 }
 
 void FKestrelInterface::InitialRequest(const FString& Prompt)
@@ -299,7 +326,7 @@ void FKestrelInterface::CollectRescueNotices()
 	{
 		Notices.Add(FString::Printf(TEXT("The editor ended while a file was being written: %s\nIts text from before is "
 										 "kept, and nothing was overwritten with it: %s"),
-			*Left.Original, *Left.Copy));
+			*KestrelDisplayText::EscapeLine(Left.Original), *KestrelDisplayText::EscapeLine(Left.Copy)));
 	}
 }
 

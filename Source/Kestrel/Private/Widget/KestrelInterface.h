@@ -101,6 +101,9 @@ private:
 
 	/** Names the files whose changes are still there after an undo or redo. @return true when there are none */
 	bool ReportLeftChanges(const FFileHistory::FFileEntries* Left) const;
+	/** The log files that may be deleted. */
+	TArray<FString> GetOwnLogFiles() const;
+	void OfferUndoOfEarlierRun();
 	/** Copies of files that an editor which ended while it was writing has left behind. */
 	void CollectRescueNotices();
 

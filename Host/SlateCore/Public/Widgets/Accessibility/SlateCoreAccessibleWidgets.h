@@ -5,7 +5,10 @@
 
 class SWidget;
 
-/** A widget's place in the accessible tree. It holds the widget weakly and asks it anew each time. */
+/**
+ * A widget's place in the accessible tree. It holds the widget weakly and asks it again each time, except in a walk:
+ * children asked for one after the other are those of the walk's start, so that it takes linear time.
+ */
 class FSlateAccessibleWidget : public IAccessibleWidget
 {
 public:
@@ -33,6 +36,8 @@ protected:
 private:
 	const EAccessibleWidgetType WidgetType;
 	const AccessibleWidgetId Id;
+	TArray<TWeakPtr<SWidget>> Walked;
+	int32 NextInWalk = INDEX_NONE;
 };
 
 /** The way into the accessible tree, usually from a window. */

@@ -7,6 +7,7 @@
 #if PLATFORM_LINUX || PLATFORM_MAC
 #include "stdlib.h"
 #include "sys/stat.h"
+#include "unistd.h"
 #endif
 
 namespace KestrelNativeFile
@@ -55,6 +56,47 @@ FString ResolveLinks(const FString& FullPath)
 	});
 	return bDangling ? FString() : Resolved;
 }
+
+FString ReadLink(const FString& FullPath)
+{
+	constexpr int32 MaxLength = 4096;
+	char Target[MaxLength];
+	const ssize_t Length = readlink(TCHAR_TO_UTF8(*FullPath), Target, MaxLength - 1);
+	if (Length <= 0)
+	{
+		return FString();
+	}
+	Target[Length] = '\0';
+	return FString(UTF8_TO_TCHAR(Target));
+}
+
+bool MakeLink(const FString& FullPath, const FString& Target)
+{
+	return symlink(TCHAR_TO_UTF8(*Target), TCHAR_TO_UTF8(*FullPath)) == 0;
+}
+
+constexpr int32 PermissionBits = 07777;
+
+int32 GetMode(const FString& FullPath)
+{
+	struct stat Info;
+	return stat(TCHAR_TO_UTF8(*FullPath), &Info) == 0 ? static_cast<int32>(Info.st_mode) & PermissionBits : -1;
+}
+
+void SetMode(const FString& FullPath, int32 Mode)
+{
+	if (Mode >= 0)
+	{
+		chmod(TCHAR_TO_UTF8(*FullPath), static_cast<mode_t>(Mode & PermissionBits));
+	}
+}
+
+void RestrictToOwner(const FString& FullPath)
+{
+	constexpr int32 OwnersFile = 0600;
+	constexpr int32 OwnersFolder = 0700;
+	SetMode(FullPath, FPaths::DirectoryExists(FullPath) ? OwnersFolder : OwnersFile);
+}
 #else
 bool IsRegularFile(const FString& FullPath)
 {
@@ -79,6 +121,29 @@ FString ResolveLinks(const FString& FullPath)
 		}
 	}
 	return FullPath;
+}
+
+FString ReadLink(const FString&)
+{
+	return FString();
+}
+
+bool MakeLink(const FString&, const FString&)
+{
+	return false;
+}
+
+int32 GetMode(const FString&)
+{
+	return -1;
+}
+
+void SetMode(const FString&, int32)
+{
+}
+
+void RestrictToOwner(const FString&)
+{
 }
 #endif
 }

@@ -21,4 +21,17 @@ bool IsDanglingLink(const FString& FullPath);
  *         goes through
  */
 FString ResolveLinks(const FString& FullPath);
+
+/** What a link leads to, as it is written in the link; empty for what is no link. */
+FString ReadLink(const FString& FullPath);
+/** @return false where the platform has no links that a plugin could make */
+bool MakeLink(const FString& FullPath, const FString& Target);
+
+/** The permission bits of a file; -1 where the platform has none. */
+int32 GetMode(const FString& FullPath);
+/** A mode of -1 changes nothing. */
+void SetMode(const FString& FullPath, int32 Mode);
+
+/** What only the user of the editor may read: a folder or a file. Changes nothing where the platform has no modes. */
+void RestrictToOwner(const FString& FullPath);
 }

@@ -247,8 +247,8 @@ void PlanCppDeletion(FKestrelProjectView& View, FKestrelToolPlan& Plan)
 	PlanDeletionOf(GetFullCppPath(Plan), View, Plan);
 }
 
-/** Undo is for this conversation from now on, whatever was undone before. */
-void Record(const FKestrelToolPlan& Plan)
+/** Undo is for this conversation from now on, whatever was undone before. @return false when there could be none */
+bool Record(const FKestrelToolPlan& Plan)
 {
 	FAgent& Agent = FAgent::Get();
 	Agent.OfferUndoOfThisConversation();
@@ -257,17 +257,14 @@ void Record(const FKestrelToolPlan& Plan)
 	const FString Before = Plan.Change.IsSet() ? Plan.Change->Before : FString();
 	if (Plan.Operation == EKestrelFileOperation::Create)
 	{
-		History.StoreFileCreation(Key, Plan.FilePath, Plan.Change->After);
+		return History.StoreFileCreation(Key, Plan.FilePath, Plan.Change->After);
 	}
-	else if (Plan.Operation == EKestrelFileOperation::Delete || Before.IsEmpty())
+	if (Plan.Operation == EKestrelFileOperation::Delete || Before.IsEmpty())
 	{
 		// A version without text is not kept; a deleted file without text is, and undo leads to it as well.
-		History.StoreFileDeletion(Key, Plan.FilePath, Before);
+		return History.StoreFileDeletion(Key, Plan.FilePath, Before);
 	}
-	else
-	{
-		History.StoreFileVersion(Key, Plan.FilePath, Before);
-	}
+	return History.StoreFileVersion(Key, Plan.FilePath, Before);
 }
 
 /** @return the result of the change */
@@ -302,7 +299,11 @@ FString ApplyChange(const FKestrelToolPlan& Plan)
 	{
 		return Write(Plan); // there is no file to change, which is its result
 	}
-	Record(Plan);
+	if (!Record(Plan))
+	{
+		return FFileUtils::MakeError(TEXT("No record for undo could be kept, so the file was left as it is"),
+			Plan.FilePath);
+	}
 	const FString Result = Write(Plan);
 	if (FFileUtils::IsError(Result))
 	{

@@ -1,6 +1,8 @@
 #include "Agent/FileHistory.h"
 
 #include "Agent/FileUtils.h"
+#include "Agent/Files/NativeFile.h"
+#include "Agent/History/HistoryStore.h"
 #include "Agent/TextFile.h"
 #include "Algo/Reverse.h"
 #include "GenericPlatform/GenericPlatformFile.h"
@@ -22,7 +24,10 @@ struct FFileHistory::FFileState
 
 	bool bExists = false;
 	FString Content;
-	TArray<uint8> Bytes; // as in FFileHistoryEntry
+	// As in FFileHistoryEntry:
+	TArray<uint8> Bytes;
+	int32 Mode = -1;
+	FString LinkTarget;
 };
 
 namespace FileHistory
@@ -88,6 +93,17 @@ void RemoveEmptyFolders(const FString& FilePath, int32 NumFolders)
 	}
 }
 
+/** Puts a link, or the place for a file, where a file or another link is. */
+bool ReplaceLink(const FString& FilePath, const FString& OldTarget, const FString& NewTarget)
+{
+	const bool bIsThere = FPaths::FileExists(FilePath) || !OldTarget.IsEmpty();
+	if (bIsThere && !FPlatformFileManager::Get().GetPlatformFile().DeleteFile(*FilePath))
+	{
+		return false;
+	}
+	return NewTarget.IsEmpty() || KestrelNativeFile::MakeLink(FilePath, NewTarget);
+}
+
 const FFileHistoryEntry* Find(const FFileHistory::FHistories& Histories, const FString& Key, const FString& FilePath)
 {
 	const FFileHistory::FFileEntries* Entries = Histories.Find(Key);
@@ -97,9 +113,14 @@ const FFileHistoryEntry* Find(const FFileHistory::FHistories& Histories, const F
 void Remove(FFileHistory::FHistories& Histories, const FString& Key, const FString& FilePath)
 {
 	FFileHistory::FFileEntries* Entries = Histories.Find(Key);
-	if (Entries && Entries->Remove(FilePath) > 0 && Entries->IsEmpty())
+	if (const FFileHistoryEntry* Entry = Entries ? Entries->Find(FilePath) : nullptr)
 	{
-		Histories.Remove(Key);
+		FKestrelHistoryStore::Remove(*Entry);
+		Entries->Remove(FilePath);
+		if (Entries->IsEmpty())
+		{
+			Histories.Remove(Key);
+		}
 	}
 }
 
@@ -120,8 +141,10 @@ FFileHistory::FFileState FFileHistory::FFileState::OnDisk(const FString& FilePat
 {
 	FFileState State;
 	State.bExists = FPaths::FileExists(FilePath);
+	State.LinkTarget = KestrelNativeFile::ReadLink(FilePath);
 	if (State.bExists)
 	{
+		State.Mode = KestrelNativeFile::GetMode(FilePath);
 		const KestrelTextFile::EContent Kind = KestrelTextFile::Load(FilePath, State.Content, State.Bytes);
 		if (Kind == KestrelTextFile::EContent::PlainAscii)
 		{
@@ -137,6 +160,8 @@ FFileHistory::FFileState FFileHistory::FFileState::BeforeChange(const FFileHisto
 	State.bExists = Entry.ActionType != EFileActionType::Creation;
 	State.Content = Entry.Content;
 	State.Bytes = Entry.Bytes;
+	State.Mode = Entry.Mode;
+	State.LinkTarget = Entry.LinkTarget;
 	return State;
 }
 
@@ -149,7 +174,8 @@ FFileHistory::FFileState FFileHistory::FFileState::AfterChange(const FFileHistor
 
 EFileActionType FFileHistory::FFileState::ActionTo(const FFileState& Other) const
 {
-	if (bExists && Other.bExists && Content.Equals(Other.Content) && Bytes == Other.Bytes)
+	if (bExists && Other.bExists && Content.Equals(Other.Content) && Bytes == Other.Bytes &&
+		LinkTarget.Equals(Other.LinkTarget))
 	{
 		return EFileActionType::None;
 	}
@@ -166,52 +192,114 @@ FFileHistory& FFileHistory::Get()
 	return Instance;
 }
 
-void FFileHistory::Store(
+bool FFileHistory::Store(
 	const FString& Key, const FString& FilePath, EFileActionType ActionType, const FString& Content)
 {
-	// Made again, what was taken back before would overwrite this change.
-	RedoHistories.Remove(Key);
+	// Redone, what was undone before would overwrite this change.
+	ForgetRedo(Key);
 	FFileEntries& Entries = FileHistories.FindOrAdd(Key);
 	const FString Name = FileHistory::GetRecordName(Entries, FilePath);
-	if (!Entries.Contains(Name))
+	const bool bTouchesIndex = ActionType != EFileActionType::Modification;
+	FFileHistoryEntry Entry;
+	if (const FFileHistoryEntry* Stored = Entries.Find(Name))
 	{
-		FFileHistoryEntry& Entry = Entries.Add(Name);
+		if (Stored->bIndexTouched || !bTouchesIndex)
+		{
+			return true;
+		}
+		Entry = *Stored;
+	}
+	else
+	{
+		const FString FullPath = FFileUtils::ToAbsolutePath(FilePath);
 		Entry.ActionType = ActionType;
 		Entry.Content = Content;
-		if (ActionType == EFileActionType::Creation)
+		Entry.LinkTarget = KestrelNativeFile::ReadLink(FullPath);
+		Entry.NumNewFolders =
+			ActionType == EFileActionType::Creation ? FileHistory::CountMissingFolders(FullPath) : 0;
+		if (ActionType != EFileActionType::Creation)
 		{
-			Entry.NumNewFolders = FileHistory::CountMissingFolders(FFileUtils::ToAbsolutePath(FilePath));
-		}
-		else
-		{
-			Entry.Bytes = FileHistory::LoadBytesBeyondText(FilePath, Content);
+			Entry.Bytes = FileHistory::LoadBytesBeyondText(FullPath, Content);
+			Entry.Mode = KestrelNativeFile::GetMode(FullPath);
+			Entry.bWasClean = FFileUtils::IsCleanInSourceControl(FullPath);
 		}
 	}
-}
-
-void FFileHistory::StoreFileVersion(const FString& Key, const FString& FilePath, const FString& Content)
-{
-	if (!FilePath.IsEmpty() && !Content.IsEmpty())
+	Entry.bIndexTouched = bTouchesIndex;
+	const FFileHistoryEntry Replaced = Entry;
+	if (!FKestrelHistoryStore::Write(Key, EKestrelHistorySide::Undo, Name, Entry))
 	{
-		Store(Key, FilePath, EFileActionType::Modification, Content);
+		if (Entries.IsEmpty())
+		{
+			FileHistories.Remove(Key);
+		}
+		return false;
+	}
+	FKestrelHistoryStore::Remove(Replaced);
+	Entries.Add(Name, Entry);
+	return true;
+}
+
+void FFileHistory::ForgetRedo(const FString& Key)
+{
+	if (const FFileEntries* Entries = RedoHistories.Find(Key))
+	{
+		for (const auto& Pair : *Entries)
+		{
+			FKestrelHistoryStore::Remove(Pair.Value);
+		}
+		RedoHistories.Remove(Key);
 	}
 }
 
-void FFileHistory::StoreFileCreation(const FString& Key, const FString& FilePath, const FString& Content)
+bool FFileHistory::StoreFileVersion(const FString& Key, const FString& FilePath, const FString& Content)
 {
-	Store(Key, FilePath, EFileActionType::Creation, Content);
+	return FilePath.IsEmpty() || Content.IsEmpty() || Store(Key, FilePath, EFileActionType::Modification, Content);
 }
 
-void FFileHistory::StoreFileDeletion(const FString& Key, const FString& FilePath, const FString& Content)
+bool FFileHistory::StoreFileCreation(const FString& Key, const FString& FilePath, const FString& Content)
 {
-	Store(Key, FilePath, EFileActionType::Deletion, Content);
+	return Store(Key, FilePath, EFileActionType::Creation, Content);
 }
 
-void FFileHistory::StoreFileRedoVersion(
+bool FFileHistory::StoreFileDeletion(const FString& Key, const FString& FilePath, const FString& Content)
+{
+	return Store(Key, FilePath, EFileActionType::Deletion, Content);
+}
+
+bool FFileHistory::StoreFileRedoVersion(
 	const FString& Key, const FString& FilePath, const FString& Content, const FFileHistoryEntry& UndoneEntry)
 {
-	RedoHistories.FindOrAdd(Key).Add(
-		FilePath, { UndoneEntry.ActionType, Content, FileHistory::LoadBytesBeyondText(FilePath, Content), 0 });
+	const FString FullPath = FFileUtils::ToAbsolutePath(FilePath);
+	FFileHistoryEntry Entry;
+	Entry.ActionType = UndoneEntry.ActionType;
+	Entry.Content = Content;
+	Entry.Bytes = FileHistory::LoadBytesBeyondText(FullPath, Content);
+	Entry.Mode = KestrelNativeFile::GetMode(FullPath);
+	Entry.LinkTarget = KestrelNativeFile::ReadLink(FullPath);
+	if (!FKestrelHistoryStore::Write(Key, EKestrelHistorySide::Redo, FilePath, Entry))
+	{
+		return false;
+	}
+	RedoHistories.FindOrAdd(Key).Add(FilePath, Entry);
+	return true;
+}
+
+FString FFileHistory::LoadLastConversation()
+{
+	const TOptional<FKestrelHistoryStore::FConversation> Last = FKestrelHistoryStore::LoadLast();
+	if (!Last.IsSet())
+	{
+		return FString();
+	}
+	if (!Last->Undo.IsEmpty())
+	{
+		FileHistories.Add(Last->Id, Last->Undo);
+	}
+	if (!Last->Redo.IsEmpty())
+	{
+		RedoHistories.Add(Last->Id, Last->Redo);
+	}
+	return Last->Id;
 }
 
 void FFileHistory::ForgetUnchanged(const FString& Key, const FString& FilePath)
@@ -244,23 +332,42 @@ bool FFileHistory::ApplyFileSystemChange(const FString& FilePath, const FString&
 
 bool FFileHistory::ChangeState(const FString& FilePath, const FFileState& From, const FFileState& To)
 {
-	if (!ApplyFileSystemChange(FilePath, To.Content, From.ActionTo(To)))
+	const EFileActionType Action = From.ActionTo(To);
+	if (!From.LinkTarget.Equals(To.LinkTarget) && To.bExists)
+	{
+		return FileHistory::ReplaceLink(FilePath, From.LinkTarget, To.LinkTarget) &&
+			   (FFileState::OnDisk(FilePath).Content.Equals(To.Content) ||
+				   ChangeState(FilePath, FFileState::OnDisk(FilePath), To));
+	}
+	if (Action == EFileActionType::None || Action == EFileActionType::Deletion || To.Bytes.IsEmpty())
+	{
+		if (!ApplyFileSystemChange(FilePath, To.Content, Action))
+		{
+			return false;
+		}
+	}
+	else if (FFileUtils::IsError(FFileUtils::WriteBytes(FilePath, To.Bytes)))
 	{
 		return false;
 	}
-	return !To.bExists || To.Bytes.IsEmpty() || FFileHelper::SaveArrayToFile(To.Bytes, *FilePath);
+	if (To.bExists)
+	{
+		KestrelNativeFile::SetMode(FilePath, To.Mode);
+	}
+	return true;
 }
 
 bool FFileHistory::UndoChanges(const FString& Key, const FString& FilePath)
 {
-	const FFileHistoryEntry* Entry = FileHistory::Find(FileHistories, Key, FilePath);
-	if (!Entry)
+	const FFileHistoryEntry* Found = FileHistory::Find(FileHistories, Key, FilePath);
+	if (!Found)
 	{
 		return false;
 	}
+	const FFileHistoryEntry Entry = *Found;
 	const FString FullPath = FFileUtils::ToAbsolutePath(FilePath);
-	const FFileState Now = FFileState::OnDisk(FullPath);
-	const FFileState Before = FFileState::BeforeChange(*Entry);
+	const FFileState Before = FFileState::BeforeChange(Entry);
+	FFileState Now = FFileState::OnDisk(FullPath);
 	FFileHistoryEntry Undone;
 	Undone.ActionType = Before.ActionTo(Now);
 	if (Undone.ActionType == EFileActionType::None)
@@ -268,12 +375,20 @@ bool FFileHistory::UndoChanges(const FString& Key, const FString& FilePath)
 		FileHistory::Remove(FileHistories, Key, FilePath);
 		return false;
 	}
-	StoreFileRedoVersion(Key, FilePath, Now.Content, Undone);
-	const int32 NumNewFolders = Entry->NumNewFolders;
+	if (!StoreFileRedoVersion(Key, FilePath, Now.Content, Undone))
+	{
+		return false;
+	}
+	if (Entry.bWasClean && Entry.bIndexTouched)
+	{
+		// What would be checked in next goes back with it; the file itself is compared below.
+		FFileUtils::RevertInSourceControl(FullPath);
+		Now = FFileState::OnDisk(FullPath);
+	}
 	const bool bUndone = ChangeState(FullPath, Now, Before);
 	if (bUndone)
 	{
-		FileHistory::RemoveEmptyFolders(FullPath, NumNewFolders);
+		FileHistory::RemoveEmptyFolders(FullPath, Entry.NumNewFolders);
 	}
 	FileHistory::Remove(bUndone ? FileHistories : RedoHistories, Key, FilePath);
 	return bUndone;
@@ -281,26 +396,37 @@ bool FFileHistory::UndoChanges(const FString& Key, const FString& FilePath)
 
 bool FFileHistory::RedoChanges(const FString& Key, const FString& FilePath)
 {
-	const FFileHistoryEntry* Entry = FileHistory::Find(RedoHistories, Key, FilePath);
-	if (!Entry)
+	const FFileHistoryEntry* Found = FileHistory::Find(RedoHistories, Key, FilePath);
+	if (!Found)
 	{
 		return false;
 	}
+	const FFileHistoryEntry Entry = *Found;
 	const FString FullPath = FFileUtils::ToAbsolutePath(FilePath);
 	const FFileState Now = FFileState::OnDisk(FullPath);
-	const FFileState After = FFileState::AfterChange(*Entry);
-	const EFileActionType Redone = Now.ActionTo(After);
-	const int32 NumNewFolders = FileHistory::CountMissingFolders(FullPath);
-	const bool bRedone = ChangeState(FullPath, Now, After);
-	if (bRedone)
+	const FFileState After = FFileState::AfterChange(Entry);
+	FFileHistoryEntry Redone;
+	Redone.ActionType = Now.ActionTo(After);
+	if (Redone.ActionType == EFileActionType::None)
 	{
 		FileHistory::Remove(RedoHistories, Key, FilePath);
+		return false;
 	}
-	if (bRedone && Redone != EFileActionType::None)
+	Redone.Content = Now.Content;
+	Redone.Bytes = Now.Bytes;
+	Redone.Mode = Now.Mode;
+	Redone.LinkTarget = Now.LinkTarget;
+	Redone.NumNewFolders = FileHistory::CountMissingFolders(FullPath);
+	Redone.bWasClean = Now.bExists && FFileUtils::IsCleanInSourceControl(FullPath);
+	Redone.bIndexTouched = Redone.ActionType != EFileActionType::Modification;
+	if (!FKestrelHistoryStore::Write(Key, EKestrelHistorySide::Undo, FilePath, Redone))
 	{
-		FileHistories.FindOrAdd(Key).Add(FilePath, { Redone, Now.Content, Now.Bytes, NumNewFolders });
+		return false;
 	}
-	return bRedone && Redone != EFileActionType::None;
+	FileHistories.FindOrAdd(Key).Add(FilePath, Redone);
+	const bool bRedone = ChangeState(FullPath, Now, After);
+	FileHistory::Remove(bRedone ? RedoHistories : FileHistories, Key, FilePath);
+	return bRedone;
 }
 
 bool FFileHistory::UndoAllChanges(const FString& Key)

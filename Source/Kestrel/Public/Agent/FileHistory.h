@@ -30,11 +30,21 @@ struct FFileHistoryEntry
 	TArray<uint8> Bytes;
 	/** Of a creation: how many folders above the file are new, too. They go with it, as far as they are empty. */
 	int32 NumNewFolders = 0;
+	/** The file's permission bits; -1 where the platform has none. */
+	int32 Mode = -1;
+	/** What the path leads to, when it is a symbolic link; else empty. */
+	FString LinkTarget;
+	/** Revision control knew the file, and it was as it was checked in. */
+	bool bWasClean = false;
+	/** Revision control was told that the file goes or comes, so what it would check in next has changed. */
+	bool bIndexTouched = false;
+	/** Where the entry is on the disk; empty when it is not kept there. */
+	FString RecordFile;
 };
 
 /**
- * What tools have changed, so that a whole conversation can be taken back and made again. It is held in memory, for the
- * editor's lifetime.
+ * What tools have changed, so that a whole conversation can be undone and redone. Entries of a conversation are on the
+ * disk as well, before the change is made (FKestrelHistoryStore), so that undo survives the editor.
  *
  * A change is recorded before it is made, under a key (the conversation's id) and the file's absolute path; keys and
  * paths ignore case. Only the first record of a file counts: it leads back to before the conversation. A new change
@@ -56,14 +66,16 @@ public:
 
 	static FFileHistory& Get();
 
+	// Each answers whether the change can be undone now; if not, it must not be made.
+
 	/** Content: the text before the change. An empty text or path is not recorded. */
-	void StoreFileVersion(const FString& Key, const FString& FilePath, const FString& Content);
+	bool StoreFileVersion(const FString& Key, const FString& FilePath, const FString& Content);
 	/** Content: the text that the file will have. */
-	void StoreFileCreation(const FString& Key, const FString& FilePath, const FString& Content);
+	bool StoreFileCreation(const FString& Key, const FString& FilePath, const FString& Content);
 	/** Content: the text of the file that will be deleted. */
-	void StoreFileDeletion(const FString& Key, const FString& FilePath, const FString& Content);
+	bool StoreFileDeletion(const FString& Key, const FString& FilePath, const FString& Content);
 	/** Content: the text just before the undo of UndoneEntry. */
-	void StoreFileRedoVersion(
+	bool StoreFileRedoVersion(
 		const FString& Key, const FString& FilePath, const FString& Content, const FFileHistoryEntry& UndoneEntry);
 
 	/** Drops the record of a change that failed, when the file is still as it was recorded. */
@@ -82,6 +94,9 @@ public:
 	bool CanUndo(const FString& Key, const FString& FilePath) const;
 	bool CanRedo(const FString& Key, const FString& FilePath) const;
 
+	/** Takes over the conversation that an earlier run of the editor has changed last. @return its id, or empty */
+	FString LoadLastConversation();
+
 	const FHistories& GetFileHistories() const { return FileHistories; }
 	const FHistories& GetRedoHistories() const { return RedoHistories; }
 
@@ -91,7 +106,8 @@ private:
 	FFileHistory() = default;
 	UE_NONCOPYABLE(FFileHistory)
 
-	void Store(const FString& Key, const FString& FilePath, EFileActionType ActionType, const FString& Content);
+	bool Store(const FString& Key, const FString& FilePath, EFileActionType ActionType, const FString& Content);
+	void ForgetRedo(const FString& Key);
 	/** Brings a file from one state to another. @return whether it got there */
 	bool ChangeState(const FString& FilePath, const FFileState& From, const FFileState& To);
 

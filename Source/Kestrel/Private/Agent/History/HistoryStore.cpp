@@ -1,0 +1,345 @@
+#include "Agent/History/HistoryStore.h"
+
+#include "Agent/Files/NativeFile.h"
+#include "Agent/JsonText.h"
+#include "Containers/StringConv.h"
+#include "Dom/JsonObject.h"
+#include "GenericPlatform/GenericPlatformFile.h"
+#include "HAL/FileManager.h"
+#include "HAL/PlatformFileManager.h"
+#include "Misc/Compression.h"
+#include "Misc/DateTime.h"
+#include "Misc/FileHelper.h"
+#include "Misc/Paths.h"
+
+namespace HistoryStore
+{
+// A record: this mark, the sizes of both parts, then both parts compressed as one.
+constexpr uint8 Mark[] = { 'K', 'H', 'R', '1' };
+/** Behind the mark: the size of the description, and of the content, in bytes, with the lowest byte first. */
+constexpr int32 NumSizeBytes = 8;
+constexpr int32 HeaderSize = sizeof(Mark) + NumSizeBytes;
+constexpr int32 MaxDescriptionSize = 1 << 20;
+
+const TCHAR* const UndoExtension = TEXT(".undo");
+const TCHAR* const RedoExtension = TEXT(".redo");
+const TCHAR* const UnfinishedExtension = TEXT(".new");
+
+IPlatformFile& Files()
+{
+	return FPlatformFileManager::Get().GetPlatformFile();
+}
+
+FString RootFolder()
+{
+	return FPaths::ConvertRelativePathToFull(FPaths::ProjectSavedDir() / TEXT("Kestrel") / TEXT("History"));
+}
+
+/** A GUID of digits alone, as the agent makes them. */
+bool IsConversationId(const FString& Name)
+{
+	constexpr int32 NumDigits = 32;
+	for (const TCHAR Character : Name)
+	{
+		if (!FChar::IsHexDigit(Character))
+		{
+			return false;
+		}
+	}
+	return Name.Len() == NumDigits;
+}
+
+const TCHAR* ExtensionOf(EKestrelHistorySide Side)
+{
+	return Side == EKestrelHistorySide::Undo ? UndoExtension : RedoExtension;
+}
+
+void AppendSize(TArray<uint8>& Bytes, int32 Size)
+{
+	for (int32 Shift = 0; Shift < 32; Shift += 8)
+	{
+		Bytes.Add(static_cast<uint8>((static_cast<uint32>(Size) >> Shift) & 0xFF));
+	}
+}
+
+int32 ReadSize(const TArray<uint8>& Bytes, int32 At)
+{
+	uint32 Size = 0;
+	for (int32 Index = 0; Index < 4; ++Index)
+	{
+		Size |= static_cast<uint32>(Bytes[At + Index]) << (8 * Index);
+	}
+	return static_cast<int32>(Size);
+}
+
+TArray<uint8> ToUtf8(const FString& Text)
+{
+	const FTCHARToUTF8 Utf8(*Text, Text.Len());
+	return TArray<uint8>(reinterpret_cast<const uint8*>(Utf8.Get()), Utf8.Length());
+}
+
+FString FromUtf8(const uint8* Bytes, int32 Num)
+{
+	const FUTF8ToTCHAR Text(reinterpret_cast<const ANSICHAR*>(Bytes), Num);
+	FString Result;
+	Result.AppendChars(Text.Get(), Text.Length());
+	return Result;
+}
+
+TArray<uint8> Describe(const FString& FilePath, const FFileHistoryEntry& Entry)
+{
+	const TSharedRef<FJsonObject> Description = MakeShared<FJsonObject>();
+	Description->SetStringField(TEXT("path"), FilePath);
+	Description->SetNumberField(TEXT("action"), static_cast<int32>(Entry.ActionType));
+	Description->SetBoolField(TEXT("is_bytes"), !Entry.Bytes.IsEmpty());
+	Description->SetNumberField(TEXT("new_folders"), Entry.NumNewFolders);
+	Description->SetNumberField(TEXT("mode"), Entry.Mode);
+	Description->SetStringField(TEXT("link"), Entry.LinkTarget);
+	Description->SetBoolField(TEXT("was_clean"), Entry.bWasClean);
+	Description->SetBoolField(TEXT("index_touched"), Entry.bIndexTouched);
+	return ToUtf8(KestrelJson::ToCondensedText(Description));
+}
+
+bool ReadDescription(const FJsonObject& Description, FString& OutPath, bool& bOutIsBytes, FFileHistoryEntry& OutEntry)
+{
+	int32 Action = 0;
+	const bool bRead = Description.TryGetStringField(TEXT("path"), OutPath) &&
+					   Description.TryGetNumberField(TEXT("action"), Action) &&
+					   Description.TryGetBoolField(TEXT("is_bytes"), bOutIsBytes) &&
+					   Description.TryGetNumberField(TEXT("new_folders"), OutEntry.NumNewFolders) &&
+					   Description.TryGetNumberField(TEXT("mode"), OutEntry.Mode) &&
+					   Description.TryGetStringField(TEXT("link"), OutEntry.LinkTarget) &&
+					   Description.TryGetBoolField(TEXT("was_clean"), OutEntry.bWasClean) &&
+					   Description.TryGetBoolField(TEXT("index_touched"), OutEntry.bIndexTouched);
+	OutEntry.ActionType = static_cast<EFileActionType>(FMath::Clamp(Action, 0, 3));
+	return bRead && !OutPath.IsEmpty();
+}
+
+/** @return an empty array when it cannot be done */
+TArray<uint8> Pack(const TArray<uint8>& Description, const TArray<uint8>& Content)
+{
+	TArray<uint8> Whole = Description;
+	Whole.Append(Content);
+	TArray<uint8> Packed(Mark, sizeof(Mark));
+	AppendSize(Packed, Description.Num());
+	AppendSize(Packed, Content.Num());
+	int32 Size = FCompression::CompressMemoryBound(NAME_Zlib, Whole.Num());
+	Packed.AddUninitialized(Size);
+	if (!FCompression::CompressMemory(
+			NAME_Zlib, Packed.GetData() + HeaderSize, Size, Whole.GetData(), Whole.Num()))
+	{
+		return TArray<uint8>();
+	}
+	Packed.SetNum(HeaderSize + Size);
+	return Packed;
+}
+
+/** Zlib makes nothing smaller than by this factor; a record that says so is damaged, and would fill the memory. */
+constexpr int64 MaxRatio = 1100;
+
+/** @return false for what is no whole record */
+bool Unpack(const TArray<uint8>& Packed, TArray<uint8>& OutWhole, int32& OutDescriptionSize)
+{
+	if (Packed.Num() < HeaderSize || FMemory::Memcmp(Packed.GetData(), Mark, sizeof(Mark)) != 0)
+	{
+		return false;
+	}
+	OutDescriptionSize = ReadSize(Packed, sizeof(Mark));
+	const int32 ContentSize = ReadSize(Packed, sizeof(Mark) + NumSizeBytes / 2);
+	const int64 Size = static_cast<int64>(OutDescriptionSize) + ContentSize;
+	if (OutDescriptionSize <= 0 || OutDescriptionSize > MaxDescriptionSize || ContentSize < 0 || Size > MAX_int32 ||
+		Size > MaxRatio * Packed.Num())
+	{
+		return false;
+	}
+	OutWhole.SetNumUninitialized(static_cast<int32>(Size));
+	return FCompression::UncompressMemory(NAME_Zlib, OutWhole.GetData(), OutWhole.Num(),
+		Packed.GetData() + HeaderSize, Packed.Num() - HeaderSize);
+}
+
+bool ReadRecord(const FString& File, FString& OutPath, FFileHistoryEntry& OutEntry)
+{
+	TArray<uint8> Packed;
+	TArray<uint8> Whole;
+	int32 DescriptionSize = 0;
+	if (!KestrelNativeFile::IsRegularFile(File) || !FFileHelper::LoadFileToArray(Packed, *File) ||
+		!Unpack(Packed, Whole, DescriptionSize))
+	{
+		return false;
+	}
+	const TSharedPtr<FJsonObject> Description =
+		KestrelJson::ParseObject(FromUtf8(Whole.GetData(), DescriptionSize));
+	bool bIsBytes = false;
+	if (!Description.IsValid() || !ReadDescription(*Description, OutPath, bIsBytes, OutEntry))
+	{
+		return false;
+	}
+	const uint8* const Content = Whole.GetData() + DescriptionSize;
+	const int32 ContentSize = Whole.Num() - DescriptionSize;
+	if (bIsBytes)
+	{
+		OutEntry.Bytes.Append(Content, ContentSize);
+		FFileHelper::BufferToString(OutEntry.Content, Content, ContentSize);
+	}
+	else
+	{
+		OutEntry.Content = FromUtf8(Content, ContentSize);
+	}
+	OutEntry.RecordFile = File;
+	return true;
+}
+
+/** The conversations that are there, the one with the latest change first. */
+TArray<FKestrelHistoryStore::FConversation> List()
+{
+	TArray<FString> Names;
+	IFileManager::Get().FindFiles(Names, *(RootFolder() / TEXT("*")), false, true);
+	TArray<FKestrelHistoryStore::FConversation> Conversations;
+	for (const FString& Name : Names)
+	{
+		const FString Folder = RootFolder() / Name;
+		// A link that somebody has put here leads out of what is ours.
+		if (IsConversationId(Name) && KestrelNativeFile::ReadLink(Folder).IsEmpty())
+		{
+			Conversations.AddDefaulted_GetRef().Id = Name;
+			Conversations.Last().LastChange = IFileManager::Get().GetTimeStamp(*Folder);
+		}
+	}
+	Conversations.Sort([](const FKestrelHistoryStore::FConversation& A, const FKestrelHistoryStore::FConversation& B) {
+		return A.LastChange > B.LastChange;
+	});
+	return Conversations;
+}
+
+TArray<FString> ListRecords(const FString& Id, const TCHAR* Extension)
+{
+	TArray<FString> Names;
+	IFileManager::Get().FindFiles(Names, *(RootFolder() / Id / (FString(TEXT("*")) + Extension)), true, false);
+	Names.Sort();
+	return Names;
+}
+
+void LoadSide(const FString& Id, const TCHAR* Extension, FFileHistory::FFileEntries& OutEntries)
+{
+	for (const FString& Name : ListRecords(Id, Extension))
+	{
+		FString Path;
+		FFileHistoryEntry Entry;
+		if (ReadRecord(RootFolder() / Id / Name, Path, Entry))
+		{
+			OutEntries.Add(Path, Entry);
+		}
+	}
+}
+
+void RemoveConversation(const FString& Id)
+{
+	const FString Folder = RootFolder() / Id;
+	for (const TCHAR* Extension : { UndoExtension, RedoExtension, UnfinishedExtension })
+	{
+		for (const FString& Name : ListRecords(Id, Extension))
+		{
+			Files().DeleteFile(*(Folder / Name));
+		}
+	}
+	Files().DeleteDirectory(*Folder); // stays when something else lies in it
+}
+
+int64 SizeOf(const FString& Id)
+{
+	int64 Size = 0;
+	for (const TCHAR* Extension : { UndoExtension, RedoExtension, UnfinishedExtension })
+	{
+		for (const FString& Name : ListRecords(Id, Extension))
+		{
+			Size += FMath::Max<int64>(Files().FileSize(*(RootFolder() / Id / Name)), 0);
+		}
+	}
+	return Size;
+}
+
+/** A name that sorts behind those of all records before it. */
+FString MakeRecordName()
+{
+	static int32 NumMade = 0;
+	return FString::Printf(TEXT("%020lld-%06d"), FDateTime::UtcNow().GetTicks(), NumMade++);
+}
+}
+
+bool FKestrelHistoryStore::Write(
+	const FString& Id, EKestrelHistorySide Side, const FString& FilePath, FFileHistoryEntry& Entry)
+{
+	if (!HistoryStore::IsConversationId(Id))
+	{
+		return true;
+	}
+	const FString Folder = HistoryStore::RootFolder() / Id;
+	if (!HistoryStore::Files().CreateDirectoryTree(*Folder))
+	{
+		return false;
+	}
+	KestrelNativeFile::RestrictToOwner(HistoryStore::RootFolder());
+	const TArray<uint8> Packed = HistoryStore::Pack(HistoryStore::Describe(FilePath, Entry),
+		Entry.Bytes.IsEmpty() ? HistoryStore::ToUtf8(Entry.Content) : Entry.Bytes);
+	const FString Name = Folder / HistoryStore::MakeRecordName();
+	const FString Unfinished = Name + HistoryStore::UnfinishedExtension;
+	const FString File = Name + HistoryStore::ExtensionOf(Side);
+	if (Packed.IsEmpty() || !FFileHelper::SaveArrayToFile(Packed, *Unfinished))
+	{
+		HistoryStore::Files().DeleteFile(*Unfinished);
+		return false;
+	}
+	KestrelNativeFile::RestrictToOwner(Unfinished);
+	if (!HistoryStore::Files().MoveFile(*File, *Unfinished))
+	{
+		HistoryStore::Files().DeleteFile(*Unfinished);
+		return false;
+	}
+	Entry.RecordFile = File;
+	return true;
+}
+
+void FKestrelHistoryStore::Remove(const FFileHistoryEntry& Entry)
+{
+	if (!Entry.RecordFile.IsEmpty())
+	{
+		HistoryStore::Files().DeleteFile(*Entry.RecordFile);
+		HistoryStore::Files().DeleteDirectory(*FPaths::GetPath(Entry.RecordFile)); // only when it is empty
+	}
+}
+
+TOptional<FKestrelHistoryStore::FConversation> FKestrelHistoryStore::LoadLast()
+{
+	for (FConversation& Conversation : HistoryStore::List())
+	{
+		HistoryStore::LoadSide(Conversation.Id, HistoryStore::UndoExtension, Conversation.Undo);
+		HistoryStore::LoadSide(Conversation.Id, HistoryStore::RedoExtension, Conversation.Redo);
+		if (!Conversation.Undo.IsEmpty() || !Conversation.Redo.IsEmpty())
+		{
+			return Conversation;
+		}
+	}
+	return TOptional<FConversation>();
+}
+
+void FKestrelHistoryStore::RemoveOld(int32 Days, int64 MaxBytes)
+{
+	int64 Size = 0;
+	for (const FConversation& Conversation : HistoryStore::List())
+	{
+		Size += HistoryStore::SizeOf(Conversation.Id);
+		const bool bOld = (FDateTime::UtcNow() - Conversation.LastChange).GetTotalDays() > Days;
+		if (bOld || Size > MaxBytes)
+		{
+			HistoryStore::RemoveConversation(Conversation.Id);
+		}
+	}
+}
+
+void FKestrelHistoryStore::RemoveAll()
+{
+	for (const FConversation& Conversation : HistoryStore::List())
+	{
+		HistoryStore::RemoveConversation(Conversation.Id);
+	}
+}

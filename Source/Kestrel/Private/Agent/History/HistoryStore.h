@@ -1,0 +1,48 @@
+#pragma once
+
+#include "Agent/FileHistory.h"
+#include "CoreMinimal.h"
+#include "Misc/DateTime.h"
+
+/** Which way a record leads. */
+enum class EKestrelHistorySide : uint8
+{
+	Undo,
+	Redo,
+};
+
+/**
+ * The records of the file history on the disk, so that undo survives the editor: Saved/Kestrel/History of the project,
+ * a folder a conversation, a compressed file a record, readable by the editor's user alone.
+ *
+ * A record is written under another name first and then moved, so a file with a record's name is whole. Only
+ * conversations whose ids are GUIDs are kept; what else lies there is left alone.
+ */
+class FKestrelHistoryStore
+{
+public:
+	/** A conversation with records. */
+	struct FConversation
+	{
+		FString Id;
+		FDateTime LastChange; // UTC
+		FFileHistory::FFileEntries Undo; // in the order in which they were recorded
+		FFileHistory::FFileEntries Redo;
+	};
+
+	/**
+	 * Writes a record.
+	 *
+	 * @param Entry  gets the record's file
+	 * @return false when it is not on the disk; true for a conversation that is not kept
+	 */
+	static bool Write(
+		const FString& Id, EKestrelHistorySide Side, const FString& FilePath, FFileHistoryEntry& Entry);
+	static void Remove(const FFileHistoryEntry& Entry);
+
+	/** The conversation that was changed last; unset when there is none. Damaged records are left out. */
+	static TOptional<FConversation> LoadLast();
+	/** Removes conversations that were last changed more than Days days ago, and the oldest ones above MaxBytes. */
+	static void RemoveOld(int32 Days, int64 MaxBytes);
+	static void RemoveAll();
+};
