@@ -2,6 +2,7 @@
 
 #include "Agent/Agent.h"
 #include "Agent/CompilationManager.h"
+#include "Agent/Files/NativeFile.h"
 #include "Agent/HTTPAPI.h"
 #include "Framework/Application/SlateApplication.h"
 #include "Framework/Commands/UICommandList.h"
@@ -40,11 +41,19 @@ namespace KestrelModule
 const FName SettingsContainer("Project");
 const FName SettingsCategory("Plugins");
 const FName SettingsSection("Kestrel");
+
+/** The user's key is in it. The engine creates it like any file, for everybody to read where the user's mask allows. */
+void RestrictSettingsFile()
+{
+	KestrelNativeFile::RestrictToOwner(
+		FPaths::ConvertRelativePathToFull(GetDefault<UKestrelSettings>()->GetClass()->GetConfigName()));
+}
 }
 
 void FKestrelModule::StartupModule()
 {
 	RegisterSettings();
+	KestrelModule::RestrictSettingsFile();
 	ReadStageConfiguration();
 	FKestrelStyle::Initialize();
 	FKestrelCommands::Register();
@@ -83,6 +92,7 @@ void FKestrelModule::ShutdownModule()
 		FGlobalTabmanager::Get()->UnregisterNomadTabSpawner(KestrelTabName);
 	}
 	UnregisterSettings();
+	KestrelModule::RestrictSettingsFile();
 }
 
 void FKestrelModule::RegisterUserInterface()

@@ -202,8 +202,8 @@ FString FFileUtils::CreateNewFileWithContent(const FString& Path, const FString&
 	{
 		return MakeError(TEXT("Failed to create directory"), Folder);
 	}
-	return FileEdits::Create(
-		FullPath, [&]() { return FFileHelper::SaveStringToFile(Content, *FullPath, FileEdits::GetEncodingOfNewText()); });
+	return FileEdits::Create(FullPath,
+		[&]() { return FFileHelper::SaveStringToFile(Content, *FullPath, FileEdits::GetEncodingOfNewText()); });
 }
 
 FString FFileUtils::WriteBytes(const FString& Path, const TArray<uint8>& Bytes)

@@ -12,6 +12,16 @@ constexpr int64 MaxCostBelowLinks = 1'000'000;
 // To open a folder takes about as long as to list this many files.
 constexpr int64 FolderCost = 50;
 
+/** One question to the system for an ordinary folder; finding a real path takes several for each part of it. */
+bool IsLink(const FString& FullPath)
+{
+#if PLATFORM_WINDOWS
+	return KestrelNativeFile::ResolveLinks(FullPath).IsEmpty(); // what a link leads to is not known there
+#else
+	return !KestrelNativeFile::ReadLink(FullPath).IsEmpty();
+#endif
+}
+
 void AppendFiles(FKestrelFolder& Folder, TFunctionRef<bool(const FString&)> IsWanted, TArray<FString>& OutFiles)
 {
 	const FKestrelFolder::FListing Listing = Folder.List();
@@ -47,12 +57,13 @@ FKestrelFolder::FKestrelFolder(FKestrelFolder& InAbove, const FString& Name)
 	: Path(InAbove.Path / Name)
 	, Above(&InAbove)
 {
-	const FString Expected = InAbove.RealPath / Name;
-	RealPath = KestrelNativeFile::ResolveLinks(Expected);
-	bIsBelowLink = InAbove.bIsBelowLink || !RealPath.Equals(Expected);
+	const FString Given = InAbove.RealPath / Name;
+	const bool bIsLink = FolderWalk::IsLink(Given);
+	bIsBelowLink = InAbove.bIsBelowLink || bIsLink;
+	RealPath = bIsLink ? KestrelNativeFile::ResolveLinks(Given) : Given;
 	if (RealPath.IsEmpty())
 	{
-		RealPath = Expected; // of a link that the platform cannot resolve
+		RealPath = Given; // a link that the platform cannot resolve
 	}
 }
 

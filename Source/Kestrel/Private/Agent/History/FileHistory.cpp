@@ -215,8 +215,7 @@ bool FFileHistory::Store(
 		Entry.ActionType = ActionType;
 		Entry.Content = Content;
 		Entry.LinkTarget = KestrelNativeFile::ReadLink(FullPath);
-		Entry.NumNewFolders =
-			ActionType == EFileActionType::Creation ? FileHistory::CountMissingFolders(FullPath) : 0;
+		Entry.NumNewFolders = ActionType == EFileActionType::Creation ? FileHistory::CountMissingFolders(FullPath) : 0;
 		if (ActionType != EFileActionType::Creation)
 		{
 			Entry.Bytes = FileHistory::LoadBytesBeyondText(FullPath, Content);

@@ -125,8 +125,7 @@ TArray<uint8> Pack(const TArray<uint8>& Description, const TArray<uint8>& Conten
 	AppendSize(Packed, Content.Num());
 	int32 Size = FCompression::CompressMemoryBound(NAME_Zlib, Whole.Num());
 	Packed.AddUninitialized(Size);
-	if (!FCompression::CompressMemory(
-			NAME_Zlib, Packed.GetData() + HeaderSize, Size, Whole.GetData(), Whole.Num()))
+	if (!FCompression::CompressMemory(NAME_Zlib, Packed.GetData() + HeaderSize, Size, Whole.GetData(), Whole.Num()))
 	{
 		return TArray<uint8>();
 	}
@@ -153,8 +152,8 @@ bool Unpack(const TArray<uint8>& Packed, TArray<uint8>& OutWhole, int32& OutDesc
 		return false;
 	}
 	OutWhole.SetNumUninitialized(static_cast<int32>(Size));
-	return FCompression::UncompressMemory(NAME_Zlib, OutWhole.GetData(), OutWhole.Num(),
-		Packed.GetData() + HeaderSize, Packed.Num() - HeaderSize);
+	return FCompression::UncompressMemory(
+		NAME_Zlib, OutWhole.GetData(), OutWhole.Num(), Packed.GetData() + HeaderSize, Packed.Num() - HeaderSize);
 }
 
 bool ReadRecord(const FString& File, FString& OutPath, FFileHistoryEntry& OutEntry)
@@ -167,8 +166,7 @@ bool ReadRecord(const FString& File, FString& OutPath, FFileHistoryEntry& OutEnt
 	{
 		return false;
 	}
-	const TSharedPtr<FJsonObject> Description =
-		KestrelJson::ParseObject(FromUtf8(Whole.GetData(), DescriptionSize));
+	const TSharedPtr<FJsonObject> Description = KestrelJson::ParseObject(FromUtf8(Whole.GetData(), DescriptionSize));
 	bool bIsBytes = false;
 	if (!Description.IsValid() || !ReadDescription(*Description, OutPath, bIsBytes, OutEntry))
 	{

@@ -25,7 +25,7 @@ public:
 	struct FConversation
 	{
 		FString Id;
-		FDateTime LastChange; // UTC
+		FDateTime LastChange;            // UTC
 		FFileHistory::FFileEntries Undo; // in the order in which they were recorded
 		FFileHistory::FFileEntries Redo;
 	};
@@ -36,8 +36,7 @@ public:
 	 * @param Entry  gets the record's file
 	 * @return false when it is not on the disk; true for a conversation that is not kept
 	 */
-	static bool Write(
-		const FString& Id, EKestrelHistorySide Side, const FString& FilePath, FFileHistoryEntry& Entry);
+	static bool Write(const FString& Id, EKestrelHistorySide Side, const FString& FilePath, FFileHistoryEntry& Entry);
 	static void Remove(const FFileHistoryEntry& Entry);
 
 	/** The conversation that was changed last; unset when there is none. Damaged records are left out. */

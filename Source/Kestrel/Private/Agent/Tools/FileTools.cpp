@@ -301,8 +301,8 @@ FString ApplyChange(const FKestrelToolPlan& Plan)
 	}
 	if (!Record(Plan))
 	{
-		return FFileUtils::MakeError(TEXT("No record for undo could be kept, so the file was left as it is"),
-			Plan.FilePath);
+		return FFileUtils::MakeError(
+			TEXT("No record for undo could be kept, so the file was left as it is"), Plan.FilePath);
 	}
 	const FString Result = Write(Plan);
 	if (FFileUtils::IsError(Result))
