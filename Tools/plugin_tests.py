@@ -24,7 +24,7 @@ def make_project(folder, service):
     copy = os.path.join(folder, "Project")
     shutil.copytree(os.path.join(steps.ROOT, "Tests", "Project"), copy)
     os.mkdir(os.path.join(copy, "Plugins"))
-    for plugin in ("LockingSourceControl", "FaultyFiles"):
+    for plugin in ("LockingSourceControl", "LiveCoding", "FaultyFiles"):
         os.symlink(os.path.join(steps.ROOT, "Tests", plugin), os.path.join(copy, "Plugins", plugin))
     config = os.path.join(copy, "Config")
     with open(os.path.join(config, "DefaultPlugin.ini"), "w", encoding="utf-8") as ini:

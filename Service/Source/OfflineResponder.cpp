@@ -28,8 +28,8 @@ const char* const Help = "I work without a model here and understand a few reque
 						 "  - run python: import unreal; unreal.log(unreal.Paths.project_dir())\n"
 						 "  - finish";
 
-const char* const CompileGoesOn = "The game is being built in the background. Its result reaches me by itself or with "
-								  "your next message (\"go on\").";
+const char* const CompileGoesOn = "The game is being built in the background. Its result reaches me with your next "
+								  "message (\"go on\").";
 
 /** How a request becomes the use of a tool. */
 struct ToolUse

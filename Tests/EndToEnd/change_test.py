@@ -162,7 +162,7 @@ class ChangeTest(CodeProjectTest):
         rules = os.path.join(self.project, "Source", "Moor", "Moor.Build.cs")
         with open(rules, encoding="utf-8") as file:
             self.write("Source/Moor/Moor.Build.cs", file.read().replace('"CoreUObject"', '"CoreUObject", "Niagara"'))
-        run = self.run_editor("-Prompt=compile", "-Approve")
+        run = self.run_editor("-Prompt=compile", "-Prompt=go on", "-Approve")
         self.assertIn("engine modules that this editor does not have: Niagara", run.errors)
         self.assert_in_order(run, "Compilation failed", "engine modules that this editor does not have: Niagara")
 
@@ -179,7 +179,8 @@ class ChangeTest(CodeProjectTest):
             {"expect": REFUSED, "status": [{"status": "RUNNING"}] * 5, **answer(text("I wait."))},
             answer(text("Thank you.")))
         self.write("Source/Moor/Lantern.h", LANTERN.replace("0.5f", "0.6f"))
-        run = self.run_editor("-Prompt=script twice")
+        # The result of the first waits for the next request.
+        run = self.run_editor("-Prompt=script twice", "-Prompt=and now?")
         self.assert_in_order(run, "Compilation failed, processing error...", "Compilation successful!", "Thank you.")
         self.assertEqual(run.code, 0, run)
 

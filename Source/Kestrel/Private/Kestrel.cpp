@@ -2,7 +2,9 @@
 
 #include "Agent/Agent.h"
 #include "Agent/CompilationManager.h"
+#include "Agent/Files/NativeFile.h"
 #include "Agent/HTTPAPI.h"
+#include "Framework/Application/SlateApplication.h"
 #include "Framework/Commands/UICommandList.h"
 #include "Framework/Docking/TabManager.h"
 #include "ISettingsModule.h"
@@ -18,6 +20,7 @@
 #include "Widget/KestrelStyle.h"
 #include "Widget/SKestrelWidget.h"
 #include "Widgets/Docking/SDockTab.h"
+#include "Widgets/SNullWidget.h"
 
 #ifndef KESTREL_API_URL
 // A name that no one can own (RFC 2606). A build for a real service defines its own, see Kestrel.Build.cs.
@@ -38,15 +41,62 @@ namespace KestrelModule
 const FName SettingsContainer("Project");
 const FName SettingsCategory("Plugins");
 const FName SettingsSection("Kestrel");
+
+/** The user's key is in it. The engine creates it like any file, for everybody to read where the user's mask allows. */
+void RestrictSettingsFile()
+{
+	KestrelNativeFile::RestrictToOwner(
+		FPaths::ConvertRelativePathToFull(GetDefault<UKestrelSettings>()->GetClass()->GetConfigName()));
+}
 }
 
 void FKestrelModule::StartupModule()
 {
 	RegisterSettings();
+	KestrelModule::RestrictSettingsFile();
 	ReadStageConfiguration();
 	FKestrelStyle::Initialize();
 	FKestrelCommands::Register();
+	// A commandlet, cooking for instance, has no windows.
+	bHasUserInterface = FSlateApplication::IsInitialized();
+	if (bHasUserInterface)
+	{
+		RegisterUserInterface();
+	}
+	FAgent::Get().Initialize();
+}
 
+void FKestrelModule::ShutdownModule()
+{
+	if (bHasUserInterface)
+	{
+		UToolMenus::UnRegisterStartupCallback(this);
+		UToolMenus::UnregisterOwner(this);
+		// Its widgets are this module's code, and paint with the brushes of the style set.
+		ClosePanel();
+	}
+	FKestrelStyle::Shutdown();
+	// The HTTP module outlives this one and would call back into it.
+	FHTTPAPI::Get().AbandonRequests();
+	FHTTPAPI::Get().ClearRequestId();
+	FCompilationManager::Shutdown();
+	if (bHasUserInterface)
+	{
+		// Toolbars are made anew a frame later, and hold the list until then.
+		PluginCommands->UnmapAction(FKestrelCommands::Get().OpenPluginWindow);
+		PluginCommands.Reset();
+	}
+	FKestrelCommands::Unregister();
+	if (bHasUserInterface)
+	{
+		FGlobalTabmanager::Get()->UnregisterNomadTabSpawner(KestrelTabName);
+	}
+	UnregisterSettings();
+	KestrelModule::RestrictSettingsFile();
+}
+
+void FKestrelModule::RegisterUserInterface()
+{
 	PluginCommands = MakeShared<FUICommandList>();
 	PluginCommands->MapAction(FKestrelCommands::Get().OpenPluginWindow,
 		FExecuteAction::CreateRaw(this, &FKestrelModule::PluginButtonClicked), FCanExecuteAction());
@@ -58,26 +108,16 @@ void FKestrelModule::StartupModule()
 		.SetDisplayName(LOCTEXT("FKestrelTabTitle", "Kestrel"))
 		.SetMenuType(ETabSpawnerMenuType::Hidden)
 		.SetIcon(FSlateIcon(FKestrelStyle::GetStyleSetName(), "Kestrel.Icon"));
-
-	FAgent::Get().Initialize();
 }
 
-void FKestrelModule::ShutdownModule()
+void FKestrelModule::ClosePanel()
 {
-	UToolMenus::UnRegisterStartupCallback(this);
-	UToolMenus::UnregisterOwner(this);
-	FKestrelStyle::Shutdown();
-	// The HTTP module outlives this one and would call back into it.
-	FHTTPAPI::Get().AbandonRequests();
-	FCompilationManager::Shutdown();
-	FKestrelCommands::Unregister();
-	// Unregistering leaves an open tab alone, and its widget is this module's code.
 	if (const TSharedPtr<SDockTab> OpenTab = FGlobalTabmanager::Get()->FindExistingLiveTab(KestrelTabName))
 	{
 		OpenTab->RequestCloseTab();
+		// A tab may fade out, or be held by a layout.
+		OpenTab->SetContent(SNullWidget::NullWidget);
 	}
-	FGlobalTabmanager::Get()->UnregisterNomadTabSpawner(KestrelTabName);
-	UnregisterSettings();
 }
 
 void FKestrelModule::RegisterSettings()

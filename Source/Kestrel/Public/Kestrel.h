@@ -27,7 +27,11 @@ public:
 private:
 	void RegisterSettings();
 	void UnregisterSettings();
+	/** The command, the menus and the tab. */
+	void RegisterUserInterface();
 	void RegisterMenus();
+	/** The panel's widgets are gone when it returns. */
+	void ClosePanel();
 	TSharedRef<SDockTab> OnSpawnPluginTab(const FSpawnTabArgs& SpawnTabArgs);
 	/** Reads Config/DefaultPlugin.ini, which a project under development may use to name another service. */
 	static void ReadStageConfiguration();
@@ -35,5 +39,6 @@ private:
 	static FString StageApiUrl;
 	static FString StageApiKey;
 
+	bool bHasUserInterface = false;
 	TSharedPtr<FUICommandList> PluginCommands;
 };

@@ -1,6 +1,7 @@
 #include "Agent/BlueprintLookup.h"
 
 #include "Agent/BlueprintDocument.h"
+#include "Agent/Files/FolderWalk.h"
 #include "Agent/KestrelBlueprintUtils.h"
 #include "Agent/MessageCapture.h"
 #include "Agent/TypeLookup.h"
@@ -9,7 +10,6 @@
 #include "AssetRegistry/IAssetRegistry.h"
 #include "BehaviorTree/BehaviorTree.h"
 #include "Engine/Blueprint.h"
-#include "HAL/FileManager.h"
 #include "Misc/PackageName.h"
 #include "Misc/Paths.h"
 #include "Modules/ModuleManager.h"
@@ -60,15 +60,14 @@ AssetType* FindInMemory(FName Name)
 /** A package of the project that is named like the asset and of which the registry knows no asset; empty for none. */
 FString FindUnlistedPackage(const FString& Name)
 {
-	TArray<FString> Files;
-	IFileManager::Get().FindFilesRecursive(
-		Files, *FPaths::ProjectContentDir(), *(TEXT("*") + FPackageName::GetAssetPackageExtension()), true, false);
+	const FString FileName = Name + FPackageName::GetAssetPackageExtension();
+	const TArray<FString> Files = FKestrelFolder::FindFiles(FPaths::ProjectContentDir(),
+		[&FileName](const FString& Each) { return Each.Equals(FileName, ESearchCase::IgnoreCase); });
 	for (const FString& File : Files)
 	{
 		FString Package;
 		TArray<FAssetData> Assets;
-		if (FPaths::GetBaseFilename(File).Equals(Name, ESearchCase::IgnoreCase) &&
-			FPackageName::TryConvertFilenameToLongPackageName(File, Package) &&
+		if (FPackageName::TryConvertFilenameToLongPackageName(File, Package) &&
 			KestrelBlueprintDocument::CanBeName(Package) &&
 			!GetRegistry().GetAssetsByPackageName(FName(*Package), Assets))
 		{

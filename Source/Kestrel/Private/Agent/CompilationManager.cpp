@@ -1,6 +1,7 @@
 #include "Agent/CompilationManager.h"
 
 #include "CoreGlobals.h"
+#include "HAL/PlatformTime.h"
 #include "Misc/HotReloadInterface.h"
 #include "Misc/OutputDeviceRedirector.h"
 #include "Modules/ModuleManager.h"
@@ -14,11 +15,29 @@ TArray<TSharedPtr<FJsonObject>> FCompilationManager::StoredMessages;
 FString FCompilationManager::SharedToolId;
 TSharedPtr<FCompilationLogOutputDevice> FCompilationManager::LogOutputDevice;
 FDelegateHandle FCompilationManager::CompilationManagerDelegateHandle;
+FTSTicker::FDelegateHandle FCompilationManager::WaitTickerHandle;
 FCompilationManager::FOnCompileFinished FCompilationManager::CompileFinished;
 
 namespace CompilationManager
 {
 const FName HotReloadModule("HotReload");
+const FName LiveCodingModule("LiveCoding");
+constexpr double LongestWaitSeconds = 30.0 * 60.0;
+constexpr float WaitTickerIntervalSeconds = 1.0f;
+
+const TCHAR* const NotStarted = TEXT("Hot reload did not start a compilation. The editor's log says why; a project "
+									 "without C++ classes, for instance, has nothing to compile.");
+const TCHAR* const NeverFinished = TEXT("Hot reload never reported the end of the compilation and is not compiling. "
+										"The editor's log may say why.");
+const TCHAR* const LiveCodingIsLikely = TEXT(
+	" The likely cause is Live Coding, as hot reload does not work while it is on: turn off \"Enable Live Coding\" "
+	"in the Editor Preferences (General > Live Coding), restart the editor and try again.");
+
+/** Null while it is not loaded. */
+IHotReloadInterface* FindHotReload()
+{
+	return FModuleManager::GetModulePtr<IHotReloadInterface>(HotReloadModule);
+}
 
 IHotReloadInterface* LoadHotReload()
 {
@@ -27,7 +46,14 @@ IHotReloadInterface* LoadHotReload()
 	{
 		Modules.LoadModule(HotReloadModule);
 	}
-	return FModuleManager::GetModulePtr<IHotReloadInterface>(HotReloadModule);
+	return FindHotReload();
+}
+
+/** Live Coding is on by default where it exists, on Windows; whether it is on now, only its own module knows. */
+FString WithLikelyCause(const TCHAR* Failure)
+{
+	return FModuleManager::Get().IsModuleLoaded(LiveCodingModule) ? FString(Failure) + LiveCodingIsLikely
+																  : FString(Failure);
 }
 
 /** Whether hot reload will report the end of the compile that it was asked for. */
@@ -85,28 +111,59 @@ void FCompilationManager::CompileGameWithHotReload()
 	IHotReloadInterface* HotReload = CompilationManager::LoadHotReload();
 	if (!HotReload)
 	{
-		RefuseStart(TEXT("Failed to load HotReload module"));
+		Fail(TEXT("Failed to load HotReload module"));
 		return;
 	}
 	if (HotReload->IsCurrentlyCompiling())
 	{
-		RefuseStart(TEXT("The editor is compiling already. Try again when it has ended."));
+		Fail(TEXT("The editor is compiling already. Try again when it has ended."));
 		return;
 	}
 	// Before the start: a short compile could have ended before the call returns.
-	CompilationManagerDelegateHandle =
-		HotReload->OnModuleCompilerFinished().AddStatic(&FCompilationManager::OnHotReloadCompilationFinished);
+	WaitForEvent(*HotReload, CompilationManager::LongestWaitSeconds);
 	const ECompilationResult::Type Result = HotReload->DoHotReloadFromEditor(EHotReloadFlags::None);
 	if (IsCompiling() && !CompilationManager::WasStarted(*HotReload, Result))
 	{
-		HotReload->OnModuleCompilerFinished().Remove(CompilationManagerDelegateHandle);
-		CompilationManagerDelegateHandle.Reset();
-		RefuseStart(TEXT("Hot reload did not start a compilation. The editor's log says why; a project without C++ "
-						 "classes, for instance, has nothing to compile."));
+		StopWaiting();
+		Fail(CompilationManager::WithLikelyCause(CompilationManager::NotStarted));
 	}
 }
 
-void FCompilationManager::RefuseStart(const FString& Reason)
+void FCompilationManager::WaitForEvent(IHotReloadInterface& HotReload, double LongestSeconds)
+{
+	StopWaiting();
+	CompilationManagerDelegateHandle =
+		HotReload.OnModuleCompilerFinished().AddStatic(&FCompilationManager::OnHotReloadCompilationFinished);
+	const double GiveUpAt = FPlatformTime::Seconds() + LongestSeconds;
+	WaitTickerHandle = FTSTicker::GetCoreTicker().AddTicker(
+		FTickerDelegate::CreateLambda([GiveUpAt](float) { return CheckWait(GiveUpAt); }),
+		CompilationManager::WaitTickerIntervalSeconds);
+}
+
+bool FCompilationManager::CheckWait(double GiveUpAt)
+{
+	const IHotReloadInterface* HotReload = CompilationManager::FindHotReload();
+	if (FPlatformTime::Seconds() < GiveUpAt || (HotReload && HotReload->IsCurrentlyCompiling()))
+	{
+		return true;
+	}
+	StopWaiting();
+	Fail(CompilationManager::WithLikelyCause(CompilationManager::NeverFinished));
+	return false;
+}
+
+void FCompilationManager::StopWaiting()
+{
+	if (IHotReloadInterface* HotReload = CompilationManager::FindHotReload())
+	{
+		HotReload->OnModuleCompilerFinished().Remove(CompilationManagerDelegateHandle);
+	}
+	CompilationManagerDelegateHandle.Reset();
+	FTSTicker::RemoveTicker(WaitTickerHandle);
+	WaitTickerHandle.Reset();
+}
+
+void FCompilationManager::Fail(const FString& Reason)
 {
 	StopCapturing();
 	CompileFinished.Broadcast(StoredMessages, SharedToolId, Reason, false);
@@ -117,12 +174,7 @@ void FCompilationManager::RefuseStart(const FString& Reason)
 void FCompilationManager::OnHotReloadCompilationFinished(
 	const FString& LogText, ECompilationResult::Type Result, bool bShowLog)
 {
-	if (IHotReloadInterface* HotReload = CompilationManager::LoadHotReload())
-	{
-		HotReload->OnModuleCompilerFinished().Remove(CompilationManagerDelegateHandle);
-	}
-	CompilationManagerDelegateHandle.Reset();
-
+	StopWaiting();
 	if (GetCompilationLogs().IsEmpty())
 	{
 		// Not every platform's compiler logs under the captured categories; its text always comes with the event.
@@ -154,11 +206,6 @@ TArray<FString> FCompilationManager::FilterCompilationErrors(const FString& Text
 
 void FCompilationManager::Shutdown()
 {
-	if (IHotReloadInterface* HotReload =
-			FModuleManager::GetModulePtr<IHotReloadInterface>(CompilationManager::HotReloadModule))
-	{
-		HotReload->OnModuleCompilerFinished().Remove(CompilationManagerDelegateHandle);
-	}
-	CompilationManagerDelegateHandle.Reset();
+	StopWaiting();
 	StopCapturing();
 }

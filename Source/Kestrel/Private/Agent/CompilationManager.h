@@ -1,10 +1,12 @@
 #pragma once
 
+#include "Containers/Ticker.h"
 #include "CoreMinimal.h"
 #include "Misc/CompilationResult.h"
 #include "Misc/OutputDevice.h"
 
 class FJsonObject;
+class IHotReloadInterface;
 
 /** Keeps the compiler's lines of the log, as "[category] text". */
 class FCompilationLogOutputDevice : public FOutputDevice
@@ -28,6 +30,7 @@ private:
  *   hot reload cannot be started       tells OnCompileFinished at once that it failed, and why
  *   a second CompileGameProject        tells OnCompileFinished at once that it is refused; the first goes on
  *   hot reload's event                 tells OnCompileFinished the captured lines and how it went
+ *   no event for half an hour          tells OnCompileFinished that it failed; later while hot reload is compiling
  */
 class FCompilationManager
 {
@@ -45,6 +48,12 @@ public:
 	static void CompileGameProject(const FString& ToolId, const TArray<TSharedPtr<FJsonObject>>& Messages);
 	static void CompileGameWithHotReload();
 	static bool IsCompiling() { return CompilationManagerDelegateHandle.IsValid(); }
+	/**
+	 * Waits for hot reload's event under the tool id of the last CompileGameProject.
+	 *
+	 * @param LongestSeconds  when to give up; as long as hot reload is compiling it is not given up
+	 */
+	static void WaitForEvent(IHotReloadInterface& HotReload, double LongestSeconds);
 
 	/** Begins anew with an empty list of captured lines. */
 	static void CaptureCompilationLogs();
@@ -59,12 +68,17 @@ public:
 	static void Shutdown();
 
 private:
-	static void RefuseStart(const FString& Reason);
+	/** Tells OnCompileFinished, and the person at the panel, why there is no result of a compiler. */
+	static void Fail(const FString& Reason);
+	/** Ends the wait with a failure when it has taken too long. @return whether it goes on */
+	static bool CheckWait(double GiveUpAt);
+	static void StopWaiting();
 	static void StopCapturing();
 
 	static TArray<TSharedPtr<FJsonObject>> StoredMessages;
 	static FString SharedToolId;
 	static TSharedPtr<FCompilationLogOutputDevice> LogOutputDevice;
 	static FDelegateHandle CompilationManagerDelegateHandle; // valid while a compile is going on
+	static FTSTicker::FDelegateHandle WaitTickerHandle;
 	static FOnCompileFinished CompileFinished;
 };

@@ -1,11 +1,9 @@
 #include "Agent/AssetClassCache.h"
 #include "Agent/FileUtils.h"
+#include "Agent/Files/FolderWalk.h"
 #include "Agent/JsonText.h"
 #include "Async/TaskGraphInterfaces.h"
 #include "Dom/JsonObject.h"
-#include "GenericPlatform/GenericPlatformFile.h"
-#include "HAL/FileManager.h"
-#include "HAL/PlatformFileManager.h"
 #include "KestrelSettings.h"
 #include "Misc/Paths.h"
 #include "ProfilingDebugging/MiscTrace.h"
@@ -15,59 +13,6 @@
 namespace FileTree
 {
 const TCHAR* const NoClassName = TEXT("#");
-
-/** The names in a folder, in the order of the file system. */
-struct FListing
-{
-	TArray<FString> Files;
-	TArray<FString> Folders;
-};
-
-FListing ListFolder(const FString& Path)
-{
-	// One walk for both: with a hundred thousand files, asking the file system is what takes the time.
-	FListing Listing;
-	FPlatformFileManager::Get().GetPlatformFile().IterateDirectory(
-		*Path, [&Listing](const TCHAR* Entry, bool bIsFolder) {
-			(bIsFolder ? Listing.Folders : Listing.Files).Add(FPaths::GetCleanFilename(Entry));
-			return true;
-		});
-	return Listing;
-}
-
-/** A folder of a walk, with the way back to where the walk began. Lives on the stack of the walk. */
-struct FFolderOnTheWay
-{
-	explicit FFolderOnTheWay(const FString& InPath, const FFolderOnTheWay* InAbove)
-		: Path(InPath)
-		, Above(InAbove)
-		, Listing(ListFolder(InPath))
-	{
-	}
-
-	/**
-	 * Whether this is a folder above it again, come back to through a link: the walk would never end. A link cannot be
-	 * told from a folder here, but the same folder has the same content and time.
-	 */
-	bool IsLoop() const
-	{
-		for (const FFolderOnTheWay* Folder = Above; Folder; Folder = Folder->Above)
-		{
-			const bool bSameContent =
-				Folder->Listing.Folders == Listing.Folders && Folder->Listing.Files == Listing.Files;
-			if (bSameContent &&
-				IFileManager::Get().GetTimeStamp(*Folder->Path) == IFileManager::Get().GetTimeStamp(*Path))
-			{
-				return true;
-			}
-		}
-		return false;
-	}
-
-	const FString& Path;
-	const FFolderOnTheWay* const Above; // null for the first
-	const FListing Listing;
-};
 
 FString CleanExcludedEntry(const FString& Entry)
 {
@@ -144,58 +89,65 @@ struct FTreeFilter
 	}
 };
 
-TSharedRef<FJsonObject> BuildTree(const FString& Path, const FTreeFilter& Filter, const FFolderOnTheWay* Above)
+/**
+ * The part of a path that exclusion looks at. The names of the folders that the project itself lies in say nothing
+ * about a folder of the project.
+ */
+FString ToComparedPath(const FString& Path)
+{
+	FString Full = FPaths::ConvertRelativePathToFull(Path);
+	FPaths::NormalizeDirectoryName(Full);
+	FString ProjectDir = FPaths::ConvertRelativePathToFull(FPaths::ProjectDir());
+	FPaths::NormalizeDirectoryName(ProjectDir);
+	return FPaths::IsUnderDirectory(Full, ProjectDir) ? Full.RightChop(ProjectDir.Len()) : Path;
+}
+
+TSharedRef<FJsonObject> BuildTree(FKestrelFolder& Folder, const FString& ComparedPath, const FTreeFilter& Filter)
 {
 	TRACE_BOOKMARK(TEXT("Kestrel - Start BuildJsonTree"));
 	const TSharedRef<FJsonObject> Tree = MakeShared<FJsonObject>();
-	if (IsDirectoryExcluded(Path, Filter.ExcludedDirs))
+	if (IsDirectoryExcluded(ComparedPath, Filter.ExcludedDirs))
 	{
 		return Tree;
 	}
-	const FFolderOnTheWay Here(Path, Above);
-	if (Here.IsLoop())
-	{
-		return Tree;
-	}
-	for (const FString& File : Here.Listing.Files)
+	const FKestrelFolder::FListing Listing = Folder.List();
+	for (const FString& File : Listing.Files)
 	{
 		FString ClassName;
-		if (Filter.Keeps(Path, File, ClassName))
+		if (Filter.Keeps(Folder.GetPath(), File, ClassName))
 		{
 			Tree->SetStringField(File, ClassName);
 		}
 	}
-	for (const FString& Folder : Here.Listing.Folders)
+	for (const FString& Name : Listing.Folders)
 	{
-		const TSharedRef<FJsonObject> SubTree = BuildTree(Path / Folder, Filter, &Here);
+		FKestrelFolder Sub(Folder, Name);
+		const TSharedRef<FJsonObject> SubTree = BuildTree(Sub, ComparedPath / Name, Filter);
 		if (!SubTree->Values.IsEmpty())
 		{
-			Tree->SetObjectField(Folder, SubTree);
+			Tree->SetObjectField(Name, SubTree);
 		}
 	}
 	TRACE_BOOKMARK(TEXT("Kestrel - End BuildJsonTree"));
 	return Tree;
 }
 
-void AppendList(const FString& Path, const FFolderOnTheWay* Above, TArray<FString>& OutList)
+void AppendList(FKestrelFolder& Folder, TArray<FString>& OutList)
 {
-	const FFolderOnTheWay Here(Path, Above);
-	if (Here.IsLoop())
+	const FKestrelFolder::FListing Listing = Folder.List();
+	for (const FString& Name : Listing.Folders)
 	{
-		return;
-	}
-	for (const FString& Folder : Here.Listing.Folders)
-	{
-		if (!IsLeftOutOfList(Folder))
+		if (!IsLeftOutOfList(Name))
 		{
-			AppendList(Path / Folder, &Here, OutList);
+			FKestrelFolder Sub(Folder, Name);
+			AppendList(Sub, OutList);
 		}
 	}
-	for (const FString& File : Here.Listing.Files)
+	for (const FString& File : Listing.Files)
 	{
 		if (ListedExtensions().Contains(FPaths::GetExtension(File, true)))
 		{
-			OutList.Add(ToProjectRelative(Path / File));
+			OutList.Add(ToProjectRelative(Folder.GetPath() / File));
 		}
 	}
 }
@@ -204,8 +156,9 @@ void AppendList(const FString& Path, const FFolderOnTheWay* Above, TArray<FStrin
 TSharedPtr<FJsonObject> FFileUtils::BuildJsonTree(const FString& Path, const TArray<FString>& SupportedExtensions,
 	const TArray<FString>& ExcludedDirs, const TSet<FName>& EnabledAssetClassPatterns)
 {
-	const TSharedRef<FJsonObject> Tree =
-		FileTree::BuildTree(Path, { SupportedExtensions, ExcludedDirs, EnabledAssetClassPatterns }, nullptr);
+	FKestrelFolder Folder(Path);
+	const TSharedRef<FJsonObject> Tree = FileTree::BuildTree(
+		Folder, FileTree::ToComparedPath(Path), { SupportedExtensions, ExcludedDirs, EnabledAssetClassPatterns });
 	FAssetClassCache::Get().Save();
 	return Tree;
 }
@@ -251,7 +204,8 @@ TArray<FString> FFileUtils::GetDirectoryStructureAsList(const FString& Path)
 	TArray<FString> List;
 	if (Path.StartsWith(FPaths::ProjectDir()))
 	{
-		FileTree::AppendList(Path, nullptr, List);
+		FKestrelFolder Folder(Path);
+		FileTree::AppendList(Folder, List);
 	}
 	return List;
 }

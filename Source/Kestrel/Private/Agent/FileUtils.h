@@ -135,6 +135,8 @@ public:
 	 * Files come before folders, both in the order of the file system. Folders without a kept file are left out.
 	 *
 	 * @param SupportedExtensions        without a dot; letter case does not count
+	 * @param ExcludedDirs               as for IsDirectoryExcluded; of a folder in the project, the part of the path
+	 *                                   below the project directory is looked at
 	 * @param EnabledAssetClassPatterns  an empty set keeps assets of every class
 	 */
 	static TSharedPtr<FJsonObject> BuildJsonTree(const FString& Path, const TArray<FString>& SupportedExtensions,

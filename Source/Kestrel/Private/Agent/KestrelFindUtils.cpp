@@ -1,10 +1,10 @@
 #include "Agent/KestrelFindUtils.h"
 
-#include "Agent/FileUtils.h"
+#include "Agent/Files/FolderWalk.h"
+#include "Agent/Files/NativeFile.h"
 #include "Agent/JsonText.h"
 #include "Dom/JsonObject.h"
 #include "Dom/JsonValue.h"
-#include "HAL/FileManager.h"
 #include "Misc/FileHelper.h"
 #include "Misc/Paths.h"
 
@@ -113,12 +113,11 @@ TArray<FString> ListSources()
 		FString Root = FPaths::Combine(FPaths::ProjectDir(), Folder);
 		FPaths::NormalizeDirectoryName(Root);
 		Root = FPaths::ConvertRelativePathToFull(Root);
-		for (const TCHAR* Pattern : { TEXT("*.cpp"), TEXT("*.h") })
+		const TArray<FString> Files = FKestrelFolder::FindFiles(
+			Root, [](const FString& Name) { return Name.EndsWith(TEXT(".cpp")) || Name.EndsWith(TEXT(".h")); });
+		for (const TCHAR* Ending : { TEXT(".cpp"), TEXT(".h") })
 		{
-			constexpr bool bFiles = true;
-			constexpr bool bFolders = false;
-			constexpr bool bClearFirst = false;
-			IFileManager::Get().FindFilesRecursive(Sources, *Root, Pattern, bFiles, bFolders, bClearFirst);
+			Sources += Files.FilterByPredicate([Ending](const FString& File) { return File.EndsWith(Ending); });
 		}
 	}
 	return Sources;
@@ -150,7 +149,8 @@ void FKestrelFindUtils::FindInAllCppFiles(const FString& ReferenceString, TShare
 	TArray<uint8> Bytes;
 	for (const FString& File : KestrelFindUtils::ListSources())
 	{
-		if (FFileHelper::LoadFileToArray(Bytes, *File) && Needle.OccursIn(Bytes))
+		if (KestrelNativeFile::IsRegularFile(File) && FFileHelper::LoadFileToArray(Bytes, *File) &&
+			Needle.OccursIn(Bytes))
 		{
 			References.Add(KestrelFindUtils::MakeReference(File));
 		}

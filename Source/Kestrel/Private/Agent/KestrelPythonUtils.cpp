@@ -14,14 +14,33 @@ namespace KestrelPythonUtils
 // Characters. A service has no use for more, and a request of that size would only be refused.
 constexpr int32 MaxOutputLength = 1000000;
 
-// An exception ends a script before its footer, and the footer itself loses the editor's redirection of the output to
-// its log. So the streams are kept aside, and put back whatever the script did to them.
-const TCHAR* const KeepStreams = TEXT("import sys\nsys.kestrel_streams = (sys.stdout, sys.stderr)\n");
-
 /** The path as the inside of a Python string. */
 FString EscapeForPython(const FString& Path)
 {
 	return Path.Replace(TEXT("\\"), TEXT("\\\\")).Replace(TEXT("'"), TEXT("\\'"));
+}
+
+/**
+ * What runs before the script. The header opens the log with the platform's code page, which lacks most characters on
+ * Windows; so 'open' is exchanged until the log is open. An exception ends a script before its footer, and the footer
+ * itself loses the editor's redirection of the output to its log. So the streams are kept aside as well.
+ */
+FString KeepStreams(const FString& LogPath)
+{
+	return FString::Printf(
+		TEXT("def kestrel_keep(path):\n"
+			 "    import builtins, sys\n"
+			 "    real_open = builtins.open\n"
+			 "    def open_log(file, *arguments, **options):\n"
+			 "        if file != path:\n"
+			 "            return real_open(file, *arguments, **options)\n"
+			 "        builtins.open = real_open\n"
+			 "        return real_open(file, *arguments, encoding='utf-8', errors='backslashreplace')\n"
+			 "    builtins.open = open_log\n"
+			 "    sys.kestrel_kept = (sys.stdout, sys.stderr, real_open, open_log)\n"
+			 "kestrel_keep('%s')\n"
+			 "del kestrel_keep\n"),
+		*EscapeForPython(LogPath));
 }
 
 /** The script with its output kept in a file. */
@@ -32,13 +51,37 @@ FString Wrap(const FString& ScriptContent, const FString& LogPath)
 		   ScriptContent + TEXT("\n\nsys.stdout.close()\nsys.stdout = sys.__stdout__\nsys.stderr = sys.__stderr__\n");
 }
 
+/** What runs after the script, whatever the script did to the streams. */
 FString RestoreStreams(const FString& LogPath)
 {
-	return FString::Printf(TEXT("import sys\n"
+	return FString::Printf(TEXT("import builtins, sys\n"
 								"if getattr(sys.stdout, 'name', None) == '%s':\n"
 								"    sys.stdout.close()\n"
-								"sys.stdout, sys.stderr = sys.kestrel_streams\n"),
+								"sys.stdout, sys.stderr = sys.kestrel_kept[:2]\n"
+								"if builtins.open is sys.kestrel_kept[3]:\n" // the script was not even read
+								"    builtins.open = sys.kestrel_kept[2]\n"
+								"del sys.kestrel_kept\n"),
 		*EscapeForPython(LogPath));
+}
+
+FString MakeScriptName(const FDateTime& Time)
+{
+	return FString::Printf(TEXT("generated_script_%s.py"), *Time.ToString(TEXT("%Y%m%d_%H%M%S")));
+}
+
+/**
+ * Where the script goes, relative to the project directory: under the name of this second, or of the next one that is
+ * free. A file of that name is somebody's own, or the script of another editor on this project.
+ */
+FString MakeScriptPath()
+{
+	const FString Folder = FPaths::Combine(TEXT("Plugins"), TEXT("kestrel-unreal"), TEXT("Python"));
+	FDateTime Time = FDateTime::Now();
+	while (FPaths::FileExists(FFileUtils::ToAbsolutePath(Folder / MakeScriptName(Time))))
+	{
+		Time = Time + FTimespan::FromSeconds(1.0);
+	}
+	return Folder / MakeScriptName(Time);
 }
 
 /** @return the result text of the file's creation */
@@ -61,7 +104,7 @@ FString MakeLogPath()
 /** Runs a script file with its output kept in a log. @return whether it ended without an error */
 bool ExecuteFile(IPythonScriptPlugin& Python, const FString& FullPath, const FString& LogPath, FString& OutResult)
 {
-	Python.ExecPythonCommand(KeepStreams);
+	Python.ExecPythonCommand(*KeepStreams(LogPath));
 	FPythonCommandEx Command;
 	// Without quotes, a path with blanks would end at the first.
 	Command.Command = TEXT("\"") + FullPath + TEXT("\"");
@@ -108,14 +151,13 @@ FString WithCommandResult(const FString& Output, const FString& CommandResult)
 
 FString FKestrelPythonUtils::GenerateScriptName()
 {
-	return FString::Printf(TEXT("generated_script_%s.py"), *FDateTime::Now().ToString(TEXT("%Y%m%d_%H%M%S")));
+	return KestrelPythonUtils::MakeScriptName(FDateTime::Now());
 }
 
 FPythonScriptResult FKestrelPythonUtils::CreateAndExecutePythonScript(const FString& ScriptContent)
 {
 	using namespace KestrelPythonUtils;
-	const FString ScriptPath =
-		FPaths::Combine(TEXT("Plugins"), TEXT("kestrel-unreal"), TEXT("Python"), GenerateScriptName());
+	const FString ScriptPath = MakeScriptPath();
 	const FString LogPath = MakeLogPath();
 	const FString WriteResult = WriteScript(ScriptPath, Wrap(ScriptContent, LogPath));
 	if (FFileUtils::IsError(WriteResult))

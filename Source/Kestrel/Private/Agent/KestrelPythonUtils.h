@@ -23,8 +23,9 @@ public:
 	/**
 	 * Runs a script and waits for its end, on the game thread.
 	 *
-	 * The script is written to Plugins/kestrel-unreal/Python of the project for the time of the run. What it prints
-	 * goes to a log file, which is read and removed afterwards; of a very long output the middle is left out.
+	 * The script is written to Plugins/kestrel-unreal/Python of the project for the time of the run, under a name that
+	 * no file has. What it prints goes to a log file, UTF-8 on every platform, which is read and removed afterwards; of
+	 * a very long output the middle is left out.
 	 *
 	 * @return what the script has printed, with the traceback when it failed: as Message after a success, as Error
 	 * after a failure

@@ -157,4 +157,24 @@ void FKestrelBlueprintCheckoutSpec::Define()
 						  All.Contains(TEXT("\"Reason\":\"Failed to check out ")));
 		TestTrue(TEXT("stays dirty"), Refused.Blueprint->GetOutermost()->IsDirty());
 	});
+
+	It("tells the service why a Blueprint was not saved", [this]() {
+		const FKestrelTestContent Content;
+		const FCheckedIn ReadOnly(Content, TEXT("BP_ReadOnly")); // nobody to ask for a checkout
+		const auto Modify = [](const TCHAR* Updates) {
+			return KestrelTest::UseTool(TEXT("modify_blueprint_variables"),
+				{ TEXT("blueprint_name"), TEXT("BP_ReadOnly"), TEXT("updates"), Updates });
+		};
+		const FString Answer = Modify(AddSpeed);
+		const FString Begin = TEXT("Error: Failed to save modified Blueprint. ");
+		TestTrue(Answer, Answer.StartsWith(Begin) && Answer.Len() > Begin.Len());
+		for (const TCHAR* Updates : { TEXT("{\"Variables\":{\"Spe\\u0000ed\":{\"Type\":{\"Category\":\"int\"}}}}"),
+				 TEXT("{\"Variables\":{\"Speed\":{\"Description\":\"\\\\\\u0000\"}}}") })
+		{
+			KestrelTest::TestSameText(
+				*this, Updates, Modify(Updates), TEXT("Error: The field 'updates' holds a NUL character"));
+		}
+		TestFalse(TEXT("an escaped backslash before it"),
+			Modify(TEXT("{\"Variables\":{\"Speed\":{\"Description\":\"\\\\u0000\"}}}")).Contains(TEXT("NUL")));
+	});
 }

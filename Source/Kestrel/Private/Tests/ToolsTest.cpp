@@ -5,11 +5,17 @@
 #include "Agent/JsonText.h"
 #include "Agent/KestrelFindUtils.h"
 #include "Agent/KestrelPythonUtils.h"
+#include "Containers/Ticker.h"
 #include "Dom/JsonObject.h"
 #include "HAL/FileManager.h"
+#include "HAL/PlatformTime.h"
+#include "IPythonScriptPlugin.h"
 #include "Logging/LogMacros.h"
+#include "Misc/DateTime.h"
 #include "Misc/FileHelper.h"
+#include "Misc/HotReloadInterface.h"
 #include "Misc/Paths.h"
+#include "Modules/ModuleManager.h"
 #include "Tests/KestrelTest.h"
 #include "Widget/KestrelInterface.h"
 
@@ -231,6 +237,62 @@ void FKestrelPythonSpec::Define()
 		});
 	}
 
+	It("gets every character of what is printed, whatever the platform's code page", [this]() {
+		IPythonScriptPlugin& Python = *IPythonScriptPlugin::Get();
+		// What Windows does: files are opened with a code page that lacks most characters.
+		Python.ExecPythonCommand(
+			TEXT("import builtins, sys\n"
+				 "sys.kestrel_test_open = builtins.open\n"
+				 "def open_with_code_page(file, mode='r', buffering=-1, encoding='cp1252', *rest, "
+				 "**options):\n"
+				 "    return sys.kestrel_test_open(file, mode, buffering, encoding, *rest, **options)\n"
+				 "builtins.open = sys.kestrel_test_page = open_with_code_page\n"));
+		const TCHAR* const Check = TEXT("import builtins, sys\nassert builtins.open is sys.kestrel_test_page\n");
+		const FString Text = TEXT("\u00E4\u00F6\u00FC\u2192");
+		const auto Run = [](const FString& Script) {
+			return FKestrelPythonUtils::CreateAndExecutePythonScript(Script);
+		};
+		KestrelTest::TestSameText(*this, TEXT("printed"),
+			Run(Check + FString::Printf(TEXT("print('%s')"), *Text)).Message,
+			TEXT("Python script completed: \n") + Text + TEXT("\n"));
+		TestTrue(TEXT("in place again"), Python.ExecPythonCommand(Check));
+		for (const TCHAR* Error :
+			{ TEXT("Traceback"), TEXT("File "), TEXT("ValueError"), TEXT("SyntaxError"), TEXT("def f"), TEXT("^") })
+		{
+			AddExpectedError(Error, EAutomationExpectedErrorFlags::Contains, 0);
+		}
+		const FString Failed = Run(FString::Printf(TEXT("print('%s')\nraise ValueError('%s')"), *Text, *Text)).Error;
+		TestTrue(Failed, Failed.StartsWith(Text + TEXT("\n")) && Failed.Contains(TEXT("ValueError: ") + Text));
+		TestTrue(TEXT("in place again after a failure"), Python.ExecPythonCommand(Check));
+		Run(TEXT("def f(:\n"));
+		TestTrue(TEXT("in place again after a script that cannot be read"), Python.ExecPythonCommand(Check));
+		KestrelTest::TestSameText(*this, TEXT("half a surrogate pair"), Run(TEXT("print('\\ud83d')")).Message,
+			TEXT("Python script completed: \n\\ud83d\n"));
+		Python.ExecPythonCommand(TEXT("import builtins, sys\nbuiltins.open = sys.kestrel_test_open\n"
+									  "del sys.kestrel_test_open, sys.kestrel_test_page\n"));
+	});
+
+	It("touches no file that has the name of its script", [this]() {
+		const FString Folder = FFileUtils::ToAbsolutePath(TEXT("Plugins/kestrel-unreal/Python"));
+		TArray<FString> Own;
+		for (int32 Second = 0; Second < 5; ++Second)
+		{
+			const FDateTime Time = FDateTime::Now() + FTimespan::FromSeconds(Second);
+			Own.Add(Folder / FString::Printf(TEXT("generated_script_%s.py"), *Time.ToString(TEXT("%Y%m%d_%H%M%S"))));
+			FFileHelper::SaveStringToFile(TEXT("mine"), *Own.Last());
+		}
+		KestrelTest::TestSameText(*this, TEXT("ran"),
+			FKestrelPythonUtils::CreateAndExecutePythonScript(TEXT("print('other')")).Message,
+			TEXT("Python script completed: \nother\n"));
+		for (const FString& File : Own)
+		{
+			FString Text;
+			FFileHelper::LoadFileToString(Text, *File);
+			KestrelTest::TestSameText(*this, File, Text, TEXT("mine"));
+			IFileManager::Get().Delete(*File);
+		}
+	});
+
 	It("leaves out the middle of an endless output", [this]() {
 		const FPythonScriptResult Result =
 			FKestrelPythonUtils::CreateAndExecutePythonScript(TEXT("print('x' * 3000000)\nprint('end')"));
@@ -303,5 +365,63 @@ void FKestrelCompilationLogSpec::Define()
 			TEXT("Compiling...|Compilation failed, processing error...|Hot reload did not start a compilation. The "
 				 "editor's log says why; a project without C++ classes, for instance, has nothing to compile."));
 		FAgent::Get().ClearToolResults();
+	});
+
+	It("names Live Coding where it is loaded and nothing is compiled", [this]() {
+		FModuleManager& Modules = FModuleManager::Get();
+		const FName LiveCoding("LiveCoding");
+		// Comes with the project that is made for tests; on Windows it is loaded anyway.
+		const bool bWasLoaded = Modules.IsModuleLoaded(LiveCoding);
+		if (!bWasLoaded && !Modules.ModuleExists(*LiveCoding.ToString()))
+		{
+			return;
+		}
+		const FKestrelPanelRecorder Recorder;
+		Modules.LoadModule(LiveCoding);
+		FAgent::Get().TriggerCompilationWithMessages(TEXT("Undo"), {});
+		TestTrue(TEXT("in the panel"), Recorder.Messages.Num() == 2 &&
+										   Recorder.Messages[1].Text.Contains(TEXT("turn off \"Enable Live Coding\"")));
+		if (!bWasLoaded)
+		{
+			Modules.UnloadModule(LiveCoding);
+		}
+		FAgent::Get().ClearToolResults();
+	});
+
+	LatentIt("gives up on a compile whose end is never reported", [this](const FDoneDelegate& Done) {
+		const TSharedRef<FKestrelPanelRecorder> Recorder = MakeShared<FKestrelPanelRecorder>();
+		FAgent& Agent = FAgent::Get();
+		Agent.ClearToolResults();
+		Agent.SetConversationId(TEXT("asks"));
+		Agent.TriggerCompilationWithMessages(TEXT("c1"), {}); // refused: there is no code here
+		Agent.ClearToolResults();
+		constexpr double LongestSeconds = 5.0;
+		FCompilationManager::WaitForEvent(
+			FModuleManager::GetModuleChecked<IHotReloadInterface>("HotReload"), LongestSeconds);
+		const double Start = FPlatformTime::Seconds();
+		FTSTicker::GetCoreTicker().AddTicker(TEXT("KestrelTest"), 0.1f, [=, this](float) {
+			if (FCompilationManager::IsCompiling())
+			{
+				return true;
+			}
+			const double Seconds = FPlatformTime::Seconds() - Start;
+			TestTrue(FString::Printf(TEXT("after %.1f s"), Seconds),
+				Seconds >= LongestSeconds && Seconds < LongestSeconds + 2.0);
+			if (TestEqual(TEXT("results"), FAgent::Get().GetToolResults().Num(), 1))
+			{
+				const TSharedPtr<FJsonObject> Result = FAgent::Get().GetToolResults()[0]->AsObject();
+				KestrelTest::TestSameText(*this, TEXT("id"), Result->GetStringField(TEXT("tool_use_id")), TEXT("c1"));
+				TestTrue(TEXT("is an error"), Result->GetBoolField(TEXT("is_error")));
+			}
+			Recorder->Messages.Empty();
+			FAgent::Get().TriggerCompilationWithMessages(TEXT("c2"), {});
+			TestTrue(TEXT("the next one is tried"),
+				Recorder->Messages.Num() == 2 &&
+					Recorder->Messages[1].Text.StartsWith(TEXT("Hot reload did not start a compilation.")));
+			FAgent::Get().ClearToolResults();
+			FAgent::Get().ClearConversationId();
+			Done.Execute();
+			return false;
+		});
 	});
 }

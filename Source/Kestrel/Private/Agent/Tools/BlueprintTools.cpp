@@ -52,11 +52,33 @@ FString ApplyRead(const FKestrelToolPlan& Plan)
 	return FKestrelBlueprintUtils::ReadBlueprint(Plan.Input.Get(ReadName), Plan.Input.Get(DataSubset));
 }
 
+/** Whether a string in a JSON document holds a NUL, which is always escaped there. A backslash is only in strings. */
+bool HoldsNul(const FString& Json)
+{
+	for (int32 Index = 0; Index < Json.Len(); ++Index)
+	{
+		if (Json[Index] != TEXT('\\'))
+		{
+			continue;
+		}
+		++Index; // what is escaped begins no escape itself
+		if (Json.Mid(Index, 5).Equals(TEXT("u0000")))
+		{
+			return true;
+		}
+	}
+	return false;
+}
+
 /** The modifications as a person can read them; a text that is none, as it is. */
 void PlanModify(FKestrelProjectView&, FKestrelToolPlan& Plan)
 {
 	Plan.Target = Plan.Input.Get(ModifiedName);
 	const FString& Text = Plan.Input.Get(Updates);
+	if (HoldsNul(Text))
+	{
+		Plan.Refuse(KestrelTools::MakeNulError(Updates));
+	}
 	const TSharedPtr<FJsonObject> Document = KestrelJson::ParseObject(Text);
 	Plan.Change =
 		FKestrelChange{ FString(), Document.IsValid() ? KestrelJson::ToPrettyText(Document.ToSharedRef()) : Text };
@@ -69,9 +91,14 @@ FString ApplyModify(const FKestrelToolPlan& Plan)
 		FKestrelBlueprintUtils::ModifyBlueprint(Plan.Input.Get(ModifiedName), Plan.Input.Get(Updates));
 	const TSharedPtr<FJsonObject> Result = KestrelJson::ParseObject(Document);
 	FString Error;
-	const bool bFailed = Result.IsValid() && Result->TryGetStringField(TEXT("Error"), Error);
-	// The document as a whole tells what was done to each variable and function.
-	return bFailed ? TEXT("Error: ") + Error : Document;
+	if (!Result.IsValid() || !Result->TryGetStringField(TEXT("Error"), Error))
+	{
+		// The document as a whole tells what was done to each variable and function.
+		return Document;
+	}
+	FString Reason;
+	Result->TryGetStringField(TEXT("Reason"), Reason);
+	return TEXT("Error: ") + Error + (Reason.IsEmpty() ? Reason : TEXT(" ") + Reason);
 }
 
 void PlanReadTree(FKestrelProjectView&, FKestrelToolPlan& Plan)

@@ -31,6 +31,11 @@ bool ReadLineNumber(const TSharedPtr<FJsonValue>& Value, int32& OutLine)
 }
 }
 
+FString KestrelTools::MakeNulError(const FKestrelToolField& Field)
+{
+	return FString::Printf(TEXT("Error: The field '%s' holds a NUL character"), Field.Name);
+}
+
 FString FKestrelToolInput::Read(const FKestrelTool& Tool, const FJsonObject& Object)
 {
 	for (const FKestrelToolField& Field : Tool.Fields)
@@ -60,7 +65,7 @@ FString FKestrelToolInput::ReadText(const FKestrelTool& Tool, const FKestrelTool
 	}
 	if (ToolInput::HoldsNul(Text))
 	{
-		return FString::Printf(TEXT("Error: The field '%s' holds a NUL character"), Field.Name);
+		return KestrelTools::MakeNulError(Field);
 	}
 	Texts.Add({ Field.Name, Text });
 	return FString();

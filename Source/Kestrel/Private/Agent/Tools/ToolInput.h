@@ -10,6 +10,12 @@ struct FKestrelLineRange
 	int32 EndLine = -1;
 };
 
+namespace KestrelTools
+{
+/** The result of a call with a NUL in a field, or in a document that the field holds. */
+FString MakeNulError(const FKestrelToolField& Field);
+}
+
 /**
  * What a tool was given: the fields that its row names and nothing else, so that a field nobody knows cannot change
  * what is shown or done.

@@ -1,0 +1,117 @@
+#include "Agent/Files/FolderWalk.h"
+
+#include "Agent/Files/NativeFile.h"
+#include "GenericPlatform/GenericPlatformFile.h"
+#include "HAL/PlatformFileManager.h"
+#include "Misc/Paths.h"
+
+namespace FolderWalk
+{
+// In files listed. More than a project has in the folders that it links to, and walked in a few seconds.
+constexpr int64 MaxCostBelowLinks = 1'000'000;
+// To open a folder takes about as long as to list this many files.
+constexpr int64 FolderCost = 50;
+
+/** One question to the system for an ordinary folder; finding a real path takes several for each part of it. */
+bool IsLink(const FString& FullPath)
+{
+#if PLATFORM_WINDOWS
+	return KestrelNativeFile::ResolveLinks(FullPath).IsEmpty(); // what a link leads to is not known there
+#else
+	return !KestrelNativeFile::ReadLink(FullPath).IsEmpty();
+#endif
+}
+
+void AppendFiles(FKestrelFolder& Folder, TFunctionRef<bool(const FString&)> IsWanted, TArray<FString>& OutFiles)
+{
+	const FKestrelFolder::FListing Listing = Folder.List();
+	for (const FString& File : Listing.Files)
+	{
+		if (IsWanted(File))
+		{
+			OutFiles.Add(Folder.GetPath() / File);
+		}
+	}
+	for (const FString& Name : Listing.Folders)
+	{
+		FKestrelFolder Sub(Folder, Name);
+		AppendFiles(Sub, IsWanted, OutFiles);
+	}
+}
+}
+
+FKestrelFolder::FKestrelFolder(const FString& InPath)
+	: Path(InPath)
+	, Above(nullptr)
+{
+	FString FullPath = FPaths::ConvertRelativePathToFull(InPath);
+	FPaths::NormalizeDirectoryName(FullPath);
+	RealPath = KestrelNativeFile::ResolveLinks(FullPath);
+	if (RealPath.IsEmpty())
+	{
+		RealPath = FullPath;
+	}
+}
+
+FKestrelFolder::FKestrelFolder(FKestrelFolder& InAbove, const FString& Name)
+	: Path(InAbove.Path / Name)
+	, Above(&InAbove)
+{
+	const FString Given = InAbove.RealPath / Name;
+	const bool bIsLink = FolderWalk::IsLink(Given);
+	bIsBelowLink = InAbove.bIsBelowLink || bIsLink;
+	RealPath = bIsLink ? KestrelNativeFile::ResolveLinks(Given) : Given;
+	if (RealPath.IsEmpty())
+	{
+		RealPath = Given; // a link that the platform cannot resolve
+	}
+}
+
+bool FKestrelFolder::IsLoop() const
+{
+	if (!bIsBelowLink)
+	{
+		return false;
+	}
+	for (const FKestrelFolder* Folder = Above; Folder; Folder = Folder->Above)
+	{
+		if (Folder->RealPath.Equals(RealPath))
+		{
+			return true;
+		}
+	}
+	return false;
+}
+
+FKestrelFolder::FListing FKestrelFolder::List()
+{
+	FKestrelFolder* First = this;
+	while (First->Above)
+	{
+		First = First->Above;
+	}
+	FListing Listing;
+	if (IsLoop() || (bIsBelowLink && First->CostBelowLinks >= FolderWalk::MaxCostBelowLinks))
+	{
+		return Listing;
+	}
+	// One pass for both: with a hundred thousand files, asking the file system is what takes the time.
+	FPlatformFileManager::Get().GetPlatformFile().IterateDirectory(
+		*Path, [&Listing](const TCHAR* Entry, bool bIsFolder) {
+			(bIsFolder ? Listing.Folders : Listing.Files).Add(FPaths::GetCleanFilename(Entry));
+			return true;
+		});
+	if (bIsBelowLink)
+	{
+		First->CostBelowLinks += FolderWalk::FolderCost + Listing.Files.Num() + Listing.Folders.Num();
+	}
+	return Listing;
+}
+
+TArray<FString> FKestrelFolder::FindFiles(const FString& Root, TFunctionRef<bool(const FString& Name)> IsWanted)
+{
+	TArray<FString> Files;
+	FKestrelFolder First(Root);
+	FolderWalk::AppendFiles(First, IsWanted, Files);
+	return Files;
+}

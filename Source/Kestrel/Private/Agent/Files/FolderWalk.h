@@ -1,0 +1,42 @@
+#pragma once
+
+#include "CoreMinimal.h"
+
+/**
+ * A folder on the way of a walk, with the way back to where the walk began. Lives on the stack of the walk.
+ *
+ * Links to folders are followed. A folder that a link leads back to from below itself has nothing in it, since the walk
+ * would never end; neither has anything that is reached through links once they have led to very many files, since a
+ * few links to each other are enough to make more paths than anyone could walk.
+ */
+class FKestrelFolder
+{
+public:
+	/** The names in a folder, in the order of the file system. */
+	struct FListing
+	{
+		TArray<FString> Files;
+		TArray<FString> Folders;
+	};
+
+	/** Where a walk begins. A folder that does not exist has nothing in it. */
+	explicit FKestrelFolder(const FString& InPath);
+	/** A folder inside another, by its name. */
+	FKestrelFolder(FKestrelFolder& InAbove, const FString& Name);
+	UE_NONCOPYABLE(FKestrelFolder)
+
+	const FString& GetPath() const { return Path; }
+	FListing List();
+
+	/** The files below a folder whose names are wanted, as Root / ...; in each folder files come before folders. */
+	static TArray<FString> FindFiles(const FString& Root, TFunctionRef<bool(const FString& Name)> IsWanted);
+
+private:
+	bool IsLoop() const;
+
+	const FString Path;
+	FKestrelFolder* const Above; // null where the walk begins
+	FString RealPath;            // absolute, with links resolved where the platform can
+	bool bIsBelowLink = false;
+	int64 CostBelowLinks = 0; // of the whole walk, in files listed; counted where it begins
+};
