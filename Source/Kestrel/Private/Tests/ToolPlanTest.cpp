@@ -209,6 +209,7 @@ void FKestrelToolPlanSpec::Define()
 			{ TEXT("Content/Python/init_unreal.py"), TEXT("runs as a program") },
 			{ TEXT("Binaries/Linux/x.txt"), TEXT("runs as a program") },
 			{ TEXT("Plugins/kestrel-unreal/Source/A.cpp"), TEXT("this plugin's own files") },
+			{ TEXT("Saved/Kestrel/History/A.undo"), TEXT("this plugin's own files") },
 		};
 		for (const FPlaceCase& Case : Cases)
 		{

@@ -75,7 +75,7 @@ bool MakeLink(const FString& FullPath, const FString& Target)
 	return symlink(TCHAR_TO_UTF8(*Target), TCHAR_TO_UTF8(*FullPath)) == 0;
 }
 
-constexpr int32 PermissionBits = 07777;
+constexpr int32 PermissionBits = 0777; // not those that run a program as somebody else
 
 int32 GetMode(const FString& FullPath)
 {

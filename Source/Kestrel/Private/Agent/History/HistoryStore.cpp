@@ -1,7 +1,9 @@
 #include "Agent/History/HistoryStore.h"
 
+#include "Agent/FileUtils.h"
 #include "Agent/Files/NativeFile.h"
 #include "Agent/JsonText.h"
+#include "Agent/Tools/PathReview.h"
 #include "Containers/StringConv.h"
 #include "Dom/JsonObject.h"
 #include "GenericPlatform/GenericPlatformFile.h"
@@ -207,6 +209,18 @@ bool ReadRecord(const FString& File, FString& OutPath, FFileHistoryEntry& OutEnt
 	return true;
 }
 
+/**
+ * Whether a record of an earlier run may be followed. A project can bring records of its own making, so undo must not
+ * lead where the project itself could not: out of it, into its version control, or through a link that does.
+ */
+bool IsTrustworthy(const FString& FilePath, const FFileHistoryEntry& Entry)
+{
+	const FString FullPath = FFileUtils::ToAbsolutePath(FilePath);
+	const auto IsOfProject = [](const FString& Path) { return FKestrelPathReview::Of(Path).bIsOfProject; };
+	return IsOfProject(FullPath) && (Entry.LinkTarget.IsEmpty() || IsOfProject(FPaths::ConvertRelativePathToFull(
+																	   FPaths::GetPath(FullPath), Entry.LinkTarget)));
+}
+
 /** The conversations that are there, the one with the latest change first. */
 TArray<FKestrelHistoryStore::FConversation> List()
 {
@@ -243,7 +257,7 @@ void LoadSide(const FString& Id, const TCHAR* Extension, FFileHistory::FFileEntr
 	{
 		FString Path;
 		FFileHistoryEntry Entry;
-		if (ReadRecord(RootFolder() / Id / Name, Path, Entry))
+		if (ReadRecord(RootFolder() / Id / Name, Path, Entry) && IsTrustworthy(Path, Entry))
 		{
 			OutEntries.Add(Path, Entry);
 		}

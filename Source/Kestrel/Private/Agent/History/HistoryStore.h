@@ -39,7 +39,10 @@ public:
 	static bool Write(const FString& Id, EKestrelHistorySide Side, const FString& FilePath, FFileHistoryEntry& Entry);
 	static void Remove(const FFileHistoryEntry& Entry);
 
-	/** The conversation that was changed last; unset when there is none. Damaged records are left out. */
+	/**
+	 * The conversation that was changed last; unset when there is none. Records that are damaged, or that lead where a
+	 * project has no business, are left out.
+	 */
 	static TOptional<FConversation> LoadLast();
 	/** Removes conversations that were last changed more than Days days ago, and the oldest ones above MaxBytes. */
 	static void RemoveOld(int32 Days, int64 MaxBytes);

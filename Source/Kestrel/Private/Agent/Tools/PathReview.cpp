@@ -102,17 +102,18 @@ bool IsProgram(const FPlace& Place)
 		   Place.IsBelow(TEXT("Binaries"));
 }
 
-/** The plugin's folder in the project, and the one that it was loaded from. */
+/** The plugin's folder in the project, the one that it was loaded from, and what it saves. */
 bool IsOfThisPlugin(const FPlace& Place)
 {
+	const TSharedPtr<IPlugin> Plugin = IPluginManager::Get().FindPlugin(TEXT("Kestrel"));
 	const FString RealProjectDir =
 		KestrelNativeFile::ResolveLinks(FPaths::ConvertRelativePathToFull(FPaths::ProjectDir()));
-	const TSharedPtr<IPlugin> Plugin = IPluginManager::Get().FindPlugin(TEXT("Kestrel"));
-	const FString Loaded = Plugin.IsValid() ? FPaths::ConvertRelativePathToFull(Plugin->GetBaseDir()) : FString();
-	const FString InProject = FPaths::ConvertRelativePathToFull(FPaths::ProjectPluginsDir() / TEXT("kestrel-unreal"));
-	for (const FString& Folder : { Loaded, InProject })
+	const FString Folders[] = { Plugin.IsValid() ? Plugin->GetBaseDir() : FString(),
+		FPaths::ProjectPluginsDir() / TEXT("kestrel-unreal"), FPaths::ProjectSavedDir() / TEXT("Kestrel") };
+	for (const FString& Folder : Folders)
 	{
-		const FString RealFolder = Folder.IsEmpty() ? Folder : KestrelNativeFile::ResolveLinks(Folder);
+		const FString RealFolder =
+			Folder.IsEmpty() ? Folder : KestrelNativeFile::ResolveLinks(FPaths::ConvertRelativePathToFull(Folder));
 		// A project inside the plugin's folder, one for its tests, is a project like any other.
 		if (!RealFolder.IsEmpty() && FPaths::IsUnderDirectory(Place.RealPath, RealFolder) &&
 			!FPaths::IsUnderDirectory(RealProjectDir, RealFolder))
@@ -181,6 +182,8 @@ FKestrelPathReview FKestrelPathReview::Of(const FString& FullPath)
 	}
 	Place.Folders = PathReview::SplitPath(InProjectPath);
 	Place.Name = Place.Folders.IsEmpty() ? FString() : Place.Folders.Pop();
+	Review.bIsOfProject =
+		Review.Cautions.IsEmpty() && !PathReview::IsOfVersionControl(Place) && !PathReview::IsOfThisPlugin(Place);
 	for (const PathReview::FRule& Rule : PathReview::GetRules())
 	{
 		if (Rule.Applies(Place))
