@@ -71,7 +71,13 @@ void FKestrelHistoryStoreSpec::Define()
 		{
 			FKestrelHistoryStore::Remove(Entry);
 		}
-		TestFalse(TEXT("nothing is left"), FPaths::DirectoryExists(FPaths::GetPath(Text.RecordFile)));
+		KestrelTest::TestSameText(*this, TEXT("nothing is left"), Load(), TEXT(""));
+		FFileHistoryEntry Newer = MakeEntry(TEXT("x"));
+		const FString NewerId = FGuid::NewGuid().ToString();
+		FKestrelHistoryStore::Write(NewerId, EKestrelHistorySide::Undo, TEXT("Config/a.txt"), Newer);
+		FPlatformFileManager::Get().GetPlatformFile().SetTimeStamp(
+			*FPaths::GetPath(Newer.RecordFile), FDateTime::UtcNow() - FTimespan::FromDays(1.0));
+		KestrelTest::TestSameText(*this, TEXT("an older conversation is over"), Load(), TEXT(""));
 	});
 
 	It("follows no record out of the project, into version control or through a link", [this]() {

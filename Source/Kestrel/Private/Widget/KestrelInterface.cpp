@@ -93,6 +93,7 @@ void FKestrelInterface::Initialize()
 		FKestrelHistoryStore::RemoveOld(DaysKept, HistoryBytesKept);
 		break;
 	case EKestrelLogDeletionPolicy::KeepAll:
+		FKestrelHistoryStore::RemoveOld(MAX_int32, MAX_int64);
 		break;
 	}
 	OfferUndoOfEarlierRun();
@@ -256,6 +257,10 @@ void FKestrelInterface::UndoLastOperation()
 	}
 	const bool bAllDone = ReportLeftChanges(FFileHistory::Get().GetFileHistories().Find(Id));
 	// What was undone in the editor is not made again, and half of a conversation's changes shall not be either.
+	if (bEditorUndone)
+	{
+		FFileHistory::Get().ForgetRedo(Id);
+	}
 	Agent.SetRedoConversationID(bEditorUndone ? FString() : Id);
 	Agent.SetUndoConversationID(bAllDone ? FString() : Id);
 	if (bEditorUndone)

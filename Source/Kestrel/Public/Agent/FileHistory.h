@@ -94,6 +94,8 @@ public:
 	bool CanUndo(const FString& Key, const FString& FilePath) const;
 	bool CanRedo(const FString& Key, const FString& FilePath) const;
 
+	/** Drops what could be redone. */
+	void ForgetRedo(const FString& Key);
 	/** Takes over the conversation that an earlier run of the editor has changed last. @return its id, or empty */
 	FString LoadLastConversation();
 
@@ -107,7 +109,6 @@ private:
 	UE_NONCOPYABLE(FFileHistory)
 
 	bool Store(const FString& Key, const FString& FilePath, EFileActionType ActionType, const FString& Content);
-	void ForgetRedo(const FString& Key);
 	/** Brings a file from one state to another. @return whether it got there */
 	bool ChangeState(const FString& FilePath, const FFileState& From, const FFileState& To);
 

@@ -335,33 +335,36 @@ void FKestrelHistoryStore::Remove(const FFileHistoryEntry& Entry)
 {
 	if (!Entry.RecordFile.IsEmpty())
 	{
+		// The folder stays: it tells which conversation was the last, and that there is nothing to undo in it.
 		HistoryStore::Files().DeleteFile(*Entry.RecordFile);
-		HistoryStore::Files().DeleteDirectory(*FPaths::GetPath(Entry.RecordFile)); // only when it is empty
 	}
 }
 
 TOptional<FKestrelHistoryStore::FConversation> FKestrelHistoryStore::LoadLast()
 {
-	for (FConversation& Conversation : HistoryStore::List())
+	TArray<FConversation> Conversations = HistoryStore::List();
+	if (Conversations.IsEmpty())
 	{
-		HistoryStore::LoadSide(Conversation.Id, HistoryStore::UndoExtension, Conversation.Undo);
-		HistoryStore::LoadSide(Conversation.Id, HistoryStore::RedoExtension, Conversation.Redo);
-		if (!Conversation.Undo.IsEmpty() || !Conversation.Redo.IsEmpty())
-		{
-			return Conversation;
-		}
+		return TOptional<FConversation>();
 	}
-	return TOptional<FConversation>();
+	FConversation& Last = Conversations[0];
+	HistoryStore::LoadSide(Last.Id, HistoryStore::UndoExtension, Last.Undo);
+	HistoryStore::LoadSide(Last.Id, HistoryStore::RedoExtension, Last.Redo);
+	return Last;
 }
 
 void FKestrelHistoryStore::RemoveOld(int32 Days, int64 MaxBytes)
 {
 	int64 Size = 0;
+	bool bIsLast = true;
 	for (const FConversation& Conversation : HistoryStore::List())
 	{
-		Size += HistoryStore::SizeOf(Conversation.Id);
+		const int64 OwnSize = HistoryStore::SizeOf(Conversation.Id);
+		Size += OwnSize;
 		const bool bOld = (FDateTime::UtcNow() - Conversation.LastChange).GetTotalDays() > Days;
-		if (bOld || Size > MaxBytes)
+		const bool bEmpty = OwnSize == 0 && !bIsLast;
+		bIsLast = false;
+		if (bOld || bEmpty || Size > MaxBytes)
 		{
 			HistoryStore::RemoveConversation(Conversation.Id);
 		}

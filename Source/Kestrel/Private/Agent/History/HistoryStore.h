@@ -40,11 +40,12 @@ public:
 	static void Remove(const FFileHistoryEntry& Entry);
 
 	/**
-	 * The conversation that was changed last; unset when there is none. Records that are damaged, or that lead where a
-	 * project has no business, are left out.
+	 * The conversation that changed something last, with the records that are left of it, if any; unset when there is
+	 * none. Records that are damaged, or that lead where a project has no business, are left out.
 	 */
 	static TOptional<FConversation> LoadLast();
-	/** Removes conversations that were last changed more than Days days ago, and the oldest ones above MaxBytes. */
+	/** Removes conversations that were last changed more than Days days ago, those without records, and the oldest ones
+	 * above MaxBytes. */
 	static void RemoveOld(int32 Days, int64 MaxBytes);
 	static void RemoveAll();
 };

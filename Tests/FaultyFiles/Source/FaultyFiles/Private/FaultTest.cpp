@@ -1,5 +1,6 @@
 #include "Agent/Agent.h"
 #include "Agent/FileHistory.h"
+#include "Containers/StringConv.h"
 #include "Dom/JsonObject.h"
 #include "FaultyPlatformFile.h"
 #include "HAL/FileManager.h"
@@ -146,6 +147,52 @@ TArray<uint8> ReadFile(const FString& File)
 	return Bytes;
 }
 
+/** A Blueprint whose variable has another value each time it is saved. */
+class FSavedBlueprint
+{
+public:
+	static FString GetFile()
+	{
+		return FPaths::ConvertRelativePathToFull(FPaths::ProjectContentDir()) / TEXT("Faults/BP_Faulty.uasset");
+	}
+
+	/** Leaves the Blueprint saved with a value, and changed to the next. */
+	static void Prepare(const FWorld&)
+	{
+		if (!FPaths::FileExists(GetFile()))
+		{
+			Use(TEXT("create_blueprint"), { TEXT("BPPath"), TEXT("/Game/Faults"), TEXT("BPName"), TEXT("BP_Faulty"),
+											  TEXT("BPParentClassName"), TEXT("Actor") });
+		}
+		Change();
+		Save();
+		Change();
+	}
+
+	static FString Save() { return Use(TEXT("save_and_compile_all_dirty_blueprints"), {}); }
+
+	static FBytes GetExpected(const FBytes& Before)
+	{
+		FString Text;
+		FFileHelper::BufferToString(Text, Before.GetData(), Before.Num());
+		Text.ReplaceInline(*FString::FromInt(Value - 1), *FString::FromInt(Value));
+		const FTCHARToUTF8 Utf8(*Text, Text.Len());
+		return FBytes(reinterpret_cast<const uint8*>(Utf8.Get()), Utf8.Length());
+	}
+
+private:
+	static void Change()
+	{
+		Use(TEXT("modify_blueprint_variables"),
+			{ TEXT("blueprint_name"), TEXT("BP_Faulty"), TEXT("updates"),
+				FString::Printf(
+					TEXT("{\"Variables\":{\"Count\":{\"Type\":{\"Category\":\"int\"},\"Value\":%d}}}"), ++Value) });
+	}
+
+	static int32 Value;
+};
+int32 FSavedBlueprint::Value = 741000; // stands nowhere else in the file
+
 /** Something that the assistant does. */
 struct FScenario
 {
@@ -156,6 +203,8 @@ struct FScenario
 	FString (*Run)(const FWorld& World);
 	/** A file that has to be as it was or as it is to be, whatever happens; may be null. */
 	FString (*GetWatchedFile)() = nullptr;
+	/** What it is to be; null for what it becomes without faults. */
+	FBytes (*GetExpected)(const FBytes& Before) = nullptr;
 };
 
 FString ToResult(bool bDone)
@@ -207,6 +256,12 @@ const FScenario Scenarios[] = {
 			return FString(TEXT("Error: settings tell nothing"));
 		},
 		GetSettingsFile },
+	{ TEXT("Blueprint"), FSavedBlueprint::Prepare,
+		[](const FWorld&) {
+			FSavedBlueprint::Save();
+			return FString(TEXT("Error: tells of each Blueprint"));
+		},
+		FSavedBlueprint::GetFile, FSavedBlueprint::GetExpected },
 };
 
 const EFileFault Faults[] = { EFileFault::NoSpace, EFileFault::IoError, EFileFault::AccessDenied,
@@ -247,7 +302,13 @@ public:
 			NumOperations = Files.GetNumOperations();
 		}
 		After = World->Read();
-		WatchedAfter = Scenario.GetWatchedFile ? ReadFile(Scenario.GetWatchedFile()) : FBytes();
+		if (Scenario.GetWatchedFile)
+		{
+			const FBytes Now = ReadFile(Scenario.GetWatchedFile());
+			Test.TestTrue(FString(Scenario.What) + TEXT(" becomes what is expected"),
+				!Scenario.GetExpected || Now == WatchedAfter);
+			WatchedAfter = Now;
+		}
 		return NumOperations;
 	}
 
@@ -295,6 +356,10 @@ private:
 		}
 		Start = World->Read();
 		WatchedStart = Scenario.GetWatchedFile ? ReadFile(Scenario.GetWatchedFile()) : FBytes();
+		if (Scenario.GetExpected)
+		{
+			WatchedAfter = Scenario.GetExpected(WatchedStart);
+		}
 	}
 
 	void Fail(int32& Figure, const FString& What)
