@@ -34,6 +34,7 @@ void FAutomationTestBase::AddWarning(const FString& InWarning, int32 StackOffset
 void FAutomationTestBase::AddInfo(const FString& InLogItem, int32 StackOffset)
 {
 	UE_LOG(LogTemp, Display, TEXT("%s: %s"), *TestName, *InLogItem);
+	ExecutionInfo.Infos.Add(InLogItem);
 }
 
 void FAutomationTestBase::AddExpectedError(

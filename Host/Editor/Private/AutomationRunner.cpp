@@ -77,9 +77,12 @@ void FAutomationRunner::FinishCurrent()
 	Info.WasSuccessful() ? ++NumPassed : ++NumFailed;
 	AutomationRunner::Print(FString::Printf(TEXT("[%s] %s (%.0f ms)"),
 		Info.WasSuccessful() ? TEXT("  OK  ") : TEXT("FAILED"), *Name, Info.DurationSeconds * 1000.0));
-	for (const FString& Error : Info.Errors)
+	for (const TArray<FString>* Lines : { &Info.Infos, &Info.Errors })
 	{
-		AutomationRunner::Print(TEXT("         ") + Error);
+		for (const FString& Line : *Lines)
+		{
+			AutomationRunner::Print(TEXT("         ") + Line);
+		}
 	}
 	Results.Add({ Name, Info });
 }

@@ -49,6 +49,7 @@ struct FAutomationTestExecutionInfo
 {
 	TArray<FString> Errors;
 	TArray<FString> Warnings;
+	TArray<FString> Infos; // what a test has to tell of itself
 	double DurationSeconds = 0.0;
 	bool WasSuccessful() const { return Errors.IsEmpty(); }
 };
