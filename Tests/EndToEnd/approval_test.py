@@ -3,6 +3,7 @@
 import collections
 import os
 import random
+import shutil
 import threading
 import unittest
 
@@ -166,6 +167,16 @@ class MarkedPlacesTest(EndToEndTest):
         self.assertNotIn("\x1b[31m", run.output)
         self.assertNotIn("\u202e", run.output)
 
+    def test_nothing_of_the_services_reaches_the_terminal_as_a_command(self):
+        evil = "\x1b]0;pwn\x07\x1b[2J\x9b1m\u202egnirts"
+        Talk(self, completed(text(evil), tool(evil, evil), tool("a", "read_file", path=evil),
+                             tool("b", "create_file", path="Docs/a.md", file_text=evil), auto_continue=True),
+             '{"status": "FAILED", "error": "\\u001b[2J\\u009b1m"}')
+        run = self.run_editor("-Prompt=begin", "-Approve")
+        for sign in ("\x1b", "\x07", "\x9b", "\u202e"):
+            self.assertNotIn(sign, run.output + run.errors, run)
+        self.assertIn("\\u001B", run.output)
+
     def test_a_redirect_takes_the_key_nowhere(self):
         talk = Talk(self)
         other = RecordingServer(os.path.join(self.scratch, "Service"), [])
@@ -174,6 +185,23 @@ class MarkedPlacesTest(EndToEndTest):
         run = self.run_editor("-Prompt=begin")
         self.assert_in_order(run, "points to another address. Its reply was dropped", "Request Failed")
         self.assertEqual((len(talk.server.requests), other.requests), (1, []), run)
+
+    def test_keys_and_links_wait_for_approval_whatever_the_service_says(self):
+        os.makedirs(os.path.join(self.project, "Conf"))
+        os.makedirs(os.path.join(self.project, "Saved", "Config", "LinuxEditor"))
+        shutil.rmtree(os.path.join(self.project, "Content"), ignore_errors=True)
+        os.symlink("../Outside", os.path.join(self.project, "Content"))
+        os.makedirs(os.path.join(self.scratch, "Outside"))
+        os.symlink("Conf", os.path.join(self.project, "Binaries"))
+        for number, use in enumerate([
+                tool("a", "read_file", path="Saved/Config/LinuxEditor/EditorPerUserSettings.ini"),
+                tool("b", "read_file", path=".git/config"), tool("c", "get_filesystem_tree", dir_path="Content"),
+                tool("d", "create_file", path="Binaries/x.txt", file_text="x"),
+                tool("e", "create_file", path=".vscode/tasks.json", file_text="x")]):
+            with self.subTest(number=number):
+                talk = Talk(self, completed(use, auto_continue=True))
+                run = self.run_editor("-Prompt=begin")
+                self.assertEqual((run.code, len(talk.server.commands())), (1, 1), run)
 
     def test_a_pipe_does_not_stop_the_editor(self):
         os.mkfifo(os.path.join(self.project, "Source", "pipe.h"))

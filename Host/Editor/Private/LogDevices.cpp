@@ -1,5 +1,7 @@
 #include "LogDevices.h"
 
+#include "TerminalText.h"
+
 #include "GenericPlatform/GenericPlatformFile.h"
 #include "HAL/PlatformFileManager.h"
 #include "Misc/DateTime.h"
@@ -50,6 +52,6 @@ void FOutputDeviceStdErr::Serialize(const TCHAR* V, ELogVerbosity::Type Verbosit
 {
 	if (Verbosity <= MostVerbose)
 	{
-		std::fputs(TCHAR_TO_UTF8(*LogDevices::FormatLine(V, Verbosity, Category)), stderr);
+		std::fputs(TCHAR_TO_UTF8(*MakeTerminalText(LogDevices::FormatLine(V, Verbosity, Category))), stderr);
 	}
 }

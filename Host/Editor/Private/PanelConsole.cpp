@@ -6,6 +6,7 @@
 #include "InputCoreTypes.h"
 #include "Misc/CommandLine.h"
 #include "Misc/Parse.h"
+#include "TerminalText.h"
 #include "Widgets/Accessibility/SlateCoreAccessibleWidgets.h"
 #include "Widgets/Docking/SDockTab.h"
 
@@ -203,9 +204,10 @@ void FPanelConsole::PrintNewTexts(const FView& View)
 	}
 }
 
-void FPanelConsole::PrintBlock(const FString& Text)
+void FPanelConsole::PrintBlock(const FString& GivenText)
 {
 	ClearPromptSign();
+	const FString Text = MakeTerminalText(GivenText);
 	FString Title;
 	FString Body = Text;
 	// As " [ Name ]"; a text of a file may begin with a bracket, too.
@@ -302,6 +304,7 @@ void FPanelConsole::HandleLine(const FView& View, const FString& Line)
 	const bool bYes = Trimmed == TEXT("y");
 	if (bYes && (Press(View, PanelConsole::ApproveButton) || Press(View, PanelConsole::ContinueButton)))
 	{
+		bAskedForApproval = false; // what waits next is asked for again
 		return;
 	}
 	if (Trimmed == TEXT("/quit"))

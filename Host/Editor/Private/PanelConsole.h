@@ -64,7 +64,7 @@ private:
 	static bool IsWorking(const FView& View);
 
 	void PrintNewTexts(const FView& View);
-	void PrintBlock(const FString& Text);
+	void PrintBlock(const FString& GivenText);
 	void AskForApprovalOnce(const FView& View);
 	void ReadInput();
 	/** A piped line waits until the panel is not at work, so that a file of lines reads like a conversation. */

@@ -103,6 +103,13 @@ void FFileRescue::Remove()
 	bKept = false;
 }
 
+FString FFileRescue::Leave()
+{
+	const bool bWasKept = bKept;
+	bKept = false;
+	return bWasKept ? FileRescue::CopyIn(Folder, Original) : FString();
+}
+
 void FFileRescue::PutBack()
 {
 	if (!bKept)
@@ -121,6 +128,10 @@ void FFileRescue::PutBack()
 TArray<FFileRescue::FLeftCopy> FFileRescue::FindLeftCopies()
 {
 	TArray<FString> Notes;
+	if (!KestrelNativeFile::IsReachedWithoutLinks(FileRescue::RescueDir()))
+	{
+		return TArray<FLeftCopy>(); // somebody else's
+	}
 	IFileManager::Get().FindFiles(Notes, *(FileRescue::RescueDir() / TEXT("*.txt")), true, false);
 	Notes.Sort();
 	TArray<FLeftCopy> LeftCopies;

@@ -27,6 +27,9 @@ public:
 	/** False when there is no copy to fall back on. */
 	bool IsKept() const { return bKept; }
 
+	/** Lets the copy outlive this object; the next start offers it. @return where it is, empty without one */
+	FString Leave();
+
 	/** Puts the copy in the file's place, or leaves it where it is when even that fails. */
 	void PutBack();
 

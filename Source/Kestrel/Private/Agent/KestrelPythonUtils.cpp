@@ -88,10 +88,12 @@ FString MakeScriptPath()
 FString WriteScript(const FString& ScriptPath, const FString& Script)
 {
 	const FString Result = FFileUtils::CreateNewFileWithContent(ScriptPath, Script);
+	const FString FullPath = FFileUtils::ToAbsolutePath(ScriptPath);
 	// A text beyond ASCII has become UTF-16 now, which Python itself does not read.
-	FFileHelper::SaveStringToFile(
-		Script, *FFileUtils::ToAbsolutePath(ScriptPath), FFileHelper::EEncodingOptions::ForceUTF8WithoutBOM);
-	return Result;
+	const bool bWritten =
+		FFileHelper::SaveStringToFile(Script, *FullPath, FFileHelper::EEncodingOptions::ForceUTF8WithoutBOM);
+	return bWritten || FFileUtils::IsError(Result) ? Result
+												   : FFileUtils::MakeError(TEXT("Failed to create file"), FullPath);
 }
 
 FString MakeLogPath()

@@ -80,7 +80,7 @@ void FKestrelHistoryStoreSpec::Define()
 		KestrelTest::TestSameText(*this, TEXT("an older conversation is over"), Load(), TEXT(""));
 	});
 
-	It("follows no record out of the project, into version control or through a link", [this]() {
+	It("follows no record out of the project, into version control or over a link", [this]() {
 		Clear();
 		const FString Id = FGuid::NewGuid().ToString();
 		for (const TCHAR* Path : { TEXT("/tmp/outside.txt"), TEXT("../outside.txt"), TEXT(".git/hooks/pre-commit"),
@@ -89,7 +89,7 @@ void FKestrelHistoryStoreSpec::Define()
 			FFileHistoryEntry Entry = MakeEntry(TEXT("evil"));
 			FKestrelHistoryStore::Write(Id, EKestrelHistorySide::Undo, Path, Entry);
 		}
-		for (const TCHAR* Target : { TEXT("/tmp/outside.txt"), TEXT("../../outside.txt"), TEXT("../.git/config") })
+		for (const TCHAR* Target : { TEXT("/tmp/outside.txt"), TEXT("../../outside.txt"), TEXT("DefaultGame.ini") })
 		{
 			FFileHistoryEntry Entry = MakeEntry(TEXT("evil"));
 			Entry.LinkTarget = Target;
@@ -97,7 +97,6 @@ void FKestrelHistoryStoreSpec::Define()
 				Id, EKestrelHistorySide::Undo, FString(TEXT("Config/")) + FGuid::NewGuid().ToString(), Entry);
 		}
 		FFileHistoryEntry Good = MakeEntry(TEXT("good"));
-		Good.LinkTarget = TEXT("DefaultGame.ini");
 		FKestrelHistoryStore::Write(Id, EKestrelHistorySide::Undo, TEXT("Config/good.txt"), Good);
 		KestrelTest::TestSameText(*this, TEXT("followed"), Load(), TEXT("good.txt=good "));
 		Clear();

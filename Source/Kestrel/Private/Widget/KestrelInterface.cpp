@@ -26,6 +26,7 @@
 
 namespace KestrelInterface
 {
+const TCHAR* const LogNamePrefix = TEXT("KestrelPrompts_");
 const TCHAR* const UndoLabel = TEXT("Undo");
 const TCHAR* const RedoLabel = TEXT("Redo");
 
@@ -105,6 +106,16 @@ void FKestrelInterface::OfferUndoOfEarlierRun()
 	FAgent& Agent = FAgent::Get();
 	Agent.SetUndoConversationID(FFileHistory::Get().GetFileHistories().Contains(Id) ? Id : FString());
 	Agent.SetRedoConversationID(FFileHistory::Get().GetRedoHistories().Contains(Id) ? Id : FString());
+	if (CanUndo())
+	{
+		TArray<FString> Names;
+		FFileHistory::Get().GetFileHistories().Find(Id)->GenerateKeyArray(Names);
+		constexpr int32 MostNamed = 5;
+		const FString More = Names.Num() > MostNamed ? TEXT(", ...") : TEXT("");
+		Names.SetNum(FMath::Min(Names.Num(), MostNamed));
+		Notices.Add(TEXT("Undo can still restore what the last conversation changed: ") +
+					KestrelDisplayText::EscapeLine(FString::Join(Names, TEXT(", "))) + More);
+	}
 }
 
 void FKestrelInterface::Shutdown()
@@ -121,8 +132,8 @@ void FKestrelInterface::EnsureLogDirectoryExists() const
 	if (!PlatformFile.DirectoryExists(*LogDirectory))
 	{
 		PlatformFile.CreateDirectoryTree(*LogDirectory);
-		KestrelNativeFile::RestrictToOwner(LogDirectory);
 	}
+	KestrelNativeFile::RestrictToOwner(LogDirectory);
 }
 
 TArray<FString> FKestrelInterface::GetAllLogFiles() const
@@ -134,8 +145,15 @@ TArray<FString> FKestrelInterface::GetAllLogFiles() const
 
 TArray<FString> FKestrelInterface::GetOwnLogFiles() const
 {
-	// Somebody else's files lie behind a link.
-	return KestrelNativeFile::ReadLink(LogDirectory).IsEmpty() ? GetAllLogFiles() : TArray<FString>();
+	TArray<FString> LogFiles = GetAllLogFiles();
+	if (!KestrelNativeFile::IsReachedWithoutLinks(LogDirectory))
+	{
+		// Behind a link lie somebody else's files as well.
+		LogFiles.RemoveAll([](const FString& File) {
+			return !FPaths::GetCleanFilename(File).StartsWith(KestrelInterface::LogNamePrefix);
+		});
+	}
+	return LogFiles;
 }
 
 void FKestrelInterface::DeleteAllLogs()
@@ -167,7 +185,7 @@ bool FKestrelInterface::IsLogFileOlderThanDays(const FString& File, int32 Days) 
 FString FKestrelInterface::GetPromptLogFilePath() const
 {
 	const FString Today = FDateTime::Now().ToString(TEXT("%Y-%m-%d"));
-	return LogDirectory / FString::Printf(TEXT("KestrelPrompts_%s.log"), *Today);
+	return LogDirectory / KestrelInterface::LogNamePrefix + Today + TEXT(".log");
 }
 
 void FKestrelInterface::KestrelInterfaceLogString(
@@ -177,14 +195,18 @@ void FKestrelInterface::KestrelInterfaceLogString(
 	const FString Entry =
 		bWithTimestamp ? FString::Printf(TEXT("\n[%s] %s\n\n"), *FDateTime::Now().ToString(TEXT("%H:%M:%S")), *Text)
 					   : FString::Printf(TEXT("%s\n"), *Text);
-	const bool bIsNew = !FPaths::FileExists(FilePath);
+	// A link could lead anywhere, and a pipe would hold the editor.
+	const bool bIsThere = FPaths::FileExists(FilePath);
+	if (KestrelNativeFile::IsDanglingLink(FilePath) || !KestrelNativeFile::ReadLink(FilePath).IsEmpty() ||
+		!KestrelNativeFile::ReadLink(LogDirectory).IsEmpty() ||
+		(bIsThere && !KestrelNativeFile::IsRegularFile(FilePath)))
+	{
+		return;
+	}
 	// Without a mark: each append would write another one into the middle of the file.
 	FFileHelper::SaveStringToFile(
 		Entry, *FilePath, FFileHelper::EEncodingOptions::ForceUTF8WithoutBOM, &IFileManager::Get(), FILEWRITE_Append);
-	if (bIsNew)
-	{
-		KestrelNativeFile::RestrictToOwner(FilePath);
-	}
+	KestrelNativeFile::RestrictToOwner(FilePath);
 }
 
 void FKestrelInterface::InitialRequest(const FString& Prompt)

@@ -37,7 +37,6 @@ constexpr float PromptMaxShare = 0.3f;
 constexpr float ApprovalListMaxShare = 0.4f;
 constexpr float DotPeriodSeconds = 0.5f;
 constexpr int32 MaxDots = 3;
-constexpr double ChangedListSeconds = 1.0;
 // Slate units. Layout rounds, so "at the end" is never an exact comparison.
 constexpr float EndTolerance = 2.0f;
 // Of the view's height: the last lines that were read are still seen on the next page.
@@ -185,13 +184,6 @@ SKestrelWidget::~SKestrelWidget()
 
 void SKestrelWidget::OnAgentStateChanged()
 {
-	const EAgentState State = KestrelWidget::GetState();
-	if (State == EAgentState::AwaitingApproval && LastState == EAgentState::AwaitingApproval)
-	{
-		// The list has changed under the pointer: the second click of a double click must not approve what is new.
-		ApproveFrom = FPlatformTime::Seconds() + KestrelWidget::ChangedListSeconds;
-	}
-	LastState = State;
 	if (GetApprovalListVisibility() == EVisibility::Visible)
 	{
 		ApprovalList->SetPlans(FAgent::Get().GetPendingPlans());
@@ -561,7 +553,7 @@ EVisibility SKestrelWidget::UpdateApproveButton() const
 
 bool SKestrelWidget::IsApproveButtonEnabled() const
 {
-	return KestrelWidget::GetState() == EAgentState::AwaitingApproval && FPlatformTime::Seconds() >= ApproveFrom;
+	return KestrelWidget::GetState() == EAgentState::AwaitingApproval;
 }
 
 bool SKestrelWidget::IsPauseButtonEnabled() const

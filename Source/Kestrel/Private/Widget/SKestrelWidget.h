@@ -1,6 +1,5 @@
 #pragma once
 
-#include "Agent/KestrelAgentState.h"
 #include "CoreMinimal.h"
 #include "Input/Reply.h"
 #include "Styling/SlateColor.h"
@@ -149,8 +148,6 @@ private:
 	FString AnimatedBaseText; // without its dots
 	int32 NumDots = 0;        // 0 to 3
 	TWeakPtr<FActiveTimerHandle> AnimationTimer;
-	EAgentState LastState = EAgentState::None;
-	double ApproveFrom = 0.0;          // seconds of FPlatformTime
 	bool bFollowsWhileReading = false; // the user went to the end, with the focus still in a block
 
 	// Shared by all panels: where the user left the view is where a reopened one stands.

@@ -40,6 +40,10 @@ struct FFileHistoryEntry
 	bool bIndexTouched = false;
 	/** Where the entry is on the disk; empty when it is not kept there. */
 	FString RecordFile;
+	/** The record was found at the start: the project may have brought it. */
+	bool bFromEarlierRun = false;
+	/** What the last change of the conversation has left, as a CRC-32 of the bytes; unset when nobody knows. */
+	TOptional<uint32> LeftChecksum;
 };
 
 /**
@@ -78,6 +82,8 @@ public:
 	bool StoreFileRedoVersion(
 		const FString& Key, const FString& FilePath, const FString& Content, const FFileHistoryEntry& UndoneEntry);
 
+	/** Remembers how a change has left its file, to tell later whether somebody else has changed it since. */
+	void NoteLeft(const FString& Key, const FString& FilePath);
 	/** Drops the record of a change that failed, when the file is still as it was recorded. */
 	void ForgetUnchanged(const FString& Key, const FString& FilePath);
 

@@ -31,6 +31,14 @@ FString ResolveExistingPart(const FString& FullPath, TFunctionRef<FString(const 
 	return FullPath;
 }
 
+bool IsReachedWithoutLinks(const FString& FullPath)
+{
+	const FString ProjectDir = FPaths::ConvertRelativePathToFull(FPaths::ProjectDir());
+	FString InProject = FullPath;
+	return FPaths::MakePathRelativeTo(InProject, *(ProjectDir / TEXT(""))) &&
+		   ResolveLinks(FullPath).Equals(ResolveLinks(ProjectDir) / InProject);
+}
+
 #if PLATFORM_LINUX || PLATFORM_MAC
 bool IsRegularFile(const FString& FullPath)
 {
@@ -95,7 +103,10 @@ void RestrictToOwner(const FString& FullPath)
 {
 	constexpr int32 OwnersFile = 0600;
 	constexpr int32 OwnersFolder = 0700;
-	SetMode(FullPath, FPaths::DirectoryExists(FullPath) ? OwnersFolder : OwnersFile);
+	if (ReadLink(FullPath).IsEmpty())
+	{
+		SetMode(FullPath, FPaths::DirectoryExists(FullPath) ? OwnersFolder : OwnersFile);
+	}
 }
 #else
 bool IsRegularFile(const FString& FullPath)

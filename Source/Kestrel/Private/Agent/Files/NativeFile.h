@@ -22,6 +22,9 @@ bool IsDanglingLink(const FString& FullPath);
  */
 FString ResolveLinks(const FString& FullPath);
 
+/** Whether no link lies between the project directory and a path in it. */
+bool IsReachedWithoutLinks(const FString& FullPath);
+
 /** What a link leads to, as it is written in the link; empty for what is no link. */
 FString ReadLink(const FString& FullPath);
 /** @return false where the platform has no links that a plugin could make */
@@ -32,6 +35,9 @@ int32 GetMode(const FString& FullPath);
 /** A mode of -1 changes nothing. */
 void SetMode(const FString& FullPath, int32 Mode);
 
-/** What only the user of the editor may read: a folder or a file. Changes nothing where the platform has no modes. */
+/**
+ * Lets only the user of the editor read a folder or a file. Changes nothing behind a link, nor where the platform has
+ * no modes.
+ */
 void RestrictToOwner(const FString& FullPath);
 }

@@ -1,14 +1,22 @@
 #include "Agent/FileHistory.h"
 
+#include "Agent/FileRescue.h"
 #include "Agent/FileUtils.h"
 #include "Agent/Files/NativeFile.h"
 #include "Agent/History/HistoryStore.h"
 #include "Agent/TextFile.h"
+#include "Agent/Tools/DisplayText.h"
+#include "Agent/Tools/PathReview.h"
 #include "Algo/Reverse.h"
 #include "GenericPlatform/GenericPlatformFile.h"
 #include "HAL/PlatformFileManager.h"
+#include "Misc/Crc.h"
 #include "Misc/FileHelper.h"
+#include "Misc/Guid.h"
 #include "Misc/Paths.h"
+#include "Widget/KestrelInterface.h"
+
+#define LOCTEXT_NAMESPACE "FFileHistory"
 
 /** A file as it is, or as it is to be. */
 struct FFileHistory::FFileState
@@ -55,6 +63,29 @@ bool FillFromDisk(const FString& FullPath, FFileHistoryEntry& Entry)
 		Entry.Bytes = MoveTemp(Bytes);
 	}
 	return Kind != KestrelTextFile::EContent::Unreadable;
+}
+
+/** Unset for a file that is not there. */
+TOptional<uint32> ChecksumOf(const FString& FullPath)
+{
+	TArray<uint8> Bytes;
+	return KestrelNativeFile::IsRegularFile(FullPath) && FFileHelper::LoadFileToArray(Bytes, *FullPath)
+			   ? TOptional<uint32>(FCrc::MemCrc32(Bytes.GetData(), Bytes.Num()))
+			   : TOptional<uint32>();
+}
+
+/** A text that somebody else has written since the conversation's last change must not go with undo and redo. */
+void KeepTextOfOthers(const FString& FullPath, const FFileHistoryEntry& Entry)
+{
+	const TOptional<uint32> Now = ChecksumOf(FullPath);
+	if (Entry.LeftChecksum.IsSet() && Now.IsSet() && Now.GetValue() != Entry.LeftChecksum.GetValue())
+	{
+		FFileRescue Rescue(FullPath);
+		FKestrelInterface::Get().AddHint(FText::Format(
+			LOCTEXT("ChangedSince", "{0} was changed since the assistant's last edit. That version is kept: {1}"),
+			FText::FromString(KestrelDisplayText::EscapeLine(FullPath)),
+			FText::FromString(KestrelDisplayText::EscapeLine(Rescue.Leave()))));
+	}
 }
 
 bool ContainsOtherCase(const FFileHistory::FFileEntries& Entries, const FString& FilePath)
@@ -110,12 +141,19 @@ void RemoveEmptyFolders(const FString& FilePath, int32 NumFolders)
 /** Puts a link, or the place for a file, where a file or another link is. */
 bool ReplaceLink(const FString& FilePath, const FString& OldTarget, const FString& NewTarget)
 {
+	IPlatformFile& Files = FPlatformFileManager::Get().GetPlatformFile();
 	const bool bIsThere = FPaths::FileExists(FilePath) || !OldTarget.IsEmpty();
-	if (bIsThere && !FPlatformFileManager::Get().GetPlatformFile().DeleteFile(*FilePath))
+	const FString Aside = FilePath + TEXT(".") + FGuid::NewGuid().ToString();
+	if (bIsThere && !Files.MoveFile(*Aside, *FilePath))
 	{
 		return false;
 	}
-	return NewTarget.IsEmpty() || KestrelNativeFile::MakeLink(FilePath, NewTarget);
+	if (!NewTarget.IsEmpty() && !KestrelNativeFile::MakeLink(FilePath, NewTarget))
+	{
+		Files.MoveFile(*FilePath, *Aside);
+		return false;
+	}
+	return !bIsThere || Files.DeleteFile(*Aside);
 }
 
 const FFileHistoryEntry* Find(const FFileHistory::FHistories& Histories, const FString& Key, const FString& FilePath)
@@ -210,8 +248,6 @@ FFileHistory& FFileHistory::Get()
 bool FFileHistory::Store(
 	const FString& Key, const FString& FilePath, EFileActionType ActionType, const FString& Content)
 {
-	// Redone, what was undone before would overwrite this change.
-	ForgetRedo(Key);
 	const FFileEntries* Existing = FileHistories.Find(Key);
 	static const FFileEntries None;
 	const FFileEntries& Entries = Existing ? *Existing : None;
@@ -246,12 +282,10 @@ bool FFileHistory::Store(
 		}
 	}
 	Entry.bIndexTouched = bTouchesIndex;
-	const FFileHistoryEntry Replaced = Entry;
 	if (!FKestrelHistoryStore::Write(Key, EKestrelHistorySide::Undo, Name, Entry))
 	{
 		return false;
 	}
-	FKestrelHistoryStore::Remove(Replaced);
 	FileHistories.FindOrAdd(Key).Add(Name, Entry);
 	return true;
 }
@@ -315,6 +349,15 @@ FString FFileHistory::LoadLastConversation()
 		RedoHistories.Add(Last->Id, Last->Redo);
 	}
 	return Last->Id;
+}
+
+void FFileHistory::NoteLeft(const FString& Key, const FString& FilePath)
+{
+	FFileEntries* Entries = FileHistories.Find(Key);
+	if (FFileHistoryEntry* Entry = Entries ? Entries->Find(FileHistory::GetRecordName(*Entries, FilePath)) : nullptr)
+	{
+		Entry->LeftChecksum = FileHistory::ChecksumOf(FFileUtils::ToAbsolutePath(FilePath));
+	}
 }
 
 void FFileHistory::ForgetUnchanged(const FString& Key, const FString& FilePath)
@@ -381,6 +424,11 @@ bool FFileHistory::UndoChanges(const FString& Key, const FString& FilePath)
 	}
 	const FFileHistoryEntry Entry = *Found;
 	const FString FullPath = FFileUtils::ToAbsolutePath(FilePath);
+	// Judged now, since other steps may have changed where the path leads.
+	if (Entry.bFromEarlierRun && !FKestrelPathReview::Of(FullPath).bIsOfProject)
+	{
+		return false;
+	}
 	const FFileState Before = FFileState::BeforeChange(Entry);
 	FFileState Now = FFileState::OnDisk(FullPath);
 	if (Now.bIsUnreadable)
@@ -398,6 +446,7 @@ bool FFileHistory::UndoChanges(const FString& Key, const FString& FilePath)
 	{
 		return false;
 	}
+	FileHistory::KeepTextOfOthers(FullPath, Entry);
 	if (Entry.bWasClean && Entry.bIndexTouched)
 	{
 		// What would be checked in next goes back with it; the file itself is compared below.
@@ -422,6 +471,10 @@ bool FFileHistory::RedoChanges(const FString& Key, const FString& FilePath)
 	}
 	const FFileHistoryEntry Entry = *Found;
 	const FString FullPath = FFileUtils::ToAbsolutePath(FilePath);
+	if (Entry.bFromEarlierRun && !FKestrelPathReview::Of(FullPath).bIsOfProject)
+	{
+		return false;
+	}
 	const FFileState Now = FFileState::OnDisk(FullPath);
 	const FFileState After = FFileState::AfterChange(Entry);
 	if (Now.bIsUnreadable)
@@ -481,3 +534,5 @@ bool FFileHistory::CanRedo(const FString& Key, const FString& FilePath) const
 {
 	return FileHistory::Find(RedoHistories, Key, FilePath) != nullptr;
 }
+
+#undef LOCTEXT_NAMESPACE

@@ -152,6 +152,8 @@ TArray<uint8> Pack(const TArray<uint8>& Description, const TArray<uint8>& Conten
 
 /** Zlib makes nothing smaller than by this factor; a record that says so is damaged, and would fill the memory. */
 constexpr int64 MaxRatio = 1100;
+/** Bytes of a record that is brought back at the start. */
+constexpr int64 MaxLoadedSize = 64 << 20;
 
 /** @return false for what is no whole record */
 bool Unpack(const TArray<uint8>& Packed, TArray<uint8>& OutWhole, int32& OutDescriptionSize)
@@ -164,7 +166,7 @@ bool Unpack(const TArray<uint8>& Packed, TArray<uint8>& OutWhole, int32& OutDesc
 	const int32 ContentSize = ReadSize(Packed, sizeof(Mark) + NumSizeBytes / 2);
 	const int64 Size = static_cast<int64>(OutDescriptionSize) + ContentSize;
 	if (OutDescriptionSize <= 0 || OutDescriptionSize > MaxDescriptionSize || ContentSize < 0 || Size > MAX_int32 ||
-		Size > MaxRatio * Packed.Num())
+		Size > MaxRatio * Packed.Num() || Size > MaxLoadedSize)
 	{
 		return false;
 	}
@@ -211,22 +213,24 @@ bool ReadRecord(const FString& File, FString& OutPath, FFileHistoryEntry& OutEnt
 
 /**
  * Whether a record of an earlier run may be followed. A project can bring records of its own making, so undo must not
- * lead where the project itself could not: out of it, into its version control, or through a link that does.
+ * lead where the project itself could not: out of it, into its version control, or over a link.
  */
 bool IsTrustworthy(const FString& FilePath, const FFileHistoryEntry& Entry)
 {
-	const FString FullPath = FFileUtils::ToAbsolutePath(FilePath);
-	const auto IsOfProject = [](const FString& Path) { return FKestrelPathReview::Of(Path).bIsOfProject; };
-	return IsOfProject(FullPath) && (Entry.LinkTarget.IsEmpty() || IsOfProject(FPaths::ConvertRelativePathToFull(
-																	   FPaths::GetPath(FullPath), Entry.LinkTarget)));
+	// No link at all: what it leads to depends on the links that other records make.
+	return Entry.LinkTarget.IsEmpty() && FKestrelPathReview::Of(FFileUtils::ToAbsolutePath(FilePath)).bIsOfProject;
 }
 
 /** The conversations that are there, the one with the latest change first. */
 TArray<FKestrelHistoryStore::FConversation> List()
 {
+	TArray<FKestrelHistoryStore::FConversation> Conversations;
+	if (!KestrelNativeFile::IsReachedWithoutLinks(RootFolder()))
+	{
+		return Conversations; // somebody else's
+	}
 	TArray<FString> Names;
 	IFileManager::Get().FindFiles(Names, *(RootFolder() / TEXT("*")), false, true);
-	TArray<FKestrelHistoryStore::FConversation> Conversations;
 	for (const FString& Name : Names)
 	{
 		const FString Folder = RootFolder() / Name;
@@ -259,6 +263,7 @@ void LoadSide(const FString& Id, const TCHAR* Extension, FFileHistory::FFileEntr
 		FFileHistoryEntry Entry;
 		if (ReadRecord(RootFolder() / Id / Name, Path, Entry) && IsTrustworthy(Path, Entry))
 		{
+			Entry.bFromEarlierRun = true;
 			OutEntries.Add(Path, Entry);
 		}
 	}
@@ -313,9 +318,12 @@ bool FKestrelHistoryStore::Write(
 	KestrelNativeFile::RestrictToOwner(HistoryStore::RootFolder());
 	const TArray<uint8> Packed = HistoryStore::Pack(HistoryStore::Describe(FilePath, Entry),
 		Entry.Bytes.IsEmpty() ? HistoryStore::ToUtf8(Entry.Content) : Entry.Bytes);
-	const FString Name = Folder / HistoryStore::MakeRecordName();
-	const FString Unfinished = Name + HistoryStore::UnfinishedExtension;
-	const FString File = Name + HistoryStore::ExtensionOf(Side);
+	// A record that is written again keeps its name, and with it its place in the order.
+	const FString File = Entry.RecordFile.IsEmpty()
+							 ? Folder / HistoryStore::MakeRecordName() + HistoryStore::ExtensionOf(Side)
+							 : Entry.RecordFile;
+	const FString Unfinished =
+		FPaths::GetPath(File) / FPaths::GetBaseFilename(File) + HistoryStore::UnfinishedExtension;
 	if (!FFileHelper::SaveArrayToFile(Packed, *Unfinished))
 	{
 		HistoryStore::Files().DeleteFile(*Unfinished);
@@ -364,7 +372,8 @@ void FKestrelHistoryStore::RemoveOld(int32 Days, int64 MaxBytes)
 		const bool bOld = (FDateTime::UtcNow() - Conversation.LastChange).GetTotalDays() > Days;
 		const bool bEmpty = OwnSize == 0 && !bIsLast;
 		bIsLast = false;
-		if (bOld || bEmpty || Size > MaxBytes)
+		const bool bTooMuch = Size > MaxBytes && Size > OwnSize;
+		if (bOld || bEmpty || bTooMuch)
 		{
 			HistoryStore::RemoveConversation(Conversation.Id);
 		}

@@ -21,6 +21,7 @@ const FCharacterRange UnseenRanges[] = {
 	{ 0x2000, 0x200F },                     // spaces of other widths, zero-width characters, direction marks
 	{ 0x2028, 0x202F },                     // line and paragraph separators, direction embeddings and overrides
 	{ 0x205F, 0x206F },                     // invisible operators, direction isolates
+	{ 0x2800, 0x2800 },                     // Braille blank
 	{ 0x3000, 0x3000 },                     // ideographic space
 	{ 0x3164, 0x3164 },                     // Hangul filler
 	{ 0xD800, 0xDFFF },                     // surrogates without a partner
@@ -28,6 +29,12 @@ const FCharacterRange UnseenRanges[] = {
 	{ 0xFEFF, 0xFEFF },                     // byte order mark
 	{ 0xFFA0, 0xFFA0 },                     // halfwidth Hangul filler
 	{ 0xFFF0, 0xFFFB },                     // interlinear annotations
+	{ 0xFFFC, 0xFFFC },                     // object replacement
+	{ 0x1BCA0, 0x1BCA3 },                   // shorthand format controls
+	{ 0x1D173, 0x1D17A },                   // musical format controls
+	{ 0xFFFC, 0xFFFC },                     // object replacement
+	{ 0x1BCA0, 0x1BCA3 },                   // shorthand format controls
+	{ 0x1D173, 0x1D17A },                   // musical format controls
 	{ 0xE0000, 0xE0FFF },                   // tags and further variation selectors
 };
 

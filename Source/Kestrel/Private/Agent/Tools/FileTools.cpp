@@ -292,8 +292,10 @@ FString ApplyChange(const FKestrelToolPlan& Plan)
 {
 	if (Plan.Operation == EKestrelFileOperation::Update && !Plan.Refusal.IsEmpty())
 	{
-		FFileUtils::CheckoutFileFromSourceControl(Plan.FilePath);
-		return Plan.Refusal;
+		FString Before;
+		FString After;
+		return FFileUtils::UpdateFile(
+			Plan.FilePath, Plan.Input.Get(OldString), Plan.Input.Get(NewString), Before, After);
 	}
 	if (!Plan.Change.IsSet())
 	{
@@ -311,6 +313,9 @@ FString ApplyChange(const FKestrelToolPlan& Plan)
 	}
 	else
 	{
+		// Redone, what was undone before would overwrite this change.
+		FFileHistory::Get().ForgetRedo(FAgent::Get().GetConversationId());
+		FFileHistory::Get().NoteLeft(FAgent::Get().GetConversationId(), Plan.FilePath);
 		FKestrelInterface::Get().OnAddDiffMessage(Plan.FilePath, Plan.Change->Before, Plan.Change->After);
 	}
 	return Result;
@@ -381,6 +386,7 @@ void PlanTree(FKestrelProjectView&, FKestrelToolPlan& Plan)
 	}
 	const FKestrelPathReview Review = FKestrelPathReview::Of(FPaths::ConvertRelativePathToFull(Folder));
 	Plan.Target = Review.ShownPath / TEXT("");
+	Plan.Cautions.Append(Review.Cautions);
 }
 
 FString ApplyTree(const FKestrelToolPlan& Plan)

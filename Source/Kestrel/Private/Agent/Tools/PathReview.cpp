@@ -11,12 +11,15 @@ namespace PathReview
 /** Folders of revision control systems: their hooks and settings run programs. */
 const TCHAR* const VersionControlFolders[] = { TEXT(".git"), TEXT(".svn"), TEXT(".hg"), TEXT(".plastic"),
 	TEXT(".github"), TEXT(".gitlab") };
+/** Folders of other editors: their tasks run programs. */
+const TCHAR* const EditorFolders[] = { TEXT(".vscode"), TEXT(".vs"), TEXT(".idea"), TEXT(".fleet") };
 /** Files that revision control reads its settings from. */
 const TCHAR* const VersionControlFiles[] = { TEXT(".gitattributes"), TEXT(".gitmodules"), TEXT(".gitconfig"),
 	TEXT(".hgrc"), TEXT(".p4config"), TEXT("p4config.txt") };
 /** What the build tool compiles and runs itself. */
 const TCHAR* const BuildEndings[] = { TEXT(".build.cs"), TEXT(".target.cs"), TEXT(".automation.cs"), TEXT(".csproj"),
-	TEXT(".props"), TEXT(".targets") };
+	TEXT(".props"), TEXT(".targets"), TEXT(".sln"), TEXT(".vcxproj"), TEXT(".rsp"), TEXT(".cmake"), TEXT(".mk") };
+const TCHAR* const BuildFiles[] = { TEXT("CMakeLists.txt"), TEXT("Makefile"), TEXT(".envrc"), TEXT(".clangd") };
 const TCHAR* const ProjectEndings[] = { TEXT(".uproject"), TEXT(".uplugin"), TEXT(".uprojectdirs") };
 /** What runs by itself when the editor starts, or with one click. */
 const TCHAR* const StartupFiles[] = { TEXT("init_unreal.py") };
@@ -83,7 +86,7 @@ bool IsOfVersionControl(const FPlace& Place)
 
 bool IsBuildRule(const FPlace& Place)
 {
-	return EndsWithOneOf(Place.Name, BuildEndings);
+	return EndsWithOneOf(Place.Name, BuildEndings) || IsOneOf(Place.Name, BuildFiles) || Place.IsBelow(EditorFolders);
 }
 
 bool IsProjectDescriptor(const FPlace& Place)
@@ -98,7 +101,10 @@ bool IsConfiguration(const FPlace& Place)
 
 bool IsProgram(const FPlace& Place)
 {
-	return IsOneOf(Place.Name, StartupFiles) || EndsWithOneOf(Place.Name, ProgramEndings) ||
+	// The editor runs what lies in a Python folder when it starts, or imports it from there.
+	const bool bStartupScript =
+		Place.Name.EndsWith(TEXT(".py"), ESearchCase::IgnoreCase) && Place.IsBelow(TEXT("Python"));
+	return bStartupScript || IsOneOf(Place.Name, StartupFiles) || EndsWithOneOf(Place.Name, ProgramEndings) ||
 		   Place.IsBelow(TEXT("Binaries"));
 }
 
@@ -124,17 +130,53 @@ bool IsOfThisPlugin(const FPlace& Place)
 	return false;
 }
 
+/** The user's own settings, keys among them. */
+bool IsUserSettings(const FPlace& Place)
+{
+	return Place.IsBelow(TEXT("Saved")) && Place.IsBelow(TEXT("Config"));
+}
+
+FPlace MakePlace(const FString& FullPath, const FString& ProjectDir)
+{
+	FPlace Place;
+	Place.RealPath = FullPath;
+	FString InProjectPath = FullPath;
+	// The names of the folders that the project itself lies in say nothing about a file of the project.
+	if (FPaths::IsUnderDirectory(FullPath, ProjectDir))
+	{
+		FPaths::MakePathRelativeTo(InProjectPath, *(ProjectDir / TEXT("")));
+	}
+	Place.Folders = SplitPath(InProjectPath);
+	Place.Name = Place.Folders.IsEmpty() ? FString() : Place.Folders.Pop();
+	return Place;
+}
+
+bool AppliesToOne(bool (*Rule)(const FPlace& Place), TArrayView<const FPlace> Places)
+{
+	for (const FPlace& Place : Places)
+	{
+		if (Rule(Place))
+		{
+			return true;
+		}
+	}
+	return false;
+}
+
 /** What makes a place special, and how people are told. */
 struct FRule
 {
 	bool (*Applies)(const FPlace& Place);
 	FText Caution;
+	/** Even reading tells the service what it has no business to know. */
+	bool bForReading = false;
 };
 
 const TArray<FRule>& GetRules()
 {
 	static const TArray<FRule> Rules = {
-		{ IsOfVersionControl, LOCTEXT("VersionControl", "version control settings") },
+		{ IsOfVersionControl, LOCTEXT("VersionControl", "version control settings"), true },
+		{ IsUserSettings, LOCTEXT("UserSettings", "your own settings"), true },
 		{ IsBuildRule, LOCTEXT("BuildFile", "build file") },
 		{ IsProjectDescriptor, LOCTEXT("ProjectFile", "project or plugin descriptor") },
 		{ IsConfiguration, LOCTEXT("Configuration", "configuration") },
@@ -172,23 +214,19 @@ FKestrelPathReview FKestrelPathReview::Of(const FString& FullPath)
 		Review.ShownPath += TEXT(" -> ") + Review.RealPath;
 	}
 
-	PathReview::FPlace Place;
-	Place.RealPath = Review.RealPath.IsEmpty() ? FullPath : Review.RealPath;
-	FString InProjectPath = Place.RealPath;
-	// The names of the folders that the project itself lies in say nothing about a file of the project.
-	if (FPaths::IsUnderDirectory(Place.RealPath, RealProjectDir))
-	{
-		FPaths::MakePathRelativeTo(InProjectPath, *(RealProjectDir / TEXT("")));
-	}
-	Place.Folders = PathReview::SplitPath(InProjectPath);
-	Place.Name = Place.Folders.IsEmpty() ? FString() : Place.Folders.Pop();
-	Review.bIsOfProject =
-		Review.Cautions.IsEmpty() && !PathReview::IsOfVersionControl(Place) && !PathReview::IsOfThisPlugin(Place);
+	// A link may hide what a file is by either of its names.
+	const PathReview::FPlace Places[] = {
+		PathReview::MakePlace(Review.RealPath.IsEmpty() ? FullPath : Review.RealPath, RealProjectDir),
+		PathReview::MakePlace(FullPath, ProjectDir),
+	};
+	Review.bIsOfProject = Review.Cautions.IsEmpty() &&
+						  !PathReview::AppliesToOne(PathReview::IsOfVersionControl, Places) &&
+						  !PathReview::AppliesToOne(PathReview::IsOfThisPlugin, Places);
 	for (const PathReview::FRule& Rule : PathReview::GetRules())
 	{
-		if (Rule.Applies(Place))
+		if (PathReview::AppliesToOne(Rule.Applies, Places))
 		{
-			Review.CautionsOfChange.Add(Rule.Caution);
+			(Rule.bForReading ? Review.Cautions : Review.CautionsOfChange).Add(Rule.Caution);
 		}
 	}
 	return Review;

@@ -21,7 +21,7 @@ uint32 ChecksumOf(const FString& Text)
 
 bool FKestrelFileState::IsSameAs(const FKestrelFileState& Other) const
 {
-	if (bExists != Other.bExists || bIsRead != Other.bIsRead)
+	if (bExists != Other.bExists)
 	{
 		return false;
 	}
@@ -29,7 +29,7 @@ bool FKestrelFileState::IsSameAs(const FKestrelFileState& Other) const
 	{
 		return true;
 	}
-	if (!bIsRead)
+	if (!bIsRead || !Other.bIsRead)
 	{
 		return Size == Other.Size && ModificationTime == Other.ModificationTime;
 	}
@@ -65,8 +65,22 @@ bool FKestrelProjectView::IsOrdinaryFile(const FString& FullPath) const
 const FKestrelFileState& FKestrelProjectView::Look(const FString& FullPath)
 {
 	const FString RealPath = KestrelNativeFile::ResolveLinks(FullPath);
-	const FFile* File = Find(RealPath);
-	return File ? File->State : Files.Add_GetRef({ RealPath, Load(FullPath) }).State;
+	FFile* const File =
+		Files.FindByPredicate([&RealPath](const FFile& Each) { return Each.RealPath.Equals(RealPath); });
+	if (!File)
+	{
+		return Files.Add_GetRef({ RealPath, Load(FullPath) }).State;
+	}
+	// Each plan keeps texts of its own.
+	const int64 TextSize = File->State.Text.Len();
+	if (File->State.bIsRead && IsBeyondLimits(TextSize))
+	{
+		File->State.bIsRead = false;
+		File->State.bIsBeyondLimits = true;
+		File->State.Text.Empty();
+	}
+	NumBytesRead += TextSize;
+	return File->State;
 }
 
 bool FKestrelProjectView::IsBeyondLimits(int64 Size) const
