@@ -138,9 +138,10 @@ class ScreenTest(harness.EndToEndTest):
             self.screen.picture(picture)
         self.click(found)
 
-    def click(self, widget):
+    def click(self, widget, times=1):
         left, top, right, bottom = widget["bounds"]
-        self.screen.do("mousemove", int((left + right) / 2), int((top + bottom) / 2), "click", 1)
+        self.screen.do("mousemove", int((left + right) / 2), int((top + bottom) / 2), "click", "--repeat", times,
+                       "--delay", 80, 1)
 
     def type(self, text, delay_milliseconds=5):
         self.screen.do("type", "--delay", delay_milliseconds, text)

@@ -4,14 +4,29 @@ import os
 import time
 import unittest
 
+from change_test import tool
+from recording_server import RecordingServer, completed
 from screen import REPORT_SECONDS, ScreenTest
 
 
 class WindowTest(ScreenTest):
     def setUp(self):
         super().setUp()
-        service = self.start_service()
-        self.use_service(service.port, service.authority)
+        self.service = self.start_service()
+        self.use_service(self.service.port, self.service.authority)
+
+    def answer_with(self, *blocks):
+        """A service of the test's own, which answers once and asks for approval."""
+        server = RecordingServer(self.service.state_folder, [completed(*blocks, auto_continue=False)])
+        self.addCleanup(server.socket.close)
+        self.use_service(server.port, self.service.authority)
+
+    def open_panel_and_begin(self):
+        self.open_editor()
+        self.click(self.button("Kestrel"))
+        self.text("I know the files and Blueprints")
+        self.type("begin")
+        self.press("Return")
 
     def read(self, *names):
         with open(os.path.join(self.project, *names), encoding="utf-8") as file:
@@ -69,6 +84,32 @@ class WindowTest(ScreenTest):
         self.click(self.button("[ End ]"))
         self.text("[ User End ]")
         self.screen.picture("panel-11-ended")
+        self.close_editor()
+
+    def test_a_double_click_approves_nothing_that_has_not_been_seen(self):
+        self.answer_with(
+            tool("a", "update_file", path="Source/Moor/Walker.h", old_string="12", new_string="13"),
+            tool("b", "delete_file", path="Config/DefaultGame.ini"))
+        self.open_panel_and_begin()
+        self.text("Change Source/Moor/Walker.h: 1 replacement")
+        approve = self.button("Approve")
+        self.write("Source/Moor/Walker.h", "12 12")
+        self.click(approve, times=2)
+        self.text("Change Source/Moor/Walker.h: 2 replacements")
+        self.screen.picture("panel-17-shown-again")
+        self.assertEqual(self.read("Source", "Moor", "Walker.h"), "12 12")
+        self.read("Config", "DefaultGame.ini")
+        self.close_editor()
+
+    def test_code_far_to_the_right_is_seen_before_it_is_approved(self):
+        self.answer_with(tool("a", "execute_unreal_engine_api_python_script",
+                              code="import unreal" + " " * 300 + "; import os; os.remove('x')"))
+        self.open_panel_and_begin()
+        self.click(self.button("Show the script"))
+        shown = self.text("import os")["value"]
+        self.screen.picture("panel-18-far-right")
+        self.assertIn("300 spaces", shown)
+        self.assertLess(max(len(line) for line in shown.splitlines()), 200)
         self.close_editor()
 
     def test_text_of_all_kinds_is_typed_and_shown_at_any_scale(self):

@@ -158,4 +158,18 @@ void FKestrelLineDiffSpec::Define()
 		Lines[5].Type = EDiffLineType::Added;
 		KestrelTest::TestSameText(*this, TEXT("with a change"), SizesOf(Lines), TEXT("12 7 1 "));
 	});
+
+	It("folds long lines, and names the white space that something could hide behind", [this]() {
+		const auto Fold = [](const FString& Line) {
+			return FString::Join(KestrelLineDiff::FoldLine(Line, 12), TEXT("|"));
+		};
+		KestrelTest::TestSameText(*this, TEXT("short"), Fold(TEXT("\t\tint A;")), TEXT("\t\tint A;"));
+		KestrelTest::TestSameText(*this, TEXT("empty"), Fold(TEXT("")), TEXT(""));
+		KestrelTest::TestSameText(*this, TEXT("long"), Fold(TEXT("abcdefghijklmnopqrstuvwxyz")),
+			TEXT("abcdefghijkl|\u21AA mnopqrstuvwx|\u21AA yz"));
+		KestrelTest::TestSameText(*this, TEXT("far right"), Fold(TEXT("a") + FString::ChrN(300, u' ') + TEXT("b")),
+			TEXT("a \u27E8300 space|\u21AA s\u27E9 b"));
+		KestrelTest::TestSameText(
+			*this, TEXT("a pair"), Fold(TEXT("abcdefghijk\U0001F426x")), TEXT("abcdefghijk|\u21AA \U0001F426x"));
+	});
 }

@@ -330,3 +330,55 @@ TArray<FDiffChunk> KestrelLineDiff::MakeChunks(TArray<FDiffLine> Lines)
 	}
 	return Chunks;
 }
+
+namespace KestrelLineDiff
+{
+bool IsSpaceOrTab(TCHAR Character)
+{
+	return Character == TEXT(' ') || Character == TEXT('\t');
+}
+
+/** More than any indentation. */
+constexpr int32 LongestRunShown = 32;
+
+FString NameLongRuns(const FString& Line)
+{
+	FString Result;
+	for (int32 Index = 0; Index < Line.Len();)
+	{
+		int32 End = Index;
+		while (End < Line.Len() && IsSpaceOrTab(Line[End]))
+		{
+			++End;
+		}
+		if (End - Index > LongestRunShown)
+		{
+			Result += FString::Printf(TEXT(" \u27E8%d spaces\u27E9 "), End - Index);
+			Index = End;
+			continue;
+		}
+		End = FMath::Max(End, Index + 1);
+		Result.Append(*Line + Index, End - Index);
+		Index = End;
+	}
+	return Result;
+}
+
+TArray<FString> FoldLine(const FString& Line, int32 NumColumns)
+{
+	const FString Named = NameLongRuns(Line);
+	TArray<FString> Pieces;
+	int32 Begin = 0;
+	do
+	{
+		int32 End = FMath::Min(Begin + NumColumns, Named.Len());
+		// Both halves of a surrogate pair stay together.
+		const bool bSplitsPair = End < Named.Len() && Named[End] >= 0xDC00 && Named[End] <= 0xDFFF;
+		End -= bSplitsPair && End - 1 > Begin ? 1 : 0;
+		Pieces.Add((Begin > 0 ? TEXT("\u21AA ") : TEXT("")) + Named.Mid(Begin, End - Begin));
+		Begin = End;
+	}
+	while (Begin < Named.Len());
+	return Pieces;
+}
+}

@@ -49,6 +49,12 @@ TArray<FDiffLine> Compare(const TArray<FString>& OldLines, const TArray<FString>
  */
 bool IsWorthComparing(const FString& OldText, const FString& NewText);
 
+/**
+ * A line as whole lines of at most NumColumns characters, for where somebody decides: nothing may lie out of view. Long
+ * runs of white space, behind which the rest of a line could hide, are named by their length instead.
+ */
+TArray<FString> FoldLine(const FString& Line, int32 NumColumns);
+
 /** Groups the lines of a difference: more than six unchanged ones in a row end a chunk. No line is left out. */
 TArray<FDiffChunk> MakeChunks(TArray<FDiffLine> Lines);
 }

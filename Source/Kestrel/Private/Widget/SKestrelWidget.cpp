@@ -13,6 +13,7 @@
 #include "Widget/KestrelInterface.h"
 #include "Widget/KestrelStyle.h"
 #include "Widget/SKestrelApprovalList.h"
+#include "Widget/SKestrelApproveButton.h"
 #include "Widgets/Input/SButton.h"
 #include "Widgets/Layout/SBorder.h"
 #include "Widgets/Layout/SBox.h"
@@ -235,6 +236,11 @@ float SKestrelWidget::GetHeight() const
 	return static_cast<float>(FVector2D(GetCachedGeometry().GetLocalSize()).Y);
 }
 
+float SKestrelWidget::GetWidth() const
+{
+	return static_cast<float>(FVector2D(GetCachedGeometry().GetLocalSize()).X);
+}
+
 float SKestrelWidget::GetPromptHeightLimit() const
 {
 	return GetHeight() * KestrelWidget::PromptMaxShare;
@@ -314,7 +320,7 @@ TSharedRef<SWidget> SKestrelWidget::MakeButtonsOfRow()
 		.AutoWidth()
 		.Padding(0.0f, 0.0f, 4.0f, 0.0f)
 		[
-			SAssignNew(ApproveButton, SButton)
+			SAssignNew(ApproveButton, SKestrelApproveButton)
 			.ButtonStyle(&FAppStyle::Get().GetWidgetStyle<FButtonStyle>("PrimaryButton"))
 			.Text(LOCTEXT("Approve", "Approve"))
 			.ToolTipText(LOCTEXT("ApproveToolTip", "Let the assistant use the tools that it has asked for"))

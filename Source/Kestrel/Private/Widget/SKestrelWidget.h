@@ -90,6 +90,7 @@ private:
 	const FSlateBrush* GetPromptBrush() const;
 	/** Slate units; 0, which limits nothing, before it was painted. */
 	float GetHeight() const;
+	float GetWidth() const;
 	float GetPromptHeightLimit() const;
 	float GetApprovalListHeightLimit() const;
 	TSharedRef<SWidget> MakeButtonRow();

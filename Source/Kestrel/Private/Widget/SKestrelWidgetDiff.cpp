@@ -110,6 +110,36 @@ void ShowChangesOfCase(const TArray<FString>& NewLines, TArray<FDiffChunk>& Chun
 	}
 }
 
+/** What does not fit beside the numbers goes on in lines without a number. */
+void FoldLongLines(int32 NumColumns, TArray<FDiffChunk>& Chunks)
+{
+	for (FDiffChunk& Chunk : Chunks)
+	{
+		TArray<FDiffLine> Lines;
+		Lines.Reserve(Chunk.Lines.Num());
+		for (const FDiffLine& Line : Chunk.Lines)
+		{
+			FDiffLine Piece = Line;
+			for (const FString& Content : KestrelLineDiff::FoldLine(Line.Content, NumColumns))
+			{
+				Piece.Content = Content;
+				Lines.Add(Piece);
+				Piece.OldLineNumber = 0;
+				Piece.NewLineNumber = 0;
+			}
+		}
+		Chunk.Lines = MoveTemp(Lines);
+	}
+}
+
+/** Characters that fit beside the numbers in a panel, in slate units; some more or less is no harm. */
+int32 GetNumColumns(float PanelWidth)
+{
+	constexpr float NumbersAndMargins = 170.0f;
+	constexpr float CharacterWidth = 7.5f;
+	return FMath::Clamp(static_cast<int32>((PanelWidth - NumbersAndMargins) / CharacterWidth), 24, 160);
+}
+
 /** The lines are compared without regard to case, and without their ends. */
 FText DescribeHiddenChange()
 {
@@ -134,7 +164,8 @@ FText NameOf(EDiffLineType Type)
 FString NumberOf(const FDiffLine& Line, bool bOldNumbers)
 {
 	const EDiffLineType Elsewhere = bOldNumbers ? EDiffLineType::Added : EDiffLineType::Removed;
-	return Line.Type == Elsewhere ? FString() : FString::FromInt(bOldNumbers ? Line.OldLineNumber : Line.NewLineNumber);
+	const int32 Number = bOldNumbers ? Line.OldLineNumber : Line.NewLineNumber;
+	return Line.Type == Elsewhere || Number == 0 ? FString() : FString::FromInt(Number);
 }
 }
 
@@ -292,6 +323,7 @@ TSharedRef<SWidget> SKestrelWidget::MakeChangeView(const FString& Before, const 
 	{
 		return SNew(STextBlock).Text(KestrelDiffView::DescribeHiddenChange());
 	}
+	KestrelDiffView::FoldLongLines(KestrelDiffView::GetNumColumns(GetWidth()), Chunks);
 	return MakeChunksView(Chunks);
 }
 
