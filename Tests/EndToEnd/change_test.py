@@ -141,6 +141,22 @@ class ChangeTest(CodeProjectTest):
         self.assertEqual(run.code, 0, run)
         self.assertEqual(self.git("status", "--porcelain"), "", run)
 
+    def test_undo_leaves_what_the_user_had_not_committed_as_it_was(self):
+        service = self.start_service()
+        self.use_service(service.port, service.authority)
+        self.git("commit", "-q", "-a", "-m", "Use a service")
+        for name in ("Windows", "Added", "Loose"):
+            self.write(f"Config/{name}.ini", f"[{name}]\nuser=1\n")
+        self.git("add", "Config/Added.ini")
+        before = self.git("status", "--porcelain")
+        run = self.run_editor(*(f"-Prompt={prompt}" for name in ("Windows", "Added", "Loose") for prompt in [
+            f"delete Config/{name}.ini", f'create Config/{name}.ini with "assistant"']), "-Prompt=/undo", "-Approve")
+        self.assertEqual(run.code, 0, run)
+        self.assertEqual(self.git("status", "--porcelain"), before, run)
+        self.assertNotIn("assistant", self.git("diff", "--cached"))
+        for name in ("Windows", "Added", "Loose"):
+            self.assertEqual(self.files_of_project("Config")[f"Config/{name}.ini"].decode(), f"[{name}]\nuser=1\n")
+
     def test_a_project_that_does_not_compile_opens_and_is_fixed(self):
         service = self.start_service()
         self.use_service(service.port, service.authority)
@@ -319,6 +335,25 @@ class OddFilesTest(EndToEndTest):
         self.assertIn("Redone: 3 files", run.output)
         self.assertEqual(self.files_of_project("Docs")["Docs/Plan.md"].decode("utf-16"), "ä")
         self.assertFalse(os.path.exists(self.path("Source", "Moor", "Walker.h")))
+
+    def test_undo_after_a_restart_says_what_it_leaves_alone(self):
+        outside = os.path.join(self.scratch, "outside.txt")
+        with open(outside, "w", encoding="utf-8") as file:
+            file.write("old\n")
+        self.change(f'replace "old" with "new" in {outside}', 'replace "12" with "13" in Config/DefaultGame.ini')
+        run = self.run_editor("-Prompt=/undo")
+        self.assertIn(f"what lies outside the project or behind links, or is very large: {outside}", run.output)
+        self.assertIn("Undone: 1 file,", run.output)
+        with open(outside, encoding="utf-8") as file:
+            self.assertEqual(file.read(), "new\n")
+
+    def test_undo_counts_what_it_has_changed(self):
+        self.change("delete Source/Moor/Walker.h", 'replace "12" with "13" in Config/DefaultGame.ini')
+        with open(self.path("Config", "DefaultGame.ini"), "rb+") as file:
+            text = file.read().replace(b"13", b"12")
+            file.seek(0)
+            file.write(text)
+        self.assertIn("Undone: 1 file,", self.run_editor("-Prompt=/undo").output)
 
     def test_a_copy_left_by_an_editor_that_died_is_offered_at_the_next_start(self):
         rescue = self.path("Saved", "Kestrel", "Rescue")

@@ -1,3 +1,4 @@
+#include "Agent/FileHistory.h"
 #include "Agent/FileUtils.h"
 #include "ISourceControlModule.h"
 #include "ISourceControlProvider.h"
@@ -84,13 +85,16 @@ FString FFileUtils::CheckoutFileFromSourceControl(const FString& Path)
 	return FString::Printf(TEXT("Successfully checked out %s from source control"), *FullPath);
 }
 
-bool FFileUtils::IsCleanInSourceControl(const FString& Path)
+EKestrelRevisionControl FFileUtils::GetRevisionControl(const FString& Path)
 {
 	const FString FullPath = ToAbsolutePath(Path);
 	ISourceControlProvider* Provider = FileSourceControl::FindProvider();
 	const FSourceControlStatePtr State = Provider ? FileSourceControl::GetState(*Provider, FullPath) : nullptr;
-	return State.IsValid() && State->IsSourceControlled() && !State->IsAdded() && !State->IsDeleted() &&
-		   !State->IsModified();
+	if (!State.IsValid() || !State->IsSourceControlled())
+	{
+		return EKestrelRevisionControl::Unknown;
+	}
+	return State->IsAdded() ? EKestrelRevisionControl::Added : EKestrelRevisionControl::CheckedIn;
 }
 
 FString FFileUtils::RevertInSourceControl(const FString& Path)

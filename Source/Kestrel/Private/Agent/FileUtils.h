@@ -3,6 +3,7 @@
 #include "CoreMinimal.h"
 
 class FJsonObject;
+enum class EKestrelRevisionControl : uint8;
 
 /** True when a folder of the path has a name of the list. Slashes and blanks around an entry do not count, nor does
  * case. */
@@ -108,8 +109,7 @@ public:
 	// Revision control, through the editor's provider. Each answers with a report for the log, whatever it could do.
 	static FString AddNewFileToSourceControl(const FString& Path);
 	static FString CheckoutFileFromSourceControl(const FString& Path);
-	/** Whether revision control knows the file, and it is as it was checked in. */
-	static bool IsCleanInSourceControl(const FString& Path);
+	static EKestrelRevisionControl GetRevisionControl(const FString& Path);
 	/** Gives the file back the content that is checked in, whatever was to be checked in next. */
 	static FString RevertInSourceControl(const FString& Path);
 	/**

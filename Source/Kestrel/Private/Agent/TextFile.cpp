@@ -21,6 +21,22 @@ bool IsPlainAscii(const TArray<uint8>& Bytes)
 	return AllBits < 0x80 && HasNul == 0;
 }
 
+bool IsPlainAsciiOf(const FString& Text, const TArray<uint8>& Bytes)
+{
+	if (Text.Len() != Bytes.Num() || !IsPlainAscii(Bytes))
+	{
+		return false;
+	}
+	const TCHAR* const Characters = *Text;
+	const uint8* const Begin = Bytes.GetData();
+	uint32 Difference = 0;
+	for (int32 Index = 0; Index < Bytes.Num(); ++Index)
+	{
+		Difference |= static_cast<uint32>(Characters[Index]) ^ Begin[Index];
+	}
+	return Difference == 0;
+}
+
 constexpr uint8 Utf8Mark[] = { 0xEF, 0xBB, 0xBF };
 constexpr uint8 LittleEndianMark[] = { 0xFF, 0xFE };
 constexpr uint8 BigEndianMark[] = { 0xFE, 0xFF };

@@ -24,4 +24,7 @@ enum class EContent : uint8
  * @param OutBytes  the file as it is stored
  */
 EContent Load(const FString& FullPath, FString& OutText, TArray<uint8>& OutBytes);
+
+/** Whether the bytes are the text, and plain ASCII. Reads both once: files may be large. */
+bool IsPlainAsciiOf(const FString& Text, const TArray<uint8>& Bytes);
 }

@@ -51,6 +51,15 @@ int32 CountFiles(const FFileHistory::FHistories& Histories, const FString& Id)
 	const FFileHistory::FFileEntries* Entries = Histories.Find(Id);
 	return Entries ? Entries->Num() : 0;
 }
+
+/** The first of some paths, for a notice. */
+FString ListForDisplay(TArray<FString> Paths)
+{
+	constexpr int32 MostNamed = 5;
+	const TCHAR* const More = Paths.Num() > MostNamed ? TEXT(", ...") : TEXT("");
+	Paths.SetNum(FMath::Min(Paths.Num(), MostNamed));
+	return KestrelDisplayText::EscapeLine(FString::Join(Paths, TEXT(", "))) + More;
+}
 }
 
 const FName FKestrelInterface::RegularFontName("Regular");
@@ -102,7 +111,8 @@ void FKestrelInterface::Initialize()
 
 void FKestrelInterface::OfferUndoOfEarlierRun()
 {
-	const FString Id = FFileHistory::Get().LoadLastConversation();
+	TArray<FString> NotUndoable;
+	const FString Id = FFileHistory::Get().LoadLastConversation(NotUndoable);
 	FAgent& Agent = FAgent::Get();
 	Agent.SetUndoConversationID(FFileHistory::Get().GetFileHistories().Contains(Id) ? Id : FString());
 	Agent.SetRedoConversationID(FFileHistory::Get().GetRedoHistories().Contains(Id) ? Id : FString());
@@ -110,11 +120,15 @@ void FKestrelInterface::OfferUndoOfEarlierRun()
 	{
 		TArray<FString> Names;
 		FFileHistory::Get().GetFileHistories().Find(Id)->GenerateKeyArray(Names);
-		constexpr int32 MostNamed = 5;
-		const FString More = Names.Num() > MostNamed ? TEXT(", ...") : TEXT("");
-		Names.SetNum(FMath::Min(Names.Num(), MostNamed));
 		Notices.Add(TEXT("Undo can still restore what the last conversation changed: ") +
-					KestrelDisplayText::EscapeLine(FString::Join(Names, TEXT(", "))) + More);
+					KestrelInterface::ListForDisplay(Names));
+	}
+	if (!NotUndoable.IsEmpty())
+	{
+		Notices.Add(
+			TEXT("The last conversation also changed these, but after a restart undo does not touch what lies outside the "
+				 "project or behind links, or is very large: ") +
+			KestrelInterface::ListForDisplay(NotUndoable));
 	}
 }
 
@@ -265,7 +279,7 @@ void FKestrelInterface::UndoLastOperation()
 	}
 	FAgent& Agent = FAgent::Get();
 	const FString Id = Agent.GetUndoConversationID();
-	const int32 NumFilesBefore = KestrelInterface::CountFiles(FFileHistory::Get().GetFileHistories(), Id);
+	const int32 NumFilesBefore = KestrelInterface::CountFiles(FFileHistory::Get().GetRedoHistories(), Id);
 	int32 NumStepsUndone = 0;
 	// Each of the conversation's tools has opened one.
 	while (UndoUntilLastTransactionByName(GetKestrelTransactionName(Id)))
@@ -277,6 +291,9 @@ void FKestrelInterface::UndoLastOperation()
 	{
 		Agent.TriggerCompilationWithMessages(KestrelInterface::UndoLabel, Agent.GetStoredMessages());
 	}
+	// What was undone has moved to the other side; the rest of the records had nothing to undo.
+	const int32 NumFilesUndone =
+		KestrelInterface::CountFiles(FFileHistory::Get().GetRedoHistories(), Id) - NumFilesBefore;
 	const bool bAllDone = ReportLeftChanges(FFileHistory::Get().GetFileHistories().Find(Id));
 	// What was undone in the editor is not made again, and half of a conversation's changes shall not be either.
 	if (bEditorUndone)
@@ -291,10 +308,9 @@ void FKestrelInterface::UndoLastOperation()
 		FKestrelBlueprintUtils::CompileDirtyBlueprints();
 		FKestrelBlueprintUtils::SaveAndCompileAllDirtyBlueprints();
 	}
-	const int32 NumFilesLeft = KestrelInterface::CountFiles(FFileHistory::Get().GetFileHistories(), Id);
 	AddHint(FText::Format(LOCTEXT("Undone", "Undone: {0} {0}|plural(one=file,other=files), {1} "
 											"{1}|plural(one=step in the editor,other=steps in the editor)."),
-		NumFilesBefore - NumFilesLeft, NumStepsUndone));
+		NumFilesUndone, NumStepsUndone));
 }
 
 bool FKestrelInterface::UndoUntilLastTransactionByName(const FString& Name) const
@@ -335,7 +351,7 @@ void FKestrelInterface::RedoLastOperation()
 	}
 	FAgent& Agent = FAgent::Get();
 	const FString Id = Agent.GetRedoConversationID();
-	const int32 NumFilesBefore = KestrelInterface::CountFiles(FFileHistory::Get().GetRedoHistories(), Id);
+	const int32 NumFilesBefore = KestrelInterface::CountFiles(FFileHistory::Get().GetFileHistories(), Id);
 	if (FFileHistory::Get().RedoAllChanges(Id))
 	{
 		Agent.TriggerCompilationWithMessages(KestrelInterface::RedoLabel, Agent.GetStoredMessages());
@@ -343,9 +359,10 @@ void FKestrelInterface::RedoLastOperation()
 	const bool bAllDone = ReportLeftChanges(FFileHistory::Get().GetRedoHistories().Find(Id));
 	Agent.SetUndoConversationID(Id);
 	Agent.SetRedoConversationID(bAllDone ? FString() : Id);
-	const int32 NumFilesLeft = KestrelInterface::CountFiles(FFileHistory::Get().GetRedoHistories(), Id);
+	const int32 NumFilesRedone =
+		KestrelInterface::CountFiles(FFileHistory::Get().GetFileHistories(), Id) - NumFilesBefore;
 	AddHint(FText::Format(
-		LOCTEXT("Redone", "Redone: {0} {0}|plural(one=file,other=files)."), NumFilesBefore - NumFilesLeft));
+		LOCTEXT("Redone", "Redone: {0} {0}|plural(one=file,other=files)."), NumFilesRedone));
 }
 
 bool FKestrelInterface::ReportLeftChanges(const FFileHistory::FFileEntries* Left) const

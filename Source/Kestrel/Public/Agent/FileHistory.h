@@ -18,6 +18,17 @@ enum class EFileActionType : uint8
 	Deletion = 3,
 };
 
+/** What revision control says of a file. */
+enum class EKestrelRevisionControl : uint8
+{
+	/** Nothing, or there is none. */
+	Unknown,
+	/** It has a version that was checked in; the file may have changed since. */
+	CheckedIn,
+	/** It is marked to be added. */
+	Added,
+};
+
 /** A change of a file, with the text that goes with it. */
 struct FFileHistoryEntry
 {
@@ -34,8 +45,8 @@ struct FFileHistoryEntry
 	int32 Mode = -1;
 	/** What the path leads to, when it is a symbolic link; else empty. */
 	FString LinkTarget;
-	/** Revision control knew the file, and it was as it was checked in. */
-	bool bWasClean = false;
+	/** As it was before the change. */
+	EKestrelRevisionControl RevisionControl = EKestrelRevisionControl::Unknown;
 	/** Revision control was told that the file goes or comes, so what it would check in next has changed. */
 	bool bIndexTouched = false;
 	/** Where the entry is on the disk; empty when it is not kept there. */
@@ -102,8 +113,13 @@ public:
 
 	/** Drops what could be redone. */
 	void ForgetRedo(const FString& Key);
-	/** Takes over the conversation that an earlier run of the editor has changed last. @return its id, or empty */
-	FString LoadLastConversation();
+	/**
+	 * Takes over the conversation that an earlier run of the editor has changed last.
+	 *
+	 * @param OutNotUndoable  gets the files it changed whose records are no longer to be trusted
+	 * @return its id, or empty
+	 */
+	FString LoadLastConversation(TArray<FString>& OutNotUndoable);
 
 	const FHistories& GetFileHistories() const { return FileHistories; }
 	const FHistories& GetRedoHistories() const { return RedoHistories; }

@@ -45,9 +45,10 @@ namespace FileHistory
 /**
  * Fills in what the text alone would not bring back of the file on the disk: its bytes, mode and link.
  *
+ * @param OutPlainAscii  the file's bytes, when they are the entry's text in plain ASCII
  * @return false when the file is there and cannot be read; one with another text than the entry has adds no bytes
  */
-bool FillFromDisk(const FString& FullPath, FFileHistoryEntry& Entry)
+bool FillFromDisk(const FString& FullPath, FFileHistoryEntry& Entry, TArray<uint8>& OutPlainAscii)
 {
 	Entry.LinkTarget = KestrelNativeFile::ReadLink(FullPath);
 	Entry.Mode = KestrelNativeFile::GetMode(FullPath);
@@ -55,14 +56,47 @@ bool FillFromDisk(const FString& FullPath, FFileHistoryEntry& Entry)
 	{
 		return true;
 	}
-	FString Text;
 	TArray<uint8> Bytes;
-	const KestrelTextFile::EContent Kind = KestrelTextFile::Load(FullPath, Text, Bytes);
-	if (Kind != KestrelTextFile::EContent::PlainAscii && Text.Equals(Entry.Content))
+	if (!KestrelNativeFile::IsRegularFile(FullPath) || !FFileHelper::LoadFileToArray(Bytes, *FullPath))
+	{
+		return false;
+	}
+	if (KestrelTextFile::IsPlainAsciiOf(Entry.Content, Bytes))
+	{
+		OutPlainAscii = MoveTemp(Bytes);
+		return true;
+	}
+	FString Text;
+	FFileHelper::BufferToString(Text, Bytes.GetData(), Bytes.Num());
+	if (Text.Equals(Entry.Content))
 	{
 		Entry.Bytes = MoveTemp(Bytes);
 	}
-	return Kind != KestrelTextFile::EContent::Unreadable;
+	return true;
+}
+
+/** Takes back what revision control was told about a file, which may give the file itself another content. */
+void RevertIndex(const FString& FullPath, const FFileHistoryEntry& Entry)
+{
+	if (Entry.RevisionControl == EKestrelRevisionControl::CheckedIn ||
+		FFileUtils::GetRevisionControl(FullPath) == EKestrelRevisionControl::Added)
+	{
+		FFileUtils::RevertInSourceControl(FullPath);
+	}
+}
+
+/** Tells revision control about a file that is back what it knew before the conversation. */
+void RestoreIndex(const FString& FullPath, const FFileHistoryEntry& Entry)
+{
+	const EKestrelRevisionControl Now = FFileUtils::GetRevisionControl(FullPath);
+	if (Entry.RevisionControl == EKestrelRevisionControl::Added && Now != Entry.RevisionControl)
+	{
+		FFileUtils::AddNewFileToSourceControl(FullPath);
+	}
+	else if (Entry.RevisionControl == EKestrelRevisionControl::Unknown && Now == EKestrelRevisionControl::Added)
+	{
+		FFileUtils::RevertInSourceControl(FullPath); // a file that is created is added
+	}
 }
 
 /** Unset for a file that is not there. */
@@ -254,7 +288,8 @@ bool FFileHistory::Store(
 	const FString Name = FileHistory::GetRecordName(Entries, FilePath);
 	const bool bTouchesIndex = ActionType != EFileActionType::Modification;
 	FFileHistoryEntry Entry;
-	if (const FFileHistoryEntry* Stored = Entries.Find(Name))
+	const FFileHistoryEntry* const Stored = Entries.Find(Name);
+	if (Stored)
 	{
 		if (Stored->bIndexTouched || !bTouchesIndex)
 		{
@@ -262,7 +297,8 @@ bool FFileHistory::Store(
 		}
 		Entry = *Stored;
 	}
-	else
+	TArray<uint8> PlainAscii;
+	if (!Stored)
 	{
 		const FString FullPath = FFileUtils::ToAbsolutePath(FilePath);
 		Entry.ActionType = ActionType;
@@ -272,9 +308,9 @@ bool FFileHistory::Store(
 			Entry.LinkTarget = KestrelNativeFile::ReadLink(FullPath);
 			Entry.NumNewFolders = FileHistory::CountMissingFolders(FullPath);
 		}
-		else if (FileHistory::FillFromDisk(FullPath, Entry))
+		else if (FileHistory::FillFromDisk(FullPath, Entry, PlainAscii))
 		{
-			Entry.bWasClean = FFileUtils::IsCleanInSourceControl(FullPath);
+			Entry.RevisionControl = FFileUtils::GetRevisionControl(FullPath);
 		}
 		else
 		{
@@ -282,11 +318,11 @@ bool FFileHistory::Store(
 		}
 	}
 	Entry.bIndexTouched = bTouchesIndex;
-	if (!FKestrelHistoryStore::Write(Key, EKestrelHistorySide::Undo, Name, Entry))
+	if (!FKestrelHistoryStore::Write(Key, EKestrelHistorySide::Undo, Name, Entry, PlainAscii))
 	{
 		return false;
 	}
-	FileHistories.FindOrAdd(Key).Add(Name, Entry);
+	FileHistories.FindOrAdd(Key).Add(Name, MoveTemp(Entry));
 	return true;
 }
 
@@ -324,30 +360,32 @@ bool FFileHistory::StoreFileRedoVersion(
 	FFileHistoryEntry Entry;
 	Entry.ActionType = UndoneEntry.ActionType;
 	Entry.Content = Content;
-	if (!FileHistory::FillFromDisk(FullPath, Entry) ||
-		!FKestrelHistoryStore::Write(Key, EKestrelHistorySide::Redo, FilePath, Entry))
+	TArray<uint8> PlainAscii;
+	if (!FileHistory::FillFromDisk(FullPath, Entry, PlainAscii) ||
+		!FKestrelHistoryStore::Write(Key, EKestrelHistorySide::Redo, FilePath, Entry, PlainAscii))
 	{
 		return false;
 	}
-	RedoHistories.FindOrAdd(Key).Add(FilePath, Entry);
+	RedoHistories.FindOrAdd(Key).Add(FilePath, MoveTemp(Entry));
 	return true;
 }
 
-FString FFileHistory::LoadLastConversation()
+FString FFileHistory::LoadLastConversation(TArray<FString>& OutNotUndoable)
 {
-	const TOptional<FKestrelHistoryStore::FConversation> Last = FKestrelHistoryStore::LoadLast();
+	TOptional<FKestrelHistoryStore::FConversation> Last = FKestrelHistoryStore::LoadLast();
 	if (!Last.IsSet())
 	{
 		return FString();
 	}
 	if (!Last->Undo.IsEmpty())
 	{
-		FileHistories.Add(Last->Id, Last->Undo);
+		FileHistories.Add(Last->Id, MoveTemp(Last->Undo));
 	}
 	if (!Last->Redo.IsEmpty())
 	{
-		RedoHistories.Add(Last->Id, Last->Redo);
+		RedoHistories.Add(Last->Id, MoveTemp(Last->Redo));
 	}
+	OutNotUndoable = MoveTemp(Last->NotFollowed);
 	return Last->Id;
 }
 
@@ -447,15 +485,19 @@ bool FFileHistory::UndoChanges(const FString& Key, const FString& FilePath)
 		return false;
 	}
 	FileHistory::KeepTextOfOthers(FullPath, Entry);
-	if (Entry.bWasClean && Entry.bIndexTouched)
+	const bool bTouchesIndex = Entry.bIndexTouched && Before.bExists;
+	if (bTouchesIndex)
 	{
-		// What would be checked in next goes back with it; the file itself is compared below.
-		FFileUtils::RevertInSourceControl(FullPath);
+		FileHistory::RevertIndex(FullPath, Entry);
 		Now = FFileState::OnDisk(FullPath);
 	}
 	const bool bUndone = ChangeState(FullPath, Now, Before);
 	if (bUndone)
 	{
+		if (bTouchesIndex)
+		{
+			FileHistory::RestoreIndex(FullPath, Entry);
+		}
 		FileHistory::RemoveEmptyFolders(FullPath, Entry.NumNewFolders);
 	}
 	FileHistory::Remove(bUndone ? FileHistories : RedoHistories, Key, FilePath);
@@ -493,7 +535,7 @@ bool FFileHistory::RedoChanges(const FString& Key, const FString& FilePath)
 	Redone.Mode = Now.Mode;
 	Redone.LinkTarget = Now.LinkTarget;
 	Redone.NumNewFolders = FileHistory::CountMissingFolders(FullPath);
-	Redone.bWasClean = Now.bExists && FFileUtils::IsCleanInSourceControl(FullPath);
+	Redone.RevisionControl = FFileUtils::GetRevisionControl(FullPath);
 	Redone.bIndexTouched = Redone.ActionType != EFileActionType::Modification;
 	if (!FKestrelHistoryStore::Write(Key, EKestrelHistorySide::Undo, FilePath, Redone))
 	{

@@ -100,7 +100,7 @@ TArray<uint8> Describe(const FString& FilePath, const FFileHistoryEntry& Entry)
 	Description->SetNumberField(TEXT("new_folders"), Entry.NumNewFolders);
 	Description->SetNumberField(TEXT("mode"), Entry.Mode);
 	Description->SetStringField(TEXT("link"), Entry.LinkTarget);
-	Description->SetBoolField(TEXT("was_clean"), Entry.bWasClean);
+	Description->SetNumberField(TEXT("revision_control"), static_cast<int32>(Entry.RevisionControl));
 	Description->SetBoolField(TEXT("index_touched"), Entry.bIndexTouched);
 	return ToUtf8(KestrelJson::ToCondensedText(Description));
 }
@@ -108,52 +108,65 @@ TArray<uint8> Describe(const FString& FilePath, const FFileHistoryEntry& Entry)
 bool ReadDescription(const FJsonObject& Description, FString& OutPath, bool& bOutIsBytes, FFileHistoryEntry& OutEntry)
 {
 	int32 Action = 0;
+	int32 RevisionControl = 0;
 	const bool bRead = Description.TryGetStringField(TEXT("path"), OutPath) &&
 					   Description.TryGetNumberField(TEXT("action"), Action) &&
 					   Description.TryGetBoolField(TEXT("is_bytes"), bOutIsBytes) &&
 					   Description.TryGetNumberField(TEXT("new_folders"), OutEntry.NumNewFolders) &&
 					   Description.TryGetNumberField(TEXT("mode"), OutEntry.Mode) &&
 					   Description.TryGetStringField(TEXT("link"), OutEntry.LinkTarget) &&
-					   Description.TryGetBoolField(TEXT("was_clean"), OutEntry.bWasClean) &&
+					   Description.TryGetNumberField(TEXT("revision_control"), RevisionControl) &&
 					   Description.TryGetBoolField(TEXT("index_touched"), OutEntry.bIndexTouched);
 	OutEntry.ActionType = static_cast<EFileActionType>(FMath::Clamp(Action, 0, 3));
+	OutEntry.RevisionControl = static_cast<EKestrelRevisionControl>(FMath::Clamp(RevisionControl, 0, 2));
 	return bRead && !OutPath.IsEmpty();
 }
 
-/** @return false, with nothing appended, when it would become no smaller */
-bool AppendCompressed(TArray<uint8>& Packed, const TArray<uint8>& Whole)
+/** Both parts as one, compressed; empty when that is not worth the time, or makes it no smaller. */
+TArray<uint8> Compress(const TArray<uint8>& Description, TConstArrayView<uint8> Content)
 {
-	int32 Size = FCompression::CompressMemoryBound(NAME_Zlib, Whole.Num());
 	TArray<uint8> Compressed;
+	if (static_cast<int64>(Description.Num()) + Content.Num() > MaxCompressedSize)
+	{
+		return Compressed;
+	}
+	TArray<uint8> Whole = Description;
+	Whole.Append(Content.GetData(), Content.Num());
+	int32 Size = FCompression::CompressMemoryBound(NAME_Zlib, Whole.Num());
 	Compressed.SetNumUninitialized(Size);
-	if (!FCompression::CompressMemory(NAME_Zlib, Compressed.GetData(), Size, Whole.GetData(), Whole.Num()) ||
-		Size >= Whole.Num())
+	const bool bSmaller =
+		FCompression::CompressMemory(NAME_Zlib, Compressed.GetData(), Size, Whole.GetData(), Whole.Num()) &&
+		Size < Whole.Num();
+	Compressed.SetNum(bSmaller ? Size : 0);
+	return Compressed;
+}
+
+bool WriteAll(IFileHandle& File, TConstArrayView<uint8> Bytes)
+{
+	return File.Write(Bytes.GetData(), Bytes.Num());
+}
+
+/** Writes a record part by part: a copy of a large file's content would be felt. @return whether all is written */
+bool Save(const FString& FullPath, const TArray<uint8>& Description, TConstArrayView<uint8> Content)
+{
+	TArray<uint8> Header(Mark, sizeof(Mark));
+	AppendSize(Header, Description.Num());
+	AppendSize(Header, Content.Num());
+	const TArray<uint8> Compressed = Compress(Description, Content);
+	const TUniquePtr<IFileHandle> File(Files().OpenWrite(*FullPath));
+	if (!File || !WriteAll(*File, Header))
 	{
 		return false;
 	}
-	Packed.Append(Compressed.GetData(), Size);
-	return true;
-}
-
-TArray<uint8> Pack(const TArray<uint8>& Description, const TArray<uint8>& Content)
-{
-	TArray<uint8> Whole = Description;
-	Whole.Append(Content);
-	TArray<uint8> Packed(Mark, sizeof(Mark));
-	AppendSize(Packed, Description.Num());
-	AppendSize(Packed, Content.Num());
-	if (Whole.Num() <= MaxCompressedSize && AppendCompressed(Packed, Whole))
-	{
-		return Packed;
-	}
-	Packed.Append(Whole);
-	return Packed;
+	return Compressed.IsEmpty() ? WriteAll(*File, Description) && WriteAll(*File, Content)
+								: WriteAll(*File, Compressed);
 }
 
 /** Zlib makes nothing smaller than by this factor; a record that says so is damaged, and would fill the memory. */
 constexpr int64 MaxRatio = 1100;
-/** Bytes of a record that is brought back at the start. */
+// Bytes of one record, and of all together, that are brought back at the start.
 constexpr int64 MaxLoadedSize = 64 << 20;
+constexpr int64 MaxLoadedTotal = 256 << 20;
 
 /** @return false for what is no whole record */
 bool Unpack(const TArray<uint8>& Packed, TArray<uint8>& OutWhole, int32& OutDescriptionSize)
@@ -255,16 +268,33 @@ TArray<FString> ListRecords(const FString& Id, const TCHAR* Extension)
 	return Names;
 }
 
-void LoadSide(const FString& Id, const TCHAR* Extension, FFileHistory::FFileEntries& OutEntries)
+int64 SizeInMemory(const FFileHistoryEntry& Entry)
 {
+	return static_cast<int64>(Entry.Content.Len()) * static_cast<int64>(sizeof(TCHAR)) + Entry.Bytes.Num();
+}
+
+/** @param OutNotFollowed  gets the files of whole records that are left out */
+void LoadSide(const FString& Id, const TCHAR* Extension, FFileHistory::FFileEntries& OutEntries,
+	TArray<FString>& OutNotFollowed)
+{
+	int64 Size = 0;
 	for (const FString& Name : ListRecords(Id, Extension))
 	{
 		FString Path;
 		FFileHistoryEntry Entry;
-		if (ReadRecord(RootFolder() / Id / Name, Path, Entry) && IsTrustworthy(Path, Entry))
+		if (!ReadRecord(RootFolder() / Id / Name, Path, Entry))
 		{
+			continue;
+		}
+		if (Size < MaxLoadedTotal && IsTrustworthy(Path, Entry))
+		{
+			Size += SizeInMemory(Entry);
 			Entry.bFromEarlierRun = true;
-			OutEntries.Add(Path, Entry);
+			OutEntries.Add(Path, MoveTemp(Entry));
+		}
+		else
+		{
+			OutNotFollowed.Add(Path);
 		}
 	}
 }
@@ -303,8 +333,8 @@ FString MakeRecordName()
 }
 }
 
-bool FKestrelHistoryStore::Write(
-	const FString& Id, EKestrelHistorySide Side, const FString& FilePath, FFileHistoryEntry& Entry)
+bool FKestrelHistoryStore::Write(const FString& Id, EKestrelHistorySide Side, const FString& FilePath,
+	FFileHistoryEntry& Entry, const TArray<uint8>& PlainAscii)
 {
 	if (!HistoryStore::IsConversationId(Id))
 	{
@@ -316,15 +346,20 @@ bool FKestrelHistoryStore::Write(
 		return false;
 	}
 	KestrelNativeFile::RestrictToOwner(HistoryStore::RootFolder());
-	const TArray<uint8> Packed = HistoryStore::Pack(HistoryStore::Describe(FilePath, Entry),
-		Entry.Bytes.IsEmpty() ? HistoryStore::ToUtf8(Entry.Content) : Entry.Bytes);
 	// A record that is written again keeps its name, and with it its place in the order.
 	const FString File = Entry.RecordFile.IsEmpty()
 							 ? Folder / HistoryStore::MakeRecordName() + HistoryStore::ExtensionOf(Side)
 							 : Entry.RecordFile;
 	const FString Unfinished =
 		FPaths::GetPath(File) / FPaths::GetBaseFilename(File) + HistoryStore::UnfinishedExtension;
-	if (!FFileHelper::SaveArrayToFile(Packed, *Unfinished))
+	TArray<uint8> Utf8;
+	if (Entry.Bytes.IsEmpty() && PlainAscii.IsEmpty())
+	{
+		Utf8 = HistoryStore::ToUtf8(Entry.Content);
+	}
+	const TArray<uint8>& TextBytes = PlainAscii.IsEmpty() ? Utf8 : PlainAscii;
+	const TArray<uint8>& Stored = Entry.Bytes.IsEmpty() ? TextBytes : Entry.Bytes;
+	if (!HistoryStore::Save(Unfinished, HistoryStore::Describe(FilePath, Entry), Stored))
 	{
 		HistoryStore::Files().DeleteFile(*Unfinished);
 		return false;
@@ -356,9 +391,10 @@ TOptional<FKestrelHistoryStore::FConversation> FKestrelHistoryStore::LoadLast()
 		return TOptional<FConversation>();
 	}
 	FConversation& Last = Conversations[0];
-	HistoryStore::LoadSide(Last.Id, HistoryStore::UndoExtension, Last.Undo);
-	HistoryStore::LoadSide(Last.Id, HistoryStore::RedoExtension, Last.Redo);
-	return Last;
+	TArray<FString> NotRedone;
+	HistoryStore::LoadSide(Last.Id, HistoryStore::UndoExtension, Last.Undo, Last.NotFollowed);
+	HistoryStore::LoadSide(Last.Id, HistoryStore::RedoExtension, Last.Redo, NotRedone);
+	return MoveTemp(Last);
 }
 
 void FKestrelHistoryStore::RemoveOld(int32 Days, int64 MaxBytes)

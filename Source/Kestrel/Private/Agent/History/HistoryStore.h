@@ -28,20 +28,25 @@ public:
 		FDateTime LastChange;            // UTC
 		FFileHistory::FFileEntries Undo; // in the order in which they were recorded
 		FFileHistory::FFileEntries Redo;
+		/** Files whose changes were recorded for undo, in records that must not be followed. */
+		TArray<FString> NotFollowed;
 	};
 
 	/**
 	 * Writes a record.
 	 *
 	 * @param Entry  gets the record's file
+	 * @param PlainAscii  the entry's content as bytes, when a caller has them at hand; else empty
 	 * @return false when it is not on the disk; true for a conversation that is not kept
 	 */
-	static bool Write(const FString& Id, EKestrelHistorySide Side, const FString& FilePath, FFileHistoryEntry& Entry);
+	static bool Write(const FString& Id, EKestrelHistorySide Side, const FString& FilePath, FFileHistoryEntry& Entry,
+		const TArray<uint8>& PlainAscii = TArray<uint8>());
 	static void Remove(const FFileHistoryEntry& Entry);
 
 	/**
 	 * The conversation that changed something last, with the records that are left of it, if any; unset when there is
-	 * none. Records that are damaged, or that lead where a project has no business, are left out.
+	 * none. Records that are damaged, that lead where a project has no business, or that are too much to hold in memory
+	 * are left out.
 	 */
 	static TOptional<FConversation> LoadLast();
 	/** Removes conversations that were last changed more than Days days ago, those without records, and the oldest ones
