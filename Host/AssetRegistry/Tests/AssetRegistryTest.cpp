@@ -14,6 +14,7 @@
 #include "UObject/SavePackage.h"
 
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 namespace
 {
@@ -171,6 +172,15 @@ TEST_F(AssetRegistryTest, BearsDamagedPackages)
 			*File);
 		IAssetRegistry::Get()->ScanFilesSynchronous({ File }, true);
 	}
+}
+
+TEST_F(AssetRegistryTest, OpensNoPipe)
+{
+	ASSERT_EQ(mkfifo(TCHAR_TO_UTF8(*(Content() / TEXT("Pipe.uasset"))), 0600), 0);
+	IAssetRegistry::Get()->SearchAllAssets(true);
+	EXPECT_EQ(ClassOf(TEXT("/Game/Pipe")), "");
+	EXPECT_EQ(ClassOf(TEXT("/Game/Doors/BP_Gate")), "/Script/Engine.Blueprint");
+	EXPECT_EQ(LoadPackage(nullptr, TEXT("/Game/Pipe"), LOAD_None), nullptr);
 }
 
 TEST_F(AssetRegistryTest, NamesPackagesAfterTheirPlace)

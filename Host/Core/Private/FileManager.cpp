@@ -99,7 +99,10 @@ bool IFileManager::DirectoryExists(const TCHAR* InDirectory)
 
 bool IFileManager::Delete(const TCHAR* Filename, bool RequireExists, bool EvenReadOnly, bool Quiet)
 {
-	if (!FileExists(Filename))
+	// A link that leads nowhere does not exist to those who follow it, but unlink removes it.
+	const bool bDangling =
+		!DirectoryExists(Filename) && FileManager::Files().IsSymlink(Filename) == ESymlinkResult::Symlink;
+	if (!FileExists(Filename) && !bDangling)
 	{
 		return !RequireExists;
 	}

@@ -142,6 +142,10 @@ TEST_F(FFileTest, RecursiveDeletionRemovesLinksAndNeverWhatTheyPointTo)
 
 	Link(TEXT("kept.txt"), TEXT("outside/second"));
 	EXPECT_TRUE(IFileManager::Get().Delete(*Path(TEXT("outside/second")), true, true));
+	Link(TEXT("missing"), TEXT("dangling"));
+	EXPECT_TRUE(IFileManager::Get().Delete(*Path(TEXT("dangling")), true));
+	EXPECT_EQ(Files.IsSymlink(*Path(TEXT("dangling"))), ESymlinkResult::NonSymlink) << "still there";
+	EXPECT_FALSE(IFileManager::Get().Delete(*Path(TEXT("dangling")), true)) << "there is nothing left to delete";
 	EXPECT_TRUE(Files.IsReadOnly(*Locked)) << "a single deletion has changed it";
 	EXPECT_TRUE(Files.SetReadOnly(*Locked, false));
 }

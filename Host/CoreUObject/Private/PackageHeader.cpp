@@ -13,6 +13,8 @@
 #include <rapidjson/memorystream.h>
 #include <rapidjson/reader.h>
 
+#include <sys/stat.h>
+
 namespace PackageHeader
 {
 constexpr uint8 BinaryMagic[] = { 0xC1, 0x83, 0x2A, 0x9E };
@@ -160,8 +162,20 @@ FString Quote(const FString& Text)
 }
 }
 
+bool FPackageHeader::IsRegularFile(const FString& FileName)
+{
+	struct stat Info
+	{
+	};
+	return ::stat(TCHAR_TO_UTF8(*FileName), &Info) == 0 && S_ISREG(Info.st_mode);
+}
+
 FPackageHeader::EResult FPackageHeader::Load(const FString& FileName)
 {
+	if (!IsRegularFile(FileName))
+	{
+		return EResult::Unreadable;
+	}
 	const TUniquePtr<IFileHandle> File(FPlatformFileManager::Get().GetPlatformFile().OpenRead(*FileName));
 	if (!File)
 	{

@@ -286,7 +286,8 @@ FLoadingPackage* FSession::OpenFile(const FString& PackageName, const FString& F
 	TArray<uint8> Bytes;
 	FPackageHeader Header;
 	FPackageHeader::EResult Result = FPackageHeader::EResult::Unreadable;
-	if (IFileManager::Get().FileSize(*FileName) <= MaxFileBytes && FFileHelper::LoadFileToArray(Bytes, *FileName))
+	if (FPackageHeader::IsRegularFile(FileName) && IFileManager::Get().FileSize(*FileName) <= MaxFileBytes &&
+		FFileHelper::LoadFileToArray(Bytes, *FileName))
 	{
 		Result = Header.Parse(Bytes);
 	}

@@ -22,6 +22,8 @@ struct FPackageHeader
 	static constexpr int32 MaxBytes = 256 * 1024;
 	static constexpr int32 CurrentFormat = 1;
 
+	/** Whether a file can be opened without harm: opening a pipe would wait for whoever writes into it. */
+	static bool IsRegularFile(const FString& FileName);
 	/** Reads the header of a file, and of the file no more than that. */
 	EResult Load(const FString& FileName);
 	/** Reads the header from the start of a file's contents; bytes behind the first line are not looked at. */
