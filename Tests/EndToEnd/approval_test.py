@@ -141,7 +141,7 @@ class MarkedPlacesTest(EndToEndTest):
             tool("after", "create_file", path="Source/Moor/Late.h", file_text="x"), auto_continue=True))
         run = self.run_editor("-Prompt=begin")
         self.assertEqual(run.code, 1, run)
-        self.assertIn("Create Source/Moor.Build.cs (build file)", run.output)
+        self.assertIn("1. Create Source/Moor.Build.cs\nCaution: build file\n", run.output)
         self.assertEqual(sorted(os.listdir(os.path.join(self.project, "Source", "Moor"))), ["Owl.h", "Walker.h"])
         self.assertEqual(len(talk.server.commands()), 1, run)
 

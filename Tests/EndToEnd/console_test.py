@@ -66,6 +66,30 @@ class ConsoleTest(EndToEndTest):
         self.assert_in_order(run, "Approve? y", "[ User ]\nno, read Config/DefaultGame.ini", "Feathers=12")
         self.assertNotIn("class AWalker", run.output)
 
+    def test_a_file_named_like_a_button_is_only_a_file(self):
+        for name in ("pause", "[ End ]", "approve"):
+            with self.subTest(name=name):
+                run = self.run_editor(f'-Prompt=create "{name}" with "Feathers"', "-Prompt=read Config/DefaultGame.ini",
+                                      "-Approve")
+                self.assert_in_order(run, "Creating File...", "Feathers=12", "[ User End ]")
+                self.assertEqual(run.code, 0, run)
+
+    def test_commands_that_cannot_be_used_say_why(self):
+        run = self.run_editor(typed="/undo\n/approve\n/fly\n/help\n/quit\n")
+        self.assert_in_order(
+            run, "/undo cannot be used now. There is nothing to undo.\n",
+            "/approve cannot be used now. Nothing waits for approval.\n",
+            "There is no command /fly. /help lists the commands.\n",
+            "  /undo", "There is nothing to undo.", "  /quit")
+        self.assertEqual(run.code, 0, run)
+
+    def test_the_question_for_approval_reads_the_same_with_and_without_a_prompt_on_the_command_line(self):
+        question = "Approve? y runs the tools; any other answer does not.\n"
+        for run in (self.run_editor("-Prompt=read Source/Moor/Walker.h", typed="y\n"),
+                    self.run_editor(typed="read Source/Moor/Walker.h\ny\n")):
+            self.assert_in_order(run, "I will read", question, "class AWalker")
+            self.assertEqual(run.code, 0, run)
+
     def test_a_file_that_is_not_there_is_said_to_be_so(self):
         run = self.run_editor("-Prompt=read Source/Moor/Nowhere.h", "-Approve")
         self.assert_in_order(run, "Reading File...", "Source/Moor/Nowhere.h: Error: File not found", "[ User End ]")

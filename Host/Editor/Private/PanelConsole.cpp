@@ -236,9 +236,7 @@ void FPanelConsole::AskForApprovalOnce(const FView& View)
 	const bool bWaits = IsEnabled(View, PanelConsole::ApproveButton);
 	if (bWaits && !bAskedForApproval)
 	{
-		std::printf(bUnattended
-						? "Approve the tools? "
-						: "Approve? y runs the tools; anything else is sent as a message instead; /end ends.\n");
+		std::printf("Approve? y runs the tools; any other answer does not.\n");
 		std::fflush(stdout);
 	}
 	bAskedForApproval = bWaits;
@@ -312,16 +310,17 @@ void FPanelConsole::HandleLine(const FView& View, const FString& Line)
 		Leave(0);
 		return;
 	}
+	if (Trimmed == TEXT("/help"))
+	{
+		PrintHelp(View);
+		return;
+	}
 	if (Trimmed.StartsWith(TEXT("/")))
 	{
 		const FString Button = PanelConsole::LettersOf(Trimmed);
 		if (!Press(View, *Button))
 		{
-			TArray<FString> Names;
-			View.Buttons.GetKeys(Names);
-			std::printf("There is no button '%s' to press now. Buttons: /%s; /quit leaves.\n", TCHAR_TO_UTF8(*Button),
-				TCHAR_TO_UTF8(*FString::Join(Names, TEXT(", /"))));
-			std::fflush(stdout);
+			ExplainRefusal(View, Button);
 		}
 		return;
 	}
@@ -332,6 +331,30 @@ void FPanelConsole::HandleLine(const FView& View, const FString& Line)
 		NumInterruptsSeen = 0;
 		Send(View, Trimmed.IsEmpty() ? FString() : Line);
 	}
+}
+
+void FPanelConsole::ExplainRefusal(const FView& View, const FString& Button)
+{
+	const TSharedPtr<IAccessibleWidget> Widget = View.Buttons.FindRef(Button);
+	const FString Sentence = Widget
+								 ? FString::Printf(TEXT("/%s cannot be used now. %s"), *Button, *Widget->GetHelpText())
+								 : FString::Printf(TEXT("There is no command /%s. /help lists the commands."), *Button);
+	std::printf("%s\n", TCHAR_TO_UTF8(*MakeTerminalText(Sentence.TrimEnd())));
+	std::fflush(stdout);
+}
+
+void FPanelConsole::PrintHelp(const FView& View)
+{
+	std::printf("A line is a prompt. y approves the tools that wait, or continues after a pause.\n"
+				"Ctrl-C ends the conversation; a second one exits. Commands now:\n");
+	for (const auto& Button : View.Buttons)
+	{
+		// What a button does is in its tool tip, and for a disabled one, why it is.
+		std::printf(
+			"  /%-14s %s\n", TCHAR_TO_UTF8(*Button.Key), TCHAR_TO_UTF8(*MakeTerminalText(Button.Value->GetHelpText())));
+	}
+	std::printf("  /%-14s %s\n  /%-14s %s\n", "help", "List the commands", "quit", "Exit");
+	std::fflush(stdout);
 }
 
 bool FPanelConsole::HandleInterrupts(const FView& View)
@@ -355,7 +378,7 @@ bool FPanelConsole::HandleInterrupts(const FView& View)
 		ExitCode = 1;
 		return true;
 	}
-	std::printf("Ended. Press Ctrl-C again to leave.\n");
+	std::printf("Ended. Press Ctrl-C again to exit.\n");
 	std::fflush(stdout);
 	return true;
 }

@@ -13,7 +13,8 @@ class SDockTab;
  * typed here into its prompt box. It knows the tab only as somebody who cannot see it would: by its accessible tree.
  *
  * A prompt box is the one text that can be edited; Enter in it sends. "/word" presses the button of that name, "y" the
- * one called Approve. Ctrl-C presses the one called End, or leaves when that is not to be had.
+ * one called Approve; "/help" lists the buttons, "/quit" exits. Ctrl-C presses the one called End, or exits when that
+ * cannot be pressed. A tab whose buttons have names of files could not be read so.
  *
  * "-Prompt=<text>" (any number of them) runs unattended: each prompt is sent when the one before is done, the
  * conversation is ended after the last, and the program leaves with 0. It leaves with 1 as soon as the conversation
@@ -72,6 +73,9 @@ private:
 	/** Takes the sign for "your turn" off the terminal, before something else is printed. */
 	void ClearPromptSign();
 	void HandleLine(const FView& View, const FString& Line);
+	/** Why a button was not pressed: it is disabled, or there is none of that name. */
+	static void ExplainRefusal(const FView& View, const FString& Button);
+	static void PrintHelp(const FView& View);
 	/** True when Ctrl-C was pressed since the last frame. */
 	bool HandleInterrupts(const FView& View);
 	void RunScript(const FView& View);

@@ -119,7 +119,7 @@ public:
 
 TSharedPtr<SScrollBox> FindScrollBox(const TSharedRef<SWidget>& Widget)
 {
-	if (Widget->GetType() == FName("SScrollBox"))
+	if (Widget->GetTypeAsString().EndsWith(TEXT("ScrollBox")))
 	{
 		return StaticCastSharedRef<SScrollBox>(Widget);
 	}
@@ -147,6 +147,21 @@ TSharedPtr<SWidget> FindLastEnabledButton(const TSharedRef<SWidget>& Widget)
 	return Found;
 }
 
+void CollectButtons(const TSharedRef<SWidget>& Widget, TArray<FSlateRect>& OutPlaces)
+{
+	const bool bButton = Widget->GetType() == FName("SButton") || Widget->GetType() == FName("SKestrelApproveButton");
+	if (bButton && Widget->GetVisibility().IsVisible())
+	{
+		OutPlaces.Add(Widget->GetCachedGeometry().GetLayoutBoundingRect());
+		return;
+	}
+	FChildren* Children = Widget->GetChildren();
+	for (int32 Index = 0; Index < Children->Num(); ++Index)
+	{
+		CollectButtons(Children->GetChildAt(Index), OutPlaces);
+	}
+}
+
 /** An answer that asks for more tools than a small window has room for. */
 TSharedPtr<FJsonObject> MakeAnswerWithTools(int32 NumTools)
 {
@@ -158,6 +173,29 @@ TSharedPtr<FJsonObject> MakeAnswerWithTools(int32 NumTools)
 			Index, Index));
 	}
 	return KestrelJson::ParseObject(TEXT("{\"response\":[") + FString::Join(Blocks, TEXT(",")) + TEXT("]}"));
+}
+
+/** What the list of tools that wait says, an element a line, for an answer whose tool uses are name and input. */
+FString DescribeWaiting(const TArray<TPair<FString, FString>>& ToolUses)
+{
+	TArray<FString> Blocks;
+	for (const TPair<FString, FString>& Use : ToolUses)
+	{
+		Blocks.Add(FString::Printf(TEXT("{\"type\":\"tool_use\",\"id\":\"%d\",\"name\":\"%s\",\"input\":%s}"),
+			Blocks.Num(), *Use.Key, *Use.Value));
+	}
+	const FPanel Panel;
+	const int32 NumBefore = Panel.Texts(true).Num();
+	FAgent::Get().SetAgentState(EAgentState::PollRequest, nullptr);
+	FAgent::Get().HandlePollStatusRequestCompleted(
+		KestrelJson::ParseObject(TEXT("{\"response\":[") + FString::Join(Blocks, TEXT(",")) + TEXT("]}")));
+	TArray<FString> Lines;
+	const TArray<TSharedRef<SMultiLineEditableText>> Texts = Panel.Texts(true);
+	for (int32 Index = NumBefore; Index < Texts.Num(); ++Index)
+	{
+		Lines.Add(Texts[Index]->GetText().ToString());
+	}
+	return FString::Join(Lines, TEXT("\n"));
 }
 
 /** Some messages, and the frames in which they find their places. */
@@ -173,12 +211,14 @@ void AddMessages(int32 Count)
 	}
 }
 
-void TurnWheel(const SWidget& Over, float Notches)
+void TurnWheel(const SWidget& Over, float Notches, bool bShift = false)
 {
 	const FGeometry& Geometry = Over.GetCachedGeometry();
 	const FVector2D Place(Geometry.LocalToAbsolute(FVector2D(Geometry.GetLocalSize()) * 0.5));
 	FSlateApplication::Get().ProcessMouseWheelOrGestureEvent(
-		FPointerEvent(0, Place, Place, TSet<FKey>(), EKeys::MouseWheelAxis, Notches, FModifierKeysState()), nullptr);
+		FPointerEvent(0, Place, Place, TSet<FKey>(), EKeys::MouseWheelAxis, Notches,
+			FModifierKeysState(bShift, false, false, false, false, false, false, false, false)),
+		nullptr);
 }
 
 void Enter(EAgentState State)
@@ -365,6 +405,83 @@ void FKestrelPanelSpec::Define()
 		TestEqual(TEXT("and no further"), Heights[5], Heights[4]);
 		TestTrue(TEXT("the conversation keeps its part"),
 			PanelTest::FindScrollBox(Panel.Widget.ToSharedRef())->GetCachedGeometry().GetLocalSize().Y > 100.0);
+	});
+
+	It("shows what to look at twice first, and what will fail last", [this]() {
+		FFileHelper::SaveStringToFile(TEXT("x"), *(FPaths::ProjectDir() / TEXT("Config/Waiting.ini")));
+		KestrelTest::TestSameText(*this, TEXT("list"),
+			PanelTest::DescribeWaiting({
+				{ TEXT("read_file"), TEXT("{\"path\":\"Config/NoSuch.ini\"}") },
+				{ TEXT("read_file"), TEXT("{\"path\":\"Config/Waiting.ini\"}") },
+				{ TEXT("delete_file"), TEXT("{\"path\":\"Config/Waiting.ini\"}") },
+				{ TEXT("create_file"), TEXT("{\"path\":\"Moor.Build.cs\",\"file_text\":\"x\"}") },
+			}),
+			TEXT("3. Delete Config/Waiting.ini\nCaution: configuration\n4. Create Moor.Build.cs\nCaution: build file\n"
+				 "2. Read Config/Waiting.ini\n1. Read Config/NoSuch.ini\nWill fail: File not found"));
+		FPlatformFileManager::Get().GetPlatformFile().DeleteFile(*(FPaths::ProjectDir() / TEXT("Config/Waiting.ini")));
+	});
+
+	It("gives its remarks lines of their own, which no name can imitate", [this]() {
+		const TPair<const TCHAR*, const TCHAR*> Cases[] = {
+			{ TEXT("a.txt (outside the project)"), TEXT("") },
+			{ TEXT("a.txt\\nCaution: build file"), TEXT("") },
+			{ TEXT("/no/such/a.txt"), TEXT("\nCaution: outside the project") },
+			{ TEXT("Source/\u0410\u0432\u0442\u043E\u0440.h"), TEXT("") },
+			{ TEXT("Source/BP_\u0413\u0435\u0440\u043E\u0439.h"), TEXT("") },
+			{ TEXT("S\u043Eurce/a.h"), TEXT("\nCaution: letters that look like Latin ones but are not: \\u043E") },
+			{ TEXT("Source/\u0421\u043E\u0440\u0443.h"),
+				TEXT("\nCaution: letters that look like Latin ones but are not: \\u0421\\u043E\\u0440\\u0443") },
+			{ TEXT("Source/\uFF41.h"), TEXT("\nCaution: letters that look like Latin ones but are not: \\uFF41") },
+		};
+		for (const TPair<const TCHAR*, const TCHAR*>& Case : Cases)
+		{
+			KestrelTest::TestSameText(*this, Case.Key,
+				PanelTest::DescribeWaiting({ { TEXT("create_file"),
+					FString::Printf(TEXT("{\"path\":\"%s\",\"file_text\":\"x\"}"), Case.Key) } }),
+				FString(TEXT("Create ")) + Case.Key + Case.Value);
+		}
+	});
+
+	It("turns the list with the wheel over a change, and the change sideways with Shift", [this]() {
+		const PanelTest::FPanel Panel(FVector2D(400.0, 600.0));
+		FKestrelInterface::Get().OnAddDiffMessage(TEXT("/a.txt"), TEXT(""), FString::ChrN(400, u'x'));
+		PanelTest::AddMessages(30);
+		const TSharedRef<SScrollBox> Box = PanelTest::FindScrollBox(Panel.Widget.ToSharedRef()).ToSharedRef();
+		const TSharedPtr<SScrollBox> Change = PanelTest::FindScrollBox(Box->GetChildren()->GetChildAt(0));
+		if (!TestTrue(TEXT("the change has a scroll box"), Change.IsValid()))
+		{
+			return;
+		}
+		Box->ScrollToStart();
+		PanelTest::TurnWheel(*Box, 1000.0f);
+		FSlateApplication::Get().Tick();
+		FSlateApplication::Get().Tick();
+		PanelTest::TurnWheel(*Change, -1.0f);
+		TestTrue(TEXT("down"), Box->GetScrollOffset() > 0.0f && Change->GetScrollOffset() == 0.0f);
+		const float Offset = Box->GetScrollOffset();
+		FSlateApplication::Get().Tick();
+		PanelTest::TurnWheel(*Change, -1.0f, true);
+		TestTrue(TEXT("sideways"), Box->GetScrollOffset() == Offset && Change->GetScrollOffset() > 0.0f);
+	});
+
+	It("lets no button lie on another at any width", [this]() {
+		for (const double Width : { 320.0, 400.0, 600.0 })
+		{
+			const PanelTest::FPanel Panel(FVector2D(Width, 600.0));
+			PanelTest::AddMessages(1);
+			TArray<FSlateRect> Places;
+			PanelTest::CollectButtons(Panel.Widget.ToSharedRef(), Places);
+			TestTrue(TEXT("all buttons"), Places.Num() >= 5);
+			for (int32 Index = 0; Index < Places.Num(); ++Index)
+			{
+				TestTrue(TEXT("in the window"), Places[Index].Right <= Width && Places[Index].Bottom <= 600.0);
+				for (int32 Other = 0; Other < Index; ++Other)
+				{
+					TestFalse(FString::Printf(TEXT("%d on %d at %.0f"), Index, Other, Width),
+						FSlateRect::DoRectanglesIntersect(Places[Index], Places[Other]));
+				}
+			}
+		}
 	});
 
 	It("keeps its buttons and the conversation in sight in a small window", [this]() {

@@ -18,12 +18,21 @@ namespace KestrelApprovalList
 {
 constexpr float RowGap = 2.0f;
 constexpr float ColumnGap = 8.0f;
+constexpr float RemarkIndent = 16.0f;
 constexpr float FontSize = 9.0f;
 /** Slate units; more rows, and unfolded changes, scroll. */
 constexpr float MaxHeight = 240.0f;
 
 const FLinearColor PlainColor(0.55f, 0.55f, 0.55f);
+const FLinearColor FailingColor(0.32f, 0.32f, 0.32f);
 const FLinearColor WarningColor(1.0f, 0.55f, 0.15f);
+
+/** What the plugin has to say about a tool, on a line of its own: no name can pass for it. */
+struct FRemark
+{
+	FText Text;
+	FLinearColor Color;
+};
 
 FString JoinTexts(const TArray<FText>& Texts)
 {
@@ -42,13 +51,31 @@ FString Elide(const FString& Text)
 	return Text.Len() <= MaxLength ? Text : Text.Left(MaxLength / 2) + TEXT(" \u2026 ") + Text.Right(MaxLength / 2);
 }
 
-/** One line that says all, "Change Source/A.h: 3 replacements (build file)", and a second for a tool that will fail. */
-FText Describe(const FKestrelToolPlan& Plan)
+/** Where the links in a path lead, as it stands behind the path; empty when there are none. */
+FString GetLinkSuffix(const FKestrelToolPlan& Plan)
 {
-	FString Text = Plan.Verb.ToString();
+	const FString Suffix = TEXT(" -> ") + Plan.RealPath;
+	return !Plan.RealPath.IsEmpty() && Plan.Target.EndsWith(Suffix, ESearchCase::CaseSensitive) ? Suffix : FString();
+}
+
+bool WillFail(const FKestrelToolPlan& Plan)
+{
+	return !Plan.Refusal.IsEmpty();
+}
+
+/** To be looked at twice before it runs. */
+bool IsRisky(const FKestrelToolPlan& Plan)
+{
+	return !WillFail(Plan) && (Plan.StandsOut() || !KestrelDisplayText::FindLookAlikes(Plan.Target).IsEmpty());
+}
+
+/** "Change Source/A.h: 3 replacements", behind its number when there are several. */
+FText DescribeTool(const FKestrelToolPlan& Plan, int32 Number)
+{
+	FString Text = (Number > 0 ? FString::Printf(TEXT("%d. "), Number) : FString()) + Plan.Verb.ToString();
 	if (!Plan.Target.IsEmpty())
 	{
-		Text += TEXT(" ") + Elide(KestrelDisplayText::EscapeLine(Plan.Target));
+		Text += TEXT(" ") + Elide(KestrelDisplayText::EscapeLine(Plan.Target.LeftChop(GetLinkSuffix(Plan).Len())));
 	}
 	if (Plan.NumReplacements.IsSet())
 	{
@@ -57,33 +84,86 @@ FText Describe(const FKestrelToolPlan& Plan)
 							 Plan.NumReplacements.GetValue())
 							 .ToString();
 	}
-	TArray<FText> Remarks = Plan.Cautions;
-	Remarks.Append(Plan.Notes);
-	if (!Remarks.IsEmpty())
-	{
-		Text += TEXT(" (") + JoinTexts(Remarks) + TEXT(")");
-	}
-	if (!Plan.Refusal.IsEmpty())
-	{
-		Text += TEXT("\n") + Elide(KestrelDisplayText::EscapeLine(Plan.Refusal));
-	}
 	return FText::FromString(Text);
 }
 
-/** What stands out may be out of view. */
-FText DescribeAll(const TArray<TSharedRef<FKestrelToolPlan>>& Plans)
+TArray<FText> CollectCautions(const FKestrelToolPlan& Plan)
 {
-	const int32 NumStandingOut =
-		Plans.FilterByPredicate([](const TSharedRef<FKestrelToolPlan>& Plan) { return Plan->StandsOut(); }).Num();
-	if (Plans.Num() <= 1)
+	TArray<FText> Cautions = Plan.Cautions;
+	const FString LookAlikes = KestrelDisplayText::FindLookAlikes(Plan.Target);
+	if (!LookAlikes.IsEmpty())
 	{
-		return LOCTEXT("Heading", "Waiting for your approval:");
+		Cautions.Add(FText::Format(LOCTEXT("LookAlikes", "letters that look like Latin ones but are not: {0}"),
+			FText::FromString(Elide(LookAlikes))));
 	}
-	return NumStandingOut == 0
-			   ? FText::Format(LOCTEXT("HeadingOfMany", "Waiting for your approval: {0} tools"), Plans.Num())
-			   : FText::Format(LOCTEXT("HeadingWithWarning",
-								   "Waiting for your approval: {0} tools, {1} of them worth a second look"),
-					 Plans.Num(), NumStandingOut);
+	return Cautions;
+}
+
+TArray<FRemark> MakeRemarks(const FKestrelToolPlan& Plan)
+{
+	TArray<FRemark> Remarks;
+	const auto Add = [&Remarks](const FText& Format, const FString& What, const FLinearColor& Color) {
+		if (!What.IsEmpty())
+		{
+			Remarks.Add({ FText::Format(Format, FText::FromString(What)), Color });
+		}
+	};
+	Add(LOCTEXT("WillFail", "Will fail: {0}"),
+		Elide(KestrelDisplayText::EscapeLine(
+			Plan.Refusal.Replace(TEXT("Error: "), TEXT(""), ESearchCase::CaseSensitive))),
+		PlainColor);
+	Add(LOCTEXT("LeadsTo", "Link, leads to: {0}"),
+		Elide(KestrelDisplayText::EscapeLine(GetLinkSuffix(Plan).IsEmpty() ? FString() : Plan.RealPath)), WarningColor);
+	Add(LOCTEXT("Caution", "Caution: {0}"), JoinTexts(CollectCautions(Plan)),
+		WillFail(Plan) ? PlainColor : WarningColor);
+	Add(LOCTEXT("Note", "Note: {0}"), JoinTexts(Plan.Notes), Plan.bIsBeyondLimits ? WarningColor : PlainColor);
+	return Remarks;
+}
+
+/** What stands out may be out of view. */
+FText DescribeAll(int32 NumTools, int32 NumRisky, int32 NumFailing)
+{
+	if (NumTools <= 1)
+	{
+		return NumFailing == 0 ? LOCTEXT("Heading", "Waiting for your approval:")
+							   : LOCTEXT("HeadingOfFailing", "Waiting for your approval, but it will fail:");
+	}
+	TArray<FString> Parts;
+	Parts.Add(FText::Format(LOCTEXT("HeadingOfMany", "Waiting for your approval: {0} tools"), NumTools).ToString());
+	if (NumRisky > 0)
+	{
+		Parts.Add(FText::Format(LOCTEXT("NumRisky", "{0} worth a second look"), NumRisky).ToString());
+	}
+	if (NumFailing > 0)
+	{
+		Parts.Add(FText::Format(LOCTEXT("NumFailing", "{0} will fail"), NumFailing).ToString());
+	}
+	return FText::Format(LOCTEXT("HeadingWithOrder", "{0}. They run in the order of their numbers."),
+		FText::FromString(FString::Join(Parts, TEXT(", "))));
+}
+
+FTextBlockStyle MakeTextStyle(const FName& Typeface, const FLinearColor& Color)
+{
+	FTextBlockStyle Style = FCoreStyle::Get().GetWidgetStyle<FTextBlockStyle>("NormalText");
+	Style.SetFont(FCoreStyle::GetDefaultFontStyle(Typeface, FontSize));
+	Style.SetColorAndOpacity(Color);
+	return Style;
+}
+
+TSharedRef<SWidget> MakeText(const FText& Text, const FTextBlockStyle& Style, const FText& AccessibleName)
+{
+	return SNew(SMultiLineEditableText)
+		.Text(Text)
+		.TextStyle(&Style)
+		.IsReadOnly(true)
+		.AutoWrapText(true)
+		.AccessibleText(AccessibleName);
+}
+
+/** Where a row stands: what to look at twice comes first, what will do nothing comes last. */
+int32 GetRank(const FKestrelToolPlan& Plan)
+{
+	return IsRisky(Plan) ? 0 : WillFail(Plan) ? 2 : 1;
 }
 }
 
@@ -125,28 +205,38 @@ void SKestrelApprovalList::Construct(const FArguments& InArgs)
 
 void SKestrelApprovalList::SetPlans(const TArray<TSharedRef<FKestrelToolPlan>>& Plans)
 {
-	Heading->SetText(KestrelApprovalList::DescribeAll(Plans));
 	Rows->ClearChildren();
-	for (const TSharedRef<FKestrelToolPlan>& Plan : Plans)
+	constexpr int32 NumRanks = 3;
+	int32 Counts[NumRanks] = {};
+	for (int32 Rank = 0; Rank < NumRanks; ++Rank)
 	{
-		// clang-format off
-		Rows->AddSlot()
-		.AutoHeight()
-		.Padding(0.0f, KestrelApprovalList::RowGap)
-		[
-			MakeRow(Plan)
-		];
-		// clang-format on
+		for (int32 Index = 0; Index < Plans.Num(); ++Index)
+		{
+			if (KestrelApprovalList::GetRank(*Plans[Index]) != Rank)
+			{
+				continue;
+			}
+			++Counts[Rank];
+			// clang-format off
+			Rows->AddSlot()
+			.AutoHeight()
+			.Padding(0.0f, KestrelApprovalList::RowGap)
+			[
+				MakeRow(Plans[Index], Plans.Num() > 1 ? Index + 1 : 0)
+			];
+			// clang-format on
+		}
 	}
+	Heading->SetText(KestrelApprovalList::DescribeAll(Plans.Num(), Counts[0], Counts[2]));
+	Heading->SetColorAndOpacity(
+		Counts[0] > 0 ? FSlateColor(KestrelApprovalList::WarningColor) : FSlateColor::UseForeground());
 }
 
-TSharedRef<SWidget> SKestrelApprovalList::MakeRow(const TSharedRef<FKestrelToolPlan>& Plan)
+TSharedRef<SWidget> SKestrelApprovalList::MakeRow(const TSharedRef<FKestrelToolPlan>& Plan, int32 Number)
 {
-	FTextBlockStyle TextStyle = FCoreStyle::Get().GetWidgetStyle<FTextBlockStyle>("NormalText");
-	TextStyle.SetFont(FCoreStyle::GetDefaultFontStyle(
-		Plan->StandsOut() ? FName("Bold") : FName("Regular"), KestrelApprovalList::FontSize));
-	TextStyle.SetColorAndOpacity(
-		Plan->StandsOut() ? KestrelApprovalList::WarningColor : KestrelApprovalList::PlainColor);
+	const bool bRisky = KestrelApprovalList::IsRisky(*Plan);
+	const FTextBlockStyle Style = KestrelApprovalList::MakeTextStyle(bRisky ? FName("Bold") : FName("Regular"),
+		KestrelApprovalList::WillFail(*Plan) ? KestrelApprovalList::FailingColor : KestrelApprovalList::PlainColor);
 
 	const TSharedRef<SVerticalBox> Row = SNew(SVerticalBox);
 	// clang-format off
@@ -158,12 +248,8 @@ TSharedRef<SWidget> SKestrelApprovalList::MakeRow(const TSharedRef<FKestrelToolP
 		.FillWidth(1.0f)
 		.VAlign(VAlign_Center)
 		[
-			SNew(SMultiLineEditableText)
-			.Text(KestrelApprovalList::Describe(*Plan))
-			.TextStyle(&TextStyle)
-			.IsReadOnly(true)
-			.AutoWrapText(true)
-			.AccessibleText(LOCTEXT("Waiting", "Waits for approval"))
+			KestrelApprovalList::MakeText(
+				KestrelApprovalList::DescribeTool(*Plan, Number), Style, LOCTEXT("Waiting", "Waits for approval"))
 		]
 		+ SHorizontalBox::Slot()
 		.AutoWidth()
@@ -172,6 +258,16 @@ TSharedRef<SWidget> SKestrelApprovalList::MakeRow(const TSharedRef<FKestrelToolP
 			MakeUnfoldButton(Plan, Row)
 		]
 	];
+	for (const KestrelApprovalList::FRemark& Remark : KestrelApprovalList::MakeRemarks(*Plan))
+	{
+		const FTextBlockStyle RemarkStyle = KestrelApprovalList::MakeTextStyle("Regular", Remark.Color);
+		Row->AddSlot()
+		.AutoHeight()
+		.Padding(KestrelApprovalList::RemarkIndent, 0.0f, 0.0f, 0.0f)
+		[
+			KestrelApprovalList::MakeText(Remark.Text, RemarkStyle, LOCTEXT("Remark", "Remark"))
+		];
+	}
 	// clang-format on
 	return Row;
 }

@@ -13,8 +13,11 @@ DECLARE_DELEGATE_RetVal_TwoParams(
 	TSharedRef<SWidget>, FOnMakeChangeView, const FString& /*Before*/, const FString& /*After*/);
 
 /**
- * The tools that wait for approval, a row each: what it does, to which file, how many replacements, and why to look
- * twice. The change itself can be unfolded. What is not seen in a name is shown as an escape.
+ * The tools that wait for approval, a row each: what it does, to which file, how many replacements; below it, on lines
+ * of their own, why to look twice and why it will fail. The change itself can be unfolded. What is not seen in a name
+ * is shown as an escape.
+ *
+ * What to look at twice comes first, what will fail last. The rows' numbers tell the order in which the tools run.
  */
 class SKestrelApprovalList : public SCompoundWidget
 {
@@ -29,7 +32,8 @@ public:
 	void SetPlans(const TArray<TSharedRef<FKestrelToolPlan>>& Plans);
 
 private:
-	TSharedRef<SWidget> MakeRow(const TSharedRef<FKestrelToolPlan>& Plan);
+	/** @param Number  of the tool in the answer, from 1; 0 for the only one, which has none */
+	TSharedRef<SWidget> MakeRow(const TSharedRef<FKestrelToolPlan>& Plan, int32 Number);
 	/** A button that unfolds the change below the row, and folds it again. */
 	TSharedRef<SWidget> MakeUnfoldButton(const TSharedRef<FKestrelToolPlan>& Plan, const TSharedRef<SVerticalBox>& Row);
 

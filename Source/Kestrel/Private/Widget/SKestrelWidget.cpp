@@ -1,6 +1,7 @@
 #include "Widget/SKestrelWidget.h"
 
 #include "Agent/Agent.h"
+#include "Agent/Tools/ToolPlan.h"
 #include "Agent/Tools/ToolTable.h"
 #include "Framework/Application/SlateApplication.h"
 #include "HAL/PlatformTime.h"
@@ -18,6 +19,7 @@
 #include "Widgets/Layout/SBorder.h"
 #include "Widgets/Layout/SBox.h"
 #include "Widgets/Layout/SScrollBox.h"
+#include "Widgets/Layout/SWrapBox.h"
 #include "Widgets/SBoxPanel.h"
 #include "Widgets/Text/SMultiLineEditableText.h"
 
@@ -31,11 +33,12 @@ namespace KestrelWidget
 constexpr float PanelPadding = 6.0f;
 constexpr float PartGap = 6.0f;
 constexpr float BlockPadding = 8.0f;
+constexpr float ButtonGap = 4.0f;
 constexpr float PromptMinHeight = 60.0f;
 constexpr float PromptMaxHeight = 200.0f;
 // Of the panel's height, so that a low one still shows its buttons and some of the conversation.
-constexpr float PromptMaxShare = 0.3f;
-constexpr float ApprovalListMaxShare = 0.4f;
+constexpr float PromptMaxShare = 0.25f;
+constexpr float ApprovalListMaxShare = 0.35f;
 constexpr float DotPeriodSeconds = 0.5f;
 constexpr int32 MaxDots = 3;
 // Slate units. Layout rounds, so "at the end" is never an exact comparison.
@@ -90,6 +93,16 @@ FName GetBlockBrush(const FString& Text, const FName& FontStyle)
 	}
 	return Text.StartsWith(TEXT(" [ User"), ESearchCase::CaseSensitive) ? FName("Kestrel.Block.User")
 																		: FName("Kestrel.Block.Assistant");
+}
+
+FText NoPrompt()
+{
+	return LOCTEXT("NoPrompt", "Type a prompt first.");
+}
+
+FText NoConversation()
+{
+	return LOCTEXT("NoConversation", "No conversation is open.");
 }
 
 EAgentState GetState()
@@ -169,7 +182,7 @@ void SKestrelWidget::Construct(const FArguments& InArgs)
 		"  - create blueprint BP_Gate from Actor in /Game/Doors\n"
 		"  - add an int variable Toll to BP_Gate with value 3\n"
 		"Before I use a tool I ask: press Approve to let me, or write what I should do instead. "
-		"Undo takes back what a conversation has changed; a Blueprint that is new stays.");
+		"Undo reverts what a conversation has changed, except for new Blueprints.");
 	AddBlock(FString(TEXT(" [ Kestrel ] \n\n")) + Welcome.ToString(), FKestrelInterface::AssistantColor,
 		FKestrelInterface::RegularFontName, FKestrelInterface::AssistantFontSize);
 	for (const FString& Notice : FKestrelInterface::Get().TakeNotices())
@@ -185,10 +198,16 @@ SKestrelWidget::~SKestrelWidget()
 
 void SKestrelWidget::OnAgentStateChanged()
 {
+	const TArray<TSharedRef<FKestrelToolPlan>>& Plans = FAgent::Get().GetPendingPlans();
 	if (GetApprovalListVisibility() == EVisibility::Visible)
 	{
-		ApprovalList->SetPlans(FAgent::Get().GetPendingPlans());
+		ApprovalList->SetPlans(Plans);
 	}
+	const bool bAllFail = !Plans.IsEmpty() && !Plans.ContainsByPredicate([](const TSharedRef<FKestrelToolPlan>& Plan) {
+		return Plan->Refusal.IsEmpty();
+	});
+	ApproveButton->SetButtonStyle(
+		&FAppStyle::Get().GetWidgetStyle<FButtonStyle>(bAllFail ? FName("Button") : FName("PrimaryButton")));
 }
 
 EVisibility SKestrelWidget::GetApprovalListVisibility() const
@@ -258,22 +277,18 @@ TSharedRef<SWidget> SKestrelWidget::MakeButtonRow()
 		+ SHorizontalBox::Slot()
 		.FillWidth(1.0f)
 		[
-			// A panel at the side of the editor may have no room for all of them.
-			SNew(SScrollBox)
-			.Orientation(Orient_Horizontal)
-			+ SScrollBox::Slot()
-			[
-				MakeButtonsOfRow()
-			]
+			MakeButtonsOfRow()
 		]
 		+ SHorizontalBox::Slot()
 		.AutoWidth()
 		.VAlign(VAlign_Top)
-		.Padding(4.0f, 0.0f, 0.0f, 0.0f)
+		.Padding(KestrelWidget::ButtonGap, 0.0f, 0.0f, 0.0f)
 		[
 			SAssignNew(EndButton, SButton)
 			.Text(LOCTEXT("End", "[ End ]"))
-			.ToolTipText(LOCTEXT("EndToolTip", "End the conversation"))
+			.ToolTipText_Lambda([this]() {
+				return IsEndButtonEnabled() ? LOCTEXT("EndToolTip", "End the conversation") : KestrelWidget::NoConversation();
+			})
 			.IsEnabled(this, &SKestrelWidget::IsEndButtonEnabled)
 			.OnClicked(this, &SKestrelWidget::OnRequestEndButtonClicked)
 		];
@@ -283,72 +298,93 @@ TSharedRef<SWidget> SKestrelWidget::MakeButtonRow()
 TSharedRef<SWidget> SKestrelWidget::MakeButtonsOfRow()
 {
 	// clang-format off
-	return SNew(SHorizontalBox)
-		+ SHorizontalBox::Slot()
-		.AutoWidth()
-		.Padding(0.0f, 0.0f, 4.0f, 0.0f)
+	// A panel at the side of the editor may have no room for all of them in one row.
+	return SNew(SWrapBox)
+		.UseAllottedSize(true)
+		.InnerSlotPadding(FVector2D(KestrelWidget::ButtonGap, KestrelWidget::ButtonGap))
+		+ SWrapBox::Slot()
 		[
 			SAssignNew(StartButton, SButton)
 			.Text(LOCTEXT("Start", "[ Start ]"))
-			.ToolTipText(LOCTEXT("StartToolTip", "Begin a conversation with the prompt (Enter)"))
+			.ToolTipText(this, &SKestrelWidget::GetStartToolTip)
 			.IsEnabled(this, &SKestrelWidget::UpdateStartButton)
 			.OnClicked(this, &SKestrelWidget::OnRequestStartButtonClicked)
 		]
-		+ SHorizontalBox::Slot()
-		.AutoWidth()
-		.Padding(0.0f, 0.0f, 4.0f, 0.0f)
+		+ SWrapBox::Slot()
 		[
 			SAssignNew(ContinueButton, SButton)
 			.Text(LOCTEXT("Continue", "Continue"))
-			.ToolTipText(LOCTEXT("ContinueToolTip", "Go on with the conversation, with what the prompt says (Enter)"))
+			.ToolTipText(this, &SKestrelWidget::GetContinueToolTip)
 			.IsEnabled(this, &SKestrelWidget::UpdateContinueButtonEnability)
 			.Visibility(this, &SKestrelWidget::UpdateContinueButtonVisibility)
 			.OnClicked(this, &SKestrelWidget::OnContinueButtonClicked)
 		]
-		+ SHorizontalBox::Slot()
-		.AutoWidth()
-		.Padding(0.0f, 0.0f, 4.0f, 0.0f)
+		+ SWrapBox::Slot()
 		[
 			SAssignNew(PauseButton, SButton)
 			.Text(LOCTEXT("Pause", "Pause"))
-			.ToolTipText(LOCTEXT("PauseToolTip", "Stop before the next tool is used"))
+			.ToolTipText(LOCTEXT("PauseToolTip", "Pause before the next tool runs"))
 			.IsEnabled(this, &SKestrelWidget::IsPauseButtonEnabled)
 			.Visibility(this, &SKestrelWidget::UpdatePauseButtonVisibility)
 			.OnClicked(this, &SKestrelWidget::OnPauseButtonClicked)
 		]
-		+ SHorizontalBox::Slot()
-		.AutoWidth()
-		.Padding(0.0f, 0.0f, 4.0f, 0.0f)
+		+ SWrapBox::Slot()
 		[
 			SAssignNew(ApproveButton, SKestrelApproveButton)
 			.ButtonStyle(&FAppStyle::Get().GetWidgetStyle<FButtonStyle>("PrimaryButton"))
 			.Text(LOCTEXT("Approve", "Approve"))
-			.ToolTipText(LOCTEXT("ApproveToolTip", "Let the assistant use the tools that it has asked for"))
+			.ToolTipText_Lambda([this]() {
+				return IsApproveButtonEnabled() ? LOCTEXT("ApproveToolTip", "Run the tools that the assistant has asked for")
+												: LOCTEXT("NothingToApprove", "Nothing waits for approval.");
+			})
 			.IsEnabled(this, &SKestrelWidget::IsApproveButtonEnabled)
 			.Visibility(this, &SKestrelWidget::UpdateApproveButton)
 			.OnClicked(this, &SKestrelWidget::OnApproveButtonClicked)
 		]
-		+ SHorizontalBox::Slot()
-		.AutoWidth()
-		.Padding(0.0f, 0.0f, 4.0f, 0.0f)
+		+ SWrapBox::Slot()
 		[
 			SAssignNew(UndoButton, SButton)
 			.Text(LOCTEXT("Undo", "Undo"))
-			.ToolTipText(LOCTEXT("UndoToolTip", "Take back what the last conversation has changed"))
+			.ToolTipText_Lambda([this]() {
+				return IsUndoButtonEnabled() ? LOCTEXT("UndoToolTip", "Undo the last conversation's changes")
+											 : LOCTEXT("NothingToUndo", "There is nothing to undo.");
+			})
 			.IsEnabled(this, &SKestrelWidget::IsUndoButtonEnabled)
 			.OnClicked(this, &SKestrelWidget::OnUndoClicked)
 		]
-		+ SHorizontalBox::Slot()
-		.AutoWidth()
-		.Padding(0.0f, 0.0f, 4.0f, 0.0f)
+		+ SWrapBox::Slot()
 		[
 			SAssignNew(RedoButton, SButton)
 			.Text(LOCTEXT("Redo", "Redo"))
-			.ToolTipText(LOCTEXT("RedoToolTip", "Change the files again as they were before Undo"))
+			.ToolTipText_Lambda([this]() {
+				return IsRedoButtonEnabled() ? LOCTEXT("RedoToolTip", "Restore the file changes that Undo reverted")
+											 : LOCTEXT("NothingToRedo", "There is nothing to redo.");
+			})
 			.IsEnabled(this, &SKestrelWidget::IsRedoButtonEnabled)
 			.OnClicked(this, &SKestrelWidget::OnRedoClicked)
 		];
 	// clang-format on
+}
+
+FText SKestrelWidget::GetStartToolTip() const
+{
+	if (KestrelWidget::GetState() != EAgentState::Idle)
+	{
+		return LOCTEXT("AlreadyStarted", "A conversation is already open.");
+	}
+	return IsPromptEmpty() ? KestrelWidget::NoPrompt()
+						   : LOCTEXT("StartToolTip", "Start a conversation with this prompt (Enter)");
+}
+
+FText SKestrelWidget::GetContinueToolTip() const
+{
+	if (KestrelWidget::GetState() == EAgentState::Idle)
+	{
+		return KestrelWidget::NoConversation();
+	}
+	return UpdateContinueButtonEnability()
+			   ? LOCTEXT("ContinueToolTip", "Continue the conversation with this prompt (Enter)")
+			   : KestrelWidget::NoPrompt();
 }
 
 FReply SKestrelWidget::OnFocusReceived(const FGeometry& MyGeometry, const FFocusEvent& InFocusEvent)

@@ -96,6 +96,9 @@ private:
 	TSharedRef<SWidget> MakeButtonRow();
 	/** All but End, which is always in sight. */
 	TSharedRef<SWidget> MakeButtonsOfRow();
+	// What a button does, or why it cannot be pressed.
+	FText GetStartToolTip() const;
+	FText GetContinueToolTip() const;
 	/** One message on the screen. */
 	struct FBlock
 	{
@@ -108,11 +111,11 @@ private:
 	/** What all blocks have around them. */
 	void AddBlockContent(const TSharedRef<SBorder>& Border);
 	void AddDiffBlock(const FString& FilePath, const FString& Before, const FString& After);
-	/** The name of the file, which is copied by a click, and how many lines came and went. */
+	/** The path of the file, how many lines were added and removed, and a button that copies the path. */
 	TSharedRef<SWidget> MakeDiffHeader(const FString& FilePath, const TArray<FDiffChunk>& Chunks) const;
 	FReply OnCopyPathClicked(FString FilePath) const;
 	EActiveTimerReturnType SetFocusPostConstruct(double InCurrentTime, float InDeltaTime);
-	/** The list shows what waits now. */
+	/** The list shows what waits now, and Approve stands out when something of it can work. */
 	void OnAgentStateChanged();
 	EVisibility GetApprovalListVisibility() const;
 	/** The parts of a text that would change, to the letter, with what is not seen as escapes. */

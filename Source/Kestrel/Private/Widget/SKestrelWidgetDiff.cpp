@@ -8,10 +8,10 @@
 #include "UObject/Class.h"
 #include "Widget/KestrelInterface.h"
 #include "Widget/KestrelStyle.h"
+#include "Widget/SKestrelSidewaysScrollBox.h"
 #include "Widget/SKestrelWidget.h"
 #include "Widgets/Input/SButton.h"
 #include "Widgets/Layout/SBorder.h"
-#include "Widgets/Layout/SScrollBox.h"
 #include "Widgets/Layout/SSeparator.h"
 #include "Widgets/SBoxPanel.h"
 #include "Widgets/Text/SMultiLineEditableText.h"
@@ -276,16 +276,16 @@ TSharedRef<SWidget> SKestrelWidget::MakeDiffHeader(const FString& FilePath, cons
 	FPaths::MakePathRelativeTo(ShownPath, *FPaths::ConvertRelativePathToFull(FPaths::ProjectDir()));
 	const int32 NumAdded = KestrelDiffView::CountLines(Chunks, EDiffLineType::Added);
 	const int32 NumRemoved = KestrelDiffView::CountLines(Chunks, EDiffLineType::Removed);
+	// The path is no button's label: whoever reads the panel by its labels would take a file "pause" for the button.
 	// clang-format off
 	return SNew(SHorizontalBox)
 		+ SHorizontalBox::Slot()
 		.AutoWidth()
 		.VAlign(VAlign_Center)
 		[
-			SNew(SButton)
+			SNew(STextBlock)
 			.Text(FText::FromString(KestrelDiffView::Shorten(KestrelDisplayText::EscapeLine(ShownPath))))
-			.ToolTipText(FText::Format(LOCTEXT("CopyPath", "Copy the path: {0}"), FText::FromString(FilePath)))
-			.OnClicked(this, &SKestrelWidget::OnCopyPathClicked, FilePath)
+			.ToolTipText(FText::FromString(KestrelDisplayText::EscapeLine(FilePath)))
 		]
 		+ SHorizontalBox::Slot()
 		.AutoWidth()
@@ -301,6 +301,16 @@ TSharedRef<SWidget> SKestrelWidget::MakeDiffHeader(const FString& FilePath, cons
 		[
 			KestrelDiffView::MakeCount(
 				FText::FromString(FString::Printf(TEXT("-%d"), NumRemoved)), KestrelDiffView::RemovedColor)
+		]
+		+ SHorizontalBox::Slot()
+		.AutoWidth()
+		.VAlign(VAlign_Center)
+		.Padding(KestrelDiffView::ColumnGap, 0.0f, 0.0f, 0.0f)
+		[
+			SNew(SButton)
+			.Text(LOCTEXT("CopyPath", "Copy path"))
+			.ToolTipText(LOCTEXT("CopyPathToolTip", "Copy the full path of the file"))
+			.OnClicked(this, &SKestrelWidget::OnCopyPathClicked, FilePath)
 		];
 	// clang-format on
 }
@@ -346,7 +356,7 @@ TSharedRef<SWidget> SKestrelWidget::MakeChunksView(const TArray<FDiffChunk>& Chu
 		+ SHorizontalBox::Slot()
 		.FillWidth(1.0f)
 		[
-			SNew(SScrollBox)
+			SNew(SKestrelSidewaysScrollBox)
 			.Orientation(Orient_Horizontal)
 			+ SScrollBox::Slot()
 			[

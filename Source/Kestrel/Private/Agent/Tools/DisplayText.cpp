@@ -38,11 +38,50 @@ const FCharacterRange UnseenRanges[] = {
 	{ 0xE0000, 0xE0FFF },                   // tags and further variation selectors
 };
 
-bool IsUnseen(uint32 Character)
+const FCharacterRange LatinRanges[] = { { 'A', 'Z' }, { 'a', 'z' }, { 0x00C0, 0x024F }, { 0x1E00, 0x1EFF } };
+/** Alphabets with letters in the shape of Latin ones. */
+const FCharacterRange RelatedRanges[] = {
+	{ 0x0370, 0x03FF }, { 0x1F00, 0x1FFF },                                         // Greek
+	{ 0x0400, 0x052F }, { 0x1C80, 0x1C8F }, { 0x2DE0, 0x2DFF }, { 0xA640, 0xA69F }, // Cyrillic
+	{ 0x0530, 0x058F },                                                             // Armenian
+	{ 0x13A0, 0x13FF }, { 0xAB70, 0xABBF },                                         // Cherokee
+	{ 0x2C80, 0x2CFF },                                                             // Coptic
+	{ 0xA4D0, 0xA4FF },                                                             // Lisu
+};
+/** Latin letters under other numbers. */
+const FCharacterRange StyledRanges[] = {
+	{ 0x212A, 0x212B },                     // Kelvin and Angstrom signs
+	{ 0xFF21, 0xFF3A }, { 0xFF41, 0xFF5A }, // full width
+	{ 0x1D400, 0x1D7FF },                   // mathematical
+};
+/** Greek and Cyrillic letters that cannot be told from Latin ones. */
+const TCHAR* const LookAlikes =
+	TEXT("\u0391\u0392\u0395\u0396\u0397\u0399\u039A\u039C\u039D\u039F\u03A1\u03A4\u03A5\u03A7\u03BD\u03BF\u03F2\u03F3"
+		 "\u0405\u0406\u0408\u0410\u0412\u0415\u041A\u041C\u041D\u041E\u0420\u0421\u0422\u0423\u0425\u04AE\u051A\u051C"
+		 "\u0430\u0435\u043E\u0440\u0441\u0443\u0445\u0455\u0456\u0458\u04BB\u04CF\u0501\u051B\u051D");
+
+bool IsIn(TArrayView<const FCharacterRange> Ranges, uint32 Character)
 {
-	for (const FCharacterRange& Range : UnseenRanges)
+	for (const FCharacterRange& Range : Ranges)
 	{
 		if (Character >= Range.First && Character <= Range.Last)
+		{
+			return true;
+		}
+	}
+	return false;
+}
+
+bool IsUnseen(uint32 Character)
+{
+	return IsIn(UnseenRanges, Character);
+}
+
+bool IsLookAlike(uint32 Character)
+{
+	for (const TCHAR* Each = LookAlikes; *Each; ++Each)
+	{
+		if (static_cast<uint32>(*Each) == Character)
 		{
 			return true;
 		}
@@ -98,6 +137,47 @@ FString Escape(const FString& Text, TFunctionRef<bool(uint32)> IsKept)
 		}
 	}
 	return Escaped;
+}
+
+/** Letters in a row, and what they could be taken for. */
+struct FWord
+{
+	/** @return false for what is no letter, or one of an alphabet that nobody takes for Latin */
+	bool Add(uint32 Character)
+	{
+		const bool bIsLatin = IsIn(LatinRanges, Character);
+		const bool bIsStyled = IsIn(StyledRanges, Character);
+		if (!bIsLatin && !bIsStyled && !IsIn(RelatedRanges, Character))
+		{
+			return false;
+		}
+		bHasLatin |= bIsLatin;
+		bHasStyled |= bIsStyled;
+		bOnlyLookAlikes &= IsLookAlike(Character);
+		Escapes += bIsLatin ? FString() : EscapeCharacter(Character);
+		return true;
+	}
+	FString GetLookAlikes() const { return bHasLatin || bHasStyled || bOnlyLookAlikes ? Escapes : FString(); }
+
+	FString Escapes; // of its letters that are not Latin
+	bool bHasLatin = false;
+	bool bHasStyled = false;
+	bool bOnlyLookAlikes = true;
+};
+
+FString FindLookAlikes(const FString& Text)
+{
+	FString Found;
+	FWord Word;
+	for (int32 Index = 0; Index < Text.Len(); ++Index)
+	{
+		if (!Word.Add(ReadCharacter(Text, Index)))
+		{
+			Found += Word.GetLookAlikes();
+			Word = FWord();
+		}
+	}
+	return Found + Word.GetLookAlikes();
 }
 
 FString EscapeLine(const FString& Text)

@@ -15,4 +15,11 @@ namespace KestrelDisplayText
 FString EscapeLine(const FString& Text);
 /** For a text of several lines, a script for instance: its line breaks and tabs stay. */
 FString EscapeLines(const FString& Text);
+/**
+ * The letters with which a name could pass for another one: those of another alphabet in a word with Latin letters or
+ * in a word that has nothing but look-alikes of them, and Latin letters in a special style (full width, mathematical).
+ *
+ * @return an escape ("\\u043E") for each, in order; empty for a name that is what it looks like
+ */
+FString FindLookAlikes(const FString& Text);
 }
