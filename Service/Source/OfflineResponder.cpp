@@ -68,7 +68,7 @@ const ToolUse ToolUses[] = {
 		[](const PlainRequest& Request) -> Json {
 			return { { "path", Request.Path }, { "file_text", Request.Text } };
 		} },
-	{ PlainRequest::Kind::ReplaceText, "update_file", "replace a text in %p",
+	{ PlainRequest::Kind::ReplaceText, "update_file", "edit %p",
 		[](const PlainRequest& Request) -> Json {
 			return { { "path", Request.Path }, { "old_string", Request.OldText }, { "new_string", Request.Text } };
 		} },

@@ -75,7 +75,9 @@ class BuildWhilePollingTest(CodeProjectTest):
             [tool("new", "create_file", path="Docs/Plan.md", file_text="Gather")],
             ("Approve? y", "y"), ("Creating File...", "/undo"),
             ("Compilation successful!", self.released.set), ("Change Config/DefaultGame.ini: 1 replacement", "y"))
-        self.assert_in_order(run, "Undoing Last Changes...", "Change Config/DefaultGame.ini", "Updating File Content...")
+        self.assert_in_order(run, "Undoing Last Changes...",
+                             "The compilation that Undo started has finished:\nCompilation successful!\n",
+                             "Change Config/DefaultGame.ini", "Updating File Content...")
         self.assertEqual([ids_of(command) for command in commands], [[], ["new"], ["Undo", "change"]])
         self.assertFalse(os.path.exists(os.path.join(self.project, "Docs", "Plan.md")))
 
@@ -166,6 +168,15 @@ class MarkedPlacesTest(EndToEndTest):
         self.assertIn("Create Source/a\\u202Eh.txt\\u001B[31m\\nDelete nothing", run.output)
         self.assertNotIn("\x1b[31m", run.output)
         self.assertNotIn("\u202e", run.output)
+
+    def test_where_a_link_leads_is_said_on_a_line_that_no_name_can_imitate(self):
+        os.symlink("Moor", os.path.join(self.project, "Source", "Linked"))
+        for path, lines in (
+                ("Source/Linked/a.h", f"Create Source/Linked/a.h\nLink, leads to: {self.project}/Source/Moor/a.h\n"),
+                ("Source/a.h -> Source/b.h", "Create Source/a.h -> Source/b.h\nApprove?")):
+            with self.subTest(path=path):
+                Talk(self, completed(tool("a", "create_file", path=path, file_text="x"), auto_continue=False))
+                self.assertIn(lines, self.run_editor("-Prompt=begin").output)
 
     def test_nothing_of_the_services_reaches_the_terminal_as_a_command(self):
         evil = "\x1b]0;pwn\x07\x1b[2J\x9b1m\u202egnirts"

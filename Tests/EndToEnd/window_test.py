@@ -41,7 +41,7 @@ class WindowTest(ScreenTest):
         self.text("Quills = 7")
         self.screen.picture("panel-3-prompt")
         self.press("Return")
-        self.text("I will replace a text in Source/Moor/Walker.h.")
+        self.text("I will edit Source/Moor/Walker.h.")
         self.click(self.button("Show the change"))
         self.text("+ \tint Quills = 7;")
         self.screen.picture("panel-4-approval")

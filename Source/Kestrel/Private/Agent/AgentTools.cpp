@@ -7,6 +7,8 @@
 #include "KestrelLog.h"
 #include "Widget/KestrelInterface.h"
 
+#define LOCTEXT_NAMESPACE "FAgent"
+
 namespace AgentTools
 {
 constexpr int32 LoggedLength = 200; // characters of a failed tool's result
@@ -14,6 +16,19 @@ constexpr int32 LoggedLength = 200; // characters of a failed tool's result
 void LogFailure(const FString& Result)
 {
 	UE_LOG(LogKestrel, Warning, TEXT("A tool failed: %s"), *Result.Left(LoggedLength));
+}
+
+/** Whose compile it was, when that is not the tool that the conversation on the screen is waiting for; else empty. */
+FText DescribeOwner(const FString& ToolId, bool bIsOfThisConversation)
+{
+	if (FKestrelInterface::IsCompileLabel(ToolId))
+	{
+		return FText::Format(
+			LOCTEXT("CompiledForLabel", "The compilation that {0} started has finished:"), FText::FromString(ToolId));
+	}
+	return bIsOfThisConversation
+			   ? FText::GetEmpty()
+			   : LOCTEXT("CompiledEarlier", "The compilation that an earlier conversation started has finished:");
 }
 
 TSharedRef<FJsonObject> MakeResult(const FString& ToolUseId, const FString& Content)
@@ -187,7 +202,9 @@ void FAgent::TriggerCompilationWithMessages(const FString& ToolId, const TArray<
 void FAgent::OnCompilationFinished(
 	const TArray<TSharedPtr<FJsonObject>>& Messages, const FString& ToolId, const FString& Logs, bool bSuccess)
 {
-	if (!CompilingConversationId.IsSet() || CompilingConversationId.GetValue().Equals(ConversationId))
+	const bool bIsOfThisConversation =
+		!CompilingConversationId.IsSet() || CompilingConversationId.GetValue().Equals(ConversationId);
+	if (bIsOfThisConversation)
 	{
 		AddToolResult(ToolId, Logs, !bSuccess);
 		if (!bSuccess && !FKestrelInterface::IsCompileLabel(ToolId))
@@ -199,6 +216,13 @@ void FAgent::OnCompilationFinished(
 		Message->SetArrayField(TEXT("content"), ToolResults);
 		AddStoredMessage(Message);
 	}
+	const FText Owner = AgentTools::DescribeOwner(ToolId, bIsOfThisConversation);
+	if (!Owner.IsEmpty())
+	{
+		FKestrelInterface::Get().AddHint(Owner);
+	}
 	FKestrelInterface::Get().AddOwnStatusMessage(
 		bSuccess ? TEXT("Compilation successful!") : TEXT("Compilation failed, processing error..."));
 }
+
+#undef LOCTEXT_NAMESPACE
