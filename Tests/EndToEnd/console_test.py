@@ -83,6 +83,15 @@ class ConsoleTest(EndToEndTest):
             "  /undo", "There is nothing to undo.", "  /quit")
         self.assertEqual(run.code, 0, run)
 
+    def test_commands_work_as_prompts_without_a_conversation(self):
+        for prompts, code in ((["/help"], 0), (["/undo"], 1),
+                              (["delete Config/DefaultGame.ini", "/end", "/undo", "/redo"], 0)):
+            with self.subTest(prompts=prompts):
+                run = self.run_editor(*(f"-Prompt={prompt}" for prompt in prompts), "-Approve")
+                self.assertEqual(run.code, code, run)
+        self.assertEqual(sorted(self.files_of_project("Config")),
+                         ["Config/DefaultEngine.ini", "Config/DefaultPlugin.ini"])
+
     def test_the_question_for_approval_reads_the_same_with_and_without_a_prompt_on_the_command_line(self):
         question = "Approve? y runs the tools; any other answer does not.\n"
         for run in (self.run_editor("-Prompt=read Source/Moor/Walker.h", typed="y\n"),

@@ -320,6 +320,7 @@ void FPanelConsole::HandleLine(const FView& View, const FString& Line)
 		const FString Button = PanelConsole::LettersOf(Trimmed);
 		if (!Press(View, *Button))
 		{
+			bRefusedCommand = true;
 			ExplainRefusal(View, Button);
 		}
 		return;
@@ -405,11 +406,12 @@ void FPanelConsole::RunScript(const FView& View)
 	case EPhase::Ready:
 		if (NextPrompt < Prompts.Num())
 		{
+			bSentCommand = Prompts[NextPrompt].TrimStart().StartsWith(TEXT("/"));
 			HandleLine(View, Prompts[NextPrompt++]);
 			Phase = EPhase::Sent;
 			break;
 		}
-		ExitCode = Failures.HasFailed() ? 1 : 0;
+		ExitCode = Failures.HasFailed() || bRefusedCommand ? 1 : 0;
 		Press(View, PanelConsole::EndButton);
 		Phase = EPhase::Ending;
 		break;
@@ -427,7 +429,8 @@ void FPanelConsole::RunScript(const FView& View)
 			ApproveInScript(View);
 			break;
 		}
-		if (!IsEnabled(View, PanelConsole::EndButton))
+		// A command needs no conversation, and may end it.
+		if (!bSentCommand && !IsEnabled(View, PanelConsole::EndButton))
 		{
 			Leave(1); // ended by itself: it failed or was refused
 			break;

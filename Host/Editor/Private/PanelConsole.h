@@ -17,9 +17,9 @@ class SDockTab;
  * cannot be pressed. A tab whose buttons have names of files could not be read so.
  *
  * "-Prompt=<text>" (any number of them) runs unattended: each prompt is sent when the one before is done, the
- * conversation is ended after the last, and the program leaves with 0. It leaves with 1 as soon as the conversation
- * ends by itself, when a tool waits for approval that neither "-Approve" nor a "y" on the standard input gives, and
- * when something failed after what was sent or approved last (see FFailureWatch).
+ * conversation is ended after the last, and the program exits with 0. It exits with 1 as soon as the conversation ends
+ * by itself, when a tool waits for approval that neither "-Approve" nor a "y" on the standard input gives, when a
+ * command could not be used, and when something failed after what was sent or approved last (see FFailureWatch).
  */
 class FPanelConsole
 {
@@ -102,6 +102,8 @@ private:
 	bool bShowsEffect = true;
 	bool bInputClosed = false;
 	bool bAskedForApproval = false;
+	bool bSentCommand = false;    // the prompt that was sent last pressed a button
+	bool bRefusedCommand = false; // a button could not be pressed
 	bool bEnded = false;
 	int32 ExitCode = 0;
 };
