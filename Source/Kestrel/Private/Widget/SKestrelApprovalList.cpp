@@ -16,7 +16,7 @@
 
 namespace KestrelApprovalList
 {
-constexpr float RowGap = 2.0f;
+constexpr float RowGap = 4.0f;
 constexpr float ColumnGap = 8.0f;
 constexpr float RemarkIndent = 16.0f;
 constexpr float FontSize = 9.0f;
