@@ -298,6 +298,7 @@ bool FPanelConsole::IsTimeForLine(const FView& View)
 void FPanelConsole::HandleLine(const FView& View, const FString& Line)
 {
 	const FString Trimmed = Line.TrimStartAndEnd();
+	bUsedCommand = Trimmed.StartsWith(TEXT("/"));
 	// After a pause there is nothing to approve, only to go on with.
 	const bool bYes = Trimmed == TEXT("y");
 	if (bYes && (Press(View, PanelConsole::ApproveButton) || Press(View, PanelConsole::ContinueButton)))
@@ -320,7 +321,7 @@ void FPanelConsole::HandleLine(const FView& View, const FString& Line)
 		const FString Button = PanelConsole::LettersOf(Trimmed);
 		if (!Press(View, *Button))
 		{
-			bRefusedCommand = true;
+			bUsedCommand = false;
 			ExplainRefusal(View, Button);
 		}
 		return;
@@ -406,12 +407,11 @@ void FPanelConsole::RunScript(const FView& View)
 	case EPhase::Ready:
 		if (NextPrompt < Prompts.Num())
 		{
-			bSentCommand = Prompts[NextPrompt].TrimStart().StartsWith(TEXT("/"));
 			HandleLine(View, Prompts[NextPrompt++]);
 			Phase = EPhase::Sent;
 			break;
 		}
-		ExitCode = Failures.HasFailed() || bRefusedCommand ? 1 : 0;
+		ExitCode = Failures.HasFailed() ? 1 : 0;
 		Press(View, PanelConsole::EndButton);
 		Phase = EPhase::Ending;
 		break;
@@ -430,7 +430,7 @@ void FPanelConsole::RunScript(const FView& View)
 			break;
 		}
 		// A command needs no conversation, and may end it.
-		if (!bSentCommand && !IsEnabled(View, PanelConsole::EndButton))
+		if (!bUsedCommand && !IsEnabled(View, PanelConsole::EndButton))
 		{
 			Leave(1); // ended by itself: it failed or was refused
 			break;

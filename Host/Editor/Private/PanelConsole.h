@@ -19,7 +19,8 @@ class SDockTab;
  * "-Prompt=<text>" (any number of them) runs unattended: each prompt is sent when the one before is done, the
  * conversation is ended after the last, and the program exits with 0. It exits with 1 as soon as the conversation ends
  * by itself, when a tool waits for approval that neither "-Approve" nor a "y" on the standard input gives, when a
- * command could not be used, and when something failed after what was sent or approved last (see FFailureWatch).
+ * command outside a conversation is refused, and when something failed after what was sent or approved last (see
+ * FFailureWatch).
  */
 class FPanelConsole
 {
@@ -102,8 +103,7 @@ private:
 	bool bShowsEffect = true;
 	bool bInputClosed = false;
 	bool bAskedForApproval = false;
-	bool bSentCommand = false;    // the prompt that was sent last pressed a button
-	bool bRefusedCommand = false; // a button could not be pressed
+	bool bUsedCommand = false; // the last line pressed a button, or asked for help
 	bool bEnded = false;
 	int32 ExitCode = 0;
 };
