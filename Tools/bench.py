@@ -159,7 +159,7 @@ class ReadBlueprint:
         os.makedirs(os.path.join(folder, "Content"))
 
     def time_peer(self, folder):
-        half = ReadBlueprint()
+        half = type(self)()
         half.test = self.half_test
         # In a project of its own: what a bench has saved is there for the next to load.
         with tempfile.TemporaryDirectory(prefix="kestrel-bench-") as own:
@@ -197,6 +197,24 @@ class ReadBlueprintText(ReadBlueprint):
             json.loads(json.dumps(document, separators=(",", ":")))
             best = min(best, time.monotonic() - started)
         return best
+
+
+class PlanManyTools(ReadBlueprint):
+    """What 10,000 tools of one answer would do, a read and a replacement in each of 5,000 files, against half of them."""
+
+    test = "PlanManyTools"
+    half_test = "PlanHalfOfManyTools"
+    peer = "half of the tools"
+    aim = 2.6
+    seconds_aim = 1.0
+    num_files = 5000
+
+    def make(self, folder):
+        for number in range(self.num_files):
+            path = os.path.join(folder, "Source", f"Part{number % 100}")
+            os.makedirs(path, exist_ok=True)
+            with open(os.path.join(path, f"File{number}.cpp"), "w", encoding="utf-8") as file:
+                file.write("float Health = 1.0f;\n" * 10)
 
 
 class ManyAssets:
@@ -306,7 +324,7 @@ def a_tenth_changed(dice, count):
 BENCHES = [
     ReadBlueprint(), ReadBlueprintText(), LookUpBlueprint(), ScanContent(),
     FindInFiles(), FindInMemory(), ModifyBlueprint(), UndoModification(),
-    FirstRequest(), FindReference(), ReplaceText(), PlanEdits(),
+    FirstRequest(), FindReference(), ReplaceText(), PlanEdits(), PlanManyTools(),
     CompareLines("drawn from 50 lines", 0.25, drawn_from(50)),
     CompareLines("drawn from 2,000 lines", 0.1, drawn_from(2000)),
     CompareLines("10 % changed", 4.0, a_tenth_changed),

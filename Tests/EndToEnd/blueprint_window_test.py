@@ -95,7 +95,7 @@ class BlueprintWindowTest(ScreenTest):
         self.type(f"add an int variable {name} to {WARDEN} with value 7")
         self.press("Return")
         approve = self.button("Approve")
-        self.text(f"Change the Blueprint {WARDEN}")
+        self.text(f"Change the Blueprint /Game/Blueprints/{WARDEN}")
         self.click(self.button("Show the change"))
         self.text(name)
         self.screen.picture("history-0-approval")

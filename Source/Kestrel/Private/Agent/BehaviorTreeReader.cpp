@@ -183,8 +183,13 @@ private:
 
 FString FKestrelBlueprintUtils::ReadBehaviorTree(const FString& BehaviorTreeName)
 {
+	return ReadBehaviorTree(FKestrelAssetFinder().Find(*UBehaviorTree::StaticClass(), BehaviorTreeName));
+}
+
+FString FKestrelBlueprintUtils::ReadBehaviorTree(const FKestrelAssetAddress& Address)
+{
 	FString Error;
-	const UBehaviorTree* Tree = KestrelBlueprintLookup::LoadBehaviorTree(BehaviorTreeName, Error);
+	const UBehaviorTree* Tree = KestrelBlueprintLookup::LoadBehaviorTree(Address, Error);
 	if (!Tree)
 	{
 		return SerializeJson(KestrelBlueprintDocument::MakeError(Error));

@@ -158,12 +158,6 @@ bool SaveAndCompile(UBlueprint& Blueprint, FJsonObject& Object)
 	return bSaved && bCompiled;
 }
 
-bool IsDirtyAsset(const UBlueprint& Blueprint)
-{
-	return IsValid(&Blueprint) && Blueprint.IsAsset() && Blueprint.GetOutermost()->IsDirty() &&
-		   Blueprint.GetOutermost() != GetTransientPackage();
-}
-
 struct FDirtyBlueprints
 {
 	TArray<TStrongObjectPtr<UBlueprint>> Blueprints; // compiling collects garbage
@@ -183,7 +177,7 @@ FDirtyBlueprints FindDirty()
 	FDirtyBlueprints Dirty;
 	TSet<const UBlueprint*> Known;
 	const auto Add = [&Dirty, &Known](UBlueprint& Blueprint) {
-		if (IsDirtyAsset(Blueprint) && !Known.Contains(&Blueprint))
+		if (KestrelBlueprintPackage::IsUnsaved(Blueprint) && !Known.Contains(&Blueprint))
 		{
 			Known.Add(&Blueprint);
 			Dirty.Blueprints.Emplace(&Blueprint);

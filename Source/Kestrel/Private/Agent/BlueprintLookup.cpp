@@ -13,7 +13,7 @@
 #include "Misc/PackageName.h"
 #include "Misc/Paths.h"
 #include "Modules/ModuleManager.h"
-#include "UObject/UObjectIterator.h"
+#include "UObject/UObjectHash.h"
 
 namespace BlueprintLookup
 {
@@ -30,12 +30,16 @@ TArray<FAssetData> ListKnown(const IAssetRegistry& Registry, const UClass& Class
 	return Assets;
 }
 
+const FAssetData* FindNamed(const TArray<FAssetData>& Assets, FName Name)
+{
+	// Names compare without letter case.
+	return Assets.FindByPredicate([Name](const FAssetData& Asset) { return Asset.AssetName == Name; });
+}
+
 bool FindKnown(const IAssetRegistry& Registry, const UClass& Class, FName Name, FAssetData& OutAsset)
 {
 	const TArray<FAssetData> Assets = ListKnown(Registry, Class);
-	// Names compare without letter case.
-	const FAssetData* Found =
-		Assets.FindByPredicate([Name](const FAssetData& Asset) { return Asset.AssetName == Name; });
+	const FAssetData* Found = FindNamed(Assets, Name);
 	if (Found)
 	{
 		OutAsset = *Found;
@@ -44,34 +48,15 @@ bool FindKnown(const IAssetRegistry& Registry, const UClass& Class, FName Name, 
 }
 
 /** The registry forgets an asset whose file it could not read, even if only for a moment. */
-template <typename AssetType>
-AssetType* FindInMemory(FName Name)
+FString FindInMemory(const UClass& Class, FName Name)
 {
-	for (TObjectIterator<AssetType> It; It; ++It)
+	TArray<UObject*> Objects;
+	GetObjectsOfClass(&Class, Objects);
+	for (const UObject* Object : Objects)
 	{
-		if (IsValid(*It) && It->GetFName() == Name && It->IsAsset())
+		if (IsValid(Object) && Object->GetFName() == Name && Object->IsAsset())
 		{
-			return *It;
-		}
-	}
-	return nullptr;
-}
-
-/** A package of the project that is named like the asset and of which the registry knows no asset; empty for none. */
-FString FindUnlistedPackage(const FString& Name)
-{
-	const FString FileName = Name + FPackageName::GetAssetPackageExtension();
-	const TArray<FString> Files = FKestrelFolder::FindFiles(FPaths::ProjectContentDir(),
-		[&FileName](const FString& Each) { return Each.Equals(FileName, ESearchCase::IgnoreCase); });
-	for (const FString& File : Files)
-	{
-		FString Package;
-		TArray<FAssetData> Assets;
-		if (FPackageName::TryConvertFilenameToLongPackageName(File, Package) &&
-			KestrelBlueprintDocument::CanBeName(Package) &&
-			!GetRegistry().GetAssetsByPackageName(FName(*Package), Assets))
-		{
-			return Package;
+			return Object->GetPathName();
 		}
 	}
 	return FString();
@@ -91,27 +76,85 @@ AssetType* LoadPath(const TCHAR* Kind, const FString& Name, const FString& Objec
 }
 
 template <typename AssetType>
-AssetType* Load(const TCHAR* Kind, const FString& Name, FString& OutError)
+AssetType* Load(const TCHAR* Kind, const FKestrelAssetAddress& Address, FString& OutError)
 {
-	FAssetData Data;
-	if (KestrelBlueprintLookup::FindAsset(*AssetType::StaticClass(), Name, Data))
+	if (!Address.IsFound())
 	{
-		return LoadPath<AssetType>(Kind, Name, Data.GetObjectPathString(), OutError);
-	}
-	OutError = FString::Printf(TEXT("%s '%s' not found."), Kind, *Name);
-	if (!KestrelBlueprintDocument::CanBeName(Name))
-	{
+		OutError = FString::Printf(TEXT("%s '%s' not found."), Kind, *Address.Name);
 		return nullptr;
 	}
-	if (AssetType* InMemory = FindInMemory<AssetType>(FName(*Name)))
-	{
-		return InMemory;
-	}
-	const FString Package = FindUnlistedPackage(Name);
-	return Package.IsEmpty()
-			   ? nullptr
-			   : LoadPath<AssetType>(Kind, Name, Package + TEXT(".") + FPackageName::GetShortName(Package), OutError);
+	return LoadPath<AssetType>(Kind, Address.Name, Address.ObjectPath, OutError);
 }
+}
+
+FString FKestrelAssetAddress::GetPackageName() const
+{
+	return FPackageName::ObjectPathToPackageName(ObjectPath);
+}
+
+FKestrelAssetAddress FKestrelAssetFinder::Find(const UClass& Class, const FString& Name)
+{
+	FKestrelAssetAddress Address{ Name, FString() };
+	if (!KestrelBlueprintDocument::CanBeName(Name))
+	{
+		return Address;
+	}
+	Address.ObjectPath = FindListed(Class, FName(*Name));
+	if (!Address.IsFound())
+	{
+		Address.ObjectPath = BlueprintLookup::FindInMemory(Class, FName(*Name));
+	}
+	if (!Address.IsFound())
+	{
+		Address.ObjectPath = FindUnlisted(Name);
+	}
+	return Address;
+}
+
+FString FKestrelAssetFinder::FindListed(const UClass& Class, FName Name)
+{
+	IAssetRegistry& Registry = BlueprintLookup::GetRegistry();
+	TArray<FAssetData>* Assets = Listed.Find(Class.GetFName());
+	if (!Assets)
+	{
+		Assets = &Listed.Add(Class.GetFName(), BlueprintLookup::ListKnown(Registry, Class));
+	}
+	const FAssetData* Found = BlueprintLookup::FindNamed(*Assets, Name);
+	if (!Found && Registry.IsLoadingAssets())
+	{
+		*Assets = KestrelBlueprintLookup::ListAssets(Class); // it may lie in any folder
+		Found = BlueprintLookup::FindNamed(*Assets, Name);
+	}
+	return Found ? Found->GetObjectPathString() : FString();
+}
+
+FString FKestrelAssetFinder::FindUnlisted(const FString& Name)
+{
+	if (!PackagesByName.IsSet())
+	{
+		PackagesByName.Emplace();
+		const TArray<FString> Files = FKestrelFolder::FindFiles(FPaths::ProjectContentDir(), [](const FString& Each) {
+			return Each.EndsWith(FPackageName::GetAssetPackageExtension(), ESearchCase::IgnoreCase);
+		});
+		for (const FString& File : Files)
+		{
+			FString Package;
+			if (FPackageName::TryConvertFilenameToLongPackageName(File, Package))
+			{
+				PackagesByName->FindOrAdd(FPackageName::GetShortName(Package)).Add(Package);
+			}
+		}
+	}
+	for (const FString& Package : PackagesByName->FindRef(Name))
+	{
+		TArray<FAssetData> Assets;
+		if (KestrelBlueprintDocument::CanBeName(Package) &&
+			!BlueprintLookup::GetRegistry().GetAssetsByPackageName(FName(*Package), Assets))
+		{
+			return Package + TEXT(".") + FPackageName::GetShortName(Package);
+		}
+	}
+	return FString();
 }
 
 TArray<FAssetData> KestrelBlueprintLookup::ListAssets(const UClass& Class)
@@ -143,14 +186,24 @@ bool KestrelBlueprintLookup::FindAsset(const UClass& Class, const FString& Name,
 	return BlueprintLookup::FindKnown(Registry, Class, FName(*Name), OutAsset);
 }
 
+UBlueprint* KestrelBlueprintLookup::LoadBlueprint(const FKestrelAssetAddress& Address, FString& OutError)
+{
+	return BlueprintLookup::Load<UBlueprint>(TEXT("Blueprint"), Address, OutError);
+}
+
 UBlueprint* KestrelBlueprintLookup::LoadBlueprint(const FString& Name, FString& OutError)
 {
-	return BlueprintLookup::Load<UBlueprint>(TEXT("Blueprint"), Name, OutError);
+	return LoadBlueprint(FKestrelAssetFinder().Find(*UBlueprint::StaticClass(), Name), OutError);
+}
+
+UBehaviorTree* KestrelBlueprintLookup::LoadBehaviorTree(const FKestrelAssetAddress& Address, FString& OutError)
+{
+	return BlueprintLookup::Load<UBehaviorTree>(TEXT("BehaviorTree"), Address, OutError);
 }
 
 UBehaviorTree* KestrelBlueprintLookup::LoadBehaviorTree(const FString& Name, FString& OutError)
 {
-	return BlueprintLookup::Load<UBehaviorTree>(TEXT("BehaviorTree"), Name, OutError);
+	return LoadBehaviorTree(FKestrelAssetFinder().Find(*UBehaviorTree::StaticClass(), Name), OutError);
 }
 
 UBlueprint* FKestrelBlueprintUtils::GetBlueprintFromtBlueprintName(const FString& BlueprintName)

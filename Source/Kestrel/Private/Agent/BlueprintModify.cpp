@@ -130,13 +130,18 @@ private:
 
 FString FKestrelBlueprintUtils::ModifyBlueprint(const FString& BlueprintName, const FString& Modifications)
 {
+	return ModifyBlueprint(FKestrelAssetFinder().Find(*UBlueprint::StaticClass(), BlueprintName), Modifications);
+}
+
+FString FKestrelBlueprintUtils::ModifyBlueprint(const FKestrelAssetAddress& Address, const FString& Modifications)
+{
 	const TSharedPtr<FJsonObject> Request = KestrelJson::ParseObject(Modifications);
 	if (!Request.IsValid())
 	{
 		return SerializeJson(KestrelBlueprintDocument::MakeError(TEXT("Failed to parse modification JSON.")));
 	}
 	FString Error;
-	UBlueprint* Blueprint = KestrelBlueprintLookup::LoadBlueprint(BlueprintName, Error);
+	UBlueprint* Blueprint = KestrelBlueprintLookup::LoadBlueprint(Address, Error);
 	if (!Blueprint)
 	{
 		return SerializeJson(KestrelBlueprintDocument::MakeError(Error));
@@ -147,7 +152,7 @@ FString FKestrelBlueprintUtils::ModifyBlueprint(const FString& BlueprintName, co
 	if (!Refusal.IsEmpty())
 	{
 		return SerializeJson(KestrelBlueprintDocument::MakeError(
-			FString::Printf(TEXT("Blueprint '%s' was not modified. %s"), *BlueprintName, *Refusal)));
+			FString::Printf(TEXT("Blueprint '%s' was not modified. %s"), *Address.Name, *Refusal)));
 	}
 	const FString ConversationId = FAgent::Get().GetConversationId();
 	const FScopedTransaction Transaction(FText::FromString(GetKestrelTransactionName(ConversationId)));

@@ -1,5 +1,6 @@
 #include "Agent/BlueprintPackage.h"
 
+#include "Agent/BlueprintDocument.h"
 #include "Agent/FileUtils.h"
 #include "Agent/MessageCapture.h"
 #include "Engine/Blueprint.h"
@@ -17,15 +18,6 @@
 
 namespace BlueprintPackage
 {
-/** Absolute, as revision control has it; empty for a package without a place on the disk. */
-FString GetFileName(const UBlueprint& Blueprint)
-{
-	FString FileName;
-	const bool bHasPlace = FPackageName::TryConvertLongPackageNameToFilename(
-		Blueprint.GetOutermost()->GetName(), FileName, FPackageName::GetAssetPackageExtension());
-	return bHasPlace ? FPaths::ConvertRelativePathToFull(FileName) : FString();
-}
-
 /** What revision control knows of the file now; null when there is none, or none that works. */
 FSourceControlStatePtr GetState(const FString& FileName)
 {
@@ -80,14 +72,31 @@ FString MarkForAdd(const FString& FileName)
 }
 }
 
+FString KestrelBlueprintPackage::GetFileName(const FString& PackageName)
+{
+	constexpr bool bIncludeReadOnlyRoots = true;
+	FString FileName;
+	const bool bHasPlace = KestrelBlueprintDocument::CanBeName(PackageName) &&
+						   FPackageName::IsValidLongPackageName(PackageName, bIncludeReadOnlyRoots) &&
+						   FPackageName::TryConvertLongPackageNameToFilename(
+							   PackageName, FileName, FPackageName::GetAssetPackageExtension());
+	return bHasPlace ? FPaths::ConvertRelativePathToFull(FileName) : FString();
+}
+
+bool KestrelBlueprintPackage::IsUnsaved(const UBlueprint& Blueprint)
+{
+	return IsValid(&Blueprint) && Blueprint.IsAsset() && Blueprint.GetOutermost()->IsDirty() &&
+		   Blueprint.GetOutermost() != GetTransientPackage();
+}
+
 FString KestrelBlueprintPackage::CheckOut(const UBlueprint& Blueprint)
 {
-	return BlueprintPackage::CheckOutFile(BlueprintPackage::GetFileName(Blueprint));
+	return BlueprintPackage::CheckOutFile(GetFileName(Blueprint.GetOutermost()->GetName()));
 }
 
 KestrelBlueprintPackage::FOutcome KestrelBlueprintPackage::Save(UBlueprint& Blueprint, EObjectFlags TopLevelFlags)
 {
-	const FString FileName = BlueprintPackage::GetFileName(Blueprint);
+	const FString FileName = GetFileName(Blueprint.GetOutermost()->GetName());
 	if (FileName.IsEmpty())
 	{
 		return { false, TEXT("The package has no place on the disk.") };

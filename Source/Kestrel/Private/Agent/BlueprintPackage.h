@@ -15,6 +15,10 @@ struct FOutcome
 	FString Reason;
 };
 
+/** Where a package is or will be saved, absolute; empty for one without a place on the disk. */
+FString GetFileName(const FString& PackageName);
+/** Whether saving all would save it: an asset that has changed in memory, or is only there. */
+bool IsUnsaved(const UBlueprint& Blueprint);
 /**
  * Checks out a file that revision control keeps read-only until then. Nothing is to do for one that is new, or that it
  * does not keep.

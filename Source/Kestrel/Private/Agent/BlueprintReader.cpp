@@ -183,8 +183,13 @@ TSharedRef<FJsonObject> Select(const FJsonObject& Document, const FString& DataS
 
 FString FKestrelBlueprintUtils::ReadBlueprint(const FString& BlueprintName, FString DataSubset)
 {
+	return ReadBlueprint(FKestrelAssetFinder().Find(*UBlueprint::StaticClass(), BlueprintName), DataSubset);
+}
+
+FString FKestrelBlueprintUtils::ReadBlueprint(const FKestrelAssetAddress& Address, const FString& DataSubset)
+{
 	FString Error;
-	const UBlueprint* Blueprint = KestrelBlueprintLookup::LoadBlueprint(BlueprintName, Error);
+	const UBlueprint* Blueprint = KestrelBlueprintLookup::LoadBlueprint(Address, Error);
 	if (!Blueprint)
 	{
 		return SerializeJson(KestrelBlueprintDocument::MakeError(Error));
@@ -193,7 +198,7 @@ FString FKestrelBlueprintUtils::ReadBlueprint(const FString& BlueprintName, FStr
 	if (!Class)
 	{
 		return SerializeJson(KestrelBlueprintDocument::MakeError(
-			FString::Printf(TEXT("Loaded asset is not a Blueprint: %s"), *BlueprintName)));
+			FString::Printf(TEXT("Loaded asset is not a Blueprint: %s"), *Address.Name)));
 	}
 	return SerializeJson(BlueprintReader::Select(*BlueprintReader::MakeDocument(*Blueprint, *Class), DataSubset));
 }

@@ -13,14 +13,15 @@ class UEdGraphNode;
 class UObject;
 struct FAssetData;
 struct FEdGraphPinType;
+struct FKestrelAssetAddress;
 
 /**
  * Reads, makes, saves and compiles Blueprints, and reads behavior trees.
  *
  * Assets are named by their short names, in whatever folder they lie, ignoring case; of several, the first one that the
- * asset registry knows is taken. Assets of classes derived from Blueprint are Blueprints, too. Results are JSON in one
- * line unless said otherwise; a failure is an object with the member "Error". All of it happens at once, on the game
- * thread.
+ * asset registry knows is taken. Whoever has found out which one that is says so with an address. Assets of classes
+ * derived from Blueprint are Blueprints, too. Results are JSON in one line unless said otherwise; a failure is an
+ * object with the member "Error". All of it happens at once, on the game thread.
  */
 class FKestrelBlueprintUtils
 {
@@ -31,9 +32,11 @@ public:
 	 * @param DataSubset  "All", or the name of the one section to read beside "Name" and "Path"
 	 */
 	static FString ReadBlueprint(const FString& BlueprintName, FString DataSubset);
+	static FString ReadBlueprint(const FKestrelAssetAddress& Address, const FString& DataSubset);
 	/** "Name", "Class" and "Nodes" with their pins and links. */
 	static TSharedPtr<FJsonObject> ReadEdGraph(const UEdGraph* Graph);
 	static FString ReadBehaviorTree(const FString& BehaviorTreeName);
+	static FString ReadBehaviorTree(const FKestrelAssetAddress& Address);
 	static FString SerializeJson(const TSharedPtr<FJsonObject>& Object);
 
 	// Looking up; null when there is nothing of the name.
@@ -70,6 +73,7 @@ public:
 	 * with "Reason" when the file could not be written
 	 */
 	static FString ModifyBlueprint(const FString& BlueprintName, const FString& Modifications);
+	static FString ModifyBlueprint(const FKestrelAssetAddress& Address, const FString& Modifications);
 	/**
 	 * Makes and changes variables, which an object names and describes, and sets "VariableModifications".
 	 *

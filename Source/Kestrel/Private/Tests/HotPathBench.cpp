@@ -75,6 +75,33 @@ FString PlanEdits(int32 Run)
 	return FString::Printf(TEXT("%d replacements"), NumReplacements);
 }
 
+/** A read and a replacement in each of many small files, as one answer with all of them waits for approval. */
+FString PlanTools(int32 NumFiles)
+{
+	FKestrelToolPlanner Planner(EKestrelLookAhead::Limited);
+	int32 NumReplacements = 0;
+	for (int32 Index = 0; Index < NumFiles; ++Index)
+	{
+		const TSharedPtr<FJsonObject> Input = MakeShared<FJsonObject>();
+		Input->SetStringField(TEXT("path"), FString::Printf(TEXT("Source/Part%d/File%d.cpp"), Index % 100, Index));
+		Input->SetStringField(TEXT("old_string"), TEXT("Health"));
+		Input->SetStringField(TEXT("new_string"), TEXT("Life"));
+		Planner.Plan(KestrelToolNames::ReadFile, TEXT("id"), Input);
+		NumReplacements += Planner.Plan(KestrelToolNames::UpdateFile, TEXT("id"), Input)->NumReplacements.Get(0);
+	}
+	return FString::Printf(TEXT("%d replacements"), NumReplacements);
+}
+
+FString PlanManyTools(int32 Run)
+{
+	return PlanTools(5000);
+}
+
+FString PlanHalfOfManyTools(int32 Run)
+{
+	return PlanTools(2500);
+}
+
 /** The lines of two large texts compared. */
 FString CompareLines(int32 Run)
 {
@@ -101,6 +128,8 @@ const FBench Benches[] = {
 	{ TEXT("FindReference"), FindReference },
 	{ TEXT("ReplaceText"), ReplaceText, BeginConversation },
 	{ TEXT("PlanEdits"), PlanEdits },
+	{ TEXT("PlanManyTools"), PlanManyTools, nullptr, 3 },
+	{ TEXT("PlanHalfOfManyTools"), PlanHalfOfManyTools, nullptr, 3 },
 	{ TEXT("CompareLines"), CompareLines },
 	{ TEXT("ReadBlueprint"), KestrelBlueprintBench::ReadBlueprint, nullptr, ManyRuns },
 	{ TEXT("ReadHalfBlueprint"), KestrelBlueprintBench::ReadHalfBlueprint, nullptr, ManyRuns },

@@ -101,7 +101,7 @@ void FKestrelToolPlanSpec::Define()
 			TEXT("2 /Game/Doors/BP_B (Pawn) (cannot be undone) !"),
 			TEXT("3 BP_A [>{") LINE_TERMINATOR TEXT("\t\"Functions\": []") LINE_TERMINATOR TEXT("}]"),
 			TEXT("3 BP_A [>no document]"),
-			TEXT("3  (saves your own unsaved changes too) !"),
+			TEXT("3 /Game/Doors/BP_B (saves your own unsaved changes too) !"),
 			TEXT("5 no_such_tool ! ? Error: Unknown tool 'no_such_tool'"),
 			TEXT("4  ! ? Error: Missing required path field"),
 		};

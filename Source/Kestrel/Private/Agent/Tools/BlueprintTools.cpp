@@ -2,7 +2,9 @@
 #include "Agent/JsonText.h"
 #include "Agent/KestrelBlueprintUtils.h"
 #include "Agent/Tools/ToolPlan.h"
+#include "BehaviorTree/BehaviorTree.h"
 #include "Dom/JsonObject.h"
+#include "Engine/Blueprint.h"
 
 #define LOCTEXT_NAMESPACE "KestrelBlueprintTools"
 
@@ -15,9 +17,8 @@ const FKestrelToolField ParentClassName = { TEXT("BPParentClassName"), EKestrelF
 	TEXT("The parent class: a name, as Actor, or a class path.") };
 
 // The three tools word a missing name in three ways.
-const FKestrelToolField ReadName = { TEXT("blueprint_name"), EKestrelFieldType::Text,
-	TEXT("The Blueprint's name or path."), EKestrelPresence::Required,
-	TEXT("Error: Missing required fields: blueprint_name") };
+const FKestrelToolField ReadName = { TEXT("blueprint_name"), EKestrelFieldType::Text, TEXT("The Blueprint's name."),
+	EKestrelPresence::Required, TEXT("Error: Missing required fields: blueprint_name") };
 const FKestrelToolField DataSubset = { TEXT("data_subset"), EKestrelFieldType::Text,
 	TEXT("The part of the Blueprint to read."), EKestrelPresence::Required,
 	TEXT("Error: Missing required fields: data_subset") };
@@ -27,13 +28,17 @@ const FKestrelToolField Updates = { TEXT("updates"), EKestrelFieldType::Text,
 	TEXT("The modifications: a JSON document as a string."), EKestrelPresence::Required,
 	TEXT("Error: Missing required fields - updates") };
 const FKestrelToolField TreeName = { TEXT("behavior_tree_name"), EKestrelFieldType::Text,
-	TEXT("The behavior tree's name or path.") };
+	TEXT("The behavior tree's name.") };
 
-void PlanCreate(FKestrelProjectView&, FKestrelToolPlan& Plan)
+void PlanCreate(FKestrelProjectView& View, FKestrelToolPlan& Plan)
 {
-	Plan.Target = FString::Printf(
-		TEXT("%s (%s)"), *(Plan.Input.Get(FolderPath) / Plan.Input.Get(NewName)), *Plan.Input.Get(ParentClassName));
 	Plan.Caution(LOCTEXT("NewAssetStays", "cannot be undone"));
+	const FString PackageName = Plan.Input.Get(FolderPath) / Plan.Input.Get(NewName);
+	if (!Plan.SetNewAsset(View, PackageName))
+	{
+		Plan.Target = PackageName;
+	}
+	Plan.Target += FString::Printf(TEXT(" (%s)"), *Plan.Input.Get(ParentClassName));
 }
 
 FString ApplyCreate(const FKestrelToolPlan& Plan)
@@ -42,14 +47,14 @@ FString ApplyCreate(const FKestrelToolPlan& Plan)
 		Plan.Input.Get(FolderPath), Plan.Input.Get(NewName), Plan.Input.Get(ParentClassName));
 }
 
-void PlanRead(FKestrelProjectView&, FKestrelToolPlan& Plan)
+void PlanRead(FKestrelProjectView& View, FKestrelToolPlan& Plan)
 {
-	Plan.Target = Plan.Input.Get(ReadName);
+	Plan.SetAsset(View, &UBlueprint::StaticClass, Plan.Input.Get(ReadName));
 }
 
 FString ApplyRead(const FKestrelToolPlan& Plan)
 {
-	return FKestrelBlueprintUtils::ReadBlueprint(Plan.Input.Get(ReadName), Plan.Input.Get(DataSubset));
+	return FKestrelBlueprintUtils::ReadBlueprint(Plan.Asset, Plan.Input.Get(DataSubset));
 }
 
 /** Whether a string in a JSON document holds a NUL, which is always escaped there. A backslash is only in strings. */
@@ -62,7 +67,7 @@ bool HoldsNul(const FString& Json)
 			continue;
 		}
 		++Index; // what is escaped begins no escape itself
-		if (Json.Mid(Index, 5).Equals(TEXT("u0000")))
+		if (FCString::Strncmp(*Json + Index, TEXT("u0000"), 5) == 0)
 		{
 			return true;
 		}
@@ -70,25 +75,29 @@ bool HoldsNul(const FString& Json)
 	return false;
 }
 
-/** The modifications as a person can read them; a text that is none, as it is. */
-void PlanModify(FKestrelProjectView&, FKestrelToolPlan& Plan)
+/** The modifications as a person can read them; a text that is none, or has a length that nobody reads, as it is. */
+FString Format(const FString& Text)
 {
-	Plan.Target = Plan.Input.Get(ModifiedName);
+	constexpr int32 MaxLength = 256 * 1024; // indented, a text may be a hundred times as long
+	const TSharedPtr<FJsonObject> Document = Text.Len() <= MaxLength ? KestrelJson::ParseObject(Text) : nullptr;
+	return Document.IsValid() ? KestrelJson::ToPrettyText(Document.ToSharedRef()) : Text;
+}
+
+void PlanModify(FKestrelProjectView& View, FKestrelToolPlan& Plan)
+{
+	Plan.SetAsset(View, &UBlueprint::StaticClass, Plan.Input.Get(ModifiedName));
 	const FString& Text = Plan.Input.Get(Updates);
 	if (HoldsNul(Text))
 	{
 		Plan.Refuse(KestrelTools::MakeNulError(Updates));
 	}
-	const TSharedPtr<FJsonObject> Document = KestrelJson::ParseObject(Text);
-	Plan.Change =
-		FKestrelChange{ FString(), Document.IsValid() ? KestrelJson::ToPrettyText(Document.ToSharedRef()) : Text };
+	Plan.SetChange(View, FString(), Format(Text));
 }
 
 FString ApplyModify(const FKestrelToolPlan& Plan)
 {
 	FAgent::Get().OfferUndoOfThisConversation();
-	const FString Document =
-		FKestrelBlueprintUtils::ModifyBlueprint(Plan.Input.Get(ModifiedName), Plan.Input.Get(Updates));
+	const FString Document = FKestrelBlueprintUtils::ModifyBlueprint(Plan.Asset, Plan.Input.Get(Updates));
 	const TSharedPtr<FJsonObject> Result = KestrelJson::ParseObject(Document);
 	FString Error;
 	if (!Result.IsValid() || !Result->TryGetStringField(TEXT("Error"), Error))
@@ -101,19 +110,20 @@ FString ApplyModify(const FKestrelToolPlan& Plan)
 	return TEXT("Error: ") + Error + (Reason.IsEmpty() ? Reason : TEXT(" ") + Reason);
 }
 
-void PlanReadTree(FKestrelProjectView&, FKestrelToolPlan& Plan)
+void PlanReadTree(FKestrelProjectView& View, FKestrelToolPlan& Plan)
 {
-	Plan.Target = Plan.Input.Get(TreeName);
+	Plan.SetAsset(View, &UBehaviorTree::StaticClass, Plan.Input.Get(TreeName));
 }
 
 FString ApplyReadTree(const FKestrelToolPlan& Plan)
 {
-	return FKestrelBlueprintUtils::ReadBehaviorTree(Plan.Input.Get(TreeName));
+	return FKestrelBlueprintUtils::ReadBehaviorTree(Plan.Asset);
 }
 
-void PlanSave(FKestrelProjectView&, FKestrelToolPlan& Plan)
+void PlanSave(FKestrelProjectView& View, FKestrelToolPlan& Plan)
 {
 	Plan.Caution(LOCTEXT("SavedStays", "saves your own unsaved changes too"));
+	Plan.SetUnsavedAssets(View);
 }
 
 FString ApplySave(const FKestrelToolPlan&)

@@ -5,6 +5,7 @@
 #include "Agent/Tools/PathReview.h"
 #include "Agent/Tools/ToolPlan.h"
 #include "GenericPlatform/GenericPlatformFile.h"
+#include "HAL/FileManager.h"
 #include "HAL/PlatformFileManager.h"
 #include "Misc/Paths.h"
 #include "Widget/KestrelInterface.h"
@@ -46,12 +47,16 @@ FString GetFullCppPath(const FKestrelToolPlan& Plan)
 	return FFileUtils::ToAbsolutePath(FPaths::Combine(Plan.Input.Get(CppFolder), Plan.Input.Get(CppName)));
 }
 
-/** A file that was not looked at has no text that could be told. */
-void SetChange(const FString& Before, const FString& After, FKestrelToolPlan& Plan)
+/** What the tool leaves behind, for those after it; what cannot be shown is not kept either. */
+void Leave(const FString& Text, FKestrelProjectView& View, const FKestrelToolPlan& Plan)
 {
-	if (!Plan.bIsBeyondLimits)
+	if (Plan.bIsBeyondLimits)
 	{
-		Plan.Change = FKestrelChange{ Before, After };
+		View.WriteUnseen(Plan.FilePath);
+	}
+	else
+	{
+		View.Write(Plan.FilePath, Text);
 	}
 }
 
@@ -62,6 +67,10 @@ bool ExpectText(const FKestrelFileState& State, FKestrelToolPlan& Plan)
 	if (!State.bExists)
 	{
 		Plan.Refuse(FFileUtils::MakeError(TEXT("File does not exist"), Plan.FilePath));
+	}
+	else if (State.bIsTooLarge)
+	{
+		Plan.Refuse(FFileUtils::MakeError(TEXT("File is larger than 256 MB and was left as it is"), Plan.FilePath));
 	}
 	else if (!State.bIsRead && !State.bIsBeyondLimits)
 	{
@@ -79,7 +88,7 @@ void NoteEncoding(const FString& After, FKestrelToolPlan& Plan)
 }
 
 /** Why a file cannot be created, as far as that can be seen; empty when it should work. */
-FString PredictCreation(const FString& FullPath, const FKestrelProjectView& View)
+FString PredictCreation(const FString& FullPath, FKestrelProjectView& View)
 {
 	constexpr int32 MaxNameBytes = 255; // of the usual file systems
 	const FString Folder = FPaths::GetPath(FullPath);
@@ -106,8 +115,8 @@ void PlanReplacement(const FString& Text, FKestrelProjectView& View, FKestrelToo
 	const FKestrelFileState State = View.Look(Plan.FilePath);
 	if (ExpectText(State, Plan))
 	{
-		SetChange(State.Text, Text, Plan);
-		View.Write(Plan.FilePath, Text);
+		Plan.SetChange(View, State.Text, Text);
+		Leave(Text, View, Plan);
 	}
 }
 
@@ -121,14 +130,14 @@ void PlanCreation(const FString& Text, FKestrelProjectView& View, FKestrelToolPl
 		Plan.Refuse(Problem);
 		return;
 	}
-	SetChange(FString(), Text, Plan);
+	Plan.SetChange(View, FString(), Text);
 	NoteEncoding(Text, Plan);
-	View.Write(Plan.FilePath, Text);
+	Leave(Text, View, Plan);
 }
 
 void PlanCreateFile(FKestrelProjectView& View, FKestrelToolPlan& Plan)
 {
-	Plan.SetFile(GetFullPath(Plan));
+	Plan.SetFile(View, GetFullPath(Plan));
 	const FString& Text = Plan.Input.Get(FileText);
 	if (View.Exists(Plan.FilePath))
 	{
@@ -147,7 +156,7 @@ void PlanCreateFile(FKestrelProjectView& View, FKestrelToolPlan& Plan)
 /** To create a file that exists means to replace it. */
 void PlanCreateCpp(FKestrelProjectView& View, FKestrelToolPlan& Plan)
 {
-	Plan.SetFile(GetFullCppPath(Plan));
+	Plan.SetFile(View, GetFullCppPath(Plan));
 	if (View.Exists(Plan.FilePath))
 	{
 		Plan.Status = KestrelTools::Find(KestrelToolNames::ReplaceCpp)->Status;
@@ -161,7 +170,7 @@ void PlanCreateCpp(FKestrelProjectView& View, FKestrelToolPlan& Plan)
 
 void PlanReplaceCpp(FKestrelProjectView& View, FKestrelToolPlan& Plan)
 {
-	Plan.SetFile(GetFullCppPath(Plan));
+	Plan.SetFile(View, GetFullCppPath(Plan));
 	PlanReplacement(Plan.Input.Get(Contents), View, Plan);
 }
 
@@ -175,13 +184,64 @@ bool ExpectEditableText(const FKestrelFileState& State, FKestrelToolPlan& Plan)
 	return Plan.Refusal.IsEmpty() && !State.bIsBeyondLimits;
 }
 
+/**
+ * How long a text can become at most. A match may be shorter than the old string, which can have four spaces where the
+ * text has a tab.
+ */
+int64 GetLongestResult(const FString& Text, const FString& Old, const FString& New)
+{
+	constexpr int32 SpacesPerTab = 4;
+	const int64 ShortestMatch = FMath::Max(1, Old.Len() / SpacesPerTab);
+	return Text.Len() + FMath::Max<int64>(0, New.Len() - ShortestMatch) * (Text.Len() / ShortestMatch);
+}
+
+/**
+ * How long the replacements would make the text. Old strings of a character and new ones of many can make more of a
+ * file than memory holds, so they are counted before any of it is made.
+ */
+int64 CountResult(const FString& Text, FKestrelToolPlan& Plan)
+{
+	FString Rest;
+	int32 NumReplacements = 0;
+	const FString Error =
+		FFileUtils::ReplaceInText(Plan.FilePath, Text, Plan.Input.Get(OldString), FString(), Rest, NumReplacements);
+	return Error.IsEmpty() ? Rest.Len() + static_cast<int64>(NumReplacements) * Plan.Input.Get(NewString).Len() : 0;
+}
+
+/** @return false, with the refusal or the mark set, when the text would become too long to be written, or shown */
+bool ExpectLength(const FString& Text, const FKestrelProjectView& View, FKestrelToolPlan& Plan)
+{
+	if (GetLongestResult(Text, Plan.Input.Get(OldString), Plan.Input.Get(NewString)) <= View.GetRoom())
+	{
+		return true;
+	}
+	const int64 Length = CountResult(Text, Plan);
+	if (Length > FKestrelProjectView::MaxTextLength)
+	{
+		Plan.Refuse(FFileUtils::MakeError(TEXT("File would become larger than 256 MB"), Plan.FilePath));
+	}
+	else if (Length > View.GetRoom())
+	{
+		Plan.LeaveForLater();
+	}
+	return Length <= View.GetRoom();
+}
+
 void PlanUpdate(FKestrelProjectView& View, FKestrelToolPlan& Plan)
 {
 	Plan.Operation = EKestrelFileOperation::Update;
-	Plan.SetFile(GetFullPath(Plan));
+	Plan.SetFile(View, GetFullPath(Plan));
 	const FKestrelFileState State = View.Look(Plan.FilePath);
 	if (!ExpectEditableText(State, Plan))
 	{
+		return;
+	}
+	if (!ExpectLength(State.Text, View, Plan))
+	{
+		if (Plan.bIsBeyondLimits)
+		{
+			Leave(FString(), View, Plan);
+		}
 		return;
 	}
 	FString After;
@@ -193,14 +253,14 @@ void PlanUpdate(FKestrelProjectView& View, FKestrelToolPlan& Plan)
 		return; // and yet it runs: a text that nearly matches has the file checked out
 	}
 	Plan.NumReplacements = NumReplacements;
-	SetChange(State.Text, After, Plan);
-	View.Write(Plan.FilePath, After);
+	Plan.SetChange(View, State.Text, After);
+	Leave(After, View, Plan);
 }
 
 void PlanInsertion(FKestrelProjectView& View, FKestrelToolPlan& Plan)
 {
 	Plan.Operation = EKestrelFileOperation::Insert;
-	Plan.SetFile(GetFullPath(Plan));
+	Plan.SetFile(View, GetFullPath(Plan));
 	const int32 LineIndex = FCString::Atoi(*Plan.Input.Get(InsertLine));
 	if (LineIndex < 0)
 	{
@@ -213,15 +273,15 @@ void PlanInsertion(FKestrelProjectView& View, FKestrelToolPlan& Plan)
 		return;
 	}
 	const FString After = FFileUtils::InsertIntoText(State.Text, LineIndex, Plan.Input.Get(NewString), Plan.LineIndex);
-	SetChange(State.Text, After, Plan);
+	Plan.SetChange(View, State.Text, After);
 	NoteEncoding(After, Plan);
-	View.Write(Plan.FilePath, After);
+	Leave(After, View, Plan);
 }
 
 void PlanDeletionOf(const FString& FullPath, FKestrelProjectView& View, FKestrelToolPlan& Plan)
 {
 	Plan.Operation = EKestrelFileOperation::Delete;
-	Plan.SetFile(FullPath);
+	Plan.SetFile(View, FullPath);
 	const FKestrelFileState State = View.Look(FullPath);
 	if (!State.bExists)
 	{
@@ -232,7 +292,7 @@ void PlanDeletionOf(const FString& FullPath, FKestrelProjectView& View, FKestrel
 	}
 	if (ExpectText(State, Plan))
 	{
-		SetChange(State.Text, FString(), Plan);
+		Plan.SetChange(View, State.Text, FString());
 		View.Delete(FullPath);
 	}
 }
@@ -322,7 +382,7 @@ FString ApplyChange(const FKestrelToolPlan& Plan)
 }
 
 /** The file that "read_file" means: a name that is not found may also lie in the project's Source. */
-FString FindFileToRead(const FString& FullPath, const FKestrelProjectView& View)
+FString FindFileToRead(const FString& FullPath, FKestrelProjectView& View)
 {
 	if (View.Exists(FullPath))
 	{
@@ -337,7 +397,7 @@ void PlanReading(FKestrelProjectView& View, FKestrelToolPlan& Plan)
 {
 	const FString Asked = GetFullPath(Plan);
 	const FString Found = FindFileToRead(Asked, View);
-	Plan.SetFile(Found.IsEmpty() ? Asked : Found);
+	Plan.SetFile(View, Found.IsEmpty() ? Asked : Found);
 	if (Plan.Input.AreLinesBroken())
 	{
 		Plan.Refuse(TEXT("Error: view_range must be an array of two numbers"));
@@ -352,11 +412,26 @@ void PlanReading(FKestrelProjectView& View, FKestrelToolPlan& Plan)
 	}
 }
 
+/**
+ * A log or a dump may be larger than memory, and a model takes in much less: a file is loaded whole, also for some of
+ * its lines, and its text waits in memory for the next request.
+ */
 FString ApplyReading(const FKestrelToolPlan& Plan)
 {
+	constexpr int64 MaxFileBytes = 64 * 1024 * 1024;
+	constexpr int32 MaxTextLength = 8 * 1024 * 1024;
+	if (IFileManager::Get().FileSize(*Plan.FilePath) > MaxFileBytes)
+	{
+		return FFileUtils::MakeError(TEXT("File is larger than 64 MB and was not read"), Plan.FilePath);
+	}
 	const TOptional<FKestrelLineRange> Lines = Plan.Input.GetLines();
-	return Lines.IsSet() ? FFileUtils::ReadFileLineRange(Plan.FilePath, Lines->StartLine, Lines->EndLine)
-						 : FFileUtils::ReadFile(Plan.FilePath);
+	const FString Text = Lines.IsSet() ? FFileUtils::ReadFileLineRange(Plan.FilePath, Lines->StartLine, Lines->EndLine)
+									   : FFileUtils::ReadFile(Plan.FilePath);
+	return Text.Len() <= MaxTextLength
+			   ? Text
+			   : FFileUtils::MakeError(
+					 TEXT("The text has more than 8,388,608 characters. Read a smaller view_range of the file"),
+					 Plan.FilePath);
 }
 
 /** Joined, not made absolute: "/" is the project's own root then, and not the machine's. */
@@ -374,7 +449,7 @@ bool IsInProject(const FString& Folder)
 	return FPaths::CollapseRelativeDirectories(FullPath) && FPaths::IsUnderDirectory(FullPath, FPaths::ProjectDir());
 }
 
-void PlanTree(FKestrelProjectView&, FKestrelToolPlan& Plan)
+void PlanTree(FKestrelProjectView& View, FKestrelToolPlan& Plan)
 {
 	const FString Folder = GetFolder(Plan);
 	Plan.Target = Plan.Input.Get(DirPath) / TEXT("");
@@ -384,8 +459,8 @@ void PlanTree(FKestrelProjectView&, FKestrelToolPlan& Plan)
 		Plan.Refuse(FString::Printf(TEXT("Error: The folder lies outside of the project: %s"), *Folder));
 		return;
 	}
-	const FKestrelPathReview Review = FKestrelPathReview::Of(FPaths::ConvertRelativePathToFull(Folder));
-	Plan.Target = Review.ShownPath / TEXT("");
+	const FKestrelPathReview Review = View.Review(FPaths::ConvertRelativePathToFull(Folder));
+	Plan.Target = (Review.ShownPath + Review.ShownTarget) / TEXT("");
 	Plan.Cautions.Append(Review.Cautions);
 }
 

@@ -69,7 +69,8 @@ struct FPlace
 {
 	TArray<FString> Folders;
 	FString Name;
-	FString RealPath;
+	FString Path;
+	TArrayView<const FString> OwnFolders;
 
 	bool IsBelow(TArrayView<const TCHAR* const> FolderNames) const
 	{
@@ -108,26 +109,47 @@ bool IsProgram(const FPlace& Place)
 		   Place.IsBelow(TEXT("Binaries"));
 }
 
-/** The plugin's folder in the project, the one that it was loaded from, and what it saves. */
+FString WithoutSlash(const FString& Folder)
+{
+	return Folder.Len() > 1 && Folder.EndsWith(TEXT("/")) ? Folder.LeftChop(1) : Folder;
+}
+
+/** Both absolute and without relative parts: nearly all paths can be told apart before the engine takes them apart. */
+bool IsUnder(const FString& Path, const FString& Folder)
+{
+	return Path.StartsWith(Folder, ESearchCase::IgnoreCase) && FPaths::IsUnderDirectory(Path, Folder);
+}
+
 bool IsOfThisPlugin(const FPlace& Place)
 {
-	const TSharedPtr<IPlugin> Plugin = IPluginManager::Get().FindPlugin(TEXT("Kestrel"));
-	const FString RealProjectDir =
-		KestrelNativeFile::ResolveLinks(FPaths::ConvertRelativePathToFull(FPaths::ProjectDir()));
-	const FString Folders[] = { Plugin.IsValid() ? Plugin->GetBaseDir() : FString(),
-		FPaths::ProjectPluginsDir() / TEXT("kestrel-unreal"), FPaths::ProjectSavedDir() / TEXT("Kestrel") };
-	for (const FString& Folder : Folders)
+	for (const FString& Folder : Place.OwnFolders)
 	{
-		const FString RealFolder =
-			Folder.IsEmpty() ? Folder : KestrelNativeFile::ResolveLinks(FPaths::ConvertRelativePathToFull(Folder));
-		// A project inside the plugin's folder, one for its tests, is a project like any other.
-		if (!RealFolder.IsEmpty() && FPaths::IsUnderDirectory(Place.RealPath, RealFolder) &&
-			!FPaths::IsUnderDirectory(RealProjectDir, RealFolder))
+		if (IsUnder(Place.Path, Folder))
 		{
 			return true;
 		}
 	}
 	return false;
+}
+
+/** The plugin's folder in the project, the one that it was loaded from, and what it saves. */
+TArray<FString> FindOwnFolders(const FString& RealProjectDir)
+{
+	const TSharedPtr<IPlugin> Plugin = IPluginManager::Get().FindPlugin(TEXT("Kestrel"));
+	const FString Folders[] = { Plugin.IsValid() ? Plugin->GetBaseDir() : FString(),
+		FPaths::ProjectPluginsDir() / TEXT("kestrel-unreal"), FPaths::ProjectSavedDir() / TEXT("Kestrel") };
+	TArray<FString> RealFolders;
+	for (const FString& Folder : Folders)
+	{
+		const FString RealFolder =
+			Folder.IsEmpty() ? Folder : KestrelNativeFile::ResolveLinks(FPaths::ConvertRelativePathToFull(Folder));
+		// A project inside the plugin's folder, one for its tests, is a project like any other.
+		if (!RealFolder.IsEmpty() && !FPaths::IsUnderDirectory(RealProjectDir, RealFolder))
+		{
+			RealFolders.Add(RealFolder);
+		}
+	}
+	return RealFolders;
 }
 
 /** The user's own settings, keys among them. */
@@ -136,17 +158,14 @@ bool IsUserSettings(const FPlace& Place)
 	return Place.IsBelow(TEXT("Saved")) && Place.IsBelow(TEXT("Config"));
 }
 
-FPlace MakePlace(const FString& FullPath, const FString& ProjectDir)
+/** @param InProject  the path below the project, or the whole one when it lies elsewhere */
+FPlace MakePlace(const FString& Path, const FString& InProject, TArrayView<const FString> OwnFolders)
 {
 	FPlace Place;
-	Place.RealPath = FullPath;
-	FString InProjectPath = FullPath;
+	Place.Path = Path;
+	Place.OwnFolders = OwnFolders;
 	// The names of the folders that the project itself lies in say nothing about a file of the project.
-	if (FPaths::IsUnderDirectory(FullPath, ProjectDir))
-	{
-		FPaths::MakePathRelativeTo(InProjectPath, *(ProjectDir / TEXT("")));
-	}
-	Place.Folders = SplitPath(InProjectPath);
+	Place.Folders = SplitPath(InProject);
 	Place.Name = Place.Folders.IsEmpty() ? FString() : Place.Folders.Pop();
 	return Place;
 }
@@ -170,18 +189,20 @@ struct FRule
 	FText Caution;
 	/** Even reading tells the service what it has no business to know. */
 	bool bForReading = false;
+	/** Whoever made the project had no business there. */
+	bool bIsNotOfProject = false;
 };
 
 const TArray<FRule>& GetRules()
 {
 	static const TArray<FRule> Rules = {
-		{ IsOfVersionControl, LOCTEXT("VersionControl", "version control settings"), true },
+		{ IsOfVersionControl, LOCTEXT("VersionControl", "version control settings"), true, true },
 		{ IsUserSettings, LOCTEXT("UserSettings", "your own settings"), true },
 		{ IsBuildRule, LOCTEXT("BuildFile", "build file") },
 		{ IsProjectDescriptor, LOCTEXT("ProjectFile", "project or plugin descriptor") },
 		{ IsConfiguration, LOCTEXT("Configuration", "configuration") },
 		{ IsProgram, LOCTEXT("Program", "runs as a program") },
-		{ IsOfThisPlugin, LOCTEXT("OwnFiles", "this plugin's own files") },
+		{ IsOfThisPlugin, LOCTEXT("OwnFiles", "this plugin's own files"), false, true },
 	};
 	return Rules;
 }
@@ -189,44 +210,56 @@ const TArray<FRule>& GetRules()
 
 FKestrelPathReview FKestrelPathReview::Of(const FString& FullPath)
 {
-	FKestrelPathReview Review;
-	Review.RealPath = KestrelNativeFile::ResolveLinks(FullPath);
-	const FString ProjectDir = FPaths::ConvertRelativePathToFull(FPaths::ProjectDir());
-	Review.ShownPath = FullPath;
-	if (FPaths::IsUnderDirectory(FullPath, ProjectDir))
-	{
-		FPaths::MakePathRelativeTo(Review.ShownPath, *(ProjectDir / TEXT("")));
-	}
+	return FKestrelPathReviewer().Review(FullPath, KestrelNativeFile::ResolveLinks(FullPath));
+}
 
-	const FString RealProjectDir = KestrelNativeFile::ResolveLinks(ProjectDir);
-	if (Review.RealPath.IsEmpty())
+FKestrelPathReviewer::FKestrelPathReviewer()
+	: ProjectDir(PathReview::WithoutSlash(FPaths::ConvertRelativePathToFull(FPaths::ProjectDir())))
+	, RealProjectDir(PathReview::WithoutSlash(KestrelNativeFile::ResolveLinks(ProjectDir)))
+	, OwnFolders(PathReview::FindOwnFolders(RealProjectDir))
+{
+}
+
+FKestrelPathReview FKestrelPathReviewer::Review(const FString& GivenPath, const FString& RealPath) const
+{
+	const FString FullPath = FPaths::ConvertRelativePathToFull(GivenPath);
+	const FString Real = RealPath.IsEmpty() ? FullPath : FPaths::ConvertRelativePathToFull(RealPath);
+	const bool bFullIsUnder = PathReview::IsUnder(FullPath, ProjectDir);
+	const bool bIsWithoutLinks = Real.Equals(FullPath) && RealProjectDir.Equals(ProjectDir);
+	const bool bRealIsUnder = bIsWithoutLinks ? bFullIsUnder : PathReview::IsUnder(Real, RealProjectDir);
+	const FString FullInProject = bFullIsUnder ? FullPath.RightChop(ProjectDir.Len() + 1) : FullPath;
+	const FString RealInProject = bRealIsUnder ? Real.RightChop(RealProjectDir.Len() + 1) : Real;
+
+	FKestrelPathReview Review;
+	Review.RealPath = RealPath;
+	Review.ShownPath = FullInProject;
+	if (RealPath.IsEmpty())
 	{
 		Review.Cautions.Add(LOCTEXT("UnknownPlace", "behind a link that cannot be resolved"));
 	}
-	else if (!FPaths::IsUnderDirectory(Review.RealPath, RealProjectDir))
+	else if (!bRealIsUnder)
 	{
 		Review.Cautions.Add(LOCTEXT("Outside", "outside the project"));
 	}
-	const FString InProject = FullPath.RightChop(ProjectDir.Len());
-	if (!Review.RealPath.IsEmpty() && !Review.RealPath.Equals(FullPath) &&
-		!Review.RealPath.Equals(RealProjectDir / InProject))
+	// A project that is itself behind a link says nothing about its files.
+	if (!RealPath.IsEmpty() && !(bFullIsUnder == bRealIsUnder && RealInProject.Equals(FullInProject)))
 	{
-		Review.ShownPath += TEXT(" -> ") + Review.RealPath;
+		Review.ShownTarget = TEXT(" -> ") + RealPath;
 	}
 
 	// A link may hide what a file is by either of its names.
-	const PathReview::FPlace Places[] = {
-		PathReview::MakePlace(Review.RealPath.IsEmpty() ? FullPath : Review.RealPath, RealProjectDir),
-		PathReview::MakePlace(FullPath, ProjectDir),
-	};
-	Review.bIsOfProject = Review.Cautions.IsEmpty() &&
-						  !PathReview::AppliesToOne(PathReview::IsOfVersionControl, Places) &&
-						  !PathReview::AppliesToOne(PathReview::IsOfThisPlugin, Places);
+	TArray<PathReview::FPlace> Places = { PathReview::MakePlace(Real, RealInProject, OwnFolders) };
+	if (!bIsWithoutLinks)
+	{
+		Places.Add(PathReview::MakePlace(FullPath, FullInProject, OwnFolders));
+	}
+	Review.bIsOfProject = Review.Cautions.IsEmpty();
 	for (const PathReview::FRule& Rule : PathReview::GetRules())
 	{
 		if (PathReview::AppliesToOne(Rule.Applies, Places))
 		{
 			(Rule.bForReading ? Review.Cautions : Review.CautionsOfChange).Add(Rule.Caution);
+			Review.bIsOfProject &= !Rule.bIsNotOfProject;
 		}
 	}
 	return Review;

@@ -15,10 +15,29 @@ struct FKestrelPathReview
 	bool bIsOfProject = false;
 	/** The place itself, with links resolved; empty when they cannot be. */
 	FString RealPath;
-	/** The place as people read it: below the project directory, or in full, with where its links lead. */
+	/** The path as people read it: below the project directory, or in full. */
 	FString ShownPath;
+	/** " -> " and the real path, for behind the shown one, when a link makes them two places; else empty. */
+	FString ShownTarget;
 	/** Why to look twice, whatever is done with the file; empty within the project. */
 	TArray<FText> Cautions;
 	/** Why to look twice before the file is changed. */
 	TArray<FText> CautionsOfChange;
+};
+
+/** Reviews a row of paths. Where the project and this plugin lie is found out once. */
+class FKestrelPathReviewer
+{
+public:
+	FKestrelPathReviewer();
+	UE_NONCOPYABLE(FKestrelPathReviewer)
+
+	/** @param GivenPath  absolute. @param RealPath  the same place with links resolved
+	 * (KestrelNativeFile::ResolveLinks) */
+	FKestrelPathReview Review(const FString& GivenPath, const FString& RealPath) const;
+
+private:
+	const FString ProjectDir;
+	const FString RealProjectDir;
+	TArray<FString> OwnFolders; // this plugin's, with links resolved
 };

@@ -45,35 +45,51 @@ FKestrelProjectView::FKestrelProjectView(EKestrelLookAhead InLookAhead)
 {
 }
 
-const FKestrelProjectView::FFile* FKestrelProjectView::Find(const FString& RealPath) const
+const FString& FKestrelProjectView::Resolve(const FString& FullPath)
 {
-	return Files.FindByPredicate([&RealPath](const FFile& File) { return File.RealPath.Equals(RealPath); });
+	TArray<FPath>& Spellings = Paths.FindOrAdd(FullPath);
+	const FPath* Known =
+		Spellings.FindByPredicate([&FullPath](const FPath& Path) { return Path.FullPath.Equals(FullPath); });
+	return Known ? Known->RealPath
+				 : Spellings.Add_GetRef({ FullPath, KestrelNativeFile::ResolveLinks(FullPath) }).RealPath;
 }
 
-bool FKestrelProjectView::Exists(const FString& FullPath) const
+FKestrelProjectView::FFile* FKestrelProjectView::Find(const FString& RealPath)
 {
-	const FFile* File = Find(KestrelNativeFile::ResolveLinks(FullPath));
+	TArray<FFile>* const Spellings = Files.Find(RealPath);
+	return Spellings
+			   ? Spellings->FindByPredicate([&RealPath](const FFile& File) { return File.RealPath.Equals(RealPath); })
+			   : nullptr;
+}
+
+FKestrelPathReview FKestrelProjectView::Review(const FString& FullPath)
+{
+	return Reviewer.Review(FullPath, Resolve(FullPath));
+}
+
+bool FKestrelProjectView::Exists(const FString& FullPath)
+{
+	const FFile* File = Find(Resolve(FullPath));
 	return File ? File->State.bExists : FPaths::FileExists(FullPath);
 }
 
-bool FKestrelProjectView::IsOrdinaryFile(const FString& FullPath) const
+bool FKestrelProjectView::IsOrdinaryFile(const FString& FullPath)
 {
-	const FFile* File = Find(KestrelNativeFile::ResolveLinks(FullPath));
+	const FFile* File = Find(Resolve(FullPath));
 	return File && !File->State.bIsOnDisk ? File->State.bExists : KestrelNativeFile::IsRegularFile(FullPath);
 }
 
 const FKestrelFileState& FKestrelProjectView::Look(const FString& FullPath)
 {
-	const FString RealPath = KestrelNativeFile::ResolveLinks(FullPath);
-	FFile* const File =
-		Files.FindByPredicate([&RealPath](const FFile& Each) { return Each.RealPath.Equals(RealPath); });
+	const FString RealPath = Resolve(FullPath);
+	FFile* const File = Find(RealPath);
 	if (!File)
 	{
-		return Files.Add_GetRef({ RealPath, Load(FullPath) }).State;
+		return Files.FindOrAdd(RealPath).Add_GetRef({ RealPath, Load(FullPath) }).State;
 	}
 	// Each plan keeps texts of its own.
 	const int64 TextSize = File->State.Text.Len();
-	if (File->State.bIsRead && IsBeyondLimits(TextSize))
+	if (File->State.bIsRead && TextSize > GetRoom())
 	{
 		File->State.bIsRead = false;
 		File->State.bIsBeyondLimits = true;
@@ -83,11 +99,25 @@ const FKestrelFileState& FKestrelProjectView::Look(const FString& FullPath)
 	return File->State;
 }
 
-bool FKestrelProjectView::IsBeyondLimits(int64 Size) const
+int64 FKestrelProjectView::GetRoom() const
 {
-	return LookAhead == EKestrelLookAhead::Limited &&
-		   (Size > ProjectView::MaxFileBytes || NumBytesRead + Size > ProjectView::MaxTotalBytes ||
-			   FPlatformTime::Seconds() - StartTime > ProjectView::MaxSeconds);
+	if (LookAhead == EKestrelLookAhead::Unlimited)
+	{
+		return MaxTextLength;
+	}
+	return FPlatformTime::Seconds() - StartTime > ProjectView::MaxSeconds
+			   ? 0
+			   : FMath::Clamp<int64>(ProjectView::MaxTotalBytes - NumBytesRead, 0, ProjectView::MaxFileBytes);
+}
+
+bool FKestrelProjectView::TakeRoomFor(int64 NumCharacters)
+{
+	if (NumCharacters > GetRoom())
+	{
+		return false;
+	}
+	NumBytesRead += NumCharacters;
+	return true;
 }
 
 FKestrelFileState FKestrelProjectView::Load(const FString& FullPath)
@@ -100,8 +130,9 @@ FKestrelFileState FKestrelProjectView::Load(const FString& FullPath)
 	}
 	State.Size = IFileManager::Get().FileSize(*FullPath);
 	State.ModificationTime = IFileManager::Get().GetTimeStamp(*FullPath);
-	State.bIsBeyondLimits = IsBeyondLimits(State.Size);
-	if (State.bIsBeyondLimits)
+	State.bIsTooLarge = State.Size > MaxTextLength;
+	State.bIsBeyondLimits = !State.bIsTooLarge && State.Size > GetRoom();
+	if (State.bIsBeyondLimits || State.bIsTooLarge)
 	{
 		return State;
 	}
@@ -116,9 +147,14 @@ FKestrelFileState FKestrelProjectView::Load(const FString& FullPath)
 
 void FKestrelProjectView::Set(const FString& FullPath, const FKestrelFileState& State)
 {
-	const FString RealPath = KestrelNativeFile::ResolveLinks(FullPath);
-	Files.RemoveAll([&RealPath](const FFile& File) { return File.RealPath.Equals(RealPath); });
-	Files.Add({ RealPath, State });
+	const FString RealPath = Resolve(FullPath);
+	FFile* const File = Find(RealPath);
+	if (File)
+	{
+		File->State = State;
+		return;
+	}
+	Files.FindOrAdd(RealPath).Add({ RealPath, State });
 }
 
 void FKestrelProjectView::Write(const FString& FullPath, const FString& Text)
@@ -128,6 +164,16 @@ void FKestrelProjectView::Write(const FString& FullPath, const FString& Text)
 	State.bIsRead = true;
 	State.Text = Text;
 	State.Content = KestrelTextFile::EContent::Text;
+	State.bIsOnDisk = false;
+	Set(FullPath, State);
+}
+
+void FKestrelProjectView::WriteUnseen(const FString& FullPath)
+{
+	FKestrelFileState State;
+	State.bExists = true;
+	State.bIsBeyondLimits = true;
+	State.Size = -1; // is that of no file on the disk
 	State.bIsOnDisk = false;
 	Set(FullPath, State);
 }

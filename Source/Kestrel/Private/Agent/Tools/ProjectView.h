@@ -1,10 +1,12 @@
 #pragma once
 
 #include "Agent/TextFile.h"
+#include "Agent/Tools/AssetView.h"
+#include "Agent/Tools/PathReview.h"
 #include "CoreMinimal.h"
 #include "Misc/DateTime.h"
 
-/** How much of the files may be read to look ahead. */
+/** How much may be read, and kept in texts, to look ahead. */
 enum class EKestrelLookAhead : uint8
 {
 	/** For a list that somebody reads: large files are left alone, and so are all when it takes too long. */
@@ -24,6 +26,8 @@ struct FKestrelFileState
 	bool bIsRead = false;
 	/** Left unread, as it is too large or there was no time left. */
 	bool bIsBeyondLimits = false;
+	/** Too large for any tool. */
+	bool bIsTooLarge = false;
 	FString Text; // when it is read
 	KestrelTextFile::EContent Content = KestrelTextFile::EContent::Unreadable;
 	int64 Size = 0;             // bytes, as stored
@@ -33,23 +37,35 @@ struct FKestrelFileState
 };
 
 /**
- * The project's files as a row of tools finds them: each sees what those before it would leave behind. Nothing is
- * written, and only ordinary files are opened.
+ * The project's files and assets as a row of tools finds them: each sees what those before it would leave behind.
+ * Nothing is written, and only ordinary files are opened. Where links lead is found out once for each path.
  */
 class FKestrelProjectView
 {
 public:
+	/** Of what a tool may edit: it holds several copies, and the engine's strings end at 2^31 characters. */
+	static constexpr int64 MaxTextLength = 256 * 1024 * 1024;
+
 	explicit FKestrelProjectView(EKestrelLookAhead InLookAhead);
 	UE_NONCOPYABLE(FKestrelProjectView)
 
 	/** @param FullPath  absolute */
 	const FKestrelFileState& Look(const FString& FullPath);
-	bool Exists(const FString& FullPath) const;
+	bool Exists(const FString& FullPath);
 	/** False for what must not be opened: pipes, devices. */
-	bool IsOrdinaryFile(const FString& FullPath) const;
+	bool IsOrdinaryFile(const FString& FullPath);
 	/** What a tool would leave behind, for those after it. */
 	void Write(const FString& FullPath, const FString& Text);
+	/** The same for a text that is beyond the limits. */
+	void WriteUnseen(const FString& FullPath);
 	void Delete(const FString& FullPath);
+
+	FKestrelPathReview Review(const FString& FullPath);
+	/** How long a text may be, one out of the answer or one that a change would lead to, to be kept and shown. */
+	int64 GetRoom() const;
+	/** @return false when there is not as much */
+	bool TakeRoomFor(int64 NumCharacters);
+	FKestrelAssetView& GetAssets() { return Assets; }
 
 private:
 	/** A file under its real path, which tells apart what only differs in case. */
@@ -58,14 +74,24 @@ private:
 		FString RealPath;
 		FKestrelFileState State;
 	};
+	/** A path as it was given. */
+	struct FPath
+	{
+		FString FullPath;
+		FString RealPath;
+	};
 
-	const FFile* Find(const FString& RealPath) const;
+	const FString& Resolve(const FString& FullPath);
+	FFile* Find(const FString& RealPath);
 	void Set(const FString& FullPath, const FKestrelFileState& State);
 	FKestrelFileState Load(const FString& FullPath);
-	bool IsBeyondLimits(int64 Size) const;
 
 	const EKestrelLookAhead LookAhead;
 	const double StartTime; // seconds of FPlatformTime
-	int64 NumBytesRead = 0;
-	TArray<FFile> Files; // few: one a tool
+	int64 NumBytesRead = 0; // and characters kept
+	// By path: in one entry are those that only differ in case.
+	TMap<FString, TArray<FFile>> Files;
+	TMap<FString, TArray<FPath>> Paths;
+	const FKestrelPathReviewer Reviewer;
+	FKestrelAssetView Assets;
 };

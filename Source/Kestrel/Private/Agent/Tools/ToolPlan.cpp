@@ -1,9 +1,12 @@
 #include "Agent/Tools/ToolPlan.h"
 
+#include "Agent/BlueprintDocument.h"
+#include "Agent/BlueprintPackage.h"
 #include "Agent/FileUtils.h"
 #include "Agent/Files/NativeFile.h"
 #include "Agent/Tools/PathReview.h"
 #include "Dom/JsonObject.h"
+#include "Misc/PackageName.h"
 #include "Widget/KestrelInterface.h"
 
 #define LOCTEXT_NAMESPACE "KestrelToolPlan"
@@ -19,26 +22,118 @@ FString GetString(const FJsonObject& Block, const TCHAR* Field)
 }
 }
 
-void FKestrelToolPlan::SetFile(const FString& FullPath)
+void FKestrelToolPlan::AddCautions(const FKestrelPathReview& Review)
 {
-	const FKestrelPathReview Review = FKestrelPathReview::Of(FullPath);
-	FilePath = FullPath;
-	RealPath = Review.RealPath;
-	Target = Review.ShownPath;
-	Cautions.Append(Review.Cautions);
+	const auto Add = [this](const TArray<FText>& Reasons) {
+		for (const FText& Reason : Reasons)
+		{
+			const bool bIsKnown =
+				Cautions.ContainsByPredicate([&Reason](const FText& Known) { return Known.EqualTo(Reason); });
+			if (!bIsKnown)
+			{
+				Cautions.Add(Reason);
+			}
+		}
+	};
+	Add(Review.Cautions);
 	if (Kind != EKestrelToolKind::Read)
 	{
-		Cautions.Append(Review.CautionsOfChange);
+		Add(Review.CautionsOfChange);
+	}
+}
+
+void FKestrelToolPlan::SetFile(FKestrelProjectView& View, const FString& FullPath)
+{
+	const FKestrelPathReview Review = View.Review(FullPath);
+	FilePath = FullPath;
+	RealPath = Review.RealPath;
+	Target = Review.ShownPath + Review.ShownTarget;
+	AddCautions(Review);
+}
+
+void FKestrelToolPlan::SetPackage(FKestrelProjectView& View, const FString& PackageName)
+{
+	Target = PackageName;
+	const FString FileName = KestrelBlueprintPackage::GetFileName(PackageName);
+	if (!FileName.IsEmpty())
+	{
+		const FKestrelPathReview Review = View.Review(FileName);
+		FilePath = FileName;
+		RealPath = Review.RealPath;
+		Target += Review.ShownTarget;
+		AddCautions(Review);
+	}
+}
+
+void FKestrelToolPlan::SetAsset(FKestrelProjectView& View, UClass* (*GetClass)(), const FString& Name)
+{
+	GetAssetClass = GetClass;
+	Asset = View.GetAssets().Find(*GetClass(), Name);
+	if (!Asset.IsFound())
+	{
+		Target = Name;
+		return;
+	}
+	SetPackage(View, Asset.GetPackageName());
+	if (Kind != EKestrelToolKind::Read)
+	{
+		Watch = View.GetAssets().Watch(Asset.ObjectPath);
+	}
+}
+
+bool FKestrelToolPlan::SetNewAsset(FKestrelProjectView& View, const FString& PackageName)
+{
+	const FString Name = FPackageName::GetShortName(PackageName);
+	const FString ObjectPath = PackageName + TEXT(".") + Name;
+	if (KestrelBlueprintPackage::GetFileName(PackageName).IsEmpty() || !KestrelBlueprintDocument::CanBeName(ObjectPath))
+	{
+		return false;
+	}
+	SetPackage(View, PackageName);
+	Watch = View.GetAssets().Watch(ObjectPath);
+	View.GetAssets().Create({ Name, ObjectPath });
+	return true;
+}
+
+void FKestrelToolPlan::SetUnsavedAssets(FKestrelProjectView& View)
+{
+	UnsavedPackages = View.GetAssets().ListUnsaved();
+	AllWatches = View.GetAssets().GetWatches();
+	TArray<FString> Targets;
+	for (const FString& PackageName : UnsavedPackages)
+	{
+		const FString FileName = KestrelBlueprintPackage::GetFileName(PackageName);
+		const FKestrelPathReview Review = FileName.IsEmpty() ? FKestrelPathReview() : View.Review(FileName);
+		Targets.Add(PackageName + Review.ShownTarget);
+		AddCautions(Review);
+	}
+	Target = FString::Join(Targets, TEXT(", "));
+}
+
+void FKestrelToolPlan::LeaveForLater()
+{
+	bIsBeyondLimits = true;
+	Notes.Add(LOCTEXT("BeyondLimits", "too large to show what changes"));
+}
+
+void FKestrelToolPlan::SetChange(FKestrelProjectView& View, const FString& Before, const FString& After)
+{
+	if (!bIsBeyondLimits && !View.TakeRoomFor(After.Len()))
+	{
+		LeaveForLater();
+	}
+	if (!bIsBeyondLimits)
+	{
+		Change = FKestrelChange{ Before, After };
 	}
 }
 
 void FKestrelToolPlan::Expect(const FKestrelFileState& State)
 {
 	Expected = State;
-	bIsBeyondLimits = State.bIsBeyondLimits;
-	if (bIsBeyondLimits)
+	if (State.bIsBeyondLimits)
 	{
-		Notes.Add(LOCTEXT("BeyondLimits", "too large to show what changes"));
+		LeaveForLater();
 	}
 }
 
@@ -54,8 +149,35 @@ bool FKestrelToolPlan::StillHolds() const
 	{
 		return false;
 	}
+	if (!AssetsStillHold())
+	{
+		return false;
+	}
+	if (!Expected.IsSet())
+	{
+		return true;
+	}
 	FKestrelProjectView Now(EKestrelLookAhead::Limited);
-	return !Expected.IsSet() || Now.Look(FilePath).IsSameAs(Expected.GetValue());
+	return Now.Look(FilePath).IsSameAs(Expected.GetValue());
+}
+
+bool FKestrelToolPlan::AssetsStillHold() const
+{
+	if (GetAssetClass && !FKestrelAssetFinder().Find(*GetAssetClass(), Asset.Name).IsSameAssetAs(Asset))
+	{
+		return false;
+	}
+	if (AllWatches)
+	{
+		// Fewer are no surprise: a tool before may have saved what it changed.
+		const auto IsShown = [this](const FString& Package) { return UnsavedPackages.Contains(Package); };
+		if (FKestrelAssetView().ListUnsaved().ContainsByPredicate(
+				[&IsShown](const FString& Package) { return !IsShown(Package); }))
+		{
+			return false;
+		}
+	}
+	return !Watch || Watch->IsUnchanged();
 }
 
 FString FKestrelToolPlan::Apply() const
@@ -68,6 +190,30 @@ FString FKestrelToolPlan::Apply() const
 	{
 		return Refusal;
 	}
+	// What nobody else has touched until now is expected to be as this tool leaves it.
+	TArray<TSharedRef<FKestrelAssetWatch>> Own;
+	if (Watch)
+	{
+		Own.Add(Watch.ToSharedRef());
+	}
+	if (AllWatches)
+	{
+		for (const auto& Pair : *AllWatches)
+		{
+			Own.Add(Pair.Value);
+		}
+	}
+	Own.RemoveAll([](const TSharedRef<FKestrelAssetWatch>& Each) { return !Each->IsUnchanged(); });
+	const FString Result = Run();
+	for (const TSharedRef<FKestrelAssetWatch>& Each : Own)
+	{
+		Each->LookAgain();
+	}
+	return Result;
+}
+
+FString FKestrelToolPlan::Run() const
+{
 	if (!bIsBeyondLimits)
 	{
 		return Tool->Apply(*this);

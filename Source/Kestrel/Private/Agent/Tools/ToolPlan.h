@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Agent/BlueprintLookup.h"
+#include "Agent/Tools/AssetView.h"
 #include "Agent/Tools/ProjectView.h"
 #include "Agent/Tools/ToolInput.h"
 #include "Agent/Tools/ToolTable.h"
@@ -31,14 +33,27 @@ struct FKestrelChange
 struct FKestrelToolPlan
 {
 	/** The place of a file that the tool is about, with everything to know of it. */
-	void SetFile(const FString& FullPath);
+	void SetFile(FKestrelProjectView& View, const FString& FullPath);
+	/** The asset that a name leads to, with everything to know of its file. */
+	void SetAsset(FKestrelProjectView& View, UClass* (*GetClass)(), const FString& Name);
+	/** A Blueprint that the tool will create; false when there can be none with this name. */
+	bool SetNewAsset(FKestrelProjectView& View, const FString& PackageName);
+	/** All assets with unsaved changes. */
+	void SetUnsavedAssets(FKestrelProjectView& View);
+	/** What changes is beyond the limits. */
+	void LeaveForLater();
+	/** What changes, unless that is too large to keep. */
+	void SetChange(FKestrelProjectView& View, const FString& Before, const FString& After);
 	/** The file as the tool expects to find it. */
 	void Expect(const FKestrelFileState& State);
 	/** The tool will fail with this result, and do nothing. */
 	void Refuse(const FString& Result);
 	void Caution(const FText& Reason) { Cautions.Add(Reason); }
 
-	/** Whether everything that was looked at when the plan was made is still as it was. */
+	/**
+	 * Whether everything that was looked at when the plan was made is still as it was, or as the tools before it have
+	 * left it.
+	 */
 	bool StillHolds() const;
 	/** Runs the tool. @return its result */
 	FString Apply() const;
@@ -82,11 +97,27 @@ struct FKestrelToolPlan
 	int32 LineIndex = 0;
 	TOptional<FKestrelFileState> Expected;
 
+	FKestrelAssetAddress Asset; // what the name led to when the plan was made
+
 private:
 	friend class FKestrelToolPlanner;
 
+	/** The file of a package, which is shown by the package's name. */
+	void SetPackage(FKestrelProjectView& View, const FString& PackageName);
+	void AddCautions(const FKestrelPathReview& Review);
+	bool AssetsStillHold() const;
+	FString Run() const;
+
 	/** Looks at the files that the row's tools need. */
 	void Make(FKestrelProjectView& View);
+
+	/** The class of the named asset; null for a tool without one. */
+	UClass* (*GetAssetClass)() = nullptr;
+	/** Of an asset that the tool changes. */
+	TSharedPtr<FKestrelAssetWatch> Watch;
+	/** Of a tool that saves all assets. */
+	TSharedPtr<const FKestrelAssetView::FWatches> AllWatches;
+	TArray<FString> UnsavedPackages;
 
 	bool bInputIsRead = false;
 	/** False when Apply has nothing left to do. */

@@ -24,9 +24,9 @@ FString ApplyCompile(const FKestrelToolPlan& Plan)
 	return TEXT("Compilation executed");
 }
 
-void PlanScript(FKestrelProjectView&, FKestrelToolPlan& Plan)
+void PlanScript(FKestrelProjectView& View, FKestrelToolPlan& Plan)
 {
-	Plan.Change = FKestrelChange{ FString(), Plan.Input.Get(Code) };
+	Plan.SetChange(View, FString(), Plan.Input.Get(Code));
 	Plan.Caution(LOCTEXT("ScriptCannotBeUndone", "can do anything that you can, and not all of it can be undone"));
 }
 
