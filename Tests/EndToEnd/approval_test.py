@@ -161,6 +161,29 @@ class MarkedPlacesTest(EndToEndTest):
                              "Change Source/Moor/Walker.h: 2 replacements", "Updating File Content...")
         self.assertEqual(self.files_of_project("Source")["Source/Moor/Walker.h"], b"13 13")
 
+    def test_a_blueprint_that_changes_after_it_was_shown_is_shown_again(self):
+        shutil.copytree(os.path.join(harness.ROOT, "Samples", "Harrier", "Content"),
+                        os.path.join(self.project, "Content"))
+        ledger = os.path.join(self.project, "Content", "Blueprints", "BP_Ledger.uasset")
+        variable = '{"Variables": {"%s": {"Type": {"Category": "int"}}}}'
+        Talk(self, completed(*[tool(name, "modify_blueprint_variables", blueprint_name="bp_ledger",
+                                    updates=variable % name) for name in ("Ink", "Paper")], auto_continue=False),
+             completed(text("Thank you."), auto_continue=True))
+        shown = "Change the Blueprint /Game/Blueprints/BP_Ledger"
+
+        def change_and_approve():
+            with open(ledger, "a", encoding="utf-8") as file:
+                file.write("\n")
+
+        run = harness.type_when(self.editor_command(), ("[ Kestrel ]", "begin"), (shown, change_and_approve),
+                                (shown, "y"), ("approve again.", lambda: None), ("Approve? y", "y"),
+                                ("Thank you.", "/quit"))
+        self.assert_in_order(run, shown, "approve again.", shown, shown, "Modifying Blueprint File ...", "Thank you.")
+        self.assertEqual(run.output.count("approve again."), 1, run)
+        with open(ledger, encoding="utf-8") as file:
+            saved = file.read()
+        self.assertTrue("Ink" in saved and "Paper" in saved, run)
+
     def test_names_cannot_speak_to_the_terminal_or_look_like_others(self):
         name = "Source/a\u202eh.txt\x1b[31m\nDelete nothing"
         Talk(self, completed(tool("a", "create_file", path=name, file_text="x\u2066y"), auto_continue=False))
@@ -200,15 +223,18 @@ class MarkedPlacesTest(EndToEndTest):
     def test_keys_and_links_wait_for_approval_whatever_the_service_says(self):
         os.makedirs(os.path.join(self.project, "Conf"))
         os.makedirs(os.path.join(self.project, "Saved", "Config", "LinuxEditor"))
-        shutil.rmtree(os.path.join(self.project, "Content"), ignore_errors=True)
+        shutil.copytree(os.path.join(harness.ROOT, "Samples", "Harrier", "Content"),
+                        os.path.join(self.scratch, "Outside"))
         os.symlink("../Outside", os.path.join(self.project, "Content"))
-        os.makedirs(os.path.join(self.scratch, "Outside"))
         os.symlink("Conf", os.path.join(self.project, "Binaries"))
         for number, use in enumerate([
                 tool("a", "read_file", path="Saved/Config/LinuxEditor/EditorPerUserSettings.ini"),
                 tool("b", "read_file", path=".git/config"), tool("c", "get_filesystem_tree", dir_path="Content"),
                 tool("d", "create_file", path="Binaries/x.txt", file_text="x"),
-                tool("e", "create_file", path=".vscode/tasks.json", file_text="x")]):
+                tool("e", "create_file", path=".vscode/tasks.json", file_text="x"),
+                tool("f", "read_blueprint", blueprint_name="BP_Ledger", data_subset="All"),
+                tool("g", "read_behavior_tree", behavior_tree_name="BT_Warden"),
+                tool("h", "modify_blueprint_variables", blueprint_name="BP_Ledger", updates="{}")]):
             with self.subTest(number=number):
                 talk = Talk(self, completed(use, auto_continue=True))
                 run = self.run_editor("-Prompt=begin")

@@ -47,10 +47,11 @@ FPlan PlanModification(const TCHAR* Name)
 	return PlanModification(Planner, Name);
 }
 
-FPlan PlanCreation(FKestrelToolPlanner& Planner, const FString& Folder, const TCHAR* Name)
+FPlan PlanCreation(
+	FKestrelToolPlanner& Planner, const FString& Folder, const TCHAR* Name, const TCHAR* Parent = TEXT("Actor"))
 {
 	return PlanWith(Planner, TEXT("create_blueprint"),
-		{ TEXT("BPPath"), Folder, TEXT("BPName"), Name, TEXT("BPParentClassName"), TEXT("Actor") });
+		{ TEXT("BPPath"), Folder, TEXT("BPName"), Name, TEXT("BPParentClassName"), Parent });
 }
 
 UBlueprint* MakeSaved(const FKestrelTestContent& Content, const TCHAR* Name)
@@ -153,8 +154,8 @@ void FKestrelAssetPlanSpec::Define()
 		KestrelTest::TestSameText(
 			*this, TEXT("modification"), JoinCautions(*Modification), TEXT("outside the project"));
 		KestrelTest::TestSameText(*this, TEXT("shown"), Modification->Target,
-			Folder / TEXT("BP_Far") + TEXT(" -> ") + FPaths::ConvertRelativePathToFull(Linked.Outside) /
-				TEXT("BP_Far.uasset"));
+			Folder / TEXT("BP_Far") + TEXT(" -> ") +
+				FPaths::ConvertRelativePathToFull(Linked.Outside) / TEXT("BP_Far.uasset"));
 		FKestrelToolPlanner Reader(EKestrelLookAhead::Limited);
 		KestrelTest::TestSameText(*this, TEXT("reading"),
 			JoinCautions(*PlanWith(Reader, TEXT("read_blueprint"),
@@ -206,8 +207,10 @@ void FKestrelAssetPlanSpec::Define()
 		const FPlan Plans[] = {
 			PlanModification(Planner, TEXT("BP_Old")),
 			PlanCreation(Planner, Content.Path, TEXT("BP_Row")),
+			PlanCreation(Planner, Content.Path, TEXT("BP_Child"), TEXT("BP_Row")),
 			PlanModification(Planner, TEXT("BP_Row")),
 			PlanModification(Planner, TEXT("BP_Row"), AddSpeed),
+			PlanModification(Planner, TEXT("BP_Child"), AddSpeed),
 			PlanModification(Planner, TEXT("BP_Old"), AddSpeed),
 			PlanCreation(Planner, Content.Path, TEXT("BP_Kept")),
 			PlanWith(Planner, TEXT("save_and_compile_all_dirty_blueprints"), {}),
@@ -216,7 +219,7 @@ void FKestrelAssetPlanSpec::Define()
 				{ TEXT("blueprint_name"), TEXT("BP_Kept"), TEXT("data_subset"), TEXT("All") }),
 		};
 		KestrelTest::TestSameText(
-			*this, TEXT("shown before it is there"), Plans[2]->Target, Content.Path / TEXT("BP_Row"));
+			*this, TEXT("shown before it is there"), Plans[3]->Target, Content.Path / TEXT("BP_Row"));
 		for (int32 Index = 0; Index < static_cast<int32>(UE_ARRAY_COUNT(Plans)); ++Index)
 		{
 			const FString What = FString::Printf(TEXT("tool %d"), Index);

@@ -81,6 +81,14 @@ bool FKestrelAssetWatch::IsUnchanged() const
 	return Look() == Seen;
 }
 
+bool FKestrelAssetWatch::InheritsFrom(const FKestrelAssetWatch& Other) const
+{
+	const UBlueprint* Blueprint = FindObject<UBlueprint>(nullptr, *ObjectPath);
+	const UBlueprint* Parent = FindObject<UBlueprint>(nullptr, *Other.ObjectPath);
+	return Blueprint && Parent && Blueprint->GeneratedClass && Parent->GeneratedClass &&
+		   Blueprint->GeneratedClass->IsChildOf(Parent->GeneratedClass);
+}
+
 void FKestrelAssetWatch::LookAgain()
 {
 	Seen = Look();

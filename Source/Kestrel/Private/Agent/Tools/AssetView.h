@@ -17,6 +17,8 @@ public:
 	UE_NONCOPYABLE(FKestrelAssetWatch)
 
 	bool IsUnchanged() const;
+	/** Whether it is a Blueprint in memory that has what is changed in the other one, too. */
+	bool InheritsFrom(const FKestrelAssetWatch& Other) const;
 	/** What it is now is what was expected. */
 	void LookAgain();
 
@@ -27,7 +29,7 @@ private:
 	{
 		bool operator==(const FState& Other) const;
 
-		int64 FileSize = -1; // bytes; less than 0 when there is no file
+		int64 FileSize = -1;        // bytes; less than 0 when there is no file
 		FDateTime ModificationTime; // UTC; of a file that is too large to read
 		uint32 FileChecksum = 0;    // CRC-32 of one that is not
 		bool bIsUnsaved = false;

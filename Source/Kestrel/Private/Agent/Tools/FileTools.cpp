@@ -47,10 +47,10 @@ FString GetFullCppPath(const FKestrelToolPlan& Plan)
 	return FFileUtils::ToAbsolutePath(FPaths::Combine(Plan.Input.Get(CppFolder), Plan.Input.Get(CppName)));
 }
 
-/** What the tool leaves behind, for those after it; what cannot be shown is not kept either. */
+/** What the tool leaves behind, for those after it; what is too long to be shown is not kept either. */
 void Leave(const FString& Text, FKestrelProjectView& View, const FKestrelToolPlan& Plan)
 {
-	if (Plan.bIsBeyondLimits)
+	if (Text.Len() > FKestrelProjectView::MaxShownLength)
 	{
 		View.WriteUnseen(Plan.FilePath);
 	}
@@ -240,7 +240,7 @@ void PlanUpdate(FKestrelProjectView& View, FKestrelToolPlan& Plan)
 	{
 		if (Plan.bIsBeyondLimits)
 		{
-			Leave(FString(), View, Plan);
+			View.WriteUnseen(Plan.FilePath);
 		}
 		return;
 	}

@@ -8,8 +8,6 @@
 
 namespace ProjectView
 {
-// The list waits in memory and is made on the game thread.
-constexpr int64 MaxFileBytes = 8 * 1024 * 1024;
 constexpr int64 MaxTotalBytes = 64 * 1024 * 1024;
 constexpr double MaxSeconds = 1.0;
 
@@ -107,7 +105,7 @@ int64 FKestrelProjectView::GetRoom() const
 	}
 	return FPlatformTime::Seconds() - StartTime > ProjectView::MaxSeconds
 			   ? 0
-			   : FMath::Clamp<int64>(ProjectView::MaxTotalBytes - NumBytesRead, 0, ProjectView::MaxFileBytes);
+			   : FMath::Clamp<int64>(ProjectView::MaxTotalBytes - NumBytesRead, 0, MaxShownLength);
 }
 
 bool FKestrelProjectView::TakeRoomFor(int64 NumCharacters)

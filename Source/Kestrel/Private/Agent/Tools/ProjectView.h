@@ -46,6 +46,9 @@ public:
 	/** Of what a tool may edit: it holds several copies, and the engine's strings end at 2^31 characters. */
 	static constexpr int64 MaxTextLength = 256 * 1024 * 1024;
 
+	/** Of what is kept to be shown: the list waits in memory and is made on the game thread. */
+	static constexpr int64 MaxShownLength = 8 * 1024 * 1024;
+
 	explicit FKestrelProjectView(EKestrelLookAhead InLookAhead);
 	UE_NONCOPYABLE(FKestrelProjectView)
 

@@ -78,6 +78,7 @@ void FKestrelToolPlan::SetAsset(FKestrelProjectView& View, UClass* (*GetClass)()
 	if (Kind != EKestrelToolKind::Read)
 	{
 		Watch = View.GetAssets().Watch(Asset.ObjectPath);
+		Watches = View.GetAssets().GetWatches();
 	}
 }
 
@@ -91,6 +92,7 @@ bool FKestrelToolPlan::SetNewAsset(FKestrelProjectView& View, const FString& Pac
 	}
 	SetPackage(View, PackageName);
 	Watch = View.GetAssets().Watch(ObjectPath);
+	Watches = View.GetAssets().GetWatches();
 	View.GetAssets().Create({ Name, ObjectPath });
 	return true;
 }
@@ -98,9 +100,9 @@ bool FKestrelToolPlan::SetNewAsset(FKestrelProjectView& View, const FString& Pac
 void FKestrelToolPlan::SetUnsavedAssets(FKestrelProjectView& View)
 {
 	UnsavedPackages = View.GetAssets().ListUnsaved();
-	AllWatches = View.GetAssets().GetWatches();
+	Watches = View.GetAssets().GetWatches();
 	TArray<FString> Targets;
-	for (const FString& PackageName : UnsavedPackages)
+	for (const FString& PackageName : UnsavedPackages.GetValue())
 	{
 		const FString FileName = KestrelBlueprintPackage::GetFileName(PackageName);
 		const FKestrelPathReview Review = FileName.IsEmpty() ? FKestrelPathReview() : View.Review(FileName);
@@ -167,14 +169,15 @@ bool FKestrelToolPlan::AssetsStillHold() const
 	{
 		return false;
 	}
-	if (AllWatches)
+	if (UnsavedPackages.IsSet())
 	{
 		// Fewer are no surprise: a tool before may have saved what it changed.
-		const auto IsShown = [this](const FString& Package) { return UnsavedPackages.Contains(Package); };
-		if (FKestrelAssetView().ListUnsaved().ContainsByPredicate(
-				[&IsShown](const FString& Package) { return !IsShown(Package); }))
+		for (const FString& Package : FKestrelAssetView().ListUnsaved())
 		{
-			return false;
+			if (!UnsavedPackages->Contains(Package))
+			{
+				return false;
+			}
 		}
 	}
 	return !Watch || Watch->IsUnchanged();
@@ -191,25 +194,31 @@ FString FKestrelToolPlan::Apply() const
 		return Refusal;
 	}
 	// What nobody else has touched until now is expected to be as this tool leaves it.
-	TArray<TSharedRef<FKestrelAssetWatch>> Own;
-	if (Watch)
-	{
-		Own.Add(Watch.ToSharedRef());
-	}
-	if (AllWatches)
-	{
-		for (const auto& Pair : *AllWatches)
-		{
-			Own.Add(Pair.Value);
-		}
-	}
-	Own.RemoveAll([](const TSharedRef<FKestrelAssetWatch>& Each) { return !Each->IsUnchanged(); });
+	const TArray<TSharedRef<FKestrelAssetWatch>> ExpectedAssets = FindExpected();
 	const FString Result = Run();
-	for (const TSharedRef<FKestrelAssetWatch>& Each : Own)
+	for (const TSharedRef<FKestrelAssetWatch>& Each : ExpectedAssets)
 	{
 		Each->LookAgain();
 	}
 	return Result;
+}
+
+TArray<TSharedRef<FKestrelAssetWatch>> FKestrelToolPlan::FindExpected() const
+{
+	TArray<TSharedRef<FKestrelAssetWatch>> Found;
+	if (!Watches)
+	{
+		return Found;
+	}
+	for (const auto& Pair : *Watches)
+	{
+		const bool bMayChange = !Watch || Pair.Value == Watch || Pair.Value->InheritsFrom(*Watch);
+		if (bMayChange && Pair.Value->IsUnchanged())
+		{
+			Found.Add(Pair.Value);
+		}
+	}
+	return Found;
 }
 
 FString FKestrelToolPlan::Run() const

@@ -106,6 +106,8 @@ private:
 	void SetPackage(FKestrelProjectView& View, const FString& PackageName);
 	void AddCautions(const FKestrelPathReview& Review);
 	bool AssetsStillHold() const;
+	/** Of the assets that the tool may change, those that are as expected. */
+	TArray<TSharedRef<FKestrelAssetWatch>> FindExpected() const;
 	FString Run() const;
 
 	/** Looks at the files that the row's tools need. */
@@ -113,11 +115,12 @@ private:
 
 	/** The class of the named asset; null for a tool without one. */
 	UClass* (*GetAssetClass)() = nullptr;
-	/** Of an asset that the tool changes. */
+	/** Of the asset that the tool changes; null for one that changes none, or all. */
 	TSharedPtr<FKestrelAssetWatch> Watch;
-	/** Of a tool that saves all assets. */
-	TSharedPtr<const FKestrelAssetView::FWatches> AllWatches;
-	TArray<FString> UnsavedPackages;
+	/** Of the assets that the tools of the answer change; null for a tool that changes none. */
+	TSharedPtr<const FKestrelAssetView::FWatches> Watches;
+	/** What a tool that saves all was going to save. */
+	TOptional<TArray<FString>> UnsavedPackages;
 
 	bool bInputIsRead = false;
 	/** False when Apply has nothing left to do. */
