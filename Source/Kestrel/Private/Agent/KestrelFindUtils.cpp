@@ -5,12 +5,17 @@
 #include "Agent/JsonText.h"
 #include "Dom/JsonObject.h"
 #include "Dom/JsonValue.h"
+#include "HAL/FileManager.h"
+#include "KestrelLog.h"
 #include "Misc/FileHelper.h"
 #include "Misc/Paths.h"
 
 namespace KestrelFindUtils
 {
 constexpr int32 AsciiEnd = 0x80;
+/** No source is that large; what is, a dump or a sparse file for instance, would stop the editor. */
+constexpr int64 MaxSourceBytes = 64 * 1024 * 1024;
+constexpr int32 MaxNotSearched = 100; // of the files that are told
 
 uint8 ToLowerAscii(uint8 Byte)
 {
@@ -146,14 +151,28 @@ void FKestrelFindUtils::FindInAllCppFiles(const FString& ReferenceString, TShare
 {
 	const KestrelFindUtils::FNeedle Needle(ReferenceString);
 	TArray<TSharedPtr<FJsonValue>> References;
+	TArray<TSharedPtr<FJsonValue>> NotSearched;
 	TArray<uint8> Bytes;
 	for (const FString& File : KestrelFindUtils::ListSources())
 	{
-		if (KestrelNativeFile::IsRegularFile(File) && FFileHelper::LoadFileToArray(Bytes, *File) &&
-			Needle.OccursIn(Bytes))
+		if (!KestrelNativeFile::IsRegularFile(File))
+		{
+			continue;
+		}
+		if (IFileManager::Get().FileSize(*File) > KestrelFindUtils::MaxSourceBytes)
+		{
+			UE_LOG(LogKestrel, Warning, TEXT("%s is larger than 64 MB and was not searched."), *File);
+			NotSearched.Add(MakeShared<FJsonValueString>(File));
+		}
+		else if (FFileHelper::LoadFileToArray(Bytes, *File) && Needle.OccursIn(Bytes))
 		{
 			References.Add(KestrelFindUtils::MakeReference(File));
 		}
 	}
 	Result->SetArrayField(TEXT("cpp_references"), References);
+	if (!NotSearched.IsEmpty())
+	{
+		NotSearched.SetNum(FMath::Min(NotSearched.Num(), KestrelFindUtils::MaxNotSearched));
+		Result->SetArrayField(TEXT("cpp_files_not_searched"), NotSearched);
+	}
 }

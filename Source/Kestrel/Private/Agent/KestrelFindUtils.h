@@ -20,6 +20,7 @@ public:
 	/**
 	 * Sets "cpp_references" on Result: an object with "Type", "Name" and "Path" (full) for each .cpp and .h file below
 	 * the project's Source and Plugins folders that has the text in it. A file that cannot be read has nothing in it.
+	 * Files above 64 MB are left out; "cpp_files_not_searched" has the paths of the first hundred, if there are any.
 	 */
 	static void FindInAllCppFiles(const FString& ReferenceString, TSharedPtr<FJsonObject>& Result);
 
