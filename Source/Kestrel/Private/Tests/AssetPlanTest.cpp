@@ -154,8 +154,9 @@ void FKestrelAssetPlanSpec::Define()
 		KestrelTest::TestSameText(
 			*this, TEXT("modification"), JoinCautions(*Modification), TEXT("outside the project"));
 		KestrelTest::TestSameText(*this, TEXT("shown"), Modification->Target,
-			Folder / TEXT("BP_Far") + TEXT(" -> ") +
-				FPaths::ConvertRelativePathToFull(Linked.Outside) / TEXT("BP_Far.uasset"));
+			Folder / TEXT("BP_Far"));
+		KestrelTest::TestSameText(*this, TEXT("shown link"), Modification->LinkTarget,
+			FPaths::ConvertRelativePathToFull(Linked.Outside) / TEXT("BP_Far.uasset"));
 		FKestrelToolPlanner Reader(EKestrelLookAhead::Limited);
 		KestrelTest::TestSameText(*this, TEXT("reading"),
 			JoinCautions(*PlanWith(Reader, TEXT("read_blueprint"),

@@ -51,13 +51,6 @@ FString Elide(const FString& Text)
 	return Text.Len() <= MaxLength ? Text : Text.Left(MaxLength / 2) + TEXT(" \u2026 ") + Text.Right(MaxLength / 2);
 }
 
-/** Where the links in a path lead, as it stands behind the path; empty when there are none. */
-FString GetLinkSuffix(const FKestrelToolPlan& Plan)
-{
-	const FString Suffix = TEXT(" -> ") + Plan.RealPath;
-	return !Plan.RealPath.IsEmpty() && Plan.Target.EndsWith(Suffix, ESearchCase::CaseSensitive) ? Suffix : FString();
-}
-
 bool WillFail(const FKestrelToolPlan& Plan)
 {
 	return !Plan.Refusal.IsEmpty();
@@ -75,7 +68,7 @@ FText DescribeTool(const FKestrelToolPlan& Plan, int32 Number)
 	FString Text = (Number > 0 ? FString::Printf(TEXT("%d. "), Number) : FString()) + Plan.Verb.ToString();
 	if (!Plan.Target.IsEmpty())
 	{
-		Text += TEXT(" ") + Elide(KestrelDisplayText::EscapeLine(Plan.Target.LeftChop(GetLinkSuffix(Plan).Len())));
+		Text += TEXT(" ") + Elide(KestrelDisplayText::EscapeLine(Plan.Target));
 	}
 	if (Plan.NumReplacements.IsSet())
 	{
@@ -113,7 +106,7 @@ TArray<FRemark> MakeRemarks(const FKestrelToolPlan& Plan)
 			Plan.Refusal.Replace(TEXT("Error: "), TEXT(""), ESearchCase::CaseSensitive))),
 		PlainColor);
 	Add(LOCTEXT("LeadsTo", "Link, leads to: {0}"),
-		Elide(KestrelDisplayText::EscapeLine(GetLinkSuffix(Plan).IsEmpty() ? FString() : Plan.RealPath)), WarningColor);
+		Elide(KestrelDisplayText::EscapeLine(Plan.LinkTarget)), WarningColor);
 	Add(LOCTEXT("Caution", "Caution: {0}"), JoinTexts(CollectCautions(Plan)),
 		WillFail(Plan) ? PlainColor : WarningColor);
 	Add(LOCTEXT("Note", "Note: {0}"), JoinTexts(Plan.Notes), Plan.bIsBeyondLimits ? WarningColor : PlainColor);

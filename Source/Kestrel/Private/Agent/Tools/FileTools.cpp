@@ -48,15 +48,15 @@ FString GetFullCppPath(const FKestrelToolPlan& Plan)
 }
 
 /** What the tool leaves behind, for those after it; what is too long to be shown is not kept either. */
-void Leave(const FString& Text, FKestrelProjectView& View, const FKestrelToolPlan& Plan)
+void LeaveChange(FKestrelProjectView& View, const FKestrelToolPlan& Plan)
 {
-	if (Text.Len() > FKestrelProjectView::MaxShownLength)
+	if (!Plan.Change.IsSet() || Plan.Change->After.Len() > FKestrelProjectView::MaxShownLength)
 	{
 		View.WriteUnseen(Plan.FilePath);
 	}
 	else
 	{
-		View.Write(Plan.FilePath, Text);
+		View.Write(Plan.FilePath, Plan.Change->After);
 	}
 }
 
@@ -112,11 +112,11 @@ void PlanReplacement(const FString& Text, FKestrelProjectView& View, FKestrelToo
 	Plan.Kind = EKestrelToolKind::Change;
 	Plan.Verb = LOCTEXT("Replace", "Replace");
 	Plan.Operation = EKestrelFileOperation::Replace;
-	const FKestrelFileState State = View.Look(Plan.FilePath);
+	const FKestrelFileState& State = View.Look(Plan.FilePath);
 	if (ExpectText(State, Plan))
 	{
 		Plan.SetChange(View, State.Text, Text);
-		Leave(Text, View, Plan);
+		LeaveChange(View, Plan);
 	}
 }
 
@@ -132,7 +132,7 @@ void PlanCreation(const FString& Text, FKestrelProjectView& View, FKestrelToolPl
 	}
 	Plan.SetChange(View, FString(), Text);
 	NoteEncoding(Text, Plan);
-	Leave(Text, View, Plan);
+	LeaveChange(View, Plan);
 }
 
 void PlanCreateFile(FKestrelProjectView& View, FKestrelToolPlan& Plan)
@@ -231,7 +231,7 @@ void PlanUpdate(FKestrelProjectView& View, FKestrelToolPlan& Plan)
 {
 	Plan.Operation = EKestrelFileOperation::Update;
 	Plan.SetFile(View, GetFullPath(Plan));
-	const FKestrelFileState State = View.Look(Plan.FilePath);
+	const FKestrelFileState& State = View.Look(Plan.FilePath);
 	if (!ExpectEditableText(State, Plan))
 	{
 		return;
@@ -253,8 +253,8 @@ void PlanUpdate(FKestrelProjectView& View, FKestrelToolPlan& Plan)
 		return; // and yet it runs: a text that nearly matches has the file checked out
 	}
 	Plan.NumReplacements = NumReplacements;
-	Plan.SetChange(View, State.Text, After);
-	Leave(After, View, Plan);
+	Plan.SetChange(View, State.Text, MoveTemp(After));
+	LeaveChange(View, Plan);
 }
 
 void PlanInsertion(FKestrelProjectView& View, FKestrelToolPlan& Plan)
@@ -267,22 +267,22 @@ void PlanInsertion(FKestrelProjectView& View, FKestrelToolPlan& Plan)
 		Plan.Refuse(TEXT("Error: insert_line must be a non-negative integer."));
 		return;
 	}
-	const FKestrelFileState State = View.Look(Plan.FilePath);
+	const FKestrelFileState& State = View.Look(Plan.FilePath);
 	if (!ExpectEditableText(State, Plan))
 	{
 		return;
 	}
-	const FString After = FFileUtils::InsertIntoText(State.Text, LineIndex, Plan.Input.Get(NewString), Plan.LineIndex);
-	Plan.SetChange(View, State.Text, After);
+	FString After = FFileUtils::InsertIntoText(State.Text, LineIndex, Plan.Input.Get(NewString), Plan.LineIndex);
 	NoteEncoding(After, Plan);
-	Leave(After, View, Plan);
+	Plan.SetChange(View, State.Text, MoveTemp(After));
+	LeaveChange(View, Plan);
 }
 
 void PlanDeletionOf(const FString& FullPath, FKestrelProjectView& View, FKestrelToolPlan& Plan)
 {
 	Plan.Operation = EKestrelFileOperation::Delete;
 	Plan.SetFile(View, FullPath);
-	const FKestrelFileState State = View.Look(FullPath);
+	const FKestrelFileState& State = View.Look(FullPath);
 	if (!State.bExists)
 	{
 		// It runs all the same, as revision control may know the file still.
@@ -314,7 +314,7 @@ bool Record(const FKestrelToolPlan& Plan)
 	Agent.OfferUndoOfThisConversation();
 	FFileHistory& History = FFileHistory::Get();
 	const FString& Key = Agent.GetConversationId();
-	const FString Before = Plan.Change.IsSet() ? Plan.Change->Before : FString();
+	const FString& Before = Plan.Change->Before;
 	if (Plan.Operation == EKestrelFileOperation::Create)
 	{
 		return History.StoreFileCreation(Key, Plan.FilePath, Plan.Change->After);
@@ -460,7 +460,8 @@ void PlanTree(FKestrelProjectView& View, FKestrelToolPlan& Plan)
 		return;
 	}
 	const FKestrelPathReview Review = View.Review(FPaths::ConvertRelativePathToFull(Folder));
-	Plan.Target = (Review.ShownPath + Review.ShownTarget) / TEXT("");
+	Plan.Target = Review.ShownPath / TEXT("");
+	Plan.LinkTarget = Review.LinkTarget;
 	Plan.Cautions.Append(Review.Cautions);
 }
 

@@ -244,7 +244,7 @@ FKestrelPathReview FKestrelPathReviewer::Review(const FString& GivenPath, const 
 	// A project that is itself behind a link says nothing about its files.
 	if (!RealPath.IsEmpty() && !(bFullIsUnder == bRealIsUnder && RealInProject.Equals(FullInProject)))
 	{
-		Review.ShownTarget = TEXT(" -> ") + RealPath;
+		Review.LinkTarget = RealPath;
 	}
 
 	// A link may hide what a file is by either of its names.

@@ -17,8 +17,8 @@ struct FKestrelPathReview
 	FString RealPath;
 	/** The path as people read it: below the project directory, or in full. */
 	FString ShownPath;
-	/** " -> " and the real path, for behind the shown one, when a link makes them two places; else empty. */
-	FString ShownTarget;
+	/** The real path, when a link makes it another place than the shown one; else empty. */
+	FString LinkTarget;
 	/** Why to look twice, whatever is done with the file; empty within the project. */
 	TArray<FText> Cautions;
 	/** Why to look twice before the file is changed. */

@@ -17,24 +17,30 @@ uint32 ChecksumOf(const FString& Text)
 }
 }
 
-bool FKestrelFileState::IsSameAs(const FKestrelFileState& Other) const
+bool FKestrelExpectedFile::IsStateOf(const FKestrelFileState& Now) const
 {
-	if (bExists != Other.bExists)
+	if (!bExists || !Now.bExists)
 	{
-		return false;
+		return bExists == Now.bExists;
 	}
-	if (!bExists)
+	if (!bIsRead || !Now.bIsRead)
 	{
-		return true;
+		return Size == Now.Size && ModificationTime == Now.ModificationTime;
 	}
-	if (!bIsRead || !Other.bIsRead)
+	// What a tool was yet to write had no bytes: the texts have to do.
+	return bIsOnDisk ? Size == Now.Size && Checksum == Now.Checksum
+					 : TextLength == Now.Text.Len() && Checksum == ProjectView::ChecksumOf(Now.Text);
+}
+
+FKestrelExpectedFile FKestrelFileState::WithoutText() const
+{
+	FKestrelExpectedFile State = *this;
+	if (!bIsOnDisk)
 	{
-		return Size == Other.Size && ModificationTime == Other.ModificationTime;
+		State.TextLength = Text.Len();
+		State.Checksum = ProjectView::ChecksumOf(Text);
 	}
-	// What is yet to be written has no bytes: the texts have to do.
-	return bIsOnDisk && Other.bIsOnDisk
-			   ? Size == Other.Size && Checksum == Other.Checksum
-			   : ProjectView::ChecksumOf(Text) == ProjectView::ChecksumOf(Other.Text) && Text.Len() == Other.Text.Len();
+	return State;
 }
 
 FKestrelProjectView::FKestrelProjectView(EKestrelLookAhead InLookAhead)

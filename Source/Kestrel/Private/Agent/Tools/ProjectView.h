@@ -15,25 +15,34 @@ enum class EKestrelLookAhead : uint8
 	Unlimited,
 };
 
-/** A file as a tool will find it. */
-struct FKestrelFileState
+/** What tells whether a file is still as it was, without its text. */
+struct FKestrelExpectedFile
 {
-	/** What another state of the same file would differ in. */
-	bool IsSameAs(const FKestrelFileState& Other) const;
+	/** @param Now  of the same file, as it is on the disk */
+	bool IsStateOf(const struct FKestrelFileState& Now) const;
 
 	bool bExists = false;
 	/** An ordinary file that could be read, within the limits. */
 	bool bIsRead = false;
+	int64 Size = 0;             // bytes, as stored
+	FDateTime ModificationTime; // UTC; compared when the file is not read
+	bool bIsOnDisk = true;      // false for what a tool before will leave behind
+	uint32 Checksum = 0;        // CRC-32 of the bytes; of the text, when a tool before has yet to write it
+	int32 TextLength = 0;       // compared with Checksum when that is of the text
+};
+
+/** A file as a tool will find it. */
+struct FKestrelFileState : FKestrelExpectedFile
+{
+	/** The same without the text, to be kept as long as a plan waits. */
+	FKestrelExpectedFile WithoutText() const;
+
 	/** Left unread, as it is too large or there was no time left. */
 	bool bIsBeyondLimits = false;
 	/** Too large for any tool. */
 	bool bIsTooLarge = false;
 	FString Text; // when it is read
 	KestrelTextFile::EContent Content = KestrelTextFile::EContent::Unreadable;
-	int64 Size = 0;             // bytes, as stored
-	FDateTime ModificationTime; // UTC; compared when the file is not read
-	uint32 Checksum = 0;        // CRC-32 of the bytes; of the text, when a tool before has yet to write it
-	bool bIsOnDisk = true;      // false for what a tool before will leave behind
 };
 
 /**
@@ -52,7 +61,10 @@ public:
 	explicit FKestrelProjectView(EKestrelLookAhead InLookAhead);
 	UE_NONCOPYABLE(FKestrelProjectView)
 
-	/** @param FullPath  absolute */
+	/**
+	 * @param FullPath  absolute
+	 * @return the state, for as long as nothing else is looked at or left behind
+	 */
 	const FKestrelFileState& Look(const FString& FullPath);
 	bool Exists(const FString& FullPath);
 	/** False for what must not be opened: pipes, devices. */

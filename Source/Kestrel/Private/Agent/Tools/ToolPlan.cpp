@@ -47,7 +47,8 @@ void FKestrelToolPlan::SetFile(FKestrelProjectView& View, const FString& FullPat
 	const FKestrelPathReview Review = View.Review(FullPath);
 	FilePath = FullPath;
 	RealPath = Review.RealPath;
-	Target = Review.ShownPath + Review.ShownTarget;
+	Target = Review.ShownPath;
+	LinkTarget = Review.LinkTarget;
 	AddCautions(Review);
 }
 
@@ -60,7 +61,7 @@ void FKestrelToolPlan::SetPackage(FKestrelProjectView& View, const FString& Pack
 		const FKestrelPathReview Review = View.Review(FileName);
 		FilePath = FileName;
 		RealPath = Review.RealPath;
-		Target += Review.ShownTarget;
+		LinkTarget = Review.LinkTarget;
 		AddCautions(Review);
 	}
 }
@@ -106,7 +107,7 @@ void FKestrelToolPlan::SetUnsavedAssets(FKestrelProjectView& View)
 	{
 		const FString FileName = KestrelBlueprintPackage::GetFileName(PackageName);
 		const FKestrelPathReview Review = FileName.IsEmpty() ? FKestrelPathReview() : View.Review(FileName);
-		Targets.Add(PackageName + Review.ShownTarget);
+		Targets.Add(Review.LinkTarget.IsEmpty() ? PackageName : PackageName + TEXT(" -> ") + Review.LinkTarget);
 		AddCautions(Review);
 	}
 	Target = FString::Join(Targets, TEXT(", "));
@@ -118,7 +119,7 @@ void FKestrelToolPlan::LeaveForLater()
 	Notes.Add(LOCTEXT("BeyondLimits", "too large to show what changes"));
 }
 
-void FKestrelToolPlan::SetChange(FKestrelProjectView& View, const FString& Before, const FString& After)
+void FKestrelToolPlan::SetChange(FKestrelProjectView& View, const FString& Before, FString After)
 {
 	if (!bIsBeyondLimits && !View.TakeRoomFor(After.Len()))
 	{
@@ -126,13 +127,13 @@ void FKestrelToolPlan::SetChange(FKestrelProjectView& View, const FString& Befor
 	}
 	if (!bIsBeyondLimits)
 	{
-		Change = FKestrelChange{ Before, After };
+		Change = FKestrelChange{ Before, MoveTemp(After) };
 	}
 }
 
 void FKestrelToolPlan::Expect(const FKestrelFileState& State)
 {
-	Expected = State;
+	Expected = State.WithoutText();
 	if (State.bIsBeyondLimits)
 	{
 		LeaveForLater();
@@ -160,7 +161,7 @@ bool FKestrelToolPlan::StillHolds() const
 		return true;
 	}
 	FKestrelProjectView Now(EKestrelLookAhead::Limited);
-	return Now.Look(FilePath).IsSameAs(Expected.GetValue());
+	return Expected->IsStateOf(Now.Look(FilePath));
 }
 
 bool FKestrelToolPlan::AssetsStillHold() const

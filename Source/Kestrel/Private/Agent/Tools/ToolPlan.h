@@ -43,7 +43,7 @@ struct FKestrelToolPlan
 	/** What changes is beyond the limits. */
 	void LeaveForLater();
 	/** What changes, unless that is too large to keep. */
-	void SetChange(FKestrelProjectView& View, const FString& Before, const FString& After);
+	void SetChange(FKestrelProjectView& View, const FString& Before, FString After);
 	/** The file as the tool expects to find it. */
 	void Expect(const FKestrelFileState& State);
 	/** The tool will fail with this result, and do nothing. */
@@ -74,6 +74,8 @@ struct FKestrelToolPlan
 	/** What it does, for people; Target stands behind it. */
 	FText Verb;
 	FString Target;
+	/** Where the links in a path lead, which Target does not tell; else empty. */
+	FString LinkTarget;
 	/** Why to look twice; a tool with a reason is not run on the service's word alone. */
 	TArray<FText> Cautions;
 	/** What else to know; no reason to ask. */
@@ -95,7 +97,7 @@ struct FKestrelToolPlan
 	FString RealPath; // with links resolved, as it was when the plan was made
 	/** Of an insertion: how many lines stay above it. */
 	int32 LineIndex = 0;
-	TOptional<FKestrelFileState> Expected;
+	TOptional<FKestrelExpectedFile> Expected;
 
 	FKestrelAssetAddress Asset; // what the name led to when the plan was made
 
