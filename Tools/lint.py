@@ -8,6 +8,7 @@ import shlex
 import subprocess
 import tempfile
 
+import include_graph
 import steps
 
 PRESET = "dev"
@@ -150,6 +151,11 @@ def check_sources_listed(commands):
             if path not in commands.entries]
 
 
+def check_include_order(_):
+    sources = [path for path in git_files(f"{PLUGIN_SOURCES}/*.cpp", f"{PLUGIN_SOURCES}/*.h") if "/Private/" in path]
+    return include_graph.check(steps.ROOT, [path for path in sources if "/Tests/" not in path])
+
+
 def check_plugin_with_clang_tidy(commands):
     def tidy(source):
         arguments = [word for word in commands.arguments(source)[1:] if not word.startswith("-fsanitize")]
@@ -164,6 +170,7 @@ CHECKS = [
     ("Every source is in the build", check_sources_listed),
     ("Every public header compiles alone", check_headers),
     ("The plugin sees listed modules only", check_plugin_includes),
+    ("The plugin's folders include downwards only", check_include_order),
     ("The plugin compiles as one file", check_unity_build),
     ("clang-tidy finds nothing in the plugin", check_plugin_with_clang_tidy),
 ]

@@ -1,9 +1,9 @@
 #include "Kestrel.h"
 
 #include "Agent/Agent.h"
-#include "Agent/CompilationManager.h"
+#include "Agent/Backend/HTTPAPI.h"
 #include "Agent/Files/NativeFile.h"
-#include "Agent/HTTPAPI.h"
+#include "Agent/Project/CompilationManager.h"
 #include "Framework/Application/SlateApplication.h"
 #include "Framework/Commands/UICommandList.h"
 #include "Framework/Docking/TabManager.h"

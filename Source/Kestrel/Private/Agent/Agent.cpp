@@ -1,9 +1,10 @@
 #include "Agent/Agent.h"
 
-#include "Agent/CompilationManager.h"
-#include "Agent/HTTPAPI.h"
-#include "Agent/JsonText.h"
-#include "Agent/Tools/DisplayText.h"
+#include "Agent/Backend/HTTPAPI.h"
+#include "Agent/Chat/KestrelInterface.h"
+#include "Agent/Project/CompilationManager.h"
+#include "Agent/Text/DisplayText.h"
+#include "Agent/Text/JsonText.h"
 #include "Agent/Tools/ToolPlan.h"
 #include "Dom/JsonObject.h"
 #include "Dom/JsonValue.h"
@@ -12,7 +13,6 @@
 #include "Misc/Guid.h"
 #include "Templates/UniquePtr.h"
 #include "UObject/Class.h"
-#include "Widget/KestrelInterface.h"
 
 #define LOCTEXT_NAMESPACE "KestrelAgent"
 

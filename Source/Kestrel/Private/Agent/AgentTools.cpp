@@ -1,11 +1,11 @@
 #include "Agent/Agent.h"
-#include "Agent/CompilationManager.h"
-#include "Agent/FileUtils.h"
+#include "Agent/Chat/KestrelInterface.h"
+#include "Agent/Files/FileUtils.h"
+#include "Agent/Project/CompilationManager.h"
 #include "Agent/Tools/ToolPlan.h"
 #include "Dom/JsonObject.h"
 #include "Dom/JsonValue.h"
 #include "KestrelLog.h"
-#include "Widget/KestrelInterface.h"
 
 #define LOCTEXT_NAMESPACE "FAgent"
 

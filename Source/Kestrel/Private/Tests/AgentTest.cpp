@@ -1,7 +1,8 @@
 #include "Agent/Agent.h"
+#include "Agent/Chat/KestrelInterface.h"
 #include "Agent/FileHistory.h"
-#include "Agent/FileUtils.h"
-#include "Agent/JsonText.h"
+#include "Agent/Files/FileUtils.h"
+#include "Agent/Text/JsonText.h"
 #include "Agent/Tools/ToolPlan.h"
 #include "HAL/FileManager.h"
 #include "KestrelSettings.h"
@@ -10,7 +11,6 @@
 #include "Misc/Paths.h"
 #include "Tests/KestrelTest.h"
 #include "UObject/Class.h"
-#include "Widget/KestrelInterface.h"
 
 namespace AgentTest
 {

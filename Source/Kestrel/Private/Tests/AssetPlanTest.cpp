@@ -1,6 +1,6 @@
-#include "Agent/FileUtils.h"
+#include "Agent/Blueprints/KestrelBlueprintUtils.h"
+#include "Agent/Files/FileUtils.h"
 #include "Agent/Files/NativeFile.h"
-#include "Agent/KestrelBlueprintUtils.h"
 #include "Agent/Tools/ToolPlan.h"
 #include "AssetRegistry/AssetData.h"
 #include "AssetRegistry/AssetRegistryModule.h"
@@ -153,8 +153,7 @@ void FKestrelAssetPlanSpec::Define()
 		const FPlan Modification = PlanModification(TEXT("BP_Far"));
 		KestrelTest::TestSameText(
 			*this, TEXT("modification"), JoinCautions(*Modification), TEXT("outside the project"));
-		KestrelTest::TestSameText(*this, TEXT("shown"), Modification->Target,
-			Folder / TEXT("BP_Far"));
+		KestrelTest::TestSameText(*this, TEXT("shown"), Modification->Target, Folder / TEXT("BP_Far"));
 		KestrelTest::TestSameText(*this, TEXT("shown link"), Modification->LinkTarget,
 			FPaths::ConvertRelativePathToFull(Linked.Outside) / TEXT("BP_Far.uasset"));
 		FKestrelToolPlanner Reader(EKestrelLookAhead::Limited);

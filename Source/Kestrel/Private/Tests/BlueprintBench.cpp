@@ -1,7 +1,7 @@
 #include "Tests/BlueprintBench.h"
 
-#include "Agent/KestrelBlueprintUtils.h"
-#include "Agent/KestrelFindUtils.h"
+#include "Agent/Blueprints/KestrelBlueprintUtils.h"
+#include "Agent/Project/KestrelFindUtils.h"
 #include "AssetRegistry/AssetData.h"
 #include "AssetRegistry/IAssetRegistry.h"
 #include "Dom/JsonObject.h"

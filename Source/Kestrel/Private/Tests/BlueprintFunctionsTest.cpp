@@ -1,5 +1,5 @@
-#include "Agent/JsonText.h"
-#include "Agent/KestrelBlueprintUtils.h"
+#include "Agent/Blueprints/KestrelBlueprintUtils.h"
+#include "Agent/Text/JsonText.h"
 #include "Dom/JsonObject.h"
 #include "EdGraph/EdGraph.h"
 #include "EdGraph/EdGraphNode.h"

@@ -1,5 +1,5 @@
-#include "Agent/JsonText.h"
-#include "Agent/KestrelBlueprintUtils.h"
+#include "Agent/Blueprints/KestrelBlueprintUtils.h"
+#include "Agent/Text/JsonText.h"
 #include "AssetRegistry/AssetData.h"
 #include "AssetRegistry/IAssetRegistry.h"
 #include "Dom/JsonObject.h"

@@ -1,6 +1,7 @@
 #include "Agent/Agent.h"
-#include "Agent/HTTPAPI.h"
-#include "Agent/JsonText.h"
+#include "Agent/Backend/HTTPAPI.h"
+#include "Agent/Chat/KestrelInterface.h"
+#include "Agent/Text/JsonText.h"
 #include "Dom/JsonObject.h"
 #include "Dom/JsonValue.h"
 #include "HAL/FileManager.h"
@@ -10,7 +11,6 @@
 #include "Misc/Paths.h"
 #include "Tests/KestrelTest.h"
 #include "UObject/Class.h"
-#include "Widget/KestrelInterface.h"
 
 /**
  * Whole conversations, each a file in Tests/Conversations with both sides in it: what the user does ("user"), what the

@@ -1,4 +1,4 @@
-#include "Agent/KestrelBlueprintUtils.h"
+#include "Agent/Blueprints/KestrelBlueprintUtils.h"
 #include "AssetRegistry/IAssetRegistry.h"
 #include "EdGraph/EdGraph.h"
 #include "EdGraph/EdGraphPin.h"

@@ -1,4 +1,4 @@
-#include "Agent/KestrelBlueprintUtils.h"
+#include "Agent/Blueprints/KestrelBlueprintUtils.h"
 #include "EdGraphSchema_K2.h"
 #include "Editor.h"
 #include "Editor/EditorEngine.h"

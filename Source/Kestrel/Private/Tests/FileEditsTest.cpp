@@ -1,5 +1,5 @@
-#include "Agent/FileRescue.h"
-#include "Agent/FileUtils.h"
+#include "Agent/Files/FileRescue.h"
+#include "Agent/Files/FileUtils.h"
 #include "GenericPlatform/GenericPlatformFile.h"
 #include "HAL/FileManager.h"
 #include "HAL/PlatformFileManager.h"

@@ -1,14 +1,14 @@
 #include "Agent/FileHistory.h"
 #include "Agent/Agent.h"
-#include "Agent/FileUtils.h"
-#include "Agent/JsonText.h"
+#include "Agent/Chat/KestrelInterface.h"
+#include "Agent/Files/FileUtils.h"
+#include "Agent/Text/JsonText.h"
 #include "Dom/JsonObject.h"
 #include "HAL/FileManager.h"
 #include "Misc/FileHelper.h"
 #include "Misc/Guid.h"
 #include "Misc/Paths.h"
 #include "Tests/KestrelTest.h"
-#include "Widget/KestrelInterface.h"
 
 namespace FileHistoryTest
 {
@@ -182,6 +182,16 @@ void FKestrelFileHistorySpec::Define()
 		TestTrue(TEXT("recorded"), History.CanUndo(Conversation.Id, File));
 		TestFalse(TEXT("nothing to take back"), History.UndoAllChanges(Conversation.Id));
 		TestFalse(TEXT("nothing to make again"), History.CanRedo(Conversation.Id, File));
+	});
+
+	It("leaves no folders of a file that is gone again", [this]() {
+		const FKestrelTestFolder Folder;
+		const FileHistoryTest::FConversation Conversation;
+		const FString File = Folder.Full(TEXT("new/folder/a.txt"));
+		Conversation.Create(File, TEXT("new"));
+		Conversation.Delete(File);
+		FFileHistory::Get().UndoAllChanges(Conversation.Id);
+		TestFalse(TEXT("folders"), FPaths::DirectoryExists(Folder.Full(TEXT("new"))));
 	});
 
 	It("finds the way back when two paths lead to one file", [this]() {

@@ -1,5 +1,5 @@
 #include "Agent/Agent.h"
-#include "Agent/HTTPAPI.h"
+#include "Agent/Backend/HTTPAPI.h"
 #include "Agent/Tools/ToolPlan.h"
 #include "Dom/JsonObject.h"
 #include "HAL/PlatformTime.h"

@@ -1,6 +1,7 @@
 #include "Tests/KestrelTest.h"
 
 #include "Agent/Agent.h"
+#include "Agent/Chat/KestrelInterface.h"
 #include "Dom/JsonObject.h"
 #include "HAL/FileManager.h"
 #include "HAL/PlatformTime.h"
@@ -11,7 +12,6 @@
 #include "Misc/Parse.h"
 #include "Misc/Paths.h"
 #include "UObject/Class.h"
-#include "Widget/KestrelInterface.h"
 
 bool KestrelTest::TestSameText(
 	FAutomationTestBase& Test, const FString& What, const FString& Actual, const FString& Expected)

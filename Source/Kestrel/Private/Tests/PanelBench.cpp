@@ -1,6 +1,7 @@
 #include "Agent/Agent.h"
+#include "Agent/Blueprints/KestrelBlueprintUtils.h"
+#include "Agent/Chat/KestrelInterface.h"
 #include "Agent/FileHistory.h"
-#include "Agent/KestrelBlueprintUtils.h"
 #include "Engine/Blueprint.h"
 #include "Framework/Application/SlateApplication.h"
 #include "Framework/Docking/TabManager.h"
@@ -12,7 +13,6 @@
 #include "Misc/Parse.h"
 #include "ScopedTransaction.h"
 #include "Tests/KestrelTest.h"
-#include "Widget/KestrelInterface.h"
 #include "Widgets/Docking/SDockTab.h"
 
 /** How long a frame of the open panel takes, in the window it is opened in. */

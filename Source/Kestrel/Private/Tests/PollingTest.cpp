@@ -1,6 +1,6 @@
 #include "Agent/Agent.h"
+#include "Agent/Chat/KestrelInterface.h"
 #include "Tests/KestrelTest.h"
-#include "Widget/KestrelInterface.h"
 
 /** Waits for the end of the conversation "poll-gaps" and looks at the times between its polls. */
 class FKestrelPollGapsCommand : public IAutomationLatentCommand

@@ -1,9 +1,9 @@
 #include "Agent/Tools/ToolPlan.h"
 #include "Agent/Agent.h"
 #include "Agent/FileHistory.h"
-#include "Agent/FileUtils.h"
-#include "Agent/Tools/DisplayText.h"
-#include "Agent/Tools/PathReview.h"
+#include "Agent/Files/FileUtils.h"
+#include "Agent/Files/PathReview.h"
+#include "Agent/Text/DisplayText.h"
 #include "Dom/JsonObject.h"
 #include "Tests/KestrelTest.h"
 

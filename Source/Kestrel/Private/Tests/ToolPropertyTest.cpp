@@ -1,8 +1,9 @@
 #include "Agent/Agent.h"
+#include "Agent/Chat/KestrelInterface.h"
 #include "Agent/FileHistory.h"
-#include "Agent/FileUtils.h"
-#include "Agent/JsonText.h"
-#include "Agent/KestrelPythonUtils.h"
+#include "Agent/Files/FileUtils.h"
+#include "Agent/Project/KestrelPythonUtils.h"
+#include "Agent/Text/JsonText.h"
 #include "Agent/Tools/ToolPlan.h"
 #include "Dom/JsonObject.h"
 #include "Dom/JsonValue.h"
@@ -11,7 +12,6 @@
 #include "Misc/Paths.h"
 #include "Tests/Dice.h"
 #include "Tests/KestrelTest.h"
-#include "Widget/KestrelInterface.h"
 
 /** Generated inputs of all tools: what a plan says is what happens, and planning itself touches nothing. */
 namespace ToolPropertyTest

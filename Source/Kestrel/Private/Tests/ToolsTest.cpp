@@ -1,10 +1,11 @@
 #include "Agent/Agent.h"
-#include "Agent/CompilationManager.h"
+#include "Agent/Chat/KestrelInterface.h"
 #include "Agent/FileHistory.h"
-#include "Agent/FileUtils.h"
-#include "Agent/JsonText.h"
-#include "Agent/KestrelFindUtils.h"
-#include "Agent/KestrelPythonUtils.h"
+#include "Agent/Files/FileUtils.h"
+#include "Agent/Project/CompilationManager.h"
+#include "Agent/Project/KestrelFindUtils.h"
+#include "Agent/Project/KestrelPythonUtils.h"
+#include "Agent/Text/JsonText.h"
 #include "Containers/Ticker.h"
 #include "Dom/JsonObject.h"
 #include "HAL/FileManager.h"
@@ -17,7 +18,6 @@
 #include "Misc/Paths.h"
 #include "Modules/ModuleManager.h"
 #include "Tests/KestrelTest.h"
-#include "Widget/KestrelInterface.h"
 
 DEFINE_LOG_CATEGORY_STATIC(LogLiveCoding, Log, All);
 

@@ -1,6 +1,7 @@
 #include "Agent/Agent.h"
+#include "Agent/Blueprints/KestrelBlueprintUtils.h"
+#include "Agent/Chat/KestrelInterface.h"
 #include "Agent/FileHistory.h"
-#include "Agent/KestrelBlueprintUtils.h"
 #include "EdGraphSchema_K2.h"
 #include "Editor.h"
 #include "Editor/EditorEngine.h"
@@ -13,7 +14,6 @@
 #include "Tests/KestrelTest.h"
 #include "Tests/TestContent.h"
 #include "UObject/Package.h"
-#include "Widget/KestrelInterface.h"
 
 namespace TransactionUndoTest
 {

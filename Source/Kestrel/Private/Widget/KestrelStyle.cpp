@@ -1,5 +1,6 @@
 #include "Widget/KestrelStyle.h"
 
+#include "Agent/Chat/KestrelInterface.h"
 #include "Brushes/SlateImageBrush.h"
 #include "Brushes/SlateNoResource.h"
 #include "Brushes/SlateRoundedBoxBrush.h"
@@ -8,7 +9,6 @@
 #include "Rendering/SlateRenderer.h"
 #include "Styling/SlateStyle.h"
 #include "Styling/SlateStyleRegistry.h"
-#include "Widget/KestrelInterface.h"
 
 TSharedPtr<FSlateStyleSet> FKestrelStyle::StyleInstance;
 

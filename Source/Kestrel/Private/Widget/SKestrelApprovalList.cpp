@@ -1,6 +1,6 @@
 #include "Widget/SKestrelApprovalList.h"
 
-#include "Agent/Tools/DisplayText.h"
+#include "Agent/Text/DisplayText.h"
 #include "Styling/CoreStyle.h"
 #include "Styling/SlateTypes.h"
 #include "Widget/KestrelStyle.h"
@@ -105,8 +105,8 @@ TArray<FRemark> MakeRemarks(const FKestrelToolPlan& Plan)
 		Elide(KestrelDisplayText::EscapeLine(
 			Plan.Refusal.Replace(TEXT("Error: "), TEXT(""), ESearchCase::CaseSensitive))),
 		PlainColor);
-	Add(LOCTEXT("LeadsTo", "Link, leads to: {0}"),
-		Elide(KestrelDisplayText::EscapeLine(Plan.LinkTarget)), WarningColor);
+	Add(LOCTEXT("LeadsTo", "Link, leads to: {0}"), Elide(KestrelDisplayText::EscapeLine(Plan.LinkTarget)),
+		WarningColor);
 	Add(LOCTEXT("Caution", "Caution: {0}"), JoinTexts(CollectCautions(Plan)),
 		WillFail(Plan) ? PlainColor : WarningColor);
 	Add(LOCTEXT("Note", "Note: {0}"), JoinTexts(Plan.Notes), Plan.bIsBeyondLimits ? WarningColor : PlainColor);

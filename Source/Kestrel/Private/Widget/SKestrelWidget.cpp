@@ -1,6 +1,7 @@
 #include "Widget/SKestrelWidget.h"
 
 #include "Agent/Agent.h"
+#include "Agent/Chat/KestrelInterface.h"
 #include "Agent/Tools/ToolPlan.h"
 #include "Agent/Tools/ToolTable.h"
 #include "Framework/Application/SlateApplication.h"
@@ -11,7 +12,6 @@
 #include "Styling/CoreStyle.h"
 #include "Styling/SlateTypes.h"
 #include "UObject/Class.h"
-#include "Widget/KestrelInterface.h"
 #include "Widget/KestrelStyle.h"
 #include "Widget/SKestrelApprovalList.h"
 #include "Widget/SKestrelApproveButton.h"

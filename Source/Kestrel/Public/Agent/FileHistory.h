@@ -57,6 +57,8 @@ struct FFileHistoryEntry
 	TOptional<uint32> LeftChecksum;
 };
 
+DECLARE_DELEGATE_TwoParams(FOnTextKeptDelegate, const FString& /*FilePath*/, const FString& /*CopyPath*/);
+
 /**
  * What tools have changed, so that a whole conversation can be undone and redone. Entries of a conversation are on the
  * disk as well, before the change is made (FKestrelHistoryStore), so that undo survives the editor.
@@ -120,6 +122,9 @@ public:
 	 * @return its id, or empty
 	 */
 	FString LoadLastConversation(TArray<FString>& OutNotUndoable);
+
+	/** Undo or redo has found a file that somebody else has changed since, and kept a copy of it. */
+	FOnTextKeptDelegate OnTextKept;
 
 	const FHistories& GetFileHistories() const { return FileHistories; }
 	const FHistories& GetRedoHistories() const { return RedoHistories; }

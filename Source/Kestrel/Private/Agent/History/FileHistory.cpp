@@ -1,12 +1,11 @@
 #include "Agent/FileHistory.h"
 
-#include "Agent/FileRescue.h"
-#include "Agent/FileUtils.h"
+#include "Agent/Files/FileRescue.h"
+#include "Agent/Files/FileUtils.h"
 #include "Agent/Files/NativeFile.h"
+#include "Agent/Files/PathReview.h"
+#include "Agent/Files/TextFile.h"
 #include "Agent/History/HistoryStore.h"
-#include "Agent/TextFile.h"
-#include "Agent/Tools/DisplayText.h"
-#include "Agent/Tools/PathReview.h"
 #include "Algo/Reverse.h"
 #include "GenericPlatform/GenericPlatformFile.h"
 #include "HAL/PlatformFileManager.h"
@@ -14,9 +13,6 @@
 #include "Misc/FileHelper.h"
 #include "Misc/Guid.h"
 #include "Misc/Paths.h"
-#include "Widget/KestrelInterface.h"
-
-#define LOCTEXT_NAMESPACE "FFileHistory"
 
 /** A file as it is, or as it is to be. */
 struct FFileHistory::FFileState
@@ -115,10 +111,7 @@ void KeepTextOfOthers(const FString& FullPath, const FFileHistoryEntry& Entry)
 	if (Entry.LeftChecksum.IsSet() && Now.IsSet() && Now.GetValue() != Entry.LeftChecksum.GetValue())
 	{
 		FFileRescue Rescue(FullPath);
-		FKestrelInterface::Get().AddHint(FText::Format(
-			LOCTEXT("ChangedSince", "{0} was changed since the assistant's last edit. That version is kept: {1}"),
-			FText::FromString(KestrelDisplayText::EscapeLine(FullPath)),
-			FText::FromString(KestrelDisplayText::EscapeLine(Rescue.Leave()))));
+		FFileHistory::Get().OnTextKept.ExecuteIfBound(FullPath, Rescue.Leave());
 	}
 }
 
@@ -477,6 +470,7 @@ bool FFileHistory::UndoChanges(const FString& Key, const FString& FilePath)
 	Undone.ActionType = Before.ActionTo(Now);
 	if (Undone.ActionType == EFileActionType::None)
 	{
+		FileHistory::RemoveEmptyFolders(FullPath, Entry.NumNewFolders); // of a file that is gone again
 		FileHistory::Remove(FileHistories, Key, FilePath);
 		return false;
 	}
@@ -576,5 +570,3 @@ bool FFileHistory::CanRedo(const FString& Key, const FString& FilePath) const
 {
 	return FileHistory::Find(RedoHistories, Key, FilePath) != nullptr;
 }
-
-#undef LOCTEXT_NAMESPACE

@@ -1,9 +1,9 @@
 #include "Agent/History/HistoryStore.h"
 
-#include "Agent/FileUtils.h"
+#include "Agent/Files/FileUtils.h"
 #include "Agent/Files/NativeFile.h"
-#include "Agent/JsonText.h"
-#include "Agent/Tools/PathReview.h"
+#include "Agent/Files/PathReview.h"
+#include "Agent/Text/JsonText.h"
 #include "Containers/StringConv.h"
 #include "Dom/JsonObject.h"
 #include "GenericPlatform/GenericPlatformFile.h"
@@ -274,8 +274,8 @@ int64 SizeInMemory(const FFileHistoryEntry& Entry)
 }
 
 /** @param OutNotFollowed  gets the files of whole records that are left out */
-void LoadSide(const FString& Id, const TCHAR* Extension, FFileHistory::FFileEntries& OutEntries,
-	TArray<FString>& OutNotFollowed)
+void LoadSide(
+	const FString& Id, const TCHAR* Extension, FFileHistory::FFileEntries& OutEntries, TArray<FString>& OutNotFollowed)
 {
 	int64 Size = 0;
 	for (const FString& Name : ListRecords(Id, Extension))

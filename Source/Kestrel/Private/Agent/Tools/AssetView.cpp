@@ -1,9 +1,9 @@
 #include "Agent/Tools/AssetView.h"
 
-#include "Agent/BlueprintPackage.h"
+#include "Agent/Blueprints/Assets/BlueprintPackage.h"
+#include "Agent/Blueprints/KestrelBlueprintUtils.h"
 #include "Agent/Files/NativeFile.h"
-#include "Agent/JsonText.h"
-#include "Agent/KestrelBlueprintUtils.h"
+#include "Agent/Text/JsonText.h"
 #include "Dom/JsonObject.h"
 #include "Engine/Blueprint.h"
 #include "HAL/FileManager.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Agent/BlueprintLookup.h"
+#include "Agent/Blueprints/Assets/BlueprintLookup.h"
 #include "CoreMinimal.h"
 #include "Misc/DateTime.h"
 

@@ -1,6 +1,7 @@
 #include "Agent/Agent.h"
-#include "Agent/JsonText.h"
-#include "Agent/KestrelBlueprintUtils.h"
+#include "Agent/Blueprints/KestrelBlueprintUtils.h"
+#include "Agent/History/TransactionLookup.h"
+#include "Agent/Text/JsonText.h"
 #include "Agent/Tools/ToolPlan.h"
 #include "BehaviorTree/BehaviorTree.h"
 #include "Dom/JsonObject.h"
@@ -97,7 +98,8 @@ void PlanModify(FKestrelProjectView& View, FKestrelToolPlan& Plan)
 FString ApplyModify(const FKestrelToolPlan& Plan)
 {
 	FAgent::Get().OfferUndoOfThisConversation();
-	const FString Document = FKestrelBlueprintUtils::ModifyBlueprint(Plan.Asset, Plan.Input.Get(Updates));
+	const FString Document = FKestrelBlueprintUtils::ModifyBlueprint(
+		Plan.Asset, Plan.Input.Get(Updates), GetKestrelTransactionName(FAgent::Get().GetConversationId()));
 	const TSharedPtr<FJsonObject> Result = KestrelJson::ParseObject(Document);
 	FString Error;
 	if (!Result.IsValid() || !Result->TryGetStringField(TEXT("Error"), Error))

@@ -1,14 +1,14 @@
 #include "Agent/Agent.h"
+#include "Agent/Chat/KestrelInterface.h"
 #include "Agent/FileHistory.h"
-#include "Agent/FileUtils.h"
+#include "Agent/Files/FileUtils.h"
 #include "Agent/Files/NativeFile.h"
-#include "Agent/Tools/PathReview.h"
+#include "Agent/Files/PathReview.h"
 #include "Agent/Tools/ToolPlan.h"
 #include "GenericPlatform/GenericPlatformFile.h"
 #include "HAL/FileManager.h"
 #include "HAL/PlatformFileManager.h"
 #include "Misc/Paths.h"
-#include "Widget/KestrelInterface.h"
 
 #define LOCTEXT_NAMESPACE "KestrelFileTools"
 

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "Agent/TextFile.h"
+#include "Agent/Files/PathReview.h"
+#include "Agent/Files/TextFile.h"
 #include "Agent/Tools/AssetView.h"
-#include "Agent/Tools/PathReview.h"
 #include "CoreMinimal.h"
 #include "Misc/DateTime.h"
 

@@ -1,4 +1,4 @@
-#include "Agent/KestrelFindUtils.h"
+#include "Agent/Project/KestrelFindUtils.h"
 #include "Agent/Tools/ToolPlan.h"
 
 #define LOCTEXT_NAMESPACE "KestrelSearchTools"

@@ -1,13 +1,13 @@
 #include "Agent/Tools/ToolPlan.h"
 
-#include "Agent/BlueprintDocument.h"
-#include "Agent/BlueprintPackage.h"
-#include "Agent/FileUtils.h"
+#include "Agent/Blueprints/Assets/BlueprintPackage.h"
+#include "Agent/Blueprints/BlueprintDocument.h"
+#include "Agent/Chat/KestrelInterface.h"
+#include "Agent/Files/FileUtils.h"
 #include "Agent/Files/NativeFile.h"
-#include "Agent/Tools/PathReview.h"
+#include "Agent/Files/PathReview.h"
 #include "Dom/JsonObject.h"
 #include "Misc/PackageName.h"
-#include "Widget/KestrelInterface.h"
 
 #define LOCTEXT_NAMESPACE "KestrelToolPlan"
 
@@ -87,7 +87,7 @@ bool FKestrelToolPlan::SetNewAsset(FKestrelProjectView& View, const FString& Pac
 {
 	const FString Name = FPackageName::GetShortName(PackageName);
 	const FString ObjectPath = PackageName + TEXT(".") + Name;
-	if (KestrelBlueprintPackage::GetFileName(PackageName).IsEmpty() || !KestrelBlueprintDocument::CanBeName(ObjectPath))
+	if (KestrelBlueprintPackage::GetFileName(PackageName).IsEmpty() || !KestrelBlueprintDocument::FitsName(ObjectPath))
 	{
 		return false;
 	}

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Agent/BlueprintLookup.h"
+#include "Agent/Blueprints/Assets/BlueprintLookup.h"
 #include "Agent/Tools/AssetView.h"
 #include "Agent/Tools/ProjectView.h"
 #include "Agent/Tools/ToolInput.h"

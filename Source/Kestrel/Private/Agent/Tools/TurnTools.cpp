@@ -1,7 +1,7 @@
 #include "Agent/Agent.h"
-#include "Agent/KestrelPythonUtils.h"
+#include "Agent/History/TransactionLookup.h"
+#include "Agent/Project/KestrelPythonUtils.h"
 #include "Agent/Tools/ToolPlan.h"
-#include "Agent/TransactionLookup.h"
 #include "ScopedTransaction.h"
 
 #define LOCTEXT_NAMESPACE "KestrelTurnTools"

@@ -84,8 +84,22 @@ public:
 		IFileManager::Get().DeleteDirectory(*Root, false, true);
 		IFileManager::Get().DeleteDirectory(*SavedDir(TEXT("History")), false, true);
 		IFileManager::Get().DeleteDirectory(*SavedDir(TEXT("Rescue")), false, true);
+		RemoveScripts();
 	}
 	UE_NONCOPYABLE(FWorld)
+
+	/** Scripts and their output that could not be removed. */
+	static void RemoveScripts()
+	{
+		IFileManager::Get().DeleteDirectory(
+			*(FPaths::ProjectPluginsDir() / TEXT("kestrel-unreal/Python")), false, true);
+		TArray<FString> Logs;
+		IFileManager::Get().FindFiles(Logs, *(FPaths::ProjectLogDir() / TEXT("PythonScriptLog_*")), true, false);
+		for (const FString& Log : Logs)
+		{
+			IFileManager::Get().Delete(*(FPaths::ProjectLogDir() / Log));
+		}
+	}
 
 	FString Full(const TCHAR* Name) const { return Folder / Name; }
 	void Write(const TCHAR* Name, const TCHAR* Text) const
@@ -143,8 +157,7 @@ void SaveSettings(const TCHAR* Directory)
 /** Today's; empty before the first line is written. */
 FString GetPromptLog()
 {
-	const FString Folder =
-		FPaths::ConvertRelativePathToFull(FPaths::ProjectPluginsDir()) / TEXT("kestrel-unreal/Logs");
+	const FString Folder = FPaths::ConvertRelativePathToFull(FPaths::ProjectPluginsDir()) / TEXT("kestrel-unreal/Logs");
 	TArray<FString> Names;
 	IFileManager::Get().FindFiles(Names, *(Folder / TEXT("KestrelPrompts_*.log")), true, false);
 	return Names.IsEmpty() ? FString() : Folder / Names[0];
@@ -263,13 +276,12 @@ const FScenario Scenarios[] = {
 		} },
 	{ TEXT("update_and_replace_cpp_file"), nullptr,
 		[](const FWorld& World) {
-			return Use(TEXT("update_and_replace_cpp_file"), { TEXT("filepath"), World.Folder, TEXT("filename"),
-																TEXT("plain.txt"), TEXT("contents"), TEXT("new") });
+			return Use(TEXT("update_and_replace_cpp_file"),
+				{ TEXT("filepath"), World.Folder, TEXT("filename"), TEXT("plain.txt"), TEXT("contents"), TEXT("new") });
 		} },
 	{ TEXT("delete_cpp_file"), nullptr,
 		[](const FWorld& World) {
-			return Use(
-				TEXT("delete_cpp_file"), { TEXT("filepath"), World.Folder, TEXT("filename"), TEXT("gone.txt") });
+			return Use(TEXT("delete_cpp_file"), { TEXT("filepath"), World.Folder, TEXT("filename"), TEXT("gone.txt") });
 		} },
 	{ TEXT("read_file"), nullptr,
 		[](const FWorld& World) {

@@ -1,0 +1,223 @@
+#include "Agent/Chat/KestrelInterface.h"
+
+#include "Agent/Agent.h"
+#include "Agent/Files/FileRescue.h"
+#include "Agent/Files/NativeFile.h"
+#include "Agent/History/HistoryStore.h"
+#include "Agent/Text/DisplayText.h"
+#include "Interfaces/IProjectManager.h"
+#include "KestrelSettings.h"
+#include "Misc/Paths.h"
+#include "ModuleDescriptor.h"
+#include "Modules/ModuleManager.h"
+#include "ProjectDescriptor.h"
+#include "UObject/Class.h"
+
+#define LOCTEXT_NAMESPACE "FKestrelInterface"
+
+namespace KestrelInterface
+{
+/** The project's modules that every editor loads, as far as this one has not. */
+TArray<FString> FindMissingModules()
+{
+	TArray<FString> Missing;
+	const FProjectDescriptor* Project = IProjectManager::Get().GetCurrentProject();
+	for (const FModuleDescriptor& Module : Project ? Project->Modules : TArray<FModuleDescriptor>())
+	{
+		const bool bInEditors = Module.Type == EHostType::Runtime || Module.Type == EHostType::Editor;
+		if (bInEditors && !FModuleManager::Get().IsModuleLoaded(Module.Name))
+		{
+			Missing.Add(Module.Name.ToString());
+		}
+	}
+	return Missing;
+}
+
+/** The first of some paths, for a notice. */
+FString ListForDisplay(TArray<FString> Paths)
+{
+	constexpr int32 MostNamed = 5;
+	const TCHAR* const More = Paths.Num() > MostNamed ? TEXT(", ...") : TEXT("");
+	Paths.SetNum(FMath::Min(Paths.Num(), MostNamed));
+	return KestrelDisplayText::EscapeLine(FString::Join(Paths, TEXT(", "))) + More;
+}
+}
+
+const FName FKestrelInterface::RegularFontName("Regular");
+const FName FKestrelInterface::BoldFontName("Bold");
+const FName FKestrelInterface::ItalicFontName("Italic");
+const FLinearColor FKestrelInterface::MessageColor(0.55f, 0.55f, 0.55f);
+const FLinearColor FKestrelInterface::UserColor(0.35f, 0.65f, 1.0f);
+const FLinearColor FKestrelInterface::AssistantColor(0.90f, 0.90f, 0.90f);
+
+FKestrelInterface& FKestrelInterface::Get()
+{
+	static FKestrelInterface Instance;
+	return Instance;
+}
+
+void FKestrelInterface::Initialize()
+{
+	if (bInitialized)
+	{
+		return;
+	}
+	bInitialized = true;
+	PromptLog.Open();
+	// The key is in there; the engine writes the file with the modes of any other.
+	KestrelNativeFile::RestrictToOwner(
+		FPaths::ConvertRelativePathToFull(UKestrelSettings::StaticClass()->GetConfigName()));
+	CollectRescueNotices();
+	FFileHistory::Get().OnTextKept.BindRaw(this, &FKestrelInterface::ReportKeptText);
+
+	constexpr int32 DaysKept = 30;
+	constexpr int64 HistoryBytesKept = 512 * 1024 * 1024;
+	switch (GetDefault<UKestrelSettings>()->LogRetentionPolicy)
+	{
+	case EKestrelLogDeletionPolicy::DeleteAllOnStart:
+		PromptLog.DeleteAll();
+		FKestrelHistoryStore::RemoveAll();
+		break;
+	case EKestrelLogDeletionPolicy::KeepLast30Days:
+		PromptLog.DeleteOld(DaysKept);
+		FKestrelHistoryStore::RemoveOld(DaysKept, HistoryBytesKept);
+		break;
+	case EKestrelLogDeletionPolicy::KeepAll:
+		FKestrelHistoryStore::RemoveOld(MAX_int32, MAX_int64);
+		break;
+	}
+	OfferUndoOfEarlierRun();
+}
+
+void FKestrelInterface::OfferUndoOfEarlierRun()
+{
+	TArray<FString> NotUndoable;
+	const FString Id = FFileHistory::Get().LoadLastConversation(NotUndoable);
+	FAgent& Agent = FAgent::Get();
+	Agent.SetUndoConversationID(FFileHistory::Get().GetFileHistories().Contains(Id) ? Id : FString());
+	Agent.SetRedoConversationID(FFileHistory::Get().GetRedoHistories().Contains(Id) ? Id : FString());
+	if (CanUndo())
+	{
+		TArray<FString> Names;
+		FFileHistory::Get().GetFileHistories().Find(Id)->GenerateKeyArray(Names);
+		Notices.Add(TEXT("Undo can still restore what the last conversation changed: ") +
+					KestrelInterface::ListForDisplay(Names));
+	}
+	if (!NotUndoable.IsEmpty())
+	{
+		Notices.Add(
+			TEXT(
+				"The last conversation also changed these, but after a restart undo does not touch what lies outside the "
+				"project or behind links, or is very large: ") +
+			KestrelInterface::ListForDisplay(NotUndoable));
+	}
+}
+
+void FKestrelInterface::ReportKeptText(const FString& FilePath, const FString& CopyPath) const
+{
+	AddHint(FText::Format(
+		LOCTEXT("ChangedSince", "{0} was changed since the assistant's last edit. That version is kept: {1}"),
+		FText::FromString(KestrelDisplayText::EscapeLine(FilePath)),
+		FText::FromString(KestrelDisplayText::EscapeLine(CopyPath))));
+}
+
+void FKestrelInterface::Shutdown()
+{
+	if (FAgent::Get().GetAgentState() != EAgentState::Idle)
+	{
+		FAgent::Get().CancelRequest(FString());
+	}
+}
+
+void FKestrelInterface::InitialRequest(const FString& Prompt)
+{
+	if (FAgent::Get().GetAgentState() == EAgentState::Idle)
+	{
+		const FInitialRequestStateData Data(Prompt);
+		FAgent::Get().SetAgentState(EAgentState::InitialRequest, &Data);
+	}
+}
+
+void FKestrelInterface::RegularRequest(const FString& Prompt)
+{
+	if (FAgent::Get().GetAgentState() == EAgentState::AwaitingUpdate)
+	{
+		const FRegularRequestStateData Data(Prompt);
+		FAgent::Get().SetAgentState(EAgentState::RegularRequest, &Data);
+	}
+}
+
+void FKestrelInterface::Approve()
+{
+	if (FAgent::Get().GetAgentState() == EAgentState::AwaitingApproval)
+	{
+		FAgent::Get().SetAgentState(EAgentState::Approved, nullptr);
+	}
+}
+
+void FKestrelInterface::EndRequest(const FString& Message)
+{
+	FAgent::Get().EndRequest(Message);
+}
+
+void FKestrelInterface::CancelRequest(const FString& Message)
+{
+	FAgent::Get().CancelRequest(Message);
+}
+
+void FKestrelInterface::PauseRequest()
+{
+	FAgent::Get().PauseRequest();
+}
+
+void FKestrelInterface::Continue(FString Message)
+{
+	FAgent::Get().Continue(Message);
+}
+
+void FKestrelInterface::CollectRescueNotices()
+{
+	for (const FFileRescue::FLeftCopy& Left : FFileRescue::FindLeftCopies())
+	{
+		Notices.Add(FString::Printf(TEXT("The editor ended while a file was being written: %s\nIts text from before is "
+										 "kept, and nothing was overwritten with it: %s"),
+			*KestrelDisplayText::EscapeLine(Left.Original), *KestrelDisplayText::EscapeLine(Left.Copy)));
+	}
+}
+
+TArray<FString> FKestrelInterface::TakeNotices()
+{
+	TArray<FString> Taken = MoveTemp(Notices);
+	const TArray<FString> Missing = KestrelInterface::FindMissingModules();
+	if (!Missing.IsEmpty())
+	{
+		Taken.Add(
+			FString::Printf(TEXT("The project's C++ code is not loaded (%s). The output log says why. Once the code "
+								 "is mended, a compile loads it."),
+				*FString::Join(Missing, TEXT(", "))));
+	}
+	return Taken;
+}
+
+void FKestrelInterface::OnAddStatusMessage(
+	const FString& Message, const FLinearColor& Color, const FName& FontStyle, float FontSize) const
+{
+	StatusMessageDelegate.ExecuteIfBound(Message, Color, FontStyle, FontSize);
+}
+
+void FKestrelInterface::AddOwnStatusMessage(const FString& Message) const
+{
+	OnAddStatusMessage(Message, MessageColor, ItalicFontName, MessageFontSize);
+}
+
+void FKestrelInterface::AddHint(const FText& Hint) const
+{
+	HintDelegate.ExecuteIfBound(Hint);
+}
+
+void FKestrelInterface::OnAddDiffMessage(const FString& FilePath, const FString& Before, const FString& After) const
+{
+	DiffMessageDelegate.ExecuteIfBound(FilePath, Before, After);
+}
+
+#undef LOCTEXT_NAMESPACE

@@ -1,0 +1,120 @@
+#pragma once
+
+#include "Agent/Chat/PromptLog.h"
+#include "Agent/FileHistory.h"
+#include "Agent/History/TransactionLookup.h"
+#include "CoreMinimal.h"
+
+DECLARE_DELEGATE_FourParams(FOnAddStatusMessageDelegate, const FString& /*Message*/, const FLinearColor& /*Color*/,
+	const FName& /*FontStyle*/, float /*FontSize*/);
+DECLARE_DELEGATE_OneParam(FOnAddHintDelegate, const FText& /*Hint*/);
+DECLARE_DELEGATE_ThreeParams(
+	FOnAddDiffMessageDelegate, const FString& /*FilePath*/, const FString& /*Before*/, const FString& /*After*/);
+
+/**
+ * What the panel and the rest of the plugin know of each other.
+ *
+ * It forwards the user's wishes to the agent in the states that allow them and relays the agent's messages to the panel
+ * that is open, if one is. It keeps the prompt logs: a file a day, in Plugins/kestrel-unreal/Logs of the project.
+ */
+class FKestrelInterface
+{
+public:
+	static FKestrelInterface& Get();
+
+	/** Makes the log directory and applies the retention policy, once in the editor's run. */
+	void Initialize();
+	/** Cancels what the agent is doing. */
+	void Shutdown();
+
+	// The prompt log (FKestrelPromptLog).
+	void EnsureLogDirectoryExists() const { PromptLog.EnsureFolderExists(); }
+	TArray<FString> GetAllLogFiles() const { return PromptLog.GetAllFiles(); }
+	void DeleteAllLogs() { PromptLog.DeleteAll(); }
+	void DeleteOldLogs(int32 Days) { PromptLog.DeleteOld(Days); }
+	bool IsLogFileOlderThanDays(const FString& File, int32 Days) const
+	{
+		return FKestrelPromptLog::IsOlderThanDays(File, Days);
+	}
+	FString GetPromptLogFilePath() const { return PromptLog.GetFilePath(); }
+	void KestrelInterfaceLogString(const FString& Text, const FString& FilePath, bool bWithTimestamp) const
+	{
+		PromptLog.Append(Text, FilePath, bWithTimestamp);
+	}
+
+	/** Only from `Idle`; otherwise nothing happens. */
+	void InitialRequest(const FString& Prompt);
+	/** Only from `AwaitingUpdate`; otherwise nothing happens. */
+	void RegularRequest(const FString& Prompt);
+	/** Only from `AwaitingApproval`; otherwise nothing happens. */
+	void Approve();
+	void EndRequest(const FString& Message);
+	void CancelRequest(const FString& Message);
+	void PauseRequest();
+	void Continue(FString Message);
+
+	/**
+	 * Takes back what the last conversation has changed: its transactions in the editor, with all that came after them,
+	 * and files. Then the game is compiled, and Blueprints are saved. Files that cannot be taken back can be tried
+	 * again.
+	 */
+	void UndoLastOperation();
+	/** Makes again what was taken back last; files only, and only when nothing in the editor was undone with them. */
+	void RedoLastOperation();
+	bool CanUndo() const;
+	bool CanRedo() const;
+	/** Whether a compile was asked for by Undo or Redo, and not by a tool. */
+	static bool IsCompileLabel(const FString& ToolId);
+	/**
+	 * Undoes the editor's transactions down to the last one of that title and with it, whoever made the others: it
+	 * marks where the agent began.
+	 *
+	 * @return false when there is none that could be undone; then nothing is
+	 */
+	bool UndoUntilLastTransactionByName(const FString& Name) const;
+
+	/** What was noticed before a panel could show it, told once, and whether the project's code is missing. */
+	TArray<FString> TakeNotices();
+
+	void OnAddStatusMessage(
+		const FString& Message, const FLinearColor& Color, const FName& FontStyle, float FontSize) const;
+	/** A status line of the plugin's own: what it is doing, in small italics. */
+	void AddOwnStatusMessage(const FString& Message) const;
+	/** A line for the person at the panel only: it is neither logged nor among the status messages. */
+	void AddHint(const FText& Hint) const;
+	void OnAddDiffMessage(const FString& FilePath, const FString& Before, const FString& After) const;
+
+	/** Bound by the open panel. */
+	FOnAddStatusMessageDelegate StatusMessageDelegate;
+	FOnAddDiffMessageDelegate DiffMessageDelegate;
+	FOnAddHintDelegate HintDelegate;
+
+	// Font styles of status messages, as typefaces of the editor's default font.
+	static const FName RegularFontName;
+	static const FName BoldFontName;
+	static const FName ItalicFontName;
+	/** The interface's own status lines. */
+	static const FLinearColor MessageColor;
+	static const FLinearColor UserColor;
+	static const FLinearColor AssistantColor;
+	static constexpr float MessageFontSize = 8.0f;
+	static constexpr float UserFontSize = 10.0f;
+	static constexpr float AssistantFontSize = 10.0f;
+
+private:
+	FKestrelInterface() = default;
+	UE_NONCOPYABLE(FKestrelInterface)
+
+	/** Names the files whose changes are still there after an undo or redo. @return true when there are none */
+	bool ReportLeftChanges(const FFileHistory::FFileEntries* Left) const;
+	void OfferUndoOfEarlierRun();
+	void ReportKeptText(const FString& FilePath, const FString& CopyPath) const;
+	/** Copies of files that an editor which ended while it was writing has left behind. */
+	void CollectRescueNotices();
+
+	mutable FKestrelTransactionLookup UndoLookup;
+	mutable FKestrelTransactionLookup RedoLookup;
+	FKestrelPromptLog PromptLog;
+	TArray<FString> Notices;
+	bool bInitialized = false;
+};

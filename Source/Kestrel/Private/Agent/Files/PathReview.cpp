@@ -1,0 +1,268 @@
+#include "Agent/Files/PathReview.h"
+
+#include "Agent/Files/NativeFile.h"
+#include "Interfaces/IPluginManager.h"
+#include "Misc/Paths.h"
+
+#define LOCTEXT_NAMESPACE "KestrelPathReview"
+
+namespace PathReview
+{
+/** Folders of revision control systems: their hooks and settings run programs. */
+const TCHAR* const VersionControlFolders[] = { TEXT(".git"), TEXT(".svn"), TEXT(".hg"), TEXT(".plastic"),
+	TEXT(".github"), TEXT(".gitlab") };
+/** Folders of other editors: their tasks run programs. */
+const TCHAR* const EditorFolders[] = { TEXT(".vscode"), TEXT(".vs"), TEXT(".idea"), TEXT(".fleet") };
+/** Files that revision control reads its settings from. */
+const TCHAR* const VersionControlFiles[] = { TEXT(".gitattributes"), TEXT(".gitmodules"), TEXT(".gitconfig"),
+	TEXT(".hgrc"), TEXT(".p4config"), TEXT("p4config.txt") };
+/** What the build tool compiles and runs itself. */
+const TCHAR* const BuildEndings[] = { TEXT(".build.cs"), TEXT(".target.cs"), TEXT(".automation.cs"), TEXT(".csproj"),
+	TEXT(".props"), TEXT(".targets"), TEXT(".sln"), TEXT(".vcxproj"), TEXT(".rsp"), TEXT(".cmake"), TEXT(".mk") };
+const TCHAR* const BuildFiles[] = { TEXT("CMakeLists.txt"), TEXT("Makefile"), TEXT(".envrc"), TEXT(".clangd") };
+const TCHAR* const ProjectEndings[] = { TEXT(".uproject"), TEXT(".uplugin"), TEXT(".uprojectdirs") };
+/** What runs by itself when the editor starts, or with one click. */
+const TCHAR* const StartupFiles[] = { TEXT("init_unreal.py") };
+const TCHAR* const ProgramEndings[] = { TEXT(".bat"), TEXT(".cmd"), TEXT(".ps1"), TEXT(".sh"), TEXT(".command"),
+	TEXT(".exe"), TEXT(".dll"), TEXT(".so"), TEXT(".dylib") };
+
+bool IsOneOf(const FString& Name, TArrayView<const TCHAR* const> Names)
+{
+	for (const TCHAR* Each : Names)
+	{
+		if (Name.Equals(Each, ESearchCase::IgnoreCase))
+		{
+			return true;
+		}
+	}
+	return false;
+}
+
+bool EndsWithOneOf(const FString& Name, TArrayView<const TCHAR* const> Endings)
+{
+	for (const TCHAR* Each : Endings)
+	{
+		if (Name.EndsWith(Each, ESearchCase::IgnoreCase))
+		{
+			return true;
+		}
+	}
+	return false;
+}
+
+/** A path as its names, without the dots and blanks at their ends that some file systems ignore. */
+TArray<FString> SplitPath(const FString& Path)
+{
+	TArray<FString> Names;
+	Path.ParseIntoArray(Names, TEXT("/"));
+	for (FString& Name : Names)
+	{
+		while (Name.Len() > 1 && (Name.EndsWith(TEXT(".")) || Name.EndsWith(TEXT(" "))))
+		{
+			Name.LeftChopInline(1);
+		}
+	}
+	return Names;
+}
+
+struct FPlace
+{
+	TArray<FString> Folders;
+	FString Name;
+	FString Path;
+	TArrayView<const FString> OwnFolders;
+
+	bool IsBelow(TArrayView<const TCHAR* const> FolderNames) const
+	{
+		return Folders.ContainsByPredicate([&](const FString& Folder) { return IsOneOf(Folder, FolderNames); });
+	}
+	bool IsBelow(const TCHAR* FolderName) const { return Folders.Contains(FolderName); }
+};
+
+bool IsOfVersionControl(const FPlace& Place)
+{
+	return Place.IsBelow(VersionControlFolders) || IsOneOf(Place.Name, VersionControlFolders) ||
+		   IsOneOf(Place.Name, VersionControlFiles);
+}
+
+bool IsBuildRule(const FPlace& Place)
+{
+	return EndsWithOneOf(Place.Name, BuildEndings) || IsOneOf(Place.Name, BuildFiles) || Place.IsBelow(EditorFolders);
+}
+
+bool IsProjectDescriptor(const FPlace& Place)
+{
+	return EndsWithOneOf(Place.Name, ProjectEndings);
+}
+
+bool IsConfiguration(const FPlace& Place)
+{
+	return Place.Name.EndsWith(TEXT(".ini"), ESearchCase::IgnoreCase) && Place.IsBelow(TEXT("Config"));
+}
+
+bool IsProgram(const FPlace& Place)
+{
+	// The editor runs what lies in a Python folder when it starts, or imports it from there.
+	const bool bStartupScript =
+		Place.Name.EndsWith(TEXT(".py"), ESearchCase::IgnoreCase) && Place.IsBelow(TEXT("Python"));
+	return bStartupScript || IsOneOf(Place.Name, StartupFiles) || EndsWithOneOf(Place.Name, ProgramEndings) ||
+		   Place.IsBelow(TEXT("Binaries"));
+}
+
+FString WithoutSlash(const FString& Folder)
+{
+	return Folder.Len() > 1 && Folder.EndsWith(TEXT("/")) ? Folder.LeftChop(1) : Folder;
+}
+
+/** Both absolute and without relative parts: nearly all paths can be told apart before the engine takes them apart. */
+bool IsUnder(const FString& Path, const FString& Folder)
+{
+	return Path.StartsWith(Folder, ESearchCase::IgnoreCase) && FPaths::IsUnderDirectory(Path, Folder);
+}
+
+bool IsOfThisPlugin(const FPlace& Place)
+{
+	for (const FString& Folder : Place.OwnFolders)
+	{
+		if (IsUnder(Place.Path, Folder))
+		{
+			return true;
+		}
+	}
+	return false;
+}
+
+/** The plugin's folder in the project, the one that it was loaded from, and what it saves. */
+TArray<FString> FindOwnFolders(const FString& RealProjectDir)
+{
+	const TSharedPtr<IPlugin> Plugin = IPluginManager::Get().FindPlugin(TEXT("Kestrel"));
+	const FString Folders[] = { Plugin.IsValid() ? Plugin->GetBaseDir() : FString(),
+		FPaths::ProjectPluginsDir() / TEXT("kestrel-unreal"), FPaths::ProjectSavedDir() / TEXT("Kestrel") };
+	TArray<FString> RealFolders;
+	for (const FString& Folder : Folders)
+	{
+		const FString RealFolder =
+			Folder.IsEmpty() ? Folder : KestrelNativeFile::ResolveLinks(FPaths::ConvertRelativePathToFull(Folder));
+		// A project inside the plugin's folder, one for its tests, is a project like any other.
+		if (!RealFolder.IsEmpty() && !FPaths::IsUnderDirectory(RealProjectDir, RealFolder))
+		{
+			RealFolders.Add(RealFolder);
+		}
+	}
+	return RealFolders;
+}
+
+/** The user's own settings, keys among them. */
+bool IsUserSettings(const FPlace& Place)
+{
+	return Place.IsBelow(TEXT("Saved")) && Place.IsBelow(TEXT("Config"));
+}
+
+/** @param InProject  the path below the project, or the whole one when it lies elsewhere */
+FPlace MakePlace(const FString& Path, const FString& InProject, TArrayView<const FString> OwnFolders)
+{
+	FPlace Place;
+	Place.Path = Path;
+	Place.OwnFolders = OwnFolders;
+	// The names of the folders that the project itself lies in say nothing about a file of the project.
+	Place.Folders = SplitPath(InProject);
+	Place.Name = Place.Folders.IsEmpty() ? FString() : Place.Folders.Pop();
+	return Place;
+}
+
+bool AppliesToOne(bool (*Rule)(const FPlace& Place), TArrayView<const FPlace> Places)
+{
+	for (const FPlace& Place : Places)
+	{
+		if (Rule(Place))
+		{
+			return true;
+		}
+	}
+	return false;
+}
+
+/** What makes a place special, and how people are told. */
+struct FRule
+{
+	bool (*Applies)(const FPlace& Place);
+	FText Caution;
+	/** Even reading tells the service what it has no business to know. */
+	bool bForReading = false;
+	/** Whoever made the project had no business there. */
+	bool bIsNotOfProject = false;
+};
+
+const TArray<FRule>& GetRules()
+{
+	static const TArray<FRule> Rules = {
+		{ IsOfVersionControl, LOCTEXT("VersionControl", "version control settings"), true, true },
+		{ IsUserSettings, LOCTEXT("UserSettings", "your own settings"), true },
+		{ IsBuildRule, LOCTEXT("BuildFile", "build file") },
+		{ IsProjectDescriptor, LOCTEXT("ProjectFile", "project or plugin descriptor") },
+		{ IsConfiguration, LOCTEXT("Configuration", "configuration") },
+		{ IsProgram, LOCTEXT("Program", "runs as a program") },
+		{ IsOfThisPlugin, LOCTEXT("OwnFiles", "this plugin's own files"), false, true },
+	};
+	return Rules;
+}
+}
+
+FKestrelPathReview FKestrelPathReview::Of(const FString& FullPath)
+{
+	return FKestrelPathReviewer().Review(FullPath, KestrelNativeFile::ResolveLinks(FullPath));
+}
+
+FKestrelPathReviewer::FKestrelPathReviewer()
+	: ProjectDir(PathReview::WithoutSlash(FPaths::ConvertRelativePathToFull(FPaths::ProjectDir())))
+	, RealProjectDir(PathReview::WithoutSlash(KestrelNativeFile::ResolveLinks(ProjectDir)))
+	, OwnFolders(PathReview::FindOwnFolders(RealProjectDir))
+{
+}
+
+FKestrelPathReview FKestrelPathReviewer::Review(const FString& GivenPath, const FString& RealPath) const
+{
+	const FString FullPath = FPaths::ConvertRelativePathToFull(GivenPath);
+	const FString Real = RealPath.IsEmpty() ? FullPath : FPaths::ConvertRelativePathToFull(RealPath);
+	const bool bFullIsUnder = PathReview::IsUnder(FullPath, ProjectDir);
+	const bool bIsWithoutLinks = Real.Equals(FullPath) && RealProjectDir.Equals(ProjectDir);
+	const bool bRealIsUnder = bIsWithoutLinks ? bFullIsUnder : PathReview::IsUnder(Real, RealProjectDir);
+	const FString FullInProject = bFullIsUnder ? FullPath.RightChop(ProjectDir.Len() + 1) : FullPath;
+	const FString RealInProject = bRealIsUnder ? Real.RightChop(RealProjectDir.Len() + 1) : Real;
+
+	FKestrelPathReview Review;
+	Review.RealPath = RealPath;
+	Review.ShownPath = FullInProject;
+	if (RealPath.IsEmpty())
+	{
+		Review.Cautions.Add(LOCTEXT("UnknownPlace", "behind a link that cannot be resolved"));
+	}
+	else if (!bRealIsUnder)
+	{
+		Review.Cautions.Add(LOCTEXT("Outside", "outside the project"));
+	}
+	// A project that is itself behind a link says nothing about its files.
+	if (!RealPath.IsEmpty() && !(bFullIsUnder == bRealIsUnder && RealInProject.Equals(FullInProject)))
+	{
+		Review.LinkTarget = RealPath;
+	}
+
+	// A link may hide what a file is by either of its names.
+	TArray<PathReview::FPlace> Places = { PathReview::MakePlace(Real, RealInProject, OwnFolders) };
+	if (!bIsWithoutLinks)
+	{
+		Places.Add(PathReview::MakePlace(FullPath, FullInProject, OwnFolders));
+	}
+	Review.bIsOfProject = Review.Cautions.IsEmpty();
+	for (const PathReview::FRule& Rule : PathReview::GetRules())
+	{
+		if (PathReview::AppliesToOne(Rule.Applies, Places))
+		{
+			(Rule.bForReading ? Review.Cautions : Review.CautionsOfChange).Add(Rule.Caution);
+			Review.bIsOfProject &= !Rule.bIsNotOfProject;
+		}
+	}
+	return Review;
+}
+
+#undef LOCTEXT_NAMESPACE

@@ -1,0 +1,194 @@
+#include "Agent/Text/DisplayText.h"
+
+namespace KestrelDisplayText
+{
+struct FCharacterRange
+{
+	uint32 First;
+	uint32 Last; // included
+};
+
+/** Characters without a shape of their own, or that change the shape or order of others. */
+const FCharacterRange UnseenRanges[] = {
+	{ 0x0000, 0x001F },                     // control characters
+	{ 0x007F, 0x009F }, { 0x00A0, 0x00A0 }, // no-break space
+	{ 0x00AD, 0x00AD },                     // soft hyphen
+	{ 0x034F, 0x034F },                     // combining grapheme joiner
+	{ 0x061C, 0x061C },                     // Arabic letter mark
+	{ 0x115F, 0x1160 },                     // Hangul fillers
+	{ 0x17B4, 0x17B5 },                     // Khmer inherent vowels
+	{ 0x180B, 0x180F },                     // Mongolian separators
+	{ 0x2000, 0x200F },                     // spaces of other widths, zero-width characters, direction marks
+	{ 0x2028, 0x202F },                     // line and paragraph separators, direction embeddings and overrides
+	{ 0x205F, 0x206F },                     // invisible operators, direction isolates
+	{ 0x2800, 0x2800 },                     // Braille blank
+	{ 0x3000, 0x3000 },                     // ideographic space
+	{ 0x3164, 0x3164 },                     // Hangul filler
+	{ 0xD800, 0xDFFF },                     // surrogates without a partner
+	{ 0xFE00, 0xFE0F },                     // variation selectors
+	{ 0xFEFF, 0xFEFF },                     // byte order mark
+	{ 0xFFA0, 0xFFA0 },                     // halfwidth Hangul filler
+	{ 0xFFF0, 0xFFFB },                     // interlinear annotations
+	{ 0xFFFC, 0xFFFC },                     // object replacement
+	{ 0x1BCA0, 0x1BCA3 },                   // shorthand format controls
+	{ 0x1D173, 0x1D17A },                   // musical format controls
+	{ 0xFFFC, 0xFFFC },                     // object replacement
+	{ 0x1BCA0, 0x1BCA3 },                   // shorthand format controls
+	{ 0x1D173, 0x1D17A },                   // musical format controls
+	{ 0xE0000, 0xE0FFF },                   // tags and further variation selectors
+};
+
+const FCharacterRange LatinRanges[] = { { 'A', 'Z' }, { 'a', 'z' }, { 0x00C0, 0x024F }, { 0x1E00, 0x1EFF } };
+/** Alphabets with letters in the shape of Latin ones. */
+const FCharacterRange RelatedRanges[] = {
+	{ 0x0370, 0x03FF }, { 0x1F00, 0x1FFF },                                         // Greek
+	{ 0x0400, 0x052F }, { 0x1C80, 0x1C8F }, { 0x2DE0, 0x2DFF }, { 0xA640, 0xA69F }, // Cyrillic
+	{ 0x0530, 0x058F },                                                             // Armenian
+	{ 0x13A0, 0x13FF }, { 0xAB70, 0xABBF },                                         // Cherokee
+	{ 0x2C80, 0x2CFF },                                                             // Coptic
+	{ 0xA4D0, 0xA4FF },                                                             // Lisu
+};
+/** Latin letters under other numbers. */
+const FCharacterRange StyledRanges[] = {
+	{ 0x212A, 0x212B },                     // Kelvin and Angstrom signs
+	{ 0xFF21, 0xFF3A }, { 0xFF41, 0xFF5A }, // full width
+	{ 0x1D400, 0x1D7FF },                   // mathematical
+};
+/** Greek and Cyrillic letters that cannot be told from Latin ones. */
+const TCHAR* const LookAlikes =
+	TEXT("\u0391\u0392\u0395\u0396\u0397\u0399\u039A\u039C\u039D\u039F\u03A1\u03A4\u03A5\u03A7\u03BD\u03BF\u03F2\u03F3"
+		 "\u0405\u0406\u0408\u0410\u0412\u0415\u041A\u041C\u041D\u041E\u0420\u0421\u0422\u0423\u0425\u04AE\u051A\u051C"
+		 "\u0430\u0435\u043E\u0440\u0441\u0443\u0445\u0455\u0456\u0458\u04BB\u04CF\u0501\u051B\u051D");
+
+bool IsIn(TArrayView<const FCharacterRange> Ranges, uint32 Character)
+{
+	for (const FCharacterRange& Range : Ranges)
+	{
+		if (Character >= Range.First && Character <= Range.Last)
+		{
+			return true;
+		}
+	}
+	return false;
+}
+
+bool IsUnseen(uint32 Character)
+{
+	return IsIn(UnseenRanges, Character);
+}
+
+bool IsLookAlike(uint32 Character)
+{
+	for (const TCHAR* Each = LookAlikes; *Each; ++Each)
+	{
+		if (static_cast<uint32>(*Each) == Character)
+		{
+			return true;
+		}
+	}
+	return false;
+}
+
+FString EscapeCharacter(uint32 Character)
+{
+	switch (Character)
+	{
+	case '\n':
+		return TEXT("\\n");
+	case '\r':
+		return TEXT("\\r");
+	case '\t':
+		return TEXT("\\t");
+	default:
+		return Character > 0xFFFF ? FString::Printf(TEXT("\\U%08X"), Character)
+								  : FString::Printf(TEXT("\\u%04X"), Character);
+	}
+}
+
+/** The character at Index; a surrogate pair counts as one, and moves Index to its second half. */
+uint32 ReadCharacter(const FString& Text, int32& Index)
+{
+	const uint32 First = static_cast<uint32>(Text[Index]);
+	const bool bHigh = First >= 0xD800 && First <= 0xDBFF;
+	const uint32 Second = bHigh && Index + 1 < Text.Len() ? static_cast<uint32>(Text[Index + 1]) : 0;
+	if (Second < 0xDC00 || Second > 0xDFFF)
+	{
+		return First;
+	}
+	++Index;
+	return 0x10000 + ((First - 0xD800) << 10) + (Second - 0xDC00);
+}
+
+FString Escape(const FString& Text, TFunctionRef<bool(uint32)> IsKept)
+{
+	FString Escaped;
+	Escaped.Reserve(Text.Len());
+	for (int32 Index = 0; Index < Text.Len(); ++Index)
+	{
+		const int32 Begin = Index;
+		const uint32 Character = ReadCharacter(Text, Index);
+		if (IsUnseen(Character) && !IsKept(Character))
+		{
+			Escaped += EscapeCharacter(Character);
+		}
+		else
+		{
+			Escaped.Append(*Text + Begin, Index - Begin + 1);
+		}
+	}
+	return Escaped;
+}
+
+/** Letters in a row, and what they could be taken for. */
+struct FWord
+{
+	/** @return false for what is no letter, or one of an alphabet that nobody takes for Latin */
+	bool Add(uint32 Character)
+	{
+		const bool bIsLatin = IsIn(LatinRanges, Character);
+		const bool bIsStyled = IsIn(StyledRanges, Character);
+		if (!bIsLatin && !bIsStyled && !IsIn(RelatedRanges, Character))
+		{
+			return false;
+		}
+		bHasLatin |= bIsLatin;
+		bHasStyled |= bIsStyled;
+		bOnlyLookAlikes &= IsLookAlike(Character);
+		Escapes += bIsLatin ? FString() : EscapeCharacter(Character);
+		return true;
+	}
+	FString GetLookAlikes() const { return bHasLatin || bHasStyled || bOnlyLookAlikes ? Escapes : FString(); }
+
+	FString Escapes; // of its letters that are not Latin
+	bool bHasLatin = false;
+	bool bHasStyled = false;
+	bool bOnlyLookAlikes = true;
+};
+
+FString FindLookAlikes(const FString& Text)
+{
+	FString Found;
+	FWord Word;
+	for (int32 Index = 0; Index < Text.Len(); ++Index)
+	{
+		if (!Word.Add(ReadCharacter(Text, Index)))
+		{
+			Found += Word.GetLookAlikes();
+			Word = FWord();
+		}
+	}
+	return Found + Word.GetLookAlikes();
+}
+
+FString EscapeLine(const FString& Text)
+{
+	return Escape(Text, [](uint32) { return false; });
+}
+
+FString EscapeLines(const FString& Text)
+{
+	// A carriage return alone moves the text that follows over the one before in some views.
+	return Escape(Text.Replace(TEXT("\r\n"), TEXT("\n"), ESearchCase::CaseSensitive),
+		[](uint32 Character) { return Character == '\n' || Character == '\t'; });
+}
+}

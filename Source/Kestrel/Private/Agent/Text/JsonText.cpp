@@ -1,0 +1,75 @@
+#include "Agent/Text/JsonText.h"
+
+#include "Dom/JsonObject.h"
+#include "Policies/CondensedJsonPrintPolicy.h"
+#include "Serialization/JsonReader.h"
+#include "Serialization/JsonSerializer.h"
+#include "Serialization/JsonWriter.h"
+
+namespace JsonText
+{
+/** Values are destroyed and read recursively, so that the depth of a text from outside is that of the stack. */
+constexpr int32 MaxDepth = 256;
+
+bool IsTooDeep(const FString& Text)
+{
+	int32 Depth = 0;
+	bool bInString = false;
+	for (const TCHAR* C = *Text; *C; ++C)
+	{
+		if (bInString)
+		{
+			const bool bEscape = *C == '\\' && C[1];
+			bInString = bEscape || *C != '"';
+			C += bEscape ? 1 : 0; // what is escaped ends nothing
+		}
+		else
+		{
+			bInString = *C == '"';
+			Depth += *C == '{' || *C == '[';
+			Depth -= *C == '}' || *C == ']';
+		}
+		if (Depth > MaxDepth)
+		{
+			return true;
+		}
+	}
+	return false;
+}
+}
+
+FString KestrelJson::ToCondensedText(const TSharedRef<FJsonObject>& Object)
+{
+	FString Text;
+	const TSharedRef<TJsonWriter<TCHAR, TCondensedJsonPrintPolicy<TCHAR>>> Writer =
+		TJsonWriterFactory<TCHAR, TCondensedJsonPrintPolicy<TCHAR>>::Create(&Text);
+	FJsonSerializer::Serialize(Object, Writer);
+	return Text;
+}
+
+FString KestrelJson::ToPrettyText(const TArray<TSharedPtr<FJsonValue>>& Array)
+{
+	FString Text;
+	const TSharedRef<TJsonWriter<>> Writer = TJsonWriterFactory<>::Create(&Text);
+	FJsonSerializer::Serialize(Array, Writer);
+	return Text;
+}
+
+FString KestrelJson::ToPrettyText(const TSharedRef<FJsonObject>& Object)
+{
+	FString Text;
+	const TSharedRef<TJsonWriter<>> Writer = TJsonWriterFactory<>::Create(&Text);
+	FJsonSerializer::Serialize(Object, Writer);
+	return Text;
+}
+
+TSharedPtr<FJsonObject> KestrelJson::ParseObject(const FString& Text)
+{
+	if (JsonText::IsTooDeep(Text))
+	{
+		return nullptr;
+	}
+	TSharedPtr<FJsonObject> Object;
+	const TSharedRef<TJsonReader<>> Reader = TJsonReaderFactory<>::Create(Text);
+	return FJsonSerializer::Deserialize(Reader, Object) ? Object : nullptr;
+}
