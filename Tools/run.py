@@ -18,7 +18,7 @@ def run(arguments):
         folder = os.path.dirname(folder)
     if folder:
         project.find_uproject(folder)
-    steps.build(PRESET, ["HostEditor", "Kestrel", "kestrel-service"])
+    steps.build(PRESET, ["HostEditor", "Kestrel", "KestrelTests", "kestrel-service"])
     if not folder:
         folder = project.copy_sample()
         print(f"Sample project (a copy, kept for a day): {folder}")

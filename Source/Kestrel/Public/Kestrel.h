@@ -8,7 +8,7 @@ class FUICommandList;
 class SDockTab;
 
 /** The plugin's editor module: registers the settings page, the menu entries and the panel's tab. */
-class FKestrelModule : public IModuleInterface
+class KESTREL_API FKestrelModule : public IModuleInterface
 {
 public:
 	virtual void StartupModule() override;

@@ -6,7 +6,7 @@ class FSlateStyleSet;
 class ISlateStyle;
 
 /** The plugin's icons. Initialising it also brings up the chat interface, which logs and relays from then on. */
-class FKestrelStyle
+class KESTREL_API FKestrelStyle
 {
 public:
 	static void Initialize();

@@ -29,7 +29,7 @@ struct FDiffChunk
 namespace KestrelLineDiff
 {
 /** Blank lines count; no text is no line, and a line break at the end begins another. */
-TArray<FString> SplitIntoLines(const FString& Text);
+KESTREL_API TArray<FString> SplitIntoLines(const FString& Text);
 
 /**
  * All lines of both texts in order: the longest common subsequence unchanged, and of what was replaced the removed
@@ -41,7 +41,7 @@ TArray<FString> SplitIntoLines(const FString& Text);
  * to know. Rows are kept at intervals only and worked out again in between, so N old and M new lines take the memory of
  * about 2 * sqrt(N) * M bits.
  */
-TArray<FDiffLine> Compare(const TArray<FString>& OldLines, const TArray<FString>& NewLines);
+KESTREL_API TArray<FDiffLine> Compare(const TArray<FString>& OldLines, const TArray<FString>& NewLines);
 
 /**
  * Whether two texts are of a size that a person would read a difference of, and that is compared while nobody notices:
@@ -53,8 +53,8 @@ bool IsWorthComparing(const FString& OldText, const FString& NewText);
  * A line as whole lines of at most NumColumns characters, for where somebody decides: nothing may lie out of view. Long
  * runs of white space, behind which the rest of a line could hide, are named by their length instead.
  */
-TArray<FString> FoldLine(const FString& Line, int32 NumColumns);
+KESTREL_API TArray<FString> FoldLine(const FString& Line, int32 NumColumns);
 
 /** Groups the lines of a difference: more than six unchanged ones in a row end a chunk. No line is left out. */
-TArray<FDiffChunk> MakeChunks(TArray<FDiffLine> Lines);
+KESTREL_API TArray<FDiffChunk> MakeChunks(TArray<FDiffLine> Lines);
 }

@@ -19,7 +19,7 @@ struct FSlateBrush;
  * The content of the plugin's tab: the conversation as a list of blocks, a prompt box, and the buttons that drive the
  * agent. Each tab has a widget of its own; the conversation itself lives in the agent and outlives them.
  */
-class SKestrelWidget : public SCompoundWidget
+class KESTREL_API SKestrelWidget : public SCompoundWidget
 {
 public:
 	SLATE_BEGIN_ARGS(SKestrelWidget) {}

@@ -25,7 +25,7 @@ DECLARE_DELEGATE_ThreeParams(FOnPollStatusUpdateDelegate, const FString& /*Reque
  * Replies are known by their request: one to an earlier command, or to a poll of an earlier turn, is dropped. So is one
  * that came from another server than was asked, since a redirect takes the key along.
  */
-class FHTTPAPI
+class KESTREL_API FHTTPAPI
 {
 public:
 	static FHTTPAPI& Get();

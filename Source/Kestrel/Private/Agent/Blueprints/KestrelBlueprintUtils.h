@@ -23,7 +23,7 @@ struct FKestrelAssetAddress;
  * derived from Blueprint are Blueprints, too. Results are JSON in one line unless said otherwise; a failure is an
  * object with the member "Error". All of it happens at once, on the game thread.
  */
-class FKestrelBlueprintUtils
+class KESTREL_API FKestrelBlueprintUtils
 {
 public:
 	// Reading.

@@ -17,7 +17,7 @@ DECLARE_DELEGATE_ThreeParams(
  * It forwards the user's wishes to the agent in the states that allow them and relays the agent's messages to the panel
  * that is open, if one is. It keeps the prompt logs: a file a day, in Plugins/kestrel-unreal/Logs of the project.
  */
-class FKestrelInterface
+class KESTREL_API FKestrelInterface
 {
 public:
 	static FKestrelInterface& Get();

@@ -3,7 +3,7 @@
 #include "CoreMinimal.h"
 
 /** What was said, for the user to read again: a file a day, in Plugins/kestrel-unreal/Logs of the project. */
-class FKestrelPromptLog
+class KESTREL_API FKestrelPromptLog
 {
 public:
 	/** Finds out where the project's logs are, and makes the folder. */

@@ -9,7 +9,7 @@
  * has told is kept in Plugins/kestrel-unreal/Saved/AssetClassCache.log of the project, a line "<package>=<class>" each,
  * and answers meanwhile.
  */
-class FAssetClassCache
+class KESTREL_API FAssetClassCache
 {
 public:
 	static FAssetClassCache& Get();

@@ -9,7 +9,7 @@
  * that says where it came from. It goes when the object does. What an editor that ended in between has left behind is
  * found at the next start.
  */
-class FFileRescue
+class KESTREL_API FFileRescue
 {
 public:
 	/** A copy that was left behind. Paths are absolute. */

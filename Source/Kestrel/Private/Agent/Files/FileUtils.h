@@ -7,7 +7,7 @@ enum class EKestrelRevisionControl : uint8;
 
 /** True when a folder of the path has a name of the list. Slashes and blanks around an entry do not count, nor does
  * case. */
-bool IsDirectoryExcluded(const FString& Path, const TArray<FString>& ExcludedDirs);
+KESTREL_API bool IsDirectoryExcluded(const FString& Path, const TArray<FString>& ExcludedDirs);
 
 /**
  * Reads and edits text files of the project and pictures its folders.
@@ -19,7 +19,7 @@ bool IsDirectoryExcluded(const FString& Path, const TArray<FString>& ExcludedDir
  * meanwhile (FFileRescue), and put back when the write fails. Revision control is told of each change, and never
  * decides whether it is made.
  */
-class FFileUtils
+class KESTREL_API FFileUtils
 {
 public:
 	/** The project directory is relative to the executable in the editor; this makes both it and the path full. */

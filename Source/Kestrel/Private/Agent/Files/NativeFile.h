@@ -28,7 +28,7 @@ bool IsReachedWithoutLinks(const FString& FullPath);
 /** What a link leads to, as it is written in the link; empty for what is no link. */
 FString ReadLink(const FString& FullPath);
 /** @return false where the platform has no links that a plugin could make */
-bool MakeLink(const FString& FullPath, const FString& Target);
+KESTREL_API bool MakeLink(const FString& FullPath, const FString& Target);
 
 /** The permission bits of a file; -1 where the platform has none. */
 int32 GetMode(const FString& FullPath);

@@ -3,7 +3,7 @@
 #include "CoreMinimal.h"
 
 /** What a person should know about the place of a file before a tool touches it. */
-struct FKestrelPathReview
+struct KESTREL_API FKestrelPathReview
 {
 	/** @param FullPath  absolute; need not exist */
 	static FKestrelPathReview Of(const FString& FullPath);

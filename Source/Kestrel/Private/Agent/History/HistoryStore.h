@@ -18,7 +18,7 @@ enum class EKestrelHistorySide : uint8
  * A record is written under another name first and then moved, so a file with a record's name is whole. Only
  * conversations whose ids are GUIDs are kept; what else lies there is left alone.
  */
-class FKestrelHistoryStore
+class KESTREL_API FKestrelHistoryStore
 {
 public:
 	/** A conversation with records. */

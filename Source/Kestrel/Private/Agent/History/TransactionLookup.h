@@ -4,7 +4,7 @@
 #include "Misc/Guid.h"
 
 /** The title of the editor transactions that a conversation's tools open. */
-FString GetKestrelTransactionName(const FString& ConversationId);
+KESTREL_API FString GetKestrelTransactionName(const FString& ConversationId);
 
 /**
  * Whether the editor's list of transactions has one of a title. The panel asks in every frame, so the answer is kept

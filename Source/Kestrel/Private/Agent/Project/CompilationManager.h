@@ -32,7 +32,7 @@ private:
  *   hot reload's event                 tells OnCompileFinished the captured lines and how it went
  *   no event for half an hour          tells OnCompileFinished that it failed; later while hot reload is compiling
  */
-class FCompilationManager
+class KESTREL_API FCompilationManager
 {
 public:
 	DECLARE_MULTICAST_DELEGATE_FourParams(FOnCompileFinished, const TArray<TSharedPtr<FJsonObject>>& /*Messages*/,

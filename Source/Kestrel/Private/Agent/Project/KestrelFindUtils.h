@@ -7,7 +7,7 @@ class FJsonValue;
 class UBlueprint;
 
 /** Finds where a name or a text occurs in the project. Letter case does not count. */
-class FKestrelFindUtils
+class KESTREL_API FKestrelFindUtils
 {
 public:
 	/**

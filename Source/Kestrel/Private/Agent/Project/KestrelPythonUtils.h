@@ -17,7 +17,7 @@ struct FPythonScriptResult
 };
 
 /** Runs Python scripts in the editor, through the editor's own Python plugin. */
-class FKestrelPythonUtils
+class KESTREL_API FKestrelPythonUtils
 {
 public:
 	/**

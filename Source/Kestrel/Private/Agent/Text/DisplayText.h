@@ -12,9 +12,9 @@
 namespace KestrelDisplayText
 {
 /** For a name or value on a line of its own. */
-FString EscapeLine(const FString& Text);
+KESTREL_API FString EscapeLine(const FString& Text);
 /** For a text of several lines, a script for instance: its line breaks and tabs stay. */
-FString EscapeLines(const FString& Text);
+KESTREL_API FString EscapeLines(const FString& Text);
 /**
  * The letters with which a name could pass for another one: those of another alphabet in a word with Latin letters or
  * in a word that has nothing but look-alikes of them, and Latin letters in a special style (full width, mathematical).

@@ -9,10 +9,10 @@ class FJsonValue;
 namespace KestrelJson
 {
 /** Without any white space. */
-FString ToCondensedText(const TSharedRef<FJsonObject>& Object);
+KESTREL_API FString ToCondensedText(const TSharedRef<FJsonObject>& Object);
 /** In the engine's layout for people, a tab a level. */
 FString ToPrettyText(const TArray<TSharedPtr<FJsonValue>>& Array);
 FString ToPrettyText(const TSharedRef<FJsonObject>& Object);
 /** Invalid when the text is no JSON object, or one that is nested deeper than any document is. */
-TSharedPtr<FJsonObject> ParseObject(const FString& Text);
+KESTREL_API TSharedPtr<FJsonObject> ParseObject(const FString& Text);
 }

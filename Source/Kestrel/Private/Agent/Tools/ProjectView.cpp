@@ -54,8 +54,18 @@ const FString& FKestrelProjectView::Resolve(const FString& FullPath)
 	TArray<FPath>& Spellings = Paths.FindOrAdd(FullPath);
 	const FPath* Known =
 		Spellings.FindByPredicate([&FullPath](const FPath& Path) { return Path.FullPath.Equals(FullPath); });
-	return Known ? Known->RealPath
-				 : Spellings.Add_GetRef({ FullPath, KestrelNativeFile::ResolveLinks(FullPath) }).RealPath;
+	if (Known)
+	{
+		return Known->RealPath;
+	}
+	const FString Place = DeletedLinks.IsEmpty() ? FString() : GetPlace(FullPath);
+	const bool bGone = DeletedLinks.ContainsByPredicate([&Place](const FString& Link) { return Link.Equals(Place); });
+	return Spellings.Add_GetRef({ FullPath, bGone ? Place : KestrelNativeFile::ResolveLinks(FullPath) }).RealPath;
+}
+
+FString FKestrelProjectView::GetPlace(const FString& FullPath)
+{
+	return KestrelNativeFile::ResolveLinks(FPaths::GetPath(FullPath)) / FPaths::GetCleanFilename(FullPath);
 }
 
 FKestrelProjectView::FFile* FKestrelProjectView::Find(const FString& RealPath)
@@ -184,6 +194,12 @@ void FKestrelProjectView::WriteUnseen(const FString& FullPath)
 
 void FKestrelProjectView::Delete(const FString& FullPath)
 {
+	if (!KestrelNativeFile::ReadLink(FullPath).IsEmpty())
+	{
+		// What it led to stays.
+		DeletedLinks.Add(GetPlace(FullPath));
+		Paths.Empty();
+	}
 	FKestrelFileState State;
 	State.bIsOnDisk = false;
 	Set(FullPath, State);

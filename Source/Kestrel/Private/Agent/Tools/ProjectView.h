@@ -49,7 +49,7 @@ struct FKestrelFileState : FKestrelExpectedFile
  * The project's files and assets as a row of tools finds them: each sees what those before it would leave behind.
  * Nothing is written, and only ordinary files are opened. Where links lead is found out once for each path.
  */
-class FKestrelProjectView
+class KESTREL_API FKestrelProjectView
 {
 public:
 	/** Of what a tool may edit: it holds several copies, and the engine's strings end at 2^31 characters. */
@@ -97,6 +97,8 @@ private:
 	};
 
 	const FString& Resolve(const FString& FullPath);
+	/** Where the file or link itself lies: with the links of its folders resolved, and not its own. */
+	static FString GetPlace(const FString& FullPath);
 	FFile* Find(const FString& RealPath);
 	void Set(const FString& FullPath, const FKestrelFileState& State);
 	FKestrelFileState Load(const FString& FullPath);
@@ -107,6 +109,8 @@ private:
 	// By path: in one entry are those that only differ in case.
 	TMap<FString, TArray<FFile>> Files;
 	TMap<FString, TArray<FPath>> Paths;
+	/** Where links were that a tool would have deleted: a path that ends there leads nowhere else any more. */
+	TArray<FString> DeletedLinks;
 	const FKestrelPathReviewer Reviewer;
 	FKestrelAssetView Assets;
 };

@@ -30,7 +30,7 @@ struct FKestrelChange
  *
  * Strings are as given; whoever shows them escapes them (KestrelDisplayText).
  */
-struct FKestrelToolPlan
+struct KESTREL_API FKestrelToolPlan
 {
 	/** The place of a file that the tool is about, with everything to know of it. */
 	void SetFile(FKestrelProjectView& View, const FString& FullPath);
@@ -133,7 +133,7 @@ private:
  * Makes plans of tool uses, each on top of those before it. Nothing is changed: neither files, nor the record for
  * undo, nor revision control.
  */
-class FKestrelToolPlanner
+class KESTREL_API FKestrelToolPlanner
 {
 public:
 	explicit FKestrelToolPlanner(EKestrelLookAhead LookAhead)

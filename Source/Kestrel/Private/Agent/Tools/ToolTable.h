@@ -116,7 +116,7 @@ struct FKestrelTool
 namespace KestrelTools
 {
 /** All of them, in the order in which names are compared. */
-const TArray<FKestrelTool>& GetAll();
+KESTREL_API const TArray<FKestrelTool>& GetAll();
 /** Null for a name that is none; case-insensitive. */
 const FKestrelTool* Find(const FString& WireName);
 /** The input as a JSON Schema (draft 2020-12): an object with a property for each field. */

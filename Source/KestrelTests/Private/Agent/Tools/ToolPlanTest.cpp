@@ -1,0 +1,268 @@
+#include "Agent/Tools/ToolPlan.h"
+#include "Agent/Agent.h"
+#include "Agent/FileHistory.h"
+#include "Agent/Files/FileUtils.h"
+#include "Agent/Files/NativeFile.h"
+#include "Agent/Files/PathReview.h"
+#include "Agent/Text/DisplayText.h"
+#include "Dom/JsonObject.h"
+#include "Support/KestrelTest.h"
+
+namespace ToolPlanTest
+{
+/** A "tool_use" block; fields come in pairs. */
+TSharedPtr<FJsonObject> Block(const TCHAR* Tool, const TArray<FString>& Fields)
+{
+	const TSharedRef<FJsonObject> Input = MakeShared<FJsonObject>();
+	for (int32 Index = 0; Index + 1 < Fields.Num(); Index += 2)
+	{
+		Input->SetStringField(Fields[Index], Fields[Index + 1]);
+	}
+	const TSharedRef<FJsonObject> ToolUse = MakeShared<FJsonObject>();
+	ToolUse->SetStringField(TEXT("name"), Tool);
+	ToolUse->SetObjectField(TEXT("input"), Input);
+	return ToolUse;
+}
+
+/** "kind target [before>after]" with what is special behind. */
+FString Describe(const FKestrelToolPlan& Plan)
+{
+	FString Text = FString::Printf(TEXT("%d %s"), static_cast<int32>(Plan.Kind), *Plan.Target);
+	Text +=
+		Plan.Change.IsSet() ? TEXT(" [") + Plan.Change->Before + TEXT(">") + Plan.Change->After + TEXT("]") : TEXT("");
+	Text += Plan.NumReplacements.IsSet() ? FString::Printf(TEXT(" x%d"), Plan.NumReplacements.GetValue()) : FString();
+	for (const FText& Caution : Plan.Cautions)
+	{
+		Text += TEXT(" (") + Caution.ToString() + TEXT(")");
+	}
+	Text += Plan.StandsOut() ? TEXT(" !") : TEXT("");
+	return Text + (Plan.Refusal.IsEmpty() ? TEXT("") : TEXT(" ? ") + Plan.Refusal);
+}
+}
+
+DEFINE_SPEC(FKestrelToolPlanSpec, "Kestrel.ToolPlan", KestrelTest::Flags)
+void FKestrelToolPlanSpec::Define()
+{
+	using ToolPlanTest::Block;
+
+	It("sees what tools would do, each after those before it, and touches nothing", [this]() {
+		const FKestrelTestFolder Folder;
+		Folder.Write(TEXT("a.txt"), TEXT("one one"));
+		const FString A = Folder.Name / TEXT("a.txt");
+		const FString B = Folder.Name / TEXT("b.h");
+		const TArray<TSharedPtr<FJsonObject>> ToolUses = {
+			Block(TEXT("UPDATE_FILE"),
+				{ TEXT("path"), A, TEXT("old_string"), TEXT("one"), TEXT("new_string"), TEXT("two") }),
+			Block(TEXT("insert_into_file"),
+				{ TEXT("path"), A, TEXT("insert_line"), TEXT("0"), TEXT("new_string"), TEXT("top") }),
+			Block(TEXT("update_file"),
+				{ TEXT("path"), A, TEXT("old_string"), TEXT("one"), TEXT("new_string"), TEXT("x") }),
+			Block(TEXT("insert_into_file"),
+				{ TEXT("path"), A, TEXT("insert_line"), TEXT("-3"), TEXT("new_string"), TEXT("x") }),
+			Block(TEXT("delete_file"), { TEXT("path"), Folder.Full(TEXT("a.txt")) }),
+			Block(TEXT("delete_file"), { TEXT("path"), A }),
+			Block(TEXT("create_cpp_file"),
+				{ TEXT("filepath"), Folder.Name, TEXT("filename"), TEXT("b.h"), TEXT("contents"), TEXT("new") }),
+			Block(TEXT("create_file"), { TEXT("path"), B, TEXT("file_text"), TEXT("newer") }),
+			Block(TEXT("create_file"), { TEXT("path"), TEXT("/no/such/c.txt"), TEXT("file_text"), TEXT("x") }),
+			Block(TEXT("create_file"), { TEXT("path"), B / TEXT("d.txt"), TEXT("file_text"), TEXT("x") }),
+			Block(TEXT("execute_unreal_engine_api_python_script"), { TEXT("code"), TEXT("print(1)") }),
+			Block(TEXT("compile"), {}),
+			Block(TEXT("find_reference_in_all_files"), { TEXT("reference_string"), TEXT("Health") }),
+			Block(TEXT("read_file"), { TEXT("path"), B }),
+			Block(TEXT("read_file"), { TEXT("path"), A }),
+			Block(TEXT("read_blueprint"), { TEXT("blueprint_name"), TEXT("BP_A"), TEXT("data_subset"), TEXT("All") }),
+			Block(TEXT("create_blueprint"), { TEXT("BPPath"), TEXT("/Game/Doors"), TEXT("BPName"), TEXT("BP_B"),
+												TEXT("BPParentClassName"), TEXT("Pawn") }),
+			Block(TEXT("modify_blueprint_variables"),
+				{ TEXT("blueprint_name"), TEXT("BP_A"), TEXT("updates"), TEXT("{\"Functions\":[]}") }),
+			Block(TEXT("modify_blueprint_variables"),
+				{ TEXT("blueprint_name"), TEXT("BP_A"), TEXT("updates"), TEXT("no document") }),
+			Block(TEXT("save_and_compile_all_dirty_blueprints"), {}),
+			Block(TEXT("no_such_tool"), {}),
+			Block(TEXT("delete_file"), {}),
+		};
+		const TArray<FString> Expected = {
+			TEXT("3 ") + A + TEXT(" [one one>two two] x2"),
+			TEXT("3 ") + A + TEXT(" [two two>top\ntwo two\n]"),
+			TEXT("3 ") + A + TEXT(" ? Error: String not found in file: ") + Folder.Full(TEXT("a.txt")),
+			TEXT("3 ") + A + TEXT(" ? Error: insert_line must be a non-negative integer."),
+			TEXT("4 ") + A + TEXT(" [top\ntwo two\n>] !"),
+			TEXT("4 ") + A + TEXT(" ! ? Error: File does not exist at path: ") + Folder.Full(TEXT("a.txt")),
+			TEXT("2 ") + B + TEXT(" [>new]"),
+			TEXT("3 ") + B + TEXT(" [new>newer]"),
+			TEXT("2 /no/such/c.txt [>x] (outside the project) !"),
+			TEXT("2 ") + B + TEXT("/d.txt ? Error: Failed to create directory: ") + Folder.Full(TEXT("b.h")),
+			TEXT("5  [>print(1)] (can do anything that you can, and not all of it can be undone) !"),
+			TEXT("6 "),
+			TEXT("1 Health"),
+			TEXT("1 ") + B,
+			TEXT("1 ") + A + TEXT(" ? Error: File not found"),
+			TEXT("1 BP_A"),
+			TEXT("2 /Game/Doors/BP_B (Pawn) (cannot be undone) !"),
+			TEXT("3 BP_A [>{") LINE_TERMINATOR TEXT("\t\"Functions\": []") LINE_TERMINATOR TEXT("}]"),
+			TEXT("3 BP_A [>no document]"),
+			TEXT("3 /Game/Doors/BP_B (saves your own unsaved changes too) !"),
+			TEXT("5 no_such_tool ! ? Error: Unknown tool 'no_such_tool'"),
+			TEXT("4  ! ? Error: Missing required path field"),
+		};
+		FKestrelToolPlanner Planner(EKestrelLookAhead::Limited);
+		for (int32 Index = 0; Index < Expected.Num(); ++Index)
+		{
+			KestrelTest::TestSameText(*this, FString::Printf(TEXT("tool %d"), Index),
+				ToolPlanTest::Describe(*Planner.Plan(*ToolUses[Index])), Expected[Index]);
+		}
+		KestrelTest::TestSameText(*this, TEXT("the file"), FFileUtils::ReadFile(A), TEXT("one one"));
+	});
+
+	It("knows that a link goes alone, and that its place is free then", [this]() {
+		const FKestrelTestFolder Folder;
+		Folder.Write(TEXT("a.txt"), TEXT("one"));
+		if (!KestrelNativeFile::MakeLink(Folder.Full(TEXT("link.txt")), Folder.Full(TEXT("a.txt"))))
+		{
+			return;
+		}
+		FKestrelToolPlanner Planner(EKestrelLookAhead::Limited);
+		const auto Plan = [&Planner, &Folder](const TCHAR* Tool, const TCHAR* File, const TArray<FString>& Fields) {
+			TArray<FString> All = { TEXT("path"), Folder.Name / File };
+			All.Append(Fields);
+			return ToolPlanTest::Describe(*Planner.Plan(*Block(Tool, All)));
+		};
+		Plan(TEXT("delete_file"), TEXT("link.txt"), {});
+		KestrelTest::TestSameText(*this, TEXT("the file it led to"),
+			Plan(TEXT("update_file"), TEXT("a.txt"),
+				{ TEXT("old_string"), TEXT("one"), TEXT("new_string"), TEXT("two") }),
+			TEXT("3 ") + Folder.Name + TEXT("/a.txt [one>two] x1"));
+		KestrelTest::TestSameText(*this, TEXT("its place"),
+			Plan(TEXT("create_file"), TEXT("link.txt"), { TEXT("file_text"), TEXT("new") }),
+			TEXT("2 ") + Folder.Name + TEXT("/link.txt [>new]"));
+	});
+
+	It("reads the fields of the tool's own and no others", [this]() {
+		const FKestrelTestFolder Folder;
+		for (const TCHAR* File : { TEXT("a.h"), TEXT("b.h") })
+		{
+			Folder.Write(File, TEXT("text"));
+		}
+		const TArray<FString> Extra = { TEXT("filepath"), Folder.Name, TEXT("filename"), TEXT("b.h"), TEXT("contents"),
+			TEXT("x"), TEXT("dir_path"), TEXT("/"), TEXT("file"), Folder.Name / TEXT("b.h") };
+		const auto With = [&Extra](TArray<FString> Fields) {
+			Fields.Append(Extra);
+			return Fields;
+		};
+		const FString A = Folder.Name / TEXT("a.h");
+		const TArray<TSharedPtr<FJsonObject>> ToolUses = {
+			Block(TEXT("delete_file"), With({ TEXT("path"), A })),
+			Block(TEXT("create_file"), With({ TEXT("path"), A, TEXT("file_text"), TEXT("y") })),
+			Block(TEXT("read_file"), With({ TEXT("path"), A })),
+			Block(TEXT("update_file"),
+				With({ TEXT("path"), A, TEXT("old_string"), TEXT("text"), TEXT("new_string"), TEXT("y") })),
+			Block(TEXT("insert_into_file"),
+				With({ TEXT("path"), A, TEXT("insert_line"), TEXT("0"), TEXT("new_string"), TEXT("y") })),
+		};
+		for (const TSharedPtr<FJsonObject>& ToolUse : ToolUses)
+		{
+			FKestrelToolPlanner Planner(EKestrelLookAhead::Limited);
+			const TSharedRef<FKestrelToolPlan> Plan = Planner.Plan(*ToolUse);
+			const FString Tool = ToolUse->GetStringField(TEXT("name"));
+			KestrelTest::TestSameText(*this, Tool, Plan->FilePath, Folder.Full(TEXT("a.h")));
+			TestFalse(Tool, FFileUtils::IsError(Plan->Apply()));
+			KestrelTest::TestSameText(*this, Tool, FFileUtils::ReadFile(Folder.Full(TEXT("b.h"))), TEXT("text"));
+			Folder.Write(TEXT("a.h"), TEXT("text"));
+		}
+		FFileHistory::Get().UndoAllChanges(FAgent::Get().GetConversationId());
+	});
+
+	It("holds as long as the files are as they were", [this]() {
+		const FKestrelTestFolder Folder;
+		Folder.Write(TEXT("a.txt"), TEXT("one"));
+		const FString A = Folder.Full(TEXT("a.txt"));
+		const auto Plan = [](const TCHAR* Tool, const TArray<FString>& Fields) {
+			FKestrelToolPlanner Planner(EKestrelLookAhead::Limited);
+			return Planner.Plan(*Block(Tool, Fields));
+		};
+		const TSharedRef<FKestrelToolPlan> Update = Plan(
+			TEXT("update_file"), { TEXT("path"), A, TEXT("old_string"), TEXT("one"), TEXT("new_string"), TEXT("two") });
+		const TSharedRef<FKestrelToolPlan> Creation =
+			Plan(TEXT("create_file"), { TEXT("path"), Folder.Full(TEXT("new.txt")), TEXT("file_text"), TEXT("x") });
+		const TSharedRef<FKestrelToolPlan> Deletion = Plan(TEXT("delete_file"), { TEXT("path"), A });
+		TestTrue(TEXT("at once"), Update->StillHolds() && Creation->StillHolds() && Deletion->StillHolds());
+		Folder.Write(TEXT("a.txt"), TEXT("One")); // as long, and within the same second
+		Folder.Write(TEXT("new.txt"), TEXT(""));
+		TestFalse(TEXT("another text"), Update->StillHolds());
+		TestFalse(TEXT("exists now"), Creation->StillHolds());
+		TestFalse(TEXT("to be deleted"), Deletion->StillHolds());
+		FKestrelToolPlanner Planner(EKestrelLookAhead::Limited);
+		KestrelTest::TestSameText(
+			*this, TEXT("planned again"), Planner.PlanAgain(*Creation)->Verb.ToString(), TEXT("Replace"));
+	});
+
+	It("leaves large files for the time when the tool runs", [this]() {
+		const FKestrelTestFolder Folder;
+		Folder.Write(TEXT("large.txt"), FString::ChrN(9 * 1024 * 1024, u'x') + TEXT("end"));
+		const FString Large = Folder.Full(TEXT("large.txt"));
+		FKestrelToolPlanner Planner(EKestrelLookAhead::Limited);
+		const TSharedRef<FKestrelToolPlan> Plan = Planner.Plan(*Block(TEXT("update_file"),
+			{ TEXT("path"), Large, TEXT("old_string"), TEXT("end"), TEXT("new_string"), TEXT("END") }));
+		TestTrue(TEXT("says so"), Plan->bIsBeyondLimits && Plan->StandsOut() && !Plan->Change.IsSet());
+		TestTrue(TEXT("holds"), Plan->StillHolds());
+		KestrelTest::TestSameText(*this, TEXT("runs"), Plan->Apply(),
+			FString::Printf(TEXT("Successfully updated file: %s with 1 replacements"), *Large));
+		FFileHistory::Get().UndoAllChanges(FAgent::Get().GetConversationId());
+	});
+
+	It("marks the places that are worth a second look", [this]() {
+		struct FPlaceCase
+		{
+			const TCHAR* Path;
+			const TCHAR* Caution;
+		};
+		const FPlaceCase Cases[] = {
+			{ TEXT("Source/A.h"), TEXT("") },
+			{ TEXT("Source/Config.h"), TEXT("") },
+			{ TEXT("Source/../../A.h"), TEXT("outside the project") },
+			{ TEXT("/etc/hosts"), TEXT("outside the project") },
+			{ TEXT(".git/hooks/pre-commit"), TEXT("version control settings") },
+			{ TEXT("Plugins/X/.GIT/config"), TEXT("version control settings") },
+			{ TEXT(".gitattributes"), TEXT("version control settings") },
+			{ TEXT("Source/Game.Build.cs"), TEXT("build file") },
+			{ TEXT("Source/Game.target.cs"), TEXT("build file") },
+			{ TEXT("Game.uproject"), TEXT("project or plugin descriptor") },
+			{ TEXT("Config/DefaultEngine.ini"), TEXT("configuration") },
+			{ TEXT("Saved/Config/Linux/Editor.INI"), TEXT("your own settings") },
+			{ TEXT(".vscode/tasks.json"), TEXT("build file") },
+			{ TEXT("Content/Python/startup.py"), TEXT("runs as a program") },
+			{ TEXT("Content/Python/init_unreal.py"), TEXT("runs as a program") },
+			{ TEXT("Binaries/Linux/x.txt"), TEXT("runs as a program") },
+			{ TEXT("Plugins/kestrel-unreal/Source/A.cpp"), TEXT("this plugin's own files") },
+			{ TEXT("Saved/Kestrel/History/A.undo"), TEXT("this plugin's own files") },
+		};
+		for (const FPlaceCase& Case : Cases)
+		{
+			FKestrelPathReview Review = FKestrelPathReview::Of(FFileUtils::ToAbsolutePath(Case.Path));
+			Review.Cautions.Append(Review.CautionsOfChange);
+			KestrelTest::TestSameText(
+				*this, Case.Path, Review.Cautions.IsEmpty() ? FString() : Review.Cautions[0].ToString(), Case.Caution);
+		}
+	});
+}
+
+DEFINE_SPEC(FKestrelDisplayTextSpec, "Kestrel.DisplayText", KestrelTest::Flags)
+void FKestrelDisplayTextSpec::Define()
+{
+	It("shows what would not be seen, and leaves the rest alone", [this]() {
+		const FString Name = TEXT("a\u202Eh.txt\n\x1b[31m\u200B\u00A0\uFEFF\x7F\x85");
+		KestrelTest::TestSameText(*this, TEXT("a line"), KestrelDisplayText::EscapeLine(Name),
+			TEXT("a\\u202Eh.txt\\n\\u001B[31m\\u200B\\u00A0\\uFEFF\\u007F\\u0085"));
+		KestrelTest::TestSameText(*this, TEXT("letters"),
+			KestrelDisplayText::EscapeLine(TEXT("\u00C4rger \u65E5\u672C \U0001F426 a\\b")),
+			TEXT("\u00C4rger \u65E5\u672C \U0001F426 a\\b"));
+		FString HalfPair = TEXT("x");
+		HalfPair.AppendChar(static_cast<TCHAR>(0xD83D));
+		KestrelTest::TestSameText(
+			*this, TEXT("half a pair"), KestrelDisplayText::EscapeLine(HalfPair), TEXT("x\\uD83D"));
+		KestrelTest::TestSameText(*this, TEXT("lines"),
+			KestrelDisplayText::EscapeLines(TEXT("if x:\r\n\tpass\rhidden\u2066\n")),
+			TEXT("if x:\n\tpass\\rhidden\\u2066\n"));
+	});
+}
