@@ -157,6 +157,35 @@ class ChangeTest(CodeProjectTest):
         for name in ("Windows", "Added", "Loose"):
             self.assertEqual(self.files_of_project("Config")[f"Config/{name}.ini"].decode(), f"[{name}]\nuser=1\n")
 
+    def test_a_conflict_stays_the_users_to_resolve(self):
+        service = self.start_service()
+        self.use_service(service.port, service.authority)
+        self.git("commit", "-q", "-a", "-m", "Use a service")
+        self.git("checkout", "-q", "-b", "theirs")
+        self.write("Config/Windows.ini", "theirs\n")
+        self.git("commit", "-q", "-a", "-m", "Theirs")
+        self.git("checkout", "-q", "-")
+        self.write("Config/Windows.ini", "ours\n")
+        self.git("commit", "-q", "-a", "-m", "Ours")
+        subprocess.run(["git", "merge", "theirs"], cwd=self.project, check=False, capture_output=True)
+        before = self.git("ls-files", "-u")
+        self.assertEqual(len(before.splitlines()), 3)
+        for prompts in (["delete Config/Windows.ini"], ['create Config/Windows.ini with "assistant"'],
+                        ["delete Config/Windows.ini", 'create Config/Windows.ini with "assistant"']):
+            run = self.run_editor(*(f"-Prompt={prompt}" for prompt in [*prompts, "/undo"]), "-Approve")
+            self.assertEqual(run.code, 0, run)
+            self.assertEqual(self.git("ls-files", "-u"), before, run)
+            self.assertIn(b"<<<<<<<", self.files_of_project("Config")["Config/Windows.ini"])
+
+    def test_a_file_that_the_user_removed_is_removed_again_and_no_more(self):
+        service = self.start_service()
+        self.use_service(service.port, service.authority)
+        self.git("commit", "-q", "-a", "-m", "Use a service")
+        os.remove(os.path.join(self.project, "Config", "Windows.ini"))
+        run = self.run_editor('-Prompt=create Config/Windows.ini with "assistant"', "-Prompt=/undo", "-Approve")
+        self.assertEqual(run.code, 0, run)
+        self.assertEqual(self.git("status", "--porcelain"), " D Config/Windows.ini\n", run)
+
     def test_a_project_that_does_not_compile_opens_and_is_fixed(self):
         service = self.start_service()
         self.use_service(service.port, service.authority)

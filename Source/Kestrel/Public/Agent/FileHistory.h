@@ -27,6 +27,20 @@ enum class EKestrelRevisionControl : uint8
 	CheckedIn,
 	/** It is marked to be added. */
 	Added,
+	/** It has versions that nobody has merged yet; not even undo touches them. */
+	Conflicted,
+};
+
+/** Tells whether a file is still as it was. */
+struct FKestrelFileMark
+{
+	bool IsSameAs(const FKestrelFileMark& Other) const
+	{
+		return bExists == Other.bExists && (!bExists || Checksum == Other.Checksum);
+	}
+
+	bool bExists = false;
+	uint32 Checksum = 0; // CRC-32 of the bytes
 };
 
 /** A change of a file, with the text that goes with it. */
@@ -53,8 +67,15 @@ struct FFileHistoryEntry
 	FString RecordFile;
 	/** The record was found at the start: the project may have brought it. */
 	bool bFromEarlierRun = false;
-	/** What the last change of the conversation has left, as a CRC-32 of the bytes; unset when nobody knows. */
-	TOptional<uint32> LeftChecksum;
+	/** How the conversation's last change, or its undo, has left the file; unset when nobody knows. */
+	TOptional<FKestrelFileMark> Left;
+	/** Between two changes of the conversation, somebody else has changed the file. */
+	bool bChangedByOthers = false;
+	// With links resolved, when the change was made; not kept on the disk.
+	FString RealPath;
+	FString RealFolder;
+	/** Later records have greater numbers. */
+	int64 Order = 0;
 };
 
 DECLARE_DELEGATE_TwoParams(FOnTextKeptDelegate, const FString& /*FilePath*/, const FString& /*CopyPath*/);
@@ -95,7 +116,10 @@ public:
 	bool StoreFileRedoVersion(
 		const FString& Key, const FString& FilePath, const FString& Content, const FFileHistoryEntry& UndoneEntry);
 
-	/** Remembers how a change has left its file, to tell later whether somebody else has changed it since. */
+	/**
+	 * Remembers how a change has left its file, under whatever path it is recorded, to tell later whether somebody else
+	 * has changed it since.
+	 */
 	void NoteLeft(const FString& Key, const FString& FilePath);
 	/** Drops the record of a change that failed, when the file is still as it was recorded. */
 	void ForgetUnchanged(const FString& Key, const FString& FilePath);
@@ -123,7 +147,7 @@ public:
 	 */
 	FString LoadLastConversation(TArray<FString>& OutNotUndoable);
 
-	/** Undo or redo has found a file that somebody else has changed since, and kept a copy of it. */
+	/** Undo or redo has found a file that is not as the conversation left it, and kept a copy of it. */
 	FOnTextKeptDelegate OnTextKept;
 
 	const FHistories& GetFileHistories() const { return FileHistories; }
@@ -136,6 +160,8 @@ private:
 	UE_NONCOPYABLE(FFileHistory)
 
 	bool Store(const FString& Key, const FString& FilePath, EFileActionType ActionType, const FString& Content);
+	/** Before a recorded file is changed again: notices what somebody else has done to it. */
+	void NoteChangesOfOthers(FFileHistoryEntry& Entry, const FString& FullPath);
 	/** Brings a file from one state to another. @return whether it got there */
 	bool ChangeState(const FString& FilePath, const FFileState& From, const FFileState& To);
 

@@ -63,11 +63,12 @@ void FKestrelInterface::Initialize()
 		return;
 	}
 	bInitialized = true;
-	PromptLog.Open();
+	PromptLog.Open(FKestrelPromptLog::GetUsualFolder());
 	// The key is in there; the engine writes the file with the modes of any other.
 	KestrelNativeFile::RestrictToOwner(
 		FPaths::ConvertRelativePathToFull(UKestrelSettings::StaticClass()->GetConfigName()));
 	CollectRescueNotices();
+	FFileRescue::RemoveOldKept();
 	FFileHistory::Get().OnTextKept.BindRaw(this, &FKestrelInterface::ReportKeptText);
 
 	constexpr int32 DaysKept = 30;
@@ -115,10 +116,10 @@ void FKestrelInterface::OfferUndoOfEarlierRun()
 
 void FKestrelInterface::ReportKeptText(const FString& FilePath, const FString& CopyPath) const
 {
-	AddHint(FText::Format(
-		LOCTEXT("ChangedSince", "{0} was changed since the assistant's last edit. That version is kept: {1}"),
-		FText::FromString(KestrelDisplayText::EscapeLine(FilePath)),
-		FText::FromString(KestrelDisplayText::EscapeLine(CopyPath))));
+	AddHint(
+		FText::Format(LOCTEXT("ChangedSince", "{0} was not as the assistant had left it. That version is kept: {1}"),
+			FText::FromString(KestrelDisplayText::EscapeLine(FilePath)),
+			FText::FromString(KestrelDisplayText::EscapeLine(CopyPath))));
 }
 
 void FKestrelInterface::Shutdown()

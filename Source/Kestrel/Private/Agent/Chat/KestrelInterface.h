@@ -27,7 +27,8 @@ public:
 	/** Cancels what the agent is doing. */
 	void Shutdown();
 
-	// The prompt log (FKestrelPromptLog).
+	FKestrelPromptLog& GetPromptLog() { return PromptLog; }
+	// The same by the interface's own names.
 	void EnsureLogDirectoryExists() const { PromptLog.EnsureFolderExists(); }
 	TArray<FString> GetAllLogFiles() const { return PromptLog.GetAllFiles(); }
 	void DeleteAllLogs() { PromptLog.DeleteAll(); }

@@ -13,20 +13,34 @@ namespace PromptLog
 const TCHAR* const NamePrefix = TEXT("KestrelPrompts_");
 }
 
-void FKestrelPromptLog::Open()
+FString FKestrelPromptLog::GetUsualFolder()
 {
-	Folder = FPaths::ConvertRelativePathToFull(FPaths::ProjectPluginsDir() / TEXT("kestrel-unreal") / TEXT("Logs"));
+	return FPaths::ConvertRelativePathToFull(FPaths::ProjectPluginsDir() / TEXT("kestrel-unreal") / TEXT("Logs"));
+}
+
+void FKestrelPromptLog::Open(const FString& InFolder)
+{
+	Folder = InFolder;
 	EnsureFolderExists();
 }
 
 void FKestrelPromptLog::EnsureFolderExists() const
 {
 	IPlatformFile& PlatformFile = FPlatformFileManager::Get().GetPlatformFile();
-	if (!PlatformFile.DirectoryExists(*Folder))
+	const bool bIsNew = !PlatformFile.DirectoryExists(*Folder);
+	if (bIsNew)
 	{
 		PlatformFile.CreateDirectoryTree(*Folder);
 	}
-	KestrelNativeFile::RestrictToOwner(Folder);
+	if (bIsNew || IsOurs())
+	{
+		KestrelNativeFile::RestrictToOwner(Folder);
+	}
+}
+
+bool FKestrelPromptLog::IsOurs() const
+{
+	return KestrelNativeFile::IsReachedWithoutLinks(Folder, FPaths::ConvertRelativePathToFull(FPaths::ProjectDir()));
 }
 
 TArray<FString> FKestrelPromptLog::GetAllFiles() const
@@ -39,7 +53,7 @@ TArray<FString> FKestrelPromptLog::GetAllFiles() const
 TArray<FString> FKestrelPromptLog::GetOwnFiles() const
 {
 	TArray<FString> LogFiles = GetAllFiles();
-	if (!KestrelNativeFile::IsReachedWithoutLinks(Folder))
+	if (!IsOurs())
 	{
 		// Behind a link lie somebody else's files as well.
 		LogFiles.RemoveAll(

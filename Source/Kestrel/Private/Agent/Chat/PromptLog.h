@@ -6,8 +6,10 @@
 class KESTREL_API FKestrelPromptLog
 {
 public:
-	/** Finds out where the project's logs are, and makes the folder. */
-	void Open();
+	/** Where the project's logs are; absolute. */
+	static FString GetUsualFolder();
+	/** Uses a folder, which is made if need be. */
+	void Open(const FString& InFolder);
 
 	void EnsureFolderExists() const;
 	/** Full paths of the ".log" files in the folder. */
@@ -22,6 +24,8 @@ public:
 	void Append(const FString& Text, const FString& FilePath, bool bWithTimestamp) const;
 
 private:
+	/** False when a link leads to the folder: what else lies there is somebody else's. */
+	bool IsOurs() const;
 	/** The files that may be deleted. */
 	TArray<FString> GetOwnFiles() const;
 

@@ -4,6 +4,7 @@
 #include "GenericPlatform/GenericPlatformFile.h"
 #include "HAL/FileManager.h"
 #include "HAL/PlatformFileManager.h"
+#include "Misc/DateTime.h"
 #include "Misc/FileHelper.h"
 #include "Misc/Guid.h"
 #include "Misc/Paths.h"
@@ -18,6 +19,19 @@ IPlatformFile& Files()
 FString RescueDir()
 {
 	return FPaths::ConvertRelativePathToFull(FPaths::ProjectSavedDir() / TEXT("Kestrel") / TEXT("Rescue"));
+}
+
+/** Copies for the user, which no start asks about. */
+FString KeptDir()
+{
+	return FPaths::ConvertRelativePathToFull(FPaths::ProjectSavedDir() / TEXT("Kestrel") / TEXT("Kept"));
+}
+
+/** False when a project has put links there: what lies behind them is somebody else's. */
+bool IsOurs(const FString& Folder)
+{
+	return KestrelNativeFile::IsReachedWithoutLinks(
+		Folder, FPaths::ConvertRelativePathToFull(FPaths::ProjectSavedDir()));
 }
 
 FString CopyIn(const FString& Folder, const FString& Original)
@@ -74,7 +88,7 @@ FFileRescue::FFileRescue(const FString& FullPath)
 	: Original(FullPath)
 	, Folder(FileRescue::RescueDir() / FGuid::NewGuid().ToString())
 {
-	if (!FileRescue::Files().CreateDirectoryTree(*Folder))
+	if (!FileRescue::IsOurs(Folder) || !FileRescue::Files().CreateDirectoryTree(*Folder))
 	{
 		return;
 	}
@@ -103,11 +117,50 @@ void FFileRescue::Remove()
 	bKept = false;
 }
 
-FString FFileRescue::Leave()
+FString FFileRescue::Keep()
 {
-	const bool bWasKept = bKept;
-	bKept = false;
-	return bWasKept ? FileRescue::CopyIn(Folder, Original) : FString();
+	const FString Target = FileRescue::CopyIn(FileRescue::KeptDir() / FPaths::GetCleanFilename(Folder), Original);
+	if (!bKept || !FileRescue::IsOurs(FileRescue::KeptDir()) ||
+		!FileRescue::Files().CreateDirectoryTree(*FPaths::GetPath(Target)))
+	{
+		return FString();
+	}
+	KestrelNativeFile::RestrictToOwner(FileRescue::KeptDir());
+	if (!FileRescue::Files().MoveFile(*Target, *FileRescue::CopyIn(Folder, Original)))
+	{
+		FileRescue::Files().DeleteDirectory(*FPaths::GetPath(Target));
+		return FString();
+	}
+	Remove();
+	return Target;
+}
+
+void FFileRescue::RemoveOldKept()
+{
+	constexpr double DaysKept = 30.0;
+	if (!FileRescue::IsOurs(FileRescue::KeptDir()))
+	{
+		return;
+	}
+	TArray<FString> Names;
+	IFileManager::Get().FindFiles(Names, *(FileRescue::KeptDir() / TEXT("*")), false, true);
+	for (const FString& Name : Names)
+	{
+		const FString Each = FileRescue::KeptDir() / Name;
+		const FTimespan Age = FDateTime::UtcNow() - IFileManager::Get().GetTimeStamp(*Each);
+		if (!FileRescue::IsOwnName(Name) || !KestrelNativeFile::ReadLink(Each).IsEmpty() ||
+			Age.GetTotalDays() <= DaysKept)
+		{
+			continue;
+		}
+		TArray<FString> Copies;
+		IFileManager::Get().FindFiles(Copies, *(Each / TEXT("*")), true, false);
+		if (Copies.Num() == 1)
+		{
+			FileRescue::Files().DeleteFile(*(Each / Copies[0]));
+		}
+		FileRescue::Files().DeleteDirectory(*Each);
+	}
 }
 
 void FFileRescue::PutBack()
@@ -128,9 +181,9 @@ void FFileRescue::PutBack()
 TArray<FFileRescue::FLeftCopy> FFileRescue::FindLeftCopies()
 {
 	TArray<FString> Notes;
-	if (!KestrelNativeFile::IsReachedWithoutLinks(FileRescue::RescueDir()))
+	if (!FileRescue::IsOurs(FileRescue::RescueDir()))
 	{
-		return TArray<FLeftCopy>(); // somebody else's
+		return TArray<FLeftCopy>();
 	}
 	IFileManager::Get().FindFiles(Notes, *(FileRescue::RescueDir() / TEXT("*.txt")), true, false);
 	Notes.Sort();

@@ -27,8 +27,12 @@ public:
 	/** False when there is no copy to fall back on. */
 	bool IsKept() const { return bKept; }
 
-	/** Lets the copy outlive this object; the next start offers it. @return where it is, empty without one */
-	FString Leave();
+	/**
+	 * Lets the copy outlive this object, in Saved/Kestrel/Kept.
+	 *
+	 * @return where it is; empty when there is none
+	 */
+	FString Keep();
 
 	/** Puts the copy in the file's place, or leaves it where it is when even that fails. */
 	void PutBack();
@@ -38,6 +42,8 @@ public:
 	 * that have become needless are removed.
 	 */
 	static TArray<FLeftCopy> FindLeftCopies();
+	/** Removes kept copies that are older than 30 days. */
+	static void RemoveOldKept();
 
 private:
 	void Remove();

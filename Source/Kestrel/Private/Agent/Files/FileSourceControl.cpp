@@ -94,6 +94,10 @@ EKestrelRevisionControl FFileUtils::GetRevisionControl(const FString& Path)
 	{
 		return EKestrelRevisionControl::Unknown;
 	}
+	if (State->IsConflicted())
+	{
+		return EKestrelRevisionControl::Conflicted;
+	}
 	return State->IsAdded() ? EKestrelRevisionControl::Added : EKestrelRevisionControl::CheckedIn;
 }
 
@@ -122,6 +126,11 @@ FString FFileUtils::RemoveFileFromSourceControl(const FString& Path, bool bSilen
 	if (!State.IsValid() || !State->IsSourceControlled())
 	{
 		return FString::Printf(TEXT("File %s is not under source control, nothing to remove"), *FullPath);
+	}
+	if (State->IsConflicted())
+	{
+		// To resolve a conflict is the user's: reverting the file would conclude a merge without the other side.
+		return FString::Printf(TEXT("File %s is in conflict and was left alone in source control"), *FullPath);
 	}
 	if (FileSourceControl::Remove(*Provider, FullPath, *State))
 	{

@@ -31,12 +31,11 @@ FString ResolveExistingPart(const FString& FullPath, TFunctionRef<FString(const 
 	return FullPath;
 }
 
-bool IsReachedWithoutLinks(const FString& FullPath)
+bool IsReachedWithoutLinks(const FString& FullPath, const FString& Folder)
 {
-	const FString ProjectDir = FPaths::ConvertRelativePathToFull(FPaths::ProjectDir());
-	FString InProject = FullPath;
-	return FPaths::MakePathRelativeTo(InProject, *(ProjectDir / TEXT(""))) &&
-		   ResolveLinks(FullPath).Equals(ResolveLinks(ProjectDir) / InProject);
+	FString InFolder = FullPath;
+	return FPaths::MakePathRelativeTo(InFolder, *(Folder / TEXT(""))) &&
+		   ResolveLinks(FullPath).Equals(ResolveLinks(Folder) / InFolder);
 }
 
 #if PLATFORM_LINUX || PLATFORM_MAC

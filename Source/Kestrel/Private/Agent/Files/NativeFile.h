@@ -22,8 +22,8 @@ bool IsDanglingLink(const FString& FullPath);
  */
 FString ResolveLinks(const FString& FullPath);
 
-/** Whether no link lies between the project directory and a path in it. */
-bool IsReachedWithoutLinks(const FString& FullPath);
+/** Whether no link lies between a folder and a path in it; both absolute. */
+bool IsReachedWithoutLinks(const FString& FullPath, const FString& Folder);
 
 /** What a link leads to, as it is written in the link; empty for what is no link. */
 FString ReadLink(const FString& FullPath);

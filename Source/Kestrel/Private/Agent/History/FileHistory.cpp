@@ -6,7 +6,6 @@
 #include "Agent/Files/PathReview.h"
 #include "Agent/Files/TextFile.h"
 #include "Agent/History/HistoryStore.h"
-#include "Algo/Reverse.h"
 #include "GenericPlatform/GenericPlatformFile.h"
 #include "HAL/PlatformFileManager.h"
 #include "Misc/Crc.h"
@@ -95,24 +94,61 @@ void RestoreIndex(const FString& FullPath, const FFileHistoryEntry& Entry)
 	}
 }
 
-/** Unset for a file that is not there. */
-TOptional<uint32> ChecksumOf(const FString& FullPath)
+FKestrelFileMark MarkOf(const FString& FullPath)
 {
+	FKestrelFileMark Mark;
+	Mark.bExists = FPaths::FileExists(FullPath);
 	TArray<uint8> Bytes;
-	return KestrelNativeFile::IsRegularFile(FullPath) && FFileHelper::LoadFileToArray(Bytes, *FullPath)
-			   ? TOptional<uint32>(FCrc::MemCrc32(Bytes.GetData(), Bytes.Num()))
-			   : TOptional<uint32>();
+	if (Mark.bExists && KestrelNativeFile::IsRegularFile(FullPath) && FFileHelper::LoadFileToArray(Bytes, *FullPath))
+	{
+		Mark.Checksum = FCrc::MemCrc32(Bytes.GetData(), Bytes.Num());
+	}
+	return Mark;
 }
 
-/** A text that somebody else has written since the conversation's last change must not go with undo and redo. */
-void KeepTextOfOthers(const FString& FullPath, const FFileHistoryEntry& Entry)
+/**
+ * A text that somebody else has written since the conversation's last change must not go with undo and redo.
+ *
+ * @return false when there is one, and no copy of it could be kept
+ */
+bool KeepTextOfOthers(const FString& FullPath, const FFileHistoryEntry& Entry)
 {
-	const TOptional<uint32> Now = ChecksumOf(FullPath);
-	if (Entry.LeftChecksum.IsSet() && Now.IsSet() && Now.GetValue() != Entry.LeftChecksum.GetValue())
+	const FKestrelFileMark Now = MarkOf(FullPath);
+	// After a restart without a mark, the editor has ended in the middle of the change.
+	const bool bChanged = Entry.Left.IsSet() ? !Now.IsSameAs(Entry.Left.GetValue()) : Entry.bFromEarlierRun;
+	if (!Now.bExists || !(bChanged || Entry.bChangedByOthers))
 	{
-		FFileRescue Rescue(FullPath);
-		FFileHistory::Get().OnTextKept.ExecuteIfBound(FullPath, Rescue.Leave());
+		return true;
 	}
+	const FString Copy = FFileRescue(FullPath).Keep();
+	if (!Copy.IsEmpty())
+	{
+		FFileHistory::Get().OnTextKept.ExecuteIfBound(FullPath, Copy);
+	}
+	return !Copy.IsEmpty();
+}
+
+/** A change is undone where it was made: since then, a folder may have become a link to somewhere else. */
+bool IsWhereItWas(const FString& FullPath, const FFileHistoryEntry& Entry)
+{
+	return Entry.bFromEarlierRun
+			   ? FKestrelPathReview::Of(FullPath).bIsOfProject
+			   : Entry.RealFolder.IsEmpty() ||
+					 KestrelNativeFile::ResolveLinks(FPaths::GetPath(FullPath)).Equals(Entry.RealFolder);
+}
+
+void NotePlace(const FString& FullPath, FFileHistoryEntry& Entry)
+{
+	static int64 NumNoted = 0;
+	Entry.Order = ++NumNoted;
+	Entry.RealPath = KestrelNativeFile::ResolveLinks(FullPath);
+	Entry.RealFolder = KestrelNativeFile::ResolveLinks(FPaths::GetPath(FullPath));
+}
+
+/** Of a file that was missing on the disk, and that revision control would still have. */
+bool WasMissing(const FFileHistoryEntry& Entry)
+{
+	return Entry.ActionType == EFileActionType::Creation && Entry.RevisionControl == EKestrelRevisionControl::CheckedIn;
 }
 
 bool ContainsOtherCase(const FFileHistory::FFileEntries& Entries, const FString& FilePath)
@@ -210,7 +246,9 @@ TArray<FString> PathsFromLastToFirst(const FFileHistory::FHistories& Histories, 
 	if (const FFileHistory::FFileEntries* Entries = Histories.Find(Key))
 	{
 		Entries->GenerateKeyArray(Paths);
-		Algo::Reverse(Paths);
+		Paths.Sort([Entries](const FString& A, const FString& B) {
+			return Entries->FindChecked(A).Order > Entries->FindChecked(B).Order;
+		});
 	}
 	return Paths;
 }
@@ -275,15 +313,15 @@ FFileHistory& FFileHistory::Get()
 bool FFileHistory::Store(
 	const FString& Key, const FString& FilePath, EFileActionType ActionType, const FString& Content)
 {
-	const FFileEntries* Existing = FileHistories.Find(Key);
-	static const FFileEntries None;
-	const FFileEntries& Entries = Existing ? *Existing : None;
-	const FString Name = FileHistory::GetRecordName(Entries, FilePath);
+	FFileEntries* const Existing = FileHistories.Find(Key);
+	const FString Name = Existing ? FileHistory::GetRecordName(*Existing, FilePath) : FilePath;
+	const FString FullPath = FFileUtils::ToAbsolutePath(FilePath);
 	const bool bTouchesIndex = ActionType != EFileActionType::Modification;
 	FFileHistoryEntry Entry;
-	const FFileHistoryEntry* const Stored = Entries.Find(Name);
+	FFileHistoryEntry* const Stored = Existing ? Existing->Find(Name) : nullptr;
 	if (Stored)
 	{
+		NoteChangesOfOthers(*Stored, FullPath);
 		if (Stored->bIndexTouched || !bTouchesIndex)
 		{
 			return true;
@@ -293,19 +331,16 @@ bool FFileHistory::Store(
 	TArray<uint8> PlainAscii;
 	if (!Stored)
 	{
-		const FString FullPath = FFileUtils::ToAbsolutePath(FilePath);
 		Entry.ActionType = ActionType;
 		Entry.Content = Content;
+		Entry.RevisionControl = FFileUtils::GetRevisionControl(FullPath);
+		FileHistory::NotePlace(FullPath, Entry);
 		if (ActionType == EFileActionType::Creation)
 		{
 			Entry.LinkTarget = KestrelNativeFile::ReadLink(FullPath);
 			Entry.NumNewFolders = FileHistory::CountMissingFolders(FullPath);
 		}
-		else if (FileHistory::FillFromDisk(FullPath, Entry, PlainAscii))
-		{
-			Entry.RevisionControl = FFileUtils::GetRevisionControl(FullPath);
-		}
-		else
+		else if (!FileHistory::FillFromDisk(FullPath, Entry, PlainAscii))
 		{
 			return false;
 		}
@@ -317,6 +352,16 @@ bool FFileHistory::Store(
 	}
 	FileHistories.FindOrAdd(Key).Add(Name, MoveTemp(Entry));
 	return true;
+}
+
+void FFileHistory::NoteChangesOfOthers(FFileHistoryEntry& Entry, const FString& FullPath)
+{
+	const FKestrelFileMark Now = FileHistory::MarkOf(FullPath);
+	if (Entry.Left.IsSet() && !Entry.bChangedByOthers && Now.bExists && !Now.IsSameAs(Entry.Left.GetValue()))
+	{
+		Entry.bChangedByOthers = true;
+		FKestrelHistoryStore::WriteLeft(Entry);
+	}
 }
 
 void FFileHistory::ForgetRedo(const FString& Key)
@@ -353,6 +398,7 @@ bool FFileHistory::StoreFileRedoVersion(
 	FFileHistoryEntry Entry;
 	Entry.ActionType = UndoneEntry.ActionType;
 	Entry.Content = Content;
+	FileHistory::NotePlace(FullPath, Entry);
 	TArray<uint8> PlainAscii;
 	if (!FileHistory::FillFromDisk(FullPath, Entry, PlainAscii) ||
 		!FKestrelHistoryStore::Write(Key, EKestrelHistorySide::Redo, FilePath, Entry, PlainAscii))
@@ -384,10 +430,24 @@ FString FFileHistory::LoadLastConversation(TArray<FString>& OutNotUndoable)
 
 void FFileHistory::NoteLeft(const FString& Key, const FString& FilePath)
 {
-	FFileEntries* Entries = FileHistories.Find(Key);
-	if (FFileHistoryEntry* Entry = Entries ? Entries->Find(FileHistory::GetRecordName(*Entries, FilePath)) : nullptr)
+	const FString FullPath = FFileUtils::ToAbsolutePath(FilePath);
+	const FString RealPath = KestrelNativeFile::ResolveLinks(FullPath);
+	const FKestrelFileMark Mark = FileHistory::MarkOf(FullPath);
+	for (FHistories* Histories : { &FileHistories, &RedoHistories })
 	{
-		Entry->LeftChecksum = FileHistory::ChecksumOf(FFileUtils::ToAbsolutePath(FilePath));
+		FFileEntries* const Entries = Histories->Find(Key);
+		if (!Entries)
+		{
+			continue;
+		}
+		for (auto& Pair : *Entries)
+		{
+			if (Pair.Key.Equals(FilePath) || Pair.Value.RealPath.Equals(RealPath))
+			{
+				Pair.Value.Left = Mark;
+				FKestrelHistoryStore::WriteLeft(Pair.Value);
+			}
+		}
 	}
 }
 
@@ -456,7 +516,7 @@ bool FFileHistory::UndoChanges(const FString& Key, const FString& FilePath)
 	const FFileHistoryEntry Entry = *Found;
 	const FString FullPath = FFileUtils::ToAbsolutePath(FilePath);
 	// Judged now, since other steps may have changed where the path leads.
-	if (Entry.bFromEarlierRun && !FKestrelPathReview::Of(FullPath).bIsOfProject)
+	if (!FileHistory::IsWhereItWas(FullPath, Entry))
 	{
 		return false;
 	}
@@ -474,18 +534,20 @@ bool FFileHistory::UndoChanges(const FString& Key, const FString& FilePath)
 		FileHistory::Remove(FileHistories, Key, FilePath);
 		return false;
 	}
-	if (!StoreFileRedoVersion(Key, FilePath, Now.Content, Undone))
+	if (!FileHistory::KeepTextOfOthers(FullPath, Entry) || !StoreFileRedoVersion(Key, FilePath, Now.Content, Undone))
 	{
 		return false;
 	}
-	FileHistory::KeepTextOfOthers(FullPath, Entry);
-	const bool bTouchesIndex = Entry.bIndexTouched && Before.bExists;
+	const bool bTouchesIndex = Entry.bIndexTouched && (Before.bExists || FileHistory::WasMissing(Entry));
 	if (bTouchesIndex)
 	{
 		FileHistory::RevertIndex(FullPath, Entry);
 		Now = FFileState::OnDisk(FullPath);
 	}
-	const bool bUndone = ChangeState(FullPath, Now, Before);
+	// Revision control is not told of a file that it is to have again as it had it.
+	const bool bUndone = FileHistory::WasMissing(Entry)
+							 ? FPlatformFileManager::Get().GetPlatformFile().DeleteFile(*FullPath)
+							 : ChangeState(FullPath, Now, Before);
 	if (bUndone)
 	{
 		if (bTouchesIndex)
@@ -495,6 +557,7 @@ bool FFileHistory::UndoChanges(const FString& Key, const FString& FilePath)
 		FileHistory::RemoveEmptyFolders(FullPath, Entry.NumNewFolders);
 	}
 	FileHistory::Remove(bUndone ? FileHistories : RedoHistories, Key, FilePath);
+	NoteLeft(Key, FilePath);
 	return bUndone;
 }
 
@@ -507,7 +570,7 @@ bool FFileHistory::RedoChanges(const FString& Key, const FString& FilePath)
 	}
 	const FFileHistoryEntry Entry = *Found;
 	const FString FullPath = FFileUtils::ToAbsolutePath(FilePath);
-	if (Entry.bFromEarlierRun && !FKestrelPathReview::Of(FullPath).bIsOfProject)
+	if (!FileHistory::IsWhereItWas(FullPath, Entry))
 	{
 		return false;
 	}
@@ -524,6 +587,11 @@ bool FFileHistory::RedoChanges(const FString& Key, const FString& FilePath)
 		FileHistory::Remove(RedoHistories, Key, FilePath);
 		return false;
 	}
+	if (!FileHistory::KeepTextOfOthers(FullPath, Entry))
+	{
+		return false;
+	}
+	FileHistory::NotePlace(FullPath, Redone);
 	Redone.Content = Now.Content;
 	Redone.Bytes = Now.Bytes;
 	Redone.Mode = Now.Mode;
@@ -538,6 +606,7 @@ bool FFileHistory::RedoChanges(const FString& Key, const FString& FilePath)
 	FileHistories.FindOrAdd(Key).Add(FilePath, Redone);
 	const bool bRedone = ChangeState(FullPath, Now, After);
 	FileHistory::Remove(bRedone ? RedoHistories : FileHistories, Key, FilePath);
+	NoteLeft(Key, FilePath);
 	return bRedone;
 }
 

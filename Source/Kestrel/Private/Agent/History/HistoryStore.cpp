@@ -29,6 +29,9 @@ constexpr int32 MaxCompressedSize = 4 << 20;
 const TCHAR* const UndoExtension = TEXT(".undo");
 const TCHAR* const RedoExtension = TEXT(".redo");
 const TCHAR* const UnfinishedExtension = TEXT(".new");
+/** How a record's file was left: whether it exists, its checksum, and whether somebody else has changed it between. */
+const TCHAR* const LeftExtension = TEXT(".left");
+const TCHAR* const AllExtensions[] = { UndoExtension, RedoExtension, UnfinishedExtension, LeftExtension };
 
 IPlatformFile& Files()
 {
@@ -38,6 +41,31 @@ IPlatformFile& Files()
 FString RootFolder()
 {
 	return FPaths::ConvertRelativePathToFull(FPaths::ProjectSavedDir() / TEXT("Kestrel") / TEXT("History"));
+}
+
+/** False when a project has put links there: what lies behind them is somebody else's. */
+bool IsOurs(const FString& Folder)
+{
+	return KestrelNativeFile::IsReachedWithoutLinks(
+		Folder, FPaths::ConvertRelativePathToFull(FPaths::ProjectSavedDir()));
+}
+
+FString GetLeftFile(const FString& RecordFile)
+{
+	return RecordFile + LeftExtension;
+}
+
+void ReadLeft(const FString& RecordFile, FFileHistoryEntry& Entry)
+{
+	const FString File = GetLeftFile(RecordFile);
+	FString Text;
+	TArray<FString> Fields;
+	if (KestrelNativeFile::IsRegularFile(File) && FFileHelper::LoadFileToString(Text, *File) &&
+		Text.ParseIntoArray(Fields, TEXT(" ")) == 3)
+	{
+		Entry.Left = FKestrelFileMark{ Fields[0] == TEXT("1"), static_cast<uint32>(FCString::Atoi64(*Fields[1])) };
+		Entry.bChangedByOthers = Fields[2] == TEXT("1");
+	}
 }
 
 /** A GUID of digits alone, as the agent makes them. */
@@ -118,7 +146,7 @@ bool ReadDescription(const FJsonObject& Description, FString& OutPath, bool& bOu
 					   Description.TryGetNumberField(TEXT("revision_control"), RevisionControl) &&
 					   Description.TryGetBoolField(TEXT("index_touched"), OutEntry.bIndexTouched);
 	OutEntry.ActionType = static_cast<EFileActionType>(FMath::Clamp(Action, 0, 3));
-	OutEntry.RevisionControl = static_cast<EKestrelRevisionControl>(FMath::Clamp(RevisionControl, 0, 2));
+	OutEntry.RevisionControl = static_cast<EKestrelRevisionControl>(FMath::Clamp(RevisionControl, 0, 3));
 	return bRead && !OutPath.IsEmpty();
 }
 
@@ -221,6 +249,7 @@ bool ReadRecord(const FString& File, FString& OutPath, FFileHistoryEntry& OutEnt
 		OutEntry.Content = FromUtf8(Content, ContentSize);
 	}
 	OutEntry.RecordFile = File;
+	ReadLeft(File, OutEntry);
 	return true;
 }
 
@@ -238,9 +267,9 @@ bool IsTrustworthy(const FString& FilePath, const FFileHistoryEntry& Entry)
 TArray<FKestrelHistoryStore::FConversation> List()
 {
 	TArray<FKestrelHistoryStore::FConversation> Conversations;
-	if (!KestrelNativeFile::IsReachedWithoutLinks(RootFolder()))
+	if (!IsOurs(RootFolder()))
 	{
-		return Conversations; // somebody else's
+		return Conversations;
 	}
 	TArray<FString> Names;
 	IFileManager::Get().FindFiles(Names, *(RootFolder() / TEXT("*")), false, true);
@@ -254,9 +283,13 @@ TArray<FKestrelHistoryStore::FConversation> List()
 			Conversations.Last().LastChange = IFileManager::Get().GetTimeStamp(*Folder);
 		}
 	}
-	Conversations.Sort([](const FKestrelHistoryStore::FConversation& A, const FKestrelHistoryStore::FConversation& B) {
-		return A.LastChange > B.LastChange;
-	});
+	// What claims to come from the future was not written here: it must not hide what was.
+	const FDateTime Latest = FDateTime::UtcNow() + FTimespan::FromMinutes(1.0);
+	Conversations.Sort(
+		[Latest](const FKestrelHistoryStore::FConversation& A, const FKestrelHistoryStore::FConversation& B) {
+			const bool bIsPossible = A.LastChange <= Latest;
+			return bIsPossible == (B.LastChange <= Latest) ? A.LastChange > B.LastChange : bIsPossible;
+		});
 	return Conversations;
 }
 
@@ -290,6 +323,8 @@ void LoadSide(
 		{
 			Size += SizeInMemory(Entry);
 			Entry.bFromEarlierRun = true;
+			Entry.Order = OutEntries.Num();
+			Entry.RealPath = KestrelNativeFile::ResolveLinks(FFileUtils::ToAbsolutePath(Path));
 			OutEntries.Add(Path, MoveTemp(Entry));
 		}
 		else
@@ -302,7 +337,7 @@ void LoadSide(
 void RemoveConversation(const FString& Id)
 {
 	const FString Folder = RootFolder() / Id;
-	for (const TCHAR* Extension : { UndoExtension, RedoExtension, UnfinishedExtension })
+	for (const TCHAR* Extension : AllExtensions)
 	{
 		for (const FString& Name : ListRecords(Id, Extension))
 		{
@@ -315,7 +350,7 @@ void RemoveConversation(const FString& Id)
 int64 SizeOf(const FString& Id)
 {
 	int64 Size = 0;
-	for (const TCHAR* Extension : { UndoExtension, RedoExtension, UnfinishedExtension })
+	for (const TCHAR* Extension : AllExtensions)
 	{
 		for (const FString& Name : ListRecords(Id, Extension))
 		{
@@ -341,7 +376,7 @@ bool FKestrelHistoryStore::Write(const FString& Id, EKestrelHistorySide Side, co
 		return true;
 	}
 	const FString Folder = HistoryStore::RootFolder() / Id;
-	if (!HistoryStore::Files().CreateDirectoryTree(*Folder))
+	if (!HistoryStore::IsOurs(Folder) || !HistoryStore::Files().CreateDirectoryTree(*Folder))
 	{
 		return false;
 	}
@@ -374,10 +409,28 @@ bool FKestrelHistoryStore::Write(const FString& Id, EKestrelHistorySide Side, co
 	return true;
 }
 
+void FKestrelHistoryStore::WriteLeft(const FFileHistoryEntry& Entry)
+{
+	if (Entry.RecordFile.IsEmpty() || !Entry.Left.IsSet())
+	{
+		return;
+	}
+	const FString File = HistoryStore::GetLeftFile(Entry.RecordFile);
+	const FString Text = FString::Printf(
+		TEXT("%d %u %d"), Entry.Left->bExists ? 1 : 0, Entry.Left->Checksum, Entry.bChangedByOthers ? 1 : 0);
+	if (!FFileHelper::SaveStringToFile(Text, *File))
+	{
+		HistoryStore::Files().DeleteFile(*File);
+		return;
+	}
+	KestrelNativeFile::RestrictToOwner(File);
+}
+
 void FKestrelHistoryStore::Remove(const FFileHistoryEntry& Entry)
 {
 	if (!Entry.RecordFile.IsEmpty())
 	{
+		HistoryStore::Files().DeleteFile(*HistoryStore::GetLeftFile(Entry.RecordFile));
 		// The folder stays: it tells which conversation was the last, and that there is nothing to undo in it.
 		HistoryStore::Files().DeleteFile(*Entry.RecordFile);
 	}

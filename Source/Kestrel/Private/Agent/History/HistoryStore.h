@@ -41,6 +41,8 @@ public:
 	 */
 	static bool Write(const FString& Id, EKestrelHistorySide Side, const FString& FilePath, FFileHistoryEntry& Entry,
 		const TArray<uint8>& PlainAscii = TArray<uint8>());
+	/** Keeps how the file was left beside the record. Without it, undo after a restart keeps a copy to be safe. */
+	static void WriteLeft(const FFileHistoryEntry& Entry);
 	static void Remove(const FFileHistoryEntry& Entry);
 
 	/**

@@ -286,6 +286,10 @@ void PlanDeletionOf(const FString& FullPath, FKestrelProjectView& View, FKestrel
 	if (!State.bExists)
 	{
 		// It runs all the same, as revision control may know the file still.
+		if (FFileUtils::GetRevisionControl(FullPath) != EKestrelRevisionControl::Unknown)
+		{
+			Plan.Caution(LOCTEXT("StillKnown", "is marked for deletion in revision control all the same"));
+		}
 		Plan.Expect(State);
 		Plan.Refusal = FFileUtils::MakeError(TEXT("File does not exist at path"), FullPath);
 		return;

@@ -2,6 +2,7 @@
 #include "Agent/Agent.h"
 #include "Agent/Chat/KestrelInterface.h"
 #include "Agent/Files/FileUtils.h"
+#include "Agent/Files/NativeFile.h"
 #include "Agent/Text/JsonText.h"
 #include "Dom/JsonObject.h"
 #include "HAL/FileManager.h"
@@ -211,6 +212,86 @@ void FKestrelFileHistorySpec::Define()
 			History.RedoAllChanges(Conversation.Id);
 			KestrelTest::TestSameText(
 				*this, TEXT("redone"), FFileUtils::ReadFile(Folder.Full(TEXT("a.txt"))), TEXT("three"));
+		}
+	});
+
+	It("keeps a text that somebody else has written between", [this]() {
+		using FTell = void (*)(const FileHistoryTest::FConversation& Conversation, const FKestrelTestFolder& Folder);
+		const TPair<const TCHAR*, FTell> Stories[] = {
+			{ TEXT("after the deletion of a file"),
+				[](const FileHistoryTest::FConversation& Conversation, const FKestrelTestFolder& Folder) {
+					Conversation.Delete(Folder.Full(TEXT("a.txt")));
+					Folder.Write(TEXT("a.txt"), TEXT("work"));
+					FFileHistory::Get().UndoAllChanges(Conversation.Id);
+				} },
+			{ TEXT("between two changes"),
+				[](const FileHistoryTest::FConversation& Conversation, const FKestrelTestFolder& Folder) {
+					Conversation.Create(Folder.Full(TEXT("a.txt")), TEXT("one"));
+					Folder.Write(TEXT("a.txt"), TEXT("work"));
+					KestrelTest::UseTool(
+						TEXT("insert_into_file"), { TEXT("path"), Folder.Full(TEXT("a.txt")), TEXT("insert_line"),
+													  TEXT("0"), TEXT("new_string"), TEXT("top") });
+					FFileHistory::Get().UndoAllChanges(Conversation.Id);
+				} },
+			{ TEXT("after an undo"),
+				[](const FileHistoryTest::FConversation& Conversation, const FKestrelTestFolder& Folder) {
+					Conversation.Create(Folder.Full(TEXT("a.txt")), TEXT("one"));
+					FFileHistory::Get().UndoAllChanges(Conversation.Id);
+					Folder.Write(TEXT("a.txt"), TEXT("work"));
+					FFileHistory::Get().RedoAllChanges(Conversation.Id);
+				} },
+		};
+		for (const TPair<const TCHAR*, FTell>& Story : Stories)
+		{
+			const FKestrelTestFolder Folder;
+			Folder.Write(TEXT("a.txt"), TEXT("first"));
+			TArray<FString> Kept;
+			const TGuardValue<FOnTextKeptDelegate> Guard(FFileHistory::Get().OnTextKept,
+				FOnTextKeptDelegate::CreateLambda([&Kept](const FString&, const FString& Copy) { Kept.Add(Copy); }));
+			Story.Value(FileHistoryTest::FConversation(), Folder);
+			if (TestEqual(Story.Key, Kept.Num(), 1))
+			{
+				TestTrue(Story.Key, FFileUtils::ReadFile(Kept[0]).Contains(TEXT("work")));
+				IFileManager::Get().DeleteDirectory(*FPaths::GetPath(Kept[0]), false, true);
+			}
+		}
+	});
+
+	It("keeps no copies of its own texts, even when two paths lead to one file", [this]() {
+		const FKestrelTestFolder Folder;
+		Folder.Write(TEXT("a.txt"), TEXT("first"));
+		KestrelNativeFile::MakeLink(Folder.Full(TEXT("link.txt")), Folder.Full(TEXT("a.txt")));
+		int32 NumKept = 0;
+		const TGuardValue<FOnTextKeptDelegate> Guard(FFileHistory::Get().OnTextKept,
+			FOnTextKeptDelegate::CreateLambda([&NumKept](const FString&, const FString&) { ++NumKept; }));
+		const FileHistoryTest::FConversation Conversation;
+		for (const TCHAR* Name : { TEXT("a.txt"), TEXT("link.txt"), TEXT("a.txt") })
+		{
+			Conversation.Create(Folder.Full(Name), FGuid::NewGuid().ToString());
+		}
+		for (int32 Round = 0; Round < 2; ++Round)
+		{
+			FFileHistory::Get().UndoAllChanges(Conversation.Id);
+			KestrelTest::TestSameText(
+				*this, TEXT("undone"), FFileUtils::ReadFile(Folder.Full(TEXT("a.txt"))), TEXT("first"));
+			FFileHistory::Get().RedoAllChanges(Conversation.Id);
+		}
+		TestEqual(TEXT("copies"), NumKept, 0);
+	});
+
+	It("undoes nothing behind a folder that has become a link", [this]() {
+		const FKestrelTestFolder Folder;
+		const FKestrelTestFolder Other;
+		Folder.Write(TEXT("in/a.txt"), TEXT("first"));
+		Other.Write(TEXT("a.txt"), TEXT("victim"));
+		const FileHistoryTest::FConversation Conversation;
+		Conversation.Create(Folder.Full(TEXT("in/a.txt")), TEXT("new"));
+		IFileManager::Get().DeleteDirectory(*Folder.Full(TEXT("in")), false, true);
+		if (KestrelNativeFile::MakeLink(Folder.Full(TEXT("in")), Other.Path))
+		{
+			FFileHistory::Get().UndoAllChanges(Conversation.Id);
+			KestrelTest::TestSameText(
+				*this, TEXT("victim"), FFileUtils::ReadFile(Other.Full(TEXT("a.txt"))), TEXT("victim"));
 		}
 	});
 

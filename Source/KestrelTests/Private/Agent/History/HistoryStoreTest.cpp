@@ -46,6 +46,37 @@ void FKestrelHistoryStoreSpec::Define()
 {
 	using namespace HistoryStoreTest;
 
+	It("remembers how a file was left", [this]() {
+		Clear();
+		const FString Id = FGuid::NewGuid().ToString();
+		FFileHistoryEntry Entry = MakeEntry(TEXT("x"));
+		FKestrelHistoryStore::Write(Id, EKestrelHistorySide::Undo, TEXT("Config/a.txt"), Entry);
+		Entry.Left = FKestrelFileMark{ true, 0xFEDCBA98 };
+		Entry.bChangedByOthers = true;
+		FKestrelHistoryStore::WriteLeft(Entry);
+		const TOptional<FKestrelHistoryStore::FConversation> Last = FKestrelHistoryStore::LoadLast();
+		const FFileHistoryEntry* Loaded = Last.IsSet() ? Last->Undo.Find(TEXT("Config/a.txt")) : nullptr;
+		TestTrue(TEXT("mark"), Loaded && Loaded->Left.IsSet() && Loaded->Left->IsSameAs(Entry.Left.GetValue()) &&
+								   Loaded->bChangedByOthers);
+		FKestrelHistoryStore::Remove(Entry);
+		TArray<FString> Left;
+		IFileManager::Get().FindFiles(Left, *(FPaths::GetPath(Entry.RecordFile) / TEXT("*")), true, false);
+		TestEqual(TEXT("files left"), Left.Num(), 0);
+	});
+
+	It("is not misled by a folder from the future", [this]() {
+		Clear();
+		FFileHistoryEntry Own = MakeEntry(TEXT("own"));
+		FFileHistoryEntry Brought = MakeEntry(TEXT("brought"));
+		FKestrelHistoryStore::Write(FGuid::NewGuid().ToString(), EKestrelHistorySide::Undo, TEXT("Config/a.txt"), Own);
+		FKestrelHistoryStore::Write(
+			FGuid::NewGuid().ToString(), EKestrelHistorySide::Undo, TEXT("Config/b.txt"), Brought);
+		FPlatformFileManager::Get().GetPlatformFile().SetTimeStamp(
+			*FPaths::GetPath(Brought.RecordFile), FDateTime::UtcNow() + FTimespan::FromDays(1000.0));
+		KestrelTest::TestSameText(*this, TEXT("last"), Load(), TEXT("a.txt=own "));
+		Clear();
+	});
+
 	It("brings back what it was given, and removes it", [this]() {
 		Clear();
 		const FString Id = FGuid::NewGuid().ToString();

@@ -84,6 +84,7 @@ public:
 		IFileManager::Get().DeleteDirectory(*Root, false, true);
 		IFileManager::Get().DeleteDirectory(*SavedDir(TEXT("History")), false, true);
 		IFileManager::Get().DeleteDirectory(*SavedDir(TEXT("Rescue")), false, true);
+		IFileManager::Get().DeleteDirectory(*SavedDir(TEXT("Kept")), false, true);
 		RemoveScripts();
 	}
 	UE_NONCOPYABLE(FWorld)
@@ -111,11 +112,14 @@ public:
 	/** Whether a text is offered as a copy: the next start would name it. */
 	bool IsOffered(const FBytes& Bytes) const
 	{
-		for (const auto& Pair : ReadFolder(SavedDir(TEXT("Rescue"))))
+		for (const TCHAR* Name : { TEXT("Rescue"), TEXT("Kept") })
 		{
-			if (Pair.Value == Bytes)
+			for (const auto& Pair : ReadFolder(SavedDir(Name)))
 			{
-				return true;
+				if (Pair.Value == Bytes)
+				{
+					return true;
+				}
 			}
 		}
 		return false;
