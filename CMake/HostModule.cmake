@@ -5,6 +5,8 @@
 #   [PRIVATE_NEEDS <target>...]  modules and libraries that the sources use
 #   [TESTS        <file>...])    GoogleTest sources, built into <Name>Tests
 #
+# Public has the engine's headers; Internal those that the engine does not have, for host modules only.
+#
 # A module is a shared library of its own, as in the engine's modular build: what does not name the module it uses does
 # not link.
 function(host_module name)
@@ -13,6 +15,9 @@ function(host_module name)
   add_library(${name} SHARED ${arg_SOURCES})
   set_target_properties(${name} PROPERTIES OUTPUT_NAME Host-${name})
   target_include_directories(${name} PUBLIC Public PRIVATE Private)
+  if(EXISTS ${CMAKE_CURRENT_SOURCE_DIR}/Internal)
+    target_include_directories(${name} PUBLIC Internal)
+  endif()
   target_link_libraries(${name} PUBLIC ${arg_PUBLIC_NEEDS} PRIVATE EngineCompileRules ${arg_PRIVATE_NEEDS})
   target_link_options(${name} PRIVATE -Wl,-z,defs)
   string(TOUPPER ${name} upper_name)

@@ -106,7 +106,7 @@ def check_white_space(_):
 
 def header_check(commands, header):
     """Compiles a header alone, as a source of its own module would include it first."""
-    module = header.split("/Public/")[0] if "/Public/" in header else "/".join(header.split("/")[:2])
+    module = "/".join(header.split("/")[:2])
     sources = commands.of(module)
     if not sources:
         return None
@@ -116,7 +116,8 @@ def header_check(commands, header):
 
 
 def check_headers(commands):
-    headers = git_files("Host/*/Public/*.h", "Host/*/Public/**/*.h", "Source/*.h", "Source/**/*.h")
+    headers = git_files("Host/*/Public/*.h", "Host/*/Public/**/*.h", "Host/*/Internal/*.h", "Host/*/Internal/**/*.h",
+                        "Source/*.h", "Source/**/*.h")
     return in_parallel(lambda header: header_check(commands, header), sorted(set(headers)))
 
 

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "../../Internal/Containers/ContainerAllocation.h"
 #include "Containers/ArrayView.h"
-#include "Containers/ContainerAllocation.h"
 #include "Misc/AssertionMacros.h"
 #include "Templates/TypeHash.h"
 #include "Templates/UnrealTemplate.h"

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "../../Internal/Containers/SetStorage.h"
 #include "Containers/Array.h"
-#include "Containers/SetStorage.h"
 #include "Templates/Tuple.h"
 
 #include <initializer_list>

@@ -1,8 +1,8 @@
 #pragma once
 
+#include "../../Internal/Misc/CheckedFormat.h"
 #include "Containers/Array.h"
 #include "Containers/StringView.h"
-#include "Misc/CheckedFormat.h"
 
 #include <string_view>
 

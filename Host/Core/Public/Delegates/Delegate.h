@@ -1,7 +1,7 @@
 #pragma once
 
+#include "../../Internal/Delegates/DelegateInstances.h"
 #include "Containers/Array.h"
-#include "Delegates/DelegateInstances.h"
 
 #include <memory>
 
@@ -320,4 +320,4 @@ private:
 using FSimpleDelegate = TDelegate<void()>;
 using FSimpleMulticastDelegate = TMulticastDelegate<void()>;
 
-#include "Delegates/DynamicDelegate.h"
+#include "../../Internal/Delegates/DynamicDelegate.h"

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "../../Internal/Misc/CheckedFormat.h"
 #include "HAL/Platform.h"
-#include "Misc/CheckedFormat.h"
 
 /** What the assertion macros do when their condition does not hold. */
 struct FDebug

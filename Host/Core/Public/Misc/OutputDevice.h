@@ -1,7 +1,7 @@
 #pragma once
 
+#include "../../Internal/Misc/CheckedFormat.h"
 #include "Logging/LogVerbosity.h"
-#include "Misc/CheckedFormat.h"
 #include "UObject/NameTypes.h"
 
 /** A place that log lines go to. */

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Containers/ScriptContainers.h"
+#include "../../../Core/Internal/Containers/ScriptContainers.h"
 #include "CoreGlobals.h"
 #include "UObject/Class.h"
 #include "UObject/ObjectPtr.h"

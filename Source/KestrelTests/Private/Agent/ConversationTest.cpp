@@ -66,6 +66,7 @@ public:
 	}
 
 private:
+	const FKestrelTestLog PromptLog;
 	static UKestrelSettings& Settings() { return *GetMutableDefault<UKestrelSettings>(); }
 
 	bool Start()

@@ -81,6 +81,16 @@ void FKestrelTestFolder::Write(const FString& FileName, const FString& Text) con
 	FFileHelper::SaveStringToFile(Text, *Full(FileName), FFileHelper::EEncodingOptions::ForceUTF8WithoutBOM);
 }
 
+FKestrelTestLog::FKestrelTestLog()
+{
+	FKestrelInterface::Get().GetPromptLog().Open(Folder.Full(TEXT("Logs")));
+}
+
+FKestrelTestLog::~FKestrelTestLog()
+{
+	FKestrelInterface::Get().GetPromptLog().Open(FKestrelPromptLog::GetUsualFolder());
+}
+
 FKestrelPanelRecorder::FKestrelPanelRecorder()
 	: Unhooked(FKestrelInterface::Get().StatusMessageDelegate)
 {

@@ -46,6 +46,18 @@ public:
 	const FString Name; // relative to the project directory
 };
 
+/** A prompt log of a test's own: the user's must neither grow by tests nor lose anything. */
+class FKestrelTestLog
+{
+public:
+	FKestrelTestLog();
+	~FKestrelTestLog();
+	UE_NONCOPYABLE(FKestrelTestLog)
+
+private:
+	const FKestrelTestFolder Folder;
+};
+
 /** What the panel would be told, with the time of each message; the panel itself is unhooked meanwhile. */
 class FKestrelPanelRecorder
 {
@@ -68,5 +80,6 @@ public:
 	TArray<FMessage> Messages;
 
 private:
+	const FKestrelTestLog Log;
 	TDelegate<void(const FString&, const FLinearColor&, const FName&, float)> Unhooked;
 };

@@ -111,6 +111,7 @@ public:
 		return Slate.ProcessKeyDownEvent(FKeyEvent(Key, Modifiers, 0, bRepeat, 0, 0));
 	}
 
+	const FKestrelTestLog PromptLog;
 	FOnAddStatusMessageDelegate Unhooked;
 	FOnAddDiffMessageDelegate UnhookedDiffs;
 	TSharedPtr<SKestrelWidget> Widget;
@@ -259,7 +260,6 @@ void FKestrelPanelSpec::Define()
 			TEXT("/big.txt has changed. The change is too large to be shown."));
 		FFileHelper::LoadFileToString(Log, *FKestrelInterface::Get().GetPromptLogFilePath());
 		TestTrue(TEXT("logged all the same"), Log.Contains(TEXT("] little\n\n")) && Log.Len() > 5000000);
-		FKestrelInterface::Get().DeleteAllLogs();
 	});
 
 	It("offers to undo and redo what a conversation has changed", [this]() {
@@ -598,6 +598,7 @@ void FKestrelInterfaceSpec::Define()
 	});
 
 	It("keeps logs for as long as it is told", [this]() {
+		const FKestrelTestLog PromptLog;
 		FKestrelInterface& Interface = FKestrelInterface::Get();
 		IPlatformFile& Files = FPlatformFileManager::Get().GetPlatformFile();
 		const FString Folder = FPaths::GetPath(Interface.GetPromptLogFilePath());

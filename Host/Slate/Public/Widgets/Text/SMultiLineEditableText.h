@@ -1,11 +1,11 @@
 #pragma once
 
+#include "../../../Internal/Framework/Text/TextComposition.h"
+#include "../../../Internal/Framework/Text/TextHistory.h"
+#include "../../../Internal/Framework/Text/WrappedText.h"
 #include "CoreMinimal.h"
 #include "Framework/SlateDelegates.h"
-#include "Framework/Text/TextComposition.h"
-#include "Framework/Text/TextHistory.h"
 #include "Framework/Text/TextLayout.h"
-#include "Framework/Text/WrappedText.h"
 #include "GenericPlatform/GenericApplication.h"
 #include "Styling/SlateTypes.h"
 #include "Widgets/DeclarativeSyntaxSupport.h"

@@ -1,8 +1,8 @@
 #pragma once
 
+#include "../../../Internal/Framework/Text/WrappedText.h"
 #include "CoreMinimal.h"
 #include "Framework/Text/TextLayout.h"
-#include "Framework/Text/WrappedText.h"
 #include "Styling/SlateTypes.h"
 #include "Widgets/DeclarativeSyntaxSupport.h"
 #include "Widgets/SLeafWidget.h"

@@ -100,7 +100,8 @@ FString PredictCreation(const FString& FullPath, FKestrelProjectView& View)
 			return FFileUtils::MakeError(TEXT("Failed to create directory"), Folder);
 		}
 	}
-	const bool bNameFits = FTCHARToUTF8(*FPaths::GetCleanFilename(FullPath)).Length() <= MaxNameBytes;
+	const FString Name = FPaths::GetCleanFilename(FullPath);
+	const bool bNameFits = !Name.IsEmpty() && FTCHARToUTF8(*Name).Length() <= MaxNameBytes;
 	// What a dangling link leads to may lie anywhere.
 	return bNameFits && !FPaths::DirectoryExists(FullPath) && !KestrelNativeFile::IsDanglingLink(FullPath)
 			   ? FString()

@@ -138,6 +138,14 @@ void FKestrelToolPlanSpec::Define()
 			TEXT("2 ") + Folder.Name + TEXT("/link.txt [>new]"));
 	});
 
+	It("knows that a file needs a name", [this]() {
+		FKestrelToolPlanner Planner(EKestrelLookAhead::Limited);
+		const TSharedRef<FKestrelToolPlan> Plan = Planner.Plan(*Block(TEXT("create_cpp_file"),
+			{ TEXT("filepath"), TEXT("Source"), TEXT("filename"), TEXT(""), TEXT("contents"), TEXT("x") }));
+		TestTrue(Plan->Refusal, Plan->Refusal.StartsWith(TEXT("Error: Failed to create file: ")));
+		KestrelTest::TestSameText(*this, TEXT("result"), Plan->Apply(), Plan->Refusal);
+	});
+
 	It("reads the fields of the tool's own and no others", [this]() {
 		const FKestrelTestFolder Folder;
 		for (const TCHAR* File : { TEXT("a.h"), TEXT("b.h") })

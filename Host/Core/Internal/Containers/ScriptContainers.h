@@ -1,7 +1,7 @@
 #pragma once
 
-#include "Containers/ContainerAllocation.h"
-#include "Containers/SetStorage.h"
+#include "ContainerAllocation.h"
+#include "SetStorage.h"
 
 /**
  * A TArray whose element type is known at run time only. It constructs and destroys nothing: whoever uses it knows how.

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Containers/ContainerAllocation.h"
+#include "ContainerAllocation.h"
 #include "Misc/AssertionMacros.h"
 
 /** Where the parts of a slot lie. The value stands first. */
