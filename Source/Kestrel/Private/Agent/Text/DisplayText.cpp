@@ -32,11 +32,19 @@ const FCharacterRange UnseenRanges[] = {
 	{ 0xFFFC, 0xFFFC },                     // object replacement
 	{ 0x1BCA0, 0x1BCA3 },                   // shorthand format controls
 	{ 0x1D173, 0x1D17A },                   // musical format controls
-	{ 0xFFFC, 0xFFFC },                     // object replacement
-	{ 0x1BCA0, 0x1BCA3 },                   // shorthand format controls
-	{ 0x1D173, 0x1D17A },                   // musical format controls
 	{ 0xE0000, 0xE0FFF },                   // tags and further variation selectors
 };
+
+/** Marks that stand above, below or through the letter before them, in any number. */
+const FCharacterRange MarkRanges[] = {
+	{ 0x0300, 0x036F }, { 0x1AB0, 0x1AFF }, { 0x1DC0, 0x1DFF }, { 0x20D0, 0x20FF },
+	{ 0xFE20, 0xFE2F },                                                             // of any letters
+	{ 0x0483, 0x0489 }, { 0x2DE0, 0x2DFF }, { 0xA66F, 0xA67D },                     // Cyrillic
+	{ 0x0591, 0x05BD }, { 0x0610, 0x061A }, { 0x064B, 0x065F }, { 0x06D6, 0x06DC }, // Hebrew and Arabic
+	{ 0x0E34, 0x0E3A }, { 0x0E47, 0x0E4E }, { 0x0EB4, 0x0EBC }, { 0x0EC8, 0x0ECE }, // Thai and Lao
+};
+/** In a row; a letter of any language has no more. */
+constexpr int32 MaxMarks = 2;
 
 const FCharacterRange LatinRanges[] = { { 'A', 'Z' }, { 'a', 'z' }, { 0x00C0, 0x024F }, { 0x1E00, 0x1EFF } };
 /** Alphabets with letters in the shape of Latin ones. */
@@ -123,11 +131,13 @@ FString Escape(const FString& Text, TFunctionRef<bool(uint32)> IsKept)
 {
 	FString Escaped;
 	Escaped.Reserve(Text.Len());
+	int32 NumMarks = 0;
 	for (int32 Index = 0; Index < Text.Len(); ++Index)
 	{
 		const int32 Begin = Index;
 		const uint32 Character = ReadCharacter(Text, Index);
-		if (IsUnseen(Character) && !IsKept(Character))
+		NumMarks = IsIn(MarkRanges, Character) ? NumMarks + 1 : 0;
+		if (NumMarks > MaxMarks || (IsUnseen(Character) && !IsKept(Character)))
 		{
 			Escaped += EscapeCharacter(Character);
 		}
@@ -137,6 +147,35 @@ FString Escape(const FString& Text, TFunctionRef<bool(uint32)> IsKept)
 		}
 	}
 	return Escaped;
+}
+
+/**
+ * Blanks can push the rest of a name into a line of its own, or out of view, and are not seen at its ends: all but
+ * single ones between other characters are told by their number.
+ */
+FString NameBlanks(const FString& Text)
+{
+	FString Named;
+	Named.Reserve(Text.Len());
+	for (int32 Index = 0; Index < Text.Len();)
+	{
+		int32 End = Index;
+		while (End < Text.Len() && Text[End] == TEXT(' '))
+		{
+			++End;
+		}
+		const int32 NumBlanks = End - Index;
+		if (NumBlanks > 1 || (NumBlanks == 1 && (Index == 0 || End == Text.Len())))
+		{
+			Named +=
+				FString::Printf(TEXT("\u27E8%d %s\u27E9"), NumBlanks, NumBlanks == 1 ? TEXT("space") : TEXT("spaces"));
+			Index = End;
+			continue;
+		}
+		Named.AppendChar(Text[Index]);
+		++Index;
+	}
+	return Named;
 }
 
 /** Letters in a row, and what they could be taken for. */
@@ -182,7 +221,7 @@ FString FindLookAlikes(const FString& Text)
 
 FString EscapeLine(const FString& Text)
 {
-	return Escape(Text, [](uint32) { return false; });
+	return NameBlanks(Escape(Text, [](uint32) { return false; }));
 }
 
 FString EscapeLines(const FString& Text)

@@ -6,12 +6,15 @@
  * Strings of the service, shown where a person decides.
  *
  * A name may hold characters that are not seen, or that change how others are seen: line breaks, control characters,
- * marks that reverse the direction of writing. They are shown as escapes ("\n", "\u202E"), so that a name cannot look
- * like another one.
+ * marks that reverse the direction of writing, heaps of accents. They are shown as escapes ("\n", "\u202E"), so that a
+ * name cannot look like another one.
  */
 namespace KestrelDisplayText
 {
-/** For a name or value on a line of its own. */
+/**
+ * For a name or value on a line of its own. Blanks are told by their number where there are several in a row, or where
+ * they begin or end the name.
+ */
 KESTREL_API FString EscapeLine(const FString& Text);
 /** For a text of several lines, a script for instance: its line breaks and tabs stay. */
 KESTREL_API FString EscapeLines(const FString& Text);

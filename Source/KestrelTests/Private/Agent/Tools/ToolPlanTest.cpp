@@ -265,6 +265,12 @@ void FKestrelDisplayTextSpec::Define()
 		KestrelTest::TestSameText(*this, TEXT("letters"),
 			KestrelDisplayText::EscapeLine(TEXT("\u00C4rger \u65E5\u672C \U0001F426 a\\b")),
 			TEXT("\u00C4rger \u65E5\u672C \U0001F426 a\\b"));
+		KestrelTest::TestSameText(*this, TEXT("blanks"),
+			KestrelDisplayText::EscapeLine(TEXT(" a b  c") + FString::ChrN(61, u' ') + TEXT("Note: d ")),
+			TEXT("\u27E81 space\u27E9a b\u27E82 spaces\u27E9c\u27E861 spaces\u27E9Note: d\u27E81 space\u27E9"));
+		KestrelTest::TestSameText(*this, TEXT("marks on a letter"),
+			KestrelDisplayText::EscapeLines(TEXT("e\u0301\u0323x\u0301\u0302\u0303\u0489 \u0303")),
+			TEXT("e\u0301\u0323x\u0301\u0302\\u0303\\u0489 \u0303"));
 		FString HalfPair = TEXT("x");
 		HalfPair.AppendChar(static_cast<TCHAR>(0xD83D));
 		KestrelTest::TestSameText(
