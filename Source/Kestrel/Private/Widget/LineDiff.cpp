@@ -272,25 +272,6 @@ private:
 };
 }
 
-bool KestrelLineDiff::IsWorthComparing(const FString& OldText, const FString& NewText)
-{
-	constexpr int64 MaxCharacters = 4000000;
-	constexpr int32 MaxLines = 100000;
-	if (static_cast<int64>(OldText.Len()) + NewText.Len() > MaxCharacters)
-	{
-		return false;
-	}
-	int32 NumLines = 0;
-	for (const FString* Text : { &OldText, &NewText })
-	{
-		for (const TCHAR C : *Text)
-		{
-			NumLines += C == u'\n' ? 1 : 0;
-		}
-	}
-	return NumLines <= MaxLines;
-}
-
 TArray<FString> KestrelLineDiff::SplitIntoLines(const FString& Text)
 {
 	TArray<FString> Lines;

@@ -44,12 +44,6 @@ KESTREL_API TArray<FString> SplitIntoLines(const FString& Text);
 KESTREL_API TArray<FDiffLine> Compare(const TArray<FString>& OldLines, const TArray<FString>& NewLines);
 
 /**
- * Whether two texts are of a size that a person would read a difference of, and that is compared while nobody notices:
- * at most 4 million characters and 100,000 lines together.
- */
-bool IsWorthComparing(const FString& OldText, const FString& NewText);
-
-/**
  * A line as whole lines of at most NumColumns characters, for where somebody decides: nothing may lie out of view. Long
  * runs of white space, behind which the rest of a line could hide, are named by their length instead.
  */

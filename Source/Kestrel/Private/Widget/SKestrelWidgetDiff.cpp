@@ -14,6 +14,7 @@
 #include "Widgets/Layout/SBorder.h"
 #include "Widgets/Layout/SSeparator.h"
 #include "Widgets/SBoxPanel.h"
+#include "Widgets/SNullWidget.h"
 #include "Widgets/Text/SMultiLineEditableText.h"
 #include "Widgets/Text/STextBlock.h"
 
@@ -87,6 +88,23 @@ FString Shorten(const FString& Path)
 TSharedRef<SWidget> MakeCount(const FText& Text, const FLinearColor& Color)
 {
 	return SNew(STextBlock).Text(Text).ColorAndOpacity(Color);
+}
+
+/** The difference as it is shown: what would not be seen, or make what is seen read otherwise, is escaped. */
+TArray<FDiffChunk> MakeShownChunks(const FString& Before, const FString& After)
+{
+	return SKestrelWidget::GenerateDiff(
+		KestrelDisplayText::EscapeLines(Before), KestrelDisplayText::EscapeLines(After));
+}
+
+/** A sentence in place of a change; as a text that can be selected, it also reaches those who hear or type. */
+TSharedRef<SWidget> MakeSentence(const FText& Text)
+{
+	return SNew(SMultiLineEditableText)
+		.Text(Text)
+		.IsReadOnly(true)
+		.AutoWrapText(true)
+		.AccessibleText(LOCTEXT("NoLines", "About the change"));
 }
 
 /** Lines are compared case-insensitively; where somebody decides, a change of case is a change. */
@@ -317,21 +335,20 @@ TSharedRef<SWidget> SKestrelWidget::MakeDiffHeader(const FString& FilePath, cons
 
 TSharedRef<SWidget> SKestrelWidget::MakeChangeView(const FString& Before, const FString& After) const
 {
-	if (!KestrelLineDiff::IsWorthComparing(Before, After))
+	if (!KestrelDisplayText::IsWorthComparing(Before, After))
 	{
-		return SNew(STextBlock).Text(LOCTEXT("TooLarge", "The change is too large to be shown."));
+		return KestrelDiffView::MakeSentence(LOCTEXT("TooLarge", "The change is too large to be shown."));
 	}
 	// Who decides wants to see what changes, and not the rest of the file.
-	const FString ShownAfter = KestrelDisplayText::EscapeLines(After);
-	TArray<FDiffChunk> Chunks = GenerateDiff(KestrelDisplayText::EscapeLines(Before), ShownAfter);
-	KestrelDiffView::ShowChangesOfCase(SplitIntoLines(ShownAfter), Chunks);
+	TArray<FDiffChunk> Chunks = KestrelDiffView::MakeShownChunks(Before, After);
+	KestrelDiffView::ShowChangesOfCase(SplitIntoLines(KestrelDisplayText::EscapeLines(After)), Chunks);
 	Chunks.RemoveAll([](const FDiffChunk& Chunk) {
 		return !Chunk.Lines.ContainsByPredicate(
 			[](const FDiffLine& Line) { return Line.Type != EDiffLineType::Unchanged; });
 	});
 	if (Chunks.IsEmpty() && !Before.Equals(After))
 	{
-		return SNew(STextBlock).Text(KestrelDiffView::DescribeHiddenChange());
+		return KestrelDiffView::MakeSentence(KestrelDiffView::DescribeHiddenChange());
 	}
 	KestrelDiffView::FoldLongLines(KestrelDiffView::GetNumColumns(GetWidth()), Chunks);
 	return MakeChunksView(Chunks);
@@ -372,14 +389,14 @@ void SKestrelWidget::OnAddDiffMessage(const FString& FilePath, const FString& Be
 	{
 		return;
 	}
-	if (KestrelLineDiff::IsWorthComparing(Before, After))
+	if (KestrelDisplayText::IsWorthComparing(Before, After))
 	{
 		AddDiffBlock(FilePath, Before, After);
 	}
 	else
 	{
 		AddBlock(FText::Format(LOCTEXT("TooLargeFile", "{0} has changed. The change is too large to be shown."),
-					 FText::FromString(FilePath))
+					 FText::FromString(KestrelDisplayText::EscapeLine(FilePath)))
 					 .ToString(),
 			FKestrelInterface::MessageColor, FKestrelInterface::ItalicFontName, FKestrelInterface::MessageFontSize);
 	}
@@ -390,7 +407,7 @@ void SKestrelWidget::OnAddDiffMessage(const FString& FilePath, const FString& Be
 
 void SKestrelWidget::AddDiffBlock(const FString& FilePath, const FString& Before, const FString& After)
 {
-	const TArray<FDiffChunk> Chunks = GenerateDiff(Before, After);
+	const TArray<FDiffChunk> Chunks = KestrelDiffView::MakeShownChunks(Before, After);
 	const bool bHidden = !Before.Equals(After) && KestrelDiffView::CountLines(Chunks, EDiffLineType::Added) == 0 &&
 						 KestrelDiffView::CountLines(Chunks, EDiffLineType::Removed) == 0;
 	// clang-format off
@@ -408,9 +425,8 @@ void SKestrelWidget::AddDiffBlock(const FString& FilePath, const FString& Before
 			+ SVerticalBox::Slot()
 			.AutoHeight()
 			[
-				SNew(STextBlock)
-				.Text(KestrelDiffView::DescribeHiddenChange())
-				.Visibility(bHidden ? EVisibility::Visible : EVisibility::Collapsed)
+				bHidden ? KestrelDiffView::MakeSentence(KestrelDiffView::DescribeHiddenChange())
+						: SNullWidget::NullWidget
 			]
 			+ SVerticalBox::Slot()
 			.AutoHeight()

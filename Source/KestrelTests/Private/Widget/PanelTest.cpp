@@ -262,6 +262,60 @@ void FKestrelPanelSpec::Define()
 		TestTrue(TEXT("logged all the same"), Log.Contains(TEXT("] little\n\n")) && Log.Len() > 5000000);
 	});
 
+	It("shows what would not be seen in a change, and in the name of its file", [this]() {
+		const PanelTest::FPanel Panel;
+		const FKestrelInterface& Interface = FKestrelInterface::Get();
+		Interface.OnAddDiffMessage(TEXT("/a.txt"), TEXT("a\r\n"), TEXT("a\r\n/* \u202E } \u2066if (b\u200B)\u2069"));
+		KestrelTest::TestSameText(
+			*this, TEXT("change"), Panel.LastBlock(), TEXT("+ /* \\u202E } \\u2066if (b\\u200B)\\u2069"));
+		Interface.OnAddDiffMessage(TEXT("/b\u202E.txt"), TEXT("little"), FString::ChrN(5000000, u'x'));
+		KestrelTest::TestSameText(*this, TEXT("too large"), Panel.LastBlock(),
+			TEXT("/b\\u202E.txt has changed. The change is too large to be shown."));
+
+		const FKestrelTestFolder Folder;
+		Folder.Write(TEXT("a.txt"), TEXT("in the way"));
+		FAgent::Get().SetUndoConversationID(TEXT("panel-test"));
+		FFileHistory::Get().StoreFileDeletion(
+			TEXT("panel-test"), Folder.Full(TEXT("a.txt")) / TEXT("c\u202E.txt"), TEXT("x"));
+		const FKestrelPanelRecorder Recorder;
+		FKestrelInterface::Get().UndoLastOperation();
+		KestrelTest::TestSameText(*this, TEXT("not undone"), Recorder.GetTexts().Last(),
+			TEXT("This file could not be written: ") + Folder.Full(TEXT("a.txt")) + TEXT("/c\\u202E.txt"));
+		FPlatformFileManager::Get().GetPlatformFile().DeleteFile(*Folder.Full(TEXT("a.txt")));
+		FFileHistory::Get().UndoAllChanges(TEXT("panel-test"));
+		FFileHistory::Get().ForgetRedo(TEXT("panel-test"));
+		FAgent::Get().SetUndoConversationID(FString());
+		FKestrelInterface::Get().DeleteAllLogs();
+	});
+
+	It("neither shows nor logs a change of the file that holds the key, and no key anywhere else", [this]() {
+		const PanelTest::FPanel Panel;
+		const FKestrelTestFolder Folder;
+		const TGuardValue<FString> Key(GetMutableDefault<UKestrelSettings>()->ApiKey, TEXT("canary-of-the-user"));
+		const FString Settings =
+			FPaths::ConvertRelativePathToFull(FPaths::ProjectSavedDir() / TEXT("Config/Other/EditorPerUserSettings.ini"));
+		const auto Create = [](const FString& Path, const TCHAR* Text) {
+			KestrelTest::UseTool(TEXT("create_file"), { TEXT("path"), Path, TEXT("file_text"), Text });
+		};
+		const FString Sentence = TEXT(
+			"has changed. The file can hold your API key, so the change is neither shown nor logged.");
+		Create(Settings, TEXT("ApiKey=canary-of-another-time"));
+		TestTrue(TEXT("by its path"), Panel.LastBlock().EndsWith(Sentence));
+		if (KestrelNativeFile::MakeLink(Folder.Full(TEXT("link.txt")), Settings))
+		{
+			KestrelTest::UseTool(TEXT("delete_file"), { TEXT("path"), Folder.Full(TEXT("link.txt")) });
+			TestTrue(TEXT("by a link"), Panel.LastBlock().EndsWith(Sentence));
+		}
+		Create(Folder.Full(TEXT("a.txt")), TEXT("x = canary-of-the-user"));
+		KestrelTest::TestSameText(*this, TEXT("elsewhere"), Panel.LastBlock(), TEXT("+ x = [API key]"));
+		FString Log;
+		FFileHelper::LoadFileToString(Log, *FKestrelInterface::Get().GetPromptLogFilePath());
+		TestTrue(TEXT("logged"), Log.Contains(Sentence) && Log.Contains(TEXT("x = [API key]")));
+		TestFalse(TEXT("the key is logged"), Log.Contains(TEXT("canary")));
+		FFileHistory::Get().UndoAllChanges(FAgent::Get().GetConversationId());
+		FKestrelInterface::Get().DeleteAllLogs();
+	});
+
 	It("offers to undo and redo what a conversation has changed", [this]() {
 		const PanelTest::FPanel Panel;
 		FAgent::Get().SetUndoConversationID(TEXT("panel-test"));

@@ -1,6 +1,7 @@
 #include "Agent/Agent.h"
 #include "Agent/Blueprints/KestrelBlueprintUtils.h"
 #include "Agent/Chat/KestrelInterface.h"
+#include "Agent/Text/DisplayText.h"
 #include "Editor.h"
 #include "Editor/EditorEngine.h"
 #include "Editor/Transactor.h"
@@ -122,7 +123,8 @@ bool FKestrelInterface::ReportLeftChanges(const FFileHistory::FFileEntries* Left
 	}
 	for (const auto& Pair : *Left)
 	{
-		AddOwnStatusMessage(FString::Printf(TEXT("This file could not be written: %s"), *Pair.Key));
+		AddOwnStatusMessage(
+			FString::Printf(TEXT("This file could not be written: %s"), *KestrelDisplayText::EscapeLine(Pair.Key)));
 	}
 	return false;
 }

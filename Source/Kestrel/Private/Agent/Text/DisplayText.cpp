@@ -230,4 +230,23 @@ FString EscapeLines(const FString& Text)
 	return Escape(Text.Replace(TEXT("\r\n"), TEXT("\n"), ESearchCase::CaseSensitive),
 		[](uint32 Character) { return Character == '\n' || Character == '\t'; });
 }
+
+bool IsWorthComparing(const FString& Before, const FString& After)
+{
+	constexpr int64 MaxCharacters = 4000000;
+	constexpr int32 MaxLines = 100000;
+	if (static_cast<int64>(Before.Len()) + After.Len() > MaxCharacters)
+	{
+		return false;
+	}
+	int32 NumLines = 0;
+	for (const FString* Text : { &Before, &After })
+	{
+		for (const TCHAR C : *Text)
+		{
+			NumLines += C == u'\n' ? 1 : 0;
+		}
+	}
+	return NumLines <= MaxLines;
+}
 }

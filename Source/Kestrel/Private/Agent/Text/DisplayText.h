@@ -25,4 +25,9 @@ KESTREL_API FString EscapeLines(const FString& Text);
  * @return an escape ("\\u043E") for each, in order; empty for a name that is what it looks like
  */
 FString FindLookAlikes(const FString& Text);
+/**
+ * Whether a change is of a size that a person would read, and that is compared line by line while nobody notices: at
+ * most 4 million characters and 100,000 lines, before and after together.
+ */
+bool IsWorthComparing(const FString& Before, const FString& After);
 }
