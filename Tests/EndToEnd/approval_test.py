@@ -192,6 +192,19 @@ class MarkedPlacesTest(EndToEndTest):
         self.assertNotIn("\x1b[31m", run.output)
         self.assertNotIn("\u202e", run.output)
 
+    def test_a_change_that_cannot_be_shown_says_so_in_the_list_and_when_it_is_asked_for(self):
+        Talk(self, completed(tool("a", "execute_unreal_engine_api_python_script", code="\n" * 100001 + "print(1)"),
+                             auto_continue=False))
+        run = self.run_editor(typed="begin\n/showthescript\n")
+        self.assert_in_order(run, "Waiting for your approval:\nRun a script\n", "too large to show what changes",
+                             "The change is too large to be shown.")
+
+    def test_blanks_in_a_name_do_not_push_its_end_into_a_line_of_its_own(self):
+        name = "Docs/Plan.md" + " " * 61 + "Note: checked, harmless"
+        Talk(self, completed(tool("a", "create_file", path=name, file_text="x"), auto_continue=False))
+        run = self.run_editor("-Prompt=begin")
+        self.assertIn("Create Docs/Plan.md\u27e861 spaces\u27e9Note: checked, harmless\n", run.output)
+
     def test_where_a_link_leads_is_said_on_a_line_that_no_name_can_imitate(self):
         os.symlink("Moor", os.path.join(self.project, "Source", "Linked"))
         for path, lines in (

@@ -9,8 +9,8 @@
 #include "Widgets/Layout/SBox.h"
 #include "Widgets/Layout/SScrollBox.h"
 #include "Widgets/SBoxPanel.h"
+#include "Widgets/SNullWidget.h"
 #include "Widgets/Text/SMultiLineEditableText.h"
-#include "Widgets/Text/STextBlock.h"
 
 #define LOCTEXT_NAMESPACE "SKestrelApprovalList"
 
@@ -109,7 +109,7 @@ TArray<FRemark> MakeRemarks(const FKestrelToolPlan& Plan)
 		WarningColor);
 	Add(LOCTEXT("Caution", "Caution: {0}"), JoinTexts(CollectCautions(Plan)),
 		WillFail(Plan) ? PlainColor : WarningColor);
-	Add(LOCTEXT("Note", "Note: {0}"), JoinTexts(Plan.Notes), Plan.bIsBeyondLimits ? WarningColor : PlainColor);
+	Add(LOCTEXT("Note", "Note: {0}"), JoinTexts(Plan.Notes), Plan.bCannotBeShown ? WarningColor : PlainColor);
 	return Remarks;
 }
 
@@ -153,6 +153,15 @@ TSharedRef<SWidget> MakeText(const FText& Text, const FTextBlockStyle& Style, co
 		.AccessibleText(AccessibleName);
 }
 
+/** A text like the rows, new for each list: it is read out, and printed in a terminal, as they are. */
+TSharedRef<SWidget> MakeHeading(int32 NumTools, int32 NumRisky, int32 NumFailing)
+{
+	FTextBlockStyle Style = FCoreStyle::Get().GetWidgetStyle<FTextBlockStyle>("NormalText");
+	Style.SetColorAndOpacity(NumRisky > 0 ? FSlateColor(WarningColor) : FSlateColor::UseForeground());
+	return MakeText(
+		DescribeAll(NumTools, NumRisky, NumFailing), Style, LOCTEXT("HeadingName", "What waits for approval"));
+}
+
 /** Where a row stands: what to look at twice comes first, what will do nothing comes last. */
 int32 GetRank(const FKestrelToolPlan& Plan)
 {
@@ -178,8 +187,7 @@ void SKestrelApprovalList::Construct(const FArguments& InArgs)
 				.AutoHeight()
 				.Padding(0.0f, 0.0f, 0.0f, KestrelApprovalList::RowGap)
 				[
-					SAssignNew(Heading, STextBlock)
-					.AutoWrapText(true)
+					SAssignNew(Heading, SBox)
 				]
 				+ SVerticalBox::Slot()
 				.FillHeight(1.0f)
@@ -220,9 +228,8 @@ void SKestrelApprovalList::SetPlans(const TArray<TSharedRef<FKestrelToolPlan>>& 
 			// clang-format on
 		}
 	}
-	Heading->SetText(KestrelApprovalList::DescribeAll(Plans.Num(), Counts[0], Counts[2]));
-	Heading->SetColorAndOpacity(
-		Counts[0] > 0 ? FSlateColor(KestrelApprovalList::WarningColor) : FSlateColor::UseForeground());
+	Heading->SetContent(Plans.IsEmpty() ? SNullWidget::NullWidget
+										: KestrelApprovalList::MakeHeading(Plans.Num(), Counts[0], Counts[2]));
 }
 
 TSharedRef<SWidget> SKestrelApprovalList::MakeRow(const TSharedRef<FKestrelToolPlan>& Plan, int32 Number)

@@ -5,7 +5,7 @@
 #include "Widgets/DeclarativeSyntaxSupport.h"
 #include "Widgets/SCompoundWidget.h"
 
-class STextBlock;
+class SBox;
 class SVerticalBox;
 
 /** What a row unfolds: the widget that shows how a file would change. */
@@ -38,6 +38,6 @@ private:
 	TSharedRef<SWidget> MakeUnfoldButton(const TSharedRef<FKestrelToolPlan>& Plan, const TSharedRef<SVerticalBox>& Row);
 
 	FOnMakeChangeView OnMakeChangeView;
-	TSharedPtr<STextBlock> Heading;
+	TSharedPtr<SBox> Heading;
 	TSharedPtr<SVerticalBox> Rows;
 };

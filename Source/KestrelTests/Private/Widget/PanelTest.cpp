@@ -292,13 +292,13 @@ void FKestrelPanelSpec::Define()
 		const PanelTest::FPanel Panel;
 		const FKestrelTestFolder Folder;
 		const TGuardValue<FString> Key(GetMutableDefault<UKestrelSettings>()->ApiKey, TEXT("canary-of-the-user"));
-		const FString Settings =
-			FPaths::ConvertRelativePathToFull(FPaths::ProjectSavedDir() / TEXT("Config/Other/EditorPerUserSettings.ini"));
+		const FString Settings = FPaths::ConvertRelativePathToFull(
+			FPaths::ProjectSavedDir() / TEXT("Config/Other/EditorPerUserSettings.ini"));
 		const auto Create = [](const FString& Path, const TCHAR* Text) {
 			KestrelTest::UseTool(TEXT("create_file"), { TEXT("path"), Path, TEXT("file_text"), Text });
 		};
-		const FString Sentence = TEXT(
-			"has changed. The file can hold your API key, so the change is neither shown nor logged.");
+		const FString Sentence =
+			TEXT("has changed. The file can hold your API key, so the change is neither shown nor logged.");
 		Create(Settings, TEXT("ApiKey=canary-of-another-time"));
 		TestTrue(TEXT("by its path"), Panel.LastBlock().EndsWith(Sentence));
 		if (KestrelNativeFile::MakeLink(Folder.Full(TEXT("link.txt")), Settings))
@@ -470,8 +470,10 @@ void FKestrelPanelSpec::Define()
 				{ TEXT("delete_file"), TEXT("{\"path\":\"Config/Waiting.ini\"}") },
 				{ TEXT("create_file"), TEXT("{\"path\":\"Moor.Build.cs\",\"file_text\":\"x\"}") },
 			}),
-			TEXT("3. Delete Config/Waiting.ini\nCaution: configuration\n4. Create Moor.Build.cs\nCaution: build file\n"
-				 "2. Read Config/Waiting.ini\n1. Read Config/NoSuch.ini\nWill fail: File not found"));
+			TEXT(
+				"Waiting for your approval: 4 tools, 2 worth a second look, 1 will fail. They run in the order of their "
+				"numbers.\n3. Delete Config/Waiting.ini\nCaution: configuration\n4. Create Moor.Build.cs\nCaution: build file\n"
+				"2. Read Config/Waiting.ini\n1. Read Config/NoSuch.ini\nWill fail: File not found"));
 		FPlatformFileManager::Get().GetPlatformFile().DeleteFile(*(FPaths::ProjectDir() / TEXT("Config/Waiting.ini")));
 	});
 
@@ -492,7 +494,7 @@ void FKestrelPanelSpec::Define()
 			KestrelTest::TestSameText(*this, Case.Key,
 				PanelTest::DescribeWaiting({ { TEXT("create_file"),
 					FString::Printf(TEXT("{\"path\":\"%s\",\"file_text\":\"x\"}"), Case.Key) } }),
-				FString(TEXT("Create ")) + Case.Key + Case.Value);
+				FString(TEXT("Waiting for your approval:\nCreate ")) + Case.Key + Case.Value);
 		}
 	});
 

@@ -6,6 +6,7 @@
 #include "Agent/Files/FileUtils.h"
 #include "Agent/Files/NativeFile.h"
 #include "Agent/Files/PathReview.h"
+#include "Agent/Text/DisplayText.h"
 #include "Dom/JsonObject.h"
 #include "Misc/PackageName.h"
 
@@ -116,7 +117,16 @@ void FKestrelToolPlan::SetUnsavedAssets(FKestrelProjectView& View)
 void FKestrelToolPlan::LeaveForLater()
 {
 	bIsBeyondLimits = true;
-	Notes.Add(LOCTEXT("BeyondLimits", "too large to show what changes"));
+	NoteThatItCannotBeShown();
+}
+
+void FKestrelToolPlan::NoteThatItCannotBeShown()
+{
+	if (!bCannotBeShown)
+	{
+		bCannotBeShown = true;
+		Notes.Add(LOCTEXT("BeyondLimits", "too large to show what changes"));
+	}
 }
 
 void FKestrelToolPlan::SetChange(FKestrelProjectView& View, const FString& Before, FString After)
@@ -128,6 +138,10 @@ void FKestrelToolPlan::SetChange(FKestrelProjectView& View, const FString& Befor
 	if (!bIsBeyondLimits)
 	{
 		Change = FKestrelChange{ Before, MoveTemp(After) };
+		if (!KestrelDisplayText::IsWorthComparing(Change->Before, Change->After))
+		{
+			NoteThatItCannotBeShown();
+		}
 	}
 }
 

@@ -62,7 +62,7 @@ struct KESTREL_API FKestrelToolPlan
 	/** To be looked at twice: it says why in Cautions, it deletes or runs something, or cannot be shown. */
 	bool StandsOut() const
 	{
-		return !Cautions.IsEmpty() || bIsBeyondLimits || Kind == EKestrelToolKind::Delete ||
+		return !Cautions.IsEmpty() || bCannotBeShown || Kind == EKestrelToolKind::Delete ||
 			   Kind == EKestrelToolKind::Run;
 	}
 
@@ -87,9 +87,11 @@ struct KESTREL_API FKestrelToolPlan
 	/** Shown in the panel while the tool works; null for none. */
 	const TCHAR* Status = nullptr;
 
-	/** What changes: a file's text, or a script or a Blueprint's modifications, which have no text before. */
+	/** What changes: a file's text; or a script, a Blueprint's modifications, packages, which have no text before. */
 	TOptional<FKestrelChange> Change;
-	/** The change is not at hand: it is too large to look at, and is made anew when the tool runs. */
+	/** The change is too large to be shown. */
+	bool bCannotBeShown = false;
+	/** It is not even at hand: it is too large to look at, and is made anew when the tool runs. */
 	bool bIsBeyondLimits = false;
 
 	EKestrelFileOperation Operation = EKestrelFileOperation::None;
@@ -104,6 +106,7 @@ struct KESTREL_API FKestrelToolPlan
 private:
 	friend class FKestrelToolPlanner;
 
+	void NoteThatItCannotBeShown();
 	/** The file of a package, which is shown by the package's name. */
 	void SetPackage(FKestrelProjectView& View, const FString& PackageName);
 	void AddCautions(const FKestrelPathReview& Review);

@@ -70,6 +70,31 @@ void FKestrelToolLimitsSpec::Define()
 		FFileHistory::Get().UndoAllChanges(FAgent::Get().GetConversationId());
 	});
 
+	It("says which changes cannot be shown, and makes them as they were planned", [this]() {
+		const FKestrelTestFolder Folder;
+		const FString Lines = FString::ChrN(100001, u'\n') + TEXT("import os");
+		const FString New = Folder.Full(TEXT("new.txt"));
+		FKestrelToolPlanner Planner(EKestrelLookAhead::Limited);
+		const TSharedRef<FKestrelToolPlan> Plans[] = {
+			PlanTool(Planner, TEXT("execute_unreal_engine_api_python_script"), { TEXT("code"), Lines }),
+			PlanTool(Planner, TEXT("create_file"), { TEXT("path"), New, TEXT("file_text"), Lines }),
+			PlanTool(Planner, TEXT("update_file"),
+				{ TEXT("path"), New, TEXT("old_string"), TEXT("os"), TEXT("new_string"), TEXT("re") }),
+			PlanTool(Planner, TEXT("delete_file"), { TEXT("path"), New }),
+		};
+		for (const TSharedRef<FKestrelToolPlan>& Plan : Plans)
+		{
+			TestTrue(FString(Plan->Tool->WireName) + TEXT(" says so"), Plan->Notes.Num() == 1 && Plan->StandsOut());
+		}
+		for (int32 Index = 1; Index < 3; ++Index)
+		{
+			TestTrue(TEXT("holds"), Plans[Index]->StillHolds());
+			TestFalse(TEXT("fails"), FFileUtils::IsError(Plans[Index]->Apply()));
+		}
+		TestTrue(TEXT("made"), FFileUtils::ReadFile(New).EndsWith(TEXT("\nimport re")));
+		FFileHistory::Get().UndoAllChanges(FAgent::Get().GetConversationId());
+	});
+
 	It("keeps short replacements from becoming large texts", [this]() {
 		const FKestrelTestFolder Folder;
 		const FString File = Folder.Full(TEXT("a.txt"));
