@@ -1,6 +1,7 @@
 #include "Agent/Agent.h"
 #include "Agent/Chat/KestrelInterface.h"
 #include "Agent/Files/FileUtils.h"
+#include "Agent/Files/KeyGuard.h"
 #include "Agent/Project/CompilationManager.h"
 #include "Agent/Tools/ToolPlan.h"
 #include "Dom/JsonObject.h"
@@ -15,7 +16,7 @@ constexpr int32 LoggedLength = 200; // characters of a failed tool's result
 
 void LogFailure(const FString& Result)
 {
-	UE_LOG(LogKestrel, Warning, TEXT("A tool failed: %s"), *Result.Left(LoggedLength));
+	UE_LOG(LogKestrel, Warning, TEXT("A tool failed: %s"), *KestrelKeyGuard::Hide(Result).Left(LoggedLength));
 }
 
 /** Whose compile it was, when that is not the tool that the conversation on the screen is waiting for; else empty. */
@@ -43,6 +44,11 @@ TSharedRef<FJsonObject> MakeResult(const FString& ToolUseId, const FString& Cont
 
 void FAgent::AddToolResult(const TSharedPtr<FJsonObject>& Result)
 {
+	FString Content;
+	if (Result->TryGetStringField(TEXT("content"), Content))
+	{
+		Result->SetStringField(TEXT("content"), KestrelKeyGuard::Hide(Content));
+	}
 	ToolResults.Add(MakeShared<FJsonValueObject>(Result));
 }
 

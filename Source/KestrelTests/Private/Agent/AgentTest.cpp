@@ -4,6 +4,8 @@
 #include "Agent/Files/FileUtils.h"
 #include "Agent/Text/JsonText.h"
 #include "Agent/Tools/ToolPlan.h"
+#include "Dom/JsonObject.h"
+#include "Dom/JsonValue.h"
 #include "HAL/FileManager.h"
 #include "KestrelSettings.h"
 #include "Misc/FileHelper.h"
@@ -72,6 +74,27 @@ void FKestrelAgentSpec::Define()
 		TestEqual(TEXT("waits"), Agent.GetPendingPlans().Num(), 1);
 		Agent.SetAgentState(EAgentState::Idle, nullptr);
 		TestTrue(TEXT("forgotten"), Agent.GetPendingPlans().IsEmpty() && !Agent.WasPaused());
+	});
+
+	It("keeps the key out of results, whichever tool has found it", [this]() {
+		const FKestrelPanelRecorder Recorder;
+		const AgentTest::FConversation Conversation;
+		FAgent& Agent = FAgent::Get();
+		const FString Key = TEXT("kestrel-\"canary\\key");
+		const TGuardValue<FString> Settings(GetMutableDefault<UKestrelSettings>()->ApiKey, Key);
+		Agent.AddToolResult(TEXT("plain"), TEXT("ApiKey=") + Key + TEXT("\nKESTREL-"), false);
+		Agent.AddToolResult(TEXT("as JSON"), TEXT("{\"line\":\"ApiKey=kestrel-\\\"canary\\\\key\"}"), true);
+		const TCHAR* const Expected[] = { TEXT("ApiKey=[API key]\nKESTREL-"), TEXT("{\"line\":\"ApiKey=[API key]\"}") };
+		for (int32 Index = 0; Index < 2; ++Index)
+		{
+			const TSharedPtr<FJsonObject> Result = Agent.GetToolResults()[Index]->AsObject();
+			KestrelTest::TestSameText(*this, Result->GetStringField(TEXT("tool_use_id")),
+				Result->GetStringField(TEXT("content")), Expected[Index]);
+		}
+		GetMutableDefault<UKestrelSettings>()->ApiKey = TEXT("e");
+		Agent.AddToolResult(TEXT("no key"), TEXT("leaves the text alone"), false);
+		KestrelTest::TestSameText(*this, TEXT("a single letter"),
+			Agent.GetToolResults()[2]->AsObject()->GetStringField(TEXT("content")), TEXT("leaves the text alone"));
 	});
 
 	It("can undo what comes after an undo in the same conversation", [this]() {

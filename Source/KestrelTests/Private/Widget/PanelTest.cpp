@@ -1,6 +1,7 @@
 #include "Agent/Agent.h"
 #include "Agent/Chat/KestrelInterface.h"
 #include "Agent/FileHistory.h"
+#include "Agent/Files/NativeFile.h"
 #include "Agent/Text/JsonText.h"
 #include "Containers/Ticker.h"
 #include "Dom/JsonObject.h"

@@ -2,8 +2,10 @@
 #include "Agent/Chat/KestrelInterface.h"
 #include "Agent/FileHistory.h"
 #include "Agent/Files/FileUtils.h"
+#include "Agent/Files/KeyGuard.h"
 #include "Agent/Files/NativeFile.h"
 #include "Agent/Files/PathReview.h"
+#include "Agent/Text/DisplayText.h"
 #include "Agent/Tools/ToolPlan.h"
 #include "GenericPlatform/GenericPlatformFile.h"
 #include "HAL/FileManager.h"
@@ -353,6 +355,23 @@ FString Write(const FKestrelToolPlan& Plan)
 	return FString();
 }
 
+/** Shows and logs a change. The user's key is no part of it, nor is the file that is made for it. */
+void Report(const FKestrelToolPlan& Plan)
+{
+	const FKestrelInterface& Interface = FKestrelInterface::Get();
+	if (!KestrelKeyGuard::IsKeptIn(Plan.RealPath))
+	{
+		Interface.OnAddDiffMessage(
+			Plan.FilePath, KestrelKeyGuard::Hide(Plan.Change->Before), KestrelKeyGuard::Hide(Plan.Change->After));
+		return;
+	}
+	Interface.AddOwnStatusMessage(FText::Format(
+		LOCTEXT("SettingsChanged",
+			"{0} has changed. The file can hold your API key, so the change is neither shown nor logged."),
+		FText::FromString(KestrelDisplayText::EscapeLine(Plan.Target)))
+									  .ToString());
+}
+
 FString ApplyChange(const FKestrelToolPlan& Plan)
 {
 	if (Plan.Operation == EKestrelFileOperation::Update && !Plan.Refusal.IsEmpty())
@@ -381,7 +400,7 @@ FString ApplyChange(const FKestrelToolPlan& Plan)
 		// Redone, what was undone before would overwrite this change.
 		FFileHistory::Get().ForgetRedo(FAgent::Get().GetConversationId());
 		FFileHistory::Get().NoteLeft(FAgent::Get().GetConversationId(), Plan.FilePath);
-		FKestrelInterface::Get().OnAddDiffMessage(Plan.FilePath, Plan.Change->Before, Plan.Change->After);
+		Report(Plan);
 	}
 	return Result;
 }
