@@ -481,7 +481,7 @@ void FKestrelPanelSpec::Define()
 	It("gives its remarks lines of their own, which no name can imitate", [this]() {
 		const TPair<const TCHAR*, const TCHAR*> Cases[] = {
 			{ TEXT("a.txt (outside the project)"), TEXT("") },
-			{ TEXT("a.txt\\nCaution: build file"), TEXT("") },
+			{ TEXT("a.txt\\nCaution: build file"), TEXT("\nCaution: a colon in the name") },
 			{ TEXT("/no/such/a.txt"), TEXT("\nCaution: outside the project") },
 			{ TEXT("Source/\u0410\u0432\u0442\u043E\u0440.h"), TEXT("") },
 			{ TEXT("Source/BP_\u0413\u0435\u0440\u043E\u0439.h"), TEXT("") },

@@ -15,14 +15,18 @@ const TCHAR* const VersionControlFolders[] = { TEXT(".git"), TEXT(".svn"), TEXT(
 const TCHAR* const EditorFolders[] = { TEXT(".vscode"), TEXT(".vs"), TEXT(".idea"), TEXT(".fleet") };
 /** Files that revision control reads its settings from. */
 const TCHAR* const VersionControlFiles[] = { TEXT(".gitattributes"), TEXT(".gitmodules"), TEXT(".gitconfig"),
-	TEXT(".hgrc"), TEXT(".p4config"), TEXT("p4config.txt") };
+	TEXT(".lfsconfig"), TEXT(".pre-commit-config.yaml"), TEXT(".hgrc"), TEXT(".p4config"), TEXT("p4config.txt") };
 /** What the build tool compiles and runs itself. */
 const TCHAR* const BuildEndings[] = { TEXT(".build.cs"), TEXT(".target.cs"), TEXT(".automation.cs"), TEXT(".csproj"),
-	TEXT(".props"), TEXT(".targets"), TEXT(".sln"), TEXT(".vcxproj"), TEXT(".rsp"), TEXT(".cmake"), TEXT(".mk") };
-const TCHAR* const BuildFiles[] = { TEXT("CMakeLists.txt"), TEXT("Makefile"), TEXT(".envrc"), TEXT(".clangd") };
+	TEXT(".props"), TEXT(".targets"), TEXT(".sln"), TEXT(".vcxproj"), TEXT(".rsp"), TEXT(".cmake"), TEXT(".mk"),
+	TEXT(".code-workspace") };
+const TCHAR* const BuildFiles[] = { TEXT("CMakeLists.txt"), TEXT("Makefile"), TEXT(".envrc"), TEXT(".clangd"),
+	TEXT("BuildConfiguration.xml") };
 const TCHAR* const ProjectEndings[] = { TEXT(".uproject"), TEXT(".uplugin"), TEXT(".uprojectdirs") };
 /** What runs by itself when the editor starts, or with one click. */
 const TCHAR* const StartupFiles[] = { TEXT("init_unreal.py") };
+/** What Python runs, or takes for a module, of the folders that it looks into. */
+const TCHAR* const PythonEndings[] = { TEXT(".py"), TEXT(".pyc"), TEXT(".pth") };
 const TCHAR* const ProgramEndings[] = { TEXT(".bat"), TEXT(".cmd"), TEXT(".ps1"), TEXT(".sh"), TEXT(".command"),
 	TEXT(".exe"), TEXT(".dll"), TEXT(".so"), TEXT(".dylib") };
 
@@ -50,13 +54,21 @@ bool EndsWithOneOf(const FString& Name, TArrayView<const TCHAR* const> Endings)
 	return false;
 }
 
-/** A path as its names, without the dots and blanks at their ends that some file systems ignore. */
+/**
+ * A path as its names, without the dots and blanks at their ends that some file systems ignore, nor what follows a
+ * colon: there it names a part of the file before it.
+ */
 TArray<FString> SplitPath(const FString& Path)
 {
 	TArray<FString> Names;
 	Path.ParseIntoArray(Names, TEXT("/"));
 	for (FString& Name : Names)
 	{
+		int32 Colon = INDEX_NONE;
+		if (Name.FindChar(TEXT(':'), Colon))
+		{
+			Name.LeftInline(Colon);
+		}
 		while (Name.Len() > 1 && (Name.EndsWith(TEXT(".")) || Name.EndsWith(TEXT(" "))))
 		{
 			Name.LeftChopInline(1);
@@ -70,7 +82,8 @@ struct FPlace
 	TArray<FString> Folders;
 	FString Name;
 	FString Path;
-	TArrayView<const FString> OwnFolders;
+	FString InProject; // the path below the project, or the whole one when it lies elsewhere
+	const FKestrelOwnFolders* Own = nullptr;
 
 	bool IsBelow(TArrayView<const TCHAR* const> FolderNames) const
 	{
@@ -87,7 +100,10 @@ bool IsOfVersionControl(const FPlace& Place)
 
 bool IsBuildRule(const FPlace& Place)
 {
-	return EndsWithOneOf(Place.Name, BuildEndings) || IsOneOf(Place.Name, BuildFiles) || Place.IsBelow(EditorFolders);
+	// What the build tool has made, it runs and believes.
+	const bool bIsBuilt = Place.IsBelow(TEXT("Intermediate")) && Place.IsBelow(TEXT("Build"));
+	return bIsBuilt || EndsWithOneOf(Place.Name, BuildEndings) || IsOneOf(Place.Name, BuildFiles) ||
+		   Place.IsBelow(EditorFolders);
 }
 
 bool IsProjectDescriptor(const FPlace& Place)
@@ -103,8 +119,7 @@ bool IsConfiguration(const FPlace& Place)
 bool IsProgram(const FPlace& Place)
 {
 	// The editor runs what lies in a Python folder when it starts, or imports it from there.
-	const bool bStartupScript =
-		Place.Name.EndsWith(TEXT(".py"), ESearchCase::IgnoreCase) && Place.IsBelow(TEXT("Python"));
+	const bool bStartupScript = EndsWithOneOf(Place.Name, PythonEndings) && Place.IsBelow(TEXT("Python"));
 	return bStartupScript || IsOneOf(Place.Name, StartupFiles) || EndsWithOneOf(Place.Name, ProgramEndings) ||
 		   Place.IsBelow(TEXT("Binaries"));
 }
@@ -120,11 +135,11 @@ bool IsUnder(const FString& Path, const FString& Folder)
 	return Path.StartsWith(Folder, ESearchCase::IgnoreCase) && FPaths::IsUnderDirectory(Path, Folder);
 }
 
-bool IsOfThisPlugin(const FPlace& Place)
+bool IsUnderOneOf(const FString& Path, TArrayView<const FString> Folders)
 {
-	for (const FString& Folder : Place.OwnFolders)
+	for (const FString& Folder : Folders)
 	{
-		if (IsUnder(Place.Path, Folder))
+		if (IsUnder(Path, Folder))
 		{
 			return true;
 		}
@@ -132,12 +147,20 @@ bool IsOfThisPlugin(const FPlace& Place)
 	return false;
 }
 
-/** The plugin's folder in the project, the one that it was loaded from, and what it saves. */
-TArray<FString> FindOwnFolders(const FString& RealProjectDir)
+bool IsOfThisPlugin(const FPlace& Place)
 {
-	const TSharedPtr<IPlugin> Plugin = IPluginManager::Get().FindPlugin(TEXT("Kestrel"));
-	const FString Folders[] = { Plugin.IsValid() ? Plugin->GetBaseDir() : FString(),
-		FPaths::ProjectPluginsDir() / TEXT("kestrel-unreal"), FPaths::ProjectSavedDir() / TEXT("Kestrel") };
+	return IsUnderOneOf(Place.Path, Place.Own->All);
+}
+
+/** What was typed, and what files held before. */
+bool IsRecord(const FPlace& Place)
+{
+	return IsUnderOneOf(Place.Path, Place.Own->Records);
+}
+
+/** Some of this plugin's folders, with links resolved. */
+TArray<FString> ResolveOwnFolders(TArrayView<const FString> Folders, const FString& RealProjectDir)
+{
 	TArray<FString> RealFolders;
 	for (const FString& Folder : Folders)
 	{
@@ -152,18 +175,35 @@ TArray<FString> FindOwnFolders(const FString& RealProjectDir)
 	return RealFolders;
 }
 
+FKestrelOwnFolders FindOwnFolders(const FString& RealProjectDir)
+{
+	const TSharedPtr<IPlugin> Plugin = IPluginManager::Get().FindPlugin(TEXT("Kestrel"));
+	const FString InProject = FPaths::ProjectPluginsDir() / TEXT("kestrel-unreal");
+	const FString Saved = FPaths::ProjectSavedDir() / TEXT("Kestrel");
+	FKestrelOwnFolders Own;
+	Own.All =
+		ResolveOwnFolders({ Plugin.IsValid() ? Plugin->GetBaseDir() : FString(), InProject, Saved }, RealProjectDir);
+	Own.Records = ResolveOwnFolders({ InProject / TEXT("Logs"), Saved }, RealProjectDir);
+	return Own;
+}
+
+bool HasColon(const FPlace& Place)
+{
+	return Place.InProject.Contains(TEXT(":"));
+}
+
 /** The user's own settings, keys among them. */
 bool IsUserSettings(const FPlace& Place)
 {
 	return Place.IsBelow(TEXT("Saved")) && Place.IsBelow(TEXT("Config"));
 }
 
-/** @param InProject  the path below the project, or the whole one when it lies elsewhere */
-FPlace MakePlace(const FString& Path, const FString& InProject, TArrayView<const FString> OwnFolders)
+FPlace MakePlace(const FString& Path, const FString& InProject, const FKestrelOwnFolders& Own)
 {
 	FPlace Place;
 	Place.Path = Path;
-	Place.OwnFolders = OwnFolders;
+	Place.InProject = InProject;
+	Place.Own = &Own;
 	// The names of the folders that the project itself lies in say nothing about a file of the project.
 	Place.Folders = SplitPath(InProject);
 	Place.Name = Place.Folders.IsEmpty() ? FString() : Place.Folders.Pop();
@@ -202,7 +242,9 @@ const TArray<FRule>& GetRules()
 		{ IsProjectDescriptor, LOCTEXT("ProjectFile", "project or plugin descriptor") },
 		{ IsConfiguration, LOCTEXT("Configuration", "configuration") },
 		{ IsProgram, LOCTEXT("Program", "runs as a program") },
+		{ IsRecord, LOCTEXT("OwnFiles", "this plugin's own files"), true, true },
 		{ IsOfThisPlugin, LOCTEXT("OwnFiles", "this plugin's own files"), false, true },
+		{ HasColon, LOCTEXT("Colon", "a colon in the name") },
 	};
 	return Rules;
 }
@@ -222,7 +264,7 @@ FKestrelPathReviewer::FKestrelPathReviewer()
 
 FKestrelPathReview FKestrelPathReviewer::Review(const FString& GivenPath, const FString& RealPath) const
 {
-	const FString FullPath = FPaths::ConvertRelativePathToFull(GivenPath);
+	const FString FullPath = PathReview::WithoutSlash(FPaths::ConvertRelativePathToFull(GivenPath));
 	const FString Real = RealPath.IsEmpty() ? FullPath : FPaths::ConvertRelativePathToFull(RealPath);
 	const bool bFullIsUnder = PathReview::IsUnder(FullPath, ProjectDir);
 	const bool bIsWithoutLinks = Real.Equals(FullPath) && RealProjectDir.Equals(ProjectDir);

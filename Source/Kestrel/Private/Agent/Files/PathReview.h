@@ -25,6 +25,15 @@ struct KESTREL_API FKestrelPathReview
 	TArray<FText> CautionsOfChange;
 };
 
+/** This plugin's folders, with links resolved. */
+struct FKestrelOwnFolders
+{
+	/** Its folder in the project, the one that it was loaded from, and what it saves. */
+	TArray<FString> All;
+	/** What was typed, and what files held before. */
+	TArray<FString> Records;
+};
+
 /** Reviews a row of paths. Where the project and this plugin lie is found out once. */
 class FKestrelPathReviewer
 {
@@ -39,5 +48,5 @@ public:
 private:
 	const FString ProjectDir;
 	const FString RealProjectDir;
-	TArray<FString> OwnFolders; // this plugin's, with links resolved
+	const FKestrelOwnFolders OwnFolders;
 };

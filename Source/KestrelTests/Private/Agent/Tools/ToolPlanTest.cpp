@@ -244,6 +244,18 @@ void FKestrelToolPlanSpec::Define()
 			{ TEXT("Binaries/Linux/x.txt"), TEXT("runs as a program") },
 			{ TEXT("Plugins/kestrel-unreal/Source/A.cpp"), TEXT("this plugin's own files") },
 			{ TEXT("Saved/Kestrel/History/A.undo"), TEXT("this plugin's own files") },
+			{ TEXT(".lfsconfig"), TEXT("version control settings") },
+			{ TEXT(".pre-commit-config.yaml"), TEXT("version control settings") },
+			{ TEXT("Game.code-workspace"), TEXT("build file") },
+			{ TEXT("Saved/UnrealBuildTool/BuildConfiguration.xml"), TEXT("build file") },
+			{ TEXT("Intermediate/Build/Linux/x.ninja"), TEXT("build file") },
+			{ TEXT("Intermediate/x.txt"), TEXT("") },
+			{ TEXT("Content/Python/a.pth"), TEXT("runs as a program") },
+			{ TEXT("Content/Python/a.PYC"), TEXT("runs as a program") },
+			{ TEXT("Source/Game.Build.cs::$DATA"), TEXT("build file") },
+			{ TEXT(".git::$INDEX_ALLOCATION/config"), TEXT("version control settings") },
+			{ TEXT("Source/A.h:hidden"), TEXT("a colon in the name") },
+			{ TEXT("Source/Game.Build.cs/"), TEXT("build file") },
 		};
 		for (const FPlaceCase& Case : Cases)
 		{
@@ -251,6 +263,24 @@ void FKestrelToolPlanSpec::Define()
 			Review.Cautions.Append(Review.CautionsOfChange);
 			KestrelTest::TestSameText(
 				*this, Case.Path, Review.Cautions.IsEmpty() ? FString() : Review.Cautions[0].ToString(), Case.Caution);
+			KestrelTest::TestSameText(*this, Case.Path, Review.LinkTarget, FString());
+		}
+	});
+
+	It("lets nobody read what was typed and changed before without asking", [this]() {
+		const TPair<const TCHAR*, bool> Cases[] = {
+			{ TEXT("Plugins/kestrel-unreal/Logs/KestrelPrompts_2000-01-01.log"), true },
+			{ TEXT("Plugins/kestrel-unreal/Logs"), true },
+			{ TEXT("Plugins/kestrel-unreal/Python/a.py"), false },
+			{ TEXT("Saved/Kestrel/History/A.undo"), true },
+			{ TEXT("Saved/Kestrel"), true },
+			{ TEXT("Saved/Kestrels/A.txt"), false },
+			{ TEXT("Config/DefaultGame.ini"), false },
+		};
+		for (const TPair<const TCHAR*, bool>& Case : Cases)
+		{
+			TestEqual(
+				Case.Key, FKestrelPathReview::Of(FFileUtils::ToAbsolutePath(Case.Key)).Cautions.Num() > 0, Case.Value);
 		}
 	});
 }
