@@ -50,6 +50,8 @@ public:
 
 	// Making and saving.
 
+	/** The error that creation would answer with for its path or name, whatever the parent; empty when they will do. */
+	static FString PredictCreation(const FString& PackagePath, const FString& BlueprintName);
 	/** @return a text, not JSON: "Success: …" or "Error: …" */
 	static FString CreateBlueprintAsset(
 		const FString& PackagePath, const FString& BlueprintName, const FString& ParentClassName);

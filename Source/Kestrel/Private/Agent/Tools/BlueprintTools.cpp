@@ -35,6 +35,8 @@ void PlanCreate(FKestrelProjectView& View, FKestrelToolPlan& Plan)
 {
 	Plan.Caution(LOCTEXT("NewAssetStays", "cannot be undone"));
 	const FString PackageName = Plan.Input.Get(FolderPath) / Plan.Input.Get(NewName);
+	// It runs all the same, as a tool before may make room.
+	Plan.Refusal = FKestrelBlueprintUtils::PredictCreation(Plan.Input.Get(FolderPath), Plan.Input.Get(NewName));
 	if (!Plan.SetNewAsset(View, PackageName))
 	{
 		Plan.Target = PackageName;

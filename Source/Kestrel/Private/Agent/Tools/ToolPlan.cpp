@@ -95,7 +95,10 @@ bool FKestrelToolPlan::SetNewAsset(FKestrelProjectView& View, const FString& Pac
 	SetPackage(View, PackageName);
 	Watch = View.GetAssets().Watch(ObjectPath);
 	Watches = View.GetAssets().GetWatches();
-	View.GetAssets().Create({ Name, ObjectPath });
+	if (Refusal.IsEmpty())
+	{
+		View.GetAssets().Create({ Name, ObjectPath });
+	}
 	return true;
 }
 
@@ -112,6 +115,12 @@ void FKestrelToolPlan::SetUnsavedAssets(FKestrelProjectView& View)
 		AddCautions(Review);
 	}
 	Target = FString::Join(Targets, TEXT(", "));
+	if (Targets.Num() > 1)
+	{
+		// The list may leave out the middle of a long line.
+		Notes.Add(FText::Format(LOCTEXT("NumPackages", "{0} packages"), Targets.Num()));
+		SetChange(View, FString(), FString::Join(Targets, TEXT("\n")));
+	}
 }
 
 void FKestrelToolPlan::LeaveForLater()

@@ -36,7 +36,7 @@ struct KESTREL_API FKestrelToolPlan
 	void SetFile(FKestrelProjectView& View, const FString& FullPath);
 	/** The asset that a name leads to, with everything to know of its file. */
 	void SetAsset(FKestrelProjectView& View, UClass* (*GetClass)(), const FString& Name);
-	/** A Blueprint that the tool will create; false when there can be none with this name. */
+	/** A Blueprint that the tool will create, unless it is refused; false when there can be none with this name. */
 	bool SetNewAsset(FKestrelProjectView& View, const FString& PackageName);
 	/** All assets with unsaved changes. */
 	void SetUnsavedAssets(FKestrelProjectView& View);

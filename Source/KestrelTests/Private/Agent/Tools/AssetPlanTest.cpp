@@ -230,6 +230,47 @@ void FKestrelAssetPlanSpec::Define()
 		TestTrue(TEXT("changed"), HasMana(FUtils::GetBlueprintFromtBlueprintName(TEXT("BP_Kept"))));
 	});
 
+	It("foresees that a Blueprint cannot be created", [this]() {
+		const FKestrelTestContent Content;
+		MakeSaved(Content, TEXT("BP_Taken"));
+		const TPair<FString, const TCHAR*> Cases[] = {
+			{ Content.Path, TEXT("BP_Taken") },
+			{ Content.Path, TEXT("bp_taken") },
+			{ TEXT("/Game/../../out"), TEXT("BP_Out") },
+			{ TEXT("/Temp/X"), TEXT("BP_Out") },
+			{ TEXT("/Memory/X"), TEXT("BP_Out") },
+			{ TEXT("Game/Doors"), TEXT("BP_Out") },
+			{ Content.Path, TEXT("BP_Out.BP_Out") },
+			{ Content.Path, TEXT("None") },
+		};
+		for (const TPair<FString, const TCHAR*>& Case : Cases)
+		{
+			FKestrelToolPlanner Planner(EKestrelLookAhead::Limited);
+			const FPlan Plan = PlanCreation(Planner, Case.Key, Case.Value);
+			KestrelTest::TestSameText(*this, Case.Key / Case.Value, Plan->Refusal, Plan->Apply());
+			TestTrue(Case.Key / Case.Value, FFileUtils::IsError(Plan->Refusal));
+			KestrelTest::TestSameText(*this, TEXT("those behind do not build on it"),
+				PlanModification(Planner, TEXT("BP_Out"))->Target, TEXT("BP_Out"));
+		}
+	});
+
+	It("lists all that would be saved where it can be read whole", [this]() {
+		const FKestrelTestContent Content;
+		FKestrelToolPlanner Planner(EKestrelLookAhead::Limited);
+		TArray<FString> Packages;
+		for (int32 Index = 10; Index < 30; ++Index)
+		{
+			const FString Name = FString::Printf(TEXT("BP_%s%d"), *FString::ChrN(40, u'x'), Index);
+			PlanCreation(Planner, Content.Path, *Name);
+			Packages.Add(Content.Path / Name);
+		}
+		const FPlan Plan = PlanWith(Planner, TEXT("save_and_compile_all_dirty_blueprints"), {});
+		KestrelTest::TestSameText(*this, TEXT("lines"), Plan->Change.IsSet() ? Plan->Change->After : FString(),
+			FString::Join(Packages, TEXT("\n")));
+		KestrelTest::TestSameText(
+			*this, TEXT("count"), Plan->Notes.IsEmpty() ? FString() : Plan->Notes[0].ToString(), TEXT("20 packages"));
+	});
+
 	It("does not take a change of somebody else's for one of its own", [this]() {
 		const FKestrelTestContent Content;
 		UBlueprint* Blueprint = MakeSaved(Content, TEXT("BP_Shared"));

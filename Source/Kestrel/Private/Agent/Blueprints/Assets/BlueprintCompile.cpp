@@ -60,19 +60,22 @@ bool IsTaken(const FString& PackageName, const FString& ObjectPath)
 	return Assets.Num() > 0 || FPackageName::DoesPackageExist(PackageName) || FindObject<UObject>(nullptr, *ObjectPath);
 }
 
-/**
- * Whether the asset tools would make the asset at once. For a name that is taken or cannot be one, or a class that
- * Blueprints cannot have as parent, they would open a dialog.
- */
-bool CanCreate(const FString& PackagePath, const FString& Name, const UClass& ParentClass)
+/** Whether the asset tools would make the asset at once. For a name that is taken or is none, they open a dialog. */
+bool CanCreate(const FString& PackagePath, const FString& Name)
 {
 	const FString PackageName = PackagePath / Name;
 	const FString ObjectPath = PackageName + TEXT(".") + Name;
 	const bool bPossible = KestrelBlueprintDocument::FitsName(Name) && KestrelBlueprintDocument::FitsName(ObjectPath) &&
 						   !FName(*Name).IsNone() && FName::IsValidXName(Name, INVALID_OBJECTNAME_CHARACTERS) &&
 						   FPackageName::IsValidLongPackageName(PackageName) && CanBeFile(PackageName);
-	return bPossible && FKismetEditorUtilities::CanCreateBlueprintOfClass(&ParentClass) &&
-		   !IsTaken(PackageName, ObjectPath);
+	return bPossible && !IsTaken(PackageName, ObjectPath);
+}
+
+FString MakeCreationError(const FString& PackagePath, const FString& Name)
+{
+	return FString::Printf(
+		TEXT("Error: Failed to create Blueprint '%s' at '%s'. Check if the path is valid and the name is unique."),
+		*Name, *PackagePath);
 }
 
 UObject* CreateAsset(const FString& PackagePath, const FString& Name, UClass& ParentClass)
@@ -206,6 +209,13 @@ FDirtyBlueprints FindDirty()
 }
 }
 
+FString FKestrelBlueprintUtils::PredictCreation(const FString& PackagePath, const FString& BlueprintName)
+{
+	return BlueprintCompile::CanCreate(PackagePath, BlueprintName)
+			   ? FString()
+			   : BlueprintCompile::MakeCreationError(PackagePath, BlueprintName);
+}
+
 FString FKestrelBlueprintUtils::CreateBlueprintAsset(
 	const FString& PackagePath, const FString& BlueprintName, const FString& ParentClassName)
 {
@@ -214,13 +224,12 @@ FString FKestrelBlueprintUtils::CreateBlueprintAsset(
 	{
 		return FString::Printf(TEXT("Error: Parent class '%s' not found or could not be loaded."), *ParentClassName);
 	}
-	const bool bCreated = BlueprintCompile::CanCreate(PackagePath, BlueprintName, *ParentClass) &&
+	// For a class that Blueprints cannot have as parent, the asset tools would open a dialog, too.
+	const bool bCreated = FKismetEditorUtilities::CanCreateBlueprintOfClass(ParentClass) &&
+						  BlueprintCompile::CanCreate(PackagePath, BlueprintName) &&
 						  BlueprintCompile::CreateAsset(PackagePath, BlueprintName, *ParentClass);
 	return bCreated ? FString::Printf(TEXT("Success: Blueprint '%s' created at '%s'."), *BlueprintName, *PackagePath)
-					: FString::Printf(
-						  TEXT("Error: Failed to create Blueprint '%s' at '%s'. Check if the path is valid and the "
-							   "name is unique."),
-						  *BlueprintName, *PackagePath);
+					: BlueprintCompile::MakeCreationError(PackagePath, BlueprintName);
 }
 
 FString FKestrelBlueprintUtils::SaveBlueprint(UObject* Asset)
