@@ -156,6 +156,21 @@ class KeyTest(CodeProjectTest):
                           any(KEY in value for _, value in request.headers)])
         self.check_traces(run)
 
+    def test_a_tool_that_reads_or_changes_the_settings_tells_nobody_the_key(self):
+        server = RecordingServer(self.service.state_folder, [
+            completed(tool("read", "read_file", path=SETTINGS),
+                      tool("change", "update_file", path=SETTINGS, old_string="[/Script", new_string="[Other]\n[/Script"),
+                      auto_continue=False), completed(text("Done."), auto_continue=True)])
+        self.addCleanup(server.socket.close)
+        self.use_server(server.port)
+        run = self.run_editor("-Prompt=begin", "-Approve", env=self.env)
+        self.assert_in_order(run, "has changed. The file can hold your API key", "Done.")
+        self.assertIn("ApiKey=[API key]", server.requests[-2].body + server.requests[-1].body)
+        self.check_requests(server)
+        self.assertNotIn(KEY, run.output + run.errors)
+        logs = os.path.join("Plugins", "kestrel-unreal", "Logs")
+        self.assertFalse([path for path, data in self.files_of_project(logs).items() if holds_key(data)])
+
     def check_requests(self, server):
         for request in server.requests:
             self.assertEqual([name for name, value in request.headers if KEY in value], ["x-api-key"], request.line)
