@@ -224,6 +224,16 @@ class MarkedPlacesTest(EndToEndTest):
             self.assertNotIn(sign, run.output + run.errors, run)
         self.assertIn("\\u001B", run.output)
 
+    def test_an_address_that_seems_to_lead_elsewhere_is_asked_nothing(self):
+        talk = Talk(self)
+        for address in ("api.kestrel.example@localhost:%d/v1", "localhost:%d/v1?x=#api"):
+            with self.subTest(address=address):
+                self.write("Config/DefaultPlugin.ini",
+                           f"[Kestrel]\nStage=Dev\nDevApiUrl={address % talk.server.port}\nDevApiKey=test-key\n")
+                run = self.run_editor("-Prompt=begin")
+                self.assert_in_order(run, "[ User Start ]", "[ Cancelled ]", "Nothing was sent.")
+                self.assertEqual(talk.server.requests, [], run)
+
     def test_a_redirect_takes_the_key_nowhere(self):
         talk = Talk(self)
         other = RecordingServer(os.path.join(self.scratch, "Service"), [])

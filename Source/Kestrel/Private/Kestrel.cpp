@@ -35,6 +35,7 @@ static const FName KestrelTabName("Kestrel");
 
 FString FKestrelModule::StageApiUrl;
 FString FKestrelModule::StageApiKey;
+bool FKestrelModule::bStageRefused = false;
 
 namespace KestrelModule
 {
@@ -144,6 +145,7 @@ void FKestrelModule::ReadStageConfiguration()
 	const FKestrelStage Stage = FKestrelStage::Read(FPaths::ProjectConfigDir() / TEXT("DefaultPlugin.ini"));
 	StageApiUrl = Stage.ApiUrl;
 	StageApiKey = Stage.ApiKey;
+	bStageRefused = Stage.bIsRefused;
 }
 
 FString FKestrelModule::GetApiKey()
@@ -160,6 +162,13 @@ FString FKestrelModule::GetApiKey()
 FString FKestrelModule::GetApiUrl()
 {
 	return StageApiUrl.IsEmpty() ? FString(KESTREL_API_URL) : StageApiUrl;
+}
+
+FString FKestrelModule::GetApiHost()
+{
+	const FString Host = GetApiUrl();
+	int32 Path = INDEX_NONE;
+	return Host.FindChar(TEXT('/'), Path) ? Host.Left(Path) : Host;
 }
 
 void FKestrelModule::PluginButtonClicked()

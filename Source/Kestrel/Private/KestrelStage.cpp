@@ -20,6 +20,25 @@ const FStageKeys Stages[] = {
 	{ TEXT("Sandbox"), TEXT("SandboxApiUrl"), TEXT("SandboxApiKey") },
 	{ TEXT("Sandbox2"), TEXT("Sandbox2ApiUrl"), TEXT("Sandbox2ApiKey") },
 };
+
+/**
+ * Whether a text is a host, a port and a path, and leads where it says. What stands before an "@" is a user's name and
+ * no host; a "?", "#" or backslash ends the host early, or not, depending on who reads it; other letters look alike.
+ */
+bool IsPlainAddress(const FString& Url)
+{
+	const FString Signs = TEXT("-._~:/[]+,=");
+	for (const TCHAR C : Url)
+	{
+		int32 Index = 0;
+		const bool bIsAscii = C > 0 && C < 0x80;
+		if (!bIsAscii || !(FChar::IsAlnum(C) || Signs.FindChar(C, Index)))
+		{
+			return false;
+		}
+	}
+	return !Url.StartsWith(TEXT("/")) && !Url.StartsWith(TEXT(":")) && !Url.Contains(TEXT("//"));
+}
 }
 
 FKestrelStage FKestrelStage::Read(const FString& IniPath)
@@ -41,6 +60,11 @@ FKestrelStage FKestrelStage::Read(const FString& IniPath)
 			Ini.GetString(KestrelStage::Section, Keys.ApiKey, Result.ApiKey);
 			break;
 		}
+	}
+	if (!KestrelStage::IsPlainAddress(Result.ApiUrl))
+	{
+		Result = FKestrelStage();
+		Result.bIsRefused = true;
 	}
 	return Result;
 }

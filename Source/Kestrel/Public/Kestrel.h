@@ -18,6 +18,10 @@ public:
 	static FString GetApiKey();
 	/** Host and path of the service, without scheme and trailing slash. The user's settings never change it. */
 	static FString GetApiUrl();
+	/** Of that address, the host, with its port when it names one. */
+	static FString GetApiHost();
+	/** Whether the project names an address that is refused (see FKestrelStage), so that nothing may be sent. */
+	static bool IsStageRefused() { return bStageRefused; }
 	/** Whether it is the project, and not this build, that says where requests go. */
 	static bool IsServiceOfProject() { return !StageApiUrl.IsEmpty(); }
 
@@ -38,6 +42,7 @@ private:
 
 	static FString StageApiUrl;
 	static FString StageApiKey;
+	static bool bStageRefused;
 
 	bool bHasUserInterface = false;
 	TSharedPtr<FUICommandList> PluginCommands;

@@ -48,6 +48,12 @@ const FStageCase StageCases[] = {
 	{ TEXT("[Kestrel]\nDevApiUrl=d\n"), TEXT(""), TEXT("") },
 	{ TEXT("[Other]\nStage=Dev\nDevApiUrl=d\n"), TEXT(""), TEXT("") },
 };
+
+/** Addresses that do not lead where they seem to. */
+const TCHAR* const RefusedUrls[] = { TEXT("api.kestrel.example@localhost:1/v1"), TEXT("localhost:1/v1?x="),
+	TEXT("localhost:1/v1#api"), TEXT("api.example\\localhost/v1"), TEXT("api.example localhost"),
+	TEXT("api.example\x7F/v1"), TEXT("api.k\u0435strel.example/v1"), TEXT("https://localhost:1/v1"), TEXT("/v1"),
+	TEXT(":1/v1") };
 }
 
 DEFINE_SPEC(FKestrelSettingsSpec, "Kestrel.Settings", KestrelTest::Flags)
@@ -106,6 +112,18 @@ void FKestrelSettingsSpec::Define()
 			KestrelTest::TestSameText(*this, FString(Case.Ini) + TEXT(" key"), Stage.ApiKey, Case.ApiKey);
 		}
 		TestTrue(TEXT("a missing file"), FKestrelStage::Read(TEXT("/no/DefaultPlugin.ini")).ApiUrl.IsEmpty());
+	});
+
+	It("refuses a stage whose address does not lead where it seems to", [this]() {
+		for (const TCHAR* Url : SettingsTest::RefusedUrls)
+		{
+			const FKestrelTestFolder Folder;
+			Folder.Write(TEXT("DefaultPlugin.ini"),
+				FString::Printf(TEXT("[Kestrel]\nStage=Dev\nDevApiUrl=\"%s\"\nDevApiKey=k\n"),
+					*FString(Url).Replace(TEXT("\\"), TEXT("\\\\"))));
+			const FKestrelStage Stage = FKestrelStage::Read(Folder.Full(TEXT("DefaultPlugin.ini")));
+			TestTrue(Url, Stage.bIsRefused && Stage.ApiUrl.IsEmpty() && Stage.ApiKey.IsEmpty());
+		}
 	});
 
 	It("prefers the stage's key to the user's", [this]() {

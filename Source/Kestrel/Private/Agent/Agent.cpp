@@ -132,11 +132,19 @@ void FAgent::EnterInitialRequest(const FString& Prompt)
 	StoredMessages.Empty();
 	ClearToolResults();
 	PendingPlans.Empty();
+	if (FKestrelModule::IsStageRefused())
+	{
+		CancelRequest(LOCTEXT("StageRefused",
+			"Nothing was sent. The service's address in Config/DefaultPlugin.ini must be a host, with a port and a path "
+			"if need be, and nothing else: as in localhost:8443/v1.")
+						  .ToString());
+		return;
+	}
 	if (FKestrelModule::IsServiceOfProject())
 	{
 		FKestrelInterface::Get().AddHint(
 			FText::Format(LOCTEXT("ServiceOfProject", "This project sends requests to {0} (Config/DefaultPlugin.ini)."),
-				FText::FromString(KestrelDisplayText::EscapeLine(FKestrelModule::GetApiUrl()))));
+				FText::FromString(KestrelDisplayText::EscapeLine(FKestrelModule::GetApiHost()))));
 	}
 	FHTTPAPI::Get().InitialPromptRequest(Prompt);
 }

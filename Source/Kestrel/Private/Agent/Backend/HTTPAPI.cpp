@@ -111,7 +111,7 @@ void ReportRedirect()
 		FText::Format(LOCTEXT("Redirected",
 						  "The service at {0} points to another address. Its reply was dropped, as your key is meant "
 						  "for no other server."),
-			FText::FromString(KestrelDisplayText::EscapeLine(FKestrelModule::GetApiUrl()))));
+			FText::FromString(KestrelDisplayText::EscapeLine(FKestrelModule::GetApiHost()))));
 }
 }
 
