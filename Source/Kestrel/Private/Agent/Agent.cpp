@@ -39,6 +39,23 @@ void ShowAssistantText(const FString& Text)
 		FKestrelInterface::AssistantColor, FKestrelInterface::BoldFontName, FKestrelInterface::AssistantFontSize);
 }
 
+/** Finds assets for the tools of an answer: the content folders are walked once for all that only read. */
+class FSharedFinder
+{
+public:
+	const TSharedRef<FKestrelAssetFinder>& Get() const { return Finder; }
+	void NoteThatRan(const FKestrelToolPlan& Plan)
+	{
+		if (!Plan.LeavesAllAsItIs())
+		{
+			Finder = MakeShared<FKestrelAssetFinder>();
+		}
+	}
+
+private:
+	TSharedRef<FKestrelAssetFinder> Finder = MakeShared<FKestrelAssetFinder>();
+};
+
 /** A content block's kind; letter case does not count. */
 bool IsOfType(const FJsonObject& Block, const TCHAR* Type)
 {
@@ -187,6 +204,7 @@ bool FAgent::RunPendingTools()
 	// Taken first: a tool may change the agent's state.
 	const TArray<TSharedRef<FKestrelToolPlan>> Plans = MoveTemp(PendingPlans);
 	PendingPlans.Empty();
+	KestrelAgent::FSharedFinder Finder;
 	bool bTurnGoesOn = true;
 	for (int32 Index = 0; Index < Plans.Num(); ++Index)
 	{
@@ -194,14 +212,15 @@ bool FAgent::RunPendingTools()
 		{
 			AbortTool(Plans[Index]->ToolUseId);
 		}
-		else if (Plans[Index]->StillHolds())
+		else if (Plans[Index]->StillHolds(*Finder.Get()))
 		{
 			bTurnGoesOn = RunTool(*Plans[Index]);
+			Finder.NoteThatRan(*Plans[Index]);
 		}
 		else
 		{
 			// Those behind it may build on what it does.
-			FKestrelToolPlanner Planner(EKestrelLookAhead::Limited);
+			FKestrelToolPlanner Planner(EKestrelLookAhead::Limited, Finder.Get());
 			for (; Index < Plans.Num(); ++Index)
 			{
 				PendingPlans.Add(Planner.PlanAgain(*Plans[Index]));
@@ -393,6 +412,7 @@ void FAgent::StoreAnswer(const TSharedPtr<FJsonObject>& Response)
 void FAgent::HandleContentBlocks(const TArray<TSharedPtr<FJsonValue>>& Content)
 {
 	TUniquePtr<FKestrelToolPlanner> Planner;
+	KestrelAgent::FSharedFinder Finder;
 	bool bTurnGoesOn = true;
 	for (const TSharedPtr<FJsonValue>& Value : Content)
 	{
@@ -411,12 +431,13 @@ void FAgent::HandleContentBlocks(const TArray<TSharedPtr<FJsonValue>>& Content)
 			if (!Planner || PendingPlans.IsEmpty())
 			{
 				// What ran is on the disk; what waits, for those behind it, only in the planner's view.
-				Planner = MakeUnique<FKestrelToolPlanner>(EKestrelLookAhead::Limited);
+				Planner = MakeUnique<FKestrelToolPlanner>(EKestrelLookAhead::Limited, Finder.Get());
 			}
 			const TSharedRef<FKestrelToolPlan> Plan = Planner->Plan(**Block);
 			if (bTurnGoesOn)
 			{
 				bTurnGoesOn = HandleToolUse(Plan);
+				Finder.NoteThatRan(*Plan);
 			}
 			else
 			{

@@ -96,7 +96,7 @@ void FKestrelAssetWatch::LookAgain()
 
 FKestrelAssetAddress FKestrelAssetView::Find(const UClass& Class, const FString& Name)
 {
-	const FKestrelAssetAddress Address = Finder.Find(Class, Name);
+	const FKestrelAssetAddress Address = Finder->Find(Class, Name);
 	if (Address.IsFound() || &Class != UBlueprint::StaticClass())
 	{
 		return Address;

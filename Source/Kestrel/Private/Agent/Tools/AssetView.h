@@ -48,7 +48,11 @@ class FKestrelAssetView
 public:
 	using FWatches = TMap<FString, TSharedRef<FKestrelAssetWatch>>; // by object path
 
-	FKestrelAssetView() = default;
+	/** @param InFinder  one that other views may share, as long as nothing comes or goes */
+	explicit FKestrelAssetView(const TSharedRef<FKestrelAssetFinder>& InFinder = MakeShared<FKestrelAssetFinder>())
+		: Finder(InFinder)
+	{
+	}
 	UE_NONCOPYABLE(FKestrelAssetView)
 
 	FKestrelAssetAddress Find(const UClass& Class, const FString& Name);
@@ -62,7 +66,7 @@ public:
 	TArray<FString> ListUnsaved() const;
 
 private:
-	FKestrelAssetFinder Finder;
+	const TSharedRef<FKestrelAssetFinder> Finder;
 	TMap<FString, FKestrelAssetAddress> Created; // by name
 	const TSharedRef<FWatches> Watches = MakeShared<FWatches>();
 };

@@ -43,9 +43,10 @@ FKestrelExpectedFile FKestrelFileState::WithoutText() const
 	return State;
 }
 
-FKestrelProjectView::FKestrelProjectView(EKestrelLookAhead InLookAhead)
+FKestrelProjectView::FKestrelProjectView(EKestrelLookAhead InLookAhead, const TSharedRef<FKestrelAssetFinder>& Finder)
 	: LookAhead(InLookAhead)
 	, StartTime(FPlatformTime::Seconds())
+	, Assets(Finder)
 {
 }
 

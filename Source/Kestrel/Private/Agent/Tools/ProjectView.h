@@ -58,7 +58,9 @@ public:
 	/** Of what is kept to be shown: the list waits in memory and is made on the game thread. */
 	static constexpr int64 MaxShownLength = 8 * 1024 * 1024;
 
-	explicit FKestrelProjectView(EKestrelLookAhead InLookAhead);
+	/** @param Finder  as FKestrelAssetView takes it */
+	explicit FKestrelProjectView(EKestrelLookAhead InLookAhead,
+		const TSharedRef<FKestrelAssetFinder>& Finder = MakeShared<FKestrelAssetFinder>());
 	UE_NONCOPYABLE(FKestrelProjectView)
 
 	/**

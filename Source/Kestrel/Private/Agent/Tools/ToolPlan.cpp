@@ -171,11 +171,17 @@ void FKestrelToolPlan::Refuse(const FString& Result)
 
 bool FKestrelToolPlan::StillHolds() const
 {
+	FKestrelAssetFinder Finder;
+	return StillHolds(Finder);
+}
+
+bool FKestrelToolPlan::StillHolds(FKestrelAssetFinder& Finder) const
+{
 	if (!FilePath.IsEmpty() && !KestrelNativeFile::ResolveLinks(FilePath).Equals(RealPath))
 	{
 		return false;
 	}
-	if (!AssetsStillHold())
+	if (!AssetsStillHold(Finder))
 	{
 		return false;
 	}
@@ -187,9 +193,9 @@ bool FKestrelToolPlan::StillHolds() const
 	return Expected->IsStateOf(Now.Look(FilePath));
 }
 
-bool FKestrelToolPlan::AssetsStillHold() const
+bool FKestrelToolPlan::AssetsStillHold(FKestrelAssetFinder& Finder) const
 {
-	if (GetAssetClass && !FKestrelAssetFinder().Find(*GetAssetClass(), Asset.Name).IsSameAssetAs(Asset))
+	if (GetAssetClass && !Finder.Find(*GetAssetClass(), Asset.Name).IsSameAssetAs(Asset))
 	{
 		return false;
 	}

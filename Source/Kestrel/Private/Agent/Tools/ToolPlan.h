@@ -53,10 +53,15 @@ struct KESTREL_API FKestrelToolPlan
 	/**
 	 * Whether everything that was looked at when the plan was made is still as it was, or as the tools before it have
 	 * left it.
+	 *
+	 * @param Finder  what asks where names lead now: one for all plans that are asked before something comes or goes
 	 */
+	bool StillHolds(FKestrelAssetFinder& Finder) const;
 	bool StillHolds() const;
 	/** Runs the tool. @return its result */
 	FString Apply() const;
+	/** Whether others find the project's files and assets as they were, once it has run. */
+	bool LeavesAllAsItIs() const { return Kind == EKestrelToolKind::Read; }
 	bool AnswersLater() const { return Tool && Tool->Answers == EKestrelAnswers::Later; }
 
 	/** To be looked at twice: it says why in Cautions, it deletes or runs something, or cannot be shown. */
@@ -110,7 +115,7 @@ private:
 	/** The file of a package, which is shown by the package's name. */
 	void SetPackage(FKestrelProjectView& View, const FString& PackageName);
 	void AddCautions(const FKestrelPathReview& Review);
-	bool AssetsStillHold() const;
+	bool AssetsStillHold(FKestrelAssetFinder& Finder) const;
 	/** Of the assets that the tool may change, those that are as expected. */
 	TArray<TSharedRef<FKestrelAssetWatch>> FindExpected() const;
 	FString Run() const;
@@ -139,8 +144,10 @@ private:
 class KESTREL_API FKestrelToolPlanner
 {
 public:
-	explicit FKestrelToolPlanner(EKestrelLookAhead LookAhead)
-		: View(LookAhead)
+	/** @param Finder  as FKestrelAssetView takes it */
+	explicit FKestrelToolPlanner(
+		EKestrelLookAhead LookAhead, const TSharedRef<FKestrelAssetFinder>& Finder = MakeShared<FKestrelAssetFinder>())
+		: View(LookAhead, Finder)
 	{
 	}
 

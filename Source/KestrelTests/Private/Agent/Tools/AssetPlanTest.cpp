@@ -230,6 +230,23 @@ void FKestrelAssetPlanSpec::Define()
 		TestTrue(TEXT("changed"), HasMana(FUtils::GetBlueprintFromtBlueprintName(TEXT("BP_Kept"))));
 	});
 
+	It("asks where names lead once for all tools between two that change something", [this]() {
+		const FKestrelTestContent Content;
+		const TSharedRef<FKestrelAssetFinder> Finder = MakeShared<FKestrelAssetFinder>();
+		const auto PlanReading = [](const TSharedRef<FKestrelAssetFinder>& Each) {
+			FKestrelToolPlanner Planner(EKestrelLookAhead::Limited, Each);
+			return PlanWith(Planner, TEXT("read_blueprint"),
+				{ TEXT("blueprint_name"), TEXT("BP_Late"), TEXT("data_subset"), TEXT("All") });
+		};
+		const FPlan Plan = PlanReading(Finder);
+		FFileHelper::SaveStringToFile(TEXT("x"), *Content.GetFile(TEXT("BP_Late"))); // which the registry does not see
+		KestrelTest::TestSameText(*this, TEXT("shared"), PlanReading(Finder)->Target, TEXT("BP_Late"));
+		TestTrue(TEXT("holds with the same"), Plan->StillHolds(*Finder));
+		TestFalse(TEXT("holds"), Plan->StillHolds());
+		KestrelTest::TestSameText(*this, TEXT("asked anew"), PlanReading(MakeShared<FKestrelAssetFinder>())->Target,
+			Content.Path / TEXT("BP_Late"));
+	});
+
 	It("foresees that a Blueprint cannot be created", [this]() {
 		const FKestrelTestContent Content;
 		MakeSaved(Content, TEXT("BP_Taken"));
