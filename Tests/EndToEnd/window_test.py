@@ -147,8 +147,8 @@ class WindowTest(ScreenTest):
         self.type('replace "Feathers = 12" with "Quills = 7" in Source/Moor/Walker.h')
         self.press("Return")
         self.button("Approve")
-        # Behind the prompt are what waits and its change, then the buttons.
-        for name in ("Waits for approval", "Show the change"):
+        # Behind the prompt are what waits, below its heading, and its change, then the buttons.
+        for name in ("What waits for approval", "Waits for approval", "Show the change"):
             self.press("Tab")
             self.focused(name)
         self.press("space")
