@@ -167,9 +167,7 @@ class KeyTest(CodeProjectTest):
         self.assert_in_order(run, "has changed. The file can hold your API key", "Done.")
         self.assertIn("ApiKey=[API key]", server.requests[-2].body + server.requests[-1].body)
         self.check_requests(server)
-        self.assertNotIn(KEY, run.output + run.errors)
-        logs = os.path.join("Plugins", "kestrel-unreal", "Logs")
-        self.assertFalse([path for path, data in self.files_of_project(logs).items() if holds_key(data)])
+        self.check_traces(run)
 
     def check_requests(self, server):
         for request in server.requests:

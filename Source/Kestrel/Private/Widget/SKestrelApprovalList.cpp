@@ -114,15 +114,22 @@ TArray<FRemark> MakeRemarks(const FKestrelToolPlan& Plan)
 }
 
 /** What stands out may be out of view. */
-FText DescribeAll(int32 NumTools, int32 NumRisky, int32 NumFailing)
+FText DescribeAll(int32 NumTools, int32 NumRisky, int32 NumFailing, bool bPaused)
 {
 	if (NumTools <= 1)
 	{
+		if (bPaused)
+		{
+			return LOCTEXT("HeadingOfPause", "Paused. Continue runs this:");
+		}
 		return NumFailing == 0 ? LOCTEXT("Heading", "Waiting for your approval:")
 							   : LOCTEXT("HeadingOfFailing", "Waiting for your approval, but it will fail:");
 	}
 	TArray<FString> Parts;
-	Parts.Add(FText::Format(LOCTEXT("HeadingOfMany", "Waiting for your approval: {0} tools"), NumTools).ToString());
+	Parts.Add(FText::Format(bPaused ? LOCTEXT("HeadingOfManyPaused", "Paused. Continue runs {0} tools")
+									: LOCTEXT("HeadingOfMany", "Waiting for your approval: {0} tools"),
+		NumTools)
+				  .ToString());
 	if (NumRisky > 0)
 	{
 		Parts.Add(FText::Format(LOCTEXT("NumRisky", "{0} worth a second look"), NumRisky).ToString());
@@ -154,12 +161,12 @@ TSharedRef<SWidget> MakeText(const FText& Text, const FTextBlockStyle& Style, co
 }
 
 /** A text like the rows, new for each list: it is read out, and printed in a terminal, as they are. */
-TSharedRef<SWidget> MakeHeading(int32 NumTools, int32 NumRisky, int32 NumFailing)
+TSharedRef<SWidget> MakeHeading(int32 NumTools, int32 NumRisky, int32 NumFailing, bool bPaused)
 {
 	FTextBlockStyle Style = FCoreStyle::Get().GetWidgetStyle<FTextBlockStyle>("NormalText");
 	Style.SetColorAndOpacity(NumRisky > 0 ? FSlateColor(WarningColor) : FSlateColor::UseForeground());
 	return MakeText(
-		DescribeAll(NumTools, NumRisky, NumFailing), Style, LOCTEXT("HeadingName", "What waits for approval"));
+		DescribeAll(NumTools, NumRisky, NumFailing, bPaused), Style, LOCTEXT("HeadingName", "What waits for approval"));
 }
 
 /** Where a row stands: what to look at twice comes first, what will do nothing comes last. */
@@ -204,7 +211,7 @@ void SKestrelApprovalList::Construct(const FArguments& InArgs)
 	// clang-format on
 }
 
-void SKestrelApprovalList::SetPlans(const TArray<TSharedRef<FKestrelToolPlan>>& Plans)
+void SKestrelApprovalList::SetPlans(const TArray<TSharedRef<FKestrelToolPlan>>& Plans, bool bPaused)
 {
 	Rows->ClearChildren();
 	constexpr int32 NumRanks = 3;
@@ -229,7 +236,7 @@ void SKestrelApprovalList::SetPlans(const TArray<TSharedRef<FKestrelToolPlan>>& 
 		}
 	}
 	Heading->SetContent(Plans.IsEmpty() ? SNullWidget::NullWidget
-										: KestrelApprovalList::MakeHeading(Plans.Num(), Counts[0], Counts[2]));
+										: KestrelApprovalList::MakeHeading(Plans.Num(), Counts[0], Counts[2], bPaused));
 }
 
 TSharedRef<SWidget> SKestrelApprovalList::MakeRow(const TSharedRef<FKestrelToolPlan>& Plan, int32 Number)

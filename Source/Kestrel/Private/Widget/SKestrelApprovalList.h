@@ -29,7 +29,8 @@ public:
 	void Construct(const FArguments& InArgs);
 
 	/** Replaces the rows. */
-	void SetPlans(const TArray<TSharedRef<FKestrelToolPlan>>& Plans);
+	/** @param bPaused  whether it is Continue that runs them */
+	void SetPlans(const TArray<TSharedRef<FKestrelToolPlan>>& Plans, bool bPaused);
 
 private:
 	/** @param Number  of the tool in the answer, from 1; 0 for the only one, which has none */

@@ -201,7 +201,7 @@ void SKestrelWidget::OnAgentStateChanged()
 	const TArray<TSharedRef<FKestrelToolPlan>>& Plans = FAgent::Get().GetPendingPlans();
 	if (GetApprovalListVisibility() == EVisibility::Visible)
 	{
-		ApprovalList->SetPlans(Plans);
+		ApprovalList->SetPlans(Plans, FAgent::Get().GetAgentState() == EAgentState::Pause);
 	}
 	const bool bAllFail = !Plans.IsEmpty() && !Plans.ContainsByPredicate([](const TSharedRef<FKestrelToolPlan>& Plan) {
 		return Plan->Refusal.IsEmpty();

@@ -36,7 +36,7 @@ TArray<FString> FindMissingModules()
 /** The first of some paths, for a notice. */
 FString ListForDisplay(TArray<FString> Paths)
 {
-	constexpr int32 MostNamed = 5;
+	constexpr int32 MostNamed = 30;
 	const TCHAR* const More = Paths.Num() > MostNamed ? TEXT(", ...") : TEXT("");
 	Paths.SetNum(FMath::Min(Paths.Num(), MostNamed));
 	return KestrelDisplayText::EscapeLine(FString::Join(Paths, TEXT(", "))) + More;

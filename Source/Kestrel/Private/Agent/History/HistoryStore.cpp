@@ -1,6 +1,7 @@
 #include "Agent/History/HistoryStore.h"
 
 #include "Agent/Files/FileUtils.h"
+#include "Agent/Files/KeyGuard.h"
 #include "Agent/Files/NativeFile.h"
 #include "Agent/Files/PathReview.h"
 #include "Agent/Text/JsonText.h"
@@ -371,7 +372,9 @@ FString MakeRecordName()
 bool FKestrelHistoryStore::Write(const FString& Id, EKestrelHistorySide Side, const FString& FilePath,
 	FFileHistoryEntry& Entry, const TArray<uint8>& PlainAscii)
 {
-	if (!HistoryStore::IsConversationId(Id))
+	// The key is kept in its own file and nowhere else: that file's undo does not outlive the editor.
+	if (!HistoryStore::IsConversationId(Id) ||
+		KestrelKeyGuard::IsKeptIn(KestrelNativeFile::ResolveLinks(FFileUtils::ToAbsolutePath(FilePath))))
 	{
 		return true;
 	}

@@ -443,19 +443,13 @@ void PlanReading(FKestrelProjectView& View, FKestrelToolPlan& Plan)
 FString ApplyReading(const FKestrelToolPlan& Plan)
 {
 	constexpr int64 MaxFileBytes = 64 * 1024 * 1024;
-	constexpr int32 MaxTextLength = 8 * 1024 * 1024;
 	if (IFileManager::Get().FileSize(*Plan.FilePath) > MaxFileBytes)
 	{
 		return FFileUtils::MakeError(TEXT("File is larger than 64 MB and was not read"), Plan.FilePath);
 	}
 	const TOptional<FKestrelLineRange> Lines = Plan.Input.GetLines();
-	const FString Text = Lines.IsSet() ? FFileUtils::ReadFileLineRange(Plan.FilePath, Lines->StartLine, Lines->EndLine)
-									   : FFileUtils::ReadFile(Plan.FilePath);
-	return Text.Len() <= MaxTextLength
-			   ? Text
-			   : FFileUtils::MakeError(
-					 TEXT("The text has more than 8,388,608 characters. Read a smaller view_range of the file"),
-					 Plan.FilePath);
+	return Lines.IsSet() ? FFileUtils::ReadFileLineRange(Plan.FilePath, Lines->StartLine, Lines->EndLine)
+						 : FFileUtils::ReadFile(Plan.FilePath);
 }
 
 /** Joined, not made absolute: "/" is the project's own root then, and not the machine's. */

@@ -137,18 +137,6 @@ void FKestrelToolLimitsSpec::Define()
 			KestrelTest::UseTool(TEXT("insert_into_file"),
 				{ TEXT("path"), Huge, TEXT("insert_line"), TEXT("0"), TEXT("new_string"), TEXT("y") }),
 			TEXT("Error: File is larger than 256 MB and was left as it is: ") + Huge);
-
-		const FString Long = Folder.Full(TEXT("long.txt"));
-		Folder.Write(TEXT("long.txt"), TEXT("first\n") + FString::ChrN(9 * Megabyte, u'x'));
-		KestrelTest::TestSameText(*this, TEXT("a long text"),
-			KestrelTest::UseTool(TEXT("read_file"), { TEXT("path"), Long }),
-			TEXT("Error: The text has more than 8,388,608 characters. Read a smaller view_range of the file: ") + Long);
-		const TSharedRef<FJsonObject> Input = MakeShared<FJsonObject>();
-		Input->SetStringField(TEXT("path"), Long);
-		Input->SetArrayField(
-			TEXT("view_range"), { MakeShared<FJsonValueNumber>(1.0), MakeShared<FJsonValueNumber>(1.0) });
-		KestrelTest::TestSameText(
-			*this, TEXT("a line of it"), FAgent::Get().UseTool(TEXT("read_file"), TEXT(""), Input), TEXT("first"));
 	});
 
 	It("leaves huge files out of a search and says so", [this]() {
