@@ -167,7 +167,9 @@ bool FPackageHeader::IsRegularFile(const FString& FileName)
 	struct stat Info
 	{
 	};
-	return ::stat(TCHAR_TO_UTF8(*FileName), &Info) == 0 && S_ISREG(Info.st_mode);
+	// A relative name is not relative to the folder that the process is in.
+	const FString FullPath = FPaths::ConvertRelativePathToFull(FileName);
+	return ::stat(TCHAR_TO_UTF8(*FullPath), &Info) == 0 && S_ISREG(Info.st_mode);
 }
 
 FPackageHeader::EResult FPackageHeader::Load(const FString& FileName)

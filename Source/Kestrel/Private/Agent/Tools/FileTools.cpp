@@ -105,7 +105,7 @@ FString PredictCreation(const FString& FullPath, FKestrelProjectView& View)
 	const FString Name = FPaths::GetCleanFilename(FullPath);
 	const bool bNameFits = !Name.IsEmpty() && FTCHARToUTF8(*Name).Length() <= MaxNameBytes;
 	// What a dangling link leads to may lie anywhere.
-	return bNameFits && !FPaths::DirectoryExists(FullPath) && !KestrelNativeFile::IsDanglingLink(FullPath)
+	return bNameFits && !View.IsFolder(FullPath) && !KestrelNativeFile::IsDanglingLink(FullPath)
 			   ? FString()
 			   : FFileUtils::MakeError(TEXT("Failed to create file"), FullPath);
 }

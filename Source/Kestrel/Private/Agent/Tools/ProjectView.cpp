@@ -88,6 +88,23 @@ bool FKestrelProjectView::Exists(const FString& FullPath)
 	return File ? File->State.bExists : FPaths::FileExists(FullPath);
 }
 
+bool FKestrelProjectView::IsFolder(const FString& FullPath)
+{
+	const FString Prefix = Resolve(FullPath) / TEXT("");
+	for (const auto& Spellings : Files)
+	{
+		for (const FFile& File : Spellings.Value)
+		{
+			if (File.State.bExists && !File.State.bIsOnDisk &&
+				File.RealPath.StartsWith(Prefix, ESearchCase::CaseSensitive))
+			{
+				return true;
+			}
+		}
+	}
+	return FPaths::DirectoryExists(FullPath);
+}
+
 bool FKestrelProjectView::IsOrdinaryFile(const FString& FullPath)
 {
 	const FFile* File = Find(Resolve(FullPath));

@@ -69,6 +69,8 @@ public:
 	 */
 	const FKestrelFileState& Look(const FString& FullPath);
 	bool Exists(const FString& FullPath);
+	/** Whether the path is a folder, or would be one that a tool has put a file into. */
+	bool IsFolder(const FString& FullPath);
 	/** False for what must not be opened: pipes, devices. */
 	bool IsOrdinaryFile(const FString& FullPath);
 	/** What a tool would leave behind, for those after it. */

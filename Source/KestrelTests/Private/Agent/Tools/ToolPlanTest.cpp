@@ -138,6 +138,18 @@ void FKestrelToolPlanSpec::Define()
 			TEXT("2 ") + Folder.Name + TEXT("/link.txt [>new]"));
 	});
 
+	It("knows of folders that are yet to be made", [this]() {
+		const FKestrelTestFolder Folder;
+		FKestrelToolPlanner Planner(EKestrelLookAhead::Limited);
+		const auto Create = [&Planner, &Folder](const TCHAR* Name) {
+			return Planner
+				.Plan(*Block(TEXT("create_file"), { TEXT("path"), Folder.Name / Name, TEXT("file_text"), TEXT("x") }))
+				->Refusal;
+		};
+		KestrelTest::TestSameText(*this, TEXT("below"), Create(TEXT("a/b.txt")), TEXT(""));
+		TestTrue(TEXT("the folder itself"), Create(TEXT("a")).StartsWith(TEXT("Error: Failed to create file: ")));
+	});
+
 	It("knows that a file needs a name", [this]() {
 		FKestrelToolPlanner Planner(EKestrelLookAhead::Limited);
 		const TSharedRef<FKestrelToolPlan> Plan = Planner.Plan(*Block(TEXT("create_cpp_file"),
