@@ -237,7 +237,7 @@ const TArray<FRule>& GetRules()
 {
 	static const TArray<FRule> Rules = {
 		{ IsOfVersionControl, LOCTEXT("VersionControl", "version control settings"), true, true },
-		{ IsUserSettings, LOCTEXT("UserSettings", "your own settings"), true },
+		{ IsUserSettings, LOCTEXT("UserSettings", "your own settings"), true, true },
 		{ IsBuildRule, LOCTEXT("BuildFile", "build file") },
 		{ IsProjectDescriptor, LOCTEXT("ProjectFile", "project or plugin descriptor") },
 		{ IsConfiguration, LOCTEXT("Configuration", "configuration") },

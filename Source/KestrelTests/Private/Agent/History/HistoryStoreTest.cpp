@@ -115,7 +115,8 @@ void FKestrelHistoryStoreSpec::Define()
 		Clear();
 		const FString Id = FGuid::NewGuid().ToString();
 		for (const TCHAR* Path : { TEXT("/tmp/outside.txt"), TEXT("../outside.txt"), TEXT(".git/hooks/pre-commit"),
-				 TEXT("Saved/Kestrel/Rescue/a.txt"), TEXT("Plugins/kestrel-unreal/a.cpp") })
+				 TEXT("Saved/Kestrel/Rescue/a.txt"), TEXT("Plugins/kestrel-unreal/a.cpp"),
+				 TEXT("Saved/Config/LinuxEditor/Editor.ini") })
 		{
 			FFileHistoryEntry Entry = MakeEntry(TEXT("evil"));
 			FKestrelHistoryStore::Write(Id, EKestrelHistorySide::Undo, Path, Entry);
