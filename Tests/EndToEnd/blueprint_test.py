@@ -2,8 +2,10 @@
 
 import json
 import os
+import shutil
 import unittest
 
+import harness
 from harness import EndToEndTest
 from recording_server import RecordingServer, completed
 
@@ -160,6 +162,23 @@ class BlueprintTest(EndToEndTest):
         run = self.change(script % "First", "add an int variable Width to BP_Gate", script % "Last", "/undo")
         self.assertNotIn("Traceback", run.output)
         self.assertEqual(self.files(), before)
+
+
+class SampleTest(EndToEndTest):
+    """Blueprints of a game with code of its own."""
+
+    def test_types_keep_their_names_when_the_code_is_reloaded(self):
+        shutil.rmtree(self.project)
+        shutil.copytree(os.path.join(harness.ROOT, "Samples", "Harrier"), self.project)
+        service = self.start_service()
+        self.use_service(service.port, service.authority)
+        run = self.run_editor("-Prompt=read blueprint BP_Warden",
+                              '-Prompt=insert "// a remark" at line 1 of Source/Harrier/World/Watcher.h',
+                              "-Prompt=compile", "-Prompt=read blueprint BP_Warden", "-Approve")
+        self.assertEqual(run.code, 0, run)
+        self.assertIn("The game is built.", run.output)
+        self.assertGreaterEqual(run.output.count("Mood: EWardenMood"), 2, run)
+        self.assertNotIn("HOTRELOADED", run.output)
 
 
 if __name__ == "__main__":

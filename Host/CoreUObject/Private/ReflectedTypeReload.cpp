@@ -9,6 +9,8 @@
 namespace ReflectedTypeReload
 {
 FReflectedTypeReload* Running = nullptr;
+/** Of all modules, for what refers to types in a way that nobody can look through. Old native types stay in memory. */
+TMap<UObject*, UObject*> NewerTypes;
 
 void MoveOutOfTheWay(UObject& Object)
 {
@@ -97,6 +99,20 @@ void RetargetProperty(FProperty* Property, const TMap<UField*, UField*>& NewType
 	else if (FSoftClassProperty* const SoftClass = CastField<FSoftClassProperty>(Property))
 	{
 		Retarget(SoftClass->MetaClass, NewTypes);
+	}
+	else if (FInterfaceProperty* const Interface = CastField<FInterfaceProperty>(Property))
+	{
+		Retarget(Interface->InterfaceClass, NewTypes);
+	}
+	else if (FByteProperty* const Byte = CastField<FByteProperty>(Property))
+	{
+		Retarget(Byte->Enum, NewTypes);
+	}
+	else if (FEnumProperty* const Enum = CastField<FEnumProperty>(Property))
+	{
+		UEnum* NewEnum = Enum->GetEnum();
+		Retarget(NewEnum, NewTypes);
+		Enum->SetEnum(NewEnum);
 	}
 	else if (FDelegateProperty* const Delegate = CastField<FDelegateProperty>(Property))
 	{
@@ -219,6 +235,16 @@ FReflectedTypeReload* FReflectedTypeReload::Get()
 	return ReflectedTypeReload::Running;
 }
 
+UObject* FReflectedTypeReload::FindNewest(UObject* Type)
+{
+	UObject* Newest = Type;
+	while (UObject* const* const Newer = ReflectedTypeReload::NewerTypes.Find(Newest))
+	{
+		Newest = *Newer;
+	}
+	return Newest;
+}
+
 bool FReflectedTypeReload::IsFor(const UPackage& Package) const
 {
 	return Package.GetFName() == PackageName;
@@ -232,6 +258,10 @@ void FReflectedTypeReload::Replace(UField& OldType, UField& NewType)
 		return; // a class has become a struct, say: nothing can go over
 	}
 	NewTypes.Add(&OldType, &NewType);
+	if (!PackageName.IsNone())
+	{
+		ReflectedTypeReload::NewerTypes.Add(&OldType, &NewType);
+	}
 	if (OldType.IsA(UClass::StaticClass()))
 	{
 		UClass& OldClass = static_cast<UClass&>(OldType);

@@ -31,6 +31,9 @@ public:
 	/** The one that lives; null when there is none. */
 	static FReflectedTypeReload* Get();
 
+	/** The native type that has taken the place of one, by now; the type itself when none has. Null stays null. */
+	static UObject* FindNewest(UObject* Type);
+
 	int32 NumReplacedTypes() const { return NewTypes.Num(); }
 
 	// For ProcessNewlyLoadedUObjects.

@@ -7,7 +7,9 @@
 #include "Engine/MemberReference.h"
 #include "Engine/SimpleConstructionScript.h"
 #include "K2Node_CallFunction.h"
+#include "K2Node_EditablePinBase.h"
 #include "K2Node_Event.h"
+#include "K2Node_FunctionEntry.h"
 #include "K2Node_Variable.h"
 #include "Kismet2/BlueprintEditorUtils.h"
 #include "Kismet2/CompilerResultsLog.h"
@@ -239,9 +241,52 @@ void EnsureSkeleton(UClass* Class)
 	}
 }
 
+void FollowReplacedTypes(FEdGraphPinType& Type)
+{
+	Type.PinSubCategoryObject = FReflectedTypeReload::FindNewest(Type.PinSubCategoryObject.Get());
+	Type.PinValueType.TerminalSubCategoryObject =
+		FReflectedTypeReload::FindNewest(Type.PinValueType.TerminalSubCategoryObject.Get());
+}
+
+void FollowReplacedTypes(TArray<FBPVariableDescription>& Variables)
+{
+	for (FBPVariableDescription& Variable : Variables)
+	{
+		FollowReplacedTypes(Variable.VarType);
+	}
+}
+
+/** Pins and variables name their types weakly, so that the reload itself does not see them. */
+void FollowReplacedTypes()
+{
+	for (TObjectIterator<UBlueprint> It; It; ++It)
+	{
+		FollowReplacedTypes(It->NewVariables);
+	}
+	for (TObjectIterator<UEdGraphNode> It; It; ++It)
+	{
+		for (UEdGraphPin* const Pin : It->Pins)
+		{
+			FollowReplacedTypes(Pin->PinType);
+		}
+		if (UK2Node_EditablePinBase* const Node = Cast<UK2Node_EditablePinBase>(*It))
+		{
+			for (const TSharedPtr<FUserPinInfo>& Pin : Node->UserDefinedPins)
+			{
+				FollowReplacedTypes(Pin->PinType);
+			}
+		}
+		if (UK2Node_FunctionEntry* const Entry = Cast<UK2Node_FunctionEntry>(*It))
+		{
+			FollowReplacedTypes(Entry->LocalVariables);
+		}
+	}
+}
+
 /** After a hot reload, which leads ParentClass to the new class and leaves compiled classes below the old one. */
 void FollowReplacedParents(EReloadCompleteReason)
 {
+	FollowReplacedTypes();
 	TArray<UBlueprint*> Affected;
 	for (TObjectIterator<UBlueprint> It; It; ++It)
 	{
