@@ -164,7 +164,7 @@ class KeyTest(CodeProjectTest):
         self.addCleanup(server.socket.close)
         self.use_server(server.port)
         run = self.run_editor("-Prompt=begin", "-Approve", env=self.env)
-        self.assert_in_order(run, "has changed. The file can hold your API key", "Done.")
+        self.assert_in_order(run, "Will fail: File can hold your API key", "Done.")
         self.assertIn("ApiKey=[API key]", server.requests[-2].body + server.requests[-1].body)
         self.check_requests(server)
         self.check_traces(run)

@@ -8,6 +8,7 @@
 #include "Framework/Application/SlateApplication.h"
 #include "Framework/Docking/TabManager.h"
 #include "GenericPlatform/GenericPlatformFile.h"
+#include "HAL/FileManager.h"
 #include "HAL/PlatformFileManager.h"
 #include "InputCoreTypes.h"
 #include "KestrelSettings.h"
@@ -289,29 +290,35 @@ void FKestrelPanelSpec::Define()
 		FKestrelInterface::Get().DeleteAllLogs();
 	});
 
-	It("neither shows nor logs a change of the file that holds the key, and no key anywhere else", [this]() {
+	It("changes no file that is for the key, and shows and logs no key", [this]() {
 		const PanelTest::FPanel Panel;
 		const FKestrelTestFolder Folder;
 		const TGuardValue<FString> Key(GetMutableDefault<UKestrelSettings>()->ApiKey, TEXT("canary-of-the-user"));
 		const FString Settings = FPaths::ConvertRelativePathToFull(
 			FPaths::ProjectSavedDir() / TEXT("Config/Other/EditorPerUserSettings.ini"));
 		const auto Create = [](const FString& Path, const TCHAR* Text) {
-			KestrelTest::UseTool(TEXT("create_file"), { TEXT("path"), Path, TEXT("file_text"), Text });
+			return KestrelTest::UseTool(TEXT("create_file"), { TEXT("path"), Path, TEXT("file_text"), Text });
 		};
-		const FString Sentence =
-			TEXT("has changed. The file can hold your API key, so the change is neither shown nor logged.");
-		Create(Settings, TEXT("ApiKey=canary-of-another-time"));
-		TestTrue(TEXT("by its path"), Panel.LastBlock().EndsWith(Sentence));
-		if (KestrelNativeFile::MakeLink(Folder.Full(TEXT("link.txt")), Settings))
+		const FString Refusal = TEXT("Error: File can hold your API key and is not changed by tools: ");
+		KestrelTest::TestSameText(*this, TEXT("by its path"), Create(Settings, TEXT("x")), Refusal + Settings);
+		TestFalse(TEXT("created"), FPaths::FileExists(Settings));
+		FFileHelper::SaveStringToFile(TEXT("ApiKey=canary-of-another-time"), *Settings);
+		const FString Link = Folder.Full(TEXT("link.txt"));
+		if (KestrelNativeFile::MakeLink(Link, Settings))
 		{
-			KestrelTest::UseTool(TEXT("delete_file"), { TEXT("path"), Folder.Full(TEXT("link.txt")) });
-			TestTrue(TEXT("by a link"), Panel.LastBlock().EndsWith(Sentence));
+			KestrelTest::TestSameText(*this, TEXT("by a link"),
+				KestrelTest::UseTool(TEXT("insert_into_file"),
+					{ TEXT("path"), Link, TEXT("insert_line"), TEXT("0"), TEXT("new_string"), TEXT("x") }),
+				Refusal + Link);
+			KestrelTest::TestSameText(*this, TEXT("the link itself"),
+				KestrelTest::UseTool(TEXT("delete_file"), { TEXT("path"), Link }), Refusal + Link);
 		}
+		IFileManager::Get().DeleteDirectory(*FPaths::GetPath(Settings), false, true);
 		Create(Folder.Full(TEXT("a.txt")), TEXT("x = canary-of-the-user"));
 		KestrelTest::TestSameText(*this, TEXT("elsewhere"), Panel.LastBlock(), TEXT("+ x = [API key]"));
 		FString Log;
 		FFileHelper::LoadFileToString(Log, *FKestrelInterface::Get().GetPromptLogFilePath());
-		TestTrue(TEXT("logged"), Log.Contains(Sentence) && Log.Contains(TEXT("x = [API key]")));
+		TestTrue(TEXT("logged"), Log.Contains(TEXT("x = [API key]")));
 		TestFalse(TEXT("the key is logged"), Log.Contains(TEXT("canary")));
 		FFileHistory::Get().UndoAllChanges(FAgent::Get().GetConversationId());
 		FKestrelInterface::Get().DeleteAllLogs();

@@ -1,7 +1,6 @@
 #include "Agent/History/HistoryStore.h"
 
 #include "Agent/Files/FileUtils.h"
-#include "Agent/Files/KeyGuard.h"
 #include "Agent/Files/NativeFile.h"
 #include "Agent/Files/PathReview.h"
 #include "Agent/Text/JsonText.h"
@@ -372,9 +371,7 @@ FString MakeRecordName()
 bool FKestrelHistoryStore::Write(const FString& Id, EKestrelHistorySide Side, const FString& FilePath,
 	FFileHistoryEntry& Entry, const TArray<uint8>& PlainAscii)
 {
-	// The key is kept in its own file and nowhere else: that file's undo does not outlive the editor.
-	if (!HistoryStore::IsConversationId(Id) ||
-		KestrelKeyGuard::IsKeptIn(KestrelNativeFile::ResolveLinks(FFileUtils::ToAbsolutePath(FilePath))))
+	if (!HistoryStore::IsConversationId(Id))
 	{
 		return true;
 	}

@@ -5,7 +5,6 @@
 #include "Agent/Files/KeyGuard.h"
 #include "Agent/Files/NativeFile.h"
 #include "Agent/Files/PathReview.h"
-#include "Agent/Text/DisplayText.h"
 #include "Agent/Tools/ToolPlan.h"
 #include "GenericPlatform/GenericPlatformFile.h"
 #include "HAL/FileManager.h"
@@ -47,6 +46,21 @@ FString GetFullPath(const FKestrelToolPlan& Plan)
 FString GetFullCppPath(const FKestrelToolPlan& Plan)
 {
 	return FFileUtils::ToAbsolutePath(FPaths::Combine(Plan.Input.Get(CppFolder), Plan.Input.Get(CppName)));
+}
+
+/**
+ * The file that the tool changes. The user's settings are none: their key would get into copies, records and logs.
+ *
+ * @return false, with the refusal set, for a file that must not be changed
+ */
+bool SetChangedFile(FKestrelProjectView& View, const FString& FullPath, FKestrelToolPlan& Plan)
+{
+	Plan.SetFile(View, FullPath);
+	if (KestrelKeyGuard::IsKeptIn(Plan.RealPath))
+	{
+		Plan.Refuse(FFileUtils::MakeError(TEXT("File can hold your API key and is not changed by tools"), FullPath));
+	}
+	return Plan.Refusal.IsEmpty();
 }
 
 /** What the tool leaves behind, for those after it; what is too long to be shown is not kept either. */
@@ -140,7 +154,10 @@ void PlanCreation(const FString& Text, FKestrelProjectView& View, FKestrelToolPl
 
 void PlanCreateFile(FKestrelProjectView& View, FKestrelToolPlan& Plan)
 {
-	Plan.SetFile(View, GetFullPath(Plan));
+	if (!SetChangedFile(View, GetFullPath(Plan), Plan))
+	{
+		return;
+	}
 	const FString& Text = Plan.Input.Get(FileText);
 	if (View.Exists(Plan.FilePath))
 	{
@@ -159,7 +176,10 @@ void PlanCreateFile(FKestrelProjectView& View, FKestrelToolPlan& Plan)
 /** To create a file that exists means to replace it. */
 void PlanCreateCpp(FKestrelProjectView& View, FKestrelToolPlan& Plan)
 {
-	Plan.SetFile(View, GetFullCppPath(Plan));
+	if (!SetChangedFile(View, GetFullCppPath(Plan), Plan))
+	{
+		return;
+	}
 	if (View.Exists(Plan.FilePath))
 	{
 		Plan.Status = KestrelTools::Find(KestrelToolNames::ReplaceCpp)->Status;
@@ -173,7 +193,10 @@ void PlanCreateCpp(FKestrelProjectView& View, FKestrelToolPlan& Plan)
 
 void PlanReplaceCpp(FKestrelProjectView& View, FKestrelToolPlan& Plan)
 {
-	Plan.SetFile(View, GetFullCppPath(Plan));
+	if (!SetChangedFile(View, GetFullCppPath(Plan), Plan))
+	{
+		return;
+	}
 	PlanReplacement(Plan.Input.Get(Contents), View, Plan);
 }
 
@@ -233,7 +256,10 @@ bool ExpectLength(const FString& Text, const FKestrelProjectView& View, FKestrel
 void PlanUpdate(FKestrelProjectView& View, FKestrelToolPlan& Plan)
 {
 	Plan.Operation = EKestrelFileOperation::Update;
-	Plan.SetFile(View, GetFullPath(Plan));
+	if (!SetChangedFile(View, GetFullPath(Plan), Plan))
+	{
+		return;
+	}
 	const FKestrelFileState& State = View.Look(Plan.FilePath);
 	if (!ExpectEditableText(State, Plan))
 	{
@@ -263,7 +289,10 @@ void PlanUpdate(FKestrelProjectView& View, FKestrelToolPlan& Plan)
 void PlanInsertion(FKestrelProjectView& View, FKestrelToolPlan& Plan)
 {
 	Plan.Operation = EKestrelFileOperation::Insert;
-	Plan.SetFile(View, GetFullPath(Plan));
+	if (!SetChangedFile(View, GetFullPath(Plan), Plan))
+	{
+		return;
+	}
 	const int32 LineIndex = FCString::Atoi(*Plan.Input.Get(InsertLine));
 	if (LineIndex < 0)
 	{
@@ -284,7 +313,10 @@ void PlanInsertion(FKestrelProjectView& View, FKestrelToolPlan& Plan)
 void PlanDeletionOf(const FString& FullPath, FKestrelProjectView& View, FKestrelToolPlan& Plan)
 {
 	Plan.Operation = EKestrelFileOperation::Delete;
-	Plan.SetFile(View, FullPath);
+	if (!SetChangedFile(View, FullPath, Plan))
+	{
+		return;
+	}
 	const FKestrelFileState& State = View.Look(FullPath);
 	if (!State.bExists)
 	{
@@ -355,23 +387,6 @@ FString Write(const FKestrelToolPlan& Plan)
 	return FString();
 }
 
-/** Shows and logs a change. The user's key is no part of it, nor is the file that is made for it. */
-void Report(const FKestrelToolPlan& Plan)
-{
-	const FKestrelInterface& Interface = FKestrelInterface::Get();
-	if (!KestrelKeyGuard::IsKeptIn(Plan.RealPath))
-	{
-		Interface.OnAddDiffMessage(
-			Plan.FilePath, KestrelKeyGuard::Hide(Plan.Change->Before), KestrelKeyGuard::Hide(Plan.Change->After));
-		return;
-	}
-	Interface.AddOwnStatusMessage(FText::Format(
-		LOCTEXT("SettingsChanged",
-			"{0} has changed. The file can hold your API key, so the change is neither shown nor logged."),
-		FText::FromString(KestrelDisplayText::EscapeLine(Plan.Target)))
-									  .ToString());
-}
-
 FString ApplyChange(const FKestrelToolPlan& Plan)
 {
 	if (Plan.Operation == EKestrelFileOperation::Update && !Plan.Refusal.IsEmpty())
@@ -400,7 +415,8 @@ FString ApplyChange(const FKestrelToolPlan& Plan)
 		// Redone, what was undone before would overwrite this change.
 		FFileHistory::Get().ForgetRedo(FAgent::Get().GetConversationId());
 		FFileHistory::Get().NoteLeft(FAgent::Get().GetConversationId(), Plan.FilePath);
-		Report(Plan);
+		FKestrelInterface::Get().OnAddDiffMessage(
+			Plan.FilePath, KestrelKeyGuard::Hide(Plan.Change->Before), KestrelKeyGuard::Hide(Plan.Change->After));
 	}
 	return Result;
 }

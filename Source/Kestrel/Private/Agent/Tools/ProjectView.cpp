@@ -90,19 +90,9 @@ bool FKestrelProjectView::Exists(const FString& FullPath)
 
 bool FKestrelProjectView::IsFolder(const FString& FullPath)
 {
-	const FString Prefix = Resolve(FullPath) / TEXT("");
-	for (const auto& Spellings : Files)
-	{
-		for (const FFile& File : Spellings.Value)
-		{
-			if (File.State.bExists && !File.State.bIsOnDisk &&
-				File.RealPath.StartsWith(Prefix, ESearchCase::CaseSensitive))
-			{
-				return true;
-			}
-		}
-	}
-	return FPaths::DirectoryExists(FullPath);
+	const FString& RealPath = Resolve(FullPath);
+	return FPaths::DirectoryExists(FullPath) ||
+		   NewFolders.ContainsByPredicate([&RealPath](const FString& Folder) { return Folder.Equals(RealPath); });
 }
 
 bool FKestrelProjectView::IsOrdinaryFile(const FString& FullPath)
@@ -189,8 +179,18 @@ void FKestrelProjectView::Set(const FString& FullPath, const FKestrelFileState& 
 	Files.FindOrAdd(RealPath).Add({ RealPath, State });
 }
 
+void FKestrelProjectView::NoteNewFolders(const FString& FullPath)
+{
+	for (FString Folder = FPaths::GetPath(FullPath); !Folder.IsEmpty() && !IsFolder(Folder);
+		 Folder = FPaths::GetPath(Folder))
+	{
+		NewFolders.Add(Resolve(Folder));
+	}
+}
+
 void FKestrelProjectView::Write(const FString& FullPath, const FString& Text)
 {
+	NoteNewFolders(FullPath);
 	FKestrelFileState State;
 	State.bExists = true;
 	State.bIsRead = true;
@@ -202,6 +202,7 @@ void FKestrelProjectView::Write(const FString& FullPath, const FString& Text)
 
 void FKestrelProjectView::WriteUnseen(const FString& FullPath)
 {
+	NoteNewFolders(FullPath);
 	FKestrelFileState State;
 	State.bExists = true;
 	State.bIsBeyondLimits = true;

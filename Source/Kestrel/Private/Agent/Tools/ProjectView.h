@@ -101,6 +101,8 @@ private:
 	};
 
 	const FString& Resolve(const FString& FullPath);
+	/** Of a file that a tool would write. */
+	void NoteNewFolders(const FString& FullPath);
 	/** Where the file or link itself lies: with the links of its folders resolved, and not its own. */
 	static FString GetPlace(const FString& FullPath);
 	FFile* Find(const FString& RealPath);
@@ -115,6 +117,7 @@ private:
 	TMap<FString, TArray<FPath>> Paths;
 	/** Where links were that a tool would have deleted: a path that ends there leads nowhere else any more. */
 	TArray<FString> DeletedLinks;
+	TArray<FString> NewFolders; // that tools would make, with links resolved
 	const FKestrelPathReviewer Reviewer;
 	FKestrelAssetView Assets;
 };
