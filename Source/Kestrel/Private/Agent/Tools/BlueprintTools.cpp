@@ -1,5 +1,6 @@
 #include "Agent/Agent.h"
 #include "Agent/Blueprints/KestrelBlueprintUtils.h"
+#include "Agent/Blueprints/Types/TypeLookup.h"
 #include "Agent/History/TransactionLookup.h"
 #include "Agent/Text/JsonText.h"
 #include "Agent/Tools/ToolPlan.h"
@@ -35,8 +36,12 @@ void PlanCreate(FKestrelProjectView& View, FKestrelToolPlan& Plan)
 {
 	Plan.Caution(LOCTEXT("NewAssetStays", "cannot be undone"));
 	const FString PackageName = Plan.Input.Get(FolderPath) / Plan.Input.Get(NewName);
-	// It runs all the same, as a tool before may make room.
-	Plan.Refusal = FKestrelBlueprintUtils::PredictCreation(Plan.Input.Get(FolderPath), Plan.Input.Get(NewName));
+	// A parent that is not found fails first, and to find it may mean to load it.
+	if (KestrelTypeLookup::FindClassInMemory(Plan.Input.Get(ParentClassName)))
+	{
+		// It runs all the same, as a tool before may make room.
+		Plan.Refusal = FKestrelBlueprintUtils::PredictCreation(Plan.Input.Get(FolderPath), Plan.Input.Get(NewName));
+	}
 	if (!Plan.SetNewAsset(View, PackageName))
 	{
 		Plan.Target = PackageName;

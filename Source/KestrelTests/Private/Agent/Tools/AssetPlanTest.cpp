@@ -269,6 +269,12 @@ void FKestrelAssetPlanSpec::Define()
 			KestrelTest::TestSameText(*this, TEXT("those behind do not build on it"),
 				PlanModification(Planner, TEXT("BP_Out"))->Target, TEXT("BP_Out"));
 		}
+
+		FKestrelToolPlanner Planner(EKestrelLookAhead::Limited);
+		const FPlan Plan = PlanCreation(Planner, TEXT("/Temp/X"), TEXT("BP_Out"), TEXT("NoSuchClass"));
+		KestrelTest::TestSameText(*this, TEXT("a parent that may yet be found"), Plan->Refusal, FString());
+		KestrelTest::TestSameText(*this, TEXT("a parent that was not found"), Plan->Apply(),
+			TEXT("Error: Parent class 'NoSuchClass' not found or could not be loaded."));
 	});
 
 	It("lists all that would be saved where it can be read whole", [this]() {

@@ -29,8 +29,8 @@ TypeObject* ToType(UObject* Object)
 	return bLeftBehind || (Type && Type->GetOutermost() == GetTransientPackage()) ? nullptr : Type;
 }
 
-template <typename TypeObject>
-TypeObject* FindByPath(const FString& GivenPath)
+/** The path of an object for that of a package as well; empty when it can be none. */
+FString ToObjectPath(const FString& GivenPath)
 {
 	FString Path = FPackageName::ExportTextPathToObjectPath(GivenPath);
 	int32 Dot = INDEX_NONE;
@@ -38,30 +38,49 @@ TypeObject* FindByPath(const FString& GivenPath)
 	{
 		Path += TEXT(".") + FPackageName::GetShortName(Path);
 	}
-	if (!KestrelBlueprintDocument::FitsName(Path))
-	{
-		return nullptr;
-	}
-	UObject* Object = FindObject<UObject>(nullptr, *Path);
-	if (!Object && KestrelBlueprintDocument::CanBeLoaded(Path))
-	{
-		Object = LoadObject<UObject>(nullptr, *Path, nullptr, LOAD_NoWarn | LOAD_Quiet);
-	}
-	return ToType<TypeObject>(Object);
+	return KestrelBlueprintDocument::FitsName(Path) ? Path : FString();
+}
+
+/** What looks like a path in part is for neither of the searches. */
+bool IsName(const FString& Text)
+{
+	return KestrelBlueprintDocument::FitsName(Text) && FName::IsValidXName(Text, INVALID_OBJECTNAME_CHARACTERS);
+}
+
+bool IsPath(const FString& NameOrPath)
+{
+	return NameOrPath.Contains(TEXT("/"));
 }
 
 template <typename TypeObject>
-TypeObject* FindByName(const FString& Name)
+TypeObject* FindInMemory(const FString& NameOrPath)
 {
-	// What looks like a path in part is for neither of the searches.
-	if (!KestrelBlueprintDocument::FitsName(Name) || !FName::IsValidXName(Name, INVALID_OBJECTNAME_CHARACTERS))
+	if (IsPath(NameOrPath))
+	{
+		const FString Path = ToObjectPath(NameOrPath);
+		return Path.IsEmpty() ? nullptr : ToType<TypeObject>(FindObject<UObject>(nullptr, *Path));
+	}
+	return IsName(NameOrPath)
+			   ? ToType<TypeObject>(FindFirstObjectSafe<TypeObject>(*NameOrPath, EFindFirstObjectOptions::NativeFirst))
+			   : nullptr;
+}
+
+template <typename TypeObject>
+TypeObject* LoadByPath(const FString& GivenPath)
+{
+	const FString Path = ToObjectPath(GivenPath);
+	// What is in memory, and is no type of this kind, stays what it is.
+	const bool bLoads =
+		!Path.IsEmpty() && !FindObject<UObject>(nullptr, *Path) && KestrelBlueprintDocument::CanBeLoaded(Path);
+	return bLoads ? ToType<TypeObject>(LoadObject<UObject>(nullptr, *Path, nullptr, LOAD_NoWarn | LOAD_Quiet)) : nullptr;
+}
+
+template <typename TypeObject>
+TypeObject* LoadByName(const FString& Name)
+{
+	if (!IsName(Name))
 	{
 		return nullptr;
-	}
-	if (TypeObject* Type =
-			ToType<TypeObject>(FindFirstObjectSafe<TypeObject>(*Name, EFindFirstObjectOptions::NativeFirst)))
-	{
-		return Type;
 	}
 	// The class of a Blueprint that is not loaded yet goes by either name.
 	FString AssetName = Name;
@@ -77,15 +96,22 @@ TypeObject* FindByName(const FString& Name)
 template <typename TypeObject>
 TypeObject* Find(const FString& NameOrPath)
 {
-	int32 Slash = INDEX_NONE;
-	return NameOrPath.FindChar(TEXT('/'), Slash) ? FindByPath<TypeObject>(NameOrPath)
-												 : FindByName<TypeObject>(NameOrPath);
+	if (TypeObject* const Type = FindInMemory<TypeObject>(NameOrPath))
+	{
+		return Type;
+	}
+	return IsPath(NameOrPath) ? LoadByPath<TypeObject>(NameOrPath) : LoadByName<TypeObject>(NameOrPath);
 }
 }
 
 UClass* KestrelTypeLookup::FindClass(const FString& NameOrPath)
 {
 	return TypeLookup::Find<UClass>(NameOrPath);
+}
+
+UClass* KestrelTypeLookup::FindClassInMemory(const FString& NameOrPath)
+{
+	return TypeLookup::FindInMemory<UClass>(NameOrPath);
 }
 
 UScriptStruct* KestrelTypeLookup::FindStruct(const FString& NameOrPath)

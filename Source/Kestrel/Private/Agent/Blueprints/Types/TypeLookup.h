@@ -14,6 +14,8 @@ class UScriptStruct;
 namespace KestrelTypeLookup
 {
 UClass* FindClass(const FString& NameOrPath);
+/** The same without loading anything: null also for a class that an asset would bring. */
+UClass* FindClassInMemory(const FString& NameOrPath);
 UScriptStruct* FindStruct(const FString& NameOrPath);
 UEnum* FindEnum(const FString& NameOrPath);
 /** The type that pins of the category need: an enum for bytes, a struct or a class; for others any object by path. */
