@@ -69,8 +69,10 @@ struct FFileHistoryEntry
 	bool bFromEarlierRun = false;
 	/** How the conversation's last change, or its undo, has left the file; unset when nobody knows. */
 	TOptional<FKestrelFileMark> Left;
-	/** Between two changes of the conversation, somebody else has changed the file. */
-	bool bChangedByOthers = false;
+	/** Copies of the versions that somebody else has written between two changes of the conversation. */
+	TArray<FString> KeptCopies;
+	/** How the file behind a link was left before the link itself went. */
+	TOptional<FKestrelFileMark> LeftBehindLink;
 	// With links resolved, when the change was made; not kept on the disk.
 	FString RealPath;
 	FString RealFolder;
@@ -160,10 +162,18 @@ private:
 	UE_NONCOPYABLE(FFileHistory)
 
 	bool Store(const FString& Key, const FString& FilePath, EFileActionType ActionType, const FString& Content);
-	/** Before a recorded file is changed again: notices what somebody else has done to it. */
-	void NoteChangesOfOthers(FFileHistoryEntry& Entry, const FString& FullPath);
-	/** Brings a file from one state to another. @return whether it got there */
-	bool ChangeState(const FString& FilePath, const FFileState& From, const FFileState& To);
+	/**
+	 * Before a file is changed that the conversation has changed already, under whatever path: keeps a copy of what
+	 * somebody else has written to it since.
+	 *
+	 * @return false when there is such a version, and it could not be kept
+	 */
+	bool KeepVersionOfOthers(const FString& Key, const FString& Name, const FString& FullPath);
+	/** Brings a file of an entry from one state to another. @return whether it got there */
+	bool ChangeState(
+		const FString& FilePath, const FFileHistoryEntry& Entry, const FFileState& From, const FFileState& To);
+	/** Brings the file behind a link that was put back to its state, as far as the conversation has changed it. */
+	bool ChangeBehindLink(const FString& FilePath, const FFileHistoryEntry& Entry, const FFileState& To);
 
 	FHistories FileHistories;
 	FHistories RedoHistories;

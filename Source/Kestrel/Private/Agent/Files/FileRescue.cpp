@@ -135,6 +135,14 @@ FString FFileRescue::Keep()
 	return Target;
 }
 
+bool FFileRescue::IsKeptCopy(const FString& Path)
+{
+	const FString Folder = FPaths::GetPath(Path);
+	return FPaths::GetPath(Folder).Equals(FileRescue::KeptDir()) &&
+		   FileRescue::IsOwnName(FPaths::GetCleanFilename(Folder)) && FileRescue::IsOurs(Folder) &&
+		   KestrelNativeFile::IsRegularFile(Path);
+}
+
 void FFileRescue::RemoveOldKept()
 {
 	constexpr double DaysKept = 30.0;

@@ -42,6 +42,8 @@ public:
 	 * that have become needless are removed.
 	 */
 	static TArray<FLeftCopy> FindLeftCopies();
+	/** Whether a path, which may be anybody's, is that of a copy that Keep() has made and that is still there. */
+	static bool IsKeptCopy(const FString& Path);
 	/** Removes kept copies that are older than 30 days. */
 	static void RemoveOldKept();
 

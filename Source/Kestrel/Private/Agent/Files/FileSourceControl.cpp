@@ -101,17 +101,10 @@ EKestrelRevisionControl FFileUtils::GetRevisionControl(const FString& Path)
 	return State->IsAdded() ? EKestrelRevisionControl::Added : EKestrelRevisionControl::CheckedIn;
 }
 
-FString FFileUtils::RevertInSourceControl(const FString& Path)
+bool FFileUtils::RevertInSourceControl(const FString& Path)
 {
-	const FString FullPath = ToAbsolutePath(Path);
 	ISourceControlProvider* Provider = FileSourceControl::FindProvider();
-	if (!Provider)
-	{
-		return FileSourceControl::NotAvailable;
-	}
-	return FileSourceControl::Execute<FRevert>(*Provider, FullPath)
-			   ? FString::Printf(TEXT("Successfully reverted %s in source control"), *FullPath)
-			   : FString::Printf(TEXT("Failed to revert %s in source control"), *FullPath);
+	return Provider && FileSourceControl::Execute<FRevert>(*Provider, ToAbsolutePath(Path));
 }
 
 FString FFileUtils::RemoveFileFromSourceControl(const FString& Path, bool bSilent)

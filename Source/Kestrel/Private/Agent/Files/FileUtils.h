@@ -106,12 +106,12 @@ public:
 	/** Whether a result text is a failure: it begins with "Error:" in any letter case. */
 	static bool IsError(const FString& ResultText);
 
-	// Revision control, through the editor's provider. Each answers with a report for the log, whatever it could do.
+	// Revision control, through the editor's provider. Texts are reports for the log.
 	static FString AddNewFileToSourceControl(const FString& Path);
 	static FString CheckoutFileFromSourceControl(const FString& Path);
 	static EKestrelRevisionControl GetRevisionControl(const FString& Path);
-	/** Gives the file back the content that is checked in, whatever was to be checked in next. */
-	static FString RevertInSourceControl(const FString& Path);
+	/** Gives the file the content that is checked in, whatever was to be checked in next. @return whether it did */
+	static bool RevertInSourceControl(const FString& Path);
 	/**
 	 * A provider's removal deletes the file as well.
 	 *

@@ -26,7 +26,7 @@ FString ResolveLinks(const FString& FullPath);
 bool IsReachedWithoutLinks(const FString& FullPath, const FString& Folder);
 
 /** What a link leads to, as it is written in the link; empty for what is no link. */
-FString ReadLink(const FString& FullPath);
+KESTREL_API FString ReadLink(const FString& FullPath);
 /** @return false where the platform has no links that a plugin could make */
 KESTREL_API bool MakeLink(const FString& FullPath, const FString& Target);
 

@@ -33,6 +33,8 @@ struct FFileHistory::FFileState
 	TArray<uint8> Bytes;
 	int32 Mode = -1;
 	FString LinkTarget;
+	/** Of a link that was deleted: what it led to was not, and has a text of its own. */
+	bool bIsLinkAlone = false;
 };
 
 namespace FileHistory
@@ -70,14 +72,17 @@ bool FillFromDisk(const FString& FullPath, FFileHistoryEntry& Entry, TArray<uint
 	return true;
 }
 
-/** Takes back what revision control was told about a file, which may give the file itself another content. */
-void RevertIndex(const FString& FullPath, const FFileHistoryEntry& Entry)
+/**
+ * Takes back what revision control was told about a file, which may give the file itself another content.
+ *
+ * @return false when it would not, for instance since another program works on the repository
+ */
+bool RevertIndex(const FString& FullPath, const FFileHistoryEntry& Entry)
 {
-	if (Entry.RevisionControl == EKestrelRevisionControl::CheckedIn ||
-		FFileUtils::GetRevisionControl(FullPath) == EKestrelRevisionControl::Added)
-	{
-		FFileUtils::RevertInSourceControl(FullPath);
-	}
+	const bool bHasChanged = Entry.RevisionControl == EKestrelRevisionControl::CheckedIn ||
+							 FFileUtils::GetRevisionControl(FullPath) == EKestrelRevisionControl::Added;
+	return !bHasChanged || FFileUtils::RevertInSourceControl(FullPath) ||
+		   FFileUtils::GetRevisionControl(FullPath) == EKestrelRevisionControl::Unknown;
 }
 
 /** Tells revision control about a file that is back what it knew before the conversation. */
@@ -106,35 +111,69 @@ FKestrelFileMark MarkOf(const FString& FullPath)
 	return Mark;
 }
 
-/**
- * A text that somebody else has written since the conversation's last change must not go with undo and redo.
- *
- * @return false when there is one, and no copy of it could be kept
- */
-bool KeepTextOfOthers(const FString& FullPath, const FFileHistoryEntry& Entry)
+/** @return false when there is a file, and no copy of it could be kept */
+bool KeepCopy(const FString& FullPath, TArray<FString>& OutCopies)
 {
-	const FKestrelFileMark Now = MarkOf(FullPath);
-	// After a restart without a mark, the editor has ended in the middle of the change.
-	const bool bChanged = Entry.Left.IsSet() ? !Now.IsSameAs(Entry.Left.GetValue()) : Entry.bFromEarlierRun;
-	if (!Now.bExists || !(bChanged || Entry.bChangedByOthers))
+	if (!FPaths::FileExists(FullPath))
 	{
 		return true;
 	}
 	const FString Copy = FFileRescue(FullPath).Keep();
-	if (!Copy.IsEmpty())
+	if (Copy.IsEmpty())
+	{
+		return false;
+	}
+	OutCopies.Add(Copy);
+	return true;
+}
+
+/**
+ * A text that somebody else has written since the conversation's last change must not go with undo and redo.
+ *
+ * @param Left  how the conversation has left the file
+ * @return false when there is one, and no copy of it could be kept
+ */
+bool KeepIfChanged(const FString& FullPath, const TOptional<FKestrelFileMark>& Left, const FFileHistoryEntry& Entry)
+{
+	TArray<FString> Copies;
+	// After a restart without a mark, the editor has ended in the middle of the change.
+	const bool bChanged = Left.IsSet() ? !MarkOf(FullPath).IsSameAs(Left.GetValue()) : Entry.bFromEarlierRun;
+	if (bChanged && !KeepCopy(FullPath, Copies))
+	{
+		return false;
+	}
+	for (const FString& Copy : Copies)
 	{
 		FFileHistory::Get().OnTextKept.ExecuteIfBound(FullPath, Copy);
 	}
-	return !Copy.IsEmpty();
+	return true;
 }
 
-/** A change is undone where it was made: since then, a folder may have become a link to somewhere else. */
-bool IsWhereItWas(const FString& FullPath, const FFileHistoryEntry& Entry)
+/** What a step of undo or redo would change is judged before it: a link that it replaces keeps what it leads to. */
+bool KeepTextOfOthers(const FString& FullPath, const FString& LinkNow, const FFileHistoryEntry& Entry)
 {
-	return Entry.bFromEarlierRun
-			   ? FKestrelPathReview::Of(FullPath).bIsOfProject
-			   : Entry.RealFolder.IsEmpty() ||
-					 KestrelNativeFile::ResolveLinks(FPaths::GetPath(FullPath)).Equals(Entry.RealFolder);
+	for (const FString& Copy : Entry.KeptCopies)
+	{
+		FFileHistory::Get().OnTextKept.ExecuteIfBound(FullPath, Copy);
+	}
+	const bool bReplacesLink = !LinkNow.IsEmpty() && !LinkNow.Equals(Entry.LinkTarget);
+	return bReplacesLink || KeepIfChanged(FullPath, Entry.Left, Entry);
+}
+
+/**
+ * A change is undone where it was made: since then, a folder may have become a link to somewhere else, or a link that
+ * stays as it is may lead on to another file.
+ */
+bool IsWhereItWas(const FString& FullPath, const FString& LinkNow, const FFileHistoryEntry& Entry)
+{
+	if (Entry.bFromEarlierRun)
+	{
+		return FKestrelPathReview::Of(FullPath).bIsOfProject;
+	}
+	const bool bStaysLink = !LinkNow.IsEmpty() && LinkNow.Equals(Entry.LinkTarget);
+	return (Entry.RealFolder.IsEmpty() ||
+			   KestrelNativeFile::ResolveLinks(FPaths::GetPath(FullPath)).Equals(Entry.RealFolder)) &&
+		   (!bStaysLink || KestrelNativeFile::ResolveLinks(FullPath).Equals(Entry.RealPath));
 }
 
 void NotePlace(const FString& FullPath, FFileHistoryEntry& Entry)
@@ -280,6 +319,7 @@ FFileHistory::FFileState FFileHistory::FFileState::BeforeChange(const FFileHisto
 	State.Bytes = Entry.Bytes;
 	State.Mode = Entry.Mode;
 	State.LinkTarget = Entry.LinkTarget;
+	State.bIsLinkAlone = Entry.ActionType == EFileActionType::Deletion && !Entry.LinkTarget.IsEmpty();
 	return State;
 }
 
@@ -292,8 +332,9 @@ FFileHistory::FFileState FFileHistory::FFileState::AfterChange(const FFileHistor
 
 EFileActionType FFileHistory::FFileState::ActionTo(const FFileState& Other) const
 {
-	if (bExists && Other.bExists && Content.Equals(Other.Content) && Bytes == Other.Bytes &&
-		LinkTarget.Equals(Other.LinkTarget))
+	const bool bSameText =
+		bIsLinkAlone || Other.bIsLinkAlone || (Content.Equals(Other.Content) && Bytes == Other.Bytes);
+	if (bExists && Other.bExists && bSameText && LinkTarget.Equals(Other.LinkTarget))
 	{
 		return EFileActionType::None;
 	}
@@ -316,12 +357,15 @@ bool FFileHistory::Store(
 	FFileEntries* const Existing = FileHistories.Find(Key);
 	const FString Name = Existing ? FileHistory::GetRecordName(*Existing, FilePath) : FilePath;
 	const FString FullPath = FFileUtils::ToAbsolutePath(FilePath);
+	if (!KeepVersionOfOthers(Key, Name, FullPath))
+	{
+		return false;
+	}
 	const bool bTouchesIndex = ActionType != EFileActionType::Modification;
 	FFileHistoryEntry Entry;
 	FFileHistoryEntry* const Stored = Existing ? Existing->Find(Name) : nullptr;
 	if (Stored)
 	{
-		NoteChangesOfOthers(*Stored, FullPath);
 		if (Stored->bIndexTouched || !bTouchesIndex)
 		{
 			return true;
@@ -354,14 +398,37 @@ bool FFileHistory::Store(
 	return true;
 }
 
-void FFileHistory::NoteChangesOfOthers(FFileHistoryEntry& Entry, const FString& FullPath)
+bool FFileHistory::KeepVersionOfOthers(const FString& Key, const FString& Name, const FString& FullPath)
 {
-	const FKestrelFileMark Now = FileHistory::MarkOf(FullPath);
-	if (Entry.Left.IsSet() && !Entry.bChangedByOthers && Now.bExists && !Now.IsSameAs(Entry.Left.GetValue()))
+	FFileEntries* const Entries = FileHistories.Find(Key);
+	if (!Entries)
 	{
-		Entry.bChangedByOthers = true;
+		return true;
+	}
+	const FString RealPath = KestrelNativeFile::ResolveLinks(FullPath);
+	TOptional<FKestrelFileMark> Now;
+	for (auto& Pair : *Entries)
+	{
+		FFileHistoryEntry& Entry = Pair.Value;
+		if (!Entry.Left.IsSet() || !(Pair.Key.Equals(Name) || Entry.RealPath.Equals(RealPath)))
+		{
+			continue;
+		}
+		const bool bFirst = !Now.IsSet();
+		Now = bFirst ? FileHistory::MarkOf(FullPath) : Now;
+		if (Now->IsSameAs(Entry.Left.GetValue()))
+		{
+			continue;
+		}
+		// One copy is enough for all paths that lead to the file.
+		if (bFirst && !FileHistory::KeepCopy(FullPath, Entry.KeptCopies))
+		{
+			return false;
+		}
+		Entry.Left = Now;
 		FKestrelHistoryStore::WriteLeft(Entry);
 	}
+	return true;
 }
 
 void FFileHistory::ForgetRedo(const FString& Key)
@@ -442,11 +509,18 @@ void FFileHistory::NoteLeft(const FString& Key, const FString& FilePath)
 		}
 		for (auto& Pair : *Entries)
 		{
-			if (Pair.Key.Equals(FilePath) || Pair.Value.RealPath.Equals(RealPath))
+			FFileHistoryEntry& Entry = Pair.Value;
+			if (!Pair.Key.Equals(FilePath) && !Entry.RealPath.Equals(RealPath))
 			{
-				Pair.Value.Left = Mark;
-				FKestrelHistoryStore::WriteLeft(Pair.Value);
+				continue;
 			}
+			if (!Entry.LinkTarget.IsEmpty() && !Entry.LeftBehindLink.IsSet() &&
+				KestrelNativeFile::ReadLink(FFileUtils::ToAbsolutePath(Pair.Key)).IsEmpty())
+			{
+				Entry.LeftBehindLink = Entry.Left;
+			}
+			Entry.Left = Mark;
+			FKestrelHistoryStore::WriteLeft(Entry);
 		}
 	}
 }
@@ -479,14 +553,32 @@ bool FFileHistory::ApplyFileSystemChange(const FString& FilePath, const FString&
 	return true;
 }
 
-bool FFileHistory::ChangeState(const FString& FilePath, const FFileState& From, const FFileState& To)
+bool FFileHistory::ChangeBehindLink(const FString& FilePath, const FFileHistoryEntry& Entry, const FFileState& To)
+{
+	const FFileState Behind = FFileState::OnDisk(FilePath);
+	if (To.bIsLinkAlone || Behind.ActionTo(To) == EFileActionType::None)
+	{
+		return true;
+	}
+	const bool bIsSameFile =
+		Entry.bFromEarlierRun || KestrelNativeFile::ResolveLinks(FilePath).Equals(Entry.RealPath);
+	const TOptional<FKestrelFileMark>& Left = Entry.LeftBehindLink.IsSet() ? Entry.LeftBehindLink : Entry.Left;
+	return bIsSameFile && !Behind.bIsUnreadable && FileHistory::KeepIfChanged(FilePath, Left, Entry) &&
+		   ChangeState(FilePath, Entry, Behind, To);
+}
+
+bool FFileHistory::ChangeState(
+	const FString& FilePath, const FFileHistoryEntry& Entry, const FFileState& From, const FFileState& To)
 {
 	const EFileActionType Action = From.ActionTo(To);
 	if (!From.LinkTarget.Equals(To.LinkTarget) && To.bExists)
 	{
-		return FileHistory::ReplaceLink(FilePath, From.LinkTarget, To.LinkTarget) &&
-			   (FFileState::OnDisk(FilePath).Content.Equals(To.Content) ||
-				   ChangeState(FilePath, FFileState::OnDisk(FilePath), To));
+		if (!FileHistory::ReplaceLink(FilePath, From.LinkTarget, To.LinkTarget))
+		{
+			return false;
+		}
+		return To.LinkTarget.IsEmpty() ? ChangeState(FilePath, Entry, FFileState::OnDisk(FilePath), To)
+									   : ChangeBehindLink(FilePath, Entry, To);
 	}
 	if (Action == EFileActionType::None || Action == EFileActionType::Deletion || To.Bytes.IsEmpty())
 	{
@@ -515,14 +607,10 @@ bool FFileHistory::UndoChanges(const FString& Key, const FString& FilePath)
 	}
 	const FFileHistoryEntry Entry = *Found;
 	const FString FullPath = FFileUtils::ToAbsolutePath(FilePath);
-	// Judged now, since other steps may have changed where the path leads.
-	if (!FileHistory::IsWhereItWas(FullPath, Entry))
-	{
-		return false;
-	}
 	const FFileState Before = FFileState::BeforeChange(Entry);
 	FFileState Now = FFileState::OnDisk(FullPath);
-	if (Now.bIsUnreadable)
+	// Judged now, since other steps may have changed where the path leads.
+	if (Now.bIsUnreadable || !FileHistory::IsWhereItWas(FullPath, Now.LinkTarget, Entry))
 	{
 		return false;
 	}
@@ -534,20 +622,25 @@ bool FFileHistory::UndoChanges(const FString& Key, const FString& FilePath)
 		FileHistory::Remove(FileHistories, Key, FilePath);
 		return false;
 	}
-	if (!FileHistory::KeepTextOfOthers(FullPath, Entry) || !StoreFileRedoVersion(Key, FilePath, Now.Content, Undone))
+	if (!FileHistory::KeepTextOfOthers(FullPath, Now.LinkTarget, Entry) ||
+		!StoreFileRedoVersion(Key, FilePath, Now.Content, Undone))
 	{
 		return false;
 	}
 	const bool bTouchesIndex = Entry.bIndexTouched && (Before.bExists || FileHistory::WasMissing(Entry));
 	if (bTouchesIndex)
 	{
-		FileHistory::RevertIndex(FullPath, Entry);
+		if (!FileHistory::RevertIndex(FullPath, Entry))
+		{
+			FileHistory::Remove(RedoHistories, Key, FilePath);
+			return false;
+		}
 		Now = FFileState::OnDisk(FullPath);
 	}
 	// Revision control is not told of a file that it is to have again as it had it.
 	const bool bUndone = FileHistory::WasMissing(Entry)
 							 ? FPlatformFileManager::Get().GetPlatformFile().DeleteFile(*FullPath)
-							 : ChangeState(FullPath, Now, Before);
+							 : ChangeState(FullPath, Entry, Now, Before);
 	if (bUndone)
 	{
 		if (bTouchesIndex)
@@ -570,13 +663,9 @@ bool FFileHistory::RedoChanges(const FString& Key, const FString& FilePath)
 	}
 	const FFileHistoryEntry Entry = *Found;
 	const FString FullPath = FFileUtils::ToAbsolutePath(FilePath);
-	if (!FileHistory::IsWhereItWas(FullPath, Entry))
-	{
-		return false;
-	}
 	const FFileState Now = FFileState::OnDisk(FullPath);
 	const FFileState After = FFileState::AfterChange(Entry);
-	if (Now.bIsUnreadable)
+	if (Now.bIsUnreadable || !FileHistory::IsWhereItWas(FullPath, Now.LinkTarget, Entry))
 	{
 		return false;
 	}
@@ -587,7 +676,7 @@ bool FFileHistory::RedoChanges(const FString& Key, const FString& FilePath)
 		FileHistory::Remove(RedoHistories, Key, FilePath);
 		return false;
 	}
-	if (!FileHistory::KeepTextOfOthers(FullPath, Entry))
+	if (!FileHistory::KeepTextOfOthers(FullPath, Now.LinkTarget, Entry))
 	{
 		return false;
 	}
@@ -604,7 +693,7 @@ bool FFileHistory::RedoChanges(const FString& Key, const FString& FilePath)
 		return false;
 	}
 	FileHistories.FindOrAdd(Key).Add(FilePath, Redone);
-	const bool bRedone = ChangeState(FullPath, Now, After);
+	const bool bRedone = ChangeState(FullPath, Entry, Now, After);
 	FileHistory::Remove(bRedone ? RedoHistories : FileHistories, Key, FilePath);
 	NoteLeft(Key, FilePath);
 	return bRedone;

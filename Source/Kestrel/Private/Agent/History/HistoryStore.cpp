@@ -1,5 +1,6 @@
 #include "Agent/History/HistoryStore.h"
 
+#include "Agent/Files/FileRescue.h"
 #include "Agent/Files/FileUtils.h"
 #include "Agent/Files/NativeFile.h"
 #include "Agent/Files/PathReview.h"
@@ -29,7 +30,7 @@ constexpr int32 MaxCompressedSize = 4 << 20;
 const TCHAR* const UndoExtension = TEXT(".undo");
 const TCHAR* const RedoExtension = TEXT(".redo");
 const TCHAR* const UnfinishedExtension = TEXT(".new");
-/** How a record's file was left: whether it exists, its checksum, and whether somebody else has changed it between. */
+/** How a record's file was left: whether it exists and its checksum; then a line for each copy of others' versions. */
 const TCHAR* const LeftExtension = TEXT(".left");
 const TCHAR* const AllExtensions[] = { UndoExtension, RedoExtension, UnfinishedExtension, LeftExtension };
 
@@ -59,12 +60,20 @@ void ReadLeft(const FString& RecordFile, FFileHistoryEntry& Entry)
 {
 	const FString File = GetLeftFile(RecordFile);
 	FString Text;
+	TArray<FString> Lines;
 	TArray<FString> Fields;
-	if (KestrelNativeFile::IsRegularFile(File) && FFileHelper::LoadFileToString(Text, *File) &&
-		Text.ParseIntoArray(Fields, TEXT(" ")) == 3)
+	if (!KestrelNativeFile::IsRegularFile(File) || !FFileHelper::LoadFileToString(Text, *File) ||
+		Text.ParseIntoArray(Lines, TEXT("\n")) == 0 || Lines[0].ParseIntoArray(Fields, TEXT(" ")) != 2)
 	{
-		Entry.Left = FKestrelFileMark{ Fields[0] == TEXT("1"), static_cast<uint32>(FCString::Atoi64(*Fields[1])) };
-		Entry.bChangedByOthers = Fields[2] == TEXT("1");
+		return;
+	}
+	Entry.Left = FKestrelFileMark{ Fields[0] == TEXT("1"), static_cast<uint32>(FCString::Atoi64(*Fields[1])) };
+	for (int32 Index = 1; Index < Lines.Num(); ++Index)
+	{
+		if (FFileRescue::IsKeptCopy(Lines[Index]))
+		{
+			Entry.KeptCopies.Add(Lines[Index]);
+		}
 	}
 }
 
@@ -416,8 +425,11 @@ void FKestrelHistoryStore::WriteLeft(const FFileHistoryEntry& Entry)
 		return;
 	}
 	const FString File = HistoryStore::GetLeftFile(Entry.RecordFile);
-	const FString Text = FString::Printf(
-		TEXT("%d %u %d"), Entry.Left->bExists ? 1 : 0, Entry.Left->Checksum, Entry.bChangedByOthers ? 1 : 0);
+	FString Text = FString::Printf(TEXT("%d %u"), Entry.Left->bExists ? 1 : 0, Entry.Left->Checksum);
+	for (const FString& Copy : Entry.KeptCopies)
+	{
+		Text += TEXT("\n") + Copy;
+	}
 	if (!FFileHelper::SaveStringToFile(Text, *File))
 	{
 		HistoryStore::Files().DeleteFile(*File);

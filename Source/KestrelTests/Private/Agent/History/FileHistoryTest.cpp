@@ -233,6 +233,36 @@ void FKestrelFileHistorySpec::Define()
 													  TEXT("0"), TEXT("new_string"), TEXT("top") });
 					FFileHistory::Get().UndoAllChanges(Conversation.Id);
 				} },
+			{ TEXT("between two changes, of which the second deletes it"),
+				[](const FileHistoryTest::FConversation& Conversation, const FKestrelTestFolder& Folder) {
+					Conversation.Create(Folder.Full(TEXT("a.txt")), TEXT("one"));
+					Folder.Write(TEXT("a.txt"), TEXT("work"));
+					Conversation.Delete(Folder.Full(TEXT("a.txt")));
+					FFileHistory::Get().UndoAllChanges(Conversation.Id);
+				} },
+			{ TEXT("between two changes by two paths"),
+				[](const FileHistoryTest::FConversation& Conversation, const FKestrelTestFolder& Folder) {
+					Conversation.Create(Folder.Full(TEXT("link.txt")), TEXT("one"));
+					Folder.Write(TEXT("a.txt"), TEXT("work"));
+					Conversation.Create(Folder.Full(TEXT("a.txt")), TEXT("two"));
+					FFileHistory::Get().UndoAllChanges(Conversation.Id);
+				} },
+			{ TEXT("behind a link that was deleted after the change"),
+				[](const FileHistoryTest::FConversation& Conversation, const FKestrelTestFolder& Folder) {
+					Conversation.Create(Folder.Full(TEXT("link.txt")), TEXT("one"));
+					Conversation.Delete(Folder.Full(TEXT("link.txt")));
+					Folder.Write(TEXT("a.txt"), TEXT("work"));
+					FFileHistory::Get().UndoAllChanges(Conversation.Id);
+				} },
+			{ TEXT("behind a link that somebody has led elsewhere"),
+				[](const FileHistoryTest::FConversation& Conversation, const FKestrelTestFolder& Folder) {
+					Conversation.Create(Folder.Full(TEXT("link.txt")), TEXT("one"));
+					IFileManager::Get().Delete(*Folder.Full(TEXT("link.txt")));
+					Folder.Write(TEXT("b.txt"), TEXT("other"));
+					KestrelNativeFile::MakeLink(Folder.Full(TEXT("link.txt")), Folder.Full(TEXT("b.txt")));
+					Folder.Write(TEXT("a.txt"), TEXT("work"));
+					FFileHistory::Get().UndoAllChanges(Conversation.Id);
+				} },
 			{ TEXT("after an undo"),
 				[](const FileHistoryTest::FConversation& Conversation, const FKestrelTestFolder& Folder) {
 					Conversation.Create(Folder.Full(TEXT("a.txt")), TEXT("one"));
@@ -245,13 +275,14 @@ void FKestrelFileHistorySpec::Define()
 		{
 			const FKestrelTestFolder Folder;
 			Folder.Write(TEXT("a.txt"), TEXT("first"));
+			KestrelNativeFile::MakeLink(Folder.Full(TEXT("link.txt")), Folder.Full(TEXT("a.txt")));
 			TArray<FString> Kept;
 			const TGuardValue<FOnTextKeptDelegate> Guard(FFileHistory::Get().OnTextKept,
 				FOnTextKeptDelegate::CreateLambda([&Kept](const FString&, const FString& Copy) { Kept.Add(Copy); }));
 			Story.Value(FileHistoryTest::FConversation(), Folder);
 			if (TestEqual(Story.Key, Kept.Num(), 1))
 			{
-				TestTrue(Story.Key, FFileUtils::ReadFile(Kept[0]).Contains(TEXT("work")));
+				KestrelTest::TestSameText(*this, Story.Key, FFileUtils::ReadFile(Kept[0]), TEXT("work"));
 				IFileManager::Get().DeleteDirectory(*FPaths::GetPath(Kept[0]), false, true);
 			}
 		}
@@ -277,6 +308,64 @@ void FKestrelFileHistorySpec::Define()
 			FFileHistory::Get().RedoAllChanges(Conversation.Id);
 		}
 		TestEqual(TEXT("copies"), NumKept, 0);
+	});
+
+	It("leaves what is behind a deleted link alone", [this]() {
+		const FKestrelTestFolder Folder;
+		Folder.Write(TEXT("a.txt"), TEXT("first"));
+		if (!KestrelNativeFile::MakeLink(Folder.Full(TEXT("link.txt")), Folder.Full(TEXT("a.txt"))))
+		{
+			return;
+		}
+		for (const bool bCreatesFileInstead : { false, true })
+		{
+			const FileHistoryTest::FConversation Conversation;
+			Conversation.Delete(Folder.Full(TEXT("link.txt")));
+			if (bCreatesFileInstead)
+			{
+				Conversation.Create(Folder.Full(TEXT("link.txt")), TEXT("new"));
+			}
+			Folder.Write(TEXT("a.txt"), TEXT("work"));
+			FFileHistory::Get().UndoAllChanges(Conversation.Id);
+			KestrelTest::TestSameText(
+				*this, TEXT("text"), FFileUtils::ReadFile(Folder.Full(TEXT("a.txt"))), TEXT("work"));
+			KestrelTest::TestSameText(*this, TEXT("link"), KestrelNativeFile::ReadLink(Folder.Full(TEXT("link.txt"))),
+				Folder.Full(TEXT("a.txt")));
+			TestFalse(TEXT("something left"), FFileHistory::Get().CanUndo(Conversation.Id, Folder.Full(TEXT("link.txt"))));
+		}
+	});
+
+	It("undoes and redoes nothing behind a link that leads on to another file", [this]() {
+		const FKestrelTestFolder Folder;
+		const FString Middle = Folder.Full(TEXT("middle.txt"));
+		const FString Link = Folder.Full(TEXT("link.txt"));
+		const auto LeadTo = [&Middle, &Folder](const TCHAR* Name) {
+			IFileManager::Get().Delete(*Middle);
+			return KestrelNativeFile::MakeLink(Middle, Folder.Full(Name));
+		};
+		Folder.Write(TEXT("a.txt"), TEXT("first"));
+		Folder.Write(TEXT("victim.txt"), TEXT("victim"));
+		if (!LeadTo(TEXT("a.txt")) || !KestrelNativeFile::MakeLink(Link, Middle))
+		{
+			return;
+		}
+		const auto TestVictim = [this, &Folder](const TCHAR* What) {
+			KestrelTest::TestSameText(
+				*this, What, FFileUtils::ReadFile(Folder.Full(TEXT("victim.txt"))), TEXT("victim"));
+		};
+		const FileHistoryTest::FConversation Conversation;
+		FFileHistory& History = FFileHistory::Get();
+		Conversation.Create(Link, TEXT("new"));
+		LeadTo(TEXT("victim.txt"));
+		TestFalse(TEXT("undone"), History.UndoAllChanges(Conversation.Id));
+		TestVictim(TEXT("after undo"));
+		LeadTo(TEXT("a.txt"));
+		TestTrue(TEXT("undone where it was"), History.UndoAllChanges(Conversation.Id));
+		KestrelTest::TestSameText(
+			*this, TEXT("file"), FFileUtils::ReadFile(Folder.Full(TEXT("a.txt"))), TEXT("first"));
+		LeadTo(TEXT("victim.txt"));
+		TestFalse(TEXT("redone"), History.RedoAllChanges(Conversation.Id));
+		TestVictim(TEXT("after redo"));
 	});
 
 	It("undoes nothing behind a folder that has become a link", [this]() {

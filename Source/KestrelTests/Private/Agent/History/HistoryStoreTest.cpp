@@ -1,4 +1,5 @@
 #include "Agent/History/HistoryStore.h"
+#include "Agent/Files/FileRescue.h"
 #include "GenericPlatform/GenericPlatformFile.h"
 #include "HAL/FileManager.h"
 #include "HAL/PlatformFileManager.h"
@@ -52,12 +53,20 @@ void FKestrelHistoryStoreSpec::Define()
 		FFileHistoryEntry Entry = MakeEntry(TEXT("x"));
 		FKestrelHistoryStore::Write(Id, EKestrelHistorySide::Undo, TEXT("Config/a.txt"), Entry);
 		Entry.Left = FKestrelFileMark{ true, 0xFEDCBA98 };
-		Entry.bChangedByOthers = true;
+		const FKestrelTestFolder Folder;
+		Folder.Write(TEXT("a.txt"), TEXT("x"));
+		const FString Copy = FFileRescue(Folder.Full(TEXT("a.txt"))).Keep();
+		Entry.KeptCopies = { Copy, Folder.Full(TEXT("a.txt")) };
 		FKestrelHistoryStore::WriteLeft(Entry);
 		const TOptional<FKestrelHistoryStore::FConversation> Last = FKestrelHistoryStore::LoadLast();
 		const FFileHistoryEntry* Loaded = Last.IsSet() ? Last->Undo.Find(TEXT("Config/a.txt")) : nullptr;
-		TestTrue(TEXT("mark"), Loaded && Loaded->Left.IsSet() && Loaded->Left->IsSameAs(Entry.Left.GetValue()) &&
-								   Loaded->bChangedByOthers);
+		if (TestTrue(TEXT("mark"),
+				Loaded && Loaded->Left.IsSet() && Loaded->Left->IsSameAs(Entry.Left.GetValue())))
+		{
+			KestrelTest::TestSameText(
+				*this, TEXT("copies, as far as they are some"), FString::Join(Loaded->KeptCopies, TEXT(" ")), Copy);
+		}
+		IFileManager::Get().DeleteDirectory(*FPaths::GetPath(Copy), false, true);
 		FKestrelHistoryStore::Remove(Entry);
 		TArray<FString> Left;
 		IFileManager::Get().FindFiles(Left, *(FPaths::GetPath(Entry.RecordFile) / TEXT("*")), true, false);
