@@ -157,6 +157,20 @@ class ChangeTest(CodeProjectTest):
         for name in ("Windows", "Added", "Loose"):
             self.assertEqual(self.files_of_project("Config")[f"Config/{name}.ini"].decode(), f"[{name}]\nuser=1\n")
 
+    def test_undo_waits_for_a_repository_that_another_program_works_on(self):
+        service = self.start_service()
+        self.use_service(service.port, service.authority)
+        self.git("commit", "-q", "-a", "-m", "Use a service")
+        lock = os.path.join(self.project, ".git", "index.lock")
+        run = harness.type_when(
+            self.editor_command(), ("[ Kestrel ]", "delete Config/Windows.ini"), ("Approve? y", "y"),
+            ("Successfully deleted", 'create Docs/New.md with "assistant"'), ("Create Docs/New.md", "y"),
+            ("File created successfully", lambda: self.write(".git/index.lock", "")),
+            ("File created successfully", "/undo"), ("Undone: 0 files", lambda: os.remove(lock)),
+            ("Undone: 0 files", "/undo"), ("Undone: 2 files", "/quit"))
+        self.assertEqual(run.output.count("This file could not be written:"), 2, run)
+        self.assertEqual(self.git("status", "--porcelain"), "", run)
+
     def test_a_conflict_stays_the_users_to_resolve(self):
         service = self.start_service()
         self.use_service(service.port, service.authority)

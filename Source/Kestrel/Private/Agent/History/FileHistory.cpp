@@ -184,6 +184,31 @@ void NotePlace(const FString& FullPath, FFileHistoryEntry& Entry)
 	Entry.RealFolder = KestrelNativeFile::ResolveLinks(FPaths::GetPath(FullPath));
 }
 
+bool IsLinkGone(const FFileHistoryEntry& Entry, const FString& FilePath)
+{
+	return !Entry.LinkTarget.IsEmpty() && KestrelNativeFile::ReadLink(FFileUtils::ToAbsolutePath(FilePath)).IsEmpty();
+}
+
+/**
+ * How the conversation has left a file, in an entry that may be about another path to it.
+ *
+ * @param EntryPath  what the entry is recorded under
+ * @return null when the entry is about another file
+ */
+TOptional<FKestrelFileMark>* FindLeft(
+	FFileHistoryEntry& Entry, const FString& EntryPath, const FString& FilePath, const FString& RealPath)
+{
+	if (EntryPath.Equals(FilePath))
+	{
+		return &Entry.Left;
+	}
+	if (!Entry.RealPath.Equals(RealPath))
+	{
+		return nullptr;
+	}
+	return IsLinkGone(Entry, EntryPath) ? &Entry.LeftBehindLink : &Entry.Left;
+}
+
 /** Of a file that was missing on the disk, and that revision control would still have. */
 bool WasMissing(const FFileHistoryEntry& Entry)
 {
@@ -410,13 +435,14 @@ bool FFileHistory::KeepVersionOfOthers(const FString& Key, const FString& Name, 
 	for (auto& Pair : *Entries)
 	{
 		FFileHistoryEntry& Entry = Pair.Value;
-		if (!Entry.Left.IsSet() || !(Pair.Key.Equals(Name) || Entry.RealPath.Equals(RealPath)))
+		TOptional<FKestrelFileMark>* const Left = FileHistory::FindLeft(Entry, Pair.Key, Name, RealPath);
+		if (!Left || !Left->IsSet())
 		{
 			continue;
 		}
 		const bool bFirst = !Now.IsSet();
 		Now = bFirst ? FileHistory::MarkOf(FullPath) : Now;
-		if (Now->IsSameAs(Entry.Left.GetValue()))
+		if (Now->IsSameAs(Left->GetValue()))
 		{
 			continue;
 		}
@@ -425,7 +451,7 @@ bool FFileHistory::KeepVersionOfOthers(const FString& Key, const FString& Name, 
 		{
 			return false;
 		}
-		Entry.Left = Now;
+		*Left = Now;
 		FKestrelHistoryStore::WriteLeft(Entry);
 	}
 	return true;
@@ -510,16 +536,16 @@ void FFileHistory::NoteLeft(const FString& Key, const FString& FilePath)
 		for (auto& Pair : *Entries)
 		{
 			FFileHistoryEntry& Entry = Pair.Value;
-			if (!Pair.Key.Equals(FilePath) && !Entry.RealPath.Equals(RealPath))
+			TOptional<FKestrelFileMark>* const Left = FileHistory::FindLeft(Entry, Pair.Key, FilePath, RealPath);
+			if (!Left)
 			{
 				continue;
 			}
-			if (!Entry.LinkTarget.IsEmpty() && !Entry.LeftBehindLink.IsSet() &&
-				KestrelNativeFile::ReadLink(FFileUtils::ToAbsolutePath(Pair.Key)).IsEmpty())
+			if (Left == &Entry.Left && FileHistory::IsLinkGone(Entry, Pair.Key) && !Entry.LeftBehindLink.IsSet())
 			{
 				Entry.LeftBehindLink = Entry.Left;
 			}
-			Entry.Left = Mark;
+			*Left = Mark;
 			FKestrelHistoryStore::WriteLeft(Entry);
 		}
 	}
@@ -560,8 +586,7 @@ bool FFileHistory::ChangeBehindLink(const FString& FilePath, const FFileHistoryE
 	{
 		return true;
 	}
-	const bool bIsSameFile =
-		Entry.bFromEarlierRun || KestrelNativeFile::ResolveLinks(FilePath).Equals(Entry.RealPath);
+	const bool bIsSameFile = Entry.bFromEarlierRun || KestrelNativeFile::ResolveLinks(FilePath).Equals(Entry.RealPath);
 	const TOptional<FKestrelFileMark>& Left = Entry.LeftBehindLink.IsSet() ? Entry.LeftBehindLink : Entry.Left;
 	return bIsSameFile && !Behind.bIsUnreadable && FileHistory::KeepIfChanged(FilePath, Left, Entry) &&
 		   ChangeState(FilePath, Entry, Behind, To);
@@ -627,8 +652,7 @@ bool FFileHistory::UndoChanges(const FString& Key, const FString& FilePath)
 	{
 		return false;
 	}
-	const bool bTouchesIndex = Entry.bIndexTouched && (Before.bExists || FileHistory::WasMissing(Entry));
-	if (bTouchesIndex)
+	if (Entry.bIndexTouched)
 	{
 		if (!FileHistory::RevertIndex(FullPath, Entry))
 		{
@@ -643,7 +667,7 @@ bool FFileHistory::UndoChanges(const FString& Key, const FString& FilePath)
 							 : ChangeState(FullPath, Entry, Now, Before);
 	if (bUndone)
 	{
-		if (bTouchesIndex)
+		if (Entry.bIndexTouched && (Before.bExists || FileHistory::WasMissing(Entry)))
 		{
 			FileHistory::RestoreIndex(FullPath, Entry);
 		}

@@ -300,6 +300,8 @@ void FKestrelFileHistorySpec::Define()
 		{
 			Conversation.Create(Folder.Full(Name), FGuid::NewGuid().ToString());
 		}
+		Conversation.Delete(Folder.Full(TEXT("link.txt")));
+		Conversation.Create(Folder.Full(TEXT("a.txt")), TEXT("last"));
 		for (int32 Round = 0; Round < 2; ++Round)
 		{
 			FFileHistory::Get().UndoAllChanges(Conversation.Id);
@@ -331,7 +333,8 @@ void FKestrelFileHistorySpec::Define()
 				*this, TEXT("text"), FFileUtils::ReadFile(Folder.Full(TEXT("a.txt"))), TEXT("work"));
 			KestrelTest::TestSameText(*this, TEXT("link"), KestrelNativeFile::ReadLink(Folder.Full(TEXT("link.txt"))),
 				Folder.Full(TEXT("a.txt")));
-			TestFalse(TEXT("something left"), FFileHistory::Get().CanUndo(Conversation.Id, Folder.Full(TEXT("link.txt"))));
+			TestFalse(
+				TEXT("something left"), FFileHistory::Get().CanUndo(Conversation.Id, Folder.Full(TEXT("link.txt"))));
 		}
 	});
 
@@ -361,8 +364,7 @@ void FKestrelFileHistorySpec::Define()
 		TestVictim(TEXT("after undo"));
 		LeadTo(TEXT("a.txt"));
 		TestTrue(TEXT("undone where it was"), History.UndoAllChanges(Conversation.Id));
-		KestrelTest::TestSameText(
-			*this, TEXT("file"), FFileUtils::ReadFile(Folder.Full(TEXT("a.txt"))), TEXT("first"));
+		KestrelTest::TestSameText(*this, TEXT("file"), FFileUtils::ReadFile(Folder.Full(TEXT("a.txt"))), TEXT("first"));
 		LeadTo(TEXT("victim.txt"));
 		TestFalse(TEXT("redone"), History.RedoAllChanges(Conversation.Id));
 		TestVictim(TEXT("after redo"));

@@ -60,8 +60,7 @@ void FKestrelHistoryStoreSpec::Define()
 		FKestrelHistoryStore::WriteLeft(Entry);
 		const TOptional<FKestrelHistoryStore::FConversation> Last = FKestrelHistoryStore::LoadLast();
 		const FFileHistoryEntry* Loaded = Last.IsSet() ? Last->Undo.Find(TEXT("Config/a.txt")) : nullptr;
-		if (TestTrue(TEXT("mark"),
-				Loaded && Loaded->Left.IsSet() && Loaded->Left->IsSameAs(Entry.Left.GetValue())))
+		if (TestTrue(TEXT("mark"), Loaded && Loaded->Left.IsSet() && Loaded->Left->IsSameAs(Entry.Left.GetValue())))
 		{
 			KestrelTest::TestSameText(
 				*this, TEXT("copies, as far as they are some"), FString::Join(Loaded->KeptCopies, TEXT(" ")), Copy);

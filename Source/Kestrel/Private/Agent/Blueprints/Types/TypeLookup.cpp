@@ -72,7 +72,8 @@ TypeObject* LoadByPath(const FString& GivenPath)
 	// What is in memory, and is no type of this kind, stays what it is.
 	const bool bLoads =
 		!Path.IsEmpty() && !FindObject<UObject>(nullptr, *Path) && KestrelBlueprintDocument::CanBeLoaded(Path);
-	return bLoads ? ToType<TypeObject>(LoadObject<UObject>(nullptr, *Path, nullptr, LOAD_NoWarn | LOAD_Quiet)) : nullptr;
+	return bLoads ? ToType<TypeObject>(LoadObject<UObject>(nullptr, *Path, nullptr, LOAD_NoWarn | LOAD_Quiet))
+				  : nullptr;
 }
 
 template <typename TypeObject>
