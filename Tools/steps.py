@@ -36,20 +36,28 @@ class StepFailed(Exception):
 
 
 class ProgressLine:
-    """One line that changes on a terminal; elsewhere only its last state is printed."""
+    """One line that changes on a terminal; elsewhere a line for every tenth of the work."""
 
     def __init__(self, title):
         self.title = title
         self.started = time.monotonic()
         self.on_terminal = sys.stdout.isatty()
+        self.tenths_shown = 0
         if not self.on_terminal:
             print(f"{title} ...", flush=True)
 
-    def show(self, detail):
+    def show(self, done, total, what):
         if self.on_terminal:
             width = shutil.get_terminal_size().columns - 1
-            text = f"{self.title}: {detail}"[:width]
+            text = f"{self.title}: {done}/{total} {what}"[:width]
             print(f"\r{text:<{width}}", end="", flush=True)
+            return
+        tenths = 10 * done // total
+        # What takes a few steps, such as configuring again before a build, is over soon.
+        if total >= 20 and self.tenths_shown < tenths < 10:
+            self.tenths_shown = tenths
+            seconds = time.monotonic() - self.started
+            print(f"{self.title}: {10 * tenths} % ({done} of {total}, {seconds:.0f} s)", flush=True)
 
     def finish(self, outcome):
         seconds = time.monotonic() - self.started
@@ -77,7 +85,7 @@ def run_step(title, command, log_name, env=None, cwd=ROOT, progress=NINJA_PROGRE
             match = progress.match(output)
             if match:
                 done, total, what = match.groups()
-                line.show(f"{done}/{total} {what.rsplit('/', 1)[-1]}")
+                line.show(int(done), int(total), what.rsplit("/", 1)[-1])
         code = process.wait()
     if code != 0:
         line.finish("failed")
