@@ -14,6 +14,19 @@ set(CMAKE_CXX_FLAGS_RELEASE "-O2 -gline-tables-only")
 option(HOST_SANITIZE "Build with AddressSanitizer and UndefinedBehaviorSanitizer" OFF)
 set(HOST_FLAVOUR "dev" CACHE STRING "Name of this build: it tells the plugin binaries of several builds apart")
 
+option(HOST_BATCHES "Compile several sources of a module at once, as the engine's own build does" ON)
+
+# compile_in_batches(<target> <size>): for what is built often from nothing and seldom changed file by file. The plugin is
+# not: a touched source of it is compiled alone, and includes what it uses.
+function(compile_in_batches target size)
+  set_target_properties(${target} PROPERTIES UNITY_BUILD ${HOST_BATCHES} UNITY_BUILD_BATCH_SIZE ${size})
+endfunction()
+
+# Test code runs once from top to bottom: what optimising it costs the build, no run of it saves.
+function(compile_without_optimising target)
+  target_compile_options(${target} PRIVATE $<$<CONFIG:Debug>:-O0>)
+endfunction()
+
 find_program(CCACHE_PROGRAM ccache)
 if(CCACHE_PROGRAM)
   set(CMAKE_CXX_COMPILER_LAUNCHER ${CMAKE_COMMAND} -E env

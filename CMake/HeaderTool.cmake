@@ -1,3 +1,6 @@
+# All that HeaderTool writes: enough to check sources without building them.
+add_custom_target(GeneratedHeaders)
+
 # run_header_tool(<target> <header>...)
 #
 # Lets HeaderTool read the headers of a module and adds to the target what it writes: <Stem>.generated.h, for which the
@@ -52,6 +55,7 @@ function(run_header_tool target)
     VERBATIM)
   add_custom_target(${target}HeaderTool DEPENDS ${stamp})
   add_dependencies(${target} ${target}HeaderTool)
+  add_dependencies(GeneratedHeaders ${target}HeaderTool)
   target_sources(${target} PRIVATE ${sources})
   target_include_directories(${target} PUBLIC ${folder})
 endfunction()

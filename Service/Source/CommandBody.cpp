@@ -8,7 +8,7 @@ namespace
 const std::string_view MessageStart = "{\"message\": \"";
 const std::string_view ToolResultsStart = "{\"tool_results\": ";
 const std::string_view MessageBehindResults = ", \"message\": \"";
-const std::string_view End = "\"}";
+const std::string_view MessageEnd = "\"}";
 
 /** Values are copied and written recursively, so that deeper ones could overflow the stack. */
 constexpr int DeepestNesting = 512;
@@ -64,13 +64,14 @@ Turn FromJson(const Json& Body)
 
 std::optional<Turn> FromTemplate(std::string_view Body)
 {
-	if (StartsWith(Body, MessageStart) && EndsWith(Body, End) && Body.size() >= MessageStart.size() + End.size())
+	if (StartsWith(Body, MessageStart) && EndsWith(Body, MessageEnd) &&
+		Body.size() >= MessageStart.size() + MessageEnd.size())
 	{
 		Turn Result;
-		Result.Message = Body.substr(MessageStart.size(), Body.size() - MessageStart.size() - End.size());
+		Result.Message = Body.substr(MessageStart.size(), Body.size() - MessageStart.size() - MessageEnd.size());
 		return Result;
 	}
-	if (!StartsWith(Body, ToolResultsStart) || !EndsWith(Body, End))
+	if (!StartsWith(Body, ToolResultsStart) || !EndsWith(Body, MessageEnd))
 	{
 		return std::nullopt;
 	}
@@ -81,11 +82,11 @@ std::optional<Turn> FromTemplate(std::string_view Body)
 		const std::string_view Array = Body.substr(ToolResultsStart.size(), Split - ToolResultsStart.size());
 		Json Results = ParseJson(Array);
 		const size_t MessageAt = Split + MessageBehindResults.size();
-		if (Results.is_array() && Body.size() >= MessageAt + End.size())
+		if (Results.is_array() && Body.size() >= MessageAt + MessageEnd.size())
 		{
 			Turn Result;
 			Result.ToolResults = std::move(Results);
-			Result.Message = Body.substr(MessageAt, Body.size() - MessageAt - End.size());
+			Result.Message = Body.substr(MessageAt, Body.size() - MessageAt - MessageEnd.size());
 			return Result;
 		}
 	}

@@ -25,16 +25,12 @@
 #include "UObject/SavePackage.h"
 #include "UObject/UObjectIterator.h"
 #include "UObject/UnrealType.h"
+#include "Utf8.h"
 
 #include <gtest/gtest.h>
 
 namespace
 {
-std::string ToUtf8(const FString& Text)
-{
-	return TCHAR_TO_UTF8(*Text);
-}
-
 /** Names of keys, and the classes of their types. */
 std::vector<std::string> Describe(const TArray<FBlackboardEntry>& Keys)
 {

@@ -3,21 +3,17 @@
 #include "Misc/ConfigCacheIni.h"
 #include "Misc/FileHelper.h"
 #include "ScratchDirectory.h"
+#include "Utf8.h"
 
 #include <gtest/gtest.h>
 
 namespace
 {
-std::string Narrow(const FString& Text)
-{
-	return TCHAR_TO_UTF8(*Text);
-}
-
 std::string Values(const FConfigFile& File, const TCHAR* Key)
 {
 	TArray<FString> Found;
 	File.GetArray(TEXT("S"), Key, Found);
-	return Narrow(FString::Join(Found, TEXT("|")));
+	return ToUtf8(FString::Join(Found, TEXT("|")));
 }
 }
 
@@ -35,7 +31,7 @@ TEST(ConfigFileTest, TextRules)
 		{ TEXT("List"), "2|2" }, { TEXT("Empty"), "" }, { TEXT("Comment"), "" } };
 	for (const FCase& Case : Cases)
 	{
-		EXPECT_EQ(Values(File, Case.Key), Case.Expected) << Narrow(Case.Key);
+		EXPECT_EQ(Values(File, Case.Key), Case.Expected) << ToUtf8(Case.Key);
 	}
 	FString Untouched = TEXT("old");
 	EXPECT_FALSE(File.GetString(TEXT("S"), TEXT("Stray"), Untouched));
@@ -85,14 +81,14 @@ TEST(ConfigCacheTest, ChangesComeBackAfterARestartAndTheBaseIsNotRepeated)
 	FConfigCacheIni::InitializeConfigSystem();
 	FString Value;
 	EXPECT_TRUE(GConfig->GetString(TEXT("S"), TEXT("Changed"), Value, File));
-	EXPECT_EQ(Narrow(Value), "mine");
+	EXPECT_EQ(ToUtf8(Value), "mine");
 	EXPECT_TRUE(GConfig->GetString(TEXT("S"), TEXT("Odd"), Value, File));
 	EXPECT_TRUE(Value.Equals(Odd));
 	EXPECT_TRUE(GConfig->GetString(TEXT("S"), TEXT("Kept"), Value, File));
 	EXPECT_FALSE(GConfig->GetString(TEXT("S"), TEXT("Gone"), Value, File));
 	TArray<FString> List;
 	EXPECT_EQ(GConfig->GetArray(TEXT("S"), TEXT("List"), List, File), 3);
-	EXPECT_EQ(Narrow(FString::Join(List, TEXT(","))), "b,a,b");
+	EXPECT_EQ(ToUtf8(FString::Join(List, TEXT(","))), "b,a,b");
 }
 
 TEST(ConfigCacheTest, TheCommandLineWinsAndIsNotSaved)
@@ -104,7 +100,7 @@ TEST(ConfigCacheTest, TheCommandLineWinsAndIsNotSaved)
 	FCommandLine::Set(TEXT(""));
 	FString Value;
 	EXPECT_TRUE(GConfig->GetString(TEXT("SSL"), TEXT("Path"), Value, GEngineIni));
-	EXPECT_EQ(Narrow(Value), "/a b/c.pem");
+	EXPECT_EQ(ToUtf8(Value), "/a b/c.pem");
 	int32 Limit = 0;
 	EXPECT_TRUE(GConfig->GetInt(TEXT("HTTP"), TEXT("Limit"), Limit, GEngineIni));
 	EXPECT_EQ(Limit, 5);

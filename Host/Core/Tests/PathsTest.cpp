@@ -1,16 +1,12 @@
 #include "Misc/Paths.h"
 #include "CoreMinimal.h"
 #include "HAL/PlatformProcess.h"
+#include "Utf8.h"
 
 #include <gtest/gtest.h>
 
 namespace
 {
-std::string Narrow(const FString& Text)
-{
-	return TCHAR_TO_UTF8(*Text);
-}
-
 struct FPathCase
 {
 	const char* Input;
@@ -26,12 +22,12 @@ TEST(PathsTest, TheProjectsDirectoriesAreRelativeToTheExecutable)
 	EXPECT_TRUE(FPaths::ProjectConfigDir().EndsWith(TEXT("/My Game \u00e9/Config/")));
 	// The trap: joined with a relative base a path stays relative.
 	EXPECT_TRUE(FPaths::IsRelative(FPaths::ConvertRelativePathToFull(FPaths::ProjectDir(), TEXT("Source/A.h"))));
-	EXPECT_EQ(Narrow(FPaths::ConvertRelativePathToFull(
+	EXPECT_EQ(ToUtf8(FPaths::ConvertRelativePathToFull(
 				  FPaths::ConvertRelativePathToFull(FPaths::ProjectDir()), TEXT("Source/../A.h"))),
 		"/srv/My Game \u00e9/A.h");
-	EXPECT_EQ(Narrow(FPaths::ConvertRelativePathToFull(FPaths::ProjectDir(), TEXT("/abs/B.h"))), "/abs/B.h");
+	EXPECT_EQ(ToUtf8(FPaths::ConvertRelativePathToFull(FPaths::ProjectDir(), TEXT("/abs/B.h"))), "/abs/B.h");
 	EXPECT_EQ(
-		Narrow(FPaths::ConvertRelativePathToFull(TEXT("x"))), Narrow(FString(FPlatformProcess::BaseDir()) + TEXT("x")));
+		ToUtf8(FPaths::ConvertRelativePathToFull(TEXT("x"))), ToUtf8(FString(FPlatformProcess::BaseDir()) + TEXT("x")));
 }
 
 TEST(PathsTest, PartsOfAPath)
@@ -40,22 +36,22 @@ TEST(PathsTest, PartsOfAPath)
 		{ "X.CPP", "CPP" } };
 	for (const FPathCase& Case : Extensions)
 	{
-		EXPECT_EQ(Narrow(FPaths::GetExtension(Case.Input)), Case.Expected) << Case.Input;
+		EXPECT_EQ(ToUtf8(FPaths::GetExtension(Case.Input)), Case.Expected) << Case.Input;
 	}
-	EXPECT_EQ(Narrow(FPaths::GetExtension(TEXT("a.h"), true)), ".h");
+	EXPECT_EQ(ToUtf8(FPaths::GetExtension(TEXT("a.h"), true)), ".h");
 	const FPathCase Names[] = { { "a/b/c.h", "c.h" }, { "a/b/", "" }, { "c.h", "c.h" }, { "a\\c.h", "c.h" } };
 	for (const FPathCase& Case : Names)
 	{
-		EXPECT_EQ(Narrow(FPaths::GetCleanFilename(Case.Input)), Case.Expected) << Case.Input;
+		EXPECT_EQ(ToUtf8(FPaths::GetCleanFilename(Case.Input)), Case.Expected) << Case.Input;
 	}
 	const FPathCase Folders[] = { { "a/b/c.h", "a/b" }, { "c.h", "" }, { "a/b/", "a/b" } };
 	for (const FPathCase& Case : Folders)
 	{
-		EXPECT_EQ(Narrow(FPaths::GetPath(Case.Input)), Case.Expected) << Case.Input;
+		EXPECT_EQ(ToUtf8(FPaths::GetPath(Case.Input)), Case.Expected) << Case.Input;
 	}
-	EXPECT_EQ(Narrow(FPaths::ChangeExtension(TEXT("a"), TEXT("h"))), "a");
-	EXPECT_EQ(Narrow(FPaths::SetExtension(TEXT("a"), TEXT("h"))), "a.h");
-	EXPECT_EQ(Narrow(FPaths::Combine(TEXT("a"), TEXT("b"), TEXT("/c"))), "a/b/c");
+	EXPECT_EQ(ToUtf8(FPaths::ChangeExtension(TEXT("a"), TEXT("h"))), "a");
+	EXPECT_EQ(ToUtf8(FPaths::SetExtension(TEXT("a"), TEXT("h"))), "a.h");
+	EXPECT_EQ(ToUtf8(FPaths::Combine(TEXT("a"), TEXT("b"), TEXT("/c"))), "a/b/c");
 }
 
 TEST(PathsTest, CollapsingKeepsLeadingDotsAndStopsAtTheRoot)
@@ -66,7 +62,7 @@ TEST(PathsTest, CollapsingKeepsLeadingDotsAndStopsAtTheRoot)
 	{
 		FString Path(Case.Input);
 		EXPECT_TRUE(FPaths::CollapseRelativeDirectories(Path));
-		EXPECT_EQ(Narrow(Path), Case.Expected) << Case.Input;
+		EXPECT_EQ(ToUtf8(Path), Case.Expected) << Case.Input;
 	}
 	FString AboveRoot = TEXT("/../x");
 	EXPECT_FALSE(FPaths::CollapseRelativeDirectories(AboveRoot));
@@ -76,10 +72,10 @@ TEST(PathsTest, MakePathRelativeToTreatsItsBaseAsAFile)
 {
 	FString Path = TEXT("/p/Source/A.h");
 	EXPECT_TRUE(FPaths::MakePathRelativeTo(Path, TEXT("/p/")));
-	EXPECT_EQ(Narrow(Path), "Source/A.h");
+	EXPECT_EQ(ToUtf8(Path), "Source/A.h");
 	Path = TEXT("/p/Source/A.h");
 	EXPECT_TRUE(FPaths::MakePathRelativeTo(Path, TEXT("/p/Source")));
-	EXPECT_EQ(Narrow(Path), "Source/A.h") << "without a trailing slash the last part is a file's name";
+	EXPECT_EQ(ToUtf8(Path), "Source/A.h") << "without a trailing slash the last part is a file's name";
 }
 
 TEST(PathsTest, TemporaryNamesAreThirtyTwoDigits)

@@ -1,18 +1,14 @@
 #include "CoreMinimal.h"
 #include "Misc/Char.h"
+#include "Utf8.h"
 
 #include <gtest/gtest.h>
 
 namespace
 {
-std::string Narrow(const FString& Text)
+std::string ToUtf8(const TArray<FString>& Pieces)
 {
-	return TCHAR_TO_UTF8(*Text);
-}
-
-std::string Narrow(const TArray<FString>& Pieces)
-{
-	return Narrow(FString::Join(Pieces, TEXT("|")));
+	return ToUtf8(FString::Join(Pieces, TEXT("|")));
 }
 
 // What the engine's build refuses must not compile here either.
@@ -51,7 +47,7 @@ TEST(FStringTest, ComparisonIgnoresCaseExceptInEquals)
 	EXPECT_TRUE(Lower.Contains(TEXT("ADM")));
 	EXPECT_EQ(Lower.Find(TEXT("ADM"), ESearchCase::CaseSensitive), INDEX_NONE);
 	EXPECT_TRUE(FString(TEXT("a.h")) < FString(TEXT("B.cpp")));
-	EXPECT_EQ(Narrow(Lower.Replace(TEXT("ME"), TEXT("YOU"))), "readYOU.md");
+	EXPECT_EQ(ToUtf8(Lower.Replace(TEXT("ME"), TEXT("YOU"))), "readYOU.md");
 	EXPECT_TRUE(TArray<FString>({ TEXT("Saved") }).Contains(FString(TEXT("saved"))));
 	EXPECT_EQ(GetTypeHash(FString(TEXT("Key"))), GetTypeHash(FString(TEXT("kEY"))));
 	EXPECT_FALSE(FString(TEXT("\u00e9")) == FString(TEXT("\u00c9"))) << "only ASCII letters fold";
@@ -67,8 +63,8 @@ TEST(FStringTest, EmptyTextsFollowTheEnginesRules)
 	FString Copy = Text;
 	EXPECT_EQ(Copy.ReplaceInline(TEXT(""), TEXT("x")), 0);
 	EXPECT_EQ(Copy.ReplaceInline(*FString(Copy), *FString(Copy), ESearchCase::CaseSensitive), 0);
-	EXPECT_EQ(Narrow(FString() / TEXT("a") / TEXT("")), "a/");
-	EXPECT_EQ(Narrow(FString(TEXT("A/")) / TEXT("/b")), "A//b");
+	EXPECT_EQ(ToUtf8(FString() / TEXT("a") / TEXT("")), "a/");
+	EXPECT_EQ(ToUtf8(FString(TEXT("A/")) / TEXT("/b")), "A//b");
 }
 
 TEST(FStringTest, ParsingDropsEmptyPiecesUnlessTold)
@@ -89,43 +85,43 @@ TEST(FStringTest, ParsingDropsEmptyPiecesUnlessTold)
 	{
 		TArray<FString> Pieces = { TEXT("stale") };
 		EXPECT_EQ(FString(Case.Text).ParseIntoArray(Pieces, TEXT(","), Case.bCull), Case.Num);
-		EXPECT_EQ(Narrow(Pieces), Case.Expected);
+		EXPECT_EQ(ToUtf8(Pieces), Case.Expected);
 	}
 	TArray<FString> Lines;
 	EXPECT_EQ(FString(TEXT("a\r\n\r\nb\n")).ParseIntoArrayLines(Lines), 2);
 	EXPECT_EQ(FString(TEXT("a\r\n\r\nb\n")).ParseIntoArrayLines(Lines, false), 4);
-	EXPECT_EQ(Narrow(Lines), "a||b|");
+	EXPECT_EQ(ToUtf8(Lines), "a||b|");
 }
 
 TEST(FStringTest, CutsCountFromTheEndTheyAreNamedFor)
 {
 	const FString Text = TEXT("abcdef");
-	EXPECT_EQ(Narrow(Text.LeftChop(2)), "abcd");
-	EXPECT_EQ(Narrow(Text.RightChop(2)), "cdef");
-	EXPECT_EQ(Narrow(Text.Mid(4, 100)), "ef");
-	EXPECT_EQ(Narrow(Text.Left(-1)), "");
+	EXPECT_EQ(ToUtf8(Text.LeftChop(2)), "abcd");
+	EXPECT_EQ(ToUtf8(Text.RightChop(2)), "cdef");
+	EXPECT_EQ(ToUtf8(Text.Mid(4, 100)), "ef");
+	EXPECT_EQ(ToUtf8(Text.Left(-1)), "");
 	EXPECT_EQ(Text.Find(TEXT("c"), ESearchCase::CaseSensitive, ESearchDir::FromEnd, 2), INDEX_NONE);
 	FString Left = TEXT("old");
 	EXPECT_FALSE(Text.Split(TEXT("x"), &Left, nullptr));
-	EXPECT_EQ(Narrow(Left), "old");
+	EXPECT_EQ(ToUtf8(Left), "old");
 	FString Self = TEXT("k=v");
 	EXPECT_TRUE(Self.Split(TEXT("="), &Left, &Self));
-	EXPECT_EQ(Narrow(Left + TEXT("/") + Self), "k/v");
+	EXPECT_EQ(ToUtf8(Left + TEXT("/") + Self), "k/v");
 	FString Doubled = TEXT("ab");
 	Doubled += Doubled;
-	EXPECT_EQ(Narrow(Doubled), "abab");
+	EXPECT_EQ(ToUtf8(Doubled), "abab");
 }
 
 TEST(FStringTest, PrintfLaysOutEverySpecifier)
 {
-	EXPECT_EQ(Narrow(FString::Printf(TEXT("%s|%5s|%-5s|%.2s"), TEXT("\u00e9"), TEXT("ab"), TEXT("ab"), TEXT("abc"))),
+	EXPECT_EQ(ToUtf8(FString::Printf(TEXT("%s|%5s|%-5s|%.2s"), TEXT("\u00e9"), TEXT("ab"), TEXT("ab"), TEXT("abc"))),
 		"\u00e9|   ab|ab   |ab");
-	EXPECT_EQ(Narrow(FString::Printf(TEXT("%d %03d %u %lld %x %%"), -1, 7, 8u, 1LL << 40, 255)),
+	EXPECT_EQ(ToUtf8(FString::Printf(TEXT("%d %03d %u %lld %x %%"), -1, 7, 8u, 1LL << 40, 255)),
 		"-1 007 8 1099511627776 ff %");
-	EXPECT_EQ(Narrow(FString::Printf(TEXT("%f %.2f %g %c %hs"), 1.5, 2.0f, 0.25, u'x', "narrow")),
+	EXPECT_EQ(ToUtf8(FString::Printf(TEXT("%f %.2f %g %c %hs"), 1.5, 2.0f, 0.25, u'x', "narrow")),
 		"1.500000 2.00 0.25 x narrow");
-	EXPECT_EQ(Narrow(FString::SanitizeFloat(5)), "5.0");
-	EXPECT_EQ(Narrow(LexToString(true)), "true");
+	EXPECT_EQ(ToUtf8(FString::SanitizeFloat(5)), "5.0");
+	EXPECT_EQ(ToUtf8(LexToString(true)), "true");
 }
 
 TEST(FStringTest, NumbersStopAtTheFirstBadCharacter)
@@ -140,15 +136,15 @@ TEST(FStringTest, NumbersStopAtTheFirstBadCharacter)
 TEST(FStringTest, ConversionsKeepEveryCharacterAndReplaceWhatIsBroken)
 {
 	const FString Text = TEXT("\u20ac \U0001F600");
-	EXPECT_EQ(Narrow(Text), "\u20ac \U0001F600");
+	EXPECT_EQ(ToUtf8(Text), "\u20ac \U0001F600");
 	EXPECT_EQ(Text.Len(), 4) << "a character outside the basic plane has two units";
 	EXPECT_TRUE(FString(UTF8_TO_TCHAR("\u20ac \U0001F600")).Equals(Text));
-	EXPECT_EQ(Narrow(FString("a\xff"
+	EXPECT_EQ(ToUtf8(FString("a\xff"
 							 "b\xc3")),
 		"a\ufffd"
 		"b\ufffd");
 	const TCHAR Lone[] = { u'a', 0xD83D, 0 };
-	EXPECT_EQ(Narrow(FString(Lone)), "a\ufffd");
+	EXPECT_EQ(ToUtf8(FString(Lone)), "a\ufffd");
 }
 
 TEST(FStringDeathTest, IndexPastTheEndAsserts)
@@ -160,12 +156,12 @@ TEST(FStringDeathTest, IndexPastTheEndAsserts)
 TEST(FNameTest, NamesIgnoreCaseKeepItAndSplitNumbers)
 {
 	EXPECT_TRUE(FName(TEXT("Kismet")) == FName(TEXT("kISMET")));
-	EXPECT_EQ(Narrow(FName(TEXT("kISMET")).ToString()), "kISMET");
-	EXPECT_EQ(Narrow(FName().ToString()), "None");
+	EXPECT_EQ(ToUtf8(FName(TEXT("kISMET")).ToString()), "kISMET");
+	EXPECT_EQ(ToUtf8(FName().ToString()), "None");
 	EXPECT_TRUE(FName(TEXT("")).IsNone());
 	EXPECT_TRUE(FName(TEXT("none")).IsNone());
-	EXPECT_EQ(Narrow(FName(TEXT("Foo_3")).GetPlainNameString()), "Foo");
-	EXPECT_EQ(Narrow(FName(TEXT("Foo_3")).ToString()), "Foo_3");
+	EXPECT_EQ(ToUtf8(FName(TEXT("Foo_3")).GetPlainNameString()), "Foo");
+	EXPECT_EQ(ToUtf8(FName(TEXT("Foo_3")).ToString()), "Foo_3");
 	EXPECT_EQ(FName(TEXT("Foo_03")).GetNumber(), 0);
 	EXPECT_TRUE(FName(TEXT("a")).LexicalLess(FName(TEXT("B"))));
 	EXPECT_TRUE(FName(TEXT("NeverMadeBefore"), FNAME_Find).IsNone());
@@ -175,14 +171,14 @@ TEST(FTextTest, FormatReplacesByOrderAndByName)
 {
 	FFormatNamedArguments Named;
 	Named.Add(TEXT("Who"), FText::FromString(TEXT("you")));
-	EXPECT_EQ(Narrow(FText::Format(INVTEXT("{0} of {1} {2}"), 1, 2500).ToString()), "1 of 2,500 {2}");
-	EXPECT_EQ(Narrow(FText::Format(INVTEXT("Hi {Who}"), Named).ToString()), "Hi you");
+	EXPECT_EQ(ToUtf8(FText::Format(INVTEXT("{0} of {1} {2}"), 1, 2500).ToString()), "1 of 2,500 {2}");
+	EXPECT_EQ(ToUtf8(FText::Format(INVTEXT("Hi {Who}"), Named).ToString()), "Hi you");
 	for (const int32 Count : { 1, 2 })
 	{
-		EXPECT_EQ(Narrow(FText::Format(INVTEXT("{0} {0}|plural(one=place,other=places)!"), Count).ToString()),
+		EXPECT_EQ(ToUtf8(FText::Format(INVTEXT("{0} {0}|plural(one=place,other=places)!"), Count).ToString()),
 			Count == 1 ? "1 place!" : "2 places!");
 	}
 	const FText Text = NSLOCTEXT("Space", "Key", "Source");
-	EXPECT_EQ(Narrow(FTextInspector::GetNamespace(Text)), "Space");
+	EXPECT_EQ(ToUtf8(FTextInspector::GetNamespace(Text)), "Space");
 	EXPECT_TRUE(Text.EqualTo(INVTEXT("Source")));
 }

@@ -1,16 +1,12 @@
 #include "PackageTestTypes.h"
 #include "Templates/Casts.h"
 #include "UObject/UnrealType.h"
+#include "Utf8.h"
 
 #include <gtest/gtest.h>
 
 namespace
 {
-std::string ToUtf8(const FString& Text)
-{
-	return TCHAR_TO_UTF8(*Text);
-}
-
 FString ListFunctions(EFieldIterationFlags Flags)
 {
 	FString Names;

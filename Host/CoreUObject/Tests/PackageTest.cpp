@@ -11,6 +11,7 @@
 #include "UObject/SavePackage.h"
 #include "UObject/UObjectHash.h"
 #include "UObject/UnrealType.h"
+#include "Utf8.h"
 
 #include <gtest/gtest.h>
 #include <sys/wait.h>
@@ -18,11 +19,6 @@
 
 namespace
 {
-std::string ToUtf8(const FString& Text)
-{
-	return TCHAR_TO_UTF8(*Text);
-}
-
 /** Collects warnings. */
 class FWarnings final : public FOutputDevice
 {

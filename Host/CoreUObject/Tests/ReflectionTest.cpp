@@ -3,6 +3,7 @@
 #include "UObject/Package.h"
 #include "UObject/TextProperty.h"
 #include "UObject/UObjectIterator.h"
+#include "Utf8.h"
 
 #include <gtest/gtest.h>
 #include <string>
@@ -24,11 +25,6 @@ int32 UTestKinds::Ask_Implementation(int32 Question) const
 
 namespace ReflectionTest
 {
-std::string ToUtf8(const FString& Text)
-{
-	return TCHAR_TO_UTF8(*Text);
-}
-
 template <typename FieldType>
 std::string ListNames(const UStruct* Struct, EFieldIterationFlags Flags = EFieldIterationFlags::Default)
 {
@@ -42,7 +38,6 @@ std::string ListNames(const UStruct* Struct, EFieldIterationFlags Flags = EField
 }
 
 using ReflectionTest::ListNames;
-using ReflectionTest::ToUtf8;
 
 TEST(FieldIterator, GivesOwnFieldsInOrderThenTheParents)
 {

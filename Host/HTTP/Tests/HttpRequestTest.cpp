@@ -9,17 +9,13 @@
 #include "Modules/ModuleManager.h"
 #include "ScratchDirectory.h"
 #include "TestHttpsServer.h"
+#include "Utf8.h"
 
 #include <cstdlib>
 #include <gtest/gtest.h>
 
 namespace
 {
-std::string Narrow(const FString& Text)
-{
-	return TCHAR_TO_UTF8(*Text);
-}
-
 /** One request and what its delegate was told. */
 struct FCall
 {
@@ -59,7 +55,7 @@ struct FCall
 		}
 		EXPECT_EQ(NumCompletions, 1);
 	}
-	std::string GetBody() const { return Response ? Narrow(Response->GetContentAsString()) : "no response"; }
+	std::string GetBody() const { return Response ? ToUtf8(Response->GetContentAsString()) : "no response"; }
 	void ExpectFailure(const char* What) const
 	{
 		EXPECT_EQ(NumCompletions, 1) << What;
@@ -199,7 +195,7 @@ TEST_F(FHttpRequestTest, TheServerSeesHeadersInOrderAndTheBodyAsUtf8)
 	Call.Request->SetHeader(TEXT("X-Blank"), TEXT("  "));
 	Call.Request->SetHeader(TEXT("X-Last"), TEXT("\u00e9"));
 	Call.Request->SetHeader(TEXT("x-FIRST"), TEXT("new"));
-	EXPECT_EQ(Narrow(Call.Request->GetHeader(TEXT("X-first"))), "new");
+	EXPECT_EQ(ToUtf8(Call.Request->GetHeader(TEXT("X-first"))), "new");
 	Call.Request->SetContentAsString(TEXT("{\"a\":\"\u00e9\U0001F600\"}"));
 	EXPECT_EQ(Call.Request->GetContentLength(), 14u);
 	Call.Run();
@@ -236,13 +232,13 @@ TEST_F(FHttpRequestTest, ResponseHeadersIgnoreCaseAndKeepTheirOrder)
 	ASSERT_TRUE(Call.bSucceeded);
 	EXPECT_EQ(Call.Response->GetContentLength(), 0u);
 	EXPECT_TRUE(Call.Response->GetContentAsString().IsEmpty());
-	EXPECT_EQ(Narrow(Call.Response->GetContentType()), "text/plain");
-	EXPECT_EQ(Narrow(Call.Response->GetHeader(TEXT("x-first"))), "one:two");
+	EXPECT_EQ(ToUtf8(Call.Response->GetContentType()), "text/plain");
+	EXPECT_EQ(ToUtf8(Call.Response->GetHeader(TEXT("x-first"))), "one:two");
 	EXPECT_TRUE(Call.Response->GetHeader(TEXT("X-Absent")).IsEmpty());
 	TArray<FString> Headers = Call.Response->GetAllHeaders();
 	Headers.SetNum(3);
 	EXPECT_EQ(
-		Narrow(FString::Join(Headers, TEXT("|"))), "content-TYPE: text/plain|X-First: one:two|X-Second: \xC3\xA9");
+		ToUtf8(FString::Join(Headers, TEXT("|"))), "content-TYPE: text/plain|X-First: one:two|X-Second: \xC3\xA9");
 }
 
 TEST_F(FHttpRequestTest, ARedirectWithinTheServerIsFollowed)
@@ -266,7 +262,7 @@ TEST_F(FHttpRequestTest, ARedirectWithinTheServerIsFollowed)
 	};
 	for (const FCase& Case : Cases)
 	{
-		SCOPED_TRACE(Narrow(Case.Path));
+		SCOPED_TRACE(ToUtf8(Case.Path));
 		FCall Call(Url(Case.Path));
 		Call.Request->SetVerb(Case.Verb);
 		Call.Request->SetHeader(TEXT("X-Key"), TEXT("secret"));
@@ -277,7 +273,7 @@ TEST_F(FHttpRequestTest, ARedirectWithinTheServerIsFollowed)
 		EXPECT_TRUE(Call.GetBody().ends_with(Case.ExpectedEnd)) << Call.GetBody();
 		EXPECT_NE(Call.GetBody().find("X-Key: secret"), std::string::npos);
 		EXPECT_TRUE(Call.Response->GetHeader(TEXT("X-First")).IsEmpty()) << "left from the redirect";
-		EXPECT_EQ(Narrow(Call.Response->GetURL()), Narrow(Url(Case.Path)));
+		EXPECT_EQ(ToUtf8(Call.Response->GetURL()), ToUtf8(Url(Case.Path)));
 	}
 }
 
@@ -298,14 +294,14 @@ TEST_F(FHttpRequestTest, ARedirectToAnotherServerIsTheReplyAndNobodyElseIsContac
 	{
 		for (const TCHAR* Code : { TEXT("301"), TEXT("307") })
 		{
-			SCOPED_TRACE(Narrow(Target));
+			SCOPED_TRACE(ToUtf8(Target));
 			const int NumConnections = Server.GetNumConnections();
 			FCall Call(Url(*FString::Printf(TEXT("/redirect/%s?%s"), Code, *Target)));
 			Call.Request->SetHeader(TEXT("X-Key"), TEXT("secret"));
 			Call.Run();
 			ASSERT_TRUE(Call.bSucceeded);
-			EXPECT_EQ(Narrow(FString::FromInt(Call.Response->GetResponseCode())), Narrow(Code));
-			EXPECT_EQ(Narrow(Call.Response->GetHeader(TEXT("Location"))), Narrow(Target));
+			EXPECT_EQ(ToUtf8(FString::FromInt(Call.Response->GetResponseCode())), ToUtf8(Code));
+			EXPECT_EQ(ToUtf8(Call.Response->GetHeader(TEXT("Location"))), ToUtf8(Target));
 			EXPECT_EQ(Call.GetBody(), "moved");
 			EXPECT_EQ(Server.GetNumConnections(), NumConnections + 1);
 			EXPECT_EQ(Other.GetNumConnections(), 0);
@@ -463,9 +459,9 @@ TEST_F(FHttpRequestTest, NothingCanBeChangedInFlight)
 	Call.Request->SetContentAsString(TEXT("late"));
 	Call.Request->SetContent({ 1, 2 });
 	EXPECT_EQ(FDebug::GetNumEnsureFailures(), NumEnsures + 5);
-	EXPECT_EQ(Narrow(Call.Request->GetHeader(TEXT("X-Kept"))), "1");
-	EXPECT_EQ(Narrow(Call.Request->GetVerb()), "GET");
-	EXPECT_EQ(Narrow(Call.Request->GetURL()), Narrow(Url(TEXT("/echo"))));
+	EXPECT_EQ(ToUtf8(Call.Request->GetHeader(TEXT("X-Kept"))), "1");
+	EXPECT_EQ(ToUtf8(Call.Request->GetVerb()), "GET");
+	EXPECT_EQ(ToUtf8(Call.Request->GetURL()), ToUtf8(Url(TEXT("/echo"))));
 	EXPECT_EQ(Call.Request->GetContentLength(), 0u);
 	Call.RunOn();
 	EXPECT_TRUE(Call.bSucceeded);
@@ -485,5 +481,5 @@ TEST_F(FHttpRequestTest, AResponseAboveTheCeilingEndsTheRequest)
 TEST(GenericPlatformHttpTest, UrlEncodeKeepsOnlyWhatIsUnreserved)
 {
 	EXPECT_EQ(
-		Narrow(FGenericPlatformHttp::UrlEncode(TEXT("aZ09-_.~ /?&=+%\u00e9"))), "aZ09-_.~%20%2F%3F%26%3D%2B%25%C3%A9");
+		ToUtf8(FGenericPlatformHttp::UrlEncode(TEXT("aZ09-_.~ /?&=+%\u00e9"))), "aZ09-_.~%20%2F%3F%26%3D%2B%25%C3%A9");
 }

@@ -1,17 +1,13 @@
 #include "CoreMinimal.h"
 #include "Policies/CondensedJsonPrintPolicy.h"
 #include "Serialization/JsonSerializer.h"
+#include "Utf8.h"
 
 #include <gtest/gtest.h>
 #include <random>
 
 namespace
 {
-std::string Narrow(const FString& Text)
-{
-	return TCHAR_TO_UTF8(*Text);
-}
-
 TSharedPtr<FJsonObject> Parse(const FString& Text)
 {
 	TSharedPtr<FJsonObject> Object;
@@ -25,14 +21,14 @@ std::string Condensed(const TSharedPtr<FJsonObject>& Object)
 	const TSharedRef<TJsonWriter<TCHAR, TCondensedJsonPrintPolicy<TCHAR>>> Writer =
 		TJsonWriterFactory<TCHAR, TCondensedJsonPrintPolicy<TCHAR>>::Create(&Text);
 	EXPECT_TRUE(FJsonSerializer::Serialize(Object.ToSharedRef(), Writer));
-	return Narrow(Text);
+	return ToUtf8(Text);
 }
 
 std::string Pretty(const TSharedPtr<FJsonObject>& Object)
 {
 	FString Text;
 	EXPECT_TRUE(FJsonSerializer::Serialize(Object.ToSharedRef(), TJsonWriterFactory<>::Create(&Text)));
-	return Narrow(Text);
+	return ToUtf8(Text);
 }
 }
 
@@ -63,7 +59,7 @@ TEST(JsonWriterTest, TheTextAppearsOnlyAtClose)
 	EXPECT_FALSE(Writer->Close()) << "not complete";
 	Writer->WriteArrayEnd();
 	EXPECT_TRUE(Writer->Close());
-	EXPECT_EQ(Narrow(Text), "[\n\t\"x\"\n]");
+	EXPECT_EQ(ToUtf8(Text), "[\n\t\"x\"\n]");
 }
 
 TEST(JsonWriterDeathTest, NamesAndPlacesMustFit)
@@ -90,9 +86,9 @@ TEST(JsonObjectTest, FieldsConvertWhereTheEngineConverts)
 		Parse(TEXT("{\"n\":5,\"f\":2.5,\"t\":true,\"s\":\"12\",\"z\":null,\"a\":[],\"big\":1e12}"));
 	FString Text;
 	EXPECT_TRUE(Object->TryGetStringField(TEXT("n"), Text));
-	EXPECT_EQ(Narrow(Text), "5");
+	EXPECT_EQ(ToUtf8(Text), "5");
 	EXPECT_TRUE(Object->TryGetStringField(TEXT("t"), Text));
-	EXPECT_EQ(Narrow(Text), "true");
+	EXPECT_EQ(ToUtf8(Text), "true");
 	EXPECT_FALSE(Object->TryGetStringField(TEXT("z"), Text));
 	EXPECT_TRUE(Object->HasField(TEXT("z"))) << "a null member is there";
 	EXPECT_FALSE(Object->TryGetStringField(TEXT("a"), Text));
@@ -112,7 +108,7 @@ TEST(JsonReaderTest, RefusesWhatIsNoDocument)
 	for (const TCHAR* Text : { TEXT(""), TEXT("5"), TEXT("\"x\""), TEXT("{\"a\":1} x"), TEXT("{'a':1}"),
 			 TEXT("{\"a\":1,}"), TEXT("{\"a\""), TEXT("<html>"), TEXT("[1]"), TEXT("{\"a\":\"\\q\"}") })
 	{
-		EXPECT_FALSE(Parse(Text).IsValid()) << Narrow(Text);
+		EXPECT_FALSE(Parse(Text).IsValid()) << ToUtf8(Text);
 	}
 	TArray<TSharedPtr<FJsonValue>> Array;
 	EXPECT_TRUE(FJsonSerializer::Deserialize(TJsonReaderFactory<>::Create(TEXT("[1,[2]]")), Array));
@@ -123,7 +119,7 @@ TEST(JsonReaderTest, EscapesGiveUnits)
 {
 	const TSharedPtr<FJsonObject> Object = Parse(TEXT("{\"e\":\"\\ud83d\\ude00 \\u00e9\\t\"}"));
 	ASSERT_TRUE(Object.IsValid());
-	EXPECT_EQ(Narrow(Object->GetStringField(TEXT("e"))), "\U0001F600 é\t");
+	EXPECT_EQ(ToUtf8(Object->GetStringField(TEXT("e"))), "\U0001F600 é\t");
 }
 
 TEST(JsonReaderTest, UnpairedSurrogateEscapesAreUnitsLikeOthers)
@@ -147,16 +143,16 @@ TEST(JsonReaderTest, UnpairedSurrogateEscapesAreUnitsLikeOthers)
 	{
 		const TSharedPtr<FJsonObject> Object =
 			Parse(FString::Printf(TEXT("{\"%s\":[\"%s\"],\"after\":1}"), Case.Escaped, Case.Escaped));
-		ASSERT_TRUE(Object.IsValid()) << Narrow(Case.Escaped);
+		ASSERT_TRUE(Object.IsValid()) << ToUtf8(Case.Escaped);
 		EXPECT_EQ(Object->Values.Num(), 2);
 		const FString Key = Object->Values.CreateConstIterator()->Key;
 		const FString Value = Object->Values.CreateConstIterator()->Value->AsArray()[0]->AsString();
-		EXPECT_EQ(std::u16string_view(*Key, Key.Len()), Case.Expected) << Narrow(Case.Escaped);
-		EXPECT_EQ(std::u16string_view(*Value, Value.Len()), Case.Expected) << Narrow(Case.Escaped);
+		EXPECT_EQ(std::u16string_view(*Key, Key.Len()), Case.Expected) << ToUtf8(Case.Escaped);
+		EXPECT_EQ(std::u16string_view(*Value, Value.Len()), Case.Expected) << ToUtf8(Case.Escaped);
 	}
 	for (const TCHAR* Broken : { TEXT("{\"a\":\"\\ud8\"}"), TEXT("{\"a\":\\ud800}"), TEXT("{\"a\":\"\\ud80") })
 	{
-		EXPECT_FALSE(Parse(Broken).IsValid()) << Narrow(Broken);
+		EXPECT_FALSE(Parse(Broken).IsValid()) << ToUtf8(Broken);
 	}
 }
 

@@ -7,13 +7,13 @@
 
 namespace
 {
-const FSlateRect Window(0.0f, 0.0f, 100.0f, 60.0f);
+const FSlateRect Canvas(0.0f, 0.0f, 100.0f, 60.0f);
 
 FSlateDrawElement MakeElement(float Left, float Top, float Width, float Height)
 {
 	FSlateDrawElement Element;
 	Element.Geometry = FGeometry::MakeRoot(FVector2D(Width, Height), FSlateLayoutTransform(1.0f, FVector2D(Left, Top)));
-	Element.ClippingRect = Window;
+	Element.ClippingRect = Canvas;
 	Element.Tint = FLinearColor::White;
 	return Element;
 }
@@ -42,7 +42,7 @@ public:
 	explicit FPicture(const TArray<FSlateDrawElement>& Elements)
 		: Surface(cairo_image_surface_create(CAIRO_FORMAT_RGB24, 100, 60))
 	{
-		FCairoRenderer().DrawAll(Surface, FVector2D(0.0, 0.0), Elements, Window);
+		FCairoRenderer().DrawAll(Surface, FVector2D(0.0, 0.0), Elements, Canvas);
 		cairo_surface_flush(Surface);
 	}
 	~FPicture() { cairo_surface_destroy(Surface); }
@@ -102,10 +102,10 @@ TEST(CairoRendererTest, DrawsLinesCurvesAndPolygons)
 		FGeometry::MakeRoot(FVector2D(10.0, 10.0), FSlateLayoutTransform(2.0f, FVector2D(10.0, 0.0)));
 	FSlateWindowElementList List;
 	FSlateDrawElement::MakeLines(
-		List, 0, Moved, Window, { FVector2D(0.0, 5.0), FVector2D(20.0, 5.0) }, FLinearColor::White, 2.0f);
-	FSlateDrawElement::MakePolygon(List, 0, Moved, Window,
+		List, 0, Moved, Canvas, { FVector2D(0.0, 5.0), FVector2D(20.0, 5.0) }, FLinearColor::White, 2.0f);
+	FSlateDrawElement::MakePolygon(List, 0, Moved, Canvas,
 		{ FVector2D(0.0, 10.0), FVector2D(10.0, 10.0), FVector2D(0.0, 20.0) }, FLinearColor::White);
-	FSlateDrawElement::MakeCubicBezierSpline(List, 0, Moved, Window, FVector2D(20.0, 10.0), FVector2D(40.0, 10.0),
+	FSlateDrawElement::MakeCubicBezierSpline(List, 0, Moved, Canvas, FVector2D(20.0, 10.0), FVector2D(40.0, 10.0),
 		FVector2D(20.0, 25.0), FVector2D(40.0, 25.0), 2.0f, FLinearColor::White);
 	ASSERT_EQ(List.GetElements().Num(), 3);
 	const FPicture Picture(List.GetElements());
