@@ -25,7 +25,7 @@ def make_project(folder, service):
     shutil.copytree(os.path.join(steps.ROOT, "Tests", "Project"), copy)
     os.mkdir(os.path.join(copy, "Plugins"))
     for plugin in ("LockingSourceControl", "LiveCoding", "FaultyFiles"):
-        os.symlink(os.path.join(steps.ROOT, "Tests", plugin), os.path.join(copy, "Plugins", plugin))
+        shutil.copytree(os.path.join(steps.ROOT, "Tests", plugin), os.path.join(copy, "Plugins", plugin))
     config = os.path.join(copy, "Config")
     with open(os.path.join(config, "DefaultPlugin.ini"), "w", encoding="utf-8") as ini:
         ini.write(f"[Kestrel]\nStage=Dev\nDevApiUrl=localhost:{service.port}/v1\nDevApiKey={API_KEY}\n")

@@ -1,6 +1,7 @@
 """What runs, and when: approval, pause, builds that end in the middle of a poll, and a result for each tool use."""
 
 import collections
+import json
 import os
 import random
 import shutil
@@ -262,6 +263,31 @@ class MarkedPlacesTest(EndToEndTest):
                 talk = Talk(self, completed(use, auto_continue=True))
                 run = self.run_editor("-Prompt=begin")
                 self.assertEqual((run.code, len(talk.server.commands())), (1, 1), run)
+
+    def test_a_search_tells_nothing_about_files_that_nobody_may_read_unasked(self):
+        settings = "Saved/Config/LinuxEditor/EditorPerUserSettings.ini"
+        outside = os.path.join(self.scratch, "Outside")
+        moor = os.path.join(self.project, "Source", "Moor")
+        os.makedirs(os.path.join(self.project, os.path.dirname(settings)))
+        shutil.copytree(os.path.join(harness.ROOT, "Samples", "Harrier", "Content"), outside)
+        for path in (settings, os.path.join(outside, "Token.h"), "Source/Moor/Owl.h"):
+            self.write(path, "Note=BP_Ledger\n")
+        os.symlink(f"../../{settings}", os.path.join(moor, "Settings.cpp"))
+        os.symlink("../../../Outside/Token.h", os.path.join(moor, "Token.h"))
+        os.symlink("../../Outside", os.path.join(self.project, "Source", "Outside"))
+        os.symlink("Owl.h", os.path.join(moor, "Same.h"))
+        os.symlink("../Outside", os.path.join(self.project, "Content"))
+        search = tool("a", "find_reference_in_all_files", reference_string="bp_ledger")
+        talk = Talk(self, completed(search, auto_continue=True), completed(text("Thank you."), auto_continue=True))
+        run = self.run_editor("-Prompt=begin")
+        found = json.loads(talk.server.commands()[-1]["tool_results"][0]["content"])
+        self.assertEqual(sorted(file["Name"] for file in found["cpp_references"]), ["Owl.h", "Same.h"], run)
+        self.assertEqual(found["blueprint_references"], [], run)
+        self.assertEqual(sorted(os.path.relpath(path, self.project) for path in found["cpp_not_searched"]["paths"]),
+                         ["Source/Moor/Settings.cpp", "Source/Moor/Token.h", "Source/Outside"])
+        self.assertEqual(found["cpp_not_searched"]["count"], 3)
+        self.assertIn(os.path.join(self.project, "Content", "Blueprints", "BP_Ledger.uasset"),
+                      found["blueprints_not_searched"]["paths"])
 
     def test_a_pipe_does_not_stop_the_editor(self):
         os.mkfifo(os.path.join(self.project, "Source", "pipe.h"))

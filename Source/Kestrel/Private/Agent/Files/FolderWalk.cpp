@@ -21,23 +21,6 @@ bool IsLink(const FString& FullPath)
 	return !KestrelNativeFile::ReadLink(FullPath).IsEmpty();
 #endif
 }
-
-void AppendFiles(FKestrelFolder& Folder, TFunctionRef<bool(const FString&)> IsWanted, TArray<FString>& OutFiles)
-{
-	const FKestrelFolder::FListing Listing = Folder.List();
-	for (const FString& File : Listing.Files)
-	{
-		if (IsWanted(File))
-		{
-			OutFiles.Add(Folder.GetPath() / File);
-		}
-	}
-	for (const FString& Name : Listing.Folders)
-	{
-		FKestrelFolder Sub(Folder, Name);
-		AppendFiles(Sub, IsWanted, OutFiles);
-	}
-}
 }
 
 FKestrelFolder::FKestrelFolder(const FString& InPath)
@@ -50,6 +33,7 @@ FKestrelFolder::FKestrelFolder(const FString& InPath)
 	if (RealPath.IsEmpty())
 	{
 		RealPath = FullPath;
+		bIsResolved = false;
 	}
 }
 
@@ -58,12 +42,13 @@ FKestrelFolder::FKestrelFolder(FKestrelFolder& InAbove, const FString& Name)
 	, Above(&InAbove)
 {
 	const FString Given = InAbove.RealPath / Name;
-	const bool bIsLink = FolderWalk::IsLink(Given);
+	bIsLink = FolderWalk::IsLink(Given);
 	bIsBelowLink = InAbove.bIsBelowLink || bIsLink;
 	RealPath = bIsLink ? KestrelNativeFile::ResolveLinks(Given) : Given;
+	bIsResolved = InAbove.bIsResolved && !RealPath.IsEmpty();
 	if (RealPath.IsEmpty())
 	{
-		RealPath = Given; // a link that the platform cannot resolve
+		RealPath = Given;
 	}
 }
 
@@ -108,10 +93,46 @@ FKestrelFolder::FListing FKestrelFolder::List()
 	return Listing;
 }
 
+FString FKestrelFolder::ResolveFile(const FString& Name) const
+{
+	const FString Given = RealPath / Name;
+	if (!bIsResolved)
+	{
+		return FString();
+	}
+	return FolderWalk::IsLink(Given) ? KestrelNativeFile::ResolveLinks(Given) : Given;
+}
+
+void FKestrelFolder::AppendFiles(
+	TFunctionRef<bool(const FString&)> IsWanted, FMayRead MayRead, TArray<FString>& OutFiles)
+{
+	if ((!Above || bIsLink) && !MayRead(Path, bIsResolved ? RealPath : FString()))
+	{
+		return;
+	}
+	const FListing Listing = List();
+	for (const FString& File : Listing.Files)
+	{
+		if (IsWanted(File) && MayRead(Path / File, ResolveFile(File)))
+		{
+			OutFiles.Add(Path / File);
+		}
+	}
+	for (const FString& Name : Listing.Folders)
+	{
+		FKestrelFolder(*this, Name).AppendFiles(IsWanted, MayRead, OutFiles);
+	}
+}
+
 TArray<FString> FKestrelFolder::FindFiles(const FString& Root, TFunctionRef<bool(const FString& Name)> IsWanted)
 {
+	return FindFiles(Root, IsWanted, [](const FString&, const FString&) { return true; });
+}
+
+TArray<FString> FKestrelFolder::FindFiles(
+	const FString& Root, TFunctionRef<bool(const FString& Name)> IsWanted, FMayRead MayRead)
+{
 	TArray<FString> Files;
-	FKestrelFolder First(Root);
-	FolderWalk::AppendFiles(First, IsWanted, Files);
+	FKestrelFolder(Root).AppendFiles(IsWanted, MayRead, Files);
 	return Files;
 }

@@ -1,5 +1,8 @@
 #include "Agent/Blueprints/Assets/BlueprintLookup.h"
+#include "Agent/Blueprints/Assets/BlueprintPackage.h"
+#include "Agent/Files/NativeFile.h"
 #include "Agent/Project/KestrelFindUtils.h"
+#include "Agent/Project/SearchReview.h"
 #include "AssetRegistry/AssetData.h"
 #include "Dom/JsonObject.h"
 #include "Dom/JsonValue.h"
@@ -139,6 +142,13 @@ private:
 	const FString FilePath;
 };
 
+/** What has no file is only in memory, and nobody else's. */
+bool MayRead(FKestrelSearchReview& Review, const FAssetData& Asset)
+{
+	const FString File = KestrelBlueprintPackage::GetFileName(Asset.PackageName.ToString());
+	return File.IsEmpty() || Review.MayRead(File, KestrelNativeFile::ResolveLinks(File));
+}
+
 /** Those of the project's own content. */
 TArray<FAssetData> ListBlueprints()
 {
@@ -156,15 +166,19 @@ void FKestrelFindUtils::FindInAllBlueprintFiles(const FString& ReferenceString, 
 	Progress.MakeDialogDelayed(1.0f); // seconds
 	BlueprintReferences::FNeedle Needle(ReferenceString);
 	BlueprintReferences::FValues References;
+	FKestrelSearchReview Review;
 	for (const FAssetData& Asset : Assets)
 	{
 		Progress.EnterProgressFrame();
-		if (const UBlueprint* Blueprint = Cast<UBlueprint>(Asset.GetAsset()))
+		const UBlueprint* Blueprint =
+			BlueprintReferences::MayRead(Review, Asset) ? Cast<UBlueprint>(Asset.GetAsset()) : nullptr;
+		if (Blueprint)
 		{
 			BlueprintReferences::FSearch(*Blueprint, Needle, References).Run();
 		}
 	}
 	Result->SetArrayField(TEXT("blueprint_references"), References);
+	Review.Report(*Result, TEXT("blueprints_not_searched"));
 }
 
 void FKestrelFindUtils::FindInBlueprint(

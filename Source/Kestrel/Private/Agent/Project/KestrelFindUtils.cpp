@@ -2,6 +2,7 @@
 
 #include "Agent/Files/FolderWalk.h"
 #include "Agent/Files/NativeFile.h"
+#include "Agent/Project/SearchReview.h"
 #include "Agent/Text/JsonText.h"
 #include "Dom/JsonObject.h"
 #include "Dom/JsonValue.h"
@@ -110,7 +111,7 @@ private:
 };
 
 /** The sources of the project and of its plugins; all of one kind after all of the other. */
-TArray<FString> ListSources()
+TArray<FString> ListSources(FKestrelSearchReview& Review)
 {
 	TArray<FString> Sources;
 	for (const TCHAR* Folder : { TEXT("Source"), TEXT("Plugins") })
@@ -119,7 +120,8 @@ TArray<FString> ListSources()
 		FPaths::NormalizeDirectoryName(Root);
 		Root = FPaths::ConvertRelativePathToFull(Root);
 		const TArray<FString> Files = FKestrelFolder::FindFiles(
-			Root, [](const FString& Name) { return Name.EndsWith(TEXT(".cpp")) || Name.EndsWith(TEXT(".h")); });
+			Root, [](const FString& Name) { return Name.EndsWith(TEXT(".cpp")) || Name.EndsWith(TEXT(".h")); },
+			[&Review](const FString& Path, const FString& RealPath) { return Review.MayRead(Path, RealPath); });
 		for (const TCHAR* Ending : { TEXT(".cpp"), TEXT(".h") })
 		{
 			Sources += Files.FilterByPredicate([Ending](const FString& File) { return File.EndsWith(Ending); });
@@ -153,7 +155,8 @@ void FKestrelFindUtils::FindInAllCppFiles(const FString& ReferenceString, TShare
 	TArray<TSharedPtr<FJsonValue>> References;
 	TArray<TSharedPtr<FJsonValue>> NotSearched;
 	TArray<uint8> Bytes;
-	for (const FString& File : KestrelFindUtils::ListSources())
+	FKestrelSearchReview Review;
+	for (const FString& File : KestrelFindUtils::ListSources(Review))
 	{
 		if (!KestrelNativeFile::IsRegularFile(File))
 		{
@@ -175,4 +178,5 @@ void FKestrelFindUtils::FindInAllCppFiles(const FString& ReferenceString, TShare
 		NotSearched.SetNum(FMath::Min(NotSearched.Num(), KestrelFindUtils::MaxNotSearched));
 		Result->SetArrayField(TEXT("cpp_files_not_searched"), NotSearched);
 	}
+	Review.Report(*Result, TEXT("cpp_not_searched"));
 }

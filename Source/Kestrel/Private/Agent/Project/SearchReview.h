@@ -1,0 +1,32 @@
+#pragma once
+
+#include "Agent/Files/PathReview.h"
+#include "CoreMinimal.h"
+
+class FJsonObject;
+
+/**
+ * What a search may look into. It is answered without asking, and what it answers tells, question by question, all that
+ * a file holds: it leaves out whatever a tool could not read without approval.
+ */
+class FKestrelSearchReview
+{
+public:
+	/**
+	 * @param FullPath  of a file or folder
+	 * @param RealPath  the same with links resolved; empty where they cannot be
+	 * @return false for what is left out, and reported
+	 */
+	bool MayRead(const FString& FullPath, const FString& RealPath);
+
+	/**
+	 * Sets Field on Result, if anything was left out: an object with the "count", the "reason", and the "paths" of the
+	 * first hundred.
+	 */
+	void Report(FJsonObject& Result, const TCHAR* Field) const;
+
+private:
+	const FKestrelPathReviewer Reviewer;
+	TArray<FString> Paths; // the first of those left out
+	int32 NumLeftOut = 0;
+};
