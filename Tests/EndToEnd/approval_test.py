@@ -162,6 +162,22 @@ class MarkedPlacesTest(EndToEndTest):
                              "Change Source/Moor/Walker.h: 2 replacements", "Updating File Content...")
         self.assertEqual(self.files_of_project("Source")["Source/Moor/Walker.h"], b"13 13")
 
+    def test_a_folder_that_is_replaced_by_a_link_while_it_waits_is_shown_again(self):
+        docs = os.path.join(self.project, "Docs")
+        os.makedirs(docs)
+        os.makedirs(os.path.join(self.scratch, "Outside"))
+        self.write(os.path.join(self.scratch, "Outside", "foreign.ini"), "x")
+        talk = Talk(self, completed(tool("a", "get_filesystem_tree", dir_path="Docs"), auto_continue=False))
+
+        def replace():
+            os.rmdir(docs)
+            os.symlink("../Outside", docs)
+
+        run = harness.type_when(self.editor_command(), ("[ Kestrel ]", "begin"), ("List Docs", replace),
+                                ("Approve? y", "y"), ("approve again.", "/quit"))
+        self.assert_in_order(run, "List Docs", "approve again.", "Link, leads to: ", "Caution: outside the project")
+        self.assertFalse(any("foreign.ini" in request.body for request in talk.server.requests))
+
     def test_a_blueprint_that_changes_after_it_was_shown_is_shown_again(self):
         shutil.copytree(os.path.join(harness.ROOT, "Samples", "Harrier", "Content"),
                         os.path.join(self.project, "Content"))

@@ -493,10 +493,8 @@ void PlanTree(FKestrelProjectView& View, FKestrelToolPlan& Plan)
 		Plan.Refuse(FString::Printf(TEXT("Error: The folder lies outside of the project: %s"), *Folder));
 		return;
 	}
-	const FKestrelPathReview Review = View.Review(FPaths::ConvertRelativePathToFull(Folder));
-	Plan.Target = Review.ShownPath / TEXT("");
-	Plan.LinkTarget = Review.LinkTarget;
-	Plan.Cautions.Append(Review.Cautions);
+	Plan.SetFile(View, FPaths::ConvertRelativePathToFull(Folder));
+	Plan.Target /= TEXT("");
 }
 
 FString ApplyTree(const FKestrelToolPlan& Plan)
