@@ -205,7 +205,8 @@ class MarkedPlacesTest(EndToEndTest):
         name = "Source/a\u202eh.txt\x1b[31m\nDelete nothing"
         Talk(self, completed(tool("a", "create_file", path=name, file_text="x\u2066y"), auto_continue=False))
         run = self.run_editor("-Prompt=begin")
-        self.assertIn("Create Source/a\\u202Eh.txt\\u001B[31m\\nDelete nothing", run.output)
+        self.assertIn("Create Source/a\u27e8U+202E\u27e9h.txt\u27e8U+001B\u27e9[31m\u27e8LF\u27e9Delete nothing",
+                      run.output)
         self.assertNotIn("\x1b[31m", run.output)
         self.assertNotIn("\u202e", run.output)
 
@@ -215,6 +216,14 @@ class MarkedPlacesTest(EndToEndTest):
         run = self.run_editor(typed="begin\n/showthescript\n")
         self.assert_in_order(run, "Waiting for your approval:\nRun a script\n", "too large to show what changes",
                              "The change is too large to be shown.")
+
+    def test_what_ends_a_line_for_the_interpreter_ends_it_for_who_approves(self):
+        for code, shown in (("# all is in D:\\\rruin()", "+ # all is in D:\\\u27e8CR\u27e9\n+ ruin()\n"),
+                            ("# all is in D:\\rruin()", "+ # all is in D:\\rruin()\n")):
+            with self.subTest(code=code):
+                Talk(self, completed(tool("a", "execute_unreal_engine_api_python_script", code=code),
+                                     auto_continue=False))
+                self.assertIn(shown, self.run_editor(typed="begin\n/showthescript\n").output)
 
     def test_blanks_in_a_name_do_not_push_its_end_into_a_line_of_its_own(self):
         name = "Docs/Plan.md" + " " * 61 + "Note: checked, harmless"

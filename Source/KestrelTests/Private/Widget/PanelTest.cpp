@@ -268,11 +268,11 @@ void FKestrelPanelSpec::Define()
 		const PanelTest::FPanel Panel;
 		const FKestrelInterface& Interface = FKestrelInterface::Get();
 		Interface.OnAddDiffMessage(TEXT("/a.txt"), TEXT("a\r\n"), TEXT("a\r\n/* \u202E } \u2066if (b\u200B)\u2069"));
-		KestrelTest::TestSameText(
-			*this, TEXT("change"), Panel.LastBlock(), TEXT("+ /* \\u202E } \\u2066if (b\\u200B)\\u2069"));
+		KestrelTest::TestSameText(*this, TEXT("change"), Panel.LastBlock(),
+			TEXT("+ /* \u27E8U+202E\u27E9 } \u27E8U+2066\u27E9if (b\u27E8U+200B\u27E9)\u27E8U+2069\u27E9"));
 		Interface.OnAddDiffMessage(TEXT("/b\u202E.txt"), TEXT("little"), FString::ChrN(5000000, u'x'));
 		KestrelTest::TestSameText(*this, TEXT("too large"), Panel.LastBlock(),
-			TEXT("/b\\u202E.txt has changed. The change is too large to be shown."));
+			TEXT("/b\u27E8U+202E\u27E9.txt has changed. The change is too large to be shown."));
 
 		const FKestrelTestFolder Folder;
 		Folder.Write(TEXT("a.txt"), TEXT("in the way"));
@@ -282,7 +282,7 @@ void FKestrelPanelSpec::Define()
 		const FKestrelPanelRecorder Recorder;
 		FKestrelInterface::Get().UndoLastOperation();
 		KestrelTest::TestSameText(*this, TEXT("not undone"), Recorder.GetTexts().Last(),
-			TEXT("This file could not be written: ") + Folder.Full(TEXT("a.txt")) + TEXT("/c\\u202E.txt"));
+			TEXT("This file could not be written: ") + Folder.Full(TEXT("a.txt")) + TEXT("/c\u27E8U+202E\u27E9.txt"));
 		FPlatformFileManager::Get().GetPlatformFile().DeleteFile(*Folder.Full(TEXT("a.txt")));
 		FFileHistory::Get().UndoAllChanges(TEXT("panel-test"));
 		FFileHistory::Get().ForgetRedo(TEXT("panel-test"));
@@ -492,17 +492,18 @@ void FKestrelPanelSpec::Define()
 			{ TEXT("/no/such/a.txt"), TEXT("\nCaution: outside the project") },
 			{ TEXT("Source/\u0410\u0432\u0442\u043E\u0440.h"), TEXT("") },
 			{ TEXT("Source/BP_\u0413\u0435\u0440\u043E\u0439.h"), TEXT("") },
-			{ TEXT("S\u043Eurce/a.h"), TEXT("\nCaution: letters that look like Latin ones but are not: \\u043E") },
+			{ TEXT("S\u043Eurce/a.h"), TEXT("\nCaution: letters that look like Latin ones but are not: U+043E") },
 			{ TEXT("Source/\u0421\u043E\u0440\u0443.h"),
-				TEXT("\nCaution: letters that look like Latin ones but are not: \\u0421\\u043E\\u0440\\u0443") },
-			{ TEXT("Source/\uFF41.h"), TEXT("\nCaution: letters that look like Latin ones but are not: \\uFF41") },
+				TEXT("\nCaution: letters that look like Latin ones but are not: U+0421 U+043E U+0440 U+0443") },
+			{ TEXT("Source/\uFF41.h"), TEXT("\nCaution: letters that look like Latin ones but are not: U+FF41") },
 		};
 		for (const TPair<const TCHAR*, const TCHAR*>& Case : Cases)
 		{
 			KestrelTest::TestSameText(*this, Case.Key,
 				PanelTest::DescribeWaiting({ { TEXT("create_file"),
 					FString::Printf(TEXT("{\"path\":\"%s\",\"file_text\":\"x\"}"), Case.Key) } }),
-				FString(TEXT("Waiting for your approval:\nCreate ")) + Case.Key + Case.Value);
+				TEXT("Waiting for your approval:\nCreate ") +
+					FString(Case.Key).Replace(TEXT("\\n"), TEXT("\u27E8LF\u27E9")) + Case.Value);
 		}
 	});
 

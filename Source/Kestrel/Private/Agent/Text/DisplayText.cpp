@@ -8,8 +8,8 @@ struct FCharacterRange
 	uint32 Last; // included
 };
 
-/** Characters without a shape of their own, or that change the shape or order of others. */
-const FCharacterRange UnseenRanges[] = {
+/** Characters without a shape of their own, that change the shape or order of others, or that imitate an escape. */
+const FCharacterRange EscapedRanges[] = {
 	{ 0x0000, 0x001F },                     // control characters
 	{ 0x007F, 0x009F }, { 0x00A0, 0x00A0 }, // no-break space
 	{ 0x00AD, 0x00AD },                     // soft hyphen
@@ -21,8 +21,12 @@ const FCharacterRange UnseenRanges[] = {
 	{ 0x2000, 0x200F },                     // spaces of other widths, zero-width characters, direction marks
 	{ 0x2028, 0x202F },                     // line and paragraph separators, direction embeddings and overrides
 	{ 0x205F, 0x206F },                     // invisible operators, direction isolates
+	{ 0x2329, 0x232A }, { 0x276C, 0x276D }, // brackets like those of escapes
+	{ 0x27E8, 0x27E9 },                     // the brackets of escapes
 	{ 0x2800, 0x2800 },                     // Braille blank
+	{ 0x29FC, 0x29FD },                     // brackets like those of escapes
 	{ 0x3000, 0x3000 },                     // ideographic space
+	{ 0x3008, 0x3009 },                     // brackets like those of escapes
 	{ 0x3164, 0x3164 },                     // Hangul filler
 	{ 0xD800, 0xDFFF },                     // surrogates without a partner
 	{ 0xFE00, 0xFE0F },                     // variation selectors
@@ -80,11 +84,6 @@ bool IsIn(TArrayView<const FCharacterRange> Ranges, uint32 Character)
 	return false;
 }
 
-bool IsUnseen(uint32 Character)
-{
-	return IsIn(UnseenRanges, Character);
-}
-
 bool IsLookAlike(uint32 Character)
 {
 	for (const TCHAR* Each = LookAlikes; *Each; ++Each)
@@ -97,20 +96,25 @@ bool IsLookAlike(uint32 Character)
 	return false;
 }
 
-FString EscapeCharacter(uint32 Character)
+FString NameCharacter(uint32 Character)
 {
 	switch (Character)
 	{
 	case '\n':
-		return TEXT("\\n");
+		return TEXT("LF");
 	case '\r':
-		return TEXT("\\r");
+		return TEXT("CR");
 	case '\t':
-		return TEXT("\\t");
+		return TEXT("TAB");
 	default:
-		return Character > 0xFFFF ? FString::Printf(TEXT("\\U%08X"), Character)
-								  : FString::Printf(TEXT("\\u%04X"), Character);
+		return FString::Printf(TEXT("U+%04X"), Character);
 	}
+}
+
+/** In brackets that a text cannot have: its own are escaped. A backslash would do that to every path and script. */
+FString Bracket(const FString& Name)
+{
+	return TEXT("\u27E8") + Name + TEXT("\u27E9");
 }
 
 /** The character at Index; a surrogate pair counts as one, and moves Index to its second half. */
@@ -127,7 +131,13 @@ uint32 ReadCharacter(const FString& Text, int32& Index)
 	return 0x10000 + ((First - 0xD800) << 10) + (Second - 0xDC00);
 }
 
-FString Escape(const FString& Text, TFunctionRef<bool(uint32)> IsKept)
+/** What some compilers and interpreters take for the end of a line, and so of a comment. */
+bool IsLineEnding(uint32 Character)
+{
+	return Character == '\r' || Character == 0x0085 || Character == 0x2028 || Character == 0x2029;
+}
+
+FString Escape(const FString& Text, TFunctionRef<bool(uint32)> IsKept, bool bBreakLines)
 {
 	FString Escaped;
 	Escaped.Reserve(Text.Len());
@@ -137,9 +147,13 @@ FString Escape(const FString& Text, TFunctionRef<bool(uint32)> IsKept)
 		const int32 Begin = Index;
 		const uint32 Character = ReadCharacter(Text, Index);
 		NumMarks = IsIn(MarkRanges, Character) ? NumMarks + 1 : 0;
-		if (NumMarks > MaxMarks || (IsUnseen(Character) && !IsKept(Character)))
+		if (NumMarks > MaxMarks || (IsIn(EscapedRanges, Character) && !IsKept(Character)))
 		{
-			Escaped += EscapeCharacter(Character);
+			Escaped += Bracket(NameCharacter(Character));
+			if (bBreakLines && IsLineEnding(Character))
+			{
+				Escaped.AppendChar(u'\n');
+			}
 		}
 		else
 		{
@@ -168,7 +182,7 @@ FString NameBlanks(const FString& Text)
 		if (NumBlanks > 1 || (NumBlanks == 1 && (Index == 0 || End == Text.Len())))
 		{
 			Named +=
-				FString::Printf(TEXT("\u27E8%d %s\u27E9"), NumBlanks, NumBlanks == 1 ? TEXT("space") : TEXT("spaces"));
+				Bracket(FString::Printf(TEXT("%d %s"), NumBlanks, NumBlanks == 1 ? TEXT("space") : TEXT("spaces")));
 			Index = End;
 			continue;
 		}
@@ -193,12 +207,18 @@ struct FWord
 		bHasLatin |= bIsLatin;
 		bHasStyled |= bIsStyled;
 		bOnlyLookAlikes &= IsLookAlike(Character);
-		Escapes += bIsLatin ? FString() : EscapeCharacter(Character);
+		if (!bIsLatin)
+		{
+			Names.Add(NameCharacter(Character));
+		}
 		return true;
 	}
-	FString GetLookAlikes() const { return bHasLatin || bHasStyled || bOnlyLookAlikes ? Escapes : FString(); }
+	TArray<FString> GetLookAlikes() const
+	{
+		return bHasLatin || bHasStyled || bOnlyLookAlikes ? Names : TArray<FString>();
+	}
 
-	FString Escapes; // of its letters that are not Latin
+	TArray<FString> Names; // of its letters that are not Latin
 	bool bHasLatin = false;
 	bool bHasStyled = false;
 	bool bOnlyLookAlikes = true;
@@ -206,7 +226,7 @@ struct FWord
 
 FString FindLookAlikes(const FString& Text)
 {
-	FString Found;
+	TArray<FString> Found;
 	FWord Word;
 	for (int32 Index = 0; Index < Text.Len(); ++Index)
 	{
@@ -216,19 +236,23 @@ FString FindLookAlikes(const FString& Text)
 			Word = FWord();
 		}
 	}
-	return Found + Word.GetLookAlikes();
+	Found += Word.GetLookAlikes();
+	return FString::Join(Found, TEXT(" "));
 }
 
 FString EscapeLine(const FString& Text)
 {
-	return NameBlanks(Escape(Text, [](uint32) { return false; }));
+	constexpr bool bBreakLines = false;
+	return NameBlanks(Escape(
+		Text, [](uint32) { return false; }, bBreakLines));
 }
 
 FString EscapeLines(const FString& Text)
 {
-	// A carriage return alone moves the text that follows over the one before in some views.
-	return Escape(Text.Replace(TEXT("\r\n"), TEXT("\n"), ESearchCase::CaseSensitive),
-		[](uint32 Character) { return Character == '\n' || Character == '\t'; });
+	constexpr bool bBreakLines = true;
+	return Escape(
+		Text.Replace(TEXT("\r\n"), TEXT("\n"), ESearchCase::CaseSensitive),
+		[](uint32 Character) { return Character == '\n' || Character == '\t'; }, bBreakLines);
 }
 
 bool IsWorthComparing(const FString& Before, const FString& After)

@@ -303,7 +303,8 @@ void FKestrelDisplayTextSpec::Define()
 	It("shows what would not be seen, and leaves the rest alone", [this]() {
 		const FString Name = TEXT("a\u202Eh.txt\n\x1b[31m\u200B\u00A0\uFEFF\x7F\x85");
 		KestrelTest::TestSameText(*this, TEXT("a line"), KestrelDisplayText::EscapeLine(Name),
-			TEXT("a\\u202Eh.txt\\n\\u001B[31m\\u200B\\u00A0\\uFEFF\\u007F\\u0085"));
+			TEXT("a\u27E8U+202E\u27E9h.txt\u27E8LF\u27E9\u27E8U+001B\u27E9[31m\u27E8U+200B\u27E9\u27E8U+00A0\u27E9"
+				 "\u27E8U+FEFF\u27E9\u27E8U+007F\u27E9\u27E8U+0085\u27E9"));
 		KestrelTest::TestSameText(*this, TEXT("letters"),
 			KestrelDisplayText::EscapeLine(TEXT("\u00C4rger \u65E5\u672C \U0001F426 a\\b")),
 			TEXT("\u00C4rger \u65E5\u672C \U0001F426 a\\b"));
@@ -312,13 +313,38 @@ void FKestrelDisplayTextSpec::Define()
 			TEXT("\u27E81 space\u27E9a b\u27E82 spaces\u27E9c\u27E861 spaces\u27E9Note: d\u27E81 space\u27E9"));
 		KestrelTest::TestSameText(*this, TEXT("marks on a letter"),
 			KestrelDisplayText::EscapeLines(TEXT("e\u0301\u0323x\u0301\u0302\u0303\u0489 \u0303")),
-			TEXT("e\u0301\u0323x\u0301\u0302\\u0303\\u0489 \u0303"));
+			TEXT("e\u0301\u0323x\u0301\u0302\u27E8U+0303\u27E9\u27E8U+0489\u27E9 \u0303"));
 		FString HalfPair = TEXT("x");
 		HalfPair.AppendChar(static_cast<TCHAR>(0xD83D));
 		KestrelTest::TestSameText(
-			*this, TEXT("half a pair"), KestrelDisplayText::EscapeLine(HalfPair), TEXT("x\\uD83D"));
+			*this, TEXT("half a pair"), KestrelDisplayText::EscapeLine(HalfPair), TEXT("x\u27E8U+D83D\u27E9"));
 		KestrelTest::TestSameText(*this, TEXT("lines"),
 			KestrelDisplayText::EscapeLines(TEXT("if x:\r\n\tpass\rhidden\u2066\n")),
-			TEXT("if x:\n\tpass\\rhidden\\u2066\n"));
+			TEXT("if x:\n\tpass\u27E8CR\u27E9\nhidden\u27E8U+2066\u27E9\n"));
+		KestrelTest::TestSameText(*this, TEXT("ends of lines for some compilers"),
+			KestrelDisplayText::EscapeLines(TEXT("// a\u2028b\u2029c\u0085d")),
+			TEXT("// a\u27E8U+2028\u27E9\nb\u27E8U+2029\u27E9\nc\u27E8U+0085\u27E9\nd"));
+	});
+
+	It("shows no two texts alike", [this]() {
+		// Each sign of what an escape is made of, and each that is escaped, in any order.
+		const FString Signs = TEXT("\\rn\r\n\t \u202E\u27E8\u27E9\u3008LFU+");
+		TMap<FString, TArray<FString>> Shown; // the engine's maps ignore case
+		for (int32 Number = 0; Number < 20000; ++Number)
+		{
+			FString Text;
+			for (int32 Rest = Number; Rest > 0; Rest /= Signs.Len() + 1)
+			{
+				const int32 Sign = Rest % (Signs.Len() + 1);
+				Text += Sign > 0 ? Signs.Mid(Sign - 1, 1) : FString();
+			}
+			TArray<FString>& Texts = Shown.FindOrAdd(KestrelDisplayText::EscapeLine(Text));
+			Texts.AddUnique(Text);
+			if (Texts.Num() > 1)
+			{
+				AddError(FString::Printf(TEXT("Two texts look like '%s'"), *KestrelDisplayText::EscapeLine(Text)));
+				return;
+			}
+		}
 	});
 }
