@@ -225,6 +225,18 @@ class MarkedPlacesTest(EndToEndTest):
                                      auto_continue=False))
                 self.assertIn(shown, self.run_editor(typed="begin\n/showthescript\n").output)
 
+    def test_each_of_several_changes_is_shown_by_its_number_and_name(self):
+        for name in "abc":
+            self.write(f"Source/Moor/{name}.txt", f"old {name}")
+        Talk(self, completed(*[tool(name, "update_file", path=f"Source/Moor/{name}.txt", old_string="old",
+                                    new_string="new") for name in "abc"],
+                             tool("d", "execute_unreal_engine_api_python_script", code="print(1)"),
+                             auto_continue=False))
+        run = self.run_editor(typed="begin\n/showchange2\n/hidechange2\n/showscript4\n/showchange1\n")
+        self.assert_in_order(run, "Approve? y", "2. Change Source/Moor/b.txt: 1 replacement\n- old b\n+ new b\n",
+                             "4. Run a script\n+ print(1)\n",
+                             "1. Change Source/Moor/a.txt: 1 replacement\n- old a\n+ new a\n")
+
     def test_blanks_in_a_name_do_not_push_its_end_into_a_line_of_its_own(self):
         name = "Docs/Plan.md" + " " * 61 + "Note: checked, harmless"
         Talk(self, completed(tool("a", "create_file", path=name, file_text="x"), auto_continue=False))

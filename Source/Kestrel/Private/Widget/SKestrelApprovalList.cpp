@@ -169,6 +169,27 @@ TSharedRef<SWidget> MakeHeading(int32 NumTools, int32 NumRisky, int32 NumFailing
 		DescribeAll(NumTools, NumRisky, NumFailing, bPaused), Style, LOCTEXT("HeadingName", "What waits for approval"));
 }
 
+/** Each of several buttons has the number of its row: the terminal, for instance, presses them by their labels. */
+FText LabelUnfoldButton(bool bScript, bool bUnfolded, int32 Number)
+{
+	if (Number == 0)
+	{
+		if (bScript)
+		{
+			return bUnfolded ? LOCTEXT("HideScript", "Hide the script") : LOCTEXT("ShowScript", "Show the script");
+		}
+		return bUnfolded ? LOCTEXT("Hide", "Hide the change") : LOCTEXT("Show", "Show the change");
+	}
+	if (bScript)
+	{
+		return FText::Format(
+			bUnfolded ? LOCTEXT("HideScriptOf", "Hide script {0}") : LOCTEXT("ShowScriptOf", "Show script {0}"),
+			Number);
+	}
+	return FText::Format(
+		bUnfolded ? LOCTEXT("HideOf", "Hide change {0}") : LOCTEXT("ShowOf", "Show change {0}"), Number);
+}
+
 /** Where a row stands: what to look at twice comes first, what will do nothing comes last. */
 int32 GetRank(const FKestrelToolPlan& Plan)
 {
@@ -262,7 +283,7 @@ TSharedRef<SWidget> SKestrelApprovalList::MakeRow(const TSharedRef<FKestrelToolP
 		.AutoWidth()
 		.VAlign(VAlign_Top)
 		[
-			MakeUnfoldButton(Plan, Row)
+			MakeUnfoldButton(Plan, Number, Row)
 		]
 	];
 	for (const KestrelApprovalList::FRemark& Remark : KestrelApprovalList::MakeRemarks(*Plan))
@@ -279,12 +300,36 @@ TSharedRef<SWidget> SKestrelApprovalList::MakeRow(const TSharedRef<FKestrelToolP
 	return Row;
 }
 
+TSharedRef<SWidget> SKestrelApprovalList::MakeUnfolded(const FKestrelToolPlan& Plan, int32 Number) const
+{
+	const TSharedRef<SWidget> Change = OnMakeChangeView.Execute(Plan.Change->Before, Plan.Change->After);
+	if (Number == 0)
+	{
+		return Change;
+	}
+	const FTextBlockStyle Style = KestrelApprovalList::MakeTextStyle("Italic", KestrelApprovalList::PlainColor);
+	// clang-format off
+	return SNew(SVerticalBox)
+		+ SVerticalBox::Slot()
+		.AutoHeight()
+		[
+			KestrelApprovalList::MakeText(
+				KestrelApprovalList::DescribeTool(Plan, Number), Style, LOCTEXT("Unfolded", "What the change is of"))
+		]
+		+ SVerticalBox::Slot()
+		.AutoHeight()
+		[
+			Change
+		];
+	// clang-format on
+}
+
 TSharedRef<SWidget> SKestrelApprovalList::MakeUnfoldButton(
-	const TSharedRef<FKestrelToolPlan>& Plan, const TSharedRef<SVerticalBox>& Row)
+	const TSharedRef<FKestrelToolPlan>& Plan, int32 Number, const TSharedRef<SVerticalBox>& Row)
 {
 	const TWeakPtr<SVerticalBox> WeakRow = Row;
 	const TSharedRef<TSharedPtr<SWidget>> Unfolded = MakeShared<TSharedPtr<SWidget>>();
-	const auto OnClicked = [this, WeakRow, Unfolded, Plan]() {
+	const auto OnClicked = [this, WeakRow, Unfolded, Plan, Number]() {
 		const TSharedPtr<SVerticalBox> PinnedRow = WeakRow.Pin();
 		if (PinnedRow.IsValid() && Unfolded->IsValid())
 		{
@@ -293,7 +338,7 @@ TSharedRef<SWidget> SKestrelApprovalList::MakeUnfoldButton(
 		}
 		else if (PinnedRow.IsValid() && OnMakeChangeView.IsBound())
 		{
-			*Unfolded = OnMakeChangeView.Execute(Plan->Change->Before, Plan->Change->After);
+			*Unfolded = MakeUnfolded(*Plan, Number);
 			// clang-format off
 			PinnedRow->AddSlot()
 			.AutoHeight()
@@ -306,13 +351,8 @@ TSharedRef<SWidget> SKestrelApprovalList::MakeUnfoldButton(
 	};
 	const bool bScript = Plan->Kind == EKestrelToolKind::Run;
 	return SNew(SButton)
-		.Text_Lambda([Unfolded, bScript]() {
-			if (bScript)
-			{
-				return Unfolded->IsValid() ? LOCTEXT("HideScript", "Hide the script")
-										   : LOCTEXT("ShowScript", "Show the script");
-			}
-			return Unfolded->IsValid() ? LOCTEXT("Hide", "Hide the change") : LOCTEXT("Show", "Show the change");
+		.Text_Lambda([Unfolded, bScript, Number]() {
+			return KestrelApprovalList::LabelUnfoldButton(bScript, Unfolded->IsValid(), Number);
 		})
 		.Visibility(Plan->Change.IsSet() ? EVisibility::Visible : EVisibility::Collapsed)
 		.OnClicked_Lambda(OnClicked);

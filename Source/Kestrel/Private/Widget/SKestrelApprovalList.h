@@ -36,7 +36,11 @@ private:
 	/** @param Number  of the tool in the answer, from 1; 0 for the only one, which has none */
 	TSharedRef<SWidget> MakeRow(const TSharedRef<FKestrelToolPlan>& Plan, int32 Number);
 	/** A button that unfolds the change below the row, and folds it again. */
-	TSharedRef<SWidget> MakeUnfoldButton(const TSharedRef<FKestrelToolPlan>& Plan, const TSharedRef<SVerticalBox>& Row);
+	TSharedRef<SWidget> MakeUnfoldButton(
+		const TSharedRef<FKestrelToolPlan>& Plan, int32 Number, const TSharedRef<SVerticalBox>& Row);
+	/** The change, below the row's text when there are several rows: whoever hears or types does not see where it is.
+	 */
+	TSharedRef<SWidget> MakeUnfolded(const FKestrelToolPlan& Plan, int32 Number) const;
 
 	FOnMakeChangeView OnMakeChangeView;
 	TSharedPtr<SBox> Heading;
