@@ -262,6 +262,17 @@ class MarkedPlacesTest(EndToEndTest):
             self.assertNotIn(sign, run.output + run.errors, run)
         self.assertIn("\\u001B", run.output)
 
+    def test_no_name_in_a_project_reaches_the_terminal_as_a_command(self):
+        evil = "\x1b]0;pwn\x07\x9b1m\u202e"
+        for descriptor in ({"FileVersion": 3, "Modules": [{"Name": "Moor" + evil, "Type": "Runtime"}]},
+                           {"FileVersion": 3, "Plugins": [{"Name": "Owl" + evil, "Enabled": True}]},
+                           {"FileVersion": evil}, evil):
+            with self.subTest(descriptor=descriptor):
+                self.write("Moor.uproject", descriptor if descriptor == evil else json.dumps(descriptor))
+                run = self.run_editor(f"-Console=Kestrel{evil}", console=False)
+                for sign in ("\x1b", "\x07", "\x9b", "\u202e"):
+                    self.assertNotIn(sign, run.output + run.errors, run)
+
     def test_an_address_that_seems_to_lead_elsewhere_is_asked_nothing(self):
         talk = Talk(self)
         for address in ("api.kestrel.example@localhost:%d/v1", "localhost:%d/v1?x=#api"):

@@ -3,6 +3,7 @@
 #include "Containers/UnrealString.h"
 #include "CoreGlobals.h"
 #include "Misc/OutputDeviceRedirector.h"
+#include "Misc/TerminalText.h"
 
 #include <atomic>
 #include <cstdarg>
@@ -38,7 +39,7 @@ FString CallStack()
 		GLog->Serialize(*Message, ELogVerbosity::Error, Category);
 		GLog->Flush();
 	}
-	std::fprintf(stderr, "%s\n", TCHAR_TO_UTF8(*Message));
+	std::fprintf(stderr, "%s\n", TCHAR_TO_UTF8(*MakeTerminalText(Message)));
 	std::fflush(stderr);
 	std::abort();
 }

@@ -1,5 +1,6 @@
 #include "CoreMinimal.h"
 #include "Misc/Char.h"
+#include "Misc/TerminalText.h"
 #include "Utf8.h"
 
 #include <gtest/gtest.h>
@@ -181,4 +182,20 @@ TEST(FTextTest, FormatReplacesByOrderAndByName)
 	const FText Text = NSLOCTEXT("Space", "Key", "Source");
 	EXPECT_EQ(ToUtf8(FTextInspector::GetNamespace(Text)), "Space");
 	EXPECT_TRUE(Text.EqualTo(INVTEXT("Source")));
+}
+
+TEST(FTerminalTextTest, NothingOfAStringControlsTheTerminalOrHides)
+{
+	const TPair<const TCHAR*, const char*> Cases[] = {
+		{ TEXT("\x1b[31m\b\x9b\x85"), "\\u001B[31m\\u0008\\u009B\\u0085" },
+		{ TEXT("a\u2028b\u2029c\u202Ed\u2066"), "a\\u2028b\\u2029c\\u202Ed\\u2066" },
+		{ TEXT("\u200B\u2060\uFEFF\U000E0041"), "\\u200B\\u2060\\uFEFF\\U000E0041" },
+		{ TEXT("a\r\n\tb\rc\n"), "a\n\tb\\u000Dc\n" },
+		{ TEXT("\u00E4 \U0001F469\u200D\U0001F680 \u0645\u06CC\u200C\u062E"),
+			"\u00E4 \U0001F469\u200D\U0001F680 \u0645\u06CC\u200C\u062E" },
+	};
+	for (const auto& Case : Cases)
+	{
+		EXPECT_EQ(ToUtf8(MakeTerminalText(Case.Key)), Case.Value);
+	}
 }

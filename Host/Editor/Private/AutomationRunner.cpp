@@ -6,6 +6,7 @@
 #include "Misc/FileHelper.h"
 #include "Misc/Parse.h"
 #include "Misc/Paths.h"
+#include "Misc/TerminalText.h"
 #include "Serialization/JsonSerializer.h"
 
 #include <cstdio>
@@ -24,7 +25,7 @@ TArray<TSharedPtr<FJsonValue>> ToJson(const TArray<FString>& Texts)
 
 void Print(const FString& Line)
 {
-	std::printf("%s\n", TCHAR_TO_UTF8(*Line));
+	std::printf("%s\n", TCHAR_TO_UTF8(*MakeTerminalText(Line)));
 	std::fflush(stdout);
 }
 }

@@ -20,6 +20,7 @@
 #include "Misc/OutputDeviceRedirector.h"
 #include "Misc/Parse.h"
 #include "Misc/Paths.h"
+#include "Misc/TerminalText.h"
 #include "Modules/ModuleManager.h"
 #include "StandaloneRenderer.h"
 
@@ -112,7 +113,8 @@ bool FHostEditor::OpenProject()
 	FText FailReason;
 	if (!IProjectManager::Get().LoadProjectFile(ProjectFile, FailReason))
 	{
-		std::fprintf(stderr, "The project cannot be opened: %s\n", TCHAR_TO_UTF8(*FailReason.ToString()));
+		std::fprintf(
+			stderr, "The project cannot be opened: %s\n", TCHAR_TO_UTF8(*MakeTerminalText(FailReason.ToString())));
 		return false;
 	}
 	FConfigCacheIni::InitializeConfigSystem();

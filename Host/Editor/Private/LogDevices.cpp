@@ -1,11 +1,10 @@
 #include "LogDevices.h"
 
-#include "TerminalText.h"
-
 #include "GenericPlatform/GenericPlatformFile.h"
 #include "HAL/PlatformFileManager.h"
 #include "Misc/DateTime.h"
 #include "Misc/Paths.h"
+#include "Misc/TerminalText.h"
 
 #include <cstdio>
 

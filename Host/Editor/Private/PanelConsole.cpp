@@ -6,7 +6,7 @@
 #include "InputCoreTypes.h"
 #include "Misc/CommandLine.h"
 #include "Misc/Parse.h"
-#include "TerminalText.h"
+#include "Misc/TerminalText.h"
 #include "Widgets/Accessibility/SlateCoreAccessibleWidgets.h"
 #include "Widgets/Docking/SDockTab.h"
 
@@ -85,7 +85,8 @@ bool FPanelConsole::Start()
 	std::signal(SIGINT, &PanelConsole::OnInterrupt);
 	if (!Tab)
 	{
-		std::fprintf(stderr, "There is no tab '%s' in this editor.\n", TCHAR_TO_UTF8(*TabName.ToString()));
+		std::fprintf(
+			stderr, "There is no tab '%s' in this editor.\n", TCHAR_TO_UTF8(*MakeTerminalText(TabName.ToString())));
 	}
 	return Tab.IsValid();
 }

@@ -4,6 +4,7 @@
 #include "HAL/PlatformProcess.h"
 #include "HostModuleManifest.h"
 #include "Misc/Paths.h"
+#include "Misc/TerminalText.h"
 #include "Modules/ModuleManager.h"
 
 #include <cstdio>
@@ -49,7 +50,7 @@ EGameModules FHostGameModules::Prepare(FString& OutErrors)
 	if (!FGameBuild::AreLibrariesUsable())
 	{
 		std::fprintf(stderr, "Building the project's C++ modules (%s) ...\n",
-			TCHAR_TO_UTF8(*FString::Join(Modules, TEXT(", "))));
+			TCHAR_TO_UTF8(*MakeTerminalText(FString::Join(Modules, TEXT(", ")))));
 		if (!HostGameModules::BuildAndWait(OutErrors))
 		{
 			return EGameModules::CannotBeBuilt;
