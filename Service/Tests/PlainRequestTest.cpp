@@ -1,86 +1,71 @@
-#include "PlainRequest.h"
+#include "RequestParser.h"
 
 #include <gtest/gtest.h>
 
 namespace
 {
-std::string ListParameters(const std::vector<PlainRequest::Parameter>& Parameters)
+std::string ListParameters(const std::vector<Plain::Parameter>& Parameters)
 {
 	std::string Text;
-	for (const PlainRequest::Parameter& Each : Parameters)
+	for (const Plain::Parameter& Each : Parameters)
 	{
 		Text += " " + Each.Name + ":" + Each.Type;
 	}
 	return Text;
 }
 
-/** A letter and what belongs to it, for each request. */
+/** A letter and what belongs to it, for each kind. */
+struct Describer
+{
+	std::string operator()(const Plain::ReadFile& R) const
+	{
+		return "R " + R.Path +
+			   (R.Lines ? " " + std::to_string(R.Lines->First) + " " + std::to_string(R.Lines->Last) : "");
+	}
+	std::string operator()(const Plain::ListFolder& R) const { return "L " + R.Path; }
+	std::string operator()(const Plain::CreateFile& R) const { return "C " + R.Path + " [" + R.Text + "]"; }
+	std::string operator()(const Plain::ReplaceText& R) const
+	{
+		return "X " + R.Path + " [" + R.Old + "] [" + R.New + "]";
+	}
+	std::string operator()(const Plain::InsertLine& R) const
+	{
+		return "I " + R.Path + " " + std::to_string(R.LineNumber) + " [" + R.Text + "]";
+	}
+	std::string operator()(const Plain::DeleteFile& R) const { return "D " + R.Path; }
+	std::string operator()(const Plain::RunPython& R) const { return "P [" + R.Code + "]"; }
+	std::string operator()(const Plain::Compile&) const { return "B"; }
+	std::string operator()(const Plain::FindText& R) const { return "? [" + R.Text + "]"; }
+	std::string operator()(const Plain::ReadBlueprint& R) const { return "RB " + R.Name + " " + R.Section; }
+	std::string operator()(const Plain::CreateBlueprint& R) const
+	{
+		return "CB " + R.Name + " " + R.ParentClass + " " + R.Folder;
+	}
+	std::string operator()(const Plain::SaveBlueprints&) const { return "SB"; }
+	std::string operator()(const Plain::ReadBehaviorTree& R) const { return "RT " + R.Name; }
+	std::string operator()(const Plain::AddVariable& R) const
+	{
+		return "AV " + R.Blueprint + " " + R.Name + " " + R.Type + " [" + R.Value + "]" +
+			   (R.bReplicated ? " replicated" : "");
+	}
+	std::string operator()(const Plain::AddFunction& R) const
+	{
+		return "AF " + R.Blueprint + " " + R.Name + ListParameters(R.Inputs) + " ->" + ListParameters(R.Outputs);
+	}
+	std::string operator()(const Plain::AddPrintNode& R) const
+	{
+		return "AP " + R.Blueprint + " " + R.Function + " [" + R.Text + "]";
+	}
+	std::string operator()(const Plain::PlacePrintNode& R) const { return "PP " + R.Blueprint; }
+	std::string operator()(const Plain::Finish&) const { return "F"; }
+};
+
 std::string Describe(const std::string& Text)
 {
 	std::string Result;
-	for (const PlainRequest& Request : UnderstandPlainRequests(Text))
+	for (const PlainRequest& Request : ParsePlainRequests(Text))
 	{
-		Result += Result.empty() ? "" : "; ";
-		switch (Request.What)
-		{
-		case PlainRequest::Kind::ReadFile:
-			Result += "R " + Request.Path;
-			Result += Request.FirstLine
-						  ? " " + std::to_string(*Request.FirstLine) + " " + std::to_string(*Request.LastLine)
-						  : "";
-			break;
-		case PlainRequest::Kind::ListFolder:
-			Result += "L " + Request.Path;
-			break;
-		case PlainRequest::Kind::CreateFile:
-			Result += "C " + Request.Path + " [" + Request.Text + "]";
-			break;
-		case PlainRequest::Kind::ReplaceText:
-			Result += "X " + Request.Path + " [" + Request.OldText + "] [" + Request.Text + "]";
-			break;
-		case PlainRequest::Kind::InsertLine:
-			Result += "I " + Request.Path + " " + std::to_string(*Request.FirstLine) + " [" + Request.Text + "]";
-			break;
-		case PlainRequest::Kind::DeleteFile:
-			Result += "D " + Request.Path;
-			break;
-		case PlainRequest::Kind::RunPython:
-			Result += "P [" + Request.Text + "]";
-			break;
-		case PlainRequest::Kind::Compile:
-			Result += "B";
-			break;
-		case PlainRequest::Kind::FindText:
-			Result += "? [" + Request.Text + "]";
-			break;
-		case PlainRequest::Kind::ReadBlueprint:
-			Result += "RB " + Request.Path + " " + Request.Text;
-			break;
-		case PlainRequest::Kind::CreateBlueprint:
-			Result += "CB " + Request.Path + " " + Request.OldText + " " + Request.Text;
-			break;
-		case PlainRequest::Kind::SaveBlueprints:
-			Result += "SB";
-			break;
-		case PlainRequest::Kind::ReadBehaviorTree:
-			Result += "RT " + Request.Path;
-			break;
-		case PlainRequest::Kind::AddVariable:
-			Result += "AV " + Request.Path + " " + Request.Member + " " + Request.OldText + " [" + Request.Text + "]" +
-					  (Request.bReplicated ? " replicated" : "");
-			break;
-		case PlainRequest::Kind::AddFunction:
-			Result += "AF " + Request.Path + " " + Request.Member + ListParameters(Request.Inputs) + " ->" +
-					  ListParameters(Request.Outputs);
-			break;
-		case PlainRequest::Kind::AddPrintNode:
-		case PlainRequest::Kind::PlacePrintNode:
-			Result += "AP " + Request.Path + " " + Request.Member + " [" + Request.Text + "]";
-			break;
-		case PlainRequest::Kind::Finish:
-			Result += "F";
-			break;
-		}
+		Result += (Result.empty() ? "" : "; ") + std::visit(Describer(), Request);
 	}
 	return Result;
 }

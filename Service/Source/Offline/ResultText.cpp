@@ -1,6 +1,7 @@
 #include "ResultText.h"
 
 #include "BlueprintText.h"
+#include "JsonFields.h"
 
 #include <algorithm>
 #include <sstream>
@@ -85,7 +86,7 @@ std::string DescribeTree(const std::string& Path, const std::string& Content)
 	}
 	if (Tree.empty())
 	{
-		return "I see no files there: either " + (Path.empty() ? std::string("the project") : Path) +
+		return "I see no files there: either " + NameOrProject(Path) +
 			   " has none of the kinds that I am shown, or there is no such folder.";
 	}
 	std::string Listing;
@@ -101,10 +102,10 @@ std::string DescribeTree(const std::string& Path, const std::string& Content)
 	return Text;
 }
 
-std::string DescribeFile(const PlainRequest& Request, const std::string& Content)
+std::string DescribeFile(const Plain::ReadFile& Request, const std::string& Content)
 {
 	const Quote Beginning = QuoteBeginning(Content);
-	const std::string Kind = Request.FirstLine ? "From " + Request.Path + ", " : Request.Path + ", ";
+	const std::string Kind = Request.Lines ? "From " + Request.Path + ", " : Request.Path + ", ";
 	std::string Text = Kind + Counted(Beginning.NumLines, "line") + ":\n\n" + Beginning.Text;
 	if (Beginning.bCut)
 	{
@@ -133,7 +134,7 @@ std::string DescribeScript(const std::string& Content)
 	return Output.empty() ? "The script ran and printed nothing." : "The script ran and printed:\n\n" + Shorten(Output);
 }
 
-std::string DescribeFiles(const PlainRequest& Request, const Json& Files)
+std::string DescribeFiles(const Plain::FindText& Request, const Json& Files)
 {
 	if (Files.empty())
 	{
@@ -147,7 +148,7 @@ std::string DescribeFiles(const PlainRequest& Request, const Json& Files)
 	return Text + (Files.size() > MaxQuotedLines ? "\n  ... and more" : "");
 }
 
-std::string DescribeReferences(const PlainRequest& Request, const std::string& Content)
+std::string DescribeReferences(const Plain::FindText& Request, const std::string& Content)
 {
 	const Json Found = Json::parse(Content, nullptr, false);
 	if (!Found.is_object() || !Found.contains("cpp_references") || !Found["cpp_references"].is_array())
@@ -171,62 +172,53 @@ std::string DescribeFailedBuild(const std::string& Content)
 	return "The build failed:\n\n" + Shorten(Errors.empty() ? Content : Errors);
 }
 
-std::string DescribeSuccess(const PlainRequest& Request, const std::string& Content)
+/** What a tool returned when it worked; the kinds without an overload add a full stop to the tool's sentence. */
+struct SuccessText
 {
-	switch (Request.What)
+	const std::string& Content;
+
+	std::string operator()(const Plain::ReadFile& Request) const { return DescribeFile(Request, Content); }
+	std::string operator()(const Plain::ListFolder& Request) const { return DescribeTree(Request.Path, Content); }
+	std::string operator()(const Plain::RunPython&) const { return DescribeScript(Content); }
+	std::string operator()(const Plain::FindText& Request) const { return DescribeReferences(Request, Content); }
+	std::string operator()(const Plain::ReadBlueprint&) const { return DescribeBlueprint(Content); }
+	std::string operator()(const Plain::ReadBehaviorTree&) const { return DescribeBehaviorTree(Content); }
+	std::string operator()(const Plain::SaveBlueprints&) const { return DescribeSavedBlueprints(Content); }
+	std::string operator()(const Plain::CreateBlueprint&) const { return Content; }
+	std::string operator()(const Plain::AddVariable&) const { return DescribeChangedBlueprint(Content); }
+	std::string operator()(const Plain::AddFunction&) const { return DescribeChangedBlueprint(Content); }
+	std::string operator()(const Plain::PlacePrintNode&) const { return DescribeChangedBlueprint(Content); }
+	std::string operator()(const Plain::Compile&) const { return "The game is built."; }
+	std::string operator()(const Plain::Finish&) const { return "Done."; }
+	template <typename RequestType>
+	std::string operator()(const RequestType&) const
 	{
-	case PlainRequest::Kind::ReadFile:
-		return DescribeFile(Request, Content);
-	case PlainRequest::Kind::ListFolder:
-		return DescribeTree(Request.Path, Content);
-	case PlainRequest::Kind::RunPython:
-		return DescribeScript(Content);
-	case PlainRequest::Kind::FindText:
-		return DescribeReferences(Request, Content);
-	case PlainRequest::Kind::ReadBlueprint:
-		return DescribeBlueprint(Content);
-	case PlainRequest::Kind::ReadBehaviorTree:
-		return DescribeBehaviorTree(Content);
-	case PlainRequest::Kind::SaveBlueprints:
-		return DescribeSavedBlueprints(Content);
-	case PlainRequest::Kind::CreateBlueprint:
-		return Content;
-	case PlainRequest::Kind::AddVariable:
-	case PlainRequest::Kind::AddFunction:
-	case PlainRequest::Kind::PlacePrintNode:
-		return DescribeChangedBlueprint(Content);
-	case PlainRequest::Kind::Compile:
-		return "The game is built.";
-	case PlainRequest::Kind::Finish:
-		return "Done.";
-	default:
 		return Content + ".";
 	}
-}
+};
 
-std::string DescribeError(const PlainRequest& Request, const std::string& Content)
+struct ErrorText
 {
-	switch (Request.What)
+	const std::string& Content;
+
+	std::string operator()(const Plain::Compile&) const { return DescribeFailedBuild(Content); }
+	std::string operator()(const Plain::RunPython&) const { return Shorten(Content); }
+	std::string operator()(const Plain::FindText&) const { return "That did not work: " + Content; }
+	template <typename RequestType>
+	std::string operator()(const RequestType& Request) const
 	{
-	case PlainRequest::Kind::Compile:
-		return DescribeFailedBuild(Content);
-	case PlainRequest::Kind::RunPython:
-		return Shorten(Content);
-	case PlainRequest::Kind::FindText:
-		return "That did not work: " + Content;
-	default:
-		return "That did not work for " + (Request.Path.empty() ? "the project" : Request.Path) + ": " + Content;
+		return "That did not work for " + NameOrProject(Request.Subject()) + ": " + Content;
 	}
-}
+};
 }
 
 std::string DescribeResult(const PlainRequest& Request, const Json& Result)
 {
-	const std::string Content =
-		Result.contains("content") && Result["content"].is_string() ? Result["content"].get<std::string>() : "";
+	const std::string Content = GetText(Result, "content");
 	if (Result.value("is_abort", false))
 	{
 		return "You stopped me before I could use a tool.";
 	}
-	return Result.value("is_error", false) ? DescribeError(Request, Content) : DescribeSuccess(Request, Content);
+	return Result.value("is_error", false) ? std::visit(ErrorText{ Content }, Request)
+										   : std::visit(SuccessText{ Content }, Request);
 }

@@ -3,7 +3,6 @@
 #include "JsonFields.h"
 
 #include <algorithm>
-#include <cctype>
 #include <set>
 #include <utility>
 
@@ -51,7 +50,7 @@ bool TakeArray(std::string& Word)
 const TypeName* FindTypeName(std::string Word)
 {
 	TakeArray(Word);
-	std::transform(Word.begin(), Word.end(), Word.begin(), [](unsigned char C) { return std::tolower(C); });
+	Word = ToLower(Word);
 	const auto Found = std::find_if(
 		std::begin(TypeNames), std::end(TypeNames), [&Word](const TypeName& Each) { return Each.Word == Word; });
 	return Found == std::end(TypeNames) ? nullptr : Found;
@@ -98,53 +97,16 @@ Json MakePropertyType(std::string Word)
 	return Result;
 }
 
-Json MakeParameters(const std::vector<PlainRequest::Parameter>& Parameters)
+Json MakeParameters(const std::vector<Plain::Parameter>& Parameters)
 {
 	Json Result = Json::array();
-	for (const PlainRequest::Parameter& Each : Parameters)
+	for (const Plain::Parameter& Each : Parameters)
 	{
 		Json Parameter = MakePropertyType(Each.Type);
 		Parameter["Name"] = Each.Name;
 		Result.push_back(Parameter);
 	}
 	return Result;
-}
-
-Json MakeVariable(const PlainRequest& Request)
-{
-	Json Variable = { { "Type", MakePinType(Request.OldText) } };
-	if (!Request.Text.empty())
-	{
-		Variable["Value"] = Request.Text;
-	}
-	if (Request.bReplicated)
-	{
-		Variable["Replication"] = "Replicated";
-	}
-	return { { "Variables", { { Request.Member, Variable } } } };
-}
-
-Json MakeFunction(const PlainRequest& Request)
-{
-	const Json Function = { { "Name", Request.Member }, { "InParams", MakeParameters(Request.Inputs) },
-		{ "OutParams", MakeParameters(Request.Outputs) } };
-	return { { "Functions", Json::array({ Function }) } };
-}
-
-Json MakePrintNode(const PlainRequest& Request)
-{
-	const Json Link = { { "Node", Request.OldText }, { "Pin", "then" } };
-	Json Pins = Json::array({ { { "PinName", "execute" }, { "Connections", Json::array({ Link }) } },
-		{ { "PinName", "InString" }, { "Value", Request.Text } } });
-	if (!Request.Following.empty())
-	{
-		const Json Onward = { { "Node", Request.Following }, { "Pin", "execute" } };
-		Pins.push_back({ { "PinName", "then" }, { "Connections", Json::array({ Onward }) } });
-	}
-	const Json Node = { { "Class", "UK2Node_CallFunction" },
-		{ "Properties", { { "FunctionName", "PrintString" }, { "Pins", Pins } } } };
-	const Json Function = { { "Name", Request.Member }, { "EdGraph", { { "Nodes", Json::array({ Node }) } } } };
-	return { { "Functions", Json::array({ Function }) } };
 }
 
 /** Of the first node with the title; null when it has no such pin. */
@@ -169,12 +131,8 @@ const Json* FindPin(const Json& Nodes, const std::string& Title, const std::stri
 }
 
 /** The nodes of the function with the name; empty when it has none or there is no such function. */
-Json FindNodes(const Json& Document, std::string Function)
+Json FindNodes(const Json& Document, const std::string& Function)
 {
-	const auto ToLower = [](std::string Text) {
-		std::transform(Text.begin(), Text.end(), Text.begin(), [](unsigned char C) { return std::tolower(C); });
-		return Text;
-	};
 	for (const Json& Each : GetList(Document, "Functions"))
 	{
 		if (ToLower(GetText(Each, "Name")) == ToLower(Function) && Each.contains("EdGraph"))
@@ -184,6 +142,32 @@ Json FindNodes(const Json& Document, std::string Function)
 	}
 	return Json::array();
 }
+/** The end of a function's flow, or the step before the node that returns the results. Only titles can name nodes. */
+struct FlowEnd
+{
+	std::string Preceding;
+	std::string Following; // empty at the end
+	const Json* Then = nullptr;
+};
+
+FlowEnd FollowFlow(const Json& Nodes, const Json& Entry)
+{
+	FlowEnd End{ GetText(Entry, "Title"), "", nullptr };
+	End.Then = FindPin(Nodes, End.Preceding, "then");
+	std::set<std::string> Seen;
+	while (End.Then && Seen.insert(End.Preceding).second && !GetList(*End.Then, "Connections").empty())
+	{
+		End.Following = GetText((*End.Then)["Connections"][0], "Node");
+		const Json* const Next = FindPin(Nodes, End.Following, "then");
+		if (!Next)
+		{
+			break;
+		}
+		End.Preceding = std::exchange(End.Following, "");
+		End.Then = Next;
+	}
+	return End;
+}
 }
 
 bool IsTypeName(const std::string& Word)
@@ -191,55 +175,63 @@ bool IsTypeName(const std::string& Word)
 	return FindTypeName(Word) != nullptr;
 }
 
-Json MakeBlueprintChange(const PlainRequest& Request)
+Json MakeVariable(const Plain::AddVariable& Request)
 {
-	const Json Updates = Request.What == PlainRequest::Kind::AddVariable   ? MakeVariable(Request)
-						 : Request.What == PlainRequest::Kind::AddFunction ? MakeFunction(Request)
-																		   : MakePrintNode(Request);
-	return { { "blueprint_name", Request.Path }, { "updates", Updates.dump() } };
+	Json Variable = { { "Type", MakePinType(Request.Type) } };
+	if (!Request.Value.empty())
+	{
+		Variable["Value"] = Request.Value;
+	}
+	if (Request.bReplicated)
+	{
+		Variable["Replication"] = "Replicated";
+	}
+	return { { "Variables", { { Request.Name, Variable } } } };
 }
 
-std::optional<PlainRequest> PlacePrintNode(
-	const PlainRequest& Request, const std::string& Document, std::string& Problem)
+Json MakeFunction(const Plain::AddFunction& Request)
 {
-	const Json Nodes = FindNodes(Json::parse(Document, nullptr, false), Request.Member);
+	const Json Function = { { "Name", Request.Name }, { "InParams", MakeParameters(Request.Inputs) },
+		{ "OutParams", MakeParameters(Request.Outputs) } };
+	return { { "Functions", Json::array({ Function }) } };
+}
+
+Json MakePrintNode(const Plain::PlacePrintNode& Request)
+{
+	const Json Link = { { "Node", Request.Preceding }, { "Pin", "then" } };
+	Json Pins = Json::array({ { { "PinName", "execute" }, { "Connections", Json::array({ Link }) } },
+		{ { "PinName", "InString" }, { "Value", Request.Text } } });
+	if (!Request.Following.empty())
+	{
+		const Json Onward = { { "Node", Request.Following }, { "Pin", "execute" } };
+		Pins.push_back({ { "PinName", "then" }, { "Connections", Json::array({ Onward }) } });
+	}
+	const Json Node = { { "Class", "UK2Node_CallFunction" },
+		{ "Properties", { { "FunctionName", "PrintString" }, { "Pins", Pins } } } };
+	const Json Function = { { "Name", Request.Function }, { "EdGraph", { { "Nodes", Json::array({ Node }) } } } };
+	return { { "Functions", Json::array({ Function }) } };
+}
+
+std::optional<Plain::PlacePrintNode> FindPlace(
+	const Plain::AddPrintNode& Request, const std::string& Document, std::string& Problem)
+{
+	const Json Nodes = FindNodes(Json::parse(Document, nullptr, false), Request.Function);
 	const auto Entry = std::find_if(
 		Nodes.begin(), Nodes.end(), [](const Json& Node) { return GetText(Node, "Class") == "K2Node_FunctionEntry"; });
 	if (Entry == Nodes.end())
 	{
-		Problem = "The Blueprint " + Request.Path + " has no function " + Request.Member + " with a graph.";
+		Problem = "The Blueprint " + Request.Blueprint + " has no function " + Request.Function + " with a graph.";
 		return {};
 	}
-	// Along the flow to the last node, or to the one that gives back the results. Only titles can name them.
-	std::string Title = GetText(*Entry, "Title");
-	std::string Following;
-	std::set<std::string> Seen;
-	const Json* Then = FindPin(Nodes, Title, "then");
-	while (Then && Seen.insert(Title).second && !GetList(*Then, "Connections").empty())
-	{
-		Following = GetText((*Then)["Connections"][0], "Node");
-		const Json* const Next = FindPin(Nodes, Following, "then");
-		if (!Next)
-		{
-			break;
-		}
-		Title = std::exchange(Following, "");
-		Then = Next;
-	}
-	const auto IsNamed = [](const std::string& Wanted) {
-		return [&Wanted](const Json& Node) { return GetText(Node, "Title") == Wanted; };
-	};
-	const bool bUnique = std::count_if(Nodes.begin(), Nodes.end(), IsNamed(Title)) == 1;
-	const bool bEnds = Then && (GetList(*Then, "Connections").empty() || !Following.empty());
+	const FlowEnd End = FollowFlow(Nodes, *Entry);
+	const bool bUnique = std::count_if(Nodes.begin(), Nodes.end(),
+							 [&End](const Json& Node) { return GetText(Node, "Title") == End.Preceding; }) == 1;
+	const bool bEnds = End.Then && (GetList(*End.Then, "Connections").empty() || !End.Following.empty());
 	if (!bUnique || !bEnds)
 	{
-		Problem = "I cannot tell where the flow of " + Request.Member + " ends: \"" + Title +
+		Problem = "I cannot tell where the flow of " + Request.Function + " ends: \"" + End.Preceding +
 				  "\" is the title of more than one node, or goes on.";
 		return {};
 	}
-	PlainRequest Placed = Request;
-	Placed.What = PlainRequest::Kind::PlacePrintNode;
-	Placed.OldText = Title;
-	Placed.Following = Following;
-	return Placed;
+	return Plain::PlacePrintNode{ Request.Blueprint, Request.Function, Request.Text, End.Preceding, End.Following };
 }
