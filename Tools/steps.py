@@ -19,8 +19,8 @@ JOBS = os.cpu_count() or 2
 PACKAGES = [
     "ca-certificates", "ccache", "clang", "cmake", "git", "libclang-rt-14-dev", "libcpp-httplib-dev",
     "libcurl4-openssl-dev", "libgit2-dev", "libmimalloc-dev", "libpango1.0-dev", "libpython3-dev", "librsvg2-dev",
-    "libsdl2-dev", "libssl-dev", "libx11-dev", "zlib1g-dev", "fonts-dejavu-core", "fonts-noto-color-emoji",
-    "lld", "nlohmann-json3-dev", "ninja-build", "pkg-config", "rapidjson-dev",
+    "libsdl2-dev", "libsqlite3-dev", "libssl-dev", "libtomlplusplus-dev", "libvalijson-dev", "libx11-dev", "zlib1g-dev",
+    "fonts-dejavu-core", "fonts-noto-color-emoji", "lld", "nlohmann-json3-dev", "ninja-build", "pkg-config", "rapidjson-dev",
     "libgmock-dev", "libgtest-dev", "xdotool", "xvfb",
 ]
 CHECK_PACKAGES = ["clang-format", "clang-tidy"]

@@ -1,5 +1,7 @@
 #include "CommandBody.h"
 
+#include "JsonFields.h"
+
 #include <algorithm>
 #include <string_view>
 
@@ -9,21 +11,6 @@ const std::string_view MessageStart = "{\"message\": \"";
 const std::string_view ToolResultsStart = "{\"tool_results\": ";
 const std::string_view MessageBehindResults = ", \"message\": \"";
 const std::string_view MessageEnd = "\"}";
-
-/** Values are copied and written recursively, so that deeper ones could overflow the stack. */
-constexpr int DeepestNesting = 512;
-
-/** Discarded when it is no JSON, or nested too deeply. */
-Json ParseJson(std::string_view Text)
-{
-	bool bTooDeep = false;
-	const auto KeepShallow = [&bTooDeep](int Depth, Json::parse_event_t, Json&) {
-		bTooDeep |= Depth > DeepestNesting;
-		return !bTooDeep;
-	};
-	Json Parsed = Json::parse(Text, KeepShallow, false);
-	return bTooDeep ? Json(Json::value_t::discarded) : Parsed;
-}
 
 bool StartsWith(std::string_view Text, std::string_view Prefix)
 {
@@ -80,7 +67,7 @@ std::optional<Turn> FromTemplate(std::string_view Body)
 		 Split = Body.find(MessageBehindResults, Split + 1))
 	{
 		const std::string_view Array = Body.substr(ToolResultsStart.size(), Split - ToolResultsStart.size());
-		Json Results = ParseJson(Array);
+		Json Results = ParseUntrustedJson(Array);
 		const size_t MessageAt = Split + MessageBehindResults.size();
 		if (Results.is_array() && Body.size() >= MessageAt + MessageEnd.size())
 		{
@@ -142,7 +129,7 @@ bool IsUtf8(const std::string& Text)
 
 std::optional<Turn> ParseCommandBody(const std::string& Body)
 {
-	const Json Parsed = ParseJson(Body);
+	const Json Parsed = ParseUntrustedJson(Body);
 	if (Parsed.is_object())
 	{
 		return FromJson(Parsed);

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <random>
+#include <utility>
 
 namespace
 {
@@ -34,21 +35,26 @@ Answer Answer::Failed(const std::string& Error)
 
 HttpReply ConversationStore::Command(const std::string& ConversationId, const Turn& UserTurn)
 {
+	std::vector<std::unique_ptr<Conversation>> Ended; // destroyed after the lock is released
 	const std::lock_guard Lock(Mutex);
 	Entry& Current = Conversations[ConversationId];
 	Current.Age = ++NumTurns;
 	if (!Current.Talk || !UserTurn.FileStructure.is_null())
 	{
-		Current.Talk = TheResponder.Begin(UserTurn);
+		Ended.push_back(std::exchange(Current.Talk, TheResponder.Begin(UserTurn)));
 	}
 	Answer Answered = Current.Talk->Respond(UserTurn);
 	Current.RequestId = NewRequestId();
 	Current.StatusReplies = std::move(Answered.StatusReplies);
 	Current.NextStatusReply = 0;
+	Current.Pending = std::move(Answered.Pending);
 
 	HttpReply Reply = Answered.CommandReply.value_or(HttpReply::FromJson({ { "request_id", Current.RequestId } }));
 	Reply.DelaySeconds = Answered.CommandDelaySeconds;
-	DropOldest();
+	while (Conversations.size() > MaxConversations)
+	{
+		Ended.push_back(TakeOldest());
+	}
 	return Reply;
 }
 
@@ -57,6 +63,10 @@ HttpReply ConversationStore::Status(const std::string& RequestId)
 	const std::lock_guard Lock(Mutex);
 	const auto Found = std::find_if(Conversations.begin(), Conversations.end(),
 		[&RequestId](const auto& Pair) { return Pair.second.RequestId == RequestId; });
+	if (Found != Conversations.end() && Found->second.Pending)
+	{
+		return Found->second.Pending->Poll();
+	}
 	if (Found == Conversations.end() || Found->second.StatusReplies.empty())
 	{
 		return HttpReply::FromJson({ { "status", "FAILED" }, { "error", "There is no such request." } });
@@ -67,11 +77,11 @@ HttpReply ConversationStore::Status(const std::string& RequestId)
 	return Reply;
 }
 
-void ConversationStore::DropOldest()
+std::unique_ptr<Conversation> ConversationStore::TakeOldest()
 {
-	while (Conversations.size() > MaxConversations)
-	{
-		Conversations.erase(std::min_element(Conversations.begin(), Conversations.end(),
-			[](const auto& A, const auto& B) { return A.second.Age < B.second.Age; }));
-	}
+	const auto Oldest = std::min_element(Conversations.begin(), Conversations.end(),
+		[](const auto& A, const auto& B) { return A.second.Age < B.second.Age; });
+	std::unique_ptr<Conversation> Taken = std::move(Oldest->second.Talk);
+	Conversations.erase(Oldest);
+	return Taken;
 }

@@ -32,10 +32,12 @@ private:
 		std::string RequestId;
 		std::vector<HttpReply> StatusReplies;
 		size_t NextStatusReply = 0;
+		std::shared_ptr<PendingAnswer> Pending;
 		uint64_t Age = 0; // rises with each turn of any conversation
 	};
 
-	void DropOldest();
+	/** For its caller to destroy without the lock: ending a turn that is being worked on can take a second. */
+	std::unique_ptr<Conversation> TakeOldest();
 
 	const Responder& TheResponder;
 	std::mutex Mutex;

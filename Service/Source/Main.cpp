@@ -1,3 +1,5 @@
+#include "CheckConfig.h"
+#include "ModelResponder.h"
 #include "OfflineResponder.h"
 #include "ScriptResponder.h"
 #include "Server.h"
@@ -20,6 +22,10 @@ std::unique_ptr<Responder> MakeResponder(const Options& Settings)
 	if (Settings.Responder == "script")
 	{
 		return std::make_unique<ScriptResponder>(Settings.ScriptFolder);
+	}
+	if (Settings.Responder == "model")
+	{
+		return std::make_unique<ModelResponder>(ModelConfig::Load(Settings.ConfigFile));
 	}
 	return std::make_unique<OfflineResponder>();
 }
@@ -77,10 +83,27 @@ int Serve(const Options& Settings)
 	std::cout << "Stopped." << std::endl;
 	return 0;
 }
+
+int CheckConfigAndReport(const std::string& Path)
+{
+	try
+	{
+		return CheckConfig(Path, std::cout) ? 0 : 1;
+	}
+	catch (const std::exception& Error)
+	{
+		std::cout << "Configuration: no:\n" << Error.what() << std::endl;
+		return 1;
+	}
+}
 }
 
 int main(int ArgC, char** ArgV)
 {
+	if (ArgC == 3 && std::strcmp(ArgV[1], "check-config") == 0)
+	{
+		return CheckConfigAndReport(ArgV[2]);
+	}
 	Options Settings;
 	try
 	{

@@ -1,8 +1,8 @@
 #include "Options.h"
 
-#include <cctype>
+#include "KeyFile.h"
+
 #include <cstdlib>
-#include <fstream>
 #include <functional>
 #include <map>
 #include <stdexcept>
@@ -21,21 +21,32 @@ long ParseNumber(const std::string& Name, const std::string& Text, long Highest)
 	return Number;
 }
 
-/** The first line. An empty key would let everybody in. */
-std::string ReadKey(const std::string& Path)
+/** Each responder and what it cannot do without. */
+void CheckResponder(const Options& Settings)
 {
-	std::ifstream File(Path);
-	std::string Key;
-	std::getline(File, Key);
-	while (!Key.empty() && std::isspace(static_cast<unsigned char>(Key.back())))
+	const struct
 	{
-		Key.pop_back();
-	}
-	if (Key.empty())
+		const char* Name;
+		const std::string* Needed;
+		const char* Option;
+	} Responders[] = {
+		{ "offline", nullptr, "" },
+		{ "script", &Settings.ScriptFolder, "--scripts" },
+		{ "model", &Settings.ConfigFile, "--config" },
+	};
+	for (const auto& Each : Responders)
 	{
-		throw std::runtime_error("The key file " + Path + " cannot be read or is empty");
+		if (Settings.Responder != Each.Name)
+		{
+			continue;
+		}
+		if (Each.Needed && Each.Needed->empty())
+		{
+			throw std::runtime_error("The responder '" + Settings.Responder + "' needs " + Each.Option);
+		}
+		return;
 	}
-	return Key;
+	throw std::runtime_error("There is no responder '" + Settings.Responder + "'");
 }
 }
 
@@ -49,8 +60,12 @@ const char* Options::Usage()
 		   "                       variable KESTREL_SERVICE_KEY may hold the key\n"
 		   "  --max-body BYTES     refuse larger bodies (413)\n"
 		   "  --request-time N     seconds in which a request has to arrive, 60 unless given\n"
-		   "  --responder KIND     'offline' (default) or 'script'\n"
-		   "  --scripts FOLDER     the conversations of 'script'\n";
+		   "  --responder KIND     'offline' (default), 'script' or 'model'\n"
+		   "  --scripts FOLDER     the conversations of 'script'\n"
+		   "  --config FILE        the model server of 'model', as TOML\n"
+		   "\n"
+		   "       kestrel-service check-config FILE\n"
+		   "  asks the model server for a word and a tool call, and prints what works\n";
 }
 
 Options Options::Parse(int ArgC, char** ArgV)
@@ -66,7 +81,8 @@ Options Options::Parse(int ArgC, char** ArgV)
 		{ "--ready-file", [&](const std::string& Value) { Result.ReadyFile = Value; } },
 		{ "--responder", [&](const std::string& Value) { Result.Responder = Value; } },
 		{ "--scripts", [&](const std::string& Value) { Result.ScriptFolder = Value; } },
-		{ "--key-file", [&](const std::string& Value) { Result.ApiKey = ReadKey(Value); } },
+		{ "--config", [&](const std::string& Value) { Result.ConfigFile = Value; } },
+		{ "--key-file", [&](const std::string& Value) { Result.ApiKey = ReadKeyFile(Value); } },
 		{ "--host-name", [&](const std::string& Value) { Result.HostNames.push_back(Value); } },
 		{ "--port",
 			[&](const std::string& Value) {
@@ -98,13 +114,6 @@ Options Options::Parse(int ArgC, char** ArgV)
 	{
 		throw std::runtime_error("--state is needed");
 	}
-	if (Result.Responder != "offline" && Result.Responder != "script")
-	{
-		throw std::runtime_error("There is no responder '" + Result.Responder + "'");
-	}
-	if (Result.Responder == "script" && Result.ScriptFolder.empty())
-	{
-		throw std::runtime_error("The responder 'script' needs --scripts");
-	}
+	CheckResponder(Result);
 	return Result;
 }

@@ -9,8 +9,9 @@ struct Options
 {
 	std::string StateFolder;           // for the certificates
 	std::string ReadyFile;             // written when the service can be reached: port and authority, as JSON
-	std::string Responder = "offline"; // or "script"
+	std::string Responder = "offline"; // or "script", or "model"
 	std::string ScriptFolder;
+	std::string ConfigFile;             // of 'model'
 	std::string ApiKey;                 // required in x-api-key unless empty
 	std::vector<std::string> HostNames; // names that the certificate is for, besides this machine's
 	int Port = 0;                       // 0 takes a free one

@@ -29,11 +29,21 @@ struct HttpReply
 /** What the user's side sent in one turn. */
 struct Turn
 {
+	std::string EngineVersion; // "5.4", as the client says
 	std::string Message;
 	Json FileStructure; // null unless it came
 	Json ToolResults;   // an array, or null
 	bool bConfirmationMode = true;
 	std::optional<bool> WasConfirmed;
+};
+
+/** An answer that is still being worked on. Several threads use it. */
+class PendingAnswer
+{
+public:
+	virtual ~PendingAnswer() = default;
+	/** The reply to a status poll. */
+	virtual HttpReply Poll() = 0;
 };
 
 /** How a turn is answered: the reply to the command, and the replies to the status polls. */
@@ -44,6 +54,8 @@ struct Answer
 	double CommandDelaySeconds = 0.0;
 	/** Replies to the first polls, in order; the last one is repeated. */
 	std::vector<HttpReply> StatusReplies;
+	/** Replies to the polls instead, if it is set. */
+	std::shared_ptr<PendingAnswer> Pending;
 
 	static Answer Completed(const Json& Response);
 	static Answer Failed(const std::string& Error);
@@ -57,7 +69,7 @@ public:
 	virtual Answer Respond(const Turn& UserTurn) = 0;
 };
 
-/** Makes conversations. Called from several threads, so it has no state that changes. */
+/** Makes conversations. Called from several threads. */
 class Responder
 {
 public:

@@ -80,7 +80,7 @@ void Server::AddRoutes()
 		return httplib::Server::HandlerResponse::Unhandled;
 	});
 	Https->Post(R"((?:/.*)?/command)", [this](const httplib::Request& Request, httplib::Response& Response) {
-		Answer(Response, [&] { return Command(Request.get_header_value("conversation-id"), Request.body); });
+		Answer(Response, [&] { return Command(Request); });
 	});
 	Https->Get(R"((?:/.*)?/status)", [this](const httplib::Request& Request, httplib::Response& Response) {
 		Answer(Response, [&] { return Store.Status(Request.get_param_value("request_id")); });
@@ -96,14 +96,19 @@ void Server::AddRoutes()
 	});
 }
 
-HttpReply Server::Command(const std::string& ConversationId, const std::string& Body)
+HttpReply Server::Command(const httplib::Request& Request)
 {
-	if (!IsUtf8(Body))
+	if (!IsUtf8(Request.body))
 	{
 		return Refuse(400, "The body is not valid UTF-8.");
 	}
-	const std::optional<Turn> UserTurn = ParseCommandBody(Body);
-	return UserTurn ? Store.Command(ConversationId, *UserTurn) : Refuse(400, "The body is not a command.");
+	std::optional<Turn> UserTurn = ParseCommandBody(Request.body);
+	if (!UserTurn)
+	{
+		return Refuse(400, "The body is not a command.");
+	}
+	UserTurn->EngineVersion = Request.get_header_value("engine-version");
+	return Store.Command(Request.get_header_value("conversation-id"), *UserTurn);
 }
 
 void Server::Answer(httplib::Response& Response, const std::function<HttpReply()>& Make)

@@ -13,6 +13,7 @@
 namespace httplib
 {
 class SSLServer;
+struct Request;
 struct Response;
 }
 
@@ -38,7 +39,7 @@ public:
 
 private:
 	void AddRoutes();
-	HttpReply Command(const std::string& ConversationId, const std::string& Body);
+	HttpReply Command(const httplib::Request& Request);
 	void Answer(httplib::Response& Response, const std::function<HttpReply()>& Make);
 
 	const Options Settings;

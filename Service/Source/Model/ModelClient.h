@@ -1,0 +1,38 @@
+#pragma once
+
+#include "ModelRequest.h"
+#include "RunningTurn.h"
+
+#include <functional>
+#include <variant>
+
+using ModelResult = std::variant<ModelReply, UpstreamFault>;
+
+/** Asks a model server, again where that can help. One thread at a time. */
+class ModelClient
+{
+public:
+	explicit ModelClient(const ModelConfig& InConfig);
+
+	/** @return the reply, or the last attempt's fault */
+	ModelResult Ask(const ModelRequest& Request, RunningTurn& Turn);
+	/** The bytes that the request's body would have. */
+	size_t MeasureRequest(const ModelRequest& Request) const;
+	/** One attempt. */
+	ModelResult AskOnce(const ModelRequest& Request, RunningTurn& Turn);
+
+private:
+	const ModelConfig& Config;
+	const RequestFormat& Format;
+	HttpTransfer Http;
+};
+
+/**
+ * How long to wait before a request is repeated.
+ *
+ * @param Attempt  that failed, from 1
+ * @param Elapsed  seconds since the first fault of the turn
+ * @return nothing when it should not be repeated
+ */
+std::optional<double> FindRetryDelay(
+	const UpstreamFault& Fault, int Attempt, double Elapsed, const ModelConfig& Config, double Random);

@@ -1,0 +1,27 @@
+#include "RepeatedFailures.h"
+
+#include "ModelRequest.h"
+
+namespace
+{
+std::string KeyOf(const ToolCall& Call)
+{
+	return Call.Name + " " + ToRequestBody(Call.Input) + Call.InputError;
+}
+}
+
+void RepeatedFailures::Note(const ToolCall& Call, bool bFailed)
+{
+	if (!bFailed)
+	{
+		Counts.clear();
+		return;
+	}
+	++Counts[KeyOf(Call)];
+}
+
+bool RepeatedFailures::IsHopeless(const ToolCall& Call) const
+{
+	const auto Found = Counts.find(KeyOf(Call));
+	return Found != Counts.end() && Found->second >= Tolerated;
+}

@@ -1,0 +1,53 @@
+#pragma once
+
+#include "Responder.h"
+
+#include <chrono>
+#include <condition_variable>
+#include <mutex>
+#include <string>
+
+/**
+ * A turn that is being worked on: what a poll sees of it, and how the worker learns that nobody wants it any more.
+ * The worker and the threads that answer polls use it at the same time.
+ */
+class RunningTurn : public PendingAnswer
+{
+public:
+	explicit RunningTurn(double InUnpolledSeconds)
+		: UnpolledSeconds(InUnpolledSeconds)
+	{
+	}
+
+	/** The status reply: the answer if there is one, and otherwise how far it is. */
+	HttpReply Poll() override;
+	void Cancel();
+
+	void SetAttempt(int InAttempt);
+	/** Text of the answer so far; the next attempt begins with none. */
+	void SetPartialText(const std::string& Text);
+	void AddTokens(int64_t Count);
+	/** The reply to this and all further polls. */
+	void Finish(const Json& StatusReply);
+
+	/** Cancelled, or nobody has asked for UnpolledSeconds. */
+	bool ShouldStop() const;
+	/** @return false when the turn should stop instead */
+	bool Wait(double Seconds);
+
+private:
+	using Clock = std::chrono::steady_clock;
+
+	bool ShouldStopLocked() const;
+
+	const double UnpolledSeconds;
+	const Clock::time_point Started = Clock::now();
+	mutable std::mutex Mutex;
+	std::condition_variable Cancelled;
+	Clock::time_point LastPoll = Clock::now();
+	bool bCancelled = false;
+	std::string Partial;
+	int64_t Tokens = 0;
+	int Attempt = 1;
+	Json Reply; // null until the turn is over
+};

@@ -1,0 +1,110 @@
+#include "ModelConfig.h"
+#include "TestFolder.h"
+
+#include <cstdlib>
+#include <gtest/gtest.h>
+#include <stdexcept>
+
+namespace
+{
+const std::string Server = "[server]\nbase_url = \"http://127.0.0.1:8080\"\nformat = \"messages\"\nmodel = \"m\"\n";
+
+std::string ErrorOf(const std::string& Text)
+{
+	const TestFolder Folder;
+	Folder.Write("model.toml", Text);
+	try
+	{
+		ModelConfig::Load(Folder.Path + "/model.toml");
+	}
+	catch (const std::runtime_error& Error)
+	{
+		return Error.what();
+	}
+	return "";
+}
+
+ModelConfig Load(const std::string& Text)
+{
+	const TestFolder Folder;
+	Folder.Write("model.toml", Text);
+	return ModelConfig::Load(Folder.Path + "/model.toml");
+}
+}
+
+TEST(ModelConfigTest, ReadsWhatItIsTold)
+{
+	setenv("MODEL_TEST_KEY", "s3cret", 1);
+	const ModelConfig Config = Load(Server + R"(
+key_variable = "MODEL_TEST_KEY"
+context_tokens = 8192
+temperature = 0.2
+[timeouts]
+first_byte_seconds = 30
+[limits.day]
+cost = 2.5
+[prices]
+input = 3.0
+output = 15.0
+[policy]
+auto_continue = ["read_file"]
+)");
+	EXPECT_EQ(Config.Server.BaseUrl, "http://127.0.0.1:8080/v1");
+	EXPECT_EQ(Config.Server.Format, ModelFormat::Messages);
+	EXPECT_EQ(Config.Server.Key.Reveal(), "s3cret");
+	EXPECT_EQ(Config.Server.ContextTokens, 8192);
+	EXPECT_EQ(Config.Server.Temperature, 0.2);
+	EXPECT_EQ(Config.Timeouts.FirstByte, 30);
+	EXPECT_EQ(Config.PerDay.Cost, 2.5);
+	EXPECT_EQ(Config.Prices.CachedInput, 3.0) << "unless it is said otherwise";
+	EXPECT_EQ(Config.AutoContinueTools, std::vector<std::string>{ "read_file" });
+	EXPECT_GT(Load(Server).AutoContinueTools.size(), 3u) << "reading tools by default";
+	unsetenv("MODEL_TEST_KEY");
+}
+
+TEST(ModelConfigTest, AnAddressKeepsItsPath)
+{
+	const std::pair<const char*, const char*> Cases[] = {
+		{ "https://models.example", "https://models.example/v1" },
+		{ "https://models.example/", "https://models.example/v1" },
+		{ "https://models.example/v1/", "https://models.example/v1" },
+		{ "https://models.example/openai/v1", "https://models.example/openai/v1" },
+	};
+	for (const auto& [Given, Expected] : Cases)
+	{
+		const std::string Text =
+			std::string("[server]\nformat = \"messages\"\nmodel = \"m\"\nbase_url = \"") + Given + "\"\n";
+		EXPECT_EQ(Load(Text).Server.BaseUrl, Expected);
+	}
+}
+
+TEST(ModelConfigTest, AnErrorNamesThePlaceAndNeverRepeatsAKey)
+{
+	const std::string Key = "canary-5309";
+	const std::pair<std::string, const char*> Cases[] = {
+		{ Server + "api_key = \"" + Key + "\"\n", "model.toml:5: server.api_key does not belong" },
+		{ "key = \"" + Key + "\"\n" + Server, ":1: key does not belong" },
+		{ Server + "key_variable = \"" + Key + "\"\n", "server.key_variable names an environment variable" },
+		{ Server + "key_file = \"/" + Key + "\"\n", "server.key_file names a file" },
+		{ Server + "proxy = \"a\nkey = " + Key, "not valid TOML" },
+		{ "[server]\nformat = \"messages\"\nmodel = \"m\"\nbase_url = \"https://user:" + Key + "@host/v1\"\n",
+			"must have no user" },
+		{ "[server]\nbase_url = \"ftp://host\"\n", "server.format must be" },
+		{ "[server]\nbase_url = \"ftp://host\"\n", "server.base_url must be" },
+		{ "[server]\nbase_url = \"ftp://host\"\n", "server.model is missing" },
+		{ Server + "context_tokens = \"many\"\n", ":5: server.context_tokens must be a whole number from 2048" },
+		{ Server + "context_tokens = 1.5\n", "must be a whole number" },
+		{ Server + "context_tokens = 4096\nmax_output_tokens = 4096\n", "at most half" },
+		{ Server + "temperature = nan\n", "server.temperature must be a number" },
+		{ Server + "[limits.day]\ntokns = 5\n", ":6: limits.day.tokns is not a member" },
+		{ Server + "[policy]\nauto_continue = [\"red_file\"]\n", "no tool: \"red_file\"" },
+		{ Server + "[policy]\nauto_continue = [5]\n", "must be an array of strings" },
+	};
+	for (const auto& [Text, Expected] : Cases)
+	{
+		const std::string Error = ErrorOf(Text);
+		EXPECT_NE(Error.find(Expected), std::string::npos) << Text << "\n" << Error;
+		EXPECT_EQ(Error.find(Key), std::string::npos) << Error;
+	}
+	EXPECT_THROW(ModelConfig::Load("/no/such/file.toml"), std::runtime_error);
+}

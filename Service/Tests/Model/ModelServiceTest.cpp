@@ -1,0 +1,147 @@
+#include "CheckConfig.h"
+#include "ModelResponder.h"
+#include "ModelTalk.h"
+#include "OfflineResponder.h"
+#include "RunningServer.h"
+
+#include <fstream>
+#include <gtest/gtest.h>
+#include <sstream>
+
+namespace
+{
+/** The service with the responder 'model' in front of a scripted model server. */
+class ModelServiceTest : public testing::Test
+{
+protected:
+	void Start(const std::vector<ScriptedReply>& Replies, double UnpolledSeconds = 60)
+	{
+		Talk = std::make_unique<ModelTalk>(ModelFormat::Messages, Replies);
+		ModelConfig Config = Talk->Context.Config;
+		Config.Timeouts.FirstByte = 60;
+		Config.Timeouts.BetweenBytes = 60;
+		Config.Timeouts.Unpolled = UnpolledSeconds;
+		Model = std::make_unique<ModelResponder>(Config);
+		Https = std::make_unique<RunningServer>(*Model, Options());
+		Client = Https->MakeClient();
+	}
+
+	std::string Command(const std::string& Conversation, const Json& Body)
+	{
+		const auto Reply =
+			Client->Post("/command", { { "conversation-id", Conversation } }, Body.dump(), "application/json");
+		EXPECT_TRUE(Reply) << httplib::to_string(Reply.error());
+		return Json::parse(Reply->body)["request_id"];
+	}
+
+	Json Poll(const std::string& RequestId)
+	{
+		return Json::parse(Client->Get("/status?request_id=" + RequestId)->body);
+	}
+
+	/** Polls until a reply is as it should be. */
+	Json PollUntil(const std::string& RequestId, const std::function<bool(const Json&)>& IsRight)
+	{
+		const auto End = std::chrono::steady_clock::now() + std::chrono::seconds(20);
+		Json Reply = Poll(RequestId);
+		while (!IsRight(Reply) && std::chrono::steady_clock::now() < End)
+		{
+			std::this_thread::yield();
+			Reply = Poll(RequestId);
+		}
+		EXPECT_TRUE(IsRight(Reply)) << Reply.dump();
+		return Reply;
+	}
+
+	static bool IsOver(const Json& Reply) { return Reply["status"] != "PROCESSING"; }
+
+	std::unique_ptr<ModelTalk> Talk;
+	std::unique_ptr<ModelResponder> Model;
+	std::unique_ptr<RunningServer> Https;
+	std::unique_ptr<httplib::SSLClient> Client;
+};
+
+/** A stream that stops in the middle of its text. */
+ScriptedReply StopsInTheMiddle()
+{
+	ScriptedReply Reply = SaysText(ModelFormat::Messages, "Half an answer");
+	Reply.Body.resize(Reply.Body.find("event: content_block_stop"));
+	Reply.End = ScriptedReply::Ending::Silence;
+	return Reply;
+}
+
+const Json FirstTurn = { { "message", "Hi" }, { "file_structure", Json::object() } };
+}
+
+TEST_F(ModelServiceTest, ShowsTheAnswerWhileItComes)
+{
+	Start({ StopsInTheMiddle(), SaysText(ModelFormat::Messages, "Second.") });
+	const std::string First = Command("a", FirstTurn);
+	const Json Reply = PollUntil(First, [](const Json& Each) { return Each.value("partial", "") != ""; });
+	EXPECT_EQ(Reply["status"], "PROCESSING");
+	EXPECT_EQ(Reply["partial"], "Half an answer");
+	EXPECT_EQ(Reply["attempt"], 1);
+	EXPECT_TRUE(Reply["tokens"].is_number_integer() && Reply["seconds"].is_number_integer());
+
+	// A further turn takes the place of the one that hangs.
+	const std::string Second = Command("a", { { "message", "Still there?" } });
+	EXPECT_EQ(ModelTalk::TextOf(PollUntil(Second, IsOver)), "Second.");
+	EXPECT_EQ(Talk->Server.GetProblems(), "");
+}
+
+TEST_F(ModelServiceTest, GivesUpATurnThatNobodyAsksFor)
+{
+	Start({ StopsInTheMiddle(), SaysText(ModelFormat::Messages, "Other.") }, 0.1);
+	const std::string Left = Command("left", FirstTurn);
+	EXPECT_TRUE(Talk->Server.WaitForHangUp());
+	EXPECT_EQ(PollUntil(Left, IsOver)["status"], "FAILED");
+	EXPECT_EQ(Talk->Server.CountRequests(), 1u);
+}
+
+TEST_F(ModelServiceTest, StopsWhileAModelServerHangs)
+{
+	Start({ StopsInTheMiddle() });
+	PollUntil(Command("a", FirstTurn), [](const Json& Each) { return Each.value("partial", "") != ""; });
+	const auto Before = std::chrono::steady_clock::now();
+	Https.reset();
+	EXPECT_LT(std::chrono::steady_clock::now() - Before, std::chrono::seconds(5));
+}
+
+TEST(ModelTlsTest, OnlyATrustedServerGetsTheKey)
+{
+	const OfflineResponder Offline;
+	RunningServer Https(Offline, {});
+	ModelTalk Talk(ModelFormat::Messages);
+	Talk.Context.Config.Server.BaseUrl = "https://localhost:" + std::to_string(Https.GetPort()) + "/v1";
+	EXPECT_NE(ModelTalk::TextOf(Talk.Send("Hi")).find("is not trusted"), std::string::npos);
+	Talk.Context.Config.Server.AuthorityFile = Https.GetStateFolder() + "/authority.pem";
+	EXPECT_NE(ModelTalk::TextOf(Talk.Send("Hi")).find("knows no such address"), std::string::npos)
+		<< "trusted, but no model";
+}
+
+TEST(CheckConfigTest, SaysWhatWorks)
+{
+	const auto Check = [](const std::vector<ScriptedReply>& Replies, bool bExpected) {
+		ScriptedModelServer Server(ModelFormat::ChatCompletions, Replies);
+		const TestFolder Folder;
+		Folder.Write("key", ModelTalk::Key);
+		Folder.Write("model.toml", "[server]\nformat = \"chat-completions\"\nmodel = \"m\"\nbase_url = \"" +
+									   Server.GetUrl() + "\"\nkey_file = \"" + Folder.Path +
+									   "/key\"\n[retries]\nattempts = 1\n");
+		std::ostringstream Out;
+		EXPECT_EQ(CheckConfig(Folder.Path + "/model.toml", Out), bExpected);
+		EXPECT_EQ(Out.str().find(ModelTalk::Key), std::string::npos);
+		EXPECT_EQ(Server.GetProblems(), "");
+		return Out.str();
+	};
+	const ModelFormat Chat = ModelFormat::ChatCompletions;
+	const ScriptedReply Word = Says(Chat, { { "text", "ready" }, { "usage", { { "input", 5 }, { "output", 1 } } } });
+	const ScriptedReply Call =
+		Says(Chat, { { "calls", Json::array({ MakeCall("c", "report_color", { { "color", "red" } }) }) } });
+	EXPECT_NE(
+		Check({ Word, Call }, true).find("A word: yes\nToken counts: yes\nA tool call: yes\n"), std::string::npos);
+	EXPECT_NE(Check({ Word, SaysText(Chat, "I cannot.") }, false).find("A tool call: no"), std::string::npos);
+	EXPECT_NE(Check({ ScriptedReply{ "HTTP/1.1 401 No\r\n\r\n", "", ScriptedReply::Ending::Close, false } }, false)
+				  .find("rejected the key"),
+		std::string::npos);
+}
