@@ -4,6 +4,8 @@
 
 #include "FileHistory.generated.h"
 
+struct FKestrelFileState;
+
 /** What a tool does to a file. */
 UENUM()
 enum class EFileActionType : uint8
@@ -156,8 +158,6 @@ public:
 	const FHistories& GetRedoHistories() const { return RedoHistories; }
 
 private:
-	struct FFileState;
-
 	FFileHistory() = default;
 	UE_NONCOPYABLE(FFileHistory)
 
@@ -170,10 +170,10 @@ private:
 	 */
 	bool KeepVersionOfOthers(const FString& Key, const FString& Name, const FString& FullPath);
 	/** Brings a file of an entry from one state to another. @return whether it got there */
-	bool ChangeState(
-		const FString& FilePath, const FFileHistoryEntry& Entry, const FFileState& From, const FFileState& To);
+	bool ChangeState(const FString& FilePath, const FFileHistoryEntry& Entry, const FKestrelFileState& From,
+		const FKestrelFileState& To);
 	/** Brings the file behind a link that was put back to its state, as far as the conversation has changed it. */
-	bool ChangeBehindLink(const FString& FilePath, const FFileHistoryEntry& Entry, const FFileState& To);
+	bool ChangeBehindLink(const FString& FilePath, const FFileHistoryEntry& Entry, const FKestrelFileState& To);
 
 	FHistories FileHistories;
 	FHistories RedoHistories;
