@@ -169,6 +169,15 @@ class KeyTest(CodeProjectTest):
         self.check_requests(server)
         self.check_traces(run)
 
+    def test_a_key_that_the_service_repeats_is_neither_shown_nor_logged(self):
+        server = RecordingServer(self.service.state_folder, [
+            completed(text(f"Your key is {KEY}."), tool("a", "read_file", path=f"No/{KEY}"), tool(KEY, KEY),
+                      auto_continue=True), '{"status": "FAILED", "error": "bad key %s"}' % KEY])
+        self.addCleanup(server.socket.close)
+        self.use_server(server.port)
+        run = self.talk("begin")
+        self.assert_in_order(run, "Your key is [API key].", "bad key [API key]")
+
     def check_requests(self, server):
         for request in server.requests:
             self.assertEqual([name for name, value in request.headers if KEY in value], ["x-api-key"], request.line)

@@ -2,6 +2,7 @@
 
 #include "Agent/Agent.h"
 #include "Agent/Files/FileRescue.h"
+#include "Agent/Files/KeyGuard.h"
 #include "Agent/Files/NativeFile.h"
 #include "Agent/History/HistoryStore.h"
 #include "Agent/Text/DisplayText.h"
@@ -203,7 +204,7 @@ TArray<FString> FKestrelInterface::TakeNotices()
 void FKestrelInterface::OnAddStatusMessage(
 	const FString& Message, const FLinearColor& Color, const FName& FontStyle, float FontSize) const
 {
-	StatusMessageDelegate.ExecuteIfBound(Message, Color, FontStyle, FontSize);
+	StatusMessageDelegate.ExecuteIfBound(KestrelKeyGuard::Hide(Message), Color, FontStyle, FontSize);
 }
 
 void FKestrelInterface::AddOwnStatusMessage(const FString& Message) const
@@ -218,7 +219,7 @@ void FKestrelInterface::AddHint(const FText& Hint) const
 
 void FKestrelInterface::OnAddDiffMessage(const FString& FilePath, const FString& Before, const FString& After) const
 {
-	DiffMessageDelegate.ExecuteIfBound(FilePath, Before, After);
+	DiffMessageDelegate.ExecuteIfBound(FilePath, KestrelKeyGuard::Hide(Before), KestrelKeyGuard::Hide(After));
 }
 
 #undef LOCTEXT_NAMESPACE

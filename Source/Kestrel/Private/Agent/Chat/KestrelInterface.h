@@ -77,12 +77,14 @@ public:
 	/** What was noticed before a panel could show it, told once, and whether the project's code is missing. */
 	TArray<FString> TakeNotices();
 
+	/** What the panel shows and logs, but for the key, which a service or a user may repeat. */
 	void OnAddStatusMessage(
 		const FString& Message, const FLinearColor& Color, const FName& FontStyle, float FontSize) const;
 	/** A status line of the plugin's own: what it is doing, in small italics. */
 	void AddOwnStatusMessage(const FString& Message) const;
 	/** A line for the person at the panel only: it is neither logged nor among the status messages. */
 	void AddHint(const FText& Hint) const;
+	/** A change for the panel to show and log, without the key. */
 	void OnAddDiffMessage(const FString& FilePath, const FString& Before, const FString& After) const;
 
 	/** Bound by the open panel. */

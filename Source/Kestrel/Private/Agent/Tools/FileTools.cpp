@@ -415,8 +415,7 @@ FString ApplyChange(const FKestrelToolPlan& Plan)
 		// Redone, what was undone before would overwrite this change.
 		FFileHistory::Get().ForgetRedo(FAgent::Get().GetConversationId());
 		FFileHistory::Get().NoteLeft(FAgent::Get().GetConversationId(), Plan.FilePath);
-		FKestrelInterface::Get().OnAddDiffMessage(
-			Plan.FilePath, KestrelKeyGuard::Hide(Plan.Change->Before), KestrelKeyGuard::Hide(Plan.Change->After));
+		FKestrelInterface::Get().OnAddDiffMessage(Plan.FilePath, Plan.Change->Before, Plan.Change->After);
 	}
 	return Result;
 }
