@@ -169,6 +169,21 @@ class KeyTest(CodeProjectTest):
         self.check_requests(server)
         self.check_traces(run)
 
+    def test_the_keys_of_other_stages_stay_in_the_project(self):
+        others = ["sandbox-canary-1", "second \\ canary", "old-canary-key", "production-canary"]
+        server = RecordingServer(self.service.state_folder, [
+            completed(tool("a", "read_file", path="Config/DefaultPlugin.ini"), auto_continue=True),
+            completed(text("Done."), auto_continue=True)])
+        self.addCleanup(server.socket.close)
+        self.use_server(server.port)
+        with open(os.path.join(self.project, "Config", "DefaultPlugin.ini"), "a", encoding="utf-8") as file:
+            file.write('SandboxApiKey=%s\nSandbox2ApiKey = "%s"\n;DevApiKey=%s\n[Other]\n+ProdAPIKEY=%s\n' % (*others,))
+        run = self.talk("begin")
+        self.assertIn("SandboxApiKey=[API key]", server.requests[-2].body + server.requests[-1].body, run)
+        for request in server.requests:
+            for key in others:
+                self.assertNotIn(key.rsplit(" ", 1)[-1], request.body)
+
     def test_a_key_that_the_service_repeats_is_neither_shown_nor_logged(self):
         server = RecordingServer(self.service.state_folder, [
             completed(text(f"Your key is {KEY}."), tool("a", "read_file", path=f"No/{KEY}"), tool(KEY, KEY),

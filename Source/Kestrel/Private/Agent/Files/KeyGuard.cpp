@@ -1,8 +1,11 @@
 #include "Agent/Files/KeyGuard.h"
 
 #include "Agent/Files/NativeFile.h"
+#include "HAL/FileManager.h"
 #include "Kestrel.h"
 #include "KestrelSettings.h"
+#include "Misc/DateTime.h"
+#include "Misc/FileHelper.h"
 #include "Misc/Paths.h"
 #include "UObject/Class.h"
 
@@ -33,6 +36,69 @@ void HideIn(FString& Text, const FString& Key, int32 NumQuotations = MaxQuotatio
 	Text.ReplaceInline(*Key, Placeholder, ESearchCase::CaseSensitive);
 }
 
+/** The value of a line like "SandboxApiKey=…"; a line that is commented out may hold a key that still works. */
+FString ReadKey(const FString& Line)
+{
+	FString Name;
+	FString Value;
+	if (!Line.Split(TEXT("="), &Name, &Value) ||
+		!Name.TrimStartAndEnd().EndsWith(TEXT("ApiKey"), ESearchCase::IgnoreCase))
+	{
+		return FString();
+	}
+	Value.TrimStartAndEndInline();
+	if (Value.Len() > 1 && Value.StartsWith(TEXT("\"")) && Value.EndsWith(TEXT("\"")))
+	{
+		Value.MidInline(1, Value.Len() - 2);
+	}
+	return Value;
+}
+
+/** The keys that a project's file of stages has, or had at any time since the editor started. */
+class FStageKeys
+{
+public:
+	const TArray<FString>& Get()
+	{
+		const FString File = FPaths::ProjectConfigDir() / TEXT("DefaultPlugin.ini");
+		const FDateTime Time = IFileManager::Get().GetTimeStamp(*File);
+		const int64 Size = IFileManager::Get().FileSize(*File);
+		if (Time != TimeRead || Size != SizeRead)
+		{
+			TimeRead = Time;
+			SizeRead = Size;
+			Read(File);
+		}
+		return Keys;
+	}
+
+private:
+	void Read(const FString& File)
+	{
+		constexpr int64 MaxBytes = 1024 * 1024; // nobody has that many stages
+		constexpr int32 MaxKeys = 100;
+		TArray<FString> Lines;
+		if (SizeRead > MaxBytes || !KestrelNativeFile::IsRegularFile(FPaths::ConvertRelativePathToFull(File)) ||
+			!FFileHelper::LoadFileToStringArray(Lines, *File))
+		{
+			return;
+		}
+		for (const FString& Line : Lines)
+		{
+			const FString Key = ReadKey(Line);
+			const bool bIsKnown = Keys.ContainsByPredicate([&Key](const FString& Known) { return Known.Equals(Key); });
+			if (!Key.IsEmpty() && !bIsKnown && Keys.Num() < MaxKeys)
+			{
+				Keys.Add(Key);
+			}
+		}
+	}
+
+	TArray<FString> Keys;
+	FDateTime TimeRead;
+	int64 SizeRead = -1;
+};
+
 FString Resolve(const FString& Path)
 {
 	return KestrelNativeFile::ResolveLinks(FPaths::ConvertRelativePathToFull(Path));
@@ -44,6 +110,11 @@ FString KestrelKeyGuard::Hide(const FString& Text)
 	FString Hidden = Text;
 	KeyGuard::HideIn(Hidden, GetDefault<UKestrelSettings>()->ApiKey);
 	KeyGuard::HideIn(Hidden, FKestrelModule::GetApiKey());
+	static KeyGuard::FStageKeys StageKeys;
+	for (const FString& Key : StageKeys.Get())
+	{
+		KeyGuard::HideIn(Hidden, Key);
+	}
 	return Hidden;
 }
 

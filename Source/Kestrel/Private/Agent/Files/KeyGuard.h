@@ -2,10 +2,13 @@
 
 #include "CoreMinimal.h"
 
-/** Keeps the key, the user's and a project's own, out of what the service is told and the panel logs. */
+/** Keeps the keys, the user's and those of a project's stages, out of what the service is told and the panel logs. */
 namespace KestrelKeyGuard
 {
-/** The text with "[API key]" for the key, as it is or as quoted documents write it. Shorter ones than 8 stay. */
+/**
+ * The text with "[API key]" for each key, as it is or as quoted documents write it. Shorter ones than 8 stay. On the
+ * game thread.
+ */
 FString Hide(const FString& Text);
 /**
  * Whether a file is made to hold the key: the user's settings, of any platform.
