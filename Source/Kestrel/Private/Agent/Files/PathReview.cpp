@@ -21,14 +21,39 @@ const TCHAR* const BuildEndings[] = { TEXT(".build.cs"), TEXT(".target.cs"), TEX
 	TEXT(".props"), TEXT(".targets"), TEXT(".sln"), TEXT(".vcxproj"), TEXT(".rsp"), TEXT(".cmake"), TEXT(".mk"),
 	TEXT(".code-workspace") };
 const TCHAR* const BuildFiles[] = { TEXT("CMakeLists.txt"), TEXT("Makefile"), TEXT(".envrc"), TEXT(".clangd"),
-	TEXT("BuildConfiguration.xml") };
+	TEXT("BuildConfiguration.xml"), TEXT("nuget.config"), TEXT("global.json"), TEXT("package.json"), TEXT(".gdbinit"),
+	TEXT(".lldbinit") };
 const TCHAR* const ProjectEndings[] = { TEXT(".uproject"), TEXT(".uplugin"), TEXT(".uprojectdirs") };
 /** What runs by itself when the editor starts, or with one click. */
 const TCHAR* const StartupFiles[] = { TEXT("init_unreal.py") };
 /** What Python runs, or takes for a module, of the folders that it looks into. */
-const TCHAR* const PythonEndings[] = { TEXT(".py"), TEXT(".pyc"), TEXT(".pth") };
-const TCHAR* const ProgramEndings[] = { TEXT(".bat"), TEXT(".cmd"), TEXT(".ps1"), TEXT(".sh"), TEXT(".command"),
-	TEXT(".exe"), TEXT(".dll"), TEXT(".so"), TEXT(".dylib") };
+const TCHAR* const PythonEndings[] = { TEXT(".py"), TEXT(".pyw"), TEXT(".pyc"), TEXT(".pth") };
+/** What the system runs, loads or follows to something that it runs. */
+const TCHAR* const ProgramEndings[] = { TEXT(".bat"), TEXT(".cmd"), TEXT(".ps1"), TEXT(".psm1"), TEXT(".psd1"),
+	TEXT(".sh"), TEXT(".bash"), TEXT(".zsh"), TEXT(".command"), TEXT(".exe"), TEXT(".com"), TEXT(".scr"), TEXT(".pif"),
+	TEXT(".cpl"), TEXT(".msi"), TEXT(".dll"), TEXT(".so"), TEXT(".dylib"), TEXT(".vbs"), TEXT(".vbe"), TEXT(".jse"),
+	TEXT(".wsf"), TEXT(".hta"), TEXT(".reg"), TEXT(".lnk"), TEXT(".url"), TEXT(".desktop"), TEXT(".jar") };
+/** Whatever lies in them runs, by a name of any kind. */
+const TCHAR* const ProgramFolders[] = { TEXT("Binaries"), TEXT(".githooks"), TEXT(".husky") };
+
+/** What a file system of Windows or the Mac may take for the same letters, regardless of case. */
+struct FFolding
+{
+	TCHAR Character;
+	const TCHAR* Letters;
+};
+const FFolding Foldings[] = {
+	{ 0x0131, TEXT("i") }, // without a dot
+	{ 0x017F, TEXT("s") }, // long s
+	{ 0x212A, TEXT("k") }, // Kelvin sign
+	{ 0xFB00, TEXT("ff") },
+	{ 0xFB01, TEXT("fi") },
+	{ 0xFB02, TEXT("fl") },
+	{ 0xFB03, TEXT("ffi") },
+	{ 0xFB04, TEXT("ffl") },
+	{ 0xFB05, TEXT("st") },
+	{ 0xFB06, TEXT("st") },
+};
 
 bool IsOneOf(const FString& Name, TArrayView<const TCHAR* const> Names)
 {
@@ -54,6 +79,65 @@ bool EndsWithOneOf(const FString& Name, TArrayView<const TCHAR* const> Endings)
 	return false;
 }
 
+/** HFS+ leaves these out of names when it compares them. */
+bool IsIgnorable(TCHAR Character)
+{
+	return (Character >= 0x200C && Character <= 0x200F) || (Character >= 0x202A && Character <= 0x202E) ||
+		   (Character >= 0x206A && Character <= 0x206F) || Character == 0xFEFF;
+}
+
+/** A name as the file systems that are least strict about it compare it, but for the case of its letters. */
+FString Fold(const FString& Name)
+{
+	FString Folded;
+	for (const TCHAR C : Name)
+	{
+		const FFolding* Known = nullptr;
+		for (const FFolding& Each : Foldings)
+		{
+			Known = Each.Character == C ? &Each : Known;
+		}
+		if (Known)
+		{
+			Folded += Known->Letters;
+		}
+		else if (!IsIgnorable(C))
+		{
+			Folded.AppendChar(C);
+		}
+	}
+	return Folded;
+}
+
+/** Nearly all names are, and then they are as they seem. */
+bool IsAscii(const FString& Name)
+{
+	for (const TCHAR C : Name)
+	{
+		if (C >= 0x80)
+		{
+			return false;
+		}
+	}
+	return true;
+}
+
+/** Like "GIT~1" or "GAMEBU~1.CS": up to six signs, a tilde, a number; then an ending of up to three. */
+bool IsLikeShortName(const FString& Name)
+{
+	constexpr int32 MaxStem = 8;
+	constexpr int32 MaxEnding = 3;
+	const FString Stem = FPaths::GetBaseFilename(Name);
+	int32 Tilde = INDEX_NONE;
+	if (!Stem.FindChar(TEXT('~'), Tilde) || Tilde == 0 || Stem.Len() > MaxStem ||
+		FPaths::GetExtension(Name).Len() > MaxEnding)
+	{
+		return false;
+	}
+	const FString Number = Stem.RightChop(Tilde + 1);
+	return !Number.IsEmpty() && Number.IsNumeric();
+}
+
 /**
  * A path as its names, without the dots and blanks at their ends that some file systems ignore, nor what follows a
  * colon: there it names a part of the file before it.
@@ -72,6 +156,10 @@ TArray<FString> SplitPath(const FString& Path)
 		while (Name.Len() > 1 && (Name.EndsWith(TEXT(".")) || Name.EndsWith(TEXT(" "))))
 		{
 			Name.LeftChopInline(1);
+		}
+		if (!IsAscii(Name))
+		{
+			Name = Fold(Name);
 		}
 	}
 	return Names;
@@ -102,7 +190,9 @@ bool IsBuildRule(const FPlace& Place)
 {
 	// What the build tool has made, it runs and believes.
 	const bool bIsBuilt = Place.IsBelow(TEXT("Intermediate")) && Place.IsBelow(TEXT("Build"));
-	return bIsBuilt || EndsWithOneOf(Place.Name, BuildEndings) || IsOneOf(Place.Name, BuildFiles) ||
+	// The automation tool compiles them.
+	const bool bIsTask = Place.IsBelow(TEXT("Build")) && Place.Name.EndsWith(TEXT(".cs"), ESearchCase::IgnoreCase);
+	return bIsBuilt || bIsTask || EndsWithOneOf(Place.Name, BuildEndings) || IsOneOf(Place.Name, BuildFiles) ||
 		   Place.IsBelow(EditorFolders);
 }
 
@@ -121,7 +211,7 @@ bool IsProgram(const FPlace& Place)
 	// The editor runs what lies in a Python folder when it starts, or imports it from there.
 	const bool bStartupScript = EndsWithOneOf(Place.Name, PythonEndings) && Place.IsBelow(TEXT("Python"));
 	return bStartupScript || IsOneOf(Place.Name, StartupFiles) || EndsWithOneOf(Place.Name, ProgramEndings) ||
-		   Place.IsBelow(TEXT("Binaries"));
+		   Place.IsBelow(ProgramFolders);
 }
 
 FString WithoutSlash(const FString& Folder)
@@ -192,6 +282,12 @@ bool HasColon(const FPlace& Place)
 	return Place.InProject.Contains(TEXT(":"));
 }
 
+/** Which other name it stands for, only the file system knows. */
+bool HasShortName(const FPlace& Place)
+{
+	return IsLikeShortName(Place.Name) || Place.Folders.ContainsByPredicate(IsLikeShortName);
+}
+
 /** The user's own settings, keys among them. */
 bool IsUserSettings(const FPlace& Place)
 {
@@ -238,6 +334,7 @@ const TArray<FRule>& GetRules()
 	static const TArray<FRule> Rules = {
 		{ IsOfVersionControl, LOCTEXT("VersionControl", "version control settings"), true, true },
 		{ IsUserSettings, LOCTEXT("UserSettings", "your own settings"), true, true },
+		{ HasShortName, LOCTEXT("ShortName", "perhaps the short name of something else"), true, true },
 		{ IsBuildRule, LOCTEXT("BuildFile", "build file") },
 		{ IsProjectDescriptor, LOCTEXT("ProjectFile", "project or plugin descriptor") },
 		{ IsConfiguration, LOCTEXT("Configuration", "configuration") },

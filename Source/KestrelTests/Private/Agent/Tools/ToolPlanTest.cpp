@@ -268,6 +268,24 @@ void FKestrelToolPlanSpec::Define()
 			{ TEXT(".git::$INDEX_ALLOCATION/config"), TEXT("version control settings") },
 			{ TEXT("Source/A.h:hidden"), TEXT("a colon in the name") },
 			{ TEXT("Source/Game.Build.cs/"), TEXT("build file") },
+			// Windows opens a file by its short name as well.
+			{ TEXT("GIT~1/hooks/pre-commit"), TEXT("perhaps the short name of something else") },
+			{ TEXT("GAME~1.UPR"), TEXT("perhaps the short name of something else") },
+			{ TEXT("Source/GA3F~12.CS"), TEXT("perhaps the short name of something else") },
+			{ TEXT("Docs/plan.txt~1~"), TEXT("") },
+			{ TEXT("Docs/approx~5.json"), TEXT("") },
+			// Some file systems drop characters that are not seen, and compare letters without their form.
+			{ TEXT(".g\u200Cit/config"), TEXT("version control settings") },
+			{ TEXT("\uFEFF.git/config"), TEXT("version control settings") },
+			{ TEXT(".\u017Fvn/config"), TEXT("version control settings") },
+			{ TEXT("Ma\u212Ae\uFB01le"), TEXT("build file") },
+			{ TEXT(".githooks/pre-commit"), TEXT("runs as a program") },
+			{ TEXT(".husky/pre-commit"), TEXT("runs as a program") },
+			{ TEXT("Docs/Plan.LNK"), TEXT("runs as a program") },
+			{ TEXT("Content/Python/a.pyw"), TEXT("runs as a program") },
+			{ TEXT("Build/Scripts/Tasks.cs"), TEXT("build file") },
+			{ TEXT("Source/Tasks.cs"), TEXT("") },
+			{ TEXT(".gdbinit"), TEXT("build file") },
 		};
 		for (const FPlaceCase& Case : Cases)
 		{
