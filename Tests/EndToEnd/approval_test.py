@@ -132,6 +132,18 @@ class ResultsTest(EndToEndTest):
         repeated = sorted(identifier for identifier, count in counts.items() if count > 1)
         self.assertEqual((missing, repeated), ([], []), f"seed {seed}")
 
+    def test_an_answer_with_too_many_tools_runs_the_first_and_answers_all(self):
+        names = [str(number) for number in range(700)]
+        talk = Talk(self, completed(*[tool(name, "create_file", path=f"Docs/{name}.md", file_text="x")
+                                      for name in names], auto_continue=True),
+                    completed(text("Done."), auto_continue=True))
+        run = self.run_editor("-Prompt=begin")
+        results = talk.server.commands()[-1]["tool_results"]
+        self.assertEqual([result["tool_use_id"] for result in results], names, run)
+        self.assertEqual([result["is_error"] for result in results], [False] * 500 + [True] * 200)
+        self.assertIn("more than 500 tools", results[-1]["content"])
+        self.assertEqual(len(os.listdir(os.path.join(self.project, "Docs"))), 500)
+
 
 class MarkedPlacesTest(EndToEndTest):
     """What the service may have run without asking, and what not."""

@@ -56,6 +56,17 @@ private:
 	TSharedRef<FKestrelAssetFinder> Finder = MakeShared<FKestrelAssetFinder>();
 };
 
+/** Tools of one answer that are looked at: each takes its time before anyone is asked, and its row in the list. */
+constexpr int32 MaxToolUses = 500;
+
+/** The answer to a tool use behind these. */
+FString DescribeTooManyTools()
+{
+	return FString::Printf(
+		TEXT("Error: Not run, since an answer may not use more than %d tools. Use it again in a later answer."),
+		MaxToolUses);
+}
+
 /** A content block's kind; letter case does not count. */
 bool IsOfType(const FJsonObject& Block, const TCHAR* Type)
 {
@@ -414,6 +425,7 @@ void FAgent::HandleContentBlocks(const TArray<TSharedPtr<FJsonValue>>& Content)
 	TUniquePtr<FKestrelToolPlanner> Planner;
 	KestrelAgent::FSharedFinder Finder;
 	bool bTurnGoesOn = true;
+	int32 NumToolUses = 0;
 	for (const TSharedPtr<FJsonValue>& Value : Content)
 	{
 		const TSharedPtr<FJsonObject>* Block = nullptr;
@@ -425,6 +437,13 @@ void FAgent::HandleContentBlocks(const TArray<TSharedPtr<FJsonValue>>& Content)
 		if (KestrelAgent::IsOfType(**Block, TEXT("text")) && (*Block)->TryGetStringField(TEXT("text"), Text))
 		{
 			KestrelAgent::ShowAssistantText(Text);
+		}
+		else if (KestrelAgent::IsOfType(**Block, TEXT("tool_use")) && ++NumToolUses > KestrelAgent::MaxToolUses)
+		{
+			constexpr bool bIsError = true;
+			FString Id;
+			(*Block)->TryGetStringField(TEXT("id"), Id);
+			AddToolResult(Id, KestrelAgent::DescribeTooManyTools(), bIsError);
 		}
 		else if (KestrelAgent::IsOfType(**Block, TEXT("tool_use")))
 		{
