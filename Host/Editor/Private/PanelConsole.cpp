@@ -44,6 +44,27 @@ FString LettersOf(const FString& Label)
 	return Letters;
 }
 
+/** A title inside a text is not a block of its own: whoever wrote the text may not be whom it names. */
+FString IndentTitles(const FString& Body)
+{
+	if (!Body.Contains(TEXT("[ ")))
+	{
+		return Body;
+	}
+	TArray<FString> BodyLines;
+	constexpr bool bCullEmpty = false;
+	Body.ParseIntoArray(BodyLines, TEXT("\n"), bCullEmpty);
+	for (FString& Line : BodyLines)
+	{
+		const FString Trimmed = Line.TrimStartAndEnd();
+		if (Trimmed.StartsWith(TEXT("[ ")) && Trimmed.EndsWith(TEXT(" ]")))
+		{
+			Line = TEXT("  ") + Trimmed;
+		}
+	}
+	return FString::Join(BodyLines, TEXT("\n"));
+}
+
 TArray<FString> ReadPrompts()
 {
 	TArray<FString> Prompts;
@@ -219,7 +240,7 @@ void FPanelConsole::PrintBlock(const FString& GivenText)
 		Body.Empty();
 	}
 	// What is said has blank lines around it; a file's text is as it is.
-	Body = bHasTitle ? Body.TrimStartAndEnd() : Body;
+	Body = PanelConsole::IndentTitles(bHasTitle ? Body.TrimStartAndEnd() : Body);
 	if (bHasTitle)
 	{
 		std::printf(bOnTerminal ? "\n\033[1m%s\033[0m\n" : "\n%s\n", TCHAR_TO_UTF8(*Title.TrimStartAndEnd()));
