@@ -10,6 +10,7 @@ import tempfile
 
 import include_graph
 import steps
+import uncalled
 
 PRESET = "lint"
 CPP = ("*.cpp", "*.h")
@@ -157,6 +158,11 @@ def check_include_order(_):
     return include_graph.check(steps.ROOT, sources)
 
 
+def check_uncalled(_):
+    functions = uncalled.find(steps.ROOT, git_files("*.h", "*.cpp", "*.py", "*.cs", "*.json"))
+    return [f"{function.file}:{function.line}: nothing calls {function.name}" for function in functions]
+
+
 def check_plugin_with_clang_tidy(commands):
     def tidy(source):
         arguments = [word for word in commands.arguments(source)[1:] if not word.startswith("-fsanitize")]
@@ -172,6 +178,7 @@ CHECKS = [
     ("Every public header compiles alone", check_headers),
     ("The plugin sees listed modules only", check_plugin_includes),
     ("The plugin's folders include downwards only", check_include_order),
+    ("No function of the host is uncalled", check_uncalled),
     ("The plugin compiles as one file", check_unity_build),
     ("clang-tidy finds nothing in the plugin", check_plugin_with_clang_tidy),
 ]

@@ -1,11 +1,5 @@
 #include "AssetDefinition.h"
 
-FText UAssetDefinition::GetAssetDisplayName() const
-{
-	const UClass* const Class = GetAssetClass().Get();
-	return Class ? Class->GetDisplayNameText() : FText::GetEmpty();
-}
-
 FLinearColor UAssetDefinition::GetAssetColor() const
 {
 	return FLinearColor::White;

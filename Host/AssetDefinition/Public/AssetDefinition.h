@@ -45,7 +45,6 @@ class ASSETDEFINITION_API UAssetDefinition : public UObject
 	GENERATED_BODY()
 
 public:
-	virtual FText GetAssetDisplayName() const;
 	virtual FLinearColor GetAssetColor() const;
 	/** The class whose assets it is about, with those of its children that have no definition of their own. */
 	virtual TSoftClassPtr<UObject> GetAssetClass() const;

@@ -530,16 +530,6 @@ bool FAssetRegistry::GetAllAssets(TArray<FAssetData>& OutAssetData, bool bInclud
 	return true;
 }
 
-bool FAssetRegistry::GetDependencies(FName PackageName, TArray<FName>& OutDependencies) const
-{
-	const FPackageEntry* const Entry = Packages.Find(PackageName);
-	if (Entry)
-	{
-		OutDependencies.Append(Entry->Needs);
-	}
-	return Entry != nullptr;
-}
-
 bool FAssetRegistry::GetReferencers(FName PackageName, TArray<FName>& OutReferencers) const
 {
 	if (const TSet<FName>* const Users = Referencers.Find(PackageName))

@@ -24,7 +24,6 @@ public:
 	bool GetAssets(
 		const FARFilter& Filter, TArray<FAssetData>& OutAssetData, bool bSkipARFilteredAssets) const override;
 	bool GetAllAssets(TArray<FAssetData>& OutAssetData, bool bIncludeOnlyOnDiskAssets) const override;
-	bool GetDependencies(FName PackageName, TArray<FName>& OutDependencies) const override;
 	bool GetReferencers(FName PackageName, TArray<FName>& OutReferencers) const override;
 
 	void SearchAllAssets(bool bSynchronousSearch) override;

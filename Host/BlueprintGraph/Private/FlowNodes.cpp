@@ -22,21 +22,6 @@ FText UK2Node_IfThenElse::GetNodeTitle(ENodeTitleType::Type) const
 	return LOCTEXT("Branch", "Branch");
 }
 
-UEdGraphPin* UK2Node_IfThenElse::GetThenPin() const
-{
-	return FindPinChecked(UEdGraphSchema_K2::PN_Then);
-}
-
-UEdGraphPin* UK2Node_IfThenElse::GetElsePin() const
-{
-	return FindPinChecked(UEdGraphSchema_K2::PN_Else);
-}
-
-UEdGraphPin* UK2Node_IfThenElse::GetConditionPin() const
-{
-	return FindPinChecked(UEdGraphSchema_K2::PN_Condition);
-}
-
 void UK2Node_ExecutionSequence::AllocateDefaultPins()
 {
 	CreatePin(EGPD_Input, UEdGraphSchema_K2::PC_Exec, UEdGraphSchema_K2::PN_Execute);

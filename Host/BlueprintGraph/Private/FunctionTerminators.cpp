@@ -28,12 +28,6 @@ void UK2Node_FunctionTerminator::CreatePinsFromSignature(const UFunction* Functi
 	}
 }
 
-int32 UK2Node_FunctionEntry::GetFunctionFlags() const
-{
-	const UFunction* const Function = FindSignatureFunction();
-	return ExtraFlags | (Function ? static_cast<int32>(Function->FunctionFlags) : 0);
-}
-
 void UK2Node_FunctionEntry::AllocateDefaultPins()
 {
 	CreatePin(EGPD_Output, UEdGraphSchema_K2::PC_Exec, UEdGraphSchema_K2::PN_Then);

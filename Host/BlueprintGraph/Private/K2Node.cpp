@@ -4,11 +4,6 @@
 #include "EdGraphSchema_K2.h"
 #include "Engine/Blueprint.h"
 
-UEdGraphPin* UK2Node::GetThenPin() const
-{
-	return FindPin(UEdGraphSchema_K2::PN_Then, EGPD_Output);
-}
-
 UEdGraphPin* UK2Node::GetExecPin() const
 {
 	return FindPin(UEdGraphSchema_K2::PN_Execute, EGPD_Input);

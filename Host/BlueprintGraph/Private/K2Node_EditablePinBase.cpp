@@ -29,32 +29,6 @@ UEdGraphPin* UK2Node_EditablePinBase::CreateUserDefinedPin(const FName InPinName
 	return CreatePinFromUserDefinition(Info);
 }
 
-void UK2Node_EditablePinBase::RemoveUserDefinedPin(TSharedPtr<FUserPinInfo> PinToRemove)
-{
-	Modify();
-	if (UEdGraphPin* const Pin = FindPin(PinToRemove->PinName))
-	{
-		RemovePin(Pin);
-	}
-	UserDefinedPins.Remove(PinToRemove);
-}
-
-void UK2Node_EditablePinBase::RemoveUserDefinedPinByName(const FName PinName)
-{
-	const TSharedPtr<FUserPinInfo>* const Found = UserDefinedPins.FindByPredicate(
-		[PinName](const TSharedPtr<FUserPinInfo>& Info) { return Info->PinName == PinName; });
-	if (Found)
-	{
-		RemoveUserDefinedPin(*Found);
-	}
-}
-
-bool UK2Node_EditablePinBase::UserDefinedPinExists(const FName PinName) const
-{
-	return UserDefinedPins.ContainsByPredicate(
-		[PinName](const TSharedPtr<FUserPinInfo>& Info) { return Info->PinName == PinName; });
-}
-
 UEdGraphPin* UK2Node_EditablePinBase::CreatePinFromUserDefinition(const TSharedPtr<FUserPinInfo> NewPinInfo)
 {
 	UEdGraphPin* const Pin = CreatePin(NewPinInfo->DesiredPinDirection, NewPinInfo->PinType, NewPinInfo->PinName);
@@ -65,18 +39,6 @@ UEdGraphPin* UK2Node_EditablePinBase::CreatePinFromUserDefinition(const TSharedP
 		Schema->SetPinDefaultValueAtConstruction(Pin, NewPinInfo->PinDefaultValue);
 	}
 	return Pin;
-}
-
-bool UK2Node_EditablePinBase::CanCreateUserDefinedPin(
-	const FEdGraphPinType& InPinType, EEdGraphPinDirection InDesiredDirection, FText& OutErrorMessage)
-{
-	const EEdGraphPinDirection OnlyDirection = GetUserPinDirection();
-	if (OnlyDirection != EGPD_MAX && InDesiredDirection != OnlyDirection)
-	{
-		OutErrorMessage = NSLOCTEXT("K2Node", "AddPinDirectionError", "The node has no pins of that direction.");
-		return false;
-	}
-	return true;
 }
 
 FName UK2Node_EditablePinBase::CreateUniquePinName(FName SourcePinName) const

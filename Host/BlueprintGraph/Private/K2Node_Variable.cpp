@@ -9,11 +9,6 @@
 
 #define LOCTEXT_NAMESPACE "K2Node"
 
-void UK2Node_Variable::SetFromProperty(const FProperty* Property, bool bSelfContext, UClass* OwnerClass)
-{
-	VariableReference.SetFromField<FProperty>(Property, bSelfContext, OwnerClass);
-}
-
 FProperty* UK2Node_Variable::GetPropertyForVariable() const
 {
 	return VariableReference.ResolveMember<FProperty>(GetBlueprintClassFromNode());

@@ -22,8 +22,6 @@ public:
 
 	/** Without exec pins: evaluated when a value is asked for. */
 	virtual bool IsNodePure() const { return false; }
-	/** Where execution goes on; null for nodes without. */
-	UEdGraphPin* GetThenPin() const;
 	UEdGraphPin* GetExecPin() const;
 	UBlueprint* GetBlueprint() const;
 	/** The class that "self" is: the skeleton of the Blueprint, or what it was compiled to. Null outside of one. */

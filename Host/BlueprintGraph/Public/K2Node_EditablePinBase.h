@@ -43,12 +43,7 @@ public:
 	 */
 	UEdGraphPin* CreateUserDefinedPin(const FName InPinName, const FEdGraphPinType& InPinType,
 		EEdGraphPinDirection InDesiredDirection, bool bUseUniqueName = true);
-	void RemoveUserDefinedPin(TSharedPtr<FUserPinInfo> PinToRemove);
-	void RemoveUserDefinedPinByName(const FName PinName);
-	bool UserDefinedPinExists(const FName PinName) const;
 	virtual UEdGraphPin* CreatePinFromUserDefinition(const TSharedPtr<FUserPinInfo> NewPinInfo);
-	virtual bool CanCreateUserDefinedPin(
-		const FEdGraphPinType& InPinType, EEdGraphPinDirection InDesiredDirection, FText& OutErrorMessage);
 	FName CreateUniquePinName(FName SourcePinName) const;
 	bool IsEditable() const { return bIsEditable; }
 

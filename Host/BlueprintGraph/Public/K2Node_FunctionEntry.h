@@ -20,11 +20,7 @@ public:
 
 	/** FUNC_ flags that are not part of the signature. */
 	void AddExtraFlags(int32 InFlags) { ExtraFlags |= InFlags; }
-	void ClearExtraFlags(int32 InFlags = ~0) { ExtraFlags &= ~InFlags; }
 	int32 GetExtraFlags() const { return ExtraFlags; }
-	void SetExtraFlags(int32 InFlags) { ExtraFlags = InFlags; }
-	/** The extra flags, and those of the function that is overridden. */
-	int32 GetFunctionFlags() const;
 
 	void AllocateDefaultPins() override;
 	FText GetNodeTitle(ENodeTitleType::Type TitleType) const override;

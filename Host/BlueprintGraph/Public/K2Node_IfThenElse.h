@@ -13,7 +13,4 @@ public:
 	void AllocateDefaultPins() override;
 	FLinearColor GetNodeTitleColor() const override;
 	FText GetNodeTitle(ENodeTitleType::Type TitleType) const override;
-	UEdGraphPin* GetThenPin() const;
-	UEdGraphPin* GetElsePin() const;
-	UEdGraphPin* GetConditionPin() const;
 };

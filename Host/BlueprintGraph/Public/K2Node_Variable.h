@@ -14,7 +14,6 @@ public:
 	UPROPERTY()
 	FMemberReference VariableReference;
 
-	void SetFromProperty(const FProperty* Property, bool bSelfContext, UClass* OwnerClass);
 	FName GetVarName() const { return VariableReference.GetMemberName(); }
 	FString GetVarNameString() const { return GetVarName().ToString(); }
 	FText GetVarNameText() const { return FText::FromName(GetVarName()); }

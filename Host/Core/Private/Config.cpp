@@ -450,19 +450,6 @@ int32 FConfigCacheIni::GetArray(const TCHAR* Section, const TCHAR* Key, TArray<F
 	return Entry ? Entry->Current.GetArray(Section, Key, Value) : 0;
 }
 
-bool FConfigCacheIni::DoesSectionExist(const TCHAR* Section, const FString& Filename)
-{
-	const FEntry* Entry = FindEntry(Filename);
-	return Entry && Entry->Current.FindSection(Section);
-}
-
-bool FConfigCacheIni::IsInBase(const TCHAR* Section, const TCHAR* Key, const FString& Filename)
-{
-	const FEntry* Entry = FindEntry(Filename);
-	FString Value;
-	return Entry && Entry->Base.GetString(Section, Key, Value);
-}
-
 void FConfigCacheIni::SetString(const TCHAR* Section, const TCHAR* Key, const TCHAR* Value, const FString& Filename)
 {
 	SetArray(Section, Key, { Value }, Filename);

@@ -152,13 +152,3 @@ bool IFileManager::DeleteDirectory(const TCHAR* Path, bool RequireExists, bool T
 	}
 	return Tree ? FileManager::Files().DeleteDirectoryRecursively(Path) : FileManager::Files().DeleteDirectory(Path);
 }
-
-FString IFileManager::ConvertToAbsolutePathForExternalAppForRead(const TCHAR* Filename)
-{
-	return FPaths::ConvertRelativePathToFull(Filename);
-}
-
-FString IFileManager::ConvertToAbsolutePathForExternalAppForWrite(const TCHAR* Filename)
-{
-	return FPaths::ConvertRelativePathToFull(Filename);
-}

@@ -135,9 +135,3 @@ void FOutputDeviceRedirector::TearDown()
 	}
 	State->Devices.Empty();
 }
-
-void FOutputDeviceRedirector::SetCurrentThreadAsPrimaryThread()
-{
-	const std::lock_guard Lock(State->Mutex);
-	State->PrimaryThread = std::this_thread::get_id();
-}

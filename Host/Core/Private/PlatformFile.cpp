@@ -341,19 +341,6 @@ void IPlatformFile::FindFiles(TArray<FString>& FoundFiles, const TCHAR* Director
 	IterateDirectory(Directory, FDirectoryVisitorFunc(Visit));
 }
 
-void IPlatformFile::FindFilesRecursively(
-	TArray<FString>& FoundFiles, const TCHAR* Directory, const TCHAR* FileExtension)
-{
-	const auto Visit = [&](const TCHAR* Entry, bool bIsDirectory) {
-		if (!bIsDirectory && PlatformFile::HasExtension(Entry, FileExtension))
-		{
-			FoundFiles.Emplace(Entry);
-		}
-		return true;
-	};
-	IterateDirectoryRecursively(Directory, FDirectoryVisitorFunc(Visit));
-}
-
 bool IPlatformFile::CreateDirectoryTree(const TCHAR* Directory)
 {
 	FString Path = Directory;

@@ -31,18 +31,8 @@ void FPlatformProcess::Sleep(float Seconds)
 	std::this_thread::sleep_for(std::chrono::duration<float>(Seconds));
 }
 
-uint32 FPlatformProcess::GetCurrentProcessId()
-{
-	return static_cast<uint32>(getpid());
-}
-
 FString FPlatformMisc::GetEnvironmentVariable(const TCHAR* VariableName)
 {
 	const char* Value = std::getenv(TCHAR_TO_UTF8(VariableName));
 	return Value ? FString(Value) : FString();
-}
-
-void FPlatformMisc::SetEnvironmentVar(const TCHAR* VariableName, const TCHAR* Value)
-{
-	setenv(TCHAR_TO_UTF8(VariableName), TCHAR_TO_UTF8(Value), 1);
 }

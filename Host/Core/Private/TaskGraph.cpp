@@ -58,12 +58,6 @@ void FTaskGraphInterface::ProcessThreadUntilIdle(ENamedThreads::Type CurrentThre
 	}
 }
 
-bool FTaskGraphInterface::HasTasks() const
-{
-	const std::lock_guard Lock(TaskGraph::Mutex);
-	return !Tasks.IsEmpty();
-}
-
 FGraphEventRef FFunctionGraphTask::CreateAndDispatchWhenReady(TUniqueFunction<void()> InFunction, TStatId InStatId,
 	const FGraphEventArray* InPrerequisites, ENamedThreads::Type InDesiredThread)
 {

@@ -153,3 +153,61 @@ TEST(TSetTest, SetAlgebra)
 	EXPECT_EQ(A.Intersect(B).Num(), 1);
 	EXPECT_TRUE(A.Difference(B).Contains(TEXT("x")));
 }
+
+TEST(TArrayTest, RemovesOneWithAndWithoutKeepingTheOrder)
+{
+	TArray<int32> Array = { 1, 2, 3, 2, 5 };
+	EXPECT_EQ(Array.RemoveSingle(2), 1);
+	EXPECT_EQ(Array, (TArray<int32>{ 1, 3, 2, 5 }));
+	EXPECT_EQ(Array.RemoveSingle(9), 0);
+	Array.RemoveAtSwap(0);
+	EXPECT_EQ(Array, (TArray<int32>{ 5, 3, 2 }));
+	Array.RemoveAtSwap(2);
+	EXPECT_EQ(Array, (TArray<int32>{ 5, 3 }));
+	EXPECT_EQ(Array.GetTypeSize(), 4u);
+	EXPECT_EQ(Array.GetAllocatedSize(), 4u * static_cast<SIZE_T>(Array.Max()));
+}
+
+TEST(TArrayTest, ElementsAreFoundByTheirKey)
+{
+	struct FNamed
+	{
+		FString Name;
+		int32 Number;
+		bool operator==(const FString& Key) const { return Name == Key; }
+	};
+	TArray<FNamed> Array = { { TEXT("a"), 1 }, { TEXT("b"), 2 } };
+	ASSERT_NE(Array.FindByKey(FString(TEXT("b"))), nullptr);
+	Array.FindByKey(FString(TEXT("b")))->Number = 3;
+	const TArray<FNamed>& Constant = Array;
+	EXPECT_EQ(Constant.FindByKey(FString(TEXT("b")))->Number, 3);
+	EXPECT_EQ(Constant.FindByKey(FString(TEXT("c"))), nullptr);
+}
+
+TEST(TMapTest, IsSortedByKeyOrValueAndSearchedByValue)
+{
+	TMap<FString, int32> Map = { { TEXT("b"), 1 }, { TEXT("c"), 3 }, { TEXT("a"), 2 } };
+	const auto List = [&Map]() {
+		FString Keys;
+		for (const auto& Pair : Map)
+		{
+			Keys += Pair.Key;
+		}
+		return Keys;
+	};
+	Map.KeySort([](const FString& A, const FString& B) { return A < B; });
+	EXPECT_TRUE(List().Equals(TEXT("abc")));
+	Map.ValueSort([](int32 A, int32 B) { return A > B; });
+	EXPECT_TRUE(List().Equals(TEXT("cab")));
+	EXPECT_EQ(Map.FindRef(TEXT("a")), 2) << "still found by its key";
+	ASSERT_NE(Map.FindKey(3), nullptr);
+	EXPECT_TRUE(Map.FindKey(3)->Equals(TEXT("c")));
+	EXPECT_EQ(Map.FindKey(4), nullptr);
+}
+
+TEST(TSetTest, AnIdLeadsToItsElement)
+{
+	const TSet<FString> Set = { TEXT("x"), TEXT("y") };
+	EXPECT_TRUE(Set[Set.FindId(TEXT("Y"))].Equals(TEXT("y")));
+	EXPECT_FALSE(Set.FindId(TEXT("z")).IsValidId());
+}

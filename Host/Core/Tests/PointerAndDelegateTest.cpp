@@ -1,4 +1,5 @@
 #include "CoreMinimal.h"
+#include "Misc/Attribute.h"
 
 #include <gtest/gtest.h>
 
@@ -114,4 +115,36 @@ TEST(FunctionTest, UniqueFunctionsOwnWhatCannotBeCopied)
 	TUniqueFunction<int32(int32)> Moved = MoveTemp(Function);
 	EXPECT_EQ(Moved(2), 7);
 	EXPECT_FALSE(Function.IsSet());
+}
+
+TEST(SharedPointerTest, WeakPointersTellWhetherTheObjectIsThere)
+{
+	TSharedPtr<FListener> Owner = MakeShared<FListener>();
+	const TWeakPtr<FListener> FromPointer = Owner.ToWeakPtr();
+	const TWeakPtr<FListener> FromItself = Owner->AsWeak();
+	EXPECT_TRUE(FromPointer.HasSameObject(Owner.Get()));
+	EXPECT_TRUE(FromItself.HasSameObject(Owner.Get()));
+	EXPECT_TRUE(Owner->DoesSharedInstanceExist());
+	EXPECT_FALSE(FListener().DoesSharedInstanceExist());
+	const TSharedPtr<const FListener> Constant = Owner;
+	ConstCastSharedPtr<FListener>(Constant)->Hear(TEXT("x"));
+	EXPECT_TRUE(Owner->Heard.Equals(TEXT("x")));
+	ConstCastSharedRef<FListener>(Constant.ToSharedRef())->Hear(TEXT("y"));
+	EXPECT_TRUE(Constant->Heard.Equals(TEXT("xy")));
+	Owner.Reset();
+	EXPECT_TRUE(FromPointer.IsValid()) << "the constant pointer still owns it";
+}
+
+TEST(AttributeTest, IsBoundToMethodsAndLambdas)
+{
+	struct FSource
+	{
+		int32 Read() const { return Number; }
+		int32 Number = 4;
+	} Source;
+	const TAttribute<int32> Raw = MakeAttributeRaw(&Source, &FSource::Read);
+	Source.Number = 5;
+	EXPECT_EQ(Raw.Get(), 5);
+	EXPECT_TRUE(Raw.GetBinding().IsBound());
+	EXPECT_EQ(MakeAttributeLambda([]() { return 6; }).Get(), 6);
 }

@@ -199,3 +199,35 @@ TEST(FTerminalTextTest, NothingOfAStringControlsTheTerminalOrHides)
 		EXPECT_EQ(ToUtf8(MakeTerminalText(Case.Key)), Case.Value);
 	}
 }
+
+TEST(FStringTest, ChangesInPlace)
+{
+	FString Text(TEXT("  Lantern"));
+	Text.TrimStartInline();
+	EXPECT_EQ(ToUtf8(Text), "Lantern");
+	Text.ToUpperInline();
+	EXPECT_EQ(ToUtf8(Text), "LANTERN");
+	Text.ToLowerInline();
+	Text.RightChopInline(3);
+	EXPECT_EQ(ToUtf8(Text), "tern");
+	Text.RightInline(3);
+	EXPECT_EQ(ToUtf8(Text), "ern");
+	Text.MidInline(1, 1);
+	EXPECT_EQ(ToUtf8(Text), "r");
+}
+
+TEST(FStringTest, TabsBecomeSpacesUpToTheNextStop)
+{
+	EXPECT_EQ(ToUtf8(FString(TEXT("a\tbcd\te\n\tf")).ConvertTabsToSpaces(4)), "a   bcd e\n    f");
+}
+
+TEST(FTextTest, IsComparedWithAndWithoutCase)
+{
+	const FText Text = FText::AsCultureInvariant(TEXT("Gate"));
+	EXPECT_TRUE(Text.EqualToCaseIgnored(INVTEXT("gATE")));
+	EXPECT_LT(Text.CompareTo(INVTEXT("Hall")), 0);
+	EXPECT_TRUE(Text.IdenticalTo(FText(Text)));
+	EXPECT_FALSE(Text.IdenticalTo(INVTEXT("Gate")));
+	EXPECT_TRUE(INVTEXT(" \t").IsEmptyOrWhitespace());
+	EXPECT_FALSE(Text.IsEmptyOrWhitespace());
+}

@@ -166,3 +166,11 @@ TEST(CommandLineTest, SwitchesAndQuotedValues)
 	EXPECT_TRUE(FParse::Param(*Line, TEXT("Unattended")));
 	EXPECT_FALSE(FParse::Param(*Line, TEXT("attended")));
 }
+
+TEST(TimespanTest, IsMadeAndReadInEveryUnit)
+{
+	const FTimespan Span = FTimespan::FromHours(1.5);
+	EXPECT_EQ(Span.GetTotalHours(), 1.5);
+	EXPECT_EQ(Span.GetTotalMinutes(), 90.0);
+	EXPECT_EQ(Span.GetTotalMilliseconds(), 5400000.0);
+}

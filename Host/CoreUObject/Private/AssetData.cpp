@@ -47,12 +47,6 @@ UClass* FAssetData::GetClass(EResolveClass ResolveClass) const
 	return Found || !IsValid() || ResolveClass == EResolveClass::No ? Found : LoadObject<UClass>(nullptr, *Path);
 }
 
-bool FAssetData::IsInstanceOf(const UClass* BaseClass, EResolveClass ResolveClass) const
-{
-	const UClass* const Class = GetClass(ResolveClass);
-	return Class && Class->IsChildOf(BaseClass);
-}
-
 bool FAssetData::IsAssetLoaded() const
 {
 	return IsValid() && GetSoftObjectPath().ResolveObject() != nullptr;

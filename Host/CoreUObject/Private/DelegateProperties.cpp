@@ -133,20 +133,3 @@ FMulticastScriptDelegate& FMulticastInlineDelegateProperty::GetValue(UObject* Pa
 	return PropertyValue ? *GetPropertyValuePtr(PropertyValue)
 						 : *ContainerPtrToValuePtr<FMulticastScriptDelegate>(Parent);
 }
-
-void FMulticastInlineDelegateProperty::AddDelegate(
-	FScriptDelegate ScriptDelegate, UObject* Parent, void* PropertyValue) const
-{
-	GetValue(Parent, PropertyValue).AddUnique(ScriptDelegate);
-}
-
-void FMulticastInlineDelegateProperty::RemoveDelegate(
-	const FScriptDelegate& ScriptDelegate, UObject* Parent, void* PropertyValue) const
-{
-	GetValue(Parent, PropertyValue).Remove(ScriptDelegate);
-}
-
-void FMulticastInlineDelegateProperty::ClearDelegate(UObject* Parent, void* PropertyValue) const
-{
-	GetValue(Parent, PropertyValue).Clear();
-}

@@ -72,16 +72,6 @@ FString FField::GetFullName() const
 	return GetClass()->GetName() + TEXT(" ") + GetPathName();
 }
 
-UObject* FField::GetOwnerUObject() const
-{
-	const FField* Field = this;
-	while (Field->Owner.ToField())
-	{
-		Field = Field->Owner.ToField();
-	}
-	return Field->Owner.ToUObject();
-}
-
 UClass* FField::GetOwnerClass() const
 {
 	return GetOwner<UClass>();

@@ -1,8 +1,3 @@
 #include "Misc/HotReloadInterface.h"
 
 #include "Modules/ModuleManager.h"
-
-IHotReloadInterface* IHotReloadInterface::GetPtr()
-{
-	return FModuleManager::GetModulePtr<IHotReloadInterface>("HotReload");
-}

@@ -39,11 +39,6 @@ void UObjectBaseUtility::MarkAsGarbage()
 	FObjectTable::Get().GetEntry(*this).bGarbage = true;
 }
 
-void UObjectBaseUtility::ClearGarbage()
-{
-	FObjectTable::Get().GetEntry(*this).bGarbage = false;
-}
-
 bool UObjectBaseUtility::IsUnreachable() const
 {
 	return !FObjectTable::Get().GetEntry(*this).bReachable;

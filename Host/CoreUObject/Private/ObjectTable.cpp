@@ -255,9 +255,3 @@ UObjectBase::~UObjectBase()
 {
 	FObjectTable::Get().Unregister(*this);
 }
-
-bool UObjectBase::IsValidLowLevel() const
-{
-	const FObjectTable::FEntry* Entry = FObjectTable::Get().FindEntry(InternalIndex);
-	return Entry && Entry->Object == this;
-}

@@ -358,16 +358,6 @@ const FHttpResponsePtr FCurlHttpRequest::GetResponse() const
 	return Status == EHttpRequestStatus::Succeeded ? Response : nullptr;
 }
 
-float FCurlHttpRequest::GetElapsedTime() const
-{
-	if (Status == EHttpRequestStatus::NotStarted)
-	{
-		return 0.0f;
-	}
-	return static_cast<float>(
-		(Status == EHttpRequestStatus::Processing ? CurlHttpRequest::WallSeconds() : EndTime) - StartTime);
-}
-
 ERedirect FCurlHttpRequest::FollowRedirect()
 {
 	long Code = 0;

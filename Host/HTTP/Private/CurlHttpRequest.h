@@ -65,7 +65,6 @@ public:
 	void CancelRequest() override;
 	EHttpRequestStatus::Type GetStatus() const override { return Status; }
 	const FHttpResponsePtr GetResponse() const override;
-	float GetElapsedTime() const override;
 
 	CURL* GetHandle() const { return Handle; }
 	bool IsCancelled() const { return bCancelled; }

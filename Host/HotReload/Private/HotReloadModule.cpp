@@ -86,38 +86,14 @@ ECompilationResult::Type FHotReloadModule::RebindPackages(
 ECompilationResult::Type FHotReloadModule::Compile(EHotReloadFlags Flags, FOutputDevice& Ar)
 {
 	const bool bWait = EnumHasAnyFlags(Flags, EHotReloadFlags::WaitForCompletion);
-	if (!StartBuild(Ar, true, !bWait))
+	if (!StartBuild(Ar))
 	{
 		return ECompilationResult::Unsupported;
 	}
 	return bWait ? FinishBuild() : ECompilationResult::Succeeded;
 }
 
-bool FHotReloadModule::RecompileModule(const FName InModuleName, FOutputDevice& Ar, ERecompileModuleFlags Flags)
-{
-	if (!FGameBuild::GetProjectModules().Contains(InModuleName.ToString()))
-	{
-		Ar.Serialize(*(InModuleName.ToString() + TEXT(" is no C++ module of the project")), ELogVerbosity::Error,
-			LogHotReload.GetCategoryName());
-		return false;
-	}
-	if (!StartBuild(Ar, EnumHasAnyFlags(Flags, ERecompileModuleFlags::ReloadAfterRecompile), false))
-	{
-		return false;
-	}
-	FString Printed;
-	const FDelegateHandle Handle =
-		FinishedEvent.AddLambda([&Printed](const FString& Text, ECompilationResult::Type, bool) { Printed = Text; });
-	const ECompilationResult::Type Result = FinishBuild();
-	FinishedEvent.Remove(Handle);
-	if (&Ar != GLog)
-	{
-		Ar.Log(Printed);
-	}
-	return !ECompilationResult::Failed(Result);
-}
-
-bool FHotReloadModule::StartBuild(FOutputDevice& Ar, bool bReload, bool bAsync)
+bool FHotReloadModule::StartBuild(FOutputDevice& Ar)
 {
 	checkf(IsInGameThread(), TEXT("Compiles are started on the game thread"));
 	FText FailReason;
@@ -133,12 +109,10 @@ bool FHotReloadModule::StartBuild(FOutputDevice& Ar, bool bReload, bool bAsync)
 	else if (NewBuild->Start(FailReason))
 	{
 		Build = MoveTemp(NewBuild);
-		bReloadWhenBuilt = bReload;
 		Output.Empty();
 		FHostClock::Get().Hold();
 		TickerHandle = FTSTicker::GetCoreTicker().AddTicker(
 			TEXT("HotReload"), 0.0f, [this](float DeltaTime) { return Tick(DeltaTime); });
-		StartedEvent.Broadcast(bAsync);
 		return true;
 	}
 	Ar.Serialize(*(TEXT("The compile was not started: ") + FailReason.ToString()), ELogVerbosity::Warning,
@@ -188,7 +162,7 @@ void FHotReloadModule::EndBuild()
 	LetGoOfBuild();
 	const bool bLoad = Result == ECompilationResult::Succeeded ||
 					   (Result == ECompilationResult::UpToDate && FHostGameModules::AreSomeNotLoaded());
-	if (bReloadWhenBuilt && bLoad && !ReloadModules(Libraries))
+	if (bLoad && !ReloadModules(Libraries))
 	{
 		Result = ECompilationResult::OtherCompilationError;
 	}
@@ -215,7 +189,6 @@ bool FHotReloadModule::ReloadModules(const TArray<TPair<FName, FString>>& Librar
 		UE_LOG(LogHotReload, Log, TEXT("%s was reloaded: %d types are new"), *Library.Key.ToString(),
 			Types.NumReplacedTypes());
 	}
-	HotReloadEvent.Broadcast(false);
 	FCoreUObjectDelegates::ReloadCompleteDelegate.Broadcast(EReloadCompleteReason::HotReloadManual);
 	return bAllReloaded;
 }

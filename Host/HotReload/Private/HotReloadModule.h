@@ -13,18 +13,15 @@ public:
 	ECompilationResult::Type DoHotReloadFromEditor(EHotReloadFlags Flags) override;
 	ECompilationResult::Type RebindPackages(
 		const TArray<UPackage*>& Packages, EHotReloadFlags Flags, FOutputDevice& Ar) override;
-	bool RecompileModule(const FName InModuleName, FOutputDevice& Ar, ERecompileModuleFlags Flags) override;
 	bool IsCurrentlyCompiling() const override { return Build.IsValid(); }
 	void RequestStopCompilation() override;
 	bool IsAnyGameModuleLoaded() override;
 	FString GetModuleCompileMethod(FName InModuleName) override;
-	FModuleCompilerStartedEvent& OnModuleCompilerStarted() override { return StartedEvent; }
 	FModuleCompilerFinishedEvent& OnModuleCompilerFinished() override { return FinishedEvent; }
-	FHotReloadEvent& OnHotReload() override { return HotReloadEvent; }
 
 private:
 	ECompilationResult::Type Compile(EHotReloadFlags Flags, FOutputDevice& Ar);
-	bool StartBuild(FOutputDevice& Ar, bool bReload, bool bAsync);
+	bool StartBuild(FOutputDevice& Ar);
 	/** Waits for the build that was started last. */
 	ECompilationResult::Type FinishBuild();
 	bool Tick(float);
@@ -35,12 +32,9 @@ private:
 	void LetGoOfBuild();
 
 	TUniquePtr<FGameBuild> Build;
-	bool bReloadWhenBuilt = false;
 	FString Output; // of the build that runs
 	ECompilationResult::Type LastResult = ECompilationResult::Unknown;
 	FTSTicker::FDelegateHandle TickerHandle;
 	TArray<FName> ReloadedModules;
-	FModuleCompilerStartedEvent StartedEvent;
 	FModuleCompilerFinishedEvent FinishedEvent;
-	FHotReloadEvent HotReloadEvent;
 };

@@ -108,11 +108,6 @@ bool FKey::IsModifierKey() const
 		   *this == EKeys::LeftCommand || *this == EKeys::RightCommand;
 }
 
-bool FKey::IsMouseButton() const
-{
-	return *this == EKeys::LeftMouseButton || *this == EKeys::RightMouseButton || *this == EKeys::MiddleMouseButton;
-}
-
 FText FKey::GetDisplayName() const
 {
 	// "SpaceBar" and "PageUp" are read as two words.

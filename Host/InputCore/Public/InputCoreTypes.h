@@ -13,7 +13,6 @@ struct FKey
 
 	bool IsValid() const { return KeyName != NAME_None; }
 	bool IsModifierKey() const;
-	bool IsMouseButton() const;
 
 	FName GetFName() const { return KeyName; }
 	FString ToString() const { return KeyName.ToString(); }

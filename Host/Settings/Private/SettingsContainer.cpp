@@ -25,15 +25,8 @@ void FSettingsContainer::RemoveSection(const FName& CategoryName, const FName& S
 	const TSharedPtr<ISettingsSection> Removed = Category ? Category->RemoveSection(SectionName) : nullptr;
 	if (Removed)
 	{
-		SectionRemoved.Broadcast(Removed.ToSharedRef());
 		CategoryModified.Broadcast(CategoryName);
 	}
-}
-
-void FSettingsContainer::DescribeCategory(const FName& CategoryName, const FText& DisplayName, const FText& Description)
-{
-	FindOrAddCategory(CategoryName).Describe(DisplayName, Description);
-	CategoryModified.Broadcast(CategoryName);
 }
 
 int32 FSettingsContainer::GetCategories(TArray<TSharedPtr<ISettingsCategory>>& OutCategories) const

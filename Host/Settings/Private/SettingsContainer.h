@@ -15,12 +15,10 @@ public:
 		const FText& DisplayName, const FText& Description, const TWeakObjectPtr<UObject>& SettingsObject);
 	void RemoveSection(const FName& CategoryName, const FName& SectionName);
 
-	void DescribeCategory(const FName& CategoryName, const FText& DisplayName, const FText& Description) override;
 	int32 GetCategories(TArray<TSharedPtr<ISettingsCategory>>& OutCategories) const override;
 	TSharedPtr<ISettingsCategory> GetCategory(const FName& CategoryName) const override;
 	const FName& GetName() const override { return Name; }
 	FOnCategoryModified& OnCategoryModified() override { return CategoryModified; }
-	FOnSectionRemoved& OnSectionRemoved() override { return SectionRemoved; }
 
 private:
 	FSettingsCategory& FindOrAddCategory(const FName& CategoryName);
@@ -28,5 +26,4 @@ private:
 	const FName Name;
 	TMap<FName, TSharedPtr<FSettingsCategory>> Categories;
 	FOnCategoryModified CategoryModified;
-	FOnSectionRemoved SectionRemoved;
 };

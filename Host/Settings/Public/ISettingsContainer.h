@@ -8,8 +8,6 @@ class ISettingsContainer
 public:
 	virtual ~ISettingsContainer() = default;
 
-	/** Says how a category is shown; it need not have sections yet. */
-	virtual void DescribeCategory(const FName& CategoryName, const FText& DisplayName, const FText& Description) = 0;
 	/** Empties the array and fills it with the categories that have sections; the number is returned. */
 	virtual int32 GetCategories(TArray<TSharedPtr<ISettingsCategory>>& OutCategories) const = 0;
 	/** Null when there is none of this name. */
@@ -19,8 +17,6 @@ public:
 	/** A section of the category was added, replaced or removed. */
 	DECLARE_MULTICAST_DELEGATE_OneParam(FOnCategoryModified, const FName& /*CategoryName*/);
 	virtual FOnCategoryModified& OnCategoryModified() = 0;
-	DECLARE_MULTICAST_DELEGATE_OneParam(FOnSectionRemoved, const TSharedRef<ISettingsSection>&);
-	virtual FOnSectionRemoved& OnSectionRemoved() = 0;
 };
 
 using ISettingsContainerPtr = TSharedPtr<ISettingsContainer>;

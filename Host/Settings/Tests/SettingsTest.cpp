@@ -228,3 +228,26 @@ TEST_F(FSettingsTest, TheViewerIsAskedToShowAPage)
 	Module.ShowViewer(TEXT("Project"), TEXT("Other"), TEXT("Page"));
 	EXPECT_TRUE(Viewer.Shown.Equals(TEXT("Plugins/Test")));
 }
+
+TEST_F(FSettingsTest, APageMaySaveResetAndShowItselfInItsOwnWay)
+{
+	const TSharedPtr<ISettingsSection> Section = Register(Object);
+	std::string Calls;
+	bool bSaves = false;
+	Section->OnSave().BindLambda([&]() {
+		Calls += "save ";
+		return bSaves;
+	});
+	Section->OnResetDefaults().BindLambda([&]() {
+		Calls += "reset ";
+		return true;
+	});
+	Section->OnSelect().BindLambda([&]() { Calls += "show "; });
+	EXPECT_FALSE(Section->Save());
+	EXPECT_TRUE(Read(SavedFile).empty()) << "refused";
+	bSaves = true;
+	EXPECT_TRUE(Section->Save());
+	EXPECT_TRUE(Section->ResetDefaults());
+	Section->Select();
+	EXPECT_EQ(Calls, "save save reset show ");
+}

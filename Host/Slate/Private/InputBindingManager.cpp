@@ -36,38 +36,3 @@ void FInputBindingManager::CreateInputCommand(
 		*InBindingContext->GetContextName().ToString(), *CommandName.ToString());
 	Entry.Commands.Add(CommandName, InCommandInfo);
 }
-
-void FInputBindingManager::RegisterCommandList(
-	const FName InBindingContext, const TSharedRef<FUICommandList>& CommandList)
-{
-	Contexts.FindOrAdd(InBindingContext).CommandLists.AddUnique(CommandList);
-}
-
-void FInputBindingManager::UnregisterCommandList(
-	const FName InBindingContext, const TSharedRef<FUICommandList>& CommandList)
-{
-	FContextEntry* const Entry = Contexts.Find(InBindingContext);
-	if (Entry != nullptr)
-	{
-		Entry->CommandLists.Remove(CommandList);
-	}
-}
-
-TArray<TSharedRef<FUICommandList>> FInputBindingManager::GetCommandLists(const FName InBindingContext) const
-{
-	TArray<TSharedRef<FUICommandList>> Lists;
-	const FContextEntry* const Entry = Contexts.Find(InBindingContext);
-	if (Entry == nullptr)
-	{
-		return Lists;
-	}
-	for (const TWeakPtr<FUICommandList>& Weak : Entry->CommandLists)
-	{
-		const TSharedPtr<FUICommandList> List = Weak.Pin();
-		if (List.IsValid())
-		{
-			Lists.Add(List.ToSharedRef());
-		}
-	}
-	return Lists;
-}

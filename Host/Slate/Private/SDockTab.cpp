@@ -114,11 +114,6 @@ void SDockTab::CloseWithoutAsking()
 	SetContent(SNullWidget::NullWidget);
 }
 
-TSharedPtr<SWindow> SDockTab::GetParentWindow() const
-{
-	return FSlateApplication::IsInitialized() ? FSlateApplication::Get().FindWidgetWindow(AsShared()) : nullptr;
-}
-
 FReply SDockTab::OnHandleClicked()
 {
 	ActivateInParent(ETabActivationCause::UserClickedOnTab);

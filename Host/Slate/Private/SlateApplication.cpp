@@ -76,11 +76,6 @@ FSlateApplication& FSlateApplication::Get()
 	return *Instance();
 }
 
-TSharedRef<FGlobalTabmanager> FSlateApplication::GetGlobalTabManager()
-{
-	return FGlobalTabmanager::Get();
-}
-
 bool FSlateApplication::InitializeRenderer(TSharedRef<FSlateRenderer> InRenderer)
 {
 	checkf(Windows.Num() == 0, TEXT("The renderer measures text, so it must be there before the first window"));

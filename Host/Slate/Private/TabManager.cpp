@@ -30,16 +30,6 @@ FTabSpawnerEntry& FTabManager::AddSpawner(FName TabId, const FOnSpawnTab& OnSpaw
 	return Entry.Get();
 }
 
-TArray<TSharedRef<FTabSpawnerEntry>> FTabManager::GetSpawners() const
-{
-	TArray<TSharedRef<FTabSpawnerEntry>> All;
-	for (const auto& Named : Spawners)
-	{
-		All.Add(Named.Value.ToSharedRef());
-	}
-	return All;
-}
-
 TSharedRef<SDockingArea> FTabManager::GetMainArea()
 {
 	if (!MainArea.IsValid())

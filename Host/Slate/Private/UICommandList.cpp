@@ -26,11 +26,6 @@ void FUICommandList::UnmapAction(const TSharedPtr<const FUICommandInfo> InUIComm
 	Actions.Remove(InUICommandInfo);
 }
 
-bool FUICommandList::IsActionMapped(const TSharedPtr<const FUICommandInfo> InUICommandInfo) const
-{
-	return Actions.Contains(InUICommandInfo);
-}
-
 const FUIAction* FUICommandList::GetActionForCommand(TSharedPtr<const FUICommandInfo> Command) const
 {
 	const FUIAction* Action = Actions.Find(Command);

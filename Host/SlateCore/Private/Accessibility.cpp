@@ -6,7 +6,6 @@
 
 namespace Accessibility
 {
-
 /** The accessible widgets below Widget that have no other accessible one between, in their order on the screen. */
 static void CollectChildren(const TSharedRef<SWidget>& Widget, TArray<TSharedRef<SWidget>>& OutChildren)
 {
@@ -42,7 +41,6 @@ static TArray<TSharedRef<SWidget>> CollectChildren(const TSharedPtr<SWidget>& Wi
 	}
 	return Children;
 }
-
 }
 
 FText SWidget::GetAccessibleText(EAccessibleType AccessibleType) const
@@ -146,12 +144,6 @@ TSharedPtr<IAccessibleWidget> FSlateAccessibleWidget::GetChildAt(int32 Index)
 int32 FSlateAccessibleWidget::GetNumberOfChildren()
 {
 	return Accessibility::CollectChildren(Widget.Pin()).Num();
-}
-
-FString FSlateAccessibleWidget::GetClassName() const
-{
-	const TSharedPtr<SWidget> Pinned = Widget.Pin();
-	return Pinned.IsValid() ? Pinned->GetTypeAsString() : FString();
 }
 
 FString FSlateAccessibleWidget::GetWidgetName() const

@@ -31,11 +31,6 @@ FGeometry FGeometry::MakeChild(const FVector2D& InLocalSize, const FSlateLayoutT
 	return Child;
 }
 
-UE::Slate::FDeprecateVector2DResult FGeometry::GetAbsoluteSize() const
-{
-	return UE::Slate::FDeprecateVector2DResult(Size * Scale);
-}
-
 UE::Slate::FDeprecateVector2DResult FGeometry::GetAbsolutePosition() const
 {
 	return UE::Slate::FDeprecateVector2DResult(AbsolutePosition);

@@ -340,16 +340,6 @@ void SWidget::SetVisibility(TAttribute<EVisibility> InVisibility)
 	VisibilityAttribute.Assign(this, InVisibility);
 }
 
-void SWidget::SetToolTipText(const TAttribute<FText>& InToolTipText)
-{
-	ToolTipAttribute = InToolTipText;
-}
-
-void SWidget::SetToolTipText(const FText& InToolTipText)
-{
-	ToolTipAttribute = TAttribute<FText>(InToolTipText);
-}
-
 TOptional<EMouseCursor::Type> SWidget::GetCursor() const
 {
 	return Cursor.Get(TOptional<EMouseCursor::Type>());
@@ -426,7 +416,6 @@ void SWidget::UpdateBoundAttributesBelow()
 
 namespace BoundAttributePass
 {
-
 struct FEntry
 {
 	int32 Depth;
@@ -457,7 +446,6 @@ static bool AreParentsShown(const SWidget& Widget)
 	}
 	return true;
 }
-
 }
 
 void SWidget::UpdateAllBoundAttributes(const TArray<TSharedRef<SWidget>>& Roots)

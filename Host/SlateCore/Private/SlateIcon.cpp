@@ -28,10 +28,3 @@ const FSlateBrush* FSlateIcon::GetOptionalIcon() const
 	const ISlateStyle* const StyleSet = GetStyleSet();
 	return StyleSet != nullptr ? StyleSet->GetOptionalBrush(StyleName, nullptr, nullptr) : nullptr;
 }
-
-const FSlateBrush* FSlateIcon::GetSmallIcon() const
-{
-	const ISlateStyle* const StyleSet = GetStyleSet();
-	return StyleSet != nullptr ? StyleSet->GetOptionalBrush(SmallStyleName, nullptr, FStyleDefaults::GetDefaultBrush())
-							   : FStyleDefaults::GetDefaultBrush();
-}

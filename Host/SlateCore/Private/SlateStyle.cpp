@@ -96,12 +96,6 @@ float FSlateStyleSet::GetFloat(const FName PropertyName, const ANSICHAR* Specifi
 	return Found != nullptr ? *Found : DefaultValue;
 }
 
-FVector2D FSlateStyleSet::GetVector(const FName PropertyName, const ANSICHAR* Specifier, FVector2D DefaultValue) const
-{
-	const FVector2D* const Found = Vectors.Find(Join(PropertyName, Specifier));
-	return Found != nullptr ? *Found : DefaultValue;
-}
-
 const FLinearColor& FSlateStyleSet::GetColor(
 	const FName PropertyName, const ANSICHAR* Specifier, const FLinearColor& DefaultValue) const
 {

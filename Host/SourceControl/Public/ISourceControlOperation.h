@@ -7,8 +7,6 @@ struct FSourceControlResultInfo
 {
 	TArray<FText> InfoMessages;
 	TArray<FText> ErrorMessages;
-
-	bool HasErrorMessages() const { return !ErrorMessages.IsEmpty(); }
 };
 
 /** What a provider is asked to do. Made anew for each request, as `ISourceControlOperation::Create<FMarkForAdd>()`. */
@@ -25,12 +23,9 @@ public:
 
 	/** By which providers know the kind of operation: that of the type, without its F. */
 	virtual FName GetName() const = 0;
-	/** What the user is told meanwhile. */
-	virtual FText GetInProgressString() const = 0;
 
 	const FSourceControlResultInfo& GetResultInfo() const { return ResultInfo; }
 	void AddErrorMessge(const FText& InError) { ResultInfo.ErrorMessages.Add(InError); }
-	void AddInfoMessge(const FText& InInfo) { ResultInfo.InfoMessages.Add(InInfo); }
 
 private:
 	FSourceControlResultInfo ResultInfo;

@@ -7,7 +7,6 @@ class FCheckOut : public ISourceControlOperation
 {
 public:
 	FName GetName() const override { return "CheckOut"; }
-	FText GetInProgressString() const override;
 };
 
 /** Has a file that is on disk under revision control from the next check-in on. */
@@ -15,7 +14,6 @@ class FMarkForAdd : public ISourceControlOperation
 {
 public:
 	FName GetName() const override { return "MarkForAdd"; }
-	FText GetInProgressString() const override;
 };
 
 /** Takes a file out of revision control and deletes it from the disk. */
@@ -23,7 +21,6 @@ class FDelete : public ISourceControlOperation
 {
 public:
 	FName GetName() const override { return "Delete"; }
-	FText GetInProgressString() const override;
 };
 
 /** Takes back what was done to a file since the last check-in. */
@@ -31,7 +28,6 @@ class FRevert : public ISourceControlOperation
 {
 public:
 	FName GetName() const override { return "Revert"; }
-	FText GetInProgressString() const override;
 };
 
 /** Asks for the state of files anew. */
@@ -39,5 +35,4 @@ class FUpdateStatus : public ISourceControlOperation
 {
 public:
 	FName GetName() const override { return "UpdateStatus"; }
-	FText GetInProgressString() const override;
 };

@@ -38,7 +38,6 @@ public:
 	 */
 	UToolMenu* AddSubMenu(const FToolMenuOwner InOwner, const FName SectionName, const FName InName,
 		const TAttribute<FText>& InLabel, const TAttribute<FText>& InToolTip = TAttribute<FText>());
-	FName GetMenuName() const { return MenuName; }
 
 	FName MenuName;
 	/** A menu whose entries this one begins with. */

@@ -21,7 +21,6 @@ struct FToolMenuInsert
 	{
 	}
 
-	bool IsDefault() const { return Position == EToolMenuInsertType::Default; }
 	bool IsBeforeOrAfter() const
 	{
 		return Position == EToolMenuInsertType::Before || Position == EToolMenuInsertType::After;

@@ -25,7 +25,6 @@ struct FToolMenuOwner
 	}
 
 	bool IsSet() const { return Pointer != nullptr || !Name.IsNone(); }
-	FName TryGetName() const { return Name; }
 	bool operator==(const FToolMenuOwner& Other) const = default;
 
 private:

@@ -41,7 +41,6 @@ public:
 
 	/** Removes what was added under this owner. Does not load the module. */
 	static void UnregisterOwner(FToolMenuOwner Owner);
-	void UnregisterOwnerByName(FName InOwnerName) { UnregisterOwner(FToolMenuOwner(InOwnerName)); }
 
 	/** Makes the menu known. One that was extended before keeps what was added to it. */
 	UToolMenu* RegisterMenu(const FName Name, const FName InParent = NAME_None,

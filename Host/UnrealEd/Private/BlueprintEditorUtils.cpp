@@ -53,22 +53,6 @@ bool FBlueprintEditorUtils::ImplementNewInterface(UBlueprint* Blueprint, FTopLev
 	return true;
 }
 
-void FBlueprintEditorUtils::GetInterfaceGraphs(
-	UBlueprint* Blueprint, FTopLevelAssetPath InterfaceClassPathName, TArray<UEdGraph*>& ChildGraphs)
-{
-	const UClass* const Interface = FindObject<UClass>(nullptr, *InterfaceClassPathName.ToString());
-	for (const FBPInterfaceDescription& Description : Blueprint->ImplementedInterfaces)
-	{
-		if (Interface && Description.Interface == Interface)
-		{
-			for (UEdGraph* const Graph : Description.Graphs)
-			{
-				ChildGraphs.Add(Graph);
-			}
-		}
-	}
-}
-
 bool FBlueprintEditorUtils::IsActorBased(const UBlueprint* Blueprint)
 {
 	return Blueprint->ParentClass && Blueprint->ParentClass->IsChildOf(AActor::StaticClass());

@@ -63,13 +63,6 @@ void FBlueprintEditorUtils::FinishFunctionGraph(UBlueprint* Blueprint, UEdGraph*
 	MarkBlueprintAsStructurallyModified(Blueprint);
 }
 
-void FBlueprintEditorUtils::AddUbergraphPage(UBlueprint* Blueprint, UEdGraph* Graph)
-{
-	Blueprint->Modify();
-	Blueprint->UbergraphPages.Add(Graph);
-	MarkBlueprintAsStructurallyModified(Blueprint);
-}
-
 void FBlueprintEditorUtils::RemoveGraph(UBlueprint* Blueprint, UEdGraph* GraphToRemove)
 {
 	Blueprint->Modify();
@@ -84,40 +77,10 @@ void FBlueprintEditorUtils::RemoveGraph(UBlueprint* Blueprint, UEdGraph* GraphTo
 	MarkBlueprintAsStructurallyModified(Blueprint);
 }
 
-void FBlueprintEditorUtils::RenameGraph(UEdGraph* Graph, const FString& NewName)
-{
-	UBlueprint* const Blueprint = FindBlueprintForGraphChecked(Graph);
-	const FName OldName = Graph->GetFName();
-	Graph->Modify();
-	if (!Graph->Rename(*NewName))
-	{
-		return;
-	}
-	TArray<UK2Node_FunctionTerminator*> Terminators;
-	Graph->GetNodesOfClass(Terminators);
-	for (UK2Node_FunctionTerminator* const Terminator : Terminators)
-	{
-		if (Terminator->FunctionReference.IsSelfContext() && Terminator->FunctionReference.GetMemberName() == OldName)
-		{
-			Terminator->Modify();
-			Terminator->FunctionReference.SetSelfMember(Graph->GetFName());
-		}
-	}
-	MarkBlueprintAsStructurallyModified(Blueprint);
-}
-
 UK2Node_EditablePinBase* FBlueprintEditorUtils::GetEntryNode(const UEdGraph* InGraph)
 {
 	TArray<UK2Node_FunctionEntry*> Entries;
 	return InGraph && InGraph->GetNodesOfClass(Entries) ? Entries[0] : nullptr;
-}
-
-void FBlueprintEditorUtils::GetEntryAndResultNodes(const UEdGraph* InGraph,
-	TWeakObjectPtr<UK2Node_EditablePinBase>& OutEntryNode, TWeakObjectPtr<UK2Node_EditablePinBase>& OutResultNode)
-{
-	TArray<UK2Node_FunctionResult*> Results;
-	OutEntryNode = GetEntryNode(InGraph);
-	OutResultNode = InGraph && InGraph->GetNodesOfClass(Results) ? Results[0] : nullptr;
 }
 
 UK2Node_FunctionResult* FBlueprintEditorUtils::FindOrCreateFunctionResultNode(
@@ -155,25 +118,6 @@ UBlueprint* FBlueprintEditorUtils::FindBlueprintForGraph(const UEdGraph* Graph)
 	return Graph ? Graph->GetTypedOuter<UBlueprint>() : nullptr;
 }
 
-UBlueprint* FBlueprintEditorUtils::FindBlueprintForGraphChecked(const UEdGraph* Graph)
-{
-	UBlueprint* const Blueprint = FindBlueprintForGraph(Graph);
-	checkf(Blueprint, TEXT("The graph lies in no Blueprint"));
-	return Blueprint;
-}
-
-UBlueprint* FBlueprintEditorUtils::FindBlueprintForNode(const UEdGraphNode* Node)
-{
-	return Node ? Node->GetTypedOuter<UBlueprint>() : nullptr;
-}
-
-UBlueprint* FBlueprintEditorUtils::FindBlueprintForNodeChecked(const UEdGraphNode* Node)
-{
-	UBlueprint* const Blueprint = FindBlueprintForNode(Node);
-	checkf(Blueprint, TEXT("The node lies in no Blueprint"));
-	return Blueprint;
-}
-
 UEdGraph* FBlueprintEditorUtils::FindEventGraph(const UBlueprint* Blueprint)
 {
 	for (UEdGraph* const Graph : Blueprint->UbergraphPages)
@@ -194,15 +138,4 @@ void FBlueprintEditorUtils::RemoveNode(UBlueprint* Blueprint, UEdGraphNode* Node
 	{
 		MarkBlueprintAsStructurallyModified(Blueprint);
 	}
-}
-
-void FBlueprintEditorUtils::RefreshAllNodes(UBlueprint* Blueprint)
-{
-	TArray<UEdGraphNode*> Nodes;
-	GetAllNodesOfClass(Blueprint, Nodes);
-	for (UEdGraphNode* const Node : Nodes)
-	{
-		Node->ReconstructNode();
-	}
-	MarkBlueprintAsStructurallyModified(Blueprint);
 }

@@ -149,32 +149,6 @@ bool FBlueprintEditorUtils::AddMemberVariable(
 	return true;
 }
 
-bool FBlueprintEditorUtils::AddLocalVariable(UBlueprint* Blueprint, UEdGraph* InTargetGraph, const FName InNewVarName,
-	const FEdGraphPinType& InNewVarType, const FString& DefaultValue)
-{
-	TArray<UK2Node_FunctionEntry*> Entries;
-	if (!InTargetGraph || !InTargetGraph->GetNodesOfClass(Entries))
-	{
-		return false;
-	}
-	Blueprint->Modify();
-	Entries[0]->Modify();
-	Entries[0]->LocalVariables.Add(BlueprintVariables::MakeVariable(InNewVarName, InNewVarType, DefaultValue));
-	MarkBlueprintAsStructurallyModified(Blueprint);
-	return true;
-}
-
-void FBlueprintEditorUtils::RemoveMemberVariable(UBlueprint* Blueprint, const FName VarName)
-{
-	const int32 Index = FindNewVariableIndex(Blueprint, VarName);
-	if (Index != INDEX_NONE)
-	{
-		Blueprint->Modify();
-		Blueprint->NewVariables.RemoveAt(Index);
-		MarkBlueprintAsStructurallyModified(Blueprint);
-	}
-}
-
 void FBlueprintEditorUtils::ChangeMemberVariableType(
 	UBlueprint* Blueprint, const FName VariableName, const FEdGraphPinType& NewPinType)
 {
@@ -198,23 +172,6 @@ int32 FBlueprintEditorUtils::FindNewVariableIndex(const UBlueprint* Blueprint, c
 					 [InName](const FBPVariableDescription& Variable) { return Variable.VarName == InName; });
 }
 
-int32 FBlueprintEditorUtils::FindNewVariableIndexAndBlueprint(
-	UBlueprint* InBlueprint, FName InName, UBlueprint*& OutFoundBlueprint)
-{
-	for (UBlueprint* Blueprint = InBlueprint; Blueprint;
-		 Blueprint = UBlueprint::GetBlueprintFromClass(Blueprint->ParentClass))
-	{
-		const int32 Index = FindNewVariableIndex(Blueprint, InName);
-		if (Index != INDEX_NONE)
-		{
-			OutFoundBlueprint = Blueprint;
-			return Index;
-		}
-	}
-	OutFoundBlueprint = nullptr;
-	return INDEX_NONE;
-}
-
 void FBlueprintEditorUtils::SetBlueprintVariableCategory(UBlueprint* Blueprint, const FName& VarName,
 	const UStruct* InLocalVarScope, const FText& NewCategory, bool bDontRecompile)
 {
@@ -229,33 +186,6 @@ void FBlueprintEditorUtils::SetBlueprintVariableCategory(UBlueprint* Blueprint, 
 	{
 		MarkBlueprintAsStructurallyModified(Blueprint);
 	}
-}
-
-void FBlueprintEditorUtils::SetBlueprintVariableMetaData(UBlueprint* Blueprint, const FName& VarName,
-	const UStruct* InLocalVarScope, const FName& MetaDataKey, const FString& MetaDataValue)
-{
-	Blueprint->Modify();
-	if (FBPVariableDescription* const Variable = BlueprintVariables::Find(Blueprint, VarName, InLocalVarScope))
-	{
-		Variable->SetMetaData(MetaDataKey, MetaDataValue);
-		MarkBlueprintAsStructurallyModified(Blueprint);
-	}
-}
-
-void FBlueprintEditorUtils::SetBlueprintVariableRepNotifyFunc(
-	UBlueprint* Blueprint, const FName& VarName, const FName& RepNotifyFunc)
-{
-	const int32 Index = FindNewVariableIndex(Blueprint, VarName);
-	if (Index != INDEX_NONE)
-	{
-		Blueprint->NewVariables[Index].RepNotifyFunc = RepNotifyFunc;
-	}
-}
-
-FName FBlueprintEditorUtils::GetBlueprintVariableRepNotifyFunc(UBlueprint* Blueprint, const FName& VarName)
-{
-	const int32 Index = FindNewVariableIndex(Blueprint, VarName);
-	return Index == INDEX_NONE ? FName() : Blueprint->NewVariables[Index].RepNotifyFunc;
 }
 
 void FBlueprintEditorUtils::SetBlueprintOnlyEditableFlag(

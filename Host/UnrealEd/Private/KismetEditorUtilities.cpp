@@ -200,13 +200,3 @@ void FKismetEditorUtilities::CompileBlueprint(
 		CollectGarbage(GARBAGE_COLLECTION_KEEPFLAGS);
 	}
 }
-
-bool FKismetEditorUtilities::GenerateBlueprintSkeleton(UBlueprint* BlueprintObj, bool bForceRegeneration)
-{
-	if (BlueprintObj->SkeletonGeneratedClass && !bForceRegeneration)
-	{
-		return false;
-	}
-	FBlueprintCompilationManager::RegenerateSkeleton(*BlueprintObj);
-	return true;
-}

@@ -40,8 +40,6 @@ public:
 		const FARFilter& Filter, TArray<FAssetData>& OutAssetData, bool bSkipARFilteredAssets = true) const = 0;
 	virtual bool GetAllAssets(TArray<FAssetData>& OutAssetData, bool bIncludeOnlyOnDiskAssets = false) const = 0;
 
-	/** The packages that the saved package refers to, and those that refer to it. False when it is not known. */
-	virtual bool GetDependencies(FName PackageName, TArray<FName>& OutDependencies) const = 0;
 	virtual bool GetReferencers(FName PackageName, TArray<FName>& OutReferencers) const = 0;
 
 	/** Scans all content: at once, or in the background. Files that are known and have not changed are not read again.

@@ -36,7 +36,6 @@ public:
 	FGraphEventRef Dispatch(TUniqueFunction<void()> Function, const FGraphEventArray* Prerequisites);
 	/** Runs what is queued, in order of dispatch, and what those tasks dispatch; game thread only. */
 	void ProcessThreadUntilIdle(ENamedThreads::Type CurrentThread);
-	bool HasTasks() const;
 
 private:
 	struct FTask

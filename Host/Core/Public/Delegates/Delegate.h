@@ -128,13 +128,6 @@ public:
 	{
 		BindSP(StaticCastSharedRef<UserClass>(Object->AsShared()), Function, std::forward<VarTypes>(Vars)...);
 	}
-	template <typename UserClass, typename FunctorType, typename... VarTypes>
-	void BindSPLambda(UserClass* Object, FunctorType&& Functor, VarTypes&&... Vars)
-	{
-		auto Shared = StaticCastSharedRef<UserClass>(Object->AsShared());
-		BindHolder(TSharedHolder<UserClass, ESPMode::ThreadSafe>{ Shared, Object }, std::forward<FunctorType>(Functor),
-			std::forward<VarTypes>(Vars)...);
-	}
 
 	template <typename UserClass, typename... VarTypes>
 	void BindUObject(UserClass* Object,

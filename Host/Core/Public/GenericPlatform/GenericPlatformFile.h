@@ -72,7 +72,6 @@ public:
 	/** Adds the files with the extension (".log" or "log"; null or empty for all), with the directory's path in front.
 	 */
 	void FindFiles(TArray<FString>& FoundFiles, const TCHAR* Directory, const TCHAR* FileExtension);
-	void FindFilesRecursively(TArray<FString>& FoundFiles, const TCHAR* Directory, const TCHAR* FileExtension);
 	bool CreateDirectoryTree(const TCHAR* Directory);
 	/** Deletes read-only files, too. A link goes as a link, also when it is the directory itself. */
 	bool DeleteDirectoryRecursively(const TCHAR* Directory);

@@ -46,6 +46,4 @@ public:
 	uint32 Copy(const TCHAR* Dest, const TCHAR* Src, bool Replace = true);
 	bool MakeDirectory(const TCHAR* Path, bool Tree = false);
 	bool DeleteDirectory(const TCHAR* Path, bool RequireExists = false, bool Tree = false);
-	FString ConvertToAbsolutePathForExternalAppForRead(const TCHAR* Filename);
-	FString ConvertToAbsolutePathForExternalAppForWrite(const TCHAR* Filename);
 };

@@ -6,5 +6,4 @@ struct FPlatformMisc
 {
 	/** Empty when the variable is not set. */
 	static FString GetEnvironmentVariable(const TCHAR* VariableName);
-	static void SetEnvironmentVar(const TCHAR* VariableName, const TCHAR* Value);
 };

@@ -7,5 +7,4 @@ struct FPlatformProcess
 	/** The folder of the executable, with a trailing "/". Relative paths are resolved against it. */
 	static const TCHAR* BaseDir();
 	static void Sleep(float Seconds);
-	static uint32 GetCurrentProcessId();
 };

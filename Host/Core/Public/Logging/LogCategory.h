@@ -11,8 +11,6 @@ struct FLogCategoryBase
 
 	bool IsSuppressed(ELogVerbosity::Type Level) const { return Level > Verbosity; }
 	FName GetCategoryName() const { return CategoryName; }
-	ELogVerbosity::Type GetVerbosity() const { return Verbosity; }
-	void SetVerbosity(ELogVerbosity::Type NewVerbosity) { Verbosity = NewVerbosity; }
 
 private:
 	ELogVerbosity::Type Verbosity;

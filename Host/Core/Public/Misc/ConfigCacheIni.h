@@ -101,14 +101,11 @@ public:
 	bool GetInt(const TCHAR* Section, const TCHAR* Key, int32& Value, const FString& Filename);
 	bool GetFloat(const TCHAR* Section, const TCHAR* Key, float& Value, const FString& Filename);
 	int32 GetArray(const TCHAR* Section, const TCHAR* Key, TArray<FString>& Value, const FString& Filename);
-	bool DoesSectionExist(const TCHAR* Section, const FString& Filename);
 	void SetString(const TCHAR* Section, const TCHAR* Key, const TCHAR* Value, const FString& Filename);
 	void SetBool(const TCHAR* Section, const TCHAR* Key, bool Value, const FString& Filename);
 	void SetArray(const TCHAR* Section, const TCHAR* Key, const TArray<FString>& Value, const FString& Filename);
 	bool RemoveKey(const TCHAR* Section, const TCHAR* Key, const FString& Filename);
 	bool EmptySection(const TCHAR* Section, const FString& Filename);
-	/** True when the layers below the user's hold the key. */
-	bool IsInBase(const TCHAR* Section, const TCHAR* Key, const FString& Filename);
 	/** Writes changed files, atomically; with bRead also forgets them, so that they are read again when asked for. */
 	void Flush(bool bRead, const FString& Filename = FString());
 

@@ -25,7 +25,6 @@ public:
 	 */
 	virtual bool CanBeUsedOnAnyThread() const { return false; }
 	virtual bool CanBeUsedOnMultipleThreads() const { return false; }
-	virtual bool CanBeUsedOnPanicThread() const { return false; }
 
 	void Log(const TCHAR* S);
 	void Log(const FString& S) { Log(*S); }

@@ -35,8 +35,6 @@ public:
 	bool CanBeUsedOnAnyThread() const override { return true; }
 	bool CanBeUsedOnMultipleThreads() const override { return true; }
 
-	void SetCurrentThreadAsPrimaryThread();
-
 private:
 	struct FState;
 	std::unique_ptr<FState> State;

@@ -16,10 +16,6 @@ public:
 
 	/** Nothing is shown before this, or when the work takes no longer than the threshold (seconds). */
 	void MakeDialogDelayed(float Threshold, bool bShowCancelButton = false, bool bAllowInPIE = false);
-	void MakeDialog(bool bShowCancelButton = false, bool bAllowInPIE = false)
-	{
-		MakeDialogDelayed(0.0f, bShowCancelButton, bAllowInPIE);
-	}
 	/** The frame before is done; the next one takes that much of the work. */
 	void EnterProgressFrame(float ExpectedWorkThisFrame = 1.0f, const FText& Text = FText());
 

@@ -66,7 +66,6 @@ public:
 	static bool IsValidXName(const FString& InName, const FString& InInvalidChars);
 	int32 GetNumber() const { return Number; }
 	void SetNumber(int32 NewNumber) { Number = NewNumber; }
-	uint32 GetComparisonIndex() const { return Comparison; }
 
 	/** Alphabetical order, ignoring case. */
 	bool LexicalLess(const FName& Other) const { return Compare(Other) < 0; }

@@ -41,7 +41,6 @@ public:
 
 	/** Null when the object is gone. */
 	UObject* GetUObject() const { return Object.Get(); }
-	UObject* GetUObjectEvenIfUnreachable() const { return Object.GetEvenIfUnreachable(); }
 	FName GetFunctionName() const { return FunctionName; }
 
 	/** Calls the function; Parameters is the block that its properties describe. */

@@ -42,7 +42,6 @@ struct FAssetData
 	UObject* GetAsset() const;
 	/** Null when the class is not loaded; with EResolveClass::Yes, it is loaded if need be. */
 	UClass* GetClass(EResolveClass ResolveClass = EResolveClass::No) const;
-	bool IsInstanceOf(const UClass* BaseClass, EResolveClass ResolveClass = EResolveClass::No) const;
 	bool IsAssetLoaded() const;
 
 	/** False, with OutTagValue left alone, when there is no such tag. */

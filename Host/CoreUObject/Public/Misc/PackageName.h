@@ -52,8 +52,6 @@ public:
 
 	/** The last part of a name. */
 	static FString GetShortName(const FString& LongName);
-	/** The last part of a long name; the same by another name. */
-	static FString GetLongPackageAssetName(const FString& InLongPackageName) { return GetShortName(InLongPackageName); }
 	/** All but the last part, without a slash at the end. */
 	static FString GetLongPackagePath(const FString& InLongPackageName);
 

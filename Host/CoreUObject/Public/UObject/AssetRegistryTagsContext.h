@@ -26,7 +26,6 @@ public:
 
 	const UObject* GetObject() const { return Data.Object; }
 	void AddTag(const UObject::FAssetRegistryTag& Tag) { Data.Tags.Add(Tag.Name, Tag); }
-	bool ContainsTag(FName Name) const { return Data.Tags.Contains(Name); }
 
 private:
 	FAssetRegistryTagsContextData& Data;

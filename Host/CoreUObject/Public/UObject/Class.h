@@ -85,7 +85,6 @@ public:
 	int32 GetPropertiesSize() const { return PropertiesSize; }
 	int32 GetStructureSize() const;
 	int32 GetMinAlignment() const { return MinAlignment; }
-	void SetPropertiesSize(int32 NewSize) { PropertiesSize = NewSize; }
 	/** "U", "A" or "F". */
 	virtual const TCHAR* GetPrefixCPP() const { return TEXT("F"); }
 
@@ -251,7 +250,6 @@ public:
 	/** Counts the generated _MAX. */
 	int32 NumEnums() const { return Names.Num(); }
 	ECppForm GetCppForm() const { return CppForm; }
-	bool HasAnyEnumFlags(EEnumFlags InFlags) const { return EnumHasAnyFlags(EnumFlags, InFlags); }
 	bool ContainsExistingMax() const;
 
 	/** "E::A" of an enum class. NAME_None and an empty text for an index that there is not. */
@@ -267,14 +265,10 @@ public:
 	int64 GetValueByIndex(int32 Index) const;
 	/** The short or the full name; letter case is ignored. INDEX_NONE when there is no such entry. */
 	int32 GetIndexByNameString(const FString& Name) const;
-	int32 GetIndexByName(FName Name) const { return GetIndexByNameString(Name.ToString()); }
 	int32 GetIndexByValue(int64 Value) const;
 	/** INDEX_NONE when there is no such entry. */
 	int64 GetValueByNameString(const FString& Name) const;
-	int64 GetValueByName(FName Name) const { return GetValueByNameString(Name.ToString()); }
 	int64 GetMaxEnumValue() const;
-	bool IsValidEnumValue(int64 Value) const { return GetIndexByValue(Value) != INDEX_NONE; }
-	bool IsValidEnumName(FName Name) const { return GetIndexByName(Name) != INDEX_NONE; }
 
 	// With an index, the metadata of that entry.
 	bool HasMetaData(const TCHAR* Key, int32 NameIndex = INDEX_NONE) const;
@@ -308,7 +302,6 @@ public:
 	/** Null for a function that returns nothing. */
 	FProperty* GetReturnProperty() const;
 	UStruct* GetInheritanceSuper() const override { return nullptr; }
-	UFunction* GetSuperFunction() const { return static_cast<UFunction*>(GetSuperStruct()); }
 	/** Runs the native function; one without a body does nothing. */
 	void Invoke(UObject* Object, void* Parms) const;
 	void SetNativeFunc(FCall InCall) { Call = InCall; }
@@ -365,7 +358,6 @@ public:
 	const TCHAR* GetPrefixCPP() const override;
 	bool HasAnyClassFlags(EClassFlags FlagsToCheck) const { return (ClassFlags & FlagsToCheck) != 0; }
 	bool HasAllClassFlags(EClassFlags FlagsToCheck) const { return (ClassFlags & FlagsToCheck) == FlagsToCheck; }
-	EClassFlags GetClassFlags() const { return ClassFlags; }
 	bool IsNative() const { return HasAnyClassFlags(CLASS_Native); }
 
 	/** Makes the default object when there is none yet. */

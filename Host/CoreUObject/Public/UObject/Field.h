@@ -66,7 +66,6 @@ public:
 	}
 	FFieldVariant(decltype(nullptr)) {}
 
-	bool IsUObject() const { return Object != nullptr; }
 	bool IsValid() const { return Object || Field; }
 	UObject* ToUObject() const { return Object; }
 	FField* ToField() const { return Field; }
@@ -129,8 +128,6 @@ public:
 	/** The class that has the field; null for a member of a struct or a function's parameter outside a class. */
 	UClass* GetOwnerClass() const;
 	UStruct* GetOwnerStruct() const;
-	/** The nearest owner that is an object. */
-	UObject* GetOwnerUObject() const;
 
 	const FString* FindMetaData(const FName& Key) const { return MetaData.Find(Key); }
 	bool HasMetaData(const FName& Key) const { return MetaData.Contains(Key); }
@@ -139,7 +136,6 @@ public:
 	bool GetBoolMetaData(const FName& Key) const;
 	void SetMetaData(const FName& Key, const FString& Value) { MetaData.Add(Key, Value); }
 	void RemoveMetaData(const FName& Key) { MetaData.Remove(Key); }
-	const TMap<FName, FString>* GetMetaDataMap() const { return &MetaData; }
 	/** The name to show: DisplayName, or the name split into words. */
 	FText GetDisplayNameText() const;
 	/** ToolTip, or the name to show when there is none. */

@@ -51,7 +51,6 @@ public:
 	virtual void PostRename(UObject* OldOuter, const FName OldName) {}
 	/** Called once when the object is about to be freed. Objects it refers to still exist. */
 	virtual void BeginDestroy();
-	virtual bool IsReadyForFinishDestroy() { return true; }
 	virtual void FinishDestroy();
 	bool ConditionalBeginDestroy();
 	bool ConditionalFinishDestroy();

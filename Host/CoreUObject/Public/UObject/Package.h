@@ -48,7 +48,6 @@ public:
 
 	bool HasAnyPackageFlags(uint32 FlagsToCheck) const { return (PackageFlags & FlagsToCheck) != 0; }
 	void SetPackageFlags(uint32 NewFlags) { PackageFlags |= NewFlags; }
-	void ClearPackageFlags(uint32 NewFlags) { PackageFlags &= ~NewFlags; }
 
 	/** The object that the package is named after. */
 	UObject* FindAssetInPackage() const;

@@ -17,8 +17,6 @@ public:
 	UObject*& GetObjectRef() { return ObjectPointer; }
 	/** Null also for an object that implements the interface in a Blueprint. */
 	void* GetInterface() const { return ObjectPointer ? InterfacePointer : nullptr; }
-	void SetObject(UObject* InObject) { *this = FScriptInterface(InObject, nullptr); }
-	void SetInterface(void* InInterface) { InterfacePointer = InInterface; }
 	explicit operator bool() const { return ObjectPointer != nullptr; }
 	bool operator==(const FScriptInterface& Other) const { return ObjectPointer == Other.ObjectPointer; }
 	friend uint32 GetTypeHash(const FScriptInterface& Each) { return GetTypeHash(Each.ObjectPointer); }

@@ -19,7 +19,6 @@ public:
 	UObjectBase& operator=(const UObjectBase&) = delete;
 	static void* operator new(size_t) = delete;
 
-	bool IsValidLowLevel() const;
 	/** Index into the table of all objects; unique as long as the object lives. */
 	uint32 GetUniqueID() const { return static_cast<uint32>(InternalIndex); }
 	UClass* GetClass() const { return ClassPrivate; }

@@ -24,7 +24,6 @@ public:
 
 	/** The object counts as gone: IsValid is false, weak pointers are null, and flags no longer keep it. */
 	void MarkAsGarbage();
-	void ClearGarbage();
 	bool IsUnreachable() const;
 
 	FString GetName() const { return GetFName().ToString(); }
@@ -66,7 +65,6 @@ public:
 
 	/** Where the interface lies in the object; null when its class does not implement it in C++. */
 	void* GetNativeInterfaceAddress(const UClass* InterfaceClass) const;
-	void* GetInterfaceAddress(const UClass* InterfaceClass) const { return GetNativeInterfaceAddress(InterfaceClass); }
 	template <typename T>
 	bool Implements() const
 	{

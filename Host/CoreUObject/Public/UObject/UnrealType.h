@@ -35,10 +35,7 @@ public:
 
 	bool HasAnyPropertyFlags(uint64 FlagsToCheck) const { return (PropertyFlags & FlagsToCheck) != 0; }
 	bool HasAllPropertyFlags(uint64 FlagsToCheck) const { return (PropertyFlags & FlagsToCheck) == FlagsToCheck; }
-	EPropertyFlags GetPropertyFlags() const { return PropertyFlags; }
 	void SetPropertyFlags(EPropertyFlags NewFlags) { PropertyFlags |= NewFlags; }
-	void ClearPropertyFlags(EPropertyFlags NewFlags) { PropertyFlags &= ~NewFlags; }
-	bool IsEditorOnlyProperty() const { return HasAnyPropertyFlags(CPF_EditorOnly); }
 
 	/** "int32", "TArray"; the arguments of a template go to ExtendedTypeText ("<int32>"). */
 	virtual FString GetCPPType(FString* ExtendedTypeText = nullptr, uint32 CPPExportFlags = 0) const = 0;
@@ -173,7 +170,6 @@ public:
 	}
 
 	static const TCppType& GetPropertyValue(const void* A) { return *static_cast<const TCppType*>(A); }
-	static const TCppType& GetPropertyValue_InContainer_Raw(const void* A) { return GetPropertyValue(A); }
 	static TCppType* GetPropertyValuePtr(void* A) { return static_cast<TCppType*>(A); }
 	static const TCppType* GetPropertyValuePtr(const void* A) { return static_cast<const TCppType*>(A); }
 	static void SetPropertyValue(void* A, const TCppType& Value) { *static_cast<TCppType*>(A) = Value; }
@@ -234,7 +230,6 @@ public:
 	virtual bool IsInteger() const { return false; }
 	bool IsEnum() const { return GetIntPropertyEnum() != nullptr; }
 	virtual UEnum* GetIntPropertyEnum() const { return nullptr; }
-	bool CanHoldDoubleValue() const { return IsFloatingPoint(); }
 	virtual int64 GetSignedIntPropertyValue(const void* Data) const = 0;
 	virtual uint64 GetUnsignedIntPropertyValue(const void* Data) const = 0;
 	virtual double GetFloatingPointPropertyValue(const void* Data) const = 0;
@@ -341,7 +336,6 @@ public:
 	/** The value is the bit of BitMask in the byte that the property points at; a whole bool with bInNativeBool. */
 	void SetBoolSize(uint32 InSize, bool bInNativeBool, uint8 InBitMask = 1);
 	bool IsNativeBool() const { return bNativeBool; }
-	uint8 GetFieldMask() const { return BitMask; }
 
 	bool GetPropertyValue(const void* A) const;
 	void SetPropertyValue(void* A, bool bValue) const;
@@ -596,12 +590,6 @@ public:
 	/** Null when nothing has ever been bound. */
 	virtual const FMulticastScriptDelegate* GetMulticastDelegate(const void* PropertyValue) const = 0;
 	virtual void SetMulticastDelegate(void* PropertyValue, FMulticastScriptDelegate ScriptDelegate) const = 0;
-	/** With a Parent, PropertyValue may be null: it is the parent's value then. What is bound already is left alone. */
-	virtual void AddDelegate(
-		FScriptDelegate ScriptDelegate, UObject* Parent = nullptr, void* PropertyValue = nullptr) const = 0;
-	virtual void RemoveDelegate(
-		const FScriptDelegate& ScriptDelegate, UObject* Parent = nullptr, void* PropertyValue = nullptr) const = 0;
-	virtual void ClearDelegate(UObject* Parent = nullptr, void* PropertyValue = nullptr) const = 0;
 
 	void CollectTypes(FReferenceCollector& Collector) const override;
 	bool SameType(const FProperty* Other) const override;
@@ -635,11 +623,6 @@ public:
 	{
 		SetPropertyValue(PropertyValue, ScriptDelegate);
 	}
-	void AddDelegate(
-		FScriptDelegate ScriptDelegate, UObject* Parent = nullptr, void* PropertyValue = nullptr) const override;
-	void RemoveDelegate(
-		const FScriptDelegate& ScriptDelegate, UObject* Parent = nullptr, void* PropertyValue = nullptr) const override;
-	void ClearDelegate(UObject* Parent = nullptr, void* PropertyValue = nullptr) const override;
 
 private:
 	FMulticastScriptDelegate& GetValue(UObject* Parent, void* PropertyValue) const;
@@ -804,8 +787,6 @@ public:
 	bool IsValidIndex(int32 Index) const { return Map->IsValidIndex(Index, Layout.Slot); }
 	uint8* GetKeyPtr(int32 Index) const;
 	uint8* GetValuePtr(int32 Index) const { return GetKeyPtr(Index) + Layout.ValueOffset; }
-	FProperty* GetKeyProperty() const { return Key; }
-	FProperty* GetValueProperty() const { return Value; }
 	/** Adds a copy of the pair; an equal key gets the value. */
 	void AddPair(const void* KeyToAdd, const void* ValueToAdd) const;
 	int32 FindMapIndexWithKey(const void* KeyToFind) const;
@@ -1037,8 +1018,6 @@ struct FPropertyChangedEvent
 	void SetActiveMemberProperty(FProperty* InMemberProperty) { MemberProperty = InMemberProperty; }
 	FName GetPropertyName() const { return Property ? Property->GetFName() : FName(); }
 	FName GetMemberPropertyName() const { return MemberProperty ? MemberProperty->GetFName() : FName(); }
-	int32 GetNumObjectsBeingEdited() const { return TopLevelObjects.Num(); }
-	const UObject* GetObjectBeingEdited(int32 Index) const { return TopLevelObjects[Index]; }
 
 	FProperty* Property;       // the innermost: of an array's element, the element property
 	FProperty* MemberProperty; // the one of the object

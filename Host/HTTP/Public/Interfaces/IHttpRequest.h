@@ -54,6 +54,4 @@ public:
 	virtual void CancelRequest() = 0;
 	virtual EHttpRequestStatus::Type GetStatus() const = 0;
 	virtual const FHttpResponsePtr GetResponse() const = 0;
-	/** Seconds since the start, of the wall. */
-	virtual float GetElapsedTime() const = 0;
 };

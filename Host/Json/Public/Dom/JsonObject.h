@@ -10,12 +10,6 @@ public:
 	TMap<FString, TSharedPtr<FJsonValue>> Values;
 
 	bool HasField(FStringView FieldName) const { return TryGetField(FieldName).IsValid(); }
-	template <EJson JsonType>
-	bool HasTypedField(FStringView FieldName) const
-	{
-		const TSharedPtr<FJsonValue> Field = TryGetField(FieldName);
-		return Field && Field->Type == JsonType;
-	}
 	/** Invalid when there is no such member. */
 	TSharedPtr<FJsonValue> TryGetField(FStringView FieldName) const;
 	// Names and values come as copies: those that the caller has no more use for are moved here.
@@ -39,8 +33,6 @@ public:
 
 	/** A missing or wrong member logs and gives an empty value. */
 	FString GetStringField(FStringView FieldName) const { return GetRequired(FieldName)->AsString(); }
-	double GetNumberField(FStringView FieldName) const { return GetRequired(FieldName)->AsNumber(); }
-	int32 GetIntegerField(FStringView FieldName) const { return static_cast<int32>(GetNumberField(FieldName)); }
 	bool GetBoolField(FStringView FieldName) const { return GetRequired(FieldName)->AsBool(); }
 	const TArray<TSharedPtr<FJsonValue>>& GetArrayField(FStringView FieldName) const;
 	const TSharedPtr<FJsonObject>& GetObjectField(FStringView FieldName) const;

@@ -17,7 +17,6 @@ public:
 	virtual FString GetContentDir() const = 0;
 	virtual bool IsEnabled() const = 0;
 	virtual const FPluginDescriptor& GetDescriptor() const = 0;
-	const FString& GetFriendlyName() const { return GetDescriptor().FriendlyName; }
 };
 
 /** The plugins of the project, and those handed over on the command line ("-PLUGIN=<file.uplugin>"). */

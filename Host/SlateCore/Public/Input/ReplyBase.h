@@ -9,8 +9,6 @@ class FReplyBase
 {
 public:
 	bool IsEventHandled() const { return bIsHandled; }
-	/** The widget that gave the reply; set by the router. */
-	TSharedPtr<SWidget> GetHandler() const { return EventHandler; }
 
 protected:
 	explicit FReplyBase(bool InIsHandled)

@@ -19,7 +19,6 @@ struct FGeometry
 	FGeometry MakeChild(const FVector2D& InLocalSize, const FSlateLayoutTransform& LayoutTransform) const;
 
 	UE::Slate::FDeprecateVector2DResult GetLocalSize() const { return UE::Slate::FDeprecateVector2DResult(Size); }
-	UE::Slate::FDeprecateVector2DResult GetAbsoluteSize() const;
 	UE::Slate::FDeprecateVector2DResult GetAbsolutePosition() const;
 	UE::Slate::FDeprecateVector2DResult AbsoluteToLocal(
 		const UE::Slate::FDeprecateVector2DParameter& AbsoluteCoordinate) const;

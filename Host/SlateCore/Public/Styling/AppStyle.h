@@ -8,7 +8,6 @@ class FAppStyle
 {
 public:
 	static const ISlateStyle& Get();
-	static const FName GetAppStyleSetName() { return Get().GetStyleSetName(); }
 
 	static const FSlateBrush* GetBrush(FName PropertyName, const ANSICHAR* Specifier = nullptr)
 	{

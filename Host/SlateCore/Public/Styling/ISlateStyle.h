@@ -20,7 +20,6 @@ public:
 	virtual ~ISlateStyle() = default;
 
 	virtual const FName& GetStyleSetName() const = 0;
-	virtual FString GetContentRootDir() const = 0;
 
 	virtual const FSlateBrush* GetBrush(const FName PropertyName, const ANSICHAR* Specifier = nullptr,
 		const ISlateStyle* RequestingStyle = nullptr) const = 0;
@@ -29,8 +28,6 @@ public:
 		const FSlateBrush* const DefaultBrush = FStyleDefaults::GetNoBrush()) const = 0;
 	virtual float GetFloat(
 		const FName PropertyName, const ANSICHAR* Specifier = nullptr, float DefaultValue = 0.0f) const = 0;
-	virtual FVector2D GetVector(const FName PropertyName, const ANSICHAR* Specifier = nullptr,
-		FVector2D DefaultValue = FVector2D(0.0, 0.0)) const = 0;
 	virtual const FLinearColor& GetColor(const FName PropertyName, const ANSICHAR* Specifier = nullptr,
 		const FLinearColor& DefaultValue = FLinearColor::Black) const = 0;
 	virtual const FSlateColor GetSlateColor(const FName PropertyName, const ANSICHAR* Specifier = nullptr) const = 0;

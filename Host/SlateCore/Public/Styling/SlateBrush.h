@@ -58,7 +58,6 @@ struct FSlateBrush
 	UE::Slate::FDeprecateVector2DResult GetImageSize() const { return UE::Slate::FDeprecateVector2DResult(ImageSize); }
 	/** The full path of an image's file, NAME_None for a brush without one. */
 	FName GetResourceName() const { return ResourceName; }
-	ESlateBrushDrawType::Type GetDrawType() const { return DrawAs; }
 	ESlateBrushImageType::Type GetImageType() const { return ImageType; }
 	FLinearColor GetTint(const FWidgetStyle& InWidgetStyle) const { return TintColor.GetColor(InWidgetStyle); }
 

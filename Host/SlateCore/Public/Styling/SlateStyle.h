@@ -18,7 +18,6 @@ public:
 	virtual const FName& GetStyleSetName() const override { return StyleSetName; }
 	/** The folder that relative image names start from. It is stored, not looked at. */
 	virtual void SetContentRoot(const FString& InContentRootDir) { ContentRootDir = InContentRootDir; }
-	virtual FString GetContentRootDir() const override { return ContentRootDir; }
 
 	/** The content root, RelativePath and Extension put together. */
 	virtual FString RootToContentDir(const FString& RelativePath, const TCHAR* Extension) const;
@@ -53,8 +52,6 @@ public:
 		const FSlateBrush* const DefaultBrush = FStyleDefaults::GetNoBrush()) const override;
 	virtual float GetFloat(
 		const FName PropertyName, const ANSICHAR* Specifier = nullptr, float DefaultValue = 0.0f) const override;
-	virtual FVector2D GetVector(const FName PropertyName, const ANSICHAR* Specifier = nullptr,
-		FVector2D DefaultValue = FVector2D(0.0, 0.0)) const override;
 	virtual const FLinearColor& GetColor(const FName PropertyName, const ANSICHAR* Specifier = nullptr,
 		const FLinearColor& DefaultValue = FLinearColor::Black) const override;
 	virtual const FSlateColor GetSlateColor(

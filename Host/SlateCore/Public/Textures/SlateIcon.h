@@ -18,7 +18,6 @@ struct FSlateIcon
 	const FSlateBrush* GetIcon() const;
 	/** Null in that case. */
 	const FSlateBrush* GetOptionalIcon() const;
-	const FSlateBrush* GetSmallIcon() const;
 	const ISlateStyle* GetStyleSet() const;
 
 	const FName& GetStyleSetName() const { return StyleSetName; }

@@ -169,10 +169,6 @@ public:
 	FSlotArguments& FillHeight(TAttribute<float> InStretchCoefficient) { return MakeStretch(InStretchCoefficient); }
 	FSlotArguments& MaxHeight(TAttribute<float> InMaxHeight) { return SetMax(InMaxHeight); }
 	SLATE_SLOT_END_ARGS()
-
-	void SetAutoHeight() { MakeAuto(); }
-	void SetFillHeight(TAttribute<float> InStretchCoefficient) { MakeStretch(InStretchCoefficient); }
-	void SetMaxHeight(TAttribute<float> InMaxHeight) { SetMax(InMaxHeight); }
 };
 
 class SHorizontalBoxSlot : public TBoxPanelSlot<SHorizontalBoxSlot>
@@ -183,10 +179,6 @@ public:
 	FSlotArguments& FillWidth(TAttribute<float> InStretchCoefficient) { return MakeStretch(InStretchCoefficient); }
 	FSlotArguments& MaxWidth(TAttribute<float> InMaxWidth) { return SetMax(InMaxWidth); }
 	SLATE_SLOT_END_ARGS()
-
-	void SetAutoWidth() { MakeAuto(); }
-	void SetFillWidth(TAttribute<float> InStretchCoefficient) { MakeStretch(InStretchCoefficient); }
-	void SetMaxWidth(TAttribute<float> InMaxWidth) { SetMax(InMaxWidth); }
 };
 
 class SVerticalBox : public SVerticalBoxBase

@@ -26,7 +26,6 @@ public:
 	/** True if the widget was there. */
 	bool RemoveSlot(TSharedRef<SWidget> Widget) { return Children.Remove(Widget) != INDEX_NONE; }
 	void ClearChildren() { Children.Empty(); }
-	int32 GetNumWidgets() const { return Children.Num(); }
 
 	void Construct(const FArguments& InArgs);
 	virtual FChildren* GetChildren() override { return &Children; }

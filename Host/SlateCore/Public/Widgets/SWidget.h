@@ -63,7 +63,6 @@ public:
 	/** While the widget is painted and GetCanTick. InCurrentTime is application time in seconds. */
 	virtual void Tick(const FGeometry& AllottedGeometry, const double InCurrentTime, const float InDeltaTime);
 	void SetCanTick(bool bInCanTick) { bCanTick = bInCanTick; }
-	bool GetCanTick() const { return bCanTick; }
 
 	/**
 	 * Has TickFunction called every TickPeriod seconds (0: every frame) while the widget is painted, for the first time
@@ -85,8 +84,6 @@ public:
 	}
 	/** The place and size at the last paint. */
 	const FGeometry& GetCachedGeometry() const { return CachedGeometry; }
-	const FGeometry& GetTickSpaceGeometry() const { return CachedGeometry; }
-	const FGeometry& GetPaintSpaceGeometry() const { return CachedGeometry; }
 
 	/** Gives each shown child its place in AllottedGeometry. */
 	void ArrangeChildren(const FGeometry& AllottedGeometry, FArrangedChildren& ArrangedChildren) const;
@@ -113,22 +110,14 @@ public:
 	bool IsEnabled() const { return EnabledAttribute.Get(); }
 	virtual void SetVisibility(TAttribute<EVisibility> InVisibility);
 	EVisibility GetVisibility() const { return VisibilityAttribute.Get(); }
-	void SetToolTipText(const TAttribute<FText>& InToolTipText);
-	void SetToolTipText(const FText& InToolTipText);
 	FText GetToolTipText() const { return ToolTipAttribute.Get(FText::GetEmpty()); }
-	void SetCursor(const TAttribute<TOptional<EMouseCursor::Type>>& InCursor) { Cursor = InCursor; }
 	/** Unset: that of the parent. */
 	virtual TOptional<EMouseCursor::Type> GetCursor() const;
-	void SetClipping(EWidgetClipping InClipping) { Clipping = InClipping; }
 	EWidgetClipping GetClipping() const { return Clipping; }
-	void SetRenderOpacity(float InRenderOpacity) { RenderOpacity = InRenderOpacity; }
-	float GetRenderOpacity() const { return RenderOpacity; }
 
 	/** The class name as it was given to SNew. */
 	FName GetType() const { return TypeOfWidget; }
 	FString GetTypeAsString() const { return TypeOfWidget.ToString(); }
-	FName GetTag() const { return Tag; }
-	void SetTag(FName InTag) { Tag = InTag; }
 
 	void Invalidate(EInvalidateWidgetReason InvalidateReason);
 

@@ -41,7 +41,6 @@ public:
 	void Construct(const FArguments& InArgs);
 
 	FText GetTitle() const { return Title.Get(FText::GetEmpty()); }
-	void SetTitle(const FText& InTitle) { Title = InTitle; }
 	void SetContent(TSharedRef<SWidget> InContent);
 	TSharedRef<SWidget> GetContent() const;
 
@@ -69,11 +68,6 @@ public:
 	void SetNativeWindow(TSharedRef<FGenericWindow> InNativeWindow) { NativeWindow = InNativeWindow; }
 	TSharedPtr<FGenericWindow> GetNativeWindow() const { return NativeWindow; }
 
-	/** Called instead of closing when the user asks to close the window. */
-	void SetRequestDestroyWindowOverride(const FRequestDestroyWindowOverride& InOverride)
-	{
-		RequestDestroyOverride = InOverride;
-	}
 	const FRequestDestroyWindowOverride& GetRequestDestroyWindowOverride() const { return RequestDestroyOverride; }
 
 	virtual TSharedRef<FSlateAccessibleWidget> CreateAccessibleWidget() override;

@@ -82,11 +82,6 @@ bool UEditorEngine::RedoTransaction()
 	return true;
 }
 
-bool UEditorEngine::IsTransactionActive() const
-{
-	return Trans && Trans->IsActive();
-}
-
 void UEditorEngine::ResetTransaction(const FText& Reason)
 {
 	if (Trans)

@@ -166,7 +166,6 @@ bool UTransBuffer::Undo(bool bCanRedo)
 {
 	if (!CanUndo())
 	{
-		UndoDelegate.Broadcast(FTransactionContext(), false);
 		return false;
 	}
 	const TSharedRef<FTransaction> Transaction = UndoBuffer[UndoBuffer.Num() - ++UndoCount];
@@ -176,7 +175,6 @@ bool UTransBuffer::Undo(bool bCanRedo)
 		UndoBuffer.RemoveAt(UndoBuffer.Num() - UndoCount, UndoCount);
 		UndoCount = 0;
 	}
-	UndoDelegate.Broadcast(Transaction->GetContext(), true);
 	BufferChangedDelegate.Broadcast();
 	return true;
 }
@@ -185,12 +183,10 @@ bool UTransBuffer::Redo()
 {
 	if (!CanRedo())
 	{
-		RedoDelegate.Broadcast(FTransactionContext(), false);
 		return false;
 	}
 	const TSharedRef<FTransaction> Transaction = UndoBuffer[UndoBuffer.Num() - UndoCount--];
 	Transaction->Apply(true);
-	RedoDelegate.Broadcast(Transaction->GetContext(), true);
 	BufferChangedDelegate.Broadcast();
 	return true;
 }

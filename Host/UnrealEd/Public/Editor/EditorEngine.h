@@ -25,7 +25,6 @@ public:
 	/** False when there is nothing to undo, or a transaction is open. */
 	virtual bool UndoTransaction(bool bCanRedo = true);
 	virtual bool RedoTransaction();
-	bool IsTransactionActive() const;
 	/** Forgets everything. */
 	virtual void ResetTransaction(const FText& Reason);
 

@@ -11,8 +11,6 @@ class UNREALED_API UTransBuffer : public UTransactor
 	GENERATED_BODY()
 
 public:
-	DECLARE_MULTICAST_DELEGATE_TwoParams(FOnTransactorUndo, const FTransactionContext&, bool /*bSucceeded*/);
-
 	/** The oldest transactions are given up when all together have more characters. */
 	SIZE_T MaxMemory = 256 * 1024 * 1024;
 	TArray<TSharedRef<FTransaction>> UndoBuffer;
@@ -38,8 +36,6 @@ public:
 	bool Redo() override;
 	bool IsActive() override { return ActiveCount > 0; }
 
-	FOnTransactorUndo& OnUndo() { return UndoDelegate; }
-	FOnTransactorUndo& OnRedo() { return RedoDelegate; }
 	FSimpleMulticastDelegate& OnUndoBufferChanged() { return BufferChangedDelegate; }
 
 	void BeginDestroy() override;
@@ -52,7 +48,5 @@ private:
 	/** What was undone before the open transaction began: it comes back when that turns out to be empty. */
 	TArray<TSharedRef<FTransaction>> PutAside;
 	int32 UndoCountBefore = 0;
-	FOnTransactorUndo UndoDelegate;
-	FOnTransactorUndo RedoDelegate;
 	FSimpleMulticastDelegate BufferChangedDelegate;
 };

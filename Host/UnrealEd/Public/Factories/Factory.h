@@ -26,8 +26,6 @@ public:
 	UPROPERTY(BlueprintReadWrite, Category = "Misc")
 	uint8 bEditAfterNew : 1;
 
-	/** Asks the user for what is missing. False when the user does not want to go on. */
-	virtual bool ConfigureProperties() { return true; }
 	/** The new asset in its package; null when it cannot be made. */
 	virtual UObject* FactoryCreateNew(UClass* InClass, UObject* InParent, FName InName, EObjectFlags Flags,
 		UObject* Context, FFeedbackContext* Warn, FName CallingContext)
@@ -39,7 +37,5 @@ public:
 	{
 		return nullptr;
 	}
-	virtual bool CanCreateNew() const { return bCreateNew; }
-	virtual bool DoesSupportClass(UClass* Class);
 	UClass* GetSupportedClass() const;
 };

@@ -22,26 +22,14 @@ public:
 	 */
 	static bool AddMemberVariable(UBlueprint* Blueprint, const FName& NewVarName, const FEdGraphPinType& NewVarType,
 		const FString& DefaultValue = FString());
-	static bool AddLocalVariable(UBlueprint* Blueprint, UEdGraph* InTargetGraph, const FName InNewVarName,
-		const FEdGraphPinType& InNewVarType, const FString& DefaultValue = FString());
-	static void RemoveMemberVariable(UBlueprint* Blueprint, const FName VarName);
 	/** The nodes of the variable get pins of the new type. */
 	static void ChangeMemberVariableType(
 		UBlueprint* Blueprint, const FName VariableName, const FEdGraphPinType& NewPinType);
 	/** INDEX_NONE when this Blueprint declares none of the name. */
 	static int32 FindNewVariableIndex(const UBlueprint* Blueprint, const FName& InName);
-	/** The same, in the parents too. */
-	static int32 FindNewVariableIndexAndBlueprint(
-		UBlueprint* InBlueprint, FName InName, UBlueprint*& OutFoundBlueprint);
 	/** InLocalVarScope is null for a member. Native variables are left alone. */
 	static void SetBlueprintVariableCategory(UBlueprint* Blueprint, const FName& VarName,
 		const UStruct* InLocalVarScope, const FText& NewCategory, bool bDontRecompile = false);
-	static void SetBlueprintVariableMetaData(UBlueprint* Blueprint, const FName& VarName,
-		const UStruct* InLocalVarScope, const FName& MetaDataKey, const FString& MetaDataValue);
-	/** The name alone; the flags are the caller's. */
-	static void SetBlueprintVariableRepNotifyFunc(
-		UBlueprint* Blueprint, const FName& VarName, const FName& RepNotifyFunc);
-	static FName GetBlueprintVariableRepNotifyFunc(UBlueprint* Blueprint, const FName& VarName);
 	/** Sets or clears CPF_DisableEditOnInstance. */
 	static void SetBlueprintOnlyEditableFlag(UBlueprint* Blueprint, const FName& VarName, const bool bNewBlueprintOnly);
 	/** Renames variables of children that clash with the name. */
@@ -85,23 +73,14 @@ public:
 		CreateFunctionGraphTerminators(*Graph, SignatureFromObject);
 		FinishFunctionGraph(Blueprint, Graph, bIsUserCreated);
 	}
-	static void AddUbergraphPage(UBlueprint* Blueprint, UEdGraph* Graph);
 	static void RemoveGraph(UBlueprint* Blueprint, UEdGraph* GraphToRemove);
-	static void RenameGraph(UEdGraph* Graph, const FString& NewName);
 	/** Null when there is none. */
 	static UK2Node_EditablePinBase* GetEntryNode(const UEdGraph* InGraph);
-	static void GetEntryAndResultNodes(const UEdGraph* InGraph, TWeakObjectPtr<UK2Node_EditablePinBase>& OutEntryNode,
-		TWeakObjectPtr<UK2Node_EditablePinBase>& OutResultNode);
 	/** A new one is linked to the entry when nothing else is. Null for a null entry. */
 	static UK2Node_FunctionResult* FindOrCreateFunctionResultNode(UK2Node_EditablePinBase* InFunctionEntryNode);
 	static UBlueprint* FindBlueprintForGraph(const UEdGraph* Graph);
-	static UBlueprint* FindBlueprintForGraphChecked(const UEdGraph* Graph);
-	static UBlueprint* FindBlueprintForNode(const UEdGraphNode* Node);
-	static UBlueprint* FindBlueprintForNodeChecked(const UEdGraphNode* Node);
 	static UEdGraph* FindEventGraph(const UBlueprint* Blueprint);
 	static void RemoveNode(UBlueprint* Blueprint, UEdGraphNode* Node, bool bDontRecompile = false);
-	/** Makes the pins of all nodes anew. */
-	static void RefreshAllNodes(UBlueprint* Blueprint);
 	template <class NodeType>
 	static void GetAllNodesOfClass(const UBlueprint* Blueprint, TArray<NodeType*>& OutNodes)
 	{
@@ -117,8 +96,6 @@ public:
 
 	/** A graph for each function with outputs is made. False when the Blueprint has the interface already. */
 	static bool ImplementNewInterface(UBlueprint* Blueprint, FTopLevelAssetPath InterfaceClassPathName);
-	static void GetInterfaceGraphs(
-		UBlueprint* Blueprint, FTopLevelAssetPath InterfaceClassPathName, TArray<UEdGraph*>& ChildGraphs);
 	static bool IsActorBased(const UBlueprint* Blueprint);
 	/** Blueprints in memory whose parent, or its parent, is this one; nearer ones first. */
 	static void GetDependentBlueprints(UBlueprint* Blueprint, TArray<UBlueprint*>& DependentBlueprints);

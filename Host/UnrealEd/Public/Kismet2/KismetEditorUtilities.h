@@ -42,7 +42,6 @@ public:
 	static void CompileBlueprint(UBlueprint* BlueprintObj,
 		EBlueprintCompileOptions CompileFlags = EBlueprintCompileOptions::None,
 		class FCompilerResultsLog* pResults = nullptr);
-	static bool GenerateBlueprintSkeleton(UBlueprint* BlueprintObj, bool bForceRegeneration = false);
 
 	/** A disabled event node, as a hint for the user. Null when the class has no such event. */
 	static class UK2Node_Event* AddDefaultEventNode(

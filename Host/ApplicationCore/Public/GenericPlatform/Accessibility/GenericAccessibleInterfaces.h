@@ -46,7 +46,6 @@ public:
 	virtual TSharedPtr<IAccessibleWidget> GetChildAt(int32 Index) = 0;
 	virtual int32 GetNumberOfChildren() = 0;
 
-	virtual FString GetClassName() const = 0;
 	virtual EAccessibleWidgetType GetWidgetType() const = 0;
 	/** The name that is read out: a button's label, a text's words. */
 	virtual FString GetWidgetName() const = 0;

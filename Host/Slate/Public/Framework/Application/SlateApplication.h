@@ -39,7 +39,6 @@ public:
 	static void Shutdown();
 	/** Asserts that there is one. */
 	static FSlateApplication& Get();
-	static TSharedRef<FGlobalTabmanager> GetGlobalTabManager();
 
 	virtual ~FSlateApplication() override;
 

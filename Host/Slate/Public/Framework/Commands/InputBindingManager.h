@@ -20,11 +20,6 @@ public:
 	void CreateInputCommand(
 		const TSharedRef<FBindingContext>& InBindingContext, TSharedRef<FUICommandInfo> InCommandInfo);
 
-	/** The lists in which a context's commands are mapped. */
-	void RegisterCommandList(const FName InBindingContext, const TSharedRef<FUICommandList>& CommandList);
-	void UnregisterCommandList(const FName InBindingContext, const TSharedRef<FUICommandList>& CommandList);
-	TArray<TSharedRef<FUICommandList>> GetCommandLists(const FName InBindingContext) const;
-
 private:
 	struct FContextEntry
 	{

@@ -36,8 +36,6 @@ public:
 	virtual ~FBindingContext() = default;
 
 	FName GetContextName() const { return ContextName; }
-	FName GetContextParent() const { return ContextParent; }
-	const FText& GetContextDesc() const { return ContextDesc; }
 	FName GetStyleSetName() const { return StyleSetName; }
 
 	/** Raised with a context whose commands were registered or unregistered. */
@@ -64,7 +62,6 @@ public:
 	const FText& GetDescription() const { return Description; }
 	FName GetCommandName() const { return CommandName; }
 	const FSlateIcon& GetIcon() const { return Icon; }
-	FName GetBindingContext() const { return BindingContext; }
 	EUserInterfaceActionType GetUserInterfaceType() const { return UserInterfaceType; }
 	const FInputChord& GetDefaultChord(const EMultipleKeyBindingIndex InChordIndex) const;
 	/** The keys as a menu shows them. */

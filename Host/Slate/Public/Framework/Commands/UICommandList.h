@@ -18,7 +18,6 @@ public:
 		FCanExecuteAction CanExecuteAction, EUIActionRepeatMode RepeatMode = EUIActionRepeatMode::RepeatDisabled);
 	virtual void MapAction(const TSharedPtr<const FUICommandInfo> InUICommandInfo, const FUIAction& InUIAction);
 	virtual void UnmapAction(const TSharedPtr<const FUICommandInfo> InUICommandInfo);
-	virtual bool IsActionMapped(const TSharedPtr<const FUICommandInfo> InUICommandInfo) const;
 	/** Commands that are not in this list are looked up in that one. */
 	void Append(const TSharedRef<FUICommandList>& InCommandsToAppend) { ParentCommands.Add(InCommandsToAppend); }
 

@@ -37,7 +37,6 @@ public:
 	{
 	}
 
-	const FTabId& GetTabId() const { return TabId; }
 	/** Null while the tabs are not shown in a window. */
 	const TSharedPtr<SWindow>& GetOwnerWindow() const { return OwnerWindow; }
 
@@ -88,9 +87,6 @@ struct FTabSpawnerEntry : public FWorkspaceItem
 		return *this;
 	}
 
-	FName GetTabType() const { return TabType; }
-	ETabSpawnerMenuType::Type GetMenuType() const { return MenuType.Get(ETabSpawnerMenuType::Enabled); }
-
 private:
 	friend class FTabManager;
 
@@ -131,8 +127,6 @@ public:
 	TSharedPtr<SDockTab> FindExistingLiveTab(const FTabId& TabId) const;
 	bool HasTabSpawner(FName TabId) const { return Spawners.Contains(TabId); }
 	TSharedPtr<FTabSpawnerEntry> FindTabSpawnerFor(FName TabId) { return Spawners.FindRef(TabId); }
-	/** All spawners, in the order in which they were registered. */
-	TArray<TSharedRef<FTabSpawnerEntry>> GetSpawners() const;
 
 	/** Host: where the tabs are. The main window shows it. */
 	TSharedRef<SDockingArea> GetMainArea();

@@ -56,7 +56,6 @@ public:
 	FText GetTabLabel() const { return Label.Get(FText::GetEmpty()); }
 	void SetLabel(const TAttribute<FText>& InLabel) { Label = InLabel; }
 	bool HasLabel() const { return Label.IsSet(); }
-	ETabRole GetTabRole() const { return TabRole; }
 	/** What the tab was invoked by. */
 	const FTabId& GetLayoutIdentifier() const { return LayoutIdentifier; }
 	void SetLayoutIdentifier(const FTabId& InIdentifier) { LayoutIdentifier = InIdentifier; }
@@ -68,7 +67,6 @@ public:
 	bool RequestCloseTab();
 	/** Nothing happens to a tab that is closed already. */
 	void CloseWithoutAsking();
-	TSharedPtr<SWindow> GetParentWindow() const;
 
 	// For the docking area.
 	const TSharedRef<SWidget>& GetContentHolder() const;

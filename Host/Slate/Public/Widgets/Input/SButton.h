@@ -42,8 +42,6 @@ public:
 
 	void Construct(const FArguments& InArgs);
 
-	bool IsPressed() const { return bIsPressed; }
-	void SetOnClicked(FOnClicked InOnClicked) { OnClicked = MoveTemp(InOnClicked); }
 	void SetButtonStyle(const FButtonStyle* InButtonStyle);
 
 	virtual bool SupportsKeyboardFocus() const override { return bIsFocusable; }

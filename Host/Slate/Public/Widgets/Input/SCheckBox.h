@@ -26,7 +26,6 @@ public:
 
 	bool IsChecked() const { return GetCheckedState() == ECheckBoxState::Checked; }
 	ECheckBoxState GetCheckedState() const { return State.Get(); }
-	void SetIsChecked(TAttribute<ECheckBoxState> InIsChecked) { State = InIsChecked; }
 	/** As a click does: checked becomes unchecked, anything else checked. */
 	void ToggleCheckedState();
 

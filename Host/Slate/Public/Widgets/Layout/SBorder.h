@@ -48,14 +48,8 @@ public:
 
 	void SetContent(TSharedRef<SWidget> InContent) { ChildSlot[InContent]; }
 	const TSharedRef<SWidget>& GetContent() const { return ChildSlot.GetWidget(); }
-	void ClearContent() { ChildSlot.DetachWidget(); }
-	void SetBorderImage(TAttribute<const FSlateBrush*> InBrush) { BorderImage.Assign(this, InBrush); }
-	const FSlateBrush* GetBorderImage() const { return BorderImage.Get(); }
 	void SetBorderBackgroundColor(TAttribute<FSlateColor> InColor) { BorderBackgroundColor.Assign(this, InColor); }
-	FSlateColor GetBorderBackgroundColor() const { return BorderBackgroundColor.Get(); }
 	void SetPadding(TAttribute<FMargin> InPadding) { ChildSlot.SetPadding(MoveTemp(InPadding)); }
-	void SetHAlign(EHorizontalAlignment InAlignment) { ChildSlot.SetHorizontalAlignment(InAlignment); }
-	void SetVAlign(EVerticalAlignment InAlignment) { ChildSlot.SetVerticalAlignment(InAlignment); }
 
 	virtual FReply OnMouseButtonDown(const FGeometry& MyGeometry, const FPointerEvent& MouseEvent) override;
 	virtual FReply OnMouseButtonUp(const FGeometry& MyGeometry, const FPointerEvent& MouseEvent) override;

@@ -32,8 +32,6 @@ public:
 
 	void SetContent(const TSharedRef<SWidget>& InContent) { ChildSlot[InContent]; }
 	void SetWidthOverride(TAttribute<FOptionalSize> InWidth) { WidthOverride.Assign(this, InWidth); }
-	void SetHeightOverride(TAttribute<FOptionalSize> InHeight) { HeightOverride.Assign(this, InHeight); }
-	void SetMaxDesiredHeight(TAttribute<FOptionalSize> InHeight) { MaxDesiredHeight.Assign(this, InHeight); }
 
 	virtual FChildren* GetChildren() override { return &ChildSlot; }
 

@@ -28,7 +28,6 @@ public:
 	void SetState(float InOffsetFraction, float InThumbSizeFraction);
 	/** False when everything is in view. */
 	bool IsNeeded() const { return ThumbSizeFraction < 1.0f; }
-	float DistanceFromTop() const { return OffsetFraction; }
 	float ThumbSize() const { return ThumbSizeFraction; }
 
 	virtual FReply OnMouseButtonDown(const FGeometry& MyGeometry, const FPointerEvent& MouseEvent) override;

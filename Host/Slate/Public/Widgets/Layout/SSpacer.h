@@ -13,7 +13,6 @@ public:
 	SLATE_END_ARGS()
 
 	void Construct(const FArguments& InArgs) { SpacerSize.Assign(this, InArgs._Size); }
-	void SetSize(TAttribute<FVector2D> InSize) { SpacerSize.Assign(this, InSize); }
 
 protected:
 	virtual FVector2D ComputeDesiredSize(float LayoutScaleMultiplier) const override { return SpacerSize.Get(); }

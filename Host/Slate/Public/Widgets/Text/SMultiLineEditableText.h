@@ -64,8 +64,6 @@ public:
 	void SetTextStyle(const FTextBlockStyle* InTextStyle);
 	void SetIsReadOnly(const TAttribute<bool>& InIsReadOnly) { IsReadOnlyAttribute = InIsReadOnly; }
 	virtual bool IsTextReadOnly() const { return IsReadOnlyAttribute.Get(false); }
-	void SetOnKeyDownHandler(FOnKeyDown InHandler) { OnKeyDownHandler = MoveTemp(InHandler); }
-	void SetOnKeyCharHandler(FOnKeyChar InHandler) { OnKeyCharHandler = MoveTemp(InHandler); }
 
 	/** In the place of the selection. Nothing happens when read-only. */
 	void InsertTextAtCursor(const FText& InText) { InsertTextAtCursor(InText.ToString()); }

@@ -38,7 +38,6 @@ public:
 	void SetColorAndOpacity(TAttribute<FSlateColor> InColor) { ColorAndOpacity.Assign(this, InColor); }
 	FSlateColor GetColorAndOpacity() const { return ColorAndOpacity.Get(); }
 	void SetTextStyle(const FTextBlockStyle* InTextStyle);
-	void SetAutoWrapText(TAttribute<bool> InAutoWrapText) { AutoWrapText.Assign(this, InAutoWrapText); }
 
 	virtual void Tick(const FGeometry& AllottedGeometry, const double InCurrentTime, const float InDeltaTime) override;
 	virtual TSharedRef<FSlateAccessibleWidget> CreateAccessibleWidget() override;

@@ -18,10 +18,8 @@ class STableViewBase : public SCompoundWidget
 public:
 	/** The items are others, or have another order: what is in view is made anew in the next frame. */
 	void RequestListRefresh() { bRefreshes = true; }
-	bool IsPendingRefresh() const { return bRefreshes; }
 	/** The items above the view, in rows; with a fraction. */
 	double GetScrollOffset() const { return Offset / RowHeight; }
-	void ScrollToTop() { Offset = 0.0; }
 	void ScrollToBottom() { Offset = GetLongestOffset(); }
 	/** How many rows there are just now. */
 	int32 GetNumGeneratedChildren() const { return Rows.Num(); }

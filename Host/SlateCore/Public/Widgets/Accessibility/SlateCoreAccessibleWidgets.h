@@ -19,7 +19,6 @@ public:
 	virtual TSharedPtr<IAccessibleWidget> GetParent() override;
 	virtual TSharedPtr<IAccessibleWidget> GetChildAt(int32 Index) override;
 	virtual int32 GetNumberOfChildren() override;
-	virtual FString GetClassName() const override;
 	virtual EAccessibleWidgetType GetWidgetType() const override { return WidgetType; }
 	virtual FString GetWidgetName() const override;
 	virtual FString GetHelpText() const override;

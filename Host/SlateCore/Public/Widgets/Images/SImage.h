@@ -18,7 +18,6 @@ public:
 	SLATE_END_ARGS()
 
 	void Construct(const FArguments& InArgs);
-	void SetImage(TAttribute<const FSlateBrush*> InImage) { ImageAttribute.Assign(this, InImage); }
 	void SetColorAndOpacity(TAttribute<FSlateColor> InColor) { ColorAttribute.Assign(this, InColor); }
 	const FSlateBrush* GetImage() const { return ImageAttribute.Get(); }
 
