@@ -21,6 +21,13 @@ FString GetString(const FJsonObject& Block, const TCHAR* Field)
 	Block.TryGetStringField(Field, Text);
 	return Text;
 }
+
+/** A package's file with links resolved; empty when it has none, or they cannot be. */
+FString ResolvePackage(const FString& PackageName)
+{
+	const FString FileName = KestrelBlueprintPackage::GetFileName(PackageName);
+	return FileName.IsEmpty() ? FString() : KestrelNativeFile::ResolveLinks(FileName);
+}
 }
 
 void FKestrelToolPlan::AddCautions(const FKestrelPathReview& Review)
@@ -104,13 +111,14 @@ bool FKestrelToolPlan::SetNewAsset(FKestrelProjectView& View, const FString& Pac
 
 void FKestrelToolPlan::SetUnsavedAssets(FKestrelProjectView& View)
 {
-	UnsavedPackages = View.GetAssets().ListUnsaved();
+	UnsavedPackages.Emplace();
 	Watches = View.GetAssets().GetWatches();
 	TArray<FString> Targets;
-	for (const FString& PackageName : UnsavedPackages.GetValue())
+	for (const FString& PackageName : View.GetAssets().ListUnsaved())
 	{
 		const FString FileName = KestrelBlueprintPackage::GetFileName(PackageName);
 		const FKestrelPathReview Review = FileName.IsEmpty() ? FKestrelPathReview() : View.Review(FileName);
+		UnsavedPackages->Add(PackageName, Review.RealPath);
 		Targets.Add(Review.LinkTarget.IsEmpty() ? PackageName : PackageName + TEXT(" -> ") + Review.LinkTarget);
 		AddCautions(Review);
 	}
@@ -204,7 +212,8 @@ bool FKestrelToolPlan::AssetsStillHold(FKestrelAssetFinder& Finder) const
 		// Fewer are no surprise: a tool before may have saved what it changed.
 		for (const FString& Package : FKestrelAssetView().ListUnsaved())
 		{
-			if (!UnsavedPackages->Contains(Package))
+			const FString* ShownPath = UnsavedPackages->Find(Package);
+			if (!ShownPath || !ShownPath->Equals(ToolPlan::ResolvePackage(Package)))
 			{
 				return false;
 			}

@@ -129,8 +129,8 @@ private:
 	TSharedPtr<FKestrelAssetWatch> Watch;
 	/** Of the assets that the tools of the answer change; null for a tool that changes none. */
 	TSharedPtr<const FKestrelAssetView::FWatches> Watches;
-	/** What a tool that saves all was going to save. */
-	TOptional<TArray<FString>> UnsavedPackages;
+	/** What a tool that saves all was going to save: packages, and their files with links resolved. */
+	TOptional<TMap<FString, FString>> UnsavedPackages;
 
 	bool bInputIsRead = false;
 	/** False when Apply has nothing left to do. */

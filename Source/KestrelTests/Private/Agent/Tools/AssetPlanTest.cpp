@@ -294,6 +294,21 @@ void FKestrelAssetPlanSpec::Define()
 			*this, TEXT("count"), Plan->Notes.IsEmpty() ? FString() : Plan->Notes[0].ToString(), TEXT("20 packages"));
 	});
 
+	It("is planned again when a file that would be saved has become a link", [this]() {
+		const FKestrelTestContent Content;
+		const FKestrelTestFolder Elsewhere;
+		MakeSaved(Content, TEXT("BP_Moved"))->MarkPackageDirty();
+		FKestrelToolPlanner Planner(EKestrelLookAhead::Limited);
+		const FPlan Saving = PlanWith(Planner, TEXT("save_and_compile_all_dirty_blueprints"), {});
+		TestTrue(TEXT("holds"), Saving->StillHolds());
+		const FString File = FPaths::ConvertRelativePathToFull(Content.GetFile(TEXT("BP_Moved")));
+		IFileManager::Get().Move(*Elsewhere.Full(TEXT("BP_Moved.uasset")), *File);
+		if (KestrelNativeFile::MakeLink(File, Elsewhere.Full(TEXT("BP_Moved.uasset"))))
+		{
+			TestFalse(TEXT("leads elsewhere"), Saving->StillHolds());
+		}
+	});
+
 	It("does not take a change of somebody else's for one of its own", [this]() {
 		const FKestrelTestContent Content;
 		UBlueprint* Blueprint = MakeSaved(Content, TEXT("BP_Shared"));
