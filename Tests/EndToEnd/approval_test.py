@@ -337,7 +337,7 @@ class MarkedPlacesTest(EndToEndTest):
         moor = os.path.join(self.project, "Source", "Moor")
         os.makedirs(os.path.join(self.project, os.path.dirname(settings)))
         shutil.copytree(os.path.join(harness.ROOT, "Samples", "Harrier", "Content"), outside)
-        for path in (settings, os.path.join(outside, "Token.h"), "Source/Moor/Owl.h"):
+        for path in (settings, os.path.join(outside, "Token.h"), "Source/Moor/Owl.h", "Source/Moor/TOKE~1.h"):
             self.write(path, "Note=BP_Ledger\n")
         os.symlink(f"../../{settings}", os.path.join(moor, "Settings.cpp"))
         os.symlink("../../../Outside/Token.h", os.path.join(moor, "Token.h"))
@@ -351,8 +351,9 @@ class MarkedPlacesTest(EndToEndTest):
         self.assertEqual(sorted(file["Name"] for file in found["cpp_references"]), ["Owl.h", "Same.h"], run)
         self.assertEqual(found["blueprint_references"], [], run)
         self.assertEqual(sorted(os.path.relpath(path, self.project) for path in found["cpp_not_searched"]["paths"]),
-                         ["Source/Moor/Settings.cpp", "Source/Moor/Token.h", "Source/Outside"])
-        self.assertEqual(found["cpp_not_searched"]["count"], 3)
+                         ["Source/Moor/Settings.cpp", "Source/Moor/TOKE~1.h", "Source/Moor/Token.h",
+                          "Source/Outside"])
+        self.assertEqual(found["cpp_not_searched"]["count"], 4)
         self.assertIn(os.path.join(self.project, "Content", "Blueprints", "BP_Ledger.uasset"),
                       found["blueprints_not_searched"]["paths"])
 

@@ -285,7 +285,9 @@ bool HasColon(const FPlace& Place)
 /** Which other name it stands for, only the file system knows. */
 bool HasShortName(const FPlace& Place)
 {
-	return IsLikeShortName(Place.Name) || Place.Folders.ContainsByPredicate(IsLikeShortName);
+	int32 Tilde = INDEX_NONE;
+	return Place.InProject.FindChar(TEXT('~'), Tilde) &&
+		   (IsLikeShortName(Place.Name) || Place.Folders.ContainsByPredicate(IsLikeShortName));
 }
 
 /** The user's own settings, keys among them. */
@@ -359,10 +361,12 @@ FKestrelPathReviewer::FKestrelPathReviewer()
 {
 }
 
-FKestrelPathReview FKestrelPathReviewer::Review(const FString& GivenPath, const FString& RealPath) const
+FKestrelPathReview FKestrelPathReviewer::Review(
+	const FString& GivenPath, const FString& RealPath, EKestrelReviewFor Purpose) const
 {
 	const FString FullPath = PathReview::WithoutSlash(FPaths::ConvertRelativePathToFull(GivenPath));
-	const FString Real = RealPath.IsEmpty() ? FullPath : FPaths::ConvertRelativePathToFull(RealPath);
+	const bool bHasOwnRealPath = !RealPath.IsEmpty() && !RealPath.Equals(FullPath);
+	const FString Real = bHasOwnRealPath ? FPaths::ConvertRelativePathToFull(RealPath) : FullPath;
 	const bool bFullIsUnder = PathReview::IsUnder(FullPath, ProjectDir);
 	const bool bIsWithoutLinks = Real.Equals(FullPath) && RealProjectDir.Equals(ProjectDir);
 	const bool bRealIsUnder = bIsWithoutLinks ? bFullIsUnder : PathReview::IsUnder(Real, RealProjectDir);
@@ -395,7 +399,8 @@ FKestrelPathReview FKestrelPathReviewer::Review(const FString& GivenPath, const 
 	Review.bIsOfProject = Review.Cautions.IsEmpty();
 	for (const PathReview::FRule& Rule : PathReview::GetRules())
 	{
-		if (PathReview::AppliesToOne(Rule.Applies, Places))
+		const bool bMatters = Rule.bForReading || Purpose == EKestrelReviewFor::Change;
+		if (bMatters && PathReview::AppliesToOne(Rule.Applies, Places))
 		{
 			(Rule.bForReading ? Review.Cautions : Review.CautionsOfChange).Add(Rule.Caution);
 			Review.bIsOfProject &= !Rule.bIsNotOfProject;

@@ -2,6 +2,14 @@
 
 #include "CoreMinimal.h"
 
+/** What is to be done with a file. */
+enum class EKestrelReviewFor : uint8
+{
+	/** Leaves out what only a change needs: CautionsOfChange stay empty, and bIsOfProject is not told. */
+	Reading,
+	Change,
+};
+
 /** What a person should know about the place of a file before a tool touches it. */
 struct KESTREL_API FKestrelPathReview
 {
@@ -43,7 +51,8 @@ public:
 
 	/** @param GivenPath  absolute. @param RealPath  the same place with links resolved
 	 * (KestrelNativeFile::ResolveLinks) */
-	FKestrelPathReview Review(const FString& GivenPath, const FString& RealPath) const;
+	FKestrelPathReview Review(
+		const FString& GivenPath, const FString& RealPath, EKestrelReviewFor Purpose = EKestrelReviewFor::Change) const;
 
 private:
 	const FString ProjectDir;

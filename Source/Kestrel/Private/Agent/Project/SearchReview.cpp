@@ -2,6 +2,7 @@
 
 #include "Dom/JsonObject.h"
 #include "Dom/JsonValue.h"
+#include "Misc/Paths.h"
 
 namespace SearchReview
 {
@@ -9,9 +10,28 @@ constexpr int32 MaxPaths = 100; // of those that are told
 const TCHAR* const Reason = TEXT("These were not searched: reading them needs the user's approval.");
 }
 
+bool FKestrelSearchReview::Judge(const FString& FullPath, const FString& RealPath) const
+{
+	return Reviewer.Review(FullPath, RealPath, EKestrelReviewFor::Reading).Cautions.IsEmpty();
+}
+
+bool FKestrelSearchReview::JudgeByFolder(const FString& RealPath)
+{
+	FString Folder = FPaths::GetPath(RealPath);
+	if (!Folder.Equals(LastFolder))
+	{
+		bMayReadLastFolder = Judge(RealPath, RealPath);
+		LastFolder = MoveTemp(Folder);
+	}
+	return bMayReadLastFolder;
+}
+
 bool FKestrelSearchReview::MayRead(const FString& FullPath, const FString& RealPath)
 {
-	if (Reviewer.Review(FullPath, RealPath).Cautions.IsEmpty())
+	// The names of sources and assets say nothing, but for links and names that may stand for others.
+	int32 Tilde = INDEX_NONE;
+	const bool bIsOrdinary = FullPath.Equals(RealPath) && !FullPath.FindChar(TEXT('~'), Tilde);
+	if (bIsOrdinary ? JudgeByFolder(RealPath) : Judge(FullPath, RealPath))
 	{
 		return true;
 	}

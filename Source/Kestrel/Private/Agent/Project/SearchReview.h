@@ -26,7 +26,14 @@ public:
 	void Report(FJsonObject& Result, const TCHAR* Field) const;
 
 private:
+	bool Judge(const FString& FullPath, const FString& RealPath) const;
+	/** For a file without links in its path, about which its name says nothing. */
+	bool JudgeByFolder(const FString& RealPath);
+
 	const FKestrelPathReviewer Reviewer;
 	TArray<FString> Paths; // the first of those left out
 	int32 NumLeftOut = 0;
+	// A review takes longer than to search most files, and a folder's files come in a row.
+	FString LastFolder;
+	bool bMayReadLastFolder = false;
 };
