@@ -32,7 +32,8 @@ def main():
 
     commands.add_parser("bench", help="measure the hot paths against a peer on this machine")
     commands.add_parser("content", help="make the assets of the sample project anew")
-    commands.add_parser("lint", help="check format, headers, style and packing list")
+    commands.add_parser("lint", help="check format, headers, includes and unused code")
+    commands.add_parser("symbols", help="write Docs/EngineSymbols.tsv: what the plugin uses of the engine")
     commands.add_parser("format", help="format all C++ sources")
     commands.add_parser("help", help="show this text")
 
@@ -43,6 +44,7 @@ def main():
         "bench": bench.bench,
         "content": content.content,
         "lint": lint.lint,
+        "symbols": lint.write_engine_symbols,
         "format": lint.format_sources,
     }
     action = actions.get(arguments.command)

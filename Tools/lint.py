@@ -163,6 +163,25 @@ def check_uncalled(_):
     return [f"{function.file}:{function.line}: nothing calls {function.name}" for function in functions]
 
 
+def engine_symbols_table(commands):
+    import engine_symbols  # needs a package that only lint installs
+    return engine_symbols.TABLE, engine_symbols.table(engine_symbols.find_uses(commands))
+
+
+def check_engine_symbols(commands):
+    path, table = engine_symbols_table(commands)
+    return [] if read(path) == table else [f"{path} is not what the plugin uses: ./kestrel symbols writes it anew"]
+
+
+def write_engine_symbols():
+    steps.install_packages(steps.PACKAGES + steps.CHECK_PACKAGES)
+    steps.build(PRESET)
+    path, table = engine_symbols_table(CompileCommands())
+    with open(os.path.join(steps.ROOT, path), "w", encoding="utf-8") as file:
+        file.write(table)
+    return 0
+
+
 def check_plugin_with_clang_tidy(commands):
     def tidy(source):
         arguments = [word for word in commands.arguments(source)[1:] if not word.startswith("-fsanitize")]
@@ -179,6 +198,7 @@ CHECKS = [
     ("The plugin sees listed modules only", check_plugin_includes),
     ("The plugin's folders include downwards only", check_include_order),
     ("No function of the host is uncalled", check_uncalled),
+    ("The table of engine symbols is up to date", check_engine_symbols),
     ("The plugin compiles as one file", check_unity_build),
     ("clang-tidy finds nothing in the plugin", check_plugin_with_clang_tidy),
 ]

@@ -23,7 +23,7 @@ PACKAGES = [
     "fonts-dejavu-core", "fonts-noto-color-emoji", "lld", "nlohmann-json3-dev", "ninja-build", "pkg-config", "rapidjson-dev",
     "libgmock-dev", "libgtest-dev", "xdotool", "xvfb",
 ]
-CHECK_PACKAGES = ["clang-format", "clang-tidy"]
+CHECK_PACKAGES = ["clang-format", "clang-tidy", "python3-clang-14"]
 
 APT_LOCK_SECONDS = 120  # a fresh machine may still be updating itself
 
