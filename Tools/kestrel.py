@@ -26,6 +26,9 @@ def main():
     run_parser.add_argument("--approve", action="store_true", help="with --prompt: approve every tool that the assistant asks for "
                                  "(always so with the sample, which is a scratch copy)")
 
+    run_parser.add_argument("--model", metavar="FILE", help="answer with the language model that this configuration describes "
+                                 "(Service/Examples has some, Docs/Models.md says how)")
+
     test_parser = commands.add_parser("test", help="build and run every test")
     test_parser.add_argument("filter", nargs="?", default="", metavar="FILTER",
                              help="only tests whose name contains this")

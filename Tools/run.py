@@ -13,6 +13,8 @@ PRESET = "release"
 
 
 def run(arguments):
+    if arguments.model and not os.path.isfile(arguments.model):
+        raise steps.StepFailed(f"There is no file {arguments.model}")
     folder = os.path.abspath(arguments.project) if arguments.project else None
     if folder and folder.endswith(".uproject"):
         folder = os.path.dirname(folder)
@@ -35,15 +37,22 @@ def run(arguments):
         command.append("-Approve")
 
     stage = project.stage_url(folder)
+    if stage and arguments.model:
+        raise steps.StepFailed(f"The project names a service of its own, https://{stage}, so --model has no effect. "
+                               "Remove Stage from its Config/DefaultPlugin.ini first.")
     if stage:
         print(f"The project names a service of its own: https://{stage}")
         return run_editor(command)
     host = project.production_host()
     # A folder of its own for each run, so that two at the same time do not disturb each other.
     with tempfile.TemporaryDirectory(prefix="kestrel-service-") as state, \
-            LocalService(PRESET, state, ["--host-name", host]) as service:
-        print(f"Local service: https://{host}/ on port {service.port}")
+            LocalService(PRESET, state, ["--host-name", host, *responder_options(arguments)]) as service:
+        print(f"Local service: https://{host}/ on port {service.port}" + (f", model {arguments.model}" if arguments.model else ""))
         return run_editor(command + service.editor_arguments(host))
+
+
+def responder_options(arguments):
+    return ["--responder", "model", "--config", os.path.abspath(arguments.model)] if arguments.model else []
 
 
 def wants_window(arguments):

@@ -139,7 +139,8 @@ import argparse, sys
 import run, steps
 run.PRESET = sys.argv[1]
 steps.build = lambda preset, targets: None
-sys.exit(run.run(argparse.Namespace(project=sys.argv[2] or None, headless=True, prompt=sys.argv[3:], approve=True)))
+sys.exit(run.run(argparse.Namespace(project=sys.argv[2] or None, headless=True, prompt=sys.argv[3:], approve=True,
+                                   model=None)))
 """
 
 

@@ -131,10 +131,8 @@ std::vector<const ToolCall*> ModelMessage::GetCalls() const
 
 void History::AddUserMessage(const std::string& Text, const std::vector<ToolResult>& Results)
 {
-	const std::vector<const ToolCall*> Calls =
-		Exchanges.empty() || bPendingAnswersCalls ? std::vector<const ToolCall*>{} : Exchanges.back().Reply.GetCalls();
 	std::set<const ToolResult*> Used;
-	for (const ToolCall* Call : Calls)
+	for (const ToolCall* Call : GetOpenCalls())
 	{
 		const auto Found = std::find_if(
 			Results.begin(), Results.end(), [Call](const ToolResult& Each) { return Each.CallId == Call->Id; });
@@ -201,20 +199,17 @@ void History::MakeIdsUnique(ModelMessage& Reply) const
 	}
 }
 
+std::vector<const ToolCall*> History::GetOpenCalls() const
+{
+	return Exchanges.empty() || bPendingAnswersCalls ? std::vector<const ToolCall*>{}
+													 : Exchanges.back().Reply.GetCalls();
+}
+
 const ToolCall* History::FindOpenCall(const std::string& Id) const
 {
-	if (Exchanges.empty() || bPendingAnswersCalls)
-	{
-		return nullptr;
-	}
-	for (const ToolCall* Call : Exchanges.back().Reply.GetCalls())
-	{
-		if (Call->Id == Id)
-		{
-			return Call;
-		}
-	}
-	return nullptr;
+	const std::vector<const ToolCall*> Open = GetOpenCalls();
+	const auto Found = std::find_if(Open.begin(), Open.end(), [&Id](const ToolCall* Call) { return Call->Id == Id; });
+	return Found == Open.end() ? nullptr : *Found;
 }
 
 void History::Summarize(size_t NumExchanges, const std::string& Summary)

@@ -74,7 +74,9 @@ public:
 	/** Replies have at least one block and calls whose ids are unique in the conversation: others are changed. */
 	void AddReply(ModelMessage Reply);
 
-	/** The call of the latest reply, or null. */
+	/** Calls of the latest reply, until a user message is added. */
+	std::vector<const ToolCall*> GetOpenCalls() const;
+	/** The open call with the id, or null. */
 	const ToolCall* FindOpenCall(const std::string& Id) const;
 
 	const std::vector<Exchange>& GetExchanges() const { return Exchanges; }

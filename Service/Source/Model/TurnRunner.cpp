@@ -149,8 +149,23 @@ Json TurnRunner::Run(const Turn& UserTurn, RunningTurn& Running)
 	{
 		Failures.Clear();
 	}
+	if (Text.empty() && UserTurn.Message.empty() && Results.empty() && IsOnlyBuilding())
+	{
+		// An approved build goes on after its turn. Its call stays open until the messages come.
+		return MakeAnswer(
+			Json::array({ MakeText("The game is being built. Write \"continue\" when the build has ended: its "
+								   "messages reach me then.") }),
+			true);
+	}
 	Conversation.AddUserMessage(Text + UserTurn.Message, Results);
 	return bFinished && UserTurn.Message.empty() ? MakeAnswer(Json::array(), true) : Answer(Running);
+}
+
+bool TurnRunner::IsOnlyBuilding() const
+{
+	const std::vector<const ToolCall*> Open = Conversation.GetOpenCalls();
+	return !Open.empty() &&
+		   std::all_of(Open.begin(), Open.end(), [](const ToolCall* Call) { return Call->Name == "compile"; });
 }
 
 bool TurnRunner::MayContinue(const ToolCall& Call) const

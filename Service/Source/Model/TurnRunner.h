@@ -42,6 +42,8 @@ private:
 	/** Checks the reply's calls. @return the results that tell the model what is wrong; none if all is well */
 	std::vector<ToolResult> CheckCalls(ModelReply& Reply);
 	bool MayContinue(const ToolCall& Call) const;
+	/** Whether builds are all that there is no result of yet. */
+	bool IsOnlyBuilding() const;
 	Json Complete(const ModelReply& Reply);
 	ModelRequest MakeRequest() const;
 

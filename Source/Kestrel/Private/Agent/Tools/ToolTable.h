@@ -120,7 +120,7 @@ KESTREL_API const TArray<FKestrelTool>& GetAll();
 /** Null for a name that is none; case-insensitive. */
 const FKestrelTool* Find(const FString& WireName);
 /** The input as a JSON Schema (draft 2020-12): an object with a property for each field. */
-TSharedRef<FJsonObject> MakeInputSchema(const FKestrelTool& Tool);
+KESTREL_API TSharedRef<FJsonObject> MakeInputSchema(const FKestrelTool& Tool);
 
 // Rows by subject, for GetAll.
 void AddTurnTools(TArray<FKestrelTool>& OutTools);
