@@ -66,7 +66,8 @@ class ServiceEdgesTest(EndToEndTest):
     def test_a_service_that_is_not_there_cancels_with_a_clear_text(self):
         self.use_service(self.free_port(), "/nowhere.pem")
         run = self.run_editor("-Prompt=read Source/Moor/Walker.h", "-Approve")
-        self.assert_in_order(run, "Sending request...", "[ Cancelled ]\nRequest Failed")
+        self.assert_in_order(run, "Sending request...", "could not be reached. Check that the service runs",
+                             "[ Cancelled ]\nRequest Failed")
         self.assertEqual(run.code, 1, run)
 
     def test_a_service_with_a_certificate_of_nobody_known_is_not_trusted(self):

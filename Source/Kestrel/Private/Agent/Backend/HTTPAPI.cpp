@@ -113,6 +113,20 @@ void ReportRedirect()
 						  "for no other server."),
 			FText::FromString(KestrelDisplayText::EscapeLine(FKestrelModule::GetApiHost()))));
 }
+
+/** Why a command has no answer, as far as the HTTP module tells. */
+void ReportNoAnswer(const FHttpResponsePtr& Response)
+{
+	const FText Host = FText::FromString(KestrelDisplayText::EscapeLine(FKestrelModule::GetApiHost()));
+	FKestrelInterface::Get().AddHint(
+		Response.IsValid()
+			? FText::Format(LOCTEXT("EmptyAnswer", "{0} answered with HTTP status {1} and nothing else."), Host,
+				  Response->GetResponseCode())
+			: FText::Format(LOCTEXT("NoAnswer",
+								"{0} could not be reached. Check that the service runs, that this computer can connect "
+								"to it, and that its certificate is trusted. LogHttp in the editor's log has the reason."),
+				  Host));
+}
 }
 
 FHTTPAPI& FHTTPAPI::Get()
@@ -203,10 +217,12 @@ void FHTTPAPI::OnRegularRequestResponse(FHttpRequestPtr Request, FHttpResponsePt
 	if (bSucceeded && Request.IsValid() && Response.IsValid() && HTTPAPI::IsOfAnotherServer(*Request, *Response))
 	{
 		HTTPAPI::ReportRedirect();
-		bSucceeded = false;
+		FailRegularRequest(TEXT("Request Failed"));
+		return;
 	}
 	if (!bSucceeded || !Response.IsValid() || Response->GetContentAsString().IsEmpty())
 	{
+		HTTPAPI::ReportNoAnswer(bSucceeded ? Response : nullptr);
 		FailRegularRequest(TEXT("Request Failed"));
 		return;
 	}
