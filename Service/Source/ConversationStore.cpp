@@ -33,24 +33,25 @@ Answer Answer::Failed(const std::string& Error)
 	return Result;
 }
 
-HttpReply ConversationStore::Command(const std::string& ConversationId, const Turn& UserTurn)
+HttpReply ConversationStore::Command(Turn UserTurn)
 {
 	std::vector<std::unique_ptr<Conversation>> Ended; // destroyed after the lock is released
 	const std::lock_guard Lock(Mutex);
-	Entry& Current = Conversations[ConversationId];
+	Entry& Current = Conversations[UserTurn.ConversationId];
 	Current.Age = ++NumTurns;
+	if (!Current.Talk && UserTurn.FileStructure.is_null())
+	{
+		Current.Talk = TheResponder.Reopen(UserTurn.ConversationId);
+	}
 	if (!Current.Talk || !UserTurn.FileStructure.is_null())
 	{
 		Ended.push_back(std::exchange(Current.Talk, TheResponder.Begin(UserTurn)));
 	}
+	Current.RequestId = UserTurn.RequestId = NewRequestId();
 	Answer Answered = Current.Talk->Respond(UserTurn);
-	Current.RequestId = NewRequestId();
-	Current.StatusReplies = std::move(Answered.StatusReplies);
-	Current.NextStatusReply = 0;
-	Current.Pending = std::move(Answered.Pending);
-
 	HttpReply Reply = Answered.CommandReply.value_or(HttpReply::FromJson({ { "request_id", Current.RequestId } }));
 	Reply.DelaySeconds = Answered.CommandDelaySeconds;
+	Current.Take(std::move(Answered));
 	while (Conversations.size() > MaxConversations)
 	{
 		Ended.push_back(TakeOldest());
@@ -58,22 +59,49 @@ HttpReply ConversationStore::Command(const std::string& ConversationId, const Tu
 	return Reply;
 }
 
+void ConversationStore::Entry::Take(Answer Answered)
+{
+	StatusReplies = std::move(Answered.StatusReplies);
+	NextStatusReply = 0;
+	Pending = std::move(Answered.Pending);
+}
+
+ConversationStore::Entry* ConversationStore::FindRequest(const std::string& RequestId)
+{
+	const auto Found = std::find_if(Conversations.begin(), Conversations.end(),
+		[&RequestId](const auto& Pair) { return Pair.second.RequestId == RequestId; });
+	if (Found != Conversations.end())
+	{
+		return &Found->second;
+	}
+	const std::string Id = TheResponder.FindConversation(RequestId);
+	std::unique_ptr<Conversation> Reopened = Id.empty() || Conversations.count(Id) ? nullptr : TheResponder.Reopen(Id);
+	if (!Reopened)
+	{
+		return nullptr;
+	}
+	Entry& Current = Conversations[Id];
+	Current.Talk = std::move(Reopened);
+	Current.RequestId = RequestId;
+	Current.Age = ++NumTurns;
+	Current.Take(Current.Talk->Resume());
+	return &Current;
+}
+
 HttpReply ConversationStore::Status(const std::string& RequestId)
 {
 	const std::lock_guard Lock(Mutex);
-	const auto Found = std::find_if(Conversations.begin(), Conversations.end(),
-		[&RequestId](const auto& Pair) { return Pair.second.RequestId == RequestId; });
-	if (Found != Conversations.end() && Found->second.Pending)
+	Entry* const Current = FindRequest(RequestId);
+	if (Current && Current->Pending)
 	{
-		return Found->second.Pending->Poll();
+		return Current->Pending->Poll();
 	}
-	if (Found == Conversations.end() || Found->second.StatusReplies.empty())
+	if (!Current || Current->StatusReplies.empty())
 	{
 		return HttpReply::FromJson({ { "status", "FAILED" }, { "error", "There is no such request." } });
 	}
-	Entry& Current = Found->second;
-	const HttpReply Reply = Current.StatusReplies[Current.NextStatusReply];
-	Current.NextStatusReply = std::min(Current.NextStatusReply + 1, Current.StatusReplies.size() - 1);
+	const HttpReply Reply = Current->StatusReplies[Current->NextStatusReply];
+	Current->NextStatusReply = std::min(Current->NextStatusReply + 1, Current->StatusReplies.size() - 1);
 	return Reply;
 }
 

@@ -22,7 +22,7 @@ public:
 	}
 
 	/** Hands a turn to its conversation, a new one if the turn carries a file tree or the id is not known. */
-	HttpReply Command(const std::string& ConversationId, const Turn& UserTurn);
+	HttpReply Command(Turn UserTurn);
 	HttpReply Status(const std::string& RequestId);
 
 private:
@@ -34,8 +34,13 @@ private:
 		size_t NextStatusReply = 0;
 		std::shared_ptr<PendingAnswer> Pending;
 		uint64_t Age = 0; // rises with each turn of any conversation
+
+		void Take(Answer Answered);
 	};
 
+	/** The conversation whose latest turn has the id, reopened if an earlier run of the service has begun it; or null.
+	 */
+	Entry* FindRequest(const std::string& RequestId);
 	/** For its caller to destroy without the lock: ending a turn that is being worked on can take a second. */
 	std::unique_ptr<Conversation> TakeOldest();
 

@@ -25,7 +25,9 @@ std::unique_ptr<Responder> MakeResponder(const Options& Settings)
 	}
 	if (Settings.Responder == "model")
 	{
-		return std::make_unique<ModelResponder>(ModelConfig::Load(Settings.ConfigFile));
+		std::filesystem::create_directories(Settings.StateFolder);
+		return std::make_unique<ModelResponder>(
+			ModelConfig::Load(Settings.ConfigFile), Settings.StateFolder + "/conversations.sqlite");
 	}
 	return std::make_unique<OfflineResponder>();
 }

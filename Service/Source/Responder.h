@@ -29,6 +29,8 @@ struct HttpReply
 /** What the user's side sent in one turn. */
 struct Turn
 {
+	std::string ConversationId;
+	std::string RequestId;     // of the polls for its answer
 	std::string EngineVersion; // "5.4", as the client says
 	std::string Message;
 	Json FileStructure; // null unless it came
@@ -67,6 +69,8 @@ class Conversation
 public:
 	virtual ~Conversation() = default;
 	virtual Answer Respond(const Turn& UserTurn) = 0;
+	/** The answer to the latest turn of a conversation that was reopened. */
+	virtual Answer Resume() { return {}; }
 };
 
 /** Makes conversations. Called from several threads. */
@@ -75,4 +79,8 @@ class Responder
 public:
 	virtual ~Responder() = default;
 	virtual std::unique_ptr<Conversation> Begin(const Turn& FirstTurn) const = 0;
+	/** A conversation that an earlier run of the service has begun; null if there is none. */
+	virtual std::unique_ptr<Conversation> Reopen(const std::string&) const { return nullptr; }
+	/** The id of the conversation whose latest turn has the request id; empty if an earlier run knew none. */
+	virtual std::string FindConversation(const std::string&) const { return ""; }
 };

@@ -108,7 +108,8 @@ HttpReply Server::Command(const httplib::Request& Request)
 		return Refuse(400, "The body is not a command.");
 	}
 	UserTurn->EngineVersion = Request.get_header_value("engine-version");
-	return Store.Command(Request.get_header_value("conversation-id"), *UserTurn);
+	UserTurn->ConversationId = Request.get_header_value("conversation-id");
+	return Store.Command(std::move(*UserTurn));
 }
 
 void Server::Answer(httplib::Response& Response, const std::function<HttpReply()>& Make)

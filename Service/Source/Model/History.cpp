@@ -63,7 +63,8 @@ ReplyBlock BlockFromJson(const Json& Block)
 	}
 	if (Block.contains("id"))
 	{
-		return ToolCall{ GetText(Block, "id"), GetText(Block, "name"), GetMember(Block, "input"),
+		const Json& Input = GetMember(Block, "input");
+		return ToolCall{ GetText(Block, "id"), GetText(Block, "name"), Input.is_object() ? Input : Json::object(),
 			GetText(Block, "error") };
 	}
 	return TextBlock{ GetText(Block, "text") };

@@ -25,3 +25,12 @@ bool RepeatedFailures::IsHopeless(const ToolCall& Call) const
 	const auto Found = Counts.find(KeyOf(Call));
 	return Found != Counts.end() && Found->second >= Tolerated;
 }
+
+void RepeatedFailures::FromJson(const Json& Stored)
+{
+	Counts.clear();
+	for (const auto& [Key, Count] : Stored.items())
+	{
+		Counts[Key] = Count.is_number_integer() ? Count.get<int>() : 0;
+	}
+}

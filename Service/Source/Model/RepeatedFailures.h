@@ -16,6 +16,9 @@ public:
 	bool IsHopeless(const ToolCall& Call) const;
 	void Clear() { Counts.clear(); }
 
+	Json ToJson() const { return Counts; }
+	void FromJson(const Json& Stored);
+
 private:
 	std::map<std::string, int> Counts; // by name and input
 };

@@ -35,6 +35,12 @@ void RunningTurn::Cancel()
 	Cancelled.notify_all();
 }
 
+bool RunningTurn::IsCancelled() const
+{
+	const std::lock_guard Lock(Mutex);
+	return bCancelled;
+}
+
 void RunningTurn::SetAttempt(int InAttempt)
 {
 	const std::lock_guard Lock(Mutex);

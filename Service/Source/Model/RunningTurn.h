@@ -22,6 +22,7 @@ public:
 	/** The status reply: the answer if there is one, and otherwise how far it is. */
 	HttpReply Poll() override;
 	void Cancel();
+	bool IsCancelled() const;
 
 	void SetAttempt(int InAttempt);
 	/** Text of the answer so far; the next attempt begins with none. */

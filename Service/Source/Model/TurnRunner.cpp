@@ -326,3 +326,31 @@ Json TurnRunner::Answer(RunningTurn& Running)
 		Conversation.AddUserMessage("", Invalid);
 	}
 }
+
+Json TurnRunner::ToJson() const
+{
+	return { { "history", Conversation.ToJson() }, { "failures", Failures.ToJson() }, { "system", System },
+		{ "tree", Project.Tree }, { "engine_version", Project.EngineVersion }, { "rules_file", Project.RulesFile },
+		{ "rules_call", RulesCallId }, { "delayed_message", DelayedMessage }, { "requests", Used.Requests },
+		{ "tokens", Used.Tokens }, { "minutes", Used.Minutes }, { "cost", Used.Cost },
+		{ "told_of_truncation", bToldOfTruncation } };
+}
+
+bool TurnRunner::FromJson(const Json& State)
+{
+	const auto GetReal = [&State](const char* Key) {
+		return GetMember(State, Key).is_number() ? State[Key].get<double>() : 0.0;
+	};
+	if (!Conversation.FromJson(GetMember(State, "history")))
+	{
+		return false;
+	}
+	Failures.FromJson(GetMember(State, "failures"));
+	System = GetText(State, "system");
+	Project = { GetText(State, "engine_version"), GetText(State, "tree"), GetText(State, "rules_file"), "" };
+	RulesCallId = GetText(State, "rules_call");
+	DelayedMessage = GetText(State, "delayed_message");
+	Used = { GetCount(State, "requests"), GetCount(State, "tokens"), GetReal("minutes"), GetReal("cost") };
+	bToldOfTruncation = GetMember(State, "told_of_truncation") == true;
+	return !System.empty();
+}

@@ -3,6 +3,7 @@
 #include "ContextBudget.h"
 #include "HistoryCompactor.h"
 #include "ModelClient.h"
+#include "ModelStore.h"
 #include "ProjectTree.h"
 #include "RepeatedFailures.h"
 #include "SystemPrompt.h"
@@ -12,6 +13,7 @@
 struct ModelContext
 {
 	ModelConfig Config;
+	std::unique_ptr<ModelStore> Store; // null where nothing has to last
 	DailyConsumption Today;
 };
 
@@ -26,6 +28,11 @@ public:
 
 	/** @return the status reply that ends the turn */
 	Json Run(const Turn& UserTurn, RunningTurn& Running);
+
+	/** All that a later run of the service needs to continue. */
+	Json ToJson() const;
+	/** @return false when it is not what ToJson makes */
+	bool FromJson(const Json& State);
 
 private:
 	/** Describes the project, once. @return the call that reads its rules, if it has any */

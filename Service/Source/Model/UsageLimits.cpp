@@ -1,5 +1,7 @@
 #include "UsageLimits.h"
 
+#include "ModelStore.h"
+
 #include <sstream>
 
 namespace
@@ -69,8 +71,13 @@ void DailyConsumption::StartDay()
 	if (Today != Day)
 	{
 		Day = Today;
-		Used = {};
+		Used = Store ? Store->GetUsage(Day) : ModelConsumption();
 	}
+}
+
+void DailyConsumption::KeepIn(ModelStore& InStore)
+{
+	Store = &InStore;
 }
 
 void DailyConsumption::Add(const ModelConsumption& More)
@@ -78,6 +85,10 @@ void DailyConsumption::Add(const ModelConsumption& More)
 	const std::lock_guard Lock(Mutex);
 	StartDay();
 	Used.Add(More);
+	if (Store)
+	{
+		Store->AddUsage(Day, More);
+	}
 }
 
 ModelConsumption DailyConsumption::Get()

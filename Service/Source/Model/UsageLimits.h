@@ -19,6 +19,8 @@ struct ModelConsumption
 	static ModelConsumption Of(const ModelUsage& Usage, double Seconds, const ModelPrices& Prices);
 };
 
+class ModelStore;
+
 enum class LimitScope
 {
 	Conversation,
@@ -39,6 +41,8 @@ public:
 	{
 	}
 
+	/** Continues the stored count, and stores what is added. Called before there are several threads. */
+	void KeepIn(ModelStore& InStore);
 	void Add(const ModelConsumption& More);
 	ModelConsumption Get();
 
@@ -46,6 +50,7 @@ private:
 	void StartDay();
 
 	const TimeFunction Now;
+	ModelStore* Store = nullptr;
 	std::mutex Mutex;
 	std::time_t Day = 0; // since 1970
 	ModelConsumption Used;

@@ -21,7 +21,7 @@ protected:
 		Config.Timeouts.FirstByte = 60;
 		Config.Timeouts.BetweenBytes = 60;
 		Config.Timeouts.Unpolled = UnpolledSeconds;
-		Model = std::make_unique<ModelResponder>(Config);
+		Model = std::make_unique<ModelResponder>(Config, Folder.Path + "/state.sqlite");
 		Https = std::make_unique<RunningServer>(*Model, Options());
 		Client = Https->MakeClient();
 	}
@@ -55,6 +55,18 @@ protected:
 
 	static bool IsOver(const Json& Reply) { return Reply["status"] != "PROCESSING"; }
 
+	/** The service ends, without a chance to do anything for its turns, and a new one takes over. */
+	void Restart()
+	{
+		const ModelConfig Config = Talk->Context.Config;
+		Client.reset();
+		Https.reset();
+		Model = std::make_unique<ModelResponder>(Config, Folder.Path + "/state.sqlite");
+		Https = std::make_unique<RunningServer>(*Model, Options());
+		Client = Https->MakeClient();
+	}
+
+	const TestFolder Folder;
 	std::unique_ptr<ModelTalk> Talk;
 	std::unique_ptr<ModelResponder> Model;
 	std::unique_ptr<RunningServer> Https;
@@ -105,6 +117,29 @@ TEST_F(ModelServiceTest, StopsWhileAModelServerHangs)
 	const auto Before = std::chrono::steady_clock::now();
 	Https.reset();
 	EXPECT_LT(std::chrono::steady_clock::now() - Before, std::chrono::seconds(5));
+}
+
+TEST_F(ModelServiceTest, GoesOnAfterARestart)
+{
+	const ModelFormat Format = ModelFormat::Messages;
+	const Json Call = MakeCall("c1", "read_file", { { "path", "A.h" } });
+	Start({ Says(Format, { { "text", "I read." }, { "calls", Json::array({ Call }) } }), StopsInTheMiddle(),
+		SaysText(Format, "Read."), SaysText(Format, "Yes.") });
+	const std::string First = Command("a", FirstTurn);
+	const Json Answered = PollUntil(First, IsOver);
+	Restart();
+	EXPECT_EQ(Poll(First).dump(), Answered.dump()) << "an earlier poll is answered as before";
+
+	const std::string Second = Command("a", { { "tool_results", Json::array({ MakeToolResult("c1", "text") }) } });
+	PollUntil(Second, [](const Json& Each) { return Each.value("partial", "") != ""; });
+	Restart();
+	EXPECT_EQ(ModelTalk::TextOf(PollUntil(Second, IsOver)), "Read.") << "the turn was worked out again";
+
+	Restart();
+	EXPECT_EQ(ModelTalk::TextOf(PollUntil(Command("a", { { "message", "Sure?" } }), IsOver)), "Yes.");
+	EXPECT_EQ(Talk->Server.GetRequests().back()["messages"].size(), 5u) << "with all that was said before";
+	EXPECT_EQ(Talk->Server.GetProblems(), "");
+	EXPECT_EQ(Poll("unknown")["error"], "There is no such request.");
 }
 
 TEST(ModelTlsTest, OnlyATrustedServerGetsTheKey)
