@@ -6,7 +6,7 @@
 
 namespace
 {
-constexpr int FewTokens = 1024; // models that reason need some before they answer
+constexpr int ReplyTokens = 1024; // models that reason need some before they answer
 
 Json MakeProbeTool()
 {
@@ -22,7 +22,7 @@ std::optional<ModelReply> Ask(
 	RunningTurn Turn(Config.Timeouts.Request + Config.Timeouts.Retry);
 	const UserMessage Message{ {}, Prompt };
 	ModelResult Result = Client.Ask({ "You are being tested. Do exactly what you are asked.", nullptr, &Message, Tools,
-										std::min(FewTokens, Config.Server.MaxOutputTokens) },
+										std::min(ReplyTokens, Config.Server.MaxOutputTokens) },
 		Turn);
 	if (const UpstreamFault* const Fault = std::get_if<UpstreamFault>(&Result))
 	{

@@ -7,7 +7,7 @@
 
 namespace
 {
-const std::string Server = "[server]\nbase_url = \"http://127.0.0.1:8080\"\nformat = \"messages\"\nmodel = \"m\"\n";
+const std::string ServerSection = "[server]\nbase_url = \"http://127.0.0.1:8080\"\nformat = \"messages\"\nmodel = \"m\"\n";
 
 std::string ErrorOf(const std::string& Text)
 {
@@ -35,7 +35,7 @@ ModelConfig Load(const std::string& Text)
 TEST(ModelConfigTest, ReadsWhatItIsTold)
 {
 	setenv("MODEL_TEST_KEY", "s3cret", 1);
-	const ModelConfig Config = Load(Server + R"(
+	const ModelConfig Config = Load(ServerSection + R"(
 key_variable = "MODEL_TEST_KEY"
 context_tokens = 8192
 temperature = 0.2
@@ -58,7 +58,7 @@ auto_continue = ["read_file"]
 	EXPECT_EQ(Config.PerDay.Cost, 2.5);
 	EXPECT_EQ(Config.Prices.CachedInput, 3.0) << "unless it is said otherwise";
 	EXPECT_EQ(Config.AutoContinueTools, std::vector<std::string>{ "read_file" });
-	EXPECT_GT(Load(Server).AutoContinueTools.size(), 3u) << "reading tools by default";
+	EXPECT_GT(Load(ServerSection).AutoContinueTools.size(), 3u) << "reading tools by default";
 	unsetenv("MODEL_TEST_KEY");
 }
 
@@ -82,23 +82,23 @@ TEST(ModelConfigTest, AnErrorNamesThePlaceAndNeverRepeatsAKey)
 {
 	const std::string Key = "canary-5309";
 	const std::pair<std::string, const char*> Cases[] = {
-		{ Server + "api_key = \"" + Key + "\"\n", "model.toml:5: server.api_key does not belong" },
+		{ ServerSection + "api_key = \"" + Key + "\"\n", "model.toml:5: server.api_key does not belong" },
 		{ "key = \"" + Key + "\"\n" + Server, ":1: key does not belong" },
-		{ Server + "key_variable = \"" + Key + "\"\n", "server.key_variable names an environment variable" },
-		{ Server + "key_file = \"/" + Key + "\"\n", "server.key_file names a file" },
-		{ Server + "proxy = \"a\nkey = " + Key, "not valid TOML" },
+		{ ServerSection + "key_variable = \"" + Key + "\"\n", "server.key_variable names an environment variable" },
+		{ ServerSection + "key_file = \"/" + Key + "\"\n", "server.key_file names a file" },
+		{ ServerSection + "proxy = \"a\nkey = " + Key, "not valid TOML" },
 		{ "[server]\nformat = \"messages\"\nmodel = \"m\"\nbase_url = \"https://user:" + Key + "@host/v1\"\n",
 			"must have no user" },
 		{ "[server]\nbase_url = \"ftp://host\"\n", "server.format must be" },
 		{ "[server]\nbase_url = \"ftp://host\"\n", "server.base_url must be" },
 		{ "[server]\nbase_url = \"ftp://host\"\n", "server.model is missing" },
-		{ Server + "context_tokens = \"many\"\n", ":5: server.context_tokens must be a whole number from 2048" },
-		{ Server + "context_tokens = 1.5\n", "must be a whole number" },
-		{ Server + "context_tokens = 4096\nmax_output_tokens = 4096\n", "at most half" },
-		{ Server + "temperature = nan\n", "server.temperature must be a number" },
-		{ Server + "[limits.day]\ntokns = 5\n", ":6: limits.day.tokns is not a member" },
-		{ Server + "[policy]\nauto_continue = [\"red_file\"]\n", "no tool: \"red_file\"" },
-		{ Server + "[policy]\nauto_continue = [5]\n", "must be an array of strings" },
+		{ ServerSection + "context_tokens = \"many\"\n", ":5: server.context_tokens must be a whole number from 2048" },
+		{ ServerSection + "context_tokens = 1.5\n", "must be a whole number" },
+		{ ServerSection + "context_tokens = 4096\nmax_output_tokens = 4096\n", "at most half" },
+		{ ServerSection + "temperature = nan\n", "server.temperature must be a number" },
+		{ ServerSection + "[limits.day]\ntokns = 5\n", ":6: limits.day.tokns is not a member" },
+		{ ServerSection + "[policy]\nauto_continue = [\"red_file\"]\n", "no tool: \"red_file\"" },
+		{ ServerSection + "[policy]\nauto_continue = [5]\n", "must be an array of strings" },
 	};
 	for (const auto& [Text, Expected] : Cases)
 	{
