@@ -83,7 +83,7 @@ TEST(ModelConfigTest, AnErrorNamesThePlaceAndNeverRepeatsAKey)
 	const std::string Key = "canary-5309";
 	const std::pair<std::string, const char*> Cases[] = {
 		{ ServerSection + "api_key = \"" + Key + "\"\n", "model.toml:5: server.api_key does not belong" },
-		{ "key = \"" + Key + "\"\n" + Server, ":1: key does not belong" },
+		{ "key = \"" + Key + "\"\n" + ServerSection, ":1: key does not belong" },
 		{ ServerSection + "key_variable = \"" + Key + "\"\n", "server.key_variable names an environment variable" },
 		{ ServerSection + "key_file = \"/" + Key + "\"\n", "server.key_file names a file" },
 		{ ServerSection + "proxy = \"a\nkey = " + Key, "not valid TOML" },
