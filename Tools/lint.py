@@ -159,7 +159,7 @@ def check_include_order(_):
 
 
 def check_uncalled(_):
-    functions = uncalled.find(steps.ROOT, git_files("*.h", "*.cpp", "*.py", "*.cs", "*.json"))
+    functions = uncalled.find(steps.ROOT, git_files("*.h", "*.cpp", "*.py", "*.cs", "*.json", "*.cases"))
     return [f"{function.file}:{function.line}: nothing calls {function.name}" for function in functions]
 
 

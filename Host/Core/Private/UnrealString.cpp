@@ -418,11 +418,6 @@ FString FString::ToUpper() const
 	return Result;
 }
 
-FString FString::ConvertTabsToSpaces(int32 InSpacesPerTab) const
-{
-	return Replace(TEXT("\t"), *ChrN(InSpacesPerTab, u' '), ESearchCase::CaseSensitive);
-}
-
 namespace StringEscapes
 {
 struct FEscape

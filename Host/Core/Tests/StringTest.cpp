@@ -216,11 +216,6 @@ TEST(FStringTest, ChangesInPlace)
 	EXPECT_EQ(ToUtf8(Text), "r");
 }
 
-TEST(FStringTest, TabsBecomeSpacesUpToTheNextStop)
-{
-	EXPECT_EQ(ToUtf8(FString(TEXT("a\tbcd\te\n\tf")).ConvertTabsToSpaces(4)), "a   bcd e\n    f");
-}
-
 TEST(FTextTest, IsComparedWithAndWithoutCase)
 {
 	const FText Text = FText::AsCultureInvariant(TEXT("Gate"));

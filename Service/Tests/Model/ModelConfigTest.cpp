@@ -7,7 +7,8 @@
 
 namespace
 {
-const std::string ServerSection = "[server]\nbase_url = \"http://127.0.0.1:8080\"\nformat = \"messages\"\nmodel = \"m\"\n";
+const std::string ServerSection =
+	"[server]\nbase_url = \"http://127.0.0.1:8080\"\nformat = \"messages\"\nmodel = \"m\"\n";
 
 std::string ErrorOf(const std::string& Text)
 {

@@ -21,7 +21,7 @@ public:
 		Config.Server.Model = "scripted";
 		Config.Server.Key = Secret(Key);
 		Config.Server.ContextTokens = 100'000;
-		Config.Timeouts = { 2, 0.3, 0.3, 20, 20, 60 };
+		Config.Timeouts = { 2, 1, 1, 20, 20, 60 };
 		Config.Retries = { 3, 0.01, 0.02 };
 		Config.AutoContinueTools = ToolCatalog::Get().ReadOnlyTools();
 	}

@@ -191,7 +191,6 @@ public:
 	[[nodiscard]] FString ToUpper() const;
 	void ToLowerInline() { *this = ToLower(); }
 	void ToUpperInline() { *this = ToUpper(); }
-	[[nodiscard]] FString ConvertTabsToSpaces(int32 InSpacesPerTab) const;
 	/** Line breaks, tabs, quotes and backslashes to "\n", "\t" … and back. */
 	[[nodiscard]] FString ReplaceCharWithEscapedChar() const;
 	[[nodiscard]] FString ReplaceEscapedCharWithChar() const;

@@ -122,9 +122,10 @@ void ReportNoAnswer(const FHttpResponsePtr& Response)
 		Response.IsValid()
 			? FText::Format(LOCTEXT("EmptyAnswer", "{0} answered with HTTP status {1} and nothing else."), Host,
 				  Response->GetResponseCode())
-			: FText::Format(LOCTEXT("NoAnswer",
-								"{0} could not be reached. Check that the service runs, that this computer can connect "
-								"to it, and that its certificate is trusted. LogHttp in the editor's log has the reason."),
+			: FText::Format(
+				  LOCTEXT("NoAnswer",
+					  "{0} could not be reached. Check that the service runs, that this computer can connect "
+					  "to it, and that its certificate is trusted. LogHttp in the editor's log has the reason."),
 				  Host));
 }
 }
