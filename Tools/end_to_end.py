@@ -1,4 +1,4 @@
-"""The ctest entry EndToEnd: the tests of Tests/EndToEnd, with a line of JSON results for each."""
+"""The ctest entries EndToEnd<n>: a share of the tests of Tests/EndToEnd each, with JSON results."""
 
 import json
 import os
@@ -53,14 +53,22 @@ def flatten(suite):
             yield test
 
 
-def main(preset):
+def share_of(tests, share, num_shares):
+    """Whole classes: what a class prepares for its tests is prepared once. They wait more than they work, so the shares
+    run at the same time."""
+    classes = sorted({type(test).__qualname__ for test in tests})
+    return [test for test in tests if classes.index(type(test).__qualname__) % num_shares == share]
+
+
+def main(preset, share, num_shares):
     os.environ["KESTREL_PRESET"] = preset
     folder = os.path.join(steps.ROOT, "Tests", "EndToEnd")
     name_filter = os.environ.get(FILTER_VARIABLE, "").lower()
-    found = flatten(unittest.defaultTestLoader.discover(folder, pattern="*_test.py", top_level_dir=folder))
-    chosen = unittest.TestSuite(test for test in found if name_filter in name_of(test).lower())
+    found = list(flatten(unittest.defaultTestLoader.discover(folder, pattern="*_test.py", top_level_dir=folder)))
+    chosen = unittest.TestSuite(test for test in share_of(found, share, num_shares)
+                                if name_filter in name_of(test).lower())
     results = unittest.TextTestRunner(stream=sys.stdout, verbosity=2, resultclass=Recorder).run(chosen)
-    report = os.path.join(steps.build_folder(preset), "TestResults", "EndToEnd.json")
+    report = os.path.join(steps.build_folder(preset), "TestResults", f"EndToEnd{share}.json")
     os.makedirs(os.path.dirname(report), exist_ok=True)
     with open(report, "w", encoding="utf-8") as file:
         json.dump(results.cases, file, indent=2)
@@ -68,4 +76,4 @@ def main(preset):
 
 
 if __name__ == "__main__":
-    sys.exit(main(sys.argv[1]))
+    sys.exit(main(sys.argv[1], int(sys.argv[2]), int(sys.argv[3])))

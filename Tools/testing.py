@@ -13,6 +13,7 @@ PRESET = "dev"
 FILTER_VARIABLE = "KESTREL_TEST_FILTER"
 CTEST_PROGRESS = re.compile(r"^\s*(\d+)/(\d+) Test\s+#\d+: (\S+)")
 PROGRAM_TIMEOUT_SECONDS = 300  # of programs whose ctest entry has no limit of its own
+WAITING_PROGRAMS = 1  # run beside those that use the processors
 PROGRAMS_LOG = "ctest.log"
 SHOWN_LINES_OF_A_DEAD_PROGRAM = 40
 
@@ -94,7 +95,7 @@ def run_programs(results_folder, name_filter):
     os.makedirs(results_folder)
     junit = os.path.join(steps.LOG_FOLDER, "ctest.xml")
     command = ["ctest", "--preset", PRESET, "--output-on-failure", "--timeout", str(PROGRAM_TIMEOUT_SECONDS),
-               "-j", str(steps.JOBS), "--output-junit", junit]
+               "-j", str(steps.JOBS + WAITING_PROGRAMS), "--output-junit", junit]
     try:
         steps.run_step("Testing", command, PROGRAMS_LOG, environment(name_filter), progress=CTEST_PROGRESS)
     except steps.StepFailed:
