@@ -4,7 +4,7 @@
 
 #include "FileHistory.generated.h"
 
-struct FKestrelFileState;
+struct FKestrelFileSnapshot;
 
 /** What a tool does to a file. */
 UENUM()
@@ -170,10 +170,10 @@ private:
 	 */
 	bool KeepVersionOfOthers(const FString& Key, const FString& Name, const FString& FullPath);
 	/** Brings a file of an entry from one state to another. @return whether it got there */
-	bool ChangeState(const FString& FilePath, const FFileHistoryEntry& Entry, const FKestrelFileState& From,
-		const FKestrelFileState& To);
+	bool ChangeState(const FString& FilePath, const FFileHistoryEntry& Entry, const FKestrelFileSnapshot& From,
+		const FKestrelFileSnapshot& To);
 	/** Brings the file behind a link that was put back to its state, as far as the conversation has changed it. */
-	bool ChangeBehindLink(const FString& FilePath, const FFileHistoryEntry& Entry, const FKestrelFileState& To);
+	bool ChangeBehindLink(const FString& FilePath, const FFileHistoryEntry& Entry, const FKestrelFileSnapshot& To);
 
 	FHistories FileHistories;
 	FHistories RedoHistories;

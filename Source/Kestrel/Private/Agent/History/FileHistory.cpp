@@ -3,7 +3,7 @@
 #include "Agent/Files/FileUtils.h"
 #include "Agent/Files/NativeFile.h"
 #include "Agent/Files/PathReview.h"
-#include "Agent/History/FileState.h"
+#include "Agent/History/FileSnapshot.h"
 #include "Agent/History/HistoryStore.h"
 #include "Agent/History/RevisionIndex.h"
 #include "Agent/History/VersionsOfOthers.h"
@@ -139,9 +139,9 @@ bool FFileHistory::Store(
 		if (ActionType == EFileActionType::Creation)
 		{
 			Entry.LinkTarget = KestrelNativeFile::ReadLink(FullPath);
-			Entry.NumNewFolders = KestrelFileState::CountMissingFolders(FullPath);
+			Entry.NumNewFolders = KestrelFileSnapshot::CountMissingFolders(FullPath);
 		}
-		else if (!KestrelFileState::FillFromDisk(FullPath, Entry, PlainAscii))
+		else if (!KestrelFileSnapshot::FillFromDisk(FullPath, Entry, PlainAscii))
 		{
 			return false;
 		}
@@ -225,7 +225,7 @@ bool FFileHistory::StoreFileRedoVersion(
 	Entry.Content = Content;
 	FileHistory::NotePlace(FullPath, Entry);
 	TArray<uint8> PlainAscii;
-	if (!KestrelFileState::FillFromDisk(FullPath, Entry, PlainAscii) ||
+	if (!KestrelFileSnapshot::FillFromDisk(FullPath, Entry, PlainAscii) ||
 		!FKestrelHistoryStore::Write(Key, EKestrelHistorySide::Redo, FilePath, Entry, PlainAscii))
 	{
 		return false;
@@ -291,8 +291,8 @@ void FFileHistory::ForgetUnchanged(const FString& Key, const FString& FilePath)
 	const FString Name = Entries ? FileHistory::GetRecordName(*Entries, FilePath) : FString();
 	const FFileHistoryEntry* Entry = Entries ? Entries->Find(Name) : nullptr;
 	const FString FullPath = FFileUtils::ToAbsolutePath(FilePath);
-	if (Entry &&
-		FKestrelFileState::OnDisk(FullPath).ActionTo(FKestrelFileState::BeforeChange(*Entry)) == EFileActionType::None)
+	if (Entry && FKestrelFileSnapshot::OnDisk(FullPath).ActionTo(FKestrelFileSnapshot::BeforeChange(*Entry)) ==
+					 EFileActionType::None)
 	{
 		FileHistory::Remove(FileHistories, Key, Name);
 	}
@@ -315,9 +315,9 @@ bool FFileHistory::ApplyFileSystemChange(const FString& FilePath, const FString&
 }
 
 bool FFileHistory::ChangeBehindLink(
-	const FString& FilePath, const FFileHistoryEntry& Entry, const FKestrelFileState& To)
+	const FString& FilePath, const FFileHistoryEntry& Entry, const FKestrelFileSnapshot& To)
 {
-	const FKestrelFileState Behind = FKestrelFileState::OnDisk(FilePath);
+	const FKestrelFileSnapshot Behind = FKestrelFileSnapshot::OnDisk(FilePath);
 	if (To.bIsLinkAlone || Behind.ActionTo(To) == EFileActionType::None)
 	{
 		return true;
@@ -328,17 +328,17 @@ bool FFileHistory::ChangeBehindLink(
 		   ChangeState(FilePath, Entry, Behind, To);
 }
 
-bool FFileHistory::ChangeState(
-	const FString& FilePath, const FFileHistoryEntry& Entry, const FKestrelFileState& From, const FKestrelFileState& To)
+bool FFileHistory::ChangeState(const FString& FilePath, const FFileHistoryEntry& Entry,
+	const FKestrelFileSnapshot& From, const FKestrelFileSnapshot& To)
 {
 	const EFileActionType Action = From.ActionTo(To);
 	if (!From.LinkTarget.Equals(To.LinkTarget) && To.bExists)
 	{
-		if (!KestrelFileState::ReplaceLink(FilePath, From.LinkTarget, To.LinkTarget))
+		if (!KestrelFileSnapshot::ReplaceLink(FilePath, From.LinkTarget, To.LinkTarget))
 		{
 			return false;
 		}
-		return To.LinkTarget.IsEmpty() ? ChangeState(FilePath, Entry, FKestrelFileState::OnDisk(FilePath), To)
+		return To.LinkTarget.IsEmpty() ? ChangeState(FilePath, Entry, FKestrelFileSnapshot::OnDisk(FilePath), To)
 									   : ChangeBehindLink(FilePath, Entry, To);
 	}
 	if (Action == EFileActionType::None || Action == EFileActionType::Deletion || To.Bytes.IsEmpty())
@@ -368,8 +368,8 @@ bool FFileHistory::UndoChanges(const FString& Key, const FString& FilePath)
 	}
 	const FFileHistoryEntry Entry = *Found;
 	const FString FullPath = FFileUtils::ToAbsolutePath(FilePath);
-	const FKestrelFileState Before = FKestrelFileState::BeforeChange(Entry);
-	FKestrelFileState Now = FKestrelFileState::OnDisk(FullPath);
+	const FKestrelFileSnapshot Before = FKestrelFileSnapshot::BeforeChange(Entry);
+	FKestrelFileSnapshot Now = FKestrelFileSnapshot::OnDisk(FullPath);
 	// Judged now, since other steps may have changed where the path leads.
 	if (Now.bIsUnreadable || !FileHistory::IsWhereItWas(FullPath, Now.LinkTarget, Entry))
 	{
@@ -379,7 +379,7 @@ bool FFileHistory::UndoChanges(const FString& Key, const FString& FilePath)
 	Undone.ActionType = Before.ActionTo(Now);
 	if (Undone.ActionType == EFileActionType::None)
 	{
-		KestrelFileState::RemoveEmptyFolders(FullPath, Entry.NumNewFolders); // of a file that is gone again
+		KestrelFileSnapshot::RemoveEmptyFolders(FullPath, Entry.NumNewFolders); // of a file that is gone again
 		FileHistory::Remove(FileHistories, Key, FilePath);
 		return false;
 	}
@@ -395,7 +395,7 @@ bool FFileHistory::UndoChanges(const FString& Key, const FString& FilePath)
 			FileHistory::Remove(RedoHistories, Key, FilePath);
 			return false;
 		}
-		Now = FKestrelFileState::OnDisk(FullPath);
+		Now = FKestrelFileSnapshot::OnDisk(FullPath);
 	}
 	// Revision control is not told of a file that it is to have again as it had it.
 	const bool bUndone = KestrelRevisionIndex::WasMissing(Entry)
@@ -407,7 +407,7 @@ bool FFileHistory::UndoChanges(const FString& Key, const FString& FilePath)
 		{
 			KestrelRevisionIndex::Restore(FullPath, Entry);
 		}
-		KestrelFileState::RemoveEmptyFolders(FullPath, Entry.NumNewFolders);
+		KestrelFileSnapshot::RemoveEmptyFolders(FullPath, Entry.NumNewFolders);
 	}
 	FileHistory::Remove(bUndone ? FileHistories : RedoHistories, Key, FilePath);
 	NoteLeft(Key, FilePath);
@@ -423,8 +423,8 @@ bool FFileHistory::RedoChanges(const FString& Key, const FString& FilePath)
 	}
 	const FFileHistoryEntry Entry = *Found;
 	const FString FullPath = FFileUtils::ToAbsolutePath(FilePath);
-	const FKestrelFileState Now = FKestrelFileState::OnDisk(FullPath);
-	const FKestrelFileState After = FKestrelFileState::AfterChange(Entry);
+	const FKestrelFileSnapshot Now = FKestrelFileSnapshot::OnDisk(FullPath);
+	const FKestrelFileSnapshot After = FKestrelFileSnapshot::AfterChange(Entry);
 	if (Now.bIsUnreadable || !FileHistory::IsWhereItWas(FullPath, Now.LinkTarget, Entry))
 	{
 		return false;
@@ -445,7 +445,7 @@ bool FFileHistory::RedoChanges(const FString& Key, const FString& FilePath)
 	Redone.Bytes = Now.Bytes;
 	Redone.Mode = Now.Mode;
 	Redone.LinkTarget = Now.LinkTarget;
-	Redone.NumNewFolders = KestrelFileState::CountMissingFolders(FullPath);
+	Redone.NumNewFolders = KestrelFileSnapshot::CountMissingFolders(FullPath);
 	Redone.RevisionControl = FFileUtils::GetRevisionControl(FullPath);
 	Redone.bIndexTouched = Redone.ActionType != EFileActionType::Modification;
 	if (!FKestrelHistoryStore::Write(Key, EKestrelHistorySide::Undo, FilePath, Redone))

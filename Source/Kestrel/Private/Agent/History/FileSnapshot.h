@@ -4,16 +4,16 @@
 #include "CoreMinimal.h"
 
 /** A file as it is, or as it is to be. */
-struct FKestrelFileState
+struct FKestrelFileSnapshot
 {
 	/** What is on the disk now. */
-	static FKestrelFileState OnDisk(const FString& FilePath);
+	static FKestrelFileSnapshot OnDisk(const FString& FilePath);
 	/** Where undoing or redoing an entry leads to. */
-	static FKestrelFileState BeforeChange(const FFileHistoryEntry& Entry);
-	static FKestrelFileState AfterChange(const FFileHistoryEntry& Entry);
+	static FKestrelFileSnapshot BeforeChange(const FFileHistoryEntry& Entry);
+	static FKestrelFileSnapshot AfterChange(const FFileHistoryEntry& Entry);
 
 	/** How one gets from here to there; `None` when one is there already. */
-	EFileActionType ActionTo(const FKestrelFileState& Other) const;
+	EFileActionType ActionTo(const FKestrelFileSnapshot& Other) const;
 
 	bool bExists = false;
 	/** On the disk, and its content is not known: nothing can be recorded of it. */
@@ -27,7 +27,7 @@ struct FKestrelFileState
 	bool bIsLinkAlone = false;
 };
 
-namespace KestrelFileState
+namespace KestrelFileSnapshot
 {
 /**
  * Fills in what the text alone would not bring back of the file on the disk: its bytes, mode and link.

@@ -1,4 +1,4 @@
-#include "Agent/History/FileState.h"
+#include "Agent/History/FileSnapshot.h"
 
 #include "Agent/Files/NativeFile.h"
 #include "Agent/Files/TextFile.h"
@@ -8,9 +8,9 @@
 #include "Misc/Guid.h"
 #include "Misc/Paths.h"
 
-FKestrelFileState FKestrelFileState::OnDisk(const FString& FilePath)
+FKestrelFileSnapshot FKestrelFileSnapshot::OnDisk(const FString& FilePath)
 {
-	FKestrelFileState State;
+	FKestrelFileSnapshot State;
 	State.bExists = FPaths::FileExists(FilePath);
 	State.LinkTarget = KestrelNativeFile::ReadLink(FilePath);
 	if (State.bExists)
@@ -26,9 +26,9 @@ FKestrelFileState FKestrelFileState::OnDisk(const FString& FilePath)
 	return State;
 }
 
-FKestrelFileState FKestrelFileState::BeforeChange(const FFileHistoryEntry& Entry)
+FKestrelFileSnapshot FKestrelFileSnapshot::BeforeChange(const FFileHistoryEntry& Entry)
 {
-	FKestrelFileState State;
+	FKestrelFileSnapshot State;
 	State.bExists = Entry.ActionType != EFileActionType::Creation;
 	State.Content = Entry.Content;
 	State.Bytes = Entry.Bytes;
@@ -38,14 +38,14 @@ FKestrelFileState FKestrelFileState::BeforeChange(const FFileHistoryEntry& Entry
 	return State;
 }
 
-FKestrelFileState FKestrelFileState::AfterChange(const FFileHistoryEntry& Entry)
+FKestrelFileSnapshot FKestrelFileSnapshot::AfterChange(const FFileHistoryEntry& Entry)
 {
-	FKestrelFileState State = BeforeChange(Entry);
+	FKestrelFileSnapshot State = BeforeChange(Entry);
 	State.bExists = Entry.ActionType != EFileActionType::Deletion;
 	return State;
 }
 
-EFileActionType FKestrelFileState::ActionTo(const FKestrelFileState& Other) const
+EFileActionType FKestrelFileSnapshot::ActionTo(const FKestrelFileSnapshot& Other) const
 {
 	const bool bSameText =
 		bIsLinkAlone || Other.bIsLinkAlone || (Content.Equals(Other.Content) && Bytes == Other.Bytes);
@@ -60,7 +60,7 @@ EFileActionType FKestrelFileState::ActionTo(const FKestrelFileState& Other) cons
 	return bExists ? EFileActionType::Deletion : EFileActionType::None;
 }
 
-bool KestrelFileState::FillFromDisk(const FString& FullPath, FFileHistoryEntry& Entry, TArray<uint8>& OutPlainAscii)
+bool KestrelFileSnapshot::FillFromDisk(const FString& FullPath, FFileHistoryEntry& Entry, TArray<uint8>& OutPlainAscii)
 {
 	Entry.LinkTarget = KestrelNativeFile::ReadLink(FullPath);
 	Entry.Mode = KestrelNativeFile::GetMode(FullPath);
@@ -87,7 +87,7 @@ bool KestrelFileState::FillFromDisk(const FString& FullPath, FFileHistoryEntry& 
 	return true;
 }
 
-bool KestrelFileState::ReplaceLink(const FString& FilePath, const FString& OldTarget, const FString& NewTarget)
+bool KestrelFileSnapshot::ReplaceLink(const FString& FilePath, const FString& OldTarget, const FString& NewTarget)
 {
 	IPlatformFile& Files = FPlatformFileManager::Get().GetPlatformFile();
 	const bool bIsThere = FPaths::FileExists(FilePath) || !OldTarget.IsEmpty();
@@ -104,7 +104,7 @@ bool KestrelFileState::ReplaceLink(const FString& FilePath, const FString& OldTa
 	return !bIsThere || Files.DeleteFile(*Aside);
 }
 
-int32 KestrelFileState::CountMissingFolders(const FString& FilePath)
+int32 KestrelFileSnapshot::CountMissingFolders(const FString& FilePath)
 {
 	int32 Count = 0;
 	for (FString Folder = FPaths::GetPath(FilePath); !Folder.IsEmpty() && !FPaths::DirectoryExists(Folder);
@@ -115,7 +115,7 @@ int32 KestrelFileState::CountMissingFolders(const FString& FilePath)
 	return Count;
 }
 
-void KestrelFileState::RemoveEmptyFolders(const FString& FilePath, int32 NumFolders)
+void KestrelFileSnapshot::RemoveEmptyFolders(const FString& FilePath, int32 NumFolders)
 {
 	FString Folder = FPaths::GetPath(FilePath);
 	for (; NumFolders > 0 && FPlatformFileManager::Get().GetPlatformFile().DeleteDirectory(*Folder); --NumFolders)
