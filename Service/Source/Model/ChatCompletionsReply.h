@@ -13,8 +13,6 @@ class ChatCompletionsReply : public ReplyAssembler
 public:
 	void AddEvent(const std::string& Data) override;
 	void AddWholeReply(const Json& Body) override;
-	const std::string& GetText() const override { return Text; }
-	const std::optional<UpstreamFault>& GetFault() const override { return Fault; }
 	std::optional<ModelReply> Finish() override;
 
 private:
@@ -30,11 +28,7 @@ private:
 	PartialCall& FindCall(const Json& Piece, size_t Position);
 	void AddUsage(const Json& Body);
 
-	std::string Text;
 	std::vector<PartialCall> Calls;
 	std::vector<std::pair<int64_t, size_t>> CallsByIndex; // the latest call of an index is the last one
 	std::string FinishReason;
-	ModelUsage Usage;
-	bool bEnded = false;
-	std::optional<UpstreamFault> Fault;
 };

@@ -10,8 +10,6 @@ class MessagesReply : public ReplyAssembler
 public:
 	void AddEvent(const std::string& Data) override;
 	void AddWholeReply(const Json& Body) override;
-	const std::string& GetText() const override { return Text; }
-	const std::optional<UpstreamFault>& GetFault() const override { return Fault; }
 	std::optional<ModelReply> Finish() override;
 
 private:
@@ -26,12 +24,8 @@ private:
 	void AddUsage(const Json& Reported);
 	ReplyBlock MakeBlock(const PartialBlock& Block) const;
 
-	std::string Text;
 	std::map<int64_t, PartialBlock> Blocks;
 	std::string StopReason;
-	ModelUsage Usage;
 	int64_t UncachedInput = 0;
 	int64_t WrittenInput = 0;
-	bool bEnded = false;
-	std::optional<UpstreamFault> Fault;
 };

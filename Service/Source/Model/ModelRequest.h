@@ -48,12 +48,19 @@ public:
 	/** The data of an event. An end mark that is no JSON is an event too. */
 	virtual void AddEvent(const std::string& Data) = 0;
 	virtual void AddWholeReply(const Json& Body) = 0;
-	/** The text so far, for somebody who waits. */
-	virtual const std::string& GetText() const = 0;
-	/** Set once the server has reported an error. */
-	virtual const std::optional<UpstreamFault>& GetFault() const = 0;
 	/** @return the reply, or nothing when its end has not come */
 	virtual std::optional<ModelReply> Finish() = 0;
+
+	/** The text so far, for somebody who waits. */
+	const std::string& GetText() const { return Text; }
+	/** Set once the server has reported an error. */
+	const std::optional<UpstreamFault>& GetFault() const { return Fault; }
+
+protected:
+	std::string Text;
+	ModelUsage Usage;
+	bool bEnded = false;
+	std::optional<UpstreamFault> Fault;
 };
 
 /** One of the request formats that model servers share. */
