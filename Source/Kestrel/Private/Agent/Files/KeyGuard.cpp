@@ -76,7 +76,7 @@ private:
 	void Read(const FString& File)
 	{
 		constexpr int64 MaxBytes = 1024 * 1024; // nobody has that many stages
-		constexpr int32 MaxKeys = 100;
+		constexpr int32 MaxKeys = 16;           // each is looked for in every text that is sent
 		TArray<FString> Lines;
 		if (SizeRead > MaxBytes || !KestrelNativeFile::IsRegularFile(FPaths::ConvertRelativePathToFull(File)) ||
 			!FFileHelper::LoadFileToStringArray(Lines, *File))
