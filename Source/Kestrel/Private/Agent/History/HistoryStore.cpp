@@ -58,12 +58,14 @@ FString GetLeftFile(const FString& RecordFile)
 
 void ReadLeft(const FString& RecordFile, FFileHistoryEntry& Entry)
 {
+	constexpr int64 MaxBytes = 64 * 1024; // the copies of a very long day
 	const FString File = GetLeftFile(RecordFile);
 	FString Text;
 	TArray<FString> Lines;
 	TArray<FString> Fields;
-	if (!KestrelNativeFile::IsRegularFile(File) || !FFileHelper::LoadFileToString(Text, *File) ||
-		Text.ParseIntoArray(Lines, TEXT("\n")) == 0 || Lines[0].ParseIntoArray(Fields, TEXT(" ")) != 2)
+	if (!KestrelNativeFile::IsRegularFile(File) || Files().FileSize(*File) > MaxBytes ||
+		!FFileHelper::LoadFileToString(Text, *File) || Text.ParseIntoArray(Lines, TEXT("\n")) == 0 ||
+		Lines[0].ParseIntoArray(Fields, TEXT(" ")) != 2)
 	{
 		return;
 	}
@@ -72,7 +74,7 @@ void ReadLeft(const FString& RecordFile, FFileHistoryEntry& Entry)
 	{
 		if (FFileRescue::IsKeptCopy(Lines[Index]))
 		{
-			Entry.KeptCopies.Add(Lines[Index]);
+			Entry.KeptCopies.AddUnique(Lines[Index]);
 		}
 	}
 }

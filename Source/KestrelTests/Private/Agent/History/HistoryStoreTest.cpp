@@ -66,6 +66,13 @@ void FKestrelHistoryStoreSpec::Define()
 				*this, TEXT("copies, as far as they are some"), FString::Join(Loaded->KeptCopies, TEXT(" ")), Copy);
 		}
 		IFileManager::Get().DeleteDirectory(*FPaths::GetPath(Copy), false, true);
+
+		// A project can bring one that would take minutes to read.
+		FFileHelper::SaveStringToFile(
+			TEXT("1 5\n") + FString::ChrN(1 << 20, u'x'), *(Entry.RecordFile + TEXT(".left")));
+		const TOptional<FKestrelHistoryStore::FConversation> Huge = FKestrelHistoryStore::LoadLast();
+		const FFileHistoryEntry* Unmarked = Huge.IsSet() ? Huge->Undo.Find(TEXT("Config/a.txt")) : nullptr;
+		TestTrue(TEXT("a mark that is too long"), Unmarked && !Unmarked->Left.IsSet());
 		FKestrelHistoryStore::Remove(Entry);
 		TArray<FString> Left;
 		IFileManager::Get().FindFiles(Left, *(FPaths::GetPath(Entry.RecordFile) / TEXT("*")), true, false);
