@@ -1,5 +1,5 @@
 #include "IPythonScriptPlugin.h"
-#include "PyInterpreter.h"
+#include "Interpreter/PyInterpreter.h"
 
 class FPythonScriptPlugin final : public IPythonScriptPlugin
 {
