@@ -57,6 +57,20 @@ void FTokenReader::SkipBrackets()
 	Next();
 }
 
+void FTokenReader::SkipMacro()
+{
+	Next();
+	SkipBrackets();
+}
+
+void FTokenReader::ErrorUnlessEmpty(int Line, const std::string& Text)
+{
+	if (!Text.empty())
+	{
+		Error(Line, Text);
+	}
+}
+
 void FTokenReader::SkipUntil(std::string_view FirstSymbol, std::string_view SecondSymbol)
 {
 	while (!AtEnd() && !Peek().Is(FirstSymbol) && (SecondSymbol.empty() || !Peek().Is(SecondSymbol)))

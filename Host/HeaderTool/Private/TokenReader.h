@@ -32,6 +32,8 @@ public:
 
 	/** Passes a bracketed text; the next token is the opening bracket. */
 	void SkipBrackets();
+	/** Passes the name of a macro and its arguments. */
+	void SkipMacro();
 	/** Passes everything up to the first of the symbols that is not inside brackets, and leaves that symbol. */
 	void SkipUntil(std::string_view FirstSymbol, std::string_view SecondSymbol = {});
 	/** Passes the rest of a declaration: up to and with ';', or a body in braces. */
@@ -44,6 +46,8 @@ public:
 
 	void Error(const std::string& Text) { Error(Peek().Line, Text); }
 	void Error(int Line, const std::string& Text) { Errors.Add(Path, Line, Text); }
+	/** For what answers with the text of an error, or an empty one. */
+	void ErrorUnlessEmpty(int Line, const std::string& Text);
 
 private:
 	std::string ReadSpecifierValue();
