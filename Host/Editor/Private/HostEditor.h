@@ -1,12 +1,12 @@
 #pragma once
 
 #include "AutomationRunner.h"
+#include "Console/PanelConsole.h"
 #include "CoreMinimal.h"
 #include "HostDisplay.h"
 #include "HostGameModules.h"
 #include "LogDevices.h"
 #include "MainWindow.h"
-#include "PanelConsole.h"
 #include "Templates/UniquePtr.h"
 #include "WidgetReport.h"
 

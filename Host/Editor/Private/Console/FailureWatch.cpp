@@ -1,4 +1,4 @@
-#include "FailureWatch.h"
+#include "Console/FailureWatch.h"
 
 #include "CoreGlobals.h"
 #include "Misc/CommandLine.h"
