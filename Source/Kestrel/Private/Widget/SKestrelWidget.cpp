@@ -7,19 +7,16 @@
 #include "Framework/Application/SlateApplication.h"
 #include "HAL/PlatformTime.h"
 #include "InputCoreTypes.h"
-#include "KestrelSettings.h"
 #include "Styling/AppStyle.h"
 #include "Styling/CoreStyle.h"
 #include "Styling/SlateTypes.h"
-#include "UObject/Class.h"
 #include "Widget/KestrelStyle.h"
 #include "Widget/SKestrelApprovalList.h"
 #include "Widget/SKestrelApproveButton.h"
+#include "Widget/SKestrelConversationView.h"
 #include "Widgets/Input/SButton.h"
 #include "Widgets/Layout/SBorder.h"
 #include "Widgets/Layout/SBox.h"
-#include "Widgets/Layout/SScrollBox.h"
-#include "Widgets/Layout/SWrapBox.h"
 #include "Widgets/SBoxPanel.h"
 #include "Widgets/Text/SMultiLineEditableText.h"
 
@@ -33,7 +30,6 @@ namespace KestrelWidget
 constexpr float PanelPadding = 6.0f;
 constexpr float PartGap = 6.0f;
 constexpr float BlockPadding = 8.0f;
-constexpr float ButtonGap = 4.0f;
 constexpr float PromptMinHeight = 60.0f;
 constexpr float PromptMaxHeight = 200.0f;
 // Of the panel's height, so that a low one still shows its buttons and some of the conversation.
@@ -41,10 +37,6 @@ constexpr float PromptMaxShare = 0.25f;
 constexpr float ApprovalListMaxShare = 0.35f;
 constexpr float DotPeriodSeconds = 0.5f;
 constexpr int32 MaxDots = 3;
-// Slate units. Layout rounds, so "at the end" is never an exact comparison.
-constexpr float EndTolerance = 2.0f;
-// Of the view's height: the last lines that were read are still seen on the next page.
-constexpr float PageFraction = 0.9f;
 
 // Names of tools that this version does not have; the service's texts may still mention them.
 const TCHAR* const NamesOfOtherTools[] = { TEXT("modify_blueprint"), TEXT("modify_behavior_tree"),
@@ -73,43 +65,6 @@ const TMap<FString, FString>& GetHiddenTexts()
 	return HiddenTexts;
 }
 
-/** The states in which the agent waits for the user. In all others it is working. */
-bool IsWaitingForUser(EAgentState State)
-{
-	return State == EAgentState::Idle || State == EAgentState::Pause || State == EAgentState::AwaitingUpdate ||
-		   State == EAgentState::AwaitingApproval;
-}
-
-/** Who speaks is told by the style of the text; what was given up, by its words. */
-FName GetBlockBrush(const FString& Text, const FName& FontStyle)
-{
-	if (Text.StartsWith(TEXT(" [ Cancelled ]"), ESearchCase::CaseSensitive))
-	{
-		return "Kestrel.Block.Cancelled";
-	}
-	if (FontStyle == FKestrelInterface::ItalicFontName)
-	{
-		return "Kestrel.Block.Status";
-	}
-	return Text.StartsWith(TEXT(" [ User"), ESearchCase::CaseSensitive) ? FName("Kestrel.Block.User")
-																		: FName("Kestrel.Block.Assistant");
-}
-
-FText NoPrompt()
-{
-	return LOCTEXT("NoPrompt", "Type a prompt first.");
-}
-
-FText NoConversation()
-{
-	return LOCTEXT("NoConversation", "No conversation is open.");
-}
-
-EAgentState GetState()
-{
-	return FAgent::Get().GetAgentState();
-}
-
 /** What a message has to end in for its dots to move. */
 const TCHAR* const WorkingDots = TEXT("...");
 
@@ -136,8 +91,10 @@ void SKestrelWidget::Construct(const FArguments& InArgs)
 			+ SVerticalBox::Slot()
 			.FillHeight(1.0f)
 			[
-				SAssignNew(ScrollBox, SScrollBox)
-				.OnUserScrolled(this, &SKestrelWidget::OnUserScrolled)
+				SAssignNew(Conversation, SKestrelConversationView)
+				.IsUserScrolling_Static(&SKestrelWidget::IsUserScrolling)
+				.OnScrolled_Static(&SKestrelWidget::OnScrolled)
+				.OnEndReached_Static(&SKestrelWidget::OnEndReached)
 			]
 			+ SVerticalBox::Slot()
 			.AutoHeight()
@@ -183,7 +140,7 @@ void SKestrelWidget::Construct(const FArguments& InArgs)
 		"  - add an int variable Toll to BP_Gate with value 3\n"
 		"Before I use a tool I ask: press Approve to let me, or write what I should do instead. "
 		"Undo reverts what a conversation has changed, except for new Blueprints.");
-	AddBlock(FString(TEXT(" [ Kestrel ] \n\n")) + Welcome.ToString(), FKestrelInterface::AssistantColor,
+	Conversation->AddText(FString(TEXT(" [ Kestrel ] \n\n")) + Welcome.ToString(), FKestrelInterface::AssistantColor,
 		FKestrelInterface::RegularFontName, FKestrelInterface::AssistantFontSize);
 	for (const FString& Notice : FKestrelInterface::Get().TakeNotices())
 	{
@@ -212,7 +169,7 @@ void SKestrelWidget::OnAgentStateChanged()
 
 EVisibility SKestrelWidget::GetApprovalListVisibility() const
 {
-	const EAgentState State = KestrelWidget::GetState();
+	const EAgentState State = FAgent::Get().GetAgentState();
 	const bool bWaits = State == EAgentState::AwaitingApproval || State == EAgentState::Pause;
 	return bWaits && !FAgent::Get().GetPendingPlans().IsEmpty() ? EVisibility::Visible : EVisibility::Collapsed;
 }
@@ -270,123 +227,6 @@ float SKestrelWidget::GetApprovalListHeightLimit() const
 	return GetHeight() * KestrelWidget::ApprovalListMaxShare;
 }
 
-TSharedRef<SWidget> SKestrelWidget::MakeButtonRow()
-{
-	// clang-format off
-	return SNew(SHorizontalBox)
-		+ SHorizontalBox::Slot()
-		.FillWidth(1.0f)
-		[
-			MakeButtonsOfRow()
-		]
-		+ SHorizontalBox::Slot()
-		.AutoWidth()
-		.VAlign(VAlign_Top)
-		.Padding(KestrelWidget::ButtonGap, 0.0f, 0.0f, 0.0f)
-		[
-			SAssignNew(EndButton, SButton)
-			.Text(LOCTEXT("End", "[ End ]"))
-			.ToolTipText_Lambda([this]() {
-				return IsEndButtonEnabled() ? LOCTEXT("EndToolTip", "End the conversation") : KestrelWidget::NoConversation();
-			})
-			.IsEnabled(this, &SKestrelWidget::IsEndButtonEnabled)
-			.OnClicked(this, &SKestrelWidget::OnRequestEndButtonClicked)
-		];
-	// clang-format on
-}
-
-TSharedRef<SWidget> SKestrelWidget::MakeButtonsOfRow()
-{
-	// clang-format off
-	// A panel at the side of the editor may have no room for all of them in one row.
-	return SNew(SWrapBox)
-		.UseAllottedSize(true)
-		.InnerSlotPadding(FVector2D(KestrelWidget::ButtonGap, KestrelWidget::ButtonGap))
-		+ SWrapBox::Slot()
-		[
-			SAssignNew(StartButton, SButton)
-			.Text(LOCTEXT("Start", "[ Start ]"))
-			.ToolTipText(this, &SKestrelWidget::GetStartToolTip)
-			.IsEnabled(this, &SKestrelWidget::UpdateStartButton)
-			.OnClicked(this, &SKestrelWidget::OnRequestStartButtonClicked)
-		]
-		+ SWrapBox::Slot()
-		[
-			SAssignNew(ContinueButton, SButton)
-			.Text(LOCTEXT("Continue", "Continue"))
-			.ToolTipText(this, &SKestrelWidget::GetContinueToolTip)
-			.IsEnabled(this, &SKestrelWidget::UpdateContinueButtonEnability)
-			.Visibility(this, &SKestrelWidget::UpdateContinueButtonVisibility)
-			.OnClicked(this, &SKestrelWidget::OnContinueButtonClicked)
-		]
-		+ SWrapBox::Slot()
-		[
-			SAssignNew(PauseButton, SButton)
-			.Text(LOCTEXT("Pause", "Pause"))
-			.ToolTipText(LOCTEXT("PauseToolTip", "Pause before the next tool runs"))
-			.IsEnabled(this, &SKestrelWidget::IsPauseButtonEnabled)
-			.Visibility(this, &SKestrelWidget::UpdatePauseButtonVisibility)
-			.OnClicked(this, &SKestrelWidget::OnPauseButtonClicked)
-		]
-		+ SWrapBox::Slot()
-		[
-			SAssignNew(ApproveButton, SKestrelApproveButton)
-			.ButtonStyle(&FAppStyle::Get().GetWidgetStyle<FButtonStyle>("PrimaryButton"))
-			.Text(LOCTEXT("Approve", "Approve"))
-			.ToolTipText_Lambda([this]() {
-				return IsApproveButtonEnabled() ? LOCTEXT("ApproveToolTip", "Run the tools that the assistant has asked for")
-												: LOCTEXT("NothingToApprove", "Nothing waits for approval.");
-			})
-			.IsEnabled(this, &SKestrelWidget::IsApproveButtonEnabled)
-			.Visibility(this, &SKestrelWidget::UpdateApproveButton)
-			.OnClicked(this, &SKestrelWidget::OnApproveButtonClicked)
-		]
-		+ SWrapBox::Slot()
-		[
-			SAssignNew(UndoButton, SButton)
-			.Text(LOCTEXT("Undo", "Undo"))
-			.ToolTipText_Lambda([this]() {
-				return IsUndoButtonEnabled() ? LOCTEXT("UndoToolTip", "Undo the last conversation's changes")
-											 : LOCTEXT("NothingToUndo", "There is nothing to undo.");
-			})
-			.IsEnabled(this, &SKestrelWidget::IsUndoButtonEnabled)
-			.OnClicked(this, &SKestrelWidget::OnUndoClicked)
-		]
-		+ SWrapBox::Slot()
-		[
-			SAssignNew(RedoButton, SButton)
-			.Text(LOCTEXT("Redo", "Redo"))
-			.ToolTipText_Lambda([this]() {
-				return IsRedoButtonEnabled() ? LOCTEXT("RedoToolTip", "Restore the file changes that Undo reverted")
-											 : LOCTEXT("NothingToRedo", "There is nothing to redo.");
-			})
-			.IsEnabled(this, &SKestrelWidget::IsRedoButtonEnabled)
-			.OnClicked(this, &SKestrelWidget::OnRedoClicked)
-		];
-	// clang-format on
-}
-
-FText SKestrelWidget::GetStartToolTip() const
-{
-	if (KestrelWidget::GetState() != EAgentState::Idle)
-	{
-		return LOCTEXT("AlreadyStarted", "A conversation is already open.");
-	}
-	return IsPromptEmpty() ? KestrelWidget::NoPrompt()
-						   : LOCTEXT("StartToolTip", "Start a conversation with this prompt (Enter)");
-}
-
-FText SKestrelWidget::GetContinueToolTip() const
-{
-	if (KestrelWidget::GetState() == EAgentState::Idle)
-	{
-		return KestrelWidget::NoConversation();
-	}
-	return UpdateContinueButtonEnability()
-			   ? LOCTEXT("ContinueToolTip", "Continue the conversation with this prompt (Enter)")
-			   : KestrelWidget::NoPrompt();
-}
-
 FReply SKestrelWidget::OnFocusReceived(const FGeometry& MyGeometry, const FFocusEvent& InFocusEvent)
 {
 	return FReply::Handled().SetUserFocus(PromptBox.ToSharedRef(), InFocusEvent.GetCause());
@@ -395,33 +235,18 @@ FReply SKestrelWidget::OnFocusReceived(const FGeometry& MyGeometry, const FFocus
 void SKestrelWidget::Tick(const FGeometry& AllottedGeometry, const double InCurrentTime, const float InDeltaTime)
 {
 	SCompoundWidget::Tick(AllottedGeometry, InCurrentTime, InDeltaTime);
-	const float FromEnd = ScrollBox->GetScrollOffsetOfEnd() - ScrollBox->GetScrollOffset();
-	if (!ScrollBox->HasFocusedDescendants())
-	{
-		bFollowsWhileReading = false;
-	}
-	if (FromEnd <= KestrelWidget::EndTolerance)
-	{
-		bIsUserScrolling = false;
-	}
-	else if (FollowsEnd())
-	{
-		// A wrapped text knows its height a frame late and can leave the view short of the end.
-		ScrollBox->ScrollToEnd();
-	}
+	Conversation->KeepEndInView();
 }
 
-bool SKestrelWidget::FollowsEnd() const
-{
-	// With the focus in a block, it is being read or copied.
-	return !bIsUserScrolling && (bFollowsWhileReading || !ScrollBox->HasFocusedDescendants());
-}
-
-void SKestrelWidget::OnUserScrolled(float ScrollOffset)
+void SKestrelWidget::OnScrolled(bool bAwayFromEnd)
 {
 	LastScrollTime = FPlatformTime::Seconds();
-	bIsUserScrolling = ScrollBox->GetScrollOffsetOfEnd() - ScrollOffset > KestrelWidget::EndTolerance;
-	bFollowsWhileReading = !bIsUserScrolling;
+	bIsUserScrolling = bAwayFromEnd;
+}
+
+void SKestrelWidget::OnEndReached()
+{
+	bIsUserScrolling = false;
 }
 
 FReply SKestrelWidget::OnPreviewKeyDown(const FGeometry& MyGeometry, const FKeyEvent& InKeyEvent)
@@ -431,12 +256,7 @@ FReply SKestrelWidget::OnPreviewKeyDown(const FGeometry& MyGeometry, const FKeyE
 	{
 		return SCompoundWidget::OnPreviewKeyDown(MyGeometry, InKeyEvent);
 	}
-	const float ViewHeight = static_cast<float>(FVector2D(ScrollBox->GetCachedGeometry().GetLocalSize()).Y);
-	const float Page = ViewHeight * KestrelWidget::PageFraction;
-	const float Offset =
-		FMath::Clamp(ScrollBox->GetScrollOffset() + (bDown ? Page : -Page), 0.0f, ScrollBox->GetScrollOffsetOfEnd());
-	ScrollBox->SetScrollOffset(Offset);
-	OnUserScrolled(Offset);
+	Conversation->TurnPage(bDown);
 	return FReply::Handled();
 }
 
@@ -454,7 +274,8 @@ void SKestrelWidget::OnAddStatusMessage(
 	const FString& Message, const FLinearColor& Color, const FName& FontStyle, float FontSize)
 {
 	StopProgressAnimation();
-	const FBlock Block = AddBlock(KestrelWidget::WithoutHiddenTexts(Message), Color, FontStyle, FontSize);
+	const SKestrelConversationView::FBlock Block =
+		Conversation->AddText(KestrelWidget::WithoutHiddenTexts(Message), Color, FontStyle, FontSize);
 	if (Message.EndsWith(KestrelWidget::WorkingDots))
 	{
 		StartProgressAnimation(Block.Text.ToSharedRef(), Block.Border.ToSharedRef());
@@ -466,47 +287,8 @@ void SKestrelWidget::OnAddStatusMessage(
 void SKestrelWidget::OnAddHint(const FText& Hint)
 {
 	StopProgressAnimation();
-	AddBlock(Hint.ToString(), FKestrelInterface::MessageColor, FKestrelInterface::ItalicFontName,
+	Conversation->AddText(Hint.ToString(), FKestrelInterface::MessageColor, FKestrelInterface::ItalicFontName,
 		FKestrelInterface::MessageFontSize);
-}
-
-SKestrelWidget::FBlock SKestrelWidget::AddBlock(
-	const FString& Text, const FLinearColor& Color, const FName& FontStyle, float FontSize)
-{
-	FBlock Block;
-	FTextBlockStyle TextStyle = FCoreStyle::Get().GetWidgetStyle<FTextBlockStyle>("NormalText");
-	TextStyle.SetFont(FCoreStyle::GetDefaultFontStyle(FontStyle, FontSize));
-	TextStyle.SetColorAndOpacity(Color);
-	// clang-format off
-	SAssignNew(Block.Border, SBorder)
-	.BorderImage(FKestrelStyle::Get().GetBrush(KestrelWidget::GetBlockBrush(Text, FontStyle)))
-	.Padding(KestrelWidget::BlockPadding)
-	[
-		SAssignNew(Block.Text, SMultiLineEditableText)
-		.Text(FText::FromString(Text))
-		.TextStyle(&TextStyle)
-		.IsReadOnly(true)
-		.AutoWrapText(true)
-		.AccessibleText(LOCTEXT("Message", "Message"))
-	];
-	// clang-format on
-	AddBlockContent(Block.Border.ToSharedRef());
-	return Block;
-}
-
-void SKestrelWidget::AddBlockContent(const TSharedRef<SBorder>& Border)
-{
-	// clang-format off
-	ScrollBox->AddSlot()
-	.Padding(0.0f, 0.0f, 0.0f, KestrelWidget::BlockPadding)
-	[
-		Border
-	];
-	// clang-format on
-	if (FollowsEnd())
-	{
-		ScrollBox->ScrollToEnd();
-	}
 }
 
 void SKestrelWidget::StartProgressAnimation(
@@ -553,133 +335,15 @@ bool SKestrelWidget::IsPromptEmpty() const
 
 FString SKestrelWidget::TakePrompt()
 {
-	// Whoever sends something wants to see what comes of it.
-	bIsUserScrolling = false;
-	bFollowsWhileReading = true;
-	ScrollBox->ScrollToEnd();
+	Conversation->FollowEnd();
 	const FString Prompt = PromptBox->GetText().ToString();
 	PromptBox->SetText(FText::GetEmpty());
 	return Prompt;
 }
 
-bool SKestrelWidget::UpdateStartButton() const
-{
-	return !IsPromptEmpty() && KestrelWidget::GetState() == EAgentState::Idle;
-}
-
-bool SKestrelWidget::UpdateContinueButtonEnability() const
-{
-	const EAgentState State = KestrelWidget::GetState();
-	if (IsPromptEmpty())
-	{
-		return State == EAgentState::Pause;
-	}
-	return State == EAgentState::Pause || State == EAgentState::AwaitingUpdate ||
-		   State == EAgentState::AwaitingApproval;
-}
-
-EVisibility SKestrelWidget::UpdateContinueButtonVisibility() const
-{
-	return KestrelWidget::IsWaitingForUser(KestrelWidget::GetState()) ? EVisibility::Visible : EVisibility::Collapsed;
-}
-
-EVisibility SKestrelWidget::UpdatePauseButtonVisibility() const
-{
-	return KestrelWidget::IsWaitingForUser(KestrelWidget::GetState()) ? EVisibility::Collapsed : EVisibility::Visible;
-}
-
-EVisibility SKestrelWidget::UpdateApproveButton() const
-{
-	return GetDefault<UKestrelSettings>()->bAutoApprove ? EVisibility::Collapsed : EVisibility::Visible;
-}
-
-bool SKestrelWidget::IsApproveButtonEnabled() const
-{
-	return KestrelWidget::GetState() == EAgentState::AwaitingApproval;
-}
-
-bool SKestrelWidget::IsPauseButtonEnabled() const
-{
-	return !FAgent::Get().WasPaused();
-}
-
-bool SKestrelWidget::IsEndButtonEnabled() const
-{
-	return KestrelWidget::GetState() != EAgentState::Idle;
-}
-
-bool SKestrelWidget::IsUndoButtonEnabled() const
-{
-	return FKestrelInterface::Get().CanUndo();
-}
-
-bool SKestrelWidget::IsRedoButtonEnabled() const
-{
-	return FKestrelInterface::Get().CanRedo();
-}
-
 FReply SKestrelWidget::HandledWithFocusOnPrompt() const
 {
 	return FReply::Handled().SetUserFocus(PromptBox.ToSharedRef(), EFocusCause::SetDirectly);
-}
-
-FReply SKestrelWidget::OnRequestStartButtonClicked()
-{
-	if (IsPromptEmpty())
-	{
-		return HandledWithFocusOnPrompt();
-	}
-	const EAgentState State = KestrelWidget::GetState();
-	const FString Prompt = TakePrompt();
-	if (State == EAgentState::Idle)
-	{
-		FKestrelInterface::Get().InitialRequest(Prompt);
-	}
-	else if (State == EAgentState::AwaitingUpdate)
-	{
-		FKestrelInterface::Get().RegularRequest(Prompt);
-	}
-	return HandledWithFocusOnPrompt();
-}
-
-FReply SKestrelWidget::OnContinueButtonClicked()
-{
-	FKestrelInterface::Get().Continue(TakePrompt());
-	return HandledWithFocusOnPrompt();
-}
-
-FReply SKestrelWidget::OnPauseButtonClicked()
-{
-	FKestrelInterface::Get().PauseRequest();
-	return HandledWithFocusOnPrompt();
-}
-
-FReply SKestrelWidget::OnApproveButtonClicked()
-{
-	FKestrelInterface::Get().Approve();
-	FKestrelInterface::Get().Continue(FString());
-	return HandledWithFocusOnPrompt();
-}
-
-FReply SKestrelWidget::OnUndoClicked()
-{
-	FKestrelInterface::Get().UndoLastOperation();
-	return HandledWithFocusOnPrompt();
-}
-
-FReply SKestrelWidget::OnRedoClicked()
-{
-	FKestrelInterface::Get().RedoLastOperation();
-	return HandledWithFocusOnPrompt();
-}
-
-FReply SKestrelWidget::OnRequestEndButtonClicked()
-{
-	if (IsEndButtonEnabled())
-	{
-		FKestrelInterface::Get().EndRequest(FString());
-	}
-	return HandledWithFocusOnPrompt();
 }
 
 FReply SKestrelWidget::OnPromptKeyDown(const FGeometry& MyGeometry, const FKeyEvent& InKeyEvent)
@@ -699,7 +363,7 @@ FReply SKestrelWidget::OnKeyDown(const FGeometry& MyGeometry, const FKeyEvent& I
 	{
 		return FReply::Handled();
 	}
-	if (KestrelWidget::GetState() == EAgentState::Idle)
+	if (FAgent::Get().GetAgentState() == EAgentState::Idle)
 	{
 		OnRequestStartButtonClicked();
 	}

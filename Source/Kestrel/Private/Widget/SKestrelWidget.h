@@ -11,8 +11,8 @@ class FActiveTimerHandle;
 class SBorder;
 class SButton;
 class SKestrelApprovalList;
+class SKestrelConversationView;
 class SMultiLineEditableText;
-class SScrollBox;
 struct FSlateBrush;
 
 /**
@@ -99,17 +99,6 @@ private:
 	// What a button does, or why it cannot be pressed.
 	FText GetStartToolTip() const;
 	FText GetContinueToolTip() const;
-	/** One message on the screen. */
-	struct FBlock
-	{
-		TSharedPtr<SMultiLineEditableText> Text;
-		TSharedPtr<SBorder> Border;
-	};
-
-	/** A block at the end of the conversation. Its text can be selected and copied. */
-	FBlock AddBlock(const FString& Text, const FLinearColor& Color, const FName& FontStyle, float FontSize);
-	/** What all blocks have around them. */
-	void AddBlockContent(const TSharedRef<SBorder>& Border);
 	void AddDiffBlock(const FString& FilePath, const FString& Before, const FString& After);
 	/** The path of the file, how many lines were added and removed, and a button that copies the path. */
 	TSharedRef<SWidget> MakeDiffHeader(const FString& FilePath, const TArray<FDiffChunk>& Chunks) const;
@@ -123,8 +112,9 @@ private:
 	/** Both columns of numbers beside the lines of a difference. */
 	TSharedRef<SWidget> MakeChunksView(const TArray<FDiffChunk>& Chunks) const;
 	FReply OnPromptKeyDown(const FGeometry& MyGeometry, const FKeyEvent& InKeyEvent);
-	void OnUserScrolled(float ScrollOffset);
-	bool FollowsEnd() const;
+	static bool IsUserScrolling() { return bIsUserScrolling; }
+	static void OnScrolled(bool bAwayFromEnd);
+	static void OnEndReached();
 	/** A click took the focus to its button; the next thing the user does is to type. */
 	FReply HandledWithFocusOnPrompt() const;
 	bool IsPromptEmpty() const;
@@ -135,7 +125,7 @@ private:
 	EActiveTimerReturnType UpdateProgressAnimation(double InCurrentTime, float InDeltaTime);
 	void StopProgressAnimation();
 
-	TSharedPtr<SScrollBox> ScrollBox;
+	TSharedPtr<SKestrelConversationView> Conversation;
 	TSharedPtr<SKestrelApprovalList> ApprovalList;
 	FDelegateHandle StateChangedHandle;
 	TSharedPtr<SMultiLineEditableText> PromptBox;
@@ -152,7 +142,6 @@ private:
 	FString AnimatedBaseText; // without its dots
 	int32 NumDots = 0;        // 0 to 3
 	TWeakPtr<FActiveTimerHandle> AnimationTimer;
-	bool bFollowsWhileReading = false; // the user went to the end, with the focus still in a block
 
 	// Shared by all panels: where the user left the view is where a reopened one stands.
 	static bool bIsUserScrolling;

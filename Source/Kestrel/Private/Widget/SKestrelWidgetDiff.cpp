@@ -8,6 +8,7 @@
 #include "Styling/SlateTypes.h"
 #include "UObject/Class.h"
 #include "Widget/KestrelStyle.h"
+#include "Widget/SKestrelConversationView.h"
 #include "Widget/SKestrelSidewaysScrollBox.h"
 #include "Widget/SKestrelWidget.h"
 #include "Widgets/Input/SButton.h"
@@ -395,9 +396,10 @@ void SKestrelWidget::OnAddDiffMessage(const FString& FilePath, const FString& Be
 	}
 	else
 	{
-		AddBlock(FText::Format(LOCTEXT("TooLargeFile", "{0} has changed. The change is too large to be shown."),
-					 FText::FromString(KestrelDisplayText::EscapeLine(FilePath)))
-					 .ToString(),
+		Conversation->AddText(
+			FText::Format(LOCTEXT("TooLargeFile", "{0} has changed. The change is too large to be shown."),
+				FText::FromString(KestrelDisplayText::EscapeLine(FilePath)))
+				.ToString(),
 			FKestrelInterface::MessageColor, FKestrelInterface::ItalicFontName, FKestrelInterface::MessageFontSize);
 	}
 	const FKestrelInterface& Interface = FKestrelInterface::Get();
@@ -411,7 +413,7 @@ void SKestrelWidget::AddDiffBlock(const FString& FilePath, const FString& Before
 	const bool bHidden = !Before.Equals(After) && KestrelDiffView::CountLines(Chunks, EDiffLineType::Added) == 0 &&
 						 KestrelDiffView::CountLines(Chunks, EDiffLineType::Removed) == 0;
 	// clang-format off
-	AddBlockContent(
+	Conversation->AddBlock(
 		SNew(SBorder)
 		.BorderImage(FKestrelStyle::Get().GetBrush("Kestrel.Block.Diff"))
 		.Padding(KestrelDiffView::BlockPadding)

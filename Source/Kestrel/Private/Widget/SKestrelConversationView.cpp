@@ -1,0 +1,137 @@
+#include "Widget/SKestrelConversationView.h"
+
+#include "Agent/Chat/KestrelInterface.h"
+#include "Styling/CoreStyle.h"
+#include "Styling/SlateTypes.h"
+#include "Widget/KestrelStyle.h"
+#include "Widgets/Layout/SBorder.h"
+#include "Widgets/Layout/SScrollBox.h"
+#include "Widgets/Text/SMultiLineEditableText.h"
+
+#define LOCTEXT_NAMESPACE "SKestrelWidget"
+
+namespace KestrelConversationView
+{
+constexpr float BlockPadding = 8.0f;
+// Slate units. Layout rounds, so "at the end" is never an exact comparison.
+constexpr float EndTolerance = 2.0f;
+// Of the view's height: the last lines that were read are still seen on the next page.
+constexpr float PageFraction = 0.9f;
+
+/** Who speaks is told by the style of the text; what was given up, by its words. */
+FName GetBlockBrush(const FString& Text, const FName& FontStyle)
+{
+	if (Text.StartsWith(TEXT(" [ Cancelled ]"), ESearchCase::CaseSensitive))
+	{
+		return "Kestrel.Block.Cancelled";
+	}
+	if (FontStyle == FKestrelInterface::ItalicFontName)
+	{
+		return "Kestrel.Block.Status";
+	}
+	return Text.StartsWith(TEXT(" [ User"), ESearchCase::CaseSensitive) ? FName("Kestrel.Block.User")
+																		: FName("Kestrel.Block.Assistant");
+}
+}
+
+void SKestrelConversationView::Construct(const FArguments& InArgs)
+{
+	IsUserScrolling = InArgs._IsUserScrolling;
+	OnScrolled = InArgs._OnScrolled;
+	OnEndReached = InArgs._OnEndReached;
+	// clang-format off
+	ChildSlot
+	[
+		SAssignNew(ScrollBox, SScrollBox)
+		.OnUserScrolled(this, &SKestrelConversationView::OnUserScrolled)
+	];
+	// clang-format on
+}
+
+SKestrelConversationView::FBlock SKestrelConversationView::AddText(
+	const FString& Text, const FLinearColor& Color, const FName& FontStyle, float FontSize)
+{
+	FBlock Block;
+	FTextBlockStyle TextStyle = FCoreStyle::Get().GetWidgetStyle<FTextBlockStyle>("NormalText");
+	TextStyle.SetFont(FCoreStyle::GetDefaultFontStyle(FontStyle, FontSize));
+	TextStyle.SetColorAndOpacity(Color);
+	// clang-format off
+	SAssignNew(Block.Border, SBorder)
+	.BorderImage(FKestrelStyle::Get().GetBrush(KestrelConversationView::GetBlockBrush(Text, FontStyle)))
+	.Padding(KestrelConversationView::BlockPadding)
+	[
+		SAssignNew(Block.Text, SMultiLineEditableText)
+		.Text(FText::FromString(Text))
+		.TextStyle(&TextStyle)
+		.IsReadOnly(true)
+		.AutoWrapText(true)
+		.AccessibleText(LOCTEXT("Message", "Message"))
+	];
+	// clang-format on
+	AddBlock(Block.Border.ToSharedRef());
+	return Block;
+}
+
+void SKestrelConversationView::AddBlock(const TSharedRef<SBorder>& Border)
+{
+	// clang-format off
+	ScrollBox->AddSlot()
+	.Padding(0.0f, 0.0f, 0.0f, KestrelConversationView::BlockPadding)
+	[
+		Border
+	];
+	// clang-format on
+	if (FollowsEnd())
+	{
+		ScrollBox->ScrollToEnd();
+	}
+}
+
+void SKestrelConversationView::KeepEndInView()
+{
+	const float FromEnd = ScrollBox->GetScrollOffsetOfEnd() - ScrollBox->GetScrollOffset();
+	if (!ScrollBox->HasFocusedDescendants())
+	{
+		bFollowsWhileReading = false;
+	}
+	if (FromEnd <= KestrelConversationView::EndTolerance)
+	{
+		OnEndReached.ExecuteIfBound();
+	}
+	else if (FollowsEnd())
+	{
+		ScrollBox->ScrollToEnd();
+	}
+}
+
+bool SKestrelConversationView::FollowsEnd() const
+{
+	// With the focus in a block, it is being read or copied.
+	return !IsUserScrolling.Get() && (bFollowsWhileReading || !ScrollBox->HasFocusedDescendants());
+}
+
+void SKestrelConversationView::OnUserScrolled(float ScrollOffset)
+{
+	const bool bAway = ScrollBox->GetScrollOffsetOfEnd() - ScrollOffset > KestrelConversationView::EndTolerance;
+	bFollowsWhileReading = !bAway;
+	OnScrolled.ExecuteIfBound(bAway);
+}
+
+void SKestrelConversationView::TurnPage(bool bDown)
+{
+	const float ViewHeight = static_cast<float>(FVector2D(ScrollBox->GetCachedGeometry().GetLocalSize()).Y);
+	const float Page = ViewHeight * KestrelConversationView::PageFraction;
+	const float Offset =
+		FMath::Clamp(ScrollBox->GetScrollOffset() + (bDown ? Page : -Page), 0.0f, ScrollBox->GetScrollOffsetOfEnd());
+	ScrollBox->SetScrollOffset(Offset);
+	OnUserScrolled(Offset);
+}
+
+void SKestrelConversationView::FollowEnd()
+{
+	bFollowsWhileReading = true;
+	OnEndReached.ExecuteIfBound();
+	ScrollBox->ScrollToEnd();
+}
+
+#undef LOCTEXT_NAMESPACE

@@ -1,0 +1,58 @@
+#pragma once
+
+#include "CoreMinimal.h"
+#include "Widgets/DeclarativeSyntaxSupport.h"
+#include "Widgets/SCompoundWidget.h"
+
+class SBorder;
+class SMultiLineEditableText;
+class SScrollBox;
+
+/** The user has scrolled. */
+DECLARE_DELEGATE_OneParam(FOnKestrelScrolled, bool /*bAwayFromEnd*/);
+
+/**
+ * The conversation as a scrolling list of blocks. The view follows the end as blocks are added, unless the user has
+ * scrolled away or is reading a block.
+ */
+class SKestrelConversationView : public SCompoundWidget
+{
+public:
+	SLATE_BEGIN_ARGS(SKestrelConversationView) {}
+	/** Whether the user has scrolled away from the end. It outlives the view, so somebody else keeps it. */
+	SLATE_ATTRIBUTE(bool, IsUserScrolling)
+	SLATE_EVENT(FOnKestrelScrolled, OnScrolled)
+	/** The end is in view again, or will be. */
+	SLATE_EVENT(FSimpleDelegate, OnEndReached)
+	SLATE_END_ARGS()
+
+	/** One message on the screen. */
+	struct FBlock
+	{
+		TSharedPtr<SMultiLineEditableText> Text;
+		TSharedPtr<SBorder> Border;
+	};
+
+	void Construct(const FArguments& InArgs);
+
+	/** A block at the end of the conversation. Its text can be selected and copied. */
+	FBlock AddText(const FString& Text, const FLinearColor& Color, const FName& FontStyle, float FontSize);
+	/** A block with a content of its own. */
+	void AddBlock(const TSharedRef<SBorder>& Border);
+
+	/** Each frame: a wrapped text knows its height a frame late and can leave the view short of the end. */
+	void KeepEndInView();
+	void TurnPage(bool bDown);
+	/** From now on the view follows the end: whoever sends something wants to see what comes of it. */
+	void FollowEnd();
+
+private:
+	bool FollowsEnd() const;
+	void OnUserScrolled(float ScrollOffset);
+
+	TSharedPtr<SScrollBox> ScrollBox;
+	TAttribute<bool> IsUserScrolling;
+	FOnKestrelScrolled OnScrolled;
+	FSimpleDelegate OnEndReached;
+	bool bFollowsWhileReading = false; // the user went to the end, with the focus still in a block
+};
