@@ -2,6 +2,7 @@
 
 import collections
 import concurrent.futures
+import functools
 import os
 import re
 import sys
@@ -10,6 +11,7 @@ sys.path.append("/usr/lib/python3/dist-packages")  # Debian's, whichever Python 
 
 from clang import cindex
 
+import plugin_includes
 import steps
 
 LIBRARY = "/usr/lib/x86_64-linux-gnu/libclang-14.so.1"
@@ -51,6 +53,11 @@ class Reader:
         self.uses = set()
         self.seen = set()
         self.clang = cindex.Index.create()
+        self.includes = plugin_includes.IncludeReader(self.relative, self.read_text)
+
+    def read_text(self, path):
+        with open(self.root + path, encoding="utf-8") as file:
+            return file.read()
 
     def relative(self, cursor):
         file = cursor.location.file
@@ -81,6 +88,7 @@ class Reader:
         kind = kind_of(cursor)
         if kind is not None and (kind.is_expression() or kind.is_reference()):
             self.note(path, cursor.referenced)
+            self.includes.note(path, cursor)
         for child in cursor.get_children():
             self.walk(child, path)
 
@@ -99,19 +107,21 @@ def read_units(root, units):
     for source, arguments, folder in units:
         os.chdir(folder)
         reader.read(source, arguments)
-    return reader.uses
+    return reader.uses, reader.includes.needs, reader.includes.bases
 
 
-def find_uses(commands):
-    """commands: lint's. All uses, in order."""
+@functools.cache
+def read_plugin(commands):
+    """commands: lint's. All uses, and what plugin_includes asks for: needs and bases."""
     units = [(os.path.join(steps.ROOT, source), commands.arguments(source)[1:], commands.entries[source]["directory"])
              for source in commands.of(os.path.normpath(PLUGIN))]
-    uses = set()
+    found = set(), set(), set()
     with concurrent.futures.ProcessPoolExecutor(steps.JOBS) as pool:
         shares = [units[each::steps.JOBS] for each in range(steps.JOBS)]
-        for found in pool.map(read_units, [steps.ROOT] * steps.JOBS, shares):
-            uses |= found
-    return sorted(uses)
+        for share in pool.map(read_units, [steps.ROOT] * steps.JOBS, shares):
+            for whole, part in zip(found, share):
+                whole |= part
+    return found
 
 
 def table(uses):

@@ -1,6 +1,7 @@
 """./kestrel lint and ./kestrel format"""
 
 import concurrent.futures
+import glob
 import json
 import os
 import re
@@ -8,6 +9,7 @@ import shlex
 import subprocess
 import tempfile
 
+import function_length
 import include_graph
 import steps
 import uncalled
@@ -18,6 +20,7 @@ TEXT_FILES = ("*.cpp", "*.h", "*.cs", "*.py", "*.cmake", "CMakeLists.txt", "*.in
               "kestrel", ".ci/run")
 PLUGIN_SOURCES = os.path.join("Source", "Kestrel")
 PROBLEMS_SHOWN = 20
+TIDY_BATCH = 8
 
 
 def git_files(*patterns):
@@ -163,14 +166,27 @@ def check_uncalled(_):
     return [f"{function.file}:{function.line}: nothing calls {function.name}" for function in functions]
 
 
+def check_function_length(_):
+    return function_length.check((path, read(path)) for path in git_files(*CPP))
+
+
 def engine_symbols_table(commands):
     import engine_symbols  # needs a package that only lint installs
-    return engine_symbols.TABLE, engine_symbols.table(engine_symbols.find_uses(commands))
+    return engine_symbols.TABLE, engine_symbols.table(engine_symbols.read_plugin(commands)[0])
 
 
 def check_engine_symbols(commands):
     path, table = engine_symbols_table(commands)
     return [] if read(path) == table else [f"{path} is not what the plugin uses: ./kestrel symbols writes it anew"]
+
+
+def check_what_is_used_is_included(commands):
+    import engine_symbols
+    import plugin_includes
+    folders = ["Source/Kestrel/Public", "Source/Kestrel/Private"]
+    folders += sorted({os.path.dirname(path) for path in glob.glob("Host/*/Public/", root_dir=steps.ROOT)})
+    _, needs, bases = engine_symbols.read_plugin(commands)
+    return plugin_includes.check(read, plugin_includes.find_headers(steps.ROOT, folders), needs, bases)
 
 
 def write_engine_symbols():
@@ -182,12 +198,32 @@ def write_engine_symbols():
     return 0
 
 
-def check_plugin_with_clang_tidy(commands):
-    def tidy(source):
-        arguments = [word for word in commands.arguments(source)[1:] if not word.startswith("-fsanitize")]
-        return run(["clang-tidy", "--quiet", source, "--", *arguments])
+def tidy(commands, source, file, *options):
+    """What clang-tidy says of a file that is compiled as the build compiles the source."""
+    arguments = [word for word in commands.arguments(source)[1:] if not word.startswith("-fsanitize")]
+    return run(["clang-tidy", "--quiet", *options, file, "--", *arguments], commands.entries[source]["directory"])
 
-    return in_parallel(tidy, commands.of(PLUGIN_SOURCES))
+
+def check_plugin_with_clang_tidy(commands):
+    return in_parallel(lambda source: tidy(commands, source, os.path.join(steps.ROOT, source)), commands.of(PLUGIN_SOURCES))
+
+
+def tidy_batch(commands, sources):
+    """Sources of one target in one go: the headers are read once for all of them."""
+    with tempfile.NamedTemporaryFile("w", suffix=".cpp", encoding="utf-8", dir=steps.build_folder(PRESET)) as file:
+        file.write("".join(f'#include "{os.path.join(steps.ROOT, source)}"\n' for source in sources))
+        file.flush()
+        return tidy(commands, sources[0], file.name, f"--config-file={os.path.join(steps.ROOT, '.clang-tidy')}",
+                    "--header-filter=/(Host|Service)/", "--checks=-bugprone-suspicious-include")
+
+
+def check_others_with_clang_tidy(commands):
+    targets = {}
+    for source in commands.of("Host") + commands.of("Service"):
+        if "/Tests/" not in source:
+            targets.setdefault(tuple(commands.arguments(source)), []).append(source)
+    batches = [sources[at:at + TIDY_BATCH] for sources in targets.values() for at in range(0, len(sources), TIDY_BATCH)]
+    return in_parallel(lambda sources: tidy_batch(commands, sources), batches)
 
 
 CHECKS = [
@@ -198,9 +234,12 @@ CHECKS = [
     ("The plugin sees listed modules only", check_plugin_includes),
     ("The plugin's folders include downwards only", check_include_order),
     ("No function of the host is uncalled", check_uncalled),
+    ("Every function fits on a screen", check_function_length),
     ("The table of engine symbols is up to date", check_engine_symbols),
+    ("The plugin includes what it uses", check_what_is_used_is_included),
     ("The plugin compiles as one file", check_unity_build),
     ("clang-tidy finds nothing in the plugin", check_plugin_with_clang_tidy),
+    ("clang-tidy finds nothing in host and service", check_others_with_clang_tidy),
 ]
 
 

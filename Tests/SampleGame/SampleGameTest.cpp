@@ -73,6 +73,16 @@ protected:
 
 	static UObject* GetPart(AActor* Actor, const TCHAR* Name) { return Actor->GetDefaultSubobjectByName(Name); }
 
+	/** Of the character. */
+	void EditHeader(const TCHAR* Old, const TCHAR* New) const
+	{
+		const FString Header = ProjectDir / TEXT("Source/Harrier/Player/HarrierCharacter.h");
+		FString Text;
+		ASSERT_TRUE(FFileHelper::LoadFileToString(Text, *Header));
+		ASSERT_EQ(Text.ReplaceInline(Old, New), 1);
+		ASSERT_TRUE(FFileHelper::SaveStringToFile(Text, *Header));
+	}
+
 	static void Reload()
 	{
 		IHotReloadModule& HotReload = IHotReloadModule::Get();
@@ -155,12 +165,8 @@ TEST_F(FSampleGameTest, IsBuiltPlayedChangedAndPlayedOn)
 	EXPECT_LT(Warden->GetActorLocation().X, 600.0);
 
 	// New code: the walker keeps its feathers and gets the new speed.
-	const FString Header = ProjectDir / TEXT("Source/Harrier/Player/HarrierCharacter.h");
 	const int32 Failures = FDebug::GetNumEnsureFailures();
-	FString Text;
-	ASSERT_TRUE(FFileHelper::LoadFileToString(Text, *Header));
-	ASSERT_EQ(Text.ReplaceInline(TEXT("WalkSpeed = 300.0f"), TEXT("WalkSpeed = 350.0f")), 1);
-	ASSERT_TRUE(FFileHelper::SaveStringToFile(Text, *Header));
+	EditHeader(TEXT("WalkSpeed = 300.0f"), TEXT("WalkSpeed = 350.0f"));
 	Reload();
 	ACharacter* const Walker = Play.GetWalker();
 	ASSERT_TRUE(Walker);

@@ -195,6 +195,30 @@ protected:
 		Object->ProcessEvent(Object->FindFunctionChecked(TEXT("CountTwigs")), &Twigs);
 		return Twigs;
 	}
+
+	/** The new class is in place of the old one: for what was made of it, for its defaults, and for its code. */
+	static void ExpectReplaced(const UClass* OldClass, UObject* Untouched, UObject* Changed)
+	{
+		UClass* const NewClass = NestClass();
+		ASSERT_TRUE(NewClass);
+		EXPECT_NE(NewClass, OldClass);
+		EXPECT_TRUE(OldClass->GetName().StartsWith(TEXT("HOTRELOADED_Nest_")));
+		EXPECT_TRUE(OldClass->HasAnyClassFlags(CLASS_NewerVersionExists));
+		EXPECT_TRUE(Get(NewClass->GetDefaultObject(), TEXT("Eggs")).Equals(TEXT("5")));
+		EXPECT_TRUE(NewClass->GetDefaultObject()->GetPathName().Equals(TEXT("/Script/Nest.Default__Nest")));
+		EXPECT_EQ(Untouched->GetClass(), NewClass) << "a kept pointer leads to the new object";
+		EXPECT_TRUE(Untouched->GetPathName().Equals(TEXT("/Engine/Transient.Untouched")));
+		EXPECT_TRUE(Get(Untouched, TEXT("Eggs")).Equals(TEXT("5")));
+		EXPECT_TRUE(Get(Untouched, TEXT("Length")).Equals(TEXT("50"))) << "the parent in the other module is new, too";
+		EXPECT_EQ(NewClass->GetSuperClass(), FindObject<UClass>(nullptr, TEXT("/Script/Twig.Twig")));
+		EXPECT_EQ(CountTwigs(Untouched), 50) << "new code runs";
+		EXPECT_TRUE(Get(Changed, TEXT("Eggs")).Equals(TEXT("7")));
+		EXPECT_TRUE(Get(Changed, TEXT("Bird")).Equals(TEXT("Wren")));
+		EXPECT_TRUE(Get(Changed, TEXT("Neighbour")).Contains(TEXT("/Engine/Transient.Untouched")));
+		EXPECT_TRUE(Get(Changed, TEXT("Distances")).Contains(TEXT("/Engine/Transient.Untouched")));
+		CollectGarbage(RF_NoFlags);
+		EXPECT_EQ(CountTwigs(Changed), 50) << "the old objects are gone, the new ones are not";
+	}
 };
 }
 
@@ -246,26 +270,8 @@ TEST_F(FHotReloadTest, AGameModuleIsBuiltChangedAndPutInPlaceOfTheOldOne)
 	EXPECT_TRUE(bReloadComplete);
 	EXPECT_TRUE(Reload().GetModuleCompileMethod("Nest").Equals(TEXT("Runtime")));
 
+	ExpectReplaced(OldClass, Untouched.Get(), Changed.Get());
 	UClass* const NewClass = NestClass();
-	ASSERT_TRUE(NewClass);
-	EXPECT_NE(NewClass, OldClass);
-	EXPECT_TRUE(OldClass->GetName().StartsWith(TEXT("HOTRELOADED_Nest_")));
-	EXPECT_TRUE(OldClass->HasAnyClassFlags(CLASS_NewerVersionExists));
-	EXPECT_TRUE(Get(NewClass->GetDefaultObject(), TEXT("Eggs")).Equals(TEXT("5")));
-	EXPECT_TRUE(NewClass->GetDefaultObject()->GetPathName().Equals(TEXT("/Script/Nest.Default__Nest")));
-	EXPECT_EQ(Untouched->GetClass(), NewClass) << "a kept pointer leads to the new object";
-	EXPECT_TRUE(Untouched->GetPathName().Equals(TEXT("/Engine/Transient.Untouched")));
-	EXPECT_TRUE(Get(Untouched.Get(), TEXT("Eggs")).Equals(TEXT("5")));
-	EXPECT_TRUE(Get(Untouched.Get(), TEXT("Length")).Equals(TEXT("50")))
-		<< "the parent in the other module is new, too";
-	EXPECT_EQ(NewClass->GetSuperClass(), FindObject<UClass>(nullptr, TEXT("/Script/Twig.Twig")));
-	EXPECT_EQ(CountTwigs(Untouched.Get()), 50) << "new code runs";
-	EXPECT_TRUE(Get(Changed.Get(), TEXT("Eggs")).Equals(TEXT("7")));
-	EXPECT_TRUE(Get(Changed.Get(), TEXT("Bird")).Equals(TEXT("Wren")));
-	EXPECT_TRUE(Get(Changed.Get(), TEXT("Neighbour")).Contains(TEXT("/Engine/Transient.Untouched")));
-	EXPECT_TRUE(Get(Changed.Get(), TEXT("Distances")).Contains(TEXT("/Engine/Transient.Untouched")));
-	CollectGarbage(RF_NoFlags);
-	EXPECT_EQ(CountTwigs(Changed.Get()), 50) << "the old objects are gone, the new ones are not";
 
 	// A compile that is cancelled leaves things as they are.
 	WriteNest(TEXT("int32"), TEXT("6"));

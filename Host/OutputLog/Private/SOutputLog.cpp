@@ -25,44 +25,7 @@ void SOutputLog::Construct(const FArguments& InArgs, const TSharedRef<const FOut
 		SNew(SVerticalBox)
 		+ SVerticalBox::Slot().AutoHeight().Padding(4.0f)
 		[
-			SNew(SHorizontalBox)
-			+ SHorizontalBox::Slot().FillWidth(1.0f)
-			[
-				SNew(SEditableTextBox)
-				.HintText(LOCTEXT("Filter", "Search Log"))
-				.ClearKeyboardFocusOnCommit(false)
-				.OnTextChanged(this, &SOutputLog::OnFilterChanged)
-			]
-			+ SHorizontalBox::Slot().AutoWidth().VAlign(VAlign_Center).Padding(8.0f, 0.0f, 0.0f, 0.0f)
-			[
-				MakeLevelSwitch(ELogVerbosity::Log, LOCTEXT("Messages", "Messages"))
-			]
-			+ SHorizontalBox::Slot().AutoWidth().VAlign(VAlign_Center).Padding(8.0f, 0.0f, 0.0f, 0.0f)
-			[
-				MakeLevelSwitch(ELogVerbosity::Warning, LOCTEXT("Warnings", "Warnings"))
-			]
-			+ SHorizontalBox::Slot().AutoWidth().VAlign(VAlign_Center).Padding(8.0f, 0.0f, 8.0f, 0.0f)
-			[
-				MakeLevelSwitch(ELogVerbosity::Error, LOCTEXT("Errors", "Errors"))
-			]
-			+ SHorizontalBox::Slot().AutoWidth()
-			[
-				SNew(SComboButton)
-				.AccessibleText(LOCTEXT("Categories", "Categories"))
-				.OnGetMenuContent(this, &SOutputLog::MakeCategoryMenu)
-				.ButtonContent()
-				[
-					SNew(STextBlock).Text(LOCTEXT("Categories", "Categories"))
-				]
-			]
-			+ SHorizontalBox::Slot().AutoWidth().Padding(4.0f, 0.0f, 0.0f, 0.0f)
-			[
-				SNew(SButton)
-				.ContentPadding(FMargin(8.0f, 3.0f))
-				.Text(LOCTEXT("Clear", "Clear Log"))
-				.ToolTipText(LOCTEXT("ClearTip", "Takes the lines off this view; the log file keeps them"))
-				.OnClicked(this, &SOutputLog::OnClearClicked)
-			]
+			MakeToolBar()
 		]
 		+ SVerticalBox::Slot().FillHeight(1.0f)
 		[
@@ -89,6 +52,50 @@ void SOutputLog::Construct(const FArguments& InArgs, const TSharedRef<const FOut
 			.OnUserScrolled(this, &SOutputLog::OnScrolledSideways)
 		]
 	];
+	// clang-format on
+}
+
+TSharedRef<SWidget> SOutputLog::MakeToolBar()
+{
+	// clang-format off
+	return SNew(SHorizontalBox)
+		+ SHorizontalBox::Slot().FillWidth(1.0f)
+		[
+			SNew(SEditableTextBox)
+			.HintText(LOCTEXT("Filter", "Search Log"))
+			.ClearKeyboardFocusOnCommit(false)
+			.OnTextChanged(this, &SOutputLog::OnFilterChanged)
+		]
+		+ SHorizontalBox::Slot().AutoWidth().VAlign(VAlign_Center).Padding(8.0f, 0.0f, 0.0f, 0.0f)
+		[
+			MakeLevelSwitch(ELogVerbosity::Log, LOCTEXT("Messages", "Messages"))
+		]
+		+ SHorizontalBox::Slot().AutoWidth().VAlign(VAlign_Center).Padding(8.0f, 0.0f, 0.0f, 0.0f)
+		[
+			MakeLevelSwitch(ELogVerbosity::Warning, LOCTEXT("Warnings", "Warnings"))
+		]
+		+ SHorizontalBox::Slot().AutoWidth().VAlign(VAlign_Center).Padding(8.0f, 0.0f, 8.0f, 0.0f)
+		[
+			MakeLevelSwitch(ELogVerbosity::Error, LOCTEXT("Errors", "Errors"))
+		]
+		+ SHorizontalBox::Slot().AutoWidth()
+		[
+			SNew(SComboButton)
+			.AccessibleText(LOCTEXT("Categories", "Categories"))
+			.OnGetMenuContent(this, &SOutputLog::MakeCategoryMenu)
+			.ButtonContent()
+			[
+				SNew(STextBlock).Text(LOCTEXT("Categories", "Categories"))
+			]
+		]
+		+ SHorizontalBox::Slot().AutoWidth().Padding(4.0f, 0.0f, 0.0f, 0.0f)
+		[
+			SNew(SButton)
+			.ContentPadding(FMargin(8.0f, 3.0f))
+			.Text(LOCTEXT("Clear", "Clear Log"))
+			.ToolTipText(LOCTEXT("ClearTip", "Takes the lines off this view; the log file keeps them"))
+			.OnClicked(this, &SOutputLog::OnClearClicked)
+		];
 	// clang-format on
 }
 

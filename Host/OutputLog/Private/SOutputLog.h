@@ -20,6 +20,7 @@ public:
 
 private:
 	/** Hides and shows the lines of a level. */
+	TSharedRef<SWidget> MakeToolBar();
 	TSharedRef<SWidget> MakeLevelSwitch(ELogVerbosity::Type Level, const FText& Label);
 	TSharedRef<SWidget> MakeCategoryMenu();
 	TSharedRef<SWidget> MakeCategorySwitch(FName Category);

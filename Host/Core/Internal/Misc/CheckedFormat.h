@@ -144,8 +144,24 @@ struct FChecker
 		}
 	}
 
-	/** At stands behind the "%". */
-	consteval void CheckSpecifier()
+	consteval void CheckFloat()
+	{
+		if (Take() != EArgument::Float)
+		{
+			FloatSpecifierWantsFloatingPoint();
+		}
+	}
+
+	consteval void CheckPointer()
+	{
+		const EArgument Argument = Take();
+		if (Argument != EArgument::Pointer && Argument != EArgument::WideText && Argument != EArgument::NarrowText)
+		{
+			PercentPWantsPointer();
+		}
+	}
+
+	consteval void SkipFlagsAndPrecision()
 	{
 		while (IsFlag(*At))
 		{
@@ -157,7 +173,12 @@ struct FChecker
 			++At;
 			SkipWidth();
 		}
+	}
 
+	/** At stands behind the "%". */
+	consteval void CheckSpecifier()
+	{
+		SkipFlagsAndPrecision();
 		int32 NumH = 0;
 		int32 NumL = 0;
 		bool bSize = false;
@@ -204,20 +225,11 @@ struct FChecker
 		case u'G':
 		case u'e':
 		case u'E':
-			if (Take() != EArgument::Float)
-			{
-				FloatSpecifierWantsFloatingPoint();
-			}
+			CheckFloat();
 			break;
 		case u'p':
-		{
-			const EArgument Argument = Take();
-			if (Argument != EArgument::Pointer && Argument != EArgument::WideText && Argument != EArgument::NarrowText)
-			{
-				PercentPWantsPointer();
-			}
+			CheckPointer();
 			break;
-		}
 		default:
 			UnknownSpecifierOrUnescapedPercent();
 		}

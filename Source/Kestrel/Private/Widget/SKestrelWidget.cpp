@@ -6,10 +6,17 @@
 #include "Agent/Tools/ToolTable.h"
 #include "Framework/Application/SlateApplication.h"
 #include "HAL/PlatformTime.h"
+#include "Input/Events.h"
 #include "InputCoreTypes.h"
+#include "Layout/Geometry.h"
+#include "Layout/Visibility.h"
+#include "Misc/Attribute.h"
 #include "Styling/AppStyle.h"
 #include "Styling/CoreStyle.h"
+#include "Styling/ISlateStyle.h"
 #include "Styling/SlateTypes.h"
+#include "Types/SlateEnums.h"
+#include "Types/WidgetActiveTimerDelegate.h"
 #include "Widget/KestrelStyle.h"
 #include "Widget/SKestrelApprovalList.h"
 #include "Widget/SKestrelApproveButton.h"
@@ -124,11 +131,21 @@ void SKestrelWidget::Construct(const FArguments& InArgs)
 
 	// A widget that is not shown yet cannot have the focus.
 	RegisterActiveTimer(0.0f, FWidgetActiveTimerDelegate::CreateSP(this, &SKestrelWidget::SetFocusPostConstruct));
+	BindToAgent();
+	ShowWelcome();
+}
+
+void SKestrelWidget::BindToAgent()
+{
 	FKestrelInterface::Get().StatusMessageDelegate.BindSP(this, &SKestrelWidget::OnAddStatusMessage);
 	FKestrelInterface::Get().DiffMessageDelegate.BindSP(this, &SKestrelWidget::OnAddDiffMessage);
 	FKestrelInterface::Get().HintDelegate.BindSP(this, &SKestrelWidget::OnAddHint);
 	StateChangedHandle = FAgent::Get().OnStateChanged().AddSP(this, &SKestrelWidget::OnAgentStateChanged);
 	OnAgentStateChanged();
+}
+
+void SKestrelWidget::ShowWelcome()
+{
 	const FText Welcome = LOCTEXT("Welcome",
 		"I know the files and Blueprints of this project: I can read, search and change them, compile the game and run "
 		"Python scripts. "

@@ -1,8 +1,13 @@
 #pragma once
 
 #include "CoreMinimal.h"
+#include "Delegates/IDelegateInstance.h"
+#include "Input/Events.h"
 #include "Input/Reply.h"
+#include "Layout/Geometry.h"
+#include "Layout/Visibility.h"
 #include "Styling/SlateColor.h"
+#include "Types/WidgetActiveTimerDelegate.h"
 #include "Widget/LineDiff.h"
 #include "Widgets/DeclarativeSyntaxSupport.h"
 #include "Widgets/SCompoundWidget.h"
@@ -86,6 +91,8 @@ public:
 	bool IsRedoButtonEnabled() const;
 
 private:
+	void BindToAgent();
+	void ShowWelcome();
 	TSharedRef<SWidget> MakePromptBox();
 	const FSlateBrush* GetPromptBrush() const;
 	/** Slate units; 0, which limits nothing, before it was painted. */
@@ -99,6 +106,10 @@ private:
 	// What a button does, or why it cannot be pressed.
 	FText GetStartToolTip() const;
 	FText GetContinueToolTip() const;
+	FText GetApproveToolTip() const;
+	FText GetUndoToolTip() const;
+	FText GetRedoToolTip() const;
+	FText GetEndToolTip() const;
 	void AddDiffBlock(const FString& FilePath, const FString& Before, const FString& After);
 	/** The path of the file, how many lines were added and removed, and a button that copies the path. */
 	TSharedRef<SWidget> MakeDiffHeader(const FString& FilePath, const TArray<FDiffChunk>& Chunks) const;

@@ -1,8 +1,11 @@
 #include "Agent/Agent.h"
 #include "Agent/Chat/KestrelInterface.h"
 #include "KestrelSettings.h"
+#include "Layout/Visibility.h"
 #include "Styling/AppStyle.h"
+#include "Styling/ISlateStyle.h"
 #include "Styling/SlateTypes.h"
+#include "Types/SlateEnums.h"
 #include "UObject/Class.h"
 #include "Widget/SKestrelApproveButton.h"
 #include "Widget/SKestrelWidget.h"
@@ -56,9 +59,7 @@ TSharedRef<SWidget> SKestrelWidget::MakeButtonRow()
 		[
 			SAssignNew(EndButton, SButton)
 			.Text(LOCTEXT("End", "[ End ]"))
-			.ToolTipText_Lambda([this]() {
-				return IsEndButtonEnabled() ? LOCTEXT("EndToolTip", "End the conversation") : KestrelButtons::NoConversation();
-			})
+			.ToolTipText(this, &SKestrelWidget::GetEndToolTip)
 			.IsEnabled(this, &SKestrelWidget::IsEndButtonEnabled)
 			.OnClicked(this, &SKestrelWidget::OnRequestEndButtonClicked)
 		];
@@ -103,10 +104,7 @@ TSharedRef<SWidget> SKestrelWidget::MakeButtonsOfRow()
 			SAssignNew(ApproveButton, SKestrelApproveButton)
 			.ButtonStyle(&FAppStyle::Get().GetWidgetStyle<FButtonStyle>("PrimaryButton"))
 			.Text(LOCTEXT("Approve", "Approve"))
-			.ToolTipText_Lambda([this]() {
-				return IsApproveButtonEnabled() ? LOCTEXT("ApproveToolTip", "Run the tools that the assistant has asked for")
-												: LOCTEXT("NothingToApprove", "Nothing waits for approval.");
-			})
+			.ToolTipText(this, &SKestrelWidget::GetApproveToolTip)
 			.IsEnabled(this, &SKestrelWidget::IsApproveButtonEnabled)
 			.Visibility(this, &SKestrelWidget::UpdateApproveButton)
 			.OnClicked(this, &SKestrelWidget::OnApproveButtonClicked)
@@ -115,10 +113,7 @@ TSharedRef<SWidget> SKestrelWidget::MakeButtonsOfRow()
 		[
 			SAssignNew(UndoButton, SButton)
 			.Text(LOCTEXT("Undo", "Undo"))
-			.ToolTipText_Lambda([this]() {
-				return IsUndoButtonEnabled() ? LOCTEXT("UndoToolTip", "Undo the last conversation's changes")
-											 : LOCTEXT("NothingToUndo", "There is nothing to undo.");
-			})
+			.ToolTipText(this, &SKestrelWidget::GetUndoToolTip)
 			.IsEnabled(this, &SKestrelWidget::IsUndoButtonEnabled)
 			.OnClicked(this, &SKestrelWidget::OnUndoClicked)
 		]
@@ -126,10 +121,7 @@ TSharedRef<SWidget> SKestrelWidget::MakeButtonsOfRow()
 		[
 			SAssignNew(RedoButton, SButton)
 			.Text(LOCTEXT("Redo", "Redo"))
-			.ToolTipText_Lambda([this]() {
-				return IsRedoButtonEnabled() ? LOCTEXT("RedoToolTip", "Restore the file changes that Undo reverted")
-											 : LOCTEXT("NothingToRedo", "There is nothing to redo.");
-			})
+			.ToolTipText(this, &SKestrelWidget::GetRedoToolTip)
 			.IsEnabled(this, &SKestrelWidget::IsRedoButtonEnabled)
 			.OnClicked(this, &SKestrelWidget::OnRedoClicked)
 		];
@@ -155,6 +147,29 @@ FText SKestrelWidget::GetContinueToolTip() const
 	return UpdateContinueButtonEnability()
 			   ? LOCTEXT("ContinueToolTip", "Continue the conversation with this prompt (Enter)")
 			   : KestrelButtons::NoPrompt();
+}
+
+FText SKestrelWidget::GetEndToolTip() const
+{
+	return IsEndButtonEnabled() ? LOCTEXT("EndToolTip", "End the conversation") : KestrelButtons::NoConversation();
+}
+
+FText SKestrelWidget::GetApproveToolTip() const
+{
+	return IsApproveButtonEnabled() ? LOCTEXT("ApproveToolTip", "Run the tools that the assistant has asked for")
+									: LOCTEXT("NothingToApprove", "Nothing waits for approval.");
+}
+
+FText SKestrelWidget::GetUndoToolTip() const
+{
+	return IsUndoButtonEnabled() ? LOCTEXT("UndoToolTip", "Undo the last conversation's changes")
+								 : LOCTEXT("NothingToUndo", "There is nothing to undo.");
+}
+
+FText SKestrelWidget::GetRedoToolTip() const
+{
+	return IsRedoButtonEnabled() ? LOCTEXT("RedoToolTip", "Restore the file changes that Undo reverted")
+								 : LOCTEXT("NothingToRedo", "There is nothing to redo.");
 }
 
 bool SKestrelWidget::UpdateStartButton() const
