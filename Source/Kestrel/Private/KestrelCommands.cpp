@@ -1,4 +1,5 @@
 #include "KestrelCommands.h"
+#include "Framework/Commands/InputChord.h"
 
 #define LOCTEXT_NAMESPACE "FKestrelModule"
 

@@ -1,5 +1,6 @@
 #include "KestrelSettings.h"
 
+#include "UObject/ObjectMacros.h"
 #include "UObject/UnrealType.h"
 
 UKestrelSettings::UKestrelSettings()

@@ -5,7 +5,7 @@
 
 #include "KestrelSettings.generated.h"
 
-/** What the assistant is meant to do with a wish. */
+/** What the assistant is meant to do with a prompt. */
 UENUM()
 enum class EKestrelMode : uint8
 {

@@ -1,8 +1,13 @@
 #include "Widget/SKestrelApprovalList.h"
 
 #include "Agent/Text/DisplayText.h"
+#include "Input/Reply.h"
+#include "Layout/Visibility.h"
 #include "Styling/CoreStyle.h"
+#include "Styling/ISlateStyle.h"
+#include "Styling/SlateColor.h"
 #include "Styling/SlateTypes.h"
+#include "Types/SlateEnums.h"
 #include "Widget/KestrelStyle.h"
 #include "Widgets/Input/SButton.h"
 #include "Widgets/Layout/SBorder.h"

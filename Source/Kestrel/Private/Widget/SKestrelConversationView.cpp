@@ -1,7 +1,10 @@
 #include "Widget/SKestrelConversationView.h"
 
 #include "Agent/Chat/KestrelInterface.h"
+#include "Layout/Geometry.h"
+#include "Misc/Attribute.h"
 #include "Styling/CoreStyle.h"
+#include "Styling/ISlateStyle.h"
 #include "Styling/SlateTypes.h"
 #include "Widget/KestrelStyle.h"
 #include "Widgets/Layout/SBorder.h"

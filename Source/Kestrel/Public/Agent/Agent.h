@@ -2,6 +2,7 @@
 
 #include "Agent/KestrelAgentState.h"
 #include "CoreMinimal.h"
+#include "Delegates/IDelegateInstance.h"
 
 class FJsonObject;
 class FJsonValue;

@@ -12,6 +12,7 @@
 #include "KestrelSettings.h"
 #include "Misc/App.h"
 #include "Misc/EngineVersion.h"
+#include "Misc/EngineVersionBase.h"
 #include "Misc/Paths.h"
 #include "UObject/Class.h"
 

@@ -5,6 +5,8 @@
 #include "KestrelSettings.h"
 #include "Misc/PackageName.h"
 #include "UObject/Class.h"
+#include "UObject/ObjectMacros.h"
+#include "UObject/Script.h"
 #include "UObject/UnrealType.h"
 
 namespace KestrelBlueprintDocument

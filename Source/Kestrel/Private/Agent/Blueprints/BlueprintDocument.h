@@ -5,6 +5,7 @@
 class FJsonObject;
 class FProperty;
 class UFunction;
+class UObject;
 
 /** What the documents of Blueprints and behavior trees have in common. */
 namespace KestrelBlueprintDocument

@@ -5,6 +5,7 @@
 #include "Editor.h"
 #include "Editor/EditorEngine.h"
 #include "Editor/Transactor.h"
+#include "UObject/ObjectPtr.h"
 
 #define LOCTEXT_NAMESPACE "FKestrelInterface"
 

@@ -1,11 +1,15 @@
 #include "Agent/Files/AssetClassCache.h"
 
 #include "Agent/Files/FileUtils.h"
+#include "AssetRegistry/AssetData.h"
 #include "AssetRegistry/AssetRegistryModule.h"
+#include "AssetRegistry/IAssetRegistry.h"
 #include "HAL/FileManager.h"
 #include "Misc/FileHelper.h"
 #include "Misc/PackageName.h"
 #include "Misc/Paths.h"
+#include "Modules/ModuleManager.h"
+#include "UObject/TopLevelAssetPath.h"
 
 namespace AssetClassCache
 {

@@ -8,6 +8,7 @@
 #include "Misc/FileHelper.h"
 #include "Misc/Guid.h"
 #include "Misc/Paths.h"
+#include "Misc/Timespan.h"
 
 namespace FileRescue
 {

@@ -8,6 +8,7 @@
 #include "Misc/Paths.h"
 #include "ProfilingDebugging/MiscTrace.h"
 #include "Serialization/JsonWriter.h"
+#include "Stats/Stats.h"
 #include "UObject/Class.h"
 
 namespace FileTree

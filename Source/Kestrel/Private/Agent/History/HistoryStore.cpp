@@ -14,6 +14,7 @@
 #include "Misc/DateTime.h"
 #include "Misc/FileHelper.h"
 #include "Misc/Paths.h"
+#include "Misc/Timespan.h"
 
 namespace HistoryStore
 {

@@ -3,6 +3,7 @@
 #include "Editor.h"
 #include "Editor/EditorEngine.h"
 #include "Editor/Transactor.h"
+#include "UObject/ObjectPtr.h"
 
 FString GetKestrelTransactionName(const FString& ConversationId)
 {

@@ -13,6 +13,7 @@
 #include "Misc/PackageName.h"
 #include "Misc/Paths.h"
 #include "Misc/ScopedSlowTask.h"
+#include "Templates/Casts.h"
 
 #define LOCTEXT_NAMESPACE "Kestrel"
 

@@ -2,6 +2,7 @@
 
 #include "Agent/Chat/KestrelInterface.h"
 #include "CoreGlobals.h"
+#include "Delegates/IDelegateInstance.h"
 #include "HAL/PlatformTime.h"
 #include "Misc/HotReloadInterface.h"
 #include "Misc/OutputDeviceRedirector.h"

@@ -2,6 +2,7 @@
 
 #include "Containers/Ticker.h"
 #include "CoreMinimal.h"
+#include "Delegates/IDelegateInstance.h"
 #include "Misc/CompilationResult.h"
 #include "Misc/OutputDevice.h"
 

@@ -7,6 +7,7 @@
 #include "Misc/DateTime.h"
 #include "Misc/FileHelper.h"
 #include "Misc/Paths.h"
+#include "Misc/Timespan.h"
 #include "PythonScriptTypes.h"
 
 namespace KestrelPythonUtils

@@ -4,6 +4,8 @@
 #include "CoreMinimal.h"
 #include "Misc/DateTime.h"
 
+class UClass;
+
 /**
  * An asset that tools of one answer change: what it was when it was shown, or when the last of these tools left it.
  *

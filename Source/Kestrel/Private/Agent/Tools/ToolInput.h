@@ -3,6 +3,8 @@
 #include "Agent/Tools/ToolTable.h"
 #include "CoreMinimal.h"
 
+class FJsonObject;
+
 /** Lines of a file, counted from 1; -1 as the end means the last one. */
 struct FKestrelLineRange
 {

@@ -7,6 +7,9 @@
 #include "Agent/Tools/ToolTable.h"
 #include "CoreMinimal.h"
 
+class FJsonObject;
+class UClass;
+
 /** How a tool changes its file. */
 enum class EKestrelFileOperation : uint8
 {

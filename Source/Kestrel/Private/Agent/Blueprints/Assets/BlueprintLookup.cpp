@@ -12,6 +12,8 @@
 #include "Misc/PackageName.h"
 #include "Misc/Paths.h"
 #include "Modules/ModuleManager.h"
+#include "UObject/Class.h"
+#include "UObject/Object.h"
 #include "UObject/UObjectHash.h"
 
 namespace BlueprintLookup

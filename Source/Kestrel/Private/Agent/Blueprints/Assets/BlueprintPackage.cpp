@@ -15,6 +15,7 @@
 #include "Misc/Paths.h"
 #include "UObject/Package.h"
 #include "UObject/SavePackage.h"
+#include "UObject/UObjectGlobals.h"
 
 namespace BlueprintPackage
 {

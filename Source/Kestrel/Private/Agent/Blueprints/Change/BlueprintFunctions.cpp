@@ -14,6 +14,8 @@
 #include "K2Node_EditablePinBase.h"
 #include "K2Node_FunctionResult.h"
 #include "Kismet2/BlueprintEditorUtils.h"
+#include "UObject/Class.h"
+#include "UObject/ObjectPtr.h"
 
 namespace BlueprintFunctions
 {

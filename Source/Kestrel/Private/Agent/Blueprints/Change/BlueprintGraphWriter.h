@@ -5,6 +5,7 @@
 class FJsonObject;
 class FKestrelBlueprintReport;
 class UBlueprint;
+class UClass;
 class UEdGraph;
 class UEdGraphNode;
 class UEdGraphPin;

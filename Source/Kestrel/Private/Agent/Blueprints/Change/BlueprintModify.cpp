@@ -11,6 +11,8 @@
 #include "Dom/JsonValue.h"
 #include "Engine/Blueprint.h"
 #include "ScopedTransaction.h"
+#include "Templates/SubclassOf.h"
+#include "UObject/ObjectMacros.h"
 #include "UObject/StrongObjectPtr.h"
 
 namespace BlueprintModify

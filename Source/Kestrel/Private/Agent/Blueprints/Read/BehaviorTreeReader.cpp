@@ -6,13 +6,16 @@
 #include "BehaviorTree/BTService.h"
 #include "BehaviorTree/BTTaskNode.h"
 #include "BehaviorTree/BehaviorTree.h"
+#include "BehaviorTree/BehaviorTreeTypes.h"
 #include "BehaviorTree/Blackboard/BlackboardKeyType_Enum.h"
 #include "BehaviorTree/Blackboard/BlackboardKeyType_NativeEnum.h"
 #include "BehaviorTree/Blackboard/BlackboardKeyType_Object.h"
 #include "BehaviorTree/BlackboardData.h"
 #include "Dom/JsonObject.h"
+#include "Dom/JsonValue.h"
 #include "Templates/Casts.h"
 #include "UObject/Class.h"
+#include "UObject/ObjectPtr.h"
 
 namespace BehaviorTreeReader
 {

@@ -4,11 +4,16 @@
 #include "Agent/Text/JsonText.h"
 #include "Components/ActorComponent.h"
 #include "Dom/JsonObject.h"
+#include "Dom/JsonValue.h"
 #include "EdGraph/EdGraph.h"
 #include "Engine/Blueprint.h"
 #include "Engine/BlueprintGeneratedClass.h"
 #include "GameFramework/Actor.h"
+#include "Templates/Casts.h"
+#include "Templates/SubclassOf.h"
 #include "UObject/Interface.h"
+#include "UObject/ObjectMacros.h"
+#include "UObject/ObjectPtr.h"
 #include "UObject/UnrealType.h"
 
 namespace BlueprintReader

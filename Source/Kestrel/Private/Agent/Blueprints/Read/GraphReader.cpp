@@ -1,11 +1,15 @@
 #include "Agent/Blueprints/KestrelBlueprintUtils.h"
 #include "Dom/JsonObject.h"
+#include "Dom/JsonValue.h"
 #include "EdGraph/EdGraph.h"
 #include "EdGraph/EdGraphNode.h"
 #include "EdGraph/EdGraphPin.h"
 #include "K2Node_CallFunction.h"
 #include "K2Node_VariableGet.h"
 #include "K2Node_VariableSet.h"
+#include "Templates/Casts.h"
+#include "UObject/Class.h"
+#include "UObject/WeakObjectPtrTemplates.h"
 
 namespace GraphReader
 {

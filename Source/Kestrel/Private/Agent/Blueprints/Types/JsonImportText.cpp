@@ -4,11 +4,16 @@
 #include "Agent/Blueprints/KestrelBlueprintUtils.h"
 #include "Dom/JsonObject.h"
 #include "Dom/JsonValue.h"
+#include "EdGraph/EdGraphNode.h"
 #include "EdGraph/EdGraphPin.h"
 #include "EdGraphSchema_K2.h"
 #include "Misc/FeedbackContext.h"
+#include "Serialization/JsonTypes.h"
+#include "Templates/Casts.h"
 #include "UObject/Class.h"
+#include "UObject/PropertyPortFlags.h"
 #include "UObject/UnrealType.h"
+#include "UObject/WeakObjectPtrTemplates.h"
 
 namespace JsonImportText
 {

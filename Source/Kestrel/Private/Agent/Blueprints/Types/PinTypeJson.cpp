@@ -2,9 +2,13 @@
 #include "Agent/Blueprints/KestrelBlueprintUtils.h"
 #include "Agent/Blueprints/Types/TypeLookup.h"
 #include "Dom/JsonObject.h"
+#include "Dom/JsonValue.h"
+#include "EdGraph/EdGraphNode.h"
 #include "EdGraph/EdGraphPin.h"
 #include "EdGraphSchema_K2.h"
+#include "UObject/Class.h"
 #include "UObject/UnrealType.h"
+#include "UObject/WeakObjectPtrTemplates.h"
 
 namespace PinTypeJson
 {

@@ -1,6 +1,7 @@
 #include "Agent/Blueprints/KestrelBlueprintUtils.h"
 #include "Agent/Blueprints/Types/TypeLookup.h"
 #include "Dom/JsonObject.h"
+#include "EdGraph/EdGraphNode.h"
 #include "EdGraph/EdGraphPin.h"
 #include "EdGraphSchema_K2.h"
 #include "Templates/Casts.h"

@@ -5,6 +5,8 @@
 
 // Newer engines declare it in a header of its own.
 #if __has_include("UObject/StrProperty.h")
+#include "UObject/Field.h"
+#include "UObject/PropertyPortFlags.h"
 #include "UObject/StrProperty.h"
 #endif
 

@@ -7,7 +7,10 @@
 #include "EdGraphSchema_K2.h"
 #include "Engine/Blueprint.h"
 #include "Misc/PackageName.h"
+#include "Templates/Casts.h"
+#include "Templates/SubclassOf.h"
 #include "UObject/Class.h"
+#include "UObject/ObjectMacros.h"
 #include "UObject/Package.h"
 #include "UObject/UObjectGlobals.h"
 

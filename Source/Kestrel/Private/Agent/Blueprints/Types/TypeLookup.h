@@ -4,6 +4,7 @@
 
 class UClass;
 class UEnum;
+class UObject;
 class UScriptStruct;
 
 /**
