@@ -3,14 +3,15 @@
 #   [REFLECTED    <header>...]   headers with UCLASS, USTRUCT or UENUM: HeaderTool reads them
 #   [PUBLIC_NEEDS  <target>...]  modules whose headers the Public headers include
 #   [PRIVATE_NEEDS <target>...]  modules and libraries that the sources use
-#   [TESTS        <file>...])    GoogleTest sources, built into <Name>Tests
+#   [TESTS        <file>...]     GoogleTest sources, built into <Name>Tests
+#   [OWN_HEADER])                its libraries bring compile options that HostHeader is not compiled with
 #
 # Public has the engine's headers; Internal those that the engine does not have, for host modules only.
 #
 # A module is a shared library of its own, as in the engine's modular build: what does not name the module it uses does
 # not link.
 function(host_module name)
-  cmake_parse_arguments(arg "" "" "SOURCES;REFLECTED;PUBLIC_NEEDS;PRIVATE_NEEDS;TESTS" ${ARGN})
+  cmake_parse_arguments(arg "OWN_HEADER" "" "SOURCES;REFLECTED;PUBLIC_NEEDS;PRIVATE_NEEDS;TESTS" ${ARGN})
 
   add_library(${name} SHARED ${arg_SOURCES})
   set_target_properties(${name} PROPERTIES OUTPUT_NAME Host-${name})
@@ -22,7 +23,11 @@ function(host_module name)
   target_link_options(${name} PRIVATE -Wl,-z,defs)
   string(TOUPPER ${name} upper_name)
   target_compile_definitions(${name} PUBLIC ${upper_name}_API= PRIVATE UE_MODULE_NAME="${name}")
-  engine_precompiled_header(${name})
+  if(arg_OWN_HEADER)
+    engine_precompiled_header(${name})
+  else()
+    engine_precompiled_header(${name} HostHeader)
+  endif()
   compile_in_batches(${name} 8)
 
   if(arg_REFLECTED)
@@ -60,7 +65,13 @@ function(host_test name)
   add_test(NAME ${name} COMMAND ${name} --gtest_output=xml:${CMAKE_BINARY_DIR}/TestResults/${name}.xml)
 endfunction()
 
-# engine_precompiled_header(<target>): every source of the target sees CoreMinimal.h, parsed once for the target.
+# engine_precompiled_header(<target> [<owner>]): every source of the target sees CoreMinimal.h, parsed once for all targets
+# that are compiled like the owner: HostHeader, or GameModuleHeader for modules that hide their symbols. A target with
+# other options, such as a program, has none.
 function(engine_precompiled_header target)
-  target_precompile_headers(${target} PRIVATE <CoreMinimal.h>)
+  if(ARGC GREATER 1)
+    target_precompile_headers(${target} REUSE_FROM ${ARGV1})
+  else()
+    target_precompile_headers(${target} PRIVATE <CoreMinimal.h>)
+  endif()
 endfunction()

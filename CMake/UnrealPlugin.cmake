@@ -49,7 +49,14 @@ function(unreal_module module plugin_folder)
   target_compile_options(${module} PRIVATE -fvisibility=hidden)
   target_compile_definitions(${module} PRIVATE
     "${upper_module}_API=__attribute__((visibility(\"default\")))" UE_MODULE_NAME="${module}")
-  engine_precompiled_header(${module})
+  read_build_cs_optimises(${folder}/${module}.Build.cs optimises)
+  if(optimises)
+    engine_precompiled_header(${module} GameModuleHeader)
+  else()
+    engine_precompiled_header(${module})
+    compile_without_optimising(${module})
+    compile_in_batches(${module} 8)
+  endif()
 
   # A header that includes a generated header without need, or needs one that it does not include, is for HeaderTool to
   # reject.
@@ -88,6 +95,16 @@ function(read_build_cs_modules build_cs out_modules)
     endforeach()
   endforeach()
   set(${out_modules} ${modules} PARENT_SCOPE)
+endfunction()
+
+# Tests say that they are not worth optimising: OptimizeCode = CodeOptimization.Never.
+function(read_build_cs_optimises build_cs out_optimises)
+  file(STRINGS ${build_cs} never REGEX "OptimizeCode = CodeOptimization\\.Never;")
+  if(never)
+    set(${out_optimises} FALSE PARENT_SCOPE)
+  else()
+    set(${out_optimises} TRUE PARENT_SCOPE)
+  endif()
 endfunction()
 
 # Reads PrivateIncludePaths.Add(Path.Combine(ModuleDirectory, "...", ...)) out of a Build.cs.

@@ -8,6 +8,7 @@ public class KestrelTests : ModuleRules
 	{
 		PCHUsage = PCHUsageMode.UseExplicitOrSharedPCHs;
 		IncludeOrderVersion = EngineIncludeOrderVersion.Latest;
+		OptimizeCode = CodeOptimization.Never; // it runs once from top to bottom
 
 		// Tests reach behind the plugin's public headers.
 		PrivateIncludePaths.Add(Path.Combine(ModuleDirectory, "..", "Kestrel", "Private"));
