@@ -51,6 +51,12 @@ if(HOST_SANITIZE)
   list(APPEND CMAKE_BUILD_RPATH ${asan_runtime_folder})
 endif()
 
+option(HOST_COVERAGE "Count which functions run" OFF)
+if(HOST_COVERAGE)
+  add_compile_options(-fprofile-instr-generate -fcoverage-mapping)
+  add_link_options(-fprofile-instr-generate)
+endif()
+
 add_library(EngineCompileRules INTERFACE)
 target_compile_options(EngineCompileRules INTERFACE
   -fno-exceptions

@@ -18,8 +18,8 @@ class Recorder(unittest.TextTestResult):
         super().__init__(*arguments, **options)
         self.cases = []
 
-    def record(self, test, message=""):
-        self.cases.append({"name": name_of(test), "message": message})
+    def record(self, test, message="", skipped=""):
+        self.cases.append({"name": name_of(test), "message": message, "skipped": skipped})
 
     def addSuccess(self, test):
         super().addSuccess(test)
@@ -32,6 +32,10 @@ class Recorder(unittest.TextTestResult):
     def addError(self, test, err):
         super().addError(test, err)
         self.record(test, self._exc_info_to_string(err, test))
+
+    def addSkip(self, test, reason):
+        super().addSkip(test, reason)
+        self.record(test, skipped=reason or "without a reason")
 
     def addSubTest(self, test, subtest, err):
         super().addSubTest(test, subtest, err)

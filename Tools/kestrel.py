@@ -8,6 +8,7 @@ sys.dont_write_bytecode = True
 
 import bench
 import content
+import coverage
 import lint
 import run
 import steps
@@ -35,6 +36,7 @@ def main():
 
     commands.add_parser("bench", help="measure the hot paths against a peer on this machine")
     commands.add_parser("content", help="make the assets of the sample project anew")
+    commands.add_parser("coverage", help="measure how many functions the tests run")
     commands.add_parser("lint", help="check format, headers, includes and unused code")
     commands.add_parser("symbols", help="write Docs/EngineSymbols.tsv: what the plugin uses of the engine")
     commands.add_parser("format", help="format all C++ sources")
@@ -46,6 +48,7 @@ def main():
         "test": lambda: testing.test(arguments.filter),
         "bench": bench.bench,
         "content": content.content,
+        "coverage": coverage.coverage,
         "lint": lint.lint,
         "symbols": lint.write_engine_symbols,
         "format": lint.format_sources,

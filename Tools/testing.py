@@ -24,6 +24,7 @@ class Results:
     def __init__(self):
         self.passed = 0
         self.failures = []  # (name, message)
+        self.skipped = []  # (name, reason)
         self.explained = set()  # programs whose own results hold a failure
 
     def add(self, name, message):
@@ -35,7 +36,10 @@ class Results:
 
     def read_google_test(self, path):
         for case in xml.etree.ElementTree.parse(path).getroot().iter("testcase"):
-            if case.get("status") == "run" and case.get("result") != "skipped":
+            if case.get("result") == "skipped":
+                self.skipped += [(f"{case.get('classname')}.{case.get('name')}", skipped.get("message") or "")
+                                 for skipped in case.iter("skipped")]
+            elif case.get("status") == "run":
                 message = "\n".join(failure.get("message") or "failed" for failure in case.iter("failure"))
                 self.add(f"{case.get('classname')}.{case.get('name')}", message)
 
@@ -48,7 +52,10 @@ class Results:
     def read_end_to_end(self, path):
         with open(path, encoding="utf-8") as report:
             for case in json.load(report):
-                self.add(case["name"], case["message"])
+                if case["skipped"]:
+                    self.skipped.append((case["name"], case["skipped"]))
+                else:
+                    self.add(case["name"], case["message"])
 
     def read_folder(self, folder):
         readers = [("*.xml", self.read_google_test), ("*/index.json", self.read_editor_report),
@@ -90,11 +97,11 @@ def environment(name_filter):
     return env
 
 
-def run_programs(results_folder, name_filter):
+def run_programs(results_folder, name_filter, preset=PRESET):
     shutil.rmtree(results_folder, ignore_errors=True)
     os.makedirs(results_folder)
     junit = os.path.join(steps.LOG_FOLDER, "ctest.xml")
-    command = ["ctest", "--preset", PRESET, "--output-on-failure", "--timeout", str(PROGRAM_TIMEOUT_SECONDS),
+    command = ["ctest", "--preset", preset, "--output-on-failure", "--timeout", str(PROGRAM_TIMEOUT_SECONDS),
                "-j", str(steps.JOBS + WAITING_PROGRAMS), "--output-junit", junit]
     try:
         steps.run_step("Testing", command, PROGRAMS_LOG, environment(name_filter), progress=CTEST_PROGRESS)
@@ -111,6 +118,8 @@ def test(name_filter=""):
     results = Results()
     results.read_folder(results_folder)
     results.add_dead_programs(junit)
+    for name, reason in results.skipped:
+        print(f"[SKIPPED] {name}: {' '.join(reason.split())}")
     for name, message in results.failures:
         print(f"\n[FAILED] {name}")
         print("\n".join("    " + line for line in message.splitlines()))
@@ -118,5 +127,6 @@ def test(name_filter=""):
         print(f"\nAll output: {os.path.join(steps.LOG_FOLDER, PROGRAMS_LOG)}")
     elif not results.passed:
         print(f"No test has '{name_filter}' in its name." if name_filter else "There are no tests.")
-    print(f"{results.passed} passed, {len(results.failures)} failed", flush=True)
+    skipped = f"{len(results.skipped)} skipped, " if results.skipped else ""
+    print(f"{skipped}{results.passed} passed, {len(results.failures)} failed", flush=True)
     return 0 if results.passed and not results.failures else 1
