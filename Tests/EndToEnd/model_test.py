@@ -50,7 +50,10 @@ class ModelTest(EndToEndTest):
             "Done: the character jumps twice", "Undoing Last Changes...", "Compilation successful!")
         self.assertEqual(run.code, 0, run)
         self.assertEqual(self.files_of_project("Source", "Config"), before)
-        self.assertNotIn(b"JumpsSeen", self.files_of_project("Content")["Content/Blueprints/BP_Warden.uasset"])
+        warden = self.files_of_project("Content")["Content/Blueprints/BP_Warden.uasset"]
+        self.assertNotIn(b"JumpsSeen", warden)
+        self.assertIn(b'Class=/Script/Harrier.HealthComponent Name="Health_GEN_VARIABLE"', warden)
+        self.assertNotIn(b"/Engine/Transient", warden)
         self.check_approvals(run)
         self.check_key(model, run)
 

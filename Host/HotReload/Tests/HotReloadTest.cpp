@@ -243,6 +243,10 @@ TEST_F(FHotReloadTest, AGameModuleIsBuiltChangedAndPutInPlaceOfTheOldOne)
 	Set(Changed.Get(), TEXT("Neighbour"), Untouched->GetPathName());
 	Set(Changed.Get(), TEXT("Distances"), TEXT("((\"") + Untouched->GetPathName() + TEXT("\", 4))"));
 	EXPECT_EQ(CountTwigs(Untouched.Get()), 30);
+	// As the components of a Blueprint are kept.
+	const TStrongObjectPtr<UObject> Template(
+		NewObject<UObject>(GetTransientPackage(), OldClass, TEXT("Template"), RF_Public | RF_ArchetypeObject));
+	Set(Template.Get(), TEXT("Eggs"), TEXT("8"));
 
 	// Nothing has changed; meanwhile no second compile is accepted, and its refusal brings no event.
 	EXPECT_EQ(Reload().DoHotReloadFromEditor(EHotReloadFlags::None), ECompilationResult::Succeeded);
@@ -272,6 +276,9 @@ TEST_F(FHotReloadTest, AGameModuleIsBuiltChangedAndPutInPlaceOfTheOldOne)
 
 	ExpectReplaced(OldClass, Untouched.Get(), Changed.Get());
 	UClass* const NewClass = NestClass();
+	EXPECT_EQ(Template->GetClass(), NewClass) << "a template of the old class could not be saved";
+	EXPECT_TRUE(Template->HasAllFlags(RF_Public | RF_ArchetypeObject));
+	EXPECT_TRUE(Get(Template.Get(), TEXT("Eggs")).Equals(TEXT("8")));
 
 	// A compile that is cancelled leaves things as they are.
 	WriteNest(TEXT("int32"), TEXT("6"));

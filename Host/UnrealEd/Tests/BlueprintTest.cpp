@@ -156,6 +156,30 @@ TEST_F(BlueprintTest, ChildrenFollowTheirParent)
 	Anew->RemoveFromRoot();
 }
 
+TEST_F(BlueprintTest, TemplatesFollowTheirClass)
+{
+	UBlueprint* const Lamp = Make(TEXT("/Game/BP_Lamp"));
+	FBlueprintEditorUtils::AddMemberVariable(Lamp, TEXT("Oil"), MakeType(UEdGraphSchema_K2::PC_Int), TEXT("5"));
+	Compile(Lamp);
+	const auto GetOil = [Lamp](UObject* Of) {
+		return FindFProperty<FIntProperty>(Lamp->GeneratedClass, TEXT("Oil"))->ContainerPtrToValuePtr<int32>(Of);
+	};
+	// As the components that a Blueprint has are kept.
+	UObject* const Template = NewObject<UObject>(
+		Make(TEXT("/Game/BP_House")), Lamp->GeneratedClass.Get(), TEXT("Lamp"), RF_Public | RF_ArchetypeObject);
+	Template->AddToRoot();
+	*GetOil(Template) = 9;
+
+	FBlueprintEditorUtils::AddMemberVariable(Lamp, TEXT("Wick"), MakeType(UEdGraphSchema_K2::PC_String));
+	Compile(Lamp);
+	UObject* const Anew = FindObject<UObject>(nullptr, TEXT("/Game/BP_House.BP_House:Lamp"));
+	ASSERT_TRUE(Anew);
+	ASSERT_EQ(Anew->GetClass(), Lamp->GeneratedClass) << ToUtf8(Anew->GetClass()->GetName());
+	EXPECT_TRUE(Anew->HasAllFlags(RF_Public | RF_ArchetypeObject));
+	EXPECT_EQ(*GetOil(Anew), 9);
+	Anew->RemoveFromRoot();
+}
+
 TEST_F(BlueprintTest, FunctionsGetParametersFlagsAndTemporaries)
 {
 	UBlueprint* const Blueprint = Make(TEXT("/Game/BP_Functions"));

@@ -307,8 +307,11 @@ void FReflectedTypeReload::MapDefaultObjects()
 
 void FReflectedTypeReload::MapObjects()
 {
-	TArray<UObject*> Objects = ReflectedTypeReload::FindObjects(
-		[this](const UObject* Object) { return NewTypes.Contains(Object->GetClass()) && !Object->IsTemplate(); });
+	// Default objects and what they are made of come with their classes. Other templates, such as the components of
+	// Blueprints, are values: under an old class, a saved one could not be read again.
+	TArray<UObject*> Objects = ReflectedTypeReload::FindObjects([this](const UObject* Object) {
+		return NewTypes.Contains(Object->GetClass()) && !Object->IsTemplate(RF_ClassDefaultObject);
+	});
 	// From the outside in: a new object's constructor makes its subobjects itself.
 	Objects.Sort([](const UObject& A, const UObject& B) {
 		return ReflectedTypeReload::GetDepth(A) < ReflectedTypeReload::GetDepth(B);
