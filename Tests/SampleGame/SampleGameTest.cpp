@@ -10,9 +10,11 @@
 #include "HostGameModules.h"
 #include "IHotReload.h"
 #include "Interfaces/IProjectManager.h"
+#include "Kismet2/KismetEditorUtilities.h"
 #include "Misc/ConfigCacheIni.h"
 #include "Misc/FileHelper.h"
 #include "ScratchDirectory.h"
+#include "UObject/Package.h"
 #include "UObject/UnrealType.h"
 
 #include <filesystem>
@@ -69,6 +71,12 @@ protected:
 		} Parms{ Argument, {} };
 		Object->ProcessEvent(Object->FindFunctionChecked(Function), &Parms);
 		return Parms.Result;
+	}
+
+	static void Set(UObject* Object, const TCHAR* Property, const TCHAR* Value)
+	{
+		ASSERT_TRUE(
+			Object->GetClass()->FindPropertyByName(Property)->ImportText_InContainer(Value, Object, Object, PPF_None));
 	}
 
 	static UObject* GetPart(AActor* Actor, const TCHAR* Name) { return Actor->GetDefaultSubobjectByName(Name); }
@@ -164,6 +172,14 @@ TEST_F(FSampleGameTest, IsBuiltPlayedChangedAndPlayedOn)
 	Play.Tick(10);
 	EXPECT_LT(Warden->GetActorLocation().X, 600.0);
 
+	// What somebody has set in a Blueprint of the walker.
+	FModuleManager::Get().LoadModuleChecked<IModuleInterface>(TEXT("UnrealEd"));
+	const UBlueprint* const Hero = FKismetEditorUtilities::CreateBlueprint(
+		Character, CreatePackage(TEXT("/Game/BP_Hero")), TEXT("BP_Hero"), BPTYPE_Normal);
+	const auto GetHero = [Hero]() { return Cast<AActor>(Hero->GeneratedClass->GetDefaultObject()); };
+	Set(GetHero(), TEXT("RunSpeed"), TEXT("900"));
+	Set(GetPart(GetHero(), TEXT("Health")), TEXT("MaxHealth"), TEXT("250"));
+
 	// New code: the walker keeps its feathers and gets the new speed.
 	const int32 Failures = FDebug::GetNumEnsureFailures();
 	EditHeader(TEXT("WalkSpeed = 300.0f"), TEXT("WalkSpeed = 350.0f"));
@@ -174,6 +190,10 @@ TEST_F(FSampleGameTest, IsBuiltPlayedChangedAndPlayedOn)
 	EXPECT_NE(Walker->GetClass(), Character);
 	EXPECT_EQ(Get(Walker, TEXT("Feathers")), "12");
 	EXPECT_EQ(Get(Walker, TEXT("WalkSpeed")), "350.000000");
+	EXPECT_EQ(Get(GetHero(), TEXT("WalkSpeed")), "350.000000");
+	EXPECT_EQ(Get(GetHero(), TEXT("RunSpeed")), "900.000000");
+	EXPECT_EQ(GetPart(GetHero(), TEXT("Health"))->GetClass(), FindGameClass(TEXT("HealthComponent")));
+	EXPECT_EQ(Get(GetPart(GetHero(), TEXT("Health")), TEXT("MaxHealth")), "250.000000");
 	EXPECT_TRUE(Walker->HasActorBegunPlay());
 	EXPECT_EQ(Walker->GetCharacterMovement()->MaxWalkSpeed, 350.0f);
 	CollectGarbage(RF_NoFlags);

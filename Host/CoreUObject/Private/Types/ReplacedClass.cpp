@@ -2,6 +2,7 @@
 
 #include "Objects/ObjectTable.h"
 #include "UObject/Package.h"
+#include "UObject/ReflectedTypeReload.h"
 #include "UObject/UObjectHash.h"
 #include "UObject/UnrealType.h"
 
@@ -118,7 +119,10 @@ void CopyChangedValues(const UObject& Old, const UObject& OldArchetype, UObject&
 		}
 		UObject* const NewPart = New.GetDefaultSubobjectByName(Part->GetFName());
 		const UObject* const OldPart = const_cast<UObject&>(OldArchetype).GetDefaultSubobjectByName(Part->GetFName());
-		if (NewPart && OldPart && NewPart->IsA(OldPart->GetClass()))
+		// The part's class may be another by now, as its parent's.
+		const UClass* const PartClass =
+			OldPart ? static_cast<UClass*>(FReflectedTypeReload::FindNewest(OldPart->GetClass())) : nullptr;
+		if (NewPart && PartClass && NewPart->IsA(PartClass))
 		{
 			CopyChangedValues(*Part, *OldPart, *NewPart);
 		}
