@@ -1,5 +1,8 @@
 #include "Components/SphereComponent.h"
 #include "Containers/Ticker.h"
+#include "EdGraphSchema_K2.h"
+#include "Editor.h"
+#include "Editor/EditorEngine.h"
 #include "Engine/World.h"
 #include "GameFramework/Character.h"
 #include "GameFramework/CharacterMovementComponent.h"
@@ -10,9 +13,11 @@
 #include "HostGameModules.h"
 #include "IHotReload.h"
 #include "Interfaces/IProjectManager.h"
+#include "Kismet2/BlueprintEditorUtils.h"
 #include "Kismet2/KismetEditorUtilities.h"
 #include "Misc/ConfigCacheIni.h"
 #include "Misc/FileHelper.h"
+#include "ScopedTransaction.h"
 #include "ScratchDirectory.h"
 #include "UObject/Package.h"
 #include "UObject/UnrealType.h"
@@ -174,11 +179,21 @@ TEST_F(FSampleGameTest, IsBuiltPlayedChangedAndPlayedOn)
 
 	// What somebody has set in a Blueprint of the walker.
 	FModuleManager::Get().LoadModuleChecked<IModuleInterface>(TEXT("UnrealEd"));
-	const UBlueprint* const Hero = FKismetEditorUtilities::CreateBlueprint(
+	UBlueprint* const Hero = FKismetEditorUtilities::CreateBlueprint(
 		Character, CreatePackage(TEXT("/Game/BP_Hero")), TEXT("BP_Hero"), BPTYPE_Normal);
 	const auto GetHero = [Hero]() { return Cast<AActor>(Hero->GeneratedClass->GetDefaultObject()); };
 	Set(GetHero(), TEXT("RunSpeed"), TEXT("900"));
 	Set(GetPart(GetHero(), TEXT("Health")), TEXT("MaxHealth"), TEXT("250"));
+
+	const auto FindMood = []() { return FindObject<UEnum>(nullptr, TEXT("/Script/Harrier.EWardenMood")); };
+	FBlueprintEditorUtils::AddMemberVariable(Hero, TEXT("Mood"),
+		FEdGraphPinType(
+			UEdGraphSchema_K2::PC_Byte, NAME_None, FindMood(), EPinContainerType::None, false, FEdGraphTerminalType()));
+	{
+		const FScopedTransaction Transaction(FText::FromString(TEXT("Change")));
+		Hero->Modify();
+		Hero->NewVariables.Empty();
+	}
 
 	// New code: the walker keeps its feathers and gets the new speed.
 	const int32 Failures = FDebug::GetNumEnsureFailures();
@@ -194,6 +209,10 @@ TEST_F(FSampleGameTest, IsBuiltPlayedChangedAndPlayedOn)
 	EXPECT_EQ(Get(GetHero(), TEXT("RunSpeed")), "900.000000");
 	EXPECT_EQ(GetPart(GetHero(), TEXT("Health"))->GetClass(), FindGameClass(TEXT("HealthComponent")));
 	EXPECT_EQ(Get(GetPart(GetHero(), TEXT("Health")), TEXT("MaxHealth")), "250.000000");
+	ASSERT_TRUE(GEditor->UndoTransaction());
+	ASSERT_EQ(Hero->NewVariables.Num(), 1);
+	ASSERT_TRUE(FindMood());
+	EXPECT_EQ(Hero->NewVariables[0].VarType.PinSubCategoryObject.Get(), FindMood());
 	EXPECT_TRUE(Walker->HasActorBegunPlay());
 	EXPECT_EQ(Walker->GetCharacterMovement()->MaxWalkSpeed, 350.0f);
 	CollectGarbage(RF_NoFlags);

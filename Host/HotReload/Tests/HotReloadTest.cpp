@@ -43,6 +43,9 @@ public:
 	EBird Bird = EBird::Robin;
 
 	UPROPERTY()
+	TObjectPtr<UEnum> Kinds;
+
+	UPROPERTY()
 	TObjectPtr<UNest> Neighbour;
 
 	UPROPERTY()
@@ -214,6 +217,7 @@ protected:
 		EXPECT_EQ(CountTwigs(Untouched), 50) << "new code runs";
 		EXPECT_TRUE(Get(Changed, TEXT("Eggs")).Equals(TEXT("7")));
 		EXPECT_TRUE(Get(Changed, TEXT("Bird")).Equals(TEXT("Wren")));
+		EXPECT_TRUE(Get(Changed, TEXT("Kinds")).Contains(TEXT("/Script/Nest.EBird")));
 		EXPECT_TRUE(Get(Changed, TEXT("Neighbour")).Contains(TEXT("/Engine/Transient.Untouched")));
 		EXPECT_TRUE(Get(Changed, TEXT("Distances")).Contains(TEXT("/Engine/Transient.Untouched")));
 		CollectGarbage(RF_NoFlags);
@@ -240,6 +244,7 @@ TEST_F(FHotReloadTest, AGameModuleIsBuiltChangedAndPutInPlaceOfTheOldOne)
 	const TStrongObjectPtr<UObject> Changed(NewObject<UObject>(GetTransientPackage(), OldClass, TEXT("Changed")));
 	Set(Changed.Get(), TEXT("Eggs"), TEXT("7"));
 	Set(Changed.Get(), TEXT("Bird"), TEXT("Wren"));
+	Set(Changed.Get(), TEXT("Kinds"), TEXT("/Script/Nest.EBird"));
 	Set(Changed.Get(), TEXT("Neighbour"), Untouched->GetPathName());
 	Set(Changed.Get(), TEXT("Distances"), TEXT("((\"") + Untouched->GetPathName() + TEXT("\", 4))"));
 	EXPECT_EQ(CountTwigs(Untouched.Get()), 30);

@@ -14,9 +14,9 @@ class UPackage;
  * An old type stays in memory, since its code does, but lies in the transient package and is called
  * "HOTRELOADED_<Name>_<n>". Objects of an old class, templates among them, are made anew from the new one, under their
  * own names; values that differed from the old defaults go over by the names of the properties. The default object is
- * the new constructor's work alone, with the configuration read into it. Whatever refers to an old object or class
- * through reflected properties, dynamic delegates among them, or the garbage collection's hooks refers to the new one
- * then.
+ * the new constructor's work alone, with the configuration read into it. Whatever refers to an old object, class or
+ * enum through reflected properties, dynamic delegates among them, or the garbage collection's hooks refers to the new
+ * one then.
  *
  * What it leaves alone: classes derived from an old one that do not come anew themselves, and structs and properties of
  * other packages that hold a struct by value; they go on with the old type.
@@ -55,6 +55,6 @@ private:
 
 	const FName PackageName;
 	TMap<UField*, UField*> NewTypes;     // by the old ones
-	TMap<UObject*, UObject*> NewObjects; // by the old ones: objects, default objects and classes
+	TMap<UObject*, UObject*> NewObjects; // by the old ones: objects, default objects, classes and enums
 	TArray<UObject*> Discarded;
 };

@@ -269,6 +269,11 @@ void FReflectedTypeReload::Replace(UField& OldType, UField& NewType)
 		NewObjects.Add(&OldClass, &NewType);
 		ReflectedTypeReload::MoveOutOfTheWay(*OldClass.GetDefaultObject());
 	}
+	else if (OldType.IsA(UEnum::StaticClass()))
+	{
+		// Unlike a struct's, nothing in memory is laid out by an enum: who names the old one can name the new one.
+		NewObjects.Add(&OldType, &NewType);
+	}
 }
 
 void FReflectedTypeReload::Reinstance()

@@ -2,6 +2,7 @@
 #include "UObject/Class.h"
 #include "UObject/ObjectText.h"
 #include "UObject/Package.h"
+#include "UObject/ReflectedTypeReload.h"
 
 /** References in recorded states are numbers: an object may have another name when the state is put back. */
 class FTransactionReferences final : public FObjectReferences
@@ -28,7 +29,10 @@ public:
 	{
 		const FString Prefix = TEXT("Object");
 		const int32 Number = Text.StartsWith(Prefix) ? FCString::Atoi(*Text + Prefix.Len()) : INDEX_NONE;
-		return Transaction.References.IsValidIndex(Number) ? Transaction.References[Number] : nullptr;
+		// A type of the game may have been compiled anew since.
+		return Transaction.References.IsValidIndex(Number)
+				   ? FReflectedTypeReload::FindNewest(Transaction.References[Number])
+				   : nullptr;
 	}
 
 private:
