@@ -12,23 +12,14 @@
 
 namespace KestrelNativeFile
 {
-/** Replaces the longest part of the path that exists; Resolve answers with an empty string for one that does not. */
-FString ResolveExistingPart(const FString& FullPath, TFunctionRef<FString(const FString&)> Resolve)
+bool IsTooLong(const FString& FullPath)
 {
-	FString Existing = FullPath;
-	FString Rest;
-	while (!Existing.IsEmpty())
-	{
-		const FString Resolved = Resolve(Existing);
-		if (!Resolved.IsEmpty())
-		{
-			return Rest.IsEmpty() ? Resolved : Resolved / Rest;
-		}
-		const FString Name = FPaths::GetCleanFilename(Existing);
-		Rest = Rest.IsEmpty() ? Name : Name / Rest;
-		Existing = FPaths::GetPath(Existing);
-	}
-	return FullPath;
+#if PLATFORM_WINDOWS
+	constexpr int32 MaxPathLength = 32767;
+#else
+	constexpr int32 MaxPathLength = 4096;
+#endif
+	return FullPath.Len() > MaxPathLength;
 }
 
 bool IsReachedWithoutLinks(const FString& FullPath, const FString& Folder)
@@ -51,17 +42,73 @@ bool IsDanglingLink(const FString& FullPath)
 	return lstat(TCHAR_TO_UTF8(*FullPath), &Info) == 0 && stat(TCHAR_TO_UTF8(*FullPath), &Info) != 0;
 }
 
+/** The path with all links resolved; empty for one that does not exist. */
+FString ResolveExisting(const FString& FullPath)
+{
+	char* const Native = realpath(TCHAR_TO_UTF8(*FullPath), nullptr);
+	const FString Real = Native ? FString(UTF8_TO_TCHAR(Native)) : FString();
+	free(Native);
+	return Real;
+}
+
+FString WithoutSlashesAtTheEnd(const FString& Path)
+{
+	int32 Length = Path.Len();
+	while (Length > 1 && Path[Length - 1] == TEXT('/'))
+	{
+		--Length;
+	}
+	return Path.Left(Length);
+}
+
+/** Where the names of the path end: its lengths up to there. */
+TArray<int32> FindEndsOfNames(const FString& Path)
+{
+	TArray<int32> Ends;
+	for (int32 Index = 1; Index < Path.Len(); ++Index)
+	{
+		if (Path[Index] == TEXT('/') && Path[Index - 1] != TEXT('/'))
+		{
+			Ends.Add(Index);
+		}
+	}
+	Ends.Add(Path.Len());
+	return Ends;
+}
+
 FString ResolveLinks(const FString& FullPath)
 {
-	bool bDangling = false;
-	const FString Resolved = ResolveExistingPart(FullPath, [&bDangling](const FString& Path) {
-		bDangling |= IsDanglingLink(Path);
-		char* const Native = realpath(TCHAR_TO_UTF8(*Path), nullptr);
-		const FString Real = Native ? FString(UTF8_TO_TCHAR(Native)) : FString();
-		free(Native);
+	if (IsTooLong(FullPath))
+	{
+		return FString();
+	}
+	const FString Path = WithoutSlashesAtTheEnd(FullPath);
+	const TArray<int32> Ends = FindEndsOfNames(Path);
+	// Nothing exists in a folder that does not: each look halves what is left to find out.
+	FString Real;
+	int32 NumExisting = 0;
+	for (int32 NumLeft = Ends.Num(); NumLeft > 0;)
+	{
+		const int32 NumLookedAt = (NumLeft + 1) / 2;
+		FString Resolved = ResolveExisting(Path.Left(Ends[NumExisting + NumLookedAt - 1]));
+		if (Resolved.IsEmpty())
+		{
+			NumLeft = NumLookedAt - 1;
+			continue;
+		}
+		Real = MoveTemp(Resolved);
+		NumExisting += NumLookedAt;
+		NumLeft -= NumLookedAt;
+	}
+	if (NumExisting == Ends.Num())
+	{
 		return Real;
-	});
-	return bDangling ? FString() : Resolved;
+	}
+	if (IsDanglingLink(Path.Left(Ends[NumExisting])))
+	{
+		return FString();
+	}
+	return NumExisting == 0 ? Path : Real / Path.RightChop(Ends[NumExisting - 1] + 1);
 }
 
 FString ReadLink(const FString& FullPath)
@@ -123,6 +170,10 @@ bool IsDanglingLink(const FString& FullPath)
 FString ResolveLinks(const FString& FullPath)
 {
 	IPlatformFile& Files = FPlatformFileManager::Get().GetPlatformFile();
+	if (IsTooLong(FullPath))
+	{
+		return FString();
+	}
 	for (FString Path = FullPath; !Path.IsEmpty(); Path = FPaths::GetPath(Path))
 	{
 		if (Files.IsSymlink(*Path) == ESymlinkResult::Symlink)

@@ -11,14 +11,17 @@ namespace KestrelNativeFile
  */
 bool IsRegularFile(const FString& FullPath);
 
+/** Whether a path is longer than any that the system opens. To look at each of its folders could take minutes. */
+bool IsTooLong(const FString& FullPath);
+
 /** Whether a path ends in a link whose target does not exist, or that leads in a circle. */
 bool IsDanglingLink(const FString& FullPath);
 
 /**
  * The path with all symbolic links resolved, as far as it exists; the part that does not exist is kept as given.
  *
- * @return an empty string when a link leads in a circle, or when the platform cannot resolve the link that the path
- *         goes through
+ * @return an empty string when a link leads in a circle, when the platform cannot resolve the link that the path goes
+ *         through, or when the path is too long (IsTooLong)
  */
 FString ResolveLinks(const FString& FullPath);
 

@@ -59,7 +59,7 @@ bool IsOneOf(const FString& Name, TArrayView<const TCHAR* const> Names)
 {
 	for (const TCHAR* Each : Names)
 	{
-		if (Name.Equals(Each, ESearchCase::IgnoreCase))
+		if (FCString::Stricmp(*Name, Each) == 0)
 		{
 			return true;
 		}
@@ -364,6 +364,13 @@ FKestrelPathReviewer::FKestrelPathReviewer()
 FKestrelPathReview FKestrelPathReviewer::Review(
 	const FString& GivenPath, const FString& RealPath, EKestrelReviewFor Purpose) const
 {
+	if (KestrelNativeFile::IsTooLong(GivenPath))
+	{
+		FKestrelPathReview TooLong;
+		TooLong.ShownPath = GivenPath;
+		TooLong.Cautions.Add(LOCTEXT("TooLong", "too long to be the path of a file"));
+		return TooLong;
+	}
 	const FString FullPath = PathReview::WithoutSlash(FPaths::ConvertRelativePathToFull(GivenPath));
 	const bool bHasOwnRealPath = !RealPath.IsEmpty() && !RealPath.Equals(FullPath);
 	const FString Real = bHasOwnRealPath ? FPaths::ConvertRelativePathToFull(RealPath) : FullPath;

@@ -107,10 +107,16 @@ void NoteEncoding(const FString& After, FKestrelToolPlan& Plan)
 FString PredictCreation(const FString& FullPath, FKestrelProjectView& View)
 {
 	constexpr int32 MaxNameBytes = 255; // of the usual file systems
+	constexpr int32 MaxNewFolders = 64; // nobody needs as many, and each is looked at several times
 	const FString Folder = FPaths::GetPath(FullPath);
+	if (KestrelNativeFile::IsTooLong(FullPath))
+	{
+		return FFileUtils::MakeError(TEXT("Failed to create directory"), Folder);
+	}
+	int32 NumNewFolders = 0;
 	for (FString Above = Folder; !Above.IsEmpty() && !FPaths::DirectoryExists(Above); Above = FPaths::GetPath(Above))
 	{
-		if (View.Exists(Above) || KestrelNativeFile::IsDanglingLink(Above) ||
+		if (++NumNewFolders > MaxNewFolders || View.Exists(Above) || KestrelNativeFile::IsDanglingLink(Above) ||
 			FTCHARToUTF8(*FPaths::GetCleanFilename(Above)).Length() > MaxNameBytes)
 		{
 			return FFileUtils::MakeError(TEXT("Failed to create directory"), Folder);

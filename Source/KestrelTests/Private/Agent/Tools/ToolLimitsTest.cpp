@@ -117,6 +117,39 @@ void FKestrelToolLimitsSpec::Define()
 			TEXT("Error: File would become larger than 256 MB: ") + File);
 	});
 
+	It("is not held up by paths of very many folders", [this]() {
+		const FKestrelTestFolder Folder;
+		Folder.Write(TEXT("small.txt"), TEXT("small"));
+		const auto MakePath = [&Folder](int32 NumFolders) {
+			FString Path = Folder.Path;
+			for (int32 Index = 0; Index < NumFolders; ++Index)
+			{
+				Path += TEXT("/d");
+			}
+			return Path + TEXT("/new.txt");
+		};
+		FKestrelToolPlanner Planner(EKestrelLookAhead::Limited);
+		const auto Create = [&Planner](const FString& Path) {
+			return PlanTool(Planner, TEXT("create_file"), { TEXT("path"), Path, TEXT("file_text"), TEXT("new") });
+		};
+		KestrelTest::TestSameText(*this, TEXT("as many as somebody makes"), Create(MakePath(50))->Refusal, FString());
+		for (const int32 NumFolders : { 1000, 3000 })
+		{
+			const FString Path = MakePath(NumFolders);
+			KestrelTest::TestSameText(*this, TEXT("created"), Create(Path)->Refusal,
+				TEXT("Error: Failed to create directory: ") + FPaths::GetPath(Path));
+			KestrelTest::TestSameText(*this, TEXT("read"),
+				PlanTool(Planner, TEXT("read_file"), { TEXT("path"), Path })->Refusal, TEXT("Error: File not found"));
+			KestrelTest::TestSameText(*this, TEXT("deleted"),
+				PlanTool(Planner, TEXT("delete_file"), { TEXT("path"), Path })->Refusal,
+				TEXT("Error: File does not exist at path: ") + Path);
+		}
+		TestFalse("there is time left to show a change",
+			PlanTool(Planner, TEXT("create_file"),
+				{ TEXT("path"), Folder.Full(TEXT("small.txt")), TEXT("file_text"), TEXT("new") })
+				->bCannotBeShown);
+	});
+
 	It("neither reads nor changes files that are too large for it", [this]() {
 		const FKestrelTestFolder Folder;
 		const FString Huge = Folder.Full(TEXT("huge.txt"));
