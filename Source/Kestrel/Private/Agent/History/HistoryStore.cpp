@@ -159,7 +159,8 @@ bool ReadDescription(const FJsonObject& Description, FString& OutPath, bool& bOu
 					   Description.TryGetBoolField(TEXT("index_touched"), OutEntry.bIndexTouched);
 	OutEntry.ActionType = static_cast<EFileActionType>(FMath::Clamp(Action, 0, 3));
 	OutEntry.RevisionControl = static_cast<EKestrelRevisionControl>(FMath::Clamp(RevisionControl, 0, 3));
-	return bRead && !OutPath.IsEmpty();
+	// A path that is too long cannot be one that a tool has changed.
+	return bRead && !OutPath.IsEmpty() && !KestrelNativeFile::IsTooLong(OutPath);
 }
 
 /** Both parts as one, compressed; empty when that is not worth the time, or makes it no smaller. */
@@ -207,6 +208,8 @@ constexpr int64 MaxRatio = 1100;
 // Bytes of one record, and of all together, that are brought back at the start.
 constexpr int64 MaxLoadedSize = 64 << 20;
 constexpr int64 MaxLoadedTotal = 256 << 20;
+/** Characters; each folder of a path is looked at, and so many are enough for some thousand files. */
+constexpr int64 MaxLoadedPathLength = 256 << 10;
 
 /** @return false for what is no whole record */
 bool Unpack(const TArray<uint8>& Packed, TArray<uint8>& OutWhole, int32& OutDescriptionSize)
@@ -323,6 +326,7 @@ void LoadSide(
 	const FString& Id, const TCHAR* Extension, FFileHistory::FFileEntries& OutEntries, TArray<FString>& OutNotFollowed)
 {
 	int64 Size = 0;
+	int64 PathLength = 0;
 	for (const FString& Name : ListRecords(Id, Extension))
 	{
 		FString Path;
@@ -331,7 +335,8 @@ void LoadSide(
 		{
 			continue;
 		}
-		if (Size < MaxLoadedTotal && IsTrustworthy(Path, Entry))
+		PathLength += Path.Len();
+		if (Size < MaxLoadedTotal && PathLength < MaxLoadedPathLength && IsTrustworthy(Path, Entry))
 		{
 			Size += SizeInMemory(Entry);
 			Entry.bFromEarlierRun = true;

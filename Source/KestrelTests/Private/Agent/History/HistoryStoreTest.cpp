@@ -149,6 +149,31 @@ void FKestrelHistoryStoreSpec::Define()
 		Clear();
 	});
 
+	It("is not held up by records whose paths no tool could have had", [this]() {
+		Clear();
+		const FString Id = FGuid::NewGuid().ToString();
+		const auto Write = [&Id](const FString& Path) {
+			FFileHistoryEntry Entry = MakeEntry(TEXT("x"));
+			FKestrelHistoryStore::Write(Id, EKestrelHistorySide::Undo, Path, Entry);
+		};
+		Write(TEXT("Config/a.txt"));
+		Write(TEXT("Config/") + FString::ChrN(400000, u'/').Replace(TEXT("/"), TEXT("d/")) + TEXT("b.txt"));
+		constexpr int32 NumLong = 150;
+		const FString Long = TEXT("Config/") + FString::ChrN(1900, u'/').Replace(TEXT("/"), TEXT("d/"));
+		for (int32 Index = 0; Index < NumLong; ++Index)
+		{
+			Write(Long + FString::FromInt(Index));
+		}
+		const TOptional<FKestrelHistoryStore::FConversation> Last = FKestrelHistoryStore::LoadLast();
+		if (TestTrue(TEXT("there is one"), Last.IsSet()))
+		{
+			TestTrue(TEXT("an ordinary path"), Last->Undo.Contains(TEXT("Config/a.txt")));
+			TestEqual(TEXT("all but the longest are told"), Last->Undo.Num() + Last->NotFollowed.Num(), 1 + NumLong);
+			TestTrue(TEXT("there is an end to it"), Last->Undo.Num() < NumLong);
+		}
+		Clear();
+	});
+
 	It("reads damaged records as none, or as what they were", [this]() {
 		Clear();
 		const FString Id = FGuid::NewGuid().ToString();
