@@ -19,7 +19,13 @@ bool IsTooLong(const FString& FullPath)
 #else
 	constexpr int32 MaxPathLength = 4096;
 #endif
-	return FullPath.Len() > MaxPathLength;
+	constexpr int32 MaxFolders = 512; // no project comes near
+	int32 NumFolders = 0;
+	for (const TCHAR Character : FullPath.Left(MaxPathLength))
+	{
+		NumFolders += Character == TEXT('/') ? 1 : 0;
+	}
+	return FullPath.Len() > MaxPathLength || NumFolders > MaxFolders;
 }
 
 bool IsReachedWithoutLinks(const FString& FullPath, const FString& Folder)

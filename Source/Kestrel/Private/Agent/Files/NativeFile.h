@@ -11,7 +11,10 @@ namespace KestrelNativeFile
  */
 bool IsRegularFile(const FString& FullPath);
 
-/** Whether a path is longer than any that the system opens. To look at each of its folders could take minutes. */
+/**
+ * Whether a path is longer than any that the system opens, or has hundreds of folders. To look at each of them, for each
+ * of many paths, could take minutes.
+ */
 bool IsTooLong(const FString& FullPath);
 
 /** Whether a path ends in a link whose target does not exist, or that leads in a circle. */

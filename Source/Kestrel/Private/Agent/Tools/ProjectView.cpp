@@ -91,8 +91,10 @@ bool FKestrelProjectView::Exists(const FString& FullPath)
 bool FKestrelProjectView::IsFolder(const FString& FullPath)
 {
 	const FString& RealPath = Resolve(FullPath);
+	const TArray<FString>* const Spellings = NewFolders.Find(RealPath);
 	return FPaths::DirectoryExists(FullPath) ||
-		   NewFolders.ContainsByPredicate([&RealPath](const FString& Folder) { return Folder.Equals(RealPath); });
+		   (Spellings &&
+			   Spellings->ContainsByPredicate([&RealPath](const FString& Folder) { return Folder.Equals(RealPath); }));
 }
 
 bool FKestrelProjectView::IsOrdinaryFile(const FString& FullPath)
@@ -184,7 +186,8 @@ void FKestrelProjectView::NoteNewFolders(const FString& FullPath)
 	for (FString Folder = FPaths::GetPath(FullPath); !Folder.IsEmpty() && !IsFolder(Folder);
 		 Folder = FPaths::GetPath(Folder))
 	{
-		NewFolders.Add(Resolve(Folder));
+		const FString& RealPath = Resolve(Folder);
+		NewFolders.FindOrAdd(RealPath).Add(RealPath);
 	}
 }
 

@@ -117,7 +117,7 @@ private:
 	TMap<FString, TArray<FPath>> Paths;
 	/** Where links were that a tool would have deleted: a path that ends there leads nowhere else any more. */
 	TArray<FString> DeletedLinks;
-	TArray<FString> NewFolders; // that tools would make, with links resolved
+	TMap<FString, TArray<FString>> NewFolders; // that tools would make, with links resolved
 	const FKestrelPathReviewer Reviewer;
 	FKestrelAssetView Assets;
 };

@@ -159,7 +159,8 @@ void FKestrelHistoryStoreSpec::Define()
 		Write(TEXT("Config/a.txt"));
 		Write(TEXT("Config/") + FString::ChrN(400000, u'/').Replace(TEXT("/"), TEXT("d/")) + TEXT("b.txt"));
 		constexpr int32 NumLong = 150;
-		const FString Long = TEXT("Config/") + FString::ChrN(1900, u'/').Replace(TEXT("/"), TEXT("d/"));
+		const FString Long =
+			TEXT("Config/") + FString::ChrN(400, u'/').Replace(TEXT("/"), TEXT("ddddddd/")); // 3,200 characters
 		for (int32 Index = 0; Index < NumLong; ++Index)
 		{
 			Write(Long + FString::FromInt(Index));

@@ -133,7 +133,7 @@ void FKestrelToolLimitsSpec::Define()
 			return PlanTool(Planner, TEXT("create_file"), { TEXT("path"), Path, TEXT("file_text"), TEXT("new") });
 		};
 		KestrelTest::TestSameText(*this, TEXT("as many as somebody makes"), Create(MakePath(50))->Refusal, FString());
-		for (const int32 NumFolders : { 1000, 3000 })
+		for (const int32 NumFolders : { 100, 1000, 3000 })
 		{
 			const FString Path = MakePath(NumFolders);
 			KestrelTest::TestSameText(*this, TEXT("created"), Create(Path)->Refusal,
