@@ -12,8 +12,8 @@ namespace KestrelNativeFile
 bool IsRegularFile(const FString& FullPath);
 
 /**
- * Whether a path is longer than any that the system opens, or has hundreds of folders. To look at each of them, for each
- * of many paths, could take minutes.
+ * Whether a path is longer than any that the system opens, or has hundreds of folders. To look at each of them, for
+ * each of many paths, could take minutes.
  */
 bool IsTooLong(const FString& FullPath);
 
