@@ -106,6 +106,52 @@ protected:
 			FTSTicker::GetCoreTicker().Tick(0.005f);
 		}
 	}
+
+	static void ExpectDelegateKnowsSignature()
+	{
+		const FMulticastDelegateProperty* const OnHealthChanged =
+			FindFProperty<FMulticastDelegateProperty>(FindGameClass(TEXT("HealthComponent")), TEXT("OnHealthChanged"));
+		ASSERT_TRUE(OnHealthChanged);
+		EXPECT_EQ(ToStd(OnHealthChanged->SignatureFunction->GetPathName()),
+			"/Script/Harrier.OnHealthChanged__DelegateSignature");
+	}
+
+	/** A Blueprint of the walker in which somebody has set values, and has removed a variable again. */
+	struct FHero
+	{
+		UBlueprint* Blueprint;
+
+		explicit FHero(UClass* Parent)
+		{
+			FModuleManager::Get().LoadModuleChecked<IModuleInterface>(TEXT("UnrealEd"));
+			Blueprint = FKismetEditorUtilities::CreateBlueprint(
+				Parent, CreatePackage(TEXT("/Game/BP_Hero")), TEXT("BP_Hero"), BPTYPE_Normal);
+			Set(GetDefaults(), TEXT("RunSpeed"), TEXT("900"));
+			Set(GetPart(GetDefaults(), TEXT("Health")), TEXT("MaxHealth"), TEXT("250"));
+			FBlueprintEditorUtils::AddMemberVariable(Blueprint, TEXT("Mood"),
+				FEdGraphPinType(UEdGraphSchema_K2::PC_Byte, NAME_None, FindMood(), EPinContainerType::None, false,
+					FEdGraphTerminalType()));
+			const FScopedTransaction Transaction(FText::FromString(TEXT("Change")));
+			Blueprint->Modify();
+			Blueprint->NewVariables.Empty();
+		}
+
+		AActor* GetDefaults() const { return Cast<AActor>(Blueprint->GeneratedClass->GetDefaultObject()); }
+		static UEnum* FindMood() { return FindObject<UEnum>(nullptr, TEXT("/Script/Harrier.EWardenMood")); }
+
+		/** New code came: what was set stays, what was not is new, and what is undone is of the new types. */
+		void ExpectKept() const
+		{
+			EXPECT_EQ(Get(GetDefaults(), TEXT("WalkSpeed")), "350.000000");
+			EXPECT_EQ(Get(GetDefaults(), TEXT("RunSpeed")), "900.000000");
+			EXPECT_EQ(GetPart(GetDefaults(), TEXT("Health"))->GetClass(), FindGameClass(TEXT("HealthComponent")));
+			EXPECT_EQ(Get(GetPart(GetDefaults(), TEXT("Health")), TEXT("MaxHealth")), "250.000000");
+			ASSERT_TRUE(GEditor->UndoTransaction());
+			ASSERT_EQ(Blueprint->NewVariables.Num(), 1);
+			ASSERT_TRUE(FindMood());
+			EXPECT_EQ(Blueprint->NewVariables[0].VarType.PinSubCategoryObject.Get(), FindMood());
+		}
+	};
 };
 
 struct FPlay
@@ -144,11 +190,7 @@ TEST_F(FSampleGameTest, IsBuiltPlayedChangedAndPlayedOn)
 	ASSERT_TRUE(Character && Character->IsChildOf<ACharacter>());
 	EXPECT_EQ(Get(Character->GetDefaultObject(), TEXT("WalkSpeed")), "300.000000");
 	EXPECT_EQ(Get(FindGameClass(TEXT("HarrierGameMode"))->GetDefaultObject(), TEXT("FeathersToWin")), "12");
-	const FMulticastDelegateProperty* const OnHealthChanged =
-		FindFProperty<FMulticastDelegateProperty>(FindGameClass(TEXT("HealthComponent")), TEXT("OnHealthChanged"));
-	ASSERT_TRUE(OnHealthChanged);
-	EXPECT_EQ(
-		ToStd(OnHealthChanged->SignatureFunction->GetPathName()), "/Script/Harrier.OnHealthChanged__DelegateSignature");
+	ExpectDelegateKnowsSignature();
 
 	const FPlay Play;
 	ASSERT_TRUE(Play.GetWalker());
@@ -177,23 +219,7 @@ TEST_F(FSampleGameTest, IsBuiltPlayedChangedAndPlayedOn)
 	Play.Tick(10);
 	EXPECT_LT(Warden->GetActorLocation().X, 600.0);
 
-	// What somebody has set in a Blueprint of the walker.
-	FModuleManager::Get().LoadModuleChecked<IModuleInterface>(TEXT("UnrealEd"));
-	UBlueprint* const Hero = FKismetEditorUtilities::CreateBlueprint(
-		Character, CreatePackage(TEXT("/Game/BP_Hero")), TEXT("BP_Hero"), BPTYPE_Normal);
-	const auto GetHero = [Hero]() { return Cast<AActor>(Hero->GeneratedClass->GetDefaultObject()); };
-	Set(GetHero(), TEXT("RunSpeed"), TEXT("900"));
-	Set(GetPart(GetHero(), TEXT("Health")), TEXT("MaxHealth"), TEXT("250"));
-
-	const auto FindMood = []() { return FindObject<UEnum>(nullptr, TEXT("/Script/Harrier.EWardenMood")); };
-	FBlueprintEditorUtils::AddMemberVariable(Hero, TEXT("Mood"),
-		FEdGraphPinType(
-			UEdGraphSchema_K2::PC_Byte, NAME_None, FindMood(), EPinContainerType::None, false, FEdGraphTerminalType()));
-	{
-		const FScopedTransaction Transaction(FText::FromString(TEXT("Change")));
-		Hero->Modify();
-		Hero->NewVariables.Empty();
-	}
+	const FHero Hero(Character);
 
 	// New code: the walker keeps its feathers and gets the new speed.
 	const int32 Failures = FDebug::GetNumEnsureFailures();
@@ -205,14 +231,7 @@ TEST_F(FSampleGameTest, IsBuiltPlayedChangedAndPlayedOn)
 	EXPECT_NE(Walker->GetClass(), Character);
 	EXPECT_EQ(Get(Walker, TEXT("Feathers")), "12");
 	EXPECT_EQ(Get(Walker, TEXT("WalkSpeed")), "350.000000");
-	EXPECT_EQ(Get(GetHero(), TEXT("WalkSpeed")), "350.000000");
-	EXPECT_EQ(Get(GetHero(), TEXT("RunSpeed")), "900.000000");
-	EXPECT_EQ(GetPart(GetHero(), TEXT("Health"))->GetClass(), FindGameClass(TEXT("HealthComponent")));
-	EXPECT_EQ(Get(GetPart(GetHero(), TEXT("Health")), TEXT("MaxHealth")), "250.000000");
-	ASSERT_TRUE(GEditor->UndoTransaction());
-	ASSERT_EQ(Hero->NewVariables.Num(), 1);
-	ASSERT_TRUE(FindMood());
-	EXPECT_EQ(Hero->NewVariables[0].VarType.PinSubCategoryObject.Get(), FindMood());
+	Hero.ExpectKept();
 	EXPECT_TRUE(Walker->HasActorBegunPlay());
 	EXPECT_EQ(Walker->GetCharacterMovement()->MaxWalkSpeed, 350.0f);
 	CollectGarbage(RF_NoFlags);

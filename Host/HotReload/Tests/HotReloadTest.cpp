@@ -199,6 +199,18 @@ protected:
 		return Twigs;
 	}
 
+	/** Errors name file and line; what the Build.cs does not list cannot be included. */
+	void FailToCompile()
+	{
+		WriteNest(TEXT("int32"), TEXT("4"), TEXT("int Broken = ;\n#include \"Dom/JsonObject.h\"\n"));
+		EXPECT_EQ(CompileAndFinish(), ECompilationResult::OtherCompilationError);
+		const FString Source = ProjectDir / TEXT("Source/Nest/Own Things/N\u00e9st.cpp");
+		EXPECT_TRUE(Output.Contains(Source + TEXT(":10:14: error: expected expression"))) << TCHAR_TO_UTF8(*Output);
+		EXPECT_TRUE(Output.Contains(TEXT("'Dom/JsonObject.h' file not found"))) << TCHAR_TO_UTF8(*Output);
+		EXPECT_FALSE(Output.Contains(TEXT("-Werror"))) << "a command line helps nobody: " << TCHAR_TO_UTF8(*Output);
+		EXPECT_TRUE(Log.Text.Contains(TEXT(":10:14: error: expected expression")));
+	}
+
 	/** The new class is in place of the old one: for what was made of it, for its defaults, and for its code. */
 	static void ExpectReplaced(const UClass* OldClass, UObject* Untouched, UObject* Changed)
 	{
@@ -259,14 +271,7 @@ TEST_F(FHotReloadTest, AGameModuleIsBuiltChangedAndPutInPlaceOfTheOldOne)
 	EXPECT_EQ(Finish(), ECompilationResult::UpToDate);
 	EXPECT_EQ(NestClass(), OldClass);
 
-	// Errors name file and line; what the Build.cs does not list cannot be included.
-	WriteNest(TEXT("int32"), TEXT("4"), TEXT("int Broken = ;\n#include \"Dom/JsonObject.h\"\n"));
-	EXPECT_EQ(CompileAndFinish(), ECompilationResult::OtherCompilationError);
-	const FString Source = ProjectDir / TEXT("Source/Nest/Own Things/N\u00e9st.cpp");
-	EXPECT_TRUE(Output.Contains(Source + TEXT(":10:14: error: expected expression"))) << TCHAR_TO_UTF8(*Output);
-	EXPECT_TRUE(Output.Contains(TEXT("'Dom/JsonObject.h' file not found"))) << TCHAR_TO_UTF8(*Output);
-	EXPECT_FALSE(Output.Contains(TEXT("-Werror"))) << "a command line helps nobody: " << TCHAR_TO_UTF8(*Output);
-	EXPECT_TRUE(Log.Text.Contains(TEXT(":10:14: error: expected expression")));
+	FailToCompile();
 	EXPECT_EQ(NestClass(), OldClass);
 
 	// Mended, with another type and default.

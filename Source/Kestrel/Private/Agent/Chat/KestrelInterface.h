@@ -14,8 +14,8 @@ DECLARE_DELEGATE_ThreeParams(
 /**
  * What the panel and the rest of the plugin know of each other.
  *
- * It forwards the user's requests to the agent in the states that allow them and relays the agent's messages to the panel
- * that is open, if one is. It keeps the prompt logs: a file a day, in Plugins/kestrel-unreal/Logs of the project.
+ * It forwards the user's requests to the agent in the states that allow them and relays the agent's messages to the
+ * panel that is open, if one is. It keeps the prompt logs: a file a day, in Plugins/kestrel-unreal/Logs of the project.
  */
 class KESTREL_API FKestrelInterface
 {
