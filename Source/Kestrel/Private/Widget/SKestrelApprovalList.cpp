@@ -91,8 +91,8 @@ TArray<FText> CollectCautions(const FKestrelToolPlan& Plan)
 	const FString LookAlikes = KestrelDisplayText::FindLookAlikes(Plan.Target);
 	if (!LookAlikes.IsEmpty())
 	{
-		Cautions.Add(FText::Format(LOCTEXT("LookAlikes", "letters that look like Latin ones but are not: {0}"),
-			FText::FromString(Elide(LookAlikes))));
+		Cautions.Add(FText::Format(
+			LOCTEXT("LookAlikes", "characters that look like others: {0}"), FText::FromString(Elide(LookAlikes))));
 	}
 	return Cautions;
 }

@@ -492,10 +492,11 @@ void FKestrelPanelSpec::Define()
 			{ TEXT("/no/such/a.txt"), TEXT("\nCaution: outside the project") },
 			{ TEXT("Source/\u0410\u0432\u0442\u043E\u0440.h"), TEXT("") },
 			{ TEXT("Source/BP_\u0413\u0435\u0440\u043E\u0439.h"), TEXT("") },
-			{ TEXT("S\u043Eurce/a.h"), TEXT("\nCaution: letters that look like Latin ones but are not: U+043E") },
+			{ TEXT("S\u043Eurce/a.h"), TEXT("\nCaution: characters that look like others: U+043E") },
 			{ TEXT("Source/\u0421\u043E\u0440\u0443.h"),
-				TEXT("\nCaution: letters that look like Latin ones but are not: U+0421 U+043E U+0440 U+0443") },
-			{ TEXT("Source/\uFF41.h"), TEXT("\nCaution: letters that look like Latin ones but are not: U+FF41") },
+				TEXT("\nCaution: characters that look like others: U+0421 U+043E U+0440 U+0443") },
+			{ TEXT("Source\u2215a\u2024h"), TEXT("\nCaution: characters that look like others: U+2215 U+2024") },
+			{ TEXT("Source/\uFF41.h"), TEXT("\nCaution: characters that look like others: U+FF41") },
 		};
 		for (const TPair<const TCHAR*, const TCHAR*>& Case : Cases)
 		{

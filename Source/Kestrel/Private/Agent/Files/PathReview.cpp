@@ -10,7 +10,7 @@ namespace PathReview
 {
 /** Folders of revision control systems: their hooks and settings run programs. */
 const TCHAR* const VersionControlFolders[] = { TEXT(".git"), TEXT(".svn"), TEXT(".hg"), TEXT(".plastic"),
-	TEXT(".github"), TEXT(".gitlab") };
+	TEXT(".github"), TEXT(".gitlab"), TEXT(".circleci") };
 /** Folders of other editors: their tasks run programs. */
 const TCHAR* const EditorFolders[] = { TEXT(".vscode"), TEXT(".vs"), TEXT(".idea"), TEXT(".fleet") };
 /** Files that revision control reads its settings from. */
@@ -22,7 +22,7 @@ const TCHAR* const BuildEndings[] = { TEXT(".build.cs"), TEXT(".target.cs"), TEX
 	TEXT(".code-workspace") };
 const TCHAR* const BuildFiles[] = { TEXT("CMakeLists.txt"), TEXT("Makefile"), TEXT(".envrc"), TEXT(".clangd"),
 	TEXT("BuildConfiguration.xml"), TEXT("nuget.config"), TEXT("global.json"), TEXT("package.json"), TEXT(".gdbinit"),
-	TEXT(".lldbinit") };
+	TEXT(".lldbinit"), TEXT(".gitlab-ci.yml"), TEXT(".travis.yml"), TEXT("azure-pipelines.yml"), TEXT("Jenkinsfile") };
 const TCHAR* const ProjectEndings[] = { TEXT(".uproject"), TEXT(".uplugin"), TEXT(".uprojectdirs") };
 /** What runs by itself when the editor starts, or with one click. */
 const TCHAR* const StartupFiles[] = { TEXT("init_unreal.py") };

@@ -60,11 +60,13 @@ const FCharacterRange RelatedRanges[] = {
 	{ 0x2C80, 0x2CFF },                                                             // Coptic
 	{ 0xA4D0, 0xA4FF },                                                             // Lisu
 };
-/** Latin letters under other numbers. */
+/** Latin letters, and the marks that divide paths, under other numbers. */
 const FCharacterRange StyledRanges[] = {
-	{ 0x212A, 0x212B },                     // Kelvin and Angstrom signs
-	{ 0xFF21, 0xFF3A }, { 0xFF41, 0xFF5A }, // full width
-	{ 0x1D400, 0x1D7FF },                   // mathematical
+	{ 0x2024, 0x2024 }, { 0xFE52, 0xFE52 }, { 0xFF0E, 0xFF0F }, { 0xFF1A, 0xFF1A }, // dots, slash and colon
+	{ 0x2044, 0x2044 }, { 0x2215, 0x2216 }, { 0x29F5, 0x29F9 }, { 0xFF3C, 0xFF3C }, // strokes and backslashes
+	{ 0x212A, 0x212B },                                                             // Kelvin and Angstrom signs
+	{ 0xFF21, 0xFF3A }, { 0xFF41, 0xFF5A },                                         // full width
+	{ 0x1D400, 0x1D7FF },                                                           // mathematical
 };
 /** Greek and Cyrillic letters that cannot be told from Latin ones. */
 const TCHAR* const LookAlikes =

@@ -61,7 +61,9 @@ const FString& FKestrelProjectView::Resolve(const FString& FullPath)
 	}
 	const FString Place = DeletedLinks.IsEmpty() ? FString() : GetPlace(FullPath);
 	const bool bGone = DeletedLinks.ContainsByPredicate([&Place](const FString& Link) { return Link.Equals(Place); });
-	return Spellings.Add_GetRef({ FullPath, bGone ? Place : KestrelNativeFile::ResolveLinks(FullPath) }).RealPath;
+	FString RealPath = bGone ? Place : KestrelNativeFile::ResolveLinks(FullPath);
+	// What cannot be resolved is only like itself.
+	return Spellings.Add_GetRef({ FullPath, RealPath.IsEmpty() ? FullPath : MoveTemp(RealPath) }).RealPath;
 }
 
 FString FKestrelProjectView::GetPlace(const FString& FullPath)

@@ -286,6 +286,8 @@ void FKestrelToolPlanSpec::Define()
 			{ TEXT("Build/Scripts/Tasks.cs"), TEXT("build file") },
 			{ TEXT("Source/Tasks.cs"), TEXT("") },
 			{ TEXT(".gdbinit"), TEXT("build file") },
+			{ TEXT("Jenkinsfile"), TEXT("build file") },
+			{ TEXT(".circleci/config.yml"), TEXT("version control settings") },
 		};
 		for (const FPlaceCase& Case : Cases)
 		{
