@@ -1,5 +1,6 @@
 #include "CheckConfig.h"
-#include "ModelResponder.h"
+#include "ConversationStore.h"
+#include "ModelBackend.h"
 #include "OfflineResponder.h"
 #include "ScriptResponder.h"
 #include "Server.h"
@@ -23,13 +24,18 @@ std::unique_ptr<Responder> MakeResponder(const Options& Settings)
 	{
 		return std::make_unique<ScriptResponder>(Settings.ScriptFolder);
 	}
-	if (Settings.Responder == "model")
-	{
-		std::filesystem::create_directories(Settings.StateFolder);
-		return std::make_unique<ModelResponder>(
-			ModelConfig::Load(Settings.ConfigFile), Settings.StateFolder + "/conversations.sqlite");
-	}
 	return std::make_unique<OfflineResponder>();
+}
+
+std::unique_ptr<Backend> MakeBackend(const Options& Settings)
+{
+	if (Settings.Responder != "model")
+	{
+		return std::make_unique<ConversationStore>(MakeResponder(Settings));
+	}
+	ModelConfig Config = ModelConfig::Load(Settings.ConfigFile);
+	std::unique_ptr<ModelStore> Store = OpenModelStore(Config.Database, Settings.StateFolder);
+	return std::make_unique<ModelBackend>(std::move(Config), std::move(Store));
 }
 
 /** Under its final name only when it is whole: somebody waits for it. */
@@ -65,15 +71,16 @@ sigset_t BlockStopSignals()
 int Serve(const Options& Settings)
 {
 	const sigset_t Signals = BlockStopSignals();
-	const std::unique_ptr<Responder> Chosen = MakeResponder(Settings);
-	Server Https(Settings, *Chosen);
+	const std::unique_ptr<Backend> Answers = MakeBackend(Settings);
+	Server Https(Settings, *Answers);
 	if (!Settings.ReadyFile.empty())
 	{
 		WriteReadyFile(Settings.ReadyFile, Https);
 	}
-	std::thread Waiter([&Https, &Signals] {
+	std::thread Waiter([&Https, &Answers, &Signals] {
 		int Signal = 0;
 		sigwait(&Signals, &Signal);
+		Answers->Stop();
 		Https.Stop();
 	});
 	std::cout << "Listening on https://127.0.0.1:" << Https.GetPort() << "/ (" << Settings.Responder << ")"

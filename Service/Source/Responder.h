@@ -29,6 +29,7 @@ struct HttpReply
 /** What the user's side sent in one turn. */
 struct Turn
 {
+	std::string KeyName; // of the API key; empty where keys have no names
 	std::string ConversationId;
 	std::string RequestId;     // of the polls for its answer
 	std::string EngineVersion; // "5.4", as the client says
@@ -39,15 +40,6 @@ struct Turn
 	std::optional<bool> WasConfirmed;
 };
 
-/** An answer that is still being worked on. Several threads use it. */
-class PendingAnswer
-{
-public:
-	virtual ~PendingAnswer() = default;
-	/** The reply to a status poll. */
-	virtual HttpReply Poll() = 0;
-};
-
 /** How a turn is answered: the reply to the command, and the replies to the status polls. */
 struct Answer
 {
@@ -56,8 +48,6 @@ struct Answer
 	double CommandDelaySeconds = 0.0;
 	/** Replies to the first polls, in order; the last one is repeated. */
 	std::vector<HttpReply> StatusReplies;
-	/** Replies to the polls instead, if it is set. */
-	std::shared_ptr<PendingAnswer> Pending;
 
 	static Answer Completed(const Json& Response);
 	static Answer Failed(const std::string& Error);
@@ -69,8 +59,6 @@ class Conversation
 public:
 	virtual ~Conversation() = default;
 	virtual Answer Respond(const Turn& UserTurn) = 0;
-	/** The answer to the latest turn of a conversation that was reopened. */
-	virtual Answer Resume() { return {}; }
 };
 
 /** Makes conversations. Called from several threads. */
@@ -79,8 +67,4 @@ class Responder
 public:
 	virtual ~Responder() = default;
 	virtual std::unique_ptr<Conversation> Begin(const Turn& FirstTurn) const = 0;
-	/** A conversation that an earlier run of the service has begun; null if there is none. */
-	virtual std::unique_ptr<Conversation> Reopen(const std::string&) const { return nullptr; }
-	/** The id of the conversation whose latest turn has the request id; empty if an earlier run knew none. */
-	virtual std::string FindConversation(const std::string&) const { return ""; }
 };

@@ -46,10 +46,10 @@ bool IsSameKey(const std::string& A, const std::string& B)
 }
 }
 
-Server::Server(const Options& InOptions, const Responder& InResponder)
+Server::Server(const Options& InOptions, Backend& InBackend)
 	: Settings(InOptions)
 	, Certificates(PrepareCertificates(InOptions.StateFolder, InOptions.HostNames))
-	, Store(InResponder)
+	, Answers(InBackend)
 	, Https(std::make_unique<httplib::SSLServer>(Certificates.Certificate.c_str(), Certificates.PrivateKey.c_str()))
 {
 	if (!Https->is_valid())
@@ -83,7 +83,7 @@ void Server::AddRoutes()
 		Answer(Response, [&] { return Command(Request); });
 	});
 	Https->Get(R"((?:/.*)?/status)", [this](const httplib::Request& Request, httplib::Response& Response) {
-		Answer(Response, [&] { return Store.Status(Request.get_param_value("request_id")); });
+		Answer(Response, [&] { return Answers.Status(Request.get_param_value("request_id"), ""); });
 	});
 	Https->set_logger([this](const httplib::Request&, const httplib::Response&) { Watch->EndReply(); });
 	Https->set_error_handler([](const httplib::Request&, httplib::Response& Response) {
@@ -109,7 +109,11 @@ HttpReply Server::Command(const httplib::Request& Request)
 	}
 	UserTurn->EngineVersion = Request.get_header_value("engine-version");
 	UserTurn->ConversationId = Request.get_header_value("conversation-id");
-	return Store.Command(std::move(*UserTurn));
+	if (!IsUtf8(UserTurn->ConversationId) || !IsUtf8(UserTurn->EngineVersion))
+	{
+		return Refuse(400, "A header is not valid UTF-8.");
+	}
+	return Answers.Command(std::move(*UserTurn));
 }
 
 void Server::Answer(httplib::Response& Response, const std::function<HttpReply()>& Make)

@@ -1,8 +1,8 @@
 #pragma once
 
+#include "Backend.h"
 #include "Certificates.h"
 #include "ConnectionWatch.h"
-#include "ConversationStore.h"
 #include "Options.h"
 
 #include <condition_variable>
@@ -25,7 +25,7 @@ class Server
 {
 public:
 	/** @throws std::runtime_error when the certificates cannot be made or the port is taken */
-	Server(const Options& InOptions, const Responder& InResponder);
+	Server(const Options& InOptions, Backend& InBackend);
 	~Server();
 
 	int GetPort() const { return Port; }
@@ -44,7 +44,7 @@ private:
 
 	const Options Settings;
 	const CertificateFiles Certificates;
-	ConversationStore Store;
+	Backend& Answers;
 	std::unique_ptr<httplib::SSLServer> Https;
 	std::unique_ptr<ConnectionWatch> Watch;
 	int Port = 0;

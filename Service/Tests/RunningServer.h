@@ -1,5 +1,6 @@
 #pragma once
 
+#include "ConversationStore.h"
 #include "Server.h"
 #include "TestFolder.h"
 
@@ -7,14 +8,23 @@
 #include <memory>
 #include <thread>
 
+/** The conversations of a responder. */
+template <typename ResponderType, typename... ArgumentTypes>
+std::unique_ptr<Backend> AnswerWith(ArgumentTypes&&... Arguments)
+{
+	return std::make_unique<ConversationStore>(
+		std::make_unique<ResponderType>(std::forward<ArgumentTypes>(Arguments)...));
+}
+
 /** A service that runs until the end of a test, and clients that trust its authority. */
 class RunningServer
 {
 public:
-	RunningServer(const Responder& Chosen, Options Settings)
+	RunningServer(std::unique_ptr<Backend> Chosen, Options Settings)
+		: Answers(std::move(Chosen))
 	{
 		Settings.StateFolder = Folder.Path + "/state";
-		Https = std::make_unique<Server>(Settings, Chosen);
+		Https = std::make_unique<Server>(Settings, *Answers);
 		Thread = std::thread([this] { Https->Run(); });
 	}
 	~RunningServer() { Stop(); }
@@ -26,6 +36,7 @@ public:
 	{
 		if (Thread.joinable())
 		{
+			Answers->Stop();
 			Https->Stop();
 			Thread.join();
 		}
@@ -42,6 +53,7 @@ public:
 
 private:
 	const TestFolder Folder;
+	const std::unique_ptr<Backend> Answers;
 	std::unique_ptr<Server> Https;
 	std::thread Thread;
 };

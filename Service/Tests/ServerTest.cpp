@@ -12,9 +12,9 @@ namespace
 class ServerTest : public testing::Test
 {
 protected:
-	void Start(const Responder& Chosen, const Options& Settings = {})
+	void Start(std::unique_ptr<Backend> Chosen, const Options& Settings = {})
 	{
-		Https = std::make_unique<RunningServer>(Chosen, Settings);
+		Https = std::make_unique<RunningServer>(std::move(Chosen), Settings);
 		Client = Https->MakeClient();
 	}
 
@@ -46,8 +46,7 @@ protected:
 
 TEST_F(ServerTest, HoldsSeveralConversationsApart)
 {
-	const OfflineResponder Offline;
-	Start(Offline);
+	Start(AnswerWith<OfflineResponder>());
 	const Json First = Command("one", "read A.h", true);
 	const Json Second = Command("two", "read B.h", true);
 	EXPECT_EQ(Status(First)["response"]["response"].back()["input"]["path"], "A.h");
@@ -57,8 +56,7 @@ TEST_F(ServerTest, HoldsSeveralConversationsApart)
 
 TEST_F(ServerTest, ManyClientsAtOnce)
 {
-	const OfflineResponder Offline;
-	Start(Offline);
+	Start(AnswerWith<OfflineResponder>());
 	std::vector<std::thread> Threads;
 	std::atomic<int> NumRight = 0;
 	for (int Index = 0; Index < 8; ++Index)
@@ -87,11 +85,10 @@ TEST_F(ServerTest, ManyClientsAtOnce)
 
 TEST_F(ServerTest, ChecksTheKeyAndTheSizeOfTheBody)
 {
-	const OfflineResponder Offline;
 	Options Settings;
 	Settings.ApiKey = "secret";
 	Settings.MaxBodyBytes = 100;
-	Start(Offline, Settings);
+	Start(AnswerWith<OfflineResponder>(), Settings);
 	EXPECT_EQ(Client->Post("/command", "{}", "application/json")->status, 401);
 	EXPECT_EQ(Client->Get("/status?request_id=x", { { "x-api-key", "secre" } })->status, 401);
 	EXPECT_EQ(Client->Post("/command", { { "x-api-key", "secret" } }, "{}", "application/json")->status, 200);
@@ -103,8 +100,7 @@ TEST_F(ServerTest, ChecksTheKeyAndTheSizeOfTheBody)
 
 TEST_F(ServerTest, ABodyThatIsNotUtf8IsRefused)
 {
-	const OfflineResponder Offline;
-	Start(Offline);
+	Start(AnswerWith<OfflineResponder>());
 	const auto CodeOf = [this](const std::string& Body) {
 		const auto Reply = Client->Post("/command", Body, "application/json");
 		return Reply ? Reply->status : 0;
@@ -125,8 +121,7 @@ TEST_F(ServerTest, PlaysDroppedConnectionsAndOddCodes)
 		{"command": {"code": 418, "raw": ""}},
 		{"status": [{"drop": true}, {"code": 503, "raw": "busy"}, {"status": "FAILED", "error": "no"}]}
 	]})");
-	const ScriptResponder Scripts(Folder.Path);
-	Start(Scripts);
+	Start(AnswerWith<ScriptResponder>(Folder.Path));
 	const std::string Body = R"({"message": "script faults"})";
 	EXPECT_FALSE(Client->Post("/command", Body, "application/json")) << "closed in the middle";
 	EXPECT_EQ(Client->Post("/command", Body, "application/json")->status, 418);
@@ -140,8 +135,7 @@ TEST_F(ServerTest, PlaysDroppedConnectionsAndOddCodes)
 
 TEST_F(ServerTest, KeepsItsAuthorityAndItsKeysToItself)
 {
-	const OfflineResponder Offline;
-	Start(Offline);
+	Start(AnswerWith<OfflineResponder>());
 	const std::string State = Https->GetStateFolder();
 	std::ifstream File(State + "/authority.pem");
 	const std::string Before((std::istreambuf_iterator<char>(File)), {});

@@ -100,8 +100,7 @@ double SecondsOf(const std::function<void()>& Work)
 
 TEST(SlowClientTest, SlowClientsDoNotKeepOthersWaiting)
 {
-	const OfflineResponder Offline;
-	RunningServer Service(Offline, {});
+	RunningServer Service(AnswerWith<OfflineResponder>(), {});
 	for (const size_t Count : { PoolOfOld, 2 * ConnectionWatch::MostWaiting })
 	{
 		const SlowClients Slow = MakeSlowClients(Service.GetPort(), Count);
@@ -116,10 +115,9 @@ TEST(SlowClientTest, SlowClientsDoNotKeepOthersWaiting)
 
 TEST(SlowClientTest, ARequestThatDoesNotArriveInTimeIsEnded)
 {
-	const OfflineResponder Offline;
 	Options Settings;
 	Settings.RequestSeconds = 1.0;
-	RunningServer Service(Offline, Settings);
+	RunningServer Service(AnswerWith<OfflineResponder>(), Settings);
 	const SlowClients Slow = MakeSlowClients(Service.GetPort(), 4);
 	EXPECT_FALSE(Slow.back()->IsEndedWithin(200)) << "too early";
 	// A byte now and then is no reason to wait longer.
@@ -138,8 +136,7 @@ TEST(SlowClientTest, StopsWithinSecondsWhateverClientsDo)
 {
 	const TestFolder Scripts;
 	Scripts.Write("long.json", R"({"turns": [{"command": {"delay_seconds": 600}}]})");
-	const ScriptResponder Scripted(Scripts.Path);
-	RunningServer Service(Scripted, {});
+	RunningServer Service(AnswerWith<ScriptResponder>(Scripts.Path), {});
 	const SlowClients Slow = MakeSlowClients(Service.GetPort(), PoolOfOld);
 	int Status = 0;
 	std::thread Waiting([&Service, &Status] {

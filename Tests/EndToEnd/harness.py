@@ -10,7 +10,7 @@ import threading
 import unittest
 
 ROOT = os.path.dirname(os.path.dirname(os.path.dirname(os.path.abspath(__file__))))
-sys.path.insert(0, os.path.join(ROOT, "Tools"))
+sys.path[:0] = [os.path.join(ROOT, "Tools"), os.path.join(ROOT, "Tests", "Support")]
 
 import project
 import steps

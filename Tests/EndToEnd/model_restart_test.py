@@ -1,5 +1,9 @@
-"""The service is killed again and again in the middle of a conversation with a model, which ends as if it had not been."""
+"""The service is killed again and again in the middle of a conversation with a model, which ends as if it had not been.
 
+KESTREL_KILLS in the environment asks for more kills than the usual run has time for.
+"""
+
+import http.client
 import http.server
 import json
 import os
@@ -14,11 +18,13 @@ import harness
 from harness import EndToEndTest
 
 import scripted_model
+from postgres_server import PostgresServer
 from service import LocalService
 
-NUM_TURNS = 12
-NUM_KILLS = 20
-LONGEST_SECONDS = 60
+NUM_KILLS = int(os.environ.get("KESTREL_KILLS", "20"))
+NUM_TURNS = NUM_KILLS * 3 // 5
+LONGEST_SECONDS = 60 + 3 * NUM_KILLS
+LEASE_SECONDS = 0.5
 
 
 class EchoModel(http.server.BaseHTTPRequestHandler):
@@ -41,7 +47,9 @@ class EchoModel(http.server.BaseHTTPRequestHandler):
         pass
 
 
-class ModelRestartTest(EndToEndTest):
+class RestartTest(EndToEndTest):
+    """A client of one service or several that share a database, each of which may be gone at any time."""
+
     def setUp(self):
         super().setUp()
         self.model = http.server.ThreadingHTTPServer(("127.0.0.1", 0), EchoModel)
@@ -49,47 +57,41 @@ class ModelRestartTest(EndToEndTest):
         threading.Thread(target=self.model.serve_forever, daemon=True).start()
         self.addCleanup(self.model.server_close)
         self.addCleanup(self.model.shutdown)
+        self.chance = random.Random(20261122)
+
+    def make_service(self, name, database=""):
         configuration = os.path.join(self.scratch, "model.toml")
         with open(configuration, "w", encoding="utf-8") as file:
             file.write(f'[server]\nbase_url = "http://127.0.0.1:{self.model.server_address[1]}/v1"\n'
-                       'format = "chat-completions"\nmodel = "echo"\n')
-        self.arguments = ["--responder", "model", "--config", configuration]
-        self.service = None
-        self.start()
-        self.addCleanup(lambda: self.service.stop())
+                       f'format = "chat-completions"\nmodel = "echo"\n{database}')
+        service = LocalService(harness.PRESET, os.path.join(self.scratch, name),
+                               ["--responder", "model", "--config", configuration])
+        self.addCleanup(service.stop)
+        return service
 
-    def start(self):
-        self.service = LocalService(harness.PRESET, os.path.join(self.scratch, "Service"), self.arguments)
-        self.service.__enter__()
+    def restart(self, service):
+        service.process.kill()
+        service.process.wait()
+        service.__enter__()
 
-    def restart(self):
-        self.service.process.kill()
-        self.service.process.wait()
-        self.start()
-
-    def request(self, path, body=None):
-        """The reply as JSON; nothing when the service was killed meanwhile."""
-        trust = ssl.create_default_context(cafile=self.service.authority)
+    def request(self, service, path, body=None):
+        trust = ssl.create_default_context(cafile=service.authority)
         data = json.dumps(body).encode() if body is not None else None
-        query = urllib.request.Request(f"https://localhost:{self.service.port}{path}", data,
+        query = urllib.request.Request(f"https://localhost:{service.port}{path}", data,
                                        {"conversation-id": "one", "Content-Type": "application/json"})
         with urllib.request.urlopen(query, timeout=10, context=trust) as reply:
             return json.load(reply)
 
-    def test_a_killed_service_loses_no_call_and_repeats_none(self):
-        chance = random.Random(20261122)
-        kills = 0
+    def play(self, ask, between_polls):
+        """The whole conversation. Nothing of it may be lost or come twice."""
         deadline = time.monotonic() + LONGEST_SECONDS
         body = {"message": "Read all.", "file_structure": {}}
         seen = []
         while len(seen) < NUM_TURNS:
-            identifier = self.request("/command", body)["request_id"]
+            identifier = ask("/command", body)["request_id"]
             while True:
-                if kills < NUM_KILLS and chance.random() < 0.6:
-                    time.sleep(chance.random() * 0.15)
-                    self.restart()
-                    kills += 1
-                reply = self.request(f"/status?request_id={identifier}")
+                between_polls()
+                reply = ask(f"/status?request_id={identifier}")
                 self.assertIn(reply["status"], ("PROCESSING", "COMPLETED"), reply)
                 self.assertLess(time.monotonic(), deadline)
                 if reply["status"] == "COMPLETED":
@@ -103,7 +105,64 @@ class ModelRestartTest(EndToEndTest):
             body = {"tool_results": [{"type": "tool_result", "tool_use_id": call["id"], "content": "text",
                                       "is_error": False} for call in calls]}
         self.assertEqual(seen, [f"Step {number}." for number in range(1, NUM_TURNS + 1)])
+
+
+class ModelRestartTest(RestartTest):
+    def test_a_killed_service_loses_no_call_and_repeats_none(self):
+        service = self.make_service("Service")
+        service.__enter__()
+        kills = 0
+
+        def maybe_kill():
+            nonlocal kills
+            if kills < NUM_KILLS and self.chance.random() < 0.6:
+                time.sleep(self.chance.random() * 0.15)
+                self.restart(service)
+                kills += 1
+
+        self.play(lambda path, body=None: self.request(service, path, body), maybe_kill)
         self.assertGreater(kills, NUM_KILLS // 2)
+
+
+class TakeoverTest(RestartTest):
+    """Two processes behind a load balancer, which sends each request to either, and to the other if one is gone."""
+
+    def test_another_process_takes_over_from_one_that_is_killed(self):
+        postgres = PostgresServer().__enter__()
+        self.addCleanup(postgres.stop)
+        address = postgres.address("postgres")
+        database = f'[database]\nurl = "{address}"\nlease_seconds = {LEASE_SECONDS}\n'
+        services = [self.make_service(name, database) for name in ("First", "Second")]
+        for service in services:
+            service.__enter__()
+        kills = 0
+        over = threading.Event()
+
+        def kill_now_and_then():
+            # Whatever is going on: also in the middle of a request.
+            nonlocal kills
+            while kills < NUM_KILLS and not over.wait(random.random() * 0.4):
+                victim = services[kills % 2]
+                self.restart(victim)
+                kills += 1
+            over.wait()  # what this thread has started ends with it
+
+        def ask(path, body=None):
+            for service in self.chance.sample(services * 20, 40):
+                try:
+                    return self.request(service, path, body)
+                except (OSError, http.client.HTTPException):
+                    time.sleep(0.02)
+            return self.fail("no service answers")
+
+        killer = threading.Thread(target=kill_now_and_then)
+        killer.start()
+        try:
+            self.play(ask, lambda: None)
+        finally:
+            over.set()
+            killer.join()
+        self.assertGreater(kills, NUM_KILLS // 4)
 
 
 if __name__ == "__main__":

@@ -97,6 +97,45 @@ void ReadModelKey(ConfigReader& Reader, ModelServer& Server)
 	}
 }
 
+/** An address with a password is as secret as a key. */
+void ReadDatabase(ConfigReader& Reader, ModelDatabase& Database)
+{
+	constexpr double ShortestLease = 0.5;
+	std::string Url;
+	std::string Variable;
+	Reader.Read("database.url", Url);
+	Reader.Read("database.url_variable", Variable);
+	Reader.Read("database.lease_seconds", Database.LeaseSeconds, ShortestLease, LongestSeconds);
+	if (!Url.empty() && !Variable.empty())
+	{
+		Reader.AddError("database.url", "and database.url_variable exclude each other");
+		return;
+	}
+	const size_t UserAt = Url.find("//");
+	const size_t HostAt = Url.find('@');
+	const bool bPassword = UserAt != std::string::npos && HostAt != std::string::npos && Url.find(':', UserAt) < HostAt;
+	if (bPassword || Url.find("password=") != std::string::npos)
+	{
+		Reader.AddError("database.url",
+			"must have no password in it: name an environment variable that holds the whole "
+			"address in database.url_variable");
+	}
+	if (!Variable.empty())
+	{
+		const char* const Value = std::getenv(Variable.c_str());
+		Url = Value ? Value : "";
+	}
+	if (!Variable.empty() || !Url.empty())
+	{
+		if (!StartsWith(Url, "postgresql://") && !StartsWith(Url, "postgres://"))
+		{
+			Reader.AddError(Variable.empty() ? "database.url" : "database.url_variable",
+				"must give an address such as postgresql://user@host/name");
+		}
+		Database.Address = Secret(Url);
+	}
+}
+
 void ReadServer(ConfigReader& Reader, ModelServer& Server)
 {
 	constexpr int MostTokens = 100'000'000;
@@ -184,6 +223,7 @@ ModelConfig ModelConfig::Load(const std::string& Path)
 	Config.Prices.CachedInput = Config.Prices.Input;
 	Reader.Read("prices.cached_input", Config.Prices.CachedInput, 0.0, HighestPrice);
 	Reader.Read("prices.output", Config.Prices.Output, 0.0, HighestPrice);
+	ReadDatabase(Reader, Config.Database);
 	ReadPolicy(Reader, Config);
 	Reader.Finish();
 	return Config;

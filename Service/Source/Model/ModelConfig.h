@@ -65,6 +65,13 @@ struct ModelPrices
 	double Output = 0;
 };
 
+/** Where conversations are kept, so that several processes can share them. */
+struct ModelDatabase
+{
+	Secret Address;           // of a PostgreSQL server, with its password; empty for a file in the state folder
+	double LeaseSeconds = 15; // after which the turns of a process that has died are taken over
+};
+
 /** What the responder 'model' is told by its configuration file. */
 struct ModelConfig
 {
@@ -74,6 +81,7 @@ struct ModelConfig
 	ModelLimits PerConversation;
 	ModelLimits PerDay;
 	ModelPrices Prices;
+	ModelDatabase Database;
 	std::vector<std::string> AutoContinueTools; // run without asking the user
 	int ResultTokens = 8000;                    // of one tool result; more is truncated
 	int TreeTokens = 4000;                      // of the project tree in the system prompt

@@ -18,12 +18,26 @@ HttpReply RunningTurn::Poll()
 {
 	const std::lock_guard Lock(Mutex);
 	LastPoll = Clock::now();
-	if (!Reply.is_null())
-	{
-		return HttpReply::FromJson(Reply);
-	}
-	return HttpReply::FromJson({ { "status", "PROCESSING" }, { "partial", Partial }, { "tokens", Tokens },
-		{ "seconds", static_cast<int64_t>(SecondsSince(Started)) }, { "attempt", Attempt } });
+	return Reply ? *Reply : HttpReply::FromJson(GetProgressLocked());
+}
+
+void RunningTurn::NotePoll(double SecondsAgo)
+{
+	const auto Ago = std::chrono::duration_cast<Clock::duration>(std::chrono::duration<double>(SecondsAgo));
+	const std::lock_guard Lock(Mutex);
+	LastPoll = std::max(LastPoll, Clock::now() - Ago);
+}
+
+Json RunningTurn::GetProgress() const
+{
+	const std::lock_guard Lock(Mutex);
+	return GetProgressLocked();
+}
+
+Json RunningTurn::GetProgressLocked() const
+{
+	return { { "status", "PROCESSING" }, { "partial", Partial }, { "tokens", Tokens },
+		{ "seconds", static_cast<int64_t>(SecondsSince(Started)) }, { "attempt", Attempt } };
 }
 
 void RunningTurn::Cancel()
@@ -39,6 +53,27 @@ bool RunningTurn::IsCancelled() const
 {
 	const std::lock_guard Lock(Mutex);
 	return bCancelled;
+}
+
+void RunningTurn::Lose()
+{
+	{
+		const std::lock_guard Lock(Mutex);
+		bLost = !Reply;
+	}
+	Cancel();
+}
+
+bool RunningTurn::IsLost() const
+{
+	const std::lock_guard Lock(Mutex);
+	return bLost && !Reply;
+}
+
+bool RunningTurn::IsOver() const
+{
+	const std::lock_guard Lock(Mutex);
+	return Reply || bLost;
 }
 
 void RunningTurn::SetAttempt(int InAttempt)
@@ -63,7 +98,7 @@ void RunningTurn::AddTokens(int64_t Count)
 void RunningTurn::Finish(const Json& StatusReply)
 {
 	const std::lock_guard Lock(Mutex);
-	Reply = StatusReply;
+	Reply = HttpReply::FromJson(StatusReply);
 }
 
 bool RunningTurn::ShouldStopLocked() const

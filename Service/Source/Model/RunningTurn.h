@@ -11,7 +11,7 @@
  * A turn that is being worked on: what a poll sees of it, and how the worker learns that nobody wants it any more.
  * The worker and the threads that answer polls use it at the same time.
  */
-class RunningTurn : public PendingAnswer
+class RunningTurn
 {
 public:
 	explicit RunningTurn(double InUnpolledSeconds)
@@ -20,9 +20,17 @@ public:
 	}
 
 	/** The status reply: the answer if there is one, and otherwise how far it is. */
-	HttpReply Poll() override;
+	HttpReply Poll();
+	/** Somebody has polled elsewhere. */
+	void NotePoll(double SecondsAgo);
+	/** How far it is, as the body of a status reply. */
+	Json GetProgress() const;
 	void Cancel();
 	bool IsCancelled() const;
+	/** Another process works on it: it is cancelled here, and its answer is for that process to give. */
+	void Lose();
+	bool IsLost() const;
+	bool IsOver() const;
 
 	void SetAttempt(int InAttempt);
 	/** Text of the answer so far; the next attempt begins with none. */
@@ -40,6 +48,7 @@ private:
 	using Clock = std::chrono::steady_clock;
 
 	bool ShouldStopLocked() const;
+	Json GetProgressLocked() const;
 
 	const double UnpolledSeconds;
 	const Clock::time_point Started = Clock::now();
@@ -50,5 +59,6 @@ private:
 	std::string Partial;
 	int64_t Tokens = 0;
 	int Attempt = 1;
-	Json Reply; // null until the turn is over
+	bool bLost = false;
+	std::optional<HttpReply> Reply; // once the turn is over
 };

@@ -137,11 +137,7 @@ Json TurnRunner::Run(const Turn& UserTurn, RunningTurn& Running)
 			return MakeAnswer(Json::array({ MakeToolUse(*ReadRules) }), MayContinue(*ReadRules));
 		}
 	}
-	if (!RulesCallId.empty())
-	{
-		TakeRules(Results);
-		Text += DelayedMessage + (UserTurn.Message.empty() ? "" : "\n\n");
-	}
+	EndReadingRules(UserTurn, Results, Text);
 	const bool bFinished = !Results.empty() && std::all_of(Results.begin(), Results.end(), [this](const auto& Each) {
 		return IsFinish(Conversation.FindOpenCall(Each.CallId));
 	});
@@ -158,7 +154,33 @@ Json TurnRunner::Run(const Turn& UserTurn, RunningTurn& Running)
 			true);
 	}
 	Conversation.AddUserMessage(Text + UserTurn.Message, Results);
-	return bFinished && UserTurn.Message.empty() ? MakeAnswer(Json::array(), true) : Answer(Running);
+	return bFinished && UserTurn.Message.empty() ? MakeAnswer(Json::array(), true) : Answer(UserTurn.KeyName, Running);
+}
+
+void TurnRunner::EndReadingRules(const Turn& UserTurn, std::vector<ToolResult>& Results, std::string& Text)
+{
+	if (!RulesCallId.empty())
+	{
+		TakeRules(Results);
+		Text += DelayedMessage + (UserTurn.Message.empty() ? "" : "\n\n");
+	}
+}
+
+void TurnRunner::Absorb(const Turn& UserTurn)
+{
+	std::string Text;
+	std::vector<ToolResult> Results = ReadResults(UserTurn.ToolResults, Text);
+	if (System.empty())
+	{
+		// Nobody was asked to read the rules, so nothing waits for them.
+		Begin(UserTurn);
+		RulesCallId.clear();
+	}
+	EndReadingRules(UserTurn, Results, Text);
+	if (!Text.empty() || !UserTurn.Message.empty() || !Results.empty())
+	{
+		Conversation.AddUserMessage(Text + UserTurn.Message, Results);
+	}
 }
 
 bool TurnRunner::IsOnlyBuilding() const
@@ -180,15 +202,15 @@ ModelRequest TurnRunner::MakeRequest() const
 		Context.Config.Server.MaxOutputTokens };
 }
 
-void TurnRunner::RecordUsage(const ModelUsage& Usage, double Seconds, RunningTurn& Running)
+void TurnRunner::RecordUsage(const std::string& KeyName, const ModelUsage& Usage, double Seconds, RunningTurn& Running)
 {
 	const ModelConsumption More = ModelConsumption::Of(Usage, Seconds, Context.Config.Prices);
 	Used.Add(More);
-	Context.Today.Add(More);
+	Context.Today.Add(KeyName, More);
 	Running.AddTokens(More.Tokens);
 }
 
-ModelResult TurnRunner::AskModel(RunningTurn& Running)
+ModelResult TurnRunner::AskModel(const std::string& KeyName, RunningTurn& Running)
 {
 	const auto Started = std::chrono::steady_clock::now();
 	ModelUsage Usage;
@@ -211,7 +233,8 @@ ModelResult TurnRunner::AskModel(RunningTurn& Running)
 		Usage.CachedInput += Reply->Usage.CachedInput;
 		Usage.Output += Reply->Usage.Output;
 	}
-	RecordUsage(Usage, std::chrono::duration<double>(std::chrono::steady_clock::now() - Started).count(), Running);
+	RecordUsage(
+		KeyName, Usage, std::chrono::duration<double>(std::chrono::steady_clock::now() - Started).count(), Running);
 	return Result;
 }
 
@@ -280,7 +303,7 @@ Json TurnRunner::Complete(const ModelReply& Reply)
 	return MakeAnswer(Blocks, bAutoContinue);
 }
 
-Json TurnRunner::Answer(RunningTurn& Running)
+Json TurnRunner::Answer(const std::string& KeyName, RunningTurn& Running)
 {
 	for (int NumInvalid = 0;;)
 	{
@@ -290,7 +313,7 @@ Json TurnRunner::Answer(RunningTurn& Running)
 		{
 			return MakeFailure(Limit);
 		}
-		ModelResult Result = AskModel(Running);
+		ModelResult Result = AskModel(KeyName, Running);
 		if (const UpstreamFault* const Fault = std::get_if<UpstreamFault>(&Result))
 		{
 			return MakeFailure(Fault->Message);

@@ -28,6 +28,8 @@ public:
 
 	/** @return the status reply that ends the turn */
 	Json Run(const Turn& UserTurn, RunningTurn& Running);
+	/** Remembers what the client sent in a turn that another one has replaced. */
+	void Absorb(const Turn& UserTurn);
 
 	/** All that a later run of the service needs to continue. */
 	Json ToJson() const;
@@ -38,14 +40,16 @@ private:
 	/** Describes the project, once. @return the call that reads its rules, if it has any */
 	std::optional<ToolCall> Begin(const Turn& UserTurn);
 	std::vector<ToolResult> ReadResults(const Json& Results, std::string& Text);
+	/** Continues the prompt that waited for the rules. */
+	void EndReadingRules(const Turn& UserTurn, std::vector<ToolResult>& Results, std::string& Text);
 	void TakeRules(std::vector<ToolResult>& Results);
 	void NoteResult(ToolResult& Result, const Json& Sent);
 	/** Counts a failure, and tells the model when it has been one too many. */
 	void NoteOutcome(const ToolCall& Call, ToolResult& Result);
 
-	Json Answer(RunningTurn& Running);
-	ModelResult AskModel(RunningTurn& Running);
-	void RecordUsage(const ModelUsage& Usage, double Seconds, RunningTurn& Running);
+	Json Answer(const std::string& KeyName, RunningTurn& Running);
+	ModelResult AskModel(const std::string& KeyName, RunningTurn& Running);
+	void RecordUsage(const std::string& KeyName, const ModelUsage& Usage, double Seconds, RunningTurn& Running);
 	/** Checks the reply's calls. @return the results that tell the model what is wrong; none if all is well */
 	std::vector<ToolResult> CheckCalls(ModelReply& Reply);
 	bool MayContinue(const ToolCall& Call) const;

@@ -64,14 +64,18 @@ std::string FindReachedLimit(const ModelConsumption& Used, const ModelLimits& Li
 	return "";
 }
 
-void DailyConsumption::StartDay()
+std::time_t DailyConsumption::GetDay() const
 {
 	constexpr std::time_t SecondsOfADay = 24 * 60 * 60;
-	const std::time_t Today = Now() / SecondsOfADay;
-	if (Today != Day)
+	return Now() / SecondsOfADay;
+}
+
+void DailyConsumption::StartDay()
+{
+	if (const std::time_t Today = GetDay(); Today != Day)
 	{
 		Day = Today;
-		Used = Store ? Store->GetUsage(Day) : ModelConsumption();
+		Used = {};
 	}
 }
 
@@ -80,19 +84,24 @@ void DailyConsumption::KeepIn(ModelStore& InStore)
 	Store = &InStore;
 }
 
-void DailyConsumption::Add(const ModelConsumption& More)
+void DailyConsumption::Add(const std::string& KeyName, const ModelConsumption& More)
 {
+	if (Store)
+	{
+		Store->AddUsage(KeyName, GetDay(), More);
+		return;
+	}
 	const std::lock_guard Lock(Mutex);
 	StartDay();
 	Used.Add(More);
-	if (Store)
-	{
-		Store->AddUsage(Day, More);
-	}
 }
 
 ModelConsumption DailyConsumption::Get()
 {
+	if (Store)
+	{
+		return Store->GetUsage(GetDay());
+	}
 	const std::lock_guard Lock(Mutex);
 	StartDay();
 	return Used;

@@ -41,17 +41,18 @@ public:
 	{
 	}
 
-	/** Continues the stored count, and stores what is added. Called before there are several threads. */
+	/** What is used is stored, and counted together with what others store. Called before there are several threads. */
 	void KeepIn(ModelStore& InStore);
-	void Add(const ModelConsumption& More);
+	void Add(const std::string& KeyName, const ModelConsumption& More);
 	ModelConsumption Get();
 
 private:
+	std::time_t GetDay() const;
 	void StartDay();
 
 	const TimeFunction Now;
 	ModelStore* Store = nullptr;
 	std::mutex Mutex;
-	std::time_t Day = 0; // since 1970
-	ModelConsumption Used;
+	std::time_t Day = 0;   // since 1970
+	ModelConsumption Used; // without a store
 };

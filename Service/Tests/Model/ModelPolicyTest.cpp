@@ -62,7 +62,7 @@ TEST(ModelPolicyTest, EachLimitHasItsOwnMessage)
 
 	std::time_t Now = 1'000'000;
 	DailyConsumption Today([&Now] { return Now; });
-	Today.Add(Used);
+	Today.Add("", Used);
 	EXPECT_EQ(Today.Get().Requests, 1);
 	Now += 24 * 60 * 60;
 	EXPECT_EQ(Today.Get().Requests, 0) << "a new day";

@@ -1,8 +1,9 @@
 #include "CheckConfig.h"
-#include "ModelResponder.h"
+#include "ModelBackend.h"
 #include "ModelTalk.h"
 #include "OfflineResponder.h"
 #include "RunningServer.h"
+#include "TestDatabase.h"
 
 #include <fstream>
 #include <gtest/gtest.h>
@@ -11,7 +12,7 @@
 namespace
 {
 /** The service with the responder 'model' in front of a scripted model server. */
-class ModelServiceTest : public testing::Test
+class ModelServiceTest : public testing::TestWithParam<TestDatabase::Kind>
 {
 protected:
 	void Start(const std::vector<ScriptedReply>& Replies, double UnpolledSeconds = 60)
@@ -21,9 +22,14 @@ protected:
 		Config.Timeouts.FirstByte = 60;
 		Config.Timeouts.BetweenBytes = 60;
 		Config.Timeouts.Unpolled = UnpolledSeconds;
-		Model = std::make_unique<ModelResponder>(Config, Folder.Path + "/state.sqlite");
-		Https = std::make_unique<RunningServer>(*Model, Options());
+		Https = MakeService(Config);
 		Client = Https->MakeClient();
+	}
+
+	std::unique_ptr<RunningServer> MakeService(const ModelConfig& Config) const
+	{
+		return std::make_unique<RunningServer>(
+			std::make_unique<ModelBackend>(Config, std::make_unique<ModelStore>(Database.Open(), 1.0)), Options());
 	}
 
 	std::string Command(const std::string& Conversation, const Json& Body)
@@ -61,14 +67,12 @@ protected:
 		const ModelConfig Config = Talk->Context.Config;
 		Client.reset();
 		Https.reset();
-		Model = std::make_unique<ModelResponder>(Config, Folder.Path + "/state.sqlite");
-		Https = std::make_unique<RunningServer>(*Model, Options());
+		Https = MakeService(Config);
 		Client = Https->MakeClient();
 	}
 
-	const TestFolder Folder;
+	const TestDatabase Database = TestDatabase(GetParam());
 	std::unique_ptr<ModelTalk> Talk;
-	std::unique_ptr<ModelResponder> Model;
 	std::unique_ptr<RunningServer> Https;
 	std::unique_ptr<httplib::SSLClient> Client;
 };
@@ -82,10 +86,14 @@ ScriptedReply StopsInTheMiddle()
 	return Reply;
 }
 
+INSTANTIATE_TEST_SUITE_P(EachDatabase, ModelServiceTest,
+	testing::Values(TestDatabase::Kind::Sqlite, TestDatabase::Kind::Postgres),
+	[](const auto& Info) { return NameOf(Info.param); });
+
 const Json FirstTurn = { { "message", "Hi" }, { "file_structure", Json::object() } };
 }
 
-TEST_F(ModelServiceTest, ShowsTheAnswerWhileItComes)
+TEST_P(ModelServiceTest, ShowsTheAnswerWhileItComes)
 {
 	Start({ StopsInTheMiddle(), SaysText(ModelFormat::Messages, "Second.") });
 	const std::string First = Command("a", FirstTurn);
@@ -101,7 +109,7 @@ TEST_F(ModelServiceTest, ShowsTheAnswerWhileItComes)
 	EXPECT_EQ(Talk->Server.GetProblems(), "");
 }
 
-TEST_F(ModelServiceTest, GivesUpATurnThatNobodyAsksFor)
+TEST_P(ModelServiceTest, GivesUpATurnThatNobodyAsksFor)
 {
 	Start({ StopsInTheMiddle(), SaysText(ModelFormat::Messages, "Other.") }, 0.1);
 	const std::string Left = Command("left", FirstTurn);
@@ -110,16 +118,21 @@ TEST_F(ModelServiceTest, GivesUpATurnThatNobodyAsksFor)
 	EXPECT_EQ(Talk->Server.CountRequests(), 1u);
 }
 
-TEST_F(ModelServiceTest, StopsWhileAModelServerHangs)
+TEST_P(ModelServiceTest, StopsWhileManyTurnsHang)
 {
-	Start({ StopsInTheMiddle() });
-	PollUntil(Command("a", FirstTurn), [](const Json& Each) { return Each.value("partial", "") != ""; });
+	constexpr int NumHanging = 20;
+	Start(std::vector<ScriptedReply>(NumHanging, StopsInTheMiddle()));
+	for (int Index = 0; Index < NumHanging; ++Index)
+	{
+		PollUntil(Command("a" + std::to_string(Index), FirstTurn),
+			[](const Json& Each) { return Each.value("partial", "") != ""; });
+	}
 	const auto Before = std::chrono::steady_clock::now();
 	Https.reset();
 	EXPECT_LT(std::chrono::steady_clock::now() - Before, std::chrono::seconds(5));
 }
 
-TEST_F(ModelServiceTest, GoesOnAfterARestart)
+TEST_P(ModelServiceTest, GoesOnAfterARestart)
 {
 	const ModelFormat Format = ModelFormat::Messages;
 	const Json Call = MakeCall("c1", "read_file", { { "path", "A.h" } });
@@ -142,10 +155,75 @@ TEST_F(ModelServiceTest, GoesOnAfterARestart)
 	EXPECT_EQ(Poll("unknown")["error"], "There is no such request.");
 }
 
+TEST_P(ModelServiceTest, WhatWasSentWithAReplacedTurnReachesTheModel)
+{
+	const ModelFormat Format = ModelFormat::Messages;
+	const Json Call = MakeCall("c1", "read_file", { { "path", "A.h" } });
+	Start({ Says(Format, { { "calls", Json::array({ Call }) } }), StopsInTheMiddle(), StopsInTheMiddle(),
+		SaysText(Format, "All read.") });
+	PollUntil(Command("a", FirstTurn), IsOver);
+	const auto HasText = [](const Json& Each) { return Each.value("partial", "") != ""; };
+	PollUntil(Command("a", { { "tool_results", Json::array({ MakeToolResult("c1", "what A.h says") }) } }), HasText);
+	PollUntil(Command("a", { { "message", "And then?" } }), HasText);
+	EXPECT_EQ(ModelTalk::TextOf(PollUntil(Command("a", { { "message", "Hello?" } }), IsOver)), "All read.");
+	const std::string Last = Talk->Server.GetRequests().back()["messages"].back().dump();
+	for (const char* Expected : { "what A.h says", "And then?", "Hello?" })
+	{
+		EXPECT_NE(Last.find(Expected), std::string::npos) << Expected << " is missing in " << Last;
+	}
+	EXPECT_EQ(Talk->Server.GetProblems(), "");
+}
+
+TEST(SharedServiceTest, AConversationGoesOnInWhicheverProcessIsAsked)
+{
+	const TestDatabase Database(TestDatabase::Kind::Postgres);
+	const ModelFormat Format = ModelFormat::Messages;
+	ModelTalk Talk(
+		Format, { SaysText(Format, "One."), StopsInTheMiddle(), SaysText(Format, "Two."), SaysText(Format, "Three.") });
+	ModelConfig Config = Talk.Context.Config;
+	Config.Timeouts.FirstByte = Config.Timeouts.BetweenBytes = 60;
+	const auto Open = [&] {
+		return std::make_unique<ModelBackend>(Config, std::make_unique<ModelStore>(Database.Open(), 0.5));
+	};
+	const auto PollUntil = [](Backend& Asked, const std::string& Request, const auto& IsRight) {
+		const auto End = std::chrono::steady_clock::now() + std::chrono::seconds(20);
+		Json Reply;
+		do
+		{
+			Reply = Json::parse(Asked.Status(Request, "").Body);
+		}
+		while (!IsRight(Reply) && std::chrono::steady_clock::now() < End);
+		return Reply;
+	};
+	const auto IsOver = [](const Json& Reply) { return Reply["status"] != "PROCESSING"; };
+	const auto Command = [](Backend& Asked, const std::string& Message, const Json& Tree = Json()) {
+		Turn UserTurn;
+		UserTurn.ConversationId = "one";
+		UserTurn.Message = Message;
+		UserTurn.FileStructure = Tree;
+		return Json::parse(Asked.Command(UserTurn).Body)["request_id"].get<std::string>();
+	};
+	auto Here = Open();
+	const auto There = Open();
+	EXPECT_EQ(ModelTalk::TextOf(PollUntil(*There, Command(*Here, "A", Json::object()), IsOver)), "One.");
+
+	// Only the other process is asked: it sees the text that comes here, and that is poll enough.
+	const std::string Second = Command(*Here, "B");
+	const Json Partial = PollUntil(*There, Second, [](const Json& Each) { return Each.value("partial", "") != ""; });
+	EXPECT_EQ(Partial["partial"], "Half an answer");
+	EXPECT_EQ(Talk.Server.CountRequests(), 2u);
+	Here.reset();
+	EXPECT_EQ(ModelTalk::TextOf(PollUntil(*There, Second, IsOver)), "Two.") << "taken over from one that has ended";
+
+	Here = Open();
+	EXPECT_EQ(ModelTalk::TextOf(PollUntil(*There, Command(*Here, "C"), IsOver)), "Three.");
+	EXPECT_EQ(Talk.Server.GetRequests().back()["messages"].size(), 5u);
+	EXPECT_EQ(Talk.Server.GetProblems(), "");
+}
+
 TEST(ModelTlsTest, OnlyATrustedServerGetsTheKey)
 {
-	const OfflineResponder Offline;
-	RunningServer Https(Offline, {});
+	RunningServer Https(AnswerWith<OfflineResponder>(), {});
 	ModelTalk Talk(ModelFormat::Messages);
 	Talk.Context.Config.Server.BaseUrl = "https://localhost:" + std::to_string(Https.GetPort()) + "/v1";
 	EXPECT_NE(ModelTalk::TextOf(Talk.Send("Hi")).find("is not trusted"), std::string::npos);
