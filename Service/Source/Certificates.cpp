@@ -1,9 +1,8 @@
 #include "Certificates.h"
 
-#include <cerrno>
+#include "Platform.h"
+
 #include <cstdio>
-#include <cstring>
-#include <fcntl.h>
 #include <filesystem>
 #include <functional>
 #include <memory>
@@ -12,8 +11,6 @@
 #include <openssl/rand.h>
 #include <openssl/x509v3.h>
 #include <stdexcept>
-#include <sys/stat.h>
-#include <unistd.h>
 
 namespace
 {
@@ -23,6 +20,7 @@ struct Deleter
 	void operator()(Type* Pointer) const { Free(Pointer); }
 };
 using KeyPointer = std::unique_ptr<EVP_PKEY, Deleter<EVP_PKEY, EVP_PKEY_free>>;
+using BufferPointer = std::unique_ptr<BIO, Deleter<BIO, BIO_free_all>>;
 using CertificatePointer = std::unique_ptr<X509, Deleter<X509, X509_free>>;
 
 struct FileCloser
@@ -43,43 +41,33 @@ void Require(bool bCondition, const char* What)
 	}
 }
 
-[[noreturn]] void FailToWrite(const std::string& Path)
+/** Writes what OpenSSL puts into a buffer in memory. */
+void Save(const std::string& Path, Platform::Readers MayRead, const std::function<int(BIO*)>& Write)
 {
-	throw std::runtime_error("The state folder cannot be written: " + Path + ": " + std::strerror(errno));
-}
-
-/** Whole or not at all: a full disk must not leave half a file where a good one was. */
-void Save(const std::string& Path, mode_t Mode, const std::function<bool(std::FILE*)>& Write)
-{
-	const std::string Temporary = Path + ".tmp";
-	unlink(Temporary.c_str());
-	const int Descriptor = open(Temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, Mode);
-	if (Descriptor < 0)
+	const BufferPointer Buffer(BIO_new(BIO_s_mem()));
+	Require(Buffer && Write(Buffer.get()) == 1, "writing");
+	char* Bytes = nullptr;
+	const long NumBytes = BIO_get_mem_data(Buffer.get(), &Bytes);
+	try
 	{
-		FailToWrite(Path);
+		Platform::WriteWholeFile(Path, std::string(Bytes, static_cast<size_t>(NumBytes)), MayRead);
 	}
-	FilePointer File(fdopen(Descriptor, "w"));
-	errno = 0;
-	const bool bWritten = Write(File.get()) && std::fflush(File.get()) == 0 && fsync(Descriptor) == 0 &&
-						  rename(Temporary.c_str(), Path.c_str()) == 0;
-	if (!bWritten)
+	catch (const std::runtime_error& Error)
 	{
-		const int Reason = errno;
-		unlink(Temporary.c_str());
-		errno = Reason;
-		FailToWrite(Path);
+		throw std::runtime_error("The state folder cannot be written: " + Path + ": " + Error.what());
 	}
 }
 
 void SaveKey(const std::string& Path, EVP_PKEY* Key)
 {
-	Save(Path, 0600,
-		[Key](std::FILE* File) { return PEM_write_PrivateKey(File, Key, nullptr, nullptr, 0, nullptr, nullptr) == 1; });
+	Save(Path, Platform::Readers::Owner,
+		[Key](BIO* Buffer) { return PEM_write_bio_PrivateKey(Buffer, Key, nullptr, nullptr, 0, nullptr, nullptr); });
 }
 
 void SaveCertificate(const std::string& Path, X509* Certificate)
 {
-	Save(Path, 0644, [Certificate](std::FILE* File) { return PEM_write_X509(File, Certificate) == 1; });
+	Save(Path, Platform::Readers::Everybody,
+		[Certificate](BIO* Buffer) { return PEM_write_bio_X509(Buffer, Certificate); });
 }
 
 template <typename Pointer, typename Reader>
@@ -174,7 +162,9 @@ CertificateFiles PrepareCertificates(const std::string& Folder, const std::vecto
 	std::string Names = "DNS:localhost,IP:127.0.0.1,IP:::1";
 	for (const std::string& Name : HostNames)
 	{
-		Names += ",DNS:" + Name;
+		ASN1_OCTET_STRING* const Address = a2i_IPADDRESS(Name.c_str());
+		Names += (Address ? ",IP:" : ",DNS:") + Name;
+		ASN1_OCTET_STRING_free(Address);
 	}
 	AddExtension(Server.get(), Signer.Certificate.get(), NID_basic_constraints, "critical,CA:FALSE");
 	AddExtension(Server.get(), Signer.Certificate.get(), NID_key_usage, "critical,digitalSignature");

@@ -1,7 +1,8 @@
 #include "ConnectionWatch.h"
 
+#include "Platform.h"
+
 #include <algorithm>
-#include <sys/socket.h>
 
 namespace
 {
@@ -157,7 +158,7 @@ void ConnectionWatch::Stop()
 void ConnectionWatch::End(Connection& Ended)
 {
 	// Its thread wakes up, finds the connection closed, and cleans up.
-	shutdown(Ended.Socket, SHUT_RDWR);
+	Platform::ShutDownConnection(Ended.Socket);
 	Ended.Now = State::Ended;
 	Ended.Deadline = Clock::time_point::max();
 }

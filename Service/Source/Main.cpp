@@ -2,18 +2,17 @@
 #include "ConversationStore.h"
 #include "ModelBackend.h"
 #include "OfflineResponder.h"
+#include "Platform.h"
 #include "ScriptResponder.h"
 #include "Server.h"
 
 #include <cerrno>
-#include <csignal>
 #include <cstdio>
 #include <cstring>
 #include <exception>
 #include <filesystem>
 #include <fstream>
 #include <iostream>
-#include <pthread.h>
 #include <thread>
 
 namespace
@@ -54,32 +53,17 @@ void WriteReadyFile(const std::string& Path, const Server& Https)
 	std::filesystem::rename(Temporary, Path);
 }
 
-/** From here on only WaitForStop sees the signals. */
-sigset_t BlockStopSignals()
-{
-	sigset_t Signals;
-	sigemptyset(&Signals);
-	sigaddset(&Signals, SIGINT);
-	sigaddset(&Signals, SIGTERM);
-	pthread_sigmask(SIG_BLOCK, &Signals, nullptr);
-	std::signal(SIGPIPE, SIG_IGN);
-	// A file that reaches the limit of its size is reported like a full disk.
-	std::signal(SIGXFSZ, SIG_IGN);
-	return Signals;
-}
-
 int Serve(const Options& Settings)
 {
-	const sigset_t Signals = BlockStopSignals();
+	Platform::BeginWaitingForStop();
 	const std::unique_ptr<Backend> Answers = MakeBackend(Settings);
 	Server Https(Settings, *Answers);
 	if (!Settings.ReadyFile.empty())
 	{
 		WriteReadyFile(Settings.ReadyFile, Https);
 	}
-	std::thread Waiter([&Https, &Answers, &Signals] {
-		int Signal = 0;
-		sigwait(&Signals, &Signal);
+	std::thread Waiter([&Https, &Answers] {
+		Platform::WaitForStop();
 		Answers->Stop();
 		Https.Stop();
 	});
@@ -87,7 +71,7 @@ int Serve(const Options& Settings)
 			  << std::endl;
 	Https.Run();
 	// Run also ends by itself, when the socket is lost: the waiter must not be left behind.
-	pthread_kill(Waiter.native_handle(), SIGTERM);
+	Platform::EndWaitingForStop();
 	Waiter.join();
 	std::cout << "Stopped." << std::endl;
 	return 0;

@@ -1,8 +1,7 @@
+#include "Platform.h"
 #include "SqlDatabase.h"
 
-#include <fcntl.h>
 #include <sqlite3.h>
-#include <unistd.h>
 
 namespace
 {
@@ -18,16 +17,6 @@ constexpr SqlDialect SqliteDialect = {
 	false,
 };
 
-/** SQLite gives its journals the permissions of the file itself. */
-void CreatePrivateFile(const std::string& Path)
-{
-	const int File = open(Path.c_str(), O_CREAT | O_RDWR | O_CLOEXEC, 0600);
-	if (File >= 0)
-	{
-		close(File);
-	}
-}
-
 class SqliteConnection : public SqlConnection
 {
 public:
@@ -35,7 +24,8 @@ public:
 		: Path(InPath)
 	{
 		constexpr int BusyMilliseconds = 5000;
-		CreatePrivateFile(Path);
+		// SQLite gives its journals the permissions of the file itself.
+		Platform::CreatePrivateFile(Path);
 		if (sqlite3_open_v2(Path.c_str(), &Handle, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE, nullptr) != SQLITE_OK)
 		{
 			const std::string Reason = Handle ? sqlite3_errmsg(Handle) : "out of memory";
