@@ -1,4 +1,5 @@
 #include "CheckConfig.h"
+#include "ConnectCommand.h"
 #include "ConversationStore.h"
 #include "ModelBackend.h"
 #include "OfflineResponder.h"
@@ -77,6 +78,19 @@ int Serve(const Options& Settings)
 	return 0;
 }
 
+int ConnectAndReport(const std::vector<std::string>& Words)
+{
+	try
+	{
+		return RunConnectCommand(Words, std::cin, std::cout) ? 0 : 1;
+	}
+	catch (const std::exception& Error)
+	{
+		std::cerr << Error.what() << "\n";
+		return 1;
+	}
+}
+
 int CheckConfigAndReport(const std::string& Path)
 {
 	try
@@ -96,6 +110,10 @@ int main(int ArgC, char** ArgV)
 	if (ArgC == 3 && std::strcmp(ArgV[1], "check-config") == 0)
 	{
 		return CheckConfigAndReport(ArgV[2]);
+	}
+	if (ArgC > 1 && (std::strcmp(ArgV[1], "connect") == 0 || std::strcmp(ArgV[1], "disconnect") == 0))
+	{
+		return ConnectAndReport({ ArgV + 1, ArgV + ArgC });
 	}
 	Options Settings;
 	try

@@ -65,7 +65,11 @@ const char* Options::Usage()
 		   "  --config FILE        the model server of 'model', as TOML\n"
 		   "\n"
 		   "       kestrel-service check-config FILE\n"
-		   "  asks the model server for a word and a tool call, and prints what works\n";
+		   "  asks the model server for a word and a tool call, and prints what works\n"
+		   "\n"
+		   "       kestrel-service connect --project DIR --state FOLDER [--port N] [--yes]\n"
+		   "       kestrel-service disconnect --project DIR\n"
+		   "  makes a project use the service on this machine, and no longer\n";
 }
 
 Options Options::Parse(int ArgC, char** ArgV)
