@@ -50,21 +50,20 @@ class PostgresConnection : public SqlConnection
 {
 public:
 	explicit PostgresConnection(const std::string& Address)
-		: Handle(Connect(Address))
+		: Connection(Connect(Address), PQfinish)
+		, Handle(Connection.get())
 	{
 		if (PQstatus(Handle) != CONNECTION_OK)
 		{
-			const std::string Reason = FirstLine(PQerrorMessage(Handle));
-			PQfinish(Handle);
-			throw std::runtime_error("The database cannot be reached: " + Reason);
+			throw std::runtime_error("The database cannot be reached: " + FirstLine(PQerrorMessage(Handle)));
 		}
 		// Values, which a message could repeat, are left out of it.
 		PQsetErrorVerbosity(Handle, PQERRORS_TERSE);
 		PQsetNoticeProcessor(
 			Handle, [](void*, const char*) {}, nullptr);
+		// A request waits for this.
+		RunScript("SET statement_timeout = '15s'");
 	}
-
-	~PostgresConnection() override { PQfinish(Handle); }
 
 	SqlRows Run(const std::string& Sql, const std::vector<SqlValue>& Parameters) override
 	{
@@ -93,8 +92,9 @@ private:
 	static PGconn* Connect(const std::string& Address)
 	{
 		// The address's own members win over those before it.
-		const char* const Names[] = { "connect_timeout", "application_name", "client_encoding", "dbname", nullptr };
-		const char* const Values[] = { "10", "kestrel-service", "UTF8", Address.c_str(), nullptr };
+		const char* const Names[] = { "connect_timeout", "tcp_user_timeout", "application_name", "client_encoding",
+			"dbname", nullptr };
+		const char* const Values[] = { "10", "15000", "kestrel-service", "UTF8", Address.c_str(), nullptr };
 		return PQconnectdbParams(Names, Values, 1);
 	}
 
@@ -133,6 +133,7 @@ private:
 		return Rows;
 	}
 
+	const std::unique_ptr<PGconn, void (*)(PGconn*)> Connection;
 	PGconn* const Handle;
 };
 }
