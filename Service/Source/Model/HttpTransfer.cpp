@@ -4,10 +4,12 @@
 #include <cctype>
 #include <chrono>
 #include <curl/curl.h>
+#include <mutex>
+#include <vector>
 
 namespace
 {
-using Clock = std::chrono::steady_clock;
+using TransferClock = std::chrono::steady_clock;
 
 /** One transfer, as its callbacks see it. */
 struct RunningTransfer
@@ -16,7 +18,7 @@ struct RunningTransfer
 	ReplyHead& Head;
 	const HttpTransfer::ReceiveFunction& Receive;
 	const HttpTransfer::StopFunction& ShouldStop;
-	Clock::time_point LastByte = Clock::now();
+	TransferClock::time_point LastByte = TransferClock::now();
 	bool bReceived = false;
 	FaultKind StoppedBy = FaultKind::Broken;
 };
@@ -27,7 +29,7 @@ size_t OnHeader(char* Bytes, size_t Size, size_t Count, void* User)
 	constexpr size_t MaxHeaders = 200;
 	const std::string Line(Bytes, Size * Count);
 	const size_t Colon = Line.find(':');
-	Transfer.LastByte = Clock::now();
+	Transfer.LastByte = TransferClock::now();
 	if (Line.rfind("HTTP/", 0) == 0)
 	{
 		// Of a proxy's reply, or of one to be continued, nothing is kept.
@@ -49,7 +51,7 @@ size_t OnHeader(char* Bytes, size_t Size, size_t Count, void* User)
 size_t OnBody(char* Bytes, size_t Size, size_t Count, void* User)
 {
 	RunningTransfer& Transfer = *static_cast<RunningTransfer*>(User);
-	Transfer.LastByte = Clock::now();
+	Transfer.LastByte = TransferClock::now();
 	Transfer.bReceived = true;
 	return Transfer.Receive(Transfer.Head, { Bytes, Size * Count }) ? Size * Count : 0;
 }
@@ -58,7 +60,7 @@ size_t OnBody(char* Bytes, size_t Size, size_t Count, void* User)
 int OnProgress(void* User, curl_off_t, curl_off_t, curl_off_t, curl_off_t)
 {
 	RunningTransfer& Transfer = *static_cast<RunningTransfer*>(User);
-	const double Silent = std::chrono::duration<double>(Clock::now() - Transfer.LastByte).count();
+	const double Silent = std::chrono::duration<double>(TransferClock::now() - Transfer.LastByte).count();
 	const double Longest = Transfer.bReceived ? Transfer.Timeouts.BetweenBytes : Transfer.Timeouts.FirstByte;
 	if (Transfer.ShouldStop())
 	{
@@ -110,6 +112,61 @@ UpstreamFault DescribeFailure(
 	}
 }
 
+/**
+ * A handle of libcurl's, with the connections that it has open. They are lent for one transfer each: conversations that
+ * nobody writes in would otherwise keep a connection each.
+ */
+struct HandleLoan
+{
+	HandleLoan()
+		: Curl(Take())
+	{
+	}
+	~HandleLoan()
+	{
+		const std::lock_guard Lock(GetIdle().Mutex);
+		if (GetIdle().Handles.size() < MostIdle)
+		{
+			GetIdle().Handles.push_back(Curl);
+			return;
+		}
+		curl_easy_cleanup(Curl);
+	}
+	HandleLoan(const HandleLoan&) = delete;
+	HandleLoan& operator=(const HandleLoan&) = delete;
+
+	CURL* const Curl;
+
+private:
+	static constexpr size_t MostIdle = 8;
+
+	struct IdleHandles
+	{
+		~IdleHandles() { std::for_each(Handles.begin(), Handles.end(), curl_easy_cleanup); }
+
+		std::mutex Mutex;
+		std::vector<CURL*> Handles;
+	};
+
+	static IdleHandles& GetIdle()
+	{
+		static IdleHandles Idle;
+		return Idle;
+	}
+
+	static CURL* Take()
+	{
+		const std::lock_guard Lock(GetIdle().Mutex);
+		if (GetIdle().Handles.empty())
+		{
+			return curl_easy_init();
+		}
+		CURL* const Taken = GetIdle().Handles.back();
+		GetIdle().Handles.pop_back();
+		return Taken;
+	}
+};
+
 long Milliseconds(double Seconds)
 {
 	return static_cast<long>(Seconds * 1000);
@@ -119,19 +176,15 @@ long Milliseconds(double Seconds)
 HttpTransfer::HttpTransfer(const ModelServer& InServer, const ModelTimeouts& InTimeouts)
 	: Server(InServer)
 	, Timeouts(InTimeouts)
-	, Curl(curl_easy_init())
 {
-}
-
-HttpTransfer::~HttpTransfer()
-{
-	curl_easy_cleanup(Curl);
 }
 
 std::optional<UpstreamFault> HttpTransfer::Run(
 	const UpstreamRequest& Request, ReplyHead& Head, const ReceiveFunction& Receive, const StopFunction& ShouldStop)
 {
 	RunningTransfer Transfer{ Timeouts, Head, Receive, ShouldStop };
+	const HandleLoan Loan;
+	CURL* const Curl = Loan.Curl;
 	char Detail[CURL_ERROR_SIZE] = "";
 	curl_slist* Headers = nullptr;
 	for (const std::string& Header : Request.Headers)

@@ -26,8 +26,8 @@ struct ReplyHead
 };
 
 /**
- * Talks HTTP to a model server: TLS verified, redirects not followed since the key would go along, one connection kept
- * for the next request. One thread at a time.
+ * Talks HTTP to a model server: TLS verified, redirects not followed since the key would go along, some connections
+ * kept for further requests.
  */
 class HttpTransfer
 {
@@ -38,9 +38,6 @@ public:
 	using StopFunction = std::function<bool()>;
 
 	HttpTransfer(const ModelServer& InServer, const ModelTimeouts& InTimeouts);
-	~HttpTransfer();
-	HttpTransfer(const HttpTransfer&) = delete;
-	HttpTransfer& operator=(const HttpTransfer&) = delete;
 
 	/** @return what kept the whole reply from coming; its status may be any */
 	std::optional<UpstreamFault> Run(const UpstreamRequest& Request, ReplyHead& Head, const ReceiveFunction& Receive,
@@ -49,5 +46,4 @@ public:
 private:
 	const ModelServer& Server;
 	const ModelTimeouts& Timeouts;
-	void* Curl = nullptr;
 };

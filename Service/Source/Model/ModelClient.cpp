@@ -134,6 +134,25 @@ size_t ModelClient::MeasureRequest(const ModelRequest& Request) const
 	return Format.MakeRequest(Config.Server, Request).Body.size();
 }
 
+void ModelClient::HideKey(ModelReply& Reply) const
+{
+	const Secret& Key = Config.Server.Key;
+	for (ReplyBlock& Each : Reply.Message.Blocks)
+	{
+		if (TextBlock* const Text = std::get_if<TextBlock>(&Each))
+		{
+			Text->Text = Key.HideIn(std::move(Text->Text));
+		}
+		else if (ToolCall* const Call = std::get_if<ToolCall>(&Each))
+		{
+			const std::string Input = ToRequestBody(Call->Input);
+			const std::string Hidden = Key.HideIn(Input);
+			Call->Input = Hidden == Input ? std::move(Call->Input) : ParseUntrustedJson(Hidden);
+			Call->InputError = Key.HideIn(std::move(Call->InputError));
+		}
+	}
+}
+
 ModelResult ModelClient::AskOnce(const ModelRequest& Request, RunningTurn& Turn)
 {
 	const std::unique_ptr<ReplyAssembler> Assembler = Format.MakeAssembler();
@@ -143,7 +162,7 @@ ModelResult ModelClient::AskOnce(const ModelRequest& Request, RunningTurn& Turn)
 		Format.MakeRequest(Config.Server, Request), Head,
 		[&](const ReplyHead& Begun, std::string_view Bytes) {
 			const bool bGoOn = Body.Add(Begun.Status, Bytes);
-			Turn.SetPartialText(Assembler->GetText());
+			Turn.SetPartialText(Config.Server.Key.HideIn(Assembler->GetText()));
 			return bGoOn;
 		},
 		[&Turn] { return Turn.ShouldStop(); });
@@ -159,6 +178,7 @@ ModelResult ModelClient::AskOnce(const ModelRequest& Request, RunningTurn& Turn)
 	std::optional<ModelReply> Reply = Fault && Fault->Kind == FaultKind::Cancelled ? std::nullopt : Assembler->Finish();
 	if (Reply && (!Fault || Fault->Kind == FaultKind::Broken) && !Assembler->GetFault())
 	{
+		HideKey(*Reply);
 		return std::move(*Reply);
 	}
 	if (!Fault)

@@ -22,6 +22,9 @@ public:
 	ModelResult AskOnce(const ModelRequest& Request, RunningTurn& Turn);
 
 private:
+	/** Servers that repeat the key in an answer must not have it shown and stored. */
+	void HideKey(ModelReply& Reply) const;
+
 	const ModelConfig& Config;
 	const RequestFormat& Format;
 	HttpTransfer Http;
