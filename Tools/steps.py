@@ -21,7 +21,7 @@ PACKAGES = [
     "libcurl4-openssl-dev", "libgit2-dev", "libmimalloc-dev", "libpango1.0-dev", "libpython3-dev", "librsvg2-dev",
     "libsdl2-dev", "libsqlite3-dev", "libssl-dev", "libtomlplusplus-dev", "libvalijson-dev", "libx11-dev", "zlib1g-dev",
     "fonts-dejavu-core", "fonts-noto-color-emoji", "lld", "nlohmann-json3-dev", "ninja-build", "pkg-config", "rapidjson-dev",
-    "libgmock-dev", "libgtest-dev", "libpq-dev", "postgresql", "xdotool", "xvfb",
+    "chromium", "chromium-driver", "libgmock-dev", "libgtest-dev", "libpq-dev", "postgresql", "xdotool", "xvfb",
 ]
 CHECK_PACKAGES = ["clang-format", "clang-tidy", "python3-clang-14"]
 

@@ -14,6 +14,9 @@ public:
 	/** Gives up what is being worked on, all at once and without waiting for its end. */
 	virtual void Stop() {}
 
+	/** @throws std::runtime_error when it cannot answer */
+	virtual void CheckHealth() {}
+
 	static HttpReply NoSuchRequest()
 	{
 		return HttpReply::FromJson({ { "status", "FAILED" }, { "error", "There is no such request." } });

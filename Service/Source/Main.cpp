@@ -1,18 +1,22 @@
 #include "CheckConfig.h"
 #include "ConnectCommand.h"
 #include "ConversationStore.h"
+#include "KeyCommand.h"
+#include "Log.h"
 #include "ModelBackend.h"
 #include "OfflineResponder.h"
 #include "Platform.h"
 #include "ScriptResponder.h"
 #include "Server.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
 #include <exception>
 #include <filesystem>
 #include <fstream>
+#include <functional>
 #include <iostream>
 #include <thread>
 
@@ -27,15 +31,23 @@ std::unique_ptr<Responder> MakeResponder(const Options& Settings)
 	return std::make_unique<OfflineResponder>();
 }
 
-std::unique_ptr<Backend> MakeBackend(const Options& Settings)
+/** What answers, and where it keeps what lasts, if anywhere. */
+struct Answering
+{
+	std::shared_ptr<ModelStore> Store;
+	std::unique_ptr<Backend> Answers;
+};
+
+Answering MakeAnswering(const Options& Settings)
 {
 	if (Settings.Responder != "model")
 	{
-		return std::make_unique<ConversationStore>(MakeResponder(Settings));
+		return { nullptr, std::make_unique<ConversationStore>(MakeResponder(Settings)) };
 	}
 	ModelConfig Config = ModelConfig::Load(Settings.ConfigFile);
-	std::unique_ptr<ModelStore> Store = OpenModelStore(Config.Database, Settings.StateFolder);
-	return std::make_unique<ModelBackend>(std::move(Config), std::move(Store));
+	LogContent(Config.bLogContent);
+	const std::shared_ptr<ModelStore> Store = OpenModelStore(Config.Database, Settings.StateFolder);
+	return { Store, std::make_unique<ModelBackend>(std::move(Config), Store) };
 }
 
 /** Under its final name only when it is whole: somebody waits for it. */
@@ -54,35 +66,35 @@ void WriteReadyFile(const std::string& Path, const Server& Https)
 	std::filesystem::rename(Temporary, Path);
 }
 
-int Serve(const Options& Settings)
+void Serve(const Options& Settings)
 {
 	Platform::BeginWaitingForStop();
-	const std::unique_ptr<Backend> Answers = MakeBackend(Settings);
-	Server Https(Settings, *Answers);
+	const auto [Store, Answers] = MakeAnswering(Settings);
+	Server Https(Settings, *Answers, Store.get());
 	if (!Settings.ReadyFile.empty())
 	{
 		WriteReadyFile(Settings.ReadyFile, Https);
 	}
-	std::thread Waiter([&Https, &Answers] {
+	std::thread Waiter([&Https, Stopped = Answers.get()] {
 		Platform::WaitForStop();
-		Answers->Stop();
+		Stopped->Stop();
 		Https.Stop();
 	});
-	std::cout << "Listening on https://127.0.0.1:" << Https.GetPort() << "/ (" << Settings.Responder << ")"
-			  << std::endl;
+	std::cout << "Listening on https://" << Settings.Listen << ":" << Https.GetPort() << "/ (" << Settings.Responder
+			  << ")" << std::endl;
 	Https.Run();
 	// Run also ends by itself, when the socket is lost: the waiter must not be left behind.
 	Platform::EndWaitingForStop();
 	Waiter.join();
 	std::cout << "Stopped." << std::endl;
-	return 0;
 }
 
-int ConnectAndReport(const std::vector<std::string>& Words)
+int RunAndReport(const std::function<void()>& Work)
 {
 	try
 	{
-		return RunConnectCommand(Words, std::cin, std::cout) ? 0 : 1;
+		Work();
+		return 0;
 	}
 	catch (const std::exception& Error)
 	{
@@ -111,9 +123,17 @@ int main(int ArgC, char** ArgV)
 	{
 		return CheckConfigAndReport(ArgV[2]);
 	}
+	if (ArgC > 1 && std::strcmp(ArgV[1], "keys") == 0)
+	{
+		return RunAndReport([&] { RunKeyCommand({ ArgV + 2, ArgV + ArgC }, std::cout); });
+	}
 	if (ArgC > 1 && (std::strcmp(ArgV[1], "connect") == 0 || std::strcmp(ArgV[1], "disconnect") == 0))
 	{
-		return ConnectAndReport({ ArgV + 1, ArgV + ArgC });
+		bool bAgreed = false;
+		const int Code = RunAndReport([&] {
+			bAgreed = RunConnectCommand({ ArgV + 1, ArgV + ArgC }, std::cin, std::cout);
+		});
+		return bAgreed ? 0 : std::max(Code, 1);
 	}
 	Options Settings;
 	try
@@ -125,13 +145,5 @@ int main(int ArgC, char** ArgV)
 		std::cerr << Error.what() << "\n" << Options::Usage();
 		return 2;
 	}
-	try
-	{
-		return Serve(Settings);
-	}
-	catch (const std::exception& Error)
-	{
-		std::cerr << Error.what() << "\n";
-		return 1;
-	}
+	return RunAndReport([&] { Serve(Settings); });
 }

@@ -2,6 +2,7 @@
 
 #include "KeyFile.h"
 
+#include <cstdint>
 #include <cstdlib>
 #include <functional>
 #include <map>
@@ -9,10 +10,10 @@
 
 namespace
 {
-long ParseNumber(const std::string& Name, const std::string& Text, long Highest)
+int64_t ParseNumber(const std::string& Name, const std::string& Text, int64_t Highest)
 {
 	char* End = nullptr;
-	const long Number = std::strtol(Text.c_str(), &End, 10);
+	const int64_t Number = std::strtoll(Text.c_str(), &End, 10);
 	if (Text.empty() || *End != '\0' || Number < 0 || Number > Highest)
 	{
 		throw std::runtime_error(
@@ -50,14 +51,23 @@ void CheckResponder(const Options& Settings)
 }
 }
 
+bool Options::IsLoopback() const
+{
+	return Listen == "localhost" || Listen == "::1" || Listen.rfind("127.", 0) == 0;
+}
+
 const char* Options::Usage()
 {
 	return "Usage: kestrel-service --state FOLDER [options]\n"
-		   "  --port N             port on this machine; 0, the default, takes a free one\n"
+		   "  --port N             port; 0, the default, takes a free one\n"
+		   "  --listen ADDRESS     127.0.0.1 unless given; others only if there are keys\n"
 		   "  --host-name NAME     a further name that the certificate is for; may be repeated\n"
 		   "  --ready-file FILE    written as JSON when the service can be reached\n"
 		   "  --key-file FILE      refuse requests whose x-api-key is not the file's content (401); without it, the\n"
 		   "                       variable KESTREL_SERVICE_KEY may hold the key\n"
+		   "  --operator-key-file FILE\n"
+		   "                       turns on the operator page at / and /metrics for those who have the file's content;\n"
+		   "                       without it, the variable KESTREL_OPERATOR_KEY may hold the key\n"
 		   "  --max-body BYTES     refuse larger bodies (413)\n"
 		   "  --request-time N     seconds in which a request has to arrive, 60 unless given\n"
 		   "  --responder KIND     'offline' (default), 'script' or 'model'\n"
@@ -67,6 +77,10 @@ const char* Options::Usage()
 		   "       kestrel-service check-config FILE\n"
 		   "  asks the model server for a word and a tool call, and prints what works\n"
 		   "\n"
+		   "       kestrel-service keys add NAME [--budget COST] --state FOLDER [--config FILE]\n"
+		   "       kestrel-service keys list|remove NAME --state FOLDER [--config FILE]\n"
+		   "  the API keys of 'model', each with a budget per month\n"
+		   "\n"
 		   "       kestrel-service connect --project DIR --state FOLDER [--port N] [--yes]\n"
 		   "       kestrel-service disconnect --project DIR\n"
 		   "  makes a project use the service on this machine, and no longer\n";
@@ -74,12 +88,14 @@ const char* Options::Usage()
 
 Options Options::Parse(int ArgC, char** ArgV)
 {
-	constexpr long HighestPort = 65535;
-	constexpr long LargestBody = 1L << 32;
-	constexpr long LongestRequest = 24 * 60 * 60;
+	constexpr int64_t HighestPort = 65535;
+	constexpr int64_t LargestBody = int64_t(1) << 32;
+	constexpr int64_t LongestRequest = 24 * 60 * 60;
 	Options Result;
 	const char* const KeyFromEnvironment = std::getenv(KeyVariable);
 	Result.ApiKey = KeyFromEnvironment ? KeyFromEnvironment : "";
+	const char* const OperatorKeyFromEnvironment = std::getenv(OperatorKeyVariable);
+	Result.OperatorKey = OperatorKeyFromEnvironment ? OperatorKeyFromEnvironment : "";
 	const std::map<std::string, std::function<void(const std::string&)>> Setters = {
 		{ "--state", [&](const std::string& Value) { Result.StateFolder = Value; } },
 		{ "--ready-file", [&](const std::string& Value) { Result.ReadyFile = Value; } },
@@ -87,6 +103,8 @@ Options Options::Parse(int ArgC, char** ArgV)
 		{ "--scripts", [&](const std::string& Value) { Result.ScriptFolder = Value; } },
 		{ "--config", [&](const std::string& Value) { Result.ConfigFile = Value; } },
 		{ "--key-file", [&](const std::string& Value) { Result.ApiKey = ReadKeyFile(Value); } },
+		{ "--operator-key-file", [&](const std::string& Value) { Result.OperatorKey = ReadKeyFile(Value); } },
+		{ "--listen", [&](const std::string& Value) { Result.Listen = Value; } },
 		{ "--host-name", [&](const std::string& Value) { Result.HostNames.push_back(Value); } },
 		{ "--port",
 			[&](const std::string& Value) {

@@ -13,6 +13,8 @@ struct Options
 	std::string ScriptFolder;
 	std::string ConfigFile;             // of 'model'
 	std::string ApiKey;                 // required in x-api-key unless empty
+	std::string OperatorKey;            // of the operator page and the metrics; without one there are none
+	std::string Listen = "127.0.0.1";   // the address
 	std::vector<std::string> HostNames; // names that the certificate is for, besides this machine's
 	int Port = 0;                       // 0 takes a free one
 	size_t MaxBodyBytes = 256u << 20;
@@ -20,6 +22,11 @@ struct Options
 
 	/** Holds the key: on the command line every user of the machine would see it. */
 	static constexpr const char* KeyVariable = "KESTREL_SERVICE_KEY";
+
+	static constexpr const char* OperatorKeyVariable = "KESTREL_OPERATOR_KEY";
+
+	/** Whether only this machine can reach the service. */
+	bool IsLoopback() const;
 
 	static const char* Usage();
 	/** @throws std::runtime_error with a text for the user */

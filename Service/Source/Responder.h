@@ -16,6 +16,7 @@ struct HttpReply
 	std::string Body;
 	std::string ContentType = "application/json";
 	double DelaySeconds = 0.0;
+	int RetryAfterSeconds = 0; // 0 says nothing
 	/** Close the connection in the middle instead of answering. */
 	bool bDrop = false;
 

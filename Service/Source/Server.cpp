@@ -1,9 +1,10 @@
 #include "Server.h"
 
 #include "CommandBody.h"
+#include "Log.h"
+#include "Metrics.h"
 
 #include <httplib.h>
-#include <iostream>
 #include <stdexcept>
 
 namespace
@@ -17,6 +18,10 @@ void Send(const HttpReply& Reply, httplib::Response& Response)
 {
 	Response.status = Reply.Code;
 	Response.set_header(AnsweredHeader, "no-store");
+	if (Reply.RetryAfterSeconds > 0)
+	{
+		Response.set_header("Retry-After", std::to_string(Reply.RetryAfterSeconds));
+	}
 	if (Reply.bDrop)
 	{
 		// A length that is never reached: the connection closes in the middle of the body.
@@ -33,23 +38,16 @@ HttpReply Refuse(int Code, const std::string& Error)
 	return HttpReply::FromJson({ { "error", Error } }, Code);
 }
 
-/** The same time for every wrong key. */
-bool IsSameKey(const std::string& A, const std::string& B)
-{
-	unsigned Difference = static_cast<unsigned>(A.size() ^ B.size());
-	for (size_t Index = 0; Index < A.size(); ++Index)
-	{
-		Difference |=
-			static_cast<unsigned char>(A[Index]) ^ static_cast<unsigned char>(B.empty() ? 0 : B[Index % B.size()]);
-	}
-	return Difference == 0;
-}
+const char* const KeyHeader = "x-api-key";
 }
 
-Server::Server(const Options& InOptions, Backend& InBackend)
+Server::Server(const Options& InOptions, Backend& InBackend, ModelStore* Store)
 	: Settings(InOptions)
 	, Certificates(PrepareCertificates(InOptions.StateFolder, InOptions.HostNames))
 	, Answers(InBackend)
+	, Keys(Store ? std::make_unique<KeyRing>(Store->GetDatabase()) : nullptr)
+	, Allowed(Settings, Keys.get())
+	, Pages(Allowed, Store)
 	, Https(std::make_unique<httplib::SSLServer>(Certificates.Certificate.c_str(), Certificates.PrivateKey.c_str()))
 {
 	if (!Https->is_valid())
@@ -60,10 +58,12 @@ Server::Server(const Options& InOptions, Backend& InBackend)
 	Https->new_task_queue = [] { return new httplib::ThreadPool(NumThreads); };
 	Https->set_payload_max_length(Settings.MaxBodyBytes);
 	AddRoutes();
-	Port = Settings.Port == 0 ? Https->bind_to_any_port("127.0.0.1") : Settings.Port;
-	if (Port <= 0 || (Settings.Port != 0 && !Https->bind_to_port("127.0.0.1", Port)))
+	const char* const Address = Settings.Listen.c_str();
+	Port = Settings.Port == 0 ? Https->bind_to_any_port(Address) : Settings.Port;
+	if (Port <= 0 || (Settings.Port != 0 && !Https->bind_to_port(Address, Port)))
 	{
-		throw std::runtime_error("Port " + std::to_string(Settings.Port) + " is in use or cannot be bound");
+		throw std::runtime_error(
+			"Port " + std::to_string(Settings.Port) + " of " + Settings.Listen + " is in use or cannot be bound");
 	}
 }
 
@@ -72,20 +72,30 @@ Server::~Server() = default;
 void Server::AddRoutes()
 {
 	Https->set_pre_routing_handler([this](const httplib::Request& Request, httplib::Response& Response) {
-		if (!Settings.ApiKey.empty() && !IsSameKey(Request.get_header_value("x-api-key"), Settings.ApiKey))
+		// Before a body is read: strangers cannot have one kept.
+		if (!OperatorPages::IsOwnPath(Request.path) && !Admit(Request, Response))
 		{
-			Send(Refuse(401, "The API key is missing or wrong."), Response);
 			return httplib::Server::HandlerResponse::Handled;
 		}
 		return httplib::Server::HandlerResponse::Unhandled;
 	});
 	Https->Post(R"((?:/.*)?/command)", [this](const httplib::Request& Request, httplib::Response& Response) {
-		Answer(Response, [&] { return Command(Request); });
+		if (const std::optional<std::string> KeyName = Admit(Request, Response))
+		{
+			Answer(Response, [&] { return Command(Request, *KeyName); });
+		}
 	});
 	Https->Get(R"((?:/.*)?/status)", [this](const httplib::Request& Request, httplib::Response& Response) {
-		Answer(Response, [&] { return Answers.Status(Request.get_param_value("request_id"), ""); });
+		if (const std::optional<std::string> KeyName = Admit(Request, Response))
+		{
+			Answer(Response, [&] { return Answers.Status(Request.get_param_value("request_id"), *KeyName); });
+		}
 	});
-	Https->set_logger([this](const httplib::Request&, const httplib::Response&) { Watch->EndReply(); });
+	Pages.AddRoutes(*Https, [this] { Answers.CheckHealth(); });
+	Https->set_logger([this](const httplib::Request&, const httplib::Response& Response) {
+		GetMetrics().Add(Metric::HttpRequests, std::to_string(Response.status));
+		Watch->EndReply();
+	});
 	Https->set_error_handler([](const httplib::Request&, httplib::Response& Response) {
 		// What a handler has answered stays as it is, an empty body included.
 		if (!Response.has_header(AnsweredHeader))
@@ -96,7 +106,26 @@ void Server::AddRoutes()
 	});
 }
 
-HttpReply Server::Command(const httplib::Request& Request)
+std::optional<std::string> Server::Admit(const httplib::Request& Request, httplib::Response& Response) const
+{
+	try
+	{
+		std::optional<std::string> KeyName = Allowed.Admit(Request.get_header_value(KeyHeader));
+		if (!KeyName)
+		{
+			Send(Refuse(401, "The API key is missing or wrong."), Response);
+		}
+		return KeyName;
+	}
+	catch (const std::exception& Error)
+	{
+		WriteLog("keys_cannot_be_read", { { "error", Error.what() } });
+		Send(Refuse(503, "The service cannot check API keys now."), Response);
+		return std::nullopt;
+	}
+}
+
+HttpReply Server::Command(const httplib::Request& Request, const std::string& KeyName)
 {
 	if (!IsUtf8(Request.body))
 	{
@@ -107,6 +136,7 @@ HttpReply Server::Command(const httplib::Request& Request)
 	{
 		return Refuse(400, "The body is not a command.");
 	}
+	UserTurn->KeyName = KeyName;
 	UserTurn->EngineVersion = Request.get_header_value("engine-version");
 	UserTurn->ConversationId = Request.get_header_value("conversation-id");
 	if (!IsUtf8(UserTurn->ConversationId) || !IsUtf8(UserTurn->EngineVersion))
@@ -128,7 +158,7 @@ void Server::Answer(httplib::Response& Response, const std::function<HttpReply()
 	}
 	catch (const std::exception& Error)
 	{
-		std::cerr << "A request failed: " << Error.what() << std::endl;
+		WriteLog("request_failed", { { "error", Error.what() } });
 		Reply = Refuse(500, std::string("The service failed: ") + Error.what());
 	}
 	Send(Reply, Response);

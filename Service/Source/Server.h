@@ -1,8 +1,10 @@
 #pragma once
 
+#include "Access.h"
 #include "Backend.h"
 #include "Certificates.h"
 #include "ConnectionWatch.h"
+#include "OperatorPages.h"
 #include "Options.h"
 
 #include <condition_variable>
@@ -19,13 +21,16 @@ struct Response;
 
 /**
  * The service's two endpoints over HTTPS, below any path: POST …/command and GET …/status?request_id=….
- * It listens on this machine only.
+ * It listens on this machine only, unless clients need keys.
  */
 class Server
 {
 public:
-	/** @throws std::runtime_error when the certificates cannot be made or the port is taken */
-	Server(const Options& InOptions, Backend& InBackend);
+	/**
+	 * @param Store  has named keys, and what the operator page shows; null where there is none
+	 * @throws std::runtime_error when the certificates cannot be made, the port is taken or everybody could get in
+	 */
+	Server(const Options& InOptions, Backend& InBackend, ModelStore* Store = nullptr);
 	~Server();
 
 	int GetPort() const { return Port; }
@@ -39,12 +44,17 @@ public:
 
 private:
 	void AddRoutes();
-	HttpReply Command(const httplib::Request& Request);
+	HttpReply Command(const httplib::Request& Request, const std::string& KeyName);
+	/** @return the name of the request's key; nothing, with the response made, if it may not come in */
+	std::optional<std::string> Admit(const httplib::Request& Request, httplib::Response& Response) const;
 	void Answer(httplib::Response& Response, const std::function<HttpReply()>& Make);
 
 	const Options Settings;
 	const CertificateFiles Certificates;
 	Backend& Answers;
+	const std::unique_ptr<KeyRing> Keys; // null without a store
+	const Access Allowed;
+	OperatorPages Pages;
 	std::unique_ptr<httplib::SSLServer> Https;
 	std::unique_ptr<ConnectionWatch> Watch;
 	int Port = 0;

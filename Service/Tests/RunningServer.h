@@ -20,11 +20,11 @@ std::unique_ptr<Backend> AnswerWith(ArgumentTypes&&... Arguments)
 class RunningServer
 {
 public:
-	RunningServer(std::unique_ptr<Backend> Chosen, Options Settings)
+	RunningServer(std::unique_ptr<Backend> Chosen, Options Settings, ModelStore* Store = nullptr)
 		: Answers(std::move(Chosen))
 	{
 		Settings.StateFolder = Folder.Path + "/state";
-		Https = std::make_unique<Server>(Settings, *Answers);
+		Https = std::make_unique<Server>(Settings, *Answers, Store);
 		Thread = std::thread([this] { Https->Run(); });
 	}
 	~RunningServer() { Stop(); }

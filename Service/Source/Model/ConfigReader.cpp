@@ -82,6 +82,19 @@ void ConfigReader::Read(const std::string& Path, std::string& Target)
 	}
 }
 
+void ConfigReader::Read(const std::string& Path, bool& Target)
+{
+	const toml::node* const Node = Find(Path);
+	if (Node && !Node->is_boolean())
+	{
+		AddErrorAt(Node, Path + " must be true or false");
+	}
+	else if (Node)
+	{
+		Target = **Node->as_boolean();
+	}
+}
+
 void ConfigReader::Read(const std::string& Path, std::vector<std::string>& Target)
 {
 	const toml::node* const Node = Find(Path);
@@ -168,6 +181,11 @@ void ConfigReader::AddUnknown(const toml::table& Table, const std::string& Prefi
 void ConfigReader::Finish()
 {
 	AddUnknown(Document, "");
+	FinishPart();
+}
+
+void ConfigReader::FinishPart() const
+{
 	if (!Errors.empty())
 	{
 		throw std::runtime_error(Errors);

@@ -18,6 +18,7 @@ public:
 	explicit ConfigReader(const std::string& InPath);
 
 	void Read(const std::string& Path, std::string& Target);
+	void Read(const std::string& Path, bool& Target);
 	void Read(const std::string& Path, std::vector<std::string>& Target);
 	/** A whole number; both ends are allowed. */
 	template <typename IntegerType>
@@ -28,6 +29,8 @@ public:
 	void AddError(const std::string& Path, const std::string& What);
 	/** @throws std::runtime_error with all errors, if there are any */
 	void Finish();
+	/** For who reads only a part of the document: other members are fine. */
+	void FinishPart() const;
 
 private:
 	const toml::node* Find(const std::string& Path);

@@ -1,7 +1,8 @@
 #include "LeaseKeeper.h"
 
+#include "Log.h"
+
 #include <exception>
-#include <iostream>
 
 namespace
 {
@@ -67,7 +68,7 @@ void LeaseKeeper::Keep()
 		catch (const std::exception& Error)
 		{
 			// The next time may be in time; otherwise the leases run out, and other processes take over.
-			std::cerr << "Leases could not be renewed: " << Error.what() << std::endl;
+			WriteLog("leases_not_renewed", { { "error", Error.what() } });
 		}
 		Lock.lock();
 	}

@@ -1,10 +1,12 @@
 #include "ModelBackend.h"
 
+#include "Log.h"
+#include "Metrics.h"
 #include "RandomId.h"
 
 #include <algorithm>
+#include <cmath>
 #include <exception>
-#include <iostream>
 
 namespace
 {
@@ -14,10 +16,12 @@ Json MakeTurnFailure(const std::string& Error)
 }
 }
 
-ModelBackend::ModelBackend(ModelConfig Config, std::unique_ptr<ModelStore> Store)
-	: Context{ std::move(Config), std::move(Store), DailyConsumption() }
+ModelBackend::ModelBackend(ModelConfig Config, std::shared_ptr<ModelStore> Store)
+	: Context{ std::move(Config), std::move(Store), nullptr, DailyConsumption() }
+	, Rates(static_cast<double>(Context.Config.TurnsPerMinute))
 	, Leases(*Context.Store)
 {
+	Context.Keys = std::make_unique<KeyRing>(Context.Store->GetDatabase());
 	Context.Today.KeepIn(*Context.Store);
 }
 
@@ -31,7 +35,7 @@ ModelBackend::~ModelBackend()
 	}
 	catch (const std::exception& Error)
 	{
-		std::cerr << "Turns could not be given back: " << Error.what() << std::endl;
+		WriteLog("turns_not_released", { { "error", Error.what() } });
 	}
 }
 
@@ -44,14 +48,35 @@ void ModelBackend::Stop()
 	Leases.CancelAll();
 }
 
+void ModelBackend::CheckHealth()
+{
+	Context.Store->GetDatabase().Run("SELECT 1 FROM conversations LIMIT 1");
+}
+
 HttpReply ModelBackend::Command(Turn UserTurn)
 {
+	if (const int Seconds = UserTurn.KeyName.empty() ? 0 : Rates.Take(UserTurn.KeyName))
+	{
+		GetMetrics().Add(Metric::RateLimited, UserTurn.KeyName);
+		HttpReply Reply = HttpReply::FromJson(
+			{ { "error", "Too many requests with this key. Try again in " + std::to_string(Seconds) + " s." } }, 429);
+		Reply.RetryAfterSeconds = Seconds;
+		return Reply;
+	}
 	const auto Local = std::make_shared<LocalTurn>();
 	UserTurn.RequestId = NewRandomId();
 	Local->ConversationId = UserTurn.ConversationId;
 	Local->RequestId = UserTurn.RequestId;
 	Local->KeyName = UserTurn.KeyName;
-	const std::string Continued = Context.Store->BeginTurn(UserTurn);
+	std::string Continued;
+	try
+	{
+		Continued = Context.Store->BeginTurn(UserTurn);
+	}
+	catch (const ForeignConversation& Error)
+	{
+		return HttpReply::FromJson({ { "error", Error.what() } }, 409);
+	}
 	Register(Local, Continued);
 	const bool bReady = Local->Runner != nullptr;
 	Start(Local, bReady ? std::optional(std::move(UserTurn)) : std::nullopt);
@@ -158,15 +183,29 @@ void ModelBackend::Work(const LocalTurnPointer& Local, const std::optional<Turn>
 			Running.Lose();
 			return;
 		}
+		NoteEnd(*Local, *Runner, *Reply);
 		const std::lock_guard Lock(Mutex);
 		Local->Runner = std::move(Runner);
 		Running.Finish(*Reply);
 	}
 	catch (const std::exception& Error)
 	{
-		std::cerr << "A turn failed: " << Error.what() << std::endl;
+		WriteLog("turn_broke", { { "conversation", Local->ConversationId }, { "error", Error.what() } });
 		Running.Finish(MakeTurnFailure("The service failed in this turn."));
 	}
+}
+
+void ModelBackend::NoteEnd(const LocalTurn& Local, const TurnRunner& Runner, const Json& Reply)
+{
+	const bool bFailed = Reply["status"] == "FAILED";
+	const double Seconds = Local.Running->GetSeconds();
+	GetMetrics().Add(Metric::Turns, bFailed ? "failed" : "completed");
+	GetMetrics().Add(Metric::TurnSeconds, "", Seconds);
+	WriteLog("turn_ended",
+		{ { "conversation", Local.ConversationId }, { "key", Local.KeyName }, { "failed", bFailed },
+			{ "seconds", std::round(Seconds * 1000) / 1000 }, { "conversation_tokens", Runner.GetUsed().Tokens },
+			{ "conversation_cost", Runner.GetUsed().Cost } },
+		{ { "reply", Reply } });
 }
 
 std::optional<Json> ModelBackend::WorkOut(LocalTurn& Local, TurnRunner& Runner, const std::optional<Turn>& UserTurn)

@@ -2,6 +2,7 @@
 
 #include "Backend.h"
 #include "LeaseKeeper.h"
+#include "RateLimit.h"
 #include "TurnRunner.h"
 #include "TurnThreads.h"
 
@@ -19,12 +20,13 @@ public:
 	/** Conversations that are kept ready, at most; others are read from the store when they go on. */
 	static constexpr size_t MaxReady = 1000;
 
-	ModelBackend(ModelConfig Config, std::unique_ptr<ModelStore> Store);
+	ModelBackend(ModelConfig Config, std::shared_ptr<ModelStore> Store);
 	~ModelBackend() override;
 
 	HttpReply Command(Turn UserTurn) override;
 	HttpReply Status(const std::string& RequestId, const std::string& KeyName) override;
 	void Stop() override;
+	void CheckHealth() override;
 
 private:
 	/** The latest turn of a conversation, as far as this process knows. */
@@ -53,12 +55,15 @@ private:
 	/** @return the status reply; nothing when the turn was replaced */
 	std::optional<Json> WorkOut(LocalTurn& Local, TurnRunner& Runner, const std::optional<Turn>& UserTurn);
 
+	void NoteEnd(const LocalTurn& Local, const TurnRunner& Runner, const Json& Reply);
+
 	ModelContext Context;
 	std::mutex Mutex;
 	std::unordered_map<std::string, LocalTurnPointer> Turns;  // by request
 	std::unordered_map<std::string, LocalTurnPointer> Latest; // by conversation
 	uint64_t NumTurns = 0;
 	bool bStopping = false;
+	RateLimit Rates;
 	LeaseKeeper Leases;
 	TurnThreads Threads;
 };

@@ -223,8 +223,19 @@ ModelConfig ModelConfig::Load(const std::string& Path)
 	Config.Prices.CachedInput = Config.Prices.Input;
 	Reader.Read("prices.cached_input", Config.Prices.CachedInput, 0.0, HighestPrice);
 	Reader.Read("prices.output", Config.Prices.Output, 0.0, HighestPrice);
+	Reader.Read("limits.key.turns_per_minute", Config.TurnsPerMinute, int64_t(0), MostOfAnything);
+	Reader.Read("log.content", Config.bLogContent);
 	ReadDatabase(Reader, Config.Database);
 	ReadPolicy(Reader, Config);
 	Reader.Finish();
 	return Config;
+}
+
+ModelDatabase ModelConfig::LoadDatabase(const std::string& Path)
+{
+	ConfigReader Reader(Path);
+	ModelDatabase Database;
+	ReadDatabase(Reader, Database);
+	Reader.FinishPart();
+	return Database;
 }

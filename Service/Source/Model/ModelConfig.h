@@ -82,6 +82,8 @@ struct ModelConfig
 	ModelLimits PerDay;
 	ModelPrices Prices;
 	ModelDatabase Database;
+	int64_t TurnsPerMinute = 60; // of one named key; 0 is no limit
+	bool bLogContent = false;
 	std::vector<std::string> AutoContinueTools; // run without asking the user
 	int ResultTokens = 8000;                    // of one tool result; more is truncated
 	int TreeTokens = 4000;                      // of the project tree in the system prompt
@@ -92,4 +94,6 @@ struct ModelConfig
 	 * @throws std::runtime_error with a line per error, each with the file and the line number; none repeats a value
 	 */
 	static ModelConfig Load(const std::string& Path);
+	/** Only where conversations are kept: whoever needs no more need not have the model's key. */
+	static ModelDatabase LoadDatabase(const std::string& Path);
 };

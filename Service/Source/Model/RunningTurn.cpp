@@ -40,6 +40,11 @@ Json RunningTurn::GetProgressLocked() const
 		{ "seconds", static_cast<int64_t>(SecondsSince(Started)) }, { "attempt", Attempt } };
 }
 
+double RunningTurn::GetSeconds() const
+{
+	return SecondsSince(Started);
+}
+
 void RunningTurn::Cancel()
 {
 	{

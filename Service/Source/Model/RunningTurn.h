@@ -25,6 +25,7 @@ public:
 	void NotePoll(double SecondsAgo);
 	/** How far it is, as the body of a status reply. */
 	Json GetProgress() const;
+	double GetSeconds() const;
 	void Cancel();
 	bool IsCancelled() const;
 	/** Another process works on it: it is cancelled here, and its answer is for that process to give. */

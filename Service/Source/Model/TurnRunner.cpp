@@ -1,6 +1,7 @@
 #include "TurnRunner.h"
 
 #include "JsonFields.h"
+#include "Metrics.h"
 #include "ToolCatalog.h"
 
 #include <algorithm>
@@ -207,6 +208,9 @@ void TurnRunner::RecordUsage(const std::string& KeyName, const ModelUsage& Usage
 	const ModelConsumption More = ModelConsumption::Of(Usage, Seconds, Context.Config.Prices);
 	Used.Add(More);
 	Context.Today.Add(KeyName, More);
+	GetMetrics().Add(Metric::ModelRequests, KeyName);
+	GetMetrics().Add(Metric::Tokens, KeyName, static_cast<double>(More.Tokens));
+	GetMetrics().Add(Metric::Cost, KeyName, More.Cost);
 	Running.AddTokens(More.Tokens);
 }
 
@@ -309,6 +313,7 @@ Json TurnRunner::Answer(const std::string& KeyName, RunningTurn& Running)
 	{
 		std::string Limit = FindReachedLimit(Used, Context.Config.PerConversation, LimitScope::Conversation);
 		Limit = Limit.empty() ? FindReachedLimit(Context.Today.Get(), Context.Config.PerDay, LimitScope::Day) : Limit;
+		Limit = Limit.empty() && Context.Keys ? Context.Keys->FindReachedBudget(KeyName) : Limit;
 		if (!Limit.empty())
 		{
 			return MakeFailure(Limit);
@@ -316,6 +321,7 @@ Json TurnRunner::Answer(const std::string& KeyName, RunningTurn& Running)
 		ModelResult Result = AskModel(KeyName, Running);
 		if (const UpstreamFault* const Fault = std::get_if<UpstreamFault>(&Result))
 		{
+			GetMetrics().Add(Metric::ModelFaults, "");
 			return MakeFailure(Fault->Message);
 		}
 		ModelReply& Reply = std::get<ModelReply>(Result);

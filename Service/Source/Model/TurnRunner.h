@@ -2,6 +2,7 @@
 
 #include "ContextBudget.h"
 #include "HistoryCompactor.h"
+#include "KeyRing.h"
 #include "ModelClient.h"
 #include "ModelStore.h"
 #include "ProjectTree.h"
@@ -13,7 +14,8 @@
 struct ModelContext
 {
 	ModelConfig Config;
-	std::unique_ptr<ModelStore> Store; // null where nothing has to last
+	std::shared_ptr<ModelStore> Store; // null where nothing has to last
+	std::unique_ptr<KeyRing> Keys;     // null where there are none
 	DailyConsumption Today;
 };
 
@@ -30,6 +32,9 @@ public:
 	Json Run(const Turn& UserTurn, RunningTurn& Running);
 	/** Remembers what the client sent in a turn that another one has replaced. */
 	void Absorb(const Turn& UserTurn);
+
+	/** By the whole conversation. */
+	const ModelConsumption& GetUsed() const { return Used; }
 
 	/** All that a later run of the service needs to continue. */
 	Json ToJson() const;

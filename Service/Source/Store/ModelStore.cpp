@@ -74,7 +74,7 @@ std::string ModelStore::BeginTurn(const Turn& UserTurn)
 			{ UserTurn.ConversationId });
 		if (Before.empty() || Before[0].GetText(0) != UserTurn.KeyName)
 		{
-			throw std::runtime_error("There is another conversation with this id.");
+			throw ForeignConversation("The conversation belongs to another key. Start a new one.");
 		}
 		if (bFirst)
 		{
@@ -155,6 +155,11 @@ std::optional<StoredTurn> ModelStore::Poll(const std::string& RequestId, const s
 		return std::nullopt;
 	}
 	StoredTurn Polled{ ParseOrNull(Found[0].GetText(0)), ParseOrNull(Found[0].GetText(1)), false };
+	if (Polled.Reply.is_null() && !Found[0].IsNull(0))
+	{
+		Polled.Reply = { { "status", "FAILED" },
+			{ "error", "The stored answer cannot be read. Send the prompt again." } };
+	}
 	Polled.bAbandoned = Polled.Reply.is_null() && Found[0].GetInteger(2) == 1;
 	return Polled;
 }
@@ -199,14 +204,23 @@ ModelConsumption ModelStore::GetUsage(int64_t Day)
 	return { Found[0].GetInteger(0), Found[0].GetInteger(1), Found[0].GetReal(2), Found[0].GetReal(3) };
 }
 
+std::unique_ptr<SqlDatabase> OpenDatabase(const ModelDatabase& Settings, const std::string& StateFolder)
+{
+	std::unique_ptr<SqlDatabase> Opened;
+	if (Settings.Address.IsEmpty())
+	{
+		std::filesystem::create_directories(StateFolder);
+		Opened = SqlDatabase::OpenSqlite(StateFolder + "/conversations.sqlite");
+	}
+	else
+	{
+		Opened = SqlDatabase::OpenPostgres(Settings.Address.Reveal());
+	}
+	Opened->Migrate(GetMigrations());
+	return Opened;
+}
+
 std::unique_ptr<ModelStore> OpenModelStore(const ModelDatabase& Settings, const std::string& StateFolder)
 {
-	if (!Settings.Address.IsEmpty())
-	{
-		return std::make_unique<ModelStore>(
-			SqlDatabase::OpenPostgres(Settings.Address.Reveal()), Settings.LeaseSeconds);
-	}
-	std::filesystem::create_directories(StateFolder);
-	return std::make_unique<ModelStore>(
-		SqlDatabase::OpenSqlite(StateFolder + "/conversations.sqlite"), Settings.LeaseSeconds);
+	return std::make_unique<ModelStore>(OpenDatabase(Settings, StateFolder), Settings.LeaseSeconds);
 }

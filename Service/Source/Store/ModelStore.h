@@ -14,6 +14,12 @@ struct StoredConversation
 	Json State;              // null at the beginning
 };
 
+/** The id belongs to a conversation of another key. */
+class ForeignConversation : public std::runtime_error
+{
+	using runtime_error::runtime_error;
+};
+
 /** What a poll sees of a turn. */
 struct StoredTurn
 {
@@ -45,7 +51,7 @@ public:
 	 * the conversation begins again.
 	 *
 	 * @return the request whose reply came with the state that the turn continues from; empty if there is none
-	 * @throws std::runtime_error when the conversation is another key's
+	 * @throws ForeignConversation when the conversation is another key's
 	 */
 	std::string BeginTurn(const Turn& UserTurn);
 	/** What the holder of a turn's lease has to work on; nothing when the turn has been replaced. */
@@ -80,3 +86,5 @@ private:
 
 /** The store that a configuration asks for: conversations.sqlite in the state folder, unless there is an address. */
 std::unique_ptr<ModelStore> OpenModelStore(const ModelDatabase& Settings, const std::string& StateFolder);
+/** The same without the conversations; its schema is the newest. */
+std::unique_ptr<SqlDatabase> OpenDatabase(const ModelDatabase& Settings, const std::string& StateFolder);

@@ -1,8 +1,11 @@
 #include "ModelConfig.h"
+#include "MutateText.h"
 #include "TestFolder.h"
 
 #include <cstdlib>
+#include <fstream>
 #include <gtest/gtest.h>
+#include <sstream>
 #include <stdexcept>
 
 namespace
@@ -108,4 +111,57 @@ TEST(ModelConfigTest, AnErrorNamesThePlaceAndNeverRepeatsAKey)
 		EXPECT_EQ(Error.find(Key), std::string::npos) << Error;
 	}
 	EXPECT_THROW(ModelConfig::Load("/no/such/file.toml"), std::runtime_error);
+}
+
+TEST(ModelConfigTest, ADatabaseIsNamedWithoutItsPassword)
+{
+	const auto WithDatabase = [](const std::string& Lines) { return ServerSection + "[database]\n" + Lines; };
+	EXPECT_EQ(
+		Load(WithDatabase("url = \"postgresql://kestrel@db/kestrel\"\nlease_seconds = 3")).Database.LeaseSeconds, 3);
+	EXPECT_TRUE(Load(ServerSection).Database.Address.IsEmpty());
+	setenv("DATABASE_TEST_URL", "postgresql://kestrel:canary-5309@db/kestrel", 1);
+	EXPECT_EQ(Load(WithDatabase("url_variable = \"DATABASE_TEST_URL\"")).Database.Address.Reveal(),
+		"postgresql://kestrel:canary-5309@db/kestrel");
+	const std::pair<const char*, const char*> Cases[] = {
+		{ "url = \"postgresql://kestrel:canary-5309@db/kestrel\"", "must have no password" },
+		{ "url = \"postgresql://db/kestrel?password=canary-5309\"", "must have no password" },
+		{ "url = \"mysql://db/kestrel\"", "postgresql://user@host/name" },
+		{ "url_variable = \"NOT_SET_ANYWHERE\"", "postgresql://user@host/name" },
+		{ "url = \"postgresql://db/k\"\nurl_variable = \"DATABASE_TEST_URL\"", "exclude each other" },
+		{ "lease_seconds = 0", "a number from 0.5" },
+	};
+	for (const auto& [Lines, Expected] : Cases)
+	{
+		const std::string Error = ErrorOf(WithDatabase(Lines));
+		EXPECT_NE(Error.find(Expected), std::string::npos) << Error;
+		EXPECT_EQ(Error.find("canary"), std::string::npos) << Error;
+	}
+	unsetenv("DATABASE_TEST_URL");
+}
+
+TEST(ModelConfigTest, ADamagedConfigurationIsReadOrReported)
+{
+	std::string Text;
+	for (const auto& Entry : std::filesystem::directory_iterator(SERVICE_EXAMPLES))
+	{
+		std::ifstream File(Entry.path());
+		std::ostringstream Whole;
+		Whole << File.rdbuf();
+		Text += Whole.str();
+	}
+	Text = ServerSection + "[limits]\nday = { cost = 2.5 }\n[log]\ncontent = true\n" + Text.substr(0, 1500);
+	const TestFolder Folder;
+	FTextMutator Mutator("[]{}=\"'.#,\n0e-+_trufalsn\xc3\xff");
+	for (int Round = 0; Round < 1000; ++Round)
+	{
+		Folder.Write("model.toml", Mutator.Mutate(Round % 2 == 0 ? Text : ServerSection));
+		try
+		{
+			ModelConfig::Load(Folder.Path + "/model.toml");
+		}
+		catch (const std::runtime_error& Error)
+		{
+			ASSERT_NE(std::string(Error.what()), "");
+		}
+	}
 }

@@ -441,9 +441,14 @@ TEST(ModelFaultTest, Calls)
 
 TEST(ModelFaultTest, AServerThatIsNotThereIsNamed)
 {
-	ModelTalk Talk(ModelFormat::Messages);
-	Talk.Context.Config.Server.BaseUrl = "http://127.0.0.1:1/v1";
-	EXPECT_NE(ModelTalk::TextOf(Talk.Send("Hi")).find("127.0.0.1:1 cannot be reached"), std::string::npos);
+	for (const ModelFormat Format : BothFormats)
+	{
+		ModelTalk Talk(Format, { SaysText(Format, "Back.") });
+		Talk.Context.Config.Server.BaseUrl = "http://127.0.0.1:1/v1";
+		EXPECT_NE(ModelTalk::TextOf(Talk.Send("Hi")).find("127.0.0.1:1 cannot be reached"), std::string::npos);
+		Talk.Context.Config.Server.BaseUrl = Talk.Server.GetUrl();
+		EXPECT_EQ(ModelTalk::TextOf(Talk.Send("And now?")), "Back.");
+	}
 }
 
 TEST(ModelFaultTest, SignedReasoningGoesBackUnchanged)

@@ -2,10 +2,12 @@
 #include "Migrations.h"
 #include "ModelTalk.h"
 #include "MutateText.h"
+#include "OperatorViews.h"
 #include "TestDatabase.h"
 
 #include <atomic>
 #include <gtest/gtest.h>
+#include <random>
 #include <sys/stat.h>
 
 namespace
@@ -101,7 +103,7 @@ TEST_P(ModelStoreTest, AKeyReachesNoConversationOfAnother)
 	for (Turn Other : { MakeFirstTurn("one", "r2", "Mine"), MakeTurn("one", "r2", "Mine") })
 	{
 		Other.KeyName = "bert";
-		EXPECT_THROW(Store->BeginTurn(Other), std::runtime_error);
+		EXPECT_THROW(Store->BeginTurn(Other), ForeignConversation);
 	}
 	EXPECT_EQ(Store->Load("r1")->Turns[0].Message, "Hi");
 }
@@ -262,5 +264,88 @@ TEST(StoredStateTest, DamagedStateIsRefusedOrGoesOn)
 		{
 			ASSERT_NO_THROW(Other.ToJson().dump(-1, ' ', false, Json::error_handler_t::replace));
 		}
+	}
+}
+
+TEST(StoredStateTest, DamagedRowsFailTheirTurnOrGoOn)
+{
+	const TestFolder Folder;
+	const ModelFormat Format = ModelFormat::Messages;
+	ModelTalk Talk(Format);
+	Talk.Context.Config.Timeouts = { 1, 1, 1, 1, 0.1, 60 };
+	Talk.Context.Config.Retries = { 1, 0.01, 0.01 };
+	const Json Call = MakeCall("c1", "read_file", { { "path", "A.h" } });
+	Talk.Server.Add(Says(Format, { { "text", "Hm." }, { "calls", Json::array({ Call }) } }));
+	Talk.Send("Hi");
+	const std::string State = Talk.Runner->ToJson().dump();
+	const std::string Body = R"({"message": "More", "tool_results": [{"tool_use_id": "c1", "content": "x"}]})";
+	const auto Store = std::make_shared<ModelStore>(SqlDatabase::OpenSqlite(Folder.Path + "/conversations.sqlite"));
+	FTextMutator Mutator("{}[]\",:0truefalsnu\xc3");
+	for (int Round = 0; Round < 60; ++Round)
+	{
+		const std::string Id = std::to_string(Round);
+		Store->GetDatabase().Run("INSERT INTO conversations (id, request_id, state, progress, reply, updated) VALUES "
+								 "($1, $1, $2, $3, $4, 1)",
+			{ Id, Mutator.Mutate(State), Mutator.Mutate(R"({"status": "PROCESSING"})"),
+				Round % 3 == 0 ? SqlValue(Mutator.Mutate(R"({"status": "COMPLETED"})")) : SqlValue(nullptr) });
+		Store->GetDatabase().Run(
+			"INSERT INTO turns VALUES ($1, $1, 1, $2)", { Id, Round % 2 == 0 ? Mutator.Mutate(Body) : Body });
+		Talk.Server.Add(SaysText(Format, "Well."));
+	}
+	{
+		ModelBackend Backend(Talk.Context.Config, Store);
+		for (int Round = 0; Round < 60; ++Round)
+		{
+			const auto End = std::chrono::steady_clock::now() + std::chrono::seconds(20);
+			Json Reply;
+			do
+			{
+				Reply = Json::parse(Backend.Status(std::to_string(Round), "").Body);
+				ASSERT_LT(std::chrono::steady_clock::now(), End) << Round;
+			}
+			while (Reply.value("status", "") == "PROCESSING");
+		}
+	}
+	OperatorViews Views(*Store);
+	for (int Round = 0; Round < 60; ++Round)
+	{
+		EXPECT_TRUE(Views.GetConversation(std::to_string(Round)).is_object());
+	}
+}
+
+TEST(StoredStateTest, ADamagedFileIsReportedOrGoesOn)
+{
+	const TestFolder Folder;
+	const std::string Path = Folder.Path + "/conversations.sqlite";
+	{
+		ModelStore Store(SqlDatabase::OpenSqlite(Path));
+		Store.BeginTurn(MakeFirstTurn("one", "r1", std::string(3000, 'x')));
+		Store.FinishTurn("r1", { { "a", 1 } }, { { "status", "COMPLETED" } });
+	}
+	std::ifstream File(Path, std::ios::binary);
+	const std::string Good((std::istreambuf_iterator<char>(File)), std::istreambuf_iterator<char>());
+	std::mt19937 Random(5309);
+	for (int Round = 0; Round < 300; ++Round)
+	{
+		std::string Bad = Good;
+		for (int Index = 0; Index < 1 + Round % 20; ++Index)
+		{
+			Bad[Random() % Bad.size()] = static_cast<char>(Random());
+		}
+		Bad.resize(Round % 7 == 0 ? Random() % Bad.size() : Bad.size());
+		Folder.Write("conversations.sqlite", Bad);
+		try
+		{
+			ModelStore Store(SqlDatabase::OpenSqlite(Path));
+			Store.Load("r1");
+			Store.Poll("r1", "");
+			Store.BeginTurn(MakeTurn("one", "r2", "More"));
+		}
+		catch (const std::runtime_error& Error)
+		{
+			ASSERT_NE(std::string(Error.what()), "");
+		}
+		std::filesystem::remove(Path + "-wal");
+		std::filesystem::remove(Path + "-shm");
 	}
 }
