@@ -22,7 +22,7 @@ function(compile_in_batches target size)
   set_target_properties(${target} PROPERTIES UNITY_BUILD ${HOST_BATCHES} UNITY_BUILD_BATCH_SIZE ${size})
 endfunction()
 
-# Test code runs once from top to bottom: what optimising it costs the build, no run of it saves.
+# For code that runs once from top to bottom, such as tests: what optimising costs the build, no run of it saves.
 function(compile_without_optimising target)
   target_compile_options(${target} PRIVATE $<$<CONFIG:Debug>:-O0>)
 endfunction()

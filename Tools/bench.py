@@ -300,7 +300,7 @@ class ModifyBlueprint(ReadBlueprint):
 
 
 class UndoModification(ModifyBlueprint):
-    """All of it taken back, against the time it took to apply half of it."""
+    """All of it undone, against the time it took to apply half of it."""
 
     test = "UndoModification"
     aim = 1.0

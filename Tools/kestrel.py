@@ -35,7 +35,7 @@ def main():
                              help="only tests whose name contains this")
 
     commands.add_parser("bench", help="measure the hot paths against a peer on this machine")
-    commands.add_parser("content", help="make the assets of the sample project anew")
+    commands.add_parser("content", help="rebuild the assets of the sample project")
     commands.add_parser("coverage", help="measure how many functions the tests run")
     commands.add_parser("lint", help="check format, headers, includes and unused code")
     commands.add_parser("symbols", help="write Docs/EngineSymbols.tsv: what the plugin uses of the engine")

@@ -95,14 +95,14 @@ def check_white_space(_):
     problems = []
     for path in git_files(*TEXT_FILES):
         text = read(path)
-        in_raw_text = False  # whose blanks are its own
+        in_raw_text = False  # whose spaces are its own
         for number, line in enumerate(text.split("\n"), 1):
             if line != line.rstrip():
                 problems.append(f"{path}:{number}: white space at the end of the line")
             elif path.endswith((".py", ".cmake", "CMakeLists.txt")) and "\t" in line:
                 problems.append(f"{path}:{number}: a tab")
             elif path.endswith((".cpp", ".h", ".cs")) and not in_raw_text and re.match(r"\t* {4,}[^ \\]", line):
-                problems.append(f"{path}:{number}: blanks where a tab belongs")
+                problems.append(f"{path}:{number}: spaces where a tab belongs")
             in_raw_text = ')"' not in line if in_raw_text else re.search(r'\bR"\((?!.*\)")', line) is not None
         if text and not text.endswith("\n"):
             problems.append(f"{path}: no line break at the end")
@@ -191,7 +191,7 @@ def engine_symbols_table(commands):
 
 def check_engine_symbols(commands):
     path, table = engine_symbols_table(commands)
-    return [] if read(path) == table else [f"{path} is not what the plugin uses: ./kestrel symbols writes it anew"]
+    return [] if read(path) == table else [f"{path} is not what the plugin uses: ./kestrel symbols rewrites it"]
 
 
 def check_what_is_used_is_included(commands):

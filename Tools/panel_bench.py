@@ -108,7 +108,7 @@ class PanelBench:
 
 def processor_seconds(pid):
     with open(f"/proc/{pid}/stat", encoding="ascii") as file:
-        # What stands in front of the bracket may hold blanks.
+        # What stands in front of the bracket may hold spaces.
         fields = file.read().rpartition(")")[2].split()
     user, system = fields[11:13]
     return (int(user) + int(system)) / os.sysconf("SC_CLK_TCK")

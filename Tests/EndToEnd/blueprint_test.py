@@ -1,4 +1,4 @@
-"""Conversations that change Blueprints: made, taken back, found, and read again by the next editor."""
+"""Conversations that change Blueprints: created, undone, found, and read again by the next editor."""
 
 import json
 import os

@@ -88,7 +88,7 @@ class CodeProjectTest(EndToEndTest):
         self.git("commit", "-q", "-m", "Begin")
 
     def write(self, path, text):
-        # As it stands, with the line ends that a test means.
+        # Verbatim, with the line endings that a test means.
         with open(os.path.join(self.project, path), "w", encoding="utf-8", newline="") as file:
             file.write(text)
 

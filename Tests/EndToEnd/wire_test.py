@@ -68,7 +68,7 @@ class WireTest(EndToEndTest):
             "Moor.uproject": "#",
             "Config": {name: "#" for name in ("DefaultGame.ini", "DefaultPlugin.ini", "DefaultEngine.ini")},
             "Source": {"Moor": {"Walker.h": "#"}}})
-        self.assertEqual(body, json.dumps(members, ensure_ascii=False, separators=(",", ":")), "no blanks in between")
+        self.assertEqual(body, json.dumps(members, ensure_ascii=False, separators=(",", ":")), "no spaces in between")
 
 
 if __name__ == "__main__":

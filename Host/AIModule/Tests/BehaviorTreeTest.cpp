@@ -95,7 +95,7 @@ protected:
 			nullptr, *FString::Printf(TEXT("%s.%s"), PackageName, *FPackageName::GetShortName(PackageName)));
 	}
 
-	/** As if the editor were started anew. */
+	/** As if the editor were restarted. */
 	static void ForgetAll()
 	{
 		for (TObjectIterator<UBehaviorTree> It; It; ++It)

@@ -43,7 +43,7 @@ public:
 	virtual UObject* DuplicateAsset(const FString& AssetName, const FString& PackagePath, UObject* OriginalObject) = 0;
 
 	/**
-	 * Moves assets to other names or folders, together with their files; what refers to them is saved anew.
+	 * Moves assets to other names or folders, together with their files; what refers to them is saved again.
 	 *
 	 * @return whether all of them were moved
 	 */

@@ -14,10 +14,10 @@ class BLUEPRINTGRAPH_API UK2Node : public UEdGraphNode
 
 public:
 	/**
-	 * Makes the pins anew; links and values go over by name. A linked pin that is no longer made stays, orphaned.
+	 * Recreates the pins; links and values are kept by name. A linked pin that is no longer created stays, orphaned.
 	 */
 	void ReconstructNode() override;
-	/** Makes the pins anew; by default as for a new node. */
+	/** Recreates the pins; by default as for a new node. */
 	virtual void ReallocatePinsDuringReconstruction(TArray<UEdGraphPin*>& OldPins) { AllocateDefaultPins(); }
 
 	/** Without exec pins: evaluated when a value is asked for. */

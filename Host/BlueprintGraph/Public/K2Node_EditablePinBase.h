@@ -3,7 +3,7 @@
 #include "K2Node.h"
 #include "K2Node_EditablePinBase.generated.h"
 
-/** A pin that was added by hand, for when the pins are made anew. */
+/** A pin that was added by hand, for when the pins are recreated. */
 USTRUCT()
 struct BLUEPRINTGRAPH_API FUserPinInfo
 {

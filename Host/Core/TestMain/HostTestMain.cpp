@@ -25,7 +25,7 @@ public:
 int main(int ArgC, char** ArgV)
 {
 	testing::InitGoogleTest(&ArgC, ArgV);
-	// Death tests start the program anew: the parent may have threads of its own by then.
+	// Death tests start the program again: the parent may have threads of its own by then.
 	GTEST_FLAG_SET(death_test_style, "threadsafe");
 	HostTestMain::FOutputDeviceStdErr StdErr;
 	GLog->AddOutputDevice(&StdErr);

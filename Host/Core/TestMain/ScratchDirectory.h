@@ -7,7 +7,7 @@
 
 #include <filesystem>
 
-/** A folder of a test's own, removed with everything in it. Its name has a blank and a letter outside ASCII. */
+/** A folder of a test's own, removed with everything in it. Its name has a space and a letter outside ASCII. */
 class FScratchDirectory
 {
 public:

@@ -81,7 +81,7 @@ using namespace ConfigTest;
 TEST_F(FConfigTest, SavedValuesComeBackAtTheNextStart)
 {
 	UTestSettings* Settings = NewObject<UTestSettings>();
-	Settings->ApiKey = TEXT(" with \"quotes\" and blanks ");
+	Settings->ApiKey = TEXT(" with \"quotes\" and spaces ");
 	Settings->bDisplay = false;
 	Settings->bReset = true;
 	Settings->Extensions = { TEXT("a"), TEXT("b"), TEXT("a") };

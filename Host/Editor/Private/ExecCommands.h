@@ -12,7 +12,7 @@
 class FExecCommands
 {
 public:
-	/** What stands on the command line, without blanks around. */
+	/** What stands on the command line, trimmed. */
 	static TArray<FString> Get();
 	/** Runs those of the editor itself. False when one of them failed; the reason is in the log. */
 	static bool RunEditorCommands();

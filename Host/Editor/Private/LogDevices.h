@@ -6,7 +6,7 @@
 
 class IFileHandle;
 
-/** The project's log: Saved/Logs/<Project>.log, begun anew at each start. */
+/** The project's log: Saved/Logs/<Project>.log, replaced at each start. */
 class FOutputDeviceFile final : public FOutputDevice
 {
 public:

@@ -30,7 +30,7 @@ private:
 	void FillMenus() const;
 	FReply OnKeyDown(const FKeyEvent& InKeyEvent);
 	FReply OnKeyUp(const FKeyEvent& InKeyEvent);
-	/** Gives the menu bar the keyboard focus, or takes it back to where it was. */
+	/** Gives the menu bar the keyboard focus, or returns it to where it was. */
 	void ToggleMenuBar();
 
 	TSharedRef<FUICommandList> Commands;

@@ -288,7 +288,7 @@ void UWorld::AdoptRemadeActors()
 			Remade.Append(WorldImpl::GetComponents(*Actor));
 		}
 	}
-	// They begin their play anew, and bind anew what they bound at its beginning.
+	// They begin play again, and bind again what they bound there.
 	for (AActor* Actor : Actors)
 	{
 		WorldImpl::Unbind(Remade, *Actor);

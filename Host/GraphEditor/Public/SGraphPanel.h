@@ -31,7 +31,7 @@ public:
 	/** Shows another graph, all of it; null for none. */
 	void SetGraph(UEdGraph* InGraph);
 	UEdGraph* GetGraph() const { return Graph.Get(); }
-	/** For changes that are not in the graph itself, such as other titles: what is seen is made anew. */
+	/** For changes that are not in the graph itself, such as other titles: the view is rebuilt. */
 	void NotifyGraphChanged() { bLayoutIsOld = true; }
 	/** In the next frame. */
 	void ZoomToFit() { bZoomsToFit = true; }

@@ -29,7 +29,7 @@ public:
 	virtual void Tick(const FGeometry& AllottedGeometry, const double InCurrentTime, const float InDeltaTime) override;
 
 private:
-	/** Lists the parts anew when they are others. */
+	/** Rebuilds the list when the parts have changed. */
 	void Refresh();
 	TSharedRef<ITableRow> MakeRow(FPart Part, const TSharedRef<STableViewBase>& Owner);
 	void OnSelectionChanged(FPart Part, ESelectInfo::Type SelectInfo);

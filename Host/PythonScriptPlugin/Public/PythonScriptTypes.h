@@ -57,7 +57,7 @@ struct FPythonCommandEx
 	/** Of ExecuteFile alone: the other modes always run among the console's variables. */
 	EPythonFileExecutionScope FileExecutionScope = EPythonFileExecutionScope::Private;
 	/**
-	 * The script. In the mode ExecuteFile it is a file when its first word ends in ".py": a path with blanks needs
+	 * The script. In the mode ExecuteFile it is a file when its first word ends in ".py": a path with spaces needs
 	 * double quotes around it, and the words behind it become sys.argv.
 	 */
 	FString Command;

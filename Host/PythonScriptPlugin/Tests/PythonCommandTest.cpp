@@ -22,7 +22,7 @@ TEST_F(FPythonCommandTest, AFirstWordThatEndsInPyIsAFileAndTheRestItsArguments)
 	EXPECT_EQ(GetResult(), "None");
 	EXPECT_EQ(Evaluate(TEXT("__import__('sys').argv")), "['']");
 
-	// Without quotes the path ends at its first blank, and what is left of it is no file but a script.
+	// Without quotes the path ends at its first space, and what is left of it is no file but a script.
 	EXPECT_FALSE(Run(Path));
 	EXPECT_EQ(GetLastResultLine().find("SyntaxError: "), 0u);
 }

@@ -75,7 +75,7 @@ protected:
 		return Path;
 	}
 
-	FScratchDirectory Scratch; // its name has blanks
+	FScratchDirectory Scratch; // its name has spaces
 	FPythonCommandEx Command;
 	std::string LogLines; // "LogPython Error: text" a line
 

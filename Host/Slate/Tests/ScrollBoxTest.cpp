@@ -178,7 +178,7 @@ TEST_F(FScrollBoxTest, LearnsTheHeightOfWrappedTextOneFrameLater)
 	EXPECT_EQ(Box->GetScrollOffset(), Box->GetScrollOffsetOfEnd());
 }
 
-/** What is kept of the slots has to equal what measuring all of them anew would come to, whatever has happened. */
+/** What is kept of the slots has to equal what measuring all of them again would give, whatever has happened. */
 TEST_F(FScrollBoxTest, KeepsTheSizesOfItsSlotsThroughAllChanges)
 {
 	struct FShown

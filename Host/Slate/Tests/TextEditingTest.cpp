@@ -48,13 +48,13 @@ TEST_F(FTextEditingTest, TakesBackWordsAndWholeChangesAndBringsThemAgain)
 	Undo();
 	EXPECT_TRUE(Get().Equals(TEXT("owl")));
 	Undo();
-	EXPECT_TRUE(Get().Equals(TEXT("owl"))) << "nothing is left to take back";
+	EXPECT_TRUE(Get().Equals(TEXT("owl"))) << "nothing is left to undo";
 	Redo();
 	Redo();
 	EXPECT_TRUE(Get().Equals(TEXT("owl at")));
 	Type(TEXT("!"));
 	Redo();
-	EXPECT_TRUE(Get().Equals(TEXT("owl at!"))) << "what was taken back is gone after another change";
+	EXPECT_TRUE(Get().Equals(TEXT("owl at!"))) << "what was undone is gone after another change";
 }
 
 TEST_F(FTextEditingTest, PutsTheSelectionBackThatWasTypedOver)

@@ -70,7 +70,7 @@ TArray<int32> FSlateFontMeasure::FindLineBreaks(FStringView Text, const FSlateFo
 			Lengths.Add(Rest.Len());
 			return Lengths;
 		}
-		// After the last blank that fits (or that is the first not to fit); inside a word if it has a line for itself.
+		// After the last space that fits (or that is the first not to fit); inside a word if it has a line for itself.
 		int32 NumTaken = NumFitting;
 		for (int32 Index = FMath::Min(NumFitting, Rest.Len() - 1); Index > 0; --Index)
 		{

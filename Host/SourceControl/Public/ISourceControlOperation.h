@@ -9,7 +9,7 @@ struct FSourceControlResultInfo
 	TArray<FText> ErrorMessages;
 };
 
-/** What a provider is asked to do. Made anew for each request, as `ISourceControlOperation::Create<FMarkForAdd>()`. */
+/** What a provider is asked to do. Created for each request, as `ISourceControlOperation::Create<FMarkForAdd>()`. */
 class ISourceControlOperation : public TSharedFromThis<ISourceControlOperation, ESPMode::ThreadSafe>
 {
 public:

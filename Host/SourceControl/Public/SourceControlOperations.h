@@ -23,14 +23,14 @@ public:
 	FName GetName() const override { return "Delete"; }
 };
 
-/** Takes back what was done to a file since the last check-in. */
+/** Reverts a file to the last check-in. */
 class FRevert : public ISourceControlOperation
 {
 public:
 	FName GetName() const override { return "Revert"; }
 };
 
-/** Asks for the state of files anew. */
+/** Updates the state of files. */
 class FUpdateStatus : public ISourceControlOperation
 {
 public:

@@ -212,7 +212,7 @@ const FPangoFonts::FFace& FPangoFonts::FindFace(const FSlateFontInfo& FontInfo) 
 	{
 		Face.AsciiWidths[C] = MeasureByLayout(FStringView(&C, 1), Face).X;
 	}
-	// A tab is drawn as blanks, see SetText.
+	// A tab is drawn as spaces, see SetText.
 	Face.AsciiWidths[u'\t'] = 4.0 * Face.AsciiWidths[u' '];
 	Face.LineHeight = static_cast<float>(FMath::CeilToInt(MeasureByLayout(TEXT("Xg"), Face).Y));
 	return Face;

@@ -13,7 +13,7 @@ struct FToolMenuSection;
 /** Asks for the menu beside an open one: Next or Previous. */
 DECLARE_DELEGATE_OneParam(FOnMenuLeft, EUINavigation);
 
-/** A menu as it is seen. It is made anew in the frame after the menu has changed. */
+/** A menu as it is seen. It is rebuilt in the frame after the menu has changed. */
 class SToolMenuWidget : public SCompoundWidget
 {
 public:

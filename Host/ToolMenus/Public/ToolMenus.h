@@ -32,7 +32,7 @@ public:
 	 * Has the delegate run once the editor is up and menus are shown: inside this call if that is already so, otherwise
 	 * then. Never where there is no user interface.
 	 *
-	 * @return how to take it back; not valid if the delegate has run
+	 * @return the handle to remove it; not valid if the delegate has run
 	 */
 	static FDelegateHandle RegisterStartupCallback(const FSimpleMulticastDelegate::FDelegate& InDelegate);
 	/** Those bound to an object, usually `this`. */
@@ -53,7 +53,7 @@ public:
 	void RemoveSection(const FName MenuName, const FName Section);
 	void RemoveEntry(const FName MenuName, const FName Section, const FName Name);
 
-	/** Has all widgets of menus made anew in the next frame. */
+	/** Rebuilds all menu widgets in the next frame. */
 	void RefreshAllWidgets() { ++Version; }
 	/** "Base.Child" */
 	static FName JoinMenuPaths(const FName Base, const FName Child);

@@ -120,7 +120,7 @@ protected:
 		return Text;
 	}
 
-	/** As if the editor were started anew. */
+	/** As if the editor were restarted. */
 	static void ForgetAll()
 	{
 		for (TObjectIterator<UBlueprint> It; It; ++It)

@@ -18,7 +18,7 @@ public:
 	int64_t EstimateTokens(size_t RequestBytes) const;
 	/** For the whole request: what the output does not need, less a reserve of a tenth of the context. */
 	int64_t InputTokens() const;
-	/** Takes back some of what there seemed to be, since the server found a request too long. */
+	/** Lowers the estimate of the room that is left, since the server found a request too long. */
 	void Tighten() { Share *= 0.6; }
 
 	/** @return whether the server counted so few tokens that it must have dropped a part of the request */

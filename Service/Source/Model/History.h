@@ -64,7 +64,7 @@ struct Exchange
  *
  * Users and model alternate by construction, and every tool call of a reply has exactly one result in the message after
  * it, whatever came from the client: a call without a result is given one that says so, and a result without a call
- * becomes text. Model servers refuse a conversation for good in which that is not so.
+ * becomes text. Model servers refuse a conversation permanently in which that is not so.
  */
 class History
 {

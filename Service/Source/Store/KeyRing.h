@@ -32,7 +32,7 @@ public:
 	{
 	}
 
-	/** @return the key, which cannot be had again */
+	/** @return the key, which cannot be shown again */
 	std::string Add(const NamedKey& Key);
 	/** @return false when there is none of that name */
 	bool Remove(const std::string& Name);

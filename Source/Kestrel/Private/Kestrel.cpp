@@ -87,7 +87,7 @@ void FKestrelModule::ShutdownModule()
 	FCompilationManager::Shutdown();
 	if (bHasUserInterface)
 	{
-		// Toolbars are made anew a frame later, and hold the list until then.
+		// Toolbars are rebuilt a frame later, and hold the list until then.
 		PluginCommands->UnmapAction(FKestrelCommands::Get().OpenPluginWindow);
 		PluginCommands.Reset();
 	}

@@ -61,7 +61,7 @@ public:
 	UPROPERTY(EditAnywhere, Category = Blackboard)
 	TArray<FBlackboardEntry> Keys;
 
-	/** Fills ParentKeys anew, the nearest parent's keys last, and removes what a parent has of one's own keys. */
+	/** Rebuilds ParentKeys, the nearest parent's keys last, and removes what a parent has of one's own keys. */
 	void UpdateParentKeys();
 	/** Own keys and the parents'. */
 	int32 GetNumKeys() const;

@@ -59,7 +59,7 @@ void FConfigSection::SetArray(FName Key, const TArray<FString>& NewValues)
 
 namespace Config
 {
-/** Lines of an ini text: continued ones joined, white space trimmed, blank ones and comments left out. */
+/** Lines of an ini text: continued ones joined, white space trimmed, empty ones and comments left out. */
 TArray<FString> LogicalLines(const FString& Contents)
 {
 	TArray<FString> Raw;
@@ -90,7 +90,7 @@ FString Unquote(const FString& Value)
 	return bQuoted ? Value.Mid(1, Value.Len() - 2).ReplaceEscapedCharWithChar() : Value;
 }
 
-/** Quotes what would not come back the same: blanks at the ends, quotes, line breaks, a backslash at the end. */
+/** Quotes what would not come back the same: spaces at the ends, quotes, newlines, a backslash at the end. */
 FString Quote(const FString& Value)
 {
 	const bool bPlain = Value.Equals(Value.TrimStartAndEnd()) && !Value.Contains(TEXT("\"")) &&

@@ -100,7 +100,7 @@ public:
 	{
 		return TestTrue(What, Actual == Expected);
 	}
-	/** Texts are compared to the letter. */
+	/** Strings are compared exactly. */
 	bool TestEqualSensitive(const TCHAR* What, const FString& Actual, const FString& Expected);
 	template <typename ValueType>
 	bool TestNotEqual(const TCHAR* What, const ValueType& Actual, const ValueType& Expected)

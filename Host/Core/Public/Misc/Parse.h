@@ -5,7 +5,7 @@
 /** Finds switches in a command line. */
 struct FParse
 {
-	/** Finds Match ("Name=") and reads what follows: up to the next blank, or between double quotes. */
+	/** Finds Match ("Name=") and reads what follows: up to the next space, or between double quotes. */
 	static bool Value(const TCHAR* Stream, const TCHAR* Match, FString& OutValue);
 	static bool Value(const TCHAR* Stream, const TCHAR* Match, int32& OutValue);
 	/** Finds "-Param" as a whole word. */

@@ -19,7 +19,7 @@ public:
 	/** Null when no objects are being written or read. */
 	static FObjectReferences* GetCurrent();
 
-	/** Without blanks, commas and brackets outside of quotes; "None" for null and for what must not be referred to. */
+	/** Without spaces, commas and brackets outside quotes; "None" for null and for what must not be referred to. */
 	virtual FString Describe(const UObject* Object) = 0;
 	/** Null when there is no such object. */
 	virtual UObject* Find(const FString& Text) = 0;
@@ -38,7 +38,7 @@ namespace ObjectText
 {
 /** Added to the PPF_ flags of a value that has to come back bit by bit: as many digits as that takes. */
 constexpr int32 PPF_RoundTrip = 0x40000000;
-/** Blanks by which each level is indented. */
+/** Spaces by which each level is indented. */
 constexpr int32 IndentWidth = 3;
 
 enum class EExtent

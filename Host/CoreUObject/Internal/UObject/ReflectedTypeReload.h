@@ -12,13 +12,13 @@ class UPackage;
  * While it lives, a library may bring types of a package that the package has already: the new ones take their place.
  *
  * An old type stays in memory, since its code does, but lies in the transient package and is called
- * "HOTRELOADED_<Name>_<n>". Objects of an old class, templates among them, are made anew from the new one, under their
+ * "HOTRELOADED_<Name>_<n>". Objects of an old class, templates among them, are recreated from the new one, under their
  * own names; values that differed from the old defaults go over by the names of the properties. The default object is
  * the new constructor's work alone, with the configuration read into it. Whatever refers to an old object, class or
  * enum through reflected properties, dynamic delegates among them, or the garbage collection's hooks refers to the new
  * one then.
  *
- * What it leaves alone: classes derived from an old one that do not come anew themselves, and structs and properties of
+ * What it leaves alone: classes derived from an old one that are not new themselves, and structs and properties of
  * other packages that hold a struct by value; they go on with the old type.
  */
 class FReflectedTypeReload

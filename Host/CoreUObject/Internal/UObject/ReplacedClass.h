@@ -8,7 +8,7 @@ class UObject;
 /**
  * For compilers of classes: moves everything that a class consists of over to a class of its own in the transient
  * package, named "REINST_<name>", which becomes the class of all its objects. They keep their layout and their values
- * while the class, now empty, is made anew.
+ * while the class, now empty, is rebuilt.
  *
  * @return the class that has taken over; it lives as long as its objects
  */

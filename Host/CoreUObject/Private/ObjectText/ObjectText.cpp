@@ -52,7 +52,7 @@ bool ReadsTheSame(const FProperty& Property, const FString& Text, const void* De
 }
 
 void WriteProperty(const FProperty& Property, const UObject& Object, const UObject* Archetype, EExtent Extent,
-	const FString& Blanks, FString& Out)
+	const FString& Spaces, FString& Out)
 {
 	for (int32 Index = 0; Index < Property.ArrayDim; ++Index)
 	{
@@ -65,7 +65,7 @@ void WriteProperty(const FProperty& Property, const UObject& Object, const UObje
 		{
 			continue;
 		}
-		Out += Blanks;
+		Out += Spaces;
 		Property.GetFName().AppendString(Out);
 		if (Property.ArrayDim > 1)
 		{
@@ -79,7 +79,7 @@ void WriteCustomProperties(const UObject& Object, int32 Indent, FString& Out)
 {
 	FStringOutputDevice Custom; // ends lines itself; those that end in a line break already are followed by empty ones
 	const_cast<UObject&>(Object).ExportCustomProperties(Custom, static_cast<uint32>(Indent));
-	const FString Blanks = FString::ChrN(Indent, u' ');
+	const FString Spaces = FString::ChrN(Indent, u' ');
 	for (FStringView Rest = Custom; !Rest.IsEmpty();)
 	{
 		int32 Length = INDEX_NONE;
@@ -92,7 +92,7 @@ void WriteCustomProperties(const UObject& Object, int32 Indent, FString& Out)
 		}
 		checkf(Line.StartsWith(CustomPrefix), TEXT("%s writes '%s', which is no custom property"),
 			*Object.GetFullName(), *FString(Line));
-		((Out += Blanks) += Line) += TEXT("\n");
+		((Out += Spaces) += Line) += TEXT("\n");
 	}
 }
 
@@ -134,7 +134,7 @@ FString ReadProperty(UObject& Object, const FString& Line)
 
 void WriteState(const UObject& Object, EExtent Extent, int32 Indent, FString& Out)
 {
-	const FString Blanks = FString::ChrN(Indent, u' ');
+	const FString Spaces = FString::ChrN(Indent, u' ');
 	const UObject* const Archetype = Object.GetArchetype();
 	// The parents' properties first, as they are declared first.
 	TArray<const UStruct*> Structs;
@@ -148,7 +148,7 @@ void WriteState(const UObject& Object, EExtent Extent, int32 Indent, FString& Ou
 		{
 			if (IsWritten(**It, Extent))
 			{
-				WriteProperty(**It, Object, Archetype, Extent, Blanks, Out);
+				WriteProperty(**It, Object, Archetype, Extent, Spaces, Out);
 			}
 		}
 	}

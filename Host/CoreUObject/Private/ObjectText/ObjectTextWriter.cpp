@@ -7,9 +7,9 @@
 void FObjectTextWriter::Write(const UObject& Object, int32 Indent)
 {
 	Written.Add(&Object);
-	const FString Blanks = FString::ChrN(Indent, u' ');
+	const FString Spaces = FString::ChrN(Indent, u' ');
 	Text += FString::Printf(
-		TEXT("%sBegin Object Class=%s Name=\"%s\""), *Blanks, *Object.GetClass()->GetPathName(), *Object.GetName());
+		TEXT("%sBegin Object Class=%s Name=\"%s\""), *Spaces, *Object.GetClass()->GetPathName(), *Object.GetName());
 	const FString Flags = DescribeObjectFlags(Object.GetFlags());
 	Text += (Flags.IsEmpty() ? TEXT("") : TEXT(" Flags=")) + Flags + TEXT("\n");
 	for (const UObject* Part : FObjectTable::Get().GetChildren(Object))
@@ -20,7 +20,7 @@ void FObjectTextWriter::Write(const UObject& Object, int32 Indent)
 		}
 	}
 	ObjectText::WriteState(Object, Extent, Indent + ObjectText::IndentWidth, Text);
-	Text += Blanks + TEXT("End Object\n");
+	Text += Spaces + TEXT("End Object\n");
 }
 
 bool IsMadeByCompiler(const UObject& Object)

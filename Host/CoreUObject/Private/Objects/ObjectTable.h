@@ -56,7 +56,7 @@ public:
 	void Unregister(UObjectBase& Base);
 	void SetIdentity(UObject& Object, UClass* Class, UObject* Outer, FName Name);
 
-	/** Puts an object into its outer's list whose outer was made anew in the same place. */
+	/** Puts an object into its outer's list whose outer was recreated in the same place. */
 	void Relink(UObject& Object);
 
 	TArray<FEntry>& GetEntries() { return Entries; }

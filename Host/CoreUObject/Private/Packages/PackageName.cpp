@@ -30,7 +30,7 @@ FString WithSlash(const FString& Path)
 	return Path.EndsWith(TEXT("/")) ? Path : Path + TEXT("/");
 }
 
-/** Made anew when the project has become another one since the last call, or a folder was mounted. */
+/** Rebuilt when the project has become another one since the last call, or a folder was mounted. */
 const TArray<FMountPoint>& GetMountPoints()
 {
 	static TArray<FMountPoint> MountPoints;

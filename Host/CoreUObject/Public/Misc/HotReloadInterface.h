@@ -27,7 +27,7 @@ public:
 		FModuleCompilerFinishedEvent, const FString&, ECompilationResult::Type, bool);
 
 	/**
-	 * Compiles the loaded game modules that have reflected types, and reloads those that came out anew.
+	 * Compiles the loaded game modules that have reflected types, and reloads those that were rebuilt.
 	 *
 	 * @return Succeeded when the compile was started: how it ends is told by OnModuleCompilerFinished. Any other value
 	 *         means that nothing was started and that the event will not come; the reason is in the log.

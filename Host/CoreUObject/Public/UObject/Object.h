@@ -118,7 +118,7 @@ public:
 	virtual bool Rename(const TCHAR* NewName = nullptr, UObject* NewOuter = nullptr, ERenameFlags Flags = REN_None);
 
 	/**
-	 * Writes what is not in properties, in lines "CustomProperties <anything>", indented by as many blanks. References
+	 * Writes what is not in properties, in lines "CustomProperties <anything>", indented by as many spaces. References
 	 * are written and read with ObjectText::DescribeReference and ObjectText::FindReference.
 	 */
 	virtual void ExportCustomProperties(FOutputDevice& Out, uint32 Indent)

@@ -32,7 +32,7 @@ public:
 	 * it by a colon, everything deeper by dots. With StopOuter, the path below that object.
 	 */
 	FString GetPathName(const UObject* StopOuter = nullptr) const;
-	/** The class's name, a blank and the path. */
+	/** The class's name, a space and the path. */
 	FString GetFullName(const UObject* StopOuter = nullptr) const;
 	/** Path of class and object: "/Script/Engine.Texture2D'/Game/T.T'". */
 	FString GetExportPath() const;

@@ -288,7 +288,7 @@ public:
 		}
 	}
 
-	/** Whether references may be changed: a set of them has to be sorted in anew then. */
+	/** Whether references may be changed: a set of them must be rehashed then. */
 	virtual bool ReplacesReferences() const { return false; }
 
 protected:

@@ -191,7 +191,7 @@ public:
 	virtual void PostPlacedNewNode() {}
 	/** Adds the pins that a node of this kind has. Twice makes them twice. */
 	virtual void AllocateDefaultPins() {}
-	/** Makes the pins anew; links and values go over to pins of the same name. */
+	/** Recreates the pins; links and values are kept by name. */
 	virtual void ReconstructNode() {}
 	/** Takes the node out of its graph, with its links. */
 	virtual void DestroyNode();

@@ -12,7 +12,7 @@ class ENGINE_API UBlueprintCore : public UObject
 	GENERATED_BODY()
 
 public:
-	/** The class's members without code, made anew at each structural change: what nodes find their members in. */
+	/** The class's members without code, rebuilt at each structural change: what nodes find their members in. */
 	UPROPERTY(Transient, NonTransactional)
 	TSubclassOf<UObject> SkeletonGeneratedClass;
 

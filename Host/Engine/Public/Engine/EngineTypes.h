@@ -11,7 +11,7 @@ enum class EAttachmentRule : uint8
 {
 	/** The value becomes one relative to the new parent. */
 	KeepRelative,
-	/** The relative value is computed anew, so that nothing moves. */
+	/** The relative value is recomputed, so that nothing moves. */
 	KeepWorld,
 	/** It goes to where the parent is. */
 	SnapToTarget,

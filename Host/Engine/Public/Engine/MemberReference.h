@@ -6,7 +6,7 @@
 
 /**
  * Names a variable or function of a class: of the one that the reference is used in (self), of another, or of a
- * function's scope. It is looked up anew each time, since classes are compiled anew.
+ * function's scope. It is looked up each time, since classes are recompiled.
  */
 USTRUCT()
 struct ENGINE_API FMemberReference

@@ -139,7 +139,7 @@ private:
 	TArray<AActor*> GetActors() const;
 	void BeginPlayOfActors();
 	void RunTickFunctions(ELevelTick TickType, float DeltaSeconds);
-	/** Actors that a hot reload has made anew become part of the world again. */
+	/** Actors that a hot reload has recreated become part of the world again. */
 	void AdoptRemadeActors();
 
 	UPROPERTY(Transient)

@@ -10,8 +10,8 @@ class FJsonObject;
 /**
  * One JSON value.
  *
- * TryGet… answers false for what cannot be had; numbers, booleans and texts convert into each other. As… logs an error
- * and gives an empty value instead.
+ * TryGet… returns false if there is no such value; numbers, booleans and strings convert into each other. As… logs an
+ * error and gives an empty value instead.
  */
 class FJsonValue
 {

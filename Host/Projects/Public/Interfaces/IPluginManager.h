@@ -34,7 +34,7 @@ public:
 	TSharedPtr<IPlugin> FindPlugin(const ANSICHAR* Name) { return FindPlugin(FStringView(FString(Name))); }
 	virtual TArray<TSharedRef<IPlugin>> GetEnabledPlugins() = 0;
 
-	/** Looks for plugins anew; broken descriptors are logged and left out. */
+	/** Searches for plugins again; broken descriptors are logged and skipped. */
 	virtual void RefreshPluginsList() = 0;
 	/** Told of each enabled plugin's content folder and of its root, "/<Plugin>/". */
 	virtual void SetRegisterMountPointDelegate(const FRegisterMountPointDelegate& Delegate) = 0;

@@ -20,7 +20,7 @@ FString Shorten(FString Text)
 		Text.Len() - FPyError::MaxUnits, *Text.Right(Half));
 }
 
-/** Runs code of the script, as exceptions describe themselves: so it can fail, and has the time limit anew. */
+/** Runs code of the script, as exceptions describe themselves: so it can fail, and its time limit starts again. */
 FString Format(PyObject* Exception)
 {
 	const FPyTimeLimit Limit(FPyTimeLimit::GetConfiguredSeconds());

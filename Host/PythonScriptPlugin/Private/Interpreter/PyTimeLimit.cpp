@@ -22,7 +22,7 @@ int GetSignal()
 	return SIGRTMAX - 3;
 }
 
-/** Done anew for each script, as the one before may have put another handler there. */
+/** Done for each script, as the one before may have put another handler there. */
 void InstallHandler()
 {
 	const FPyRef Previous = FPyRef::Steal(PyObject_CallFunction(SetSignalHandler, "iO", GetSignal(), Handler));

@@ -15,7 +15,7 @@
  * |---------------------------------------|-----------------------------------------------------------------------|
  * | running Python code                   | a pending call of the interpreter                                     |
  * | waiting: sleep, locks, sockets        | a signal to the game thread ends the wait, its handler raises         |
- * | catching the exception and going on   | after a time for cleaning up, every line raises it anew               |
+ * | catching the exception and going on   | after a time for cleaning up, every line raises it again              |
  * | one long calculation inside a library | nothing gets in there: it raises when the calculation is done         |
  *
  * Game thread, with the interpreter's lock held. Limits can nest; the outermost is the one that counts.

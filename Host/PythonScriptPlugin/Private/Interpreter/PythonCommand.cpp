@@ -5,7 +5,7 @@
 
 namespace PythonCommand
 {
-/** Takes the next word off the text: up to a blank, or what stands between double quotes. */
+/** Takes the next word off the text: up to a space, or between double quotes. */
 bool TakeWord(FStringView& Text, FString& OutWord)
 {
 	Text = Text.TrimStartAndEnd();

@@ -151,7 +151,7 @@ bool TakeArguments(const UFunction& Function, const FParameters& Parameters, PyO
 }
 
 /**
- * What a call gives back: the return value and the output parameters, as a tuple when there are several. A function
+ * What a call returns: the return value and the output parameters, as a tuple when there are several. A function
  * that returns a bool and has outputs tells by the bool whether there are any: it gives them without it, or None.
  */
 FPyRef PackResults(const UFunction& Function, const FParameters& Parameters)

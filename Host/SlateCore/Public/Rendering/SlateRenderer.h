@@ -18,7 +18,7 @@ public:
 	virtual ~FSlateRenderer() = default;
 	UE_NONCOPYABLE(FSlateRenderer)
 
-	/** Loads the images of all registered styles anew. Slow. */
+	/** Reloads the images of all registered styles. Slow. */
 	virtual void ReloadTextureResources();
 	/** Loads the images of one style. One whose file is missing is logged once and draws nothing. */
 	virtual void LoadStyleResources(const ISlateStyle& Style);

@@ -6,9 +6,9 @@
 /**
  * Turns Blueprints into classes.
  *
- * A compile makes the skeleton anew, then moves the old content of the class, and of the classes of all children in
- * memory, to classes of their own (see MoveToReplacedClass), builds the classes anew, parents first, carries the
- * changed defaults over, checks the graphs, and makes the objects of the classes anew.
+ * A compile rebuilds the skeleton, then moves the old content of the class, and of the classes of all children in
+ * memory, to classes of their own (see MoveToReplacedClass), rebuilds the classes, parents first, carries the
+ * changed defaults over, checks the graphs, and recreates the objects of the classes.
  */
 class FBlueprintCompilationManager
 {

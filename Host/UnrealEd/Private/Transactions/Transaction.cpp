@@ -29,7 +29,7 @@ public:
 	{
 		const FString Prefix = TEXT("Object");
 		const int32 Number = Text.StartsWith(Prefix) ? FCString::Atoi(*Text + Prefix.Len()) : INDEX_NONE;
-		// A type of the game may have been compiled anew since.
+		// A type of the game may have been recompiled since.
 		return Transaction.References.IsValidIndex(Number)
 				   ? FReflectedTypeReload::FindNewest(Transaction.References[Number])
 				   : nullptr;

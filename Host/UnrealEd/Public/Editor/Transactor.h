@@ -52,7 +52,7 @@ private:
 	};
 	struct FRecord
 	{
-		/** The class's present one for a default object, which a compile makes anew. */
+		/** The class's present one for a default object, which a compile recreates. */
 		UObject* Resolve() const;
 
 		UObject* Object = nullptr;

@@ -50,7 +50,7 @@ public:
 
 	// What has changed.
 
-	/** Makes the skeleton class anew; the generated class follows at the next compile. */
+	/** Rebuilds the skeleton class; the generated class follows at the next compile. */
 	static void MarkBlueprintAsStructurallyModified(UBlueprint* Blueprint);
 	static void MarkBlueprintAsModified(
 		UBlueprint* Blueprint, FPropertyChangedEvent PropertyChangedEvent = FPropertyChangedEvent(nullptr));

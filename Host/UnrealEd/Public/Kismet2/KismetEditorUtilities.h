@@ -37,7 +37,7 @@ public:
 
 	/**
 	 * Compiles the Blueprint and its children; Status tells the outcome. Properties, functions and default objects from
-	 * before are gone afterwards, objects are made anew. Without SkipGarbageCollection garbage is collected.
+	 * before are gone afterwards, objects are recreated. Without SkipGarbageCollection garbage is collected.
 	 */
 	static void CompileBlueprint(UBlueprint* BlueprintObj,
 		EBlueprintCompileOptions CompileFlags = EBlueprintCompileOptions::None,

@@ -11,7 +11,7 @@ class KESTREL_API FKestrelStyle
 public:
 	static void Initialize();
 	static void Shutdown();
-	/** Asks the renderer to read the images anew; does nothing without a Slate application. */
+	/** Asks the renderer to reload the images; does nothing without a Slate application. */
 	static void ReloadTextures();
 
 	/** Only between Initialize and Shutdown. */

@@ -59,7 +59,7 @@ public:
 	static TArray<FDiffLine> ComputeLongestCommonSubsequence(
 		const TArray<FString>& OldLines, const TArray<FString>& NewLines);
 	static TArray<FDiffChunk> GenerateDiff(const FString& OldText, const FString& NewText);
-	/** What stands before a line: "+ ", "- " or two blanks. */
+	/** What stands before a line: "+ ", "- " or two spaces. */
 	FString GetDiffLinePrefix(const FDiffLine& Line) const;
 	FSlateColor GetDiffLineColor(const FDiffLine& Line) const;
 	/** The lines of all chunks, each with its prefix and in its colour. Neighbours of one kind are one text. */
@@ -118,7 +118,7 @@ private:
 	/** The list shows what waits now, and Approve stands out when something of it can work. */
 	void OnAgentStateChanged();
 	EVisibility GetApprovalListVisibility() const;
-	/** The parts of a text that would change, to the letter, with what is not seen as escapes. */
+	/** The exact parts of a text that would change, with invisible characters as escapes. */
 	TSharedRef<SWidget> MakeChangeView(const FString& Before, const FString& After) const;
 	/** Both columns of numbers beside the lines of a difference. */
 	TSharedRef<SWidget> MakeChunksView(const TArray<FDiffChunk>& Chunks) const;

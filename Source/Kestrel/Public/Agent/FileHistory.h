@@ -90,7 +90,7 @@ DECLARE_DELEGATE_TwoParams(FOnTextKeptDelegate, const FString& /*FilePath*/, con
  *
  * A change is recorded before it is made, under a key (the conversation's id) and the file's absolute path; keys and
  * paths ignore case. Only the first record of a file counts: it leads back to before the conversation. A new change
- * ends the redo of what the same conversation has had taken back.
+ * ends the redo of what was undone of the same conversation.
  *
  *   recorded        undo leads to        redo leads to
  *   Creation        no file              the text it had before the undo

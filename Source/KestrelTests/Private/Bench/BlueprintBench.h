@@ -23,7 +23,7 @@ void PrepareFindInMemory(int32 Run);
 FString ModifyBlueprint(int32 Run);
 FString ModifyHalfBlueprint(int32 Run);
 void PrepareModify(int32 Run);
-/** All of it taken back. */
+/** All of it undone. */
 FString UndoModification(int32 Run);
 void PrepareUndo(int32 Run);
 }

@@ -9,10 +9,10 @@ namespace KestrelTest
 {
 constexpr auto Flags = EAutomationTestFlags::EditorContext | EAutomationTestFlags::ProductFilter;
 
-/** Texts are compared to the letter; == would ignore case. */
+/** Strings are compared exactly; == would ignore case. */
 bool TestSameText(FAutomationTestBase& Test, const FString& What, const FString& Actual, const FString& Expected);
 
-/** The state's name as it stands in the code. */
+/** The state's name as in the code. */
 FString NameOf(EAgentState State);
 
 /** True in the states in which the agent waits for the user. */

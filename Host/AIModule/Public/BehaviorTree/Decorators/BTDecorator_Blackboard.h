@@ -3,7 +3,7 @@
 #include "BehaviorTree/Decorators/BTDecorator_BlackboardBase.h"
 #include "BTDecorator_Blackboard.generated.h"
 
-/** When the condition is looked at anew. */
+/** When the condition is evaluated again. */
 UENUM()
 namespace EBTBlackboardRestart
 {

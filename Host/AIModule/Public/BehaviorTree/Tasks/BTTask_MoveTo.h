@@ -16,7 +16,7 @@ public:
 	UPROPERTY(Config, Category = Node, EditAnywhere, meta = (ClampMin = "0.0"))
 	float AcceptableRadius = 5.0f;
 
-	/** Centimetres that the key's value may change by before the way is looked for anew. */
+	/** Centimetres that the key's value may change by before the path is searched again. */
 	UPROPERTY(Category = Blackboard, EditAnywhere, AdvancedDisplay, meta = (ClampMin = "1"))
 	float ObservedBlackboardValueTolerance = 4.75f;
 

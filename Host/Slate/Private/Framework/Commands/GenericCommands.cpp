@@ -14,7 +14,7 @@ void FGenericCommands::RegisterCommands()
 {
 	UI_COMMAND(Undo, "Undo", "Takes the last change back", EUserInterfaceActionType::Button,
 		FInputChord(EModifierKey::Control, EKeys::Z));
-	UI_COMMAND(Redo, "Redo", "Does again what was taken back last", EUserInterfaceActionType::Button,
+	UI_COMMAND(Redo, "Redo", "Redoes the last undone change", EUserInterfaceActionType::Button,
 		FInputChord(EModifierKey::Control, EKeys::Y), FInputChord(EKeys::Z, true, true, false, false));
 }
 

@@ -74,7 +74,7 @@ public:
 	void SelectAllText();
 	void ClearSelection();
 	bool AnyTextSelected() const { return !(SelectionAnchor == Cursor); }
-	/** Asks a bound text anew. */
+	/** Evaluates a bound text again. */
 	void Refresh();
 
 	virtual void SetComposition(const FString& Text, int32 CursorOffset) override;

@@ -16,7 +16,7 @@ class SScrollBar;
 class STableViewBase : public SCompoundWidget
 {
 public:
-	/** The items are others, or have another order: what is in view is made anew in the next frame. */
+	/** The items are others, or have another order: what is in view is rebuilt in the next frame. */
 	void RequestListRefresh() { bRefreshes = true; }
 	/** The items above the view, in rows; with a fraction. */
 	double GetScrollOffset() const { return Offset / RowHeight; }

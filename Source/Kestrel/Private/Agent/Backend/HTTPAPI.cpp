@@ -163,7 +163,7 @@ FString FHTTPAPI::MakeInitialBody(const FString& Prompt)
 
 void FHTTPAPI::RegularPromptRequest(const FString& Message)
 {
-	// The message goes into the templates as it stands: the service takes short fixed texts and the user's own.
+	// The message goes into the templates verbatim: the service takes short fixed texts and the user's own.
 	FAgent& Agent = FAgent::Get();
 	if (Agent.GetToolResults().IsEmpty())
 	{

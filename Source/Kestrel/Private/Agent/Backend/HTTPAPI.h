@@ -54,7 +54,7 @@ public:
 	static FString MakeInitialBody(const FString& Prompt);
 	/** Every later turn; the waiting tool results go with it and are forgotten. */
 	void RegularPromptRequest(const FString& Message);
-	/** Sends a body, as it stands, to the command endpoint. */
+	/** Sends a body verbatim to the command endpoint. */
 	void RegularRequest(const FString& Body);
 	void OnRegularRequestResponse(FHttpRequestPtr Request, FHttpResponsePtr Response, bool bSucceeded);
 

@@ -55,12 +55,12 @@ public:
 	void Continue(FString Message);
 
 	/**
-	 * Takes back what the last conversation has changed: its transactions in the editor, with all that came after them,
-	 * and files. Then the game is compiled, and Blueprints are saved. Files that cannot be taken back can be tried
+	 * Undoes the last conversation's changes: its transactions in the editor, with all that came after them,
+	 * and files. Then the game is compiled, and Blueprints are saved. Files that cannot be undone can be tried
 	 * again.
 	 */
 	void UndoLastOperation();
-	/** Makes again what was taken back last; files only, and only when nothing in the editor was undone with them. */
+	/** Redoes what was undone last; files only, and only when nothing in the editor was undone with them. */
 	void RedoLastOperation();
 	bool CanUndo() const;
 	bool CanRedo() const;

@@ -5,7 +5,7 @@
 class FJsonObject;
 enum class EKestrelRevisionControl : uint8;
 
-/** True when a folder of the path has a name of the list. Slashes and blanks around an entry do not count, nor does
+/** True when a folder of the path has a name of the list. Slashes and spaces around an entry are ignored, nor does
  * case. */
 KESTREL_API bool IsDirectoryExcluded(const FString& Path, const TArray<FString>& ExcludedDirs);
 
@@ -45,7 +45,7 @@ public:
 
 	/**
 	 * Replaces every occurrence of a text, with regard to case. When it does not occur as given, it is tried in the
-	 * file's own style: line ends as the file has them and four blanks for a tab (or the reverse), first both, then
+	 * file's own style: line endings as in the file and four spaces for a tab (or the reverse), first both, then
 	 * each alone. The new text goes in as given. Writes UTF-8 without a mark.
 	 *
 	 * @param OutContentBefore  the whole text as it was, once it could be read

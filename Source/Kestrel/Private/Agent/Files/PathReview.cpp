@@ -139,7 +139,7 @@ bool IsLikeShortName(const FString& Name)
 }
 
 /**
- * A path as its names, without the dots and blanks at their ends that some file systems ignore, nor what follows a
+ * A path as its names, without the dots and spaces at their ends that some file systems ignore, nor what follows a
  * colon: there it names a part of the file before it.
  */
 TArray<FString> SplitPath(const FString& Path)

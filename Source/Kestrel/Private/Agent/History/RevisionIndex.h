@@ -7,7 +7,7 @@
 namespace KestrelRevisionIndex
 {
 /**
- * Takes back what revision control was told about a file, which may give the file itself another content.
+ * Reverts what revision control was told about a file, which may change the content of the file itself.
  *
  * @return false when it would not, for instance since another program works on the repository
  */

@@ -13,7 +13,7 @@ KESTREL_API FString GetKestrelTransactionName(const FString& ConversationId);
 class FKestrelTransactionLookup
 {
 public:
-	/** The index of the first transaction of that title, to the letter; those that were undone count. -1 for none. */
+	/** The index of the first transaction of exactly that title; those that were undone count. -1 for none. */
 	static int32 Find(const FString& Name);
 
 	bool Contains(const FString& ConversationId);

@@ -56,7 +56,7 @@ public:
 	 */
 	static void WaitForEvent(IHotReloadInterface& HotReload, double LongestSeconds);
 
-	/** Begins anew with an empty list of captured lines. */
+	/** Starts again with an empty list of captured lines. */
 	static void CaptureCompilationLogs();
 	static void OnHotReloadCompilationFinished(const FString& LogText, ECompilationResult::Type Result, bool bShowLog);
 	/** The lines captured since the last start; none before the first. */

@@ -109,7 +109,7 @@ bool ExecuteFile(IPythonScriptPlugin& Python, const FString& FullPath, const FSt
 {
 	Python.ExecPythonCommand(*KeepStreams(LogPath));
 	FPythonCommandEx Command;
-	// Without quotes, a path with blanks would end at the first.
+	// Without quotes, a path with spaces would end at the first.
 	Command.Command = TEXT("\"") + FullPath + TEXT("\"");
 	const bool bSuccess = Python.ExecPythonCommandEx(Command);
 	OutResult = Command.CommandResult;

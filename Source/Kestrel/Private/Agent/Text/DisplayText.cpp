@@ -166,7 +166,7 @@ FString Escape(const FString& Text, TFunctionRef<bool(uint32)> IsKept, bool bBre
 }
 
 /**
- * Blanks can push the rest of a name into a line of its own, or out of view, and are not seen at its ends: all but
+ * Spaces can push the rest of a name into a line of its own, or out of view, and are not seen at its ends: all but
  * single ones between other characters are told by their number.
  */
 FString NameBlanks(const FString& Text)

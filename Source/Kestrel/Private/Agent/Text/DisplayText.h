@@ -13,7 +13,7 @@
 namespace KestrelDisplayText
 {
 /**
- * For a name or value on a line of its own. Blanks are told by their number where there are several in a row, or where
+ * For a name or value on a line of its own. Spaces are shown as their number where there are several in a row, or where
  * they begin or end the name.
  */
 KESTREL_API FString EscapeLine(const FString& Text);

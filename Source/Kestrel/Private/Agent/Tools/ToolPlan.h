@@ -99,7 +99,7 @@ struct KESTREL_API FKestrelToolPlan
 	TOptional<FKestrelChange> Change;
 	/** The change is too large to be shown. */
 	bool bCannotBeShown = false;
-	/** It is not even at hand: it is too large to look at, and is made anew when the tool runs. */
+	/** It is not even at hand: it is too large to look at, and is loaded again when the tool runs. */
 	bool bIsBeyondLimits = false;
 
 	EKestrelFileOperation Operation = EKestrelFileOperation::None;

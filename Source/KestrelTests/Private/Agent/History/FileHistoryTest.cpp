@@ -103,7 +103,7 @@ const FStory Stories[] = {
 			Conversation.Create(Folder.Full(TEXT("a.txt")), TEXT("changed"));
 			Conversation.Delete(Folder.Full(TEXT("a.txt")));
 		} },
-	{ TEXT("a file that was deleted and made anew"),
+	{ TEXT("a file that was deleted and recreated"),
 		[](const FConversation& Conversation, const FKestrelTestFolder& Folder) {
 			Conversation.Delete(Folder.Full(TEXT("utf8.txt")));
 			Conversation.Create(Folder.Full(TEXT("utf8.txt")), TEXT("anew"));
@@ -121,7 +121,7 @@ void FKestrelFileHistorySpec::Define()
 {
 	for (const FileHistoryTest::FStory& Story : FileHistoryTest::Stories)
 	{
-		It(FString(TEXT("takes back and makes again ")) + Story.What, [this, &Story]() {
+		It(FString(TEXT("undoes and redoes ")) + Story.What, [this, &Story]() {
 			const FKestrelTestFolder Folder;
 			Folder.Write(TEXT("a.txt"), TEXT("first\n"));
 			Folder.Write(TEXT("utf8.txt"), TEXT("\u00E4"));
@@ -181,7 +181,7 @@ void FKestrelFileHistorySpec::Define()
 		Folder.Write(TEXT("a.txt"), TEXT("x"));
 		History.StoreFileVersion(Conversation.Id, File, TEXT("x"));
 		TestTrue(TEXT("recorded"), History.CanUndo(Conversation.Id, File));
-		TestFalse(TEXT("nothing to take back"), History.UndoAllChanges(Conversation.Id));
+		TestFalse(TEXT("nothing to undo"), History.UndoAllChanges(Conversation.Id));
 		TestFalse(TEXT("nothing to make again"), History.CanRedo(Conversation.Id, File));
 	});
 
@@ -404,7 +404,7 @@ void FKestrelFileHistorySpec::Define()
 			*this, TEXT("file"), FFileUtils::ReadFile(Folder.Full(TEXT("in/a.txt"))), TEXT("old"));
 	});
 
-	It("takes back five hundred files in one go", [this]() {
+	It("undoes five hundred files in one go", [this]() {
 		const FKestrelTestFolder Folder;
 		for (int32 Index = 0; Index < 500; ++Index)
 		{
@@ -452,7 +452,7 @@ void FKestrelUndoSpec::Define()
 									  Recorder.GetTexts().Contains(TEXT("Redoing Last Changes...")));
 	});
 
-	It("takes back what a conversation changes after an undo, and does not make the old change again", [this]() {
+	It("undoes what a conversation changes after an undo, and does not redo the old change", [this]() {
 		const FKestrelTestFolder Folder;
 		const FKestrelPanelRecorder Recorder;
 		FKestrelInterface& Interface = FKestrelInterface::Get();

@@ -54,7 +54,7 @@ void FKestrelTransactionUndoSpec::Define()
 		FAgent::Get().ClearToolResults();
 	});
 
-	It("takes back the conversation's transaction and all that came after it, and saves", [this]() {
+	It("undoes the conversation's transaction and all that came after it, and saves", [this]() {
 		const FKestrelTestContent Content;
 		const FKestrelPanelRecorder Recorder;
 		UBlueprint& Blueprint = *Content.CreateBlueprint(TEXT("BP_Undo"));

@@ -243,7 +243,7 @@ void FKestrelAssetPlanSpec::Define()
 		KestrelTest::TestSameText(*this, TEXT("shared"), PlanReading(Finder)->Target, TEXT("BP_Late"));
 		TestTrue(TEXT("holds with the same"), Plan->StillHolds(*Finder));
 		TestFalse(TEXT("holds"), Plan->StillHolds());
-		KestrelTest::TestSameText(*this, TEXT("asked anew"), PlanReading(MakeShared<FKestrelAssetFinder>())->Target,
+		KestrelTest::TestSameText(*this, TEXT("asked again"), PlanReading(MakeShared<FKestrelAssetFinder>())->Target,
 			Content.Path / TEXT("BP_Late"));
 	});
 

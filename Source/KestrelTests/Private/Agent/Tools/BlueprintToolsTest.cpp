@@ -50,7 +50,7 @@ const FRefusedCreation RefusedCreations[] = {
 	{ TEXT("a folder outside of all content"), TEXT("/NoSuchRoot/Folder"), TEXT("BP_A"), TEXT("Actor") },
 	{ TEXT("a path that is none"), TEXT("Blueprints"), TEXT("BP_A"), TEXT("Actor") },
 	{ TEXT("a name with a dot"), TEXT("/Game"), TEXT("BP.A"), TEXT("Actor") },
-	{ TEXT("a name with a blank"), TEXT("/Game"), TEXT("BP A"), TEXT("Actor") },
+	{ TEXT("a name with a space"), TEXT("/Game"), TEXT("BP A"), TEXT("Actor") },
 	{ TEXT("no name"), TEXT("/Game"), TEXT(""), TEXT("Actor") },
 	{ TEXT("the name that stands for none"), TEXT("/Game"), TEXT("none"), TEXT("Actor") },
 	{ TEXT("a folder of native types"), TEXT("/Script/Engine"), TEXT("BP_A"), TEXT("Actor") },

@@ -328,7 +328,7 @@ void FKestrelDisplayTextSpec::Define()
 		KestrelTest::TestSameText(*this, TEXT("letters"),
 			KestrelDisplayText::EscapeLine(TEXT("\u00C4rger \u65E5\u672C \U0001F426 a\\b")),
 			TEXT("\u00C4rger \u65E5\u672C \U0001F426 a\\b"));
-		KestrelTest::TestSameText(*this, TEXT("blanks"),
+		KestrelTest::TestSameText(*this, TEXT("spaces"),
 			KestrelDisplayText::EscapeLine(TEXT(" a b  c") + FString::ChrN(61, u' ') + TEXT("Note: d ")),
 			TEXT("\u27E81 space\u27E9a b\u27E82 spaces\u27E9c\u27E861 spaces\u27E9Note: d\u27E81 space\u27E9"));
 		KestrelTest::TestSameText(*this, TEXT("marks on a letter"),

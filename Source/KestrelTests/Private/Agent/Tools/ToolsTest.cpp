@@ -115,7 +115,7 @@ struct FScriptCase
 };
 
 const FScriptCase ScriptCases[] = {
-	{ TEXT("gives back what a script prints, to either stream"),
+	{ TEXT("returns what a script prints, to either stream"),
 		TEXT("import sys\nprint('out \u00E4')\nprint('err', file=sys.stderr)"),
 		TEXT("Python script completed: \nout \u00E4\nerr\n: "), TEXT("") },
 	{ TEXT("says that it ran when a script prints nothing"), TEXT("x = 1"), TEXT("Python script completed: \n: "),
@@ -316,7 +316,7 @@ void FKestrelCompilationLogSpec::Define()
 		TestEqual(TEXT("filtered"), FCompilationManager::FilterCompilationErrors(TEXT("ERROR:")).Num(), 1);
 		TestEqual(TEXT("filtered out"), FCompilationManager::FilterCompilationErrors(TEXT("warning:")).Num(), 0);
 		FCompilationManager::CaptureCompilationLogs();
-		TestEqual(TEXT("begins anew"), FCompilationManager::GetCompilationLogs().Num(), 0);
+		TestEqual(TEXT("starts again"), FCompilationManager::GetCompilationLogs().Num(), 0);
 		FCompilationManager::Shutdown();
 	});
 

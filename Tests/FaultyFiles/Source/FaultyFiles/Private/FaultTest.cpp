@@ -13,7 +13,7 @@
 #include "UObject/Class.h"
 
 /**
- * Each file operation of each thing that the assistant does to a disk fails in turn, once and for good, in every way
+ * Each file operation of each thing that the assistant does to a disk fails in turn, once and permanently, in every way
  * that fits, and the process is killed at it. Whatever happens, each text must still be there: on the disk, as a copy
  * that is offered at the next start, or through undo.
  */
@@ -376,7 +376,7 @@ public:
 	void Run(int32 FaultAt, EFileFault Fault, bool bPermanent)
 	{
 		Name = FString::Printf(TEXT("%s, operation %d, fault %d%s"), Scenario.What, FaultAt, static_cast<int32>(Fault),
-			bPermanent ? TEXT(", for good") : TEXT(""));
+			bPermanent ? TEXT(", permanently") : TEXT(""));
 		Begin();
 		bool bFailed = false;
 		FString Result;

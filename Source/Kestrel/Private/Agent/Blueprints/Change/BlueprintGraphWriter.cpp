@@ -47,7 +47,7 @@ FName GetName(const FJsonObject& Object, const TCHAR* Field)
 template <typename NodeType>
 NodeType* MakeNode(UEdGraph& Graph, UClass* NodeClass)
 {
-	// Only transactional objects are taken back by undo.
+	// Undo only reverts transactional objects.
 	return NewObject<NodeType>(&Graph, NodeClass, NAME_None, RF_Transactional);
 }
 

@@ -19,7 +19,7 @@ public:
 	void Add(const UEdGraphPin& Pin);
 
 private:
-	// By name: the engine makes the pins of a node anew whenever a function is added.
+	// By name: the engine recreates the pins of a node whenever a function is added.
 	using FKey = TPair<const UEdGraphNode*, FName>;
 	static FKey MakeKey(const UEdGraphPin& Pin);
 

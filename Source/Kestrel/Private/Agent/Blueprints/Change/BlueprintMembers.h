@@ -11,7 +11,7 @@ namespace KestrelBlueprintMembers
 /** As long as the editor's own name fields allow. */
 constexpr int32 MaxNameLength = 100;
 
-/** Whether a text can name a variable, a function or a parameter. Blanks may stand inside of it. */
+/** Whether a text can name a variable, a function or a parameter. It may contain spaces. */
 bool CanBeMemberName(const FString& Text);
 /** Whether no variable, function, event, graph or component of the Blueprint or of a parent has the name. */
 bool IsNameFree(const UBlueprint& Blueprint, const FString& Name);

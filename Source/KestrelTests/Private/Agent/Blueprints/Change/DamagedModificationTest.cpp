@@ -181,7 +181,7 @@ void FKestrelDamagedModificationsSpec::Define()
 {
 	using namespace DamagedModificationTest;
 
-	It("end in an answer, and can be taken back whatever they did", [this]() {
+	It("end in an answer, and can be undone whatever they did", [this]() {
 		const int32 NumRounds = KestrelTest::GetNumFuzzRounds();
 		if (NumRounds == 0)
 		{

@@ -12,7 +12,7 @@
 
 /**
  * Compares documents with those in Tests/Documents, which were written by hand. To keep them readable, what comes again
- * and again is folded into a line there, and Tests/Documents/Ledger.json alone is compared to the letter:
+ * and again is folded into a line there, and Tests/Documents/Ledger.json alone is compared exactly:
  *
  * - a type: "byte </Script/Harrier.EWardenMood> Array Const", a map's value behind "of";
  * - a variable: "<type> = <value>";
@@ -204,7 +204,7 @@ void FKestrelSampleContentSpec::Define()
 		});
 	}
 
-	It("writes a document to the letter", [this]() {
+	It("writes a document exactly", [this]() {
 		const TSharedPtr<FJsonObject> Expected = ReadDocument(TEXT("Ledger.json"));
 		if (TestTrue(TEXT("document"), Expected.IsValid()))
 		{
