@@ -11,6 +11,7 @@
 #include "ScratchDirectory.h"
 #include "UObject/Class.h"
 #include "UObject/Package.h"
+#include "UObject/PackageHeader.h"
 #include "UObject/SavePackage.h"
 
 #include <gtest/gtest.h>
@@ -158,7 +159,7 @@ TEST_F(AssetRegistryTest, FollowsAFileWhenTold)
 	EXPECT_EQ(ClassOf(TEXT("/Game/Moor")), "");
 }
 
-TEST_F(AssetRegistryTest, BearsDamagedPackages)
+TEST_F(AssetRegistryTest, DamagedPackagesAreNoAssetsAndHideNoOthers)
 {
 	const std::string Good =
 		"{\"Package\":\"/Game/A\",\"Assets\":[{\"Name\":\"A\",\"Class\":\"/Script/B.C\"}],\"O\":{}}";
@@ -171,6 +172,14 @@ TEST_F(AssetRegistryTest, BearsDamagedPackages)
 			TArrayView<const uint8>(reinterpret_cast<const uint8*>(Text.data()), static_cast<int32>(Text.size())),
 			*File);
 		IAssetRegistry::Get()->ScanFilesSynchronous({ File }, true);
+		FPackageHeader Header;
+		TArray<uint8> Bytes;
+		ASSERT_TRUE(FFileHelper::LoadFileToArray(Bytes, *File));
+		TArray<FAssetData> Found;
+		IAssetRegistry::Get()->GetAssetsByPackageName(TEXT("/Game/A"), Found);
+		const bool bReadable = Header.Parse(Bytes) == FPackageHeader::EResult::Read;
+		EXPECT_LE(Found.Num(), bReadable ? Header.Assets.Num() : 0) << Text;
+		EXPECT_EQ(ClassOf(TEXT("/Game/Doors/BP_Gate")), "/Script/Engine.Blueprint") << Text;
 	}
 }
 

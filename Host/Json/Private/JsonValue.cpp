@@ -21,7 +21,8 @@ bool ToInteger(const FJsonValue& Value, IntegerType& Out)
 	const double Rounded = std::nearbyint(Number);
 	constexpr double Lowest = static_cast<double>(std::numeric_limits<IntegerType>::min());
 	// The first double past the type: its own maximum may not be one.
-	constexpr double PastHighest = static_cast<double>(std::numeric_limits<IntegerType>::max() / 2 + 1) * 2.0;
+	constexpr IntegerType HalfOfPastHighest = std::numeric_limits<IntegerType>::max() / 2 + 1;
+	constexpr double PastHighest = static_cast<double>(HalfOfPastHighest) * 2.0;
 	if (!(Rounded >= Lowest && Rounded < PastHighest))
 	{
 		return false;

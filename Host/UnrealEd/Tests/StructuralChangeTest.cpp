@@ -112,12 +112,4 @@ TEST_F(StructuralChangeTest, CostsNoMoreThanItsSizeAsksFor)
 	// The skeleton that each change asks for is more than linear; what is quadratic throughout would be 64.
 	EXPECT_LT(EightTimes, Once * 32.0) << "once: " << Once << " s, eight times: " << EightTimes << " s";
 }
-
-/** For whoever works on it: --gtest_also_run_disabled_tests */
-TEST_F(StructuralChangeTest, DISABLED_TimesALargeDocument)
-{
-	const FTimes Times = Measure(TEXT("/Game/BP_Large"), { 1000, 200, 20 });
-	std::printf("variables %.3f s, functions %.3f s, compile %.3f s, close %.3f s, undo %.3f s\n", Times.Variables,
-		Times.Functions, Times.Compile, Times.Close, Times.Undo);
-}
 }
