@@ -73,8 +73,8 @@ void ConnectionWatch::Add(SSL* Ssl)
 	{
 		End(*Made);
 	}
+	WakeBefore(Made->Deadline);
 	Connections.insert(Made.release());
-	Changed.notify_all();
 }
 
 void ConnectionWatch::Remove(Connection* Ended)
@@ -133,8 +133,17 @@ void ConnectionWatch::SetState(State Now)
 	else if (!bStopping)
 	{
 		Current->Deadline = Now == State::Answering ? Clock::time_point::max() : After(RequestTime);
+		WakeBefore(Current->Deadline);
 	}
-	Changed.notify_all();
+}
+
+void ConnectionWatch::WakeBefore(Clock::time_point Deadline)
+{
+	// A thread that is woken for each request would cost more than the requests.
+	if (Deadline < NextLook)
+	{
+		Changed.notify_all();
+	}
 }
 
 void ConnectionWatch::Stop()
@@ -168,16 +177,16 @@ void ConnectionWatch::Watch()
 	std::unique_lock Lock(Mutex);
 	while (!bQuit)
 	{
-		Clock::time_point Next = After(Seconds(60.0));
+		NextLook = After(Seconds(60.0));
 		for (Connection* Each : Connections)
 		{
 			if (Each->Deadline <= Clock::now())
 			{
 				End(*Each);
 			}
-			Next = std::min(Next, Each->Deadline);
+			NextLook = std::min(NextLook, Each->Deadline);
 		}
-		Changed.wait_until(Lock, Next);
+		Changed.wait_until(Lock, NextLook);
 	}
 }
 

@@ -66,6 +66,8 @@ private:
 	void SetState(State Now);
 	void EndOldestWaiting();
 	void Watch();
+	/** Has the watcher look no later than that. */
+	void WakeBefore(Clock::time_point Deadline);
 	static void End(Connection& Ended);
 	static Clock::time_point After(Seconds Time);
 
@@ -76,6 +78,7 @@ private:
 	std::mutex Mutex;
 	std::condition_variable Changed;
 	std::set<Connection*> Connections;
+	Clock::time_point NextLook; // of the watcher
 	bool bStopping = false;
 	bool bQuit = false;
 	std::thread Watcher;

@@ -38,6 +38,8 @@ HttpReply Refuse(int Code, const std::string& Error)
 	return HttpReply::FromJson({ { "error", Error } }, Code);
 }
 
+constexpr size_t MostRequestsOfConnection = 1000;
+
 const char* const KeyHeader = "x-api-key";
 }
 
@@ -57,6 +59,10 @@ Server::Server(const Options& InOptions, Backend& InBackend, ModelStore* Store)
 	Watch = std::make_unique<ConnectionWatch>(Https->ssl_context(), ConnectionWatch::Seconds(Settings.RequestSeconds));
 	Https->new_task_queue = [] { return new httplib::ThreadPool(NumThreads); };
 	Https->set_payload_max_length(Settings.MaxBodyBytes);
+	// Head and body are two packets, and the second would wait until the client has acknowledged the first: 40 ms.
+	Https->set_tcp_nodelay(true);
+	// A handshake costs as much as many polls. Connections that wait for long are ended by the watch.
+	Https->set_keep_alive_max_count(MostRequestsOfConnection);
 	AddRoutes();
 	const char* const Address = Settings.Listen.c_str();
 	Port = Settings.Port == 0 ? Https->bind_to_any_port(Address) : Settings.Port;
