@@ -37,7 +37,8 @@ Json MakeModelMessage(const ModelMessage& Message)
 Json MakeMessages(const ModelRequest& Request)
 {
 	Json Messages = Json::array({ { { "role", "system" }, { "content", Request.System } } });
-	for (const Exchange& Each : Request.Exchanges ? *Request.Exchanges : std::vector<Exchange>{})
+	static const std::vector<Exchange> None;
+	for (const Exchange& Each : Request.Exchanges ? *Request.Exchanges : None)
 	{
 		AddUserMessage(Each.Request, Messages);
 		Messages.push_back(MakeModelMessage(Each.Reply));

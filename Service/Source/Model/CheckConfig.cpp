@@ -21,9 +21,9 @@ std::optional<ModelReply> Ask(
 {
 	RunningTurn Turn(Config.Timeouts.Request + Config.Timeouts.Retry);
 	const UserMessage Message{ {}, Prompt };
-	ModelResult Result = Client.Ask({ "You are being tested. Do exactly what you are asked.", nullptr, &Message, Tools,
-										std::min(ReplyTokens, Config.Server.MaxOutputTokens) },
-		Turn);
+	const ModelRequest Request = { "You are being tested. Do exactly what you are asked.", nullptr, &Message, Tools,
+		std::min(ReplyTokens, Config.Server.MaxOutputTokens) };
+	ModelResult Result = Client.Ask(Client.Prepare(Request), Turn);
 	if (const UpstreamFault* const Fault = std::get_if<UpstreamFault>(&Result))
 	{
 		Out << "no: " << Fault->Message << std::endl;

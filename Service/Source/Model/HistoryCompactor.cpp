@@ -131,7 +131,7 @@ std::optional<UpstreamFault> HistoryCompactor::Summarize(
 	Transcript.resize(
 		FindCharacterStart(Transcript, ContextBudget::BytesFor(std::max<int64_t>(Budget.InputTokens() / 2, 0))));
 	const UserMessage Task{ {}, "Summarize this conversation:\n\n" + Transcript };
-	ModelResult Result = Client.Ask({ SummarySystem, nullptr, &Task, nullptr, MaxSummaryTokens }, Turn);
+	ModelResult Result = Client.Ask(Client.Prepare({ SummarySystem, nullptr, &Task, nullptr, MaxSummaryTokens }), Turn);
 	if (UpstreamFault* const Fault = std::get_if<UpstreamFault>(&Result))
 	{
 		return std::move(*Fault);
@@ -144,10 +144,13 @@ std::optional<UpstreamFault> HistoryCompactor::Summarize(
 	return std::nullopt;
 }
 
-std::optional<UpstreamFault> HistoryCompactor::Fit(
-	History& Conversation, const ModelRequest& Request, RunningTurn& Turn, ModelUsage& InOutUsage)
+std::optional<UpstreamFault> HistoryCompactor::Fit(History& Conversation, const ModelRequest& Request,
+	RunningTurn& Turn, UpstreamRequest& OutPrepared, ModelUsage& InOutUsage)
 {
-	const auto Fits = [&] { return Budget.Fits(Client.MeasureRequest(Request)); };
+	const auto Fits = [&] {
+		OutPrepared = Client.Prepare(Request);
+		return Budget.Fits(OutPrepared.Body.size());
+	};
 	if (Fits())
 	{
 		return std::nullopt;

@@ -19,11 +19,12 @@ public:
 
 	/**
 	 * @param System    the system prompt and Tools the tools of the request, which count too
+	 * @param OutPrepared  takes the request that fits
 	 * @param InOutUsage  takes the usage of a summary
 	 * @return why it does not fit, if it does not
 	 */
-	std::optional<UpstreamFault> Fit(
-		History& Conversation, const ModelRequest& Request, RunningTurn& Turn, ModelUsage& InOutUsage);
+	std::optional<UpstreamFault> Fit(History& Conversation, const ModelRequest& Request, RunningTurn& Turn,
+		UpstreamRequest& OutPrepared, ModelUsage& InOutUsage);
 
 private:
 	std::optional<UpstreamFault> Summarize(History& Conversation, RunningTurn& Turn, ModelUsage& InOutUsage);

@@ -55,7 +55,8 @@ Json MakeModelMessage(const ModelMessage& Message)
 UpstreamRequest MessagesFormat::MakeRequest(const ModelServer& Server, const ModelRequest& Request) const
 {
 	Json Messages = Json::array();
-	for (const Exchange& Each : Request.Exchanges ? *Request.Exchanges : std::vector<Exchange>{})
+	static const std::vector<Exchange> None;
+	for (const Exchange& Each : Request.Exchanges ? *Request.Exchanges : None)
 	{
 		Messages.push_back(MakeUserMessage(Each.Request));
 		Messages.push_back(MakeModelMessage(Each.Reply));

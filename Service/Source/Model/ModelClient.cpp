@@ -129,9 +129,9 @@ ModelClient::ModelClient(const ModelConfig& InConfig)
 {
 }
 
-size_t ModelClient::MeasureRequest(const ModelRequest& Request) const
+UpstreamRequest ModelClient::Prepare(const ModelRequest& Request) const
 {
-	return Format.MakeRequest(Config.Server, Request).Body.size();
+	return Format.MakeRequest(Config.Server, Request);
 }
 
 void ModelClient::HideKey(ModelReply& Reply) const
@@ -153,13 +153,13 @@ void ModelClient::HideKey(ModelReply& Reply) const
 	}
 }
 
-ModelResult ModelClient::AskOnce(const ModelRequest& Request, RunningTurn& Turn)
+ModelResult ModelClient::AskOnce(const UpstreamRequest& Request, RunningTurn& Turn)
 {
 	const std::unique_ptr<ReplyAssembler> Assembler = Format.MakeAssembler();
 	ReplyBody Body(*Assembler);
 	ReplyHead Head;
 	std::optional<UpstreamFault> Fault = Http.Run(
-		Format.MakeRequest(Config.Server, Request), Head,
+		Request, Head,
 		[&](const ReplyHead& Begun, std::string_view Bytes) {
 			const bool bGoOn = Body.Add(Begun.Status, Bytes);
 			Turn.SetPartialText(Config.Server.Key.HideIn(Assembler->GetText()));
@@ -194,7 +194,7 @@ ModelResult ModelClient::AskOnce(const ModelRequest& Request, RunningTurn& Turn)
 	return std::move(*Fault);
 }
 
-ModelResult ModelClient::Ask(const ModelRequest& Request, RunningTurn& Turn)
+ModelResult ModelClient::Ask(const UpstreamRequest& Request, RunningTurn& Turn)
 {
 	using Clock = std::chrono::steady_clock;
 	std::optional<Clock::time_point> FirstFault;

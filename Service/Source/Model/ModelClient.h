@@ -14,14 +14,13 @@ class ModelClient
 public:
 	explicit ModelClient(const ModelConfig& InConfig);
 
+	/** A request in the server's format. Making it takes time in proportion to the conversation's length. */
+	UpstreamRequest Prepare(const ModelRequest& Request) const;
 	/** @return the reply, or the last attempt's fault */
-	ModelResult Ask(const ModelRequest& Request, RunningTurn& Turn);
-	/** The bytes that the request's body would have. */
-	size_t MeasureRequest(const ModelRequest& Request) const;
-	/** One attempt. */
-	ModelResult AskOnce(const ModelRequest& Request, RunningTurn& Turn);
+	ModelResult Ask(const UpstreamRequest& Request, RunningTurn& Turn);
 
 private:
+	ModelResult AskOnce(const UpstreamRequest& Request, RunningTurn& Turn);
 	/** Servers that repeat the key in an answer must not have it shown and stored. */
 	void HideKey(ModelReply& Reply) const;
 

@@ -219,20 +219,21 @@ ModelResult TurnRunner::AskModel(const std::string& KeyName, RunningTurn& Runnin
 	const auto Started = std::chrono::steady_clock::now();
 	ModelUsage Usage;
 	const ModelRequest Request = MakeRequest();
-	std::optional<UpstreamFault> Fault = Compactor.Fit(Conversation, Request, Running, Usage);
-	ModelResult Result = Fault ? ModelResult(*Fault) : Client.Ask(Request, Running);
+	UpstreamRequest Prepared;
+	std::optional<UpstreamFault> Fault = Compactor.Fit(Conversation, Request, Running, Prepared, Usage);
+	ModelResult Result = Fault ? ModelResult(*Fault) : Client.Ask(Prepared, Running);
 	Fault =
 		std::holds_alternative<UpstreamFault>(Result) ? std::optional(std::get<UpstreamFault>(Result)) : std::nullopt;
 	if (Fault && Fault->Kind == FaultKind::ContextTooLong && !Conversation.GetExchanges().empty())
 	{
 		// The estimate was too low: once more, with a shorter conversation.
 		Budget.Tighten();
-		Fault = Compactor.Fit(Conversation, Request, Running, Usage);
-		Result = Fault ? ModelResult(*Fault) : Client.Ask(Request, Running);
+		Fault = Compactor.Fit(Conversation, Request, Running, Prepared, Usage);
+		Result = Fault ? ModelResult(*Fault) : Client.Ask(Prepared, Running);
 	}
 	if (const ModelReply* const Reply = std::get_if<ModelReply>(&Result))
 	{
-		bTruncatedByServer |= Budget.Learn(Client.MeasureRequest(Request), Reply->Usage.Input);
+		bTruncatedByServer |= Budget.Learn(Prepared.Body.size(), Reply->Usage.Input);
 		Usage.Input += Reply->Usage.Input;
 		Usage.CachedInput += Reply->Usage.CachedInput;
 		Usage.Output += Reply->Usage.Output;
