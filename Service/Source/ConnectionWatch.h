@@ -21,7 +21,7 @@ public:
 	using Seconds = std::chrono::duration<double>;
 
 	/** Connections whose request has not arrived, at most. The server needs more threads than that. */
-	static constexpr size_t MostWaiting = 96;
+	static constexpr size_t MostWaiting = 224;
 
 	/** Learns of the connections from the context, which must outlive it; they all must have ended before it does. */
 	ConnectionWatch(SSL_CTX* Context, Seconds InRequestTime);

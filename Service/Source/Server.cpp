@@ -159,8 +159,11 @@ void Server::Answer(httplib::Response& Response, const std::function<HttpReply()
 	try
 	{
 		Reply = Make();
-		std::unique_lock Lock(StopMutex);
-		Stopping.wait_for(Lock, std::chrono::duration<double>(Reply.DelaySeconds), [this] { return bStopping; });
+		if (Reply.DelaySeconds > 0)
+		{
+			std::unique_lock Lock(StopMutex);
+			Stopping.wait_for(Lock, std::chrono::duration<double>(Reply.DelaySeconds), [this] { return bStopping; });
+		}
 	}
 	catch (const std::exception& Error)
 	{
