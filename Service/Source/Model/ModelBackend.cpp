@@ -78,7 +78,8 @@ HttpReply ModelBackend::Command(Turn UserTurn)
 		return HttpReply::FromJson({ { "error", Error.what() } }, 409);
 	}
 	Register(Local, Continued);
-	const bool bReady = Local->Runner != nullptr;
+	// A conversation that begins has nothing to be read from the store.
+	const bool bReady = Local->Runner || !UserTurn.FileStructure.is_null();
 	Start(Local, bReady ? std::optional(std::move(UserTurn)) : std::nullopt);
 	return HttpReply::FromJson({ { "request_id", Local->RequestId } });
 }
