@@ -10,6 +10,7 @@ import tempfile
 import time
 
 import panel_bench
+import service_bench
 import steps
 
 PRESET = "release"
@@ -398,6 +399,6 @@ def measure(measured):
 
 def bench():
     steps.install_packages(steps.PACKAGES + PEER_PACKAGES)
-    steps.build(PRESET, ["HostEditor", "Kestrel", "KestrelTests"])
-    good = [panel_bench.measure(PRESET), *[measure(measured) for measured in BENCHES]]
+    steps.build(PRESET, ["HostEditor", "Kestrel", "KestrelTests", "ServiceBench"])
+    good = [service_bench.measure(PRESET), panel_bench.measure(PRESET), *[measure(measured) for measured in BENCHES]]
     return 0 if all(good) else 1
