@@ -1,4 +1,5 @@
 #include "EdGraphSchema_K2.h"
+#include "K2Node.h"
 #include "UObject/UnrealType.h"
 
 #define LOCTEXT_NAMESPACE "KismetSchema"
@@ -19,10 +20,16 @@ bool IsInteger(const FString& Text, int64 Smallest, int64 Greatest)
 	{
 		return false;
 	}
-	// A number that does not fit comes back as another one.
+	int32 FirstDigit = Text[0] == TEXT('-') || Text[0] == TEXT('+') ? 1 : 0;
+	while (Text[FirstDigit] == TEXT('0') && FirstDigit < Text.Len() - 1)
+	{
+		++FirstDigit;
+	}
+	// A number that does not fit into 64 bits is read as another one.
 	const int64 Value = FCString::Atoi64(*Text);
-	const bool bFits = FString::Printf(TEXT("%lld"), Value).Len() >= Text.Len() - (Text.StartsWith(TEXT("+")) ? 1 : 0);
-	return bFits && Value >= Smallest && Value <= Greatest;
+	const uint64 Magnitude = Value < 0 ? 0 - static_cast<uint64>(Value) : static_cast<uint64>(Value);
+	const bool bReadWhole = FString::Printf(TEXT("%llu"), Magnitude).Equals(Text.RightChop(FirstDigit));
+	return bReadWhole && Value >= Smallest && Value <= Greatest;
 }
 
 bool IsBoolean(const FString& Text)
@@ -101,6 +108,25 @@ FString GetError(const FEdGraphPinType& Type, const FString& Text)
 	return FString();
 }
 
+/** Empty for an object that a link could bring to the pin, and for none. */
+FString GetObjectError(const UEdGraphPin& Pin, UObject* Object)
+{
+	if (!Object)
+	{
+		return FString();
+	}
+	const bool bClassPin = Pin.PinType.PinCategory == FSchema::PC_Class;
+	UClass* const Class = bClassPin ? Cast<UClass>(Object) : Object->GetClass();
+	const FEdGraphPinType Given(bClassPin ? FSchema::PC_Class : FSchema::PC_Object, NAME_None, Class,
+		EPinContainerType::None, false, FEdGraphTerminalType());
+	const UK2Node* const Node = Cast<UK2Node>(Pin.GetOwningNodeUnchecked());
+	const UClass* const Context = Node ? Node->GetBlueprintClassFromNode() : nullptr;
+	return Class && GetDefault<FSchema>()->ArePinTypesCompatible(Given, Pin.PinType, Context)
+			   ? FString()
+			   : FString::Printf(TEXT("%s is not of the type %s"), *Object->GetName(),
+					 *FSchema::TypeToText(Pin.PinType).ToString());
+}
+
 /** What the types have as a value when nothing is said. Null: no text. */
 const TCHAR* GetPlainDefault(const FEdGraphPinType& Type)
 {
@@ -136,12 +162,16 @@ FString UEdGraphSchema_K2::IsDefaultTextValid(const UEdGraphPin& Pin, const FStr
 	{
 		return IsPinDefaultValid(&Pin, Text, nullptr, FText::FromString(Text));
 	}
-	const bool bNone = Text.IsEmpty() || Text == TEXT("None");
-	return bNone || FindObject<UObject>(nullptr, *Text) ? FString() : FString(TEXT("there is no such object"));
+	if (Text.IsEmpty() || Text == TEXT("None"))
+	{
+		return FString();
+	}
+	UObject* const Object = FindObject<UObject>(nullptr, *Text);
+	return Object ? IsPinDefaultValid(&Pin, FString(), Object, FText()) : FString(TEXT("there is no such object"));
 }
 
 FString UEdGraphSchema_K2::IsPinDefaultValid(
-	const UEdGraphPin* Pin, const FString& NewDefaultValue, UObject*, const FText&) const
+	const UEdGraphPin* Pin, const FString& NewDefaultValue, UObject* NewDefaultObject, const FText&) const
 {
 	const FEdGraphPinType& Type = Pin->PinType;
 	if (Type.PinCategory == PC_Exec)
@@ -154,7 +184,8 @@ FString UEdGraphSchema_K2::IsPinDefaultValid(
 	}
 	if (PinDefaults::IsObjectPin(Type))
 	{
-		return NewDefaultValue.IsEmpty() ? FString() : FString(TEXT("its value is an object, not a text"));
+		return NewDefaultValue.IsEmpty() ? PinDefaults::GetObjectError(*Pin, NewDefaultObject)
+										 : FString(TEXT("its value is an object, not a string"));
 	}
 	return NewDefaultValue.IsEmpty() ? FString() : PinDefaults::GetError(Type, NewDefaultValue);
 }

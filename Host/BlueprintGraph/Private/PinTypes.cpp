@@ -223,14 +223,18 @@ bool UEdGraphSchema_K2::ArePinTypesCompatible(
 	{
 		return Output.PinCategory != PC_Exec && Input.PinCategory != PC_Exec;
 	}
-	if (Output.IsMap() && !(Output.PinValueType.TerminalCategory == Input.PinValueType.TerminalCategory))
+	if (Output.IsMap() && Input.IsMap() &&
+		!ArePinTypesCompatible(FEdGraphPinType::GetPinTypeForTerminalType(Output.PinValueType),
+			FEdGraphPinType::GetPinTypeForTerminalType(Input.PinValueType), CallingContext))
 	{
 		return false;
 	}
 	if (Output.PinCategory != Input.PinCategory)
 	{
 		const bool bObjectToInterface = Output.PinCategory == PC_Object && Input.PinCategory == PC_Interface;
-		const bool bInterfaceToObject = Output.PinCategory == PC_Interface && Input.PinCategory == PC_Object;
+		// What implements an interface can be any object.
+		const bool bInterfaceToObject = Output.PinCategory == PC_Interface && Input.PinCategory == PC_Object &&
+										PinTypes::GetClassOf(Input, CallingContext) == UObject::StaticClass();
 		return bInterfaceToObject ||
 			   (bObjectToInterface && PinTypes::IsClassCompatible(PinTypes::GetClassOf(Output, CallingContext),
 										  PinTypes::GetClassOf(Input, CallingContext)));
