@@ -307,9 +307,11 @@ void SLogView::CopySelection() const
 	const int64 To = FMath::Max(SelectionAnchor, SelectionEnd);
 	const int32 First = Shown.IndexOfByPredicate([From](int64 Number) { return Number >= From; });
 	const int32 Behind = Shown.IndexOfByPredicate([To](int64 Number) { return Number > To; });
-	if (First != INDEX_NONE)
+	const int32 Last = (Behind == INDEX_NONE ? Shown.Num() : Behind) - 1;
+	// None when the selected lines are hidden or no longer kept: what was copied before stays.
+	if (First != INDEX_NONE && First <= Last)
 	{
-		FPlatformApplicationMisc::ClipboardCopy(*JoinLines(First, (Behind == INDEX_NONE ? Shown.Num() : Behind) - 1));
+		FPlatformApplicationMisc::ClipboardCopy(*JoinLines(First, Last));
 	}
 }
 
