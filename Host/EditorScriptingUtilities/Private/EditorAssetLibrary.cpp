@@ -41,12 +41,15 @@ FString WithoutSlash(const FString& Path)
 	return Path.EndsWith(TEXT("/")) && Path.Len() > 1 ? Path.LeftChop(1) : Path;
 }
 
-/** The folder on disk; empty for one below no mounted root. */
+/** The folder on disk; empty for one below no mounted root, and for one that ".." leads out of. */
 FString ToFolder(const FString& DirectoryPath)
 {
 	FString Folder;
-	const FString Path = DirectoryPath.EndsWith(TEXT("/")) ? DirectoryPath : DirectoryPath + TEXT("/");
-	FPackageName::TryConvertLongPackageNameToFilename(Path, Folder);
+	const FString Path = WithoutSlash(DirectoryPath) + TEXT("/");
+	if (FPackageName::IsValidLongPackageName(Path + TEXT("Asset")))
+	{
+		FPackageName::TryConvertLongPackageNameToFilename(Path, Folder);
+	}
 	return Folder;
 }
 
