@@ -68,13 +68,13 @@ std::optional<FParsedEnum> ReadEnum(FTokenReader& Reader, const FSourceToken& Ma
 	}
 	Enum.bScoped = Reader.Accept("class") || Reader.Accept("struct");
 	Reader.SkipAttributes();
-	if (Enum.bNamespaced)
-	{
-		Reader.Expect("Type", "the enumeration in '" + Enum.Name + "'");
-	}
-	else
+	if (!Enum.bNamespaced)
 	{
 		Enum.Name = Reader.Next().Text;
+	}
+	else if (!Reader.Expect("Type", "the enumeration in '" + Enum.Name + "'"))
+	{
+		return std::nullopt;
 	}
 	FTypeName Underlying;
 	if (Reader.Accept(":") && Reader.ReadType(Underlying))

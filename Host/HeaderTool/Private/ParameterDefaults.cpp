@@ -35,43 +35,86 @@ bool IsFloatingPoint(const std::string& Source)
 	return Source.find('.') != std::string::npos && Source.find_first_not_of("+-.0123456789f") == std::string::npos;
 }
 
-std::string GetColorText(const std::string& Components)
+/** The numbers of "1,-2.5f,3"; none when anything else is among them. */
+std::vector<double> ReadNumbers(const std::string& Components)
 {
-	double Values[4] = { 0.0, 0.0, 0.0, 1.0 };
-	const char* Text = Components.c_str();
-	for (double& Value : Values)
+	std::vector<double> Numbers;
+	for (const char* Text = Components.c_str(); *Text;)
 	{
 		char* End = nullptr;
-		const double Read = std::strtod(Text, &End);
-		if (End == Text)
+		Numbers.push_back(std::strtod(Text, &End));
+		const char* const Next = End + (End != Text && *End == 'f' ? 1 : 0);
+		if (End == Text || (*Next && *Next != ','))
 		{
-			break;
+			return {};
 		}
-		Value = Read;
-		Text = End + (*End == 'f' ? 1 : 0);
-		Text += *Text == ',' ? 1 : 0;
+		Text = Next + (*Next ? 1 : 0);
 	}
-	return "(R=" + ToFixed(Values[0]) + ",G=" + ToFixed(Values[1]) + ",B=" + ToFixed(Values[2]) +
-		   ",A=" + ToFixed(Values[3]) + ")";
+	return Numbers;
+}
+
+/** How a struct's value is written: a label before each number. */
+struct FStructFormat
+{
+	const char* Struct;
+	std::vector<const char*> Labels;
+	const char* End;
+};
+
+const FStructFormat StructFormats[] = {
+	{ "FVector", { "", ",", "," }, "" },
+	{ "FRotator", { "", ",", "," }, "" },
+	{ "FVector2D", { "(X=", ",Y=" }, ")" },
+	{ "FLinearColor", { "(R=", ",G=", ",B=", ",A=" }, ")" },
+};
+
+/** False for what is no struct that pins have a form for, made of numbers. */
+bool GetStructText(const std::string& Source, std::string& OutText)
+{
+	std::string Inside;
+	for (const FStructFormat& Format : StructFormats)
+	{
+		if (!TakeCall(Source, Format.Struct, Inside))
+		{
+			continue;
+		}
+		std::vector<double> Numbers = ReadNumbers(Inside);
+		if (Numbers.size() == 3 && Format.Labels.size() == 4)
+		{
+			Numbers.push_back(1.0); // a colour is opaque
+		}
+		if (Numbers.size() != Format.Labels.size())
+		{
+			return false;
+		}
+		OutText.clear();
+		for (size_t Index = 0; Index < Numbers.size(); ++Index)
+		{
+			OutText += Format.Labels[Index] + ToFixed(Numbers[Index]);
+		}
+		OutText += Format.End;
+		return true;
+	}
+	return false;
 }
 }
 
 std::string GetDefaultText(const std::string& Source)
 {
 	std::string Inside;
-	if (TakeCall(Source, "TEXT", Inside))
+	if (TakeCall(Source, "TEXT", Inside) || TakeCall(Source, "INVTEXT", Inside))
 	{
 		return Unquote(Inside);
 	}
-	if (TakeCall(Source, "FLinearColor", Inside))
+	if (std::string StructText; GetStructText(Source, StructText))
 	{
-		return GetColorText(Inside);
+		return StructText;
 	}
 	if (Source == "NAME_None" || Source == "nullptr" || Source == "NULL")
 	{
 		return "None";
 	}
-	if (Source == "FString()" || Source == "FName()")
+	if (Source == "FString()" || Source == "FName()" || Source == "FText()" || Source == "FText::GetEmpty()")
 	{
 		return "";
 	}

@@ -138,6 +138,11 @@ std::string FTokenReader::SkipAttributes()
 
 std::string FTokenReader::ReadSpecifierValue()
 {
+	if (Peek().Is(")") || Peek().Is(","))
+	{
+		Error("Found '" + Peek().Text + "' when expecting a value");
+		return {};
+	}
 	std::string Value = Peek().Is("-") ? Next().Text : "";
 	Value += Next().Text;
 	while (!AtEnd() && (Peek().Is("::") || Peek().Is(".") || Previous().Is("::") || Previous().Is(".")))

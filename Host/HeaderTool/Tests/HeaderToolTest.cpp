@@ -276,6 +276,45 @@ TEST_F(FHeaderToolTest, PassesOverWhatIsNotReflected)
 	EXPECT_NE(Source.find("#include \"Odd.h\""), std::string::npos) << Source;
 }
 
+TEST_F(FHeaderToolTest, ChecksTheTypesOfMembers)
+{
+	const struct
+	{
+		const char* Member;
+		const char* Error; // null when there is none
+	} Cases[] = {
+		{ "UPROPERTY() TMap<FString, TObjectPtr<AActor>> A;", nullptr },
+		{ "UPROPERTY() TSubclassOf<AActor> A;", nullptr },
+		{ "UPROPERTY() TEnumAsByte<EOldChannel> A;", nullptr },
+		{ "UPROPERTY() EChannel A[3];", nullptr },
+		{ "UFUNCTION(BlueprintCallable) void Do(const TArray<FVector>& A, EChannel B) {}", nullptr },
+		{ "UPROPERTY() TMap<FString> A;", "Expected 2 arguments in 'TMap<FString>'" },
+		{ "UPROPERTY() TArray<int32, int32> A;", "Expected 1 arguments in 'TArray<int32, int32>'" },
+		{ "UPROPERTY() TSet<FText> A;", "The type 'FText' can not be used as a key in a TSet" },
+		{ "UPROPERTY() TArray<int32> A[3];", "Static arrays of containers are not allowed" },
+		{ "UPROPERTY() TEnumAsByte<AActor> A;", "TEnumAsByte needs a reflected enum: 'TEnumAsByte<AActor>'" },
+		{ "UPROPERTY() TObjectPtr<FVector> A;",
+			"Inappropriate '*' on variable of type 'FVector', cannot have an exposed pointer to this type." },
+		{ "UPROPERTY() TSubclassOf<UMissing> A;",
+			"Unable to find 'class', 'delegate', 'enum', or 'struct' with name 'UMissing'" },
+		{ "UPROPERTY(BlueprintReadWrite) EWide A;", "Type 'EWide' is not supported by blueprint. Thing.A" },
+		{ "UFUNCTION(BlueprintCallable) uint32 Do();",
+			"Type 'uint32' is not supported by blueprint. Function: Do Parameter ReturnValue" },
+		{ "UFUNCTION() void Do(UMissing* A);",
+			"Unable to find 'class', 'delegate', 'enum', or 'struct' with name 'UMissing'" },
+		{ "UPROPERTY(BlueprintCallable) int32 A;",
+			"'BlueprintCallable' is only allowed on multicast delegate properties" },
+	};
+	for (const auto& Case : Cases)
+	{
+		Write("Thing.h", std::string("#include \"Thing.generated.h\"\nUCLASS()\nclass UThing : public UObject\n{\n"
+									 "\tGENERATED_BODY()\npublic:\n") +
+							 Case.Member + "\n};\n");
+		EXPECT_EQ(JoinLines(Run()), Case.Error ? std::string("Thing.h(7): error: ") + Case.Error + "\n" : "")
+			<< Case.Member;
+	}
+}
+
 TEST_F(FHeaderToolTest, MutatedHeadersGiveErrorsOfThatHeaderOrAreTaken)
 {
 	std::vector<std::string> Seeds = { "UCLASS(Config = A::B, meta = (C = D.E))\nclass UA : public UObject {};\n" };
