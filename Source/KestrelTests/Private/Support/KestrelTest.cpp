@@ -2,6 +2,7 @@
 
 #include "Agent/Agent.h"
 #include "Agent/Chat/KestrelInterface.h"
+#include "Agent/Tools/ToolTable.h"
 #include "Dom/JsonObject.h"
 #include "HAL/FileManager.h"
 #include "HAL/PlatformTime.h"
@@ -27,6 +28,28 @@ bool KestrelTest::TestSameText(
 FString KestrelTest::NameOf(EAgentState State)
 {
 	return StaticEnum<EAgentState>()->GetNameStringByValue(static_cast<int64>(State));
+}
+
+FString KestrelTest::NameOf(EKestrelToolKind Kind)
+{
+	switch (Kind)
+	{
+	case EKestrelToolKind::Finish:
+		return TEXT("Finish");
+	case EKestrelToolKind::Read:
+		return TEXT("Read");
+	case EKestrelToolKind::Create:
+		return TEXT("Create");
+	case EKestrelToolKind::Change:
+		return TEXT("Change");
+	case EKestrelToolKind::Delete:
+		return TEXT("Delete");
+	case EKestrelToolKind::Run:
+		return TEXT("Run");
+	case EKestrelToolKind::Compile:
+		return TEXT("Compile");
+	}
+	return FString();
 }
 
 bool KestrelTest::IsWaitingForUser(EAgentState State)

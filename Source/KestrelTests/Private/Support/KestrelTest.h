@@ -4,6 +4,8 @@
 #include "CoreMinimal.h"
 #include "Misc/AutomationTest.h"
 
+enum class EKestrelToolKind : uint8;
+
 /** What every test of the plugin has in common. */
 namespace KestrelTest
 {
@@ -14,6 +16,8 @@ bool TestSameText(FAutomationTestBase& Test, const FString& What, const FString&
 
 /** The state's name as in the code. */
 FString NameOf(EAgentState State);
+/** The kind's name as it stands in the code. */
+FString NameOf(EKestrelToolKind Kind);
 
 /** True in the states in which the agent waits for the user. */
 bool IsWaitingForUser(EAgentState State);

@@ -15,6 +15,7 @@
 #include "Misc/FileHelper.h"
 #include "Misc/Paths.h"
 #include "Support/KestrelTest.h"
+#include "Support/TestPanel.h"
 #include "ToolMenus.h"
 #include "UObject/Class.h"
 #include "Widget/SKestrelWidget.h"
@@ -56,69 +57,7 @@ const FStateCase StateCases[] = {
 	{ EAgentState::EndRequest, true, false, false, true, false, false, false },
 };
 
-/** Every text below a widget: blocks are read-only, the prompt box is not. */
-void CollectTexts(const TSharedRef<SWidget>& Widget, TArray<TSharedRef<SMultiLineEditableText>>& OutTexts)
-{
-	if (Widget->GetType() == FName("SMultiLineEditableText"))
-	{
-		OutTexts.Add(StaticCastSharedRef<SMultiLineEditableText>(Widget));
-		return;
-	}
-	FChildren* Children = Widget->GetChildren();
-	for (int32 Index = 0; Index < Children->Num(); ++Index)
-	{
-		CollectTexts(Children->GetChildAt(Index), OutTexts);
-	}
-}
-
-/** A panel in a window of its own, and a service that nobody asks anything. */
-class FPanel
-{
-public:
-	explicit FPanel(const FVector2D& Size = FVector2D(600.0, 400.0))
-		: Unhooked(FKestrelInterface::Get().StatusMessageDelegate)
-		, UnhookedDiffs(FKestrelInterface::Get().DiffMessageDelegate)
-		, Window(SNew(SWindow).ClientSize(Size)[SAssignNew(Widget, SKestrelWidget)])
-	{
-		FSlateApplication::Get().AddWindow(Window);
-		FSlateApplication::Get().Tick();
-	}
-	~FPanel()
-	{
-		FAgent::Get().SetAgentState(EAgentState::Idle, nullptr);
-		FSlateApplication::Get().RequestDestroyWindow(Window);
-		FKestrelInterface::Get().StatusMessageDelegate = Unhooked;
-		FKestrelInterface::Get().DiffMessageDelegate = UnhookedDiffs;
-	}
-	UE_NONCOPYABLE(FPanel)
-
-	TArray<TSharedRef<SMultiLineEditableText>> Texts(bool bReadOnly) const
-	{
-		TArray<TSharedRef<SMultiLineEditableText>> All;
-		CollectTexts(Widget.ToSharedRef(), All);
-		return All.FilterByPredicate([bReadOnly](const TSharedRef<SMultiLineEditableText>& Text) {
-			return Text->IsTextReadOnly() == bReadOnly;
-		});
-	}
-	TSharedRef<SMultiLineEditableText> PromptBox() const { return Texts(false)[0]; }
-	FString LastBlock() const { return Texts(true).Last()->GetText().ToString(); }
-	void Type(const TCHAR* Text) const { PromptBox()->SetText(FText::FromString(Text)); }
-
-	/** A key press with the focus on the prompt box, on the way that a real one takes. */
-	bool Press(const FKey& Key, bool bShift, bool bRepeat = false) const
-	{
-		FSlateApplication& Slate = FSlateApplication::Get();
-		Slate.SetKeyboardFocus(PromptBox());
-		const FModifierKeysState Modifiers(bShift, false, false, false, false, false, false, false, false);
-		return Slate.ProcessKeyDownEvent(FKeyEvent(Key, Modifiers, 0, bRepeat, 0, 0));
-	}
-
-	const FKestrelTestLog PromptLog;
-	FOnAddStatusMessageDelegate Unhooked;
-	FOnAddDiffMessageDelegate UnhookedDiffs;
-	TSharedPtr<SKestrelWidget> Widget;
-	TSharedRef<SWindow> Window;
-};
+using FPanel = FKestrelTestPanel;
 
 TSharedPtr<SScrollBox> FindScrollBox(const TSharedRef<SWidget>& Widget)
 {

@@ -7,33 +7,11 @@
 
 namespace ToolCatalogTest
 {
-const TCHAR* NameOf(EKestrelToolKind Kind)
-{
-	switch (Kind)
-	{
-	case EKestrelToolKind::Finish:
-		return TEXT("Finish");
-	case EKestrelToolKind::Read:
-		return TEXT("Read");
-	case EKestrelToolKind::Create:
-		return TEXT("Create");
-	case EKestrelToolKind::Change:
-		return TEXT("Change");
-	case EKestrelToolKind::Delete:
-		return TEXT("Delete");
-	case EKestrelToolKind::Run:
-		return TEXT("Run");
-	case EKestrelToolKind::Compile:
-		return TEXT("Compile");
-	}
-	return TEXT("");
-}
-
 TSharedRef<FJsonObject> Describe(const FKestrelTool& Tool)
 {
 	const TSharedRef<FJsonObject> Object = MakeShared<FJsonObject>();
 	Object->SetStringField(TEXT("name"), Tool.WireName);
-	Object->SetStringField(TEXT("kind"), NameOf(Tool.Kind));
+	Object->SetStringField(TEXT("kind"), KestrelTest::NameOf(Tool.Kind));
 	Object->SetStringField(TEXT("description"), Tool.Description);
 	Object->SetObjectField(TEXT("input_schema"), KestrelTools::MakeInputSchema(Tool));
 	return Object;

@@ -24,10 +24,10 @@ TSharedPtr<FJsonObject> Block(const TCHAR* Tool, const TArray<FString>& Fields)
 	return ToolUse;
 }
 
-/** "kind target [before>after]" with what is special behind. */
+/** "Kind target [before>after]" with what is special behind. */
 FString Describe(const FKestrelToolPlan& Plan)
 {
-	FString Text = FString::Printf(TEXT("%d %s"), static_cast<int32>(Plan.Kind), *Plan.Target);
+	FString Text = KestrelTest::NameOf(Plan.Kind) + TEXT(" ") + Plan.Target;
 	Text +=
 		Plan.Change.IsSet() ? TEXT(" [") + Plan.Change->Before + TEXT(">") + Plan.Change->After + TEXT("]") : TEXT("");
 	Text += Plan.NumReplacements.IsSet() ? FString::Printf(TEXT(" x%d"), Plan.NumReplacements.GetValue()) : FString();
@@ -83,28 +83,28 @@ void FKestrelToolPlanSpec::Define()
 			Block(TEXT("delete_file"), {}),
 		};
 		const TArray<FString> Expected = {
-			TEXT("3 ") + A + TEXT(" [one one>two two] x2"),
-			TEXT("3 ") + A + TEXT(" [two two>top\ntwo two\n]"),
-			TEXT("3 ") + A + TEXT(" ? Error: String not found in file: ") + Folder.Full(TEXT("a.txt")),
-			TEXT("3 ") + A + TEXT(" ? Error: insert_line must be a non-negative integer."),
-			TEXT("4 ") + A + TEXT(" [top\ntwo two\n>] !"),
-			TEXT("4 ") + A + TEXT(" ! ? Error: File does not exist at path: ") + Folder.Full(TEXT("a.txt")),
-			TEXT("2 ") + B + TEXT(" [>new]"),
-			TEXT("3 ") + B + TEXT(" [new>newer]"),
-			TEXT("2 /no/such/c.txt [>x] (outside the project) !"),
-			TEXT("2 ") + B + TEXT("/d.txt ? Error: Failed to create directory: ") + Folder.Full(TEXT("b.h")),
-			TEXT("5  [>print(1)] (can do anything that you can, and not all of it can be undone) !"),
-			TEXT("6 "),
-			TEXT("1 Health"),
-			TEXT("1 ") + B,
-			TEXT("1 ") + A + TEXT(" ? Error: File not found"),
-			TEXT("1 BP_A"),
-			TEXT("2 /Game/Doors/BP_B (Pawn) (cannot be undone) !"),
-			TEXT("3 BP_A [>{") LINE_TERMINATOR TEXT("\t\"Functions\": []") LINE_TERMINATOR TEXT("}]"),
-			TEXT("3 BP_A [>no document]"),
-			TEXT("3 /Game/Doors/BP_B (saves your own unsaved changes too) !"),
-			TEXT("5 no_such_tool ! ? Error: Unknown tool 'no_such_tool'"),
-			TEXT("4  ! ? Error: Missing required path field"),
+			TEXT("Change ") + A + TEXT(" [one one>two two] x2"),
+			TEXT("Change ") + A + TEXT(" [two two>top\ntwo two\n]"),
+			TEXT("Change ") + A + TEXT(" ? Error: String not found in file: ") + Folder.Full(TEXT("a.txt")),
+			TEXT("Change ") + A + TEXT(" ? Error: insert_line must be a non-negative integer."),
+			TEXT("Delete ") + A + TEXT(" [top\ntwo two\n>] !"),
+			TEXT("Delete ") + A + TEXT(" ! ? Error: File does not exist at path: ") + Folder.Full(TEXT("a.txt")),
+			TEXT("Create ") + B + TEXT(" [>new]"),
+			TEXT("Change ") + B + TEXT(" [new>newer]"),
+			TEXT("Create /no/such/c.txt [>x] (outside the project) !"),
+			TEXT("Create ") + B + TEXT("/d.txt ? Error: Failed to create directory: ") + Folder.Full(TEXT("b.h")),
+			TEXT("Run  [>print(1)] (can do anything that you can, and not all of it can be undone) !"),
+			TEXT("Compile "),
+			TEXT("Read Health"),
+			TEXT("Read ") + B,
+			TEXT("Read ") + A + TEXT(" ? Error: File not found"),
+			TEXT("Read BP_A"),
+			TEXT("Create /Game/Doors/BP_B (Pawn) (cannot be undone) !"),
+			TEXT("Change BP_A [>{") LINE_TERMINATOR TEXT("\t\"Functions\": []") LINE_TERMINATOR TEXT("}]"),
+			TEXT("Change BP_A [>no document]"),
+			TEXT("Change /Game/Doors/BP_B (saves your own unsaved changes too) !"),
+			TEXT("Run no_such_tool ! ? Error: Unknown tool 'no_such_tool'"),
+			TEXT("Delete  ! ? Error: Missing required path field"),
 		};
 		FKestrelToolPlanner Planner(EKestrelLookAhead::Limited);
 		for (int32 Index = 0; Index < Expected.Num(); ++Index)
@@ -132,10 +132,10 @@ void FKestrelToolPlanSpec::Define()
 		KestrelTest::TestSameText(*this, TEXT("the file it led to"),
 			Plan(TEXT("update_file"), TEXT("a.txt"),
 				{ TEXT("old_string"), TEXT("one"), TEXT("new_string"), TEXT("two") }),
-			TEXT("3 ") + Folder.Name + TEXT("/a.txt [one>two] x1"));
+			TEXT("Change ") + Folder.Name + TEXT("/a.txt [one>two] x1"));
 		KestrelTest::TestSameText(*this, TEXT("its place"),
 			Plan(TEXT("create_file"), TEXT("link.txt"), { TEXT("file_text"), TEXT("new") }),
-			TEXT("2 ") + Folder.Name + TEXT("/link.txt [>new]"));
+			TEXT("Create ") + Folder.Name + TEXT("/link.txt [>new]"));
 	});
 
 	It("knows of folders that are yet to be made", [this]() {

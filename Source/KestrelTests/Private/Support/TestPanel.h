@@ -1,0 +1,38 @@
+#pragma once
+
+#include "Agent/Chat/KestrelInterface.h"
+#include "CoreMinimal.h"
+#include "Support/KestrelTest.h"
+
+class SKestrelWidget;
+class SMultiLineEditableText;
+class SWidget;
+class SWindow;
+struct FKey;
+
+/** A panel in a window of its own, and a service that nobody asks anything. The agent is idle afterwards. */
+class FKestrelTestPanel
+{
+public:
+	explicit FKestrelTestPanel(const FVector2D& Size = FVector2D(600.0, 400.0));
+	~FKestrelTestPanel();
+	UE_NONCOPYABLE(FKestrelTestPanel)
+
+	/** Blocks of the conversation are read-only, the prompt box is not. */
+	TArray<TSharedRef<SMultiLineEditableText>> Texts(bool bReadOnly) const;
+	TSharedRef<SMultiLineEditableText> PromptBox() const;
+	FString LastBlock() const;
+	void Type(const TCHAR* Text) const;
+	/** A key press with the focus on the prompt box, on the way that a real one takes. */
+	bool Press(const FKey& Key, bool bShift, bool bRepeat = false) const;
+	/** The button with this label; invalid if none is shown. */
+	TSharedPtr<SWidget> FindButton(const TCHAR* Label) const;
+	/** Clicks the button with the mouse. False if it is not shown. */
+	bool Click(const TCHAR* Label) const;
+
+	const FKestrelTestLog PromptLog;
+	FOnAddStatusMessageDelegate Unhooked;
+	FOnAddDiffMessageDelegate UnhookedDiffs;
+	TSharedPtr<SKestrelWidget> Widget;
+	TSharedRef<SWindow> Window;
+};
