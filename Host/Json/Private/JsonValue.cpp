@@ -18,7 +18,7 @@ bool ToInteger(const FJsonValue& Value, IntegerType& Out)
 	{
 		return false;
 	}
-	const double Rounded = std::nearbyint(Number);
+	const double Rounded = std::round(Number); // halves away from zero
 	constexpr double Lowest = static_cast<double>(std::numeric_limits<IntegerType>::min());
 	// The first double past the type: its own maximum may not be one.
 	constexpr IntegerType HalfOfPastHighest = std::numeric_limits<IntegerType>::max() / 2 + 1;
