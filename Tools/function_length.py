@@ -7,8 +7,8 @@ MAX_LINES = 60
 # As clang-format lays it out: a brace that opens a body stands alone on its line, and what closes it at its indentation.
 OPENS = re.compile(r"^(\t*)\{$")
 NO_FUNCTION = re.compile(r"^\t*(?:(?:template\s*<.*>\s*)?(?:class|struct|union|enum|namespace|extern)\b|\{|\}|else\b|do$)")
-# A specification is a list of cases: each case is a function.
-SPECIFICATION = re.compile(r"^\w+ \w+::Define\(\)$")
+# A list of test cases: each case is a function of its own.
+TEST_LIST = re.compile(r"^\w+ \w+::Define\(\)$")
 CASE = re.compile(r"^(\t+)(?:It|LatentIt|BeforeEach|AfterEach)\(.*\{$")
 TABLE = re.compile(r"^(\t+).*(?:=|return) \{$")
 RAW_STRING = re.compile(r'\bR"(\w*)\(.*?\)\1"', re.DOTALL)
@@ -32,7 +32,7 @@ def head_of(lines, brace):
 
 
 def is_function(head):
-    return "(" in head and not NO_FUNCTION.match(head) and not SPECIFICATION.match(head)
+    return "(" in head and not NO_FUNCTION.match(head) and not TEST_LIST.match(head)
 
 
 def count(body):

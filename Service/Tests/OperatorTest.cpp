@@ -23,6 +23,38 @@ Json Get(const RunningServer& Https, const std::string& Path)
 	EXPECT_EQ(Reply->status, 200) << Path << ": " << Reply->body;
 	return Json::parse(Reply->body);
 }
+
+void BeginWaitingTurns(ModelStore& Store, int Count)
+{
+	for (int Index = 0; Index < Count; ++Index)
+	{
+		Turn Waiting;
+		Waiting.ConversationId = "waiting" + std::to_string(Index);
+		Waiting.RequestId = Waiting.ConversationId;
+		Waiting.Message = "Somebody waits.";
+		Waiting.FileStructure = Json::object();
+		Store.BeginTurn(Waiting);
+	}
+}
+
+/** The rows of the first two pages of conversations by their id. */
+std::map<std::string, Json> ReadTwoPages(const RunningServer& Https)
+{
+	std::map<std::string, Json> Rows;
+	Json Page = Get(Https, "/operator/conversations");
+	EXPECT_EQ(Page["more"], true);
+	for (int NumPages = 0; NumPages < 2; ++NumPages)
+	{
+		for (const Json& Row : Page["conversations"])
+		{
+			EXPECT_TRUE(Rows.try_emplace(Row["id"], Row).second) << "twice: " << Row;
+		}
+		const Json Last = Page["conversations"].back();
+		Page = Get(Https,
+			"/operator/conversations?before=" + Last["updated"].dump() + "&before_id=" + Last["id"].get<std::string>());
+	}
+	return Rows;
+}
 }
 
 TEST(OperatorTest, ShowsConversationsToTheOperatorOnly)
@@ -45,32 +77,12 @@ TEST(OperatorTest, ShowsConversationsToTheOperatorOnly)
 	};
 	Send("talk", { { "message", "Read it." }, { "file_structure", Json::object() } });
 	Send("failing", { { "message", "Hi" }, { "file_structure", Json::object() } });
-	for (int Index = 0; Index < 60; ++Index)
-	{
-		Turn Waiting;
-		Waiting.ConversationId = "waiting" + std::to_string(Index);
-		Waiting.RequestId = Waiting.ConversationId;
-		Waiting.Message = "Somebody waits.";
-		Waiting.FileStructure = Json::object();
-		Store->BeginTurn(Waiting);
-	}
+	BeginWaitingTurns(*Store, 60);
 
 	const Json Overview = Get(Https, "/operator/overview");
 	EXPECT_EQ(Overview["today"]["requests"], 2);
 	EXPECT_EQ(Overview["today"]["running"], 60);
-	std::map<std::string, Json> Rows;
-	Json Page = Get(Https, "/operator/conversations");
-	EXPECT_EQ(Page["more"], true);
-	for (int NumPages = 0; NumPages < 2; ++NumPages)
-	{
-		for (const Json& Row : Page["conversations"])
-		{
-			EXPECT_TRUE(Rows.try_emplace(Row["id"], Row).second) << "twice: " << Row;
-		}
-		const Json Last = Page["conversations"].back();
-		Page = Get(Https,
-			"/operator/conversations?before=" + Last["updated"].dump() + "&before_id=" + Last["id"].get<std::string>());
-	}
+	std::map<std::string, Json> Rows = ReadTwoPages(Https);
 	EXPECT_EQ(Rows.size(), 62u);
 	EXPECT_EQ(Rows["talk"]["state"], "answered");
 	EXPECT_GT(Rows["talk"]["tokens"], 0);
