@@ -61,9 +61,13 @@ const FString& FKestrelProjectView::Resolve(const FString& FullPath)
 	}
 	const FString Place = DeletedLinks.IsEmpty() ? FString() : GetPlace(FullPath);
 	const bool bGone = DeletedLinks.ContainsByPredicate([&Place](const FString& Link) { return Link.Equals(Place); });
-	FString RealPath = bGone ? Place : KestrelNativeFile::ResolveLinks(FullPath);
-	// What cannot be resolved is only like itself.
-	return Spellings.Add_GetRef({ FullPath, RealPath.IsEmpty() ? FullPath : MoveTemp(RealPath) }).RealPath;
+	return Spellings.Add_GetRef({ FullPath, bGone ? Place : KestrelNativeFile::ResolveLinks(FullPath) }).RealPath;
+}
+
+const FString& FKestrelProjectView::GetKey(const FString& FullPath)
+{
+	const FString& RealPath = Resolve(FullPath);
+	return RealPath.IsEmpty() ? FullPath : RealPath;
 }
 
 FString FKestrelProjectView::GetPlace(const FString& FullPath)
@@ -86,13 +90,13 @@ FKestrelPathReview FKestrelProjectView::Review(const FString& FullPath)
 
 bool FKestrelProjectView::Exists(const FString& FullPath)
 {
-	const FFile* File = Find(Resolve(FullPath));
+	const FFile* File = Find(GetKey(FullPath));
 	return File ? File->State.bExists : FPaths::FileExists(FullPath);
 }
 
 bool FKestrelProjectView::IsFolder(const FString& FullPath)
 {
-	const FString& RealPath = Resolve(FullPath);
+	const FString& RealPath = GetKey(FullPath);
 	const TArray<FString>* const Spellings = NewFolders.Find(RealPath);
 	return FPaths::DirectoryExists(FullPath) ||
 		   (Spellings &&
@@ -101,13 +105,13 @@ bool FKestrelProjectView::IsFolder(const FString& FullPath)
 
 bool FKestrelProjectView::IsOrdinaryFile(const FString& FullPath)
 {
-	const FFile* File = Find(Resolve(FullPath));
+	const FFile* File = Find(GetKey(FullPath));
 	return File && !File->State.bIsOnDisk ? File->State.bExists : KestrelNativeFile::IsRegularFile(FullPath);
 }
 
 const FKestrelFileState& FKestrelProjectView::Look(const FString& FullPath)
 {
-	const FString RealPath = Resolve(FullPath);
+	const FString RealPath = GetKey(FullPath);
 	FFile* const File = Find(RealPath);
 	if (!File)
 	{
@@ -173,7 +177,7 @@ FKestrelFileState FKestrelProjectView::Load(const FString& FullPath)
 
 void FKestrelProjectView::Set(const FString& FullPath, const FKestrelFileState& State)
 {
-	const FString RealPath = Resolve(FullPath);
+	const FString RealPath = GetKey(FullPath);
 	FFile* const File = Find(RealPath);
 	if (File)
 	{
@@ -188,7 +192,7 @@ void FKestrelProjectView::NoteNewFolders(const FString& FullPath)
 	for (FString Folder = FPaths::GetPath(FullPath); !Folder.IsEmpty() && !IsFolder(Folder);
 		 Folder = FPaths::GetPath(Folder))
 	{
-		const FString& RealPath = Resolve(Folder);
+		const FString& RealPath = GetKey(Folder);
 		NewFolders.FindOrAdd(RealPath).Add(RealPath);
 	}
 }

@@ -101,6 +101,8 @@ private:
 	};
 
 	const FString& Resolve(const FString& FullPath);
+	/** Under which a file is known: two that cannot be resolved are not the same one. */
+	const FString& GetKey(const FString& FullPath);
 	/** Of a file that a tool would write. */
 	void NoteNewFolders(const FString& FullPath);
 	/** Where the file or link itself lies: with the links of its folders resolved, and not its own. */
