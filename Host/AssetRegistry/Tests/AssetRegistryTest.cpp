@@ -164,6 +164,7 @@ TEST_F(AssetRegistryTest, BearsDamagedPackages)
 		"{\"Package\":\"/Game/A\",\"Assets\":[{\"Name\":\"A\",\"Class\":\"/Script/B.C\"}],\"O\":{}}";
 	FTextMutator Mutator("{}[]\",:\\\x80\xC3");
 	const FString File = Content() / TEXT("A.uasset");
+	IAssetRegistry::Get()->SearchAllAssets(true);
 	for (int32 Round = 0; Round < 300; ++Round)
 	{
 		const std::string Text = Mutator.Mutate(Good);
