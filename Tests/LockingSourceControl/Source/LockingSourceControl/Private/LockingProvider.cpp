@@ -18,6 +18,7 @@ enum class EStatus : uint8
 	Taken,
 	CheckedOut,
 	Added,
+	Deleted,
 };
 
 class FState final : public ISourceControlState
@@ -35,9 +36,9 @@ public:
 	bool CanCheckIn() const override { return IsCheckedOut() || IsAdded(); }
 	bool CanCheckout() const override { return Status == EStatus::Locked; }
 	bool CanEdit() const override { return IsCheckedOut() || IsAdded(); }
-	bool CanDelete() const override { return false; }
+	bool CanDelete() const override { return Status == EStatus::Locked; }
 	bool CanAdd() const override { return Status == EStatus::NotControlled && GetFiles().FileExists(*Filename); }
-	bool CanRevert() const override { return false; }
+	bool CanRevert() const override { return IsCheckedOut() || IsAdded() || IsDeleted(); }
 	bool IsCheckedOut() const override { return Status == EStatus::CheckedOut; }
 	bool IsCheckedOutOther(FString* Who) const override
 	{
@@ -50,7 +51,7 @@ public:
 	bool IsCurrent() const override { return true; }
 	bool IsSourceControlled() const override { return Status != EStatus::NotControlled; }
 	bool IsAdded() const override { return Status == EStatus::Added; }
-	bool IsDeleted() const override { return false; }
+	bool IsDeleted() const override { return Status == EStatus::Deleted; }
 	bool IsIgnored() const override { return false; }
 	bool IsUnknown() const override { return false; }
 	bool IsModified() const override { return false; }
@@ -79,6 +80,7 @@ FSourceControlStatePtr FLockingProvider::GetState(const FString& InFile, EStateC
 	const bool bLocked = LockingProvider::GetFiles().IsReadOnly(*InFile);
 	const EStatus Status = CheckedOut.Contains(InFile)                                ? EStatus::CheckedOut
 						   : Added.Contains(InFile)                                   ? EStatus::Added
+						   : Deleted.Contains(InFile)                                 ? EStatus::Deleted
 						   : !bLocked                                                 ? EStatus::NotControlled
 						   : FPaths::GetCleanFilename(InFile).Contains(TEXT("Taken")) ? EStatus::Taken
 																					  : EStatus::Locked;
@@ -111,6 +113,18 @@ bool FLockingProvider::Run(FName Operation, const FString& File)
 	if (Operation == "MarkForAdd" && State->CanAdd())
 	{
 		Added.Add(File);
+		return true;
+	}
+	if (Operation == "Delete" && State->CanDelete())
+	{
+		Deleted.Add(File);
+		return LockingProvider::GetFiles().SetReadOnly(*File, false) && LockingProvider::GetFiles().DeleteFile(*File);
+	}
+	if (Operation == "Revert" && State->CanRevert())
+	{
+		CheckedOut.Remove(File);
+		Added.Remove(File);
+		Deleted.Remove(File);
 		return true;
 	}
 	return false;

@@ -7,7 +7,8 @@
  * file, the file itself tells: one that is read-only is under control, any other is not before it is checked out or
  * added.
  *
- * It refuses to check out a file with "Refused" in its name; one with "Taken" is checked out by ann.
+ * A revert forgets the checkout, add or deletion; it keeps no contents to restore. It refuses to check out a file with
+ * "Refused" in its name; one with "Taken" is checked out by ann.
  */
 class FLockingProvider final : public ISourceControlProvider
 {
@@ -29,4 +30,5 @@ private:
 
 	TSet<FString> CheckedOut;
 	TSet<FString> Added;
+	TSet<FString> Deleted;
 };

@@ -2,58 +2,20 @@
 #include "Agent/Text/JsonText.h"
 #include "Dom/JsonObject.h"
 #include "Engine/Blueprint.h"
-#include "Features/IModularFeatures.h"
 #include "GenericPlatform/GenericPlatformFile.h"
 #include "HAL/PlatformFileManager.h"
-#include "ISourceControlModule.h"
-#include "ISourceControlProvider.h"
 #include "ISourceControlState.h"
 #include "Misc/FileHelper.h"
-#include "Misc/Paths.h"
 #include "Support/KestrelTest.h"
 #include "Support/TestContent.h"
+#include "Support/TestLocking.h"
 #include "UObject/Package.h"
 
 namespace BlueprintCheckoutTest
 {
 using FUtils = FKestrelBlueprintUtils;
 
-/** Works with Tests/LockingSourceControl as long as it lives, which a project has only when tests run in it. */
-class FLocking
-{
-public:
-	FLocking()
-	{
-		for (ISourceControlProvider* Provider :
-			IModularFeatures::Get().GetModularFeatureImplementations<ISourceControlProvider>("SourceControl"))
-		{
-			bThere |= Provider->GetName() == FName("Locking");
-		}
-		if (bThere)
-		{
-			ISourceControlModule::Get().SetProvider("Locking");
-		}
-	}
-	~FLocking()
-	{
-		if (bThere)
-		{
-			ISourceControlModule::Get().SetProvider("None");
-		}
-	}
-	UE_NONCOPYABLE(FLocking)
-
-	bool IsThere() const { return bThere; }
-
-	static FSourceControlStatePtr GetState(const FString& File)
-	{
-		return ISourceControlModule::Get().GetProvider().GetState(
-			FPaths::ConvertRelativePathToFull(File), EStateCacheUsage::ForceUpdate);
-	}
-
-private:
-	bool bThere = false;
-};
+using FLocking = FKestrelTestLocking;
 
 /** A saved Blueprint with the variable Health, whose file is read-only as a checked in one. */
 class FCheckedIn
