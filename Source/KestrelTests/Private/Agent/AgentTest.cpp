@@ -76,6 +76,25 @@ void FKestrelAgentSpec::Define()
 		TestTrue(TEXT("forgotten"), Agent.GetPendingPlans().IsEmpty() && !Agent.WasPaused());
 	});
 
+	It("answers a tool that did not run, and sends what waits with the next message", [this]() {
+		const FKestrelPanelRecorder Recorder;
+		const AgentTest::FConversation Conversation;
+		FAgent& Agent = FAgent::Get();
+		Agent.HandlePauseToolUse(KestrelJson::ParseObject(
+			TEXT("{\"type\":\"tool_use\",\"id\":\"left\",\"name\":\"delete_file\",\"input\":{}}")));
+		if (TestEqual(TEXT("results"), Agent.GetToolResults().Num(), 1))
+		{
+			KestrelTest::TestSameText(*this, TEXT("result"),
+				KestrelJson::ToCondensedText(Agent.GetToolResults()[0]->AsObject().ToSharedRef()),
+				TEXT("{\"type\":\"tool_result\",\"tool_use_id\":\"left\",\"content\":\"Abort: User added new "
+					 "input\",\"is_abort\":true}"));
+		}
+		Agent.SetAgentState(EAgentState::AwaitingUpdate, nullptr);
+		FKestrelInterface::Get().RegularRequest(TEXT("go on"));
+		TestTrue(TEXT("sent"), Agent.GetAgentState() == EAgentState::RegularRequest);
+		TestEqual(TEXT("nothing is sent twice"), Agent.GetToolResults().Num(), 0);
+	});
+
 	It("keeps the key out of results, whichever tool has found it", [this]() {
 		const FKestrelPanelRecorder Recorder;
 		const AgentTest::FConversation Conversation;

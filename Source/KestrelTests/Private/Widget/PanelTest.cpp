@@ -626,6 +626,37 @@ void FKestrelInterfaceSpec::Define()
 		Files.DeleteFile(*Other);
 	});
 
+	It("deletes no log but its own behind a link", [this]() {
+		const FKestrelTestFolder Folder;
+		Folder.Write(TEXT("Real/KestrelPrompts_2020-01-01.log"), TEXT("x"));
+		Folder.Write(TEXT("Real/Other.log"), TEXT("x"));
+		if (!KestrelNativeFile::MakeLink(Folder.Full(TEXT("Logs")), Folder.Full(TEXT("Real"))))
+		{
+			return;
+		}
+		FKestrelPromptLog Log;
+		Log.Open(Folder.Full(TEXT("Logs")));
+		TestEqual(TEXT("logs"), Log.GetAllFiles().Num(), 2);
+		Log.DeleteAll();
+		TestFalse(TEXT("its own"), FPaths::FileExists(Folder.Full(TEXT("Real/KestrelPrompts_2020-01-01.log"))));
+		TestTrue(TEXT("somebody else's"), FPaths::FileExists(Folder.Full(TEXT("Real/Other.log"))));
+	});
+
+	It("makes its folder again, and tells how old a log is", [this]() {
+		const FKestrelTestLog PromptLog;
+		const FKestrelInterface& Interface = FKestrelInterface::Get();
+		const FString Folder = FPaths::GetPath(Interface.GetPromptLogFilePath());
+		IFileManager::Get().DeleteDirectory(*Folder, false, true);
+		Interface.EnsureLogDirectoryExists();
+		TestTrue(TEXT("there"), FPaths::DirectoryExists(Folder));
+		const FString File = Folder / TEXT("Old.log");
+		FFileHelper::SaveStringToFile(TEXT("x"), *File);
+		FPlatformFileManager::Get().GetPlatformFile().SetTimeStamp(
+			*File, FDateTime::UtcNow() - FTimespan::FromDays(2.5));
+		TestTrue(TEXT("older than two days"), Interface.IsLogFileOlderThanDays(File, 2));
+		TestFalse(TEXT("not older than three"), Interface.IsLogFileOlderThanDays(File, 3));
+	});
+
 	It("writes entries with and without the time", [this]() {
 		const FKestrelTestFolder Folder;
 		const FString File = Folder.Full(TEXT("x.log"));

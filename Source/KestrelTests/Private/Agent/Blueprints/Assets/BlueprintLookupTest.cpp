@@ -66,6 +66,20 @@ void FKestrelBlueprintLookupSpec::Define()
 {
 	using namespace BlueprintLookupTest;
 
+	It("finds the class that an asset makes, and the asset's own where it makes none", [this]() {
+		const FKestrelTestContent Content;
+		MakeSaved(Content, TEXT("BP_Made"));
+		TArray<FAssetData> Assets;
+		IAssetRegistry::Get()->GetAssetsByPackageName(FName(*(Content.Path / TEXT("BP_Made"))), Assets);
+		const UClass* Class = Assets.IsEmpty() ? nullptr : FUtils::GetBlueprintClassFromAssetData(Assets[0]);
+		KestrelTest::TestSameText(
+			*this, TEXT("made"), Class ? Class->GetPathName() : FString(), Content.Path / TEXT("BP_Made.BP_Made_C"));
+		TestTrue(TEXT("own"),
+			FUtils::GetBlueprintClassFromAssetData(FAssetData(AActor::StaticClass())) == UClass::StaticClass());
+		TestNull(TEXT("none"), FUtils::GetBlueprintClassFromAssetData(FAssetData()));
+		TestNull(TEXT("no such tree"), FUtils::GetBehaviorTreeFromBehaviorTreeName(TEXT("BT_NoSuch")));
+	});
+
 	It("finds Blueprints of derived classes with every tool", [this]() {
 		const FKestrelTestContent Content;
 		UBlueprint* Derived = FKismetEditorUtilities::CreateBlueprint(AActor::StaticClass(),
