@@ -63,6 +63,39 @@ protected:
 	bool bMayRun = true;
 };
 
+TEST_F(FToolMenusTest, EntriesAreAddedFoundAndRemovedByTheirNames)
+{
+	UToolMenus& Menus = *UToolMenus::Get();
+	const FToolMenuOwnerScoped OwnerScoped(this);
+	UToolMenu* const Menu = Menus.ExtendMenu("Test.Names");
+	const auto Add = [Menu](const TCHAR* Name, const FToolUIActionChoice& Action) {
+		return Menu
+			->AddMenuEntry("Part",
+				FToolMenuEntry::InitMenuEntry(Name, FText::FromString(Name), FText::GetEmpty(), FSlateIcon(), Action))
+			.Name;
+	};
+	EXPECT_EQ(Add(TEXT("Own"), FExecuteAction::CreateLambda([this] { ++NumRuns; })), FName("Own"));
+	Add(TEXT("Listed"), FToolUIActionChoice(FMenuCommands::Get().OpenWindow, List));
+	Add(TEXT("Dead"), FToolUIActionChoice());
+	const FToolMenuSection& Part = Section(TEXT("Test.Names"), TEXT("Part"));
+	for (const TCHAR* const Name : { TEXT("Own"), TEXT("Listed") })
+	{
+		ASSERT_TRUE(Part.FindEntry(Name)) << TCHAR_TO_UTF8(Name);
+		ASSERT_TRUE(Part.FindEntry(Name)->GetAction()) << TCHAR_TO_UTF8(Name);
+		Part.FindEntry(Name)->GetAction()->ExecuteAction.ExecuteIfBound();
+	}
+	EXPECT_EQ(NumRuns, 2);
+	EXPECT_EQ(Part.FindEntry("Dead")->GetAction(), nullptr);
+	Menus.RemoveEntry("Test.Names", "Part", "Own");
+	Menus.RemoveEntry("Test.Names", "Part", "Own");
+	Menus.RemoveEntry("Test.Names", "NoSuchPart", "Listed");
+	Menus.RemoveEntry("Test.NoSuchMenu", "Part", "Listed");
+	EXPECT_EQ(Part.FindEntry("Own"), nullptr);
+	EXPECT_TRUE(Part.FindEntry("Listed"));
+	Menus.RemoveSection("Test.Names", "Part");
+	EXPECT_EQ(Menu->FindSection("Part"), nullptr);
+}
+
 TEST_F(FToolMenusTest, TakesNameAndTextsFromTheCommandUnlessOverridden)
 {
 	FToolMenuOwnerScoped OwnerScoped(this);
