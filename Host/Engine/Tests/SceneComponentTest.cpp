@@ -8,7 +8,7 @@
 
 namespace SceneComponentTest
 {
-/** An actor at (10, 0, 0) that is turned to the right and twice as large, with a part 100 in front of its root. */
+/** An actor at (10, 0, 0), turned to the right and twice as large, with a component 100 cm in front of its root. */
 class FSceneComponentTest : public testing::Test
 {
 protected:
