@@ -2,6 +2,7 @@
 
 import json
 import os
+import re
 import shutil
 import subprocess
 import tempfile
@@ -45,11 +46,11 @@ class Browser:
                                             stderr=subprocess.STDOUT, env=dict(os.environ, HOME=self.folder),
                                             start_new_session=True)
         deadline = time.monotonic() + START_SECONDS
-        while "on port " not in self.read(log).split("started successfully")[-1]:
+        while not (found := re.search(r"started successfully on port (\d+)", self.read(log))):
             if self.process.poll() is not None or time.monotonic() > deadline:
                 raise RuntimeError(f"chromedriver did not start:\n{self.read(log)}")
             time.sleep(0.02)
-        port = self.read(log).rsplit("on port ", 1)[1].split(".")[0]
+        port = found.group(1)
         self.session = f"http://127.0.0.1:{port}/session"
         wanted = {"alwaysMatch": {"goog:chromeOptions": {"args": self.arguments},
                                   "goog:loggingPrefs": {"browser": "ALL"}}}

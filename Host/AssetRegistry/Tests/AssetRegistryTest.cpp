@@ -158,8 +158,9 @@ TEST_F(AssetRegistryTest, FollowsAFileWhenTold)
 	EXPECT_EQ(ClassOf(TEXT("/Game/Moor")), "");
 }
 
-TEST_F(AssetRegistryTest, BearsDamagedPackages)
+TEST_F(AssetRegistryTest, DamagedPackagesHideNoOthers)
 {
+	IAssetRegistry::Get()->SearchAllAssets(true);
 	const std::string Good =
 		"{\"Package\":\"/Game/A\",\"Assets\":[{\"Name\":\"A\",\"Class\":\"/Script/B.C\"}],\"O\":{}}";
 	FTextMutator Mutator("{}[]\",:\\\x80\xC3");
