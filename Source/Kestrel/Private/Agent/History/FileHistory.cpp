@@ -87,6 +87,30 @@ void Remove(FFileHistory::FHistories& Histories, const FString& Key, const FStri
 	}
 }
 
+/**
+ * Later changes of a file by other paths that could not be undone, since a link led nowhere for instance. The file is
+ * further back now than they know, and must not go forward to their step again.
+ */
+void RemoveOvertaken(FFileHistory::FHistories& Histories, const FString& Key, const FFileHistoryEntry& Undone)
+{
+	TArray<FString> Overtaken;
+	if (const FFileHistory::FFileEntries* Entries = Histories.Find(Key))
+	{
+		for (const auto& Pair : *Entries)
+		{
+			const FFileHistoryEntry& Entry = Pair.Value;
+			if (Entry.Order > Undone.Order && !Entry.RealPath.IsEmpty() && Entry.RealPath.Equals(Undone.RealPath))
+			{
+				Overtaken.Add(Pair.Key);
+			}
+		}
+	}
+	for (const FString& FilePath : Overtaken)
+	{
+		Remove(Histories, Key, FilePath);
+	}
+}
+
 /** Two paths may lead to one file, through a link for instance: only the way back, step by step, ends at its start. */
 TArray<FString> PathsFromLastToFirst(const FFileHistory::FHistories& Histories, const FString& Key)
 {
@@ -381,6 +405,7 @@ bool FFileHistory::UndoChanges(const FString& Key, const FString& FilePath)
 	{
 		KestrelFileSnapshot::RemoveEmptyFolders(FullPath, Entry.NumNewFolders); // of a file that is gone again
 		FileHistory::Remove(FileHistories, Key, FilePath);
+		FileHistory::RemoveOvertaken(FileHistories, Key, Entry);
 		return false;
 	}
 	if (!KestrelVersionsOfOthers::KeepBeforeStep(FullPath, Now.LinkTarget, Entry) ||
@@ -410,6 +435,10 @@ bool FFileHistory::UndoChanges(const FString& Key, const FString& FilePath)
 		KestrelFileSnapshot::RemoveEmptyFolders(FullPath, Entry.NumNewFolders);
 	}
 	FileHistory::Remove(bUndone ? FileHistories : RedoHistories, Key, FilePath);
+	if (bUndone)
+	{
+		FileHistory::RemoveOvertaken(FileHistories, Key, Entry);
+	}
 	NoteLeft(Key, FilePath);
 	return bUndone;
 }

@@ -215,6 +215,26 @@ void FKestrelFileHistorySpec::Define()
 		}
 	});
 
+	It("undoes a file once, though one of its paths led nowhere meanwhile", [this]() {
+		const FKestrelTestFolder Folder;
+		const FileHistoryTest::FConversation Conversation;
+		FFileHistory& History = FFileHistory::Get();
+		Folder.Write(TEXT("a.txt"), TEXT("first"));
+		KestrelNativeFile::MakeLink(Folder.Full(TEXT("link.txt")), Folder.Full(TEXT("a.txt")));
+		Conversation.Create(Folder.Full(TEXT("a.txt")), TEXT("one"));
+		Conversation.Create(Folder.Full(TEXT("link.txt")), TEXT("two"));
+		Conversation.Delete(Folder.Full(TEXT("a.txt")));
+		for (int32 Round = 0; Round < 2; ++Round)
+		{
+			History.UndoAllChanges(Conversation.Id);
+			TestFalse(TEXT("nothing is left to undo"), History.UndoAllChanges(Conversation.Id));
+			KestrelTest::TestSameText(
+				*this, TEXT("undone"), FFileUtils::ReadFile(Folder.Full(TEXT("a.txt"))), TEXT("first"));
+			History.RedoAllChanges(Conversation.Id);
+			TestFalse(TEXT("redone"), FPaths::FileExists(Folder.Full(TEXT("a.txt"))));
+		}
+	});
+
 	It("keeps a text that somebody else has written between", [this]() {
 		using FTell = void (*)(const FileHistoryTest::FConversation& Conversation, const FKestrelTestFolder& Folder);
 		const TPair<const TCHAR*, FTell> Stories[] = {
