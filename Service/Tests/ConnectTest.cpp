@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 #include <map>
 #include <sstream>
+#include <sys/stat.h>
 
 namespace
 {
@@ -95,7 +96,8 @@ TEST_F(ConnectTest, NothingIsWrittenWithoutConsentOrOverAnotherService)
 	Connect("");
 	EXPECT_EQ(Read("DefaultPlugin.ini"), "(none)");
 
-	for (const char* Taken : { "[kestrel]\nstage = Sandbox\n", "[Kestrel]\r\n+Stage=Dev\r\n" })
+	for (const char* Taken : { "[kestrel]\nstage = Sandbox\n", "[Kestrel]\r\n+Stage=Dev\r\n",
+			 "\xEF\xBB\xBF[Kestrel]\nStage=Sandbox\n", "[Kestrel]\rStage=Sandbox\r" })
 	{
 		Write("DefaultPlugin.ini", Taken);
 		EXPECT_NE(Connect().find("sets Stage in [Kestrel] already"), std::string::npos);
@@ -113,4 +115,22 @@ TEST_F(ConnectTest, NothingIsWrittenWithoutConsentOrOverAnotherService)
 	EXPECT_NE(Run({ "connect", "--state", "x", "--port", "0" }).find("Usage"), std::string::npos);
 	std::filesystem::remove(Folder.Path + "/Game/Game.uproject");
 	EXPECT_NE(Connect().find("no .uproject"), std::string::npos);
+}
+
+TEST_F(ConnectTest, OnlyWhatCanBeRestoredIsWritten)
+{
+	const std::string Path = Config + "/DefaultPlugin.ini";
+	std::filesystem::create_symlink(Folder.Path + "/nowhere", Path);
+	EXPECT_NE(Connect().find("is a link that leads nowhere"), std::string::npos);
+	EXPECT_TRUE(std::filesystem::is_symlink(Path));
+	std::filesystem::remove(Path);
+	std::filesystem::create_directory(Path);
+	EXPECT_NE(Connect().find("is not a file"), std::string::npos);
+	std::filesystem::remove(Path);
+	ASSERT_EQ(mkfifo(Path.c_str(), 0600), 0);
+	EXPECT_NE(Connect().find("is not a file"), std::string::npos);
+	std::filesystem::remove(Path);
+	const std::string Folded = Run({ "connect", "--state", Folder.Path + "/a\n[Evil]\nB=1", "--yes" });
+	EXPECT_NE(Folded.find("line break"), std::string::npos) << Folded;
+	EXPECT_EQ(Read("DefaultEngine.ini"), "(none)");
 }

@@ -67,7 +67,11 @@ ConfigBlock::Removed ConfigBlock::Remove(const std::string& Text)
 
 bool ConfigBlock::Sets(const std::string& Text, const std::string& Section, const std::string& Key)
 {
-	std::istringstream Stream(Text);
+	static const std::string ByteOrderMark = "\xEF\xBB\xBF";
+	std::string Lines = Text.rfind(ByteOrderMark, 0) == 0 ? Text.substr(ByteOrderMark.size()) : Text;
+	// The engine ends lines at each of both.
+	std::replace(Lines.begin(), Lines.end(), '\r', '\n');
+	std::istringstream Stream(Lines);
 	std::string Current;
 	for (std::string Line; std::getline(Stream, Line);)
 	{

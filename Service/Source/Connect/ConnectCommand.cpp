@@ -45,9 +45,17 @@ struct FileChange
 
 std::optional<std::string> ReadIfThere(const fs::path& Path)
 {
+	if (fs::is_symlink(Path) && !fs::exists(Path))
+	{
+		throw std::runtime_error(Path.string() + " is a link that leads nowhere");
+	}
 	if (!fs::exists(Path))
 	{
 		return std::nullopt;
+	}
+	if (!fs::is_regular_file(Path))
+	{
+		throw std::runtime_error(Path.string() + " is not a file");
 	}
 	std::ifstream File(Path, std::ios::binary);
 	std::ostringstream Text;
@@ -132,6 +140,10 @@ void ShowLines(std::ostream& Out, const fs::path& Path, char Sign, const std::st
 bool Connect(
 	const fs::path& Project, const std::map<std::string, std::string>& Given, std::istream& In, std::ostream& Out)
 {
+	if (Given.at("--state").find_first_of("\r\n") != std::string::npos)
+	{
+		throw std::runtime_error("The path of the state folder has a line break, which no configuration can hold");
+	}
 	const std::string Authority = fs::absolute(PrepareCertificates(Given.at("--state"), {}).Authority).generic_string();
 	std::vector<FileChange> Changes;
 	for (const ConnectedFile& File : GetConnectedFiles(Given.at("--port"), Authority))
