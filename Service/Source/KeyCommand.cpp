@@ -57,6 +57,10 @@ void RunKeyCommand(const std::vector<std::string>& Words, std::ostream& Out)
 		{
 			Found->second = Words[Index];
 		}
+		else
+		{
+			throw std::runtime_error(KeyUsage);
+		}
 	}
 	const std::string Action = Rest.empty() ? "" : Rest[0];
 	const size_t NumWords = Action == "list" ? 1 : 2;

@@ -93,8 +93,8 @@ TEST(KeyCommandTest, AddsListsAndRemoves)
 	EXPECT_EQ(Listed.find("kestrel-"), std::string::npos) << Listed;
 	EXPECT_EQ(RunKeys({ "remove", "anna", "--state", State }), "");
 	EXPECT_EQ(RunKeys({ "remove", "anna", "--state", State }), "error: There is no key named anna");
-	for (const std::vector<std::string>& Bad : std::vector<std::vector<std::string>>{
-			 {}, { "add", "--state", State }, { "add", "anna" }, { "drop", "anna", "--state", State } })
+	for (const std::vector<std::string>& Bad : std::vector<std::vector<std::string>>{ {}, { "add", "--state", State },
+			 { "add", "anna" }, { "drop", "anna", "--state", State }, { "add", "anna", "--state", State, "--budget" } })
 	{
 		EXPECT_NE(RunKeys(Bad).find("error: Usage"), std::string::npos);
 	}
