@@ -79,7 +79,9 @@ void Server::AddRoutes()
 {
 	Https->set_pre_routing_handler([this](const httplib::Request& Request, httplib::Response& Response) {
 		// Before a body is read: strangers cannot have one kept.
-		if (!OperatorPages::IsOwnPath(Request.path) && !Admit(Request, Response))
+		const bool bPage =
+			OperatorPages::IsOwnPath(Request.path) && (Request.method == "GET" || Request.method == "HEAD");
+		if (!bPage && !Admit(Request, Response))
 		{
 			return httplib::Server::HandlerResponse::Handled;
 		}

@@ -69,6 +69,7 @@ TEST_F(NamedKeysTest, EachKeyHasItsConversationsAndItsBudget)
 	Start({ SaysForTokens(2), SaysForTokens(2), SaysForTokens(2) });
 	EXPECT_EQ(Command("", "a")->status, 401);
 	EXPECT_EQ(Command("kestrel-guess", "a")->status, 401);
+	EXPECT_EQ(Client->Post("/health", "a body to keep", "text/plain")->status, 401);
 	const Json First = Json::parse(Command(Anna, "a")->body);
 	EXPECT_EQ(ModelTalk::TextOf(Poll(Anna, First)), "Hello.");
 	EXPECT_EQ(Poll(Bert, First)["error"], "There is no such request.");
