@@ -2,6 +2,7 @@
 
 #include "Responder.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -29,11 +30,14 @@ inline const Json& GetMember(const Json& Object, const char* Key)
 	return Object.is_object() && Object.contains(Key) ? Object[Key] : None;
 }
 
-/** Zero when the member is missing, negative or no number. */
+/** Zero when the member is missing, negative or no number; at most a trillion, so that sums of them do not overflow. */
 inline int64_t GetCount(const Json& Object, const char* Key)
 {
+	constexpr uint64_t Highest = 1'000'000'000'000;
 	const Json& Member = GetMember(Object, Key);
-	return Member.is_number_integer() && Member >= 0 ? Member.get<int64_t>() : 0;
+	// Whatever has no sign is held as such, so that nothing wraps around.
+	return Member.is_number_integer() && Member >= 0 ? static_cast<int64_t>(std::min(Member.get<uint64_t>(), Highest))
+													 : 0;
 }
 
 /** Empty when the member is missing or no array. It lives as long as the object. */

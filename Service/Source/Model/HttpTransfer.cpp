@@ -230,7 +230,5 @@ std::optional<UpstreamFault> HttpTransfer::Run(
 	{
 		return std::nullopt;
 	}
-	UpstreamFault Fault = DescribeFailure(Code, Detail, Transfer, HostOf(Request.Url));
-	Fault.Message = Server.Key.HideIn(Fault.Message);
-	return Fault;
+	return DescribeFailure(Code, Detail, Transfer, HostOf(Request.Url));
 }

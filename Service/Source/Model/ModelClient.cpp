@@ -23,6 +23,32 @@ double RandomShare()
 	return std::uniform_real_distribution<>(0.0, 1.0)(Generator);
 }
 
+/** A value with the key hidden in all of its texts and names. */
+Json HideInValue(const Secret& Key, const Json& Value)
+{
+	if (Value.is_string())
+	{
+		return Key.HideIn(Value.get<std::string>());
+	}
+	if (!Value.is_structured())
+	{
+		return Value;
+	}
+	Json Hidden = Value.is_array() ? Json::array() : Json::object();
+	for (const auto& [Name, Member] : Value.items())
+	{
+		if (Value.is_array())
+		{
+			Hidden.push_back(HideInValue(Key, Member));
+		}
+		else
+		{
+			Hidden[Key.HideIn(Name)] = HideInValue(Key, Member);
+		}
+	}
+	return Hidden;
+}
+
 /** The body of a reply as it comes: a stream of events, one JSON document, or an error. */
 class ReplyBody
 {
@@ -145,12 +171,19 @@ void ModelClient::HideKey(ModelReply& Reply) const
 		}
 		else if (ToolCall* const Call = std::get_if<ToolCall>(&Each))
 		{
-			const std::string Input = ToRequestBody(Call->Input);
-			const std::string Hidden = Key.HideIn(Input);
-			Call->Input = Hidden == Input ? std::move(Call->Input) : ParseUntrustedJson(Hidden);
+			Call->Id = Key.HideIn(std::move(Call->Id));
+			Call->Name = Key.HideIn(std::move(Call->Name));
+			Call->Input = HideInValue(Key, Call->Input);
 			Call->InputError = Key.HideIn(std::move(Call->InputError));
 		}
 	}
+	// Signed, so that a changed one would be refused.
+	std::vector<ReplyBlock>& Blocks = Reply.Message.Blocks;
+	const auto HasKey = [&Key](const ReplyBlock& Each) {
+		const OpaqueBlock* const Opaque = std::get_if<OpaqueBlock>(&Each);
+		return Opaque && HideInValue(Key, Opaque->Content) != Opaque->Content;
+	};
+	Blocks.erase(std::remove_if(Blocks.begin(), Blocks.end(), HasKey), Blocks.end());
 }
 
 ModelResult ModelClient::AskOnce(const UpstreamRequest& Request, RunningTurn& Turn)
@@ -162,7 +195,7 @@ ModelResult ModelClient::AskOnce(const UpstreamRequest& Request, RunningTurn& Tu
 		Request, Head,
 		[&](const ReplyHead& Begun, std::string_view Bytes) {
 			const bool bGoOn = Body.Add(Begun.Status, Bytes);
-			Turn.SetPartialText(Config.Server.Key.HideIn(Assembler->GetText()));
+			Turn.SetPartialText(Config.Server.Key.HideInBeginning(Assembler->GetText()));
 			return bGoOn;
 		},
 		[&Turn] { return Turn.ShouldStop(); });
@@ -185,7 +218,8 @@ ModelResult ModelClient::AskOnce(const UpstreamRequest& Request, RunningTurn& Tu
 	{
 		Fault = UpstreamFault{ FaultKind::Broken, "The model server's answer ended too early.", {}, {} };
 	}
-	Fault->Message = Config.Server.Key.HideIn(Fault->Message);
+	// Hidden before it is cut, which could leave a part of the key.
+	Fault->Message = TidyMessage(Config.Server.Key.HideIn(Fault->Message));
 	if (Head.Status == 401 || Head.Status == 403)
 	{
 		Fault->Message += Config.Server.KeySource.empty() ? " The configuration names no key."

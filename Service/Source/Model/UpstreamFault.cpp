@@ -1,6 +1,8 @@
 #include "UpstreamFault.h"
 
+#include "CommandBody.h"
 #include "JsonFields.h"
+#include "Utf8.h"
 
 #include <algorithm>
 #include <cctype>
@@ -10,7 +12,7 @@
 
 namespace
 {
-constexpr size_t MaxDetailBytes = 500;
+constexpr size_t MaxMessageBytes = 600;
 
 /** The parts of an error body, in the forms that servers give it. */
 struct ErrorBody
@@ -44,22 +46,6 @@ ErrorBody ReadErrorBody(const std::string& Body)
 			 : Document.contains("detail") ? Document["detail"].dump(-1, ' ', false, Json::error_handler_t::replace)
 										   : "",
 		TextOrNumber(GetMember(Holder, "type")), TextOrNumber(GetMember(Holder, "code")) };
-}
-
-/** On one line, without control characters, cut at a character's start. */
-std::string Tidy(const std::string& Text)
-{
-	std::string Result;
-	for (const unsigned char C : Text)
-	{
-		Result += C < 0x20 || C == 0x7F ? ' ' : static_cast<char>(C);
-	}
-	size_t End = std::min(Result.size(), MaxDetailBytes);
-	while (End > 0 && End < Result.size() && (static_cast<unsigned char>(Result[End]) & 0xC0) == 0x80)
-	{
-		--End;
-	}
-	return Result.substr(0, End) + (End < Result.size() ? "..." : "");
 }
 
 bool Contains(const std::string& Text, const std::string& Part)
@@ -169,9 +155,32 @@ UpstreamFault MakeFault(long Status, const std::string& Body)
 	UpstreamFault Fault;
 	Fault.Kind = Classify(Status, Error);
 	const std::string Code = Status == 200 ? "" : " (HTTP " + std::to_string(Status) + ")";
-	Fault.Message = Explain(Fault.Kind, Status) + Code + (Error.Message.empty() ? "." : ": " + Tidy(Error.Message));
+	Fault.Message = Explain(Fault.Kind, Status) + Code + (Error.Message.empty() ? "." : ": " + Error.Message);
 	return Fault;
 }
+}
+
+std::string TidyMessage(const std::string& Text)
+{
+	// Controls beyond ASCII, and characters that reverse the direction of writing.
+	static const char* const Obeyed[] = { "\xE2\x80\x8E", "\xE2\x80\x8F", "\xE2\x80\xAA", "\xE2\x80\xAB",
+		"\xE2\x80\xAC", "\xE2\x80\xAD", "\xE2\x80\xAE", "\xE2\x81\xA6", "\xE2\x81\xA7", "\xE2\x81\xA8",
+		"\xE2\x81\xA9" };
+	const bool bUtf8 = IsUtf8(Text);
+	std::string Result;
+	for (size_t At = 0; At < Text.size(); ++At)
+	{
+		const unsigned char C = static_cast<unsigned char>(Text[At]);
+		const bool bControl = C == 0xC2 && At + 1 < Text.size() && static_cast<unsigned char>(Text[At + 1]) < 0xA0;
+		const bool bDirection = C == 0xE2 && std::any_of(std::begin(Obeyed), std::end(Obeyed),
+												 [&](const char* Each) { return Text.compare(At, 3, Each) == 0; });
+		At += bUtf8 && bControl ? 1 : bUtf8 && bDirection ? 2 : 0;
+		Result += !bUtf8 && C >= 0x80                               ? '?'
+				  : C < 0x20 || C == 0x7F || bControl || bDirection ? ' '
+																	: static_cast<char>(C);
+	}
+	const size_t End = FindCharacterStart(Result, MaxMessageBytes);
+	return Result.substr(0, End) + (End < Result.size() ? "..." : "");
 }
 
 bool UpstreamFault::CanRetry() const

@@ -35,6 +35,9 @@ struct UpstreamFault
 /** The headers of a reply, their names in lower case. */
 using HeaderMap = std::map<std::string, std::string>;
 
+/** On one line, as valid UTF-8, without characters that a terminal obeys, and of bounded length. */
+std::string TidyMessage(const std::string& Text);
+
 /** Understands an error reply of either format, or of something between here and the server. */
 UpstreamFault FaultFromReply(long Status, const HeaderMap& Headers, const std::string& Body);
 /** Understands an error object in the middle of a stream whose status was 200. */

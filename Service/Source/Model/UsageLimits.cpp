@@ -2,6 +2,7 @@
 
 #include "ModelStore.h"
 
+#include <algorithm>
 #include <sstream>
 
 namespace
@@ -34,8 +35,10 @@ void ModelConsumption::Add(const ModelConsumption& Other)
 ModelConsumption ModelConsumption::Of(const ModelUsage& Usage, double Seconds, const ModelPrices& Prices)
 {
 	constexpr double Million = 1e6;
-	const double Uncached = static_cast<double>(Usage.Input - Usage.CachedInput);
-	const double Cost = Uncached * Prices.Input + static_cast<double>(Usage.CachedInput) * Prices.CachedInput +
+	// A server that counts more cached than read must not lower the cost.
+	const int64_t Cached = std::min(Usage.CachedInput, Usage.Input);
+	const double Cost = static_cast<double>(Usage.Input - Cached) * Prices.Input +
+						static_cast<double>(Cached) * Prices.CachedInput +
 						static_cast<double>(Usage.Output) * Prices.Output;
 	return { 1, Usage.Input + Usage.Output, Seconds / 60, Cost / Million };
 }

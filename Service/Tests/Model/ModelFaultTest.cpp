@@ -507,3 +507,80 @@ TEST(ModelFaultTest, AServerThatDropsTheBeginningIsReported)
 		EXPECT_NE(Text.find("seems to drop the beginning"), std::string::npos) << Text;
 	}
 }
+
+namespace
+{
+ScriptedReply CallAndEnd(const Json& Call)
+{
+	return Streams(CallChunk(Call) + Chunk(Json::object(), "tool_calls") + "data: [DONE]\n\n");
+}
+}
+
+TEST(ModelFaultTest, AKeyThatAServerRepeatsIsSeenAndStoredNowhere)
+{
+	const std::string Key = ModelTalk::Key;
+	const std::string Part = Key.substr(0, 8);
+	const ScriptedReply CutInTheKey = { "HTTP/1.1 400 Bad Request\r\n\r\n", std::string(490, 'x') + Key };
+	const Json Thinking = { { "type", "thinking" }, { "thinking", "It is " + Key }, { "signature", "S1g=" } };
+	const std::pair<ModelFormat, ScriptedReply> Cases[] = {
+		{ ModelFormat::ChatCompletions, CutInTheKey },
+		{ ModelFormat::ChatCompletions, CallAndEnd(Piece(0, Key, "read_file", R"({"path":"A"})")) },
+		{ ModelFormat::ChatCompletions, CallAndEnd(Piece(0, "a", Key, "{}")) },
+		{ ModelFormat::ChatCompletions,
+			CallAndEnd(Piece(0, "a", "read_file", Json({ { "path", Key }, { Key, "A" } }).dump())) },
+		{ ModelFormat::Messages, Streams(Block(0, Thinking, {}) + EndOfMessage("end_turn")) },
+	};
+	for (const auto& [Format, Reply] : Cases)
+	{
+		ModelTalk Talk(Format, { Reply, SaysText(Format, "Fine.") });
+		const std::string Seen = Talk.Send("Do it.").dump() + Talk.Runner->ToJson().dump();
+		EXPECT_EQ(Seen.find(Part), std::string::npos) << Seen;
+		EXPECT_EQ(Talk.Server.GetProblems(), "");
+	}
+}
+
+TEST(ModelFaultTest, ABegunAnswerNeverEndsWithinTheKey)
+{
+	const Secret Key(ModelTalk::Key);
+	EXPECT_EQ(Key.HideInBeginning("It is canary-key-530"), "It is ");
+	EXPECT_EQ(Key.HideInBeginning("It is canary-key-5309, c"), "It is [key], ");
+	EXPECT_EQ(Key.HideInBeginning("It is canned."), "It is canned.");
+}
+
+TEST(ModelFaultTest, AShortKeyIsAWordLikeAnyOther)
+{
+	// What people give local servers, which want any key at all.
+	ModelTalk Talk(ModelFormat::ChatCompletions,
+		{ CallAndEnd(Piece(0, "a", "create_file", R"({"path":"A.txt","file_text":"x is none"})")) });
+	Talk.Context.Config.Server.Key = Secret("none");
+	const std::vector<Json> Made = ModelTalk::CallsOf(Talk.Send("Do it."));
+	ASSERT_EQ(Made.size(), 1u);
+	EXPECT_EQ(Made[0]["input"]["file_text"], "x is none");
+}
+
+TEST(ModelFaultTest, AMessageHasNothingThatATerminalObeys)
+{
+	const std::string Evil = "\x1b[31m\xC2\x9B\x33m\xE2\x80\xAE|\xFF\x9B|Grüße";
+	ModelTalk Talk(ModelFormat::Messages, { { "HTTP/1.1 400 Bad Request\r\n\r\n", Evil } });
+	const std::string Valid = ModelTalk::TextOf(Talk.Send("Do it."));
+	EXPECT_EQ(Valid.find_first_of("\x1b\x9B\xFF\xAE"), std::string::npos) << Valid;
+}
+
+TEST(ModelFaultTest, ImpossibleCountsOfTokensAreLimited)
+{
+	for (const ModelFormat Format : BothFormats)
+	{
+		for (const char* Count : { "9223372036854775807" })
+		{
+			const std::string Usage = Replace(
+				R"("usage":{"prompt_tokens":#,"completion_tokens":#,"input_tokens":#,"cache_read_input_tokens":#,"output_tokens":#,"prompt_tokens_details":{"cached_tokens":#}})",
+				"#", Count);
+			ModelTalk Talk(Format, { Streams("{" + Usage + "," + WholeReply(Format, "Fine.").substr(1)) });
+			Talk.Context.Config.Prices = { 1, 1, 1 };
+			EXPECT_EQ(ModelTalk::TextOf(Talk.Send("Do it.")), "Fine.");
+			EXPECT_GT(Talk.Runner->GetUsed().Tokens, 0);
+			EXPECT_GT(Talk.Runner->GetUsed().Cost, 0);
+		}
+	}
+	EXPECT_GT(ModelConsumption::Of({ 1, 1000, 0 }, 0, { 2, 1, 3 }).Cost, 0) << "more cached than read";
+}
