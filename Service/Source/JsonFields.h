@@ -35,9 +35,9 @@ inline int64_t GetCount(const Json& Object, const char* Key)
 {
 	constexpr uint64_t Highest = 1'000'000'000'000;
 	const Json& Member = GetMember(Object, Key);
-	// Whatever has no sign is held as such, so that nothing wraps around.
-	return Member.is_number_integer() && Member >= 0 ? static_cast<int64_t>(std::min(Member.get<uint64_t>(), Highest))
-													 : 0;
+	// Compared as it is held: beyond the highest signed number, a comparison with zero would wrap around.
+	const bool bCount = Member.is_number_unsigned() || (Member.is_number_integer() && Member >= 0);
+	return bCount ? static_cast<int64_t>(std::min(Member.get<uint64_t>(), Highest)) : 0;
 }
 
 /** Empty when the member is missing or no array. It lives as long as the object. */

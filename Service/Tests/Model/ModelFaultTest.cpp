@@ -570,7 +570,7 @@ TEST(ModelFaultTest, ImpossibleCountsOfTokensAreLimited)
 {
 	for (const ModelFormat Format : BothFormats)
 	{
-		for (const char* Count : { "9223372036854775807" })
+		for (const char* Count : { "9223372036854775807", "18446744073709551615" })
 		{
 			const std::string Usage = Replace(
 				R"("usage":{"prompt_tokens":#,"completion_tokens":#,"input_tokens":#,"cache_read_input_tokens":#,"output_tokens":#,"prompt_tokens_details":{"cached_tokens":#}})",
