@@ -14,6 +14,7 @@
 #include "Modules/ModuleManager.h"
 #include "UObject/Class.h"
 #include "UObject/Object.h"
+#include "UObject/SoftObjectPath.h"
 #include "UObject/UObjectHash.h"
 
 namespace BlueprintLookup
