@@ -118,6 +118,15 @@ void ConnectionWatch::EndReply()
 	SetState(State::Waiting);
 }
 
+void ConnectionWatch::EndConnection()
+{
+	SetState(State::Replying);
+	if (Current)
+	{
+		Platform::HangUp(Current->Socket);
+	}
+}
+
 void ConnectionWatch::SetState(State Now)
 {
 	const std::lock_guard Lock(Mutex);

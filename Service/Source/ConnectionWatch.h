@@ -35,6 +35,8 @@ public:
 	void BeginReply();
 	/** The answer is out: the connection may bring another request. */
 	void EndReply();
+	/** The answer is out, but not all of the request was read: what is left must not pass for another one. */
+	void EndConnection();
 
 	/** Ends all connections: those that wait at once, those that are being answered after a short time. */
 	void Stop();

@@ -38,6 +38,15 @@ HttpReply Refuse(int Code, const std::string& Error)
 	return HttpReply::FromJson({ { "error", Error } }, Code);
 }
 
+/** Otherwise the rest of it would be taken for the next request, perhaps of somebody else behind the same proxy. */
+bool IsReadToItsEnd(const httplib::Request& Request)
+{
+	const size_t NumLengths = Request.get_header_value_count("Content-Length");
+	return !Request.has_header("Transfer-Encoding") &&
+		   (NumLengths == 0 ||
+			   (NumLengths == 1 && Request.get_header_value("Content-Length") == std::to_string(Request.body.size())));
+}
+
 constexpr size_t MostRequestsOfConnection = 1000;
 
 const char* const KeyHeader = "x-api-key";
@@ -100,9 +109,9 @@ void Server::AddRoutes()
 		}
 	});
 	Pages.AddRoutes(*Https, [this] { Answers.CheckHealth(); });
-	Https->set_logger([this](const httplib::Request&, const httplib::Response& Response) {
+	Https->set_logger([this](const httplib::Request& Request, const httplib::Response& Response) {
 		GetMetrics().Add(Metric::HttpRequests, std::to_string(Response.status));
-		Watch->EndReply();
+		IsReadToItsEnd(Request) ? Watch->EndReply() : Watch->EndConnection();
 	});
 	Https->set_error_handler([](const httplib::Request&, httplib::Response& Response) {
 		// What a handler has answered stays as it is, an empty body included.

@@ -24,6 +24,7 @@ public:
 		Handshake, // half of one
 		Head,
 		Body,
+		Whole, // says what Ask is given
 	};
 
 	SlowClient(int Port, Kind How)
@@ -39,11 +40,14 @@ public:
 			const char RecordHeader[] = { 22, 3, 1, 1, 0 };
 			EXPECT_EQ(send(Socket, RecordHeader, sizeof(RecordHeader), 0), ssize_t(sizeof(RecordHeader)));
 		}
-		if (How == Kind::Head || How == Kind::Body)
+		if (How == Kind::Head || How == Kind::Body || How == Kind::Whole)
 		{
 			Ssl = SSL_new(Context());
 			SSL_set_fd(Ssl, Socket);
 			EXPECT_EQ(SSL_connect(Ssl), 1);
+		}
+		if (How == Kind::Head || How == Kind::Body)
+		{
 			const std::string Head = "POST /command HTTP/1.1\r\nHost: localhost\r\nContent-Length: 100\r\n";
 			const std::string Sent = How == Kind::Head ? Head : Head + "\r\n{\"mess";
 			SSL_write(Ssl, Sent.data(), static_cast<int>(Sent.size()));
@@ -57,6 +61,18 @@ public:
 	SlowClient(const SlowClient&) = delete;
 	SlowClient& operator=(const SlowClient&) = delete;
 
+	/** Sends a text, and returns all that comes until the service closes the connection. */
+	std::string Ask(const std::string& Text) const
+	{
+		SSL_write(Ssl, Text.data(), static_cast<int>(Text.size()));
+		std::string Replies;
+		char Buffer[4096];
+		for (int Count = 0; (Count = SSL_read(Ssl, Buffer, sizeof(Buffer))) > 0;)
+		{
+			Replies.append(Buffer, static_cast<size_t>(Count));
+		}
+		return Replies;
+	}
 	/** A further byte of its body. */
 	void Trickle() const { SSL_write(Ssl, "a", 1); }
 	/** Whether the service closes the connection within that time. */
@@ -96,6 +112,27 @@ double SecondsOf(const std::function<void()>& Work)
 	Work();
 	return std::chrono::duration<double>(std::chrono::steady_clock::now() - Start).count();
 }
+}
+
+TEST(SlowClientTest, ABodyIsNeverTakenForARequest)
+{
+	Options Settings;
+	Settings.ApiKey = "right";
+	Settings.RequestSeconds = 2.0; // what announces a body may have to wait for it
+	RunningServer Service(AnswerWith<OfflineResponder>(), Settings);
+	const std::string Inner = "GET /health HTTP/1.1\r\nHost: localhost\r\n\r\n";
+	const std::string Length = "Content-Length: " + std::to_string(Inner.size()) + "\r\n";
+	const std::string Chunked = "Transfer-Encoding: chunked\r\n";
+	const std::string Key = "x-api-key: right\r\n";
+	for (const std::string& Head : { "POST /command HTTP/1.1\r\n" + Length, "GET /health HTTP/1.1\r\n" + Length,
+			 "GET /status?request_id=x HTTP/1.1\r\n" + Key + Length, "DELETE /command HTTP/1.1\r\n" + Length,
+			 "GET /health HTTP/1.1\r\n" + Chunked, "POST /command HTTP/1.1\r\n" + Length + Chunked })
+	{
+		const SlowClient Client(Service.GetPort(), SlowClient::Kind::Whole);
+		const std::string Replies = Client.Ask(Head + "Host: localhost\r\n\r\n" + Inner);
+		EXPECT_EQ(Replies.find("HTTP/1.1"), 0u) << Head << Replies;
+		EXPECT_EQ(Replies.find("HTTP/1.1", 1), std::string::npos) << Head << Replies;
+	}
 }
 
 TEST(SlowClientTest, SlowClientsDoNotKeepOthersWaiting)

@@ -25,6 +25,12 @@ void WriteWholeFile(const std::string& Path, const std::string& Content, Readers
 /** Ends a connection, so that whoever waits for it wakes up. The socket itself stays open. */
 void ShutDownConnection(intptr_t Socket);
 
+/**
+ * Ends a connection whose reply has been sent, though the client may still be sending: what comes within a second is
+ * discarded, since a reset would take the reply from the client.
+ */
+void HangUp(intptr_t Socket);
+
 /** Called before there are several threads: requests to stop are for WaitForStop from now on. */
 void BeginWaitingForStop();
 /** Returns when somebody asks the process to stop, or after EndWaitingForStop. */

@@ -1,6 +1,7 @@
 #include "Platform.h"
 
 #include <cerrno>
+#include <chrono>
 #include <csignal>
 #include <cstring>
 #include <fcntl.h>
@@ -8,6 +9,7 @@
 #include <stdexcept>
 #include <sys/socket.h>
 #include <sys/stat.h>
+#include <sys/time.h>
 #include <unistd.h>
 
 namespace
@@ -72,6 +74,20 @@ void Platform::WriteWholeFile(const std::string& Path, const std::string& Conten
 void Platform::ShutDownConnection(intptr_t Socket)
 {
 	shutdown(static_cast<int>(Socket), SHUT_RDWR);
+}
+
+void Platform::HangUp(intptr_t Socket)
+{
+	const int Connection = static_cast<int>(Socket);
+	const timeval Timeout = { 1, 0 };
+	setsockopt(Connection, SOL_SOCKET, SO_RCVTIMEO, &Timeout, sizeof(Timeout));
+	shutdown(Connection, SHUT_WR);
+	const auto End = std::chrono::steady_clock::now() + std::chrono::seconds(1);
+	char Discarded[16 * 1024];
+	while (recv(Connection, Discarded, sizeof(Discarded), 0) > 0 && std::chrono::steady_clock::now() < End)
+	{
+	}
+	shutdown(Connection, SHUT_RDWR);
 }
 
 void Platform::BeginWaitingForStop()

@@ -74,6 +74,20 @@ void Platform::ShutDownConnection(intptr_t Socket)
 	shutdown(static_cast<SOCKET>(Socket), SD_BOTH);
 }
 
+void Platform::HangUp(intptr_t Socket)
+{
+	const SOCKET Connection = static_cast<SOCKET>(Socket);
+	const DWORD Timeout = 1000; // milliseconds
+	setsockopt(Connection, SOL_SOCKET, SO_RCVTIMEO, reinterpret_cast<const char*>(&Timeout), sizeof(Timeout));
+	shutdown(Connection, SD_SEND);
+	const ULONGLONG End = GetTickCount64() + Timeout;
+	char Discarded[16 * 1024];
+	while (recv(Connection, Discarded, sizeof(Discarded), 0) > 0 && GetTickCount64() < End)
+	{
+	}
+	shutdown(Connection, SD_BOTH);
+}
+
 void Platform::BeginWaitingForStop()
 {
 	GetStopEvent();
