@@ -1,5 +1,4 @@
-#include "BlueprintGraphTestTypes.h"
-#include "BlueprintTestSupport.h"
+#include "FunctionGraphTest.h"
 #include "K2Node_CallParentFunction.h"
 #include "K2Node_ExecutionSequence.h"
 #include "K2Node_Self.h"
@@ -9,23 +8,14 @@ namespace GraphNodeTest
 using K2 = UEdGraphSchema_K2;
 using FNames = std::vector<std::string>;
 
-class FGraphNodeTest : public BlueprintTest
+class FGraphNodeTest : public FFunctionGraphTest
 {
 protected:
 	FGraphNodeTest()
-		: Blueprint(Make(TEXT("/Game/BP_Nodes"), AGraphTestActor::StaticClass()))
-		, Graph(AddFunction(Blueprint, TEXT("DoThings"), true))
+		: FFunctionGraphTest(TEXT("/Game/BP_Nodes"))
 	{
 	}
 
-	template <typename NodeType>
-	NodeType& Add() const
-	{
-		FGraphNodeCreator<NodeType> Creator(*Graph);
-		NodeType* const Node = Creator.CreateNode();
-		Creator.Finalize();
-		return *Node;
-	}
 	UK2Node_Event& AddEvent(const TCHAR* Function) const
 	{
 		FGraphNodeCreator<UK2Node_Event> Creator(*Graph);
@@ -35,7 +25,6 @@ protected:
 		Creator.Finalize();
 		return *Node;
 	}
-	static UEdGraphPin& Pin(const UEdGraphNode& Node, const TCHAR* Name) { return *Node.FindPinChecked(Name); }
 	static FNames GetVisiblePins(const UEdGraphNode& Node)
 	{
 		FNames Names;
@@ -52,9 +41,6 @@ protected:
 	{
 		return ToUtf8(Node.GetNodeTitle(Kind).ToString());
 	}
-
-	UBlueprint* const Blueprint;
-	UEdGraph* const Graph;
 };
 
 TEST_F(FGraphNodeTest, CallHasAPinForEachParameterAndTheReturnValueLast)

@@ -1,5 +1,4 @@
-#include "BlueprintGraphTestTypes.h"
-#include "BlueprintTestSupport.h"
+#include "FunctionGraphTest.h"
 #include "K2Node_ExecutionSequence.h"
 #include "K2Node_Self.h"
 
@@ -7,25 +6,14 @@ namespace SchemaTest
 {
 using K2 = UEdGraphSchema_K2;
 
-/** A function graph of an actor's Blueprint. */
-class FSchemaTest : public BlueprintTest
+class FSchemaTest : public FFunctionGraphTest
 {
 protected:
 	FSchemaTest()
-		: Blueprint(Make(TEXT("/Game/BP_Schema"), AGraphTestActor::StaticClass()))
-		, Graph(AddFunction(Blueprint, TEXT("DoThings"), true))
+		: FFunctionGraphTest(TEXT("/Game/BP_Schema"))
 	{
 	}
 
-	template <typename NodeType>
-	NodeType& Add() const
-	{
-		FGraphNodeCreator<NodeType> Creator(*Graph);
-		NodeType* const Node = Creator.CreateNode();
-		Creator.Finalize();
-		return *Node;
-	}
-	UEdGraphPin& Pin(UEdGraphNode& Node, const TCHAR* Name) const { return *Node.FindPinChecked(Name); }
 	ECanCreateConnectionResponse Ask(UEdGraphPin& A, UEdGraphPin& B) const
 	{
 		return Schema.CanCreateConnection(&A, &B).Response;
@@ -37,8 +25,6 @@ protected:
 	}
 
 	const K2& Schema = *GetDefault<K2>();
-	UBlueprint* const Blueprint;
-	UEdGraph* const Graph;
 };
 
 TEST_F(FSchemaTest, ExecutionLeavesAPinOnceAndReachesItFromMany)
