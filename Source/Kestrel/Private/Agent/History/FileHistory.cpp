@@ -88,8 +88,9 @@ void Remove(FFileHistory::FHistories& Histories, const FString& Key, const FStri
 }
 
 /**
- * Later changes of a file by other paths that could not be undone, since a link led nowhere for instance. The file is
- * further back now than they know, and must not go forward to their step again.
+ * Later changes of a file through links that could not be undone, since a link led nowhere for instance. The file is
+ * further back now than they know, and must not go forward to their step again. A link that is itself to be restored
+ * keeps its entry.
  */
 void RemoveOvertaken(FFileHistory::FHistories& Histories, const FString& Key, const FFileHistoryEntry& Undone)
 {
@@ -99,7 +100,8 @@ void RemoveOvertaken(FFileHistory::FHistories& Histories, const FString& Key, co
 		for (const auto& Pair : *Entries)
 		{
 			const FFileHistoryEntry& Entry = Pair.Value;
-			if (Entry.Order > Undone.Order && !Entry.RealPath.IsEmpty() && Entry.RealPath.Equals(Undone.RealPath))
+			if (Entry.Order > Undone.Order && !Entry.LinkTarget.IsEmpty() && Entry.RealPath.Equals(Undone.RealPath) &&
+				KestrelNativeFile::ReadLink(FFileUtils::ToAbsolutePath(Pair.Key)).Equals(Entry.LinkTarget))
 			{
 				Overtaken.Add(Pair.Key);
 			}
