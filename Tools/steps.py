@@ -17,8 +17,9 @@ JOBS = os.cpu_count() or 2
 
 # Debian 12 package names: what builds and runs, and what the tests need; apt adds what these need themselves.
 PACKAGES = [
-    "ca-certificates", "ccache", "clang", "cmake", "git", "libclang-rt-14-dev", "libcpp-httplib-dev",
-    "libcurl4-openssl-dev", "libgit2-dev", "libmimalloc-dev", "libpango1.0-dev", "libpython3-dev", "librsvg2-dev",
+    "ca-certificates", "ccache", "clang", "cmake", "git", "libclang-rt-14-dev", "libcmark-gfm-dev",
+    "libcmark-gfm-extensions-dev", "libcpp-httplib-dev",
+    "libcurl4-openssl-dev", "libgit2-dev", "libmd4c-dev", "libmimalloc-dev", "libpango1.0-dev", "libpython3-dev", "librsvg2-dev",
     "libsdl2-dev", "libsqlite3-dev", "libssl-dev", "libtomlplusplus-dev", "libvalijson-dev", "libx11-dev", "zlib1g-dev",
     "fonts-dejavu-core", "fonts-noto-color-emoji", "lld", "nlohmann-json3-dev", "ninja-build", "pkg-config", "rapidjson-dev",
     "chromium", "chromium-driver", "libgmock-dev", "libgtest-dev", "libpq-dev", "postgresql", "xdotool", "xvfb",
