@@ -222,8 +222,8 @@ def check_plugin_with_clang_tidy(commands):
     return in_parallel(lambda source: tidy(commands, source, os.path.join(steps.ROOT, source)), commands.of(PLUGIN_SOURCES))
 
 
-# Not asked of batches; not of members that are moved by themselves; and not of containers that are laid out as the engine's: those hold pointers, have no exceptions
-# to tell of, and copy parts of themselves.
+# Left out of batches, which include sources; and of the host, whose containers are laid out as the engine's: they hold
+# pointers, have no exceptions to report, and copy and move parts of themselves.
 NOT_OF_BATCHES = ["bugprone-exception-escape", "bugprone-suspicious-include",
                   "performance-inefficient-string-concatenation"]
 NOT_OF_HOST = ["bugprone-forwarding-reference-overload", "bugprone-signed-char-misuse", "bugprone-sizeof-expression",

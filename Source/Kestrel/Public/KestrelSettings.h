@@ -22,7 +22,7 @@ enum class EKestrelBlueprintContentFilter : uint8
 	UseOnlyBlueprintClassContent UMETA(DisplayName = "Use Only Blueprint Class Content")
 };
 
-/** How long the prompt logs are kept; applied when the editor starts. */
+/** How long the prompt logs and the records for undo are kept; applied when the editor starts. */
 UENUM()
 enum class EKestrelLogDeletionPolicy : uint8
 {

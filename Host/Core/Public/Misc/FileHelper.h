@@ -8,7 +8,7 @@ struct FFileHelper
 {
 	enum class EEncodingOptions
 	{
-		AutoDetect, // plain bytes if every character is below 0x80, otherwise UTF-16 with a mark
+		AutoDetect, // plain bytes if every character is below 0x80, otherwise UTF-16 with a byte order mark
 		ForceAnsi,
 		ForceUnicode,
 		ForceUTF8,
@@ -22,7 +22,7 @@ struct FFileHelper
 	static void BufferToString(FString& Result, const uint8* Buffer, int32 Size);
 	/**
 	 * Reads by mark: UTF-16 of either order, UTF-8 with or without one. Bytes that are no UTF-8 become U+FFFD, text
-	 * ends at the first NUL, line ends stay as stored.
+	 * ends at the first NUL, line endings stay as stored.
 	 *
 	 * @return false when the file cannot be opened or holds 2^31 bytes or more
 	 */

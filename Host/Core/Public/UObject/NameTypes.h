@@ -28,7 +28,7 @@ enum EName
 #define INVALID_LONGPACKAGE_CHARACTERS TEXT("\\:*?\"<>|' ,.&!~\n\r\t@#")
 
 /**
- * A word of a process-wide table. Comparing two is comparing numbers; letter case does not count, but each name keeps
+ * A word of a process-wide table. Comparing two is comparing numbers; letter case is ignored, but each name keeps
  * the case it was made with. A trailing "_7" (no leading zero) is kept as a number.
  */
 class FName

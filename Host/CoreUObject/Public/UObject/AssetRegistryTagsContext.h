@@ -3,7 +3,7 @@
 #include "Containers/Map.h"
 #include "UObject/Object.h"
 
-/** The tags of one asset; of two with one name, the later counts. */
+/** The tags of one asset; of two with one name, the later one is kept. */
 struct FAssetRegistryTagsContextData
 {
 	explicit FAssetRegistryTagsContextData(const UObject* InObject)

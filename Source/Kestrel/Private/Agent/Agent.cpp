@@ -67,7 +67,7 @@ FString DescribeTooManyTools()
 		MaxToolUses);
 }
 
-/** A content block's kind; letter case does not count. */
+/** A content block's kind; letter case is ignored. */
 bool IsOfType(const FJsonObject& Block, const TCHAR* Type)
 {
 	FString BlockType;

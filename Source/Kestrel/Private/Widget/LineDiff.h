@@ -13,7 +13,7 @@ enum class EDiffLineType : int32
 /** A line of the difference between two texts. */
 struct FDiffLine
 {
-	FString Content; // without its line end; of an unchanged line, as the old text has it
+	FString Content; // without its line ending; of an unchanged line, as the old text has it
 	EDiffLineType Type = EDiffLineType::Unchanged;
 	int32 OldLineNumber = 0; // from 1; 0 for an added line
 	int32 NewLineNumber = 0; // from 1; 0 for a removed line
@@ -33,7 +33,7 @@ KESTREL_API TArray<FString> SplitIntoLines(const FString& Text);
 
 /**
  * All lines of both texts in order: the longest common subsequence unchanged, and of what was replaced the removed
- * lines before the added ones. Letter case does not count.
+ * lines before the added ones. Letter case is ignored.
  *
  * The result is that of the textbook's table of lengths, walked back from its last cell with "equal" before "added"
  * before "removed". Of the table only one bit a cell is worked out, a word of cells at a time (H. Hyyrö, "Bit-Parallel

@@ -42,7 +42,7 @@ public:
 	~FKestrelTestFolder();
 	UE_NONCOPYABLE(FKestrelTestFolder)
 
-	/** Writes UTF-8 without a mark, with missing folders. */
+	/** Writes UTF-8 without a byte order mark, with missing folders. */
 	void Write(const FString& FileName, const FString& Text) const;
 	FString Full(const FString& FileName) const { return Path / FileName; }
 

@@ -107,7 +107,7 @@ protected:
 	virtual EAccessibleBehavior GetDefaultAccessibleBehavior() const override { return EAccessibleBehavior::Auto; }
 	virtual FText GetDefaultAccessibleText() const override { return GetHintText(); }
 
-	/** One line that is as long as it may be: line ends become spaces, Enter commits, the text moves sideways. */
+	/** One line that is as long as it may be: line endings become spaces, Enter commits, the text moves sideways. */
 	virtual bool IsSingleLine() const { return false; }
 	/** Whether a dot is shown for each letter. */
 	virtual bool IsPassword() const { return false; }

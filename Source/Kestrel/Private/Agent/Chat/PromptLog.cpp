@@ -108,7 +108,7 @@ void FKestrelPromptLog::Append(const FString& Text, const FString& FilePath, boo
 	{
 		return;
 	}
-	// Without a mark: each append would write another one into the middle of the file.
+	// Without a byte order mark: each append would write another one into the middle of the file.
 	FFileHelper::SaveStringToFile(
 		Entry, *FilePath, FFileHelper::EEncodingOptions::ForceUTF8WithoutBOM, &IFileManager::Get(), FILEWRITE_Append);
 	KestrelNativeFile::RestrictToOwner(FilePath);

@@ -5,12 +5,14 @@
 class FJsonObject;
 enum class EKestrelRevisionControl : uint8;
 
-/** True when a folder of the path has a name of the list. Slashes and spaces around an entry are ignored, nor does
- * case. */
+/**
+ * True when a folder of the path has a name of the list. Letter case is ignored, and so are slashes and spaces around
+ * an entry.
+ */
 KESTREL_API bool IsDirectoryExcluded(const FString& Path, const TArray<FString>& ExcludedDirs);
 
 /**
- * Reads and edits text files of the project and pictures its folders.
+ * Reads and edits text files of the project and lists its folders.
  *
  * A path is relative to the project directory or absolute. Every call works at once, on the game thread, and answers
  * with one text: the result, or a text that begins with "Error: " and names the file.
@@ -39,14 +41,14 @@ public:
 
 	/**
 	 * Writes a new file, with the folders that it needs; one that is there is overwritten. Text beyond ASCII makes it
-	 * UTF-16 with a mark, by the engine's automatic choice.
+	 * UTF-16 with a byte order mark, by the engine's automatic choice, unless the user's settings say UTF-8.
 	 */
 	static FString CreateNewFileWithContent(const FString& Path, const FString& Content);
 
 	/**
 	 * Replaces every occurrence of a text, with regard to case. When it does not occur as given, it is tried in the
 	 * file's own style: line endings as in the file and four spaces for a tab (or the reverse), first both, then
-	 * each alone. The new text goes in as given. Writes UTF-8 without a mark.
+	 * each alone. The new text goes in as given. Writes UTF-8 without a byte order mark.
 	 *
 	 * @param OutContentBefore  the whole text as it was, once it could be read
 	 * @param OutContentAfter   the whole text as it is now, when anything was replaced
@@ -90,7 +92,7 @@ public:
 	/** Replaces one line, counted from 1. A number out of range, or any failure, changes nothing and says nothing. */
 	static void ReplaceLineInFile(const FString& Path, int32 LineNumber, const FString& NewLine);
 
-	/** Replaces the whole text of a file that exists. Writes UTF-8 without a mark. */
+	/** Replaces the whole text of a file that exists. Writes UTF-8 without a byte order mark. */
 	static FString ReplaceFile(const FString& Path, const FString& NewContent);
 
 	/** Makes the file's bytes these, whether it exists or not. @return ReplaceFile's or CreateNewFile's result */
@@ -134,7 +136,7 @@ public:
 	 * object of its own.
 	 * Files come before folders, both in the order of the file system. Folders without a kept file are left out.
 	 *
-	 * @param SupportedExtensions        without a dot; letter case does not count
+	 * @param SupportedExtensions        without a dot; letter case is ignored
 	 * @param ExcludedDirs               as for IsDirectoryExcluded; of a folder in the project, the part of the path
 	 *                                   below the project directory is looked at
 	 * @param EnabledAssetClassPatterns  an empty set keeps assets of every class

@@ -6,7 +6,7 @@ class FJsonObject;
 class FJsonValue;
 class UBlueprint;
 
-/** Finds where a name or a text occurs in the project. Letter case does not count. */
+/** Finds where a name or a text occurs in the project. Letter case is ignored. */
 class KESTREL_API FKestrelFindUtils
 {
 public:

@@ -57,7 +57,7 @@ private:
 	UEdGraph& Graph;
 	FKestrelBlueprintReport& Report;
 	FKestrelLinkedPins& LinkedPins;
-	TMap<FString, UEdGraphNode*> FirstOfTitle; // of the first NumTitled nodes; letter case does not count
+	TMap<FString, UEdGraphNode*> FirstOfTitle; // of the first NumTitled nodes; case-insensitive
 	int32 NumTitled = 0;
 	const UEdGraphNode* Rightmost = nullptr; // of the first NumMeasured nodes
 	int32 NumMeasured = 0;
