@@ -5,7 +5,7 @@
 class UEdGraph;
 
 /**
- * A number that is another one, but for luck, after any change of a graph that can be seen in it.
+ * A number that differs after any change of a graph that can be seen in it, unless two happen to collide.
  *
  * Scripts and undo write into nodes and tell nobody, so events would not do. Reading the nodes of a large graph takes
  * less than a millisecond.

@@ -8,8 +8,8 @@
 #include <thread>
 
 /**
- * Renews the leases of the turns that this process works on, and gives up those whose lease another one has.
- * Several threads use it.
+ * Renews the leases of the turns that this process works on, and gives up those whose lease another one has. Once an
+ * hour it has the store drop old conversations. Several threads use it.
  */
 class LeaseKeeper
 {

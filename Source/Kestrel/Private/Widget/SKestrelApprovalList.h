@@ -28,8 +28,11 @@ public:
 
 	void Construct(const FArguments& InArgs);
 
-	/** Replaces the rows. */
-	/** @param bPaused  whether it is Continue that runs them */
+	/**
+	 * Replaces the rows.
+	 *
+	 * @param bPaused  whether it is Continue that runs them
+	 */
 	void SetPlans(const TArray<TSharedRef<FKestrelToolPlan>>& Plans, bool bPaused);
 
 private:
