@@ -7,6 +7,30 @@ constexpr float UnitsPerPoint = 96.0f / 72.0f;
 // Average advance and line height of common sans-serif fonts, as shares of the em.
 constexpr float CellWidthInEms = 0.55f;
 constexpr float LineHeightInEms = 1.2f;
+constexpr float DescentInEms = 0.25f;
+
+/** How much of a text goes into its first line when so many characters fit, which are not all. */
+static int32 FindLineEnd(FStringView Text, int32 NumFitting, FSlateFontMeasure::ELongWords LongWords)
+{
+	// After the last space that fits (or that is the first not to fit); inside a word if it has a line for itself.
+	for (int32 Index = NumFitting; Index > 0; --Index)
+	{
+		if (FChar::IsWhitespace(Text[Index]))
+		{
+			return Index + 1;
+		}
+	}
+	if (LongWords == FSlateFontMeasure::ELongWords::Break)
+	{
+		return NumFitting;
+	}
+	int32 End = NumFitting;
+	while (End < Text.Len() && !FChar::IsWhitespace(Text[End - 1]))
+	{
+		++End;
+	}
+	return End;
+}
 }
 
 bool FSlateFontInfo::operator==(const FSlateFontInfo& Other) const
@@ -57,7 +81,8 @@ bool FSlateFontMeasure::IsCaretStop(FStringView Text, int32 Index) const
 	return !bInside || Text[Index] < FirstLowSurrogate || Text[Index] > LastLowSurrogate;
 }
 
-TArray<int32> FSlateFontMeasure::FindLineBreaks(FStringView Text, const FSlateFontInfo& FontInfo, float WrapWidth) const
+TArray<int32> FSlateFontMeasure::FindLineBreaks(
+	FStringView Text, const FSlateFontInfo& FontInfo, float WrapWidth, ELongWords LongWords) const
 {
 	TArray<int32> Lengths;
 	int32 Begin = 0;
@@ -70,19 +95,28 @@ TArray<int32> FSlateFontMeasure::FindLineBreaks(FStringView Text, const FSlateFo
 			Lengths.Add(Rest.Len());
 			return Lengths;
 		}
-		// After the last space that fits (or that is the first not to fit); inside a word if it has a line for itself.
-		int32 NumTaken = NumFitting;
-		for (int32 Index = FMath::Min(NumFitting, Rest.Len() - 1); Index > 0; --Index)
-		{
-			if (FChar::IsWhitespace(Rest[Index]))
-			{
-				NumTaken = Index + 1;
-				break;
-			}
-		}
+		const int32 NumTaken = FontMeasure::FindLineEnd(Rest, NumFitting, LongWords);
 		Lengths.Add(NumTaken);
 		Begin += NumTaken;
+		// Behind a space that did not fit there is a line, for the cursor; behind a word there is none.
+		if (Begin == Text.Len() && !FChar::IsWhitespace(Text[Begin - 1]))
+		{
+			return Lengths;
+		}
 	}
+}
+
+TArray<int32> FSlateFontMeasure::FindLineBreakPlaces(FStringView Text) const
+{
+	TArray<int32> Places;
+	for (int32 Index = 1; Index < Text.Len(); ++Index)
+	{
+		if (FChar::IsWhitespace(Text[Index - 1]))
+		{
+			Places.Add(Index);
+		}
+	}
+	return Places;
 }
 
 int32 FSlateFontMeasure::FindLastWholeCharacterIndexBeforeOffset(
@@ -120,4 +154,9 @@ FVector2D FFixedFontMeasure::Measure(FStringView Text, const FSlateFontInfo& Fon
 float FFixedFontMeasure::GetMaxCharacterHeight(const FSlateFontInfo& FontInfo) const
 {
 	return FontInfo.Size * FontMeasure::UnitsPerPoint * FontMeasure::LineHeightInEms;
+}
+
+float FFixedFontMeasure::GetBaseline(const FSlateFontInfo& FontInfo) const
+{
+	return -FontInfo.Size * FontMeasure::UnitsPerPoint * FontMeasure::DescentInEms;
 }

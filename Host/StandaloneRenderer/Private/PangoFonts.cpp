@@ -6,6 +6,7 @@ namespace PangoFonts
 {
 constexpr double DotsPerInch = 96.0;
 constexpr int32 AsciiEnd = 128;
+constexpr int32 SpacesOfTab = 4;
 
 /** What a typeface of the editor's font is among the system's fonts. */
 struct FTypeface
@@ -77,7 +78,7 @@ public:
 			if (Text[Index] == TEXT('\t'))
 			{
 				// The library's own tab stops know nothing of where in its widget a text begins.
-				Bytes.Append("    ", 4);
+				Bytes.Append("    ", SpacesOfTab);
 			}
 			else if (IsPair(Text, Index))
 			{
@@ -121,6 +122,16 @@ private:
 	TArray<int32> Offsets;
 };
 
+/** What may happen before each character of a text, and behind the last. */
+TArray<PangoLogAttr> GetAttributes(const FShownText& Shown)
+{
+	TArray<PangoLogAttr> Attributes;
+	Attributes.SetNum(static_cast<int32>(g_utf8_strlen(Shown.GetBytes(), Shown.GetNumBytes())) + 1);
+	pango_get_log_attrs(Shown.GetBytes(), Shown.GetNumBytes(), -1, pango_language_get_default(), Attributes.GetData(),
+		Attributes.Num());
+	return Attributes;
+}
+
 double ToUnits(int Pango)
 {
 	return static_cast<double>(Pango) / PANGO_SCALE;
@@ -154,6 +165,7 @@ struct FPangoFonts::FFace
 	const float Size;
 	PangoFontDescription* const Description;
 	float LineHeight = 0.0f;
+	float Baseline = 0.0f; // from the bottom of the line
 	double AsciiWidths[PangoFonts::AsciiEnd] = {};
 };
 
@@ -213,8 +225,9 @@ const FPangoFonts::FFace& FPangoFonts::FindFace(const FSlateFontInfo& FontInfo) 
 		Face.AsciiWidths[C] = MeasureByLayout(FStringView(&C, 1), Face).X;
 	}
 	// A tab is drawn as spaces, see SetText.
-	Face.AsciiWidths[u'\t'] = 4.0 * Face.AsciiWidths[u' '];
+	Face.AsciiWidths[u'\t'] = PangoFonts::SpacesOfTab * Face.AsciiWidths[u' '];
 	Face.LineHeight = static_cast<float>(FMath::CeilToInt(MeasureByLayout(TEXT("Xg"), Face).Y));
+	Face.Baseline = static_cast<float>(PangoFonts::ToUnits(pango_layout_get_baseline(Layout.get()))) - Face.LineHeight;
 	return Face;
 }
 
@@ -236,6 +249,11 @@ FVector2D FPangoFonts::Measure(FStringView Text, const FSlateFontInfo& FontInfo)
 float FPangoFonts::GetMaxCharacterHeight(const FSlateFontInfo& FontInfo) const
 {
 	return FindFace(FontInfo).LineHeight;
+}
+
+float FPangoFonts::GetBaseline(const FSlateFontInfo& FontInfo) const
+{
+	return FindFace(FontInfo).Baseline;
 }
 
 int32 FPangoFonts::FindCharacterIndexAtOffset(
@@ -310,20 +328,45 @@ bool FPangoFonts::IsCaretStop(FStringView Text, int32 Index) const
 	{
 		return false; // the second half of a pair
 	}
-	const int NumCharacters = static_cast<int>(g_utf8_strlen(Shown.GetBytes(), Shown.GetNumBytes()));
-	TArray<PangoLogAttr> Attributes;
-	Attributes.SetNum(NumCharacters + 1);
-	pango_get_log_attrs(Shown.GetBytes(), Shown.GetNumBytes(), -1, pango_language_get_default(), Attributes.GetData(),
-		Attributes.Num());
+	const TArray<PangoLogAttr> Attributes = PangoFonts::GetAttributes(Shown);
 	return Attributes[static_cast<int32>(g_utf8_strlen(Shown.GetBytes(), Byte))].is_cursor_position != 0;
 }
 
-TArray<int32> FPangoFonts::BreakPiece(FStringView Piece, const FFace& Face, float WrapWidth, bool bIsLastPiece) const
+TArray<int32> FPangoFonts::FindLineBreakPlaces(FStringView Text) const
+{
+	if (PangoFonts::IsAscii(Text))
+	{
+		return FSlateFontMeasure::FindLineBreakPlaces(Text);
+	}
+	const PangoFonts::FShownText Shown(Text);
+	const TArray<PangoLogAttr> Attributes = PangoFonts::GetAttributes(Shown);
+	TArray<int32> Places;
+	int32 Character = 0;
+	for (int32 Index = 0; Index < Text.Len(); ++Index, ++Character)
+	{
+		if (Index > 0 && Attributes[Character].is_line_break)
+		{
+			Places.Add(Index);
+		}
+		if (Text[Index] == TEXT('\t'))
+		{
+			Character += PangoFonts::SpacesOfTab - 1;
+		}
+		else if (PangoFonts::IsPair(Text, Index))
+		{
+			++Index;
+		}
+	}
+	return Places;
+}
+
+TArray<int32> FPangoFonts::BreakPiece(
+	FStringView Piece, const FFace& Face, float WrapWidth, ELongWords LongWords, bool bIsLastPiece) const
 {
 	const PangoFonts::FShownText Shown(Piece);
 	SetText(Shown, Face);
 	pango_layout_set_width(Layout.get(), PangoFonts::ToPango(WrapWidth));
-	pango_layout_set_wrap(Layout.get(), PANGO_WRAP_WORD_CHAR);
+	pango_layout_set_wrap(Layout.get(), LongWords == ELongWords::Keep ? PANGO_WRAP_WORD : PANGO_WRAP_WORD_CHAR);
 	TArray<int32> Lengths;
 	int32 Begin = 0;
 	for (GSList* Entry = pango_layout_get_lines_readonly(Layout.get()); Entry; Entry = Entry->next)
@@ -341,13 +384,15 @@ TArray<int32> FPangoFonts::BreakPiece(FStringView Piece, const FFace& Face, floa
 	return Lengths;
 }
 
-TArray<int32> FPangoFonts::FindLineBreaks(FStringView Text, const FSlateFontInfo& FontInfo, float WrapWidth) const
+TArray<int32> FPangoFonts::FindLineBreaks(
+	FStringView Text, const FSlateFontInfo& FontInfo, float WrapWidth, ELongWords LongWords) const
 {
 	if (PangoFonts::IsAscii(Text))
 	{
-		return FSlateFontMeasure::FindLineBreaks(Text, FontInfo, WrapWidth);
+		return FSlateFontMeasure::FindLineBreaks(Text, FontInfo, WrapWidth, LongWords);
 	}
-	// A long text is shaped in parts: Pango takes more than twice the time for twice the text.
+	// A long text is shaped in parts: Pango takes more than twice the time for twice the text. A word that is longer
+	// than a part is not kept whole.
 	constexpr int32 PieceLength = 4096;
 	const FFace& Face = FindFace(FontInfo);
 	TArray<int32> Lengths;
@@ -358,7 +403,7 @@ TArray<int32> FPangoFonts::FindLineBreaks(FStringView Text, const FSlateFontInfo
 		const bool bIsLastPiece = Rest.Len() <= PieceLength;
 		int32 Length = FMath::Min(Rest.Len(), PieceLength);
 		Length -= !bIsLastPiece && PangoFonts::IsHighSurrogate(Rest[Length - 1]) ? 1 : 0;
-		for (const int32 LineLength : BreakPiece(Rest.Left(Length), Face, WrapWidth, bIsLastPiece))
+		for (const int32 LineLength : BreakPiece(Rest.Left(Length), Face, WrapWidth, LongWords, bIsLastPiece))
 		{
 			Lengths.Add(LineLength);
 			Begin += LineLength;

@@ -35,6 +35,7 @@ public:
 
 	virtual FVector2D Measure(FStringView Text, const FSlateFontInfo& FontInfo) const override;
 	virtual float GetMaxCharacterHeight(const FSlateFontInfo& FontInfo) const override;
+	virtual float GetBaseline(const FSlateFontInfo& FontInfo) const override;
 	virtual int32 FindCharacterIndexAtOffset(
 		FStringView Text, const FSlateFontInfo& FontInfo, float HorizontalOffset) const override;
 	virtual float FindOffsetOfCharacterIndex(
@@ -42,8 +43,9 @@ public:
 	virtual TArray<FSpan> FindSpansOfCharacters(
 		FStringView Text, const FSlateFontInfo& FontInfo, int32 Begin, int32 End) const override;
 	virtual bool IsCaretStop(FStringView Text, int32 Index) const override;
-	virtual TArray<int32> FindLineBreaks(
-		FStringView Text, const FSlateFontInfo& FontInfo, float WrapWidth) const override;
+	virtual TArray<int32> FindLineBreaks(FStringView Text, const FSlateFontInfo& FontInfo, float WrapWidth,
+		ELongWords LongWords = ELongWords::Break) const override;
+	virtual TArray<int32> FindLineBreakPlaces(FStringView Text) const override;
 
 	/** One line of text, laid out. Good until the next call. Lines that are drawn again and again are kept. */
 	PangoLayout* LayOut(FStringView Text, const FSlateFontInfo& FontInfo) const;
@@ -58,7 +60,8 @@ private:
 	void SetText(const PangoFonts::FShownText& Text, const FFace& Face) const;
 	/** The lengths of the first lines of a text; those that a part of it can tell, which begins where the last ended.
 	 */
-	TArray<int32> BreakPiece(FStringView Piece, const FFace& Face, float WrapWidth, bool bIsLastPiece) const;
+	TArray<int32> BreakPiece(
+		FStringView Piece, const FFace& Face, float WrapWidth, ELongWords LongWords, bool bIsLastPiece) const;
 
 	/** Lines that were drawn, by their text with the number of their font behind it. Two generations: a line that is
 	 * not drawn while a whole new one comes up is forgotten. */

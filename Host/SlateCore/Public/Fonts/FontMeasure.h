@@ -13,12 +13,21 @@ public:
 		float Right;
 	};
 
+	/** What becomes of a word that is wider than a line. */
+	enum class ELongWords : uint8
+	{
+		Break,
+		Keep,
+	};
+
 	virtual ~FSlateFontMeasure() = default;
 
 	/** The size of a text in one line. */
 	virtual FVector2D Measure(FStringView Text, const FSlateFontInfo& FontInfo) const = 0;
 	/** The height of a line. */
 	virtual float GetMaxCharacterHeight(const FSlateFontInfo& FontInfo) const = 0;
+	/** Where letters stand, from the bottom of a line: less than 0. */
+	virtual float GetBaseline(const FSlateFontInfo& FontInfo) const = 0;
 	/** How many characters of a one-line text lie before HorizontalOffset, counting one from its middle on. */
 	virtual int32 FindCharacterIndexAtOffset(
 		FStringView Text, const FSlateFontInfo& FontInfo, float HorizontalOffset) const;
@@ -30,7 +39,10 @@ public:
 	/** Whether the cursor may stand there: not inside of what is seen as one letter. */
 	virtual bool IsCaretStop(FStringView Text, int32 Index) const;
 	/** The lengths of the lines, at least one, into which a text is broken that has so much width. */
-	virtual TArray<int32> FindLineBreaks(FStringView Text, const FSlateFontInfo& FontInfo, float WrapWidth) const;
+	virtual TArray<int32> FindLineBreaks(FStringView Text, const FSlateFontInfo& FontInfo, float WrapWidth,
+		ELongWords LongWords = ELongWords::Break) const;
+	/** The places inside a text, in order, where a line may begin whatever the widths: behind spaces, mostly. */
+	virtual TArray<int32> FindLineBreakPlaces(FStringView Text) const;
 	/** The most characters of Text, at least one, that are no wider than Width. */
 	int32 FindLastWholeCharacterIndexBeforeOffset(FStringView Text, const FSlateFontInfo& FontInfo, float Width) const;
 };
@@ -44,4 +56,5 @@ class FFixedFontMeasure final : public FSlateFontMeasure
 public:
 	virtual FVector2D Measure(FStringView Text, const FSlateFontInfo& FontInfo) const override;
 	virtual float GetMaxCharacterHeight(const FSlateFontInfo& FontInfo) const override;
+	virtual float GetBaseline(const FSlateFontInfo& FontInfo) const override;
 };

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Brushes/SlateNoResource.h"
 #include "CoreMinimal.h"
 #include "Fonts/SlateFontInfo.h"
 #include "Layout/Margin.h"
@@ -41,6 +42,9 @@ struct FTextBlockStyle : public FSlateWidgetStyle
 	FLinearColor ShadowColorAndOpacity = FLinearColor::Black;
 	FSlateColor SelectedBackgroundColor = FSlateColor(FLinearColor(0.0f, 0.2f, 0.6f));
 	FSlateColor HighlightColor = FSlateColor(FLinearColor::Black);
+	/** For line highlighters: a run that has the style draws no lines by itself. */
+	FSlateBrush StrikeBrush = FSlateNoResource();
+	FSlateBrush UnderlineBrush = FSlateNoResource();
 
 	SLATE_STYLE_MEMBER(FTextBlockStyle, FSlateFontInfo, Font)
 	SLATE_STYLE_MEMBER(FTextBlockStyle, FSlateColor, ColorAndOpacity)
@@ -48,6 +52,8 @@ struct FTextBlockStyle : public FSlateWidgetStyle
 	SLATE_STYLE_MEMBER(FTextBlockStyle, FLinearColor, ShadowColorAndOpacity)
 	SLATE_STYLE_MEMBER(FTextBlockStyle, FSlateColor, SelectedBackgroundColor)
 	SLATE_STYLE_MEMBER(FTextBlockStyle, FSlateColor, HighlightColor)
+	SLATE_STYLE_MEMBER(FTextBlockStyle, FSlateBrush, StrikeBrush)
+	SLATE_STYLE_MEMBER(FTextBlockStyle, FSlateBrush, UnderlineBrush)
 	FTextBlockStyle& SetFontSize(float InSize)
 	{
 		Font.Size = InSize;

@@ -2,7 +2,7 @@
 
 #include "Application/SlateApplicationBase.h"
 #include "Fonts/FontMeasure.h"
-#include "Rendering/DrawElements.h"
+#include "Framework/Text/PlainTextLayoutMarshaller.h"
 #include "Rendering/SlateRenderer.h"
 #include "Styling/AppStyle.h"
 #include "Widgets/Accessibility/SlateAccessibleWidgets.h"
@@ -11,8 +11,6 @@ namespace EditableText
 {
 // Slate units.
 constexpr float CursorWidth = 1.0f;
-constexpr float UnderlineHeight = 1.0f;
-constexpr float HintOpacity = 0.5f;
 // Layout rounds: a text that has all the height it asked for must not keep the wheel from its parents.
 constexpr double RoundingError = 0.5;
 
@@ -29,12 +27,20 @@ SMultiLineEditableText::SMultiLineEditableText()
 
 void SMultiLineEditableText::Construct(const FArguments& InArgs)
 {
+	Marshaller = InArgs._Marshaller;
+	if (Marshaller.IsValid())
+	{
+		MarshalledLines = FSlateTextLayout::Create(this, FTextBlockStyle());
+		WrappingPolicy.Assign(this, ETextWrappingPolicy::DefaultWrapping);
+	}
 	SetTextStyle(InArgs._TextStyle != nullptr ? InArgs._TextStyle
 											  : &FAppStyle::Get().GetWidgetStyle<FTextBlockStyle>("NormalText"));
 	FontOverride.Assign(this, InArgs._Font);
 	Margin.Assign(this, InArgs._Margin);
 	AutoWrapText.Assign(this, InArgs._AutoWrapText);
 	WrapTextAt.Assign(this, InArgs._WrapTextAt);
+	WrappingPolicy.Assign(this, InArgs._WrappingPolicy);
+	LineHeightPercentage.Assign(this, InArgs._LineHeightPercentage);
 	HintText = InArgs._HintText;
 	IsReadOnlyAttribute = InArgs._IsReadOnly;
 	SelectAllTextWhenFocused = InArgs._SelectAllTextWhenFocused;
@@ -47,6 +53,7 @@ void SMultiLineEditableText::Construct(const FArguments& InArgs)
 	SetText(InArgs._Text);
 	OnTextChanged = InArgs._OnTextChanged;
 	OnTextCommitted = InArgs._OnTextCommitted;
+	OnCursorMoved = InArgs._OnCursorMoved;
 }
 
 void SMultiLineEditableText::SetText(const TAttribute<FText>& InText)
@@ -58,7 +65,10 @@ void SMultiLineEditableText::SetText(const TAttribute<FText>& InText)
 bool SMultiLineEditableText::RefreshBoundText()
 {
 	const FString NewText = BoundText.Get(FText::GetEmpty()).ToString();
-	if (FString::Join(ToLines(NewText), LINE_TERMINATOR).Equals(GetPlainText().ToString()))
+	const bool bIsSame = Marshaller.IsValid()
+							 ? MarshalledText.IsSet() && MarshalledText->Equals(NewText)
+							 : FString::Join(ToLines(NewText), LINE_TERMINATOR).Equals(GetPlainText().ToString());
+	if (bIsSame)
 	{
 		return false;
 	}
@@ -69,12 +79,45 @@ bool SMultiLineEditableText::RefreshBoundText()
 void SMultiLineEditableText::ReplaceAll(const FString& NewText)
 {
 	CompositionLength = 0;
-	Lines = ToLines(NewText);
+	SetLines(NewText);
 	Cursor = GetEnd();
 	SelectionAnchor = Cursor;
 	// The states before belong to another text.
 	History.Clear();
 	NotifyTextChanged();
+}
+
+void SMultiLineEditableText::SetLines(const FString& Text)
+{
+	// The runs of the layout are going to be others.
+	bLayoutIsStale = true;
+	if (!Marshaller.IsValid())
+	{
+		Lines = ToLines(Text);
+		return;
+	}
+	MarshalledText = Text;
+	MarshalledLines->ClearLines();
+	Marshaller->SetText(Text, *MarshalledLines);
+	Marshaller->ClearDirty();
+	if (MarshalledLines->GetLineModels().Num() == 0)
+	{
+		FPlainTextLayoutMarshaller::Create()->SetText(FString(), *MarshalledLines);
+	}
+	Lines.Reset();
+	for (const FTextLayout::FLineModel& Model : MarshalledLines->GetLineModels())
+	{
+		checkf(Model.Runs.Last().GetTextRange().EndIndex == Model.Text->Len(),
+			TEXT("A line was changed after it had been added."));
+		Lines.Add(*Model.Text);
+	}
+}
+
+void SMultiLineEditableText::MarshalAgain(const FString& Text)
+{
+	SetLines(Text);
+	Cursor = ClampToText(Cursor);
+	SelectionAnchor = ClampToText(SelectionAnchor);
 }
 
 TArray<FString> SMultiLineEditableText::ToLines(const FString& Text) const
@@ -101,22 +144,57 @@ const TArray<FString>& SMultiLineEditableText::GetShownLines() const
 	return Dots;
 }
 
+void SMultiLineEditableText::NotifyEdited()
+{
+	if (Marshaller.IsValid())
+	{
+		MarshalAgain(GetPlainText().ToString());
+	}
+	NotifyTextChanged();
+}
+
 void SMultiLineEditableText::NotifyTextChanged()
 {
 	InvalidateText();
-	OnTextChanged.ExecuteIfBound(GetPlainText());
+	OnTextChanged.ExecuteIfBound(GetEditableText());
+	NotifyCursorMoved();
+}
+
+void SMultiLineEditableText::NotifyCursorMoved()
+{
+	if (!(NotifiedCursor == Cursor))
+	{
+		NotifiedCursor = Cursor;
+		OnCursorMoved.ExecuteIfBound(Cursor);
+	}
+}
+
+void SMultiLineEditableText::InvalidateLayout()
+{
+	bLayoutIsStale = true;
+	Invalidate(EInvalidateWidgetReason::Layout);
 }
 
 void SMultiLineEditableText::InvalidateText()
 {
-	bLayoutIsStale = true;
-	Invalidate(EInvalidateWidgetReason::Layout);
+	InvalidateLayout();
 	KeepCursorInView();
 }
 
 FText SMultiLineEditableText::GetText() const
 {
-	return BoundText.IsBound() ? BoundText.Get() : GetPlainText();
+	return BoundText.IsBound() ? BoundText.Get() : GetEditableText();
+}
+
+FText SMultiLineEditableText::GetEditableText() const
+{
+	if (!Marshaller.IsValid())
+	{
+		return GetPlainText();
+	}
+	FString Text;
+	Marshaller->GetText(Text, *MarshalledLines);
+	return FText::FromString(Text);
 }
 
 FText SMultiLineEditableText::GetPlainText() const
@@ -153,6 +231,11 @@ void SMultiLineEditableText::SetHintText(const TAttribute<FText>& InHintText)
 void SMultiLineEditableText::SetTextStyle(const FTextBlockStyle* InTextStyle)
 {
 	TextStyle = InTextStyle != nullptr ? *InTextStyle : FTextBlockStyle::GetDefault();
+	if (Marshaller.IsValid())
+	{
+		MarshalledLines->SetDefaultTextStyle(TextStyle);
+		Marshaller->MakeDirty();
+	}
 	InvalidateText();
 }
 
@@ -199,18 +282,22 @@ void SMultiLineEditableText::SetComposition(const FString& Text, int32 CursorOff
 	CompositionLength = Shown.Len();
 	Cursor = FTextLocation(CompositionBegin.GetLineIndex(), Begin + FMath::Clamp(CursorOffset, 0, CompositionLength));
 	SelectionAnchor = Cursor;
+	if (Marshaller.IsValid())
+	{
+		MarshalAgain(GetPlainText().ToString());
+	}
 	InvalidateText();
+	NotifyCursorMoved();
 }
 
 FSlateRect SMultiLineEditableText::GetCursorRect() const
 {
 	const FWrappedText& Shown = GetLayout();
-	const int32 LineIndex = Shown.FindLine(Cursor.GetLineIndex(), Cursor.GetOffset());
-	const FVector2D Place(
-		Margin.Get().Left - SidewaysOffset + GetCursorX(Shown.GetLines()[LineIndex], Cursor.GetOffset()),
-		Margin.Get().Top - ScrollOffset + static_cast<float>(LineIndex) * Shown.GetLineHeight());
+	const FWrappedText::FLine& Line = Shown.GetLines()[Shown.FindLine(Cursor.GetLineIndex(), Cursor.GetOffset())];
+	const FVector2D Place(Margin.Get().Left - SidewaysOffset + Shown.GetCursorX(Line, Cursor.GetOffset()),
+		Margin.Get().Top - ScrollOffset + Line.Top);
 	return GetCachedGeometry()
-		.MakeChild(FVector2D(EditableText::CursorWidth, Shown.GetLineHeight()), FSlateLayoutTransform(Place))
+		.MakeChild(FVector2D(EditableText::CursorWidth, Line.Height), FSlateLayoutTransform(Place))
 		.GetLayoutBoundingRect();
 }
 
@@ -225,7 +312,7 @@ void SMultiLineEditableText::InsertAndRemember(const FString& Text, FTextHistory
 	{
 		History.AfterLetter(Cursor);
 	}
-	NotifyTextChanged();
+	NotifyEdited();
 }
 
 void SMultiLineEditableText::DeleteSelection()
@@ -260,7 +347,7 @@ void SMultiLineEditableText::DeleteTo(const FTextLocation& Wanted, FTextHistory:
 		{
 			History.AfterLetter(Cursor);
 		}
-		NotifyTextChanged();
+		NotifyEdited();
 	}
 }
 
@@ -288,6 +375,7 @@ void SMultiLineEditableText::SelectAllText()
 {
 	SelectionAnchor = FTextLocation(0, 0);
 	Cursor = GetEnd();
+	NotifyCursorMoved();
 }
 
 void SMultiLineEditableText::ClearSelection()
@@ -322,14 +410,17 @@ float SMultiLineEditableText::GetWrapWidth() const
 
 const FWrappedText& SMultiLineEditableText::GetLayout() const
 {
-	const FSlateFontInfo Font = GetFont();
-	const float WrapWidth = GetWrapWidth();
-	if (bLayoutIsStale || WrapWidth != LaidOutWidth || !(Font == LaidOutFont))
+	FWrappedText::FSource Source;
+	Source.Paragraphs = &GetShownLines();
+	Source.Font = GetFont();
+	Source.Runs = MarshalledLines.Get();
+	Source.WrapWidth = GetWrapWidth();
+	Source.WrappingPolicy = WrappingPolicy.Get();
+	Source.LineHeightPercentage = LineHeightPercentage.Get();
+	if (bLayoutIsStale || !(Layout.GetSource() == Source))
 	{
 		bLayoutIsStale = false;
-		LaidOutWidth = WrapWidth;
-		LaidOutFont = Font;
-		Layout.Update(GetShownLines(), Font, WrapWidth);
+		Layout.Update(Source);
 	}
 	return Layout;
 }
@@ -356,6 +447,12 @@ void SMultiLineEditableText::Tick(
 	}
 	AllottedSize = NewSize;
 	ScrollOffset = FMath::Clamp(ScrollOffset, 0.0f, GetLongestScrollOffset());
+	if (Marshaller.IsValid() && Marshaller->IsDirty())
+	{
+		MarshalAgain(GetEditableText().ToString());
+		InvalidateLayout();
+		NotifyCursorMoved();
+	}
 	// While somebody is typing, what they have typed stands.
 	if (BoundText.IsBound() && (IsTextReadOnly() || !HasKeyboardFocus()))
 	{
@@ -377,111 +474,20 @@ void SMultiLineEditableText::KeepCursorInView()
 		return;
 	}
 	const FWrappedText& Shown = GetLayout();
-	const float CursorTop =
-		static_cast<float>(Shown.FindLine(Cursor.GetLineIndex(), Cursor.GetOffset())) * Shown.GetLineHeight();
-	const float SmallestOffset = CursorTop + Shown.GetLineHeight() - static_cast<float>(AllottedSize.Y);
+	const FWrappedText::FLine& Line = Shown.GetLines()[Shown.FindLine(Cursor.GetLineIndex(), Cursor.GetOffset())];
+	const float CursorTop = static_cast<float>(Line.Top);
+	const float SmallestOffset = CursorTop + Line.Height - static_cast<float>(AllottedSize.Y);
 	ScrollOffset = FMath::Min(FMath::Max(ScrollOffset, SmallestOffset), CursorTop);
 	ScrollOffset = FMath::Clamp(ScrollOffset, 0.0f, GetLongestScrollOffset());
 	if (IsSingleLine())
 	{
-		const float CursorX = GetCursorX(Shown.GetLines()[0], Cursor.GetOffset());
+		const float CursorX = Shown.GetCursorX(Line, Cursor.GetOffset());
 		const float Width = static_cast<float>(AllottedSize.X) - Margin.Get().GetTotalSpaceAlong<Orient_Horizontal>();
 		const float LongestOffset =
 			FMath::Max(static_cast<float>(Shown.GetSize().X) + EditableText::CursorWidth - Width, 0.0f);
 		const float SmallestToSee = CursorX + EditableText::CursorWidth - Width;
 		SidewaysOffset = FMath::Min(FMath::Max(SidewaysOffset, SmallestToSee), CursorX);
 		SidewaysOffset = FMath::Clamp(SidewaysOffset, 0.0f, LongestOffset);
-	}
-}
-
-FStringView SMultiLineEditableText::GetShownText(const FWrappedText::FLine& Line) const
-{
-	return FStringView(GetShownLines()[Line.ParagraphIndex]).Mid(Line.Begin, Line.Length);
-}
-
-float SMultiLineEditableText::GetCursorX(const FWrappedText::FLine& Line, int32 Offset) const
-{
-	const int32 Index = FMath::Clamp(Offset - Line.Begin, 0, Line.Length);
-	return EditableText::Measure()->FindOffsetOfCharacterIndex(GetShownText(Line), GetFont(), Index);
-}
-
-int32 SMultiLineEditableText::OnPaint(const FPaintArgs& Args, const FGeometry& AllottedGeometry,
-	const FSlateRect& MyCullingRect, FSlateWindowElementList& OutDrawElements, int32 LayerId,
-	const FWidgetStyle& InWidgetStyle, bool bParentEnabled) const
-{
-	FLinearColor Tint = InWidgetStyle.GetColorAndOpacityTint() * TextStyle.ColorAndOpacity.GetColor(InWidgetStyle);
-	if (IsEmpty())
-	{
-		const FGeometry HintGeometry = AllottedGeometry.MakeChild(
-			AllottedGeometry.GetLocalSize(), FSlateLayoutTransform(Margin.Get().GetTopLeft()));
-		FSlateDrawElement::MakeText(OutDrawElements, LayerId + 1, HintGeometry, MyCullingRect, GetHintText().ToString(),
-			GetFont(), Tint.CopyWithNewOpacity(Tint.A * EditableText::HintOpacity));
-	}
-	return PaintText(AllottedGeometry, MyCullingRect, OutDrawElements, LayerId, Tint);
-}
-
-int32 SMultiLineEditableText::PaintText(const FGeometry& AllottedGeometry, const FSlateRect& MyCullingRect,
-	FSlateWindowElementList& OutDrawElements, int32 LayerId, const FLinearColor& Tint) const
-{
-	const FWrappedText& Shown = GetLayout();
-	const float Top = Margin.Get().Top - ScrollOffset;
-	const float ViewTop = AllottedGeometry.AbsoluteToLocal(MyCullingRect.GetTopLeft()).Y - Top;
-	const float ViewEnd = ViewTop + static_cast<float>(MyCullingRect.GetSize().Y) / AllottedGeometry.GetScale();
-	int32 First = 0;
-	int32 Count = 0;
-	Shown.FindLinesBetween(ViewTop, ViewEnd, First, Count);
-	for (int32 Index = First; Index < First + Count; ++Index)
-	{
-		const FWrappedText::FLine& Line = Shown.GetLines()[Index];
-		const float Y = Top + static_cast<float>(Index) * Shown.GetLineHeight();
-		const FGeometry LineGeometry = AllottedGeometry.MakeChild(FVector2D(Line.Width, Shown.GetLineHeight()),
-			FSlateLayoutTransform(FVector2D(Margin.Get().Left - SidewaysOffset, Y)));
-		PaintSelection(Line, Y, AllottedGeometry, MyCullingRect, OutDrawElements, LayerId, Tint);
-		FSlateDrawElement::MakeText(
-			OutDrawElements, LayerId + 1, LineGeometry, MyCullingRect, FString(GetShownText(Line)), GetFont(), Tint);
-	}
-	return LayerId + 1;
-}
-
-void SMultiLineEditableText::PaintSelection(const FWrappedText::FLine& Line, float Y, const FGeometry& AllottedGeometry,
-	const FSlateRect& MyCullingRect, FSlateWindowElementList& OutDrawElements, int32 LayerId,
-	const FLinearColor& Tint) const
-{
-	const FTextLocation LineBegin(Line.ParagraphIndex, Line.Begin);
-	const FTextLocation LineEnd(Line.ParagraphIndex, Line.End());
-	const float LineHeight = GetLayout().GetLineHeight();
-	const auto PaintSpan = [&](float Left, float Right, const FLinearColor& Color, float FromTop = 0.0f) {
-		const FGeometry Span = AllottedGeometry.MakeChild(FVector2D(Right - Left, LineHeight - FromTop),
-			FSlateLayoutTransform(FVector2D(Margin.Get().Left + Left - SidewaysOffset, Y + FromTop)));
-		FSlateDrawElement::MakeBox(
-			OutDrawElements, LayerId, Span, MyCullingRect, FAppStyle::GetBrush("WhiteBrush"), Color);
-	};
-	const FTextLocation From = GetSelectionStart() < LineBegin ? LineBegin : GetSelectionStart();
-	const FTextLocation To = LineEnd < GetSelectionEnd() ? LineEnd : GetSelectionEnd();
-	if (From < To)
-	{
-		for (const FSlateFontMeasure::FSpan& Span : EditableText::Measure()->FindSpansOfCharacters(
-				 GetShownText(Line), GetFont(), From.GetOffset() - Line.Begin, To.GetOffset() - Line.Begin))
-		{
-			PaintSpan(Span.Left, Span.Right, TextStyle.SelectedBackgroundColor.GetSpecifiedColor());
-		}
-	}
-	const int32 ComposedFrom = FMath::Max(CompositionBegin.GetOffset(), Line.Begin);
-	const int32 ComposedTo = FMath::Min(CompositionBegin.GetOffset() + CompositionLength, Line.End());
-	if (CompositionBegin.GetLineIndex() == Line.ParagraphIndex && ComposedFrom < ComposedTo)
-	{
-		for (const FSlateFontMeasure::FSpan& Span : EditableText::Measure()->FindSpansOfCharacters(
-				 GetShownText(Line), GetFont(), ComposedFrom - Line.Begin, ComposedTo - Line.Begin))
-		{
-			PaintSpan(Span.Left, Span.Right, Tint, LineHeight - EditableText::UnderlineHeight);
-		}
-	}
-	const bool bHoldsCursor =
-		Cursor.GetLineIndex() == Line.ParagraphIndex && !(Cursor < LineBegin) && !(LineEnd < Cursor);
-	if (bHoldsCursor && HasKeyboardFocus() && !IsTextReadOnly())
-	{
-		const float X = GetCursorX(Line, Cursor.GetOffset());
-		PaintSpan(X, X + EditableText::CursorWidth, Tint);
 	}
 }
 

@@ -76,7 +76,7 @@ FReply SMultiLineEditableText::HandleEnter()
 		InsertTextAtCursor(FString(TEXT("\n")));
 		return FReply::Handled();
 	}
-	OnTextCommitted.ExecuteIfBound(GetPlainText(), ETextCommit::OnEnter);
+	OnTextCommitted.ExecuteIfBound(GetEditableText(), ETextCommit::OnEnter);
 	return ClearKeyboardFocusOnCommit.Get(true) ? FReply::Handled().ClearUserFocus(EFocusCause::Cleared)
 												: FReply::Handled();
 }
@@ -112,7 +112,7 @@ void SMultiLineEditableText::UndoOrRedo(bool bUndo)
 	Lines = State.Lines;
 	Cursor = State.Cursor;
 	SelectionAnchor = State.SelectionAnchor;
-	NotifyTextChanged();
+	NotifyEdited();
 }
 
 bool SMultiLineEditableText::HandleClipboard(const FKey& Key)
@@ -151,7 +151,8 @@ bool SMultiLineEditableText::HandleMovement(const FKeyEvent& InKeyEvent)
 	const bool bControl = InKeyEvent.IsControlDown();
 	const FTextLocation LineBegin(Cursor.GetLineIndex(), 0);
 	const FTextLocation LineEnd(Cursor.GetLineIndex(), Lines[Cursor.GetLineIndex()].Len());
-	const float LineHeight = GetLayout().GetLineHeight();
+	const FWrappedText& Shown = GetLayout();
+	const float LineHeight = Shown.GetLines()[Shown.FindLine(Cursor.GetLineIndex(), Cursor.GetOffset())].Height;
 	const int32 LinesInView = LineHeight > 0.0f ? FMath::Max(static_cast<int32>(AllottedSize.Y / LineHeight), 1) : 1;
 	const struct
 	{
@@ -221,6 +222,7 @@ void SMultiLineEditableText::MoveCursor(const FTextLocation& NewLocation, bool b
 		SelectionAnchor = Cursor;
 	}
 	KeepCursorInView();
+	NotifyCursorMoved();
 }
 
 FTextLocation SMultiLineEditableText::GetEnd() const
@@ -317,22 +319,17 @@ FTextLocation SMultiLineEditableText::GetLocationLinesAway(int32 NumLines) const
 		return GetEnd();
 	}
 	const FWrappedText::FLine& Target = ShownLines[Wanted];
-	const float X = GetCursorX(ShownLines[Current], Cursor.GetOffset());
-	const int32 Index = EditableTextKeys::Measure()->FindCharacterIndexAtOffset(GetShownText(Target), GetFont(), X);
-	return FTextLocation(Target.ParagraphIndex, Target.Begin + Index);
+	const float X = GetLayout().GetCursorX(ShownLines[Current], Cursor.GetOffset());
+	return FTextLocation(Target.ParagraphIndex, GetLayout().FindOffset(Target, X));
 }
 
 FTextLocation SMultiLineEditableText::GetLocationAt(const FGeometry& MyGeometry, const FPointerEvent& MouseEvent) const
 {
 	const FVector2D Position = FVector2D(MyGeometry.AbsoluteToLocal(MouseEvent.GetScreenSpacePosition())) -
 							   Margin.Get().GetTopLeft() + FVector2D(SidewaysOffset, ScrollOffset);
-	const TArray<FWrappedText::FLine>& ShownLines = GetLayout().GetLines();
-	const int32 LineIndex = static_cast<int32>(
-		FMath::Clamp(Position.Y / GetLayout().GetLineHeight(), 0.0, static_cast<double>(ShownLines.Num() - 1)));
-	const FWrappedText::FLine& Line = ShownLines[LineIndex];
-	const int32 Index = EditableTextKeys::Measure()->FindCharacterIndexAtOffset(
-		GetShownText(Line), GetFont(), static_cast<float>(Position.X));
-	return FTextLocation(Line.ParagraphIndex, Line.Begin + Index);
+	const FWrappedText& Shown = GetLayout();
+	const FWrappedText::FLine& Line = Shown.GetLines()[Shown.FindLineAt(Position.Y)];
+	return FTextLocation(Line.ParagraphIndex, Shown.FindOffset(Line, static_cast<float>(Position.X)));
 }
 
 FReply SMultiLineEditableText::OnMouseButtonDown(const FGeometry& MyGeometry, const FPointerEvent& MouseEvent)
@@ -448,5 +445,5 @@ void SMultiLineEditableText::OnFocusLost(const FFocusEvent& InFocusEvent)
 	}
 	const ETextCommit::Type Reason =
 		InFocusEvent.GetCause() == EFocusCause::Cleared ? ETextCommit::OnCleared : ETextCommit::OnUserMovedFocus;
-	OnTextCommitted.ExecuteIfBound(GetPlainText(), Reason);
+	OnTextCommitted.ExecuteIfBound(GetEditableText(), Reason);
 }

@@ -58,7 +58,11 @@ FVector2D STextBlock::ComputeDesiredSize(float LayoutScaleMultiplier) const
 		LaidOutText = Current;
 		Paragraphs = FWrappedText::SplitIntoParagraphs(Current);
 	}
-	Layout.Update(Paragraphs, Font.Get(), GetWrapWidth());
+	FWrappedText::FSource Source;
+	Source.Paragraphs = &Paragraphs;
+	Source.Font = Font.Get();
+	Source.WrapWidth = GetWrapWidth();
+	Layout.Update(Source);
 	const FVector2D Size = Layout.GetSize() + Margin.Get().GetDesiredSize();
 	return FVector2D(FMath::Max(Size.X, static_cast<double>(MinDesiredWidth.Get())), Size.Y);
 }
@@ -91,12 +95,12 @@ int32 STextBlock::OnPaint(const FPaintArgs& Args, const FGeometry& AllottedGeome
 	for (int32 Index = First; Index < First + Count; ++Index)
 	{
 		const FWrappedText::FLine& Line = Layout.GetLines()[Index];
-		const FVector2D Offset(Space.Left + TextBlock::GetIndent(Justification.Get(), FreeWidth - Line.Width),
-			Space.Top + static_cast<float>(Index) * Layout.GetLineHeight());
+		const FVector2D Offset(
+			Space.Left + TextBlock::GetIndent(Justification.Get(), FreeWidth - Line.Width), Space.Top + Line.Top);
 		const FGeometry LineGeometry =
-			AllottedGeometry.MakeChild(FVector2D(Line.Width, Layout.GetLineHeight()), FSlateLayoutTransform(Offset));
-		FSlateDrawElement::MakeText(OutDrawElements, LayerId, LineGeometry, MyCullingRect,
-			Paragraphs[Line.ParagraphIndex].Mid(Line.Begin, Line.Length), Font.Get(), Tint);
+			AllottedGeometry.MakeChild(FVector2D(Line.Width, Line.Height), FSlateLayoutTransform(Offset));
+		FSlateDrawElement::MakeText(
+			OutDrawElements, LayerId, LineGeometry, MyCullingRect, FString(Layout.GetText(Line)), Font.Get(), Tint);
 	}
 	return LayerId;
 }

@@ -1,6 +1,9 @@
 #pragma once
 
 #include "CoreMinimal.h"
+#include "Framework/Text/IRun.h"
+#include "Framework/Text/TextLineHighlight.h"
+#include "Framework/Text/TextRange.h"
 
 namespace ETextJustify
 {
@@ -44,4 +47,78 @@ enum class ETextLocation : uint8
 	EndOfDocument,
 	BeginningOfLine,
 	EndOfLine,
+};
+
+/** What becomes of a word that is wider than the space for a line. */
+enum class ETextWrappingPolicy : uint8
+{
+	/** It stays whole, and reaches out of the space. */
+	DefaultWrapping,
+	/** It is broken where the space ends. */
+	AllowPerCharacterWrapping,
+};
+
+/** The lines of a text, each made of runs. */
+class FTextLayout : public TSharedFromThis<FTextLayout>
+{
+public:
+	/** A line to be added, without what ended it. */
+	struct FNewLineData
+	{
+		/**
+		 * @param InText  without line breaks; not to be changed once the line was added
+		 * @param InRuns  in order, of that very string; together they cover it without a gap. None is empty, except for
+		 *                the one of an empty line
+		 */
+		FNewLineData(TSharedRef<FString> InText, TArray<TSharedRef<IRun>> InRuns)
+			: Text(MoveTemp(InText))
+			, Runs(MoveTemp(InRuns))
+		{
+		}
+
+		TSharedRef<FString> Text;
+		TArray<TSharedRef<IRun>> Runs;
+	};
+
+	class FRunModel
+	{
+	public:
+		explicit FRunModel(const TSharedRef<IRun>& InRun)
+			: Run(InRun)
+		{
+		}
+
+		TSharedRef<IRun> GetRun() const { return Run; }
+		FTextRange GetTextRange() const { return Run->GetTextRange(); }
+		void AppendTextTo(FString& OutText) const { Run->AppendTextTo(OutText); }
+
+	private:
+		friend class FWrappedText;
+		TSharedRef<IRun> Run;
+	};
+
+	struct FLineModel
+	{
+		TSharedRef<FString> Text;
+		TArray<FRunModel> Runs;
+		TArray<FTextLineHighlight> LineHighlights;
+	};
+
+	virtual ~FTextLayout() = default;
+	UE_NONCOPYABLE(FTextLayout)
+
+	void AddLine(const FNewLineData& NewLine);
+	void AddLines(const TArray<FNewLineData>& NewLines);
+	void ClearLines() { LineModels.Empty(); }
+	const TArray<FLineModel>& GetLineModels() const { return LineModels; }
+	/** The text of the runs, the lines joined by LINE_TERMINATOR. */
+	void GetAsText(FString& DisplayText) const;
+	/** The line has been added before. */
+	void AddLineHighlight(const FTextLineHighlight& Highlight);
+
+protected:
+	FTextLayout() = default;
+
+private:
+	TArray<FLineModel> LineModels;
 };

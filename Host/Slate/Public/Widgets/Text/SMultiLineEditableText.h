@@ -5,6 +5,8 @@
 #include "../../../Internal/Framework/Text/WrappedText.h"
 #include "CoreMinimal.h"
 #include "Framework/SlateDelegates.h"
+#include "Framework/Text/ITextLayoutMarshaller.h"
+#include "Framework/Text/SlateTextLayout.h"
 #include "Framework/Text/TextLayout.h"
 #include "GenericPlatform/GenericApplication.h"
 #include "Styling/SlateTypes.h"
@@ -16,10 +18,17 @@
  *
  * Each key is offered to OnKeyDownHandler first. While the text can be edited it takes Enter itself, so no parent sees
  * that key; a read-only text lets it pass. Its colour comes from the style, or from the parents' foreground.
+ *
+ * A marshaller makes the lines that are shown, selected and copied of a text that may be written differently, and gives
+ * them runs in styles of their own. What the user changes in such a text is marshalled again as a whole, as it is
+ * shown.
  */
 class SMultiLineEditableText : public SWidget, public ITextCompositionTarget
 {
 public:
+	/** After the cursor has moved, for whatever reason. */
+	DECLARE_DELEGATE_OneParam(FOnCursorMoved, const FTextLocation&);
+
 	SLATE_BEGIN_ARGS(SMultiLineEditableText)
 		: _TextStyle(nullptr)
 		, _ModiferKeyForNewLine(EModifierKey::None)
@@ -38,11 +47,17 @@ public:
 	SLATE_ATTRIBUTE(bool, AutoWrapText)
 	/** A width in Slate units; 0: not there. */
 	SLATE_ATTRIBUTE(float, WrapTextAt)
+	/** Unless it is set, a text with a marshaller keeps long words whole, and one without breaks them. */
+	SLATE_ATTRIBUTE(ETextWrappingPolicy, WrappingPolicy)
+	/** 1: as high as the font asks for. */
+	SLATE_ATTRIBUTE(float, LineHeightPercentage)
+	SLATE_ARGUMENT(TSharedPtr<ITextLayoutMarshaller>, Marshaller)
 	SLATE_ATTRIBUTE(bool, SelectAllTextWhenFocused)
 	SLATE_ATTRIBUTE(bool, ClearTextSelectionOnFocusLoss)
 	SLATE_ATTRIBUTE(bool, ClearKeyboardFocusOnCommit)
 	SLATE_EVENT(FOnTextChanged, OnTextChanged)
 	SLATE_EVENT(FOnTextCommitted, OnTextCommitted)
+	SLATE_EVENT(FOnCursorMoved, OnCursorMoved)
 	SLATE_EVENT(FOnKeyDown, OnKeyDownHandler)
 	SLATE_EVENT(FOnKeyChar, OnKeyCharHandler)
 	/** What has to be held down for Enter to begin a new line; without it Enter then commits the text. */
@@ -54,9 +69,9 @@ public:
 
 	/** Replaces the text and puts the cursor at its end; raises OnTextChanged if the text differs. */
 	void SetText(const TAttribute<FText>& InText);
-	/** The getter's answer if the text is bound, otherwise what GetPlainText says. */
+	/** The getter's answer if the text is bound, otherwise the marshaller's, or what GetPlainText says. */
 	FText GetText() const;
-	/** What is shown and edited, its lines joined by LINE_TERMINATOR. */
+	/** What is shown, its lines joined by LINE_TERMINATOR. */
 	FText GetPlainText() const;
 	FText GetSelectedText() const;
 	void SetHintText(const TAttribute<FText>& InHintText);
@@ -137,7 +152,17 @@ private:
 	void DeleteTo(const FTextLocation& Other, FTextHistory::EChange Change = FTextHistory::EChange::Whole);
 	FTextLocation Insert(const FTextLocation& Location, const FString& Text);
 	void ReplaceAll(const FString& NewText);
+	/** Makes the lines of a text. */
+	void SetLines(const FString& Text);
+	/** Makes the lines of a text again, under a cursor and a selection that stay as far as they can. */
+	void MarshalAgain(const FString& Text);
+	/** What GetText answers while no text is bound. */
+	FText GetEditableText() const;
+	/** After the user has changed the lines. */
+	void NotifyEdited();
 	void NotifyTextChanged();
+	void NotifyCursorMoved();
+	void InvalidateLayout();
 	void InvalidateText();
 	bool RefreshBoundText();
 
@@ -162,14 +187,16 @@ private:
 	const FWrappedText& GetLayout() const;
 	void KeepCursorInView();
 	float GetLongestScrollOffset() const;
-	FStringView GetShownText(const FWrappedText::FLine& Line) const;
-	/** The horizontal place of an offset within a shown line, in Slate units. */
-	float GetCursorX(const FWrappedText::FLine& Line, int32 Offset) const;
 	int32 PaintText(const FGeometry& AllottedGeometry, const FSlateRect& MyCullingRect,
+		FSlateWindowElementList& OutDrawElements, int32 LayerId, const FWidgetStyle& InWidgetStyle) const;
+	void PaintLine(const FWrappedText::FLine& Line, const FGeometry& TextGeometry, const FSlateRect& MyCullingRect,
+		FSlateWindowElementList& OutDrawElements, int32 LayerId, const FWidgetStyle& InWidgetStyle) const;
+	/** What marks stretches of a line, under its text or over it. */
+	void PaintHighlights(const FWrappedText::FLine& Line, const FGeometry& TextGeometry, float Baseline,
+		bool bUnderText, const FSlateRect& MyCullingRect, FSlateWindowElementList& OutDrawElements, int32 LayerId,
+		const FWidgetStyle& InWidgetStyle) const;
+	void PaintSelection(const FWrappedText::FLine& Line, const FGeometry& TextGeometry, const FSlateRect& MyCullingRect,
 		FSlateWindowElementList& OutDrawElements, int32 LayerId, const FLinearColor& Tint) const;
-	void PaintSelection(const FWrappedText::FLine& Line, float Y, const FGeometry& AllottedGeometry,
-		const FSlateRect& MyCullingRect, FSlateWindowElementList& OutDrawElements, int32 LayerId,
-		const FLinearColor& Tint) const;
 
 	FNoChildren NoChildren{ this };
 	TAttribute<FText> BoundText;
@@ -179,18 +206,26 @@ private:
 	TCachedAttribute<FMargin> Margin{ EInvalidateWidgetReason::Layout };
 	TCachedAttribute<bool> AutoWrapText{ EInvalidateWidgetReason::Layout, false };
 	TCachedAttribute<float> WrapTextAt{ EInvalidateWidgetReason::Layout, 0.0f };
+	TCachedAttribute<ETextWrappingPolicy> WrappingPolicy{ EInvalidateWidgetReason::Layout,
+		ETextWrappingPolicy::AllowPerCharacterWrapping };
+	TCachedAttribute<float> LineHeightPercentage{ EInvalidateWidgetReason::Layout, 1.0f };
 	TAttribute<bool> IsReadOnlyAttribute;
 	TAttribute<bool> SelectAllTextWhenFocused;
 	TAttribute<bool> ClearTextSelectionOnFocusLoss;
 	TAttribute<bool> ClearKeyboardFocusOnCommit;
 	FOnTextChanged OnTextChanged;
 	FOnTextCommitted OnTextCommitted;
+	FOnCursorMoved OnCursorMoved;
 	FOnKeyDown OnKeyDownHandler;
 	FOnKeyChar OnKeyCharHandler;
 	EModifierKey::Type ModiferKeyForNewLine = EModifierKey::None;
 
 	TArray<FString> Lines; // at least one
+	TSharedPtr<ITextLayoutMarshaller> Marshaller;
+	TSharedPtr<FSlateTextLayout> MarshalledLines; // the runs of Lines; null without a marshaller
+	TOptional<FString> MarshalledText;            // of which they were made
 	FTextLocation Cursor;
+	FTextLocation NotifiedCursor;
 	FTextLocation SelectionAnchor; // where the selection began; the cursor itself when nothing is selected
 	FTextLocation CompositionBegin;
 	int32 CompositionLength = 0;                  // 0 unless an input method is composing
@@ -203,7 +238,5 @@ private:
 
 	mutable FWrappedText Layout;
 	mutable TArray<FString> Dots; // of a password
-	mutable FSlateFontInfo LaidOutFont;
-	mutable float LaidOutWidth = -1.0f;
 	mutable bool bLayoutIsStale = true;
 };
