@@ -64,7 +64,8 @@ void ConnectionWatch::OnFreed(void*, void* Data, CRYPTO_EX_DATA*, int, long, voi
 
 void ConnectionWatch::Add(SSL* Ssl)
 {
-	auto Made = std::make_unique<Connection>(Connection{ this, SSL_get_fd(Ssl), State::Waiting, After(RequestTime) });
+	auto Made =
+		std::make_unique<Connection>(Connection{ this, Ssl, SSL_get_fd(Ssl), State::Waiting, After(RequestTime) });
 	const std::lock_guard Lock(Mutex);
 	SSL_set_ex_data(Ssl, ConnectionIndex(), Made.get());
 	Current = Made.get();
@@ -120,9 +121,12 @@ void ConnectionWatch::EndReply()
 
 void ConnectionWatch::EndConnection()
 {
-	SetState(State::Replying);
+	// The thread gives way to others, as one that waits for a request does.
+	SetState(State::Waiting);
 	if (Current)
 	{
+		// Also what has been decrypted with the request already.
+		SSL_set_shutdown(Current->Ssl, SSL_SENT_SHUTDOWN | SSL_RECEIVED_SHUTDOWN);
 		Platform::HangUp(Current->Socket);
 	}
 }

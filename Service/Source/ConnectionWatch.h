@@ -53,6 +53,7 @@ private:
 	struct Connection
 	{
 		ConnectionWatch* Owner;
+		SSL* Ssl;
 		int Socket;
 		State Now;
 		Clock::time_point Deadline;

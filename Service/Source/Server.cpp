@@ -4,6 +4,7 @@
 #include "Log.h"
 #include "Metrics.h"
 
+#include <algorithm>
 #include <httplib.h>
 #include <stdexcept>
 
@@ -38,11 +39,20 @@ HttpReply Refuse(int Code, const std::string& Error)
 	return HttpReply::FromJson({ { "error", Error } }, Code);
 }
 
-/** Otherwise the rest of it would be taken for the next request, perhaps of somebody else behind the same proxy. */
-bool IsReadToItsEnd(const httplib::Request& Request)
+/** "Content-Length : 5" is no header to one reader, and a length to another. */
+bool HasDoubtfulNames(const httplib::Request& Request)
 {
+	return std::any_of(Request.headers.begin(), Request.headers.end(),
+		[](const auto& Header) { return Header.first.find_first_of(" \t") != std::string::npos; });
+}
+
+/** Otherwise the rest of it would be taken for the next request, perhaps of somebody else behind the same proxy. */
+bool IsReadToItsEnd(const httplib::Request& Request, const httplib::Response& Response)
+{
+	// What no handler has answered may be a head that was given up half way.
 	const size_t NumLengths = Request.get_header_value_count("Content-Length");
-	return !Request.has_header("Transfer-Encoding") &&
+	return Response.has_header(AnsweredHeader) && !Request.has_header("Transfer-Encoding") &&
+		   !HasDoubtfulNames(Request) &&
 		   (NumLengths == 0 ||
 			   (NumLengths == 1 && Request.get_header_value("Content-Length") == std::to_string(Request.body.size())));
 }
@@ -109,9 +119,17 @@ void Server::AddRoutes()
 		}
 	});
 	Pages.AddRoutes(*Https, [this] { Answers.CheckHealth(); });
+	Https->set_post_routing_handler([](const httplib::Request& Request, httplib::Response& Response) {
+		if (!IsReadToItsEnd(Request, Response))
+		{
+			Response.headers.erase("Keep-Alive");
+			Response.headers.erase("Connection");
+			Response.set_header("Connection", "close");
+		}
+	});
 	Https->set_logger([this](const httplib::Request& Request, const httplib::Response& Response) {
 		GetMetrics().Add(Metric::HttpRequests, std::to_string(Response.status));
-		IsReadToItsEnd(Request) ? Watch->EndReply() : Watch->EndConnection();
+		IsReadToItsEnd(Request, Response) ? Watch->EndReply() : Watch->EndConnection();
 	});
 	Https->set_error_handler([](const httplib::Request&, httplib::Response& Response) {
 		// What a handler has answered stays as it is, an empty body included.

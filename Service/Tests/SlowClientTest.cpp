@@ -3,6 +3,7 @@
 #include "ScriptResponder.h"
 
 #include <arpa/inet.h>
+#include <atomic>
 #include <chrono>
 #include <gtest/gtest.h>
 #include <poll.h>
@@ -128,15 +129,53 @@ TEST(SlowClientTest, ABodyIsNeverTakenForARequest)
 	const std::string Length = "Content-Length: " + std::to_string(Inner.size()) + "\r\n";
 	const std::string Chunked = "Transfer-Encoding: chunked\r\n";
 	const std::string Key = "x-api-key: right\r\n";
+	const std::string TooLong(9000, 'a');
 	for (const std::string& Head : { "POST /command HTTP/1.1\r\n" + Length, "GET /health HTTP/1.1\r\n" + Length,
 			 "GET /status?request_id=x HTTP/1.1\r\n" + Key + Length, "DELETE /command HTTP/1.1\r\n" + Length,
-			 "GET /health HTTP/1.1\r\n" + Chunked, "POST /command HTTP/1.1\r\n" + Length + Chunked })
+			 "GET /health HTTP/1.1\r\n" + Chunked, "POST /command HTTP/1.1\r\n" + Length + Chunked,
+			 "GET /" + TooLong + " HTTP/1.1\r\n" + Length, "GET /health HTTP/1.1\r\nA: " + TooLong + "\r\n" + Length,
+			 "GET /health HTTP/9\r\n" + Length, "GET /health HTTP/1.1\r\nTransfer-Encoding : chunked\r\n" + Key })
 	{
 		const SlowClient Client(Service.GetPort(), SlowClient::Kind::Whole);
 		const std::string Replies = Client.Ask(Head + "Host: localhost\r\n\r\n", Inner);
 		EXPECT_EQ(Replies.find("HTTP/1.1"), 0u) << Head << Replies;
 		EXPECT_EQ(Replies.find("HTTP/1.1", 1), std::string::npos) << Head << Replies;
+		// Whoever reuses connections would lose the next request.
+		EXPECT_NE(Replies.find("Connection: close\r\n"), std::string::npos) << Head << Replies;
+		EXPECT_EQ(Replies.find("Keep-Alive"), std::string::npos) << Head << Replies;
 	}
+}
+
+TEST(SlowClientTest, ABodyThatCameWithItsHeadIsNotCarriedOut)
+{
+	class Counter : public OfflineResponder
+	{
+	public:
+		explicit Counter(std::atomic<int>& InCount)
+			: Count(InCount)
+		{
+		}
+		std::unique_ptr<Conversation> Begin(const Turn& FirstTurn) const override
+		{
+			++Count;
+			return OfflineResponder::Begin(FirstTurn);
+		}
+
+	private:
+		std::atomic<int>& Count;
+	};
+	std::atomic<int> NumBegun = 0;
+	RunningServer Service(AnswerWith<Counter>(NumBegun), {});
+	const std::string Message = R"({"message": "Hello.", "file_structure": {}})";
+	const std::string Inner =
+		"POST /command HTTP/1.1\r\nHost: localhost\r\nContent-Length: " + std::to_string(Message.size()) + "\r\n\r\n" +
+		Message;
+	const SlowClient Client(Service.GetPort(), SlowClient::Kind::Whole);
+	Client.Ask("GET /health HTTP/1.1\r\nHost: localhost\r\nContent-Length: " + std::to_string(Inner.size()) +
+				   "\r\n\r\n" + Inner,
+		"");
+	Service.Stop();
+	EXPECT_EQ(NumBegun, 0);
 }
 
 TEST(SlowClientTest, SlowClientsDoNotKeepOthersWaiting)
