@@ -64,9 +64,14 @@ const FCharacterRange RelatedRanges[] = {
 const FCharacterRange StyledRanges[] = {
 	{ 0x2024, 0x2024 }, { 0xFE52, 0xFE52 }, { 0xFF0E, 0xFF0F }, { 0xFF1A, 0xFF1A }, // dots, slash and colon
 	{ 0x2044, 0x2044 }, { 0x2215, 0x2216 }, { 0x29F5, 0x29F9 }, { 0xFF3C, 0xFF3C }, // strokes and backslashes
-	{ 0x212A, 0x212B },                                                             // Kelvin and Angstrom signs
-	{ 0xFF21, 0xFF3A }, { 0xFF41, 0xFF5A },                                         // full width
-	{ 0x1D400, 0x1D7FF },                                                           // mathematical
+	{ 0xA789, 0xA789 },                                                             // colon of phonetics
+	{ 0x0250, 0x02AF }, { 0x1D00, 0x1DBF }, { 0xAB30, 0xAB6F },                     // phonetic
+	{ 0x2102, 0x2102 }, { 0x210A, 0x2113 }, { 0x2115, 0x2115 }, { 0x2119, 0x211D }, // letterlike symbols
+	{ 0x2124, 0x2124 }, { 0x2128, 0x2128 }, { 0x212A, 0x2139 }, { 0x2145, 0x2149 },
+	{ 0x2160, 0x217F },                     // Roman numerals
+	{ 0xFB00, 0xFB06 },                     // ligatures
+	{ 0xFF21, 0xFF3A }, { 0xFF41, 0xFF5A }, // full width
+	{ 0x1D400, 0x1D7FF },                   // mathematical
 };
 /** Greek and Cyrillic letters that cannot be told from Latin ones. */
 const TCHAR* const LookAlikes =
