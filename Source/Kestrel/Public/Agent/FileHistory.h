@@ -169,6 +169,17 @@ private:
 	 * @return false when there is such a version, and it could not be kept
 	 */
 	bool KeepVersionOfOthers(const FString& Key, const FString& Name, const FString& FullPath);
+	/** @param RealPath  of the file; empty when only the record under this very path is meant */
+	void NoteLeftAt(const FString& Key, const FString& FilePath, const FString& RealPath);
+	/**
+	 * Before a link is put back to the file that the conversation has changed through it: records that file, too, which
+	 * gets its old text back behind the link.
+	 *
+	 * @param OutName  what it is recorded under; stays empty when there is nothing to record
+	 * @return false when it could not be recorded
+	 */
+	bool StoreRedoBehindLink(const FString& Key, const FFileHistoryEntry& Entry, const FKestrelFileSnapshot& Now,
+		const FKestrelFileSnapshot& To, FString& OutName);
 	/** Brings a file of an entry from one state to another. @return whether it got there */
 	bool ChangeState(const FString& FilePath, const FFileHistoryEntry& Entry, const FKestrelFileSnapshot& From,
 		const FKestrelFileSnapshot& To);

@@ -67,6 +67,24 @@ FString GetRecordName(const FFileHistory::FFileEntries& Entries, const FString& 
 	return Name;
 }
 
+/**
+ * The name under which a file is recorded that a link leads to, a longer way to it: it may have a record of its own,
+ * and there may be other links.
+ */
+FString GetNameBehindLink(const FFileHistory::FHistories& Histories, const FString& Key, const FString& RealPath)
+{
+	const FFileHistory::FFileEntries* Entries = Histories.Find(Key);
+	FString Folder = FPaths::GetPath(RealPath);
+	FString Name;
+	do
+	{
+		Folder += TEXT("/.");
+		Name = Folder / FPaths::GetCleanFilename(RealPath);
+	}
+	while (Entries && Entries->Contains(Name));
+	return Name;
+}
+
 const FFileHistoryEntry* Find(const FFileHistory::FHistories& Histories, const FString& Key, const FString& FilePath)
 {
 	const FFileHistory::FFileEntries* Entries = Histories.Find(Key);
@@ -109,8 +127,18 @@ void RemoveOvertaken(FFileHistory::FHistories& Histories, const FString& Key, co
 	}
 	for (const FString& FilePath : Overtaken)
 	{
+		KestrelVersionsOfOthers::NameKeptCopies(FFileUtils::ToAbsolutePath(FilePath), *Find(Histories, Key, FilePath));
 		Remove(Histories, Key, FilePath);
 	}
+}
+
+/** The file is as it was before the conversation. */
+void EndUndo(
+	FFileHistory::FHistories& Histories, const FString& Key, const FString& FilePath, const FFileHistoryEntry& Entry)
+{
+	KestrelFileSnapshot::RemoveEmptyFolders(FFileUtils::ToAbsolutePath(FilePath), Entry.NumNewFolders);
+	Remove(Histories, Key, FilePath);
+	RemoveOvertaken(Histories, Key, Entry);
 }
 
 /** Two paths may lead to one file, through a link for instance: only the way back, step by step, ends at its start. */
@@ -260,6 +288,27 @@ bool FFileHistory::StoreFileRedoVersion(
 	return true;
 }
 
+bool FFileHistory::StoreRedoBehindLink(const FString& Key, const FFileHistoryEntry& Entry,
+	const FKestrelFileSnapshot& Now, const FKestrelFileSnapshot& To, FString& OutName)
+{
+	const bool bLinkReturns = !To.LinkTarget.IsEmpty() && !To.LinkTarget.Equals(Now.LinkTarget) && !To.bIsLinkAlone;
+	if (!bLinkReturns || Entry.RealPath.IsEmpty())
+	{
+		return true;
+	}
+	const FKestrelFileSnapshot Behind = FKestrelFileSnapshot::OnDisk(Entry.RealPath);
+	FKestrelFileSnapshot BehindThen = To;
+	BehindThen.LinkTarget.Empty();
+	FFileHistoryEntry Undone;
+	Undone.ActionType = BehindThen.ActionTo(Behind);
+	if (Behind.bIsUnreadable || Undone.ActionType == EFileActionType::None)
+	{
+		return true;
+	}
+	OutName = FileHistory::GetNameBehindLink(RedoHistories, Key, Entry.RealPath);
+	return StoreFileRedoVersion(Key, OutName, Behind.Content, Undone);
+}
+
 FString FFileHistory::LoadLastConversation(TArray<FString>& OutNotUndoable)
 {
 	TOptional<FKestrelHistoryStore::FConversation> Last = FKestrelHistoryStore::LoadLast();
@@ -281,8 +330,12 @@ FString FFileHistory::LoadLastConversation(TArray<FString>& OutNotUndoable)
 
 void FFileHistory::NoteLeft(const FString& Key, const FString& FilePath)
 {
+	NoteLeftAt(Key, FilePath, KestrelNativeFile::ResolveLinks(FFileUtils::ToAbsolutePath(FilePath)));
+}
+
+void FFileHistory::NoteLeftAt(const FString& Key, const FString& FilePath, const FString& RealPath)
+{
 	const FString FullPath = FFileUtils::ToAbsolutePath(FilePath);
-	const FString RealPath = KestrelNativeFile::ResolveLinks(FullPath);
 	const FKestrelFileMark Mark = KestrelVersionsOfOthers::MarkOf(FullPath);
 	for (FHistories* Histories : { &FileHistories, &RedoHistories })
 	{
@@ -405,9 +458,8 @@ bool FFileHistory::UndoChanges(const FString& Key, const FString& FilePath)
 	Undone.ActionType = Before.ActionTo(Now);
 	if (Undone.ActionType == EFileActionType::None)
 	{
-		KestrelFileSnapshot::RemoveEmptyFolders(FullPath, Entry.NumNewFolders); // of a file that is gone again
-		FileHistory::Remove(FileHistories, Key, FilePath);
-		FileHistory::RemoveOvertaken(FileHistories, Key, Entry);
+		KestrelVersionsOfOthers::NameKeptCopies(FullPath, Entry);
+		FileHistory::EndUndo(FileHistories, Key, FilePath, Entry);
 		return false;
 	}
 	if (!KestrelVersionsOfOthers::KeepBeforeStep(FullPath, Now.LinkTarget, Entry) ||
@@ -415,13 +467,19 @@ bool FFileHistory::UndoChanges(const FString& Key, const FString& FilePath)
 	{
 		return false;
 	}
+	FString NameBehindLink;
+	const auto ForgetRedoOfIt = [&]() {
+		FileHistory::Remove(RedoHistories, Key, FilePath);
+		FileHistory::Remove(RedoHistories, Key, NameBehindLink);
+		return false;
+	};
+	if (!StoreRedoBehindLink(Key, Entry, Now, Before, NameBehindLink) ||
+		(Entry.bIndexTouched && !KestrelRevisionIndex::Revert(FullPath, Entry)))
+	{
+		return ForgetRedoOfIt();
+	}
 	if (Entry.bIndexTouched)
 	{
-		if (!KestrelRevisionIndex::Revert(FullPath, Entry))
-		{
-			FileHistory::Remove(RedoHistories, Key, FilePath);
-			return false;
-		}
 		Now = FKestrelFileSnapshot::OnDisk(FullPath);
 	}
 	// Revision control is not told of a file that it is to have again as it had it.
@@ -434,15 +492,11 @@ bool FFileHistory::UndoChanges(const FString& Key, const FString& FilePath)
 		{
 			KestrelRevisionIndex::Restore(FullPath, Entry);
 		}
-		KestrelFileSnapshot::RemoveEmptyFolders(FullPath, Entry.NumNewFolders);
+		FileHistory::EndUndo(FileHistories, Key, FilePath, Entry);
 	}
-	FileHistory::Remove(bUndone ? FileHistories : RedoHistories, Key, FilePath);
-	if (bUndone)
-	{
-		FileHistory::RemoveOvertaken(FileHistories, Key, Entry);
-	}
-	NoteLeft(Key, FilePath);
-	return bUndone;
+	// What a link leads to was not touched with the link alone: others may have written to it.
+	NoteLeftAt(Key, FilePath, Before.bIsLinkAlone ? FString() : KestrelNativeFile::ResolveLinks(FullPath));
+	return bUndone || ForgetRedoOfIt();
 }
 
 bool FFileHistory::RedoChanges(const FString& Key, const FString& FilePath)

@@ -31,7 +31,7 @@ TOptional<FKestrelFileMark>* KestrelVersionsOfOthers::FindLeft(
 	{
 		return &Entry.Left;
 	}
-	if (!Entry.RealPath.Equals(RealPath))
+	if (RealPath.IsEmpty() || !Entry.RealPath.Equals(RealPath))
 	{
 		return nullptr;
 	}
@@ -70,13 +70,18 @@ bool KestrelVersionsOfOthers::KeepIfChanged(
 	return true;
 }
 
-bool KestrelVersionsOfOthers::KeepBeforeStep(
-	const FString& FullPath, const FString& LinkNow, const FFileHistoryEntry& Entry)
+void KestrelVersionsOfOthers::NameKeptCopies(const FString& FullPath, const FFileHistoryEntry& Entry)
 {
 	for (const FString& Copy : Entry.KeptCopies)
 	{
 		FFileHistory::Get().OnTextKept.ExecuteIfBound(FullPath, Copy);
 	}
+}
+
+bool KestrelVersionsOfOthers::KeepBeforeStep(
+	const FString& FullPath, const FString& LinkNow, const FFileHistoryEntry& Entry)
+{
+	NameKeptCopies(FullPath, Entry);
 	const bool bReplacesLink = !LinkNow.IsEmpty() && !LinkNow.Equals(Entry.LinkTarget);
 	return bReplacesLink || KeepIfChanged(FullPath, Entry.Left, Entry);
 }

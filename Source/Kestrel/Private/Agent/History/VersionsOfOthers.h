@@ -13,6 +13,7 @@ FKestrelFileMark MarkOf(const FString& FullPath);
  * How the conversation has left a file, in an entry that may be about another path to it.
  *
  * @param EntryPath  what the entry is recorded under
+ * @param RealPath   of FilePath; empty for one that cannot be resolved, which only its own entry is about
  * @return null when the entry is about another file
  */
 TOptional<FKestrelFileMark>* FindLeft(
@@ -30,6 +31,9 @@ bool KeepCopy(const FString& FullPath, TArray<FString>& OutCopies);
  * @return false when there is one, and no copy of it could be kept
  */
 bool KeepIfChanged(const FString& FullPath, const TOptional<FKestrelFileMark>& Left, const FFileHistoryEntry& Entry);
+
+/** Tells of the copies that were made between two changes. */
+void NameKeptCopies(const FString& FullPath, const FFileHistoryEntry& Entry);
 
 /**
  * The same before a step of undo or redo, which a link that it replaces does not concern: what that leads to stays.

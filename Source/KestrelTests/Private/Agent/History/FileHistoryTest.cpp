@@ -235,6 +235,35 @@ void FKestrelFileHistorySpec::Define()
 		}
 	});
 
+	It("redoes changes behind links that were deleted afterwards", [this]() {
+		const FKestrelTestFolder Folder;
+		const FString File = Folder.Full(TEXT("a.txt"));
+		const FString Links[] = { Folder.Full(TEXT("link.txt")), Folder.Full(TEXT("other.txt")) };
+		Folder.Write(TEXT("a.txt"), TEXT("first"));
+		const FileHistoryTest::FConversation Conversation;
+		FFileHistory& History = FFileHistory::Get();
+		Conversation.Create(File, TEXT("one"));
+		for (const FString& Link : Links)
+		{
+			KestrelNativeFile::MakeLink(Link, File);
+			Conversation.Create(Link, FPaths::GetBaseFilename(Link));
+		}
+		for (const FString& Link : Links)
+		{
+			Conversation.Delete(Link);
+		}
+		for (int32 Round = 0; Round < 2; ++Round)
+		{
+			History.UndoAllChanges(Conversation.Id);
+			KestrelTest::TestSameText(*this, TEXT("undone"), FFileUtils::ReadFile(Links[0]), TEXT("first"));
+			TestFalse(TEXT("nothing is left to undo"), History.GetFileHistories().Contains(Conversation.Id));
+			History.RedoAllChanges(Conversation.Id);
+			KestrelTest::TestSameText(*this, TEXT("redone"), FFileUtils::ReadFile(File), TEXT("other"));
+			TestFalse(TEXT("links"), FPaths::FileExists(Links[0]) || FPaths::FileExists(Links[1]));
+			TestFalse(TEXT("nothing is left to redo"), History.GetRedoHistories().Contains(Conversation.Id));
+		}
+	});
+
 	It("keeps a text that somebody else has written between", [this]() {
 		using FTell = void (*)(const FileHistoryTest::FConversation& Conversation, const FKestrelTestFolder& Folder);
 		const TPair<const TCHAR*, FTell> Stories[] = {
@@ -260,6 +289,13 @@ void FKestrelFileHistorySpec::Define()
 					Conversation.Delete(Folder.Full(TEXT("a.txt")));
 					FFileHistory::Get().UndoAllChanges(Conversation.Id);
 				} },
+			{ TEXT("between two changes, of which the second is the way back"),
+				[](const FileHistoryTest::FConversation& Conversation, const FKestrelTestFolder& Folder) {
+					Conversation.Create(Folder.Full(TEXT("a.txt")), TEXT("one"));
+					Folder.Write(TEXT("a.txt"), TEXT("work"));
+					Conversation.Create(Folder.Full(TEXT("a.txt")), TEXT("first"));
+					FFileHistory::Get().UndoAllChanges(Conversation.Id);
+				} },
 			{ TEXT("between two changes by two paths"),
 				[](const FileHistoryTest::FConversation& Conversation, const FKestrelTestFolder& Folder) {
 					Conversation.Create(Folder.Full(TEXT("link.txt")), TEXT("one"));
@@ -270,6 +306,13 @@ void FKestrelFileHistorySpec::Define()
 			{ TEXT("behind a link that was deleted after the change"),
 				[](const FileHistoryTest::FConversation& Conversation, const FKestrelTestFolder& Folder) {
 					Conversation.Create(Folder.Full(TEXT("link.txt")), TEXT("one"));
+					Conversation.Delete(Folder.Full(TEXT("link.txt")));
+					Folder.Write(TEXT("a.txt"), TEXT("work"));
+					FFileHistory::Get().UndoAllChanges(Conversation.Id);
+				} },
+			{ TEXT("to a file that a deleted link led to"),
+				[](const FileHistoryTest::FConversation& Conversation, const FKestrelTestFolder& Folder) {
+					Conversation.Create(Folder.Full(TEXT("a.txt")), TEXT("one"));
 					Conversation.Delete(Folder.Full(TEXT("link.txt")));
 					Folder.Write(TEXT("a.txt"), TEXT("work"));
 					FFileHistory::Get().UndoAllChanges(Conversation.Id);
