@@ -39,6 +39,22 @@ HttpReply Refuse(int Code, const std::string& Error)
 	return HttpReply::FromJson({ { "error", Error } }, Code);
 }
 
+/** Only what says its length, and is not packed, is held against the limit before it is read. */
+bool RefuseUnlimitedBody(const httplib::Request& Request, httplib::Response& Response)
+{
+	if (Request.has_header("Transfer-Encoding"))
+	{
+		Send(Refuse(411, "Send the body with a Content-Length."), Response);
+		return true;
+	}
+	if (Request.has_header("Content-Encoding"))
+	{
+		Send(Refuse(415, "Send the body without a Content-Encoding."), Response);
+		return true;
+	}
+	return false;
+}
+
 /** "Content-Length : 5" is no header to one reader, and a length to another. */
 bool HasDoubtfulNames(const httplib::Request& Request)
 {
@@ -100,7 +116,7 @@ void Server::AddRoutes()
 		// Before a body is read: strangers cannot have one kept.
 		const bool bPage =
 			OperatorPages::IsOwnPath(Request.path) && (Request.method == "GET" || Request.method == "HEAD");
-		if (!bPage && !Admit(Request, Response))
+		if (!bPage && (!Admit(Request, Response) || RefuseUnlimitedBody(Request, Response)))
 		{
 			return httplib::Server::HandlerResponse::Handled;
 		}

@@ -98,6 +98,21 @@ TEST_F(ServerTest, ChecksTheKeyAndTheSizeOfTheBody)
 	EXPECT_EQ(Client->Post("/command", { { "x-api-key", "secret" } }, "no json", "application/json")->status, 400);
 }
 
+TEST_F(ServerTest, ABodyWhoseSizeIsNotSaidBeforeIsRefused)
+{
+	// Neither is held against the limit while it is read: a few bytes may unpack to all the memory there is.
+	Start(AnswerWith<OfflineResponder>());
+	EXPECT_EQ(Client->Post("/command", { { "Content-Encoding", "gzip" } }, "{}", "application/json")->status, 415);
+	const auto WriteChunk = [](size_t, httplib::DataSink& Sink) {
+		Sink.write("{}", 2);
+		Sink.done();
+		return true;
+	};
+	EXPECT_EQ(
+		Client->Post("/command", httplib::ContentProviderWithoutLength(WriteChunk), "application/json")->status, 411);
+	EXPECT_EQ(Client->Post("/command", "{}", "application/json")->status, 200);
+}
+
 TEST_F(ServerTest, ABodyThatIsNotUtf8IsRefused)
 {
 	Start(AnswerWith<OfflineResponder>());
