@@ -1,7 +1,5 @@
 #include "Brushes/SlateColorBrush.h"
-#include "Fonts/FontMeasure.h"
-#include "Rendering/DrawElements.h"
-#include "Rendering/SlateRenderer.h"
+#include "RecordingRenderer.h"
 #include "SlateTestFixture.h"
 #include "Styling/CoreStyle.h"
 #include "Widgets/Layout/SBorder.h"
@@ -12,28 +10,6 @@
 
 namespace PaintingTest
 {
-
-/** Keeps what was drawn in the last frame. */
-class FRecordingRenderer final : public FSlateRenderer
-{
-public:
-	FRecordingRenderer()
-		: FSlateRenderer(MakeShared<FFixedFontMeasure>())
-	{
-	}
-	virtual void DrawWindow(const TSharedRef<SWindow>& Window, FSlateWindowElementList& DrawElements) override
-	{
-		Boxes.Empty();
-		Texts.Empty();
-		for (const FSlateDrawElement& Element : DrawElements.GetElements())
-		{
-			(Element.Text.IsEmpty() ? Boxes : Texts).Add(Element);
-		}
-	}
-
-	TArray<FSlateDrawElement> Boxes;
-	TArray<FSlateDrawElement> Texts;
-};
 
 class FPaintingTest : public testing::Test
 {

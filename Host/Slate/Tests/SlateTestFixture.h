@@ -4,6 +4,7 @@
 #include "Framework/Application/SlateApplication.h"
 #include "HAL/HostClock.h"
 #include "InputCoreTypes.h"
+#include "Rendering/SlateRenderer.h"
 #include "Widgets/DeclarativeSyntaxSupport.h"
 #include "Widgets/SWindow.h"
 
@@ -22,11 +23,16 @@ public:
 class FSlateTest : public testing::Test
 {
 protected:
-	FSlateTest()
+	/** @param Renderer  null: the one that an application has by itself */
+	explicit FSlateTest(const TSharedPtr<FSlateRenderer>& Renderer = nullptr)
 		: Platform(MakeShared<FTestPlatform>())
 	{
 		FHostClock::Get().SetMode(EClockMode::Unattended);
 		FSlateApplication::Create(Platform);
+		if (Renderer.IsValid())
+		{
+			FSlateApplication::Get().InitializeRenderer(Renderer.ToSharedRef());
+		}
 		Window = FSlateApplication::Get().AddWindow(SNew(SWindow).ClientSize(FVector2D(400.0, 300.0)));
 	}
 	virtual ~FSlateTest() override

@@ -96,6 +96,24 @@ TEST(CairoRendererTest, DrawsBoxesAndText)
 	EXPECT_EQ(FPicture({ Clipped }).CountLit(12, 100), 0);
 }
 
+TEST(CairoRendererTest, DrawsEachTypefaceDifferently)
+{
+	TArray<TArray<uint32>> Drawn;
+	for (const char* Typeface : { "Regular", "Bold", "Italic", "BoldItalic", "Mono" })
+	{
+		FSlateDrawElement Element = MakeText(TEXT("Hello"), 5.0f, 5.0f);
+		Element.Font.TypefaceFontName = FName(Typeface);
+		const FPicture Picture({ Element });
+		TArray<uint32> Pixels;
+		for (int32 Index = 0; Index < 100 * 60; ++Index)
+		{
+			Pixels.Add(Picture.At(Index % 100, Index / 100));
+		}
+		EXPECT_FALSE(Drawn.Contains(Pixels)) << Typeface;
+		Drawn.Add(Pixels);
+	}
+}
+
 TEST(CairoRendererTest, DrawsLinesCurvesAndPolygons)
 {
 	const FGeometry Moved =

@@ -37,6 +37,8 @@ TEST(PangoFontsTest, KnowsTypefacesAndSizes)
 	Large.Size = 20.0f;
 	EXPECT_NEAR(Fonts.Measure(Text, Large).X, 2.0 * Fonts.Measure(Text, FontOf("Regular")).X, 2.0);
 	EXPECT_GT(Fonts.GetMaxCharacterHeight(Large), Fonts.GetMaxCharacterHeight(FontOf("Regular")));
+	EXPECT_LT(Fonts.GetBaseline(Large), Fonts.GetBaseline(FontOf("Regular"))) << "more reaches below the letters";
+	EXPECT_LT(Fonts.GetBaseline(FontOf("Regular")), 0.0f);
 }
 
 TEST(PangoFontsTest, StopsTheCursorOnlyBetweenLetters)
@@ -126,6 +128,29 @@ TEST(PangoFontsTest, BreaksLinesAsTheLanguageDoes)
 	const TArray<int32> Words = Fonts.FindLineBreaks(TEXT("gr\u00F6\u00DFere words"), Font, 70.0f);
 	EXPECT_EQ(Words, (TArray<int32>{ 8, 5 })) << "between words";
 	EXPECT_EQ(Fonts.FindLineBreaks(TEXT("\u00F6"), Font, 1.0f), (TArray<int32>{ 1 })) << "what never fits has a line";
+}
+
+TEST(PangoFontsTest, FindsWhereALineMayBegin)
+{
+	const struct
+	{
+		const TCHAR* Text;
+		TArray<int32> Places;
+	} Cases[] = {
+		{ TEXT("two words"), { 4 } },
+		{ TEXT("gr\u00F6\u00DFere  words"), { 9 } },
+		{ TEXT("\u65E5\u672C\u3002\u8A9E"), { 1, 3 } },
+		{ TEXT("\t\u00F6 \U0001F426\u00F6 x"), { 1, 3, 5, 7 } },
+		{ TEXT("\u00F6"), {} },
+	};
+	const FPangoFonts Fonts;
+	for (const auto& Case : Cases)
+	{
+		EXPECT_EQ(Fonts.FindLineBreakPlaces(Case.Text), Case.Places) << TCHAR_TO_UTF8(Case.Text);
+	}
+	const TArray<int32> Whole =
+		Fonts.FindLineBreaks(TEXT("gr\u00F6\u00DFere words"), FontOf("Regular"), 10.0f, FPangoFonts::ELongWords::Keep);
+	EXPECT_EQ(Whole, (TArray<int32>{ 8, 5 })) << "words wider than the line";
 }
 
 TEST(PangoFontsTest, KeepsDrawnLinesApart)

@@ -118,6 +118,9 @@ void SMultiLineEditableText::MarshalAgain(const FString& Text)
 	SetLines(Text);
 	Cursor = ClampToText(Cursor);
 	SelectionAnchor = ClampToText(SelectionAnchor);
+	CompositionBegin = ClampToText(CompositionBegin);
+	const int32 LineLength = Lines[CompositionBegin.GetLineIndex()].Len();
+	CompositionLength = FMath::Min(CompositionLength, LineLength - CompositionBegin.GetOffset());
 }
 
 TArray<FString> SMultiLineEditableText::ToLines(const FString& Text) const
@@ -144,12 +147,19 @@ const TArray<FString>& SMultiLineEditableText::GetShownLines() const
 	return Dots;
 }
 
-void SMultiLineEditableText::NotifyEdited()
+void SMultiLineEditableText::MarshalEdit()
 {
 	if (Marshaller.IsValid())
 	{
+		checkf(Marshaller->RequiresLiveUpdate(),
+			TEXT("A text was changed whose marshaller does not ask for it: its runs are of the text before."));
 		MarshalAgain(GetPlainText().ToString());
 	}
+}
+
+void SMultiLineEditableText::NotifyEdited()
+{
+	MarshalEdit();
 	NotifyTextChanged();
 }
 
@@ -282,10 +292,7 @@ void SMultiLineEditableText::SetComposition(const FString& Text, int32 CursorOff
 	CompositionLength = Shown.Len();
 	Cursor = FTextLocation(CompositionBegin.GetLineIndex(), Begin + FMath::Clamp(CursorOffset, 0, CompositionLength));
 	SelectionAnchor = Cursor;
-	if (Marshaller.IsValid())
-	{
-		MarshalAgain(GetPlainText().ToString());
-	}
+	MarshalEdit();
 	InvalidateText();
 	NotifyCursorMoved();
 }

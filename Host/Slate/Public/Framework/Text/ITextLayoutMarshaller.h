@@ -14,7 +14,7 @@ public:
 	virtual void SetText(const FString& SourceString, FTextLayout& TargetTextLayout) = 0;
 	/** What the widget's GetText answers, and what is marshalled again when this is dirty. */
 	virtual void GetText(FString& TargetString, const FTextLayout& SourceTextLayout) = 0;
-	/** Whether a change that the user made asks for SetText. */
+	/** Whether SetText is to be called for each change that the user makes. */
 	virtual bool RequiresLiveUpdate() const = 0;
 	/** SetText is to be called again, at the widget's next tick. */
 	virtual void MakeDirty() = 0;

@@ -20,8 +20,8 @@
  * that key; a read-only text lets it pass. Its colour comes from the style, or from the parents' foreground.
  *
  * A marshaller makes the lines that are shown, selected and copied of a text that may be written differently, and gives
- * them runs in styles of their own. What the user changes in such a text is marshalled again as a whole, as it is
- * shown.
+ * them runs in styles of their own. One that RequiresLiveUpdate is given the text again, as it is shown, when the user
+ * has changed it; with another one the text has to be read-only.
  */
 class SMultiLineEditableText : public SWidget, public ITextCompositionTarget
 {
@@ -158,6 +158,8 @@ private:
 	void MarshalAgain(const FString& Text);
 	/** What GetText answers while no text is bound. */
 	FText GetEditableText() const;
+	/** Makes runs of lines that the user has changed. */
+	void MarshalEdit();
 	/** After the user has changed the lines. */
 	void NotifyEdited();
 	void NotifyTextChanged();
