@@ -2,6 +2,7 @@
 
 #include "Console/InteractiveSession.h"
 #include "Console/ScriptedSession.h"
+#include "Framework/Application/SlateApplication.h"
 #include "Framework/Docking/TabManager.h"
 #include "Misc/CommandLine.h"
 #include "Misc/Parse.h"
@@ -32,6 +33,8 @@ FPanelConsole::~FPanelConsole() = default;
 
 bool FPanelConsole::Start()
 {
+	// Before the tab opens: a panel may have another look for those who do not see it.
+	FSlateApplication::Get().GetAccessibleMessageHandler()->SetActive(true);
 	Tab = FGlobalTabmanager::Get()->TryInvokeTab(TabName);
 	FConsoleInterrupts::Listen();
 	if (!Tab)

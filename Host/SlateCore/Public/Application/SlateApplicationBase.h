@@ -2,6 +2,7 @@
 
 #include "CoreMinimal.h"
 #include "Types/SlateEnums.h"
+#include "Widgets/Accessibility/SlateAccessibleMessageHandler.h"
 
 class FModifierKeysState;
 class FSlateRenderer;
@@ -18,6 +19,7 @@ public:
 	static bool IsInitialized();
 
 	FSlateRenderer* GetRenderer() const { return Renderer.Get(); }
+	TSharedRef<FSlateAccessibleMessageHandler> GetAccessibleMessageHandler() const { return AccessibleMessageHandler; }
 
 	/** Application time in seconds, the same throughout one tick: what Tick and active timers are given. */
 	double GetCurrentTime() const { return CurrentTime; }
@@ -37,6 +39,8 @@ protected:
 	static void SetCurrent(const TSharedPtr<FSlateApplicationBase>& Application);
 
 	TSharedPtr<FSlateRenderer> Renderer;
+	const TSharedRef<FSlateAccessibleMessageHandler> AccessibleMessageHandler =
+		MakeShared<FSlateAccessibleMessageHandler>();
 	double CurrentTime = 0.0;
 	double LastTickTime = 0.0;
 };

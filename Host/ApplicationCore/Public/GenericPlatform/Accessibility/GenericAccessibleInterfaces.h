@@ -92,3 +92,17 @@ public:
 	virtual ~IAccessibleText() = default;
 	virtual FString GetText() const = 0;
 };
+
+/** Between the application and what reads it out. Widgets that look different to somebody who listens ask it. */
+class FGenericAccessibleMessageHandler
+{
+public:
+	virtual ~FGenericAccessibleMessageHandler() = default;
+
+	/** Somebody listens: a screen reader, or a terminal in its place. */
+	bool IsActive() const { return bActive; }
+	void SetActive(bool bInActive) { bActive = bInActive; }
+
+private:
+	bool bActive = false;
+};

@@ -1,6 +1,7 @@
 #include "Framework/Application/MenuStack.h"
 
 #include "Framework/Application/SPopup.h"
+#include "Framework/Application/SlateApplication.h"
 
 namespace MenuStack
 {
@@ -17,6 +18,14 @@ static FSlateRect GetAnchor(TWeakPtr<SWidget> Summoner)
 TSharedPtr<SPopup> FMenuStack::Push(const TSharedRef<SWidget>& Summoner, const TSharedRef<SWidget>& Content,
 	EMenuPlacement Placement, bool bFocus, const FSimpleDelegate& OnDismissed)
 {
+	const TWeakPtr<SWidget> WeakSummoner = Summoner;
+	return PushAt(MakeAttributeLambda([WeakSummoner] { return MenuStack::GetAnchor(WeakSummoner); }), Summoner, Content,
+		Placement, bFocus, OnDismissed);
+}
+
+TSharedPtr<SPopup> FMenuStack::PushAt(const TAttribute<FSlateRect>& Anchor, const TSharedRef<SWidget>& Summoner,
+	const TSharedRef<SWidget>& Content, EMenuPlacement Placement, bool bFocus, const FSimpleDelegate& OnDismissed)
+{
 	DismissFrom(FindContaining(Summoner) + 1);
 	FSlateApplication& Application = FSlateApplication::Get();
 	const TSharedPtr<SWindow> Window = Application.FindWidgetWindow(Summoner);
@@ -24,11 +33,10 @@ TSharedPtr<SPopup> FMenuStack::Push(const TSharedRef<SWidget>& Summoner, const T
 	{
 		return nullptr;
 	}
-	const TWeakPtr<SWidget> WeakSummoner = Summoner;
 	// clang-format off
 	const TSharedRef<SPopup> Popup =
 		SNew(SPopup)
-		.Anchor_Lambda([WeakSummoner] { return MenuStack::GetAnchor(WeakSummoner); })
+		.Anchor(Anchor)
 		.Placement(Placement)
 		.IsMenu(true)
 		.AccessibleText(INVTEXT("Menu"))
@@ -61,13 +69,13 @@ int32 FMenuStack::FindContaining(const TSharedPtr<const SWidget>& Widget) const
 	return INDEX_NONE;
 }
 
-TSharedPtr<SWidget> FMenuStack::FindMenuIn(const FSlateWidgetPath& Path) const
+TSharedPtr<SWidget> FMenuStack::FindMenuIn(const TArray<TSharedRef<SWidget>>& Path) const
 {
 	const int32 Index = Path.Num() > 0 ? FindContaining(Path.Last()) : INDEX_NONE;
 	return Index != INDEX_NONE ? TSharedPtr<SWidget>(Menus[Index].Popup) : nullptr;
 }
 
-void FMenuStack::OnPointerDown(const FSlateWidgetPath& PathUnderPointer)
+void FMenuStack::OnPointerDown(const TArray<TSharedRef<SWidget>>& PathUnderPointer)
 {
 	const TSharedPtr<const SWidget> Hit = PathUnderPointer.Num() > 0 ? PathUnderPointer.Last().ToSharedPtr() : nullptr;
 	DismissFrom(FindContaining(Hit) + 1);

@@ -1,9 +1,12 @@
 #include "Framework/Application/SlateApplication.h"
 
+#include "Framework/Application/IMenu.h"
 #include "Framework/Application/MenuStack.h"
+#include "Framework/Application/SPopup.h"
 #include "Framework/Application/ToolTipPresenter.h"
 #include "Framework/Docking/TabManager.h"
 #include "HAL/PlatformTime.h"
+#include "Layout/WidgetPath.h"
 #include "Modules/ModuleManager.h"
 #include "Rendering/DrawElements.h"
 #include "Rendering/SlateNullRenderer.h"
@@ -319,6 +322,41 @@ EMouseCursor::Type FSlateApplication::GetCursorUnderPointer() const
 		}
 	}
 	return EMouseCursor::Default;
+}
+
+namespace SlateApplication
+{
+class FOpenMenu final : public IMenu
+{
+public:
+	explicit FOpenMenu(const TSharedRef<SWidget>& InPopup)
+		: Popup(InPopup)
+	{
+	}
+
+	virtual void Dismiss() override
+	{
+		const TSharedPtr<SWidget> Pinned = Popup.Pin();
+		if (Pinned.IsValid())
+		{
+			FSlateApplication::Get().DismissMenuByWidget(Pinned.ToSharedRef());
+		}
+	}
+
+private:
+	const TWeakPtr<SWidget> Popup;
+};
+}
+
+TSharedPtr<IMenu> FSlateApplication::PushMenu(const TSharedRef<SWidget>& InParentWidget, const FWidgetPath& InOwnerPath,
+	const TSharedRef<SWidget>& InContent, const FVector2D& SummonLocation,
+	const FPopupTransitionEffect& TransitionEffect, const bool bFocusImmediately)
+{
+	const FSlateRect Anchor(static_cast<float>(SummonLocation.X), static_cast<float>(SummonLocation.Y),
+		static_cast<float>(SummonLocation.X), static_cast<float>(SummonLocation.Y));
+	const TSharedPtr<SPopup> Popup = MenuStack->PushAt(
+		Anchor, InParentWidget, InContent, MenuPlacement_BelowAnchor, bFocusImmediately, FSimpleDelegate());
+	return Popup.IsValid() ? MakeShared<SlateApplication::FOpenMenu>(Popup.ToSharedRef()).ToSharedPtr() : nullptr;
 }
 
 void FSlateApplication::DismissAllMenus()

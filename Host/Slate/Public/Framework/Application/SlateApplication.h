@@ -11,8 +11,11 @@
 class FGenericWindow;
 class FGlobalTabmanager;
 class FMenuStack;
+class FWidgetPath;
 class FToolTipPresenter;
+class IMenu;
 class ITextCompositionTarget;
+struct FPopupTransitionEffect;
 
 /** A key that no widget has handled. */
 DECLARE_DELEGATE_RetVal_OneParam(FReply, FOnKeyEvent, const FKeyEvent&);
@@ -100,6 +103,16 @@ public:
 	void SetUnhandledKeyDownEventHandler(const FOnKeyEvent& NewHandler) { UnhandledKeyDownHandler = NewHandler; }
 	void SetUnhandledKeyUpEventHandler(const FOnKeyEvent& NewHandler) { UnhandledKeyUpHandler = NewHandler; }
 
+	/**
+	 * Opens a menu in the window of a widget.
+	 *
+	 * @param SummonLocation     of its corner, in absolute space
+	 * @param bFocusImmediately  whether it takes the keyboard focus
+	 * @return null for a widget that is in no window
+	 */
+	TSharedPtr<IMenu> PushMenu(const TSharedRef<SWidget>& InParentWidget, const FWidgetPath& InOwnerPath,
+		const TSharedRef<SWidget>& InContent, const FVector2D& SummonLocation,
+		const FPopupTransitionEffect& TransitionEffect, const bool bFocusImmediately = true);
 	void DismissAllMenus();
 	/** Closes the menu that the widget is in, with those that were opened from it. */
 	void DismissMenuByWidget(const TSharedRef<SWidget>& InWidgetInMenu);

@@ -1,9 +1,35 @@
 #pragma once
 
 #include "CoreMinimal.h"
-#include "Framework/Application/SlateApplication.h"
+#include "Framework/SlateDelegates.h"
+#include "Layout/SlateRect.h"
+#include "Misc/Attribute.h"
+#include "Types/SlateEnums.h"
 
 class SPopup;
+class SWidget;
+class SWindow;
+
+/** How a menu comes into view; the host shows each at once. */
+struct FPopupTransitionEffect
+{
+	enum ESlideDirection
+	{
+		None,
+		ComboButton,
+		TopMenu,
+		SubMenu,
+		TypeInPopup,
+		ContextMenu,
+	};
+
+	explicit FPopupTransitionEffect(ESlideDirection InSlideDirection)
+		: SlideDirection(InSlideDirection)
+	{
+	}
+
+	ESlideDirection SlideDirection;
+};
 
 /** The menus that are open: each was summoned out of the one before it, so closing one closes those behind it. */
 class FMenuStack
@@ -17,14 +43,17 @@ public:
 	 */
 	TSharedPtr<SPopup> Push(const TSharedRef<SWidget>& Summoner, const TSharedRef<SWidget>& Content,
 		EMenuPlacement Placement, bool bFocus, const FSimpleDelegate& OnDismissed);
+	/** The same beside another place than the widget's own. @param Anchor  in absolute space */
+	TSharedPtr<SPopup> PushAt(const TAttribute<FSlateRect>& Anchor, const TSharedRef<SWidget>& Summoner,
+		const TSharedRef<SWidget>& Content, EMenuPlacement Placement, bool bFocus, const FSimpleDelegate& OnDismissed);
 	/** Closes the menu that Widget is or lies in. */
 	void DismissContaining(const TSharedRef<const SWidget>& Widget);
 	void DismissAll() { DismissFrom(0); }
 	/** Closes what does not lie under the pointer. */
-	void OnPointerDown(const FSlateWidgetPath& PathUnderPointer);
+	void OnPointerDown(const TArray<TSharedRef<SWidget>>& PathUnderPointer);
 	bool HasMenus() const { return Menus.Num() > 0; }
 	/** The menu that the last widget of a path is in; null if it is in none. */
-	TSharedPtr<SWidget> FindMenuIn(const FSlateWidgetPath& Path) const;
+	TSharedPtr<SWidget> FindMenuIn(const TArray<TSharedRef<SWidget>>& Path) const;
 
 private:
 	struct FMenu
