@@ -102,6 +102,12 @@ public:
 				"Enables or disables the display of file modifications, creations, and deletions in the chat interface"))
 	bool bDisplayFileChangesInChat = true;
 
+	UPROPERTY(config, EditAnywhere, Category = "Kestrel|Interface",
+		meta = (DisplayName = "Formatted Answers",
+			ToolTip =
+				"Shows the headings, lists, tables and code of answers as such; otherwise answers are shown as they are written"))
+	bool bFormattedAnswers = true;
+
 	/** A button in the shape of a box: ticking it puts the default extensions back. */
 	UPROPERTY(EditAnywhere, Category = "Kestrel|Filtering|File|Extensions",
 		meta = (DisplayName = "Reset Supported File Extensions"))

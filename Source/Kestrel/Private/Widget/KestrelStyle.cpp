@@ -1,6 +1,7 @@
 #include "Widget/KestrelStyle.h"
 
 #include "Agent/Chat/KestrelInterface.h"
+#include "Brushes/SlateColorBrush.h"
 #include "Brushes/SlateImageBrush.h"
 #include "Brushes/SlateNoResource.h"
 #include "Brushes/SlateRoundedBoxBrush.h"
@@ -53,6 +54,45 @@ const ISlateStyle& FKestrelStyle::Get()
 	return *StyleInstance;
 }
 
+namespace KestrelStyle
+{
+struct FNamedColor
+{
+	const TCHAR* Name;
+	FLinearColor Color;
+};
+
+// Each has a contrast of at least 4.5 to 1 to the ground that it stands on.
+const FNamedColor TextColors[] = {
+	{ TEXT("Kestrel.Text"), FLinearColor(0.90f, 0.90f, 0.90f) },
+	{ TEXT("Kestrel.Text.Quiet"), FLinearColor(0.40f, 0.40f, 0.40f) },
+	{ TEXT("Kestrel.Text.Link"), FLinearColor(0.20f, 0.50f, 1.0f) },
+	{ TEXT("Kestrel.Text.Code"), FLinearColor(0.88f, 0.58f, 0.30f) },
+	{ TEXT("Kestrel.Code.Plain"), FLinearColor(0.75f, 0.75f, 0.75f) },
+	{ TEXT("Kestrel.Code.Keyword"), FLinearColor(0.26f, 0.50f, 1.0f) },
+	{ TEXT("Kestrel.Code.String"), FLinearColor(0.72f, 0.38f, 0.22f) },
+	{ TEXT("Kestrel.Code.Number"), FLinearColor(0.42f, 0.66f, 0.38f) },
+	{ TEXT("Kestrel.Code.Comment"), FLinearColor(0.20f, 0.42f, 0.16f) },
+	{ TEXT("Kestrel.Code.Directive"), FLinearColor(0.58f, 0.30f, 0.62f) },
+};
+}
+
+void FKestrelStyle::SetMarkdownStyles(FSlateStyleSet& Style)
+{
+	for (const KestrelStyle::FNamedColor& Color : KestrelStyle::TextColors)
+	{
+		Style.Set(Color.Name, FSlateColor(Color.Color));
+	}
+	constexpr float CornerRadius = 3.0f;
+	const FLinearColor LineColor(0.06f, 0.06f, 0.06f);
+	Style.Set("Kestrel.Block.Answer", new FSlateNoResource());
+	Style.Set("Kestrel.Block.Code", new FSlateRoundedBoxBrush(FLinearColor(0.012f, 0.012f, 0.012f), CornerRadius));
+	Style.Set("Kestrel.Quote", new FSlateRoundedBoxBrush(FLinearColor(0.10f, 0.10f, 0.10f), 1.0f));
+	Style.Set("Kestrel.Line", new FSlateColorBrush(FLinearColor::White));
+	Style.Set("Kestrel.Table.Head", new FSlateColorBrush(LineColor));
+	Style.Set("Kestrel.Table.Row", new FSlateNoResource());
+}
+
 TSharedRef<FSlateStyleSet> FKestrelStyle::Create()
 {
 	const TSharedRef<FSlateStyleSet> Style = MakeShared<FSlateStyleSet>(GetStyleSetName());
@@ -78,6 +118,7 @@ TSharedRef<FSlateStyleSet> FKestrelStyle::Create()
 	Style->Set("Kestrel.Approval", new FSlateRoundedBoxBrush(FLinearColor(0.028f, 0.028f, 0.028f), CornerRadius,
 									   FLinearColor(0.25f, 0.14f, 0.03f), 1.0f));
 
+	SetMarkdownStyles(*Style);
 	const FLinearColor PromptColor(0.005f, 0.005f, 0.005f);
 	Style->Set("Kestrel.Prompt",
 		new FSlateRoundedBoxBrush(PromptColor, CornerRadius, FLinearColor(0.07f, 0.07f, 0.07f), 1.0f));

@@ -20,6 +20,7 @@ public:
 
 private:
 	static TSharedRef<FSlateStyleSet> Create();
+	static void SetMarkdownStyles(FSlateStyleSet& Style);
 
 	static TSharedPtr<FSlateStyleSet> StyleInstance;
 };

@@ -1,6 +1,7 @@
 #include "Widget/SKestrelApprovalList.h"
 
 #include "Agent/Text/DisplayText.h"
+#include "Framework/Text/TextLayout.h"
 #include "Input/Reply.h"
 #include "Layout/Visibility.h"
 #include "Styling/CoreStyle.h"
@@ -162,6 +163,7 @@ TSharedRef<SWidget> MakeText(const FText& Text, const FTextBlockStyle& Style, co
 		.TextStyle(&Style)
 		.IsReadOnly(true)
 		.AutoWrapText(true)
+		.WrappingPolicy(ETextWrappingPolicy::AllowPerCharacterWrapping)
 		.AccessibleText(AccessibleName);
 }
 

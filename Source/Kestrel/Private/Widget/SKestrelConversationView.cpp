@@ -1,11 +1,19 @@
 #include "Widget/SKestrelConversationView.h"
 
 #include "Agent/Chat/KestrelInterface.h"
+#include "Framework/Application/SlateApplication.h"
+#include "Framework/Text/TextLayout.h"
+#include "KestrelSettings.h"
 #include "Layout/Geometry.h"
+#include "Layout/Margin.h"
 #include "Misc/Attribute.h"
+#include "Misc/Optional.h"
 #include "Styling/CoreStyle.h"
 #include "Styling/ISlateStyle.h"
 #include "Styling/SlateTypes.h"
+#include "UObject/Class.h"
+#include "Widget/Answer/SKestrelAnswer.h"
+#include "Widget/HiddenTexts.h"
 #include "Widget/KestrelStyle.h"
 #include "Widgets/Layout/SBorder.h"
 #include "Widgets/Layout/SScrollBox.h"
@@ -16,6 +24,8 @@
 namespace KestrelConversationView
 {
 constexpr float BlockPadding = 8.0f;
+// In wider panels lines would be too long to be read with ease.
+constexpr float MaxBlockWidth = 900.0f;
 // Slate units. Layout rounds, so "at the end" is never an exact comparison.
 constexpr float EndTolerance = 2.0f;
 // Of the view's height: the last lines that were read are still seen on the next page.
@@ -35,6 +45,27 @@ FName GetBlockBrush(const FString& Text, const FName& FontStyle)
 	return Text.StartsWith(TEXT(" [ User"), ESearchCase::CaseSensitive) ? FName("Kestrel.Block.User")
 																		: FName("Kestrel.Block.Assistant");
 }
+
+/** What the service wrote in a message, without the plugin's heading; not set if it is somebody else's message. */
+TOptional<FString> FindAnswer(const FString& Message)
+{
+	const FString Heading = TEXT(" [ Kestrel ] \n\n");
+	if (!Message.StartsWith(Heading, ESearchCase::CaseSensitive))
+	{
+		return {};
+	}
+	return Message.Mid(Heading.Len());
+}
+
+/** With a screen reader, or in a terminal, a message is read in one piece. */
+bool IsReadOut()
+{
+#if WITH_ACCESSIBILITY
+	return FSlateApplication::Get().GetAccessibleMessageHandler()->IsActive();
+#else
+	return false;
+#endif
+}
 }
 
 void SKestrelConversationView::Construct(const FArguments& InArgs)
@@ -48,6 +79,33 @@ void SKestrelConversationView::Construct(const FArguments& InArgs)
 		SAssignNew(ScrollBox, SScrollBox)
 		.OnUserScrolled(this, &SKestrelConversationView::OnUserScrolled)
 	];
+	// clang-format on
+}
+
+SKestrelConversationView::FBlock SKestrelConversationView::AddMessage(
+	const FString& Message, const FLinearColor& Color, const FName& FontStyle, float FontSize)
+{
+	const TOptional<FString> Answer = KestrelConversationView::FindAnswer(Message);
+	if (!Answer.IsSet() || !GetDefault<UKestrelSettings>()->bFormattedAnswers || KestrelConversationView::IsReadOut())
+	{
+		return AddText(KestrelHiddenTexts::Remove(Message), Color, FontStyle, FontSize);
+	}
+	AddAnswer(Answer.GetValue(), FontStyle == FKestrelInterface::BoldFontName);
+	return {};
+}
+
+void SKestrelConversationView::AddAnswer(const FString& Source, bool bOfService)
+{
+	// clang-format off
+	AddBlock(
+		SNew(SBorder)
+		.BorderImage(FKestrelStyle::Get().GetBrush("Kestrel.Block.Answer"))
+		.Padding(KestrelConversationView::BlockPadding)
+		[
+			SNew(SKestrelAnswer)
+			.Source(Source)
+			.CanBeCopied(bOfService)
+		]);
 	// clang-format on
 }
 
@@ -68,6 +126,7 @@ SKestrelConversationView::FBlock SKestrelConversationView::AddText(
 		.TextStyle(&TextStyle)
 		.IsReadOnly(true)
 		.AutoWrapText(true)
+		.WrappingPolicy(ETextWrappingPolicy::AllowPerCharacterWrapping)
 		.AccessibleText(LOCTEXT("Message", "Message"))
 	];
 	// clang-format on
@@ -79,7 +138,7 @@ void SKestrelConversationView::AddBlock(const TSharedRef<SBorder>& Border)
 {
 	// clang-format off
 	ScrollBox->AddSlot()
-	.Padding(0.0f, 0.0f, 0.0f, KestrelConversationView::BlockPadding)
+	.Padding(MakeAttributeSP(this, &SKestrelConversationView::GetBlockMargin))
 	[
 		Border
 	];
@@ -88,6 +147,13 @@ void SKestrelConversationView::AddBlock(const TSharedRef<SBorder>& Border)
 	{
 		ScrollBox->ScrollToEnd();
 	}
+}
+
+FMargin SKestrelConversationView::GetBlockMargin() const
+{
+	const float Width = static_cast<float>(FVector2D(GetCachedGeometry().GetLocalSize()).X);
+	const float Side = FMath::Max(0.0f, (Width - KestrelConversationView::MaxBlockWidth) / 2.0f);
+	return FMargin(Side, 0.0f, Side, KestrelConversationView::BlockPadding);
 }
 
 void SKestrelConversationView::KeepEndInView()

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "CoreMinimal.h"
+#include "Layout/Margin.h"
 #include "Misc/Attribute.h"
 #include "Widgets/DeclarativeSyntaxSupport.h"
 #include "Widgets/SCompoundWidget.h"
@@ -36,6 +37,11 @@ public:
 
 	void Construct(const FArguments& InArgs);
 
+	/**
+	 * A message at the end of the conversation: the service's answers as formatted text if the settings want that,
+	 * other messages and answers for somebody who listens as a block of plain text.
+	 */
+	FBlock AddMessage(const FString& Message, const FLinearColor& Color, const FName& FontStyle, float FontSize);
 	/** A block at the end of the conversation. Its text can be selected and copied. */
 	FBlock AddText(const FString& Text, const FLinearColor& Color, const FName& FontStyle, float FontSize);
 	/** A block with a content of its own. */
@@ -48,6 +54,10 @@ public:
 	void FollowEnd();
 
 private:
+	/** @param bOfService  what the panel says itself, in regular type, needs no copy */
+	void AddAnswer(const FString& Source, bool bOfService);
+	/** Around a block; it keeps lines short in a wide panel. */
+	FMargin GetBlockMargin() const;
 	bool FollowsEnd() const;
 	void OnUserScrolled(float ScrollOffset);
 

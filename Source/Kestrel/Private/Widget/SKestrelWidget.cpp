@@ -3,8 +3,8 @@
 #include "Agent/Agent.h"
 #include "Agent/Chat/KestrelInterface.h"
 #include "Agent/Tools/ToolPlan.h"
-#include "Agent/Tools/ToolTable.h"
 #include "Framework/Application/SlateApplication.h"
+#include "Framework/Text/TextLayout.h"
 #include "HAL/PlatformTime.h"
 #include "Input/Events.h"
 #include "InputCoreTypes.h"
@@ -45,44 +45,8 @@ constexpr float ApprovalListMaxShare = 0.35f;
 constexpr float DotPeriodSeconds = 0.5f;
 constexpr int32 MaxDots = 3;
 
-// Names of tools that this version does not have; the service's texts may still mention them.
-const TCHAR* const NamesOfOtherTools[] = { TEXT("modify_blueprint"), TEXT("modify_behavior_tree"),
-	TEXT("get_blueprint_subset_by_keywords"), TEXT("get_blueprint_summary") };
-const TCHAR* const BoldMarker = TEXT("**");
-
-/** What never reaches the screen: the service's own tool names, and its markers for bold text. */
-const TMap<FString, FString>& GetHiddenTexts()
-{
-	static const TMap<FString, FString> HiddenTexts = []() {
-		TMap<FString, FString> Texts;
-		for (const FKestrelTool& Tool : KestrelTools::GetAll())
-		{
-			if (Tool.NameInPanel == EKestrelNameInPanel::Hidden)
-			{
-				Texts.Add(Tool.WireName, FString());
-			}
-		}
-		for (const TCHAR* Name : NamesOfOtherTools)
-		{
-			Texts.Add(Name, FString());
-		}
-		Texts.Add(BoldMarker, FString());
-		return Texts;
-	}();
-	return HiddenTexts;
-}
-
 /** What a message has to end in for its dots to move. */
 const TCHAR* const WorkingDots = TEXT("...");
-
-/**
- * What the screen shows of a message. A second time, since a name may have been in two parts with a marker in between.
- */
-FString WithoutHiddenTexts(const FString& Message)
-{
-	const FString Once = SKestrelWidget::ReplaceStrings(Message, GetHiddenTexts());
-	return Once.Len() < Message.Len() ? SKestrelWidget::ReplaceStrings(Once, GetHiddenTexts()) : Once;
-}
 }
 
 void SKestrelWidget::Construct(const FArguments& InArgs)
@@ -157,7 +121,7 @@ void SKestrelWidget::ShowWelcome()
 		"  - add an int variable Toll to BP_Gate with value 3\n"
 		"Before I use a tool I ask: press Approve to let me, or write what I should do instead. "
 		"Undo reverts what a conversation has changed, except for new Blueprints.");
-	Conversation->AddText(FString(TEXT(" [ Kestrel ] \n\n")) + Welcome.ToString(), FKestrelInterface::AssistantColor,
+	Conversation->AddMessage(FString(TEXT(" [ Kestrel ] \n\n")) + Welcome.ToString(), FKestrelInterface::AssistantColor,
 		FKestrelInterface::RegularFontName, FKestrelInterface::AssistantFontSize);
 	for (const FString& Notice : FKestrelInterface::Get().TakeNotices())
 	{
@@ -217,6 +181,7 @@ TSharedRef<SWidget> SKestrelWidget::MakePromptBox()
 				SAssignNew(PromptBox, SMultiLineEditableText)
 				.HintText(LOCTEXT("PromptHint", "Enter your prompt here..."))
 				.AutoWrapText(true)
+				.WrappingPolicy(ETextWrappingPolicy::AllowPerCharacterWrapping)
 				// A focused text keeps Enter to itself unless it is asked first.
 				.OnKeyDownHandler(this, &SKestrelWidget::OnPromptKeyDown)
 			]
@@ -291,9 +256,8 @@ void SKestrelWidget::OnAddStatusMessage(
 	const FString& Message, const FLinearColor& Color, const FName& FontStyle, float FontSize)
 {
 	StopProgressAnimation();
-	const SKestrelConversationView::FBlock Block =
-		Conversation->AddText(KestrelWidget::WithoutHiddenTexts(Message), Color, FontStyle, FontSize);
-	if (Message.EndsWith(KestrelWidget::WorkingDots))
+	const SKestrelConversationView::FBlock Block = Conversation->AddMessage(Message, Color, FontStyle, FontSize);
+	if (Block.Text.IsValid() && Message.EndsWith(KestrelWidget::WorkingDots))
 	{
 		StartProgressAnimation(Block.Text.ToSharedRef(), Block.Border.ToSharedRef());
 	}

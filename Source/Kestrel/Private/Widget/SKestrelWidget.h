@@ -114,6 +114,7 @@ private:
 	/** The path of the file, how many lines were added and removed, and a button that copies the path. */
 	TSharedRef<SWidget> MakeDiffHeader(const FString& FilePath, const TArray<FDiffChunk>& Chunks) const;
 	FReply OnCopyPathClicked(FString FilePath) const;
+	FReply OnOpenFileClicked(FString FilePath, int32 Line) const;
 	EActiveTimerReturnType SetFocusPostConstruct(double InCurrentTime, float InDeltaTime);
 	/** The list shows what waits now, and Approve stands out when something of it can work. */
 	void OnAgentStateChanged();
@@ -121,7 +122,9 @@ private:
 	/** The exact parts of a text that would change, with invisible characters as escapes. */
 	TSharedRef<SWidget> MakeChangeView(const FString& Before, const FString& After) const;
 	/** Both columns of numbers beside the lines of a difference. */
-	TSharedRef<SWidget> MakeChunksView(const TArray<FDiffChunk>& Chunks) const;
+	TSharedRef<SWidget> MakeChunksView(TArray<FDiffChunk> Chunks) const;
+	/** The changes with a few lines around them, and folds for the rest. */
+	TSharedRef<SWidget> MakeFoldedView(const TArray<FDiffChunk>& Chunks) const;
 	FReply OnPromptKeyDown(const FGeometry& MyGeometry, const FKeyEvent& InKeyEvent);
 	static bool IsUserScrolling() { return bIsUserScrolling; }
 	static void OnScrolled(bool bAwayFromEnd);

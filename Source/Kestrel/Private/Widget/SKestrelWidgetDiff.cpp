@@ -4,14 +4,18 @@
 #include "HAL/PlatformApplicationMisc.h"
 #include "KestrelSettings.h"
 #include "Misc/Paths.h"
+#include "SourceCodeNavigation.h"
 #include "Styling/AppStyle.h"
 #include "Styling/CoreStyle.h"
 #include "Styling/ISlateStyle.h"
 #include "Styling/SlateTypes.h"
 #include "Types/SlateEnums.h"
 #include "UObject/Class.h"
+#include "Widget/Answer/SKestrelStyledText.h"
+#include "Widget/DiffFold.h"
 #include "Widget/KestrelStyle.h"
 #include "Widget/SKestrelConversationView.h"
+#include "Widget/SKestrelFold.h"
 #include "Widget/SKestrelSidewaysScrollBox.h"
 #include "Widget/SKestrelWidget.h"
 #include "Widgets/Input/SButton.h"
@@ -84,6 +88,24 @@ int32 CountLines(const TArray<FDiffChunk>& Chunks, EDiffLineType Type)
 	return Count;
 }
 
+/** Its line in the new text, from 1. */
+int32 FindFirstChange(const TArray<FDiffChunk>& Chunks)
+{
+	int32 Line = 1;
+	for (const FDiffChunk& Chunk : Chunks)
+	{
+		for (const FDiffLine& Each : Chunk.Lines)
+		{
+			if (Each.Type != EDiffLineType::Unchanged)
+			{
+				return FMath::Max(Line, Each.NewLineNumber);
+			}
+			Line = Each.NewLineNumber + 1;
+		}
+	}
+	return 1;
+}
+
 /** The end of a long path tells more than its beginning. */
 FString Shorten(const FString& Path)
 {
@@ -109,6 +131,7 @@ TSharedRef<SWidget> MakeSentence(const FText& Text)
 		.Text(Text)
 		.IsReadOnly(true)
 		.AutoWrapText(true)
+		.WrappingPolicy(ETextWrappingPolicy::AllowPerCharacterWrapping)
 		.AccessibleText(LOCTEXT("NoLines", "About the change"));
 }
 
@@ -183,6 +206,22 @@ FText NameOf(EDiffLineType Type)
 	return LOCTEXT("Unchanged", "Unchanged lines");
 }
 
+/** A line in up to three pieces: what its counterpart does not have is underlined. */
+void AddLine(const FString& Start, const FDiffLine& Line, const FTextPart* Changed, const FSlateColor& Color,
+	TArray<FStyledPiece>& Pieces)
+{
+	const FTextBlockStyle Style = MakeTextStyle(Color);
+	const bool bPart = Changed && Changed->End > Changed->Begin;
+	const FTextPart Part = bPart ? *Changed : FTextPart{ Line.Content.Len(), Line.Content.Len() };
+	Pieces.Add({ Start + Line.Content.Left(Part.Begin), Style, {} });
+	if (bPart)
+	{
+		FStyledPiece& Piece = Pieces.Add_GetRef({ Line.Content.Mid(Part.Begin, Part.End - Part.Begin), Style, {} });
+		Piece.bUnderline = true;
+		Pieces.Add({ Line.Content.Mid(Part.End), Style, {} });
+	}
+}
+
 /** The number of a line in one of the texts; empty where it does not stand. */
 FString NumberOf(const FDiffLine& Line, bool bOldNumbers)
 {
@@ -240,25 +279,22 @@ FSlateColor SKestrelWidget::GetDiffLineColor(const FDiffLine& Line) const
 TSharedRef<SWidget> SKestrelWidget::CreateDiffContent(const TArray<FDiffChunk>& Chunks) const
 {
 	return KestrelDiffView::MakeColumn(Chunks, [this](const FDiffChunk& Chunk, SVerticalBox& Column) {
+		const TMap<int32, FTextPart> Changed = KestrelDiffFold::FindChangedParts(Chunk);
 		for (int32 Index = 0; Index < Chunk.Lines.Num();)
 		{
-			const FDiffLine& First = Chunk.Lines[Index];
-			FString Text;
-			for (; Index < Chunk.Lines.Num() && Chunk.Lines[Index].Type == First.Type; ++Index)
+			const EDiffLineType Type = Chunk.Lines[Index].Type;
+			TArray<FStyledPiece> Pieces;
+			for (; Index < Chunk.Lines.Num() && Chunk.Lines[Index].Type == Type; ++Index)
 			{
-				Text +=
-					(Text.IsEmpty() ? TEXT("") : TEXT("\n")) + GetDiffLinePrefix(First) + Chunk.Lines[Index].Content;
+				const FDiffLine& Line = Chunk.Lines[Index];
+				const FString Start = (Pieces.IsEmpty() ? FString() : FString(TEXT("\n"))) + GetDiffLinePrefix(Line);
+				KestrelDiffView::AddLine(Start, Line, Changed.Find(Index), GetDiffLineColor(Line), Pieces);
 			}
-			const FTextBlockStyle Style = KestrelDiffView::MakeTextStyle(GetDiffLineColor(First));
 			// clang-format off
 			Column.AddSlot()
 			.AutoHeight()
 			[
-				SNew(SMultiLineEditableText)
-				.Text(FText::FromString(Text))
-				.TextStyle(&Style)
-				.IsReadOnly(true)
-				.AccessibleText(KestrelDiffView::NameOf(First.Type))
+				SKestrelStyledText::Make(MoveTemp(Pieces), false, KestrelDiffView::NameOf(Type))
 			];
 			// clang-format on
 		}
@@ -285,6 +321,12 @@ TSharedRef<SWidget> SKestrelWidget::CreateLineNumberColumn(const TArray<FDiffChu
 		];
 		// clang-format on
 	});
+}
+
+FReply SKestrelWidget::OnOpenFileClicked(FString FilePath, int32 Line) const
+{
+	FSourceCodeNavigation::OpenSourceFile(FilePath, Line);
+	return FReply::Handled();
 }
 
 FReply SKestrelWidget::OnCopyPathClicked(FString FilePath) const
@@ -331,6 +373,16 @@ TSharedRef<SWidget> SKestrelWidget::MakeDiffHeader(const FString& FilePath, cons
 		.Padding(KestrelDiffView::ColumnGap, 0.0f, 0.0f, 0.0f)
 		[
 			SNew(SButton)
+			.Text(LOCTEXT("OpenFile", "Open file"))
+			.ToolTipText(LOCTEXT("OpenToolTip", "Open the file at the first change"))
+			.OnClicked(this, &SKestrelWidget::OnOpenFileClicked, FilePath, KestrelDiffView::FindFirstChange(Chunks))
+		]
+		+ SHorizontalBox::Slot()
+		.AutoWidth()
+		.VAlign(VAlign_Center)
+		.Padding(KestrelDiffView::ColumnGap, 0.0f, 0.0f, 0.0f)
+		[
+			SNew(SButton)
 			.Text(LOCTEXT("CopyPath", "Copy path"))
 			.ToolTipText(LOCTEXT("CopyPathToolTip", "Copy the full path of the file"))
 			.OnClicked(this, &SKestrelWidget::OnCopyPathClicked, FilePath)
@@ -359,7 +411,35 @@ TSharedRef<SWidget> SKestrelWidget::MakeChangeView(const FString& Before, const 
 	return MakeChunksView(Chunks);
 }
 
-TSharedRef<SWidget> SKestrelWidget::MakeChunksView(const TArray<FDiffChunk>& Chunks) const
+TSharedRef<SWidget> SKestrelWidget::MakeFoldedView(const TArray<FDiffChunk>& Chunks) const
+{
+	const TSharedRef<SVerticalBox> Column = SNew(SVerticalBox);
+	for (const FDiffSegment& Segment : KestrelDiffFold::Split(Chunks))
+	{
+		const TArray<FDiffChunk> Shown = { Segment.Chunk };
+		TSharedRef<SWidget> Lines = SNullWidget::NullWidget;
+		if (Segment.bFolded)
+		{
+			Lines = SNew(SKestrelFold)
+						.NumLines(Segment.Chunk.Lines.Num())
+						.OnMakeFolded(FOnMakeFolded::CreateSP(this, &SKestrelWidget::MakeChunksView, Shown));
+		}
+		else
+		{
+			Lines = MakeChunksView(Shown);
+		}
+		// clang-format off
+		Column->AddSlot()
+		.AutoHeight()
+		[
+			Lines
+		];
+		// clang-format on
+	}
+	return Column;
+}
+
+TSharedRef<SWidget> SKestrelWidget::MakeChunksView(TArray<FDiffChunk> Chunks) const
 {
 	// clang-format off
 	return SNew(SHorizontalBox)
@@ -438,7 +518,7 @@ void SKestrelWidget::AddDiffBlock(const FString& FilePath, const FString& Before
 			.AutoHeight()
 			.Padding(0.0f, KestrelDiffView::ChunkGap, 0.0f, 0.0f)
 			[
-				MakeChunksView(Chunks)
+				MakeFoldedView(Chunks)
 			]
 		]);
 	// clang-format on

@@ -3,6 +3,8 @@
 #include "Agent/Agent.h"
 #include "Framework/Application/SlateApplication.h"
 #include "InputCoreTypes.h"
+#include "KestrelSettings.h"
+#include "UObject/Class.h"
 #include "Widget/SKestrelWidget.h"
 #include "Widgets/SWindow.h"
 #include "Widgets/Text/SMultiLineEditableText.h"
@@ -12,7 +14,7 @@ namespace TestPanel
 {
 void CollectTexts(const TSharedRef<SWidget>& Widget, TArray<TSharedRef<SMultiLineEditableText>>& OutTexts)
 {
-	if (Widget->GetType() == FName("SMultiLineEditableText"))
+	if (Widget->GetType() == FName("SMultiLineEditableText") || Widget->GetType() == FName("SKestrelStyledText"))
 	{
 		OutTexts.Add(StaticCastSharedRef<SMultiLineEditableText>(Widget));
 		return;
@@ -61,8 +63,9 @@ TSharedPtr<SWidget> FindButtonIn(const TSharedRef<SWidget>& Widget, const TCHAR*
 }
 }
 
-FKestrelTestPanel::FKestrelTestPanel(const FVector2D& Size)
-	: Unhooked(FKestrelInterface::Get().StatusMessageDelegate)
+FKestrelTestPanel::FKestrelTestPanel(const FVector2D& Size, bool bFormattedAnswers)
+	: Formatted(GetMutableDefault<UKestrelSettings>()->bFormattedAnswers, bFormattedAnswers)
+	, Unhooked(FKestrelInterface::Get().StatusMessageDelegate)
 	, UnhookedDiffs(FKestrelInterface::Get().DiffMessageDelegate)
 	, Window(SNew(SWindow).ClientSize(Size)[SAssignNew(Widget, SKestrelWidget)])
 {

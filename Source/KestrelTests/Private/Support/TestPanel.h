@@ -3,6 +3,7 @@
 #include "Agent/Chat/KestrelInterface.h"
 #include "CoreMinimal.h"
 #include "Support/KestrelTest.h"
+#include "UObject/UObjectGlobals.h"
 
 class SKestrelWidget;
 class SMultiLineEditableText;
@@ -10,11 +11,14 @@ class SWidget;
 class SWindow;
 struct FKey;
 
-/** A panel in a window of its own, and a service that nobody asks anything. The agent is idle afterwards. */
+/**
+ * A panel in a window of its own, and a service that nobody asks anything. The agent is idle afterwards. Answers are
+ * shown as plain text unless the test is about their formatting.
+ */
 class FKestrelTestPanel
 {
 public:
-	explicit FKestrelTestPanel(const FVector2D& Size = FVector2D(600.0, 400.0));
+	explicit FKestrelTestPanel(const FVector2D& Size = FVector2D(600.0, 400.0), bool bFormattedAnswers = false);
 	~FKestrelTestPanel();
 	UE_NONCOPYABLE(FKestrelTestPanel)
 
@@ -31,6 +35,7 @@ public:
 	bool Click(const TCHAR* Label) const;
 
 	const FKestrelTestLog PromptLog;
+	const TGuardValue<bool> Formatted;
 	FOnAddStatusMessageDelegate Unhooked;
 	FOnAddDiffMessageDelegate UnhookedDiffs;
 	TSharedPtr<SKestrelWidget> Widget;

@@ -39,6 +39,15 @@ const FCharacterRange EscapedRanges[] = {
 	{ 0xE0000, 0xE0FFF },                   // tags and further variation selectors
 };
 
+/** Of these, what is escaped in prose as well. */
+const FCharacterRange DirectionRanges[] = {
+	{ 0x0000, 0x0008 }, { 0x000B, 0x001F }, { 0x007F, 0x009F }, // control characters
+	{ 0x061C, 0x061C }, { 0x200E, 0x200F },                     // direction marks
+	{ 0x2028, 0x202E },                                         // separators, embeddings and overrides
+	{ 0x2066, 0x206F },                                         // isolates
+	{ 0xD800, 0xDFFF },                                         // surrogates without a partner
+};
+
 /** Marks that stand above, below or through the letter before them, in any number. */
 const FCharacterRange MarkRanges[] = {
 	{ 0x0300, 0x036F }, { 0x1AB0, 0x1AFF }, { 0x1DC0, 0x1DFF }, { 0x20D0, 0x20FF },
@@ -152,6 +161,17 @@ FString Escape(const FString& Text, TFunctionRef<bool(uint32)> IsKept, bool bBre
 	for (int32 Index = 0; Index < Text.Len(); ++Index)
 	{
 		const int32 Begin = Index;
+		while (Index < Text.Len() && Text[Index] >= 0x20 && Text[Index] < 0x7F)
+		{
+			++Index;
+		}
+		if (Index > Begin)
+		{
+			Escaped.Append(*Text + Begin, Index - Begin);
+			NumMarks = 0;
+			--Index;
+			continue;
+		}
 		const uint32 Character = ReadCharacter(Text, Index);
 		NumMarks = IsIn(MarkRanges, Character) ? NumMarks + 1 : 0;
 		if (NumMarks > MaxMarks || (IsIn(EscapedRanges, Character) && !IsKept(Character)))
@@ -260,6 +280,13 @@ FString EscapeLines(const FString& Text)
 	return Escape(
 		Text.Replace(TEXT("\r\n"), TEXT("\n"), ESearchCase::CaseSensitive),
 		[](uint32 Character) { return Character == '\n' || Character == '\t'; }, bBreakLines);
+}
+
+FString EscapeDirections(const FString& Text)
+{
+	constexpr bool bBreakLines = false;
+	return Escape(
+		Text, [](uint32 Character) { return !IsIn(DirectionRanges, Character); }, bBreakLines);
 }
 
 bool IsWorthComparing(const FString& Before, const FString& After)

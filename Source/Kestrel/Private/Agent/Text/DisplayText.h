@@ -23,6 +23,11 @@ KESTREL_API FString EscapeLine(const FString& Text);
  */
 KESTREL_API FString EscapeLines(const FString& Text);
 /**
+ * For prose, in which marks and joiners of other scripts are part of words: only control characters and what changes
+ * the direction of writing are escaped. Line breaks and tabs stay.
+ */
+KESTREL_API FString EscapeDirections(const FString& Text);
+/**
  * The letters with which a name could pass for another one: those of another alphabet in a word with Latin letters or
  * in a word that has nothing but look-alikes of them, and Latin letters in a special style (full width, mathematical).
  *

@@ -1,0 +1,31 @@
+#pragma once
+
+#include "CoreMinimal.h"
+#include "Input/Reply.h"
+#include "Widgets/DeclarativeSyntaxSupport.h"
+#include "Widgets/SCompoundWidget.h"
+
+struct FKestrelLink;
+
+/** An answer of the service: who speaks, a button that copies what was written, and the text with its formatting. */
+class SKestrelAnswer : public SCompoundWidget
+{
+public:
+	SLATE_BEGIN_ARGS(SKestrelAnswer)
+		: _CanBeCopied(true)
+	{
+	}
+	/** Markdown, as the service wrote it. */
+	SLATE_ARGUMENT(FString, Source)
+	SLATE_ARGUMENT(bool, CanBeCopied)
+	SLATE_END_ARGS()
+
+	void Construct(const FArguments& InArgs);
+
+private:
+	TSharedRef<SWidget> MakeHeading(bool bCanBeCopied);
+	FReply OnCopyClicked() const;
+	void OnLinkChosen(const FKestrelLink& Link, const FVector2D& ScreenPosition);
+
+	FString Source;
+};
