@@ -162,12 +162,12 @@ class WindowTest(ScreenTest):
         self.text("with 1 replacements")
         self.focused("Enter your prompt here...")
         self.press("shift+Tab")
-        self.focused("Message")
+        self.focused("Answer")
         self.press("ctrl+a")
         self.screen.picture("panel-14-selected")
         # On and on: through the conversation, to its tab, the tool bar, the menus and round to the last button.
         seen = set()
-        for _ in range(40):
+        for _ in range(60):
             self.press("shift+Tab")
             time.sleep(2 * REPORT_SECONDS)
             seen.update(each["name"] for each in self.widgets() if each.get("focused"))

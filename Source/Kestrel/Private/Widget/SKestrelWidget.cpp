@@ -113,12 +113,12 @@ void SKestrelWidget::ShowWelcome()
 	const FText Welcome = LOCTEXT("Welcome",
 		"I know the files and Blueprints of this project: I can read, search and change them, compile the game and run "
 		"Python scripts. "
-		"Type what you want below and press Enter, for instance:\n"
+		"Type what you want below and press Enter, for instance:\n\n"
 		"  - list the files in Source\n"
 		"  - read Config/DefaultEngine.ini\n"
 		"  - find Health\n"
 		"  - create blueprint BP_Gate from Actor in /Game/Doors\n"
-		"  - add an int variable Toll to BP_Gate with value 3\n"
+		"  - add an int variable Toll to BP_Gate with value 3\n\n"
 		"Before I use a tool I ask: press Approve to let me, or write what I should do instead. "
 		"Undo reverts what a conversation has changed, except for new Blueprints.");
 	Conversation->AddMessage(FString(TEXT(" [ Kestrel ] \n\n")) + Welcome.ToString(), FKestrelInterface::AssistantColor,

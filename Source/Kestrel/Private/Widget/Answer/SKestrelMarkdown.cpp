@@ -262,6 +262,7 @@ TSharedRef<SWidget> SKestrelMarkdown::MakeRow(const FMarkdownTable& Table, int32
 		Cells->AddSlot()
 		.FillWidth(Widths[Column])
 		.HAlign(KestrelMarkdownView::ToSlate(Table.Columns[Column]))
+		.VAlign(VAlign_Center)
 		.Padding(KestrelMarkdownView::CellPadding)
 		[
 			MakeText(bHasCell ? Table.Rows[Row][Column] : FMarkdownText(), Row == 0 ? LevelOfSmallestHeading : 0)

@@ -6,6 +6,12 @@
 #include "InputCoreTypes.h"
 #include "Layout/Geometry.h"
 
+namespace KestrelStyledText
+{
+// Prose is read with more ease than lines that stand side by side with their numbers.
+constexpr float WrappedLineHeight = 1.15f;
+}
+
 TSharedRef<SKestrelStyledText> SKestrelStyledText::Make(
 	TArray<FStyledPiece>&& Pieces, bool bWrap, const FText& AccessibleName, const FOnKestrelLinkChosen& OnLinkChosen)
 {
@@ -16,6 +22,7 @@ TSharedRef<SKestrelStyledText> SKestrelStyledText::Make(
 						 .Marshaller(Styled)
 						 .IsReadOnly(true)
 						 .AutoWrapText(bWrap)
+						 .LineHeightPercentage(bWrap ? KestrelStyledText::WrappedLineHeight : 1.0f)
 						 .WrappingPolicy(ETextWrappingPolicy::AllowPerCharacterWrapping)
 						 .AccessibleText(AccessibleName),
 			SKestrelStyledText);
