@@ -4,6 +4,7 @@
 #include "Agent/Files/FileUtils.h"
 #include "Agent/Files/KeyGuard.h"
 #include "Agent/Files/NativeFile.h"
+#include "Agent/Files/NearMatch.h"
 #include "Agent/Files/PathReview.h"
 #include "Agent/Tools/ToolPlan.h"
 #include "GenericPlatform/GenericPlatformFile.h"
@@ -285,6 +286,11 @@ void PlanUpdate(FKestrelProjectView& View, FKestrelToolPlan& Plan)
 		Plan.FilePath, State.Text, Plan.Input.Get(OldString), Plan.Input.Get(NewString), After, NumReplacements);
 	if (!Plan.Refusal.IsEmpty())
 	{
+		const FText NearMatch = KestrelNearMatch::Describe(State.Text, Plan.Input.Get(OldString));
+		if (!NearMatch.IsEmpty())
+		{
+			Plan.Notes.Add(NearMatch);
+		}
 		return; // and yet it runs: a text that nearly matches has the file checked out
 	}
 	Plan.NumReplacements = NumReplacements;
