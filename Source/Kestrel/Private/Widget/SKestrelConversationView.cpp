@@ -196,6 +196,30 @@ void SKestrelConversationView::TurnPage(bool bDown)
 	OnUserScrolled(Offset);
 }
 
+void SKestrelConversationView::AddChanges(const TArray<TSharedRef<SWidget>>& NewChanges)
+{
+	for (const TSharedRef<SWidget>& Change : NewChanges)
+	{
+		Changes.Add(Change);
+	}
+	CurrentChange = INDEX_NONE;
+}
+
+void SKestrelConversationView::GoToChange(bool bNext)
+{
+	Changes.RemoveAll([](const TWeakPtr<SWidget>& Change) { return !Change.IsValid(); });
+	if (Changes.IsEmpty())
+	{
+		return;
+	}
+	const bool bFirstTime = CurrentChange == INDEX_NONE;
+	CurrentChange =
+		bFirstTime ? Changes.Num() - 1 : FMath::Clamp(CurrentChange + (bNext ? 1 : -1), 0, Changes.Num() - 1);
+	ScrollBox->ScrollDescendantIntoView(Changes[CurrentChange].Pin(), false, EDescendantScrollDestination::Center);
+	bFollowsWhileReading = false;
+	OnScrolled.ExecuteIfBound(true);
+}
+
 void SKestrelConversationView::FollowEnd()
 {
 	bFollowsWhileReading = true;

@@ -50,6 +50,11 @@ public:
 	/** Each frame: a wrapped text knows its height a frame late and can leave the view short of the end. */
 	void KeepEndInView();
 	void TurnPage(bool bDown);
+	/** Parts of the last block that GoToChange brings into view, from top to bottom. */
+	void AddChanges(const TArray<TSharedRef<SWidget>>& NewChanges);
+	/** Scrolls to the change after the one that was gone to last, or before it; the last one is the first to be gone
+	 * to. */
+	void GoToChange(bool bNext);
 	/** From now on the view follows the end: whoever sends something wants to see what comes of it. */
 	void FollowEnd();
 
@@ -65,5 +70,7 @@ private:
 	TAttribute<bool> IsUserScrolling;
 	FOnKestrelScrolled OnScrolled;
 	FSimpleDelegate OnEndReached;
+	TArray<TWeakPtr<SWidget>> Changes;
+	int32 CurrentChange = INDEX_NONE;
 	bool bFollowsWhileReading = false; // the user went to the end, with the focus still in a block
 };

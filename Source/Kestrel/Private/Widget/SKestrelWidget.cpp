@@ -233,6 +233,11 @@ void SKestrelWidget::OnEndReached()
 
 FReply SKestrelWidget::OnPreviewKeyDown(const FGeometry& MyGeometry, const FKeyEvent& InKeyEvent)
 {
+	if (InKeyEvent.GetKey() == EKeys::F8)
+	{
+		Conversation->GoToChange(!InKeyEvent.IsShiftDown());
+		return FReply::Handled();
+	}
 	const bool bDown = InKeyEvent.GetKey() == EKeys::PageDown;
 	if ((!bDown && InKeyEvent.GetKey() != EKeys::PageUp) || InKeyEvent.IsShiftDown())
 	{

@@ -35,8 +35,9 @@ public:
 
 	virtual void Tick(const FGeometry& AllottedGeometry, const double InCurrentTime, const float InDeltaTime) override;
 	/**
-	 * The page keys turn the conversation's pages, wherever in the panel the focus is. Asked first, since every text
-	 * has a use for them, but none of the conversation's can show what lies beyond the view.
+	 * The page keys turn the conversation's pages, wherever in the panel the focus is, and F8 goes to the next change,
+	 * with Shift to the one before. Asked first, since every text has a use for the page keys, but none of the
+	 * conversation's can show what lies beyond the view.
 	 */
 	virtual FReply OnPreviewKeyDown(const FGeometry& MyGeometry, const FKeyEvent& InKeyEvent) override;
 	/** Plain Enter sends; anything else is left to others. */
@@ -123,8 +124,8 @@ private:
 	TSharedRef<SWidget> MakeChangeView(const FString& Before, const FString& After) const;
 	/** Both columns of numbers beside the lines of a difference. */
 	TSharedRef<SWidget> MakeChunksView(TArray<FDiffChunk> Chunks) const;
-	/** The changes with a few lines around them, and folds for the rest. */
-	TSharedRef<SWidget> MakeFoldedView(const TArray<FDiffChunk>& Chunks) const;
+	/** The changes with a few lines around them, which are in OutChanges as well, and folds for the rest. */
+	TSharedRef<SWidget> MakeFoldedView(const TArray<FDiffChunk>& Chunks, TArray<TSharedRef<SWidget>>& OutChanges) const;
 	FReply OnPromptKeyDown(const FGeometry& MyGeometry, const FKeyEvent& InKeyEvent);
 	static bool IsUserScrolling() { return bIsUserScrolling; }
 	static void OnScrolled(bool bAwayFromEnd);

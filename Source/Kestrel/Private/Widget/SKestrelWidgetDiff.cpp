@@ -411,7 +411,8 @@ TSharedRef<SWidget> SKestrelWidget::MakeChangeView(const FString& Before, const 
 	return MakeChunksView(Chunks);
 }
 
-TSharedRef<SWidget> SKestrelWidget::MakeFoldedView(const TArray<FDiffChunk>& Chunks) const
+TSharedRef<SWidget> SKestrelWidget::MakeFoldedView(
+	const TArray<FDiffChunk>& Chunks, TArray<TSharedRef<SWidget>>& OutChanges) const
 {
 	const TSharedRef<SVerticalBox> Column = SNew(SVerticalBox);
 	for (const FDiffSegment& Segment : KestrelDiffFold::Split(Chunks))
@@ -427,6 +428,7 @@ TSharedRef<SWidget> SKestrelWidget::MakeFoldedView(const TArray<FDiffChunk>& Chu
 		else
 		{
 			Lines = MakeChunksView(Shown);
+			OutChanges.Add(Lines);
 		}
 		// clang-format off
 		Column->AddSlot()
@@ -496,6 +498,7 @@ void SKestrelWidget::AddDiffBlock(const FString& FilePath, const FString& Before
 	const TArray<FDiffChunk> Chunks = KestrelDiffView::MakeShownChunks(Before, After);
 	const bool bHidden = !Before.Equals(After) && KestrelDiffView::CountLines(Chunks, EDiffLineType::Added) == 0 &&
 						 KestrelDiffView::CountLines(Chunks, EDiffLineType::Removed) == 0;
+	TArray<TSharedRef<SWidget>> Changes;
 	// clang-format off
 	Conversation->AddBlock(
 		SNew(SBorder)
@@ -518,10 +521,11 @@ void SKestrelWidget::AddDiffBlock(const FString& FilePath, const FString& Before
 			.AutoHeight()
 			.Padding(0.0f, KestrelDiffView::ChunkGap, 0.0f, 0.0f)
 			[
-				MakeFoldedView(Chunks)
+				MakeFoldedView(Chunks, Changes)
 			]
 		]);
 	// clang-format on
+	Conversation->AddChanges(Changes);
 }
 
 #undef LOCTEXT_NAMESPACE
