@@ -67,6 +67,9 @@ public:
 	/** The packages that saving everything would save, sorted. */
 	TArray<FString> ListUnsaved() const;
 
+	/** Names of assets for one that nothing has; not those that tools before this one will make. */
+	TArray<FString> FindClosest(const UClass& Class, const FString& Name) { return Finder->FindClosest(Class, Name); }
+
 private:
 	const TSharedRef<FKestrelAssetFinder> Finder;
 	TMap<FString, FKestrelAssetAddress> Created; // by name

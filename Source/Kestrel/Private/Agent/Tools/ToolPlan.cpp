@@ -81,6 +81,11 @@ void FKestrelToolPlan::SetAsset(FKestrelProjectView& View, UClass* (*GetClass)()
 	if (!Asset.IsFound())
 	{
 		Target = Name;
+		const TArray<FString> Closest = View.GetAssets().FindClosest(*GetClass(), Name);
+		Notes.Add(Closest.IsEmpty()
+					  ? LOCTEXT("NoAsset", "nothing has this name")
+					  : FText::Format(LOCTEXT("ClosestAssets", "nothing has this name; close to it are: {0}"),
+							FText::FromString(KestrelDisplayText::EscapeLine(FString::Join(Closest, TEXT(", "))))));
 		return;
 	}
 	SetPackage(View, Asset.GetPackageName());

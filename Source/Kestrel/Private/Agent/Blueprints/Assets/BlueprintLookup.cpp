@@ -4,6 +4,7 @@
 #include "Agent/Blueprints/BlueprintDocument.h"
 #include "Agent/Blueprints/KestrelBlueprintUtils.h"
 #include "Agent/Files/FolderWalk.h"
+#include "Agent/Text/ClosestNames.h"
 #include "AssetRegistry/AssetData.h"
 #include "AssetRegistry/AssetRegistryModule.h"
 #include "AssetRegistry/IAssetRegistry.h"
@@ -128,6 +129,19 @@ FString FKestrelAssetFinder::FindListed(const UClass& Class, FName Name)
 		Found = BlueprintLookup::FindNamed(*Assets, Name);
 	}
 	return Found ? Found->GetObjectPathString() : FString();
+}
+
+TArray<FString> FKestrelAssetFinder::FindClosest(const UClass& Class, const FString& Name)
+{
+	TArray<FString> Names;
+	if (const TArray<FAssetData>* Assets = Listed.Find(Class.GetFName()))
+	{
+		for (const FAssetData& Asset : *Assets)
+		{
+			Names.Add(Asset.AssetName.ToString());
+		}
+	}
+	return KestrelClosestNames::Find(Name, Names);
 }
 
 FString FKestrelAssetFinder::FindUnlisted(const FString& Name)

@@ -62,6 +62,8 @@ public:
 	 * 3. a package of the project that is named like it and of which the registry knows no asset
 	 */
 	FKestrelAssetAddress Find(const UClass& Class, const FString& Name);
+	/** For a name that nothing has: up to three of the assets that somebody may have meant. */
+	TArray<FString> FindClosest(const UClass& Class, const FString& Name);
 
 private:
 	FString FindListed(const UClass& Class, FName Name);
