@@ -154,8 +154,9 @@ void FAgent::EnterIdle(const FString&)
 
 void FAgent::EnterInitialRequest(const FString& Prompt)
 {
-	KestrelAgent::ShowUserText(FString::Printf(TEXT(" [ User Start ]\n\n%s\n"), *Prompt));
 	SetConversationId(FGuid::NewGuid().ToString(EGuidFormats::Digits));
+	FKestrelInterface::Get().BeginConversation(ConversationId, Prompt);
+	KestrelAgent::ShowUserText(FString::Printf(TEXT(" [ User Start ]\n\n%s\n"), *Prompt));
 	SetUndoConversationID(ConversationId);
 	StoredMessages.Empty();
 	ClearToolResults();

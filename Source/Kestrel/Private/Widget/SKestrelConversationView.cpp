@@ -156,6 +156,13 @@ FMargin SKestrelConversationView::GetBlockMargin() const
 	return FMargin(Side, 0.0f, Side, KestrelConversationView::BlockPadding);
 }
 
+void SKestrelConversationView::ClearBlocks()
+{
+	ScrollBox->ClearChildren();
+	Changes.Empty();
+	CurrentChange = INDEX_NONE;
+}
+
 void SKestrelConversationView::KeepEndInView()
 {
 	const float FromEnd = ScrollBox->GetScrollOffsetOfEnd() - ScrollBox->GetScrollOffset();

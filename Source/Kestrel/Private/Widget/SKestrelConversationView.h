@@ -46,6 +46,7 @@ public:
 	FBlock AddText(const FString& Text, const FLinearColor& Color, const FName& FontStyle, float FontSize);
 	/** A block with a content of its own. */
 	void AddBlock(const TSharedRef<SBorder>& Border);
+	void ClearBlocks();
 
 	/** Each frame: a wrapped text knows its height a frame late and can leave the view short of the end. */
 	void KeepEndInView();

@@ -25,6 +25,7 @@
 #include "Widgets/Layout/SBorder.h"
 #include "Widgets/Layout/SBox.h"
 #include "Widgets/SBoxPanel.h"
+#include "Widgets/SOverlay.h"
 #include "Widgets/Text/SMultiLineEditableText.h"
 
 #define LOCTEXT_NAMESPACE "SKestrelWidget"
@@ -60,12 +61,15 @@ void SKestrelWidget::Construct(const FArguments& InArgs)
 		[
 			SNew(SVerticalBox)
 			+ SVerticalBox::Slot()
+			.AutoHeight()
+			.Padding(0.0f, 0.0f, 0.0f, KestrelWidget::PartGap)
+			[
+				MakeHistoryHeader()
+			]
+			+ SVerticalBox::Slot()
 			.FillHeight(1.0f)
 			[
-				SAssignNew(Conversation, SKestrelConversationView)
-				.IsUserScrolling_Static(&SKestrelWidget::IsUserScrolling)
-				.OnScrolled_Static(&SKestrelWidget::OnScrolled)
-				.OnEndReached_Static(&SKestrelWidget::OnEndReached)
+				MakeConversationArea()
 			]
 			+ SVerticalBox::Slot()
 			.AutoHeight()
@@ -97,6 +101,28 @@ void SKestrelWidget::Construct(const FArguments& InArgs)
 	RegisterActiveTimer(0.0f, FWidgetActiveTimerDelegate::CreateSP(this, &SKestrelWidget::SetFocusPostConstruct));
 	BindToAgent();
 	ShowWelcome();
+	RestoreConversation();
+	ShowNotices();
+}
+
+TSharedRef<SWidget> SKestrelWidget::MakeConversationArea()
+{
+	// clang-format off
+	return SNew(SOverlay)
+		+ SOverlay::Slot()
+		[
+			SAssignNew(Conversation, SKestrelConversationView)
+			.Visibility(this, &SKestrelWidget::GetCurrentVisibility)
+			.IsUserScrolling_Static(&SKestrelWidget::IsUserScrolling)
+			.OnScrolled_Static(&SKestrelWidget::OnScrolled)
+			.OnEndReached_Static(&SKestrelWidget::OnEndReached)
+		]
+		+ SOverlay::Slot()
+		[
+			SAssignNew(EarlierBox, SBox)
+			.Visibility(this, &SKestrelWidget::GetEarlierVisibility)
+		];
+	// clang-format on
 }
 
 void SKestrelWidget::BindToAgent()
@@ -123,9 +149,19 @@ void SKestrelWidget::ShowWelcome()
 		"Undo reverts what a conversation has changed, except for new Blueprints.");
 	Conversation->AddMessage(FString(TEXT(" [ Kestrel ] \n\n")) + Welcome.ToString(), FKestrelInterface::AssistantColor,
 		FKestrelInterface::RegularFontName, FKestrelInterface::AssistantFontSize);
+}
+
+void SKestrelWidget::ShowNotices()
+{
+	// No part of the conversation: a panel that is opened later does not show them again.
 	for (const FString& Notice : FKestrelInterface::Get().TakeNotices())
 	{
-		FKestrelInterface::Get().AddOwnStatusMessage(Notice);
+		OnAddStatusMessage(Notice, FKestrelInterface::MessageColor, FKestrelInterface::ItalicFontName,
+			FKestrelInterface::MessageFontSize);
+	}
+	for (const FText& Hint : FKestrelInterface::Get().TakeHints())
+	{
+		OnAddHint(Hint);
 	}
 }
 
@@ -243,7 +279,7 @@ FReply SKestrelWidget::OnPreviewKeyDown(const FGeometry& MyGeometry, const FKeyE
 	{
 		return SCompoundWidget::OnPreviewKeyDown(MyGeometry, InKeyEvent);
 	}
-	Conversation->TurnPage(bDown);
+	(EarlierConversation.IsValid() ? EarlierConversation : Conversation)->TurnPage(bDown);
 	return FReply::Handled();
 }
 
@@ -261,20 +297,35 @@ void SKestrelWidget::OnAddStatusMessage(
 	const FString& Message, const FLinearColor& Color, const FName& FontStyle, float FontSize)
 {
 	StopProgressAnimation();
-	const SKestrelConversationView::FBlock Block = Conversation->AddMessage(Message, Color, FontStyle, FontSize);
-	if (Block.Text.IsValid() && Message.EndsWith(KestrelWidget::WorkingDots))
-	{
-		StartProgressAnimation(Block.Text.ToSharedRef(), Block.Border.ToSharedRef());
-	}
+	StartProgressIfWorking(Message, ShowStatusMessage(Message, Color, FontStyle, FontSize));
 	const FKestrelInterface& Interface = FKestrelInterface::Get();
 	Interface.KestrelInterfaceLogString(Message, Interface.GetPromptLogFilePath(), true);
+}
+
+SKestrelConversationView::FBlock SKestrelWidget::ShowStatusMessage(
+	const FString& Message, const FLinearColor& Color, const FName& FontStyle, float FontSize)
+{
+	return Conversation->AddMessage(Message, Color, FontStyle, FontSize);
 }
 
 void SKestrelWidget::OnAddHint(const FText& Hint)
 {
 	StopProgressAnimation();
+	ShowHint(Hint);
+}
+
+void SKestrelWidget::ShowHint(const FText& Hint)
+{
 	Conversation->AddText(Hint.ToString(), FKestrelInterface::MessageColor, FKestrelInterface::ItalicFontName,
 		FKestrelInterface::MessageFontSize);
+}
+
+void SKestrelWidget::StartProgressIfWorking(const FString& Message, const SKestrelConversationView::FBlock& Block)
+{
+	if (Block.Text.IsValid() && Message.EndsWith(KestrelWidget::WorkingDots))
+	{
+		StartProgressAnimation(Block.Text.ToSharedRef(), Block.Border.ToSharedRef());
+	}
 }
 
 void SKestrelWidget::StartProgressAnimation(
@@ -321,6 +372,7 @@ bool SKestrelWidget::IsPromptEmpty() const
 
 FString SKestrelWidget::TakePrompt()
 {
+	CloseEarlierConversation();
 	Conversation->FollowEnd();
 	const FString Prompt = PromptBox->GetText().ToString();
 	PromptBox->SetText(FText::GetEmpty());

@@ -9,20 +9,24 @@
 #include "Styling/SlateColor.h"
 #include "Types/WidgetActiveTimerDelegate.h"
 #include "Widget/LineDiff.h"
+#include "Widget/SKestrelConversationView.h"
 #include "Widgets/DeclarativeSyntaxSupport.h"
 #include "Widgets/SCompoundWidget.h"
 
 class FActiveTimerHandle;
 class SBorder;
+class SBox;
 class SButton;
+class SComboButton;
 class SKestrelApprovalList;
-class SKestrelConversationView;
 class SMultiLineEditableText;
+struct FKestrelTranscriptEntry;
 struct FSlateBrush;
 
 /**
  * The content of the plugin's tab: the conversation as a list of blocks, a prompt box, and the buttons that drive the
- * agent. Each tab has a widget of its own; the conversation itself lives in the agent and outlives them.
+ * agent. Each tab has a widget of its own; the conversation itself lives in the agent and outlives them. Above it, a
+ * list leads to the project's earlier conversations, which can be read in place of the current one.
  */
 class KESTREL_API SKestrelWidget : public SCompoundWidget
 {
@@ -94,6 +98,8 @@ public:
 private:
 	void BindToAgent();
 	void ShowWelcome();
+	/** The current conversation, or an earlier one in its place. */
+	TSharedRef<SWidget> MakeConversationArea();
 	TSharedRef<SWidget> MakePromptBox();
 	const FSlateBrush* GetPromptBrush() const;
 	/** Slate units; 0, which limits nothing, before it was painted. */
@@ -111,6 +117,32 @@ private:
 	FText GetUndoToolTip() const;
 	FText GetRedoToolTip() const;
 	FText GetEndToolTip() const;
+	/** A block of the conversation that is shown, without logging it. */
+	SKestrelConversationView::FBlock ShowStatusMessage(
+		const FString& Message, const FLinearColor& Color, const FName& FontStyle, float FontSize);
+	void ShowHint(const FText& Hint);
+	void ShowChange(const FString& FilePath, const FString& Before, const FString& After);
+	void ShowNotices();
+
+	// The conversations of the project.
+	TSharedRef<SWidget> MakeHistoryHeader();
+	TSharedRef<SWidget> MakeConversationList();
+	FText GetConversationTitle() const;
+	EVisibility GetEarlierVisibility() const;
+	EVisibility GetCurrentVisibility() const;
+	FReply OnBackToCurrentClicked();
+	/** Shows a conversation, to be read only; the current one goes on behind it. */
+	void OpenConversation(const FString& Id);
+	void CloseEarlierConversation();
+	void UsePromptAgain(const FString& Prompt);
+	void OnConversationDeleted();
+	/** Draws again what was said before this panel was opened, and logs what no panel has shown. */
+	void RestoreConversation();
+	void LogWhatWasMissed(TConstArrayView<FKestrelTranscriptEntry> Entries) const;
+	/** @return the last of them; without a text when it is no status message */
+	SKestrelConversationView::FBlock ShowEntries(TConstArrayView<FKestrelTranscriptEntry> Entries);
+	SKestrelConversationView::FBlock ShowEntry(const FKestrelTranscriptEntry& Entry);
+
 	void AddDiffBlock(const FString& FilePath, const FString& Before, const FString& After);
 	/** The path of the file, how many lines were added and removed, and a button that copies the path. */
 	TSharedRef<SWidget> MakeDiffHeader(const FString& FilePath, const TArray<FDiffChunk>& Chunks) const;
@@ -135,12 +167,18 @@ private:
 	bool IsPromptEmpty() const;
 	FString TakePrompt();
 
+	void StartProgressIfWorking(const FString& Message, const SKestrelConversationView::FBlock& Block);
 	void StartProgressAnimation(
 		const TSharedRef<SMultiLineEditableText>& TextWidget, const TSharedRef<SBorder>& Border);
 	EActiveTimerReturnType UpdateProgressAnimation(double InCurrentTime, float InDeltaTime);
 	void StopProgressAnimation();
 
-	TSharedPtr<SKestrelConversationView> Conversation;
+	TSharedPtr<SKestrelConversationView> Conversation; // the current one
+	TSharedPtr<SKestrelConversationView> EarlierConversation; // null while the current one is shown
+	FString EarlierId;                                        // empty while the current one is shown
+	FString EarlierTitle;
+	TSharedPtr<SBox> EarlierBox;
+	TSharedPtr<SComboButton> HistoryButton;
 	TSharedPtr<SKestrelApprovalList> ApprovalList;
 	FDelegateHandle StateChangedHandle;
 	TSharedPtr<SMultiLineEditableText> PromptBox;

@@ -476,6 +476,14 @@ void SKestrelWidget::OnAddDiffMessage(const FString& FilePath, const FString& Be
 	{
 		return;
 	}
+	ShowChange(FilePath, Before, After);
+	const FKestrelInterface& Interface = FKestrelInterface::Get();
+	Interface.KestrelInterfaceLogString(Before, Interface.GetPromptLogFilePath(), true);
+	Interface.KestrelInterfaceLogString(After, Interface.GetPromptLogFilePath(), true);
+}
+
+void SKestrelWidget::ShowChange(const FString& FilePath, const FString& Before, const FString& After)
+{
 	if (KestrelDisplayText::IsWorthComparing(Before, After))
 	{
 		AddDiffBlock(FilePath, Before, After);
@@ -488,9 +496,6 @@ void SKestrelWidget::OnAddDiffMessage(const FString& FilePath, const FString& Be
 				.ToString(),
 			FKestrelInterface::MessageColor, FKestrelInterface::ItalicFontName, FKestrelInterface::MessageFontSize);
 	}
-	const FKestrelInterface& Interface = FKestrelInterface::Get();
-	Interface.KestrelInterfaceLogString(Before, Interface.GetPromptLogFilePath(), true);
-	Interface.KestrelInterfaceLogString(After, Interface.GetPromptLogFilePath(), true);
 }
 
 void SKestrelWidget::AddDiffBlock(const FString& FilePath, const FString& Before, const FString& After)

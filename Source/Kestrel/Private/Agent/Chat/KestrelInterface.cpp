@@ -8,6 +8,7 @@
 #include "Agent/Text/DisplayText.h"
 #include "Interfaces/IProjectManager.h"
 #include "KestrelSettings.h"
+#include "Misc/App.h"
 #include "Misc/Paths.h"
 #include "ModuleDescriptor.h"
 #include "Modules/ModuleManager.h"
@@ -65,6 +66,8 @@ void FKestrelInterface::Initialize()
 	}
 	bInitialized = true;
 	PromptLog.Open(FKestrelPromptLog::GetUsualFolder());
+	Transcript.Open(FKestrelConversationStore::GetUsualFolder());
+	bRestoresConversation = !FApp::IsUnattended();
 	// The key is in there; the engine writes the file with the modes of any other.
 	KestrelNativeFile::RestrictToOwner(
 		FPaths::ConvertRelativePathToFull(UKestrelSettings::StaticClass()->GetConfigName()));
@@ -74,15 +77,18 @@ void FKestrelInterface::Initialize()
 
 	constexpr int32 DaysKept = 30;
 	constexpr int64 HistoryBytesKept = 512 * 1024 * 1024;
+	constexpr int64 ConversationBytesKept = 512 * 1024 * 1024;
 	switch (GetDefault<UKestrelSettings>()->LogRetentionPolicy)
 	{
 	case EKestrelLogDeletionPolicy::DeleteAllOnStart:
 		PromptLog.DeleteAll();
 		FKestrelHistoryStore::RemoveAll();
+		Transcript.DeleteAll();
 		break;
 	case EKestrelLogDeletionPolicy::KeepLast30Days:
 		PromptLog.DeleteOld(DaysKept);
 		FKestrelHistoryStore::RemoveOld(DaysKept, HistoryBytesKept);
+		Transcript.GetStore().DeleteOld(DaysKept, ConversationBytesKept);
 		break;
 	case EKestrelLogDeletionPolicy::KeepAll:
 		FKestrelHistoryStore::RemoveOld(MAX_int32, MAX_int64);
@@ -201,10 +207,56 @@ TArray<FString> FKestrelInterface::TakeNotices()
 	return Taken;
 }
 
+void FKestrelInterface::BeginConversation(const FString& Id, const FString& Prompt)
+{
+	Transcript.Begin(Id, KestrelKeyGuard::Hide(Prompt));
+}
+
+void FKestrelInterface::RestoreConversation()
+{
+	if (bRestoresConversation)
+	{
+		bRestoresConversation = false;
+		Transcript.RestoreLast();
+		ReportDamagedConversations();
+	}
+}
+
+void FKestrelInterface::ReportDamagedConversations()
+{
+	for (const FString& File : Transcript.GetStore().TakeSetAside())
+	{
+		AddPassingHint(FText::Format(
+			LOCTEXT("DamagedConversation", "A stored conversation is damaged and cannot be shown. Its file is kept: {0}"),
+			FText::FromString(KestrelDisplayText::EscapeLine(File))));
+	}
+}
+
+void FKestrelInterface::AddPassingHint(const FText& Hint) const
+{
+	if (!HintDelegate.ExecuteIfBound(Hint))
+	{
+		Hints.Add(Hint);
+	}
+}
+
+void FKestrelInterface::Record(FKestrelTranscriptEntry Entry) const
+{
+	if (!Transcript.Add(MoveTemp(Entry)))
+	{
+		AddPassingHint(LOCTEXT(
+			"NotStored", "This conversation can no longer be stored. Make room on the disk before the next one."));
+	}
+}
+
 void FKestrelInterface::OnAddStatusMessage(
 	const FString& Message, const FLinearColor& Color, const FName& FontStyle, float FontSize) const
 {
-	StatusMessageDelegate.ExecuteIfBound(KestrelKeyGuard::Hide(Message), Color, FontStyle, FontSize);
+	FKestrelTranscriptEntry Entry =
+		FKestrelTranscriptEntry::MakeStatus(KestrelKeyGuard::Hide(Message), Color, FontStyle, FontSize);
+	Entry.bIsLogged = StatusMessageDelegate.IsBound();
+	Record(Entry);
+	StatusMessageDelegate.ExecuteIfBound(Entry.Text, Color, FontStyle, FontSize);
 }
 
 void FKestrelInterface::AddOwnStatusMessage(const FString& Message) const
@@ -214,12 +266,21 @@ void FKestrelInterface::AddOwnStatusMessage(const FString& Message) const
 
 void FKestrelInterface::AddHint(const FText& Hint) const
 {
+	Record(FKestrelTranscriptEntry::MakeHint(KestrelKeyGuard::Hide(Hint.ToString())));
 	HintDelegate.ExecuteIfBound(Hint);
 }
 
 void FKestrelInterface::OnAddDiffMessage(const FString& FilePath, const FString& Before, const FString& After) const
 {
-	DiffMessageDelegate.ExecuteIfBound(FilePath, KestrelKeyGuard::Hide(Before), KestrelKeyGuard::Hide(After));
+	FKestrelTranscriptEntry Entry = FKestrelTranscriptEntry::MakeChange(
+		KestrelKeyGuard::Hide(FilePath), KestrelKeyGuard::Hide(Before), KestrelKeyGuard::Hide(After));
+	Entry.bIsLogged = DiffMessageDelegate.IsBound();
+	// What is switched off is neither shown nor logged later.
+	if (GetDefault<UKestrelSettings>()->bDisplayFileChangesInChat)
+	{
+		Record(Entry);
+	}
+	DiffMessageDelegate.ExecuteIfBound(FilePath, Entry.Before, Entry.After);
 }
 
 #undef LOCTEXT_NAMESPACE

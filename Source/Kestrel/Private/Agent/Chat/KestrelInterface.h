@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Agent/Chat/PromptLog.h"
+#include "Agent/Chat/Transcript.h"
 #include "Agent/FileHistory.h"
 #include "Agent/History/TransactionLookup.h"
 #include "CoreMinimal.h"
@@ -15,7 +16,8 @@ DECLARE_DELEGATE_ThreeParams(
  * What the panel and the rest of the plugin know of each other.
  *
  * It forwards the user's requests to the agent in the states that allow them and relays the agent's messages to the
- * panel that is open, if one is. It keeps the prompt logs: a file a day, in Plugins/kestrel-unreal/Logs of the project.
+ * panel that is open, if one is. What was said it keeps for panels that are opened later. It keeps the prompt logs: a
+ * file a day, in Plugins/kestrel-unreal/Logs of the project.
  */
 class KESTREL_API FKestrelInterface
 {
@@ -28,6 +30,7 @@ public:
 	void Shutdown();
 
 	FKestrelPromptLog& GetPromptLog() { return PromptLog; }
+	FKestrelTranscript& GetTranscript() { return Transcript; }
 	// The same by the interface's own names.
 	void EnsureLogDirectoryExists() const { PromptLog.EnsureFolderExists(); }
 	TArray<FString> GetAllLogFiles() const { return PromptLog.GetAllFiles(); }
@@ -42,6 +45,16 @@ public:
 	{
 		PromptLog.Append(Text, FilePath, bWithTimestamp);
 	}
+
+	/** From now on everything belongs to a new conversation. Id is a GUID. */
+	void BeginConversation(const FString& Id, const FString& Prompt);
+	/**
+	 * For a panel that opens: the first one after a start of the editor finds the project's last conversation. Not in
+	 * unattended editors, where nobody reads it.
+	 */
+	void RestoreConversation();
+	/** Tells the user of conversations that could not be read. */
+	void ReportDamagedConversations();
 
 	/** Only from `Idle`; otherwise nothing happens. */
 	void InitialRequest(const FString& Prompt);
@@ -76,6 +89,8 @@ public:
 
 	/** What was noticed before a panel could show it, told once, and whether the project's code is missing. */
 	TArray<FString> TakeNotices();
+	/** Hints that came up while no panel was open and are no part of a conversation; told once. */
+	TArray<FText> TakeHints() { return MoveTemp(Hints); }
 
 	/** What the panel shows and logs, but for the key, which a service or a user may repeat. */
 	void OnAddStatusMessage(
@@ -112,12 +127,19 @@ private:
 	bool ReportLeftChanges(const FFileHistory::FFileEntries* Left) const;
 	void OfferUndoOfEarlierRun();
 	void ReportKeptText(const FString& FilePath, const FString& CopyPath) const;
+	/** Keeps a block for panels that are opened later. */
+	void Record(FKestrelTranscriptEntry Entry) const;
+	/** A hint that a panel shows once, now or when it opens. */
+	void AddPassingHint(const FText& Hint) const;
 	/** Copies of files that an editor which ended while it was writing has left behind. */
 	void CollectRescueNotices();
 
 	mutable FKestrelTransactionLookup UndoLookup;
 	mutable FKestrelTransactionLookup RedoLookup;
 	FKestrelPromptLog PromptLog;
+	mutable FKestrelTranscript Transcript;
 	TArray<FString> Notices;
+	mutable TArray<FText> Hints;
+	bool bRestoresConversation = false;
 	bool bInitialized = false;
 };

@@ -80,20 +80,6 @@ void ReadLeft(const FString& RecordFile, FFileHistoryEntry& Entry)
 	}
 }
 
-/** A GUID of digits alone, as the agent makes them. */
-bool IsConversationId(const FString& Name)
-{
-	constexpr int32 NumDigits = 32;
-	for (const TCHAR Character : Name)
-	{
-		if (!FChar::IsHexDigit(Character))
-		{
-			return false;
-		}
-	}
-	return Name.Len() == NumDigits;
-}
-
 const TCHAR* ExtensionOf(EKestrelHistorySide Side)
 {
 	return Side == EKestrelHistorySide::Undo ? UndoExtension : RedoExtension;
@@ -292,7 +278,7 @@ TArray<FKestrelHistoryStore::FConversation> List()
 	{
 		const FString Folder = RootFolder() / Name;
 		// A link that somebody has put here leads out of what is ours.
-		if (IsConversationId(Name) && KestrelNativeFile::ReadLink(Folder).IsEmpty())
+		if (FKestrelHistoryStore::IsConversationId(Name) && KestrelNativeFile::ReadLink(Folder).IsEmpty())
 		{
 			Conversations.AddDefaulted_GetRef().Id = Name;
 			Conversations.Last().LastChange = IFileManager::Get().GetTimeStamp(*Folder);
@@ -385,10 +371,23 @@ FString MakeRecordName()
 }
 }
 
+bool FKestrelHistoryStore::IsConversationId(const FString& Name)
+{
+	constexpr int32 NumDigits = 32;
+	for (const TCHAR Character : Name)
+	{
+		if (!FChar::IsHexDigit(Character))
+		{
+			return false;
+		}
+	}
+	return Name.Len() == NumDigits;
+}
+
 bool FKestrelHistoryStore::Write(const FString& Id, EKestrelHistorySide Side, const FString& FilePath,
 	FFileHistoryEntry& Entry, const TArray<uint8>& PlainAscii)
 {
-	if (!HistoryStore::IsConversationId(Id))
+	if (!IsConversationId(Id))
 	{
 		return true;
 	}

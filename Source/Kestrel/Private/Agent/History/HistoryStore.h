@@ -32,6 +32,9 @@ public:
 		TArray<FString> NotFollowed;
 	};
 
+	/** A GUID of digits alone, as the agent makes them. */
+	static bool IsConversationId(const FString& Name);
+
 	/**
 	 * Writes a record.
 	 *

@@ -1,0 +1,122 @@
+#include "Agent/Chat/Transcript.h"
+
+namespace Transcript
+{
+// What is held in memory of one conversation. A day's work stays far below.
+constexpr int32 MaxEntries = 50000;
+constexpr int32 NumDroppedAtOnce = 10000;
+constexpr int64 MaxChangeLength = 64 << 20; // characters
+}
+
+void FKestrelTranscript::Open(const FString& Folder)
+{
+	Writer.Close();
+	Store.Open(Folder);
+	Id.Empty();
+	Entries.Empty();
+	ChangeLength = 0;
+	NumRestored = 0;
+}
+
+void FKestrelTranscript::Begin(const FString& InId, const FString& Prompt)
+{
+	Id = InId;
+	Entries.Empty();
+	ChangeLength = 0;
+	NumRestored = 0;
+	Writer.Begin(Store, Id, Prompt);
+}
+
+void FKestrelTranscript::RestoreLast()
+{
+	if (!Id.IsEmpty())
+	{
+		return;
+	}
+	TArray<FKestrelTranscriptEntry> Last;
+	for (const FKestrelConversationInfo& Info : Store.List())
+	{
+		// A damaged one is set aside, and the one before it is the last.
+		if (Store.Read(Info.Id, Last) == EKestrelConversationRead::Done)
+		{
+			Id = Info.Id;
+			break;
+		}
+	}
+	if (Id.IsEmpty())
+	{
+		return;
+	}
+	const TArray<FKestrelTranscriptEntry> SaidMeanwhile = MoveTemp(Entries);
+	Entries = MoveTemp(Last);
+	NumRestored = Entries.Num();
+	Writer.Resume(Store, Id);
+	for (const FKestrelTranscriptEntry& Entry : SaidMeanwhile)
+	{
+		Add(Entry);
+	}
+}
+
+bool FKestrelTranscript::Add(FKestrelTranscriptEntry Entry)
+{
+	const bool bStored = Writer.Append(Entry);
+	const int64 Length = static_cast<int64>(Entry.Before.Len()) + Entry.After.Len();
+	if (ChangeLength + Length > Transcript::MaxChangeLength)
+	{
+		Entry.Before.Empty();
+		Entry.After.Empty();
+		Entry.bTextsLeftOut = true;
+	}
+	else
+	{
+		ChangeLength += Length;
+	}
+	if (Entries.Num() == Transcript::MaxEntries)
+	{
+		Entries.RemoveAt(0, Transcript::NumDroppedAtOnce);
+		NumRestored = FMath::Max(NumRestored - Transcript::NumDroppedAtOnce, 0);
+	}
+	Entries.Add(MoveTemp(Entry));
+	return bStored;
+}
+
+void FKestrelTranscript::MarkLogged()
+{
+	bool bAllLogged = true;
+	for (FKestrelTranscriptEntry& Entry : Entries)
+	{
+		bAllLogged &= Entry.bIsLogged;
+		Entry.bIsLogged = true;
+	}
+	if (!bAllLogged)
+	{
+		Writer.MarkLogged();
+	}
+}
+
+void FKestrelTranscript::Forget()
+{
+	Writer.Close();
+	Store.Delete(Id);
+	Entries.Empty();
+	ChangeLength = 0;
+	NumRestored = 0;
+}
+
+void FKestrelTranscript::Delete(const FString& OtherId)
+{
+	if (OtherId.Equals(Id))
+	{
+		Forget();
+	}
+	else
+	{
+		Store.Delete(OtherId);
+	}
+}
+
+void FKestrelTranscript::DeleteAll()
+{
+	Forget();
+	Store.DeleteAll();
+}

@@ -1,0 +1,246 @@
+#include "Agent/Chat/KestrelInterface.h"
+#include "Agent/Chat/Transcript.h"
+#include "Agent/Text/DisplayText.h"
+#include "Framework/Application/SlateApplication.h"
+#include "KestrelSettings.h"
+#include "Layout/Clipping.h"
+#include "Layout/Visibility.h"
+#include "Misc/Attribute.h"
+#include "UObject/Class.h"
+#include "Widget/SKestrelConversationList.h"
+#include "Widget/SKestrelConversationView.h"
+#include "Widget/SKestrelWidget.h"
+#include "Widgets/Input/SButton.h"
+#include "Widgets/Input/SComboButton.h"
+#include "Widgets/Layout/SBox.h"
+#include "Widgets/SBoxPanel.h"
+#include "Widgets/SNullWidget.h"
+#include "Widgets/Text/SMultiLineEditableText.h"
+#include "Widgets/Text/STextBlock.h"
+
+#define LOCTEXT_NAMESPACE "SKestrelWidget"
+
+namespace KestrelWidgetHistory
+{
+constexpr float Gap = 4.0f;
+// Slate units.
+constexpr float MinListWidth = 240.0f;
+constexpr float MaxListWidth = 420.0f;
+/** More blocks than anybody scrolls back to. */
+constexpr int32 MaxBlocks = 5000;
+}
+
+TSharedRef<SWidget> SKestrelWidget::MakeHistoryHeader()
+{
+	// clang-format off
+	return SNew(SVerticalBox)
+		+ SVerticalBox::Slot()
+		.AutoHeight()
+		[
+			SAssignNew(HistoryButton, SComboButton)
+			.ToolTipText(LOCTEXT("HistoryToolTip", "The conversations of this project"))
+			.AccessibleText(LOCTEXT("History", "Conversations"))
+			.OnGetMenuContent(this, &SKestrelWidget::MakeConversationList)
+			.ButtonContent()
+			[
+				SNew(SBox)
+				.Clipping(EWidgetClipping::ClipToBounds)
+				[
+					SNew(STextBlock).Text(this, &SKestrelWidget::GetConversationTitle)
+				]
+			]
+		]
+		+ SVerticalBox::Slot()
+		.AutoHeight()
+		[
+			SNew(SBox)
+			.Visibility(this, &SKestrelWidget::GetEarlierVisibility)
+			.Padding(FMargin(0.0f, KestrelWidgetHistory::Gap, 0.0f, 0.0f))
+			[
+				SNew(SButton)
+				.Text(LOCTEXT("BackToCurrent", "Back to the current conversation"))
+				.ToolTipText(LOCTEXT("BackToCurrentToolTip", "Close the earlier conversation, which can only be read"))
+				.OnClicked(this, &SKestrelWidget::OnBackToCurrentClicked)
+			]
+		];
+	// clang-format on
+}
+
+TSharedRef<SWidget> SKestrelWidget::MakeConversationList()
+{
+	// clang-format off
+	return SNew(SBox)
+		.WidthOverride(FMath::Clamp(
+			GetWidth(), KestrelWidgetHistory::MinListWidth, KestrelWidgetHistory::MaxListWidth))
+		[
+			SNew(SKestrelConversationList)
+			.OnOpenConversation(this, &SKestrelWidget::OpenConversation)
+			.OnUsePrompt(this, &SKestrelWidget::UsePromptAgain)
+			.OnDeleted(this, &SKestrelWidget::OnConversationDeleted)
+		];
+	// clang-format on
+}
+
+FText SKestrelWidget::GetConversationTitle() const
+{
+	return EarlierId.IsEmpty() ? LOCTEXT("History", "Conversations")
+							   : FText::Format(LOCTEXT("Earlier", "Earlier: {0}"), FText::FromString(EarlierTitle));
+}
+
+EVisibility SKestrelWidget::GetEarlierVisibility() const
+{
+	return EarlierId.IsEmpty() ? EVisibility::Collapsed : EVisibility::Visible;
+}
+
+EVisibility SKestrelWidget::GetCurrentVisibility() const
+{
+	return EarlierId.IsEmpty() ? EVisibility::Visible : EVisibility::Collapsed;
+}
+
+FReply SKestrelWidget::OnBackToCurrentClicked()
+{
+	CloseEarlierConversation();
+	return HandledWithFocusOnPrompt();
+}
+
+void SKestrelWidget::OpenConversation(const FString& Id)
+{
+	FKestrelTranscript& Transcript = FKestrelInterface::Get().GetTranscript();
+	CloseEarlierConversation();
+	HistoryButton->SetIsOpen(false);
+	const TOptional<FKestrelConversationInfo> Info = Transcript.GetStore().Find(Id);
+	TArray<FKestrelTranscriptEntry> Entries;
+	const bool bRead = !Id.Equals(Transcript.GetId()) && Info.IsSet() &&
+					   Transcript.GetStore().Read(Id, Entries) == EKestrelConversationRead::Done;
+	FKestrelInterface::Get().ReportDamagedConversations();
+	if (!bRead)
+	{
+		return;
+	}
+	EarlierId = Id;
+	EarlierTitle = Info->Title;
+	// It begins at its top, and nothing is added to it.
+	SAssignNew(EarlierConversation, SKestrelConversationView).IsUserScrolling(true);
+	{
+		const TGuardValue<TSharedPtr<SKestrelConversationView>> Target(Conversation, EarlierConversation);
+		ShowEntries(Entries);
+	}
+	EarlierBox->SetContent(EarlierConversation.ToSharedRef());
+}
+
+void SKestrelWidget::CloseEarlierConversation()
+{
+	EarlierId.Empty();
+	EarlierTitle.Empty();
+	EarlierConversation.Reset();
+	EarlierBox->SetContent(SNullWidget::NullWidget);
+}
+
+void SKestrelWidget::UsePromptAgain(const FString& Prompt)
+{
+	HistoryButton->SetIsOpen(false);
+	// What was being typed is not lost.
+	const FString Typed = PromptBox->GetText().ToString();
+	PromptBox->SetText(FText::FromString(Typed.IsEmpty() ? Prompt : Typed + TEXT("\n") + Prompt));
+	FSlateApplication::Get().SetKeyboardFocus(PromptBox);
+}
+
+void SKestrelWidget::OnConversationDeleted()
+{
+	FKestrelTranscript& Transcript = FKestrelInterface::Get().GetTranscript();
+	if (!EarlierId.IsEmpty() && !Transcript.GetStore().Find(EarlierId).IsSet())
+	{
+		CloseEarlierConversation();
+	}
+	if (Transcript.GetEntries().IsEmpty())
+	{
+		// What was deleted is not to be read on the screen, either.
+		StopProgressAnimation();
+		Conversation->ClearBlocks();
+		ShowWelcome();
+	}
+}
+
+void SKestrelWidget::RestoreConversation()
+{
+	FKestrelInterface& Interface = FKestrelInterface::Get();
+	Interface.RestoreConversation();
+	FKestrelTranscript& Transcript = Interface.GetTranscript();
+	const TArray<FKestrelTranscriptEntry>& Entries = Transcript.GetEntries();
+	const int32 NumRestored = Transcript.GetNumRestored();
+	LogWhatWasMissed(Entries);
+	Transcript.MarkLogged();
+	ShowEntries(TConstArrayView<FKestrelTranscriptEntry>(Entries.GetData(), NumRestored));
+	if (NumRestored > 0)
+	{
+		OnAddHint(LOCTEXT("EndOfEarlier", "This was the last conversation. The next prompt starts a new one."));
+	}
+	const SKestrelConversationView::FBlock LastBlock = ShowEntries(
+		TConstArrayView<FKestrelTranscriptEntry>(Entries.GetData() + NumRestored, Entries.Num() - NumRestored));
+	if (LastBlock.Text.IsValid())
+	{
+		StartProgressIfWorking(Entries.Last().Text, LastBlock);
+	}
+}
+
+void SKestrelWidget::LogWhatWasMissed(TConstArrayView<FKestrelTranscriptEntry> Entries) const
+{
+	const FKestrelInterface& Interface = FKestrelInterface::Get();
+	const bool bChangesShown = GetDefault<UKestrelSettings>()->bDisplayFileChangesInChat;
+	const auto Log = [&Interface](const FString& Text) {
+		Interface.KestrelInterfaceLogString(Text, Interface.GetPromptLogFilePath(), true);
+	};
+	for (const FKestrelTranscriptEntry& Entry : Entries)
+	{
+		if (!Entry.bIsLogged && Entry.Kind == EKestrelTranscriptKind::Status)
+		{
+			Log(Entry.Text);
+		}
+		else if (!Entry.bIsLogged && Entry.Kind == EKestrelTranscriptKind::Change && bChangesShown)
+		{
+			Log(Entry.Before);
+			Log(Entry.After);
+		}
+	}
+}
+
+SKestrelConversationView::FBlock SKestrelWidget::ShowEntries(TConstArrayView<FKestrelTranscriptEntry> Entries)
+{
+	const int32 NumLeftOut = FMath::Max(Entries.Num() - KestrelWidgetHistory::MaxBlocks, 0);
+	if (NumLeftOut > 0)
+	{
+		ShowHint(FText::Format(LOCTEXT("LeftOut", "The first {0} messages are not shown."), NumLeftOut));
+	}
+	SKestrelConversationView::FBlock LastBlock;
+	for (int32 Index = NumLeftOut; Index < Entries.Num(); ++Index)
+	{
+		LastBlock = ShowEntry(Entries[Index]);
+	}
+	return LastBlock;
+}
+
+SKestrelConversationView::FBlock SKestrelWidget::ShowEntry(const FKestrelTranscriptEntry& Entry)
+{
+	switch (Entry.Kind)
+	{
+	case EKestrelTranscriptKind::Status:
+		return ShowStatusMessage(Entry.Text, Entry.Color, Entry.FontStyle, Entry.FontSize);
+	case EKestrelTranscriptKind::Hint:
+		ShowHint(FText::FromString(Entry.Text));
+		break;
+	case EKestrelTranscriptKind::Change:
+		if (GetDefault<UKestrelSettings>()->bDisplayFileChangesInChat && Entry.bTextsLeftOut)
+		{
+			ShowHint(FText::Format(LOCTEXT("TooLargeToKeep", "{0} has changed. The change was too large to be kept."),
+				FText::FromString(KestrelDisplayText::EscapeLine(Entry.Text))));
+		}
+		else if (GetDefault<UKestrelSettings>()->bDisplayFileChangesInChat)
+		{
+			ShowChange(Entry.Text, Entry.Before, Entry.After);
+		}
+		break;
+	}
+	return SKestrelConversationView::FBlock();
+}
+
+#undef LOCTEXT_NAMESPACE
