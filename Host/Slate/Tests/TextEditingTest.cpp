@@ -104,6 +104,17 @@ TEST_F(FTextEditingTest, PutsTheTextBackAtEscape)
 	EXPECT_TRUE(Box->GetText().ToString().Equals(TEXT("old")));
 }
 
+TEST_F(FTextEditingTest, HandsTheFocusOfABoxOnToItsText)
+{
+	ShowBox(SEditableTextBox::FArguments());
+	App().ClearKeyboardFocus();
+	EXPECT_FALSE(Box->HasKeyboardFocus());
+	EXPECT_TRUE(App().SetKeyboardFocus(Box));
+	EXPECT_TRUE(Box->HasKeyboardFocus());
+	Type(TEXT("owl"));
+	EXPECT_TRUE(Box->GetText().ToString().Equals(TEXT("owl")));
+}
+
 TEST_F(FTextEditingTest, TellsNobodyAPassword)
 {
 	ShowBox(SEditableTextBox::FArguments().Text(INVTEXT("hush")).HintText(INVTEXT("Key")).IsPassword(true));

@@ -3,6 +3,7 @@
 #include "Agent/Chat/ConversationExport.h"
 #include "Agent/Chat/KestrelInterface.h"
 #include "Agent/Text/DisplayText.h"
+#include "Framework/Application/SlateApplication.h"
 #include "Layout/Clipping.h"
 #include "Layout/Visibility.h"
 #include "Misc/DateTime.h"
@@ -75,7 +76,23 @@ void SKestrelConversationList::Construct(const FArguments& InArgs)
 	// clang-format off
 	ChildSlot
 	[
-		SNew(SBorder)
+		SNew(SBox)
+		.WidthOverride(InArgs._Width)
+		[
+			MakeContent()
+		]
+	];
+	// clang-format on
+	Refresh();
+	// A widget that is not shown yet cannot have the focus.
+	RegisterActiveTimer(
+		0.0f, FWidgetActiveTimerDelegate::CreateSP(this, &SKestrelConversationList::SetFocusPostConstruct));
+}
+
+TSharedRef<SWidget> SKestrelConversationList::MakeContent()
+{
+	// clang-format off
+	return SNew(SBorder)
 		.BorderImage(FAppStyle::GetBrush("Menu.Background"))
 		.Padding(ConversationList::Padding)
 		[
@@ -117,10 +134,14 @@ void SKestrelConversationList::Construct(const FArguments& InArgs)
 			[
 				SAssignNew(Footer, SBox)
 			]
-		]
-	];
+		];
 	// clang-format on
-	Refresh();
+}
+
+EActiveTimerReturnType SKestrelConversationList::SetFocusPostConstruct(double InCurrentTime, float InDeltaTime)
+{
+	FSlateApplication::Get().SetKeyboardFocus(SearchBox);
+	return EActiveTimerReturnType::Stop;
 }
 
 void SKestrelConversationList::Refresh()
@@ -129,6 +150,12 @@ void SKestrelConversationList::Refresh()
 	FKestrelInterface::Get().ReportDamagedConversations();
 	ShowRows();
 	ShowFooter();
+}
+
+void SKestrelConversationList::RefreshAfterChange()
+{
+	Refresh();
+	FSlateApplication::Get().SetKeyboardFocus(SearchBox);
 }
 
 void SKestrelConversationList::OnSearchChanged(const FText& Text)
@@ -351,7 +378,7 @@ FReply SKestrelConversationList::StartRenaming(const FKestrelConversationInfo& I
 					const bool bDone =
 						FKestrelInterface::Get().GetTranscript().GetStore().Rename(Id, Text.ToString());
 					Remark = bDone ? FText::GetEmpty() : LOCTEXT("NotRenamed", "It could not be renamed.");
-					Refresh();
+					RefreshAfterChange();
 				}
 			});
 	Place->SetContent(Box);
@@ -379,7 +406,7 @@ void SKestrelConversationList::Delete(const FString Id)
 	FKestrelInterface::Get().GetTranscript().Delete(Id);
 	Remark = FText::GetEmpty();
 	OnDeleted.ExecuteIfBound();
-	Refresh();
+	RefreshAfterChange();
 }
 
 void SKestrelConversationList::DeleteAll()
@@ -387,7 +414,7 @@ void SKestrelConversationList::DeleteAll()
 	FKestrelInterface::Get().GetTranscript().DeleteAll();
 	Remark = FText::GetEmpty();
 	OnDeleted.ExecuteIfBound();
-	Refresh();
+	RefreshAfterChange();
 }
 
 void SKestrelConversationList::ShowFooter()

@@ -4,6 +4,7 @@
 #include "CoreMinimal.h"
 #include "Input/Reply.h"
 #include "Types/SlateEnums.h"
+#include "Types/WidgetActiveTimerDelegate.h"
 #include "Widgets/DeclarativeSyntaxSupport.h"
 #include "Widgets/SCompoundWidget.h"
 
@@ -21,7 +22,12 @@ DECLARE_DELEGATE_OneParam(FOnKestrelTextChosen, const FString& /*Chosen*/);
 class KESTREL_API SKestrelConversationList : public SCompoundWidget
 {
 public:
-	SLATE_BEGIN_ARGS(SKestrelConversationList) {}
+	SLATE_BEGIN_ARGS(SKestrelConversationList)
+		: _Width(300.0f)
+	{
+	}
+	/** In Slate units. */
+	SLATE_ARGUMENT(float, Width)
 	/** With the id of the conversation to show. */
 	SLATE_EVENT(FOnKestrelTextChosen, OnOpenConversation)
 	/** With the prompt to use again. */
@@ -33,8 +39,12 @@ public:
 	void Construct(const FArguments& InArgs);
 
 private:
+	TSharedRef<SWidget> MakeContent();
 	/** Looks again at what is there, and shows it. */
 	void Refresh();
+	EActiveTimerReturnType SetFocusPostConstruct(double InCurrentTime, float InDeltaTime);
+	/** After something was changed: its row is gone, and with it what had the focus. */
+	void RefreshAfterChange();
 	void ShowRows();
 	TSharedRef<SWidget> MakeRow(const FKestrelConversationInfo& Info);
 	/** What can be done with a conversation, below its row. */

@@ -68,17 +68,11 @@ TSharedRef<SWidget> SKestrelWidget::MakeHistoryHeader()
 
 TSharedRef<SWidget> SKestrelWidget::MakeConversationList()
 {
-	// clang-format off
-	return SNew(SBox)
-		.WidthOverride(FMath::Clamp(
-			GetWidth(), KestrelWidgetHistory::MinListWidth, KestrelWidgetHistory::MaxListWidth))
-		[
-			SNew(SKestrelConversationList)
-			.OnOpenConversation(this, &SKestrelWidget::OpenConversation)
-			.OnUsePrompt(this, &SKestrelWidget::UsePromptAgain)
-			.OnDeleted(this, &SKestrelWidget::OnConversationDeleted)
-		];
-	// clang-format on
+	return SNew(SKestrelConversationList)
+		.Width(FMath::Clamp(GetWidth(), KestrelWidgetHistory::MinListWidth, KestrelWidgetHistory::MaxListWidth))
+		.OnOpenConversation(this, &SKestrelWidget::OpenConversation)
+		.OnUsePrompt(this, &SKestrelWidget::UsePromptAgain)
+		.OnDeleted(this, &SKestrelWidget::OnConversationDeleted);
 }
 
 FText SKestrelWidget::GetConversationTitle() const

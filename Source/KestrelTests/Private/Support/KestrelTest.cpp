@@ -105,13 +105,16 @@ void FKestrelTestFolder::Write(const FString& FileName, const FString& Text) con
 }
 
 FKestrelTestLog::FKestrelTestLog()
+	: Before(MoveTemp(FKestrelInterface::Get().GetTranscript()))
 {
 	FKestrelInterface::Get().GetPromptLog().Open(Folder.Full(TEXT("Logs")));
+	FKestrelInterface::Get().GetTranscript().Open(GetConversations());
 }
 
 FKestrelTestLog::~FKestrelTestLog()
 {
 	FKestrelInterface::Get().GetPromptLog().Open(FKestrelPromptLog::GetUsualFolder());
+	FKestrelInterface::Get().GetTranscript() = MoveTemp(Before);
 }
 
 FKestrelPanelRecorder::FKestrelPanelRecorder()

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Agent/Chat/Transcript.h"
 #include "Agent/KestrelAgentState.h"
 #include "CoreMinimal.h"
 #include "Misc/AutomationTest.h"
@@ -50,7 +51,7 @@ public:
 	const FString Name; // relative to the project directory
 };
 
-/** A prompt log of a test's own: the user's must neither grow by tests nor lose anything. */
+/** A prompt log and conversations of a test's own: the user's must neither grow by tests nor lose anything. */
 class FKestrelTestLog
 {
 public:
@@ -58,8 +59,12 @@ public:
 	~FKestrelTestLog();
 	UE_NONCOPYABLE(FKestrelTestLog)
 
+	/** Where the conversations are. */
+	FString GetConversations() const { return Folder.Full(TEXT("Conversations")); }
+
 private:
 	const FKestrelTestFolder Folder;
+	FKestrelTranscript Before;
 };
 
 /** What the panel would be told, with the time of each message; the panel itself is unhooked meanwhile. */

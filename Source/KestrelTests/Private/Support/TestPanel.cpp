@@ -4,8 +4,10 @@
 #include "Framework/Application/SlateApplication.h"
 #include "InputCoreTypes.h"
 #include "KestrelSettings.h"
+#include "Misc/FileHelper.h"
 #include "UObject/Class.h"
 #include "Widget/SKestrelWidget.h"
+#include "Widgets/SNullWidget.h"
 #include "Widgets/SWindow.h"
 #include "Widgets/Text/SMultiLineEditableText.h"
 #include "Widgets/Text/STextBlock.h"
@@ -81,6 +83,19 @@ FKestrelTestPanel::~FKestrelTestPanel()
 	FKestrelInterface::Get().DiffMessageDelegate = UnhookedDiffs;
 }
 
+void FKestrelTestPanel::Close()
+{
+	Window->SetContent(SNullWidget::NullWidget);
+	Widget.Reset();
+}
+
+void FKestrelTestPanel::Reopen()
+{
+	Close();
+	Window->SetContent(SAssignNew(Widget, SKestrelWidget));
+	FSlateApplication::Get().Tick();
+}
+
 TArray<TSharedRef<SMultiLineEditableText>> FKestrelTestPanel::Texts(bool bReadOnly) const
 {
 	TArray<TSharedRef<SMultiLineEditableText>> All;
@@ -99,6 +114,24 @@ FString FKestrelTestPanel::LastBlock() const
 	return Texts(true).Last()->GetText().ToString();
 }
 
+TArray<FString> FKestrelTestPanel::Blocks() const
+{
+	TArray<FString> Blocks;
+	for (const TSharedRef<SMultiLineEditableText>& Text : Texts(true))
+	{
+		Blocks.Add(Text->GetText().ToString());
+	}
+	Blocks.RemoveAt(0, 1);
+	return Blocks;
+}
+
+FString FKestrelTestPanel::Log() const
+{
+	FString Log;
+	FFileHelper::LoadFileToString(Log, *FKestrelInterface::Get().GetPromptLogFilePath());
+	return Log;
+}
+
 void FKestrelTestPanel::Type(const TCHAR* Text) const
 {
 	PromptBox()->SetText(FText::FromString(Text));
@@ -114,7 +147,7 @@ bool FKestrelTestPanel::Press(const FKey& Key, bool bShift, bool bRepeat) const
 
 TSharedPtr<SWidget> FKestrelTestPanel::FindButton(const TCHAR* Label) const
 {
-	return TestPanel::FindButtonIn(Widget.ToSharedRef(), Label);
+	return TestPanel::FindButtonIn(Window, Label);
 }
 
 bool FKestrelTestPanel::Click(const TCHAR* Label) const

@@ -22,14 +22,23 @@ public:
 	~FKestrelTestPanel();
 	UE_NONCOPYABLE(FKestrelTestPanel)
 
+	/** As when the tab is closed. */
+	void Close();
+	/** A new panel, as when the tab is opened again. */
+	void Reopen();
+
 	/** Blocks of the conversation are read-only, the prompt box is not. */
 	TArray<TSharedRef<SMultiLineEditableText>> Texts(bool bReadOnly) const;
 	TSharedRef<SMultiLineEditableText> PromptBox() const;
 	FString LastBlock() const;
+	/** The texts of all blocks but the welcome. */
+	TArray<FString> Blocks() const;
+	/** What has been logged so far. */
+	FString Log() const;
 	void Type(const TCHAR* Text) const;
 	/** A key press with the focus on the prompt box, on the way that a real one takes. */
 	bool Press(const FKey& Key, bool bShift, bool bRepeat = false) const;
-	/** The button with this label; invalid if none is shown. */
+	/** The button with this label, in the panel or in its menu; invalid if none is shown. */
 	TSharedPtr<SWidget> FindButton(const TCHAR* Label) const;
 	/** Clicks the button with the mouse. False if it is not shown. */
 	bool Click(const TCHAR* Label) const;

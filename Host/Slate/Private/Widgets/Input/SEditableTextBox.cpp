@@ -58,6 +58,11 @@ FReply SEditableTextBox::OnMouseButtonDown(const FGeometry& MyGeometry, const FP
 	return FReply::Handled().SetUserFocus(EditableText.ToSharedRef(), EFocusCause::Mouse);
 }
 
+FReply SEditableTextBox::OnFocusReceived(const FGeometry& MyGeometry, const FFocusEvent& InFocusEvent)
+{
+	return FReply::Handled().SetUserFocus(EditableText.ToSharedRef(), InFocusEvent.GetCause());
+}
+
 bool SEditableTextBox::HasKeyboardFocus() const
 {
 	return EditableText.IsValid() && EditableText->HasKeyboardFocus();

@@ -40,7 +40,9 @@ public:
 	void SetText(const TAttribute<FText>& InNewText);
 	bool IsReadOnly() const;
 
-	virtual bool SupportsKeyboardFocus() const override { return false; }
+	/** Given the keyboard focus, the box hands it on to its text. */
+	virtual bool SupportsKeyboardFocus() const override { return true; }
+	virtual FReply OnFocusReceived(const FGeometry& MyGeometry, const FFocusEvent& InFocusEvent) override;
 	virtual FReply OnMouseButtonDown(const FGeometry& MyGeometry, const FPointerEvent& MouseEvent) override;
 	virtual bool HasKeyboardFocus() const override;
 

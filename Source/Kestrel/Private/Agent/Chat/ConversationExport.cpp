@@ -142,11 +142,6 @@ FString MakeFileName(const FString& Title)
 }
 }
 
-FString KestrelConversationExport::GetUsualFolder()
-{
-	return FPaths::ConvertRelativePathToFull(FPaths::ProjectSavedDir() / TEXT("Kestrel") / TEXT("Exports"));
-}
-
 FString KestrelConversationExport::ToMarkdown(const FString& Title, const TArray<FKestrelTranscriptEntry>& Entries)
 {
 	FString Text = FString::Printf(TEXT("# %s\n\n"), *Title);

@@ -7,8 +7,6 @@
 /** A conversation as a document for others: Saved/Kestrel/Exports of the project. */
 namespace KestrelConversationExport
 {
-/** Where exports go; absolute. */
-KESTREL_API FString GetUsualFolder();
 /** The conversation in Markdown: who speaks as headings, what was done as quotes, changes with the lines around. */
 KESTREL_API FString ToMarkdown(const FString& Title, const TArray<FKestrelTranscriptEntry>& Entries);
 /** Never overwrites a file. @return the file's full path; empty when it could not be written */

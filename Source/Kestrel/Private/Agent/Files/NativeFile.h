@@ -37,7 +37,7 @@ KESTREL_API FString ReadLink(const FString& FullPath);
 KESTREL_API bool MakeLink(const FString& FullPath, const FString& Target);
 
 /** The permission bits of a file; -1 where the platform has none. */
-int32 GetMode(const FString& FullPath);
+KESTREL_API int32 GetMode(const FString& FullPath);
 /** A mode of -1 changes nothing. */
 void SetMode(const FString& FullPath, int32 Mode);
 
