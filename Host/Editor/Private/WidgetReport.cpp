@@ -63,6 +63,12 @@ TSharedRef<FJsonObject> Describe(IAccessibleWidget& Widget)
 	return Object;
 }
 
+/** The frame of a text gives its focus to the text, which has the name. */
+bool HandsFocusOn(const SWidget& Widget)
+{
+	return Widget.GetType() == FName("SEditableTextBox");
+}
+
 /** What can have the focus without a name: somebody who cannot see it would not know where they are. */
 void CollectNameless(const TSharedRef<SWidget>& Widget, TArray<TSharedPtr<FJsonValue>>& OutWidgets)
 {
@@ -70,7 +76,7 @@ void CollectNameless(const TSharedRef<SWidget>& Widget, TArray<TSharedPtr<FJsonV
 	{
 		return;
 	}
-	if (Widget->SupportsKeyboardFocus() && Widget->GetAccessibleText().IsEmpty())
+	if (Widget->SupportsKeyboardFocus() && !HandsFocusOn(*Widget) && Widget->GetAccessibleText().IsEmpty())
 	{
 		const TSharedRef<FJsonObject> Object = MakeShared<FJsonObject>();
 		Object->SetStringField(TEXT("type"), TEXT("Nameless"));

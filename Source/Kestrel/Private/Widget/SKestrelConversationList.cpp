@@ -375,8 +375,7 @@ FReply SKestrelConversationList::StartRenaming(const FKestrelConversationInfo& I
 			.OnTextCommitted_Lambda([this, Id = Info.Id](const FText& Text, ETextCommit::Type CommitType) {
 				if (CommitType == ETextCommit::OnEnter)
 				{
-					const bool bDone =
-						FKestrelInterface::Get().GetTranscript().GetStore().Rename(Id, Text.ToString());
+					const bool bDone = FKestrelInterface::Get().GetTranscript().Rename(Id, Text.ToString());
 					Remark = bDone ? FText::GetEmpty() : LOCTEXT("NotRenamed", "It could not be renamed.");
 					RefreshAfterChange();
 				}

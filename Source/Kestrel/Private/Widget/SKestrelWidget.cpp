@@ -62,7 +62,6 @@ void SKestrelWidget::Construct(const FArguments& InArgs)
 			SNew(SVerticalBox)
 			+ SVerticalBox::Slot()
 			.AutoHeight()
-			.Padding(0.0f, 0.0f, 0.0f, KestrelWidget::PartGap)
 			[
 				MakeHistoryHeader()
 			]

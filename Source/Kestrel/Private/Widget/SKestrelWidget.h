@@ -128,6 +128,7 @@ private:
 	TSharedRef<SWidget> MakeHistoryHeader();
 	TSharedRef<SWidget> MakeConversationList();
 	FText GetConversationTitle() const;
+	EVisibility GetHistoryVisibility() const;
 	EVisibility GetEarlierVisibility() const;
 	EVisibility GetCurrentVisibility() const;
 	FReply OnBackToCurrentClicked();

@@ -26,6 +26,7 @@ constexpr float Gap = 4.0f;
 // Slate units.
 constexpr float MinListWidth = 240.0f;
 constexpr float MaxListWidth = 420.0f;
+constexpr float MinHeightWithApproval = 400.0f;
 /** More blocks than anybody scrolls back to. */
 constexpr int32 MaxBlocks = 5000;
 }
@@ -34,8 +35,10 @@ TSharedRef<SWidget> SKestrelWidget::MakeHistoryHeader()
 {
 	// clang-format off
 	return SNew(SVerticalBox)
+		.Visibility(this, &SKestrelWidget::GetHistoryVisibility)
 		+ SVerticalBox::Slot()
 		.AutoHeight()
+		.Padding(0.0f, 0.0f, 0.0f, KestrelWidgetHistory::Gap)
 		[
 			SAssignNew(HistoryButton, SComboButton)
 			.ToolTipText(LOCTEXT("HistoryToolTip", "The conversations of this project"))
@@ -55,7 +58,7 @@ TSharedRef<SWidget> SKestrelWidget::MakeHistoryHeader()
 		[
 			SNew(SBox)
 			.Visibility(this, &SKestrelWidget::GetEarlierVisibility)
-			.Padding(FMargin(0.0f, KestrelWidgetHistory::Gap, 0.0f, 0.0f))
+			.Padding(FMargin(0.0f, 0.0f, 0.0f, KestrelWidgetHistory::Gap))
 			[
 				SNew(SButton)
 				.Text(LOCTEXT("BackToCurrent", "Back to the current conversation"))
@@ -77,8 +80,20 @@ TSharedRef<SWidget> SKestrelWidget::MakeConversationList()
 
 FText SKestrelWidget::GetConversationTitle() const
 {
-	return EarlierId.IsEmpty() ? LOCTEXT("History", "Conversations")
-							   : FText::Format(LOCTEXT("Earlier", "Earlier: {0}"), FText::FromString(EarlierTitle));
+	if (!EarlierId.IsEmpty())
+	{
+		return FText::Format(LOCTEXT("Earlier", "Earlier: {0}"), FText::FromString(EarlierTitle));
+	}
+	const FString& Title = FKestrelInterface::Get().GetTranscript().GetTitle();
+	return Title.IsEmpty() ? LOCTEXT("History", "Conversations") : FText::FromString(Title);
+}
+
+EVisibility SKestrelWidget::GetHistoryVisibility() const
+{
+	// In a low panel, what waits for approval and what it is about have the room.
+	const bool bIsInTheWay = EarlierId.IsEmpty() && GetHeight() < KestrelWidgetHistory::MinHeightWithApproval &&
+							 GetApprovalListVisibility() == EVisibility::Visible;
+	return bIsInTheWay ? EVisibility::Collapsed : EVisibility::SelfHitTestInvisible;
 }
 
 EVisibility SKestrelWidget::GetEarlierVisibility() const

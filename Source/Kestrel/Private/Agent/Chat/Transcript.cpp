@@ -13,6 +13,12 @@ void FKestrelTranscript::Open(const FString& Folder)
 	Writer.Close();
 	Store.Open(Folder);
 	Id.Empty();
+	Clear();
+}
+
+void FKestrelTranscript::Clear()
+{
+	Title.Empty();
 	Entries.Empty();
 	ChangeLength = 0;
 	NumRestored = 0;
@@ -20,10 +26,9 @@ void FKestrelTranscript::Open(const FString& Folder)
 
 void FKestrelTranscript::Begin(const FString& InId, const FString& Prompt)
 {
+	Clear();
 	Id = InId;
-	Entries.Empty();
-	ChangeLength = 0;
-	NumRestored = 0;
+	Title = FKestrelConversationStore::MakeTitle(Prompt);
 	Writer.Begin(Store, Id, Prompt);
 }
 
@@ -40,6 +45,7 @@ void FKestrelTranscript::RestoreLast()
 		if (Store.Read(Info.Id, Last) == EKestrelConversationRead::Done)
 		{
 			Id = Info.Id;
+			Title = Info.Title;
 			break;
 		}
 	}
@@ -98,9 +104,18 @@ void FKestrelTranscript::Forget()
 {
 	Writer.Close();
 	Store.Delete(Id);
-	Entries.Empty();
-	ChangeLength = 0;
-	NumRestored = 0;
+	Clear();
+}
+
+bool FKestrelTranscript::Rename(const FString& OtherId, const FString& NewTitle)
+{
+	const bool bRenamed = Store.Rename(OtherId, NewTitle);
+	const TOptional<FKestrelConversationInfo> Info = Store.Find(OtherId);
+	if (OtherId.Equals(Id) && Info.IsSet())
+	{
+		Title = Info->Title;
+	}
+	return bRenamed;
 }
 
 void FKestrelTranscript::Delete(const FString& OtherId)

@@ -23,6 +23,8 @@ public:
 	void MarkLogged();
 	/** Nothing of it stays, neither here nor in the store. What comes is not stored until the next one begins. */
 	void Forget();
+	/** @return false when it could not be written */
+	bool Rename(const FString& OtherId, const FString& NewTitle);
 	/** Forgets it if it is this one, and else deletes it from the store. */
 	void Delete(const FString& Id);
 	void DeleteAll();
@@ -32,12 +34,17 @@ public:
 	int32 GetNumRestored() const { return NumRestored; }
 	/** Empty before the first conversation. */
 	const FString& GetId() const { return Id; }
+	/** As the list shows it; empty as long as nothing is stored. */
+	const FString& GetTitle() const { return Title; }
 	FKestrelConversationStore& GetStore() { return Store; }
 
 private:
+	void Clear();
+
 	FKestrelConversationStore Store;
 	FKestrelConversationWriter Writer;
 	FString Id;
+	FString Title;
 	TArray<FKestrelTranscriptEntry> Entries;
 	int64 ChangeLength = 0; // characters of the changes among the entries
 	int32 NumRestored = 0;
