@@ -355,9 +355,9 @@ class OddFilesTest(EndToEndTest):
                 note.write(original)
         os.makedirs(os.path.join(rescue, "notes", "deep"))
         os.symlink(outside, os.path.join(rescue, RESCUE_NAME))
-        before = self.files_of_project("Saved/Kestrel")
+        before = self.files_of_project("Saved/Kestrel/Rescue")
         self.change("finish")
-        self.assertEqual(self.files_of_project("Saved/Kestrel"), before)
+        self.assertEqual(self.files_of_project("Saved/Kestrel/Rescue"), before)
         self.assertEqual(sorted(os.listdir(outside)), ["DefaultGame.ini", "other.txt"])
 
     def test_undo_survives_the_editor(self):

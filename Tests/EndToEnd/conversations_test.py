@@ -73,6 +73,16 @@ class ConversationsTest(ScreenTest):
         self.assertEqual(self.stored(), [])
         self.screen.picture("conversations-6-deleted")
 
+    def test_a_run_of_prompts_says_nothing_of_the_last_one(self):
+        self.run_editor("-Prompt=list the files in Source", "-Approve")
+        run = self.run_editor("-Prompt=find Feathers", "-Approve")
+        self.assertEqual(run.code, 0, run.output)
+        self.assertNotIn("list the files in Source\n\n", run.output)
+        self.assertNotIn("This was the last conversation.", run.output)
+        self.assertEqual(len(self.stored()), 2)
+        run = self.run_editor(typed="")
+        self.assertIn("[ User Start ]\nfind Feathers\n", run.output)
+
 
 if __name__ == "__main__":
     unittest.main()

@@ -25,6 +25,9 @@ FPanelConsole::FPanelConsole()
 	}
 	else
 	{
+		// As told: nobody is there who reads what a panel has to say to people.
+		const FString CommandLine = FString(FCommandLine::Get()) + TEXT(" -Unattended");
+		FCommandLine::Set(*CommandLine);
 		Session = MakeUnique<FScriptedSession>(MoveTemp(Prompts), Input, Output, Interrupts);
 	}
 }

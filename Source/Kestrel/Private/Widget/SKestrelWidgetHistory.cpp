@@ -6,6 +6,7 @@
 #include "Layout/Clipping.h"
 #include "Layout/Visibility.h"
 #include "Misc/Attribute.h"
+#include "Types/SlateEnums.h"
 #include "UObject/Class.h"
 #include "Widget/SKestrelConversationList.h"
 #include "Widget/SKestrelConversationView.h"
@@ -55,6 +56,7 @@ TSharedRef<SWidget> SKestrelWidget::MakeHistoryHeader()
 		]
 		+ SVerticalBox::Slot()
 		.AutoHeight()
+		.HAlign(HAlign_Left)
 		[
 			SNew(SBox)
 			.Visibility(this, &SKestrelWidget::GetEarlierVisibility)

@@ -67,7 +67,7 @@ void FKestrelInterface::Initialize()
 	bInitialized = true;
 	PromptLog.Open(FKestrelPromptLog::GetUsualFolder());
 	Transcript.Open(FKestrelConversationStore::GetUsualFolder());
-	bRestoresConversation = !FApp::IsUnattended();
+	bRestoresConversation = true;
 	// The key is in there; the engine writes the file with the modes of any other.
 	KestrelNativeFile::RestrictToOwner(
 		FPaths::ConvertRelativePathToFull(UKestrelSettings::StaticClass()->GetConfigName()));
@@ -214,7 +214,7 @@ void FKestrelInterface::BeginConversation(const FString& Id, const FString& Prom
 
 void FKestrelInterface::RestoreConversation()
 {
-	if (bRestoresConversation)
+	if (bRestoresConversation && !FApp::IsUnattended())
 	{
 		bRestoresConversation = false;
 		Transcript.RestoreLast();
