@@ -1,6 +1,5 @@
 #include "Widget/SKestrelConversationList.h"
 
-#include "Agent/Chat/ConversationExport.h"
 #include "Agent/Chat/KestrelInterface.h"
 #include "Agent/Text/DisplayText.h"
 #include "Framework/Application/SlateApplication.h"
@@ -13,6 +12,7 @@
 #include "Styling/CoreStyle.h"
 #include "Styling/ISlateStyle.h"
 #include "Styling/SlateTypes.h"
+#include "Widget/ConversationExport.h"
 #include "Widget/KestrelStyle.h"
 #include "Widgets/Input/SButton.h"
 #include "Widgets/Input/SEditableTextBox.h"
@@ -316,8 +316,8 @@ TSharedRef<SWidget> SKestrelConversationList::MakeActions(
 FReply SKestrelConversationList::AskToDelete(const FKestrelConversationInfo& Info, const TSharedRef<SBox>& Place)
 {
 	return Ask(Place,
-		FText::Format(LOCTEXT("DeleteQuestion", "Delete \u201C{0}\u201D? This cannot be undone."),
-			FText::FromString(Info.Title)),
+		FText::Format(
+			LOCTEXT("DeleteQuestion", "Delete \u201C{0}\u201D? This cannot be undone."), FText::FromString(Info.Title)),
 		LOCTEXT("DeleteYes", "Delete it"), LOCTEXT("DeleteNo", "Keep it"),
 		FSimpleDelegate::CreateSP(this, &SKestrelConversationList::Delete, Info.Id),
 		FSimpleDelegate::CreateSP(this, &SKestrelConversationList::ShowRows));

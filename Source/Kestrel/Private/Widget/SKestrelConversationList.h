@@ -67,8 +67,8 @@ private:
 	FOnKestrelTextChosen OnUsePrompt;
 	FSimpleDelegate OnDeleted;
 	TArray<FKestrelConversationInfo> Conversations;
-	FString Wanted;       // what was typed into the search box
-	FText Remark;         // what came of the last action
+	FString Wanted;          // what was typed into the search box
+	FText Remark;            // what came of the last action
 	TWeakPtr<SBox> Unfolded; // the place of the actions that are shown
 	TSharedPtr<SEditableTextBox> SearchBox;
 	TSharedPtr<SVerticalBox> Rows;

@@ -174,7 +174,7 @@ private:
 	EActiveTimerReturnType UpdateProgressAnimation(double InCurrentTime, float InDeltaTime);
 	void StopProgressAnimation();
 
-	TSharedPtr<SKestrelConversationView> Conversation; // the current one
+	TSharedPtr<SKestrelConversationView> Conversation;        // the current one
 	TSharedPtr<SKestrelConversationView> EarlierConversation; // null while the current one is shown
 	FString EarlierId;                                        // empty while the current one is shown
 	FString EarlierTitle;

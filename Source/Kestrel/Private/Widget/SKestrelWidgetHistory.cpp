@@ -4,6 +4,7 @@
 #include "Framework/Application/SlateApplication.h"
 #include "KestrelSettings.h"
 #include "Layout/Clipping.h"
+#include "Layout/Margin.h"
 #include "Layout/Visibility.h"
 #include "Misc/Attribute.h"
 #include "Types/SlateEnums.h"
@@ -163,13 +164,11 @@ void SKestrelWidget::OnConversationDeleted()
 	{
 		CloseEarlierConversation();
 	}
-	if (Transcript.GetEntries().IsEmpty())
-	{
-		// What was deleted is not to be read on the screen, either.
-		StopProgressAnimation();
-		Conversation->ClearBlocks();
-		ShowWelcome();
-	}
+	// What was deleted is not to be read on the screen, either.
+	StopProgressAnimation();
+	Conversation->ClearBlocks();
+	ShowWelcome();
+	RestoreConversation();
 }
 
 void SKestrelWidget::RestoreConversation()

@@ -148,7 +148,8 @@ void FKestrelConversationsSpec::Define()
 		Interface.AddHint(INVTEXT("a hint"));
 		const FString Blocks = Join(Panel.Blocks());
 		const FString Log = Panel.Log();
-		TestTrue(TEXT("all kinds"), Blocks.EndsWith(TEXT("a bold  line| [ Kestrel ] \n\nanswer\n|  one|- two|+ 2|a hint")));
+		TestTrue(
+			TEXT("all kinds"), Blocks.EndsWith(TEXT("a bold  line| [ Kestrel ] \n\nanswer\n|  one|- two|+ 2|a hint")));
 		for (int32 Time = 0; Time < 2; ++Time)
 		{
 			Panel.Reopen();
@@ -170,7 +171,8 @@ void FKestrelConversationsSpec::Define()
 		for (int32 Time = 0; Time < 2; ++Time)
 		{
 			Panel.Reopen();
-			TestTrue(TEXT("shown"), Join(Panel.Blocks()).StartsWith(TEXT("said before|the answer|- old text|+ new text")));
+			TestTrue(
+				TEXT("shown"), Join(Panel.Blocks()).StartsWith(TEXT("said before|the answer|- old text|+ new text")));
 			TestEqual(TEXT("answer"), CountOf(Panel.Log(), TEXT("] the answer\n\n")), 1);
 			TestEqual(TEXT("texts"), CountOf(Panel.Log(), TEXT("] old text\n\n")), 1);
 		}
@@ -189,8 +191,8 @@ void FKestrelConversationsSpec::Define()
 	It("asks again for what waits when it is reopened", [this]() {
 		FKestrelTestPanel Panel;
 		FAgent::Get().SetAgentState(EAgentState::PollRequest, nullptr);
-		FAgent::Get().HandlePollStatusRequestCompleted(KestrelJson::ParseObject(
-			TEXT("{\"response\":[{\"type\":\"tool_use\",\"id\":\"t\",\"name\":\"read_file\",\"input\":{\"path\":\"a\"}}]}")));
+		FAgent::Get().HandlePollStatusRequestCompleted(KestrelJson::ParseObject(TEXT(
+			"{\"response\":[{\"type\":\"tool_use\",\"id\":\"t\",\"name\":\"read_file\",\"input\":{\"path\":\"a\"}}]}")));
 		const FString Blocks = Join(Panel.Blocks());
 		Panel.Reopen();
 		KestrelTest::TestSameText(*this, TEXT("blocks"), Join(Panel.Blocks()), Blocks);
@@ -204,7 +206,8 @@ void FKestrelConversationsSpec::Define()
 			FKestrelInterface::Get().AddOwnStatusMessage(TEXT("Second..."));
 			Panel->Reopen();
 			FTSTicker::GetCoreTicker().AddTicker(TEXT("KestrelDots"), 0.6f, [this, Panel, Done](float) {
-				KestrelTest::TestSameText(*this, TEXT("dots"), Join(Panel->Blocks()).Left(16), TEXT("First...|Second."));
+				KestrelTest::TestSameText(
+					*this, TEXT("dots"), Join(Panel->Blocks()).Left(16), TEXT("First...|Second."));
 				TestFalse(TEXT("moved"), Join(Panel->Blocks()).StartsWith(TEXT("First...|Second...")));
 				RestartEditor(Panel->PromptLog.GetConversations());
 				Panel->Reopen();
@@ -281,16 +284,16 @@ void FKestrelConversationsSpec::Define()
 		TArray<FString> Exports;
 		const FString Folder = FPaths::GetPath(Panel.PromptLog.GetConversations()) / TEXT("Exports");
 		IFileManager::Get().FindFiles(Exports, *(Folder / TEXT("Hearts-*.md")), true, false);
-		TestTrue(TEXT("says where"), Exports.Num() == 1 &&
-										 !List.FindShown({ TEXT("Exported to ") + Folder / Exports[0] }).IsEmpty());
+		TestTrue(TEXT("says where"),
+			Exports.Num() == 1 && !List.FindShown({ TEXT("Exported to ") + Folder / Exports[0] }).IsEmpty());
 
 		TestTrue(TEXT("delete"), Panel.Click(TEXT("Delete")));
 		TestTrue(TEXT("asks"), Panel.Click(TEXT("Keep it")));
 		TestTrue(TEXT("kept"), GetTranscript().GetStore().Find(Id).IsSet());
 		Panel.Click(TEXT("\u22EF"));
 		TestTrue(TEXT("again"), Panel.Click(TEXT("Use prompt again")));
-		KestrelTest::TestSameText(*this, TEXT("prompt"), Panel.PromptBox()->GetText().ToString(),
-			TEXT("Health component\nwith a maximum"));
+		KestrelTest::TestSameText(
+			*this, TEXT("prompt"), Panel.PromptBox()->GetText().ToString(), TEXT("Health component\nwith a maximum"));
 		TestTrue(TEXT("to be sent"), Panel.PromptBox()->HasKeyboardFocus() && !List.IsOpen());
 
 		List.Open();
@@ -301,6 +304,21 @@ void FKestrelConversationsSpec::Define()
 		TestEqual(TEXT("off the screen"), Panel.Blocks().Num(), 0);
 		FKestrelInterface::Get().AddOwnStatusMessage(TEXT("more"));
 		TestFalse(TEXT("for good"), GetTranscript().GetStore().Find(Id).IsSet());
+	});
+
+	It("takes a conversation that is deleted off the screen, and leaves the current one", [this]() {
+		const FKestrelTestPanel Panel(FVector2D(420.0, 700.0));
+		Leave(TEXT("one"), TEXT("of old"));
+		Leave(TEXT("two"), TEXT("of now"));
+		const FString Log = Panel.Log();
+		const FList List(Panel);
+		List.Open();
+		FList::Type(TEXT("one"));
+		Panel.Click(TEXT("\u22EF"));
+		Panel.Click(TEXT("Delete"));
+		Panel.Click(TEXT("Delete it"));
+		KestrelTest::TestSameText(*this, TEXT("shown"), Join(Panel.Blocks()), TEXT("of now"));
+		KestrelTest::TestSameText(*this, TEXT("log"), Panel.Log(), Log);
 	});
 
 	It("deletes all conversations when it is confirmed", [this]() {

@@ -226,8 +226,7 @@ TOptional<FKestrelConversationInfo> FKestrelConversationStore::Find(const FStrin
 	return bFound ? TOptional<FKestrelConversationInfo>(MoveTemp(Info)) : TOptional<FKestrelConversationInfo>();
 }
 
-EKestrelConversationRead FKestrelConversationStore::Read(
-	const FString& Id, TArray<FKestrelTranscriptEntry>& OutEntries)
+EKestrelConversationRead FKestrelConversationStore::Read(const FString& Id, TArray<FKestrelTranscriptEntry>& OutEntries)
 {
 	OutEntries.Empty();
 	const FString File = GetFile(Id, ConversationStore::Extension);
@@ -252,8 +251,8 @@ EKestrelConversationRead FKestrelConversationStore::Read(
 			break;
 		}
 		const FString Line = ConversationStore::FromUtf8(Bytes.GetData() + Begin, End - Begin);
-		bWhole = bFirst ? ConversationStore::ReadFirstLine(Line, Prompt)
-						: ConversationStore::ReadLine(Line, OutEntries);
+		bWhole =
+			bFirst ? ConversationStore::ReadFirstLine(Line, Prompt) : ConversationStore::ReadLine(Line, OutEntries);
 		bFirst = false;
 		Begin = End + 1;
 	}
@@ -356,13 +355,12 @@ FString FKestrelConversationStore::MakeTitle(const FString& Text)
 	Start.ParseIntoArrayLines(Lines);
 	FString Title = Lines.IsEmpty() ? FString() : Lines[0].TrimStartAndEnd();
 	const bool bShortened = Title.Len() > MaxTitleLength;
-	Title = KestrelDisplayText::EscapeLine(Title.Left(MaxTitleLength).TrimEnd()) +
-			(bShortened ? TEXT("\u2026") : TEXT(""));
+	Title =
+		KestrelDisplayText::EscapeLine(Title.Left(MaxTitleLength).TrimEnd()) + (bShortened ? TEXT("\u2026") : TEXT(""));
 	return Title.IsEmpty() ? LOCTEXT("NoTitle", "Conversation without a prompt").ToString() : Title;
 }
 
-void FKestrelConversationWriter::Begin(
-	const FKestrelConversationStore& Store, const FString& Id, const FString& Prompt)
+void FKestrelConversationWriter::Begin(const FKestrelConversationStore& Store, const FString& Id, const FString& Prompt)
 {
 	Close();
 	if (!Store.IsOurs() || !FKestrelHistoryStore::IsConversationId(Id) ||

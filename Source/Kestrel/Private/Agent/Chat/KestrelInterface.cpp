@@ -67,7 +67,7 @@ void FKestrelInterface::Initialize()
 	bInitialized = true;
 	PromptLog.Open(FKestrelPromptLog::GetUsualFolder());
 	Transcript.Open(FKestrelConversationStore::GetUsualFolder());
-	bRestoresConversation = true;
+	Transcript.RestoreForNextPanel();
 	// The key is in there; the engine writes the file with the modes of any other.
 	KestrelNativeFile::RestrictToOwner(
 		FPaths::ConvertRelativePathToFull(UKestrelSettings::StaticClass()->GetConfigName()));
@@ -214,9 +214,8 @@ void FKestrelInterface::BeginConversation(const FString& Id, const FString& Prom
 
 void FKestrelInterface::RestoreConversation()
 {
-	if (bRestoresConversation && !FApp::IsUnattended())
+	if (Transcript.IsToBeRestored() && !FApp::IsUnattended())
 	{
-		bRestoresConversation = false;
 		Transcript.RestoreLast();
 		ReportDamagedConversations();
 	}
@@ -226,8 +225,8 @@ void FKestrelInterface::ReportDamagedConversations()
 {
 	for (const FString& File : Transcript.GetStore().TakeSetAside())
 	{
-		AddPassingHint(FText::Format(
-			LOCTEXT("DamagedConversation", "A stored conversation is damaged and cannot be shown. Its file is kept: {0}"),
+		AddPassingHint(FText::Format(LOCTEXT("DamagedConversation",
+										 "A stored conversation is damaged and cannot be shown. Its file is kept: {0}"),
 			FText::FromString(KestrelDisplayText::EscapeLine(File))));
 	}
 }

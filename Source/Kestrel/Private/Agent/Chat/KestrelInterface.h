@@ -140,6 +140,5 @@ private:
 	mutable FKestrelTranscript Transcript;
 	TArray<FString> Notices;
 	mutable TArray<FText> Hints;
-	bool bRestoresConversation = false;
 	bool bInitialized = false;
 };

@@ -34,6 +34,7 @@ void FKestrelTranscript::Begin(const FString& InId, const FString& Prompt)
 
 void FKestrelTranscript::RestoreLast()
 {
+	bIsToBeRestored = false;
 	if (!Id.IsEmpty())
 	{
 		return;

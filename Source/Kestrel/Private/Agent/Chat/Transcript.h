@@ -15,6 +15,9 @@ public:
 	void Open(const FString& Folder);
 	/** A new conversation: what was said before is in the store only. */
 	void Begin(const FString& Id, const FString& Prompt);
+	/** The next panel is to find the project's last conversation. */
+	void RestoreForNextPanel() { bIsToBeRestored = true; }
+	bool IsToBeRestored() const { return bIsToBeRestored; }
 	/** The project's last conversation, as long as none has begun. What was said meanwhile is added to it. */
 	void RestoreLast();
 	/** @return false when it could not be stored, which is told once for a conversation */
@@ -48,4 +51,5 @@ private:
 	TArray<FKestrelTranscriptEntry> Entries;
 	int64 ChangeLength = 0; // characters of the changes among the entries
 	int32 NumRestored = 0;
+	bool bIsToBeRestored = false;
 };

@@ -1,6 +1,5 @@
 #include "Agent/Chat/TranscriptEntry.h"
 
-#include "Agent/Chat/KestrelInterface.h"
 #include "Agent/Text/JsonText.h"
 #include "Dom/JsonObject.h"
 
@@ -45,6 +44,9 @@ void WriteStyle(FJsonObject& Object, const FKestrelTranscriptEntry& Entry)
 	Object.SetNumberField(SizeField, Entry.FontSize);
 }
 
+/** The font styles of messages; the first is for what has none of them. */
+const TCHAR* const FontNames[] = { TEXT("Regular"), TEXT("Bold"), TEXT("Italic") };
+
 /** A file that somebody else has made must not bring text that nobody can see. */
 void ReadStyle(const FJsonObject& Object, FKestrelTranscriptEntry& OutEntry)
 {
@@ -60,17 +62,18 @@ void ReadStyle(const FJsonObject& Object, FKestrelTranscriptEntry& OutEntry)
 	const bool bVisible = FMath::Max3(Parts[0], Parts[1], Parts[2]) >= MinBrightness;
 	OutEntry.Color = bVisible ? FLinearColor(static_cast<float>(Parts[0]), static_cast<float>(Parts[1]),
 									static_cast<float>(Parts[2]))
-							  : FKestrelInterface::MessageColor;
-	double Size = FKestrelInterface::MessageFontSize;
+							  : FLinearColor::White;
+	double Size = MinFontSize;
 	Object.TryGetNumberField(SizeField, Size);
 	OutEntry.FontSize = static_cast<float>(FMath::Clamp(Size, MinFontSize, MaxFontSize));
 	FString Font;
 	Object.TryGetStringField(FontField, Font);
-	OutEntry.FontStyle = FKestrelInterface::RegularFontName;
-	for (const FName& Known : { FKestrelInterface::BoldFontName, FKestrelInterface::ItalicFontName })
+	OutEntry.FontStyle = FName(FontNames[0]);
+	for (const TCHAR* Known : FontNames)
 	{
-		OutEntry.FontStyle = Font.Equals(Known.ToString()) ? Known : OutEntry.FontStyle;
+		OutEntry.FontStyle = Font.Equals(Known) ? FName(Known) : OutEntry.FontStyle;
 	}
+}
 }
 }
 

@@ -1,4 +1,3 @@
-#include "Agent/Chat/ConversationExport.h"
 #include "Agent/Chat/ConversationStore.h"
 #include "Agent/Chat/KestrelInterface.h"
 #include "Agent/Chat/Transcript.h"
@@ -14,6 +13,7 @@
 #include "Support/Dice.h"
 #include "Support/KestrelTest.h"
 #include "UObject/Class.h"
+#include "Widget/ConversationExport.h"
 
 namespace ConversationStoreTest
 {
@@ -46,8 +46,7 @@ FString FileOf(const FString& Folder, const FString& Id)
 
 void SetAge(const FString& File, double Days)
 {
-	FPlatformFileManager::Get().GetPlatformFile().SetTimeStamp(
-		*File, FDateTime::UtcNow() - FTimespan::FromDays(Days));
+	FPlatformFileManager::Get().GetPlatformFile().SetTimeStamp(*File, FDateTime::UtcNow() - FTimespan::FromDays(Days));
 }
 
 /** What an editor that starts finds of the last conversation, an element a block. */
@@ -135,7 +134,7 @@ void FKestrelConversationStoreSpec::Define()
 		{
 			FFileHelper::SaveArrayToFile(TArray<uint8>(Whole.GetData(), Num), *File);
 			const FString Restored = Restore(Folder.Path);
-			const FString Expected = Num == Whole.Num()  ? TEXT("first \u00E4|second \u00E4")
+			const FString Expected = Num == Whole.Num()   ? TEXT("first \u00E4|second \u00E4")
 									 : Num >= First.Num() ? TEXT("first \u00E4")
 														  : TEXT("");
 			NumWrong += Restored.Equals(Expected) ? 0 : 1;
@@ -163,8 +162,8 @@ void FKestrelConversationStoreSpec::Define()
 		Transcript.Open(Folder.Path);
 		Transcript.RestoreLast();
 		KestrelTest::TestSameText(*this, TEXT("shown"), Transcript.GetId(), Old);
-		KestrelTest::TestSameText(*this, TEXT("set aside"), FString::Join(Transcript.GetStore().TakeSetAside(), TEXT("|")),
-			Folder.Full(Id + TEXT(".damaged")));
+		KestrelTest::TestSameText(*this, TEXT("set aside"),
+			FString::Join(Transcript.GetStore().TakeSetAside(), TEXT("|")), Folder.Full(Id + TEXT(".damaged")));
 		TestEqual(TEXT("once"), Transcript.GetStore().TakeSetAside().Num(), 0);
 		TestTrue(TEXT("kept"), FPaths::FileExists(Folder.Full(Id + TEXT(".damaged"))));
 		KestrelTest::TestSameText(*this, TEXT("next time"), Restore(Folder.Path), TEXT("old"));
@@ -192,11 +191,11 @@ void FKestrelConversationStoreSpec::Define()
 	});
 
 	It("shows nothing invisible of a file that somebody else has made", [this]() {
-		const TOptional<FKestrelTranscriptEntry> Entry = FKestrelTranscriptEntry::FromLine(
-			TEXT("{\"kind\":\"status\",\"text\":\"x\",\"red\":0,\"green\":-5,\"blue\":0.01,\"size\":1e30,\"font\":\"?\"}"));
+		const TOptional<FKestrelTranscriptEntry> Entry = FKestrelTranscriptEntry::FromLine(TEXT(
+			"{\"kind\":\"status\",\"text\":\"x\",\"red\":0,\"green\":-5,\"blue\":0.01,\"size\":1e30,\"font\":\"?\"}"));
 		if (TestTrue(TEXT("read"), Entry.IsSet()))
 		{
-			TestTrue(TEXT("color"), Entry->Color.Equals(FKestrelInterface::MessageColor));
+			TestTrue(TEXT("color"), Entry->Color.Equals(FLinearColor::White));
 			TestTrue(TEXT("size"), Entry->FontSize <= 24.0f);
 			TestTrue(TEXT("font"), Entry->FontStyle == FKestrelInterface::RegularFontName);
 		}
@@ -215,7 +214,8 @@ void FKestrelConversationStoreSpec::Define()
 		const int64 Size = IFileManager::Get().FileSize(*FileOf(Folder.Path, Id));
 		TestTrue(TEXT("bytes"), Size > 10 << 20 && Size <= 16 << 20);
 		TestEqual(TEXT("shown"), Transcript.GetEntries().Num(), 20);
-		TestTrue(TEXT("said"), Restore(Folder.Path).EndsWith(TEXT("The rest of this conversation was too long to be kept.")));
+		TestTrue(TEXT("said"),
+			Restore(Folder.Path).EndsWith(TEXT("The rest of this conversation was too long to be kept.")));
 	});
 
 	It("can be read by the user alone", [this]() {
@@ -282,8 +282,8 @@ void FKestrelConversationStoreSpec::Define()
 		Store.DeleteOld(30, IFileManager::Get().FileSize(*FileOf(Folder.Path, Store.List()[0].Id)));
 		KestrelTest::TestSameText(*this, TEXT("by size"), JoinTitles(Store), TEXT("0.5"));
 		Store.DeleteAll();
-		KestrelTest::TestSameText(
-			*this, TEXT("what is not its own stays"), FString::Join(FindFiles(Folder.Path), TEXT("|")), TEXT("notes.jsonl"));
+		KestrelTest::TestSameText(*this, TEXT("what is not its own stays"),
+			FString::Join(FindFiles(Folder.Path), TEXT("|")), TEXT("notes.jsonl"));
 	});
 
 	It("is not misled by a file from the future", [this]() {
@@ -334,11 +334,13 @@ void FKestrelConversationStoreSpec::Define()
 		FString Text;
 		FFileHelper::LoadFileToString(Text, *File);
 		KestrelTest::TestSameText(*this, TEXT("text"), Text,
-			TEXT("# ../a/b: \u00E4 CON\n\n## User Start\n\nhelp\n\n> Processing request...\n\n## Kestrel\n\n- **one**\n- "
-				 "`two`\n\n### a.md\n\n````diff\n@@ -3 +3 @@\n 2\n 3\n 4\n-old\n+```\n````\n\n"));
+			TEXT(
+				"# ../a/b: \u00E4 CON\n\n## User Start\n\nhelp\n\n> Processing request...\n\n## Kestrel\n\n- **one**\n- "
+				"`two`\n\n### a.md\n\n````diff\n@@ -3 +3 @@\n 2\n 3\n 4\n-old\n+```\n````\n\n"));
 		TestTrue(TEXT("in its folder"), FPaths::GetPath(File).Equals(Exports));
 		TestTrue(TEXT("name"), FPaths::GetCleanFilename(File).MatchesWildcard(TEXT("a-b-CON-20*.md")));
-		TestFalse(TEXT("nothing is overwritten"), KestrelConversationExport::Write(Exports, Info, Entries).Equals(File));
+		TestFalse(
+			TEXT("nothing is overwritten"), KestrelConversationExport::Write(Exports, Info, Entries).Equals(File));
 		Info.Title = TEXT("\u00E4 \u202E");
 		TestTrue(TEXT("a name without letters"),
 			FPaths::GetCleanFilename(KestrelConversationExport::Write(Exports, Info, Entries))
@@ -355,11 +357,9 @@ void FKestrelConversationStoreSpec::Define()
 		Interface.OnAddDiffMessage(
 			TEXT("canary-of-the-user.txt"), TEXT("a canary-of-the-user"), TEXT("b canary-of-the-user"));
 		FString Text;
-		FFileHelper::LoadFileToString(
-			Text, *FileOf(Log.GetConversations(), Interface.GetTranscript().GetId()));
+		FFileHelper::LoadFileToString(Text, *FileOf(Log.GetConversations(), Interface.GetTranscript().GetId()));
 		TestFalse(TEXT("key"), Text.Contains(TEXT("canary")));
-		TestTrue(TEXT("all of it"),
-			Text.Contains(TEXT("use [API key]")) && Text.Contains(TEXT("hint [API key]")) &&
-				Text.Contains(TEXT("b [API key]")));
+		TestTrue(TEXT("all of it"), Text.Contains(TEXT("use [API key]")) && Text.Contains(TEXT("hint [API key]")) &&
+										Text.Contains(TEXT("b [API key]")));
 	});
 }

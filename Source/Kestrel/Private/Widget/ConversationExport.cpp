@@ -1,4 +1,4 @@
-#include "Agent/Chat/ConversationExport.h"
+#include "Widget/ConversationExport.h"
 
 #include "Agent/Chat/KestrelInterface.h"
 #include "Agent/Files/NativeFile.h"
