@@ -75,7 +75,6 @@ void ReadStyle(const FJsonObject& Object, FKestrelTranscriptEntry& OutEntry)
 	}
 }
 }
-}
 
 FKestrelTranscriptEntry FKestrelTranscriptEntry::MakeStatus(
 	const FString& Message, const FLinearColor& InColor, const FName& InFontStyle, float InFontSize)
