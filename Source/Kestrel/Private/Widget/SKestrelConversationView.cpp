@@ -82,11 +82,16 @@ void SKestrelConversationView::Construct(const FArguments& InArgs)
 	// clang-format on
 }
 
+bool SKestrelConversationView::IsFormatted()
+{
+	return GetDefault<UKestrelSettings>()->bFormattedAnswers && !KestrelConversationView::IsReadOut();
+}
+
 SKestrelConversationView::FBlock SKestrelConversationView::AddMessage(
 	const FString& Message, const FLinearColor& Color, const FName& FontStyle, float FontSize)
 {
 	const TOptional<FString> Answer = KestrelConversationView::FindAnswer(Message);
-	if (!Answer.IsSet() || !GetDefault<UKestrelSettings>()->bFormattedAnswers || KestrelConversationView::IsReadOut())
+	if (!Answer.IsSet() || !IsFormatted())
 	{
 		return AddText(KestrelHiddenTexts::Remove(Message), Color, FontStyle, FontSize);
 	}

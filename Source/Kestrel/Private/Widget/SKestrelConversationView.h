@@ -42,6 +42,8 @@ public:
 	 * other messages and answers for somebody who listens as a block of plain text.
 	 */
 	FBlock AddMessage(const FString& Message, const FLinearColor& Color, const FName& FontStyle, float FontSize);
+	/** Whether answers are formatted: the settings want it, and nobody listens. */
+	static bool IsFormatted();
 	/** A block at the end of the conversation. Its text can be selected and copied. */
 	FBlock AddText(const FString& Text, const FLinearColor& Color, const FName& FontStyle, float FontSize);
 	/** A block with a content of its own. */

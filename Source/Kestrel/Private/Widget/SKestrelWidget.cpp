@@ -295,8 +295,11 @@ FString SKestrelWidget::ReplaceStrings(const FString& Text, const TMap<FString, 
 void SKestrelWidget::OnAddStatusMessage(
 	const FString& Message, const FLinearColor& Color, const FName& FontStyle, float FontSize)
 {
-	StopProgressAnimation();
-	StartProgressIfWorking(Message, ShowStatusMessage(Message, Color, FontStyle, FontSize));
+	if (!RepeatProgress(Message))
+	{
+		StopProgressAnimation();
+		StartProgressIfWorking(Message, ShowStatusMessage(Message, Color, FontStyle, FontSize));
+	}
 	const FKestrelInterface& Interface = FKestrelInterface::Get();
 	Interface.KestrelInterfaceLogString(Message, Interface.GetPromptLogFilePath(), true);
 }
@@ -324,7 +327,29 @@ void SKestrelWidget::StartProgressIfWorking(const FString& Message, const SKestr
 	if (Block.Text.IsValid() && Message.EndsWith(KestrelWidget::WorkingDots))
 	{
 		StartProgressAnimation(Block.Text.ToSharedRef(), Block.Border.ToSharedRef());
+		ProgressMessage = Message;
 	}
+}
+
+bool SKestrelWidget::RepeatProgress(const FString& Message)
+{
+	const bool bRepeats = SKestrelConversationView::IsFormatted() && AnimatedText.IsValid() && !Message.IsEmpty() &&
+						  ProgressMessage.Equals(Message, ESearchCase::CaseSensitive);
+	NumRepeats += bRepeats ? 1 : 0;
+	return bRepeats;
+}
+
+FString SKestrelWidget::GetProgressNote() const
+{
+	constexpr int32 FirstSecondsShown = 5;
+	const int32 Seconds = static_cast<int32>(FPlatformTime::Seconds() - ProgressStart);
+	if (!SKestrelConversationView::IsFormatted())
+	{
+		return FString();
+	}
+	return (NumRepeats > 0 ? FString::Printf(TEXT(" \u00D7%d"), NumRepeats + 1) : FString()) +
+		   (Seconds >= FirstSecondsShown ? FString::Printf(TEXT(" \u00B7 %d:%02d"), Seconds / 60, Seconds % 60)
+										 : FString());
 }
 
 void SKestrelWidget::StartProgressAnimation(
@@ -335,6 +360,8 @@ void SKestrelWidget::StartProgressAnimation(
 	AnimatedBaseText = TextWidget->GetText().ToString();
 	AnimatedBaseText.RemoveFromEnd(KestrelWidget::WorkingDots);
 	NumDots = 0;
+	NumRepeats = 0;
+	ProgressStart = FPlatformTime::Seconds();
 	AnimationTimer = RegisterActiveTimer(KestrelWidget::DotPeriodSeconds,
 		FWidgetActiveTimerDelegate::CreateSP(this, &SKestrelWidget::UpdateProgressAnimation));
 }
@@ -347,7 +374,7 @@ EActiveTimerReturnType SKestrelWidget::UpdateProgressAnimation(double InCurrentT
 	}
 	NumDots = (NumDots + 1) % (KestrelWidget::MaxDots + 1);
 	// Set, not bound: a bound text would not refresh while the block has the keyboard focus.
-	AnimatedText->SetText(FText::FromString(AnimatedBaseText + FString::ChrN(NumDots, TEXT('.'))));
+	AnimatedText->SetText(FText::FromString(AnimatedBaseText + GetProgressNote() + FString::ChrN(NumDots, TEXT('.'))));
 	return EActiveTimerReturnType::Continue;
 }
 
@@ -357,8 +384,9 @@ void SKestrelWidget::StopProgressAnimation()
 	{
 		UnRegisterActiveTimer(Timer.ToSharedRef());
 		// It stays as it came, and not with as many dots as it happened to have.
-		AnimatedText->SetText(FText::FromString(AnimatedBaseText + KestrelWidget::WorkingDots));
+		AnimatedText->SetText(FText::FromString(AnimatedBaseText + GetProgressNote() + KestrelWidget::WorkingDots));
 	}
+	ProgressMessage.Reset();
 	AnimationTimer.Reset();
 	AnimatedText.Reset();
 	AnimatedBorder.Reset();

@@ -171,6 +171,10 @@ private:
 	void StartProgressIfWorking(const FString& Message, const SKestrelConversationView::FBlock& Block);
 	void StartProgressAnimation(
 		const TSharedRef<SMultiLineEditableText>& TextWidget, const TSharedRef<SBorder>& Border);
+	/** The formatted view shows a status that comes again as a number. @return false if the message is another one */
+	bool RepeatProgress(const FString& Message);
+	/** In the formatted view: how often the status has come, and for how long it has been shown. */
+	FString GetProgressNote() const;
 	EActiveTimerReturnType UpdateProgressAnimation(double InCurrentTime, float InDeltaTime);
 	void StopProgressAnimation();
 
@@ -193,8 +197,11 @@ private:
 
 	TSharedPtr<SMultiLineEditableText> AnimatedText;
 	TSharedPtr<SBorder> AnimatedBorder;
-	FString AnimatedBaseText; // without its dots
-	int32 NumDots = 0;        // 0 to 3
+	FString AnimatedBaseText;   // without its dots
+	int32 NumDots = 0;          // 0 to 3
+	FString ProgressMessage;    // of the animated block as long as it is the last; empty otherwise
+	int32 NumRepeats = 0;       // of that message, which are shown as a number
+	double ProgressStart = 0.0; // seconds of FPlatformTime
 	TWeakPtr<FActiveTimerHandle> AnimationTimer;
 
 	// Shared by all panels: where the user left the view is where a reopened one stands.

@@ -484,6 +484,7 @@ void SKestrelWidget::OnAddDiffMessage(const FString& FilePath, const FString& Be
 
 void SKestrelWidget::ShowChange(const FString& FilePath, const FString& Before, const FString& After)
 {
+	ProgressMessage.Reset();
 	if (KestrelDisplayText::IsWorthComparing(Before, After))
 	{
 		AddDiffBlock(FilePath, Before, After);

@@ -31,6 +31,14 @@ constexpr float MaxListWidth = 420.0f;
 constexpr float MinHeightWithApproval = 400.0f;
 /** More blocks than anybody scrolls back to. */
 constexpr int32 MaxBlocks = 5000;
+
+/** A status that came again while the service worked; the formatted view shows it once. */
+bool Repeats(const FKestrelTranscriptEntry& Entry, const FKestrelTranscriptEntry& Previous)
+{
+	return SKestrelConversationView::IsFormatted() && Entry.Kind == EKestrelTranscriptKind::Status &&
+		   Previous.Kind == EKestrelTranscriptKind::Status && Entry.Text.EndsWith(TEXT("...")) &&
+		   Entry.Text.Equals(Previous.Text, ESearchCase::CaseSensitive);
+}
 }
 
 TSharedRef<SWidget> SKestrelWidget::MakeHistoryHeader()
@@ -224,7 +232,10 @@ SKestrelConversationView::FBlock SKestrelWidget::ShowEntries(TConstArrayView<FKe
 	SKestrelConversationView::FBlock LastBlock;
 	for (int32 Index = NumLeftOut; Index < Entries.Num(); ++Index)
 	{
-		LastBlock = ShowEntry(Entries[Index]);
+		if (Index == NumLeftOut || !KestrelWidgetHistory::Repeats(Entries[Index], Entries[Index - 1]))
+		{
+			LastBlock = ShowEntry(Entries[Index]);
+		}
 	}
 	return LastBlock;
 }

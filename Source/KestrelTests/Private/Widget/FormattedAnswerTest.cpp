@@ -140,4 +140,23 @@ void FKestrelFormattedAnswerSpec::Define()
 		}
 		FSlateApplication::Get().GetAccessibleMessageHandler()->SetActive(false);
 	});
+
+	It("show a status that comes again as a number, and log it each time", [this]() {
+		const FKestrelTestPanel Panel(FVector2D(600.0, 900.0), bFormatted);
+		for (int32 Poll = 0; Poll < 4; ++Poll)
+		{
+			FKestrelInterface::Get().AddOwnStatusMessage(TEXT("Processing request..."));
+		}
+		FKestrelInterface::Get().AddOwnStatusMessage(TEXT("Done."));
+		FString Shown;
+		for (const TSharedRef<SMultiLineEditableText>& Text : Panel.Texts(true))
+		{
+			Shown += Text->GetPlainText().ToString() + TEXT("|");
+		}
+		TestTrue(Shown, Shown.EndsWith(TEXT("|Processing request \u00D74...|Done.|")));
+		FString Log;
+		FFileHelper::LoadFileToString(Log, *FKestrelInterface::Get().GetPromptLogFilePath());
+		TArray<FString> Parts;
+		TestEqual(TEXT("logged"), Log.ParseIntoArray(Parts, TEXT("Processing request...")), 5);
+	});
 }
