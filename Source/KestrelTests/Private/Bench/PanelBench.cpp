@@ -13,6 +13,7 @@
 #include "Misc/Parse.h"
 #include "ScopedTransaction.h"
 #include "Support/KestrelTest.h"
+#include "Widget/Markdown/Markdown.h"
 #include "Widgets/Docking/SDockTab.h"
 
 /** How long a frame of the open panel takes, in the window it is opened in. */
@@ -99,6 +100,12 @@ void Scroll(const TSharedRef<SWidget>& Panel, float Notches)
 		FPointerEvent(0, Place, Place, TSet<FKey>(), EKeys::MouseWheelAxis, Notches, FModifierKeysState()), nullptr);
 }
 
+void AddAnswer(const FString& Markdown)
+{
+	FKestrelInterface::Get().OnAddStatusMessage(FString::Printf(TEXT(" [ Kestrel ] \n\n%s\n"), *Markdown),
+		FKestrelInterface::AssistantColor, FKestrelInterface::BoldFontName, FKestrelInterface::AssistantFontSize);
+}
+
 void AddText(int32 Number)
 {
 	const FString Sentence = FString::Printf(
@@ -106,12 +113,11 @@ void AddText(int32 Number)
 	FString Text;
 	for (int32 Index = 0; Index <= Number % 7; ++Index)
 	{
+		Text += Index % 3 == 2 ? TEXT("\n\n- **Then** ") : TEXT("");
 		Text += Sentence;
-		Text += Index % 3 == 2 ? TEXT("\n") : TEXT("");
 	}
-	const FKestrelInterface& Interface = FKestrelInterface::Get();
-	Interface.OnAddStatusMessage(Text, FKestrelInterface::AssistantColor, FKestrelInterface::RegularFontName,
-		FKestrelInterface::AssistantFontSize);
+	Text += Number % 4 == 0 ? TEXT("\n\n```cpp\nif (JumpCount < MaxJumps) // again\n{\n\tJump();\n}\n```") : TEXT("");
+	AddAnswer(Text);
 }
 
 void AddDiff(int32 Number)
@@ -234,6 +240,34 @@ void MeasureLargeBlock(FReport& Report)
 	Report.AddFrames(TEXT("Typing"), MeasureTyping());
 }
 
+/** Markdown as in an answer, about a million characters. */
+void MeasureLargeAnswer(FReport& Report)
+{
+	OpenPanel();
+	FString Text;
+	for (int32 Number = 0; Text.Len() < LargeBlockCharacters; ++Number)
+	{
+		Text += FString::Printf(TEXT("## Part %d\n\nThe *walker* jumps in `OnJump%d`, **twice** if [the limit]"
+									 "(https://a.example/%d) allows it, and lands where it was.\n\n- one\n- two, see below\n\n"),
+			Number, Number, Number);
+		Text += Number % 5 == 0 ? TEXT("```cpp\nif (A < B) // again\n{\n\tJump(\"up\");\n}\n```\n\n") : TEXT("");
+	}
+	FTimes Reading;
+	for (int32 Run = 0; Run < 5; ++Run)
+	{
+		Reading.Measure([&Text]() { KestrelMarkdown::Read(Text); });
+	}
+	FTimes Adding;
+	Adding.Measure([&Text]() {
+		AddAnswer(Text);
+		DrawFrame();
+		DrawFrame();
+	});
+	FFileHelper::SaveStringToFile(Text, *(ReportFile() + TEXT(".md")), FFileHelper::EEncodingOptions::ForceUTF8WithoutBOM);
+	Report.Add(TEXT("ReadMilliseconds"), Reading.At(0.5));
+	Report.Add(TEXT("AddMilliseconds"), Adding.At(0.5));
+}
+
 /** What the bound buttons ask each frame, in nanoseconds for all of them. */
 double MeasureQuestions()
 {
@@ -301,6 +335,7 @@ const FBench Benches[] = {
 	{ TEXT("Start"), MeasureStart },
 	{ TEXT("Conversation"), MeasureConversation },
 	{ TEXT("LargeBlock"), MeasureLargeBlock },
+	{ TEXT("LargeAnswer"), MeasureLargeAnswer },
 	{ TEXT("UndoButtons"), MeasureUndoButtons },
 };
 }
