@@ -4,7 +4,6 @@
 #include "Agent/Chat/KestrelInterface.h"
 #include "Agent/Tools/ToolPlan.h"
 #include "Framework/Application/SlateApplication.h"
-#include "Framework/Text/TextLayout.h"
 #include "HAL/PlatformTime.h"
 #include "Input/Events.h"
 #include "InputCoreTypes.h"
@@ -12,18 +11,16 @@
 #include "Layout/Visibility.h"
 #include "Misc/Attribute.h"
 #include "Styling/AppStyle.h"
-#include "Styling/CoreStyle.h"
 #include "Styling/ISlateStyle.h"
 #include "Styling/SlateTypes.h"
 #include "Types/SlateEnums.h"
 #include "Types/WidgetActiveTimerDelegate.h"
-#include "Widget/KestrelStyle.h"
+#include "Widget/Prompt/SKestrelPromptBox.h"
 #include "Widget/SKestrelApprovalList.h"
 #include "Widget/SKestrelApproveButton.h"
 #include "Widget/SKestrelConversationView.h"
 #include "Widgets/Input/SButton.h"
 #include "Widgets/Layout/SBorder.h"
-#include "Widgets/Layout/SBox.h"
 #include "Widgets/SBoxPanel.h"
 #include "Widgets/SOverlay.h"
 #include "Widgets/Text/SMultiLineEditableText.h"
@@ -37,9 +34,6 @@ namespace KestrelWidget
 {
 constexpr float PanelPadding = 6.0f;
 constexpr float PartGap = 6.0f;
-constexpr float BlockPadding = 8.0f;
-constexpr float PromptMinHeight = 60.0f;
-constexpr float PromptMaxHeight = 200.0f;
 // Of the panel's height, so that a low one still shows its buttons and some of the conversation.
 constexpr float PromptMaxShare = 0.25f;
 constexpr float ApprovalListMaxShare = 0.35f;
@@ -75,7 +69,8 @@ void SKestrelWidget::Construct(const FArguments& InArgs)
 			.MaxHeight(MakeAttributeSP(this, &SKestrelWidget::GetPromptHeightLimit))
 			.Padding(0.0f, KestrelWidget::PartGap, 0.0f, 0.0f)
 			[
-				MakePromptBox()
+				SAssignNew(PromptBox, SKestrelPromptBox)
+				.OnEnter(this, &SKestrelWidget::OnKeyDown)
 			]
 			+ SVerticalBox::Slot()
 			.AutoHeight()
@@ -192,36 +187,8 @@ EVisibility SKestrelWidget::GetApprovalListVisibility() const
 
 EActiveTimerReturnType SKestrelWidget::SetFocusPostConstruct(double InCurrentTime, float InDeltaTime)
 {
-	FSlateApplication::Get().SetKeyboardFocus(PromptBox);
+	FSlateApplication::Get().SetKeyboardFocus(PromptBox->GetFocusTarget());
 	return EActiveTimerReturnType::Stop;
-}
-
-const FSlateBrush* SKestrelWidget::GetPromptBrush() const
-{
-	const bool bFocused = PromptBox.IsValid() && PromptBox->HasKeyboardFocus();
-	return FKestrelStyle::Get().GetBrush(bFocused ? FName("Kestrel.Prompt.Focused") : FName("Kestrel.Prompt"));
-}
-
-TSharedRef<SWidget> SKestrelWidget::MakePromptBox()
-{
-	// clang-format off
-	return SNew(SBorder)
-		.BorderImage(this, &SKestrelWidget::GetPromptBrush)
-		.Padding(KestrelWidget::BlockPadding)
-		[
-			SNew(SBox)
-			.MinDesiredHeight(KestrelWidget::PromptMinHeight)
-			.MaxDesiredHeight(KestrelWidget::PromptMaxHeight)
-			[
-				SAssignNew(PromptBox, SMultiLineEditableText)
-				.HintText(LOCTEXT("PromptHint", "Enter your prompt here..."))
-				.AutoWrapText(true)
-				.WrappingPolicy(ETextWrappingPolicy::AllowPerCharacterWrapping)
-				// A focused text keeps Enter to itself unless it is asked first.
-				.OnKeyDownHandler(this, &SKestrelWidget::OnPromptKeyDown)
-			]
-		];
-	// clang-format on
 }
 
 float SKestrelWidget::GetHeight() const
@@ -246,7 +213,7 @@ float SKestrelWidget::GetApprovalListHeightLimit() const
 
 FReply SKestrelWidget::OnFocusReceived(const FGeometry& MyGeometry, const FFocusEvent& InFocusEvent)
 {
-	return FReply::Handled().SetUserFocus(PromptBox.ToSharedRef(), InFocusEvent.GetCause());
+	return FReply::Handled().SetUserFocus(PromptBox->GetFocusTarget(), InFocusEvent.GetCause());
 }
 
 void SKestrelWidget::Tick(const FGeometry& AllottedGeometry, const double InCurrentTime, const float InDeltaTime)
@@ -394,27 +361,19 @@ void SKestrelWidget::StopProgressAnimation()
 
 bool SKestrelWidget::IsPromptEmpty() const
 {
-	return PromptBox->GetText().IsEmpty();
+	return PromptBox->IsEmpty();
 }
 
 FString SKestrelWidget::TakePrompt()
 {
 	CloseEarlierConversation();
 	Conversation->FollowEnd();
-	const FString Prompt = PromptBox->GetText().ToString();
-	PromptBox->SetText(FText::GetEmpty());
-	return Prompt;
+	return PromptBox->Take();
 }
 
 FReply SKestrelWidget::HandledWithFocusOnPrompt() const
 {
-	return FReply::Handled().SetUserFocus(PromptBox.ToSharedRef(), EFocusCause::SetDirectly);
-}
-
-FReply SKestrelWidget::OnPromptKeyDown(const FGeometry& MyGeometry, const FKeyEvent& InKeyEvent)
-{
-	const bool bSends = InKeyEvent.GetKey() == EKeys::Enter && !InKeyEvent.IsShiftDown();
-	return bSends ? OnKeyDown(MyGeometry, InKeyEvent) : FReply::Unhandled();
+	return FReply::Handled().SetUserFocus(PromptBox->GetFocusTarget(), EFocusCause::SetDirectly);
 }
 
 FReply SKestrelWidget::OnKeyDown(const FGeometry& MyGeometry, const FKeyEvent& InKeyEvent)

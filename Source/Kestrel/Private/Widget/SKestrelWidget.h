@@ -19,9 +19,9 @@ class SBox;
 class SButton;
 class SComboButton;
 class SKestrelApprovalList;
+class SKestrelPromptBox;
 class SMultiLineEditableText;
 struct FKestrelTranscriptEntry;
-struct FSlateBrush;
 
 /**
  * The content of the plugin's tab: the conversation as a list of blocks, a prompt box, and the buttons that drive the
@@ -100,8 +100,6 @@ private:
 	void ShowWelcome();
 	/** The current conversation, or an earlier one in its place. */
 	TSharedRef<SWidget> MakeConversationArea();
-	TSharedRef<SWidget> MakePromptBox();
-	const FSlateBrush* GetPromptBrush() const;
 	/** Slate units; 0, which limits nothing, before it was painted. */
 	float GetHeight() const;
 	float GetWidth() const;
@@ -159,7 +157,6 @@ private:
 	TSharedRef<SWidget> MakeChunksView(TArray<FDiffChunk> Chunks) const;
 	/** The changes with a few lines around them, which are in OutChanges as well, and folds for the rest. */
 	TSharedRef<SWidget> MakeFoldedView(const TArray<FDiffChunk>& Chunks, TArray<TSharedRef<SWidget>>& OutChanges) const;
-	FReply OnPromptKeyDown(const FGeometry& MyGeometry, const FKeyEvent& InKeyEvent);
 	static bool IsUserScrolling() { return bIsUserScrolling; }
 	static void OnScrolled(bool bAwayFromEnd);
 	static void OnEndReached();
@@ -186,7 +183,7 @@ private:
 	TSharedPtr<SComboButton> HistoryButton;
 	TSharedPtr<SKestrelApprovalList> ApprovalList;
 	FDelegateHandle StateChangedHandle;
-	TSharedPtr<SMultiLineEditableText> PromptBox;
+	TSharedPtr<SKestrelPromptBox> PromptBox;
 	TSharedPtr<SButton> StartButton;
 	TSharedPtr<SButton> ContinueButton;
 	TSharedPtr<SButton> PauseButton;

@@ -109,12 +109,14 @@ FKestrelTestLog::FKestrelTestLog()
 {
 	FKestrelInterface::Get().GetPromptLog().Open(Folder.Full(TEXT("Logs")));
 	FKestrelInterface::Get().GetTranscript().Open(GetConversations());
+	FKestrelInterface::Get().GetPromptStore().Open(Folder.Full(TEXT("Prompts.json")));
 }
 
 FKestrelTestLog::~FKestrelTestLog()
 {
 	FKestrelInterface::Get().GetPromptLog().Open(FKestrelPromptLog::GetUsualFolder());
 	FKestrelInterface::Get().GetTranscript() = MoveTemp(Before);
+	FKestrelInterface::Get().GetPromptStore().Open(FKestrelPromptStore::GetUsualFile());
 }
 
 FKestrelPanelRecorder::FKestrelPanelRecorder()

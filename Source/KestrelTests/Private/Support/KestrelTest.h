@@ -51,7 +51,7 @@ public:
 	const FString Name; // relative to the project directory
 };
 
-/** A prompt log and conversations of a test's own: the user's must neither grow by tests nor lose anything. */
+/** A prompt log, conversations and recalled prompts of a test's own: the user's must neither grow nor lose anything. */
 class FKestrelTestLog
 {
 public:

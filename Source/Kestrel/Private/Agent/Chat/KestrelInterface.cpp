@@ -68,6 +68,7 @@ void FKestrelInterface::Initialize()
 	PromptLog.Open(FKestrelPromptLog::GetUsualFolder());
 	Transcript.Open(FKestrelConversationStore::GetUsualFolder());
 	Transcript.RestoreForNextPanel();
+	PromptStore.Open(FKestrelPromptStore::GetUsualFile());
 	// The key is in there; the engine writes the file with the modes of any other.
 	KestrelNativeFile::RestrictToOwner(
 		FPaths::ConvertRelativePathToFull(UKestrelSettings::StaticClass()->GetConfigName()));
@@ -82,11 +83,13 @@ void FKestrelInterface::Initialize()
 	{
 	case EKestrelLogDeletionPolicy::DeleteAllOnStart:
 		PromptLog.DeleteAll();
+		PromptStore.RemoveAll();
 		FKestrelHistoryStore::RemoveAll();
 		Transcript.DeleteAll();
 		break;
 	case EKestrelLogDeletionPolicy::KeepLast30Days:
 		PromptLog.DeleteOld(DaysKept);
+		PromptStore.RemoveOld(DaysKept);
 		FKestrelHistoryStore::RemoveOld(DaysKept, HistoryBytesKept);
 		Transcript.GetStore().DeleteOld(DaysKept, ConversationBytesKept);
 		break;

@@ -2,6 +2,7 @@
 
 #include "Agent/Chat/PromptLog.h"
 #include "Agent/Chat/Transcript.h"
+#include "Agent/Chat/PromptStore.h"
 #include "Agent/FileHistory.h"
 #include "Agent/History/TransactionLookup.h"
 #include "CoreMinimal.h"
@@ -31,6 +32,7 @@ public:
 
 	FKestrelPromptLog& GetPromptLog() { return PromptLog; }
 	FKestrelTranscript& GetTranscript() { return Transcript; }
+	FKestrelPromptStore& GetPromptStore() { return PromptStore; }
 	// The same by the interface's own names.
 	void EnsureLogDirectoryExists() const { PromptLog.EnsureFolderExists(); }
 	TArray<FString> GetAllLogFiles() const { return PromptLog.GetAllFiles(); }
@@ -138,6 +140,7 @@ private:
 	mutable FKestrelTransactionLookup RedoLookup;
 	FKestrelPromptLog PromptLog;
 	mutable FKestrelTranscript Transcript;
+	FKestrelPromptStore PromptStore;
 	TArray<FString> Notices;
 	mutable TArray<FText> Hints;
 	bool bInitialized = false;

@@ -1,0 +1,172 @@
+#include "Widget/Prompt/SKestrelPromptBox.h"
+
+#include "Agent/Chat/KestrelInterface.h"
+#include "Fonts/FontMeasure.h"
+#include "Framework/Application/SlateApplication.h"
+#include "Framework/Text/TextLayout.h"
+#include "InputCoreTypes.h"
+#include "Rendering/SlateRenderer.h"
+#include "Styling/AppStyle.h"
+#include "Styling/ISlateStyle.h"
+#include "Styling/SlateTypes.h"
+#include "Widget/KestrelStyle.h"
+#include "Widgets/Layout/SBorder.h"
+#include "Widgets/Layout/SBox.h"
+#include "Widgets/Text/SMultiLineEditableText.h"
+
+#define LOCTEXT_NAMESPACE "SKestrelPromptBox"
+
+namespace KestrelPromptBox
+{
+constexpr float BlockPadding = 8.0f;
+constexpr float MinHeight = 60.0f;
+constexpr float MaxHeight = 200.0f;
+
+const FTextBlockStyle& GetTextStyle()
+{
+	return FAppStyle::Get().GetWidgetStyle<FTextBlockStyle>("NormalText");
+}
+}
+
+void SKestrelPromptBox::Construct(const FArguments& InArgs)
+{
+	OnEnter = InArgs._OnEnter;
+	// clang-format off
+	ChildSlot
+	[
+		SNew(SBorder)
+		.BorderImage(this, &SKestrelPromptBox::GetBrush)
+		.Padding(KestrelPromptBox::BlockPadding)
+		[
+			SNew(SBox)
+			.MinDesiredHeight(KestrelPromptBox::MinHeight)
+			.MaxDesiredHeight(KestrelPromptBox::MaxHeight)
+			[
+				SAssignNew(Text, SMultiLineEditableText)
+				.TextStyle(&KestrelPromptBox::GetTextStyle())
+				.HintText(LOCTEXT("PromptHint", "Enter your prompt here..."))
+				.AutoWrapText(true)
+				.WrappingPolicy(ETextWrappingPolicy::AllowPerCharacterWrapping)
+				// A focused text keeps Enter to itself unless it is asked first.
+				.OnKeyDownHandler(this, &SKestrelPromptBox::OnTextKeyDown)
+			]
+		]
+	];
+	// clang-format on
+}
+
+bool SKestrelPromptBox::IsEmpty() const
+{
+	return Text->GetText().IsEmpty();
+}
+
+FString SKestrelPromptBox::GetText() const
+{
+	return Text->GetText().ToString();
+}
+
+FString SKestrelPromptBox::Take()
+{
+	const FString Prompt = GetText();
+	Text->SetText(FText::GetEmpty());
+	Recall.Reset();
+	FKestrelInterface::Get().GetPromptStore().Add(Prompt);
+	return Prompt;
+}
+
+TSharedRef<SWidget> SKestrelPromptBox::GetFocusTarget() const
+{
+	return Text.ToSharedRef();
+}
+
+const FSlateBrush* SKestrelPromptBox::GetBrush() const
+{
+	const bool bFocused = Text.IsValid() && Text->HasKeyboardFocus();
+	return FKestrelStyle::Get().GetBrush(bFocused ? FName("Kestrel.Prompt.Focused") : FName("Kestrel.Prompt"));
+}
+
+FReply SKestrelPromptBox::OnTextKeyDown(const FGeometry& MyGeometry, const FKeyEvent& InKeyEvent)
+{
+	const FKey Key = InKeyEvent.GetKey();
+	if (Key == EKeys::Enter && !InKeyEvent.IsShiftDown())
+	{
+		return OnEnter.IsBound() ? OnEnter.Execute(MyGeometry, InKeyEvent) : FReply::Unhandled();
+	}
+	if (InKeyEvent.IsShiftDown() || InKeyEvent.IsControlDown() || InKeyEvent.IsAltDown() || InKeyEvent.IsCommandDown())
+	{
+		return FReply::Unhandled();
+	}
+	const bool bRecalled = (Key == EKeys::Up && IsCursorInFirstRow() && RecallOlder()) ||
+						   (Key == EKeys::Down && IsCursorInLastRow() && RecallNewer());
+	return bRecalled ? FReply::Handled() : FReply::Unhandled();
+}
+
+bool SKestrelPromptBox::RecallOlder()
+{
+	const TOptional<FString> Recalled = Recall.Older(GetText(), FKestrelInterface::Get().GetPromptStore().GetPrompts());
+	if (Recalled.IsSet())
+	{
+		Text->SetText(FText::FromString(Recalled.GetValue()));
+		// From there Up goes on at once.
+		Text->GoTo(FTextLocation(0, GetLines()[0].Len()));
+	}
+	return Recalled.IsSet();
+}
+
+bool SKestrelPromptBox::RecallNewer()
+{
+	const TOptional<FString> Recalled = Recall.Newer(GetText());
+	if (Recalled.IsSet())
+	{
+		Text->SetText(FText::FromString(Recalled.GetValue()));
+		Text->GoTo(ETextLocation::EndOfDocument);
+	}
+	return Recalled.IsSet();
+}
+
+TArray<FString> SKestrelPromptBox::GetLines() const
+{
+	TArray<FString> Lines;
+	GetText().Replace(TEXT("\r\n"), TEXT("\n")).ParseIntoArray(Lines, TEXT("\n"), false);
+	if (Lines.IsEmpty())
+	{
+		Lines.AddDefaulted();
+	}
+	return Lines;
+}
+
+bool SKestrelPromptBox::FitsInRow(const FString& Line) const
+{
+	constexpr int32 MaxMeasured = 1000; // no row has room for more
+	const double Width = FVector2D(Text->GetCachedGeometry().GetLocalSize()).X;
+	const TSharedRef<FSlateFontMeasure> Measure = FSlateApplication::Get().GetRenderer()->GetFontMeasureService();
+	return Line.IsEmpty() || (Line.Len() <= MaxMeasured &&
+								 FVector2D(Measure->Measure(Line, KestrelPromptBox::GetTextStyle().Font)).X < Width);
+}
+
+bool SKestrelPromptBox::IsCursorInFirstRow() const
+{
+	const FTextLocation Cursor = Text->GetCursorLocation();
+	if (Cursor.GetLineIndex() > 0)
+	{
+		return false;
+	}
+	// A word that does not fit is wrapped as a whole, with the cursor in it.
+	const FString Line = GetLines()[0];
+	int32 End = Cursor.GetOffset();
+	while (End < Line.Len() && !FChar::IsWhitespace(Line[End]))
+	{
+		++End;
+	}
+	return Cursor.GetOffset() == 0 || FitsInRow(Line.Left(End));
+}
+
+bool SKestrelPromptBox::IsCursorInLastRow() const
+{
+	const TArray<FString> Lines = GetLines();
+	const FTextLocation Cursor = Text->GetCursorLocation();
+	return Cursor.GetLineIndex() == Lines.Num() - 1 &&
+		   (Cursor.GetOffset() >= Lines.Last().Len() || FitsInRow(Lines.Last()));
+}
+
+#undef LOCTEXT_NAMESPACE

@@ -1,0 +1,178 @@
+#include "Agent/Agent.h"
+#include "Agent/Chat/KestrelInterface.h"
+#include "Agent/Chat/PromptStore.h"
+#include "Agent/Files/NativeFile.h"
+#include "Framework/Application/SlateApplication.h"
+#include "HAL/FileManager.h"
+#include "InputCoreTypes.h"
+#include "KestrelSettings.h"
+#include "Misc/FileHelper.h"
+#include "Misc/Paths.h"
+#include "Support/KestrelTest.h"
+#include "Support/TestPanel.h"
+#include "UObject/Class.h"
+#include "Widget/SKestrelWidget.h"
+#include "Widgets/Text/SMultiLineEditableText.h"
+
+namespace PromptBoxTest
+{
+using FPanel = FKestrelTestPanel;
+
+void Send(const FPanel& Panel, const TCHAR* Prompt)
+{
+	FAgent::Get().SetAgentState(EAgentState::Idle, nullptr);
+	Panel.Type(Prompt);
+	Panel.Press(EKeys::Enter, false);
+	FAgent::Get().SetAgentState(EAgentState::PollResponse, nullptr);
+	FAgent::Get().SetAgentState(EAgentState::Idle, nullptr);
+}
+
+/** A store in a folder of the test's own, with its prompts. */
+FKestrelPromptStore OpenStore(const FString& File)
+{
+	FKestrelPromptStore Store;
+	Store.Open(File);
+	return Store;
+}
+}
+
+BEGIN_DEFINE_SPEC(FKestrelPromptBoxSpec, "Kestrel.PromptBox", KestrelTest::Flags)
+void TestBox(const FKestrelTestPanel& Panel, const TCHAR* What, const TCHAR* Expected);
+END_DEFINE_SPEC(FKestrelPromptBoxSpec)
+
+void FKestrelPromptBoxSpec::TestBox(const FKestrelTestPanel& Panel, const TCHAR* What, const TCHAR* Expected)
+{
+	KestrelTest::TestSameText(*this, What, Panel.PromptBox()->GetText().ToString(), Expected);
+}
+
+void FKestrelPromptBoxSpec::Define()
+{
+	Describe("recalls prompts", [this]() {
+		It("up to the first, and back to what was being typed", [this]() {
+			const PromptBoxTest::FPanel Panel;
+			Panel.Type(TEXT("draft"));
+			Panel.Press(EKeys::Up, false);
+			TestBox(Panel, TEXT("nothing was sent"), TEXT("draft"));
+			PromptBoxTest::Send(Panel, TEXT("first"));
+			PromptBoxTest::Send(Panel, TEXT("second"));
+			Panel.Type(TEXT("draft"));
+			const TPair<FKey, const TCHAR*> Steps[] = { { EKeys::Up, TEXT("second") }, { EKeys::Up, TEXT("first") },
+				{ EKeys::Up, TEXT("first") }, { EKeys::Down, TEXT("second") }, { EKeys::Down, TEXT("draft") },
+				{ EKeys::Down, TEXT("draft") } };
+			for (const TPair<FKey, const TCHAR*>& Step : Steps)
+			{
+				Panel.Press(Step.Key, false);
+				TestBox(Panel, TEXT("step"), Step.Value);
+			}
+		});
+
+		It("and keeps what was changed in them until one is sent", [this]() {
+			const PromptBoxTest::FPanel Panel;
+			PromptBoxTest::Send(Panel, TEXT("first"));
+			PromptBoxTest::Send(Panel, TEXT("second"));
+			Panel.Press(EKeys::Up, false);
+			Panel.PromptBox()->InsertTextAtCursor(FString(TEXT(", changed")));
+			Panel.Press(EKeys::Up, false);
+			Panel.Press(EKeys::Down, false);
+			TestBox(Panel, TEXT("changed"), TEXT("second, changed"));
+			PromptBoxTest::Send(Panel, TEXT("third"));
+			Panel.Press(EKeys::Up, false);
+			Panel.Press(EKeys::Up, false);
+			TestBox(Panel, TEXT("as it was sent"), TEXT("second"));
+		});
+
+		It("but moves among the lines of a prompt, written or wrapped, first", [this]() {
+			const PromptBoxTest::FPanel Panel;
+			PromptBoxTest::Send(Panel, TEXT("first"));
+			FString Long;
+			for (int32 Index = 0; Index < 60; ++Index)
+			{
+				Long += TEXT("word ");
+			}
+			for (const FString& Written : { FString(TEXT("one\ntwo")), Long })
+			{
+				Panel.Type(*Written);
+				FSlateApplication::Get().Tick();
+				Panel.Press(EKeys::Up, false);
+				TestBox(Panel, TEXT("after one step"), *Panel.PromptBox()->GetText().ToString());
+				TestFalse(TEXT("recalled at once"), Panel.PromptBox()->GetText().ToString() == TEXT("first"));
+				for (int32 Step = 0; Step < 10; ++Step)
+				{
+					Panel.Press(EKeys::Up, false);
+				}
+				TestBox(Panel, TEXT("from the first row"), TEXT("first"));
+				Panel.Press(EKeys::Down, false);
+				Panel.Press(EKeys::Up, true);
+				TestFalse(TEXT("recalled with Shift"), Panel.PromptBox()->GetText().ToString() == TEXT("first"));
+				Panel.Type(TEXT(""));
+				PromptBoxTest::Send(Panel, TEXT("first"));
+			}
+		});
+	});
+
+	Describe("stores prompts", [this]() {
+		It("for the next run, each once, for their user alone and without the key", [this]() {
+			const FKestrelTestFolder Folder;
+			const FString File = Folder.Full(TEXT("Kestrel/Prompts.json"));
+			const TGuardValue<FString> Key(GetMutableDefault<UKestrelSettings>()->ApiKey, TEXT("canary-of-the-user"));
+			FKestrelPromptStore Store = PromptBoxTest::OpenStore(File);
+			for (const TCHAR* Prompt : { TEXT("one"), TEXT("two\n\u00e9 \"2\""), TEXT("One"), TEXT("one"), TEXT("  "),
+					 TEXT("use canary-of-the-user") })
+			{
+				Store.Add(Prompt);
+			}
+			KestrelTest::TestSameText(*this, TEXT("prompts"),
+				FString::Join(PromptBoxTest::OpenStore(File).GetPrompts(), TEXT("|")),
+				TEXT("two\n\u00e9 \"2\"|One|one|use [API key]"));
+			const int32 Mode = KestrelNativeFile::GetMode(File);
+			TestTrue(TEXT("for its user alone"), Mode == -1 || (Mode & 077) == 0);
+			Store.RemoveOld(30);
+			TestEqual(TEXT("young ones stay"), PromptBoxTest::OpenStore(File).GetPrompts().Num(), 4);
+			Store.RemoveAll();
+			TestFalse(TEXT("the file is gone"), FPaths::FileExists(File));
+		});
+
+		It("no more than it has room for", [this]() {
+			const FKestrelTestFolder Folder;
+			const FString File = Folder.Full(TEXT("Prompts.json"));
+			FKestrelPromptStore Store = PromptBoxTest::OpenStore(File);
+			Store.Add(FString::ChrN(FKestrelPromptStore::MaxPromptBytes / 2 + 1, u'\u00e9'));
+			TestEqual(TEXT("too long"), Store.GetPrompts().Num(), 0);
+			for (int32 Index = 0; Index < FKestrelPromptStore::MaxPrompts + 5; ++Index)
+			{
+				Store.Add(FString::Printf(TEXT("prompt %d"), Index));
+			}
+			const TArray<FString> Prompts = PromptBoxTest::OpenStore(File).GetPrompts();
+			TestEqual(TEXT("prompts"), Prompts.Num(), FKestrelPromptStore::MaxPrompts);
+			KestrelTest::TestSameText(*this, TEXT("the oldest"), Prompts[0], TEXT("prompt 5"));
+		});
+
+		It("and reads whatever it finds", [this]() {
+			const FKestrelTestFolder Folder;
+			const TPair<const TCHAR*, const TCHAR*> Files[] = {
+				{ TEXT(""), TEXT("") },
+				{ TEXT("{\"prompts\":[{\"text\":\"a\",\"ti"), TEXT("") },
+				{ TEXT("{\"prompts\":{\"text\":\"a\"}}"), TEXT("") },
+				{ TEXT("{\"prompts\":[1,null,{\"text\":[],\"time\":1},{\"text\":\"a\"},{\"text\":\"b\",\"time\":1e300},"
+					   "{\"text\":\"c\",\"time\":-1e300}]}"),
+					TEXT("b|c") },
+			};
+			for (const TPair<const TCHAR*, const TCHAR*>& Each : Files)
+			{
+				Folder.Write(TEXT("Prompts.json"), Each.Key);
+				FKestrelPromptStore Store = PromptBoxTest::OpenStore(Folder.Full(TEXT("Prompts.json")));
+				KestrelTest::TestSameText(*this, Each.Key, FString::Join(Store.GetPrompts(), TEXT("|")), Each.Value);
+				Store.RemoveOld(30);
+				TestTrue(TEXT("what is old goes, what claims to come later stays"), Store.GetPrompts().Num() <= 1);
+			}
+			Folder.Write(TEXT("elsewhere.json"), TEXT("{\"prompts\":[{\"text\":\"a\",\"time\":1}]}"));
+			if (KestrelNativeFile::MakeLink(Folder.Full(TEXT("link.json")), Folder.Full(TEXT("elsewhere.json"))))
+			{
+				FKestrelPromptStore Store = PromptBoxTest::OpenStore(Folder.Full(TEXT("link.json")));
+				TestEqual(TEXT("behind a link"), Store.GetPrompts().Num(), 0);
+				Store.Add(TEXT("b"));
+				TestTrue(TEXT("the link stays"), !KestrelNativeFile::ReadLink(Folder.Full(TEXT("link.json"))).IsEmpty());
+			}
+		});
+	});
+}
