@@ -131,6 +131,7 @@ void FAgent::SetAgentState(EAgentState NewState, const FAgentStateData* Data)
 	{
 		return;
 	}
+	PreviousState = State;
 	State = NewState;
 	const FEntryAction* EntryAction =
 		GetEntryActions().FindByPredicate([NewState](const FEntryAction& Action) { return Action.State == NewState; });

@@ -162,10 +162,12 @@ void SKestrelWidget::ShowNotices()
 SKestrelWidget::~SKestrelWidget()
 {
 	FAgent::Get().OnStateChanged().Remove(StateChangedHandle);
+	FTSTicker::GetCoreTicker().RemoveTicker(QueueTicker);
 }
 
 void SKestrelWidget::OnAgentStateChanged()
 {
+	GiveBackUnansweredPrompt();
 	const TArray<TSharedRef<FKestrelToolPlan>>& Plans = FAgent::Get().GetPendingPlans();
 	if (GetApprovalListVisibility() == EVisibility::Visible)
 	{
@@ -368,7 +370,8 @@ FString SKestrelWidget::TakePrompt()
 {
 	CloseEarlierConversation();
 	Conversation->FollowEnd();
-	return PromptBox->Take();
+	UnansweredPrompt = PromptBox->Take();
+	return UnansweredPrompt;
 }
 
 FReply SKestrelWidget::HandledWithFocusOnPrompt() const
@@ -394,6 +397,10 @@ FReply SKestrelWidget::OnKeyDown(const FGeometry& MyGeometry, const FKeyEvent& I
 	else if (UpdateContinueButtonEnability())
 	{
 		OnContinueButtonClicked();
+	}
+	else if (IsWorking() && !IsPromptEmpty())
+	{
+		QueuePrompt();
 	}
 	return FReply::Handled();
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Containers/Ticker.h"
 #include "CoreMinimal.h"
 #include "Delegates/IDelegateInstance.h"
 #include "Input/Events.h"
@@ -164,6 +165,13 @@ private:
 	FReply HandledWithFocusOnPrompt() const;
 	bool IsPromptEmpty() const;
 	FString TakePrompt();
+	bool IsWorking() const;
+	/** Lets what is in the box wait until the agent awaits the user. */
+	void QueuePrompt();
+	/** Sends what waits; asked in each frame while something does. */
+	bool SendQueuedPrompt(float DeltaTime);
+	/** A prompt that was not answered comes back into the box, with what waits behind it. */
+	void GiveBackUnansweredPrompt();
 
 	void StartProgressIfWorking(const FString& Message, const SKestrelConversationView::FBlock& Block);
 	void StartProgressAnimation(
@@ -184,6 +192,8 @@ private:
 	TSharedPtr<SKestrelApprovalList> ApprovalList;
 	FDelegateHandle StateChangedHandle;
 	TSharedPtr<SKestrelPromptBox> PromptBox;
+	FString UnansweredPrompt; // the last that was sent, until something of an answer comes
+	FTSTicker::FDelegateHandle QueueTicker;
 	TSharedPtr<SButton> StartButton;
 	TSharedPtr<SButton> ContinueButton;
 	TSharedPtr<SButton> PauseButton;

@@ -193,9 +193,14 @@ EVisibility SKestrelWidget::UpdateContinueButtonVisibility() const
 	return KestrelButtons::IsWaitingForUser(KestrelButtons::GetState()) ? EVisibility::Visible : EVisibility::Collapsed;
 }
 
+bool SKestrelWidget::IsWorking() const
+{
+	return !KestrelButtons::IsWaitingForUser(KestrelButtons::GetState());
+}
+
 EVisibility SKestrelWidget::UpdatePauseButtonVisibility() const
 {
-	return KestrelButtons::IsWaitingForUser(KestrelButtons::GetState()) ? EVisibility::Collapsed : EVisibility::Visible;
+	return IsWorking() ? EVisibility::Visible : EVisibility::Collapsed;
 }
 
 EVisibility SKestrelWidget::UpdateApproveButton() const

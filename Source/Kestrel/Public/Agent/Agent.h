@@ -38,6 +38,8 @@ public:
 	/** Entering the present state again does nothing at all. Data may be null for a state that takes none. */
 	void SetAgentState(EAgentState NewState, const FAgentStateData* Data);
 	EAgentState GetAgentState() const { return State; }
+	/** The state before; in `Idle` it says how the conversation came to its end. */
+	EAgentState GetPreviousState() const { return PreviousState; }
 	/** Broadcast after each change of state. */
 	FSimpleMulticastDelegate& OnStateChanged() { return StateChanged; }
 
@@ -161,6 +163,7 @@ private:
 	bool MayActWithoutAsking() const;
 
 	EAgentState State = EAgentState::None;
+	EAgentState PreviousState = EAgentState::None;
 	bool bPaused = false;
 	bool bApproved = false;
 	FString ConversationId;

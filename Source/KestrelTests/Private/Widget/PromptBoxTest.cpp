@@ -2,6 +2,7 @@
 #include "Agent/Chat/KestrelInterface.h"
 #include "Agent/Chat/PromptStore.h"
 #include "Agent/Files/NativeFile.h"
+#include "Containers/Ticker.h"
 #include "Framework/Application/SlateApplication.h"
 #include "HAL/FileManager.h"
 #include "InputCoreTypes.h"
@@ -11,6 +12,7 @@
 #include "Support/KestrelTest.h"
 #include "Support/TestPanel.h"
 #include "UObject/Class.h"
+#include "Widget/Prompt/SKestrelPromptBox.h"
 #include "Widget/SKestrelWidget.h"
 #include "Widgets/Text/SMultiLineEditableText.h"
 
@@ -25,6 +27,12 @@ void Send(const FPanel& Panel, const TCHAR* Prompt)
 	Panel.Press(EKeys::Enter, false);
 	FAgent::Get().SetAgentState(EAgentState::PollResponse, nullptr);
 	FAgent::Get().SetAgentState(EAgentState::Idle, nullptr);
+}
+
+/** What waits is sent by the editor's ticker. */
+void RunFrame()
+{
+	FTSTicker::GetCoreTicker().Tick(0.016f);
 }
 
 /** A store in a folder of the test's own, with its prompts. */
@@ -107,6 +115,91 @@ void FKestrelPromptBoxSpec::Define()
 				Panel.Type(TEXT(""));
 				PromptBoxTest::Send(Panel, TEXT("first"));
 			}
+		});
+	});
+
+	Describe("lets a prompt wait", [this]() {
+		It("that is sent while the agent works, until it awaits the user", [this]() {
+			const PromptBoxTest::FPanel Panel;
+			FAgent::Get().SetAgentState(EAgentState::PollRequest, nullptr);
+			for (const TCHAR* Prompt : { TEXT("first"), TEXT("second\nline") })
+			{
+				Panel.Type(Prompt);
+				TestTrue(TEXT("Enter is handled"), Panel.Press(EKeys::Enter, false));
+				TestBox(Panel, TEXT("the box is empty"), TEXT(""));
+			}
+			for (const EAgentState State : { EAgentState::PollResponse, EAgentState::AwaitingApproval, EAgentState::Pause })
+			{
+				FAgent::Get().SetAgentState(State, nullptr);
+				PromptBoxTest::RunFrame();
+				TestTrue(TEXT("still waits"), FAgent::Get().GetAgentState() == State);
+			}
+			Panel.Type(TEXT("third"));
+			FAgent::Get().SetAgentState(EAgentState::AwaitingUpdate, nullptr);
+			PromptBoxTest::RunFrame();
+			TestTrue(TEXT("sent"), FAgent::Get().GetAgentState() == EAgentState::Continue);
+			// "Sending request..." comes behind it.
+			KestrelTest::TestSameText(*this, TEXT("what was sent"), Panel.Texts(true).Last(1)->GetText().ToString(),
+				TEXT(" [ User ]\n\nfirst\n\nsecond\nline\n"));
+			TestBox(Panel, TEXT("what is being typed stays"), TEXT("third"));
+			TestFalse(TEXT("nothing waits"), Panel.Click(TEXT("Withdraw")));
+		});
+
+		It("which can be withdrawn, and comes back when the conversation ends or fails", [this]() {
+			const PromptBoxTest::FPanel Panel;
+			const TPair<const TCHAR*, TFunction<void()>> Ways[] = {
+				{ TEXT("withdrawn"), [&Panel]() { Panel.Click(TEXT("Withdraw")); } },
+				{ TEXT("ended"), [&Panel]() { Panel.Click(TEXT("[ End ]")); } },
+				{ TEXT("failed"), []() { FAgent::Get().CancelRequest(TEXT("no route")); } },
+			};
+			for (const TPair<const TCHAR*, TFunction<void()>>& Way : Ways)
+			{
+				FAgent::Get().SetAgentState(EAgentState::PollRequest, nullptr);
+				Panel.Type(TEXT("waits"));
+				Panel.Press(EKeys::Enter, false);
+				Panel.Type(TEXT("typed"));
+				Way.Value();
+				PromptBoxTest::RunFrame();
+				TestBox(Panel, Way.Key, TEXT("waits\n\ntyped"));
+				TestTrue(TEXT("not sent"), FAgent::Get().GetAgentState() != EAgentState::InitialRequest);
+			}
+		});
+
+		It("and loses nothing with the panel", [this]() {
+			const FKestrelTestLog Log;
+			FKestrelInterface::Get().GetPromptStore().KeepDraft(TEXT("draft"));
+			TSharedPtr<SKestrelPromptBox> Box = SNew(SKestrelPromptBox);
+			Box->Queue();
+			Box.Reset();
+			Box = SNew(SKestrelPromptBox);
+			KestrelTest::TestSameText(*this, TEXT("in the next"), Box->Take(), TEXT("draft"));
+		});
+	});
+
+	Describe("gives back a prompt", [this]() {
+		It("that failed before an answer came", [this]() {
+			const PromptBoxTest::FPanel Panel;
+			const auto Begin = [this, &Panel]() {
+				FAgent::Get().SetAgentState(EAgentState::Idle, nullptr);
+				Panel.Type(TEXT("my prompt"));
+				Panel.Press(EKeys::Enter, false);
+				TestBox(Panel, TEXT("sent"), TEXT(""));
+			};
+			Begin();
+			FAgent::Get().HandleRegularRequestFailed(TEXT("no route"));
+			TestBox(Panel, TEXT("back again"), TEXT("my prompt"));
+			TestEqual(TEXT("with the cursor at its end"), Panel.PromptBox()->GetCursorLocation().GetOffset(), 9);
+			Begin();
+			Panel.Type(TEXT("typed"));
+			FAgent::Get().HandleRegularRequestFailed(TEXT("no route"));
+			TestBox(Panel, TEXT("beside what was typed"), TEXT("typed"));
+			Begin();
+			Panel.Click(TEXT("[ End ]"));
+			TestBox(Panel, TEXT("when it was ended"), TEXT(""));
+			Begin();
+			FAgent::Get().SetAgentState(EAgentState::PollResponse, nullptr);
+			FAgent::Get().HandlePollStatusRequestFailed(TEXT("no route"));
+			TestBox(Panel, TEXT("when it was answered"), TEXT(""));
 		});
 	});
 

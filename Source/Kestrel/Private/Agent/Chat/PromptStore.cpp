@@ -39,6 +39,7 @@ void FKestrelPromptStore::Open(const FString& InFile)
 	File = InFile;
 	Prompts.Empty();
 	Times.Empty();
+	Draft.Empty();
 	Load();
 }
 

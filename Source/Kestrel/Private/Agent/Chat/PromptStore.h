@@ -30,6 +30,10 @@ public:
 	/** Removes the prompts that were last sent more than Days days ago. */
 	void RemoveOld(int32 Days);
 
+	/** What was being written when the panel was closed, for the next panel of this run. */
+	void KeepDraft(const FString& InDraft) { Draft = InDraft; }
+	FString TakeDraft() { return MoveTemp(Draft); }
+
 private:
 	void Load();
 	void Append(const FString& Prompt, const FDateTime& Time);
@@ -40,4 +44,5 @@ private:
 	FString File; // absolute
 	TArray<FString> Prompts;
 	TArray<FDateTime> Times; // UTC, one for each prompt
+	FString Draft;
 };

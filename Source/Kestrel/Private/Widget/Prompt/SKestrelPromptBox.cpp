@@ -9,10 +9,14 @@
 #include "Styling/AppStyle.h"
 #include "Styling/ISlateStyle.h"
 #include "Styling/SlateTypes.h"
+#include "Types/SlateEnums.h"
 #include "Widget/KestrelStyle.h"
+#include "Widgets/Input/SButton.h"
 #include "Widgets/Layout/SBorder.h"
 #include "Widgets/Layout/SBox.h"
+#include "Widgets/SBoxPanel.h"
 #include "Widgets/Text/SMultiLineEditableText.h"
+#include "Widgets/Text/STextBlock.h"
 
 #define LOCTEXT_NAMESPACE "SKestrelPromptBox"
 
@@ -21,10 +25,17 @@ namespace KestrelPromptBox
 constexpr float BlockPadding = 8.0f;
 constexpr float MinHeight = 60.0f;
 constexpr float MaxHeight = 200.0f;
+constexpr float QueueGap = 4.0f;
 
 const FTextBlockStyle& GetTextStyle()
 {
 	return FAppStyle::Get().GetWidgetStyle<FTextBlockStyle>("NormalText");
+}
+
+/** Two prompts as one, with a blank line between. */
+FString Join(const FString& First, const FString& Second)
+{
+	return First.IsEmpty() || Second.IsEmpty() ? First + Second : First + TEXT("\n\n") + Second;
 }
 }
 
@@ -34,25 +45,119 @@ void SKestrelPromptBox::Construct(const FArguments& InArgs)
 	// clang-format off
 	ChildSlot
 	[
-		SNew(SBorder)
-		.BorderImage(this, &SKestrelPromptBox::GetBrush)
-		.Padding(KestrelPromptBox::BlockPadding)
+		SNew(SVerticalBox)
+		+ SVerticalBox::Slot()
+		.AutoHeight()
 		[
-			SNew(SBox)
-			.MinDesiredHeight(KestrelPromptBox::MinHeight)
-			.MaxDesiredHeight(KestrelPromptBox::MaxHeight)
+			MakeQueueLine()
+		]
+		+ SVerticalBox::Slot()
+		.FillHeight(1.0f)
+		[
+			SNew(SBorder)
+			.BorderImage(this, &SKestrelPromptBox::GetBrush)
+			.Padding(KestrelPromptBox::BlockPadding)
 			[
-				SAssignNew(Text, SMultiLineEditableText)
-				.TextStyle(&KestrelPromptBox::GetTextStyle())
-				.HintText(LOCTEXT("PromptHint", "Enter your prompt here..."))
-				.AutoWrapText(true)
-				.WrappingPolicy(ETextWrappingPolicy::AllowPerCharacterWrapping)
-				// A focused text keeps Enter to itself unless it is asked first.
-				.OnKeyDownHandler(this, &SKestrelPromptBox::OnTextKeyDown)
+				SNew(SBox)
+				.MinDesiredHeight(KestrelPromptBox::MinHeight)
+				.MaxDesiredHeight(KestrelPromptBox::MaxHeight)
+				[
+					SAssignNew(Text, SMultiLineEditableText)
+					.Text(FText::FromString(FKestrelInterface::Get().GetPromptStore().TakeDraft()))
+					.TextStyle(&KestrelPromptBox::GetTextStyle())
+					.HintText(LOCTEXT("PromptHint", "Enter your prompt here..."))
+					.AutoWrapText(true)
+					.WrappingPolicy(ETextWrappingPolicy::AllowPerCharacterWrapping)
+					// A focused text keeps Enter to itself unless it is asked first.
+					.OnKeyDownHandler(this, &SKestrelPromptBox::OnTextKeyDown)
+				]
 			]
 		]
 	];
 	// clang-format on
+}
+
+SKestrelPromptBox::~SKestrelPromptBox()
+{
+	Withdraw();
+	FKestrelInterface::Get().GetPromptStore().KeepDraft(GetText());
+}
+
+TSharedRef<SWidget> SKestrelPromptBox::MakeQueueLine()
+{
+	// clang-format off
+	return SNew(SHorizontalBox)
+		.Visibility(this, &SKestrelPromptBox::GetQueueVisibility)
+		+ SHorizontalBox::Slot()
+		.FillWidth(1.0f)
+		.VAlign(VAlign_Center)
+		.Padding(KestrelPromptBox::BlockPadding, 0.0f)
+		[
+			SNew(STextBlock)
+			.Text(this, &SKestrelPromptBox::GetQueueText)
+			.ToolTipText(this, &SKestrelPromptBox::GetQueueToolTip)
+			.ColorAndOpacity(FKestrelStyle::Get().GetSlateColor("Kestrel.Text.Quiet"))
+			.Clipping(EWidgetClipping::ClipToBounds)
+		]
+		+ SHorizontalBox::Slot()
+		.AutoWidth()
+		.Padding(0.0f, 0.0f, 0.0f, KestrelPromptBox::QueueGap)
+		[
+			SNew(SButton)
+			.Text(LOCTEXT("Withdraw", "Withdraw"))
+			.ToolTipText(LOCTEXT("WithdrawToolTip", "Put this prompt back into the prompt box"))
+			.OnClicked(this, &SKestrelPromptBox::OnWithdrawClicked)
+		];
+	// clang-format on
+}
+
+EVisibility SKestrelPromptBox::GetQueueVisibility() const
+{
+	return HasQueued() ? EVisibility::Visible : EVisibility::Collapsed;
+}
+
+FText SKestrelPromptBox::GetQueueText() const
+{
+	constexpr int32 MaxLength = 100; // one line; the tooltip has all of it
+	const FString Line = QueuedPrompt.Replace(TEXT("\r"), TEXT("")).Replace(TEXT("\n"), TEXT(" "));
+	const FString Shown = Line.Len() > MaxLength ? Line.Left(MaxLength) + TEXT("\u2026") : Line;
+	return FText::Format(LOCTEXT("Queued", "Sent next: {0}"), FText::FromString(Shown));
+}
+
+FText SKestrelPromptBox::GetQueueToolTip() const
+{
+	constexpr int32 MaxLength = 2000; // more has no room on a screen
+	return FText::FromString(QueuedPrompt.Left(MaxLength));
+}
+
+FReply SKestrelPromptBox::OnWithdrawClicked()
+{
+	Withdraw();
+	return FReply::Handled().SetUserFocus(GetFocusTarget(), EFocusCause::SetDirectly);
+}
+
+void SKestrelPromptBox::PutBefore(const FString& Prompt)
+{
+	if (!Prompt.IsEmpty())
+	{
+		Text->SetText(FText::FromString(KestrelPromptBox::Join(Prompt, GetText())));
+		Text->GoTo(ETextLocation::EndOfDocument);
+	}
+}
+
+void SKestrelPromptBox::Queue()
+{
+	QueuedPrompt = KestrelPromptBox::Join(QueuedPrompt, Take());
+}
+
+FString SKestrelPromptBox::TakeQueued()
+{
+	return MoveTemp(QueuedPrompt);
+}
+
+void SKestrelPromptBox::Withdraw()
+{
+	PutBefore(TakeQueued());
 }
 
 bool SKestrelPromptBox::IsEmpty() const
