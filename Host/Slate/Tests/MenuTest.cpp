@@ -2,6 +2,7 @@
 #include "Widgets/Input/SButton.h"
 #include "Widgets/Input/SCheckBox.h"
 #include "Widgets/Input/SComboButton.h"
+#include "Widgets/Input/SMenuAnchor.h"
 #include "Widgets/Layout/SBorder.h"
 #include "Widgets/Layout/SBox.h"
 #include "Widgets/SBoxPanel.h"
@@ -131,6 +132,41 @@ TEST_F(FMenuTest, OpensWhereThereIsRoomAtTheEdgesOfTheWindow)
 	const FSlateRect Anchor = Corner->GetCachedGeometry().GetLayoutBoundingRect();
 	const FSlateWidgetPath Path = App().LocateWidgetsUnder(FVector2D(201.0, Anchor.Top - 99.0));
 	EXPECT_EQ(Path.Last()->GetType(), FName("SBorder")) << "above the anchor, and 200 from the right edge";
+}
+
+TEST_F(FMenuTest, OpensAboveItsAnchorWithoutTheFocusUnlessThereIsMoreRoomBelow)
+{
+	for (const EVerticalAlignment Alignment : { VAlign_Bottom, VAlign_Top })
+	{
+		TSharedPtr<SMenuAnchor> Anchor;
+		TSharedPtr<SButton> Anchored;
+		TSharedPtr<SBox> Content;
+		// clang-format off
+		Show(
+			SNew(SBox).HAlign(HAlign_Left).VAlign(Alignment)
+			[
+				SAssignNew(Anchor, SMenuAnchor)
+				.Placement(MenuPlacement_AboveAnchor)
+				.OnGetMenuContent_Lambda([&Content] {
+					SAssignNew(Content, SBox).WidthOverride(200.0f).HeightOverride(100.0f)[SNew(SBorder)];
+					return Content.ToSharedRef();
+				})
+				[
+					SAssignNew(Anchored, SButton).Text(INVTEXT("v"))
+				]
+			]);
+		// clang-format on
+		App().SetKeyboardFocus(Anchored);
+		Anchor->SetIsOpen(true, false);
+		Tick();
+		const FSlateRect Shown = Content->GetCachedGeometry().GetLayoutBoundingRect();
+		const FSlateRect Place = Anchor->GetCachedGeometry().GetLayoutBoundingRect();
+		EXPECT_EQ(Shown.Left, Place.Left);
+		EXPECT_EQ(Alignment == VAlign_Bottom ? Shown.Bottom : Shown.Top,
+			Alignment == VAlign_Bottom ? Place.Top : Place.Bottom);
+		EXPECT_TRUE(Anchored->HasKeyboardFocus());
+		Anchor->SetIsOpen(false);
+	}
 }
 
 TEST_F(FMenuTest, ClosesAtAClickElsewhereWhichStillCounts)

@@ -91,6 +91,8 @@ enum EMenuPlacement : int
 	MenuPlacement_ComboBox,
 	/** The upper edges in line. */
 	MenuPlacement_MenuRight,
+	/** The left edges in line, the menu above the anchor; below it where there is more room. */
+	MenuPlacement_AboveAnchor,
 };
 
 namespace ESelectInfo

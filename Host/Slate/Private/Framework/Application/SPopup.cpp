@@ -14,6 +14,11 @@ static FVector2D FindPlace(
 		const bool bFits = Anchor.Right + Size.X <= WindowSize.X;
 		Place = FVector2D(bFits ? Anchor.Right : Anchor.Left - Size.X, Anchor.Top);
 	}
+	else if (Placement == MenuPlacement_AboveAnchor)
+	{
+		const bool bFits = Size.Y <= Anchor.Top || Anchor.Top > WindowSize.Y - Anchor.Bottom;
+		Place.Y = bFits ? Anchor.Top - Size.Y : Anchor.Bottom;
+	}
 	else if (Place.Y + Size.Y > WindowSize.Y && Anchor.Top > WindowSize.Y - Anchor.Bottom)
 	{
 		Place.Y = Anchor.Top - Size.Y;
