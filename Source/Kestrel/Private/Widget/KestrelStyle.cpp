@@ -124,6 +124,12 @@ TSharedRef<FSlateStyleSet> FKestrelStyle::Create()
 		new FSlateRoundedBoxBrush(PromptColor, CornerRadius, FLinearColor(0.07f, 0.07f, 0.07f), 1.0f));
 	Style->Set("Kestrel.Prompt.Focused",
 		new FSlateRoundedBoxBrush(PromptColor, CornerRadius, FLinearColor(0.0f, 0.16f, 0.75f), 1.0f));
+	const FLinearColor ListColor(0.018f, 0.018f, 0.018f);
+	Style->Set("Kestrel.Completion",
+		new FSlateRoundedBoxBrush(ListColor, CornerRadius, FLinearColor(0.07f, 0.07f, 0.07f), 1.0f));
+	Style->Set("Kestrel.Completion.Row", new FSlateNoResource());
+	Style->Set(
+		"Kestrel.Completion.Selected", new FSlateRoundedBoxBrush(FLinearColor(0.0f, 0.045f, 0.20f), CornerRadius));
 	Style->Set("Kestrel.Block.Diff", new FSlateRoundedBoxBrush(FLinearColor(0.012f, 0.012f, 0.012f), CornerRadius));
 	return Style;
 }

@@ -161,11 +161,17 @@ bool FKestrelTestPanel::Click(const TCHAR* Label) const
 	{
 		return false;
 	}
-	const FGeometry& Geometry = Button->GetCachedGeometry();
+	ClickWidget(*Button);
+	return true;
+}
+
+void FKestrelTestPanel::ClickWidget(const SWidget& Clicked) const
+{
+	FSlateApplication& Slate = FSlateApplication::Get();
+	const FGeometry& Geometry = Clicked.GetCachedGeometry();
 	const FVector2D Middle(Geometry.LocalToAbsolute(FVector2D(Geometry.GetLocalSize()) * 0.5));
 	const FPointerEvent Event(0, Middle, Middle, TSet<FKey>(), EKeys::LeftMouseButton, 0.0f, FModifierKeysState());
 	Slate.ProcessMouseButtonDownEvent(nullptr, Event);
 	Slate.ProcessMouseButtonUpEvent(Event);
 	Slate.Tick();
-	return true;
 }

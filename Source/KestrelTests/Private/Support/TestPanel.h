@@ -42,6 +42,7 @@ public:
 	TSharedPtr<SWidget> FindButton(const TCHAR* Label) const;
 	/** Clicks the button with the mouse. False if it is not shown. */
 	bool Click(const TCHAR* Label) const;
+	void ClickWidget(const SWidget& Clicked) const;
 
 	const FKestrelTestLog PromptLog;
 	const TGuardValue<bool> Formatted;

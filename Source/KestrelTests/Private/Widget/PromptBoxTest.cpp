@@ -4,16 +4,20 @@
 #include "Agent/Files/NativeFile.h"
 #include "Containers/Ticker.h"
 #include "Framework/Application/SlateApplication.h"
+#include "Framework/Text/TextLayout.h"
 #include "HAL/FileManager.h"
 #include "InputCoreTypes.h"
 #include "KestrelSettings.h"
 #include "Misc/FileHelper.h"
 #include "Misc/Paths.h"
 #include "Support/KestrelTest.h"
+#include "Support/TestContent.h"
 #include "Support/TestPanel.h"
 #include "UObject/Class.h"
+#include "Widget/Prompt/ProjectNames.h"
 #include "Widget/Prompt/SKestrelPromptBox.h"
 #include "Widget/SKestrelWidget.h"
+#include "Widgets/SWindow.h"
 #include "Widgets/Text/SMultiLineEditableText.h"
 
 namespace PromptBoxTest
@@ -35,6 +39,99 @@ void RunFrame()
 	FTSTicker::GetCoreTicker().Tick(0.016f);
 }
 
+/** Which keys choose the file of which name. */
+struct FChoice
+{
+	const TCHAR* End; // of the name
+	TArray<FKey> Keys;
+};
+
+/** A panel in a project with two files of names that nothing else has. */
+class FCompletionPanel : public FKestrelTestPanel
+{
+public:
+	FCompletionPanel()
+	{
+		Folder.Write(TEXT("UnlikelyWalker.h"), TEXT("x"));
+		Folder.Write(TEXT("UnlikelyWalker.cpp"), TEXT("x"));
+	}
+
+	/** Types as a keyboard does, and gives the list its time. */
+	void TypeLetters(const FString& Letters) const
+	{
+		FSlateApplication& Slate = FSlateApplication::Get();
+		Slate.SetKeyboardFocus(PromptBox());
+		for (const TCHAR Letter : Letters)
+		{
+			Slate.ProcessKeyCharEvent(FCharacterEvent(Letter, FModifierKeysState(), 0, false));
+		}
+		for (int32 Frame = 0; Frame < 100; ++Frame)
+		{
+			RunFrame();
+			Slate.Tick();
+		}
+	}
+
+	/** Paths of the files whose names end so; several with "|" between. */
+	FString Files(const FString& Ends) const
+	{
+		return Folder.Name + TEXT("/UnlikelyWal") +
+			   Ends.Replace(TEXT("|"), *(TEXT("|") + Folder.Name + TEXT("/UnlikelyWal")));
+	}
+
+	FString ListedNames() const
+	{
+		TArray<FString> Names;
+		for (const TSharedRef<SWidget>& Row : FindRows())
+		{
+			Names.Add(Row->GetAccessibleText().ToString());
+		}
+		return FString::Join(Names, TEXT("|"));
+	}
+
+	bool IsListAboveBox() const
+	{
+		const TArray<TSharedRef<SWidget>> Rows = FindRows();
+		return !Rows.IsEmpty() && Rows.Last()->GetCachedGeometry().GetLayoutBoundingRect().Bottom <=
+									  PromptBox()->GetCachedGeometry().GetLayoutBoundingRect().Top;
+	}
+
+	bool ClickRow(int32 Index) const
+	{
+		const TArray<TSharedRef<SWidget>> Rows = FindRows();
+		if (!Rows.IsValidIndex(Index))
+		{
+			return false;
+		}
+		ClickWidget(*Rows[Index]);
+		return true;
+	}
+
+private:
+	TArray<TSharedRef<SWidget>> FindRows() const
+	{
+		TArray<TSharedRef<SWidget>> Rows;
+		CollectRows(Window, false, Rows);
+		return Rows;
+	}
+
+	static void CollectRows(const TSharedRef<SWidget>& Widget, bool bInList, TArray<TSharedRef<SWidget>>& OutRows)
+	{
+		if (bInList && Widget->GetType() == FName("SButton"))
+		{
+			OutRows.Add(Widget);
+		}
+		const bool bIn = bInList || Widget->GetType() == FName("SKestrelCompletionList");
+		FChildren* Children = Widget->GetChildren();
+		for (int32 Index = 0; Index < Children->Num(); ++Index)
+		{
+			CollectRows(Children->GetChildAt(Index), bIn, OutRows);
+		}
+	}
+
+	const FKestrelTestFolder Folder;
+};
+
 /** A store in a folder of the test's own, with its prompts. */
 FKestrelPromptStore OpenStore(const FString& File)
 {
@@ -45,7 +142,7 @@ FKestrelPromptStore OpenStore(const FString& File)
 }
 
 BEGIN_DEFINE_SPEC(FKestrelPromptBoxSpec, "Kestrel.PromptBox", KestrelTest::Flags)
-void TestBox(const FKestrelTestPanel& Panel, const TCHAR* What, const TCHAR* Expected);
+	void TestBox(const FKestrelTestPanel& Panel, const TCHAR* What, const TCHAR* Expected);
 END_DEFINE_SPEC(FKestrelPromptBoxSpec)
 
 void FKestrelPromptBoxSpec::TestBox(const FKestrelTestPanel& Panel, const TCHAR* What, const TCHAR* Expected)
@@ -128,7 +225,8 @@ void FKestrelPromptBoxSpec::Define()
 				TestTrue(TEXT("Enter is handled"), Panel.Press(EKeys::Enter, false));
 				TestBox(Panel, TEXT("the box is empty"), TEXT(""));
 			}
-			for (const EAgentState State : { EAgentState::PollResponse, EAgentState::AwaitingApproval, EAgentState::Pause })
+			for (const EAgentState State :
+				{ EAgentState::PollResponse, EAgentState::AwaitingApproval, EAgentState::Pause })
 			{
 				FAgent::Get().SetAgentState(State, nullptr);
 				PromptBoxTest::RunFrame();
@@ -203,6 +301,108 @@ void FKestrelPromptBoxSpec::Define()
 		});
 	});
 
+	Describe("completes paths behind @", [this]() {
+		It("with the keyboard", [this]() {
+			const PromptBoxTest::FCompletionPanel Panel;
+			Panel.TypeLetters(TEXT("read @unlikelywal"));
+			KestrelTest::TestSameText(*this, TEXT("list"), Panel.ListedNames(), Panel.Files(TEXT("ker.h|ker.cpp")));
+			TestTrue(TEXT("above the box"), Panel.IsListAboveBox());
+			const PromptBoxTest::FChoice Choices[] = {
+				{ TEXT("ker.h"), { EKeys::Enter } },
+				{ TEXT("ker.h"), { EKeys::Tab } },
+				{ TEXT("ker.cpp"), { EKeys::Down, EKeys::Enter } },
+				{ TEXT("ker.cpp"), { EKeys::Up, EKeys::Enter } },
+				{ TEXT("ker.h"), { EKeys::Down, EKeys::Down, EKeys::Enter } },
+			};
+			for (const PromptBoxTest::FChoice& Choice : Choices)
+			{
+				Panel.Type(TEXT("x"));
+				Panel.Type(TEXT(""));
+				Panel.TypeLetters(TEXT("read @unlikelywal"));
+				for (const FKey& Key : Choice.Keys)
+				{
+					TestTrue(TEXT("the key is handled"), Panel.Press(Key, false));
+				}
+				TestBox(Panel, Choice.End, *(TEXT("read ") + Panel.Files(Choice.End) + TEXT(" ")));
+				KestrelTest::TestSameText(*this, TEXT("closed"), Panel.ListedNames(), TEXT(""));
+				TestTrue(TEXT("nothing was sent"), FAgent::Get().GetAgentState() == EAgentState::Idle);
+			}
+			Panel.TypeLetters(TEXT("it"));
+			TestBox(
+				Panel, TEXT("the cursor is behind it"), *(TEXT("read ") + Panel.Files(TEXT("ker.h")) + TEXT(" it")));
+		});
+
+		It("with the mouse, in the middle of a text of several lines", [this]() {
+			const PromptBoxTest::FCompletionPanel Panel;
+			Panel.Type(TEXT("one\nread  and go\nthree"));
+			Panel.PromptBox()->GoTo(FTextLocation(1, 5));
+			Panel.TypeLetters(TEXT("@unlikelywal"));
+			TestTrue(TEXT("listed"), Panel.ClickRow(1));
+			TestBox(
+				Panel, TEXT("clicked"), *(TEXT("one\nread ") + Panel.Files(TEXT("ker.cpp")) + TEXT(" and go\nthree")));
+			TestTrue(TEXT("the prompt has the focus"), Panel.PromptBox()->HasKeyboardFocus());
+		});
+
+		It("unless nobody asked for it", [this]() {
+			const PromptBoxTest::FCompletionPanel Panel;
+			const TPair<const TCHAR*, bool> Texts[] = { { TEXT("@unlikelywal"), true }, { TEXT("(@unlikelywal"), true },
+				{ TEXT("me@unlikelywal"), false }, { TEXT("@ unlikelywal"), false }, { TEXT("@unlikelywalzzz"), false },
+				{ TEXT("unlikelywal"), false } };
+			for (const TPair<const TCHAR*, bool>& Each : Texts)
+			{
+				Panel.Type(TEXT(""));
+				Panel.TypeLetters(Each.Key);
+				TestEqual(Each.Key, !Panel.ListedNames().IsEmpty(), Each.Value);
+			}
+			Panel.Type(TEXT(""));
+			Panel.TypeLetters(TEXT("@unlikelyw"));
+			TestTrue(TEXT("Escape is handled"), Panel.Press(EKeys::Escape, false));
+			KestrelTest::TestSameText(*this, TEXT("closed"), Panel.ListedNames(), TEXT(""));
+			Panel.TypeLetters(TEXT("a"));
+			KestrelTest::TestSameText(*this, TEXT("and stays closed"), Panel.ListedNames(), TEXT(""));
+			Panel.TypeLetters(TEXT(" @unlikelyw"));
+			TestFalse(TEXT("until the next"), Panel.ListedNames().IsEmpty());
+			FSlateApplication::Get().SetKeyboardFocus(Panel.FindButton(TEXT("[ Start ]")));
+			KestrelTest::TestSameText(*this, TEXT("and goes with the focus"), Panel.ListedNames(), TEXT(""));
+		});
+
+		It("of files that the file tree has, and of assets", [this]() {
+			const FKestrelTestFolder Folder;
+			const FKestrelTestContent Content;
+			Content.CreateBlueprint(TEXT("BP_UnlikelyGate")); // not saved
+			IFileManager::Get().MakeDirectory(*FPaths::GetPath(Content.GetFile(TEXT("BP_UnlikelyGate"))), true);
+			for (const TCHAR* File :
+				{ TEXT("a.h"), TEXT("b.nosuch"), TEXT("Binaries/c.h"), TEXT("d\u202E.h"), TEXT("e/f.cpp") })
+			{
+				Folder.Write(File, TEXT("x"));
+			}
+			FKestrelProjectNames Names;
+			Names.Refresh();
+			int32 NumSlices = 0;
+			while (Names.ReadOn(0.0001))
+			{
+				++NumSlices;
+			}
+			TArray<FString> Found;
+			for (int32 Index = 0; Index < Names.GetIndex().Num(); ++Index)
+			{
+				const FString& Name = Names.GetIndex().GetName(Index);
+				if (Name.Equals(Content.Path / TEXT("BP_UnlikelyGate")))
+				{
+					Found.Add(TEXT("(gate)"));
+				}
+				else if (Name.StartsWith(Folder.Name))
+				{
+					Found.Add(Name.RightChop(Folder.Name.Len()));
+				}
+			}
+			Found.Sort();
+			KestrelTest::TestSameText(
+				*this, TEXT("files"), FString::Join(Found, TEXT(" ")), TEXT("(gate) /a.h /e/f.cpp"));
+			TestTrue(TEXT("a slice at a time"), NumSlices > 0);
+		});
+	});
+
 	Describe("stores prompts", [this]() {
 		It("for the next run, each once, for their user alone and without the key", [this]() {
 			const FKestrelTestFolder Folder;
@@ -264,7 +464,8 @@ void FKestrelPromptBoxSpec::Define()
 				FKestrelPromptStore Store = PromptBoxTest::OpenStore(Folder.Full(TEXT("link.json")));
 				TestEqual(TEXT("behind a link"), Store.GetPrompts().Num(), 0);
 				Store.Add(TEXT("b"));
-				TestTrue(TEXT("the link stays"), !KestrelNativeFile::ReadLink(Folder.Full(TEXT("link.json"))).IsEmpty());
+				TestTrue(
+					TEXT("the link stays"), !KestrelNativeFile::ReadLink(Folder.Full(TEXT("link.json"))).IsEmpty());
 			}
 		});
 	});

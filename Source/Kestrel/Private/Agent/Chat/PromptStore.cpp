@@ -54,8 +54,8 @@ bool FKestrelPromptStore::MayUseFile() const
 void FKestrelPromptStore::Load()
 {
 	FString Text;
-	if (!MayUseFile() || IFileManager::Get().FileSize(*File) > PromptStore::MaxFileBytes ||
-		!FPaths::FileExists(File) || !FFileHelper::LoadFileToString(Text, *File))
+	if (!MayUseFile() || IFileManager::Get().FileSize(*File) > PromptStore::MaxFileBytes || !FPaths::FileExists(File) ||
+		!FFileHelper::LoadFileToString(Text, *File))
 	{
 		return;
 	}
@@ -83,8 +83,7 @@ void FKestrelPromptStore::Load()
 
 void FKestrelPromptStore::Append(const FString& Prompt, const FDateTime& Time)
 {
-	const int32 Known =
-		Prompts.IndexOfByPredicate([&Prompt](const FString& Each) { return Each.Equals(Prompt); });
+	const int32 Known = Prompts.IndexOfByPredicate([&Prompt](const FString& Each) { return Each.Equals(Prompt); });
 	if (Known != INDEX_NONE)
 	{
 		Prompts.RemoveAt(Known);
@@ -161,8 +160,8 @@ void FKestrelPromptStore::Save() const
 		return;
 	}
 	KestrelNativeFile::RestrictToOwner(Unfinished);
-	if (!FFileHelper::SaveStringToFile(KestrelJson::ToCondensedText(Root), *Unfinished,
-			FFileHelper::EEncodingOptions::ForceUTF8WithoutBOM) ||
+	if (!FFileHelper::SaveStringToFile(
+			KestrelJson::ToCondensedText(Root), *Unfinished, FFileHelper::EEncodingOptions::ForceUTF8WithoutBOM) ||
 		!Files.Move(*File, *Unfinished))
 	{
 		Files.Delete(*Unfinished);

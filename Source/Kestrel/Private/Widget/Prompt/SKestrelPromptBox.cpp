@@ -1,6 +1,7 @@
 #include "Widget/Prompt/SKestrelPromptBox.h"
 
 #include "Agent/Chat/KestrelInterface.h"
+#include "Containers/Ticker.h"
 #include "Fonts/FontMeasure.h"
 #include "Framework/Application/SlateApplication.h"
 #include "Framework/Text/TextLayout.h"
@@ -11,7 +12,9 @@
 #include "Styling/SlateTypes.h"
 #include "Types/SlateEnums.h"
 #include "Widget/KestrelStyle.h"
+#include "Widget/Prompt/SKestrelCompletionList.h"
 #include "Widgets/Input/SButton.h"
+#include "Widgets/Input/SMenuAnchor.h"
 #include "Widgets/Layout/SBorder.h"
 #include "Widgets/Layout/SBox.h"
 #include "Widgets/SBoxPanel.h"
@@ -42,6 +45,7 @@ FString Join(const FString& First, const FString& Second)
 void SKestrelPromptBox::Construct(const FArguments& InArgs)
 {
 	OnEnter = InArgs._OnEnter;
+	SAssignNew(List, SKestrelCompletionList).OnChosen(this, &SKestrelPromptBox::Complete);
 	// clang-format off
 	ChildSlot
 	[
@@ -54,22 +58,21 @@ void SKestrelPromptBox::Construct(const FArguments& InArgs)
 		+ SVerticalBox::Slot()
 		.FillHeight(1.0f)
 		[
-			SNew(SBorder)
-			.BorderImage(this, &SKestrelPromptBox::GetBrush)
-			.Padding(KestrelPromptBox::BlockPadding)
+			SAssignNew(ListAnchor, SMenuAnchor)
+			.Placement(MenuPlacement_AboveAnchor)
+			.OnGetMenuContent(this, &SKestrelPromptBox::GetList)
+			.OnMenuOpenChanged(this, &SKestrelPromptBox::OnListOpenChanged)
 			[
-				SNew(SBox)
-				.MinDesiredHeight(KestrelPromptBox::MinHeight)
-				.MaxDesiredHeight(KestrelPromptBox::MaxHeight)
+				SNew(SBorder)
+				.BorderImage(this, &SKestrelPromptBox::GetBrush)
+				.Padding(KestrelPromptBox::BlockPadding)
 				[
-					SAssignNew(Text, SMultiLineEditableText)
-					.Text(FText::FromString(FKestrelInterface::Get().GetPromptStore().TakeDraft()))
-					.TextStyle(&KestrelPromptBox::GetTextStyle())
-					.HintText(LOCTEXT("PromptHint", "Enter your prompt here..."))
-					.AutoWrapText(true)
-					.WrappingPolicy(ETextWrappingPolicy::AllowPerCharacterWrapping)
-					// A focused text keeps Enter to itself unless it is asked first.
-					.OnKeyDownHandler(this, &SKestrelPromptBox::OnTextKeyDown)
+					SNew(SBox)
+					.MinDesiredHeight(KestrelPromptBox::MinHeight)
+					.MaxDesiredHeight(KestrelPromptBox::MaxHeight)
+					[
+						MakeText()
+					]
 				]
 			]
 		]
@@ -77,8 +80,26 @@ void SKestrelPromptBox::Construct(const FArguments& InArgs)
 	// clang-format on
 }
 
+TSharedRef<SWidget> SKestrelPromptBox::MakeText()
+{
+	// clang-format off
+	return SAssignNew(Text, SMultiLineEditableText)
+		.Text(FText::FromString(FKestrelInterface::Get().GetPromptStore().TakeDraft()))
+		.TextStyle(&KestrelPromptBox::GetTextStyle())
+		.HintText(LOCTEXT("PromptHint", "Enter your prompt here..."))
+		.AutoWrapText(true)
+		.WrappingPolicy(ETextWrappingPolicy::AllowPerCharacterWrapping)
+		.OnTextChanged(this, &SKestrelPromptBox::OnTextChanged)
+		.OnTextCommitted(this, &SKestrelPromptBox::OnTextCommitted)
+		.OnCursorMoved(this, &SKestrelPromptBox::OnCursorMoved)
+		// A focused text keeps Enter to itself unless it is asked first.
+		.OnKeyDownHandler(this, &SKestrelPromptBox::OnTextKeyDown);
+	// clang-format on
+}
+
 SKestrelPromptBox::~SKestrelPromptBox()
 {
+	FTSTicker::GetCoreTicker().RemoveTicker(ReadTicker);
 	Withdraw();
 	FKestrelInterface::Get().GetPromptStore().KeepDraft(GetText());
 }
@@ -140,7 +161,7 @@ void SKestrelPromptBox::PutBefore(const FString& Prompt)
 {
 	if (!Prompt.IsEmpty())
 	{
-		Text->SetText(FText::FromString(KestrelPromptBox::Join(Prompt, GetText())));
+		SetTextWithoutList(KestrelPromptBox::Join(Prompt, GetText()));
 		Text->GoTo(ETextLocation::EndOfDocument);
 	}
 }
@@ -173,7 +194,7 @@ FString SKestrelPromptBox::GetText() const
 FString SKestrelPromptBox::Take()
 {
 	const FString Prompt = GetText();
-	Text->SetText(FText::GetEmpty());
+	SetTextWithoutList(FString());
 	Recall.Reset();
 	FKestrelInterface::Get().GetPromptStore().Add(Prompt);
 	return Prompt;
@@ -193,16 +214,18 @@ const FSlateBrush* SKestrelPromptBox::GetBrush() const
 FReply SKestrelPromptBox::OnTextKeyDown(const FGeometry& MyGeometry, const FKeyEvent& InKeyEvent)
 {
 	const FKey Key = InKeyEvent.GetKey();
+	const bool bPlain = !InKeyEvent.IsShiftDown() && !InKeyEvent.IsControlDown() && !InKeyEvent.IsAltDown() &&
+						!InKeyEvent.IsCommandDown();
+	if (bPlain && ListAnchor->IsOpen() && HandleListKey(Key))
+	{
+		return FReply::Handled();
+	}
 	if (Key == EKeys::Enter && !InKeyEvent.IsShiftDown())
 	{
 		return OnEnter.IsBound() ? OnEnter.Execute(MyGeometry, InKeyEvent) : FReply::Unhandled();
 	}
-	if (InKeyEvent.IsShiftDown() || InKeyEvent.IsControlDown() || InKeyEvent.IsAltDown() || InKeyEvent.IsCommandDown())
-	{
-		return FReply::Unhandled();
-	}
-	const bool bRecalled = (Key == EKeys::Up && IsCursorInFirstRow() && RecallOlder()) ||
-						   (Key == EKeys::Down && IsCursorInLastRow() && RecallNewer());
+	const bool bRecalled = bPlain && ((Key == EKeys::Up && IsCursorInFirstRow() && RecallOlder()) ||
+										 (Key == EKeys::Down && IsCursorInLastRow() && RecallNewer()));
 	return bRecalled ? FReply::Handled() : FReply::Unhandled();
 }
 
@@ -211,7 +234,7 @@ bool SKestrelPromptBox::RecallOlder()
 	const TOptional<FString> Recalled = Recall.Older(GetText(), FKestrelInterface::Get().GetPromptStore().GetPrompts());
 	if (Recalled.IsSet())
 	{
-		Text->SetText(FText::FromString(Recalled.GetValue()));
+		SetTextWithoutList(Recalled.GetValue());
 		// From there Up goes on at once.
 		Text->GoTo(FTextLocation(0, GetLines()[0].Len()));
 	}
@@ -223,7 +246,7 @@ bool SKestrelPromptBox::RecallNewer()
 	const TOptional<FString> Recalled = Recall.Newer(GetText());
 	if (Recalled.IsSet())
 	{
-		Text->SetText(FText::FromString(Recalled.GetValue()));
+		SetTextWithoutList(Recalled.GetValue());
 		Text->GoTo(ETextLocation::EndOfDocument);
 	}
 	return Recalled.IsSet();

@@ -1,16 +1,23 @@
 #pragma once
 
+#include "Containers/Ticker.h"
 #include "CoreMinimal.h"
 #include "Framework/SlateDelegates.h"
 #include "Input/Events.h"
 #include "Input/Reply.h"
 #include "Layout/Geometry.h"
 #include "Layout/Visibility.h"
+#include "Types/SlateEnums.h"
+#include "Widget/Prompt/ProjectNames.h"
 #include "Widget/Prompt/PromptRecall.h"
 #include "Widgets/DeclarativeSyntaxSupport.h"
 #include "Widgets/SCompoundWidget.h"
 
+class FTextLocation;
+class SKestrelCompletionList;
+class SMenuAnchor;
 class SMultiLineEditableText;
+struct FKey;
 struct FSlateBrush;
 
 /**
@@ -18,6 +25,9 @@ struct FSlateBrush;
  *
  * Up in the first line and Down in the last recall the prompts that were sent in this project. What is left in the box
  * when it goes is there in the next one.
+ *
+ * "@" and letters behind it open a list of files and assets that the letters fit. Up and Down select, Enter and Tab put
+ * the selected path in their place, Escape closes the list.
  */
 class KESTREL_API SKestrelPromptBox : public SCompoundWidget
 {
@@ -46,6 +56,7 @@ public:
 	TSharedRef<SWidget> GetFocusTarget() const;
 
 private:
+	TSharedRef<SWidget> MakeText();
 	TSharedRef<SWidget> MakeQueueLine();
 	EVisibility GetQueueVisibility() const;
 	FText GetQueueText() const;
@@ -60,6 +71,32 @@ private:
 	bool IsCursorInLastRow() const;
 	/** Whether a text has room in a row of the box. */
 	bool FitsInRow(const FString& Text) const;
+	/** What is being completed: "@" with what lies between it and the cursor. */
+	struct FToken
+	{
+		int32 LineIndex = 0;
+		int32 Begin = 0; // of the "@" in its line
+		FString Letters; // behind it
+
+		bool BeginsWhere(const FToken& Other) const { return LineIndex == Other.LineIndex && Begin == Other.Begin; }
+		bool IsSame(const FToken& Other) const { return BeginsWhere(Other) && Letters.Equals(Other.Letters); }
+	};
+
+	TOptional<FToken> FindToken() const;
+	void OnTextChanged(const FText& NewText);
+	void OnCursorMoved(const FTextLocation& Location);
+	void OnTextCommitted(const FText& NewText, ETextCommit::Type Reason);
+	void OnListOpenChanged(bool bIsOpen);
+	TSharedRef<SWidget> GetList() const;
+	/** Lists what fits what is being completed, if something is. */
+	void UpdateList();
+	/** Goes on reading the project's folders, in each frame until all are read. */
+	bool ReadNames(float DeltaTime);
+	void StopCompleting();
+	bool HandleListKey(const FKey& Key);
+	void Complete(const FString& Name);
+	void SetTextWithoutList(const FString& NewText);
+
 	FString GetText() const;
 	TArray<FString> GetLines() const;
 
@@ -67,4 +104,12 @@ private:
 	TSharedPtr<SMultiLineEditableText> Text;
 	FKestrelPromptRecall Recall;
 	FString QueuedPrompt;
+	TSharedPtr<SMenuAnchor> ListAnchor;
+	TSharedPtr<SKestrelCompletionList> List;
+	FKestrelProjectNames Names;
+	bool bIsCompleting = false;
+	TOptional<FToken> Listed;    // what the list was last made for
+	TOptional<FToken> Dismissed; // the list was closed for it
+	FTSTicker::FDelegateHandle ReadTicker;
+	bool bIsReading = false;
 };
