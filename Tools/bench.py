@@ -14,7 +14,7 @@ import service_bench
 import steps
 
 PRESET = "release"
-PEER_PACKAGES = ["ripgrep"]
+PEER_PACKAGES = ["fzf", "ripgrep"]
 PEER_RUNS = 7
 
 
@@ -145,6 +145,30 @@ class CompareLines:
                               stdout=output, check=False)
         if done.returncode != 1:
             raise steps.StepFailed("git diff failed")
+
+
+class CompletePath:
+    """A letter typed behind "@" in the prompt, with 100,000 names, against `fzf --filter` on the same names."""
+
+    test = "CompletePath"
+    peer = "fzf --filter"
+    aim = 1.0
+    seconds_aim = 0.016
+    num_names = 100_000
+
+    def make(self, folder):
+        words = random.Random(1)
+        parts = ["Health", "Component", "Player", "Door", "Gate", "Moor", "Widget", "Walker", "Harrier", "Menu", "Audio",
+                 "Trigger", "Camera", "Quest"]
+        folders = ["Source/Moor", "Source/Game/Private", "/Game/Doors", "/Game/Characters/Birds", "Config"]
+        with open(os.path.join(folder, "Names.txt"), "w", encoding="utf-8") as file:
+            for number in range(self.num_names):
+                name = "".join(words.choices(parts, k=2))
+                file.write(f"{words.choice(folders)}/{words.choice(parts)}/{name}{number}{words.choice(['.h', '.cpp', ''])}\n")
+
+    def run_peer(self, folder, _run, output):
+        with open(os.path.join(folder, "Names.txt"), encoding="utf-8") as names:
+            subprocess.run(["fzf", "--filter", "om"], stdin=names, stdout=output, check=True)
 
 
 class ReadBlueprint:
@@ -325,7 +349,7 @@ def a_tenth_changed(dice, count):
 BENCHES = [
     ReadBlueprint(), ReadBlueprintText(), LookUpBlueprint(), ScanContent(),
     FindInFiles(), FindInMemory(), ModifyBlueprint(), UndoModification(),
-    FirstRequest(), FindReference(), ReplaceText(), PlanEdits(), PlanManyTools(),
+    FirstRequest(), FindReference(), ReplaceText(), PlanEdits(), PlanManyTools(), CompletePath(),
     CompareLines("drawn from 50 lines", 0.25, drawn_from(50)),
     CompareLines("drawn from 2,000 lines", 0.1, drawn_from(2000)),
     CompareLines("10 % changed", 4.0, a_tenth_changed),

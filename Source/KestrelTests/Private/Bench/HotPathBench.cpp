@@ -11,6 +11,7 @@
 #include "Misc/Paths.h"
 #include "Support/KestrelTest.h"
 #include "Widget/LineDiff.h"
+#include "Widget/Prompt/KestrelFuzzyMatch.h"
 
 /** The paths on which the editor stands still. What they are compared with is the launcher's business. */
 namespace HotPathBench
@@ -115,6 +116,35 @@ FString CompareLines(int32 Run)
 	return FString::Printf(TEXT("%d lines"), Lines.Num());
 }
 
+FKestrelFuzzyIndex& GetNames()
+{
+	static FKestrelFuzzyIndex Index;
+	return Index;
+}
+
+/** What was typed before is no beginning of what is looked for, so that all names are. */
+void PrepareCompletePath(int32 Run)
+{
+	TArray<FString> Names;
+	if (GetNames().Num() == 0 && FFileHelper::LoadFileToStringArray(Names, *(FPaths::ProjectDir() / TEXT("Names.txt"))))
+	{
+		for (const FString& Name : Names)
+		{
+			GetNames().Add(Name);
+		}
+	}
+	GetNames().Find(TEXT("x"), 0);
+}
+
+/** What a letter costs that is typed behind an "@". */
+FString CompletePath(int32 Run)
+{
+	constexpr int32 NumRows = 10;
+	const TArray<int32> Found = GetNames().Find(TEXT("om"), NumRows);
+	return FString::Printf(
+		TEXT("the best of %d: %s"), GetNames().Num(), Found.IsEmpty() ? TEXT("none") : *GetNames().GetName(Found[0]));
+}
+
 struct FBench
 {
 	const TCHAR* Name;
@@ -131,6 +161,7 @@ const FBench Benches[] = {
 	{ TEXT("PlanManyTools"), PlanManyTools, nullptr, 3 },
 	{ TEXT("PlanHalfOfManyTools"), PlanHalfOfManyTools, nullptr, 3 },
 	{ TEXT("CompareLines"), CompareLines },
+	{ TEXT("CompletePath"), CompletePath, PrepareCompletePath, ManyRuns },
 	{ TEXT("ReadBlueprint"), KestrelBlueprintBench::ReadBlueprint, nullptr, ManyRuns },
 	{ TEXT("ReadHalfBlueprint"), KestrelBlueprintBench::ReadHalfBlueprint, nullptr, ManyRuns },
 	{ TEXT("LookUpBlueprint"), KestrelBlueprintBench::LookUpBlueprint },
