@@ -9,6 +9,7 @@
 #include "Misc/Attribute.h"
 #include "Types/SlateEnums.h"
 #include "UObject/Class.h"
+#include "Widget/Prompt/SKestrelPromptBox.h"
 #include "Widget/SKestrelConversationList.h"
 #include "Widget/SKestrelConversationView.h"
 #include "Widget/SKestrelWidget.h"
@@ -159,10 +160,8 @@ void SKestrelWidget::CloseEarlierConversation()
 void SKestrelWidget::UsePromptAgain(const FString& Prompt)
 {
 	HistoryButton->SetIsOpen(false);
-	// What was being typed is not lost.
-	const FString Typed = PromptBox->GetText().ToString();
-	PromptBox->SetText(FText::FromString(Typed.IsEmpty() ? Prompt : Typed + TEXT("\n") + Prompt));
-	FSlateApplication::Get().SetKeyboardFocus(PromptBox);
+	PromptBox->PutBefore(Prompt);
+	FSlateApplication::Get().SetKeyboardFocus(PromptBox->GetFocusTarget());
 }
 
 void SKestrelWidget::OnConversationDeleted()
