@@ -22,8 +22,8 @@ Source/Moor/Walker.h:5.
 // Jumps while the counter allows it.
 if (JumpCount < MaxJumps)
 {
-	++JumpCount; /** read_file stays here */
-	Super::Jump("up");
+    ++JumpCount; /** read_file stays here */
+    Super::Jump("up");
 }
 ```
 

@@ -1,7 +1,6 @@
 #include "Widget/HiddenTexts.h"
 
 #include "Agent/Tools/ToolTable.h"
-#include "Widget/SKestrelWidget.h"
 
 namespace KestrelHiddenTexts
 {
@@ -32,9 +31,19 @@ TMap<FString, FString> MakeToolNames()
 /** A second time, since a name may have been in two parts with a marker in between. */
 FString RemoveAll(const FString& Text, const TMap<FString, FString>& Hidden)
 {
-	const FString Once = SKestrelWidget::ReplaceStrings(Text, Hidden);
-	return Once.Len() < Text.Len() ? SKestrelWidget::ReplaceStrings(Once, Hidden) : Once;
+	const FString Once = Replace(Text, Hidden);
+	return Once.Len() < Text.Len() ? Replace(Once, Hidden) : Once;
 }
+}
+
+FString Replace(const FString& Text, const TMap<FString, FString>& Replacements)
+{
+	FString Result = Text;
+	for (const auto& Pair : Replacements)
+	{
+		Result.ReplaceInline(*Pair.Key, *Pair.Value);
+	}
+	return Result;
 }
 
 FString Remove(const FString& Message)

@@ -15,6 +15,7 @@
 #include "Styling/SlateTypes.h"
 #include "Types/SlateEnums.h"
 #include "Types/WidgetActiveTimerDelegate.h"
+#include "Widget/HiddenTexts.h"
 #include "Widget/Prompt/SKestrelPromptBox.h"
 #include "Widget/SKestrelApprovalList.h"
 #include "Widget/SKestrelApproveButton.h"
@@ -254,12 +255,7 @@ FReply SKestrelWidget::OnPreviewKeyDown(const FGeometry& MyGeometry, const FKeyE
 
 FString SKestrelWidget::ReplaceStrings(const FString& Text, const TMap<FString, FString>& Replacements)
 {
-	FString Result = Text;
-	for (const auto& Pair : Replacements)
-	{
-		Result.ReplaceInline(*Pair.Key, *Pair.Value);
-	}
-	return Result;
+	return KestrelHiddenTexts::Replace(Text, Replacements);
 }
 
 void SKestrelWidget::OnAddStatusMessage(

@@ -247,8 +247,9 @@ void MeasureLargeAnswer(FReport& Report)
 	FString Text;
 	for (int32 Number = 0; Text.Len() < LargeBlockCharacters; ++Number)
 	{
-		Text += FString::Printf(TEXT("## Part %d\n\nThe *walker* jumps in `OnJump%d`, **twice** if [the limit]"
-									 "(https://a.example/%d) allows it, and lands where it was.\n\n- one\n- two, see below\n\n"),
+		Text += FString::Printf(
+			TEXT("## Part %d\n\nThe *walker* jumps in `OnJump%d`, **twice** if [the limit]"
+				 "(https://a.example/%d) allows it, and lands where it was.\n\n- one\n- two, see below\n\n"),
 			Number, Number, Number);
 		Text += Number % 5 == 0 ? TEXT("```cpp\nif (A < B) // again\n{\n\tJump(\"up\");\n}\n```\n\n") : TEXT("");
 	}
@@ -263,7 +264,8 @@ void MeasureLargeAnswer(FReport& Report)
 		DrawFrame();
 		DrawFrame();
 	});
-	FFileHelper::SaveStringToFile(Text, *(ReportFile() + TEXT(".md")), FFileHelper::EEncodingOptions::ForceUTF8WithoutBOM);
+	FFileHelper::SaveStringToFile(
+		Text, *(ReportFile() + TEXT(".md")), FFileHelper::EEncodingOptions::ForceUTF8WithoutBOM);
 	Report.Add(TEXT("ReadMilliseconds"), Reading.At(0.5));
 	Report.Add(TEXT("AddMilliseconds"), Adding.At(0.5));
 }

@@ -91,8 +91,11 @@ TSharedPtr<SWidget> FindLastEnabledButton(const TSharedRef<SWidget>& Widget)
 
 void CollectButtons(const TSharedRef<SWidget>& Widget, TArray<FSlateRect>& OutPlaces)
 {
-	const bool bButton = Widget->GetType() == FName("SButton") || Widget->GetType() == FName("SKestrelApproveButton");
-	if (bButton && Widget->GetVisibility().IsVisible())
+	if (!Widget->GetVisibility().IsVisible())
+	{
+		return;
+	}
+	if (Widget->GetType() == FName("SButton") || Widget->GetType() == FName("SKestrelApproveButton"))
 	{
 		OutPlaces.Add(Widget->GetCachedGeometry().GetLayoutBoundingRect());
 		return;

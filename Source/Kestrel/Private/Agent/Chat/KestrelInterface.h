@@ -1,8 +1,8 @@
 #pragma once
 
 #include "Agent/Chat/PromptLog.h"
-#include "Agent/Chat/Transcript.h"
 #include "Agent/Chat/PromptStore.h"
+#include "Agent/Chat/Transcript.h"
 #include "Agent/FileHistory.h"
 #include "Agent/History/TransactionLookup.h"
 #include "CoreMinimal.h"

@@ -30,10 +30,10 @@ const FLanguage Languages[] = {
 	{ TEXT(" cpp c++ cxx cc c h hpp "), TEXT("/"), TEXT("\"'"),
 		TEXT(
 			" alignas alignof auto bool break case catch char class concept const consteval constexpr constinit "
-			"const_cast continue co_await co_return co_yield decltype default delete do double dynamic_cast else enum "
+			"const_cast continue co_await co_return co_yield decltype default delete do double else enum "
 			"explicit export extern false final float for friend goto if inline int long mutable namespace new noexcept "
 			"nullptr operator override private protected public register reinterpret_cast requires return short signed "
-			"sizeof static static_assert static_cast struct switch template this thread_local throw true try typedef "
+			"sizeof static static_assert static_cast struct switch template this thread_local true try typedef "
 			"typeid typename union unsigned using virtual void volatile wchar_t while int8 int16 int32 int64 uint8 uint16 "
 			"uint32 uint64 UCLASS USTRUCT UENUM UINTERFACE UFUNCTION UPROPERTY UPARAM GENERATED_BODY TEXT check checkf "
 			"ensure UE_LOG "),
@@ -43,7 +43,7 @@ const FLanguage Languages[] = {
 			" abstract as base bool break byte case catch char class const continue default delegate do double else enum "
 			"event explicit false finally float for foreach if implicit in int interface internal is long namespace new "
 			"null object operator out override params private protected public readonly ref return sealed short static "
-			"string struct switch this throw true try typeof uint ulong using var virtual void while "),
+			"string struct switch this true try typeof uint ulong using var virtual void while "),
 		true, true, false, false, false, false, false },
 	{ TEXT(" py python python3 "), TEXT("#"), TEXT("\"'"),
 		TEXT(

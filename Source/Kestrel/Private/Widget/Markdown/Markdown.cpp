@@ -39,7 +39,7 @@ enum class EOpenBlock : uint8
 	Table,
 };
 
-/** Reads line by line, as the specification of CommonMark describes it in its appendix "A parsing strategy". */
+/** Reads line by line, as CommonMark describes it in its appendix "A parsing strategy". */
 class FReader
 {
 public:

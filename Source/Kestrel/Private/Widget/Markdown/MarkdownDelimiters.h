@@ -1,13 +1,13 @@
 #pragma once
 
 #include "CoreMinimal.h"
-#include "Widget/Markdown/Markdown.h"
+#include "Widget/Markdown/MarkdownBlock.h"
 
 namespace KestrelMarkdown
 {
 /**
  * The pieces of a text, and the runs of "*", "_" and "~" among them that wait for what they enclose. Runs are matched
- * as the appendix of CommonMark's specification describes it ("process emphasis"), in time that grows with their
+ * as CommonMark's appendix describes it ("process emphasis"), in time that grows with their
  * number.
  */
 class FDelimiters

@@ -95,4 +95,21 @@ int32 ReadEntity(FStringView Source, FString& OutText)
 	}
 	return 0;
 }
+
+FString Unescape(FStringView Source)
+{
+	FString Text;
+	for (int32 Index = 0; Index < Source.Len();)
+	{
+		const bool bEscape =
+			Source[Index] == TEXT('\\') && Index + 1 < Source.Len() && IsPunctuation(Source[Index + 1]);
+		const int32 Length = Source[Index] == TEXT('&') ? ReadEntity(Source.RightChop(Index), Text) : 0;
+		if (Length == 0)
+		{
+			Text.AppendChar(Source[Index + (bEscape ? 1 : 0)]);
+		}
+		Index += Length > 0 ? Length : (bEscape ? 2 : 1);
+	}
+	return Text;
+}
 }

@@ -12,4 +12,7 @@ namespace KestrelMarkdown
  * @return the length of the entity; 0 if there is none
  */
 int32 ReadEntity(FStringView Source, FString& OutText);
+
+/** A text in which "\" before punctuation stands for the mark itself, and entities ("&amp;") for their characters. */
+FString Unescape(FStringView Source);
 }

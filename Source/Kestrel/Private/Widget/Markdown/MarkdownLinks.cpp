@@ -1,7 +1,7 @@
 #include "Widget/Markdown/MarkdownLinks.h"
 
 #include "Widget/Markdown/MarkdownCharacters.h"
-#include "Widget/Markdown/MarkdownInlines.h"
+#include "Widget/Markdown/MarkdownEntities.h"
 
 namespace KestrelMarkdown
 {

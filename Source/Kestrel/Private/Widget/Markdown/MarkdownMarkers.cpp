@@ -1,6 +1,6 @@
 #include "Widget/Markdown/MarkdownMarkers.h"
 
-#include "Widget/Markdown/MarkdownInlines.h"
+#include "Widget/Markdown/MarkdownEntities.h"
 
 namespace KestrelMarkdown
 {

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "CoreMinimal.h"
-#include "Widget/Markdown/Markdown.h"
+#include "Widget/Markdown/MarkdownBlock.h"
 #include "Widget/Markdown/MarkdownLine.h"
 
 /** What begins or ends a block: read from a line, at its first character that is no blank. */
