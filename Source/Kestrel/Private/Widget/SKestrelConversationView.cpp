@@ -15,6 +15,7 @@
 #include "Widget/Answer/SKestrelAnswer.h"
 #include "Widget/HiddenTexts.h"
 #include "Widget/KestrelStyle.h"
+#include "Widgets/Accessibility/SlateAccessibleMessageHandler.h"
 #include "Widgets/Layout/SBorder.h"
 #include "Widgets/Layout/SScrollBox.h"
 #include "Widgets/Text/SMultiLineEditableText.h"

@@ -2,6 +2,7 @@
 
 #include "HAL/PlatformApplicationMisc.h"
 #include "Layout/Visibility.h"
+#include "Styling/SlateTypes.h"
 #include "Types/SlateEnums.h"
 #include "Widget/Answer/LinkMenu.h"
 #include "Widget/Answer/MarkdownStyle.h"

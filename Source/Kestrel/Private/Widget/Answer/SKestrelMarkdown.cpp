@@ -4,6 +4,7 @@
 #include "Input/Reply.h"
 #include "Layout/Margin.h"
 #include "Styling/ISlateStyle.h"
+#include "Styling/SlateTypes.h"
 #include "Types/SlateEnums.h"
 #include "Widget/Answer/MarkdownPieces.h"
 #include "Widget/Answer/MarkdownStyle.h"

@@ -7,6 +7,7 @@
 #include "Framework/Text/TextLineHighlight.h"
 #include "Framework/Text/TextRange.h"
 #include "Styling/ISlateStyle.h"
+#include "Styling/SlateBrush.h"
 #include "Widget/KestrelStyle.h"
 
 FKestrelStyledText::FKestrelStyledText(TArray<FStyledPiece>&& InPieces)

@@ -6,6 +6,7 @@
 #include "Framework/Application/SlateApplication.h"
 #include "Framework/Text/TextLayout.h"
 #include "InputCoreTypes.h"
+#include "Layout/Clipping.h"
 #include "Rendering/SlateRenderer.h"
 #include "Styling/AppStyle.h"
 #include "Styling/ISlateStyle.h"
