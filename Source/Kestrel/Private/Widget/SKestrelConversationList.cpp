@@ -326,10 +326,9 @@ FReply SKestrelConversationList::AskToDelete(const FKestrelConversationInfo& Inf
 FReply SKestrelConversationList::Ask(const TSharedRef<SBox>& Place, const FText& Question, const FText& Yes,
 	const FText& No, const FSimpleDelegate& OnYes, const FSimpleDelegate& OnNo)
 {
-	const auto Answer = [](const FSimpleDelegate& Then) {
-		// Kept: what is called removes the button that holds it.
-		const FSimpleDelegate Kept = Then;
-		Kept.ExecuteIfBound();
+	// A copy of the delegate: what is called removes the button that holds it.
+	const auto Answer = [](FSimpleDelegate Then) {
+		Then.ExecuteIfBound();
 		return FReply::Handled();
 	};
 	const TSharedRef<SButton> NoButton =
