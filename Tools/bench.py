@@ -14,7 +14,7 @@ import service_bench
 import steps
 
 PRESET = "release"
-PEER_PACKAGES = ["fzf", "ripgrep"]
+PEER_PACKAGES = ["fzf", "libmd4c-html0", "ripgrep"]
 PEER_RUNS = 7
 
 
