@@ -155,9 +155,10 @@ void FAgent::EnterIdle(const FString&)
 
 void FAgent::EnterInitialRequest(const FString& Prompt)
 {
-	SetConversationId(FGuid::NewGuid().ToString(EGuidFormats::Digits));
-	FKestrelInterface::Get().BeginConversation(ConversationId, Prompt);
+	const FString NewId = FGuid::NewGuid().ToString(EGuidFormats::Digits);
+	FKestrelInterface::Get().BeginConversation(NewId, Prompt);
 	KestrelAgent::ShowUserText(FString::Printf(TEXT(" [ User Start ]\n\n%s\n"), *Prompt));
+	SetConversationId(NewId);
 	SetUndoConversationID(ConversationId);
 	StoredMessages.Empty();
 	ClearToolResults();
