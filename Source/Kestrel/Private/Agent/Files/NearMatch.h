@@ -6,7 +6,7 @@
 namespace KestrelNearMatch
 {
 /** Longer texts are not searched. UTF-16 units. */
-constexpr int32 MaxLength = 4000000;
+constexpr int32 MaxLength = 1000000;
 
 /**
  * What comes closest to a text that is not found: one that differs in letter case, line endings or white space only, or

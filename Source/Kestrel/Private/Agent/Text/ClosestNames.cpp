@@ -4,7 +4,6 @@ namespace KestrelClosestNames
 {
 namespace
 {
-constexpr int32 MaxCandidates = 20000;
 constexpr int32 MaxLength = 64; // longer names are not compared
 
 struct FCandidate

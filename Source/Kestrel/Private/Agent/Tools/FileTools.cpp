@@ -286,7 +286,9 @@ void PlanUpdate(FKestrelProjectView& View, FKestrelToolPlan& Plan)
 		Plan.FilePath, State.Text, Plan.Input.Get(OldString), Plan.Input.Get(NewString), After, NumReplacements);
 	if (!Plan.Refusal.IsEmpty())
 	{
-		const FText NearMatch = KestrelNearMatch::Describe(State.Text, Plan.Input.Get(OldString));
+		const FText NearMatch = View.HasTimeForNotes()
+									? KestrelNearMatch::Describe(State.Text, Plan.Input.Get(OldString))
+									: FText::GetEmpty();
 		if (!NearMatch.IsEmpty())
 		{
 			Plan.Notes.Add(NearMatch);

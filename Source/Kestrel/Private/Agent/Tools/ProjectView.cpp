@@ -135,9 +135,17 @@ int64 FKestrelProjectView::GetRoom() const
 	{
 		return MaxTextLength;
 	}
-	return FPlatformTime::Seconds() - StartTime > ProjectView::MaxSeconds
-			   ? 0
-			   : FMath::Clamp<int64>(ProjectView::MaxTotalBytes - NumBytesRead, 0, MaxShownLength);
+	return IsTimeOver() ? 0 : FMath::Clamp<int64>(ProjectView::MaxTotalBytes - NumBytesRead, 0, MaxShownLength);
+}
+
+bool FKestrelProjectView::IsTimeOver() const
+{
+	return FPlatformTime::Seconds() - StartTime > ProjectView::MaxSeconds;
+}
+
+bool FKestrelProjectView::HasTimeForNotes() const
+{
+	return LookAhead == EKestrelLookAhead::Limited && !IsTimeOver();
 }
 
 bool FKestrelProjectView::TakeRoomFor(int64 NumCharacters)

@@ -82,6 +82,9 @@ public:
 	FKestrelPathReview Review(const FString& FullPath);
 	/** How long a text may be, one out of the answer or one that a change would lead to, to be kept and shown. */
 	int64 GetRoom() const;
+	/** Whether somebody will read what else there is to say of a tool, and the time to look at the project is not over.
+	 */
+	bool HasTimeForNotes() const;
 	/** @return false when there is not as much */
 	bool TakeRoomFor(int64 NumCharacters);
 	FKestrelAssetView& GetAssets() { return Assets; }
@@ -110,6 +113,8 @@ private:
 	FFile* Find(const FString& RealPath);
 	void Set(const FString& FullPath, const FKestrelFileState& State);
 	FKestrelFileState Load(const FString& FullPath);
+
+	bool IsTimeOver() const;
 
 	const EKestrelLookAhead LookAhead;
 	const double StartTime; // seconds of FPlatformTime

@@ -81,7 +81,8 @@ void FKestrelToolPlan::SetAsset(FKestrelProjectView& View, UClass* (*GetClass)()
 	if (!Asset.IsFound())
 	{
 		Target = Name;
-		const TArray<FString> Closest = View.GetAssets().FindClosest(*GetClass(), Name);
+		const TArray<FString> Closest =
+			View.HasTimeForNotes() ? View.GetAssets().FindClosest(*GetClass(), Name) : TArray<FString>();
 		Notes.Add(Closest.IsEmpty()
 					  ? LOCTEXT("NoAsset", "nothing has this name")
 					  : FText::Format(LOCTEXT("ClosestAssets", "nothing has this name; close to it are: {0}"),

@@ -136,9 +136,9 @@ TArray<FString> FKestrelAssetFinder::FindClosest(const UClass& Class, const FStr
 	TArray<FString> Names;
 	if (const TArray<FAssetData>* Assets = Listed.Find(Class.GetFName()))
 	{
-		for (const FAssetData& Asset : *Assets)
+		for (int32 Index = 0; Index < FMath::Min(Assets->Num(), KestrelClosestNames::MaxCandidates); ++Index)
 		{
-			Names.Add(Asset.AssetName.ToString());
+			Names.Add((*Assets)[Index].AssetName.ToString());
 		}
 	}
 	return KestrelClosestNames::Find(Name, Names);
