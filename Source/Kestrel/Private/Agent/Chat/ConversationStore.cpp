@@ -33,6 +33,7 @@ const TCHAR* const FullLine = TEXT("{\"full\":true}");
 constexpr int32 MaxPromptLength = 16 * 1024;
 /** Bytes in which the first line has room: JSON may write six for a character. */
 constexpr int64 MaxHeadBytes = 128 * 1024;
+constexpr int64 UsualHeadBytes = 2 * 1024;
 /** Characters of a change, before and after together. */
 constexpr int32 MaxChangeLength = 256 * 1024;
 // Bytes of a conversation from which on changes come without their texts, and from which on nothing more is stored.
@@ -82,14 +83,15 @@ int32 CountWholeBytes(const TArray<uint8>& Bytes)
 	return Num;
 }
 
-bool ReadHead(const FString& File, TArray<uint8>& OutBytes)
+/** The first bytes of a file, enough for most first lines, or for all. */
+bool ReadHead(const FString& File, int64 Limit, TArray<uint8>& OutBytes)
 {
 	const TUniquePtr<IFileHandle> Handle(IsPlainFile(File) ? Files().OpenRead(*File) : nullptr);
 	if (!Handle)
 	{
 		return false;
 	}
-	OutBytes.SetNumUninitialized(static_cast<int32>(FMath::Min(Handle->Size(), MaxHeadBytes)));
+	OutBytes.SetNumUninitialized(static_cast<int32>(FMath::Min(Handle->Size(), Limit)));
 	return Handle->Read(OutBytes.GetData(), OutBytes.Num());
 }
 
@@ -127,9 +129,9 @@ bool ReadLine(const FString& Line, TArray<FKestrelTranscriptEntry>& OutEntries)
 }
 
 /** What claims to come from the future was not written here: it must not hide what was. */
-bool IsPossible(const FDateTime& Time)
+FDateTime GetLatestPossible()
 {
-	return Time <= FDateTime::UtcNow() + FTimespan::FromMinutes(1.0);
+	return FDateTime::UtcNow() + FTimespan::FromMinutes(1.0);
 }
 }
 
@@ -173,11 +175,19 @@ bool FKestrelConversationStore::ReadInfo(const FString& Id, FKestrelConversation
 	constexpr int64 MaxTitleBytes = 4096;
 	const FString File = GetFile(Id, ConversationStore::Extension);
 	TArray<uint8> Head;
-	if (!ConversationStore::ReadHead(File, Head))
+	int32 End = INDEX_NONE;
+	for (const int64 MaxBytes : { ConversationStore::UsualHeadBytes, ConversationStore::MaxHeadBytes })
 	{
-		return false;
+		if (!ConversationStore::ReadHead(File, MaxBytes, Head))
+		{
+			return false;
+		}
+		End = ConversationStore::FindLineEnd(Head, 0);
+		if (End != INDEX_NONE)
+		{
+			break;
+		}
 	}
-	const int32 End = ConversationStore::FindLineEnd(Head, 0);
 	const bool bUnfinished = End == INDEX_NONE && Head.Num() < ConversationStore::MaxHeadBytes;
 	if (bUnfinished)
 	{
@@ -201,10 +211,29 @@ bool FKestrelConversationStore::ReadInfo(const FString& Id, FKestrelConversation
 	return true;
 }
 
+TArray<FString> FKestrelConversationStore::FindNewestFirst() const
+{
+	TArray<TPair<FDateTime, FString>> Conversations;
+	for (const FString& Id : FindIds(ConversationStore::Extension))
+	{
+		Conversations.Emplace(IFileManager::Get().GetTimeStamp(*GetFile(Id, ConversationStore::Extension)), Id);
+	}
+	const FDateTime Latest = ConversationStore::GetLatestPossible();
+	Conversations.Sort([Latest](const TPair<FDateTime, FString>& A, const TPair<FDateTime, FString>& B) {
+		return (A.Key <= Latest) == (B.Key <= Latest) ? A.Key > B.Key : A.Key <= Latest;
+	});
+	TArray<FString> Ids;
+	for (TPair<FDateTime, FString>& Conversation : Conversations)
+	{
+		Ids.Add(MoveTemp(Conversation.Value));
+	}
+	return Ids;
+}
+
 TArray<FKestrelConversationInfo> FKestrelConversationStore::List()
 {
 	TArray<FKestrelConversationInfo> Conversations;
-	for (const FString& Id : FindIds(ConversationStore::Extension))
+	for (const FString& Id : FindNewestFirst())
 	{
 		FKestrelConversationInfo Info;
 		if (ReadInfo(Id, Info))
@@ -212,11 +241,22 @@ TArray<FKestrelConversationInfo> FKestrelConversationStore::List()
 			Conversations.Add(MoveTemp(Info));
 		}
 	}
-	Conversations.Sort([](const FKestrelConversationInfo& A, const FKestrelConversationInfo& B) {
-		const bool bIsPossible = ConversationStore::IsPossible(A.LastChange);
-		return bIsPossible == ConversationStore::IsPossible(B.LastChange) ? A.LastChange > B.LastChange : bIsPossible;
-	});
 	return Conversations;
+}
+
+TOptional<FKestrelConversationInfo> FKestrelConversationStore::ReadLast(TArray<FKestrelTranscriptEntry>& OutEntries)
+{
+	for (const FString& Id : FindNewestFirst())
+	{
+		FKestrelConversationInfo Info;
+		// A damaged one is set aside, and the one before it is the last.
+		if (KestrelNativeFile::IsReadByOwnerOnly(GetFile(Id, ConversationStore::Extension)) && ReadInfo(Id, Info) &&
+			Read(Id, OutEntries) == EKestrelConversationRead::Done)
+		{
+			return Info;
+		}
+	}
+	return TOptional<FKestrelConversationInfo>();
 }
 
 TOptional<FKestrelConversationInfo> FKestrelConversationStore::Find(const FString& Id)
@@ -336,12 +376,12 @@ void FKestrelConversationStore::DeleteOld(int32 Days, int64 MaxBytes)
 		}
 	}
 	int64 NumBytes = 0;
-	for (const FKestrelConversationInfo& Info : List())
+	for (const FString& Id : FindNewestFirst())
 	{
-		NumBytes += IFileManager::Get().FileSize(*GetFile(Info.Id, ConversationStore::Extension));
-		if (NumBytes > MaxBytes || IsOld(Info.Id, ConversationStore::Extension))
+		NumBytes += IFileManager::Get().FileSize(*GetFile(Id, ConversationStore::Extension));
+		if (NumBytes > MaxBytes || IsOld(Id, ConversationStore::Extension))
 		{
-			Delete(Info.Id);
+			Delete(Id);
 		}
 	}
 }

@@ -46,6 +46,12 @@ public:
 	/** A conversation as the list has it; unset when it is not there. */
 	TOptional<FKestrelConversationInfo> Find(const FString& Id);
 	EKestrelConversationRead Read(const FString& Id, TArray<FKestrelTranscriptEntry>& OutEntries);
+	/**
+	 * The newest conversation that can be read, to be shown without being asked for: only one whose file nobody else
+	 * may read, as this store writes them. What came with a project, out of its repository for instance, is in the
+	 * list.
+	 */
+	TOptional<FKestrelConversationInfo> ReadLast(TArray<FKestrelTranscriptEntry>& OutEntries);
 
 	/** @param Title  of several lines, the first is used; empty gives the conversation its own title back */
 	bool Rename(const FString& Id, const FString& Title);
@@ -68,6 +74,8 @@ private:
 	FString GetFile(const FString& Id, const TCHAR* Extension) const;
 	/** The ids for which there is a file of that kind. */
 	TArray<FString> FindIds(const TCHAR* Extension) const;
+	/** Those of all conversations; only the files' times are looked at. */
+	TArray<FString> FindNewestFirst() const;
 	bool ReadInfo(const FString& Id, FKestrelConversationInfo& OutInfo);
 	void MoveAside(const FString& Id);
 

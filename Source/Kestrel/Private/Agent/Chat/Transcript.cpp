@@ -40,20 +40,13 @@ void FKestrelTranscript::RestoreLast()
 		return;
 	}
 	TArray<FKestrelTranscriptEntry> Last;
-	for (const FKestrelConversationInfo& Info : Store.List())
-	{
-		// A damaged one is set aside, and the one before it is the last.
-		if (Store.Read(Info.Id, Last) == EKestrelConversationRead::Done)
-		{
-			Id = Info.Id;
-			Title = Info.Title;
-			break;
-		}
-	}
-	if (Id.IsEmpty())
+	const TOptional<FKestrelConversationInfo> Info = Store.ReadLast(Last);
+	if (!Info.IsSet())
 	{
 		return;
 	}
+	Id = Info->Id;
+	Title = Info->Title;
 	const TArray<FKestrelTranscriptEntry> SaidMeanwhile = MoveTemp(Entries);
 	Entries = MoveTemp(Last);
 	NumRestored = Entries.Num();

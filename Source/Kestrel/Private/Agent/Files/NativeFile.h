@@ -38,6 +38,13 @@ KESTREL_API bool MakeLink(const FString& FullPath, const FString& Target);
 
 /** The permission bits of a file; -1 where the platform has none. */
 KESTREL_API int32 GetMode(const FString& FullPath);
+/** Whether the permission bits let nobody but the owner read or write a file; true where the platform has none. */
+inline bool IsReadByOwnerOnly(const FString& FullPath)
+{
+	constexpr int32 OfOthers = 077;
+	const int32 Mode = GetMode(FullPath);
+	return Mode < 0 || (Mode & OfOthers) == 0;
+}
 /** A mode of -1 changes nothing. */
 void SetMode(const FString& FullPath, int32 Mode);
 
@@ -45,5 +52,5 @@ void SetMode(const FString& FullPath, int32 Mode);
  * Lets only the user of the editor read a folder or a file. Changes nothing behind a link, nor where the platform has
  * no modes.
  */
-void RestrictToOwner(const FString& FullPath);
+KESTREL_API void RestrictToOwner(const FString& FullPath);
 }

@@ -22,6 +22,13 @@ FString MakeId()
 	return FGuid::NewGuid().ToString();
 }
 
+/** With the permissions that the store gives its files. */
+void SaveAsOwn(const TArray<uint8>& Bytes, const FString& File)
+{
+	FFileHelper::SaveArrayToFile(Bytes, *File);
+	KestrelNativeFile::RestrictToOwner(File);
+}
+
 FKestrelTranscriptEntry Say(const FString& Text)
 {
 	return FKestrelTranscriptEntry::MakeStatus(
@@ -87,6 +94,27 @@ void FKestrelConversationStoreSpec::Define()
 {
 	using namespace ConversationStoreTest;
 
+	It("shows without being asked only what nobody else could have put there", [this]() {
+		const FKestrelTestFolder Folder;
+		FKestrelConversationStore Store;
+		Store.Open(Folder.Path);
+		FKestrelTranscript Transcript;
+		Transcript.Open(Folder.Path);
+		Transcript.Begin(ConversationStoreTest::MakeId(), TEXT("first"));
+		const FString Id = Transcript.GetId();
+		TArray<FKestrelTranscriptEntry> Entries;
+		TestTrue(TEXT("own"), Store.ReadLast(Entries).IsSet());
+		// As a checkout of a repository leaves its files.
+		const FString File = Folder.Full(Id + TEXT(".jsonl"));
+		FString Text;
+		FFileHelper::LoadFileToString(Text, *File);
+		IFileManager::Get().Delete(*File);
+		FFileHelper::SaveStringToFile(Text, *File);
+		const bool bHasModes = KestrelNativeFile::GetMode(File) >= 0;
+		TestEqual(TEXT("somebody else's"), Store.ReadLast(Entries).IsSet(), !bHasModes);
+		TestEqual(TEXT("is in the list"), Store.List().Num(), 1);
+	});
+
 	It("brings back everything that was said, with its looks", [this]() {
 		const FKestrelTestFolder Folder;
 		FKestrelTranscript Written;
@@ -132,7 +160,7 @@ void FKestrelConversationStoreSpec::Define()
 		int32 NumWrong = 0;
 		for (int32 Num = 0; Num <= Whole.Num(); ++Num)
 		{
-			FFileHelper::SaveArrayToFile(TArray<uint8>(Whole.GetData(), Num), *File);
+			SaveAsOwn(TArray<uint8>(Whole.GetData(), Num), File);
 			const FString Restored = Restore(Folder.Path);
 			const FString Expected = Num == Whole.Num()   ? TEXT("first \u00E4|second \u00E4")
 									 : Num >= First.Num() ? TEXT("first \u00E4")
@@ -182,11 +210,11 @@ void FKestrelConversationStoreSpec::Define()
 			{
 				Damaged[Dice.Roll(Damaged.Num())] = static_cast<uint8>(Dice.Roll(256));
 			}
-			FFileHelper::SaveArrayToFile(Damaged, *File);
+			SaveAsOwn(Damaged, File);
 			Restore(Folder.Path);
 			IFileManager::Get().Delete(*FPaths::ChangeExtension(File, TEXT("damaged")));
 		}
-		FFileHelper::SaveArrayToFile(Whole, *File);
+		SaveAsOwn(Whole, File);
 		KestrelTest::TestSameText(*this, TEXT("whole"), Restore(Folder.Path), TEXT("message"));
 	});
 
