@@ -162,7 +162,7 @@ TEST(MarkdownTest, ReadsHostileDocumentsInNoTime)
 				Document += Piece;
 			}
 			const TArray<FMarkdownBlock> Blocks = KestrelMarkdown::Read(FString(UTF8_TO_TCHAR(Document.c_str())));
-			EXPECT_LE(Blocks.Num(), KestrelMarkdown::MaxBlocks + 2) << Piece;
+			EXPECT_LE(Blocks.Num(), KestrelMarkdown::MaxParts + 2) << Piece;
 		}
 	}
 }
@@ -179,7 +179,14 @@ TEST(MarkdownTest, ShowsWhatExceedsItsLimitsAsItIs)
 						 FString::ChrN(10000, TEXT('|')).Replace(TEXT("|"), TEXT("|-"));
 	EXPECT_EQ(KestrelMarkdown::Read(Wide)[0].Kind, EMarkdownBlock::Paragraph);
 
-	const FString Rules = FString::ChrN(KestrelMarkdown::MaxBlocks, TEXT('x')).Replace(TEXT("x"), TEXT("---\n"));
+	// Two characters for a row of 64 cells.
+	const FString Columns = FString::ChrN(64, TEXT('|')).Replace(TEXT("|"), TEXT("|-"));
+	const FString Rows = FString::ChrN(100000, TEXT('x')).Replace(TEXT("x"), TEXT("|\n"));
+	const TArray<FMarkdownBlock> Table = KestrelMarkdown::Read(Columns + TEXT("\n") + Columns + TEXT("\n") + Rows);
+	EXPECT_LE(Table[0].Table.Rows.Num() * 64, KestrelMarkdown::MaxParts + 128);
+	EXPECT_EQ(Table.Last().Kind, EMarkdownBlock::Code);
+
+	const FString Rules = FString::ChrN(KestrelMarkdown::MaxParts, TEXT('x')).Replace(TEXT("x"), TEXT("---\n"));
 	const TArray<FMarkdownBlock> Many = KestrelMarkdown::Read(Rules + TEXT("**a**\n\nb"));
 	EXPECT_EQ(ToUtf8(Many.Last().Code), "**a**\n\nb");
 }

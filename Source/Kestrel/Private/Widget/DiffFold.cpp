@@ -49,6 +49,16 @@ void ShowShortGaps(TArray<bool>& Shown)
 	}
 }
 
+void HideBeyondLimit(TArray<bool>& Shown)
+{
+	int32 NumSegments = 0;
+	for (int32 Index = 0; Index < Shown.Num(); ++Index)
+	{
+		NumSegments += Shown[Index] && (Index == 0 || !Shown[Index - 1]) ? 1 : 0;
+		Shown[Index] = Shown[Index] && NumSegments <= MaxShownSegments;
+	}
+}
+
 bool IsSurrogate(TCHAR Character)
 {
 	return Character >= 0xD800 && Character <= 0xDFFF;
@@ -87,6 +97,7 @@ TArray<FDiffSegment> Split(const TArray<FDiffChunk>& Chunks)
 	}
 	TArray<bool> Shown = FindShownLines(Lines);
 	ShowShortGaps(Shown);
+	HideBeyondLimit(Shown);
 	TArray<FDiffSegment> Segments;
 	for (int32 Index = 0; Index < Lines.Num(); ++Index)
 	{
@@ -94,6 +105,7 @@ TArray<FDiffSegment> Split(const TArray<FDiffChunk>& Chunks)
 		{
 			Segments.AddDefaulted_GetRef().bFolded = !Shown[Index];
 		}
+		Segments.Last().NumChanges += IsChange(*Lines[Index]) ? 1 : 0;
 		Segments.Last().Chunk.Lines.Add(*Lines[Index]);
 	}
 	return Segments;

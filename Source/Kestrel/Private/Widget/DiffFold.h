@@ -8,6 +8,7 @@
 struct FDiffSegment
 {
 	bool bFolded = false;
+	int32 NumChanges = 0; // lines; among folded ones only where there are more changes than are shown
 	FDiffChunk Chunk;
 };
 
@@ -32,6 +33,9 @@ namespace KestrelDiffFold
 constexpr int32 NumContextLines = 3;
 /** Fewer are not folded: the fold would take as much room. */
 constexpr int32 MinFoldedLines = 3;
+
+/** Changes with lines around them; what comes after the last of them is one fold. Each is some widgets. */
+constexpr int32 MaxShownSegments = 200;
 
 /** Folds unchanged lines that are far from any change. No line is left out, and neighbours differ in bFolded. */
 KESTREL_API TArray<FDiffSegment> Split(const TArray<FDiffChunk>& Chunks);

@@ -96,11 +96,11 @@ SKestrelConversationView::FBlock SKestrelConversationView::AddMessage(
 	{
 		return AddText(KestrelHiddenTexts::Remove(Message), Color, FontStyle, FontSize);
 	}
-	AddAnswer(Answer.GetValue(), FontStyle == FKestrelInterface::BoldFontName);
+	AddAnswer(Answer.GetValue());
 	return {};
 }
 
-void SKestrelConversationView::AddAnswer(const FString& Source, bool bOfService)
+void SKestrelConversationView::AddAnswer(const FString& Source)
 {
 	// clang-format off
 	AddBlock(
@@ -110,7 +110,6 @@ void SKestrelConversationView::AddAnswer(const FString& Source, bool bOfService)
 		[
 			SNew(SKestrelAnswer)
 			.Source(Source)
-			.CanBeCopied(bOfService)
 		]);
 	// clang-format on
 }
@@ -218,12 +217,12 @@ void SKestrelConversationView::AddChanges(const TArray<TSharedRef<SWidget>>& New
 	CurrentChange = INDEX_NONE;
 }
 
-void SKestrelConversationView::GoToChange(bool bNext)
+bool SKestrelConversationView::GoToChange(bool bNext)
 {
 	Changes.RemoveAll([](const TWeakPtr<SWidget>& Change) { return !Change.IsValid(); });
 	if (Changes.IsEmpty())
 	{
-		return;
+		return false;
 	}
 	const bool bFirstTime = CurrentChange == INDEX_NONE;
 	CurrentChange =
@@ -231,6 +230,7 @@ void SKestrelConversationView::GoToChange(bool bNext)
 	ScrollBox->ScrollDescendantIntoView(Changes[CurrentChange].Pin(), false, EDescendantScrollDestination::Center);
 	bFollowsWhileReading = false;
 	OnScrolled.ExecuteIfBound(true);
+	return true;
 }
 
 void SKestrelConversationView::FollowEnd()

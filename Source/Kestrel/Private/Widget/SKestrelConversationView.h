@@ -55,15 +55,17 @@ public:
 	void TurnPage(bool bDown);
 	/** Parts of the last block that GoToChange brings into view, from top to bottom. */
 	void AddChanges(const TArray<TSharedRef<SWidget>>& NewChanges);
-	/** Scrolls to the change after the one that was gone to last, or before it; the last one is the first to be gone
-	 * to. */
-	void GoToChange(bool bNext);
+	/**
+	 * Scrolls to the change after the one that was gone to last, or before it; the last one is the first to be gone to.
+	 *
+	 * @return false when there is none
+	 */
+	bool GoToChange(bool bNext);
 	/** From now on the view follows the end: whoever sends something wants to see what comes of it. */
 	void FollowEnd();
 
 private:
-	/** @param bOfService  what the panel says itself, in regular type, needs no copy */
-	void AddAnswer(const FString& Source, bool bOfService);
+	void AddAnswer(const FString& Source);
 	/** Around a block; it keeps lines short in a wide panel. */
 	FMargin GetBlockMargin() const;
 	bool FollowsEnd() const;

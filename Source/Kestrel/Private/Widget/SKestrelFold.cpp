@@ -13,7 +13,11 @@ void SKestrelFold::Construct(const FArguments& InArgs)
 	.HAlign(HAlign_Left)
 	[
 		SNew(SButton)
-		.Text(FText::Format(LOCTEXT("Folded", "\u22EF {0} unchanged {0}|plural(one=line,other=lines)"), InArgs._NumLines))
+		.Text(InArgs._NumChanges > 0
+				  ? FText::Format(LOCTEXT("FoldedChanges", "\u22EF {0} more lines, {1} of them changed"),
+						InArgs._NumLines, InArgs._NumChanges)
+				  : FText::Format(LOCTEXT("Folded", "\u22EF {0} unchanged {0}|plural(one=line,other=lines)"),
+						InArgs._NumLines))
 		.ToolTipText(LOCTEXT("FoldedToolTip", "Show these lines"))
 		.OnClicked(this, &SKestrelFold::OnClicked)
 	];

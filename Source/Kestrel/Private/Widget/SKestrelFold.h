@@ -14,9 +14,12 @@ class SKestrelFold : public SCompoundWidget
 public:
 	SLATE_BEGIN_ARGS(SKestrelFold)
 		: _NumLines(0)
+		, _NumChanges(0)
 	{
 	}
 	SLATE_ARGUMENT(int32, NumLines)
+	/** Of the lines, those that have changed. */
+	SLATE_ARGUMENT(int32, NumChanges)
 	SLATE_EVENT(FOnMakeFolded, OnMakeFolded)
 	SLATE_END_ARGS()
 

@@ -143,7 +143,7 @@ void SKestrelWidget::ShowWelcome()
 		"  - add an int variable Toll to BP_Gate with value 3\n\n"
 		"Before I use a tool I ask: press Approve to let me, or write what I should do instead. "
 		"Undo reverts what a conversation has changed, except for new Blueprints.");
-	Conversation->AddMessage(FString(TEXT(" [ Kestrel ] \n\n")) + Welcome.ToString(), FKestrelInterface::AssistantColor,
+	Conversation->AddText(FString(TEXT(" [ Kestrel ] \n\n")) + Welcome.ToString(), FKestrelInterface::AssistantColor,
 		FKestrelInterface::RegularFontName, FKestrelInterface::AssistantFontSize);
 }
 
@@ -239,9 +239,8 @@ void SKestrelWidget::OnEndReached()
 
 FReply SKestrelWidget::OnPreviewKeyDown(const FGeometry& MyGeometry, const FKeyEvent& InKeyEvent)
 {
-	if (InKeyEvent.GetKey() == EKeys::F8)
+	if (InKeyEvent.GetKey() == EKeys::F8 && Conversation->GoToChange(!InKeyEvent.IsShiftDown()))
 	{
-		Conversation->GoToChange(!InKeyEvent.IsShiftDown());
 		return FReply::Handled();
 	}
 	const bool bDown = InKeyEvent.GetKey() == EKeys::PageDown;

@@ -423,6 +423,7 @@ TSharedRef<SWidget> SKestrelWidget::MakeFoldedView(
 		{
 			Lines = SNew(SKestrelFold)
 						.NumLines(Segment.Chunk.Lines.Num())
+						.NumChanges(Segment.NumChanges)
 						.OnMakeFolded(FOnMakeFolded::CreateSP(this, &SKestrelWidget::MakeChunksView, Shown));
 		}
 		else

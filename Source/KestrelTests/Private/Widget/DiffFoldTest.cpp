@@ -57,6 +57,23 @@ void FKestrelDiffFoldSpec::Define()
 		}
 	});
 
+	It("folds all that comes after a few hundred changes, and counts them", [this]() {
+		const FString Kinds = FString::ChrN(300, TEXT('+')).Replace(TEXT("+"), TEXT("+=========="));
+		const TArray<FDiffSegment> Segments = KestrelDiffFold::Split(DiffFoldTest::MakeChunks(Kinds));
+		int32 NumLines = 0;
+		int32 NumShown = 0;
+		for (const FDiffSegment& Segment : Segments)
+		{
+			NumLines += Segment.Chunk.Lines.Num();
+			NumShown += Segment.bFolded ? 0 : 1;
+		}
+		TestEqual(TEXT("no line is left out"), NumLines, Kinds.Len());
+		TestEqual(TEXT("shown"), NumShown, KestrelDiffFold::MaxShownSegments);
+		TestEqual(
+			TEXT("changes in the last fold"), Segments.Last().NumChanges, 300 - KestrelDiffFold::MaxShownSegments);
+		TestEqual(TEXT("and in the others"), Segments[1].NumChanges, 0);
+	});
+
 	It("finds what two versions of a line do not have in common", [this]() {
 		const TCHAR* const Cases[][3] = { { TEXT("Speed = 5;"), TEXT("Speed = 50;"), TEXT(">0") },
 			{ TEXT("\tJump();"), TEXT("\tif (A) Jump();"), TEXT(">if (A) ") },

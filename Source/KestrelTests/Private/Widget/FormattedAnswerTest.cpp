@@ -101,6 +101,7 @@ void FKestrelFormattedAnswerSpec::Define()
 	It("leave out tool names and stray bold markers, but not the asterisks of code", [this]() {
 		TestShown(TEXT("I call **read_file** now. **Open"), TEXT("|I call  now. Open"));
 		TestShown(TEXT("`create_blueprint` and `a**b`"), TEXT("| and a**b"));
+		TestShown(TEXT("*re*ad_**fi**le, \\*\\*x `a*`*b*"), TEXT("|, x a*b"));
 		TestShown(TEXT("```cpp\n/** read_file */\n```"), TEXT("|cpp|/** read_file */"));
 	});
 

@@ -13,10 +13,10 @@ FString Describe(const FKestrelLink& Link, const FString& Folder)
 }
 
 /** "text->where it leads" for each link, joined by blanks. */
-FString DescribeLinksIn(const FString& Text, const FString& Folder)
+FString DescribeLinksIn(const FString& Text, const FString& Folder, int32 NumFiles = KestrelLinks::MaxFiles)
 {
 	TArray<FString> Found;
-	for (const FKestrelFoundLink& Each : KestrelLinks::FindIn(Text))
+	for (const FKestrelFoundLink& Each : KestrelLinks::FindIn(Text, NumFiles))
 	{
 		Found.Add(Text.Mid(Each.Begin, Each.End - Each.Begin) + TEXT("->") + Describe(Each.Link, Folder));
 	}
@@ -35,7 +35,8 @@ void FKestrelLinkSpec::Define()
 		Folder.Write(TEXT("secret.pem"), TEXT("x"));
 		const FString Door = Folder.Name / TEXT("Door.cpp");
 		const auto Test = [this](const FString& Address, const TCHAR* Expected) {
-			const FString Actual = LinkTest::Describe(KestrelLinks::FromAddress(Address), Folder.Path);
+			int32 NumFiles = KestrelLinks::MaxFiles;
+			const FString Actual = LinkTest::Describe(KestrelLinks::FromAddress(Address, NumFiles), Folder.Path);
 			KestrelTest::TestSameText(*this, Address, Actual, Expected);
 		};
 		Test(TEXT("https://a.example/b?c=d#e"), TEXT("https://a.example/b?c=d#e"));
@@ -67,6 +68,9 @@ void FKestrelLinkSpec::Define()
 			TEXT("https://a.example/x->https://a.example/x http://b.example->http://b.example"));
 		Test(TEXT("https://a.example\u202Egnp.exe"), TEXT("https://a.example->https://a.example"));
 		Test(TEXT("no links: a.b, x/y, 1.5, e.g."), TEXT(""));
+		TestTrue(TEXT("no more files than may be looked for"),
+			LinkTest::DescribeLinksIn(Door + TEXT(" Missing.cpp ") + Door, Parent, 1)
+				.Equals(Door + TEXT("->*/Door.cpp")));
 		IFileManager::Get().DeleteDirectory(*Parent, false, true);
 	});
 }

@@ -10,8 +10,6 @@ namespace
 {
 /** Of an address or a path; longer ones are nobody's. */
 constexpr int32 MaxLength = 2048;
-/** In one text: each costs a look at the disk. */
-constexpr int32 MaxFiles = 50;
 
 const TCHAR* const Extensions[] = { TEXT("h"), TEXT("hpp"), TEXT("cpp"), TEXT("c"), TEXT("inl"), TEXT("cs"), TEXT("py"),
 	TEXT("ini"), TEXT("json"), TEXT("md"), TEXT("txt"), TEXT("csv"), TEXT("usf"), TEXT("ush"), TEXT("uproject"),
@@ -42,13 +40,14 @@ bool HasKnownExtension(const FString& Path)
 	return false;
 }
 
-/** @return empty if there is no such file in the project */
-FString FindFile(const FString& Path)
+/** @return empty if there is no such file in the project, or none may be looked for */
+FString FindFile(const FString& Path, int32& InOutFilesLeft)
 {
-	if (Path.IsEmpty() || Path.Len() > MaxLength || !HasKnownExtension(Path))
+	if (Path.IsEmpty() || Path.Len() > MaxLength || !HasKnownExtension(Path) || InOutFilesLeft == 0)
 	{
 		return FString();
 	}
+	--InOutFilesLeft;
 	FString Project = FPaths::ConvertRelativePathToFull(FPaths::ProjectDir());
 	FPaths::NormalizeDirectoryName(Project);
 	const FString Full = FPaths::ConvertRelativePathToFull(Project, Path.Replace(TEXT("\\"), TEXT("/")));
@@ -56,7 +55,7 @@ FString FindFile(const FString& Path)
 }
 
 /** A path with or without ":42" behind it. */
-FKestrelLink MakeFileLink(const FString& Text)
+FKestrelLink MakeFileLink(const FString& Text, int32& InOutFilesLeft)
 {
 	FKestrelLink Link;
 	FString Path;
@@ -65,7 +64,7 @@ FKestrelLink MakeFileLink(const FString& Text)
 	{
 		Link.Line = FMath::Max(0, FCString::Atoi(*Line));
 	}
-	Link.File = FindFile(Path.IsEmpty() ? Text : Path);
+	Link.File = FindFile(Path.IsEmpty() ? Text : Path, InOutFilesLeft);
 	return Link;
 }
 
@@ -119,7 +118,7 @@ int32 FindEndOfLine(const FString& Text, int32 End)
 }
 }
 
-FKestrelLink FromAddress(const FString& Address)
+FKestrelLink FromAddress(const FString& Address, int32& InOutFilesLeft)
 {
 	if (IsPage(Address) && Address.Len() <= MaxLength)
 	{
@@ -128,13 +127,12 @@ FKestrelLink FromAddress(const FString& Address)
 		return Link;
 	}
 	// Some write a line as hosts of repositories do.
-	return MakeFileLink(Address.Replace(TEXT("#L"), TEXT(":"), ESearchCase::CaseSensitive));
+	return MakeFileLink(Address.Replace(TEXT("#L"), TEXT(":"), ESearchCase::CaseSensitive), InOutFilesLeft);
 }
 
-TArray<FKestrelFoundLink> FindIn(const FString& Text)
+TArray<FKestrelFoundLink> FindIn(const FString& Text, int32& InOutFilesLeft)
 {
 	TArray<FKestrelFoundLink> Found;
-	int32 NumFiles = 0;
 	for (int32 Index = 0; Index < Text.Len();)
 	{
 		if (!IsOfPath(Text[Index]))
@@ -149,11 +147,10 @@ TArray<FKestrelFoundLink> FindIn(const FString& Text)
 			End = FindEndOfPage(Text, Index);
 			Link.Address = Text.Mid(Index, End - Index);
 		}
-		else if (NumFiles < MaxFiles && End - Index <= MaxLength && HasKnownExtension(Text.Mid(Index, End - Index)))
+		else if (End - Index <= MaxLength && HasKnownExtension(Text.Mid(Index, End - Index)))
 		{
-			++NumFiles;
 			End = FindEndOfLine(Text, End);
-			Link = MakeFileLink(Text.Mid(Index, End - Index));
+			Link = MakeFileLink(Text.Mid(Index, End - Index), InOutFilesLeft);
 		}
 		if (Link.IsSet())
 		{

@@ -26,8 +26,15 @@ struct FKestrelFoundLink
  */
 namespace KestrelLinks
 {
-/** The link of an address that Markdown gives; not set for addresses of any other kind. */
-KESTREL_API FKestrelLink FromAddress(const FString& Address);
+/** Files that are looked for on the disk for one answer; further names are text. */
+constexpr int32 MaxFiles = 200;
+
+/**
+ * The link of an address that Markdown gives; not set for addresses of any other kind.
+ *
+ * @param InOutFilesLeft  that may be looked for
+ */
+KESTREL_API FKestrelLink FromAddress(const FString& Address, int32& InOutFilesLeft);
 /** Addresses of pages, and names of files with or without a line ("Source/Door.cpp:42"), that stand in a text. */
-KESTREL_API TArray<FKestrelFoundLink> FindIn(const FString& Text);
+KESTREL_API TArray<FKestrelFoundLink> FindIn(const FString& Text, int32& InOutFilesLeft);
 }

@@ -16,8 +16,9 @@ constexpr int32 MaxLinkedCode = 300;
 class FPieceMaker
 {
 public:
-	explicit FPieceMaker(int32 InHeadingLevel)
+	FPieceMaker(int32 InHeadingLevel, int32& InFilesLeft)
 		: HeadingLevel(InHeadingLevel)
+		, FilesLeft(InFilesLeft)
 	{
 	}
 
@@ -35,22 +36,23 @@ private:
 	}
 
 	const int32 HeadingLevel;
+	int32& FilesLeft;
 	TArray<FStyledPiece> Pieces;
 };
 
 void FPieceMaker::Add(const FMarkdownSpan& Span)
 {
 	const bool bCode = EnumHasAnyFlags(Span.Style, EMarkdownStyle::Code);
-	const FString Shown = KestrelDisplayText::EscapeDirections(
-		bCode ? KestrelHiddenTexts::RemoveToolNames(Span.Text) : KestrelHiddenTexts::Remove(Span.Text));
-	const FKestrelLink Link = Span.Address.IsEmpty() ? FKestrelLink() : KestrelLinks::FromAddress(Span.Address);
+	const FString Shown = KestrelDisplayText::EscapeDirections(Span.Text);
+	const FKestrelLink Link =
+		Span.Address.IsEmpty() ? FKestrelLink() : KestrelLinks::FromAddress(Span.Address, FilesLeft);
 	if (Link.IsSet() || (bCode && Shown.Len() > MaxLinkedCode))
 	{
 		AddPiece(Shown, Span.Style, Link);
 		return;
 	}
 	int32 Begin = 0;
-	for (const FKestrelFoundLink& Found : KestrelLinks::FindIn(Shown))
+	for (const FKestrelFoundLink& Found : KestrelLinks::FindIn(Shown, FilesLeft))
 	{
 		AddPiece(Shown.Mid(Begin, Found.Begin - Begin), Span.Style, FKestrelLink());
 		AddPiece(Shown.Mid(Found.Begin, Found.End - Found.Begin), Span.Style, Found.Link);
@@ -60,10 +62,10 @@ void FPieceMaker::Add(const FMarkdownSpan& Span)
 }
 }
 
-TArray<FStyledPiece> MakeText(const FMarkdownText& Text, int32 HeadingLevel)
+TArray<FStyledPiece> MakeText(const FMarkdownText& Text, int32 HeadingLevel, int32& InOutFilesLeft)
 {
-	FPieceMaker Maker(HeadingLevel);
-	for (const FMarkdownSpan& Span : Text)
+	FPieceMaker Maker(HeadingLevel, InOutFilesLeft);
+	for (const FMarkdownSpan& Span : KestrelHiddenTexts::Remove(Text))
 	{
 		Maker.Add(Span);
 	}

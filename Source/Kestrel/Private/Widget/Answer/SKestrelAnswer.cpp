@@ -1,7 +1,6 @@
 #include "Widget/Answer/SKestrelAnswer.h"
 
 #include "HAL/PlatformApplicationMisc.h"
-#include "Layout/Visibility.h"
 #include "Styling/SlateTypes.h"
 #include "Types/SlateEnums.h"
 #include "Widget/Answer/LinkMenu.h"
@@ -25,7 +24,7 @@ void SKestrelAnswer::Construct(const FArguments& InArgs)
 		.AutoHeight()
 		.Padding(0.0f, 0.0f, 0.0f, HeadingGap)
 		[
-			MakeHeading(InArgs._CanBeCopied)
+			MakeHeading()
 		]
 		+ SVerticalBox::Slot()
 		.AutoHeight()
@@ -38,7 +37,7 @@ void SKestrelAnswer::Construct(const FArguments& InArgs)
 	// clang-format on
 }
 
-TSharedRef<SWidget> SKestrelAnswer::MakeHeading(bool bCanBeCopied)
+TSharedRef<SWidget> SKestrelAnswer::MakeHeading()
 {
 	const FTextBlockStyle Style = KestrelMarkdownStyle::MakeSmallStyle();
 	// clang-format off
@@ -57,7 +56,6 @@ TSharedRef<SWidget> SKestrelAnswer::MakeHeading(bool bCanBeCopied)
 			SNew(SButton)
 			.Text(LOCTEXT("Copy", "Copy answer"))
 			.ToolTipText(LOCTEXT("CopyToolTip", "Copy the answer as it was written, with its Markdown"))
-			.Visibility(bCanBeCopied ? EVisibility::Visible : EVisibility::Collapsed)
 			.OnClicked(this, &SKestrelAnswer::OnCopyClicked)
 		];
 	// clang-format on

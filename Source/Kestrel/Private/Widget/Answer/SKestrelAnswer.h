@@ -11,19 +11,15 @@ struct FKestrelLink;
 class SKestrelAnswer : public SCompoundWidget
 {
 public:
-	SLATE_BEGIN_ARGS(SKestrelAnswer)
-		: _CanBeCopied(true)
-	{
-	}
+	SLATE_BEGIN_ARGS(SKestrelAnswer) {}
 	/** Markdown, as the service wrote it. */
 	SLATE_ARGUMENT(FString, Source)
-	SLATE_ARGUMENT(bool, CanBeCopied)
 	SLATE_END_ARGS()
 
 	void Construct(const FArguments& InArgs);
 
 private:
-	TSharedRef<SWidget> MakeHeading(bool bCanBeCopied);
+	TSharedRef<SWidget> MakeHeading();
 	FReply OnCopyClicked() const;
 	void OnLinkChosen(const FKestrelLink& Link, const FVector2D& ScreenPosition);
 

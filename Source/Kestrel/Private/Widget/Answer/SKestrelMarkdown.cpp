@@ -169,8 +169,8 @@ TSharedRef<SWidget> SKestrelMarkdown::MakeContent(const FMarkdownBlock& Block)
 
 TSharedRef<SWidget> SKestrelMarkdown::MakeText(const FMarkdownText& Text, int32 HeadingLevel)
 {
-	return SKestrelStyledText::Make(
-		KestrelMarkdownPieces::MakeText(Text, HeadingLevel), true, LOCTEXT("Answer", "Answer"), OnLinkChosen);
+	return SKestrelStyledText::Make(KestrelMarkdownPieces::MakeText(Text, HeadingLevel, FilesLeft), true,
+		LOCTEXT("Answer", "Answer"), OnLinkChosen);
 }
 
 TSharedRef<SWidget> SKestrelMarkdown::MakeCode(const FMarkdownBlock& Block)

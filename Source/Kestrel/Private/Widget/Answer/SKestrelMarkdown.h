@@ -1,6 +1,7 @@
 #pragma once
 
 #include "CoreMinimal.h"
+#include "Widget/Answer/KestrelLink.h"
 #include "Widget/Answer/SKestrelStyledText.h"
 #include "Widget/Markdown/Markdown.h"
 #include "Widgets/DeclarativeSyntaxSupport.h"
@@ -32,4 +33,5 @@ private:
 		const FMarkdownBlock& Block, float TopGap, const TSharedRef<SWidget>& Content) const;
 
 	FOnKestrelLinkChosen OnLinkChosen;
+	int32 FilesLeft = KestrelLinks::MaxFiles; // while the widgets are made
 };

@@ -321,7 +321,7 @@ void FTokenizer::Add(ECodeToken Token, int32 End)
 TArray<FCodePiece> Tokenize(FStringView Code, const FString& Language)
 {
 	const FLanguage* Known = FindLanguage(Language);
-	if (Code.IsEmpty() || !Known)
+	if (Code.IsEmpty() || !Known || Code.Len() > MaxLength)
 	{
 		return Code.IsEmpty() ? TArray<FCodePiece>() : TArray<FCodePiece>{ { ECodeToken::Plain, 0, Code.Len() } };
 	}

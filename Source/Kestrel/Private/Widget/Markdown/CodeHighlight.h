@@ -25,10 +25,13 @@ struct FCodePiece
  */
 namespace KestrelCodeHighlight
 {
+/** UTF-16 units. Longer code is one piece: nobody reads that much of it in an answer. */
+constexpr int32 MaxLength = 100000;
+
 /**
  * @param Language  as after the fence of a code block ("cpp", "py"); C++, C, C#, Python, JSON and INI are known
  * @return pieces that follow one another without a gap from the beginning of the code to its end; one piece if the
- *         language is not known
+ *         language is not known or the code is too long
  */
 KESTREL_API TArray<FCodePiece> Tokenize(FStringView Code, const FString& Language);
 }

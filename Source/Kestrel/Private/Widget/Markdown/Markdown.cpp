@@ -46,7 +46,7 @@ public:
 	FReader() { Open.AddDefaulted(); }
 
 	void AddLine(FStringView LineText);
-	bool IsFull() const { return Blocks.Num() >= MaxBlocks; }
+	bool IsFull() const { return NumParts >= MaxParts; }
 	/** @param Rest  what is not read */
 	TArray<FMarkdownBlock> Finish(FStringView Rest);
 
@@ -61,6 +61,7 @@ private:
 	bool EndParagraph(const FLine& Line);
 	bool BeginTable(const FLine& Line);
 	void AddRow(const TArray<FString>& Cells);
+	FMarkdownText ReadText(FStringView Inlines);
 	void NoteBlank();
 	void NoteGoesOn(int32 NumContainers);
 	void NoteChild(const FListMarker* Item);
@@ -72,6 +73,7 @@ private:
 	FMarkdownBlock& EmitBlock(EMarkdownBlock Kind);
 
 	TArray<FMarkdownBlock> Blocks;
+	int32 NumParts = 0;        // of which there may be MaxParts
 	TArray<int32> ListOfBlock; // by block: the list that it is in an item of
 	TArray<FList> Lists;
 	TArray<FOpenContainer> Open;             // the document is the first
@@ -274,7 +276,7 @@ bool FReader::BeginLeaf(FLine& Line)
 	{
 		FMarkdownBlock& Heading = AddBlock(EMarkdownBlock::Heading);
 		Heading.Level = Level;
-		Heading.Text = ReadInlines(HeadingText);
+		Heading.Text = ReadText(HeadingText);
 		return true;
 	}
 	if (const TOptional<FFence> Begin = ReadFence(Line))
@@ -334,11 +336,19 @@ bool FReader::BeginTable(const FLine& Line)
 
 void FReader::AddRow(const TArray<FString>& Cells)
 {
+	NumParts += Blocks.Last().Table.Columns.Num(); // also where a row has fewer cells
 	TArray<FMarkdownText>& Row = Blocks.Last().Table.Rows.AddDefaulted_GetRef();
 	for (const FString& Cell : Cells)
 	{
-		Row.Add(ReadInlines(Cell));
+		Row.Add(ReadText(Cell));
 	}
+}
+
+FMarkdownText FReader::ReadText(FStringView Inlines)
+{
+	FMarkdownText Read = ReadInlines(Inlines);
+	NumParts += Read.Num();
+	return Read;
 }
 
 void FReader::NoteBlank()
@@ -400,7 +410,7 @@ void FReader::CloseBlock()
 {
 	if (OpenBlock == EOpenBlock::Paragraph)
 	{
-		Blocks.Last().Text = ReadInlines(FStringView(Text).TrimStartAndEnd());
+		Blocks.Last().Text = ReadText(FStringView(Text).TrimStartAndEnd());
 		Text.Reset();
 		NumTextLines = 0;
 	}
@@ -418,6 +428,7 @@ FMarkdownBlock& FReader::AddBlock(EMarkdownBlock Kind)
 /** In what is open now. */
 FMarkdownBlock& FReader::EmitBlock(EMarkdownBlock Kind)
 {
+	++NumParts;
 	FMarkdownBlock& Block = Blocks.AddDefaulted_GetRef();
 	Block.Kind = Kind;
 	Block.Containers.Reserve(Open.Num() - 1);

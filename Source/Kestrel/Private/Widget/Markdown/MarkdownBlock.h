@@ -85,7 +85,10 @@ constexpr int32 MaxContainers = 24;
 /** Of a table. */
 constexpr int32 MaxColumns = 64;
 /** UTF-16 units of a paragraph. */
-constexpr int32 MaxInlines = 100000;
-/** Those of a text; the rest of it is one more, code. */
-constexpr int32 MaxBlocks = 20000;
+constexpr int32 MaxInlines = 20000;
+/**
+ * Blocks, cells of tables and pieces of text: each is something to lay out. The rest of a text that has more is one
+ * block of code.
+ */
+constexpr int32 MaxParts = 20000;
 }
