@@ -12,6 +12,7 @@ LAYERS = [
     "KestrelLog.h",
     "Agent/Text",  # JSON, and names as they are shown
     "Agent/Files",  # what is done to files and to revision control
+    "Agent/Approval",  # what rules allow, ask for and deny
     "Agent/History",  # what is recorded of it, for undo
     "Agent/Blueprints",  # what the folders below it share
     "Agent/Blueprints/Assets",  # found, loaded, compiled, saved

@@ -69,6 +69,18 @@ class SettingsWindowTest(ScreenTest):
 
         self.click(self.find("TextEdit", "Search"))
         self.press("ctrl+a")
+        self.type("approval")
+        self.lost("ComboBox", "Log Retention Policy")
+        self.click(self.button("Add to Approval Rules"))
+        self.click(self.find("ComboBox", "Decision"))
+        self.click(self.button("Allow, even if risky"))
+        self.click(self.find("TextEdit", "Path"))
+        self.type("Docs/**\t")
+        self.screen.picture("settings-rules")
+        self.wait_for_file("Docs/**", *self.SETTINGS)
+
+        self.click(self.find("TextEdit", "Search"))
+        self.press("ctrl+a")
         self.type("extensions")
         self.find("TextEdit", "Supported File Extensions [0]")
         self.value("TextEdit", "Search", "extensions")

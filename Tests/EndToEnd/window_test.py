@@ -101,6 +101,33 @@ class WindowTest(ScreenTest):
         self.read("Config", "DefaultGame.ini")
         self.close_editor()
 
+    def test_tools_are_answered_one_by_one_and_rules_ask_for_less(self):
+        self.answer_with(
+            tool("a", "update_file", path="Source/Moor/Walker.h", old_string="12", new_string="13"),
+            tool("b", "update_file", path="Source/Moor/Walker.h", old_string="13", new_string="14"),
+            tool("c", "read_file", path="Config/DefaultGame.ini"))
+        self.open_panel_and_begin()
+        self.click(self.button("Accept 2"))
+        self.text("Accepted: runs when all are answered")
+        self.click(self.button("Reject 1"))
+        # What it builds on will not happen.
+        self.text("Rejected: will not run")
+        self.text("Will fail: ")
+        self.screen.picture("panel-19-one-by-one")
+        self.click(self.button("Reject 2"))
+        self.button("Always allow reading in this project")
+        self.screen.picture("panel-20-only-reading")
+        self.click(self.button("Rules..."))
+        self.button("Add to Approval Rules")
+        self.screen.picture("panel-21-rules")
+        self.click(self.button("Close Project Settings"))
+        self.click(self.button("Always allow reading in this project"))
+        self.gone("Rules...")
+        self.assertIn("= 12", self.read("Source", "Moor", "Walker.h"))
+        self.assertRegex(self.read("Saved", "Config", "LinuxEditor", "EditorPerUserSettings.ini"),
+                         r"ApprovalRules=.*Decision=Allow,.*read")
+        self.close_editor()
+
     def test_code_far_to_the_right_is_seen_before_it_is_approved(self):
         self.answer_with(tool("a", "execute_unreal_engine_api_python_script",
                               code="import unreal" + " " * 300 + "; import os; os.remove('x')"))
@@ -152,10 +179,11 @@ class WindowTest(ScreenTest):
             self.press("Tab")
             self.focused(name)
         self.press("space")
-        self.press("Tab")
-        self.focused("Unchanged lines")
+        for name in ("Reject", "Unchanged lines"):
+            self.press("Tab")
+            self.focused(name)
         self.screen.picture("panel-13-keys")
-        for name in ("Removed lines", "Added lines", "Unchanged lines", "Approve"):
+        for name in ("Removed lines", "Added lines", "Unchanged lines", "Rules...", "Approve"):
             self.press("Tab")
             self.focused(name)
         self.press("Return")

@@ -124,14 +124,20 @@ void FPropertyRows::AddProperty(SVerticalBox& Box, FProperty& Property, const FS
 	if (StructProperty != nullptr)
 	{
 		AddRow(Box, Property.GetDisplayNameText(), Property.GetToolTipText(), SNullWidget::NullWidget, Depth);
-		for (TFieldIterator<FProperty> It(StructProperty->Struct); It; ++It)
-		{
-			AddProperty(Box, **It, Path + TEXT(".") + It->GetName(), Depth + 1);
-		}
+		AddMembers(Box, *StructProperty, Path, Depth + 1);
 		return;
 	}
 	AddRow(Box, Property.GetDisplayNameText(), Property.GetToolTipText(),
 		FPropertyValueWidgets(Page).MakeValue(Property, Path, Property.GetDisplayNameText()), Depth);
+}
+
+void FPropertyRows::AddMembers(
+	SVerticalBox& Box, const FStructProperty& Property, const FString& Path, int32 Depth) const
+{
+	for (TFieldIterator<FProperty> It(Property.Struct); It; ++It)
+	{
+		AddProperty(Box, **It, Path + TEXT(".") + It->GetName(), Depth);
+	}
 }
 
 void FPropertyRows::AddArray(SVerticalBox& Box, const FArrayProperty& Property, const FString& Path, int32 Depth) const
@@ -148,6 +154,10 @@ void FPropertyRows::AddArray(SVerticalBox& Box, const FArrayProperty& Property, 
 		const FText SpokenName =
 			FText::Format(NSLOCTEXT("SettingsViewer", "SpokenElement", "{0} [{1}]"), Name, FText::AsNumber(Index));
 		AddRow(Box, ElementName, FText::GetEmpty(), Widgets.MakeElement(Property, Path, Index, SpokenName), Depth + 1);
+		if (const FStructProperty* const Struct = CastField<FStructProperty>(Property.Inner))
+		{
+			AddMembers(Box, *Struct, FString::Printf(TEXT("%s[%d]"), *Path, Index), Depth + 2);
+		}
 	}
 }
 

@@ -5,6 +5,7 @@
 class FArrayProperty;
 class FProperty;
 class FSettingsPage;
+class FStructProperty;
 class SVerticalBox;
 class SWidget;
 class UStruct;
@@ -36,6 +37,7 @@ public:
 private:
 	int32 AddCategory(SVerticalBox& Box, const FCategoryNode& Node, int32 Depth) const;
 	void AddProperty(SVerticalBox& Box, FProperty& Property, const FString& Path, int32 Depth) const;
+	void AddMembers(SVerticalBox& Box, const FStructProperty& Property, const FString& Path, int32 Depth) const;
 	void AddArray(SVerticalBox& Box, const FArrayProperty& Property, const FString& Path, int32 Depth) const;
 	void AddRow(SVerticalBox& Box, const FText& Name, const FText& ToolTip, const TSharedRef<SWidget>& Value,
 		int32 Depth) const;

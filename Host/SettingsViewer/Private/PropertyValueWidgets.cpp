@@ -220,7 +220,10 @@ TSharedRef<SWidget> FPropertyValueWidgets::MakeElement(
 	const FString Path = FString::Printf(TEXT("%s[%d]"), *ArrayPath, Index);
 	const TSharedRef<SHorizontalBox> Row = SNew(SHorizontalBox);
 	// In a narrow window the value gives way to the buttons.
-	Row->AddSlot().FillWidth(1.0f).MaxWidth(PropertyValueWidgets::TextWidth)[MakeValue(*Property.Inner, Path, Name)];
+	// The members of a struct have rows of their own.
+	const bool bIsStruct = Property.Inner->IsA<FStructProperty>();
+	Row->AddSlot().FillWidth(1.0f).MaxWidth(
+		PropertyValueWidgets::TextWidth)[bIsStruct ? SNullWidget::NullWidget : MakeValue(*Property.Inner, Path, Name)];
 	Row->AddSlot().AutoWidth().VAlign(VAlign_Center)[PropertyValueWidgets::MakeSmallButton(
 		LOCTEXT("InsertSign", "Insert"), FText::Format(LOCTEXT("Insert", "Insert before {0}"), Name),
 		LOCTEXT("InsertTip", "Puts an empty element in front of this one"), OnInsert)];

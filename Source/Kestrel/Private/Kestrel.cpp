@@ -11,6 +11,7 @@
 #include "ISettingsModule.h"
 #include "KestrelCommands.h"
 #include "KestrelLog.h"
+#include "KestrelProjectSettings.h"
 #include "KestrelSettings.h"
 #include "KestrelStage.h"
 #include "Misc/Paths.h"
@@ -46,6 +47,7 @@ namespace KestrelModule
 const FName SettingsContainer("Project");
 const FName SettingsCategory("Plugins");
 const FName SettingsSection("Kestrel");
+const FName ProjectSettingsSection("KestrelProject");
 
 /** The user's key is in it. The engine creates it like any file, for everybody to read where the user's mask allows. */
 void RestrictSettingsFile()
@@ -132,6 +134,19 @@ void FKestrelModule::RegisterSettings()
 		SettingsModule->RegisterSettings(KestrelModule::SettingsContainer, KestrelModule::SettingsCategory,
 			KestrelModule::SettingsSection, LOCTEXT("SettingsName", "Kestrel"),
 			LOCTEXT("SettingsDescription", "Configure My Plugin settings"), GetMutableDefault<UKestrelSettings>());
+		SettingsModule->RegisterSettings(KestrelModule::SettingsContainer, KestrelModule::SettingsCategory,
+			KestrelModule::ProjectSettingsSection, LOCTEXT("ProjectSettingsName", "Kestrel (Project)"),
+			LOCTEXT("ProjectSettingsDescription", "What everybody who works on this project shares"),
+			GetMutableDefault<UKestrelProjectSettings>());
+	}
+}
+
+void FKestrelModule::ShowSettings()
+{
+	if (ISettingsModule* SettingsModule = FModuleManager::GetModulePtr<ISettingsModule>("Settings"))
+	{
+		SettingsModule->ShowViewer(
+			KestrelModule::SettingsContainer, KestrelModule::SettingsCategory, KestrelModule::SettingsSection);
 	}
 }
 
@@ -141,6 +156,8 @@ void FKestrelModule::UnregisterSettings()
 	{
 		SettingsModule->UnregisterSettings(
 			KestrelModule::SettingsContainer, KestrelModule::SettingsCategory, KestrelModule::SettingsSection);
+		SettingsModule->UnregisterSettings(
+			KestrelModule::SettingsContainer, KestrelModule::SettingsCategory, KestrelModule::ProjectSettingsSection);
 	}
 }
 

@@ -32,6 +32,15 @@ TSet<FString> UKestrelSettings::GetEnabledAssetClassPatterns() const
 	return TSet<FString>();
 }
 
+void UKestrelSettings::AllowReading()
+{
+	FKestrelApprovalRule Rule;
+	Rule.Decision = EKestrelApproval::Allow;
+	Rule.Tool = TEXT("read");
+	ApprovalRules.Add(Rule);
+	SaveConfig(CPF_Config);
+}
+
 #if WITH_EDITOR
 void UKestrelSettings::PostEditChangeProperty(FPropertyChangedEvent& PropertyChangedEvent)
 {

@@ -25,6 +25,9 @@ public:
 	/** Whether it is the project, and not this build, that says where requests go. */
 	static bool IsServiceOfProject() { return !StageApiUrl.IsEmpty(); }
 
+	/** Opens the plugin's page of the project settings. */
+	static void ShowSettings();
+
 	/** Brings the panel's tab up, or to front. */
 	void PluginButtonClicked();
 

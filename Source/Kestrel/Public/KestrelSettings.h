@@ -1,6 +1,7 @@
 #pragma once
 
 #include "CoreMinimal.h"
+#include "KestrelApprovalRule.h"
 #include "UObject/Object.h"
 
 #include "KestrelSettings.generated.h"
@@ -108,6 +109,11 @@ public:
 				"Shows the headings, lists, tables and code of answers as such; otherwise answers are shown as they are written"))
 	bool bFormattedAnswers = true;
 
+	UPROPERTY(config, EditAnywhere, Category = "Kestrel|Approval",
+		meta = (DisplayName = "Approval Rules",
+			ToolTip = "Your own rules for this project: what runs without asking, what asks, and what never runs"))
+	TArray<FKestrelApprovalRule> ApprovalRules;
+
 	/** A button in the shape of a box: ticking it puts the default extensions back. */
 	UPROPERTY(EditAnywhere, Category = "Kestrel|Filtering|File|Extensions",
 		meta = (DisplayName = "Reset Supported File Extensions"))
@@ -153,6 +159,9 @@ public:
 	void ResetExcludedDirectories();
 	/** Asset groups have no stored selection, so there is nothing to put back. */
 	void ResetAssetGroups();
+
+	/** Adds the rule that lets tools read the project's files and assets without asking, and saves. */
+	void AllowReading();
 
 	/** Class-name patterns of the assets that the file tree keeps; empty, so that it keeps them all. */
 	TSet<FString> GetEnabledAssetClassPatterns() const;

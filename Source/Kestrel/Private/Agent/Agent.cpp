@@ -1,10 +1,12 @@
 #include "Agent/Agent.h"
 
+#include "Agent/Approval/ApprovalRules.h"
 #include "Agent/Backend/HTTPAPI.h"
 #include "Agent/Chat/KestrelInterface.h"
 #include "Agent/Project/CompilationManager.h"
 #include "Agent/Text/DisplayText.h"
 #include "Agent/Text/JsonText.h"
+#include "Agent/Tools/PendingTools.h"
 #include "Agent/Tools/ToolPlan.h"
 #include "Dom/JsonObject.h"
 #include "Dom/JsonValue.h"
@@ -75,6 +77,18 @@ bool IsOfType(const FJsonObject& Block, const TCHAR* Type)
 }
 }
 
+/** The tools of an answer, one after the other. */
+struct FAgent::FTurn
+{
+	const FKestrelApprovalRules Rules;
+	KestrelAgent::FSharedFinder Finder;
+	TUniquePtr<FKestrelToolPlanner> Planner;
+	int32 NumToolUses = 0;
+	bool bGoesOn = true;
+	bool bDenied = false;
+	bool bRanByRule = false;
+};
+
 FAgent& FAgent::Get()
 {
 	static FAgent Instance;
@@ -82,6 +96,7 @@ FAgent& FAgent::Get()
 }
 
 FAgent::FAgent()
+	: PendingTools(MakeShared<FKestrelPendingTools>())
 {
 	FHTTPAPI& Backend = FHTTPAPI::Get();
 	Backend.OnRegularRequest.BindRaw(this, &FAgent::HandleRegularRequest);
@@ -148,7 +163,7 @@ void FAgent::EnterIdle(const FString&)
 {
 	SetPaused(false);
 	SetApproved(false);
-	PendingPlans.Empty();
+	PendingTools->Empty();
 	ClearConversationId();
 	FHTTPAPI::Get().CancelPolling();
 }
@@ -162,7 +177,7 @@ void FAgent::EnterInitialRequest(const FString& Prompt)
 	SetUndoConversationID(ConversationId);
 	StoredMessages.Empty();
 	ClearToolResults();
-	PendingPlans.Empty();
+	PendingTools->Empty();
 	if (FKestrelModule::IsStageRefused())
 	{
 		CancelRequest(LOCTEXT("StageRefused",
@@ -176,6 +191,12 @@ void FAgent::EnterInitialRequest(const FString& Prompt)
 		FKestrelInterface::Get().AddHint(
 			FText::Format(LOCTEXT("ServiceOfProject", "This project sends requests to {0} (Config/DefaultPlugin.ini)."),
 				FText::FromString(KestrelDisplayText::EscapeLine(FKestrelModule::GetApiHost()))));
+	}
+	if (FKestrelApprovalRules().AllowAnything())
+	{
+		FKestrelInterface::Get().AddHint(LOCTEXT("RulesAllow",
+			"Rules let some tools run without asking: Project Settings, Plugins, Kestrel. Each such run leaves a "
+			"line here."));
 	}
 	FHTTPAPI::Get().InitialPromptRequest(Prompt);
 }
@@ -216,29 +237,34 @@ void FAgent::EnterContinue(const FString& Message)
 bool FAgent::RunPendingTools()
 {
 	// Taken first: a tool may change the agent's state.
-	const TArray<TSharedRef<FKestrelToolPlan>> Plans = MoveTemp(PendingPlans);
-	PendingPlans.Empty();
+	const TArray<FKestrelPendingTools::FTool> Tools = PendingTools->Take();
+	const FKestrelApprovalRules Rules;
 	KestrelAgent::FSharedFinder Finder;
 	bool bTurnGoesOn = true;
-	for (int32 Index = 0; Index < Plans.Num(); ++Index)
+	for (int32 Index = 0; Index < Tools.Num(); ++Index)
 	{
-		if (!bTurnGoesOn)
+		const FKestrelToolPlan& Plan = *Tools[Index].Plan;
+		if (!bTurnGoesOn || Tools[Index].Answer == EKestrelAnswer::Rejected)
 		{
-			AbortTool(Plans[Index]->ToolUseId);
+			AbortTool(Plan.ToolUseId);
 		}
-		else if (Plans[Index]->StillHolds(*Finder.Get()))
+		else if (Rules.Judge(Plan.MakeSubject()) == EKestrelRuling::Deny)
 		{
-			bTurnGoesOn = RunTool(*Plans[Index]);
-			Finder.NoteThatRan(*Plans[Index]);
+			DenyTool(Plan);
+		}
+		else if (Plan.StillHolds(*Finder.Get()))
+		{
+			bTurnGoesOn = RunTool(Plan);
+			Finder.NoteThatRan(Plan);
 		}
 		else
 		{
-			// Those behind it may build on what it does.
-			FKestrelToolPlanner Planner(EKestrelLookAhead::Limited, Finder.Get());
-			for (; Index < Plans.Num(); ++Index)
+			for (; Index < Tools.Num(); ++Index)
 			{
-				PendingPlans.Add(Planner.PlanAgain(*Plans[Index]));
+				const bool bRejected = Tools[Index].Answer == EKestrelAnswer::Rejected;
+				PendingTools->Add(Tools[Index].Plan, bRejected ? EKestrelAnswer::Rejected : EKestrelAnswer::None);
 			}
+			PendingTools->PlanAgain(Finder.Get());
 			FKestrelInterface::Get().AddHint(LOCTEXT("PlanAgain",
 				"A file has changed since its change was shown. Look at what is left, and approve again."));
 			return false;
@@ -247,13 +273,31 @@ bool FAgent::RunPendingTools()
 	return true;
 }
 
+void FAgent::AnswerPendingTool(int32 Index, EKestrelAnswer Answer)
+{
+	if (State != EAgentState::AwaitingApproval && State != EAgentState::Pause)
+	{
+		return;
+	}
+	PendingTools->Answer(Index, Answer);
+	if (PendingTools->IsEmpty() || !PendingTools->AreAllAnswered())
+	{
+		StateChanged.Broadcast();
+		return;
+	}
+	if (State == EAgentState::AwaitingApproval)
+	{
+		SetAgentState(EAgentState::Approved, nullptr);
+	}
+	Continue(FString());
+}
+
 void FAgent::AbortPendingTools()
 {
-	for (const TSharedRef<FKestrelToolPlan>& Plan : PendingPlans)
+	for (const FKestrelPendingTools::FTool& Each : PendingTools->Take())
 	{
-		AbortTool(Plan->ToolUseId);
+		AbortTool(Each.Plan->ToolUseId);
 	}
-	PendingPlans.Empty();
 }
 
 void FAgent::EnterAwaitingUpdate(const FString&)
@@ -391,7 +435,7 @@ void FAgent::HandlePollStatusRequestCompleted(const TSharedPtr<FJsonObject> Resp
 	// one.
 	const int32 NumWaiting = ToolResults.Num();
 	HandleContentBlocks(*Content);
-	if (ToolResults.Num() == NumWaiting || !PendingPlans.IsEmpty())
+	if (ToolResults.Num() == NumWaiting || !PendingTools->IsEmpty())
 	{
 		FinishAnswerWithoutToolResults();
 		return;
@@ -425,10 +469,7 @@ void FAgent::StoreAnswer(const TSharedPtr<FJsonObject>& Response)
 
 void FAgent::HandleContentBlocks(const TArray<TSharedPtr<FJsonValue>>& Content)
 {
-	TUniquePtr<FKestrelToolPlanner> Planner;
-	KestrelAgent::FSharedFinder Finder;
-	bool bTurnGoesOn = true;
-	int32 NumToolUses = 0;
+	FTurn Turn;
 	for (const TSharedPtr<FJsonValue>& Value : Content)
 	{
 		const TSharedPtr<FJsonObject>* Block = nullptr;
@@ -441,48 +482,82 @@ void FAgent::HandleContentBlocks(const TArray<TSharedPtr<FJsonValue>>& Content)
 		{
 			KestrelAgent::ShowAssistantText(Text);
 		}
-		else if (KestrelAgent::IsOfType(**Block, TEXT("tool_use")) && ++NumToolUses > KestrelAgent::MaxToolUses)
-		{
-			constexpr bool bIsError = true;
-			FString Id;
-			(*Block)->TryGetStringField(TEXT("id"), Id);
-			AddToolResult(Id, KestrelAgent::DescribeTooManyTools(), bIsError);
-		}
 		else if (KestrelAgent::IsOfType(**Block, TEXT("tool_use")))
 		{
-			if (!Planner || PendingPlans.IsEmpty())
-			{
-				// What ran is on the disk; what waits, for those behind it, only in the planner's view.
-				Planner = MakeUnique<FKestrelToolPlanner>(EKestrelLookAhead::Limited, Finder.Get());
-			}
-			const TSharedRef<FKestrelToolPlan> Plan = Planner->Plan(**Block);
-			if (bTurnGoesOn)
-			{
-				bTurnGoesOn = HandleToolUse(Plan);
-				Finder.NoteThatRan(*Plan);
-			}
-			else
-			{
-				AbortTool(Plan->ToolUseId);
-			}
+			HandleToolUse(Turn, **Block);
 		}
 	}
-}
-
-bool FAgent::HandleToolUse(const TSharedRef<FKestrelToolPlan>& Plan)
-{
-	// Tools run in order: one that waits keeps those behind it waiting.
-	if (!bPaused && PendingPlans.IsEmpty() && MayRunWithoutAsking(*Plan))
+	if (Turn.bDenied)
 	{
-		return RunTool(*Plan);
+		// They were planned on top of what never happens.
+		PendingTools->PlanAgain(Turn.Finder.Get());
 	}
-	PendingPlans.Add(Plan);
-	return true;
+	if (Turn.bRanByRule && PendingTools->IsEmpty())
+	{
+		SetApproved(true);
+	}
 }
 
-bool FAgent::MayRunWithoutAsking(const FKestrelToolPlan& Plan) const
+void FAgent::HandleToolUse(FTurn& InOutTurn, const FJsonObject& Block)
 {
-	return GetDefault<UKestrelSettings>()->bAutoApprove || (WasApproved() && Plan.Cautions.IsEmpty());
+	if (++InOutTurn.NumToolUses > KestrelAgent::MaxToolUses)
+	{
+		constexpr bool bIsError = true;
+		FString Id;
+		Block.TryGetStringField(TEXT("id"), Id);
+		AddToolResult(Id, KestrelAgent::DescribeTooManyTools(), bIsError);
+		return;
+	}
+	if (!InOutTurn.Planner || PendingTools->IsEmpty())
+	{
+		// What ran is on the disk; what waits, for those behind it, only in the planner's view.
+		InOutTurn.Planner = MakeUnique<FKestrelToolPlanner>(EKestrelLookAhead::Limited, InOutTurn.Finder.Get());
+	}
+	const TSharedRef<FKestrelToolPlan> Plan = InOutTurn.Planner->Plan(Block);
+	if (InOutTurn.bGoesOn)
+	{
+		RunOrKeep(InOutTurn, Plan);
+	}
+	else
+	{
+		AbortTool(Plan->ToolUseId);
+	}
+}
+
+void FAgent::RunOrKeep(FTurn& InOutTurn, const TSharedRef<FKestrelToolPlan>& Plan)
+{
+	const EKestrelRuling Ruling = InOutTurn.Rules.Judge(Plan->MakeSubject());
+	// Tools run in order: one that waits keeps those behind it waiting.
+	const bool bIsItsTurn = !bPaused && PendingTools->IsEmpty();
+	if (Ruling == EKestrelRuling::Deny)
+	{
+		DenyTool(*Plan);
+		InOutTurn.bDenied = true;
+	}
+	else if (bIsItsTurn && MayRunWithoutAsking(*Plan, Ruling))
+	{
+		if (Ruling == EKestrelRuling::Allow)
+		{
+			FKestrelInterface::Get().AddHint(
+				FText::Format(LOCTEXT("Allowed", "Allowed by a rule: {0}"), Plan->Describe()));
+			InOutTurn.bRanByRule = true;
+		}
+		InOutTurn.bGoesOn = RunTool(*Plan);
+		InOutTurn.Finder.NoteThatRan(*Plan);
+	}
+	else
+	{
+		PendingTools->Add(Plan);
+	}
+}
+
+bool FAgent::MayRunWithoutAsking(const FKestrelToolPlan& Plan, EKestrelRuling Ruling) const
+{
+	if (GetDefault<UKestrelSettings>()->bAutoApprove || Ruling == EKestrelRuling::Allow)
+	{
+		return true;
+	}
+	return Ruling != EKestrelRuling::Ask && WasApproved() && Plan.Cautions.IsEmpty();
 }
 
 void FAgent::FinishAnswerWithoutToolResults()
@@ -492,7 +567,7 @@ void FAgent::FinishAnswerWithoutToolResults()
 		SetAgentState(EAgentState::Pause, nullptr);
 		return;
 	}
-	const bool bMayGoOn = PendingPlans.IsEmpty() && MayActWithoutAsking();
+	const bool bMayGoOn = PendingTools->IsEmpty() && MayActWithoutAsking();
 	SetAgentState(bMayGoOn ? EAgentState::AwaitingUpdate : EAgentState::AwaitingApproval, nullptr);
 }
 

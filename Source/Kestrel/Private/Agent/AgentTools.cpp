@@ -66,6 +66,13 @@ void FAgent::AbortTool(const FString& ToolUseId)
 	AddToolResult(Result);
 }
 
+void FAgent::DenyTool(const FKestrelToolPlan& Plan)
+{
+	constexpr bool bIsError = true;
+	AddToolResult(Plan.ToolUseId, TEXT("Error: Not run, since a rule of the user's denies it."), bIsError);
+	FKestrelInterface::Get().AddHint(FText::Format(LOCTEXT("Denied", "Denied by a rule: {0}"), Plan.Describe()));
+}
+
 bool FAgent::RunTool(const FKestrelToolPlan& Plan)
 {
 	const FString Text = Plan.Apply();

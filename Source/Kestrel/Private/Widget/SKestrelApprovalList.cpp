@@ -3,6 +3,7 @@
 #include "Agent/Text/DisplayText.h"
 #include "Framework/Text/TextLayout.h"
 #include "Input/Reply.h"
+#include "Layout/Margin.h"
 #include "Layout/Visibility.h"
 #include "Styling/CoreStyle.h"
 #include "Styling/ISlateStyle.h"
@@ -10,10 +11,12 @@
 #include "Styling/SlateTypes.h"
 #include "Types/SlateEnums.h"
 #include "Widget/KestrelStyle.h"
+#include "Widget/SKestrelApproveButton.h"
 #include "Widgets/Input/SButton.h"
 #include "Widgets/Layout/SBorder.h"
 #include "Widgets/Layout/SBox.h"
 #include "Widgets/Layout/SScrollBox.h"
+#include "Widgets/Layout/SWrapBox.h"
 #include "Widgets/SBoxPanel.h"
 #include "Widgets/SNullWidget.h"
 #include "Widgets/Text/SMultiLineEditableText.h"
@@ -26,12 +29,15 @@ constexpr float RowGap = 4.0f;
 constexpr float ColumnGap = 8.0f;
 constexpr float RemarkIndent = 16.0f;
 constexpr float FontSize = 9.0f;
+/** Rows are many: their buttons are lower than those of the panel. */
+const FMargin ButtonPadding(6.0f, 0.0f);
 /** Slate units; more rows, and unfolded changes, scroll. */
 constexpr float MaxHeight = 240.0f;
 
 const FLinearColor PlainColor(0.55f, 0.55f, 0.55f);
 const FLinearColor FailingColor(0.32f, 0.32f, 0.32f);
 const FLinearColor WarningColor(1.0f, 0.55f, 0.15f);
+const FLinearColor AcceptedColor(0.35f, 0.75f, 0.4f);
 
 /** What the plugin has to say about a tool, on a line of its own: no name can pass for it. */
 struct FRemark
@@ -50,13 +56,6 @@ FString JoinTexts(const TArray<FText>& Texts)
 	return FString::Join(Strings, TEXT(", "));
 }
 
-/** A name of any length leaves room for what is said about it. */
-FString Elide(const FString& Text)
-{
-	constexpr int32 MaxLength = 400;
-	return Text.Len() <= MaxLength ? Text : Text.Left(MaxLength / 2) + TEXT(" \u2026 ") + Text.Right(MaxLength / 2);
-}
-
 bool WillFail(const FKestrelToolPlan& Plan)
 {
 	return !Plan.Refusal.IsEmpty();
@@ -68,22 +67,10 @@ bool IsRisky(const FKestrelToolPlan& Plan)
 	return !WillFail(Plan) && (Plan.StandsOut() || !KestrelDisplayText::FindLookAlikes(Plan.Target).IsEmpty());
 }
 
-/** "Change Source/A.h: 3 replacements", behind its number when there are several. */
+/** The plan in words, behind its number when there are several. */
 FText DescribeTool(const FKestrelToolPlan& Plan, int32 Number)
 {
-	FString Text = (Number > 0 ? FString::Printf(TEXT("%d. "), Number) : FString()) + Plan.Verb.ToString();
-	if (!Plan.Target.IsEmpty())
-	{
-		Text += TEXT(" ") + Elide(KestrelDisplayText::EscapeLine(Plan.Target));
-	}
-	if (Plan.NumReplacements.IsSet())
-	{
-		Text +=
-			TEXT(": ") + FText::Format(LOCTEXT("Replacements", "{0} {0}|plural(one=replacement,other=replacements)"),
-							 Plan.NumReplacements.GetValue())
-							 .ToString();
-	}
-	return FText::FromString(Text);
+	return Number > 0 ? FText::Format(INVTEXT("{0}. {1}"), Number, Plan.Describe()) : Plan.Describe();
 }
 
 TArray<FText> CollectCautions(const FKestrelToolPlan& Plan)
@@ -92,15 +79,21 @@ TArray<FText> CollectCautions(const FKestrelToolPlan& Plan)
 	const FString LookAlikes = KestrelDisplayText::FindLookAlikes(Plan.Target);
 	if (!LookAlikes.IsEmpty())
 	{
-		Cautions.Add(FText::Format(
-			LOCTEXT("LookAlikes", "characters that look like others: {0}"), FText::FromString(Elide(LookAlikes))));
+		Cautions.Add(FText::Format(LOCTEXT("LookAlikes", "characters that look like others: {0}"),
+			FText::FromString(KestrelDisplayText::Elide(LookAlikes))));
 	}
 	return Cautions;
 }
 
-TArray<FRemark> MakeRemarks(const FKestrelToolPlan& Plan)
+TArray<FRemark> MakeRemarks(const FKestrelToolPlan& Plan, EKestrelAnswer Answer)
 {
 	TArray<FRemark> Remarks;
+	if (Answer != EKestrelAnswer::None)
+	{
+		Remarks.Add({ Answer == EKestrelAnswer::Accepted ? LOCTEXT("Accepted", "Accepted: runs when all are answered")
+														 : LOCTEXT("Rejected", "Rejected: will not run"),
+			Answer == EKestrelAnswer::Accepted ? AcceptedColor : WarningColor });
+	}
 	const auto Add = [&Remarks](const FText& Format, const FString& What, const FLinearColor& Color) {
 		if (!What.IsEmpty())
 		{
@@ -108,11 +101,11 @@ TArray<FRemark> MakeRemarks(const FKestrelToolPlan& Plan)
 		}
 	};
 	Add(LOCTEXT("WillFail", "Will fail: {0}"),
-		Elide(KestrelDisplayText::EscapeLine(
+		KestrelDisplayText::Elide(KestrelDisplayText::EscapeLine(
 			Plan.Refusal.Replace(TEXT("Error: "), TEXT(""), ESearchCase::CaseSensitive))),
 		PlainColor);
-	Add(LOCTEXT("LeadsTo", "Link, leads to: {0}"), Elide(KestrelDisplayText::EscapeLine(Plan.LinkTarget)),
-		WarningColor);
+	Add(LOCTEXT("LeadsTo", "Link, leads to: {0}"),
+		KestrelDisplayText::Elide(KestrelDisplayText::EscapeLine(Plan.LinkTarget)), WarningColor);
 	Add(LOCTEXT("Caution", "Caution: {0}"), JoinTexts(CollectCautions(Plan)),
 		WillFail(Plan) ? PlainColor : WarningColor);
 	Add(LOCTEXT("Note", "Note: {0}"), JoinTexts(Plan.Notes), Plan.bCannotBeShown ? WarningColor : PlainColor);
@@ -207,6 +200,9 @@ int32 GetRank(const FKestrelToolPlan& Plan)
 void SKestrelApprovalList::Construct(const FArguments& InArgs)
 {
 	OnMakeChangeView = InArgs._OnMakeChangeView;
+	OnAnswer = InArgs._OnAnswer;
+	OnAllowReading = InArgs._OnAllowReading;
+	OnEditRules = InArgs._OnEditRules;
 	// clang-format off
 	ChildSlot
 	[
@@ -233,67 +229,76 @@ void SKestrelApprovalList::Construct(const FArguments& InArgs)
 						SAssignNew(Rows, SVerticalBox)
 					]
 				]
+				+ SVerticalBox::Slot()
+				.AutoHeight()
+				.Padding(0.0f, KestrelApprovalList::RowGap, 0.0f, 0.0f)
+				[
+					SAssignNew(RuleButtons, SBox)
+				]
 			]
 		]
 	];
 	// clang-format on
 }
 
-void SKestrelApprovalList::SetPlans(const TArray<TSharedRef<FKestrelToolPlan>>& Plans, bool bPaused)
+void SKestrelApprovalList::SetTools(const FKestrelPendingTools& PendingTools, bool bPaused)
 {
+	const TArray<FKestrelPendingTools::FTool>& Tools = PendingTools.GetTools();
+	TArray<FString> Ids;
+	for (const FKestrelPendingTools::FTool& Tool : Tools)
+	{
+		Ids.Add(Tool.Plan->ToolUseId);
+	}
+	const TMap<int32, TSharedRef<SWidget>> UnfoldedBefore =
+		Ids == ToolUseIds ? MoveTemp(Unfolded) : TMap<int32, TSharedRef<SWidget>>();
+	ToolUseIds = MoveTemp(Ids);
+	Unfolded.Empty();
 	Rows->ClearChildren();
 	constexpr int32 NumRanks = 3;
 	int32 Counts[NumRanks] = {};
 	for (int32 Rank = 0; Rank < NumRanks; ++Rank)
 	{
-		for (int32 Index = 0; Index < Plans.Num(); ++Index)
+		for (int32 Index = 0; Index < Tools.Num(); ++Index)
 		{
-			if (KestrelApprovalList::GetRank(*Plans[Index]) != Rank)
+			if (KestrelApprovalList::GetRank(*Tools[Index].Plan) != Rank)
 			{
 				continue;
 			}
 			++Counts[Rank];
+			const int32 Number = Tools.Num() > 1 ? Index + 1 : 0;
 			// clang-format off
 			Rows->AddSlot()
 			.AutoHeight()
 			.Padding(0.0f, KestrelApprovalList::RowGap)
 			[
-				MakeRow(Plans[Index], Plans.Num() > 1 ? Index + 1 : 0)
+				MakeRow(Tools[Index], Number, UnfoldedBefore.Contains(Number))
 			];
 			// clang-format on
 		}
 	}
-	Heading->SetContent(Plans.IsEmpty() ? SNullWidget::NullWidget
-										: KestrelApprovalList::MakeHeading(Plans.Num(), Counts[0], Counts[2], bPaused));
+	Heading->SetContent(Tools.IsEmpty() ? SNullWidget::NullWidget
+										: KestrelApprovalList::MakeHeading(Tools.Num(), Counts[0], Counts[2], bPaused));
+	RuleButtons->SetContent(MakeRuleButtons(PendingTools.OnlyRead()));
 }
 
-TSharedRef<SWidget> SKestrelApprovalList::MakeRow(const TSharedRef<FKestrelToolPlan>& Plan, int32 Number)
+TSharedRef<SWidget> SKestrelApprovalList::MakeRow(const FKestrelPendingTools::FTool& Tool, int32 Number, bool bUnfolded)
 {
-	const bool bRisky = KestrelApprovalList::IsRisky(*Plan);
+	const FKestrelToolPlan& Plan = *Tool.Plan;
+	const bool bWillRun = Tool.Answer != EKestrelAnswer::Rejected;
+	const bool bRisky = bWillRun && KestrelApprovalList::IsRisky(Plan);
 	const FTextBlockStyle Style = KestrelApprovalList::MakeTextStyle(bRisky ? FName("Bold") : FName("Regular"),
-		KestrelApprovalList::WillFail(*Plan) ? KestrelApprovalList::FailingColor : KestrelApprovalList::PlainColor);
+		KestrelApprovalList::WillFail(Plan) || !bWillRun ? KestrelApprovalList::FailingColor
+														 : KestrelApprovalList::PlainColor);
 
 	const TSharedRef<SVerticalBox> Row = SNew(SVerticalBox);
 	// clang-format off
 	Row->AddSlot()
 	.AutoHeight()
 	[
-		SNew(SHorizontalBox)
-		+ SHorizontalBox::Slot()
-		.FillWidth(1.0f)
-		.VAlign(VAlign_Center)
-		[
-			KestrelApprovalList::MakeText(
-				KestrelApprovalList::DescribeTool(*Plan, Number), Style, LOCTEXT("Waiting", "Waits for approval"))
-		]
-		+ SHorizontalBox::Slot()
-		.AutoWidth()
-		.VAlign(VAlign_Top)
-		[
-			MakeUnfoldButton(Plan, Number, Row)
-		]
+		KestrelApprovalList::MakeText(
+			KestrelApprovalList::DescribeTool(Plan, Number), Style, LOCTEXT("Waiting", "Waits for approval"))
 	];
-	for (const KestrelApprovalList::FRemark& Remark : KestrelApprovalList::MakeRemarks(*Plan))
+	for (const KestrelApprovalList::FRemark& Remark : KestrelApprovalList::MakeRemarks(Plan, Tool.Answer))
 	{
 		const FTextBlockStyle RemarkStyle = KestrelApprovalList::MakeTextStyle("Regular", Remark.Color);
 		Row->AddSlot()
@@ -303,8 +308,94 @@ TSharedRef<SWidget> SKestrelApprovalList::MakeRow(const TSharedRef<FKestrelToolP
 			KestrelApprovalList::MakeText(Remark.Text, RemarkStyle, LOCTEXT("Remark", "Remark"))
 		];
 	}
+	Row->AddSlot()
+	.AutoHeight()
+	.Padding(KestrelApprovalList::RemarkIndent, 0.0f, 0.0f, 0.0f)
+	[
+		MakeRowButtons(Tool, Number, Row)
+	];
 	// clang-format on
+	if (bUnfolded && Plan.Change.IsSet())
+	{
+		Unfold(Number, Tool.Plan, *Row);
+	}
 	return Row;
+}
+
+TSharedRef<SWidget> SKestrelApprovalList::MakeRowButtons(
+	const FKestrelPendingTools::FTool& Tool, int32 Number, const TSharedRef<SVerticalBox>& Row)
+{
+	const bool bIsOpen = Tool.Answer == EKestrelAnswer::None;
+	const TSharedRef<SWidget> Accept = MakeAnswerButton(LOCTEXT("Accept", "Accept {0}"),
+		LOCTEXT("AcceptTip", "Let this run, and decide on the others one by one"), Number, EKestrelAnswer::Accepted);
+	const TSharedRef<SWidget> Reject =
+		MakeAnswerButton(Number > 0 ? LOCTEXT("Reject", "Reject {0}") : LOCTEXT("RejectOnly", "Reject"),
+			LOCTEXT("RejectTip", "Tell the assistant that this was not run"), Number, EKestrelAnswer::Rejected);
+	const TSharedRef<SWidget> TakeBack = MakeAnswerButton(LOCTEXT("TakeBack", "Take back {0}"),
+		LOCTEXT("TakeBackTip", "Leave it open again whether this runs"), Number, EKestrelAnswer::None);
+	// The only tool is accepted with Approve.
+	Accept->SetVisibility(bIsOpen && Number > 0 ? EVisibility::Visible : EVisibility::Collapsed);
+	Reject->SetVisibility(bIsOpen ? EVisibility::Visible : EVisibility::Collapsed);
+	TakeBack->SetVisibility(bIsOpen ? EVisibility::Collapsed : EVisibility::Visible);
+	// clang-format off
+	return SNew(SWrapBox)
+		.UseAllottedSize(true)
+		.InnerSlotPadding(FVector2D(KestrelApprovalList::RowGap, KestrelApprovalList::RowGap))
+		+ SWrapBox::Slot() [MakeUnfoldButton(Tool.Plan, Number, Row)]
+		+ SWrapBox::Slot() [Accept]
+		+ SWrapBox::Slot() [Reject]
+		+ SWrapBox::Slot() [TakeBack];
+	// clang-format on
+}
+
+TSharedRef<SWidget> SKestrelApprovalList::MakeAnswerButton(
+	const FText& Label, const FText& ToolTip, int32 Number, EKestrelAnswer Given)
+{
+	const int32 Index = FMath::Max(Number - 1, 0);
+	// clang-format off
+	// The second press of a double click would answer for whatever has moved under the pointer.
+	return SNew(SKestrelApproveButton)
+		.ContentPadding(KestrelApprovalList::ButtonPadding)
+		.Text(FText::Format(Label, Number))
+		.ToolTipText(ToolTip)
+		.OnClicked_Lambda([this, Index, Given]() {
+			OnAnswer.ExecuteIfBound(Index, Given);
+			return FReply::Handled();
+		});
+	// clang-format on
+}
+
+TSharedRef<SWidget> SKestrelApprovalList::MakeRuleButtons(bool bOnlyRead)
+{
+	const auto Run = [](const FSimpleDelegate& Delegate) {
+		return FOnClicked::CreateLambda([Delegate]() {
+			Delegate.ExecuteIfBound();
+			return FReply::Handled();
+		});
+	};
+	// clang-format off
+	return SNew(SWrapBox)
+		.UseAllottedSize(true)
+		.InnerSlotPadding(FVector2D(KestrelApprovalList::RowGap, KestrelApprovalList::RowGap))
+		+ SWrapBox::Slot()
+		[
+			SNew(SButton)
+			.ContentPadding(KestrelApprovalList::ButtonPadding)
+			.Text(LOCTEXT("AllowReading", "Always allow reading in this project"))
+			.ToolTipText(LOCTEXT("AllowReadingTip",
+				"Adds a rule: what only reads the project's files and assets runs without asking"))
+			.Visibility(bOnlyRead ? EVisibility::Visible : EVisibility::Collapsed)
+			.OnClicked(Run(OnAllowReading))
+		]
+		+ SWrapBox::Slot()
+		[
+			SNew(SButton)
+			.ContentPadding(KestrelApprovalList::ButtonPadding)
+			.Text(LOCTEXT("Rules", "Rules..."))
+			.ToolTipText(LOCTEXT("RulesTip", "Say what runs without asking, what asks, and what never runs"))
+			.OnClicked(Run(OnEditRules))
+		];
+	// clang-format on
 }
 
 TSharedRef<SWidget> SKestrelApprovalList::MakeUnfolded(const FKestrelToolPlan& Plan, int32 Number) const
@@ -331,35 +422,42 @@ TSharedRef<SWidget> SKestrelApprovalList::MakeUnfolded(const FKestrelToolPlan& P
 	// clang-format on
 }
 
+void SKestrelApprovalList::Unfold(int32 Number, const TSharedRef<FKestrelToolPlan>& Plan, SVerticalBox& Row)
+{
+	const TSharedRef<SWidget> Change = MakeUnfolded(*Plan, Number);
+	Unfolded.Emplace(Number, Change);
+	// clang-format off
+	Row.AddSlot()
+	.AutoHeight()
+	[
+		Change
+	];
+	// clang-format on
+}
+
 TSharedRef<SWidget> SKestrelApprovalList::MakeUnfoldButton(
 	const TSharedRef<FKestrelToolPlan>& Plan, int32 Number, const TSharedRef<SVerticalBox>& Row)
 {
 	const TWeakPtr<SVerticalBox> WeakRow = Row;
-	const TSharedRef<TSharedPtr<SWidget>> Unfolded = MakeShared<TSharedPtr<SWidget>>();
-	const auto OnClicked = [this, WeakRow, Unfolded, Plan, Number]() {
+	const auto OnClicked = [this, WeakRow, Plan, Number]() {
 		const TSharedPtr<SVerticalBox> PinnedRow = WeakRow.Pin();
-		if (PinnedRow.IsValid() && Unfolded->IsValid())
+		const TSharedRef<SWidget>* Change = Unfolded.Find(Number);
+		if (PinnedRow.IsValid() && Change)
 		{
-			PinnedRow->RemoveSlot(Unfolded->ToSharedRef());
-			Unfolded->Reset();
+			PinnedRow->RemoveSlot(*Change);
+			Unfolded.Remove(Number);
 		}
 		else if (PinnedRow.IsValid() && OnMakeChangeView.IsBound())
 		{
-			*Unfolded = MakeUnfolded(*Plan, Number);
-			// clang-format off
-			PinnedRow->AddSlot()
-			.AutoHeight()
-			[
-				Unfolded->ToSharedRef()
-			];
-			// clang-format on
+			Unfold(Number, Plan, *PinnedRow);
 		}
 		return FReply::Handled();
 	};
 	const bool bScript = Plan->Kind == EKestrelToolKind::Run;
 	return SNew(SButton)
-		.Text_Lambda([Unfolded, bScript, Number]() {
-			return KestrelApprovalList::LabelUnfoldButton(bScript, Unfolded->IsValid(), Number);
+		.ContentPadding(KestrelApprovalList::ButtonPadding)
+		.Text_Lambda([this, bScript, Number]() {
+			return KestrelApprovalList::LabelUnfoldButton(bScript, Unfolded.Contains(Number), Number);
 		})
 		.Visibility(Plan->Change.IsSet() ? EVisibility::Visible : EVisibility::Collapsed)
 		.OnClicked_Lambda(OnClicked);

@@ -2,11 +2,12 @@
 
 #include "Agent/Agent.h"
 #include "Agent/Chat/KestrelInterface.h"
-#include "Agent/Tools/ToolPlan.h"
+#include "Agent/Tools/PendingTools.h"
 #include "Framework/Application/SlateApplication.h"
 #include "HAL/PlatformTime.h"
 #include "Input/Events.h"
 #include "InputCoreTypes.h"
+#include "Kestrel.h"
 #include "Layout/Geometry.h"
 #include "Layout/Visibility.h"
 #include "Misc/Attribute.h"
@@ -82,6 +83,9 @@ void SKestrelWidget::Construct(const FArguments& InArgs)
 				SAssignNew(ApprovalList, SKestrelApprovalList)
 				.Visibility(this, &SKestrelWidget::GetApprovalListVisibility)
 				.OnMakeChangeView(this, &SKestrelWidget::MakeChangeView)
+				.OnAnswer(this, &SKestrelWidget::OnAnswerTool)
+				.OnAllowReading(this, &SKestrelWidget::OnAllowReading)
+				.OnEditRules_Static(&FKestrelModule::ShowSettings)
 			]
 			+ SVerticalBox::Slot()
 			.AutoHeight()
@@ -170,23 +174,20 @@ SKestrelWidget::~SKestrelWidget()
 void SKestrelWidget::OnAgentStateChanged()
 {
 	GiveBackUnansweredPrompt();
-	const TArray<TSharedRef<FKestrelToolPlan>>& Plans = FAgent::Get().GetPendingPlans();
+	const FKestrelPendingTools& Tools = FAgent::Get().GetPendingTools();
 	if (GetApprovalListVisibility() == EVisibility::Visible)
 	{
-		ApprovalList->SetPlans(Plans, FAgent::Get().GetAgentState() == EAgentState::Pause);
+		ApprovalList->SetTools(Tools, FAgent::Get().GetAgentState() == EAgentState::Pause);
 	}
-	const bool bAllFail = !Plans.IsEmpty() && !Plans.ContainsByPredicate([](const TSharedRef<FKestrelToolPlan>& Plan) {
-		return Plan->Refusal.IsEmpty();
-	});
 	ApproveButton->SetButtonStyle(
-		&FAppStyle::Get().GetWidgetStyle<FButtonStyle>(bAllFail ? FName("Button") : FName("PrimaryButton")));
+		&FAppStyle::Get().GetWidgetStyle<FButtonStyle>(Tools.WillAllFail() ? FName("Button") : FName("PrimaryButton")));
 }
 
 EVisibility SKestrelWidget::GetApprovalListVisibility() const
 {
 	const EAgentState State = FAgent::Get().GetAgentState();
 	const bool bWaits = State == EAgentState::AwaitingApproval || State == EAgentState::Pause;
-	return bWaits && !FAgent::Get().GetPendingPlans().IsEmpty() ? EVisibility::Visible : EVisibility::Collapsed;
+	return bWaits && !FAgent::Get().GetPendingTools().IsEmpty() ? EVisibility::Visible : EVisibility::Collapsed;
 }
 
 EActiveTimerReturnType SKestrelWidget::SetFocusPostConstruct(double InCurrentTime, float InDeltaTime)

@@ -21,6 +21,7 @@ class SButton;
 class SComboButton;
 class SKestrelApprovalList;
 class SKestrelPromptBox;
+enum class EKestrelAnswer : uint8;
 class SMultiLineEditableText;
 struct FKestrelTranscriptEntry;
 
@@ -80,6 +81,8 @@ public:
 	FReply OnContinueButtonClicked();
 	FReply OnPauseButtonClicked();
 	FReply OnApproveButtonClicked();
+	void OnAnswerTool(int32 Index, EKestrelAnswer Answer);
+	void OnAllowReading();
 	FReply OnUndoClicked();
 	FReply OnRedoClicked();
 	FReply OnRequestEndButtonClicked();

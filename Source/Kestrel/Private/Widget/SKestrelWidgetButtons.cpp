@@ -1,5 +1,6 @@
 #include "Agent/Agent.h"
 #include "Agent/Chat/KestrelInterface.h"
+#include "Framework/Application/SlateApplication.h"
 #include "KestrelSettings.h"
 #include "Layout/Visibility.h"
 #include "Styling/AppStyle.h"
@@ -7,6 +8,7 @@
 #include "Styling/SlateTypes.h"
 #include "Types/SlateEnums.h"
 #include "UObject/Class.h"
+#include "Widget/Prompt/SKestrelPromptBox.h"
 #include "Widget/SKestrelApproveButton.h"
 #include "Widget/SKestrelWidget.h"
 #include "Widgets/Input/SButton.h"
@@ -269,6 +271,18 @@ FReply SKestrelWidget::OnApproveButtonClicked()
 	FKestrelInterface::Get().Approve();
 	FKestrelInterface::Get().Continue(FString());
 	return HandledWithFocusOnPrompt();
+}
+
+void SKestrelWidget::OnAnswerTool(int32 Index, EKestrelAnswer Answer)
+{
+	FKestrelInterface::Get().AnswerTool(Index, Answer);
+	FSlateApplication::Get().SetKeyboardFocus(PromptBox->GetFocusTarget());
+}
+
+void SKestrelWidget::OnAllowReading()
+{
+	FKestrelInterface::Get().AlwaysAllowReading();
+	FSlateApplication::Get().SetKeyboardFocus(PromptBox->GetFocusTarget());
 }
 
 FReply SKestrelWidget::OnUndoClicked()

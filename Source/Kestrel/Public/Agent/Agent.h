@@ -6,6 +6,9 @@
 
 class FJsonObject;
 class FJsonValue;
+class FKestrelPendingTools;
+enum class EKestrelAnswer : uint8;
+enum class EKestrelRuling : uint8;
 struct FKestrelToolPlan;
 
 /**
@@ -78,8 +81,14 @@ public:
 	void AddToolResult(const FString& ToolUseId, const FString& Content, bool bIsError);
 	const TArray<TSharedPtr<FJsonValue>>& GetToolResults() const { return ToolResults; }
 	void ClearToolResults() { ToolResults.Empty(); }
-	/** What the tools would do that wait for the user. */
-	const TArray<TSharedRef<FKestrelToolPlan>>& GetPendingPlans() const { return PendingPlans; }
+	const FKestrelPendingTools& GetPendingTools() const { return *PendingTools; }
+	/**
+	 * Accepts or rejects one of the tools that wait, or takes that back. When all are answered, the turn goes on:
+	 * those that are not rejected run.
+	 *
+	 * @param Index  in GetPendingTools
+	 */
+	void AnswerPendingTool(int32 Index, EKestrelAnswer Answer);
 
 	/** Runs the tool that a "tool_use" block names and keeps its result for the next request. */
 	void HandleResponseToolUse(const TSharedPtr<FJsonObject>& Block);
@@ -130,6 +139,7 @@ public:
 
 private:
 	struct FEntryAction;
+	struct FTurn;
 
 	FAgent();
 
@@ -145,18 +155,21 @@ private:
 
 	void StoreAnswer(const TSharedPtr<FJsonObject>& Response);
 	void HandleContentBlocks(const TArray<TSharedPtr<FJsonValue>>& Content);
-	/** Runs a tool that may, and keeps the others for the user. @return false when the turn has ended with it */
-	bool HandleToolUse(const TSharedRef<FKestrelToolPlan>& Plan);
+	/** Runs a tool that may, and keeps the others for the user. */
+	void HandleToolUse(FTurn& InOutTurn, const FJsonObject& Block);
+	void RunOrKeep(FTurn& InOutTurn, const TSharedRef<FKestrelToolPlan>& Plan);
 	void FinishAnswerWithoutToolResults();
 	/** Runs a tool and keeps its result. @return false when the turn has ended with it */
 	bool RunTool(const FKestrelToolPlan& Plan);
 	/** Answers a tool use without running anything. */
 	void AbortTool(const FString& ToolUseId);
+	/** Answers a tool use that a rule keeps from running, and says so. */
+	void DenyTool(const FKestrelToolPlan& Plan);
 	void AbortPendingTools();
 	/** @return false when some have to be shown again, since a file has changed meanwhile */
 	bool RunPendingTools();
-	/** Whether the service's word is enough for a tool to run. */
-	bool MayRunWithoutAsking(const FKestrelToolPlan& Plan) const;
+	/** Whether the settings, or the service's word, are enough for a tool to run. */
+	bool MayRunWithoutAsking(const FKestrelToolPlan& Plan, EKestrelRuling Ruling) const;
 	void SendToolResults();
 	/** Sends an object of the agent's own making, and forgets the tool results that it carried. */
 	void SendAndClearToolResults(const TSharedRef<FJsonObject>& Body);
@@ -172,7 +185,7 @@ private:
 	TArray<TSharedPtr<FJsonObject>> StoredMessages;
 	TSharedPtr<FJsonObject> StoredJsonBody;
 	TArray<TSharedPtr<FJsonValue>> ToolResults;
-	TArray<TSharedRef<FKestrelToolPlan>> PendingPlans;
+	TSharedRef<FKestrelPendingTools> PendingTools;
 	FSimpleMulticastDelegate StateChanged;
 	FDelegateHandle CompileFinishedHandle;
 	TOptional<FString> CompilingConversationId; // of the last compile that was started

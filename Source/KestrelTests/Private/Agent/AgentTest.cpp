@@ -3,6 +3,7 @@
 #include "Agent/FileHistory.h"
 #include "Agent/Files/FileUtils.h"
 #include "Agent/Text/JsonText.h"
+#include "Agent/Tools/PendingTools.h"
 #include "Agent/Tools/ToolPlan.h"
 #include "Dom/JsonObject.h"
 #include "Dom/JsonValue.h"
@@ -71,9 +72,9 @@ void FKestrelAgentSpec::Define()
 			TEXT("{\"auto_continue\":true,\"response\":[{\"type\":\"tool_use\",\"id\":\"a\",\"name\":\"compile\","
 				 "\"input\":{}}]}")));
 		KestrelTest::TestSameText(*this, TEXT("state"), KestrelTest::NameOf(Agent.GetAgentState()), TEXT("Pause"));
-		TestEqual(TEXT("waits"), Agent.GetPendingPlans().Num(), 1);
+		TestEqual(TEXT("waits"), Agent.GetPendingTools().Num(), 1);
 		Agent.SetAgentState(EAgentState::Idle, nullptr);
-		TestTrue(TEXT("forgotten"), Agent.GetPendingPlans().IsEmpty() && !Agent.WasPaused());
+		TestTrue(TEXT("forgotten"), Agent.GetPendingTools().IsEmpty() && !Agent.WasPaused());
 	});
 
 	It("answers a tool that did not run, and sends what waits with the next message", [this]() {

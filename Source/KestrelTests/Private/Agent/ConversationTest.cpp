@@ -2,6 +2,7 @@
 #include "Agent/Backend/HTTPAPI.h"
 #include "Agent/Chat/KestrelInterface.h"
 #include "Agent/Text/JsonText.h"
+#include "Agent/Tools/PendingTools.h"
 #include "Dom/JsonObject.h"
 #include "Dom/JsonValue.h"
 #include "HAL/FileManager.h"
@@ -36,7 +37,11 @@ public:
 		Script = KestrelJson::ParseObject(Text);
 	}
 
-	virtual ~FPlayer() override { Settings().bAutoApprove = false; }
+	virtual ~FPlayer() override
+	{
+		Settings().bAutoApprove = false;
+		Settings().ApprovalRules = RulesBefore;
+	}
 
 	virtual bool Update() override
 	{
@@ -79,9 +84,30 @@ private:
 		}
 		Steps = *User;
 		Script->TryGetBoolField(TEXT("auto_approve"), Settings().bAutoApprove);
+		SetRules();
 		FAgent::Get().SetAgentState(EAgentState::Idle, nullptr);
 		Recorder = MakeShared<FKestrelPanelRecorder>();
 		return true;
+	}
+
+	// Rules stand there as a decision, a tool and a path.
+	void SetRules()
+	{
+		TArray<FString> Rules;
+		Script->TryGetStringArrayField(TEXT("rules"), Rules);
+		Settings().ApprovalRules.Empty();
+		for (const FString& Text : Rules)
+		{
+			TArray<FString> Words;
+			Text.ParseIntoArrayWS(Words);
+			FKestrelApprovalRule Rule;
+			Rule.Decision = Words[0] == TEXT("allow")  ? EKestrelApproval::Allow
+							: Words[0] == TEXT("deny") ? EKestrelApproval::Deny
+													   : EKestrelApproval::Ask;
+			Rule.Tool = Words[1];
+			Rule.Path = Words[2];
+			Settings().ApprovalRules.Add(Rule);
+		}
 	}
 
 	static bool IsStepDue(const FJsonObject& Step, EAgentState State)
@@ -98,7 +124,20 @@ private:
 	{
 		FKestrelInterface& Interface = FKestrelInterface::Get();
 		FString Text;
-		if (Step.TryGetStringField(TEXT("say"), Text))
+		int32 Number = 0;
+		if (Step.TryGetNumberField(TEXT("accept"), Number))
+		{
+			Interface.AnswerTool(Number - 1, EKestrelAnswer::Accepted);
+		}
+		else if (Step.TryGetNumberField(TEXT("reject"), Number))
+		{
+			Interface.AnswerTool(Number - 1, EKestrelAnswer::Rejected);
+		}
+		else if (Step.TryGetNumberField(TEXT("take_back"), Number))
+		{
+			Interface.AnswerTool(Number - 1, EKestrelAnswer::None);
+		}
+		else if (Step.TryGetStringField(TEXT("say"), Text))
 		{
 			FAgent::Get().GetAgentState() == EAgentState::Idle ? Interface.InitialRequest(Text)
 															   : Interface.RegularRequest(Text);
@@ -145,6 +184,12 @@ private:
 				Actual.IsValidIndex(Index) ? Actual[Index] : Nothing,
 				Expected.IsValidIndex(Index) ? Expected[Index] : Nothing);
 		}
+		TArray<FString> Hints;
+		Script->TryGetStringArrayField(TEXT("hints"), Hints);
+		for (const FString& Hint : Hints)
+		{
+			Test.TestTrue(Hint, Recorder->Hints.Contains(Hint));
+		}
 		FString EndsIn = TEXT("Idle");
 		Script->TryGetStringField(TEXT("ends_in"), EndsIn);
 		KestrelTest::TestSameText(
@@ -158,6 +203,7 @@ private:
 	const FString Name;
 	TSharedPtr<FJsonObject> Script;
 	TArray<TSharedPtr<FJsonValue>> Steps;
+	const TArray<FKestrelApprovalRule> RulesBefore = Settings().ApprovalRules;
 	TSharedPtr<FKestrelPanelRecorder> Recorder;
 	int32 NextStep = 0;
 	double QuietUntil = 0.0; // seconds of FPlatformTime

@@ -121,7 +121,9 @@ FKestrelTestLog::~FKestrelTestLog()
 
 FKestrelPanelRecorder::FKestrelPanelRecorder()
 	: Unhooked(FKestrelInterface::Get().StatusMessageDelegate)
+	, UnhookedHints(FKestrelInterface::Get().HintDelegate)
 {
+	FKestrelInterface::Get().HintDelegate.BindLambda([this](const FText& Hint) { Hints.Add(Hint.ToString()); });
 	FKestrelInterface::Get().StatusMessageDelegate.BindLambda(
 		[this](const FString& Text, const FLinearColor&, const FName& FontStyle, float FontSize) {
 			Messages.Add({ Text, FontStyle, FontSize, FPlatformTime::Seconds() });
@@ -131,6 +133,7 @@ FKestrelPanelRecorder::FKestrelPanelRecorder()
 FKestrelPanelRecorder::~FKestrelPanelRecorder()
 {
 	FKestrelInterface::Get().StatusMessageDelegate = Unhooked;
+	FKestrelInterface::Get().HintDelegate = UnhookedHints;
 }
 
 TArray<FString> FKestrelPanelRecorder::GetTexts() const

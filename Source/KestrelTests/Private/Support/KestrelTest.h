@@ -87,8 +87,10 @@ public:
 	TArray<FString> GetTexts() const;
 
 	TArray<FMessage> Messages;
+	TArray<FString> Hints;
 
 private:
 	const FKestrelTestLog Log;
 	TDelegate<void(const FString&, const FLinearColor&, const FName&, float)> Unhooked;
+	TDelegate<void(const FText&)> UnhookedHints;
 };

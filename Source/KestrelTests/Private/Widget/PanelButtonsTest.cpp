@@ -2,8 +2,10 @@
 #include "Agent/FileHistory.h"
 #include "Agent/Files/FileUtils.h"
 #include "Agent/Text/JsonText.h"
+#include "Agent/Tools/PendingTools.h"
 #include "Dom/JsonObject.h"
 #include "Framework/Application/SlateApplication.h"
+#include "KestrelSettings.h"
 #include "Misc/Paths.h"
 #include "Support/KestrelTest.h"
 #include "Support/TestPanel.h"
@@ -12,17 +14,27 @@
 
 namespace PanelButtonsTest
 {
-/** The service's answer, which asks for one tool. */
-void AskForTool(const FString& Tool, const FString& Input)
+FString DescribeTool(const FString& Tool, const FString& Input)
+{
+	return FString::Printf(TEXT("{\"type\":\"tool_use\",\"id\":\"t\",\"name\":\"%s\",\"input\":%s}"), *Tool, *Input);
+}
+
+FString DescribeDeletion(const FString& Path)
+{
+	return DescribeTool(TEXT("delete_file"), FString::Printf(TEXT("{\"path\":\"%s\"}"), *Path));
+}
+
+/** The service's answer, which asks for these. */
+void AskForTools(const TArray<FString>& Tools)
 {
 	FAgent::Get().SetAgentState(EAgentState::PollRequest, nullptr);
-	FAgent::Get().HandlePollStatusRequestCompleted(KestrelJson::ParseObject(FString::Printf(
-		TEXT("{\"response\":[{\"type\":\"tool_use\",\"id\":\"t\",\"name\":\"%s\",\"input\":%s}]}"), *Tool, *Input)));
+	FAgent::Get().HandlePollStatusRequestCompleted(
+		KestrelJson::ParseObject(FString::Printf(TEXT("{\"response\":[%s]}"), *FString::Join(Tools, TEXT(",")))));
 }
 
 void AskToDelete(const FString& Path)
 {
-	AskForTool(TEXT("delete_file"), FString::Printf(TEXT("{\"path\":\"%s\"}"), *Path));
+	AskForTools({ DescribeDeletion(Path) });
 }
 
 EAgentState GetState()
@@ -64,6 +76,41 @@ void FKestrelPanelButtonsSpec::Define()
 		FFileHistory::Get().ForgetRedo(TEXT("panel-buttons"));
 	});
 
+	It("runs those of several tools that are accepted, when all are answered", [this]() {
+		const FKestrelTestFolder Folder;
+		Folder.Write(TEXT("a.txt"), TEXT("one"));
+		Folder.Write(TEXT("b.txt"), TEXT("two"));
+		const FKestrelTestPanel Panel(FVector2D(600.0, 700.0));
+		FAgent::Get().SetConversationId(TEXT("panel-buttons"));
+		AskForTools({ DescribeDeletion(Folder.Name / TEXT("a.txt")), DescribeDeletion(Folder.Name / TEXT("b.txt")) });
+		TestFalse(TEXT("deletions are no reading"), Panel.Click(TEXT("Always allow reading in this project")));
+		TestTrue(TEXT("accepted"), Panel.Click(TEXT("Accept 1")));
+		TestTrue(TEXT("the other one is still open"), GetState() == EAgentState::AwaitingApproval);
+		TestTrue(TEXT("taken back"), Panel.Click(TEXT("Take back 1")));
+		TestTrue(TEXT("rejected"), Panel.Click(TEXT("Reject 1")));
+		TestTrue(TEXT("the last one"), Panel.Click(TEXT("Accept 2")));
+		TestTrue(TEXT("goes on"), GetState() == EAgentState::Continue);
+		TestTrue(TEXT("rejected, so it stays"), FPaths::FileExists(Folder.Full(TEXT("a.txt"))));
+		TestFalse(TEXT("accepted, so it is deleted"), FPaths::FileExists(Folder.Full(TEXT("b.txt"))));
+		FAgent::Get().SetAgentState(EAgentState::Idle, nullptr);
+		FFileHistory::Get().UndoAllChanges(TEXT("panel-buttons"));
+		FFileHistory::Get().ForgetRedo(TEXT("panel-buttons"));
+	});
+
+	It("adds a rule when reading is always allowed", [this]() {
+		const FKestrelTestPanel Panel;
+		UKestrelSettings& Settings = *GetMutableDefault<UKestrelSettings>();
+		const TGuardValue<TArray<FKestrelApprovalRule>> Rules(Settings.ApprovalRules, {});
+		AskForTools({ DescribeTool(TEXT("read_file"), TEXT("{\"path\":\"Config/DefaultGame.ini\"}")) });
+		TestTrue(TEXT("waits"), GetState() == EAgentState::AwaitingApproval);
+		TestTrue(TEXT("offered"), Panel.Click(TEXT("Always allow reading in this project")));
+		TestTrue(TEXT("goes on"), GetState() == EAgentState::Continue);
+		TestEqual(TEXT("rules"), Settings.ApprovalRules.Num(), 1);
+		FAgent::Get().SetAgentState(EAgentState::Idle, nullptr);
+		Settings.ApprovalRules.Empty();
+		Settings.SaveConfig();
+	});
+
 	It("approves nothing while nothing waits", [this]() {
 		const FKestrelTestPanel Panel;
 		for (const EAgentState State : { EAgentState::PollRequest, EAgentState::AwaitingUpdate, EAgentState::Idle })
@@ -85,7 +132,7 @@ void FKestrelPanelButtonsSpec::Define()
 		TestTrue(TEXT("there"), Panel.Click(TEXT("Continue")));
 		TestTrue(TEXT("sent"), GetState() == EAgentState::Continue);
 		TestTrue(TEXT("the file stays"), FPaths::FileExists(Folder.Full(TEXT("a.txt"))));
-		TestEqual(TEXT("nothing waits any more"), FAgent::Get().GetPendingPlans().Num(), 0);
+		TestEqual(TEXT("nothing waits any more"), FAgent::Get().GetPendingTools().Num(), 0);
 	});
 
 	It("pauses before the next tool, and resumes without a prompt", [this]() {
@@ -118,7 +165,7 @@ void FKestrelPanelButtonsSpec::Define()
 		}
 		AskToDelete(Folder.Name / TEXT("a.txt"));
 		Panel.Click(TEXT("[ End ]"));
-		TestEqual(TEXT("the tool is dropped"), FAgent::Get().GetPendingPlans().Num(), 0);
+		TestEqual(TEXT("the tool is dropped"), FAgent::Get().GetPendingTools().Num(), 0);
 		TestTrue(TEXT("its file stays"), FPaths::FileExists(Folder.Full(TEXT("a.txt"))));
 		const int32 NumBlocks = Panel.Texts(true).Num();
 		Panel.Click(TEXT("[ End ]"));

@@ -166,6 +166,18 @@ void FKestrelInterface::Approve()
 	}
 }
 
+void FKestrelInterface::AnswerTool(int32 Index, EKestrelAnswer Answer)
+{
+	FAgent::Get().AnswerPendingTool(Index, Answer);
+}
+
+void FKestrelInterface::AlwaysAllowReading()
+{
+	GetMutableDefault<UKestrelSettings>()->AllowReading();
+	Approve();
+	Continue(FString());
+}
+
 void FKestrelInterface::EndRequest(const FString& Message)
 {
 	FAgent::Get().EndRequest(Message);

@@ -7,6 +7,8 @@
 #include "Agent/History/TransactionLookup.h"
 #include "CoreMinimal.h"
 
+enum class EKestrelAnswer : uint8;
+
 DECLARE_DELEGATE_FourParams(FOnAddStatusMessageDelegate, const FString& /*Message*/, const FLinearColor& /*Color*/,
 	const FName& /*FontStyle*/, float /*FontSize*/);
 DECLARE_DELEGATE_OneParam(FOnAddHintDelegate, const FText& /*Hint*/);
@@ -64,6 +66,10 @@ public:
 	void RegularRequest(const FString& Prompt);
 	/** Only from `AwaitingApproval`; otherwise nothing happens. */
 	void Approve();
+	/** Accepts or rejects one of the tools that wait; when all are answered, those that are accepted run. */
+	void AnswerTool(int32 Index, EKestrelAnswer Answer);
+	/** Lets tools that only read files of the project run from now on, and accepts those that wait. */
+	void AlwaysAllowReading();
 	void EndRequest(const FString& Message);
 	void CancelRequest(const FString& Message);
 	void PauseRequest();

@@ -383,6 +383,7 @@ FKestrelPathReview FKestrelPathReviewer::Review(
 	FKestrelPathReview Review;
 	Review.RealPath = RealPath;
 	Review.ShownPath = FullInProject;
+	Review.RealShownPath = RealPath.IsEmpty() ? RealPath : RealInProject;
 	if (RealPath.IsEmpty())
 	{
 		Review.Cautions.Add(LOCTEXT("UnknownPlace", "behind a link that cannot be resolved"));

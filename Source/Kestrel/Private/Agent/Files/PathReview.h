@@ -25,6 +25,8 @@ struct KESTREL_API FKestrelPathReview
 	FString RealPath;
 	/** The path as people read it: below the project directory, or in full. */
 	FString ShownPath;
+	/** The place itself as people read it: below the project directory, or in full; empty when RealPath is. */
+	FString RealShownPath;
 	/** The real path, when a link makes it another place than the shown one; else empty. */
 	FString LinkTarget;
 	/** Why to look twice, whatever is done with the file; empty within the project. */

@@ -2,6 +2,7 @@
 
 #include "Dom/JsonObject.h"
 #include "Dom/JsonValue.h"
+#include "Misc/PackageName.h"
 #include "Misc/Paths.h"
 
 namespace SearchReview
@@ -13,6 +14,21 @@ const TCHAR* const Reason = TEXT("These were not searched: reading them needs th
 bool FKestrelSearchReview::Judge(const FString& FullPath, const FString& RealPath) const
 {
 	return Reviewer.Review(FullPath, RealPath, EKestrelReviewFor::Reading).Cautions.IsEmpty();
+}
+
+bool FKestrelSearchReview::JudgeByRules(const FString& FullPath, const FString& RealPath) const
+{
+	if (!Rules.MayRestrict())
+	{
+		return true;
+	}
+	const FKestrelPathReview Review = Reviewer.Review(FullPath, RealPath, EKestrelReviewFor::Reading);
+	FKestrelToolPlace Place{ Review.ShownPath, Review.RealShownPath, FString() };
+	if (!FPackageName::TryConvertFilenameToLongPackageName(FullPath, Place.PackageName))
+	{
+		Place.PackageName.Empty();
+	}
+	return !Rules.RestrictReading(Place);
 }
 
 bool FKestrelSearchReview::JudgeByFolder(const FString& RealPath)
@@ -31,7 +47,7 @@ bool FKestrelSearchReview::MayRead(const FString& FullPath, const FString& RealP
 	// The names of sources and assets say nothing, but for links and names that may stand for others.
 	int32 Tilde = INDEX_NONE;
 	const bool bIsOrdinary = FullPath.Equals(RealPath) && !FullPath.FindChar(TEXT('~'), Tilde);
-	if (bIsOrdinary ? JudgeByFolder(RealPath) : Judge(FullPath, RealPath))
+	if ((bIsOrdinary ? JudgeByFolder(RealPath) : Judge(FullPath, RealPath)) && JudgeByRules(FullPath, RealPath))
 	{
 		return true;
 	}

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Agent/Approval/ApprovalRules.h"
 #include "Agent/Files/PathReview.h"
 #include "CoreMinimal.h"
 
@@ -7,7 +8,7 @@ class FJsonObject;
 
 /**
  * What a search may look into. It is answered without asking, and what it answers tells, question by question, all that
- * a file holds: it leaves out whatever a tool could not read without approval.
+ * a file holds: it leaves out whatever a tool could not read without approval, and what rules keep from being read.
  */
 class FKestrelSearchReview
 {
@@ -27,10 +28,12 @@ public:
 
 private:
 	bool Judge(const FString& FullPath, const FString& RealPath) const;
+	bool JudgeByRules(const FString& FullPath, const FString& RealPath) const;
 	/** For a file without links in its path, about which its name says nothing. */
 	bool JudgeByFolder(const FString& RealPath);
 
 	const FKestrelPathReviewer Reviewer;
+	const FKestrelApprovalRules Rules;
 	TArray<FString> Paths; // the first of those left out
 	int32 NumLeftOut = 0;
 	// A review takes longer than to search most files, and a folder's files come in a row.

@@ -289,6 +289,12 @@ FString EscapeDirections(const FString& Text)
 		Text, [](uint32 Character) { return !IsIn(DirectionRanges, Character); }, bBreakLines);
 }
 
+FString Elide(const FString& Text, int32 MaxLength)
+{
+	const int32 Half = MaxLength / 2;
+	return Text.Len() <= MaxLength ? Text : Text.Left(Half) + TEXT(" \u2026 ") + Text.Right(Half);
+}
+
 bool IsWorthComparing(const FString& Before, const FString& After)
 {
 	constexpr int64 MaxCharacters = 4000000;

@@ -34,6 +34,8 @@ KESTREL_API FString EscapeDirections(const FString& Text);
  * @return the number ("U+043E") of each, in order, with spaces between; empty for a name that is what it looks like
  */
 FString FindLookAlikes(const FString& Text);
+/** A text of at most so many characters, and a few: the middle of a longer one is left out. */
+FString Elide(const FString& Text, int32 MaxLength = 400);
 /**
  * Whether a change is of a size that a person would read, and that is compared line by line while nobody notices: at
  * most 4 million characters and 100,000 lines, before and after together.

@@ -50,6 +50,51 @@ void FKestrelToolPlan::AddCautions(const FKestrelPathReview& Review)
 	}
 }
 
+void FKestrelToolPlan::AddPlace(const FKestrelPathReview& Review, const FString& PackageName)
+{
+	Places.Add({ Review.ShownPath, Review.RealShownPath, PackageName });
+	AddCautions(Review);
+}
+
+FKestrelToolSubject FKestrelToolPlan::MakeSubject() const
+{
+	FKestrelToolSubject Subject;
+	Subject.ToolName = Tool ? FString(Tool->WireName) : FString();
+	Subject.Kind = Kind;
+	Subject.Places = Places;
+	Subject.bIsRisky = StandsOut();
+	return Subject;
+}
+
+bool FKestrelToolPlan::LooksLike(const FKestrelToolPlan& Other) const
+{
+	if (bCannotBeShown || Other.bCannotBeShown || Change.IsSet() != Other.Change.IsSet())
+	{
+		return false;
+	}
+	const bool bSameChange =
+		!Change.IsSet() || (Change->Before.Equals(Other.Change->Before) && Change->After.Equals(Other.Change->After));
+	return bSameChange && Target.Equals(Other.Target) && RealPath.Equals(Other.RealPath) &&
+		   Refusal.Equals(Other.Refusal) && Cautions.Num() == Other.Cautions.Num();
+}
+
+FText FKestrelToolPlan::Describe() const
+{
+	FString Text = Verb.ToString();
+	if (!Target.IsEmpty())
+	{
+		Text += TEXT(" ") + KestrelDisplayText::Elide(KestrelDisplayText::EscapeLine(Target));
+	}
+	if (NumReplacements.IsSet())
+	{
+		Text +=
+			TEXT(": ") + FText::Format(LOCTEXT("Replacements", "{0} {0}|plural(one=replacement,other=replacements)"),
+							 NumReplacements.GetValue())
+							 .ToString();
+	}
+	return FText::FromString(Text);
+}
+
 void FKestrelToolPlan::SetFile(FKestrelProjectView& View, const FString& FullPath)
 {
 	const FKestrelPathReview Review = View.Review(FullPath);
@@ -57,7 +102,7 @@ void FKestrelToolPlan::SetFile(FKestrelProjectView& View, const FString& FullPat
 	RealPath = Review.RealPath;
 	Target = Review.ShownPath;
 	LinkTarget = Review.LinkTarget;
-	AddCautions(Review);
+	AddPlace(Review, FString());
 }
 
 void FKestrelToolPlan::SetPackage(FKestrelProjectView& View, const FString& PackageName)
@@ -70,7 +115,7 @@ void FKestrelToolPlan::SetPackage(FKestrelProjectView& View, const FString& Pack
 		FilePath = FileName;
 		RealPath = Review.RealPath;
 		LinkTarget = Review.LinkTarget;
-		AddCautions(Review);
+		AddPlace(Review, PackageName);
 	}
 }
 
@@ -126,7 +171,7 @@ void FKestrelToolPlan::SetUnsavedAssets(FKestrelProjectView& View)
 		const FKestrelPathReview Review = FileName.IsEmpty() ? FKestrelPathReview() : View.Review(FileName);
 		UnsavedPackages->Add(PackageName, Review.RealPath);
 		Targets.Add(Review.LinkTarget.IsEmpty() ? PackageName : PackageName + TEXT(" -> ") + Review.LinkTarget);
-		AddCautions(Review);
+		AddPlace(Review, PackageName);
 	}
 	Target = FString::Join(Targets, TEXT(", "));
 	if (Targets.Num() > 1)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Agent/Approval/ApprovalRules.h"
 #include "Agent/Blueprints/Assets/BlueprintLookup.h"
 #include "Agent/Tools/AssetView.h"
 #include "Agent/Tools/ProjectView.h"
@@ -67,6 +68,14 @@ struct KESTREL_API FKestrelToolPlan
 	bool LeavesAllAsItIs() const { return Kind == EKestrelToolKind::Read; }
 	bool AnswersLater() const { return Tool && Tool->Answers == EKestrelAnswers::Later; }
 
+	/** "Change Source/A.h: 3 replacements", with what is not seen in names as escapes, and the middle of long ones left
+	 * out. */
+	FText Describe() const;
+	/** Whether a person who has seen one of two plans of a tool use has seen the other. */
+	bool LooksLike(const FKestrelToolPlan& Other) const;
+	/** What rules for approval judge. */
+	FKestrelToolSubject MakeSubject() const;
+
 	/** To be looked at twice: it says why in Cautions, it deletes or runs something, or cannot be shown. */
 	bool StandsOut() const
 	{
@@ -84,6 +93,8 @@ struct KESTREL_API FKestrelToolPlan
 	FString Target;
 	/** Where the links in a path lead, which Target does not tell; else empty. */
 	FString LinkTarget;
+	/** The files that it is about. */
+	TArray<FKestrelToolPlace> Places;
 	/** Why to look twice; a tool with a reason is not run on the service's word alone. */
 	TArray<FText> Cautions;
 	/** What else to know; no reason to ask. */
@@ -118,6 +129,8 @@ private:
 	/** The file of a package, which is shown by the package's name. */
 	void SetPackage(FKestrelProjectView& View, const FString& PackageName);
 	void AddCautions(const FKestrelPathReview& Review);
+	/** @param PackageName  of an asset's file; else empty */
+	void AddPlace(const FKestrelPathReview& Review, const FString& PackageName);
 	bool AssetsStillHold(FKestrelAssetFinder& Finder) const;
 	/** Of the assets that the tool may change, those that are as expected. */
 	TArray<TSharedRef<FKestrelAssetWatch>> FindExpected() const;

@@ -1,5 +1,6 @@
 #include "Widget/Prompt/SKestrelCompletionList.h"
 
+#include "Agent/Text/DisplayText.h"
 #include "Layout/Margin.h"
 #include "Misc/Paths.h"
 #include "Styling/AppStyle.h"
@@ -19,13 +20,6 @@ namespace KestrelCompletionList
 constexpr float Padding = 4.0f;
 constexpr float ColumnGap = 8.0f;
 constexpr float RowPadding = 2.0f;
-
-/** The ends of a name say most about it. */
-FString Elide(const FString& Text, int32 MaxLength)
-{
-	const int32 Half = MaxLength / 2;
-	return Text.Len() <= MaxLength ? Text : Text.Left(Half) + TEXT("\u2026") + Text.Right(Half);
-}
 }
 
 void SKestrelCompletionList::Construct(const FArguments& InArgs)
@@ -87,14 +81,14 @@ TSharedRef<SWidget> SKestrelCompletionList::MakeRow(int32 Index)
 				.AutoWidth()
 				[
 					SNew(STextBlock)
-					.Text(FText::FromString(KestrelCompletionList::Elide(FPaths::GetCleanFilename(Name), MaxFileLength)))
+					.Text(FText::FromString(KestrelDisplayText::Elide(FPaths::GetCleanFilename(Name), MaxFileLength)))
 				]
 				+ SHorizontalBox::Slot()
 				.AutoWidth()
 				.Padding(KestrelCompletionList::ColumnGap, 0.0f, 0.0f, 0.0f)
 				[
 					SNew(STextBlock)
-					.Text(FText::FromString(KestrelCompletionList::Elide(FPaths::GetPath(Name), MaxFolderLength)))
+					.Text(FText::FromString(KestrelDisplayText::Elide(FPaths::GetPath(Name), MaxFolderLength)))
 					.ColorAndOpacity(FKestrelStyle::Get().GetSlateColor("Kestrel.Text.Quiet"))
 				]
 			]

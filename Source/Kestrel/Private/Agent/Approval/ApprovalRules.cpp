@@ -1,0 +1,125 @@
+#include "Agent/Approval/ApprovalRules.h"
+
+#include "KestrelProjectSettings.h"
+#include "KestrelSettings.h"
+#include "Misc/Paths.h"
+#include "UObject/Class.h"
+
+namespace ApprovalRules
+{
+const TCHAR* const ReadingTools[] = { KestrelToolNames::ReadFile, KestrelToolNames::ReadBlueprint,
+	KestrelToolNames::ReadBehaviorTree, KestrelToolNames::FindReference };
+
+bool IsBelowProject(const FString& Path)
+{
+	return !Path.IsEmpty() && FPaths::IsRelative(Path);
+}
+}
+
+FKestrelApprovalRules::FKestrelApprovalRules()
+	: FKestrelApprovalRules(
+		  GetDefault<UKestrelSettings>()->ApprovalRules, GetDefault<UKestrelProjectSettings>()->ApprovalRules)
+{
+}
+
+FKestrelApprovalRules::FKestrelApprovalRules(
+	const TArray<FKestrelApprovalRule>& UserRules, const TArray<FKestrelApprovalRule>& ProjectRules)
+{
+	Add(UserRules, EKestrelApproval::AllowRisky);
+	// Whoever made the project may not be whoever opens it.
+	Add(ProjectRules, EKestrelApproval::Allow);
+}
+
+void FKestrelApprovalRules::Add(const TArray<FKestrelApprovalRule>& Given, EKestrelApproval Most)
+{
+	for (const FKestrelApprovalRule& Each : Given)
+	{
+		const bool bIsTooMuch = Each.Decision == EKestrelApproval::AllowRisky && Most == EKestrelApproval::Allow;
+		bMayRestrict |= Each.Decision == EKestrelApproval::Ask || Each.Decision == EKestrelApproval::Deny;
+		Rules.Add({ bIsTooMuch ? Most : Each.Decision, Each.Tool.TrimStartAndEnd(), FKestrelPathPattern(Each.Path) });
+	}
+}
+
+EKestrelRuling FKestrelApprovalRules::Judge(const FKestrelToolSubject& Subject) const
+{
+	EKestrelRuling Strongest = EKestrelRuling::None;
+	for (const FRule& Rule : Rules)
+	{
+		Strongest = FMath::Max(Strongest, Rule.Judge(Subject));
+	}
+	return Strongest;
+}
+
+bool FKestrelApprovalRules::RestrictReading(const FKestrelToolPlace& Place) const
+{
+	if (!bMayRestrict)
+	{
+		return false;
+	}
+	FKestrelToolSubject Subject;
+	Subject.Kind = EKestrelToolKind::Read;
+	Subject.Places.Add(Place);
+	for (const TCHAR* Name : ApprovalRules::ReadingTools)
+	{
+		Subject.ToolName = Name;
+		if (Judge(Subject) > EKestrelRuling::Allow)
+		{
+			return true;
+		}
+	}
+	return false;
+}
+
+bool FKestrelApprovalRules::AllowAnything() const
+{
+	return Rules.ContainsByPredicate([](const FRule& Rule) {
+		return Rule.Decision == EKestrelApproval::Allow || Rule.Decision == EKestrelApproval::AllowRisky;
+	});
+}
+
+bool FKestrelApprovalRules::FRule::IsAbout(const FKestrelToolSubject& Subject) const
+{
+	return Tool.IsEmpty() || FKestrelPathPattern::MatchesName(KestrelToolNames::GetKindName(Subject.Kind), Tool) ||
+		   FKestrelPathPattern::MatchesName(Subject.ToolName, Tool);
+}
+
+bool FKestrelApprovalRules::FRule::Covers(const FKestrelToolPlace& Place) const
+{
+	return Path.Matches(Place.GivenPath) || Path.Matches(Place.RealPath) || Path.Matches(Place.PackageName);
+}
+
+bool FKestrelApprovalRules::FRule::CoversWhole(const FKestrelToolPlace& Place) const
+{
+	if (!ApprovalRules::IsBelowProject(Place.RealPath))
+	{
+		return !Place.RealPath.IsEmpty() && Path.IsAbsolute() && Path.Matches(Place.RealPath);
+	}
+	const bool bIsWhereItSeems = Place.GivenPath.Equals(Place.RealPath);
+	return Path.Matches(Place.RealPath) || (bIsWhereItSeems && Path.Matches(Place.PackageName));
+}
+
+EKestrelRuling FKestrelApprovalRules::FRule::Judge(const FKestrelToolSubject& Subject) const
+{
+	if (!IsAbout(Subject))
+	{
+		return EKestrelRuling::None;
+	}
+	const auto Covered = [this](const FKestrelToolPlace& Place) { return Covers(Place); };
+	const auto NotWhollyCovered = [this](const FKestrelToolPlace& Place) { return !CoversWhole(Place); };
+	const bool bIsAnyCovered =
+		Subject.Places.IsEmpty() ? Path.MatchesAll() : Subject.Places.ContainsByPredicate(Covered);
+	const bool bAreAllCovered =
+		Subject.Places.IsEmpty() ? Path.MatchesAll() : !Subject.Places.ContainsByPredicate(NotWhollyCovered);
+	switch (Decision)
+	{
+	case EKestrelApproval::Deny:
+		return bIsAnyCovered ? EKestrelRuling::Deny : EKestrelRuling::None;
+	case EKestrelApproval::Ask:
+		return bIsAnyCovered ? EKestrelRuling::Ask : EKestrelRuling::None;
+	case EKestrelApproval::AllowRisky:
+		return bAreAllCovered ? EKestrelRuling::Allow : EKestrelRuling::None;
+	case EKestrelApproval::Allow:
+		return bAreAllCovered && !Subject.bIsRisky ? EKestrelRuling::Allow : EKestrelRuling::None;
+	}
+	return EKestrelRuling::None;
+}
