@@ -21,6 +21,7 @@
 #include "Widget/SKestrelApprovalList.h"
 #include "Widget/SKestrelApproveButton.h"
 #include "Widget/SKestrelConversationView.h"
+#include "Widget/SKestrelUndoButton.h"
 #include "Widgets/Input/SButton.h"
 #include "Widgets/Layout/SBorder.h"
 #include "Widgets/Layout/SBox.h"
@@ -99,6 +100,7 @@ void SKestrelWidget::Construct(const FArguments& InArgs)
 
 	// A widget that is not shown yet cannot have the focus.
 	RegisterActiveTimer(0.0f, FWidgetActiveTimerDelegate::CreateSP(this, &SKestrelWidget::SetFocusPostConstruct));
+	BindUndoButtons();
 	BindToAgent();
 	ShowWelcome();
 	RestoreConversation();
@@ -174,6 +176,8 @@ SKestrelWidget::~SKestrelWidget()
 void SKestrelWidget::OnAgentStateChanged()
 {
 	GiveBackUnansweredPrompt();
+	UndoButton->ForgetQuestion();
+	RedoButton->ForgetQuestion();
 	const FKestrelPendingTools& Tools = FAgent::Get().GetPendingTools();
 	if (GetApprovalListVisibility() == EVisibility::Visible)
 	{

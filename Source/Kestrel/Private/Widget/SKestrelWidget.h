@@ -21,6 +21,7 @@ class SButton;
 class SComboButton;
 class SKestrelApprovalList;
 class SKestrelPromptBox;
+class SKestrelUndoButton;
 enum class EKestrelAnswer : uint8;
 class SMultiLineEditableText;
 struct FKestrelTranscriptEntry;
@@ -116,6 +117,7 @@ private:
 	FText GetStartToolTip() const;
 	FText GetContinueToolTip() const;
 	FText GetApproveToolTip() const;
+	void BindUndoButtons();
 	FText GetUndoToolTip() const;
 	FText GetRedoToolTip() const;
 	FText GetEndToolTip() const;
@@ -201,8 +203,8 @@ private:
 	TSharedPtr<SButton> ContinueButton;
 	TSharedPtr<SButton> PauseButton;
 	TSharedPtr<SButton> ApproveButton;
-	TSharedPtr<SButton> UndoButton;
-	TSharedPtr<SButton> RedoButton;
+	TSharedPtr<SKestrelUndoButton> UndoButton;
+	TSharedPtr<SKestrelUndoButton> RedoButton;
 	TSharedPtr<SButton> EndButton;
 
 	TSharedPtr<SMultiLineEditableText> AnimatedText;

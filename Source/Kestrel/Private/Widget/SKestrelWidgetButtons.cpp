@@ -10,6 +10,7 @@
 #include "UObject/Class.h"
 #include "Widget/Prompt/SKestrelPromptBox.h"
 #include "Widget/SKestrelApproveButton.h"
+#include "Widget/SKestrelUndoButton.h"
 #include "Widget/SKestrelWidget.h"
 #include "Widgets/Input/SButton.h"
 #include "Widgets/Layout/SWrapBox.h"
@@ -113,7 +114,7 @@ TSharedRef<SWidget> SKestrelWidget::MakeButtonsOfRow()
 		]
 		+ SWrapBox::Slot()
 		[
-			SAssignNew(UndoButton, SButton)
+			SAssignNew(UndoButton, SKestrelUndoButton)
 			.Text(LOCTEXT("Undo", "Undo"))
 			.ToolTipText(this, &SKestrelWidget::GetUndoToolTip)
 			.IsEnabled(this, &SKestrelWidget::IsUndoButtonEnabled)
@@ -121,7 +122,7 @@ TSharedRef<SWidget> SKestrelWidget::MakeButtonsOfRow()
 		]
 		+ SWrapBox::Slot()
 		[
-			SAssignNew(RedoButton, SButton)
+			SAssignNew(RedoButton, SKestrelUndoButton)
 			.Text(LOCTEXT("Redo", "Redo"))
 			.ToolTipText(this, &SKestrelWidget::GetRedoToolTip)
 			.IsEnabled(this, &SKestrelWidget::IsRedoButtonEnabled)
@@ -162,16 +163,26 @@ FText SKestrelWidget::GetApproveToolTip() const
 									: LOCTEXT("NothingToApprove", "Nothing waits for approval.");
 }
 
+void SKestrelWidget::BindUndoButtons()
+{
+	UndoButton->SetTexts(LOCTEXT("Undo", "Undo"), LOCTEXT("UndoToolTip", "Undo the last conversation's changes"),
+		LOCTEXT("NothingToUndo", "There is nothing to undo."));
+	UndoButton->SetPreview(
+		FOnPreviewUndo::CreateLambda([](int32 MaxFiles) { return FKestrelInterface::Get().PreviewUndo(MaxFiles); }));
+	RedoButton->SetTexts(LOCTEXT("Redo", "Redo"), LOCTEXT("RedoToolTip", "Restore the file changes that Undo reverted"),
+		LOCTEXT("NothingToRedo", "There is nothing to redo."));
+	RedoButton->SetPreview(
+		FOnPreviewUndo::CreateLambda([](int32 MaxFiles) { return FKestrelInterface::Get().PreviewRedo(MaxFiles); }));
+}
+
 FText SKestrelWidget::GetUndoToolTip() const
 {
-	return IsUndoButtonEnabled() ? LOCTEXT("UndoToolTip", "Undo the last conversation's changes")
-								 : LOCTEXT("NothingToUndo", "There is nothing to undo.");
+	return UndoButton->Describe();
 }
 
 FText SKestrelWidget::GetRedoToolTip() const
 {
-	return IsRedoButtonEnabled() ? LOCTEXT("RedoToolTip", "Restore the file changes that Undo reverted")
-								 : LOCTEXT("NothingToRedo", "There is nothing to redo.");
+	return RedoButton->Describe();
 }
 
 bool SKestrelWidget::UpdateStartButton() const
@@ -287,14 +298,26 @@ void SKestrelWidget::OnAllowReading()
 
 FReply SKestrelWidget::OnUndoClicked()
 {
-	FKestrelInterface::Get().UndoLastOperation();
-	return HandledWithFocusOnPrompt();
+	FText Question;
+	if (UndoButton->MayGoOn(Question))
+	{
+		FKestrelInterface::Get().UndoLastOperation();
+		return HandledWithFocusOnPrompt();
+	}
+	OnAddHint(Question);
+	return FReply::Handled();
 }
 
 FReply SKestrelWidget::OnRedoClicked()
 {
-	FKestrelInterface::Get().RedoLastOperation();
-	return HandledWithFocusOnPrompt();
+	FText Question;
+	if (RedoButton->MayGoOn(Question))
+	{
+		FKestrelInterface::Get().RedoLastOperation();
+		return HandledWithFocusOnPrompt();
+	}
+	OnAddHint(Question);
+	return FReply::Handled();
 }
 
 FReply SKestrelWidget::OnRequestEndButtonClicked()

@@ -51,7 +51,8 @@ TSharedPtr<SWidget> FindButtonIn(const TSharedRef<SWidget>& Widget, const TCHAR*
 	{
 		return nullptr;
 	}
-	if (Widget->GetType() == FName("SButton") || Widget->GetType() == FName("SKestrelApproveButton"))
+	const FName Type = Widget->GetType();
+	if (Type == FName("SButton") || Type == FName("SKestrelApproveButton") || Type == FName("SKestrelUndoButton"))
 	{
 		return HasLabel(Widget, Label) ? Widget.ToSharedPtr() : nullptr;
 	}

@@ -203,6 +203,28 @@ void FKestrelPanelButtonsSpec::Define()
 		FAgent::Get().SetUndoConversationID(FString());
 	});
 
+	It("asks before changes of others go with an undo", [this]() {
+		const FKestrelTestFolder Folder;
+		const FString File = Folder.Full(TEXT("a.txt"));
+		Folder.Write(TEXT("a.txt"), TEXT("one"));
+		const FKestrelTestPanel Panel;
+		FAgent::Get().SetConversationId(TEXT("panel-buttons"));
+		FAgent::Get().OfferUndoOfThisConversation();
+		KestrelTest::UseTool(TEXT("update_file"),
+			{ TEXT("path"), File, TEXT("old_string"), TEXT("one"), TEXT("new_string"), TEXT("two") });
+		Folder.Write(TEXT("a.txt"), TEXT("mine"));
+		Panel.Click(TEXT("Undo"));
+		KestrelTest::TestSameText(*this, TEXT("asked"), Panel.LastBlock(),
+			TEXT("1 file has been changed since, and goes back as well; a copy is kept: ") +
+				Folder.Name / TEXT("a.txt. Press Undo again to go on."));
+		KestrelTest::TestSameText(*this, TEXT("nothing yet"), FFileUtils::ReadFile(File), TEXT("mine"));
+		Panel.Click(TEXT("Undo"));
+		KestrelTest::TestSameText(*this, TEXT("undone"), FFileUtils::ReadFile(File), TEXT("one"));
+		FFileHistory::Get().ForgetRedo(TEXT("panel-buttons"));
+		FAgent::Get().SetRedoConversationID(FString());
+		FAgent::Get().SetUndoConversationID(FString());
+	});
+
 	It("ignores the second press of a double click on Approve", [this]() {
 		const FKestrelTestFolder Folder;
 		Folder.Write(TEXT("a.txt"), TEXT("one"));

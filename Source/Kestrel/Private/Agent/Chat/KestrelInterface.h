@@ -8,6 +8,7 @@
 #include "CoreMinimal.h"
 
 enum class EKestrelAnswer : uint8;
+struct FKestrelUndoPreview;
 
 DECLARE_DELEGATE_FourParams(FOnAddStatusMessageDelegate, const FString& /*Message*/, const FLinearColor& /*Color*/,
 	const FName& /*FontStyle*/, float /*FontSize*/);
@@ -85,6 +86,9 @@ public:
 	void RedoLastOperation();
 	bool CanUndo() const;
 	bool CanRedo() const;
+	/** What they would touch. It reads up to so many files, so it is not for every frame. */
+	FKestrelUndoPreview PreviewUndo(int32 MaxFiles = MAX_int32) const;
+	FKestrelUndoPreview PreviewRedo(int32 MaxFiles = MAX_int32) const;
 	/** Whether a compile was asked for by Undo or Redo, and not by a tool. */
 	static bool IsCompileLabel(const FString& ToolId);
 	/**

@@ -1,6 +1,7 @@
 #include "Agent/Agent.h"
 #include "Agent/Blueprints/KestrelBlueprintUtils.h"
 #include "Agent/Chat/KestrelInterface.h"
+#include "Agent/History/UndoPreview.h"
 #include "Agent/Text/DisplayText.h"
 #include "Editor.h"
 #include "Editor/EditorEngine.h"
@@ -32,6 +33,7 @@ void FKestrelInterface::UndoLastOperation()
 	FAgent& Agent = FAgent::Get();
 	const FString Id = Agent.GetUndoConversationID();
 	const int32 NumFilesBefore = KestrelInterfaceUndo::CountFiles(FFileHistory::Get().GetRedoHistories(), Id);
+	const int32 NumOtherSteps = PreviewUndo(0).OtherSteps.Num();
 	int32 NumStepsUndone = 0;
 	// Each of the conversation's tools has opened one.
 	while (UndoUntilLastTransactionByName(GetKestrelTransactionName(Id)))
@@ -63,6 +65,11 @@ void FKestrelInterface::UndoLastOperation()
 	AddHint(FText::Format(LOCTEXT("Undone", "Undone: {0} {0}|plural(one=file,other=files), {1} "
 											"{1}|plural(one=step in the editor,other=steps in the editor)."),
 		NumFilesUndone, NumStepsUndone));
+	if (bEditorUndone && NumOtherSteps > 0)
+	{
+		AddHint(FText::Format(
+			LOCTEXT("UndoneOthers", "With them {0} later {0}|plural(one=step,other=steps) of others."), NumOtherSteps));
+	}
 }
 
 bool FKestrelInterface::UndoUntilLastTransactionByName(const FString& Name) const
@@ -133,6 +140,16 @@ bool FKestrelInterface::ReportLeftChanges(const FFileHistory::FFileEntries* Left
 bool FKestrelInterface::IsCompileLabel(const FString& ToolId)
 {
 	return ToolId.Equals(KestrelInterfaceUndo::UndoLabel) || ToolId.Equals(KestrelInterfaceUndo::RedoLabel);
+}
+
+FKestrelUndoPreview FKestrelInterface::PreviewUndo(int32 MaxFiles) const
+{
+	return FKestrelUndoPreview::OfUndo(FAgent::Get().GetUndoConversationID(), MaxFiles);
+}
+
+FKestrelUndoPreview FKestrelInterface::PreviewRedo(int32 MaxFiles) const
+{
+	return FKestrelUndoPreview::OfRedo(FAgent::Get().GetRedoConversationID(), MaxFiles);
 }
 
 bool FKestrelInterface::CanUndo() const

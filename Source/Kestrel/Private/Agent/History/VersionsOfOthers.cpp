@@ -19,6 +19,11 @@ FKestrelFileMark KestrelVersionsOfOthers::MarkOf(const FString& FullPath)
 	return Mark;
 }
 
+bool KestrelVersionsOfOthers::IsChangedSince(const FString& FullPath, const TOptional<FKestrelFileMark>& Left)
+{
+	return Left.IsSet() && !MarkOf(FullPath).IsSameAs(Left.GetValue());
+}
+
 bool KestrelVersionsOfOthers::IsLinkGone(const FFileHistoryEntry& Entry, const FString& EntryPath)
 {
 	return !Entry.LinkTarget.IsEmpty() && KestrelNativeFile::ReadLink(FFileUtils::ToAbsolutePath(EntryPath)).IsEmpty();
@@ -58,7 +63,7 @@ bool KestrelVersionsOfOthers::KeepIfChanged(
 {
 	TArray<FString> Copies;
 	// After a restart without a mark, the editor has ended in the middle of the change.
-	const bool bChanged = Left.IsSet() ? !MarkOf(FullPath).IsSameAs(Left.GetValue()) : Entry.bFromEarlierRun;
+	const bool bChanged = Left.IsSet() ? IsChangedSince(FullPath, Left) : Entry.bFromEarlierRun;
 	if (bChanged && !KeepCopy(FullPath, Copies))
 	{
 		return false;

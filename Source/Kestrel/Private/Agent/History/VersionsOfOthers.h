@@ -9,6 +9,9 @@ namespace KestrelVersionsOfOthers
 /** What is on the disk now. */
 FKestrelFileMark MarkOf(const FString& FullPath);
 
+/** Whether somebody else has changed a file since it was left so; not when that is not known. */
+bool IsChangedSince(const FString& FullPath, const TOptional<FKestrelFileMark>& Left);
+
 /**
  * How the conversation has left a file, in an entry that may be about another path to it.
  *
