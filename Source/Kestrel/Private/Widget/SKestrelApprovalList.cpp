@@ -39,7 +39,7 @@ const FLinearColor FailingColor(0.32f, 0.32f, 0.32f);
 const FLinearColor WarningColor(1.0f, 0.55f, 0.15f);
 const FLinearColor AcceptedColor(0.35f, 0.75f, 0.4f);
 
-/** What the plugin has to say about a tool, on a line of its own: no name can pass for it. */
+/** What there is to say about a tool, on lines of its own: no name can pass for it. */
 struct FRemark
 {
 	FText Text;
@@ -85,6 +85,26 @@ TArray<FText> CollectCautions(const FKestrelToolPlan& Plan)
 	return Cautions;
 }
 
+/** The lines of a summary, as far as they are shown. */
+void AddSummary(const FKestrelToolPlan& Plan, TArray<FRemark>& OutRemarks)
+{
+	constexpr int32 MaxLines = 12;
+	constexpr int32 MaxLength = 300; // of a line
+	TArray<FString> Lines;
+	for (int32 Index = 0; Index < FMath::Min(Plan.Summary.Num(), MaxLines); ++Index)
+	{
+		Lines.Add(KestrelDisplayText::Elide(KestrelDisplayText::EscapeLine(Plan.Summary[Index]), MaxLength));
+	}
+	if (Plan.Summary.Num() > MaxLines)
+	{
+		Lines.Add(FText::Format(LOCTEXT("MoreLines", "and {0} more"), Plan.Summary.Num() - MaxLines).ToString());
+	}
+	if (!Lines.IsEmpty())
+	{
+		OutRemarks.Add({ FText::FromString(FString::Join(Lines, TEXT("\n"))), PlainColor });
+	}
+}
+
 TArray<FRemark> MakeRemarks(const FKestrelToolPlan& Plan, EKestrelAnswer Answer)
 {
 	TArray<FRemark> Remarks;
@@ -109,6 +129,7 @@ TArray<FRemark> MakeRemarks(const FKestrelToolPlan& Plan, EKestrelAnswer Answer)
 	Add(LOCTEXT("Caution", "Caution: {0}"), JoinTexts(CollectCautions(Plan)),
 		WillFail(Plan) ? PlainColor : WarningColor);
 	Add(LOCTEXT("Note", "Note: {0}"), JoinTexts(Plan.Notes), Plan.bCannotBeShown ? WarningColor : PlainColor);
+	AddSummary(Plan, Remarks);
 	return Remarks;
 }
 

@@ -24,7 +24,8 @@ FText SKestrelUndoButton::Describe()
 	if (Described.IsEmpty() || Now - TimeDescribed > PeriodSeconds)
 	{
 		const FKestrelUndoPreview Touched = Preview.Execute(MaxFiles);
-		Described = FText::Format(LOCTEXT("ToolTip", "{0}: {1}. {2}"), ToolTip, Touched.Describe(), Touched.DescribeOthers());
+		Described =
+			FText::Format(LOCTEXT("ToolTip", "{0}: {1}. {2}"), ToolTip, Touched.Describe(), Touched.DescribeOthers());
 		Described = FText::FromString(Described.ToString().TrimEnd());
 		TimeDescribed = Now;
 	}

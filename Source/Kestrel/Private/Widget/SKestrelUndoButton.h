@@ -30,7 +30,6 @@ public:
 	FText Describe();
 
 private:
-
 	FOnPreviewUndo Preview;
 	FText Name;
 	FText ToolTip;

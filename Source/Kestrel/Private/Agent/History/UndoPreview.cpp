@@ -67,7 +67,8 @@ void FKestrelUndoPreview::LookAtFiles(const FFileHistory::FHistories& Histories,
 	for (const auto& Pair : *Entries)
 	{
 		const FString FullPath = FFileUtils::ToAbsolutePath(Pair.Key);
-		if (KestrelVersionsOfOthers::IsChangedSince(FullPath, Pair.Value.Left) && UndoPreview::Changes(FullPath, Pair.Value, bIsUndo))
+		if (KestrelVersionsOfOthers::IsChangedSince(FullPath, Pair.Value.Left) &&
+			UndoPreview::Changes(FullPath, Pair.Value, bIsUndo))
 		{
 			FString Shown = FullPath;
 			FPaths::MakePathRelativeTo(Shown, *FPaths::ConvertRelativePathToFull(FPaths::ProjectDir()));
@@ -121,12 +122,12 @@ FText FKestrelUndoPreview::DescribeOthers() const
 	}
 	if (!FilesOfOthers.IsEmpty())
 	{
-		Sentences.Add(
-			FText::Format(LOCTEXT("FilesOfOthers",
-							  "{0} {0}|plural(one=file has,other=files have) been changed since, and {0}|plural(one=goes,"
-							  "other=go) back as well; a copy is kept: {1}."),
-				FilesOfOthers.Num(), UndoPreview::List(FilesOfOthers))
-				.ToString());
+		Sentences.Add(FText::Format(
+			LOCTEXT("FilesOfOthers",
+				"{0} {0}|plural(one=file has,other=files have) been changed since, and {0}|plural(one=goes,"
+				"other=go) back as well; a copy is kept: {1}."),
+			FilesOfOthers.Num(), UndoPreview::List(FilesOfOthers))
+						  .ToString());
 	}
 	return FText::FromString(FString::Join(Sentences, TEXT(" ")));
 }

@@ -1,4 +1,5 @@
 #include "Agent/Agent.h"
+#include "Agent/Blueprints/Change/BlueprintSummary.h"
 #include "Agent/Blueprints/KestrelBlueprintUtils.h"
 #include "Agent/Blueprints/Types/TypeLookup.h"
 #include "Agent/History/TransactionLookup.h"
@@ -7,6 +8,7 @@
 #include "BehaviorTree/BehaviorTree.h"
 #include "Dom/JsonObject.h"
 #include "Engine/Blueprint.h"
+#include "UObject/UObjectGlobals.h"
 
 #define LOCTEXT_NAMESPACE "KestrelBlueprintTools"
 
@@ -83,23 +85,23 @@ bool HoldsNul(const FString& Json)
 	return false;
 }
 
-/** The modifications as a person can read them; a text that is none, or has a length that nobody reads, as it is. */
-FString Format(const FString& Text)
-{
-	constexpr int32 MaxLength = 256 * 1024; // indented, a text may be a hundred times as long
-	const TSharedPtr<FJsonObject> Document = Text.Len() <= MaxLength ? KestrelJson::ParseObject(Text) : nullptr;
-	return Document.IsValid() ? KestrelJson::ToPrettyText(Document.ToSharedRef()) : Text;
-}
-
 void PlanModify(FKestrelProjectView& View, FKestrelToolPlan& Plan)
 {
+	constexpr int32 MaxLength = 256 * 1024; // indented, a text may be a hundred times as long; nobody reads longer ones
 	Plan.SetAsset(View, &UBlueprint::StaticClass, Plan.Input.Get(ModifiedName));
 	const FString& Text = Plan.Input.Get(Updates);
 	if (HoldsNul(Text))
 	{
 		Plan.Refuse(KestrelTools::MakeNulError(Updates));
 	}
-	Plan.SetChange(View, FString(), Format(Text));
+	const TSharedPtr<FJsonObject> Document = Text.Len() <= MaxLength ? KestrelJson::ParseObject(Text) : nullptr;
+	if (Document.IsValid())
+	{
+		// One that is not loaded is not loaded for this.
+		Plan.Summary =
+			KestrelBlueprintSummary::Describe(*Document, FindObject<UBlueprint>(nullptr, *Plan.Asset.ObjectPath));
+	}
+	Plan.SetChange(View, FString(), Document.IsValid() ? KestrelJson::ToPrettyText(Document.ToSharedRef()) : Text);
 }
 
 FString ApplyModify(const FKestrelToolPlan& Plan)

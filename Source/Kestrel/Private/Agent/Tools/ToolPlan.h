@@ -99,6 +99,8 @@ struct KESTREL_API FKestrelToolPlan
 	TArray<FText> Cautions;
 	/** What else to know; no reason to ask. */
 	TArray<FText> Notes;
+	/** What of an asset changes, in lines; empty when the change itself says it. */
+	TArray<FString> Summary;
 	/** Of a replacement: how often it is made. */
 	TOptional<int32> NumReplacements;
 	/** The result, when it is known to be a failure; else empty. */
