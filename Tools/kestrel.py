@@ -34,7 +34,12 @@ def main():
     test_parser.add_argument("filter", nargs="?", default="", metavar="FILTER",
                              help="only tests whose name contains this")
 
-    commands.add_parser("bench", help="measure the hot paths against a peer on this machine")
+    bench_parser = commands.add_parser("bench", help="measure the hot paths against a peer on this machine")
+    bench_parser.add_argument("name", nargs="*", metavar="NAME", help="only paths whose name contains this")
+    bench_parser.add_argument("--json", metavar="FILE", help="write the figures to this file")
+    bench_parser.add_argument("--compare", metavar="FILE", help="compare with figures that --json has written")
+    bench_parser.add_argument("--growth", action="store_true",
+                              help="measure each path at 1 to 100 times a base size, and write Docs/Performance.md")
     commands.add_parser("content", help="rebuild the assets of the sample project")
     commands.add_parser("coverage", help="measure how many functions the tests run")
     commands.add_parser("lint", help="check format, headers, includes and unused code")
@@ -46,7 +51,7 @@ def main():
     actions = {
         "run": lambda: run.run(arguments),
         "test": lambda: testing.test(arguments.filter),
-        "bench": bench.bench,
+        "bench": lambda: bench.bench(arguments),
         "content": content.content,
         "coverage": coverage.coverage,
         "lint": lint.lint,

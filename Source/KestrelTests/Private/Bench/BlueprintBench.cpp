@@ -18,6 +18,11 @@ namespace KestrelBlueprintBench
 {
 constexpr int32 LinksPerNode = 5;
 
+int32 Scale(int32 Number, double Size)
+{
+	return FMath::Max(1, static_cast<int32>(Number * Size + 0.5));
+}
+
 void FillGraph(UEdGraph& Graph, int32 NumNodes)
 {
 	TArray<UEdGraphNode*> Nodes;
@@ -81,14 +86,14 @@ FString MakeNode(int32 Index)
 		Index, Index, *Link);
 }
 
-FString MakeDocument(int32 Part)
+FString MakeDocument(double Size)
 {
-	const FString Variables = JoinMany(NumVariables / Part, [](int32 Index) {
+	const FString Variables = JoinMany(Scale(NumVariables, Size), [](int32 Index) {
 		return FString::Printf(
 			TEXT("\"Value%d\":{\"Type\":{\"Category\":\"int\"},\"Value\":%d,\"SaveGame\":true}"), Index, Index);
 	});
 	const FString Nodes = JoinMany(NodesPerFunction, MakeNode);
-	const FString Functions = JoinMany(NumFunctions / Part, [&Nodes](int32 Index) {
+	const FString Functions = JoinMany(Scale(NumFunctions, Size), [&Nodes](int32 Index) {
 		return FString::Printf(
 				   TEXT("{\"Name\":\"Function%d\",\"InParams\":[{\"Name\":\"In\",\"Type\":\"IntProperty\"}],"
 						"\"OutParams\":[{\"Name\":\"Out\",\"Type\":\"IntProperty\"}],\"EdGraph\":{\"Nodes\":["),
@@ -98,38 +103,26 @@ FString MakeDocument(int32 Part)
 	return TEXT("{\"Variables\":{") + Variables + TEXT("},\"Functions\":[") + Functions + TEXT("]}");
 }
 
-FString Modify(int32 Run, int32 Part)
-{
-	const FString Name = GetModifiedName(Run);
-	FKestrelBlueprintUtils::ModifyBlueprint(Name, MakeDocument(Part));
-	const UBlueprint* Blueprint = FKestrelBlueprintUtils::GetBlueprintFromtBlueprintName(Name);
-	return FString::Printf(
-		TEXT("%d variables, %d functions"), Blueprint->NewVariables.Num(), Blueprint->FunctionGraphs.Num() - 1);
-}
 }
 
-FString KestrelBlueprintBench::ReadBlueprint(int32 Run)
+FString KestrelBlueprintBench::ReadBlueprint(int32 Run, double Size)
 {
-	return ReadBlueprintOf(2000);
+	constexpr int32 NumNodes = 2000;
+	return ReadBlueprintOf(Scale(NumNodes, Size));
 }
 
-FString KestrelBlueprintBench::ReadHalfBlueprint(int32 Run)
-{
-	return ReadBlueprintOf(1000);
-}
-
-FString KestrelBlueprintBench::LookUpBlueprint(int32 Run)
+FString KestrelBlueprintBench::LookUpBlueprint(int32 Run, double Size)
 {
 	if (Run == 0)
 	{
 		IAssetRegistry::Get()->ScanPathsSynchronous({ TEXT("/Game") }, true);
-		FKestrelBlueprintUtils::GetBlueprintFromtBlueprintName(TEXT("bp_thing15000")); // loads it
+		FKestrelBlueprintUtils::GetBlueprintFromtBlueprintName(TEXT("bp_thing100")); // loads it
 	}
-	const UBlueprint* Blueprint = FKestrelBlueprintUtils::GetBlueprintFromtBlueprintName(TEXT("bp_thing15000"));
+	const UBlueprint* Blueprint = FKestrelBlueprintUtils::GetBlueprintFromtBlueprintName(TEXT("bp_thing100"));
 	return Blueprint ? Blueprint->GetPathName() : TEXT("not found");
 }
 
-FString KestrelBlueprintBench::ScanContent(int32 Run)
+FString KestrelBlueprintBench::ScanContent(int32 Run, double Size)
 {
 	IAssetRegistry::Get()->ScanPathsSynchronous({ TEXT("/Game") }, true);
 	TArray<FAssetData> Assets;
@@ -137,44 +130,43 @@ FString KestrelBlueprintBench::ScanContent(int32 Run)
 	return FString::Printf(TEXT("%d Blueprints"), Assets.Num());
 }
 
-FString KestrelBlueprintBench::FindInBlueprints(int32 Run)
+FString KestrelBlueprintBench::FindInBlueprints(int32 Run, double Size)
 {
 	TSharedPtr<FJsonObject> Result = MakeShared<FJsonObject>();
 	FKestrelFindUtils::FindInAllBlueprintFiles(TEXT("thing199"), Result);
 	return FString::Printf(TEXT("%d matches"), Result->GetArrayField(TEXT("blueprint_references")).Num());
 }
 
-void KestrelBlueprintBench::PrepareFindInFiles(int32 Run)
+void KestrelBlueprintBench::PrepareFindInFiles(int32 Run, double Size)
 {
 	IAssetRegistry::Get()->ScanPathsSynchronous({ TEXT("/Game") }, true);
 }
 
-void KestrelBlueprintBench::PrepareFindInMemory(int32 Run)
+void KestrelBlueprintBench::PrepareFindInMemory(int32 Run, double Size)
 {
 	if (Run == 0)
 	{
-		PrepareFindInFiles(Run);
-		FindInBlueprints(Run);
+		PrepareFindInFiles(Run, Size);
+		FindInBlueprints(Run, Size);
 	}
 }
 
-FString KestrelBlueprintBench::ModifyBlueprint(int32 Run)
+FString KestrelBlueprintBench::ModifyBlueprint(int32 Run, double Size)
 {
-	return Modify(Run, 1);
+	const FString Name = GetModifiedName(Run);
+	FKestrelBlueprintUtils::ModifyBlueprint(Name, MakeDocument(Size));
+	const UBlueprint* Blueprint = FKestrelBlueprintUtils::GetBlueprintFromtBlueprintName(Name);
+	return FString::Printf(
+		TEXT("%d variables, %d functions"), Blueprint->NewVariables.Num(), Blueprint->FunctionGraphs.Num() - 1);
 }
 
-FString KestrelBlueprintBench::ModifyHalfBlueprint(int32 Run)
-{
-	return Modify(Run, 2);
-}
-
-void KestrelBlueprintBench::PrepareModify(int32 Run)
+void KestrelBlueprintBench::PrepareModify(int32 Run, double Size)
 {
 	GEditor->ResetTransaction(FText());
 	FKestrelBlueprintUtils::CreateBlueprintAsset(TEXT("/Game"), GetModifiedName(Run), TEXT("Actor"));
 }
 
-FString KestrelBlueprintBench::UndoModification(int32 Run)
+FString KestrelBlueprintBench::UndoModification(int32 Run, double Size)
 {
 	const bool bUndone = GEditor->UndoTransaction();
 	const UBlueprint* Blueprint = FKestrelBlueprintUtils::GetBlueprintFromtBlueprintName(GetModifiedName(Run));
@@ -182,8 +174,8 @@ FString KestrelBlueprintBench::UndoModification(int32 Run)
 		TEXT("%s, %d variables left"), bUndone ? TEXT("undone") : TEXT("not undone"), Blueprint->NewVariables.Num());
 }
 
-void KestrelBlueprintBench::PrepareUndo(int32 Run)
+void KestrelBlueprintBench::PrepareUndo(int32 Run, double Size)
 {
-	PrepareModify(Run);
-	ModifyBlueprint(Run);
+	PrepareModify(Run, Size);
+	ModifyBlueprint(Run, Size);
 }

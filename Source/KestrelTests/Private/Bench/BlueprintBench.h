@@ -2,28 +2,28 @@
 
 #include "CoreMinimal.h"
 
-/** What becomes slow in projects with many or large Blueprints. Each answers with what it came to, in words. */
+/**
+ * What becomes slow in projects with many or large Blueprints. Each answers with what it came to, in words. What a
+ * function makes itself is in proportion to the size, which is 1 for a large game.
+ */
 namespace KestrelBlueprintBench
 {
 /** All of a Blueprint with 2,000 nodes and 10,000 links. */
-FString ReadBlueprint(int32 Run);
-/** Half of it: what grows faster than its input shows against the whole. */
-FString ReadHalfBlueprint(int32 Run);
+FString ReadBlueprint(int32 Run, double Size);
 /** One Blueprint by its name, among all of the project. */
-FString LookUpBlueprint(int32 Run);
+FString LookUpBlueprint(int32 Run, double Size);
 /** The content as the editor looks at it when it starts. */
-FString ScanContent(int32 Run);
+FString ScanContent(int32 Run, double Size);
 
 /** A name looked for in all Blueprints of the project, which are on the disk or in memory as they are prepared. */
-FString FindInBlueprints(int32 Run);
-void PrepareFindInFiles(int32 Run);
-void PrepareFindInMemory(int32 Run);
+FString FindInBlueprints(int32 Run, double Size);
+void PrepareFindInFiles(int32 Run, double Size);
+void PrepareFindInMemory(int32 Run, double Size);
 
 /** A document with 1,000 variables and 200 functions of 20 nodes applied to an empty Blueprint. */
-FString ModifyBlueprint(int32 Run);
-FString ModifyHalfBlueprint(int32 Run);
-void PrepareModify(int32 Run);
+FString ModifyBlueprint(int32 Run, double Size);
+void PrepareModify(int32 Run, double Size);
 /** All of it undone. */
-FString UndoModification(int32 Run);
-void PrepareUndo(int32 Run);
+FString UndoModification(int32 Run, double Size);
+void PrepareUndo(int32 Run, double Size);
 }

@@ -3,6 +3,8 @@
 #include "Agent/Tools/ToolPlan.h"
 #include "Bench/BlueprintBench.h"
 #include "Dom/JsonObject.h"
+#include "HAL/FileManager.h"
+#include "HAL/PlatformProcess.h"
 #include "HAL/PlatformTime.h"
 #include "Misc/CommandLine.h"
 #include "Misc/FileHelper.h"
@@ -17,7 +19,7 @@
 namespace HotPathBench
 {
 constexpr int32 UsualNumRuns = 7;
-constexpr int32 ManyRuns = 40; // of what is so short that another program's turn falls into most of them
+constexpr int32 ManyRuns = 15; // of what is so short that another program's turn falls into most of them
 
 /** The file for the figures; empty unless this is a benchmark run. */
 FString ReportFile()
@@ -27,14 +29,23 @@ FString ReportFile()
 	return File;
 }
 
+/** How large what is measured is; 1 for a large game. */
+double GetSize()
+{
+	constexpr int32 Whole = 1000;
+	int32 Thousandths = Whole;
+	FParse::Value(FCommandLine::Get(), TEXT("-KestrelBenchThousandths="), Thousandths);
+	return static_cast<double>(Thousandths) / Whole;
+}
+
 /** The body of the first request: the project's files listed, parsed, put together and written. */
-FString MakeFirstRequest(int32 Run)
+FString MakeFirstRequest(int32 Run, double Size)
 {
 	return FString::Printf(TEXT("%d characters"), FHTTPAPI::MakeInitialBody(TEXT("Which files are there?")).Len());
 }
 
 /** A name that is in some of the project's sources. */
-FString FindReference(int32 Run)
+FString FindReference(int32 Run, double Size)
 {
 	const FString Found =
 		KestrelTest::UseTool(TEXT("find_reference_in_all_files"), { TEXT("reference_string"), TEXT("takedamage") });
@@ -44,7 +55,7 @@ FString FindReference(int32 Run)
 }
 
 /** A name replaced all over a large file, and back in the next run: with the record for undo and all. */
-FString ReplaceText(int32 Run)
+FString ReplaceText(int32 Run, double Size)
 {
 	const TCHAR* const Names[] = { TEXT("HealthPoints"), TEXT("LifeEnergy") };
 	const FString Result =
@@ -54,13 +65,13 @@ FString ReplaceText(int32 Run)
 }
 
 /** A conversation of its own for each run: only the first record of a file is kept. */
-void BeginConversation(int32 Run)
+void BeginConversation(int32 Run, double Size)
 {
 	FAgent::Get().SetConversationId(FGuid::NewGuid().ToString());
 }
 
 /** Twenty replacements in twenty files, as they wait for approval. */
-FString PlanEdits(int32 Run)
+FString PlanEdits(int32 Run, double Size)
 {
 	constexpr int32 NumFiles = 20;
 	FKestrelToolPlanner Planner(EKestrelLookAhead::Limited);
@@ -93,18 +104,20 @@ FString PlanTools(int32 NumFiles)
 	return FString::Printf(TEXT("%d replacements"), NumReplacements);
 }
 
-FString PlanManyTools(int32 Run)
+FString PlanManyTools(int32 Run, double Size)
 {
-	return PlanTools(5000);
+	constexpr int32 NumFiles = 5000;
+	return PlanTools(FMath::Max(1, static_cast<int32>(NumFiles * Size + 0.5)));
 }
 
-FString PlanHalfOfManyTools(int32 Run)
+/** What the editor itself takes. */
+FString DoNothing(int32 Run, double Size)
 {
-	return PlanTools(2500);
+	return TEXT("nothing");
 }
 
 /** The lines of two large texts compared. */
-FString CompareLines(int32 Run)
+FString CompareLines(int32 Run, double Size)
 {
 	const FString Folder = FPaths::ProjectDir();
 	FString Old;
@@ -123,7 +136,7 @@ FKestrelFuzzyIndex& GetNames()
 }
 
 /** What was typed before is no beginning of what is looked for, so that all names are. */
-void PrepareCompletePath(int32 Run)
+void PrepareCompletePath(int32 Run, double Size)
 {
 	TArray<FString> Names;
 	if (GetNames().Num() == 0 && FFileHelper::LoadFileToStringArray(Names, *(FPaths::ProjectDir() / TEXT("Names.txt"))))
@@ -137,7 +150,7 @@ void PrepareCompletePath(int32 Run)
 }
 
 /** What a letter costs that is typed behind an "@". */
-FString CompletePath(int32 Run)
+FString CompletePath(int32 Run, double Size)
 {
 	constexpr int32 NumRows = 10;
 	const TArray<int32> Found = GetNames().Find(TEXT("om"), NumRows);
@@ -148,34 +161,90 @@ FString CompletePath(int32 Run)
 struct FBench
 {
 	const TCHAR* Name;
-	FString (*Work)(int32 Run); // what it came to, in words
-	void (*Prepare)(int32 Run) = nullptr;
+	FString (*Work)(int32 Run, double Size); // what it came to, in words
+	void (*Prepare)(int32 Run, double Size) = nullptr;
 	int32 NumRuns = UsualNumRuns;
+	// What is not compared with another program: half of the same, or something else to put it into proportion.
+	FString (*PeerWork)(int32 Run, double Size) = nullptr;
+	void (*PreparePeer)(int32 Run, double Size) = nullptr;
 };
 
+template <FString (*Work)(int32 Run, double Size)>
+FString DoHalf(int32 Run, double Size)
+{
+	return Work(Run, Size / 2.0);
+}
+
+// Blueprints of their own: the names that the whole ones have are taken.
+constexpr int32 FirstPeerRun = 1000;
+
+FString ModifyHalf(int32 Run, double Size)
+{
+	return KestrelBlueprintBench::ModifyBlueprint(FirstPeerRun + Run, Size / 2.0);
+}
+
+void PrepareModifyHalf(int32 Run, double Size)
+{
+	KestrelBlueprintBench::PrepareModify(FirstPeerRun + Run, Size);
+}
+
 const FBench Benches[] = {
+	{ TEXT("Nothing"), DoNothing, nullptr, 1 },
 	{ TEXT("FirstRequest"), MakeFirstRequest },
 	{ TEXT("FindReference"), FindReference },
 	{ TEXT("ReplaceText"), ReplaceText, BeginConversation },
 	{ TEXT("PlanEdits"), PlanEdits },
-	{ TEXT("PlanManyTools"), PlanManyTools, nullptr, 3 },
-	{ TEXT("PlanHalfOfManyTools"), PlanHalfOfManyTools, nullptr, 3 },
+	{ TEXT("PlanManyTools"), PlanManyTools, nullptr, 3, DoHalf<PlanManyTools> },
 	{ TEXT("CompareLines"), CompareLines },
 	{ TEXT("CompletePath"), CompletePath, PrepareCompletePath, ManyRuns },
 	{ TEXT("ReadBlueprint"), KestrelBlueprintBench::ReadBlueprint, nullptr, ManyRuns },
-	{ TEXT("ReadHalfBlueprint"), KestrelBlueprintBench::ReadHalfBlueprint, nullptr, ManyRuns },
 	{ TEXT("LookUpBlueprint"), KestrelBlueprintBench::LookUpBlueprint },
 	{ TEXT("ScanContent"), KestrelBlueprintBench::ScanContent },
 	{ TEXT("FindInFiles"), KestrelBlueprintBench::FindInBlueprints, KestrelBlueprintBench::PrepareFindInFiles, 1 },
 	{ TEXT("FindInMemory"), KestrelBlueprintBench::FindInBlueprints, KestrelBlueprintBench::PrepareFindInMemory },
-	{ TEXT("ModifyBlueprint"), KestrelBlueprintBench::ModifyBlueprint, KestrelBlueprintBench::PrepareModify, 3 },
-	{ TEXT("ModifyHalfBlueprint"), KestrelBlueprintBench::ModifyHalfBlueprint, KestrelBlueprintBench::PrepareModify,
-		3 },
-	{ TEXT("UndoModification"), KestrelBlueprintBench::UndoModification, KestrelBlueprintBench::PrepareUndo, 3 },
+	{ TEXT("ModifyBlueprint"), KestrelBlueprintBench::ModifyBlueprint, KestrelBlueprintBench::PrepareModify, 3,
+		ModifyHalf, PrepareModifyHalf },
+	{ TEXT("UndoModification"), KestrelBlueprintBench::UndoModification, KestrelBlueprintBench::PrepareUndo, 3,
+		ModifyHalf, PrepareModifyHalf },
 };
+
+double Time(FString (*Work)(int32 Run, double Size), void (*Prepare)(int32 Run, double Size), int32 Run, double Size,
+	FString& OutOutcome)
+{
+	if (Prepare)
+	{
+		Prepare(Run, Size);
+	}
+	// Cycles: the editor's seconds stand still in an unattended run.
+	const uint64 Start = FPlatformTime::Cycles64();
+	OutOutcome = Work(Run, Size);
+	return FPlatformTime::ToSeconds64(FPlatformTime::Cycles64() - Start);
 }
 
-/** They exist only with -KestrelBench=<file>, to which each writes "<best run in seconds> <what it came to>". */
+/** A line of the report: "<seconds> <seconds of the peer in here, or 0> <what it came to>". */
+FString MeasureRun(const FBench& Bench, int32 Run)
+{
+	FString Outcome;
+	FString PeerOutcome;
+	const double Size = GetSize();
+	const double Seconds = Time(Bench.Work, Bench.Prepare, Run, Size, Outcome);
+	const double PeerSeconds = Bench.PeerWork ? Time(Bench.PeerWork, Bench.PreparePeer, Run, Size, PeerOutcome) : 0.0;
+	return FString::Printf(TEXT("%.9f %.9f %s\n"), Seconds, PeerSeconds, *Outcome);
+}
+
+/** Until the launcher has run the program that this run is compared with. */
+void WaitForPeer(int32 Run)
+{
+	constexpr float PollSeconds = 0.001f;
+	const FString Answer = FString::Printf(TEXT("%s.go%d"), *ReportFile(), Run + 1);
+	while (!FPaths::FileExists(Answer))
+	{
+		FPlatformProcess::Sleep(PollSeconds);
+	}
+}
+}
+
+/** They exist only with -KestrelBench=<file>, to which each adds a line for each of its runs. */
 IMPLEMENT_COMPLEX_AUTOMATION_TEST(FKestrelHotPathBench, "KestrelBench", KestrelTest::Flags)
 
 void FKestrelHotPathBench::GetTests(TArray<FString>& OutBeautifiedNames, TArray<FString>& OutTestCommands) const
@@ -195,26 +264,12 @@ bool FKestrelHotPathBench::RunTest(const FString& Parameters)
 {
 	for (const HotPathBench::FBench& Bench : HotPathBench::Benches)
 	{
-		if (!Parameters.Equals(Bench.Name))
+		for (int32 Run = 0; Parameters.Equals(Bench.Name) && Run < Bench.NumRuns; ++Run)
 		{
-			continue;
+			FFileHelper::SaveStringToFile(HotPathBench::MeasureRun(Bench, Run), *HotPathBench::ReportFile(),
+				FFileHelper::EEncodingOptions::ForceUTF8WithoutBOM, &IFileManager::Get(), FILEWRITE_Append);
+			HotPathBench::WaitForPeer(Run);
 		}
-		double BestSeconds = 0.0;
-		FString Outcome;
-		for (int32 Run = 0; Run < Bench.NumRuns; ++Run)
-		{
-			if (Bench.Prepare)
-			{
-				Bench.Prepare(Run);
-			}
-			// Cycles: the editor's seconds stand still in an unattended run.
-			const uint64 Start = FPlatformTime::Cycles64();
-			Outcome = Bench.Work(Run);
-			const double Seconds = FPlatformTime::ToSeconds64(FPlatformTime::Cycles64() - Start);
-			BestSeconds = Run == 0 ? Seconds : FMath::Min(BestSeconds, Seconds);
-		}
-		const FString Report = FString::Printf(TEXT("%f %s\n"), BestSeconds, *Outcome);
-		return FFileHelper::SaveStringToFile(Report, *HotPathBench::ReportFile());
 	}
-	return false;
+	return true;
 }
