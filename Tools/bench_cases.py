@@ -373,5 +373,5 @@ CASES = [
     FirstRequest(), FindReference(), ReplaceText(), PlanEdits(), PlanManyTools(), CompletePath(),
     CompareLines("drawn from 50 lines", 0.25, drawn_from(50)),
     CompareLines("drawn from 2,000 lines", 0.1, drawn_from(2000)),
-    CompareLines("10 % changed", 4.0, a_tenth_changed),
+    CompareLines("10 % changed", 1.2, a_tenth_changed),
 ]

@@ -200,6 +200,87 @@ private:
 	int32 CurrentBlock = INDEX_NONE;
 };
 
+/**
+ * The lines of two texts that the table is about: those that stand in the other text as well, less those that both
+ * begin with. No others can make a longest common subsequence longer or shorter, so the table tells the same of them.
+ */
+class FTableLines
+{
+public:
+	/** Both as symbols, less the lines that both end with. */
+	FTableLines(TArrayView<const int32> Old, TArrayView<const int32> New, int32 NumSymbols)
+		: OldKept(Keep(Old, MarkSymbols(New, NumSymbols), NumOldKept))
+		, NewKept(Keep(New, MarkSymbols(Old, NumSymbols), NumNewKept))
+	{
+		while (NumCommon < OldKept.Num() && NumCommon < NewKept.Num() && OldKept[NumCommon] == NewKept[NumCommon])
+		{
+			++NumCommon;
+		}
+		OldKept.RemoveAt(0, NumCommon);
+		NewKept.RemoveAt(0, NumCommon);
+		if (!OldKept.IsEmpty() && !NewKept.IsEmpty())
+		{
+			Places.Emplace(NewKept, NewKept.Num(), NumSymbols);
+			Table.Emplace(OldKept, OldKept.Num(), *Places);
+		}
+	}
+	UE_NONCOPYABLE(FTableLines)
+
+	/** As FLengthTable::Grows, for lines of the whole texts. */
+	bool Grows(int32 OldIndex, int32 NewIndex)
+	{
+		const int32 OldRow = NumOldKept[OldIndex];
+		const int32 NewColumn = NumNewKept[NewIndex];
+		if (OldRow == 0 || NewColumn == NumNewKept[NewIndex - 1])
+		{
+			return false; // a line that is in one text only
+		}
+		if (NewColumn <= NumCommon)
+		{
+			return OldRow >= NewColumn;
+		}
+		return OldRow > NumCommon && Table.IsSet() && Table->Grows(OldRow - NumCommon, NewColumn - NumCommon);
+	}
+
+private:
+	static TArray<bool> MarkSymbols(TArrayView<const int32> Symbols, int32 NumSymbols)
+	{
+		TArray<bool> Marks;
+		Marks.SetNumZeroed(NumSymbols);
+		for (const int32 Symbol : Symbols)
+		{
+			Marks[Symbol] = true;
+		}
+		return Marks;
+	}
+
+	/** @param OutCounts  how many are kept of the first so many lines */
+	static TArray<int32> Keep(TArrayView<const int32> Symbols, const TArray<bool>& IsInOther, TArray<int32>& OutCounts)
+	{
+		TArray<int32> Kept;
+		Kept.Reserve(Symbols.Num());
+		OutCounts.Reserve(Symbols.Num() + 1);
+		OutCounts.Add(0);
+		for (const int32 Symbol : Symbols)
+		{
+			if (IsInOther[Symbol])
+			{
+				Kept.Add(Symbol);
+			}
+			OutCounts.Add(Kept.Num());
+		}
+		return Kept;
+	}
+
+	TArray<int32> NumOldKept; // of the first so many lines
+	TArray<int32> NumNewKept;
+	TArray<int32> OldKept;
+	TArray<int32> NewKept;
+	int32 NumCommon = 0; // of the kept lines, at the beginning
+	TOptional<FPlaces> Places;
+	TOptional<FLengthTable> Table;
+};
+
 /** Walks the table back and collects the lines, the last first. */
 class FWalk
 {
@@ -220,8 +301,8 @@ public:
 		TakeUnchanged();
 		if (OldIndex > 0 && NewIndex > 0)
 		{
-			FPlaces Places(Symbols.New, NewIndex, Symbols.Numbers.Num());
-			FLengthTable Table(Symbols.Old, OldIndex, Places);
+			FTableLines Table(TArrayView<const int32>(Symbols.Old.GetData(), OldIndex),
+				TArrayView<const int32>(Symbols.New.GetData(), NewIndex), Symbols.Numbers.Num());
 			while (OldIndex > 0 && NewIndex > 0)
 			{
 				Table.Grows(OldIndex, NewIndex) ? TakeRemoved() : TakeAdded();

@@ -82,17 +82,41 @@ FString DescribeTexts(const TCHAR* Old, const TCHAR* New)
 		KestrelLineDiff::Compare(KestrelLineDiff::SplitIntoLines(Old), KestrelLineDiff::SplitIntoLines(New)));
 }
 
+/** Case must make no difference. */
+FString MakeLine(FDice& Dice, int32 NumKinds)
+{
+	const TCHAR Letter = Dice.Throw(2) == 0 ? TEXT('a') : TEXT('A');
+	return FString::Printf(TEXT("%c%d"), Letter, Dice.Throw(NumKinds));
+}
+
 /** Lines of a few kinds; the fewer kinds, the more ways there are to match them. */
 TArray<FString> MakeLines(FDice& Dice, int32 MaxLines, int32 NumKinds)
 {
 	TArray<FString> Lines;
 	for (int32 Count = Dice.Throw(MaxLines + 1); Count > 0; --Count)
 	{
-		const TCHAR Letter = static_cast<TCHAR>(u'a' + Dice.Throw(NumKinds));
-		// Case must make no difference.
-		Lines.Add(FString::Chr(Dice.Throw(2) == 0 ? Letter : FChar::ToUpper(Letter)));
+		Lines.Add(MakeLine(Dice, NumKinds));
 	}
 	return Lines;
+}
+
+/** Some lines changed, as when somebody works on a text: most are as they were, and many stand in one text only. */
+TArray<FString> ChangeLines(FDice& Dice, const TArray<FString>& Lines, int32 NumKinds)
+{
+	TArray<FString> Changed;
+	for (const FString& Line : Lines)
+	{
+		const int32 What = Dice.Throw(12);
+		if (What == 0)
+		{
+			Changed.Add(MakeLine(Dice, NumKinds));
+		}
+		if (What != 1)
+		{
+			Changed.Add(Line);
+		}
+	}
+	return Changed;
 }
 
 struct FCase
@@ -130,9 +154,10 @@ void FKestrelLineDiffSpec::Define()
 		{
 			// Now and then more lines than fit a word, or several.
 			const int32 MaxLines = Round % 40 == 0 ? 200 : Round % 4 == 0 ? 70 : 12;
-			const int32 NumKinds = 1 + Round % 9;
+			const int32 NumKinds = Round % 3 == 0 ? MaxLines * 2 : 1 + Round % 9;
 			const TArray<FString> Old = LineDiffTest::MakeLines(Dice, MaxLines, NumKinds);
-			const TArray<FString> New = LineDiffTest::MakeLines(Dice, MaxLines, NumKinds);
+			const TArray<FString> New = Round % 2 == 0 ? LineDiffTest::MakeLines(Dice, MaxLines, NumKinds)
+													   : LineDiffTest::ChangeLines(Dice, Old, NumKinds);
 			const FString Expected = LineDiffTest::Describe(LineDiffTest::CompareByTable(Old, New));
 			if (!KestrelTest::TestSameText(*this, FString::Printf(TEXT("round %d"), Round),
 					LineDiffTest::Describe(KestrelLineDiff::Compare(Old, New)), Expected))
