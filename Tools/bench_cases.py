@@ -65,6 +65,14 @@ class FirstRequest(Case):
         subprocess.run(["find", folder], stdout=output, check=True)
 
 
+class NextRequest(FirstRequest):
+    """The same, when no folder has changed since the request before."""
+
+    test = "NextRequest"
+    aim = 0.3
+    limit = "one system call a folder"
+
+
 class FindReference(Case):
     """A name looked for in all sources, against `rg -il` with one thread."""
 
@@ -370,7 +378,7 @@ def a_tenth_changed(dice, count):
 CASES = [
     ReadBlueprint(), LookUpBlueprint(), ScanContent(),
     FindInFiles(), FindInMemory(), ModifyBlueprint(), UndoModification(),
-    FirstRequest(), FindReference(), ReplaceText(), PlanEdits(), PlanManyTools(), CompletePath(),
+    FirstRequest(), NextRequest(), FindReference(), ReplaceText(), PlanEdits(), PlanManyTools(), CompletePath(),
     CompareLines("drawn from 50 lines", 0.25, drawn_from(50)),
     CompareLines("drawn from 2,000 lines", 0.1, drawn_from(2000)),
     CompareLines("10 % changed", 1.2, a_tenth_changed),

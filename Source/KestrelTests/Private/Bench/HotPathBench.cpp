@@ -1,5 +1,6 @@
 #include "Agent/Agent.h"
 #include "Agent/Backend/HTTPAPI.h"
+#include "Agent/Files/TreeText.h"
 #include "Agent/Tools/ToolPlan.h"
 #include "Bench/BlueprintBench.h"
 #include "Dom/JsonObject.h"
@@ -42,6 +43,22 @@ double GetSize()
 FString MakeFirstRequest(int32 Run, double Size)
 {
 	return FString::Printf(TEXT("%d characters"), FHTTPAPI::MakeInitialBody(TEXT("Which files are there?")).Len());
+}
+
+void ForgetTree(int32 Run, double Size)
+{
+	FKestrelTreeText::Get().Forget();
+}
+
+/** As when a conversation has been begun before: no folder has changed for some seconds. */
+void KeepTree(int32 Run, double Size)
+{
+	constexpr float SettlingSeconds = 3.0f;
+	if (Run == 0)
+	{
+		FPlatformProcess::Sleep(SettlingSeconds);
+		MakeFirstRequest(Run, Size);
+	}
 }
 
 /** A name that is in some of the project's sources. */
@@ -190,7 +207,8 @@ void PrepareModifyHalf(int32 Run, double Size)
 
 const FBench Benches[] = {
 	{ TEXT("Nothing"), DoNothing, nullptr, 1 },
-	{ TEXT("FirstRequest"), MakeFirstRequest },
+	{ TEXT("FirstRequest"), MakeFirstRequest, ForgetTree },
+	{ TEXT("NextRequest"), MakeFirstRequest, KeepTree },
 	{ TEXT("FindReference"), FindReference },
 	{ TEXT("ReplaceText"), ReplaceText, BeginConversation },
 	{ TEXT("PlanEdits"), PlanEdits },

@@ -1,24 +1,9 @@
 #include "Widget/LineDiff.h"
+#include "Support/Dice.h"
 #include "Support/KestrelTest.h"
 
 namespace LineDiffTest
 {
-/** The same throws in every run. */
-class FDice
-{
-public:
-	/** From 0 to Sides - 1. */
-	int32 Throw(int32 Sides)
-	{
-		// A linear congruential generator with Knuth's constants for MMIX.
-		State = State * 6364136223846793005ull + 1442695040888963407ull;
-		return static_cast<int32>((State >> 33) % static_cast<uint64>(Sides));
-	}
-
-private:
-	uint64 State = 1;
-};
-
 /** The textbook's way, which the fast one must equal. */
 TArray<FDiffLine> CompareByTable(const TArray<FString>& Old, const TArray<FString>& New)
 {
@@ -83,17 +68,17 @@ FString DescribeTexts(const TCHAR* Old, const TCHAR* New)
 }
 
 /** Case must make no difference. */
-FString MakeLine(FDice& Dice, int32 NumKinds)
+FString MakeLine(FKestrelDice& Dice, int32 NumKinds)
 {
-	const TCHAR Letter = Dice.Throw(2) == 0 ? TEXT('a') : TEXT('A');
-	return FString::Printf(TEXT("%c%d"), Letter, Dice.Throw(NumKinds));
+	const TCHAR Letter = Dice.Roll(2) == 0 ? TEXT('a') : TEXT('A');
+	return FString::Printf(TEXT("%c%d"), Letter, Dice.Roll(NumKinds));
 }
 
 /** Lines of a few kinds; the fewer kinds, the more ways there are to match them. */
-TArray<FString> MakeLines(FDice& Dice, int32 MaxLines, int32 NumKinds)
+TArray<FString> MakeLines(FKestrelDice& Dice, int32 MaxLines, int32 NumKinds)
 {
 	TArray<FString> Lines;
-	for (int32 Count = Dice.Throw(MaxLines + 1); Count > 0; --Count)
+	for (int32 Count = Dice.Roll(MaxLines + 1); Count > 0; --Count)
 	{
 		Lines.Add(MakeLine(Dice, NumKinds));
 	}
@@ -101,12 +86,12 @@ TArray<FString> MakeLines(FDice& Dice, int32 MaxLines, int32 NumKinds)
 }
 
 /** Some lines changed, as when somebody works on a text: most are as they were, and many stand in one text only. */
-TArray<FString> ChangeLines(FDice& Dice, const TArray<FString>& Lines, int32 NumKinds)
+TArray<FString> ChangeLines(FKestrelDice& Dice, const TArray<FString>& Lines, int32 NumKinds)
 {
 	TArray<FString> Changed;
 	for (const FString& Line : Lines)
 	{
-		const int32 What = Dice.Throw(12);
+		const int32 What = Dice.Roll(12);
 		if (What == 0)
 		{
 			Changed.Add(MakeLine(Dice, NumKinds));
@@ -149,7 +134,7 @@ void FKestrelLineDiffSpec::Define()
 	});
 
 	It("equals the table of lengths on thousands of texts", [this]() {
-		LineDiffTest::FDice Dice;
+		FKestrelDice Dice;
 		for (int32 Round = 0; Round < 4000; ++Round)
 		{
 			// Now and then more lines than fit a word, or several.

@@ -150,15 +150,18 @@ void FHTTPAPI::InitialPromptRequest(const FString& Prompt)
 
 FString FHTTPAPI::MakeInitialBody(const FString& Prompt)
 {
-	const TSharedRef<FJsonObject> Body = MakeShared<FJsonObject>();
-	Body->SetStringField(TEXT("message"), Prompt);
+	const TSharedRef<FJsonObject> First = MakeShared<FJsonObject>();
+	First->SetStringField(TEXT("message"), Prompt);
+	const TSharedRef<FJsonObject> Last = MakeShared<FJsonObject>();
+	Last->SetBoolField(TEXT("is_confirmation_mode"), !GetDefault<UKestrelSettings>()->bAutoApprove);
+	// The tree is a text already, and the largest part of it all.
 	const FString Tree = FFileUtils::GetSubDirectoryStructureAsJsonObject(FPaths::ProjectDir());
-	if (const TSharedPtr<FJsonObject> FileStructure = KestrelJson::ParseObject(Tree))
+	FString Body = KestrelJson::ToCondensedText(First).LeftChop(1) + TEXT(",");
+	if (!KestrelJson::IsTooDeep(Tree))
 	{
-		Body->SetObjectField(TEXT("file_structure"), FileStructure);
+		Body += TEXT("\"file_structure\":") + Tree + TEXT(",");
 	}
-	Body->SetBoolField(TEXT("is_confirmation_mode"), !GetDefault<UKestrelSettings>()->bAutoApprove);
-	return KestrelJson::ToCondensedText(Body);
+	return Body + KestrelJson::ToCondensedText(Last).RightChop(1);
 }
 
 void FHTTPAPI::RegularPromptRequest(const FString& Message)

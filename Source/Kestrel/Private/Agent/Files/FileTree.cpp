@@ -1,6 +1,7 @@
 #include "Agent/Files/AssetClassCache.h"
 #include "Agent/Files/FileUtils.h"
 #include "Agent/Files/FolderWalk.h"
+#include "Agent/Files/TreeText.h"
 #include "Agent/Text/JsonText.h"
 #include "Async/TaskGraphInterfaces.h"
 #include "Dom/JsonObject.h"
@@ -14,14 +15,6 @@
 namespace FileTree
 {
 const TCHAR* const NoClassName = TEXT("#");
-
-FString CleanExcludedEntry(const FString& Entry)
-{
-	FString Clean = Entry.Replace(TEXT("\\"), TEXT("/")).TrimStartAndEnd();
-	Clean.RemoveFromStart(TEXT("/"));
-	Clean.RemoveFromEnd(TEXT("/"));
-	return Clean;
-}
 
 /** Name parts that keep a folder out of the flat list. Unlike the tree's, they need not be the whole name. */
 bool IsLeftOutOfList(const FString& FolderName)
@@ -61,7 +54,7 @@ bool IsDirectoryExcluded(const FString& Path, const TArray<FString>& ExcludedDir
 	Path.Replace(TEXT("\\"), TEXT("/")).ParseIntoArray(Pieces, TEXT("/"));
 	for (const FString& Entry : ExcludedDirs)
 	{
-		if (Pieces.Contains(FileTree::CleanExcludedEntry(Entry)))
+		if (Pieces.Contains(KestrelTree::CleanExcludedEntry(Entry)))
 		{
 			return true;
 		}
@@ -89,19 +82,6 @@ struct FTreeFilter
 		return bKept;
 	}
 };
-
-/**
- * The part of a path that exclusion looks at. The names of the folders that the project itself lies in say nothing
- * about a folder of the project.
- */
-FString ToComparedPath(const FString& Path)
-{
-	FString Full = FPaths::ConvertRelativePathToFull(Path);
-	FPaths::NormalizeDirectoryName(Full);
-	FString ProjectDir = FPaths::ConvertRelativePathToFull(FPaths::ProjectDir());
-	FPaths::NormalizeDirectoryName(ProjectDir);
-	return FPaths::IsUnderDirectory(Full, ProjectDir) ? Full.RightChop(ProjectDir.Len()) : Path;
-}
 
 TSharedRef<FJsonObject> BuildTree(FKestrelFolder& Folder, const FString& ComparedPath, const FTreeFilter& Filter)
 {
@@ -159,7 +139,7 @@ TSharedPtr<FJsonObject> FFileUtils::BuildJsonTree(const FString& Path, const TAr
 {
 	FKestrelFolder Folder(Path);
 	const TSharedRef<FJsonObject> Tree = FileTree::BuildTree(
-		Folder, FileTree::ToComparedPath(Path), { SupportedExtensions, ExcludedDirs, EnabledAssetClassPatterns });
+		Folder, KestrelTree::ToComparedPath(Path), { SupportedExtensions, ExcludedDirs, EnabledAssetClassPatterns });
 	FAssetClassCache::Get().Save();
 	return Tree;
 }
@@ -180,10 +160,14 @@ FString FFileUtils::GetSubDirectoryStructureAsJsonObject(const FString& Path)
 	}
 
 	TRACE_BOOKMARK(TEXT("Kestrel - Start GetSubDirectoryStructure"));
-	const TSharedPtr<FJsonObject> Tree =
-		BuildJsonTree(Path, SupportedExtensions, ExcludedDirs, EnabledAssetClassPatterns);
+	// Classes can change without their folder.
+	const FString Text =
+		EnabledAssetClassPatterns.IsEmpty()
+			? FKestrelTreeText::Get().Make(Path, { SupportedExtensions, ExcludedDirs })
+			: KestrelJson::ToCondensedText(
+				  BuildJsonTree(Path, SupportedExtensions, ExcludedDirs, EnabledAssetClassPatterns).ToSharedRef());
 	TRACE_BOOKMARK(TEXT("Kestrel - End GetSubDirectoryStructure"));
-	return KestrelJson::ToCondensedText(Tree.ToSharedRef());
+	return Text;
 }
 
 void FFileUtils::GetSubDirectoryStructureAsJsonObjectAsync(

@@ -10,8 +10,9 @@ namespace JsonText
 {
 /** Values are destroyed and read recursively, so that the depth of a text from outside is that of the stack. */
 constexpr int32 MaxDepth = 256;
+}
 
-bool IsTooDeep(const FString& Text)
+bool KestrelJson::IsTooDeep(const FString& Text)
 {
 	int32 Depth = 0;
 	bool bInString = false;
@@ -29,13 +30,12 @@ bool IsTooDeep(const FString& Text)
 			Depth += *C == '{' || *C == '[';
 			Depth -= *C == '}' || *C == ']';
 		}
-		if (Depth > MaxDepth)
+		if (Depth > JsonText::MaxDepth)
 		{
 			return true;
 		}
 	}
 	return false;
-}
 }
 
 FString KestrelJson::ToCondensedText(const TSharedRef<FJsonObject>& Object)
@@ -65,7 +65,7 @@ FString KestrelJson::ToPrettyText(const TSharedRef<FJsonObject>& Object)
 
 TSharedPtr<FJsonObject> KestrelJson::ParseObject(const FString& Text)
 {
-	if (JsonText::IsTooDeep(Text))
+	if (IsTooDeep(Text))
 	{
 		return nullptr;
 	}
