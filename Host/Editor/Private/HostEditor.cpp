@@ -7,10 +7,10 @@
 #include "Framework/Application/SlateApplication.h"
 #include "Framework/Docking/TabManager.h"
 #include "HAL/HostClock.h"
-#include "HAL/PlatformProcess.h"
 #include "HAL/PlatformTime.h"
 #include "HostGameModules.h"
 #include "HttpModule.h"
+#include "HttpServerModule.h"
 #include "Interfaces/IPluginManager.h"
 #include "Interfaces/IProjectManager.h"
 #include "Misc/App.h"
@@ -39,7 +39,7 @@ constexpr double UnattendedWaitSeconds = 0.005;
 
 /** The host's own modules, in the order in which they start. Others are loaded when they are asked for. */
 const TCHAR* const EngineModules[] = { TEXT("CoreUObject"), TEXT("SlateCore"), TEXT("Slate"), TEXT("Settings"),
-	TEXT("SettingsViewer"), TEXT("HTTP"), TEXT("ToolMenus"), TEXT("AssetRegistry"), TEXT("AssetTools"),
+	TEXT("SettingsViewer"), TEXT("HTTP"), TEXT("HTTPServer"), TEXT("ToolMenus"), TEXT("AssetRegistry"), TEXT("AssetTools"),
 	TEXT("UnrealEd"), TEXT("UndoHistory"), TEXT("ContentBrowser"), TEXT("Kismet"), TEXT("BlueprintEditorLibrary") };
 
 /** The first errors among the compiler's lines, or the first lines when none looks like one. */
@@ -253,6 +253,7 @@ void FHostEditor::Tick()
 		}
 	}
 	FTSTicker::GetCoreTicker().Tick(DeltaTime);
+	FHttpServerModule::Get().Tick(DeltaTime);
 	FHttpModule::Get().GetHttpManager().Tick(DeltaTime);
 	FTaskGraphInterface::Get().ProcessThreadUntilIdle(ENamedThreads::GameThread);
 	FSlateApplication::Get().Tick();
@@ -316,13 +317,14 @@ void FHostEditor::Idle()
 		Http.WaitForActivity(static_cast<float>(Left));
 		return;
 	}
-	FPlatformProcess::Sleep(static_cast<float>(Left));
+	FHttpServerModule::Get().WaitForRequests(static_cast<float>(Left));
 }
 
 bool FHostEditor::IsBusy() const
 {
-	return !Display || FHttpModule::Get().GetHttpManager().HasRequestsInFlight() || Automation.HasWork() ||
-		   Console.IsWanted() || WidgetReport.IsWanted();
+	return !Display || FHttpModule::Get().GetHttpManager().HasRequestsInFlight() ||
+		   FHttpServerModule::Get().HasWaitingRequests() || Automation.HasWork() || Console.IsWanted() ||
+		   WidgetReport.IsWanted();
 }
 
 double FHostEditor::GetNextFrameTime() const
