@@ -24,6 +24,7 @@ LAYERS = [
     "Agent/Tools",  # the tool table, plans and their review
     "Agent/Backend",  # the client of the service
     "Agent",
+    "Mcp",  # the server for other assistants
     "Widget",
     "",
 ]

@@ -14,6 +14,8 @@
 #include "KestrelProjectSettings.h"
 #include "KestrelSettings.h"
 #include "KestrelStage.h"
+#include "Mcp/McpServer.h"
+#include "Misc/App.h"
 #include "Misc/Paths.h"
 #include "Modules/ModuleManager.h"
 #include "Textures/SlateIcon.h"
@@ -71,10 +73,15 @@ void FKestrelModule::StartupModule()
 		RegisterUserInterface();
 	}
 	FAgent::Get().Initialize();
+	FKestrelMcpServer::Get().Initialize();
+	ServerChangedHandle =
+		FKestrelMcpServer::Get().OnChanged.AddRaw(this, &FKestrelModule::ShowCallThatAwaitsApproval);
 }
 
 void FKestrelModule::ShutdownModule()
 {
+	FKestrelMcpServer::Get().OnChanged.Remove(ServerChangedHandle);
+	FKestrelMcpServer::Get().Shutdown();
 	if (bHasUserInterface)
 	{
 		UToolMenus::UnRegisterStartupCallback(this);
@@ -195,6 +202,16 @@ FString FKestrelModule::GetApiHost()
 void FKestrelModule::PluginButtonClicked()
 {
 	FGlobalTabmanager::Get()->TryInvokeTab(KestrelTabName);
+}
+
+void FKestrelModule::ShowCallThatAwaitsApproval()
+{
+	const bool bIsAsked = !FKestrelMcpServer::Get().GetCalls().GetAwaitingApproval().IsEmpty();
+	if (bIsAsked && bHasUserInterface && !FApp::IsUnattended() &&
+		!FGlobalTabmanager::Get()->FindExistingLiveTab(KestrelTabName).IsValid())
+	{
+		PluginButtonClicked();
+	}
 }
 
 void FKestrelModule::RegisterMenus()

@@ -1,5 +1,6 @@
 #include "KestrelSettings.h"
 
+#include "Mcp/McpServer.h"
 #include "UObject/ObjectMacros.h"
 #include "UObject/UnrealType.h"
 
@@ -54,6 +55,10 @@ void UKestrelSettings::PostEditChangeProperty(FPropertyChangedEvent& PropertyCha
 	else if (Changed == GET_MEMBER_NAME_CHECKED(UKestrelSettings, bResetExcludedDirectories))
 	{
 		RunResetButton(bResetExcludedDirectories, &UKestrelSettings::ResetExcludedDirectories);
+	}
+	else if (Changed == GET_MEMBER_NAME_CHECKED(UKestrelSettings, bLetOtherAssistantsIn))
+	{
+		FKestrelMcpServer::Get().ApplySettings();
 	}
 }
 

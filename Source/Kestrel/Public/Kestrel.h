@@ -1,6 +1,7 @@
 #pragma once
 
 #include "CoreMinimal.h"
+#include "Delegates/IDelegateInstance.h"
 #include "Modules/ModuleInterface.h"
 
 class FSpawnTabArgs;
@@ -37,6 +38,8 @@ private:
 	/** The command, the menus and the tab. */
 	void RegisterUserInterface();
 	void RegisterMenus();
+	/** A person who is asked must see what they are asked. */
+	void ShowCallThatAwaitsApproval();
 	/** The panel's widgets are gone when it returns. */
 	void ClosePanel();
 	TSharedRef<SDockTab> OnSpawnPluginTab(const FSpawnTabArgs& SpawnTabArgs);
@@ -49,4 +52,5 @@ private:
 
 	bool bHasUserInterface = false;
 	TSharedPtr<FUICommandList> PluginCommands;
+	FDelegateHandle ServerChangedHandle;
 };

@@ -114,6 +114,13 @@ public:
 			ToolTip = "Your own rules for this project: what runs without asking, what asks, and what never runs"))
 	TArray<FKestrelApprovalRule> ApprovalRules;
 
+	/** Whether a server listens for assistants in terminals and code editors. */
+	UPROPERTY(config, EditAnywhere, Category = "Kestrel|Other Assistants",
+		meta = (DisplayName = "Let Other Assistants In",
+			ToolTip =
+				"Lets assistants in terminals and code editors of this machine use Kestrel's tools (Model Context Protocol); what changes something waits for your approval"))
+	bool bLetOtherAssistantsIn = false;
+
 	/** A button in the shape of a box: ticking it puts the default extensions back. */
 	UPROPERTY(EditAnywhere, Category = "Kestrel|Filtering|File|Extensions",
 		meta = (DisplayName = "Reset Supported File Extensions"))

@@ -20,6 +20,7 @@
 #include "Widget/Prompt/SKestrelPromptBox.h"
 #include "Widget/SKestrelApprovalList.h"
 #include "Widget/SKestrelApproveButton.h"
+#include "Widget/SKestrelClientCalls.h"
 #include "Widget/SKestrelConversationView.h"
 #include "Widget/SKestrelUndoButton.h"
 #include "Widgets/Input/SButton.h"
@@ -41,6 +42,7 @@ constexpr float PartGap = 6.0f;
 // Of the panel's height, so that a low one still shows its buttons and some of the conversation.
 constexpr float PromptMaxShare = 0.25f;
 constexpr float ApprovalListMaxShare = 0.35f;
+constexpr float ClientCallsMaxShare = 0.45f;
 constexpr float DotPeriodSeconds = 0.5f;
 constexpr int32 MaxDots = 3;
 
@@ -93,6 +95,13 @@ void SKestrelWidget::Construct(const FArguments& InArgs)
 			.Padding(0.0f, KestrelWidget::PartGap, 0.0f, 0.0f)
 			[
 				MakeButtonRow()
+			]
+			+ SVerticalBox::Slot()
+			.AutoHeight()
+			.MaxHeight(MakeAttributeSP(this, &SKestrelWidget::GetClientCallsHeightLimit))
+			[
+				SNew(SKestrelClientCalls)
+				.OnMakeChangeView(this, &SKestrelWidget::MakeChangeView)
 			]
 		]
 	];
@@ -213,6 +222,11 @@ float SKestrelWidget::GetWidth() const
 float SKestrelWidget::GetPromptHeightLimit() const
 {
 	return GetHeight() * KestrelWidget::PromptMaxShare;
+}
+
+float SKestrelWidget::GetClientCallsHeightLimit() const
+{
+	return GetHeight() * KestrelWidget::ClientCallsMaxShare;
 }
 
 float SKestrelWidget::GetApprovalListHeightLimit() const

@@ -110,6 +110,7 @@ private:
 	float GetWidth() const;
 	float GetPromptHeightLimit() const;
 	float GetApprovalListHeightLimit() const;
+	float GetClientCallsHeightLimit() const;
 	TSharedRef<SWidget> MakeButtonRow();
 	/** All but End, which is always in sight. */
 	TSharedRef<SWidget> MakeButtonsOfRow();

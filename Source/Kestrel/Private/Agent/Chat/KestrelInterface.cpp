@@ -268,6 +268,11 @@ void FKestrelInterface::OnAddStatusMessage(
 {
 	FKestrelTranscriptEntry Entry =
 		FKestrelTranscriptEntry::MakeStatus(KestrelKeyGuard::Hide(Message), Color, FontStyle, FontSize);
+	if (Redirect)
+	{
+		Redirect(Entry);
+		return;
+	}
 	Entry.bIsLogged = StatusMessageDelegate.IsBound();
 	Record(Entry);
 	StatusMessageDelegate.ExecuteIfBound(Entry.Text, Color, FontStyle, FontSize);
@@ -280,7 +285,13 @@ void FKestrelInterface::AddOwnStatusMessage(const FString& Message) const
 
 void FKestrelInterface::AddHint(const FText& Hint) const
 {
-	Record(FKestrelTranscriptEntry::MakeHint(KestrelKeyGuard::Hide(Hint.ToString())));
+	const FKestrelTranscriptEntry Entry = FKestrelTranscriptEntry::MakeHint(KestrelKeyGuard::Hide(Hint.ToString()));
+	if (Redirect)
+	{
+		Redirect(Entry);
+		return;
+	}
+	Record(Entry);
 	HintDelegate.ExecuteIfBound(Hint);
 }
 
@@ -288,9 +299,18 @@ void FKestrelInterface::OnAddDiffMessage(const FString& FilePath, const FString&
 {
 	FKestrelTranscriptEntry Entry = FKestrelTranscriptEntry::MakeChange(
 		KestrelKeyGuard::Hide(FilePath), KestrelKeyGuard::Hide(Before), KestrelKeyGuard::Hide(After));
-	Entry.bIsLogged = DiffMessageDelegate.IsBound();
 	// What is switched off is neither shown nor logged later.
-	if (GetDefault<UKestrelSettings>()->bDisplayFileChangesInChat)
+	const bool bIsShown = GetDefault<UKestrelSettings>()->bDisplayFileChangesInChat;
+	if (Redirect)
+	{
+		if (bIsShown)
+		{
+			Redirect(Entry);
+		}
+		return;
+	}
+	Entry.bIsLogged = DiffMessageDelegate.IsBound();
+	if (bIsShown)
 	{
 		Record(Entry);
 	}

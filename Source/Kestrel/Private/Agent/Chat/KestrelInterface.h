@@ -118,6 +118,8 @@ public:
 	FOnAddStatusMessageDelegate StatusMessageDelegate;
 	FOnAddDiffMessageDelegate DiffMessageDelegate;
 	FOnAddHintDelegate HintDelegate;
+	/** While it is set, what is said and changed goes there, and not into the panel's conversation. */
+	TFunction<void(const FKestrelTranscriptEntry&)> Redirect;
 
 	// Font styles of status messages, as typefaces of the editor's default font.
 	static const FName RegularFontName;

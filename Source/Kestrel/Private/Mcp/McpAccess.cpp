@@ -1,0 +1,102 @@
+#include "Mcp/McpAccess.h"
+
+#include "CoreGlobals.h"
+#include "HttpServerRequest.h"
+#include "IPAddress.h"
+#include "Mcp/McpSecret.h"
+#include "Misc/ConfigCacheIni.h"
+#include "Misc/Parse.h"
+
+namespace McpAccess
+{
+const TCHAR* const ConfigSection = TEXT("HTTPServer.Listeners");
+const TCHAR* const Scheme = TEXT("Bearer ");
+
+bool IsOwnOrigin(const FString& Origin, uint32 Port)
+{
+	FString Authority = Origin;
+	return Authority.RemoveFromStart(TEXT("http://")) && KestrelMcpAccess::IsOwnAuthority(Authority, Port);
+}
+
+bool HasToken(const FHttpServerRequest& Request, const FString& Token)
+{
+	const TOptional<FString> Authorization = KestrelMcpAccess::GetHeader(Request, TEXT("Authorization"));
+	FString Given = Authorization.Get(FString());
+	return Given.RemoveFromStart(Scheme, ESearchCase::IgnoreCase) &&
+		   KestrelMcpSecret::IsSame(Token, Given.TrimStartAndEnd());
+}
+
+bool IsThisMachine(const FString& BindAddress)
+{
+	return BindAddress.Equals(TEXT("localhost"), ESearchCase::IgnoreCase) || KestrelMcpAccess::IsLoopback(BindAddress);
+}
+}
+
+TOptional<FString> KestrelMcpAccess::GetHeader(const FHttpServerRequest& Request, const TCHAR* Name)
+{
+	const TArray<FString>* Values = Request.Headers.Find(Name);
+	if (!Values || Values->IsEmpty())
+	{
+		return {};
+	}
+	return Values->Num() == 1 ? (*Values)[0].TrimStartAndEnd() : FString();
+}
+
+bool KestrelMcpAccess::IsLoopback(const FString& Address)
+{
+	FString Rest = Address;
+	Rest.RemoveFromStart(TEXT("::ffff:"), ESearchCase::IgnoreCase);
+	return Rest.StartsWith(TEXT("127.")) || Address.Equals(TEXT("::1")) || Address.Equals(TEXT("[::1]"));
+}
+
+bool KestrelMcpAccess::IsOwnAuthority(const FString& Authority, uint32 Port)
+{
+	for (const TCHAR* Host : { TEXT("127.0.0.1"), TEXT("localhost"), TEXT("[::1]") })
+	{
+		if (Authority.Equals(FString::Printf(TEXT("%s:%u"), Host, Port), ESearchCase::IgnoreCase))
+		{
+			return true;
+		}
+	}
+	return false;
+}
+
+bool KestrelMcpAccess::IsFromThisMachine(const FHttpServerRequest& Request)
+{
+	return Request.PeerAddress.IsValid() && IsLoopback(Request.PeerAddress->ToString(/*bAppendPort*/ false));
+}
+
+EHttpServerResponseCodes KestrelMcpAccess::Check(
+	const FHttpServerRequest& Request, uint32 Port, const FString& Token)
+{
+	const TOptional<FString> Origin = GetHeader(Request, TEXT("Origin"));
+	if (!IsFromThisMachine(Request) || !IsOwnAuthority(GetHeader(Request, TEXT("Host")).Get(FString()), Port) ||
+		(Origin.IsSet() && !McpAccess::IsOwnOrigin(*Origin, Port)))
+	{
+		return EHttpServerResponseCodes::Forbidden;
+	}
+	return McpAccess::HasToken(Request, Token) ? EHttpServerResponseCodes::Ok : EHttpServerResponseCodes::Denied;
+}
+
+FString KestrelMcpAccess::FindForeignBindAddress(uint32 Port)
+{
+	FString Address;
+	if (GConfig->GetString(McpAccess::ConfigSection, TEXT("DefaultBindAddress"), Address, GEngineIni) &&
+		!Address.IsEmpty() && !McpAccess::IsThisMachine(Address))
+	{
+		return Address;
+	}
+	TArray<FString> Overrides;
+	GConfig->GetArray(McpAccess::ConfigSection, TEXT("ListenerOverrides"), Overrides, GEngineIni);
+	for (const FString& Override : Overrides)
+	{
+		int32 OverriddenPort = 0;
+		const bool bIsOurs = FParse::Value(*Override, TEXT("Port="), OverriddenPort) &&
+							 static_cast<uint32>(OverriddenPort) == Port;
+		if (bIsOurs && FParse::Value(*Override, TEXT("BindAddress="), Address) && !McpAccess::IsThisMachine(Address))
+		{
+			return Address;
+		}
+	}
+	return FString();
+}

@@ -1,0 +1,27 @@
+#pragma once
+
+#include "CoreMinimal.h"
+
+struct FKestrelToolPlan;
+
+/** What becomes of the call of another assistant. */
+enum class EKestrelMcpDecision : uint8
+{
+	Run,
+	/** A person decides, in the panel. */
+	Ask,
+	/** Nobody is there to be asked. */
+	Refuse,
+};
+
+/**
+ * Whether a plan may run without being asked about: in the editor, what only reads within the project. An editor that a
+ * client has started for itself, -KestrelMcp=read or -KestrelMcp=change, has nobody to ask: "change" also lets through
+ * what changes files of the project and can be undone.
+ */
+namespace KestrelMcpApproval
+{
+/** What the command line lets clients do; empty in an editor with a person at it. */
+KESTREL_API FString GetAllowedByCommandLine();
+KESTREL_API EKestrelMcpDecision Decide(const FKestrelToolPlan& Plan);
+}
