@@ -25,6 +25,7 @@ public class KestrelTests : ModuleRules
 			"CoreUObject",
 			"Engine",
 			"HTTP",
+			"HTTPServer",
 			"InputCore",
 			"Json",
 			"Projects",

@@ -56,7 +56,7 @@ private:
 };
 
 /** The clients that are connected. */
-class FKestrelMcpClients
+class KESTREL_API FKestrelMcpClients
 {
 public:
 	static constexpr int32 MaxClients = 32;

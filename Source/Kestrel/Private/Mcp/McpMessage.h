@@ -29,7 +29,7 @@ struct FKestrelMcpFault
 };
 
 /** What a request is answered with: a result, a fault, or nothing when it was cancelled. */
-struct FKestrelMcpAnswer
+struct KESTREL_API FKestrelMcpAnswer
 {
 	static FKestrelMcpAnswer Of(const TSharedRef<FJsonObject>& Result);
 	static FKestrelMcpAnswer Fail(int32 Code, const FString& Message, int32 HttpStatus = 200);

@@ -1,0 +1,268 @@
+#include "Agent/Agent.h"
+#include "Agent/Chat/KestrelInterface.h"
+#include "Agent/FileHistory.h"
+#include "Agent/Tools/ToolPlan.h"
+#include "HAL/PlatformTime.h"
+#include "Mcp/McpHistoryTools.h"
+#include "Misc/FileHelper.h"
+#include "Support/KestrelTest.h"
+#include "Support/TestMcpClient.h"
+
+namespace McpCallsTest
+{
+/** A file of the project that calls are about, and the server that they come to. */
+class FScene
+{
+public:
+	FScene() { Folder.Write(TEXT("A.txt"), TEXT("one two")); }
+
+	FString Read() const
+	{
+		FString Text;
+		FFileHelper::LoadFileToString(Text, *Folder.Full(TEXT("A.txt")));
+		return Text;
+	}
+	FString Path() const { return Folder.Name / TEXT("A.txt"); }
+	int32 Change(FKestrelTestMcpClient& Client, const TCHAR* From, const TCHAR* To) const
+	{
+		return Client.Call(TEXT("update_file"),
+			FString::Printf(TEXT("{'path':'%s','old_string':'%s','new_string':'%s'}"), *Path(), From, To));
+	}
+	FKestrelMcpCallQueue& Calls() { return Server.Dispatcher.GetCalls(); }
+	/** What a person is asked about, in order. */
+	FString Asked()
+	{
+		FString Text;
+		for (const TSharedRef<FKestrelMcpCall>& Call : Calls().GetAwaitingApproval())
+		{
+			Text += Call->Client->Name + TEXT(": ") + Call->Plan->Change->After + TEXT("\n");
+		}
+		return Text;
+	}
+	void Approve() { Calls().Approve(Calls().GetAwaitingApproval()[0]->Handle); }
+	void Reject() { Calls().Reject(Calls().GetAwaitingApproval()[0]->Handle); }
+	void Pass(double Seconds)
+	{
+		Later += Seconds;
+		Calls().Tick(FPlatformTime::Seconds() + Later);
+	}
+
+	FKestrelTestMcpServer Server;
+	const FKestrelTestFolder Folder;
+	double Later = 0.0; // seconds that the test has let pass
+};
+
+FString GetCallId(const FKestrelTestMcpClient& Client, int32 Number)
+{
+	return Client.GetMember(Number, TEXT("structuredContent.call_id"));
+}
+
+int32 AskAgain(FKestrelTestMcpClient& Client, const FString& CallId)
+{
+	return Client.Call(TEXT("get_call_result"), FString::Printf(TEXT("{'call_id':'%s'}"), *CallId));
+}
+}
+
+DEFINE_SPEC(FKestrelMcpCallsSpec, "Kestrel.McpCalls", KestrelTest::Flags)
+void FKestrelMcpCallsSpec::Define()
+{
+	using namespace McpCallsTest;
+	using KestrelTest::TestSameText;
+
+	It("lets what only reads run at once, and asks a person about the rest", [this]() {
+		FScene Scene;
+		FKestrelTestMcpClient Client(Scene.Server, TEXT("editor one"));
+		const int32 Reading = Client.Call(TEXT("read_file"), FString::Printf(TEXT("{'path':'%s'}"), *Scene.Path()));
+		TestSameText(*this, TEXT("read"), Client.GetText(Reading), TEXT("one two"));
+		const int32 Changing = Scene.Change(Client, TEXT("one"), TEXT("1"));
+		TestSameText(*this, TEXT("waits"), Client.GetText(Changing), TEXT("waiting"));
+		TestSameText(*this, TEXT("is asked"), Scene.Asked(), TEXT("editor one: 1 two\n"));
+		TestSameText(*this, TEXT("not changed"), Scene.Read(), TEXT("one two"));
+		Scene.Approve();
+		TestSameText(*this, TEXT("changed"), Scene.Read(), TEXT("1 two"));
+		TestTrue(TEXT("result"), Client.GetText(Changing).StartsWith(TEXT("Successfully updated")));
+		const int32 Outside = Client.Call(TEXT("read_file"), TEXT("{'path':'/etc/hostname'}"));
+		TestSameText(*this, TEXT("outside"), Client.GetText(Outside), TEXT("waiting"));
+		Scene.Reject();
+		TestTrue(TEXT("rejected"), Client.GetText(Outside).StartsWith(TEXT("Error: The person at the editor has rejected")));
+		TestSameText(*this, TEXT("a failure"), Client.GetMember(Outside, TEXT("isError")), TEXT("true"));
+		const int32 Failing = Scene.Change(Client, TEXT("no such text"), TEXT("1"));
+		TestTrue(TEXT("nobody is asked about a failure"), Client.GetText(Failing).StartsWith(TEXT("Error:")));
+	});
+
+	It("shows a change again whose file has changed since", [this]() {
+		FScene Scene;
+		FKestrelTestMcpClient Client(Scene.Server, TEXT("a"));
+		const int32 Changing = Scene.Change(Client, TEXT("one"), TEXT("1"));
+		Scene.Folder.Write(TEXT("A.txt"), TEXT("one and one"));
+		Scene.Approve();
+		TestSameText(*this, TEXT("not run"), Scene.Read(), TEXT("one and one"));
+		TestSameText(*this, TEXT("asked again"), Scene.Asked(), TEXT("a: 1 and 1\n"));
+		Scene.Approve();
+		TestSameText(*this, TEXT("run"), Scene.Read(), TEXT("1 and 1"));
+		TestTrue(TEXT("result"), Client.GetText(Changing).StartsWith(TEXT("Successfully")));
+	});
+
+	It("answers in time with a handle, under which the result is fetched once", [this]() {
+		FScene Scene;
+		FKestrelTestMcpClient Client(Scene.Server, TEXT("a"));
+		const int32 Changing = Scene.Change(Client, TEXT("one"), TEXT("1"));
+		Scene.Pass(FKestrelMcpCallQueue::LongestWaitSeconds - 1.0);
+		TestSameText(*this, TEXT("not yet"), Client.GetText(Changing), TEXT("waiting"));
+		Scene.Pass(2.0);
+		TestSameText(*this, TEXT("state"), Client.GetMember(Changing, TEXT("structuredContent.state")), TEXT("waiting"));
+		const FString CallId = GetCallId(Client, Changing);
+		const int32 First = AskAgain(Client, CallId);
+		const int32 Second = AskAgain(Client, CallId);
+		TestSameText(*this, TEXT("the earlier request"), GetCallId(Client, First), CallId);
+		Scene.Approve();
+		TestTrue(TEXT("result"), Client.GetText(Second).StartsWith(TEXT("Successfully")));
+		TestTrue(TEXT("fetched"), Client.GetText(AskAgain(Client, CallId)).StartsWith(TEXT("Error: No call waits")));
+		TestTrue(TEXT("guessed"), Client.GetText(AskAgain(Client, TEXT("1"))).StartsWith(TEXT("Error: No call waits")));
+		TestEqual(TEXT("nothing is left"), Scene.Calls().Num(), 0);
+	});
+
+	It("keeps the result of a call that nobody asks for just then", [this]() {
+		FScene Scene;
+		FKestrelTestMcpClient Client(Scene.Server, TEXT("a"));
+		const int32 Changing = Scene.Change(Client, TEXT("one"), TEXT("1"));
+		Scene.Pass(FKestrelMcpCallQueue::LongestWaitSeconds);
+		Scene.Approve();
+		Scene.Pass(FKestrelMcpCallQueue::WithdrawSeconds + 1.0);
+		TestTrue(TEXT("result"),
+			Client.GetText(AskAgain(Client, GetCallId(Client, Changing))).StartsWith(TEXT("Successfully")));
+	});
+
+	It("withdraws what nobody waits for any more, and never runs it", [this]() {
+		FScene Scene;
+		int32 NumWithdrawn = 0;
+		Scene.Calls().OnWithdrawn.BindLambda([&NumWithdrawn](const FKestrelMcpCall&) { ++NumWithdrawn; });
+		FKestrelTestMcpClient Client(Scene.Server, TEXT("a"));
+		const int32 Forgotten = Scene.Change(Client, TEXT("one"), TEXT("1"));
+		const FString Handle = Scene.Calls().GetAwaitingApproval()[0]->Handle;
+		Scene.Pass(FKestrelMcpCallQueue::LongestWaitSeconds);
+		Scene.Pass(FKestrelMcpCallQueue::WithdrawSeconds);
+		TestSameText(*this, TEXT("forgotten"), Scene.Asked(), FString());
+		Scene.Calls().Approve(Handle);
+		TestTrue(TEXT("too late"),
+			Client.GetText(AskAgain(Client, GetCallId(Client, Forgotten))).StartsWith(TEXT("Error: No call waits")));
+
+		const int32 Cancelled = Scene.Change(Client, TEXT("one"), TEXT("2"));
+		const int32 Behind = Scene.Change(Client, TEXT("one"), TEXT("3"));
+		Client.Cancel(Behind);
+		Client.Cancel(Cancelled);
+		TestSameText(*this, TEXT("cancelled"), Client.GetAnswer(Cancelled) + Client.GetAnswer(Behind), TEXT("nothingnothing"));
+		Scene.Change(Client, TEXT("one"), TEXT("4"));
+		Scene.Server.Dispatcher.GetClients().End(Client.Client.ToSharedRef());
+		TestSameText(*this, TEXT("gone"), Scene.Asked(), FString());
+		TestSameText(*this, TEXT("never run"), Scene.Read(), TEXT("one two"));
+		TestEqual(TEXT("told of those that were shown"), NumWithdrawn, 3);
+	});
+
+	It("keeps a client's calls in order, and lets another client's pass one that waits for a person", [this]() {
+		FScene Scene;
+		FKestrelTestMcpClient First(Scene.Server, TEXT("a"));
+		FKestrelTestMcpClient Second(Scene.Server, TEXT("b"));
+		const FString Reading = FString::Printf(TEXT("{'path':'%s'}"), *Scene.Path());
+		Scene.Change(First, TEXT("one"), TEXT("1"));
+		const int32 Behind = First.Call(TEXT("read_file"), Reading);
+		const int32 Beside = Second.Call(TEXT("read_file"), Reading);
+		TestSameText(*this, TEXT("behind"), First.GetText(Behind), TEXT("waiting"));
+		TestSameText(*this, TEXT("beside"), Second.GetText(Beside), TEXT("one two"));
+		Scene.Approve();
+		Scene.Pass(0.0);
+		TestSameText(*this, TEXT("behind, then"), First.GetText(Behind), TEXT("1 two"));
+	});
+
+	It("waits while the panel's own conversation is at work", [this]() {
+		FScene Scene;
+		FKestrelTestMcpClient Client(Scene.Server, TEXT("a"));
+		const FString Reading = FString::Printf(TEXT("{'path':'%s'}"), *Scene.Path());
+		Scene.Change(Client, TEXT("one"), TEXT("1"));
+		FAgent::Get().SetAgentState(EAgentState::PollRequest, nullptr);
+		Scene.Approve();
+		FKestrelTestMcpClient Other(Scene.Server, TEXT("b"));
+		const int32 Waiting = Other.Call(TEXT("read_file"), Reading);
+		Scene.Pass(1.0);
+		TestSameText(*this, TEXT("not approved"), Scene.Read(), TEXT("one two"));
+		TestSameText(*this, TEXT("not read"), Other.GetText(Waiting), TEXT("waiting"));
+		FAgent::Get().SetAgentState(EAgentState::AwaitingUpdate, nullptr);
+		Scene.Pass(1.0);
+		TestSameText(*this, TEXT("read"), Other.GetText(Waiting), TEXT("one two"));
+		Scene.Approve();
+		TestSameText(*this, TEXT("approved"), Scene.Read(), TEXT("1 two"));
+	});
+
+	It("takes only so many calls at once", [this]() {
+		FScene Scene;
+		FKestrelTestMcpClient Client(Scene.Server, TEXT("a"));
+		int32 Last = 0;
+		for (int32 Count = 0; Count <= FKestrelMcpCallQueue::MaxCallsOfClient; ++Count)
+		{
+			Last = Scene.Change(Client, TEXT("one"), TEXT("1"));
+		}
+		TestTrue(TEXT("one too many"), Client.GetText(Last).StartsWith(TEXT("Error: Too many calls wait")));
+		FKestrelTestMcpClient Other(Scene.Server, TEXT("b"));
+		TestSameText(*this, TEXT("another"), Other.GetText(Scene.Change(Other, TEXT("one"), TEXT("1"))), TEXT("waiting"));
+	});
+
+	It("keeps what a client changes as a conversation of its own, to be undone as a whole", [this]() {
+		FScene Scene;
+		const FKestrelPanelRecorder Panel;
+		FAgent::Get().SetConversationId(TEXT("the panel's"));
+		FKestrelTestMcpClient Client(Scene.Server, TEXT("editor\\none"));
+		const FString Id = Client.Client->GetConversationId();
+		Scene.Change(Client, TEXT("one"), TEXT("1"));
+		Scene.Approve();
+		Scene.Change(Client, TEXT("two"), TEXT("2"));
+		Scene.Approve();
+		TestSameText(*this, TEXT("the panel's conversation"), FAgent::Get().GetConversationId(), TEXT("the panel's"));
+		TestEqual(TEXT("said in the panel"), Panel.Messages.Num(), 0);
+		TArray<FKestrelTranscriptEntry> Entries;
+		FKestrelConversationStore& Store = FKestrelInterface::Get().GetTranscript().GetStore();
+		TestTrue(TEXT("stored"), Store.Read(Id, Entries) == EKestrelConversationRead::Done);
+		TestTrue(TEXT("named"), Store.Find(Id)->Title.Contains(TEXT("another assistant")));
+		const FKestrelTranscriptEntry* Change = Entries.FindByPredicate(
+			[](const FKestrelTranscriptEntry& Entry) { return Entry.Kind == EKestrelTranscriptKind::Change; });
+		TestSameText(*this, TEXT("diff"), Change ? Change->After : FString(), TEXT("1 two"));
+
+		TestSameText(*this, TEXT("the panel undoes it"), FAgent::Get().GetUndoConversationID(), Id);
+		const int32 Undoing = Client.Call(TEXT("undo_changes"), TEXT("{}"));
+		TestSameText(*this, TEXT("asked"), Client.GetText(Undoing), TEXT("waiting"));
+		Scene.Approve();
+		TestSameText(*this, TEXT("undone"), Scene.Read(), TEXT("one two"));
+		TestTrue(TEXT("told"), Client.GetText(Undoing).Contains(TEXT("Undone: 1 file")));
+		Client.Call(TEXT("redo_changes"), TEXT("{}"));
+		Scene.Approve();
+		TestSameText(*this, TEXT("redone"), Scene.Read(), TEXT("1 2"));
+		FFileHistory::Get().UndoAllChanges(Id);
+		FAgent::Get().ClearConversationId();
+	});
+
+	It("tells what undoing one client takes from another, and loses nothing", [this]() {
+		FScene Scene;
+		FKestrelTestMcpClient First(Scene.Server, TEXT("a"));
+		FKestrelTestMcpClient Second(Scene.Server, TEXT("b"));
+		Scene.Change(First, TEXT("one"), TEXT("1"));
+		Scene.Approve();
+		Scene.Change(Second, TEXT("two"), TEXT("2"));
+		Scene.Approve();
+		First.Call(TEXT("undo_changes"), TEXT("{}"));
+		const TArray<FText> Cautions = Scene.Calls().GetAwaitingApproval()[0]->Plan->Cautions;
+		TestTrue(TEXT("told before"), Cautions.Num() == 1 && Cautions[0].ToString().Contains(TEXT("A.txt")));
+		TArray<FString> Kept;
+		const TGuardValue<FOnTextKeptDelegate> Unhooked(FFileHistory::Get().OnTextKept,
+			FOnTextKeptDelegate::CreateLambda([&Kept](const FString&, const FString& CopyPath) {
+				FString Text;
+				FFileHelper::LoadFileToString(Text, *CopyPath);
+				Kept.Add(Text);
+			}));
+		Scene.Approve();
+		TestSameText(*this, TEXT("undone"), Scene.Read(), TEXT("one two"));
+		TestSameText(*this, TEXT("kept"), FString::Join(Kept, TEXT("|")), TEXT("1 2"));
+		Second.Call(TEXT("undo_changes"), TEXT("{}"));
+		Scene.Approve();
+		TestSameText(*this, TEXT("the other one's start"), Scene.Read(), TEXT("1 two"));
+		TestSameText(*this, TEXT("kept again"), FString::Join(Kept, TEXT("|")), TEXT("1 2|one two"));
+	});
+}
