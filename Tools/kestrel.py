@@ -10,6 +10,7 @@ import bench
 import content
 import coverage
 import lint
+import mcp
 import run
 import steps
 import testing
@@ -29,6 +30,12 @@ def main():
 
     run_parser.add_argument("--model", metavar="FILE", help="answer with the language model that this configuration describes "
                                  "(Service/Examples has some, Docs/Models.md says how)")
+
+    mcp_parser = commands.add_parser("mcp", help="be a Model Context Protocol server on standard input and output, for other "
+                                                 "assistants")
+    mcp_parser.add_argument("--project", metavar="DIR", required=True, help="the project to work in")
+    mcp_parser.add_argument("--allow", choices=["read", "change"], default="read",
+                            help="what clients may do without anyone being asked (default: %(default)s)")
 
     test_parser = commands.add_parser("test", help="build and run every test")
     test_parser.add_argument("filter", nargs="?", default="", metavar="FILTER",
@@ -50,6 +57,7 @@ def main():
     arguments = parser.parse_args()
     actions = {
         "run": lambda: run.run(arguments),
+        "mcp": lambda: mcp.mcp(arguments),
         "test": lambda: testing.test(arguments.filter),
         "bench": lambda: bench.bench(arguments),
         "content": content.content,

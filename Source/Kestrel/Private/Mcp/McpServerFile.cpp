@@ -6,8 +6,10 @@
 #include "HAL/FileManager.h"
 #include "Mcp/McpEndpoint.h"
 #include "Mcp/McpSecret.h"
+#include "Misc/CommandLine.h"
 #include "Misc/FileHelper.h"
 #include "Misc/Guid.h"
+#include "Misc/Parse.h"
 #include "Misc/Paths.h"
 
 namespace McpServerFile
@@ -32,7 +34,9 @@ bool IsToken(const FString& Text)
 
 FString FKestrelMcpServerFile::GetPath()
 {
-	return FPaths::ConvertRelativePathToFull(FPaths::ProjectSavedDir() / TEXT("Kestrel/OtherAssistants.json"));
+	FString Path = FPaths::ProjectSavedDir() / TEXT("Kestrel/OtherAssistants.json");
+	FParse::Value(FCommandLine::Get(), TEXT("KestrelMcpFile="), Path);
+	return FPaths::ConvertRelativePathToFull(Path);
 }
 
 FKestrelMcpServerFile FKestrelMcpServerFile::ReadOrMake()

@@ -1,0 +1,169 @@
+"""./kestrel mcp: a Model Context Protocol server on standard input and output, for clients that start their servers. Behind
+it is an editor without a window; each message is handed to its server, and each answer handed back."""
+
+import base64
+import http.client
+import json
+import os
+import subprocess
+import sys
+import tempfile
+import threading
+import time
+from urllib.parse import urlsplit
+
+sys.dont_write_bytecode = True
+
+import project
+import steps
+
+PRESET = "release"
+STARTUP_SECONDS = 600  # a project may have to be compiled first
+ANSWER_SECONDS = 120
+FAREWELL_SECONDS = 5
+VERSION_FIELD = "io.modelcontextprotocol/protocolVersion"
+NAMED_FIELDS = {"tools/call": "name", "prompts/get": "name", "resources/read": "uri"}
+
+
+class Editor:
+    """An editor whose server only this program knows."""
+
+    def __init__(self, preset, folder, allow, scratch):
+        self.file = os.path.join(scratch, "server.json")
+        command = [steps.binary(preset, "HostEditor"), project.find_uproject(folder),
+                   f"-PLUGIN={os.path.join(steps.ROOT, 'Kestrel.uplugin')}", "-Unattended", f"-KestrelMcp={allow}",
+                   f"-KestrelMcpFile={self.file}"]
+        # What it prints is for people.
+        self.process = subprocess.Popen(command, stdin=subprocess.DEVNULL, stdout=2, stderr=2,
+                                        preexec_fn=steps.end_with_parent)
+        self.address, self.token = self.wait()
+
+    def wait(self):
+        end = time.monotonic() + STARTUP_SECONDS
+        while time.monotonic() < end and self.process.poll() is None:
+            try:
+                with open(self.file, encoding="utf-8") as file:
+                    found = json.load(file)
+                address = urlsplit(found["url"])
+                http.client.HTTPConnection(address.hostname, address.port, timeout=STARTUP_SECONDS).request("GET", "/")
+                return address, found["token"]
+            except (OSError, ValueError, KeyError):
+                time.sleep(0.05)
+        self.process.kill()
+        raise steps.StepFailed("The editor did not start its server")
+
+    def post(self, body, headers):
+        connection = http.client.HTTPConnection(self.address.hostname, self.address.port, timeout=ANSWER_SECONDS)
+        try:
+            connection.request("POST", self.address.path, body, {
+                "Authorization": f"Bearer {self.token}", "Content-Type": "application/json", **headers})
+            response = connection.getresponse()
+            return response.headers, response.read()
+        finally:
+            connection.close()
+
+    def stop(self):
+        self.process.terminate()
+        try:
+            self.process.wait(FAREWELL_SECONDS)
+        except subprocess.TimeoutExpired:
+            self.process.kill()
+
+
+class Bridge:
+    """Hands messages over. Answers come in any order: a message must not wait behind a call."""
+
+    def __init__(self, editor, output):
+        self.editor = editor
+        self.output = output
+        self.lock = threading.Lock()
+        self.session = None
+        self.version = None
+        self.threads = []
+
+    def run(self, lines):
+        for line in lines:
+            if line.strip():
+                self.take(line)
+            self.threads = [thread for thread in self.threads if thread.is_alive()]
+        for thread in self.threads:
+            thread.join(FAREWELL_SECONDS)
+
+    def take(self, line):
+        try:
+            message = json.loads(line)
+        except ValueError:
+            message = None  # the server says what is wrong with it
+        # What comes behind needs the session; and notifications are over in no time.
+        if not isinstance(message, dict) or message.get("method") == "initialize" or "id" not in message:
+            self.exchange(line, message)
+            return
+        thread = threading.Thread(target=self.exchange, args=(line, message), daemon=True)
+        thread.start()
+        self.threads.append(thread)
+
+    def exchange(self, line, message):
+        try:
+            headers, body = self.editor.post(line.strip(), self.headers_for(message))
+        except OSError as error:
+            body = self.describe_failure(message, error)
+        else:
+            self.session = headers.get("Mcp-Session-Id") or self.session
+        if body:
+            with self.lock:
+                self.output.write(body.replace(b"\n", b" ") + b"\n")
+                self.output.flush()
+
+    def headers_for(self, message):
+        if not isinstance(message, dict):
+            return {}
+        params = message.get("params")
+        params = params if isinstance(params, dict) else {}
+        meta = params.get("_meta")
+        version = meta.get(VERSION_FIELD) if isinstance(meta, dict) else None
+        if not isinstance(version, str):
+            return {"Mcp-Session-Id": self.session} if self.session else {}
+        headers = {"MCP-Protocol-Version": encode(version), "Mcp-Method": encode(message.get("method", ""))}
+        named = params.get(NAMED_FIELDS.get(message.get("method"), ""))
+        if isinstance(named, str):
+            headers["Mcp-Name"] = encode(named)
+        return headers
+
+    @staticmethod
+    def describe_failure(message, error):
+        if not isinstance(message, dict) or "id" not in message:
+            return b""
+        fault = {"code": -32603, "message": f"The editor does not answer: {error}"}
+        return json.dumps({"jsonrpc": "2.0", "id": message["id"], "error": fault}).encode()
+
+
+def encode(text):
+    """A header's value; what is not plain ASCII is encoded as the protocol says."""
+    text = str(text)
+    if text.isascii() and text.isprintable():
+        return text
+    return "=?base64?" + base64.b64encode(text.encode()).decode() + "?="
+
+
+def serve(preset, folder, allow):
+    # Nothing but messages goes to standard output, whoever prints.
+    with os.fdopen(os.dup(1), "wb") as output, tempfile.TemporaryDirectory(prefix="kestrel-mcp-") as scratch:
+        os.dup2(2, 1)
+        if preset == PRESET:
+            steps.build(preset, ["HostEditor", "Kestrel"])
+        editor = Editor(preset, folder, allow, scratch)
+        try:
+            Bridge(editor, output).run(sys.stdin.buffer)
+        finally:
+            editor.stop()
+    return 0
+
+
+def mcp(arguments):
+    folder = os.path.abspath(arguments.project)
+    project.find_uproject(folder)
+    return serve(PRESET, folder, arguments.allow)
+
+
+if __name__ == "__main__":
+    sys.exit(serve(*sys.argv[1:]))
