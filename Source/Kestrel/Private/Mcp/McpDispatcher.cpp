@@ -292,8 +292,15 @@ FKestrelMcpAnswer FKestrelMcpDispatcher::ReadResource(const FKestrelMcpMessage& 
 	const FString Uri = McpDispatcher::GetString(*Message.Params, TEXT("uri"));
 	FString Error = TEXT("uri is missing");
 	const TSharedPtr<FJsonObject> Result = Uri.IsEmpty() ? nullptr : KestrelMcpResources::Read(Uri, Error);
-	const int32 Code = Client.IsStateless() ? KestrelMcpError::InvalidParams : KestrelMcpError::ResourceNotFound;
-	return Result.IsValid() ? FKestrelMcpAnswer::Of(Result.ToSharedRef()) : FKestrelMcpAnswer::Fail(Code, Error);
+	if (Result.IsValid())
+	{
+		return FKestrelMcpAnswer::Of(Result.ToSharedRef());
+	}
+	FKestrelMcpAnswer Answer = FKestrelMcpAnswer::Fail(
+		Client.IsStateless() ? KestrelMcpError::InvalidParams : KestrelMcpError::ResourceNotFound, Error);
+	Answer.Fault->Data = MakeShared<FJsonObject>();
+	Answer.Fault->Data->SetStringField(TEXT("uri"), Uri);
+	return Answer;
 }
 
 FKestrelMcpAnswer FKestrelMcpDispatcher::ListPrompts(const FKestrelMcpMessage& Message, FKestrelMcpClient&)
