@@ -82,6 +82,18 @@ class OtherAssistantsWindowTest(ScreenTest, CodeProjectTest, ServerTest):
         self.allow(Call(client, "undo_changes"), "Undone: 1 file, 1 step in the editor")
         self.assertEqual(self.files_of_project("Config", "Source", "Content"), before)
 
+        self.allow(Call(client, "update_file", path=CONFIG, old_string="12", new_string="14"), "Successfully updated")
+        self.allow(Call(self.connect("Other"), "update_file", path=CONFIG, old_string="14", new_string="15"), "Success")
+        self.click(self.wait_for("the conversations", lambda widgets: next(
+            (each for each in widgets if each["type"] == "ComboBox" and each["name"] == "Conversations"), None)))
+        self.click(self.button("Open Lamp of Moor (another assistant)"))
+        self.screen.picture("other-assistant-conversation")
+        self.text("Undo would also take away what was written to")
+        self.click(self.button("Undo this conversation's changes"))
+        self.text("Undone: 1 file")
+        self.text("That version is kept")
+        self.assertEqual(self.files_of_project("Config", "Source", "Content"), before)
+
         self.click(self.button("Stop listening"))
         self.gone("Stop listening")
         self.assertEqual(Client(self.url, self.token).request("ping").status, 404)

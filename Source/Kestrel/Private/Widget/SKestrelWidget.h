@@ -137,6 +137,13 @@ private:
 	EVisibility GetEarlierVisibility() const;
 	EVisibility GetCurrentVisibility() const;
 	FReply OnBackToCurrentClicked();
+	TSharedRef<SWidget> MakeEarlierButtons();
+	EVisibility GetUndoEarlierVisibility() const;
+	EVisibility GetRedoEarlierVisibility() const;
+	/** What else goes when the earlier conversation is undone. */
+	FText GetEarlierCaution() const { return EarlierCaution; }
+	FReply OnUndoEarlierClicked();
+	FReply OnRedoEarlierClicked();
 	/** Shows a conversation, to be read only; the current one goes on behind it. */
 	void OpenConversation(const FString& Id);
 	void CloseEarlierConversation();
@@ -193,6 +200,7 @@ private:
 	TSharedPtr<SKestrelConversationView> EarlierConversation; // null while the current one is shown
 	FString EarlierId;                                        // empty while the current one is shown
 	FString EarlierTitle;
+	FText EarlierCaution;
 	TSharedPtr<SBox> EarlierBox;
 	TSharedPtr<SComboButton> HistoryButton;
 	TSharedPtr<SKestrelApprovalList> ApprovalList;

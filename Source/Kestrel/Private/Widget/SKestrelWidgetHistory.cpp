@@ -6,6 +6,7 @@
 #include "Layout/Clipping.h"
 #include "Layout/Margin.h"
 #include "Layout/Visibility.h"
+#include "Mcp/McpHistoryTools.h"
 #include "Misc/Attribute.h"
 #include "Types/SlateEnums.h"
 #include "UObject/Class.h"
@@ -16,6 +17,7 @@
 #include "Widgets/Input/SButton.h"
 #include "Widgets/Input/SComboButton.h"
 #include "Widgets/Layout/SBox.h"
+#include "Widgets/Layout/SWrapBox.h"
 #include "Widgets/SBoxPanel.h"
 #include "Widgets/SNullWidget.h"
 #include "Widgets/Text/SMultiLineEditableText.h"
@@ -32,6 +34,17 @@ constexpr float MaxListWidth = 420.0f;
 constexpr float MinHeightWithApproval = 400.0f;
 /** More blocks than anybody scrolls back to. */
 constexpr int32 MaxBlocks = 5000;
+
+/** What undoing a conversation takes from others; empty for nothing. */
+FText DescribeLossOfOthers(const FString& Id)
+{
+	const TArray<FString> Paths = KestrelMcpHistoryTools::FindChangedByOthers(Id);
+	return Paths.IsEmpty()
+			   ? FText::GetEmpty()
+			   : FText::Format(LOCTEXT("LossOfOthers",
+								   "Undo would also take away what was written to {0} since; a copy of it is kept."),
+					 FText::FromString(KestrelDisplayText::EscapeLine(FString::Join(Paths, TEXT(", ")))));
+}
 
 /** A status that came again while the service worked; the formatted view shows it once. */
 bool Repeats(const FKestrelTranscriptEntry& Entry, const FKestrelTranscriptEntry& Previous)
@@ -72,13 +85,81 @@ TSharedRef<SWidget> SKestrelWidget::MakeHistoryHeader()
 			.Visibility(this, &SKestrelWidget::GetEarlierVisibility)
 			.Padding(FMargin(0.0f, 0.0f, 0.0f, KestrelWidgetHistory::Gap))
 			[
+				MakeEarlierButtons()
+			]
+		];
+	// clang-format on
+}
+
+TSharedRef<SWidget> SKestrelWidget::MakeEarlierButtons()
+{
+	// clang-format off
+	return SNew(SVerticalBox)
+		+ SVerticalBox::Slot()
+		.AutoHeight()
+		[
+			SNew(SWrapBox)
+			.UseAllottedSize(true)
+			.InnerSlotPadding(FVector2D(KestrelWidgetHistory::Gap, KestrelWidgetHistory::Gap))
+			+ SWrapBox::Slot()
+			[
 				SNew(SButton)
 				.Text(LOCTEXT("BackToCurrent", "Back to the current conversation"))
 				.ToolTipText(LOCTEXT("BackToCurrentToolTip", "Close the earlier conversation, which can only be read"))
 				.OnClicked(this, &SKestrelWidget::OnBackToCurrentClicked)
 			]
+			+ SWrapBox::Slot()
+			[
+				SNew(SButton)
+				.Text(LOCTEXT("UndoEarlier", "Undo this conversation's changes"))
+				.ToolTipText(LOCTEXT("UndoEarlierToolTip", "Revert everything that this conversation has changed"))
+				.Visibility(this, &SKestrelWidget::GetUndoEarlierVisibility)
+				.OnClicked(this, &SKestrelWidget::OnUndoEarlierClicked)
+			]
+			+ SWrapBox::Slot()
+			[
+				SNew(SButton)
+				.Text(LOCTEXT("RedoEarlier", "Redo this conversation's changes"))
+				.ToolTipText(LOCTEXT("RedoEarlierToolTip", "Restore the file changes that were undone"))
+				.Visibility(this, &SKestrelWidget::GetRedoEarlierVisibility)
+				.OnClicked(this, &SKestrelWidget::OnRedoEarlierClicked)
+			]
+		]
+		+ SVerticalBox::Slot()
+		.AutoHeight()
+		[
+			SNew(STextBlock)
+			.AutoWrapText(true)
+			.Text(this, &SKestrelWidget::GetEarlierCaution)
+			.Visibility(this, &SKestrelWidget::GetUndoEarlierVisibility)
 		];
 	// clang-format on
+}
+
+EVisibility SKestrelWidget::GetUndoEarlierVisibility() const
+{
+	return FKestrelInterface::Get().CanUndoConversation(EarlierId) ? EVisibility::Visible : EVisibility::Collapsed;
+}
+
+EVisibility SKestrelWidget::GetRedoEarlierVisibility() const
+{
+	return FKestrelInterface::Get().CanRedoConversation(EarlierId) ? EVisibility::Visible : EVisibility::Collapsed;
+}
+
+FReply SKestrelWidget::OnUndoEarlierClicked()
+{
+	const FString Id = EarlierId;
+	CloseEarlierConversation(); // what is said about it comes in the current one
+	FKestrelInterface::Get().UndoConversation(Id);
+	return HandledWithFocusOnPrompt();
+}
+
+FReply SKestrelWidget::OnRedoEarlierClicked()
+{
+	const FString Id = EarlierId;
+	CloseEarlierConversation();
+	FKestrelInterface::Get().RedoConversation(Id);
+	return HandledWithFocusOnPrompt();
 }
 
 TSharedRef<SWidget> SKestrelWidget::MakeConversationList()
@@ -140,6 +221,7 @@ void SKestrelWidget::OpenConversation(const FString& Id)
 	}
 	EarlierId = Id;
 	EarlierTitle = Info->Title;
+	EarlierCaution = KestrelWidgetHistory::DescribeLossOfOthers(Id);
 	// It begins at its top, and nothing is added to it.
 	SAssignNew(EarlierConversation, SKestrelConversationView).IsUserScrolling(true);
 	{
@@ -153,6 +235,7 @@ void SKestrelWidget::CloseEarlierConversation()
 {
 	EarlierId.Empty();
 	EarlierTitle.Empty();
+	EarlierCaution = FText::GetEmpty();
 	EarlierConversation.Reset();
 	EarlierBox->SetContent(SNullWidget::NullWidget);
 }

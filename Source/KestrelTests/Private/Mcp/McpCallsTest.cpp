@@ -122,6 +122,34 @@ void FKestrelMcpCallsSpec::Define()
 		TestEqual(TEXT("nothing is left"), Scene.Calls().Num(), 0);
 	});
 
+	It("lets a client without a session repeat the very call that waits", [this]() {
+		FScene Scene;
+		FKestrelTestMcpClient Client(Scene.Server, TEXT("a"), TEXT("2026-07-28"));
+		const FString Arguments =
+			FString::Printf(TEXT("{'path':'%s','old_string':'one','new_string':'1'}"), *Scene.Path());
+		const auto Repeat = [&Client](const FString& Tool, const FString& OfArguments, const FString& State) {
+			return Client.Request(TEXT("tools/call"), FString::Printf(TEXT("{'name':'%s','arguments':%s,'requestState':'%s'}"),
+														  *Tool, *OfArguments, *State));
+		};
+		const int32 Changing = Client.Call(TEXT("update_file"), Arguments);
+		Scene.Pass(FKestrelMcpCallQueue::LongestWaitSeconds);
+		TestSameText(*this, TEXT("kind"), Client.GetMember(Changing, TEXT("resultType")), TEXT("input_required"));
+		const FString State = Client.GetMember(Changing, TEXT("requestState"));
+		const TCHAR* const None = TEXT("Error: No call waits");
+		TestTrue(TEXT("another tool"), Client.GetText(Repeat(TEXT("delete_file"), Arguments, State)).StartsWith(None));
+		TestTrue(TEXT("other arguments"),
+			Client.GetText(Repeat(TEXT("update_file"), TEXT("{'path':'x'}"), State)).StartsWith(None));
+		TestTrue(TEXT("another state"), Client.GetText(Repeat(TEXT("update_file"), Arguments, TEXT("0"))).StartsWith(None));
+		FKestrelTestMcpClient Stranger(Scene.Server, TEXT("b"), TEXT("2026-07-28"));
+		TestTrue(TEXT("another client"),
+			Stranger.GetText(Stranger.Request(TEXT("tools/call"), FString::Printf(TEXT("{'name':'update_file','arguments':%s,'requestState':'%s'}"), *Arguments, *State))).StartsWith(None));
+		const int32 Repeated = Repeat(TEXT("update_file"), Arguments, State);
+		Scene.Approve();
+		TestTrue(TEXT("result"), Client.GetText(Repeated).StartsWith(TEXT("Successfully")));
+		TestSameText(*this, TEXT("whole"), Client.GetMember(Repeated, TEXT("resultType")), TEXT("complete"));
+		TestSameText(*this, TEXT("once"), Scene.Read(), TEXT("1 two"));
+	});
+
 	It("keeps the result of a call that nobody asks for just then", [this]() {
 		FScene Scene;
 		FKestrelTestMcpClient Client(Scene.Server, TEXT("a"));

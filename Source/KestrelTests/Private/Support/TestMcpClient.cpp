@@ -29,7 +29,17 @@ FKestrelTestMcpServer::~FKestrelTestMcpServer()
 
 FKestrelTestMcpClient::FKestrelTestMcpClient(FKestrelTestMcpServer& InServer, const TCHAR* Name, const TCHAR* Version)
 	: Server(InServer)
+	, Meta(FString(Version).Equals(TEXT("2026-07-28"))
+			   ? FString::Printf(TEXT("'_meta':{'io.modelcontextprotocol/protocolVersion':'%s',"
+									  "'io.modelcontextprotocol/clientCapabilities':{},"
+									  "'io.modelcontextprotocol/clientInfo':{'name':'%s'}},"),
+					 Version, Name)
+			   : FString())
 {
+	if (!Meta.IsEmpty())
+	{
+		return;
+	}
 	FKestrelMcpFault Fault;
 	const FString Text = FString::Printf(TEXT("{'jsonrpc':'2.0','id':0,'method':'initialize','params':{"
 											  "'protocolVersion':'%s','capabilities':{},'clientInfo':{'name':'%s'}}}"),
@@ -43,11 +53,12 @@ int32 FKestrelTestMcpClient::Request(const FString& Method, const FString& Param
 	const int32 Number = ++NumRequests;
 	FKestrelMcpFault Fault;
 	const TSharedPtr<FKestrelMcpMessage> Message =
-		FKestrelMcpMessage::Parse(KestrelTest::ToBytes(FString::Printf(
-									  TEXT("{'jsonrpc':'2.0','id':%d,'method':'%s','params':%s}"), Number, *Method, *Params)),
+		FKestrelMcpMessage::Parse(
+			KestrelTest::ToBytes(FString::Printf(TEXT("{'jsonrpc':'2.0','id':%d,'method':'%s','params':{%s'x':0%s}"), Number,
+				*Method, *Meta, Params.Len() > 2 ? *(TEXT(",") + Params.RightChop(1)) : TEXT("}"))),
 			Fault);
 	checkf(Message.IsValid(), TEXT("a test's own message: %s"), *Fault.Message);
-	Server.Dispatcher.Handle({ Message.ToSharedRef(), Client }, [Number, Kept = Answers](const FKestrelMcpAnswer& Answer) {
+	Server.Dispatcher.Handle({ Message.ToSharedRef(), Client, !Meta.IsEmpty() }, [Number, Kept = Answers](const FKestrelMcpAnswer& Answer) {
 		checkf(!Kept->Contains(Number), TEXT("a request is answered once"));
 		Kept->Add(Number, Answer);
 	});

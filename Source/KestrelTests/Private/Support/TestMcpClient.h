@@ -24,6 +24,7 @@ private:
 class FKestrelTestMcpClient
 {
 public:
+	/** @param Version  2026-07-28 for a client without a session */
 	FKestrelTestMcpClient(FKestrelTestMcpServer& InServer, const TCHAR* Name, const TCHAR* Version = TEXT("2025-11-25"));
 
 	/** Sends a request, JSON with single quotes. @return its number; what it is answered comes at once or later */
@@ -38,12 +39,13 @@ public:
 	/** The member of a result, of its structured content for instance: "structuredContent.call_id". */
 	FString GetMember(int32 Number, const FString& Path) const;
 
-	TSharedPtr<FKestrelMcpClient> Client;
+	TSharedPtr<FKestrelMcpClient> Client; // null without a session
 
 private:
 	const FKestrelMcpAnswer* FindAnswer(int32 Number) const;
 
 	FKestrelTestMcpServer& Server;
+	const FString Meta; // members of each request's parameters, with a comma behind; empty with a session
 	TSharedRef<TMap<int32, FKestrelMcpAnswer>> Answers = MakeShared<TMap<int32, FKestrelMcpAnswer>>();
 	int32 NumRequests = 0;
 };

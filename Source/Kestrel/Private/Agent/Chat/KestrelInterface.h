@@ -86,6 +86,11 @@ public:
 	void RedoLastOperation();
 	bool CanUndo() const;
 	bool CanRedo() const;
+	// The same for any conversation, by its id, as long as its changes are recorded.
+	void UndoConversation(const FString& Id);
+	void RedoConversation(const FString& Id);
+	bool CanUndoConversation(const FString& Id) const;
+	bool CanRedoConversation(const FString& Id) const;
 	/** What they would touch. It reads up to so many files, so it is not for every frame. */
 	FKestrelUndoPreview PreviewUndo(int32 MaxFiles = MAX_int32) const;
 	FKestrelUndoPreview PreviewRedo(int32 MaxFiles = MAX_int32) const;
@@ -150,6 +155,7 @@ private:
 
 	mutable FKestrelTransactionLookup UndoLookup;
 	mutable FKestrelTransactionLookup RedoLookup;
+	mutable FKestrelTransactionLookup EarlierLookup;
 	FKestrelPromptLog PromptLog;
 	mutable FKestrelTranscript Transcript;
 	FKestrelPromptStore PromptStore;

@@ -72,6 +72,28 @@ void FKestrelInterface::UndoLastOperation()
 	}
 }
 
+void FKestrelInterface::UndoConversation(const FString& Id)
+{
+	FAgent::Get().SetUndoConversationID(Id);
+	UndoLastOperation();
+}
+
+void FKestrelInterface::RedoConversation(const FString& Id)
+{
+	FAgent::Get().SetRedoConversationID(Id);
+	RedoLastOperation();
+}
+
+bool FKestrelInterface::CanUndoConversation(const FString& Id) const
+{
+	return !Id.IsEmpty() && (FFileHistory::Get().GetFileHistories().Contains(Id) || EarlierLookup.Contains(Id));
+}
+
+bool FKestrelInterface::CanRedoConversation(const FString& Id) const
+{
+	return FFileHistory::Get().GetRedoHistories().Contains(Id);
+}
+
 bool FKestrelInterface::UndoUntilLastTransactionByName(const FString& Name) const
 {
 	UTransactor* Transactor = GEditor ? GEditor->Trans.Get() : nullptr;
