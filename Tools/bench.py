@@ -11,6 +11,7 @@ import tempfile
 import time
 
 import bench_growth
+import mcp_bench
 import panel_bench
 import service_bench
 import steps
@@ -191,29 +192,29 @@ def compare(results, file_name):
     return good
 
 
+# What measures itself, under the names by which it is asked for.
+OTHERS = {"Service": service_bench.measure, "Panel": panel_bench.measure, "OtherAssistants": mcp_bench.measure}
+
+
 def choose(names):
-    """The cases with one of these in their names, and whether the service and the panel are among what was asked for."""
+    """The cases with one of these in their names, and the others."""
     def is_chosen(name):
         return not names or any(each.lower() in name.lower() for each in names)
 
-    return [case for case in CASES if is_chosen(case.name)], is_chosen("Service"), is_chosen("Panel")
+    return [case for case in CASES if is_chosen(case.name)], [OTHERS[name] for name in OTHERS if is_chosen(name)]
 
 
 def bench(arguments):
     steps.install_packages(steps.PACKAGES + PEER_PACKAGES)
     steps.build(PRESET, ["HostEditor", "Kestrel", "KestrelTests", "ServiceBench"])
-    cases, with_service, with_panel = choose(arguments.name)
-    if not cases and not with_service and not with_panel:
-        raise steps.StepFailed(f"There is nothing to measure with such a name. There are Service, Panel and "
-                               f"{', '.join(case.name for case in CASES)}.")
+    cases, others = choose(arguments.name)
+    if not cases and not others:
+        raise steps.StepFailed(f"There is nothing to measure with such a name. There are "
+                               f"{', '.join([*OTHERS, *(case.name for case in CASES)])}.")
     warn_if_busy()
     if arguments.growth:
         return 0 if bench_growth.measure(cases, Editor, make_project, measure_base_memory) else 1
-    good = True
-    if with_service:
-        good &= service_bench.measure(PRESET)
-    if with_panel:
-        good &= panel_bench.measure(PRESET)
+    good = all([measure_other(PRESET) for measure_other in others])
     results = [measure(case) for case in cases]
     good &= all(result.is_good() for result in results)
     if arguments.json:

@@ -75,7 +75,8 @@ class OtherAssistantsTest(ServerTest):
         client = self.start_server()
         outside = os.path.join(self.scratch, "outside.txt")
         os.symlink(self.scratch, os.path.join(self.project, "Source", "Link"))
-        for path in (outside, "../outside.txt", "Source/Link/outside.txt"):
+        os.makedirs(os.path.join(self.project, ".git", "hooks"))
+        for path in (outside, "../outside.txt", "Source/Link/outside.txt", ".git/hooks/post-commit", ".GIT/config"):
             self.assertIn("Not allowed", client.text("create_file", path=path, file_text="x"), path)
         self.assertIn("Not allowed", client.text("execute_unreal_engine_api_python_script", code="print(1)"))
         self.assertFalse(os.path.exists(outside))
@@ -126,6 +127,7 @@ class ProtocolTest(ServerTest):
         self.assertEqual(client.send("DELETE").status, 204)
         self.assertEqual(client.request("ping").status, 404, "the client is to start over")
         self.assertEqual(client.send("DELETE").status, 404)
+        self.assertEqual(client.initialize(STATELESS)["protocolVersion"], "2025-11-25")
 
     def test_a_request_without_a_session_names_its_version(self):
         self.start_server("read")

@@ -41,7 +41,11 @@ class TokenProxy:
             def log_message(self, *_):
                 pass
 
-        self.server = ThreadingHTTPServer(("127.0.0.1", 0), Handler)
+        class Server(ThreadingHTTPServer):
+            def handle_error(self, *_):
+                pass  # clients may leave as they like
+
+        self.server = Server(("127.0.0.1", 0), Handler)
         self.url = f"http://127.0.0.1:{self.server.server_port}{address.path}"
         threading.Thread(target=self.server.serve_forever, daemon=True).start()
 

@@ -14,8 +14,8 @@
  * The editor's life: opens the project of the command line, loads modules and plugins in the engine's phases, ticks
  * until somebody asks to exit, and shuts down in reverse.
  *
- * A tick is: core ticker, requests to HTTP servers, HTTP completions, game-thread tasks, Slate. With -UnattendedClock the clock jumps to the next
- * due time while nothing is in flight.
+ * A tick is: core ticker, requests to HTTP servers, HTTP completions, game-thread tasks, Slate. With -UnattendedClock
+ * the clock jumps to the next due time while nothing is in flight.
  */
 class FHostEditor
 {

@@ -83,7 +83,8 @@ FHttpListener::~FHttpListener()
 
 bool FHttpListener::Bind(const FString& Address)
 {
-	bBound = bBound || (Port > 0 && Port <= 65535 && Server.bind_to_port(HttpListener::ToUtf8(Address), static_cast<int>(Port)));
+	bBound = bBound ||
+			 (Port > 0 && Port <= 65535 && Server.bind_to_port(HttpListener::ToUtf8(Address), static_cast<int>(Port)));
 	UE_CLOG(!bBound, LogHttpListener, Error, TEXT("HttpListener unable to bind to %s:%u"), *Address, Port);
 	return bBound;
 }
@@ -145,7 +146,8 @@ void FHttpListener::Serve(const httplib::Request& Request, httplib::Response& Ou
 	OutResponse.body.assign(reinterpret_cast<const char*>(Response->Body.GetData()), Response->Body.Num());
 	for (const auto& Pair : Response->Headers)
 	{
-		OutResponse.set_header(HttpListener::ToUtf8(Pair.Key), HttpListener::ToUtf8(FString::Join(Pair.Value, TEXT(","))));
+		OutResponse.set_header(
+			HttpListener::ToUtf8(Pair.Key), HttpListener::ToUtf8(FString::Join(Pair.Value, TEXT(","))));
 	}
 }
 

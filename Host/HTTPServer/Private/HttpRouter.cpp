@@ -4,7 +4,8 @@ namespace HttpRouter
 {
 bool IsAtOrBelow(const FString& Path, const FString& Route)
 {
-	return Path.Equals(Route) || Route.Equals(TEXT("/")) || Path.StartsWith(Route + TEXT("/"), ESearchCase::CaseSensitive);
+	return Path.Equals(Route) || Route.Equals(TEXT("/")) ||
+		   Path.StartsWith(Route + TEXT("/"), ESearchCase::CaseSensitive);
 }
 }
 

@@ -111,7 +111,6 @@ void FHttpServerModule::WaitForRequests(float MaxSeconds)
 {
 	FHttpListener::FArrivals& Arrivals = HttpServerModule::GetArrivals();
 	std::unique_lock<std::mutex> Lock(Arrivals.Mutex);
-	Arrivals.Changed.wait_for(
-		Lock, std::chrono::duration<float>(MaxSeconds), [&Arrivals] { return Arrivals.bAny; });
+	Arrivals.Changed.wait_for(Lock, std::chrono::duration<float>(MaxSeconds), [&Arrivals] { return Arrivals.bAny; });
 	Arrivals.bAny = false;
 }

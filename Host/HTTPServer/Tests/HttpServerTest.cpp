@@ -102,19 +102,20 @@ TEST_F(FHttpServerTest, HandsARequestOverAsItCameAndTheAnswerBack)
 	FString RelativePath;
 	TArray<FString> Origins;
 	FString Peer;
-	Bind(TEXT("/mcp"), FHttpRequestHandler::CreateLambda([&](const FHttpServerRequest& Request, const FHttpResultCallback& OnComplete) {
-		EXPECT_TRUE(IsInGameThread());
-		EXPECT_TRUE(Request.Verb == EHttpServerRequestVerbs::VERB_POST);
-		Received = BodyOf(Request);
-		RelativePath = Request.RelativePath.GetPath();
-		Origins = Request.Headers.FindRef(TEXT("oRiGiN"));
-		Peer = Request.PeerAddress->ToString(false);
-		TUniquePtr<FHttpServerResponse> Response =
-			FHttpServerResponse::Create(FString(TEXT("{\"a\":\"\u00E9\"}")), TEXT("application/json"));
-		Response->Headers.Add(TEXT("Mcp-Session-Id"), { TEXT("one") });
-		OnComplete(MoveTemp(Response));
-		return true;
-	}));
+	Bind(TEXT("/mcp"), FHttpRequestHandler::CreateLambda(
+						   [&](const FHttpServerRequest& Request, const FHttpResultCallback& OnComplete) {
+							   EXPECT_TRUE(IsInGameThread());
+							   EXPECT_TRUE(Request.Verb == EHttpServerRequestVerbs::VERB_POST);
+							   Received = BodyOf(Request);
+							   RelativePath = Request.RelativePath.GetPath();
+							   Origins = Request.Headers.FindRef(TEXT("oRiGiN"));
+							   Peer = Request.PeerAddress->ToString(false);
+							   TUniquePtr<FHttpServerResponse> Response = FHttpServerResponse::Create(
+								   FString(TEXT("{\"a\":\"\u00E9\"}")), TEXT("application/json"));
+							   Response->Headers.Add(TEXT("Mcp-Session-Id"), { TEXT("one") });
+							   OnComplete(MoveTemp(Response));
+							   return true;
+						   }));
 	const httplib::Result Answer = Talk([&](httplib::Client& Client) {
 		return Client.Post("/mcp/below", { { "origin", "a, b" }, { "origin", "c" } }, Sent, "application/json");
 	});
@@ -152,10 +153,8 @@ TEST_F(FHttpServerTest, AnswersByItselfWhereThereIsNoRoute)
 		Sink.done();
 		return true;
 	};
-	EXPECT_EQ(Talk([&](httplib::Client& Client) {
-		return Client.Post("/mcp", SendChunk, "application/json")->status;
-	}),
-		400)
+	EXPECT_EQ(
+		Talk([&](httplib::Client& Client) { return Client.Post("/mcp", SendChunk, "application/json")->status; }), 400)
 		<< "bodies in chunks";
 	Router->UnbindRoute(Route);
 	EXPECT_EQ(Post("/mcp"), 404);
@@ -164,14 +163,16 @@ TEST_F(FHttpServerTest, AnswersByItselfWhereThereIsNoRoute)
 TEST_F(FHttpServerTest, LetsOthersThroughWhileOneWaits)
 {
 	FHttpResultCallback Waiting;
-	Bind(TEXT("/wait"), FHttpRequestHandler::CreateLambda([&](const FHttpServerRequest&, const FHttpResultCallback& OnComplete) {
-		Waiting = OnComplete;
-		return true;
-	}));
-	Bind(TEXT("/now"), FHttpRequestHandler::CreateLambda([&](const FHttpServerRequest&, const FHttpResultCallback& OnComplete) {
-		OnComplete(FHttpServerResponse::Create(FString(TEXT("now")), TEXT("text/plain")));
-		return true;
-	}));
+	Bind(TEXT("/wait"),
+		FHttpRequestHandler::CreateLambda([&](const FHttpServerRequest&, const FHttpResultCallback& OnComplete) {
+			Waiting = OnComplete;
+			return true;
+		}));
+	Bind(TEXT("/now"),
+		FHttpRequestHandler::CreateLambda([&](const FHttpServerRequest&, const FHttpResultCallback& OnComplete) {
+			OnComplete(FHttpServerResponse::Create(FString(TEXT("now")), TEXT("text/plain")));
+			return true;
+		}));
 	auto Late = std::async(std::launch::async, [this] {
 		httplib::Client Client("127.0.0.1", static_cast<int>(Port));
 		return Client.Get("/wait")->body;
@@ -196,10 +197,11 @@ TEST_F(FHttpServerTest, LetsOthersThroughWhileOneWaits)
 TEST_F(FHttpServerTest, TellsClientsThatWaitWhenItIsShutDown)
 {
 	FHttpResultCallback Waiting;
-	Bind(TEXT("/wait"), FHttpRequestHandler::CreateLambda([&](const FHttpServerRequest&, const FHttpResultCallback& OnComplete) {
-		Waiting = OnComplete;
-		return true;
-	}));
+	Bind(TEXT("/wait"),
+		FHttpRequestHandler::CreateLambda([&](const FHttpServerRequest&, const FHttpResultCallback& OnComplete) {
+			Waiting = OnComplete;
+			return true;
+		}));
 	auto Late = std::async(std::launch::async, [this] {
 		httplib::Client Client("127.0.0.1", static_cast<int>(Port));
 		return Client.Get("/wait")->status;
@@ -225,10 +227,11 @@ TEST_F(FHttpServerTest, TellsOfATakenPortOnlyWhereItIsAsked)
 
 TEST_F(FHttpServerTest, ServesOnWhileMoreClientsComeThanItTakes)
 {
-	Bind(TEXT("/now"), FHttpRequestHandler::CreateLambda([&](const FHttpServerRequest&, const FHttpResultCallback& OnComplete) {
-		OnComplete(FHttpServerResponse::Create(FString(TEXT("now")), TEXT("text/plain")));
-		return true;
-	}));
+	Bind(TEXT("/now"),
+		FHttpRequestHandler::CreateLambda([&](const FHttpServerRequest&, const FHttpResultCallback& OnComplete) {
+			OnComplete(FHttpServerResponse::Create(FString(TEXT("now")), TEXT("text/plain")));
+			return true;
+		}));
 	// As many as are taken at once, and none says a word: they are given up after some seconds.
 	std::vector<std::unique_ptr<int, void (*)(int*)>> Slow;
 	for (size_t Index = 0; Index < FConnectionThreads::MaxConnections; ++Index)

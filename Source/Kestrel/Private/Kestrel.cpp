@@ -74,8 +74,7 @@ void FKestrelModule::StartupModule()
 	}
 	FAgent::Get().Initialize();
 	FKestrelMcpServer::Get().Initialize();
-	ServerChangedHandle =
-		FKestrelMcpServer::Get().OnChanged.AddRaw(this, &FKestrelModule::ShowCallThatAwaitsApproval);
+	ServerChangedHandle = FKestrelMcpServer::Get().OnChanged.AddRaw(this, &FKestrelModule::ShowCallThatAwaitsApproval);
 }
 
 void FKestrelModule::ShutdownModule()

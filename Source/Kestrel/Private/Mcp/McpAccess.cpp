@@ -66,8 +66,7 @@ bool KestrelMcpAccess::IsFromThisMachine(const FHttpServerRequest& Request)
 	return Request.PeerAddress.IsValid() && IsLoopback(Request.PeerAddress->ToString(/*bAppendPort*/ false));
 }
 
-EHttpServerResponseCodes KestrelMcpAccess::Check(
-	const FHttpServerRequest& Request, uint32 Port, const FString& Token)
+EHttpServerResponseCodes KestrelMcpAccess::Check(const FHttpServerRequest& Request, uint32 Port, const FString& Token)
 {
 	const TOptional<FString> Origin = GetHeader(Request, TEXT("Origin"));
 	if (!IsFromThisMachine(Request) || !IsOwnAuthority(GetHeader(Request, TEXT("Host")).Get(FString()), Port) ||
@@ -91,8 +90,8 @@ FString KestrelMcpAccess::FindForeignBindAddress(uint32 Port)
 	for (const FString& Override : Overrides)
 	{
 		int32 OverriddenPort = 0;
-		const bool bIsOurs = FParse::Value(*Override, TEXT("Port="), OverriddenPort) &&
-							 static_cast<uint32>(OverriddenPort) == Port;
+		const bool bIsOurs =
+			FParse::Value(*Override, TEXT("Port="), OverriddenPort) && static_cast<uint32>(OverriddenPort) == Port;
 		if (bIsOurs && FParse::Value(*Override, TEXT("BindAddress="), Address) && !McpAccess::IsThisMachine(Address))
 		{
 			return Address;

@@ -1,25 +1,23 @@
 #include "Mcp/McpApproval.h"
 
-#include "Agent/Files/NativeFile.h"
+#include "Agent/Files/PathReview.h"
 #include "Agent/Tools/ToolPlan.h"
 #include "Misc/CommandLine.h"
 #include "Misc/Parse.h"
-#include "Misc/Paths.h"
 
 namespace McpApproval
 {
+/** Neither elsewhere, nor in the project's version control, where a file may be a program that runs by itself. */
 bool StaysInProject(const FKestrelToolPlan& Plan)
 {
-	const FString ProjectDir =
-		KestrelNativeFile::ResolveLinks(FPaths::ConvertRelativePathToFull(FPaths::ProjectDir()));
-	return Plan.FilePath.IsEmpty() || (!Plan.RealPath.IsEmpty() && FPaths::IsUnderDirectory(Plan.RealPath, ProjectDir));
+	return Plan.FilePath.IsEmpty() || FKestrelPathReview::Of(Plan.FilePath).bIsOfProject;
 }
 
 EKestrelMcpDecision DecideAlone(const FKestrelToolPlan& Plan, bool bMayChange)
 {
 	const bool bReads = Plan.Kind == EKestrelToolKind::Read;
 	const bool bRuns = Plan.Kind == EKestrelToolKind::Run; // a script can do anything
-	const bool bMay = StaysInProject(Plan) && (bReads ? Plan.Cautions.IsEmpty() : bMayChange && !bRuns);
+	const bool bMay = bReads ? Plan.Cautions.IsEmpty() : bMayChange && !bRuns && StaysInProject(Plan);
 	return bMay ? EKestrelMcpDecision::Run : EKestrelMcpDecision::Refuse;
 }
 }

@@ -17,7 +17,7 @@ enum class EKestrelMcpDecision : uint8
 /**
  * Whether a plan may run without being asked about: in the editor, what only reads within the project. An editor that a
  * client has started for itself, -KestrelMcp=read or -KestrelMcp=change, has nobody to ask: "change" also lets through
- * what changes files of the project and can be undone.
+ * what changes the project, but neither scripts nor what lies in its version control.
  */
 namespace KestrelMcpApproval
 {

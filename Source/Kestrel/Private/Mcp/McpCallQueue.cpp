@@ -19,8 +19,9 @@ namespace McpCallQueue
 constexpr double MaxSecondsPerFrame = 0.004;
 const TCHAR* const ToolUsePrefix = TEXT("mcp-");
 
-const TCHAR* const Rejected = TEXT("Error: The person at the editor has rejected this call, and nothing was changed. Do "
-								   "not repeat it unchanged: ask what to do instead.");
+const TCHAR* const Rejected =
+	TEXT("Error: The person at the editor has rejected this call, and nothing was changed. Do "
+		 "not repeat it unchanged: ask what to do instead.");
 const TCHAR* const Refused =
 	TEXT("Error: Not allowed. This editor was started for clients that may not do this, and nobody is at it to ask. It "
 		 "depends on --allow, and paths must lie within the project.");

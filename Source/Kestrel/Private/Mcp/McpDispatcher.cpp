@@ -47,10 +47,11 @@ TSharedRef<FJsonObject> MakeCapabilities()
 FString MakeInstructions()
 {
 	return FString::Printf(
-		TEXT("These tools work in the Unreal Editor, in the project %s. What only reads the project runs at once. What "
-			 "changes something waits until the person at the editor has approved it: while a result has a call_id, call "
-			 "get_call_result with it. Paths are relative to the project directory. undo_changes reverts everything that "
-			 "you have changed."),
+		TEXT(
+			"These tools work in the Unreal Editor, in the project %s. What only reads the project runs at once. What "
+			"changes something waits until the person at the editor has approved it: while a result has a call_id, call "
+			"get_call_result with it. Paths are relative to the project directory. undo_changes reverts everything that "
+			"you have changed."),
 		FApp::GetProjectName());
 }
 
@@ -156,8 +157,9 @@ bool FKestrelMcpDispatcher::CheckEnvelope(const FKestrelMcpMessage& Message, FKe
 	const TSharedPtr<FJsonValue> Capabilities = Message.Meta->TryGetField(McpDispatcher::CapabilitiesField);
 	if (Version.IsEmpty() || !Capabilities.IsValid() || Capabilities->Type != EJson::Object)
 	{
-		OutFault = { KestrelMcpError::InvalidParams, TEXT("_meta must name the protocol version and the client's capabilities"),
-			nullptr, McpDispatcher::BadRequest };
+		OutFault = { KestrelMcpError::InvalidParams,
+			TEXT("_meta must name the protocol version and the client's capabilities"), nullptr,
+			McpDispatcher::BadRequest };
 		return false;
 	}
 	if (!Version.Equals(KestrelMcpVersions::Stateless))
@@ -219,17 +221,38 @@ void FKestrelMcpDispatcher::Handle(const FKestrelMcpRequest& Request, const FKes
 		return;
 	}
 	const FMethod::EEra OtherEra = Client->IsStateless() ? FMethod::EEra::WithSessions : FMethod::EEra::Stateless;
-	const FMethod* Method = GetMethods().FindByPredicate([&](const FMethod& Each) {
-		return Message.Method.Equals(Each.Name) && Each.Era != OtherEra;
-	});
+	const FMethod* Method = GetMethods().FindByPredicate(
+		[&](const FMethod& Each) { return Message.Method.Equals(Each.Name) && Each.Era != OtherEra; });
 	if (!Method)
 	{
 		Reply(FKestrelMcpAnswer::Fail(KestrelMcpError::MethodNotFound, TEXT("Method not found"),
 			Client->IsStateless() ? McpDispatcher::NotFound : 200));
 		return;
 	}
+	if (Method->KeptSeconds == McpDispatcher::ListKeptSeconds && !McpDispatcher::AsksForAnotherPage(Message))
+	{
+		Reply(AnswerConstant(*Method, Message, *Client));
+		return;
+	}
 	const FKestrelMcpAnswer Answer = (this->*Method->Answer)(Message, *Client);
 	Reply(Client->IsStateless() ? Seal(Answer, Method->KeptSeconds) : Answer);
+}
+
+FKestrelMcpAnswer FKestrelMcpDispatcher::AnswerConstant(
+	const FMethod& Method, const FKestrelMcpMessage& Message, FKestrelMcpClient& Client)
+{
+	const bool bStateless = Client.IsStateless();
+	TSharedPtr<const FString>& Text =
+		Constants.FindOrAdd(FString(Method.Name) + (bStateless ? TEXT(" stateless") : TEXT("")));
+	if (!Text.IsValid())
+	{
+		FKestrelMcpAnswer Answer = (this->*Method.Answer)(Message, Client);
+		Answer = bStateless ? Seal(Answer, Method.KeptSeconds) : Answer;
+		Text = MakeShared<FString>(KestrelJson::ToCondensedText(Answer.Result.ToSharedRef()));
+	}
+	FKestrelMcpAnswer Answer;
+	Answer.ResultText = Text;
+	return Answer;
 }
 
 void FKestrelMcpDispatcher::Notify(const FKestrelMcpClient& Client, const FKestrelMcpMessage& Message)
@@ -367,9 +390,9 @@ void FKestrelMcpDispatcher::CallTool(
 	if (!State.IsEmpty())
 	{
 		const FKestrelMcpCall* Call = Calls.Find(State);
-		const bool bIsSameCall = Call && Call->Tool == Tool && Call->Client == Client &&
-								 KestrelJson::ToCondensedText(Call->Arguments)
-									 .Equals(KestrelJson::ToCondensedText(Arguments.ToSharedRef()));
+		const bool bIsSameCall =
+			Call && Call->Tool == Tool && Call->Client == Client &&
+			KestrelJson::ToCondensedText(Call->Arguments).Equals(KestrelJson::ToCondensedText(Arguments.ToSharedRef()));
 		AskAgain(bIsSameCall ? State : FString(), Message, *Client, Reply);
 	}
 	else if (FCString::Strcmp(Tool->WireName, KestrelMcpTools::GetCallResult) == 0)

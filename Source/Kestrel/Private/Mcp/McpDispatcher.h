@@ -62,6 +62,11 @@ private:
 	/** Adds what each result without a session has. @param KeptSeconds  how long it holds; less than 0 is not told */
 	static FKestrelMcpAnswer Seal(const FKestrelMcpAnswer& Answer, int32 KeptSeconds);
 
+	/** The answer to a request that is always answered the same. */
+	FKestrelMcpAnswer AnswerConstant(
+		const FMethod& Method, const FKestrelMcpMessage& Message, FKestrelMcpClient& Client);
+
+	TMap<FString, TSharedPtr<const FString>> Constants; // results as JSON, by method and kind of client
 	FKestrelMcpClients Clients;
 	FKestrelMcpCallQueue Calls;
 };

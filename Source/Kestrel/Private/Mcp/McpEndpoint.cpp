@@ -50,7 +50,7 @@ TUniquePtr<FHttpServerResponse> MakeResponse(const TSharedPtr<FJsonValue>& Id, c
 
 void Send(const TSharedPtr<FJsonValue>& Id, const FKestrelMcpAnswer& Answer, const FHttpResultCallback& OnComplete)
 {
-	if (!Answer.Result.IsValid() && !Answer.Fault.IsSet())
+	if (!Answer.Result.IsValid() && !Answer.ResultText.IsValid() && !Answer.Fault.IsSet())
 	{
 		SendEmpty(EHttpServerResponseCodes::Accepted, OnComplete); // it was cancelled: nobody waits for an answer
 		return;
@@ -112,8 +112,7 @@ bool IsJson(const FHttpServerRequest& Request)
 }
 }
 
-FKestrelMcpEndpoint::FKestrelMcpEndpoint(
-	FKestrelMcpDispatcher& InDispatcher, uint32 InPort, const FString& InToken)
+FKestrelMcpEndpoint::FKestrelMcpEndpoint(FKestrelMcpDispatcher& InDispatcher, uint32 InPort, const FString& InToken)
 	: Port(InPort)
 	, Token(InToken)
 	, Dispatcher(InDispatcher)
@@ -137,8 +136,8 @@ bool FKestrelMcpEndpoint::Bind()
 	const EHttpServerRequestVerbs Verbs = EHttpServerRequestVerbs::VERB_GET | EHttpServerRequestVerbs::VERB_POST |
 										  EHttpServerRequestVerbs::VERB_PUT | EHttpServerRequestVerbs::VERB_PATCH |
 										  EHttpServerRequestVerbs::VERB_DELETE | EHttpServerRequestVerbs::VERB_OPTIONS;
-	Route = Router->BindRoute(
-		FHttpPath(Path), Verbs, FHttpRequestHandler::CreateSP(this, &FKestrelMcpEndpoint::Handle));
+	Route =
+		Router->BindRoute(FHttpPath(Path), Verbs, FHttpRequestHandler::CreateSP(this, &FKestrelMcpEndpoint::Handle));
 	Module.StartAllListeners();
 	return Route.IsValid();
 }
@@ -245,9 +244,8 @@ void FKestrelMcpEndpoint::HandleStateless(const FHttpServerRequest& Request,
 		return;
 	}
 	const FKestrelMcpRequest Parts{ Message, nullptr, /*bIsStateless*/ true };
-	Dispatcher.Handle(Parts, [Id = Message->Id, OnComplete](const FKestrelMcpAnswer& Answer) {
-		McpEndpoint::Send(Id, Answer, OnComplete);
-	});
+	Dispatcher.Handle(Parts,
+		[Id = Message->Id, OnComplete](const FKestrelMcpAnswer& Answer) { McpEndpoint::Send(Id, Answer, OnComplete); });
 }
 
 void FKestrelMcpEndpoint::Initialize(
@@ -304,9 +302,8 @@ void FKestrelMcpEndpoint::HandleInSession(const FHttpServerRequest& Request,
 		return;
 	}
 	const FKestrelMcpRequest Parts{ Message, Client };
-	Dispatcher.Handle(Parts, [Id = Message->Id, OnComplete](const FKestrelMcpAnswer& Answer) {
-		McpEndpoint::Send(Id, Answer, OnComplete);
-	});
+	Dispatcher.Handle(Parts,
+		[Id = Message->Id, OnComplete](const FKestrelMcpAnswer& Answer) { McpEndpoint::Send(Id, Answer, OnComplete); });
 }
 
 void FKestrelMcpEndpoint::HandleDelete(const FHttpServerRequest& Request, const FHttpResultCallback& OnComplete)

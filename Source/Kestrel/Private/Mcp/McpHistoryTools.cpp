@@ -80,15 +80,15 @@ void PlanUndo(const FString& ConversationId, FKestrelToolPlan& Plan)
 	const TArray<FString> ByOthers = KestrelMcpHistoryTools::FindChangedByOthers(ConversationId);
 	if (!ByOthers.IsEmpty())
 	{
-		Plan.Caution(FText::Format(LOCTEXT("ChangedByOthers",
-									   "also takes away what others have written to {0} since; a copy of it is kept"),
+		Plan.Caution(FText::Format(
+			LOCTEXT("ChangedByOthers", "also takes away what others have written to {0} since; a copy of it is kept"),
 			FText::FromString(ShowPaths(ByOthers))));
 	}
 	const int32 NumSteps = CountLaterStepsOfOthers(ConversationId);
 	if (NumSteps > 0)
 	{
-		Plan.Caution(FText::Format(LOCTEXT("StepsOfOthers",
-									   "also undoes {0} later {0}|plural(one=step,other=steps) of others in the editor"),
+		Plan.Caution(FText::Format(
+			LOCTEXT("StepsOfOthers", "also undoes {0} later {0}|plural(one=step,other=steps) of others in the editor"),
 			NumSteps));
 	}
 }

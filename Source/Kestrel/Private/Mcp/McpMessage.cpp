@@ -26,7 +26,8 @@ bool IsId(const TSharedPtr<FJsonValue>& Value)
 TSharedRef<FJsonObject> GetObject(const FJsonObject& Object, const TCHAR* Field)
 {
 	const TSharedPtr<FJsonObject>* Found = nullptr;
-	return Object.TryGetObjectField(Field, Found) && Found->IsValid() ? Found->ToSharedRef() : MakeShared<FJsonObject>();
+	return Object.TryGetObjectField(Field, Found) && Found->IsValid() ? Found->ToSharedRef()
+																	  : MakeShared<FJsonObject>();
 }
 
 bool Refuse(int32 Code, const TCHAR* Message, FKestrelMcpFault& OutFault)
@@ -105,9 +106,9 @@ TSharedPtr<FKestrelMcpMessage> FKestrelMcpMessage::Parse(const TArray<uint8>& By
 	const TSharedRef<FKestrelMcpMessage> Message = MakeShareable(new FKestrelMcpMessage());
 	Message->Id = Object->TryGetField(TEXT("id"));
 	const bool bHasMethod = Object->TryGetStringField(TEXT("method"), Message->Method);
-	Message->Kind = !bHasMethod              ? EKestrelMcpMessageKind::Response
+	Message->Kind = !bHasMethod             ? EKestrelMcpMessageKind::Response
 					: Message->Id.IsValid() ? EKestrelMcpMessageKind::Request
-											 : EKestrelMcpMessageKind::Notification;
+											: EKestrelMcpMessageKind::Notification;
 	Message->Params = McpMessage::GetObject(*Object, TEXT("params"));
 	Message->Meta = McpMessage::GetObject(*Message->Params, TEXT("_meta"));
 	return Message;
@@ -120,6 +121,11 @@ FString FKestrelMcpMessage::MakeText(const TSharedPtr<FJsonValue>& Id, const FKe
 	if (Id.IsValid())
 	{
 		Message->SetField(TEXT("id"), Id);
+	}
+	if (Answer.ResultText.IsValid())
+	{
+		return KestrelJson::ToCondensedText(Message).LeftChop(1) + TEXT(",\"result\":") + *Answer.ResultText +
+			   TEXT("}");
 	}
 	if (Answer.Fault.IsSet())
 	{

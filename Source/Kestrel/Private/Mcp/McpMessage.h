@@ -35,6 +35,8 @@ struct KESTREL_API FKestrelMcpAnswer
 	static FKestrelMcpAnswer Fail(int32 Code, const FString& Message, int32 HttpStatus = 200);
 
 	TSharedPtr<FJsonObject> Result;
+	/** In place of Result: its JSON text, of one that is the same each time. */
+	TSharedPtr<const FString> ResultText;
 	TOptional<FKestrelMcpFault> Fault;
 };
 

@@ -27,22 +27,25 @@ const TArray<FPrompt>& GetAll()
 	static const TArray<FPrompt> Prompts = {
 		{ TEXT("review_blueprint"), TEXT("Review this Blueprint"), TEXT("Looks for mistakes in a Blueprint."),
 			{ { TEXT("blueprint_name"), TEXT("The Blueprint's short name, such as BP_Door."), true } },
-			TEXT("Review the Blueprint {blueprint_name} of this Unreal project. Read it with read_blueprint (data_subset "
-				 "\"All\") and look for the places that use it with find_reference_in_all_files. Report errors first: nodes "
-				 "that are not connected, variables that nothing reads, functions that can fail, work done each tick. Then "
-				 "say what to simplify. Change nothing without being asked.") },
+			TEXT(
+				"Review the Blueprint {blueprint_name} of this Unreal project. Read it with read_blueprint (data_subset "
+				"\"All\") and look for the places that use it with find_reference_in_all_files. Report errors first: nodes "
+				"that are not connected, variables that nothing reads, functions that can fail, work done each tick. Then "
+				"say what to simplify. Change nothing without being asked.") },
 		{ TEXT("explain_compile_error"), TEXT("Explain this compile error"),
 			TEXT("Finds the cause of an error of the C++ compiler."),
 			{ { TEXT("error"), TEXT("The compiler's message; without it, the last compile's output."), false } },
-			TEXT("Explain this compile error of an Unreal project, and how to mend it: {error}\nIf no message is given, read "
-				 "the resource kestrel://compile/output, or call compile. Read the files that are named, say in a few "
-				 "sentences what is wrong and why, and propose the smallest change. Make it only when asked to.") },
+			TEXT(
+				"Explain this compile error of an Unreal project, and how to mend it: {error}\nIf no message is given, read "
+				"the resource kestrel://compile/output, or call compile. Read the files that are named, say in a few "
+				"sentences what is wrong and why, and propose the smallest change. Make it only when asked to.") },
 		{ TEXT("add_cpp_class"), TEXT("Add a tested C++ class"), TEXT("Writes a class with an automation test."),
 			{ { TEXT("class_name"), TEXT("The class's name with its prefix, such as AGate."), true },
 				{ TEXT("purpose"), TEXT("What it is for."), true } },
-			TEXT("Add the C++ class {class_name} to this Unreal project. Its purpose: {purpose}\nLook at the project tree and "
-				 "at a class that exists, and follow its style and folders. Write header and source with create_cpp_file, and "
-				 "an automation test that would fail without the class. Call compile and mend what it reports.") },
+			TEXT(
+				"Add the C++ class {class_name} to this Unreal project. Its purpose: {purpose}\nLook at the project tree and "
+				"at a class that exists, and follow its style and folders. Write header and source with create_cpp_file, and "
+				"an automation test that would fail without the class. Call compile and mend what it reports.") },
 	};
 	return Prompts;
 }
@@ -123,7 +126,6 @@ TSharedPtr<FJsonObject> KestrelMcpPrompts::Get(const FString& Name, const FJsonO
 bool KestrelMcpPrompts::HasArgument(const FString& Name, const FString& Argument)
 {
 	const McpPrompts::FPrompt* Prompt = McpPrompts::Find(Name);
-	return Prompt && Prompt->Arguments.ContainsByPredicate([&Argument](const McpPrompts::FArgument& Each) {
-		return Argument.Equals(Each.Name);
-	});
+	return Prompt && Prompt->Arguments.ContainsByPredicate(
+						 [&Argument](const McpPrompts::FArgument& Each) { return Argument.Equals(Each.Name); });
 }

@@ -81,7 +81,8 @@ FString Decode(const FString& Encoded)
 	for (int32 Index = 0; Index < Utf8.Length(); ++Index)
 	{
 		const ANSICHAR* Next = Utf8.Get() + Index;
-		const bool bEscape = *Next == '%' && Index + 2 < Utf8.Length() && ToDigit(Next[1]) >= 0 && ToDigit(Next[2]) >= 0;
+		const bool bEscape =
+			*Next == '%' && Index + 2 < Utf8.Length() && ToDigit(Next[1]) >= 0 && ToDigit(Next[2]) >= 0;
 		Bytes.Add(bEscape ? static_cast<ANSICHAR>(ToDigit(Next[1]) * 16 + ToDigit(Next[2])) : *Next);
 		Index += bEscape ? 2 : 0;
 	}
@@ -93,9 +94,9 @@ const FKind* FindKind(const FString& Uri)
 {
 	for (const FKind& Kind : Kinds)
 	{
-		const bool bFits = Kind.Variable ? Uri.StartsWith(Kind.UriPrefix, ESearchCase::CaseSensitive) &&
-											   !Uri.Equals(Kind.UriPrefix)
-										 : Uri.Equals(Kind.UriPrefix);
+		const bool bFits =
+			Kind.Variable ? Uri.StartsWith(Kind.UriPrefix, ESearchCase::CaseSensitive) && !Uri.Equals(Kind.UriPrefix)
+						  : Uri.Equals(Kind.UriPrefix);
 		if (bFits)
 		{
 			return &Kind;
@@ -189,8 +190,7 @@ TSharedRef<FJsonObject> KestrelMcpResources::MakeList()
 		}
 	}
 	Add(McpResources::CompileUri,
-		McpResources::Describe(
-			TEXT("Compiler output"), TEXT("What the compiler said last."), McpResources::Text));
+		McpResources::Describe(TEXT("Compiler output"), TEXT("What the compiler said last."), McpResources::Text));
 	const TSharedRef<FJsonObject> List = MakeShared<FJsonObject>();
 	List->SetArrayField(TEXT("resources"), Entries);
 	return List;
@@ -203,8 +203,7 @@ TSharedRef<FJsonObject> KestrelMcpResources::MakeTemplateList()
 	{
 		if (Kind.Variable)
 		{
-			const TSharedRef<FJsonObject> Entry =
-				McpResources::Describe(Kind.Name, Kind.Description, Kind.MimeType);
+			const TSharedRef<FJsonObject> Entry = McpResources::Describe(Kind.Name, Kind.Description, Kind.MimeType);
 			Entry->SetStringField(TEXT("uriTemplate"), McpResources::MakeTemplate(Kind));
 			Entries.Add(MakeShared<FJsonValueObject>(Entry));
 		}

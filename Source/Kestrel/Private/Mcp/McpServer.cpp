@@ -83,9 +83,10 @@ void FKestrelMcpServer::Start()
 		const FString ForeignAddress = KestrelMcpAccess::FindForeignBindAddress(File.Port);
 		if (!ForeignAddress.IsEmpty())
 		{
-			Fail(FText::Format(LOCTEXT("ForeignAddress",
-								   "The project's configuration ([HTTPServer.Listeners] in DefaultEngine.ini) makes servers listen on {0}, "
-								   "where other machines reach them. Remove that, or leave other assistants out."),
+			Fail(FText::Format(
+				LOCTEXT("ForeignAddress",
+					"The project's configuration ([HTTPServer.Listeners] in DefaultEngine.ini) makes servers listen on {0}, "
+					"where other machines reach them. Remove that, or leave other assistants out."),
 				FText::FromString(KestrelDisplayText::EscapeLine(ForeignAddress))));
 			return;
 		}

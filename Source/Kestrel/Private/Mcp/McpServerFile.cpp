@@ -60,8 +60,7 @@ FKestrelMcpServerFile FKestrelMcpServerFile::ReadOrMake()
 
 void FKestrelMcpServerFile::ChooseAnotherPort()
 {
-	Port = McpServerFile::FirstPort +
-		   FGuid::NewGuid().A % (McpServerFile::LastPort - McpServerFile::FirstPort + 1);
+	Port = McpServerFile::FirstPort + FGuid::NewGuid().A % (McpServerFile::LastPort - McpServerFile::FirstPort + 1);
 }
 
 FString FKestrelMcpServerFile::MakeUrl() const

@@ -4,7 +4,8 @@
 
 /**
  * The address of the project's server and its token, for clients: Saved/Kestrel/OtherAssistants.json, which only the
- * user of the editor can read, or the one that -KestrelMcpFile names. They stay the same from run to run, so that clients are configured once.
+ * user of the editor can read, or the one that -KestrelMcpFile names. They stay the same from run to run, so that
+ * clients are configured once.
  */
 struct KESTREL_API FKestrelMcpServerFile
 {

@@ -23,9 +23,10 @@ const TCHAR* const AsksFirst =
 /** What the table says of a tool is for an assistant that is told the result of a compile later. */
 FString Describe(const FKestrelTool& Tool)
 {
-	const FString Text = FCString::Strcmp(Tool.WireName, KestrelToolNames::Compile) == 0
-							 ? TEXT("Compiles the game's C++ code in the running editor and returns the compiler's messages.")
-							 : Tool.Description;
+	const FString Text =
+		FCString::Strcmp(Tool.WireName, KestrelToolNames::Compile) == 0
+			? TEXT("Compiles the game's C++ code in the running editor and returns the compiler's messages.")
+			: Tool.Description;
 	return Tool.Kind == EKestrelToolKind::Read ? Text : Text + AsksFirst;
 }
 
@@ -67,8 +68,8 @@ const FKestrelTool& GetResultTool()
 	static const FKestrelTool Tool = { KestrelMcpTools::GetCallResult, EKestrelToolKind::Read, FText::GetEmpty(),
 		TEXT("Returns the result of a call that had to wait, as soon as there is one. A call that nobody asks for is "
 			 "withdrawn after a minute and a half."),
-		{ { KestrelMcpTools::CallId, EKestrelFieldType::Text, TEXT("The call_id that the call has returned.") } }, nullptr,
-		nullptr, EKestrelNameInPanel::Shown, nullptr, nullptr };
+		{ { KestrelMcpTools::CallId, EKestrelFieldType::Text, TEXT("The call_id that the call has returned.") } },
+		nullptr, nullptr, EKestrelNameInPanel::Shown, nullptr, nullptr };
 	return Tool;
 }
 
@@ -89,7 +90,8 @@ FString Shorten(const FString& Text)
 	return Text.Len() <= MaxResultLength
 			   ? Text
 			   : Text.Left(MaxResultLength) +
-					 FString::Printf(TEXT("\n[Cut here: %d more characters. Read a part, with view_range for instance.]"),
+					 FString::Printf(
+						 TEXT("\n[Cut here: %d more characters. Read a part, with view_range for instance.]"),
 						 Text.Len() - MaxResultLength);
 }
 

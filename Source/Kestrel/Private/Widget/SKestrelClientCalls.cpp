@@ -18,8 +18,7 @@ constexpr float Gap = 4.0f;
 FText NameClients()
 {
 	TArray<FString> Names;
-	for (const TSharedRef<FKestrelMcpClient>& Client :
-		FKestrelMcpServer::Get().GetDispatcher().GetClients().GetAll())
+	for (const TSharedRef<FKestrelMcpClient>& Client : FKestrelMcpServer::Get().GetDispatcher().GetClients().GetAll())
 	{
 		Names.AddUnique(Client->Name);
 	}
@@ -141,7 +140,7 @@ void SKestrelClientCalls::OnServerChanged()
 EVisibility SKestrelClientCalls::GetOwnVisibility() const
 {
 	return FKestrelMcpServer::Get().GetState() == EKestrelMcpServerState::Off ? EVisibility::Collapsed
-																			 : EVisibility::SelfHitTestInvisible;
+																			  : EVisibility::SelfHitTestInvisible;
 }
 
 EVisibility SKestrelClientCalls::GetCallVisibility() const
@@ -152,7 +151,7 @@ EVisibility SKestrelClientCalls::GetCallVisibility() const
 EVisibility SKestrelClientCalls::GetStopVisibility() const
 {
 	return FKestrelMcpServer::Get().GetState() == EKestrelMcpServerState::Listening ? EVisibility::Visible
-																				   : EVisibility::Collapsed;
+																					: EVisibility::Collapsed;
 }
 
 FText SKestrelClientCalls::GetStatus() const

