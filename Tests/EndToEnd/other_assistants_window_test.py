@@ -88,7 +88,7 @@ class OtherAssistantsWindowTest(ScreenTest, CodeProjectTest, ServerTest):
             (each for each in widgets if each["type"] == "ComboBox" and each["name"] == "Conversations"), None)))
         self.click(self.button("Open Lamp of Moor (another assistant)"))
         self.screen.picture("other-assistant-conversation")
-        self.text("Undo would also take away what was written to")
+        self.text("1 file has been changed since, and goes back as well")
         self.click(self.button("Undo this conversation's changes"))
         self.text("Undone: 1 file")
         self.text("That version is kept")

@@ -1,5 +1,6 @@
 #include "Mcp/McpApproval.h"
 
+#include "Agent/Approval/ApprovalRules.h"
 #include "Agent/Files/PathReview.h"
 #include "Agent/Tools/ToolPlan.h"
 #include "Misc/CommandLine.h"
@@ -31,11 +32,20 @@ FString KestrelMcpApproval::GetAllowedByCommandLine()
 
 EKestrelMcpDecision KestrelMcpApproval::Decide(const FKestrelToolPlan& Plan)
 {
+	const EKestrelRuling Ruling = FKestrelApprovalRules().Judge(Plan.MakeSubject());
 	const FString Allowed = GetAllowedByCommandLine();
+	if (Ruling == EKestrelRuling::Deny)
+	{
+		return EKestrelMcpDecision::Refuse;
+	}
 	if (!Allowed.IsEmpty())
 	{
-		return McpApproval::DecideAlone(Plan, Allowed.Equals(TEXT("change"), ESearchCase::IgnoreCase));
+		// There is nobody to ask.
+		return Ruling == EKestrelRuling::Ask
+				   ? EKestrelMcpDecision::Refuse
+				   : McpApproval::DecideAlone(Plan, Allowed.Equals(TEXT("change"), ESearchCase::IgnoreCase));
 	}
 	const bool bNeedsNobody = Plan.Kind == EKestrelToolKind::Read && Plan.Cautions.IsEmpty();
-	return bNeedsNobody ? EKestrelMcpDecision::Run : EKestrelMcpDecision::Ask;
+	const bool bMayRun = Ruling == EKestrelRuling::Allow || (bNeedsNobody && Ruling == EKestrelRuling::None);
+	return bMayRun ? EKestrelMcpDecision::Run : EKestrelMcpDecision::Ask;
 }

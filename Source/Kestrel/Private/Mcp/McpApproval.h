@@ -15,7 +15,8 @@ enum class EKestrelMcpDecision : uint8
 };
 
 /**
- * Whether a plan may run without being asked about: in the editor, what only reads within the project. An editor that a
+ * Whether a plan may run without being asked about: in the editor, what only reads within the project, and what rules
+ * allow. Rules deny for all clients. An editor that a
  * client has started for itself, -KestrelMcp=read or -KestrelMcp=change, has nobody to ask: "change" also lets through
  * what changes the project, but neither scripts nor what lies in its version control.
  */

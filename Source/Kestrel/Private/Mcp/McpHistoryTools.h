@@ -9,6 +9,4 @@ namespace KestrelMcpHistoryTools
 const TArray<FKestrelTool>& GetAll();
 /** A plan of one of these tools for the conversation of the client at work. */
 TSharedRef<FKestrelToolPlan> Plan(const FKestrelTool& Tool, const FString& ConversationId, const FString& ToolUseId);
-/** Files of a conversation that are not as it left them: undoing it takes away what others have written there. */
-KESTREL_API TArray<FString> FindChangedByOthers(const FString& ConversationId);
 }

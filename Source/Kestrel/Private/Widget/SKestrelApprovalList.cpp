@@ -346,7 +346,7 @@ TSharedRef<SWidget> SKestrelApprovalList::MakeRow(const FKestrelPendingTools::FT
 TSharedRef<SWidget> SKestrelApprovalList::MakeRowButtons(
 	const FKestrelPendingTools::FTool& Tool, int32 Number, const TSharedRef<SVerticalBox>& Row)
 {
-	const bool bIsOpen = Tool.Answer == EKestrelAnswer::None;
+	const bool bIsOpen = Tool.Answer == EKestrelAnswer::None && OnAnswer.IsBound();
 	const TSharedRef<SWidget> Accept = MakeAnswerButton(LOCTEXT("Accept", "Accept {0}"),
 		LOCTEXT("AcceptTip", "Let this run, and decide on the others one by one"), Number, EKestrelAnswer::Accepted);
 	const TSharedRef<SWidget> Reject =
@@ -357,7 +357,7 @@ TSharedRef<SWidget> SKestrelApprovalList::MakeRowButtons(
 	// The only tool is accepted with Approve.
 	Accept->SetVisibility(bIsOpen && Number > 0 ? EVisibility::Visible : EVisibility::Collapsed);
 	Reject->SetVisibility(bIsOpen ? EVisibility::Visible : EVisibility::Collapsed);
-	TakeBack->SetVisibility(bIsOpen ? EVisibility::Collapsed : EVisibility::Visible);
+	TakeBack->SetVisibility(Tool.Answer == EKestrelAnswer::None ? EVisibility::Collapsed : EVisibility::Visible);
 	// clang-format off
 	return SNew(SWrapBox)
 		.UseAllottedSize(true)
@@ -405,7 +405,7 @@ TSharedRef<SWidget> SKestrelApprovalList::MakeRuleButtons(bool bOnlyRead)
 			.Text(LOCTEXT("AllowReading", "Always allow reading in this project"))
 			.ToolTipText(LOCTEXT("AllowReadingTip",
 				"Adds a rule: what only reads the project's files and assets runs without asking"))
-			.Visibility(bOnlyRead ? EVisibility::Visible : EVisibility::Collapsed)
+			.Visibility(bOnlyRead && OnAllowReading.IsBound() ? EVisibility::Visible : EVisibility::Collapsed)
 			.OnClicked(Run(OnAllowReading))
 		]
 		+ SWrapBox::Slot()
@@ -414,6 +414,7 @@ TSharedRef<SWidget> SKestrelApprovalList::MakeRuleButtons(bool bOnlyRead)
 			.ContentPadding(KestrelApprovalList::ButtonPadding)
 			.Text(LOCTEXT("Rules", "Rules..."))
 			.ToolTipText(LOCTEXT("RulesTip", "Say what runs without asking, what asks, and what never runs"))
+			.Visibility(OnEditRules.IsBound() ? EVisibility::Visible : EVisibility::Collapsed)
 			.OnClicked(Run(OnEditRules))
 		];
 	// clang-format on

@@ -1,5 +1,6 @@
 #include "Widget/SKestrelClientCalls.h"
 
+#include "Agent/Tools/PendingTools.h"
 #include "Agent/Tools/ToolPlan.h"
 #include "Mcp/McpServer.h"
 #include "Misc/Attribute.h"
@@ -129,12 +130,12 @@ void SKestrelClientCalls::OnServerChanged()
 {
 	const TArray<TSharedRef<FKestrelMcpCall>> Waiting = FKestrelMcpServer::Get().GetCalls().GetAwaitingApproval();
 	ShownHandle = Waiting.IsEmpty() ? FString() : Waiting[0]->Handle;
-	TArray<TSharedRef<FKestrelToolPlan>> Plans;
+	FKestrelPendingTools Tools;
 	if (!Waiting.IsEmpty())
 	{
-		Plans.Add(Waiting[0]->Plan.ToSharedRef());
+		Tools.Add(Waiting[0]->Plan.ToSharedRef());
 	}
-	List->SetPlans(Plans, /*bPaused*/ false);
+	List->SetTools(Tools, /*bPaused*/ false);
 }
 
 EVisibility SKestrelClientCalls::GetOwnVisibility() const

@@ -1,12 +1,12 @@
 #include "Agent/Chat/KestrelInterface.h"
 #include "Agent/Chat/Transcript.h"
+#include "Agent/History/UndoPreview.h"
 #include "Agent/Text/DisplayText.h"
 #include "Framework/Application/SlateApplication.h"
 #include "KestrelSettings.h"
 #include "Layout/Clipping.h"
 #include "Layout/Margin.h"
 #include "Layout/Visibility.h"
-#include "Mcp/McpHistoryTools.h"
 #include "Misc/Attribute.h"
 #include "Types/SlateEnums.h"
 #include "UObject/Class.h"
@@ -34,17 +34,6 @@ constexpr float MaxListWidth = 420.0f;
 constexpr float MinHeightWithApproval = 400.0f;
 /** More blocks than anybody scrolls back to. */
 constexpr int32 MaxBlocks = 5000;
-
-/** What undoing a conversation takes from others; empty for nothing. */
-FText DescribeLossOfOthers(const FString& Id)
-{
-	const TArray<FString> Paths = KestrelMcpHistoryTools::FindChangedByOthers(Id);
-	return Paths.IsEmpty()
-			   ? FText::GetEmpty()
-			   : FText::Format(LOCTEXT("LossOfOthers",
-								   "Undo would also take away what was written to {0} since; a copy of it is kept."),
-					 FText::FromString(KestrelDisplayText::EscapeLine(FString::Join(Paths, TEXT(", ")))));
-}
 
 /** A status that came again while the service worked; the formatted view shows it once. */
 bool Repeats(const FKestrelTranscriptEntry& Entry, const FKestrelTranscriptEntry& Previous)
@@ -149,6 +138,12 @@ EVisibility SKestrelWidget::GetRedoEarlierVisibility() const
 FReply SKestrelWidget::OnUndoEarlierClicked()
 {
 	const FString Id = EarlierId;
+	const FText Caution = FKestrelUndoPreview::OfUndo(Id).DescribeOthers();
+	if (!Caution.IsEmpty() && !Caution.EqualTo(EarlierCaution))
+	{
+		EarlierCaution = Caution; // something has changed since the conversation was opened
+		return FReply::Handled();
+	}
 	CloseEarlierConversation(); // what is said about it comes in the current one
 	FKestrelInterface::Get().UndoConversation(Id);
 	return HandledWithFocusOnPrompt();
@@ -221,7 +216,7 @@ void SKestrelWidget::OpenConversation(const FString& Id)
 	}
 	EarlierId = Id;
 	EarlierTitle = Info->Title;
-	EarlierCaution = KestrelWidgetHistory::DescribeLossOfOthers(Id);
+	EarlierCaution = FKestrelUndoPreview::OfUndo(Id).DescribeOthers();
 	// It begins at its top, and nothing is added to it.
 	SAssignNew(EarlierConversation, SKestrelConversationView).IsUserScrolling(true);
 	{

@@ -14,6 +14,7 @@
 #include "Support/KestrelTest.h"
 #include "Support/TestPanel.h"
 #include "UObject/Class.h"
+#include "Widget/SKestrelWidget.h"
 #include "Widgets/Input/SComboButton.h"
 #include "Widgets/SWindow.h"
 #include "Widgets/Text/SMultiLineEditableText.h"

@@ -74,9 +74,19 @@ TSharedPtr<SScrollBox> FindScrollBox(const TSharedRef<SWidget>& Widget)
 	return Found;
 }
 
+bool IsButton(const SWidget& Widget)
+{
+	const FName Type = Widget.GetType();
+	return Type == FName("SButton") || Type == FName("SKestrelApproveButton") || Type == FName("SKestrelUndoButton");
+}
+
 TSharedPtr<SWidget> FindLastEnabledButton(const TSharedRef<SWidget>& Widget)
 {
-	if (Widget->GetType() == FName("SButton"))
+	if (!Widget->GetVisibility().IsVisible())
+	{
+		return nullptr;
+	}
+	if (IsButton(*Widget))
 	{
 		return Widget->IsEnabled() ? Widget.ToSharedPtr() : nullptr;
 	}
@@ -95,7 +105,7 @@ void CollectButtons(const TSharedRef<SWidget>& Widget, TArray<FSlateRect>& OutPl
 	{
 		return;
 	}
-	if (Widget->GetType() == FName("SButton") || Widget->GetType() == FName("SKestrelApproveButton"))
+	if (IsButton(*Widget))
 	{
 		OutPlaces.Add(Widget->GetCachedGeometry().GetLayoutBoundingRect());
 		return;
