@@ -42,7 +42,7 @@ FHttpListener::FHttpListener(uint32 InPort, FArrivals& InArrivals)
 	Server.set_keep_alive_timeout(HttpListener::KeepAliveSeconds);
 	Server.set_keep_alive_max_count(HttpListener::KeepAliveMaxRequests);
 	Server.set_payload_max_length(HttpListener::MaxBodyBytes);
-	Server.new_task_queue = [] { return new FConnectionThreads(); };
+	Server.new_task_queue = ConnectionThreads::Make;
 	Server.set_pre_routing_handler([this](const httplib::Request& Request, httplib::Response& Response) {
 		return Accept(Request, Response) ? httplib::Server::HandlerResponse::Unhandled
 										 : httplib::Server::HandlerResponse::Handled;

@@ -5,6 +5,8 @@
 #include "HttpRouter.h"
 
 #include <memory>
+#include <thread>
+#include <vector>
 
 /** The server of one port: its threads take requests in, the game thread has them handled. */
 class FHttpListener

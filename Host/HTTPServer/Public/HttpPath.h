@@ -13,7 +13,6 @@ struct FHttpPath
 
 	const FString& GetPath() const { return Path; }
 	void SetPath(const FString& InPath) { Path = InPath; }
-	bool IsRoot() const { return Path.Len() == 1 && Path[0] == TEXT('/'); }
 	/** It starts with a slash. */
 	bool IsValidPath() const { return Path.StartsWith(TEXT("/")); }
 

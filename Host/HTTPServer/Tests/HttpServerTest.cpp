@@ -234,7 +234,7 @@ TEST_F(FHttpServerTest, ServesOnWhileMoreClientsComeThanItTakes)
 		}));
 	// As many as are taken at once, and none says a word: they are given up after some seconds.
 	std::vector<std::unique_ptr<int, void (*)(int*)>> Slow;
-	for (size_t Index = 0; Index < FConnectionThreads::MaxConnections; ++Index)
+	for (size_t Index = 0; Index < ConnectionThreads::MaxConnections; ++Index)
 	{
 		const int Socket = socket(AF_INET, SOCK_STREAM, 0);
 		sockaddr_in Address{};

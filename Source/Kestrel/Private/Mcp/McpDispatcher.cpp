@@ -8,6 +8,7 @@
 #include "Mcp/McpTools.h"
 #include "Mcp/McpVersions.h"
 #include "Misc/App.h"
+#include "Serialization/JsonTypes.h"
 
 namespace McpDispatcher
 {

@@ -2,8 +2,10 @@
 
 #include "Containers/StringConv.h"
 #include "Dom/JsonObject.h"
+#include "Dom/JsonValue.h"
 #include "HttpPath.h"
 #include "HttpRequestHandler.h"
+#include "HttpServerConstants.h"
 #include "HttpServerModule.h"
 #include "HttpServerRequest.h"
 #include "HttpServerResponse.h"

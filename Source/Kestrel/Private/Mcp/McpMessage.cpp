@@ -4,6 +4,7 @@
 #include "Containers/StringConv.h"
 #include "Dom/JsonObject.h"
 #include "Dom/JsonValue.h"
+#include "Serialization/JsonTypes.h"
 
 namespace McpMessage
 {

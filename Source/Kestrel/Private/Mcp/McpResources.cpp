@@ -7,6 +7,7 @@
 #include "Agent/Project/CompilationManager.h"
 #include "Agent/Text/DisplayText.h"
 #include "Agent/Tools/ToolPlan.h"
+#include "AssetRegistry/AssetData.h"
 #include "BehaviorTree/BehaviorTree.h"
 #include "Containers/StringConv.h"
 #include "Dom/JsonObject.h"
@@ -15,6 +16,7 @@
 #include "HAL/FileManager.h"
 #include "Mcp/McpApproval.h"
 #include "Misc/Paths.h"
+#include "UObject/Class.h"
 
 namespace McpResources
 {

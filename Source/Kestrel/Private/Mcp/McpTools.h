@@ -11,8 +11,6 @@ class FKestrelMcpClient;
 namespace KestrelMcpTools
 {
 inline const TCHAR* const GetCallResult = TEXT("get_call_result");
-inline const TCHAR* const UndoChanges = TEXT("undo_changes");
-inline const TCHAR* const RedoChanges = TEXT("redo_changes");
 /** The argument of "get_call_result". */
 inline const TCHAR* const CallId = TEXT("call_id");
 
