@@ -191,6 +191,7 @@ TSharedRef<SWindow> FMainWindow::Create()
 			]
 		];
 	// clang-format on
+	FGlobalTabmanager::Get()->SetRootWindow(Window.ToSharedRef());
 	FSlateApplication& Application = FSlateApplication::Get();
 	Application.SetUnhandledKeyDownEventHandler(FOnKeyEvent::CreateRaw(this, &FMainWindow::OnKeyDown));
 	Application.SetUnhandledKeyUpEventHandler(FOnKeyEvent::CreateRaw(this, &FMainWindow::OnKeyUp));

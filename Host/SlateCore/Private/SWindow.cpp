@@ -58,6 +58,14 @@ FGeometry SWindow::GetWindowGeometryInScreen() const
 	return FGeometry::MakeRoot(ClientSize / Scale, FSlateLayoutTransform(Scale, ScreenPosition));
 }
 
+void SWindow::DrawAttention(const FWindowDrawAttentionParameters& Parameters)
+{
+	if (NativeWindow.IsValid())
+	{
+		NativeWindow->DrawAttention(Parameters);
+	}
+}
+
 TSharedRef<FSlateAccessibleWidget> SWindow::CreateAccessibleWidget()
 {
 	return MakeShared<FSlateAccessibleWidget>(AsShared(), EAccessibleWidgetType::Window);

@@ -92,6 +92,11 @@ public:
 	UE_NONCOPYABLE(FSdlWindow)
 
 	virtual float GetDPIScaleFactor() const override { return Scale; }
+	virtual void DrawAttention(const FWindowDrawAttentionParameters& Parameters) override
+	{
+		const bool bStop = Parameters.RequestType == EWindowDrawAttentionRequestType::Stop;
+		SDL_FlashWindow(Handle, bStop ? SDL_FLASH_CANCEL : SDL_FLASH_UNTIL_FOCUSED);
+	}
 	uint32 GetId() const { return SDL_GetWindowID(Handle); }
 	FVector2D GetSize() const
 	{
@@ -309,8 +314,13 @@ private:
 			Window->MoveWindowTo(Native.GetPosition());
 			Native.Shown.Empty();
 			break;
+		case SDL_WINDOWEVENT_FOCUS_GAINED:
+			FSlateApplication::Get().ProcessApplicationActivationEvent(true);
+			break;
 		case SDL_WINDOWEVENT_FOCUS_LOST:
 			FSlateApplication::Get().DismissAllMenus();
+			// It may have gone to another window of this program.
+			FSlateApplication::Get().ProcessApplicationActivationEvent(SDL_GetKeyboardFocus() != nullptr);
 			break;
 		case SDL_WINDOWEVENT_EXPOSED:
 			Native.Shown.Empty();

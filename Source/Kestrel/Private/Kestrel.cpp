@@ -2,6 +2,7 @@
 
 #include "Agent/Agent.h"
 #include "Agent/Backend/HTTPAPI.h"
+#include "Agent/Chat/RunStatus.h"
 #include "Agent/Files/NativeFile.h"
 #include "Agent/Project/CompilationManager.h"
 #include "Framework/Application/SlateApplication.h"
@@ -18,6 +19,7 @@
 #include "Misc/App.h"
 #include "Misc/Paths.h"
 #include "Modules/ModuleManager.h"
+#include "Templates/UniquePtr.h"
 #include "Textures/SlateIcon.h"
 #include "ToolMenu.h"
 #include "ToolMenuEntry.h"
@@ -26,6 +28,7 @@
 #include "UObject/Class.h"
 #include "Widget/KestrelStyle.h"
 #include "Widget/SKestrelWidget.h"
+#include "Widget/Status/KestrelNotifier.h"
 #include "Widgets/Docking/SDockTab.h"
 #include "Widgets/SNullWidget.h"
 
@@ -59,6 +62,10 @@ void RestrictSettingsFile()
 }
 }
 
+// Here its members are known as a whole.
+FKestrelModule::FKestrelModule() = default;
+FKestrelModule::~FKestrelModule() = default;
+
 void FKestrelModule::StartupModule()
 {
 	RegisterSettings();
@@ -75,12 +82,15 @@ void FKestrelModule::StartupModule()
 	FAgent::Get().Initialize();
 	FKestrelMcpServer::Get().Initialize();
 	ServerChangedHandle = FKestrelMcpServer::Get().OnChanged.AddRaw(this, &FKestrelModule::ShowCallThatAwaitsApproval);
+	FKestrelRunStatus::Get().Start();
 }
 
 void FKestrelModule::ShutdownModule()
 {
 	FKestrelMcpServer::Get().OnChanged.Remove(ServerChangedHandle);
 	FKestrelMcpServer::Get().Shutdown();
+	// Whoever quits has no use for news.
+	Notifier.Reset();
 	if (bHasUserInterface)
 	{
 		UToolMenus::UnRegisterStartupCallback(this);
@@ -92,6 +102,7 @@ void FKestrelModule::ShutdownModule()
 	// The HTTP module outlives this one and would call back into it.
 	FHTTPAPI::Get().AbandonRequests();
 	FHTTPAPI::Get().ClearRequestId();
+	FKestrelRunStatus::Get().Stop();
 	FCompilationManager::Shutdown();
 	if (bHasUserInterface)
 	{
@@ -121,6 +132,7 @@ void FKestrelModule::RegisterUserInterface()
 		.SetDisplayName(LOCTEXT("FKestrelTabTitle", "Kestrel"))
 		.SetMenuType(ETabSpawnerMenuType::Hidden)
 		.SetIcon(FSlateIcon(FKestrelStyle::GetStyleSetName(), "Kestrel.Icon"));
+	Notifier = MakeUnique<FKestrelNotifier>(KestrelTabName);
 }
 
 void FKestrelModule::ClosePanel()

@@ -3,7 +3,9 @@
 #include "CoreMinimal.h"
 #include "Delegates/IDelegateInstance.h"
 #include "Modules/ModuleInterface.h"
+#include "Templates/UniquePtr.h"
 
+class FKestrelNotifier;
 class FSpawnTabArgs;
 class FUICommandList;
 class SDockTab;
@@ -12,6 +14,9 @@ class SDockTab;
 class KESTREL_API FKestrelModule : public IModuleInterface
 {
 public:
+	FKestrelModule();
+	virtual ~FKestrelModule() override;
+
 	virtual void StartupModule() override;
 	virtual void ShutdownModule() override;
 
@@ -53,4 +58,5 @@ private:
 	bool bHasUserInterface = false;
 	TSharedPtr<FUICommandList> PluginCommands;
 	FDelegateHandle ServerChangedHandle;
+	TUniquePtr<FKestrelNotifier> Notifier;
 };

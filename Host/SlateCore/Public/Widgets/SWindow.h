@@ -6,6 +6,7 @@
 
 class FGenericWindow;
 class SWindow;
+struct FWindowDrawAttentionParameters;
 
 /** Where a window opens. */
 enum class EAutoCenter : uint8
@@ -64,6 +65,9 @@ public:
 	/** A minimised window is not painted: nothing in it ticks. */
 	void SetMinimized(bool bInMinimized) { bIsMinimized = bInMinimized; }
 	bool IsWindowMinimized() const { return bIsMinimized; }
+
+	/** For a window that the user does not look at. No effect without a window of the operating system. */
+	void DrawAttention(const FWindowDrawAttentionParameters& Parameters);
 
 	void SetNativeWindow(TSharedRef<FGenericWindow> InNativeWindow) { NativeWindow = InNativeWindow; }
 	TSharedPtr<FGenericWindow> GetNativeWindow() const { return NativeWindow; }

@@ -86,6 +86,7 @@ bool FAgent::RunTool(const FKestrelToolPlan& Plan)
 	{
 		AddToolResult(Plan.ToolUseId, Text, bIsError);
 	}
+	ToolDone.Broadcast(Plan, Text);
 	return Plan.Kind != EKestrelToolKind::Finish || bIsError;
 }
 

@@ -58,15 +58,6 @@ TOptional<FString> FindAnswer(const FString& Message)
 	return Message.Mid(Heading.Len());
 }
 
-/** With a screen reader, or in a terminal, a message is read in one piece. */
-bool IsReadOut()
-{
-#if WITH_ACCESSIBILITY
-	return FSlateApplication::Get().GetAccessibleMessageHandler()->IsActive();
-#else
-	return false;
-#endif
-}
 }
 
 void SKestrelConversationView::Construct(const FArguments& InArgs)
@@ -83,9 +74,18 @@ void SKestrelConversationView::Construct(const FArguments& InArgs)
 	// clang-format on
 }
 
+bool SKestrelConversationView::IsReadOut()
+{
+#if WITH_ACCESSIBILITY
+	return FSlateApplication::Get().GetAccessibleMessageHandler()->IsActive();
+#else
+	return false;
+#endif
+}
+
 bool SKestrelConversationView::IsFormatted()
 {
-	return GetDefault<UKestrelSettings>()->bFormattedAnswers && !KestrelConversationView::IsReadOut();
+	return GetDefault<UKestrelSettings>()->bFormattedAnswers && !IsReadOut();
 }
 
 SKestrelConversationView::FBlock SKestrelConversationView::AddMessage(
@@ -141,16 +141,37 @@ SKestrelConversationView::FBlock SKestrelConversationView::AddText(
 
 void SKestrelConversationView::AddBlock(const TSharedRef<SBorder>& Border)
 {
+	const TSharedPtr<SWidget> Last = Provisional;
+	SetProvisional(nullptr);
+	AddSlot(Border);
+	SetProvisional(Last);
+}
+
+void SKestrelConversationView::AddSlot(const TSharedRef<SWidget>& Widget)
+{
 	// clang-format off
 	ScrollBox->AddSlot()
 	.Padding(MakeAttributeSP(this, &SKestrelConversationView::GetBlockMargin))
 	[
-		Border
+		Widget
 	];
 	// clang-format on
 	if (FollowsEnd())
 	{
 		ScrollBox->ScrollToEnd();
+	}
+}
+
+void SKestrelConversationView::SetProvisional(const TSharedPtr<SWidget>& Widget)
+{
+	if (Provisional.IsValid())
+	{
+		ScrollBox->RemoveSlot(Provisional.ToSharedRef());
+	}
+	Provisional = Widget;
+	if (Provisional.IsValid())
+	{
+		AddSlot(Provisional.ToSharedRef());
 	}
 }
 
@@ -164,6 +185,7 @@ FMargin SKestrelConversationView::GetBlockMargin() const
 void SKestrelConversationView::ClearBlocks()
 {
 	ScrollBox->ClearChildren();
+	Provisional.Reset();
 	Changes.Empty();
 	CurrentChange = INDEX_NONE;
 }

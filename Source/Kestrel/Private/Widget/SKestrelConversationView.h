@@ -44,11 +44,16 @@ public:
 	FBlock AddMessage(const FString& Message, const FLinearColor& Color, const FName& FontStyle, float FontSize);
 	/** Whether answers are formatted: the settings want it, and nobody listens. */
 	static bool IsFormatted();
+	/** With a screen reader, or in a terminal, a message is read in one piece. */
+	static bool IsReadOut();
 	/** A block at the end of the conversation. Its text can be selected and copied. */
 	FBlock AddText(const FString& Text, const FLinearColor& Color, const FName& FontStyle, float FontSize);
 	/** A block with a content of its own. */
 	void AddBlock(const TSharedRef<SBorder>& Border);
+	/** With the provisional one. */
 	void ClearBlocks();
+	/** Shows something behind the last block, wherever that is; null takes it away. */
+	void SetProvisional(const TSharedPtr<SWidget>& Widget);
 
 	/** Each frame: a wrapped text knows its height a frame late and can leave the view short of the end. */
 	void KeepEndInView();
@@ -66,12 +71,14 @@ public:
 
 private:
 	void AddAnswer(const FString& Source);
+	void AddSlot(const TSharedRef<SWidget>& Widget);
 	/** Around a block; it keeps lines short in a wide panel. */
 	FMargin GetBlockMargin() const;
 	bool FollowsEnd() const;
 	void OnUserScrolled(float ScrollOffset);
 
 	TSharedPtr<SScrollBox> ScrollBox;
+	TSharedPtr<SWidget> Provisional; // the last slot of the box; null: none
 	TAttribute<bool> IsUserScrolling;
 	FOnKestrelScrolled OnScrolled;
 	FSimpleDelegate OnEndReached;

@@ -3,6 +3,7 @@
 #include "Agent/Agent.h"
 #include "Agent/Chat/KestrelInterface.h"
 #include "Agent/Tools/PendingTools.h"
+#include "Agent/Chat/RunStatus.h"
 #include "Framework/Application/SlateApplication.h"
 #include "HAL/PlatformTime.h"
 #include "Input/Events.h"
@@ -23,6 +24,9 @@
 #include "Widget/SKestrelClientCalls.h"
 #include "Widget/SKestrelConversationView.h"
 #include "Widget/SKestrelUndoButton.h"
+#include "Widget/Status/SKestrelLoopWarning.h"
+#include "Widget/Status/SKestrelPartialAnswer.h"
+#include "Widget/Status/SKestrelStatusLine.h"
 #include "Widgets/Input/SButton.h"
 #include "Widgets/Layout/SBorder.h"
 #include "Widgets/Layout/SBox.h"
@@ -66,9 +70,21 @@ void SKestrelWidget::Construct(const FArguments& InArgs)
 				MakeHistoryHeader()
 			]
 			+ SVerticalBox::Slot()
+			.AutoHeight()
+			[
+				SNew(SKestrelStatusLine)
+			]
+			+ SVerticalBox::Slot()
 			.FillHeight(1.0f)
 			[
 				MakeConversationArea()
+			]
+			+ SVerticalBox::Slot()
+			.AutoHeight()
+			.Padding(0.0f, KestrelWidget::PartGap, 0.0f, 0.0f)
+			[
+				SNew(SKestrelLoopWarning)
+				.OnPause_Static(&SKestrelWidget::PauseAgent)
 			]
 			+ SVerticalBox::Slot()
 			.AutoHeight()
@@ -142,7 +158,32 @@ void SKestrelWidget::BindToAgent()
 	FKestrelInterface::Get().DiffMessageDelegate.BindSP(this, &SKestrelWidget::OnAddDiffMessage);
 	FKestrelInterface::Get().HintDelegate.BindSP(this, &SKestrelWidget::OnAddHint);
 	StateChangedHandle = FAgent::Get().OnStateChanged().AddSP(this, &SKestrelWidget::OnAgentStateChanged);
+	RunChangedHandle = FKestrelRunStatus::Get().OnChanged().AddSP(this, &SKestrelWidget::ShowPartialAnswer);
 	OnAgentStateChanged();
+	ShowPartialAnswer();
+}
+
+void SKestrelWidget::PauseAgent()
+{
+	FKestrelInterface::Get().PauseRequest();
+}
+
+void SKestrelWidget::ShowPartialAnswer()
+{
+	const FString& Partial = FKestrelRunStatus::Get().GetProgress().Partial;
+	// A listener would hear the beginning again with each poll.
+	if (Partial.IsEmpty() || SKestrelConversationView::IsReadOut())
+	{
+		Conversation->SetProvisional(nullptr);
+		PartialAnswer.Reset();
+		return;
+	}
+	if (!PartialAnswer.IsValid())
+	{
+		SAssignNew(PartialAnswer, SKestrelPartialAnswer).IsFormatted(SKestrelConversationView::IsFormatted());
+		Conversation->SetProvisional(PartialAnswer);
+	}
+	PartialAnswer->SetSource(Partial);
 }
 
 void SKestrelWidget::ShowWelcome()
@@ -179,6 +220,7 @@ void SKestrelWidget::ShowNotices()
 SKestrelWidget::~SKestrelWidget()
 {
 	FAgent::Get().OnStateChanged().Remove(StateChangedHandle);
+	FKestrelRunStatus::Get().OnChanged().Remove(RunChangedHandle);
 	FTSTicker::GetCoreTicker().RemoveTicker(QueueTicker);
 }
 

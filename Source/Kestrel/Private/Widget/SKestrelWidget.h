@@ -20,6 +20,7 @@ class SBox;
 class SButton;
 class SComboButton;
 class SKestrelApprovalList;
+class SKestrelPartialAnswer;
 class SKestrelPromptBox;
 class SKestrelUndoButton;
 enum class EKestrelAnswer : uint8;
@@ -102,6 +103,9 @@ public:
 
 private:
 	void BindToAgent();
+	static void PauseAgent();
+	/** What the service has told of its answer, behind the last block. */
+	void ShowPartialAnswer();
 	void ShowWelcome();
 	/** The current conversation, or an earlier one in its place. */
 	TSharedRef<SWidget> MakeConversationArea();
@@ -205,6 +209,8 @@ private:
 	TSharedPtr<SComboButton> HistoryButton;
 	TSharedPtr<SKestrelApprovalList> ApprovalList;
 	FDelegateHandle StateChangedHandle;
+	FDelegateHandle RunChangedHandle;
+	TSharedPtr<SKestrelPartialAnswer> PartialAnswer; // null while there is none
 	TSharedPtr<SKestrelPromptBox> PromptBox;
 	FString UnansweredPrompt; // the last that was sent, until something of an answer comes
 	FTSTicker::FDelegateHandle QueueTicker;

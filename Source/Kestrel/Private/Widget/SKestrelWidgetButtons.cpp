@@ -1,6 +1,7 @@
 #include "Agent/Agent.h"
 #include "Agent/Chat/KestrelInterface.h"
 #include "Framework/Application/SlateApplication.h"
+#include "Agent/Chat/RunStatus.h"
 #include "KestrelSettings.h"
 #include "Layout/Visibility.h"
 #include "Styling/AppStyle.h"
@@ -22,13 +23,6 @@
 namespace KestrelButtons
 {
 constexpr float ButtonGap = 4.0f;
-
-/** The states in which the agent waits for the user. In all others it is working. */
-bool IsWaitingForUser(EAgentState State)
-{
-	return State == EAgentState::Idle || State == EAgentState::Pause || State == EAgentState::AwaitingUpdate ||
-		   State == EAgentState::AwaitingApproval;
-}
 
 FText NoPrompt()
 {
@@ -203,12 +197,12 @@ bool SKestrelWidget::UpdateContinueButtonEnability() const
 
 EVisibility SKestrelWidget::UpdateContinueButtonVisibility() const
 {
-	return KestrelButtons::IsWaitingForUser(KestrelButtons::GetState()) ? EVisibility::Visible : EVisibility::Collapsed;
+	return IsWorking() ? EVisibility::Collapsed : EVisibility::Visible;
 }
 
 bool SKestrelWidget::IsWorking() const
 {
-	return !KestrelButtons::IsWaitingForUser(KestrelButtons::GetState());
+	return FKestrelRunStatus::IsWorking();
 }
 
 EVisibility SKestrelWidget::UpdatePauseButtonVisibility() const

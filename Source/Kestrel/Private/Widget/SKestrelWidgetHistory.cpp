@@ -252,8 +252,10 @@ void SKestrelWidget::OnConversationDeleted()
 	// What was deleted is not to be read on the screen, either.
 	StopProgressAnimation();
 	Conversation->ClearBlocks();
+	PartialAnswer.Reset();
 	ShowWelcome();
 	RestoreConversation();
+	ShowPartialAnswer();
 }
 
 void SKestrelWidget::RestoreConversation()

@@ -11,6 +11,10 @@ enum class EKestrelAnswer : uint8;
 enum class EKestrelRuling : uint8;
 struct FKestrelToolPlan;
 
+/** A tool has run. Its result is the text that the service gets; one that begins with "Error:" is a failure. */
+DECLARE_MULTICAST_DELEGATE_TwoParams(
+	FOnKestrelToolDone, const FKestrelToolPlan& /*Plan*/, const FString& /*Result*/);
+
 /**
  * Drives a conversation with the AI service: one at a time, on the game thread.
  *
@@ -45,6 +49,8 @@ public:
 	EAgentState GetPreviousState() const { return PreviousState; }
 	/** Broadcast after each change of state. */
 	FSimpleMulticastDelegate& OnStateChanged() { return StateChanged; }
+	/** Broadcast after each tool of an answer, before its result is sent. */
+	FOnKestrelToolDone& OnToolDone() { return ToolDone; }
 
 	/** A pause that begins is shown at once. */
 	void SetPaused(bool bInPaused);
@@ -187,6 +193,7 @@ private:
 	TArray<TSharedPtr<FJsonValue>> ToolResults;
 	TSharedRef<FKestrelPendingTools> PendingTools;
 	FSimpleMulticastDelegate StateChanged;
+	FOnKestrelToolDone ToolDone;
 	FDelegateHandle CompileFinishedHandle;
 	TOptional<FString> CompilingConversationId; // of the last compile that was started
 };

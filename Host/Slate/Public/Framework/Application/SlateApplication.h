@@ -83,6 +83,11 @@ public:
 	/** What the pointer should look like where it last was. */
 	EMouseCursor::Type GetCursorUnderPointer() const;
 
+	/** Whether one of the windows is the one that the user works in, as far as the platform has said. */
+	virtual bool IsActive() const { return bIsActive; }
+	/** What the platform, or a test, says. */
+	void ProcessApplicationActivationEvent(bool bInAppActivated) { bIsActive = bInAppActivated; }
+
 	// What the platform, or a test, sends in. True if a widget has handled it.
 	bool ProcessKeyDownEvent(const FKeyEvent& InKeyEvent);
 	bool ProcessKeyUpEvent(const FKeyEvent& InKeyEvent);
@@ -154,6 +159,7 @@ private:
 	TArray<TSharedRef<SWindow>> Windows; // the last lies in front
 	TArray<TWeakPtr<SWidget>> FocusPath; // from the window down; empty without focus
 	EFocusCause FocusCause = EFocusCause::Cleared;
+	bool bIsActive = true;
 	TWeakPtr<SWidget> MouseCaptor;
 	TArray<TWeakPtr<SWidget>> HoverPath;
 	FVector2D PointerPosition = FVector2D(0.0, 0.0);

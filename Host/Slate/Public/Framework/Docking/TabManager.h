@@ -154,4 +154,11 @@ public:
 		const FName TabId, const FOnSpawnTab& OnSpawnTab, const FCanSpawnTab& CanSpawnTab = FCanSpawnTab());
 	/** Leaves an open tab alone; no effect for an unknown id. */
 	void UnregisterNomadTabSpawner(const FName TabId) { RemoveSpawner(TabId); }
+
+	/** The editor's main window; null before there is one. */
+	void SetRootWindow(const TSharedRef<SWindow>& InRootWindow) { RootWindow = InRootWindow; }
+	TSharedPtr<SWindow> GetRootWindow() const { return RootWindow.Pin(); }
+
+private:
+	TWeakPtr<SWindow> RootWindow;
 };

@@ -396,6 +396,11 @@ void FHTTPAPI::CancelPolling()
 	ResetPollDelay();
 }
 
+TOptional<double> FHTTPAPI::GetSecondsToNextPoll() const
+{
+	return bIsPolling ? FMath::Max(LastPollTime + PollDelay - FPlatformTime::Seconds(), 0.0) : TOptional<double>();
+}
+
 void FHTTPAPI::ResetPollDelay()
 {
 	PollDelay = HTTPAPI::FirstPollDelaySeconds;

@@ -70,6 +70,8 @@ public:
 	const FString& GetRequestId() const { return RequestId; }
 	void ResetPollDelay();
 	bool IsPolling() const { return bIsPolling; }
+	/** Until the service is asked again, at least 0; unset while nothing is polled. */
+	TOptional<double> GetSecondsToNextPoll() const;
 
 	/** Makes requests in flight forget this object. For the module's shut-down: the HTTP module lives on. */
 	void AbandonRequests();
