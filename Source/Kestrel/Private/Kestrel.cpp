@@ -159,15 +159,6 @@ void FKestrelModule::RegisterSettings()
 	}
 }
 
-void FKestrelModule::ShowSettings()
-{
-	if (ISettingsModule* SettingsModule = FModuleManager::GetModulePtr<ISettingsModule>("Settings"))
-	{
-		SettingsModule->ShowViewer(
-			KestrelModule::SettingsContainer, KestrelModule::SettingsCategory, KestrelModule::SettingsSection);
-	}
-}
-
 void FKestrelModule::UnregisterSettings()
 {
 	if (ISettingsModule* SettingsModule = FModuleManager::GetModulePtr<ISettingsModule>("Settings"))
@@ -196,6 +187,12 @@ FString FKestrelModule::GetApiKey()
 	}
 	const UKestrelSettings* Settings = GetDefault<UKestrelSettings>();
 	return Settings ? Settings->ApiKey : FString();
+}
+
+void FKestrelModule::OpenSettings()
+{
+	FModuleManager::LoadModuleChecked<ISettingsModule>("Settings").ShowViewer(
+		KestrelModule::SettingsContainer, KestrelModule::SettingsCategory, KestrelModule::SettingsSection);
 }
 
 FString FKestrelModule::GetApiUrl()

@@ -31,8 +31,10 @@ public:
 	/** Whether it is the project, and not this build, that says where requests go. */
 	static bool IsServiceOfProject() { return !StageApiUrl.IsEmpty(); }
 
-	/** Opens the plugin's page of the project settings. */
-	static void ShowSettings();
+	/** Whether the key is the project's: the user's own is not used then. */
+	static bool IsKeyOfProject() { return !StageApiKey.IsEmpty(); }
+	/** Shows the plugin's page of the project settings. */
+	static void OpenSettings();
 
 	/** Brings the panel's tab up, or to front. */
 	void PluginButtonClicked();

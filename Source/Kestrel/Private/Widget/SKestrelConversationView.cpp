@@ -141,9 +141,14 @@ SKestrelConversationView::FBlock SKestrelConversationView::AddText(
 
 void SKestrelConversationView::AddBlock(const TSharedRef<SBorder>& Border)
 {
+	AddWidget(Border);
+}
+
+void SKestrelConversationView::AddWidget(const TSharedRef<SWidget>& Widget)
+{
 	const TSharedPtr<SWidget> Last = Provisional;
 	SetProvisional(nullptr);
-	AddSlot(Border);
+	AddSlot(Widget);
 	SetProvisional(Last);
 }
 

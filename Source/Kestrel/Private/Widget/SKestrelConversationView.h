@@ -50,6 +50,8 @@ public:
 	FBlock AddText(const FString& Text, const FLinearColor& Color, const FName& FontStyle, float FontSize);
 	/** A block with a content of its own. */
 	void AddBlock(const TSharedRef<SBorder>& Border);
+	/** The same for something that is no message. */
+	void AddWidget(const TSharedRef<SWidget>& Widget);
 	/** With the provisional one. */
 	void ClearBlocks();
 	/** Shows something behind the last block, wherever that is; null takes it away. */

@@ -17,6 +17,8 @@
 #include "Styling/SlateTypes.h"
 #include "Types/SlateEnums.h"
 #include "Types/WidgetActiveTimerDelegate.h"
+#include "Widget/Errors/FailureHelp.h"
+#include "Widget/Errors/SKestrelFailureHelp.h"
 #include "Widget/HiddenTexts.h"
 #include "Widget/Prompt/SKestrelPromptBox.h"
 #include "Widget/SKestrelApprovalList.h"
@@ -104,7 +106,7 @@ void SKestrelWidget::Construct(const FArguments& InArgs)
 				.OnMakeChangeView(this, &SKestrelWidget::MakeChangeView)
 				.OnAnswer(this, &SKestrelWidget::OnAnswerTool)
 				.OnAllowReading(this, &SKestrelWidget::OnAllowReading)
-				.OnEditRules_Static(&FKestrelModule::ShowSettings)
+				.OnEditRules_Static(&FKestrelModule::OpenSettings)
 			]
 			+ SVerticalBox::Slot()
 			.AutoHeight()
@@ -333,7 +335,12 @@ void SKestrelWidget::OnAddStatusMessage(
 SKestrelConversationView::FBlock SKestrelWidget::ShowStatusMessage(
 	const FString& Message, const FLinearColor& Color, const FName& FontStyle, float FontSize)
 {
-	return Conversation->AddMessage(Message, Color, FontStyle, FontSize);
+	const SKestrelConversationView::FBlock Block = Conversation->AddMessage(Message, Color, FontStyle, FontSize);
+	if (const TOptional<FKestrelFailureHelp> Help = KestrelFailureHelp::Find(Message))
+	{
+		Conversation->AddWidget(SNew(SKestrelFailureHelp).Help(Help.GetValue()));
+	}
+	return Block;
 }
 
 void SKestrelWidget::OnAddHint(const FText& Hint)

@@ -1,6 +1,7 @@
 #include "Agent/Backend/HTTPAPI.h"
 
 #include "Agent/Agent.h"
+#include "Agent/Backend/ServiceReply.h"
 #include "Agent/Chat/KestrelInterface.h"
 #include "Agent/Files/FileUtils.h"
 #include "Agent/Text/DisplayText.h"
@@ -28,9 +29,6 @@ constexpr float LongestReplySeconds = 120.0f;
 constexpr int32 MaxUnusableReplies = 10;
 constexpr int32 MaxRequestIdLength = 1024;
 
-const TCHAR* const ApiKeyHeader = TEXT("x-api-key");
-const TCHAR* const ConversationIdHeader = TEXT("conversation-id");
-
 /** Major.Minor of the running engine; empty, with an ensure, when its version text is not of that form. */
 FString GetEngineVersion()
 {
@@ -42,11 +40,6 @@ FString GetEngineVersion()
 		return FString();
 	}
 	return Pieces[0] + TEXT(".") + Pieces[1];
-}
-
-FString MakeStatusUrl(const FString& Id)
-{
-	return FString::Printf(TEXT("https://%s/status?request_id=%s"), *FKestrelModule::GetApiUrl(), *Id);
 }
 
 /** Whether an id can stand in a URL as it is: visible ASCII characters, without those that end or break one. */
@@ -61,49 +54,6 @@ bool CanStandInUrl(const FString& Id)
 		}
 	}
 	return Id.Len() <= MaxRequestIdLength;
-}
-
-/** Scheme, host and port of a URL. */
-FString GetOrigin(const FString& Url)
-{
-	const int32 Host = Url.Find(TEXT("://")) + 3;
-	int32 End = Url.Len();
-	for (int32 Index = Host; Index < Url.Len(); ++Index)
-	{
-		if (Url[Index] == TEXT('/') || Url[Index] == TEXT('?') || Url[Index] == TEXT('#'))
-		{
-			End = Index;
-			break;
-		}
-	}
-	FString Origin = Url.Left(End);
-	Origin.RemoveFromEnd(TEXT(":443")); // the port of https
-	return Origin;
-}
-
-/** Where a reply came from in the end; empty on engines that do not tell (before 5.5). */
-template <typename ReplyType>
-FString GetEffectiveUrl(const ReplyType& Reply)
-{
-	if constexpr (requires { Reply.GetEffectiveURL(); })
-	{
-		return Reply.GetEffectiveURL();
-	}
-	else
-	{
-		return FString();
-	}
-}
-
-/** Whether a reply is no answer of the server that was asked, but of one that a redirect led to, or the redirect. */
-bool IsOfAnotherServer(const IHttpRequest& Request, const IHttpResponse& Response)
-{
-	constexpr int32 FirstRedirect = 300;
-	constexpr int32 LastRedirect = 399;
-	const FString Effective = GetEffectiveUrl(Response);
-	const bool bMoved =
-		!Effective.IsEmpty() && !GetOrigin(Effective).Equals(GetOrigin(Request.GetURL()), ESearchCase::IgnoreCase);
-	return bMoved || (Response.GetResponseCode() >= FirstRedirect && Response.GetResponseCode() <= LastRedirect);
 }
 
 void ReportRedirect()
@@ -140,6 +90,14 @@ FHTTPAPI& FHTTPAPI::Get()
 FHTTPAPI::~FHTTPAPI()
 {
 	CancelPolling();
+}
+
+const TCHAR* const FHTTPAPI::ApiKeyHeader = TEXT("x-api-key");
+const TCHAR* const FHTTPAPI::ConversationIdHeader = TEXT("conversation-id");
+
+FString FHTTPAPI::MakeStatusUrl(const FString& Id)
+{
+	return FString::Printf(TEXT("https://%s/status?request_id=%s"), *FKestrelModule::GetApiUrl(), *Id);
 }
 
 void FHTTPAPI::InitialPromptRequest(const FString& Prompt)
@@ -185,8 +143,8 @@ void FHTTPAPI::RegularRequest(const FString& Body)
 	Request->SetVerb(TEXT("POST"));
 	Request->SetURL(FString::Printf(TEXT("https://%s/command"), *FKestrelModule::GetApiUrl()));
 	Request->SetHeader(TEXT("Content-Type"), TEXT("application/json"));
-	Request->SetHeader(HTTPAPI::ApiKeyHeader, FKestrelModule::GetApiKey());
-	Request->SetHeader(HTTPAPI::ConversationIdHeader, FAgent::Get().GetConversationId());
+	Request->SetHeader(ApiKeyHeader, FKestrelModule::GetApiKey());
+	Request->SetHeader(ConversationIdHeader, FAgent::Get().GetConversationId());
 	Request->SetHeader(TEXT("engine"), FApp::GetBranchName());
 	const FString EngineVersion = HTTPAPI::GetEngineVersion();
 	if (!EngineVersion.IsEmpty())
@@ -219,7 +177,7 @@ void FHTTPAPI::OnRegularRequestResponse(FHttpRequestPtr Request, FHttpResponsePt
 	{
 		return;
 	}
-	if (bSucceeded && Request.IsValid() && Response.IsValid() && HTTPAPI::IsOfAnotherServer(*Request, *Response))
+	if (bSucceeded && Request.IsValid() && Response.IsValid() && KestrelServiceReply::IsOfAnotherServer(*Request, *Response))
 	{
 		HTTPAPI::ReportRedirect();
 		FailRegularRequest(TEXT("Request Failed"));
@@ -296,9 +254,9 @@ void FHTTPAPI::PollStatusRequest(const FString& Id)
 	}
 	const FHttpRequestRef Request = FHttpModule::Get().CreateRequest();
 	Request->SetVerb(TEXT("GET"));
-	Request->SetURL(HTTPAPI::MakeStatusUrl(Id));
-	Request->SetHeader(HTTPAPI::ApiKeyHeader, FKestrelModule::GetApiKey());
-	Request->SetHeader(HTTPAPI::ConversationIdHeader, FAgent::Get().GetConversationId());
+	Request->SetURL(MakeStatusUrl(Id));
+	Request->SetHeader(ApiKeyHeader, FKestrelModule::GetApiKey());
+	Request->SetHeader(ConversationIdHeader, FAgent::Get().GetConversationId());
 	Request->SetTimeout(HTTPAPI::LongestReplySeconds);
 	Request->OnProcessRequestComplete().BindRaw(this, &FHTTPAPI::OnPollStatusRequestResponse);
 	Polls.Add({ Request, FPlatformTime::Seconds() });
@@ -337,7 +295,7 @@ void FHTTPAPI::OnPollStatusRequestResponse(FHttpRequestPtr Request, FHttpRespons
 		}
 		return;
 	}
-	const bool bRedirected = HTTPAPI::IsOfAnotherServer(*Request, *Response);
+	const bool bRedirected = KestrelServiceReply::IsOfAnotherServer(*Request, *Response);
 	if (bRedirected && NumUnusableReplies == 0)
 	{
 		HTTPAPI::ReportRedirect();

@@ -11,6 +11,7 @@ DECLARE_DELEGATE_FourParams(FOnRegularRequestDelegate, const FString& /*Text*/, 
 	const FName& /*FontStyle*/, float /*FontSize*/);
 DECLARE_DELEGATE_OneParam(FOnRequestFailedDelegate, const FString& /*Message*/);
 DECLARE_DELEGATE(FOnPollDelegate);
+DECLARE_DELEGATE_OneParam(FOnConnectionTestedDelegate, const FText& /*Finding*/);
 DECLARE_DELEGATE_OneParam(FOnPollCompletedDelegate, const TSharedPtr<FJsonObject> /*Response*/);
 DECLARE_DELEGATE_ThreeParams(FOnPollStatusUpdateDelegate, const FString& /*RequestId*/, const FString& /*Status*/,
 	const TSharedPtr<FJsonObject> /*StatusObject*/);
@@ -73,11 +74,21 @@ public:
 	/** Until the service is asked again, at least 0; unset while nothing is polled. */
 	TOptional<double> GetSecondsToNextPoll() const;
 
+	/**
+	 * Asks the service for the status of a turn that there is not: the answer tells whether the service is there and takes
+	 * the key. Nothing of the conversation is touched, and nothing of the project is sent.
+	 */
+	void TestConnection(const FOnConnectionTestedDelegate& OnTested);
+
 	/** Makes requests in flight forget this object. For the module's shut-down: the HTTP module lives on. */
 	void AbandonRequests();
 
 private:
 	FHTTPAPI() = default;
+
+	static const TCHAR* const ApiKeyHeader;
+	static const TCHAR* const ConversationIdHeader;
+	static FString MakeStatusUrl(const FString& Id);
 
 	/** A status request of the current turn that has not been answered yet. */
 	struct FPoll
