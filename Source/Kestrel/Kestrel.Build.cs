@@ -26,6 +26,7 @@ public class Kestrel : ModuleRules
 			"HTTPServer",
 			"InputCore",
 			"Json",
+			"LevelEditor",
 			"Projects",
 			"PythonScriptPlugin",
 			"Settings",

@@ -5,9 +5,11 @@
 #include "Framework/Application/SlateApplication.h"
 #include "Framework/Commands/GenericCommands.h"
 #include "Framework/Commands/UICommandList.h"
+#include "Framework/Docking/LayoutExtender.h"
 #include "Framework/Docking/SDockingArea.h"
 #include "Framework/Docking/TabManager.h"
 #include "ISettingsModule.h"
+#include "LevelEditor.h"
 #include "MainFrameCommands.h"
 #include "Misc/App.h"
 #include "Misc/CommandLine.h"
@@ -60,6 +62,22 @@ void WriteVector(const TCHAR* Name, const FVector2D& Vector)
 	const FString File = GetLayoutFile();
 	GConfig->SetString(WindowSection, *(FString(Name) + TEXT("X")), *FString::SanitizeFloat(Vector.X), File);
 	GConfig->SetString(WindowSection, *(FString(Name) + TEXT("Y")), *FString::SanitizeFloat(Vector.Y), File);
+}
+
+/** Assets, documents and the log take most of the room; what goes with them stands at the side. */
+TSharedRef<FTabManager::FLayout> MakeDefaultLayout()
+{
+	constexpr float MainShare = 0.65f;
+	return FTabManager::NewLayout("LevelEditor_Layout")
+		->AddArea(FTabManager::NewPrimaryArea()
+				->SetOrientation(Orient_Horizontal)
+				->Split(FTabManager::NewStack()
+						->SetSizeCoefficient(MainShare)
+						->AddTab(ContentBrowserTab, ETabState::ClosedTab)
+						->AddTab(OutputLogTab, ETabState::ClosedTab))
+				->Split(FTabManager::NewStack()
+						->SetSizeCoefficient(1.0f - MainShare)
+						->AddTab("LevelEditorSelectionDetails", ETabState::ClosedTab)));
 }
 
 ECheckBoxState IsTabOpen(FName TabName)
@@ -247,39 +265,23 @@ void FMainWindow::ToggleMenuBar()
 
 void FMainWindow::RestoreTabs() const
 {
-	TArray<FString> Names;
-	FString Foremost;
-	const FString File = MainWindow::GetLayoutFile();
-	GConfig->GetArray(MainWindow::TabsSection, TEXT("Open"), Names, File);
-	GConfig->GetString(MainWindow::TabsSection, TEXT("Foremost"), Foremost, File);
-	for (const FString& Name : Names)
-	{
-		// Null for a tab whose plugin is not here any more.
-		FGlobalTabmanager::Get()->TryInvokeTab(FName(*Name), true);
-	}
-	if (const TSharedPtr<SDockTab> Tab = FGlobalTabmanager::Get()->FindExistingLiveTab(FName(*Foremost)))
-	{
-		Tab->ActivateInParent(ETabActivationCause::SetDirectly);
-	}
+	FString Saved;
+	GConfig->GetString(MainWindow::TabsSection, TEXT("Layout"), Saved, MainWindow::GetLayoutFile());
+	const TSharedPtr<FTabManager::FLayout> SavedLayout = FTabManager::FLayout::NewFromString(Saved);
+	const TSharedRef<FTabManager::FLayout> Layout =
+		SavedLayout.IsValid() ? SavedLayout.ToSharedRef() : MainWindow::MakeDefaultLayout();
+	FLayoutExtender Extender;
+	FModuleManager::LoadModuleChecked<FLevelEditorModule>("LevelEditor")
+		.OnRegisterLayoutExtensions()
+		.Broadcast(Extender);
+	Layout->ProcessExtensions(Extender);
+	FGlobalTabmanager::Get()->RestoreMainArea(Layout.Get());
 }
 
 void FMainWindow::SaveLayout() const
 {
-	const TSharedRef<SDockingArea> Area = FGlobalTabmanager::Get()->GetMainArea();
-	TArray<FString> Names;
-	for (const TSharedRef<SDockTab>& Tab : Area->GetTabs())
-	{
-		// The tab of a document could not be opened again by its name.
-		if (FGlobalTabmanager::Get()->HasTabSpawner(Tab->GetLayoutIdentifier().TabType))
-		{
-			Names.Add(Tab->GetLayoutIdentifier().ToString());
-		}
-	}
-	const TSharedPtr<SDockTab> Foremost = Area->GetForegroundTab();
-	const FString File = MainWindow::GetLayoutFile();
-	GConfig->SetArray(MainWindow::TabsSection, TEXT("Open"), Names, File);
-	GConfig->SetString(MainWindow::TabsSection, TEXT("Foremost"),
-		Foremost.IsValid() ? *Foremost->GetLayoutIdentifier().ToString() : TEXT(""), File);
+	GConfig->SetString(MainWindow::TabsSection, TEXT("Layout"),
+		*FGlobalTabmanager::Get()->PersistLayout()->ToString(), MainWindow::GetLayoutFile());
 	MainWindow::WriteVector(TEXT("Size"), Window->GetClientSizeInScreen());
 	MainWindow::WriteVector(TEXT("Position"), Window->GetPositionInScreen());
 }

@@ -55,7 +55,7 @@ protected:
 	}
 
 	static UAssetEditorSubsystem& GetEditors() { return *GEditor->GetEditorSubsystem<UAssetEditorSubsystem>(); }
-	static const TArray<TSharedRef<SDockTab>>& GetTabs() { return FGlobalTabmanager::Get()->GetMainArea()->GetTabs(); }
+	static TArray<TSharedRef<SDockTab>> GetTabs() { return FGlobalTabmanager::Get()->GetMainArea()->GetTabs(); }
 	static void Tick() { FSlateApplication::Get().Tick(); }
 	SBlueprintEditor& Open() const
 	{

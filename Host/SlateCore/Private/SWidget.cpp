@@ -139,6 +139,27 @@ FReply SWidget::OnMouseMove(const FGeometry& MyGeometry, const FPointerEvent& Mo
 	return FReply::Unhandled();
 }
 
+void SWidget::OnMouseCaptureLost(const FCaptureLostEvent& CaptureLostEvent) {}
+
+FReply SWidget::OnDragDetected(const FGeometry& MyGeometry, const FPointerEvent& MouseEvent)
+{
+	return FReply::Unhandled();
+}
+
+void SWidget::OnDragEnter(const FGeometry& MyGeometry, const FDragDropEvent& DragDropEvent) {}
+
+void SWidget::OnDragLeave(const FDragDropEvent& DragDropEvent) {}
+
+FReply SWidget::OnDragOver(const FGeometry& MyGeometry, const FDragDropEvent& DragDropEvent)
+{
+	return FReply::Unhandled();
+}
+
+FReply SWidget::OnDrop(const FGeometry& MyGeometry, const FDragDropEvent& DragDropEvent)
+{
+	return FReply::Unhandled();
+}
+
 FReply SWidget::OnMouseWheel(const FGeometry& MyGeometry, const FPointerEvent& MouseEvent)
 {
 	return FReply::Unhandled();

@@ -8,6 +8,7 @@
 #include "Framework/Application/SlateApplication.h"
 #include "Framework/Commands/UIAction.h"
 #include "Framework/Commands/UICommandList.h"
+#include "Framework/Docking/LayoutExtender.h"
 #include "Framework/Docking/TabManager.h"
 #include "ISettingsModule.h"
 #include "KestrelCommands.h"
@@ -15,6 +16,7 @@
 #include "KestrelProjectSettings.h"
 #include "KestrelSettings.h"
 #include "KestrelStage.h"
+#include "LevelEditor.h"
 #include "Mcp/McpServer.h"
 #include "Misc/App.h"
 #include "Misc/Paths.h"
@@ -53,6 +55,14 @@ const FName SettingsContainer("Project");
 const FName SettingsCategory("Plugins");
 const FName SettingsSection("Kestrel");
 const FName ProjectSettingsSection("KestrelProject");
+
+/** Beside the details, at the side of the level editor: a tab that no layout knows would float. */
+void ExtendLayout(FLayoutExtender& Extender)
+{
+	// It opens when somebody wants it.
+	Extender.ExtendLayout(FTabId("LevelEditorSelectionDetails"), ELayoutExtensionPosition::After,
+		FTabManager::FTab(KestrelTabName, ETabState::ClosedTab));
+}
 
 /** The user's key is in it. The engine creates it like any file, for everybody to read where the user's mask allows. */
 void RestrictSettingsFile()
@@ -114,6 +124,10 @@ void FKestrelModule::ShutdownModule()
 	if (bHasUserInterface)
 	{
 		FGlobalTabmanager::Get()->UnregisterNomadTabSpawner(KestrelTabName);
+		if (FLevelEditorModule* LevelEditor = FModuleManager::GetModulePtr<FLevelEditorModule>("LevelEditor"))
+		{
+			LevelEditor->OnRegisterLayoutExtensions().Remove(LayoutHandle);
+		}
 	}
 	UnregisterSettings();
 	KestrelModule::RestrictSettingsFile();
@@ -133,6 +147,8 @@ void FKestrelModule::RegisterUserInterface()
 		.SetMenuType(ETabSpawnerMenuType::Hidden)
 		.SetIcon(FSlateIcon(FKestrelStyle::GetStyleSetName(), "Kestrel.Icon"));
 	Notifier = MakeUnique<FKestrelNotifier>(KestrelTabName);
+	FLevelEditorModule& LevelEditor = FModuleManager::LoadModuleChecked<FLevelEditorModule>("LevelEditor");
+	LayoutHandle = LevelEditor.OnRegisterLayoutExtensions().AddStatic(&KestrelModule::ExtendLayout);
 }
 
 void FKestrelModule::ClosePanel()

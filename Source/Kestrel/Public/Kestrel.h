@@ -61,4 +61,5 @@ private:
 	TSharedPtr<FUICommandList> PluginCommands;
 	FDelegateHandle ServerChangedHandle;
 	TUniquePtr<FKestrelNotifier> Notifier;
+	FDelegateHandle LayoutHandle;
 };

@@ -23,6 +23,13 @@ private:
 	uint32 UserIndex = 0;
 };
 
+/** The pointer is no longer captured. */
+struct FCaptureLostEvent
+{
+	int32 UserIndex = 0;
+	int32 PointerIndex = 0;
+};
+
 /** What events of the keyboard and the mouse share: the modifier keys that were down when it happened. */
 struct FInputEvent
 {

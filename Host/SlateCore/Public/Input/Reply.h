@@ -1,7 +1,9 @@
 #pragma once
 
 #include "CoreMinimal.h"
+#include "Input/DragAndDrop.h"
 #include "Input/ReplyBase.h"
+#include "InputCoreTypes.h"
 #include "Types/SlateEnums.h"
 
 /**
@@ -40,6 +42,19 @@ public:
 		return *this;
 	}
 	FReply& ClearUserFocus(bool bInAllUsers = false) { return ClearUserFocus(EFocusCause::SetDirectly, bInAllUsers); }
+	/** The widget is told by OnDragDetected when the pointer moves with the button down. */
+	FReply& DetectDrag(const TSharedRef<SWidget>& DetectDragInMe, FKey MouseButton)
+	{
+		DragDetector = DetectDragInMe;
+		DragButton = MouseButton;
+		return *this;
+	}
+	/** From now on the pointer drags this, until the button is let go. */
+	FReply& BeginDragDrop(TSharedRef<FDragDropOperation> InDragDropContent)
+	{
+		DragDropContent = InDragDropContent;
+		return *this;
+	}
 	FReply& SetNavigation(EUINavigation InNavigation)
 	{
 		Navigation = InNavigation;
@@ -51,6 +66,9 @@ public:
 	const TSharedPtr<SWidget>& GetUserFocusRecepient() const { return FocusRecipient; }
 	bool ShouldReleaseUserFocus() const { return bClearFocus; }
 	EFocusCause GetFocusCause() const { return FocusChangeReason; }
+	const TSharedPtr<SWidget>& GetDetectDragRequest() const { return DragDetector; }
+	FKey GetDetectDragRequestButton() const { return DragButton; }
+	const TSharedPtr<FDragDropOperation>& GetDragDropContent() const { return DragDropContent; }
 	EUINavigation GetNavigationType() const { return Navigation; }
 
 	FReply& SetHandler(const TSharedRef<SWidget>& InHandler)
@@ -67,6 +85,9 @@ private:
 
 	TSharedPtr<SWidget> MouseCaptor;
 	TSharedPtr<SWidget> FocusRecipient;
+	TSharedPtr<SWidget> DragDetector;
+	FKey DragButton;
+	TSharedPtr<FDragDropOperation> DragDropContent;
 	EFocusCause FocusChangeReason = EFocusCause::SetDirectly;
 	EUINavigation Navigation = EUINavigation::Invalid;
 	bool bReleaseMouseCapture = false;

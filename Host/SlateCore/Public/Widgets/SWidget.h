@@ -2,6 +2,7 @@
 
 #include "CoreMinimal.h"
 #include "GenericPlatform/ICursor.h"
+#include "Input/DragAndDrop.h"
 #include "Input/Events.h"
 #include "Input/Reply.h"
 #include "Layout/ArrangedChildren.h"
@@ -59,6 +60,17 @@ public:
 	virtual FReply OnMouseButtonDoubleClick(const FGeometry& InMyGeometry, const FPointerEvent& InMouseEvent);
 	virtual FReply OnMouseMove(const FGeometry& MyGeometry, const FPointerEvent& MouseEvent);
 	virtual FReply OnMouseWheel(const FGeometry& MyGeometry, const FPointerEvent& MouseEvent);
+
+	/** Somebody else has the pointer now, before its button was let go. */
+	virtual void OnMouseCaptureLost(const FCaptureLostEvent& CaptureLostEvent);
+	/** The pointer has moved with the button down that FReply::DetectDrag asked for; MouseEvent is the press. */
+	virtual FReply OnDragDetected(const FGeometry& MyGeometry, const FPointerEvent& MouseEvent);
+	/** Something is dragged into the widget, and out of it again or dropped. */
+	virtual void OnDragEnter(const FGeometry& MyGeometry, const FDragDropEvent& DragDropEvent);
+	virtual void OnDragLeave(const FDragDropEvent& DragDropEvent);
+	/** From the innermost widget up, like all pointer events; handled: it could be dropped here. */
+	virtual FReply OnDragOver(const FGeometry& MyGeometry, const FDragDropEvent& DragDropEvent);
+	virtual FReply OnDrop(const FGeometry& MyGeometry, const FDragDropEvent& DragDropEvent);
 
 	/** While the widget is painted and GetCanTick. InCurrentTime is application time in seconds. */
 	virtual void Tick(const FGeometry& AllottedGeometry, const double InCurrentTime, const float InDeltaTime);

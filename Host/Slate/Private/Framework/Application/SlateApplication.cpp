@@ -1,5 +1,6 @@
 #include "Framework/Application/SlateApplication.h"
 
+#include "Framework/Application/DragDropTracker.h"
 #include "Framework/Application/IMenu.h"
 #include "Framework/Application/MenuStack.h"
 #include "Framework/Application/SPopup.h"
@@ -25,6 +26,7 @@ constexpr double Never = std::numeric_limits<double>::infinity();
 FSlateApplication::FSlateApplication(const TSharedRef<GenericApplication>& InPlatformApplication)
 	: PlatformApplication(InPlatformApplication)
 	, MenuStack(MakeUnique<FMenuStack>())
+	, DragDrop(MakeUnique<FDragDropTracker>())
 	, ToolTips(MakeUnique<FToolTipPresenter>())
 	, NextTimerTime(SlateApplication::Never)
 {
@@ -64,6 +66,7 @@ void FSlateApplication::Shutdown()
 	if (IsInitialized())
 	{
 		Get().DismissAllMenus();
+		Get().CancelDragDrop();
 		Get().ToolTips->Dismiss(Get().HoverPath);
 		// Widgets may ask for the application while they are destroyed.
 		const TArray<TSharedRef<SWindow>> Closed = MoveTemp(Get().Windows);

@@ -1,5 +1,6 @@
 #include "Framework/Application/SlateApplication.h"
 
+#include "Framework/Application/DragDropTracker.h"
 #include "Framework/Application/MenuStack.h"
 #include "Framework/Application/ToolTipPresenter.h"
 #include "Framework/Text/TextComposition.h"
@@ -117,6 +118,11 @@ FReply FSlateApplication::RouteUpwards(const FSlateWidgetPath& Path, const TFunc
 bool FSlateApplication::ProcessKeyDownEvent(const FKeyEvent& InKeyEvent)
 {
 	ToolTips->Dismiss(HoverPath);
+	if (InKeyEvent.GetKey() == EKeys::Escape && IsDragDropping())
+	{
+		CancelDragDrop();
+		return true;
+	}
 	const FSlateWidgetPath Path = GetFocusPath();
 	for (const TSharedRef<SWidget>& Widget : Path)
 	{
@@ -221,6 +227,10 @@ bool FSlateApplication::RouteButtonDown(const FPointerEvent& InMouseEvent, const
 	{
 		FocusInnermost(Path);
 	}
+	if (Reply.GetDetectDragRequest().IsValid())
+	{
+		DragDrop->Watch(Reply.GetDetectDragRequest().ToSharedRef(), Reply.GetDetectDragRequestButton(), InMouseEvent);
+	}
 	return Reply.IsEventHandled();
 }
 
@@ -240,6 +250,11 @@ void FSlateApplication::FocusInnermost(const FSlateWidgetPath& Path)
 
 bool FSlateApplication::ProcessMouseButtonUpEvent(const FPointerEvent& InMouseEvent)
 {
+	DragDrop->StopWatching();
+	if (IsDragDropping())
+	{
+		return DragDrop->Drop(InMouseEvent, LocateWidgetsUnder(InMouseEvent.GetScreenSpacePosition()));
+	}
 	return RoutePointerEvent(InMouseEvent, [&InMouseEvent](SWidget& Widget) {
 		return Widget.OnMouseButtonUp(Widget.GetCachedGeometry(), InMouseEvent);
 	}).IsEventHandled();
@@ -249,6 +264,15 @@ bool FSlateApplication::ProcessMouseMoveEvent(const FPointerEvent& InMouseEvent,
 {
 	PointerPosition = InMouseEvent.GetScreenSpacePosition();
 	HoverPath = TArray<TWeakPtr<SWidget>>(LocateWidgetsUnder(InMouseEvent.GetScreenSpacePosition()));
+	if (const TSharedPtr<SWidget> Dragged = DragDrop->TakeDetected(InMouseEvent))
+	{
+		ProcessReply(Dragged->OnDragDetected(Dragged->GetCachedGeometry(), DragDrop->GetPress()));
+	}
+	if (IsDragDropping())
+	{
+		DragDrop->Move(InMouseEvent, LocateWidgetsUnder(InMouseEvent.GetScreenSpacePosition()));
+		return true;
+	}
 	return RoutePointerEvent(InMouseEvent, [&InMouseEvent](SWidget& Widget) {
 		return Widget.OnMouseMove(Widget.GetCachedGeometry(), InMouseEvent);
 	}).IsEventHandled();
@@ -262,6 +286,35 @@ bool FSlateApplication::ProcessMouseWheelOrGestureEvent(
 	}).IsEventHandled();
 }
 
+bool FSlateApplication::ProcessDropEvent(const FDragDropEvent& InDragDropEvent)
+{
+	CancelDragDrop();
+	const TSharedPtr<FDragDropOperation> Operation = InDragDropEvent.GetOperation();
+	if (!Operation.IsValid())
+	{
+		return false;
+	}
+	const FSlateWidgetPath Path = LocateWidgetsUnder(InDragDropEvent.GetScreenSpacePosition());
+	DragDrop->Begin(Operation.ToSharedRef());
+	DragDrop->Move(InDragDropEvent, Path);
+	return DragDrop->Drop(InDragDropEvent, Path);
+}
+
+bool FSlateApplication::IsDragDropping() const
+{
+	return DragDrop->GetContent().IsValid();
+}
+
+TSharedPtr<FDragDropOperation> FSlateApplication::GetDragDroppingContent() const
+{
+	return DragDrop->GetContent();
+}
+
+void FSlateApplication::CancelDragDrop()
+{
+	DragDrop->Cancel();
+}
+
 void FSlateApplication::ProcessReply(const FReply& Reply)
 {
 	if (Reply.ShouldReleaseMouse())
@@ -271,6 +324,15 @@ void FSlateApplication::ProcessReply(const FReply& Reply)
 	if (Reply.GetMouseCaptor().IsValid())
 	{
 		MouseCaptor = Reply.GetMouseCaptor();
+	}
+	if (Reply.GetDragDropContent().IsValid())
+	{
+		if (const TSharedPtr<SWidget> Captor = MouseCaptor.Pin())
+		{
+			MouseCaptor.Reset();
+			Captor->OnMouseCaptureLost(FCaptureLostEvent());
+		}
+		DragDrop->Begin(Reply.GetDragDropContent().ToSharedRef());
 	}
 	if (Reply.ShouldReleaseUserFocus())
 	{

@@ -78,7 +78,7 @@ TSharedPtr<SDockTab> FTabManager::SpawnTab(FTabSpawnerEntry& Spawner, const FTab
 	}
 	const TSharedRef<SDockTab> Tab = Spawner.OnSpawnTab.Execute(Args);
 	checkf(
-		!Tab->GetParentArea().IsValid(), TEXT("The spawner of '%s' must make a new tab each time"), *TabId.ToString());
+		!Tab->GetParentDockTabStack().IsValid(), TEXT("The spawner of '%s' must make a new tab each time"), *TabId.ToString());
 	Tab->SetLayoutIdentifier(TabId);
 	if (!Tab->HasLabel())
 	{
@@ -93,7 +93,8 @@ void FTabManager::InsertNewDocumentTab(
 	FName PlaceholderId, const FLiveTabSearch& SearchPreference, const TSharedRef<SDockTab>& UnmanagedTab)
 {
 	UnmanagedTab->SetLayoutIdentifier(PlaceholderId);
-	GetMainArea()->AddTab(UnmanagedTab, true);
+	const FName Beside = SearchPreference.SearchForTabId;
+	GetMainArea()->AddTabBeside(UnmanagedTab, Beside.IsNone() ? PlaceholderId : Beside, true);
 }
 
 TSharedPtr<SDockTab> FTabManager::FindExistingLiveTab(const FTabId& TabId) const
@@ -101,5 +102,41 @@ TSharedPtr<SDockTab> FTabManager::FindExistingLiveTab(const FTabId& TabId) const
 	const TSharedPtr<FTabSpawnerEntry> Spawner = Spawners.FindRef(TabId.TabType);
 	const TSharedPtr<SDockTab> Tab = Spawner.IsValid() ? Spawner->SpawnedTab.Pin() : nullptr;
 	// A closed tab may be held on to by somebody else.
-	return Tab.IsValid() && Tab->GetParentArea().IsValid() ? Tab : nullptr;
+	return Tab.IsValid() && Tab->GetParentDockTabStack().IsValid() ? Tab : nullptr;
+}
+
+void FTabManager::RestoreMainArea(const FLayout& Layout)
+{
+	GetMainArea()->RestoreFrom(*Layout.GetPrimaryArea());
+	OpenTabs(*Layout.GetPrimaryArea());
+}
+
+void FTabManager::OpenTabs(FLayoutNode& Node)
+{
+	if (const TSharedPtr<FSplitter> Splitter = Node.AsSplitter())
+	{
+		for (const TSharedRef<FLayoutNode>& Child : Splitter->GetChildNodes())
+		{
+			OpenTabs(*Child);
+		}
+		return;
+	}
+	const FStack& Stack = *Node.AsStack();
+	for (const FTab& Tab : Stack.GetTabs())
+	{
+		if (Tab.TabState == ETabState::OpenedTab)
+		{
+			// Null for a tab whose plugin is not here any more.
+			TryInvokeTab(Tab.TabId, true);
+		}
+	}
+	if (const TSharedPtr<SDockTab> Foreground = FindExistingLiveTab(Stack.GetForegroundTabId()))
+	{
+		Foreground->ActivateInParent(ETabActivationCause::SetDirectly);
+	}
+}
+
+TSharedRef<FTabManager::FLayout> FTabManager::PersistLayout() const
+{
+	return NewLayout("LevelEditor_Layout")->AddArea(MainArea->Persist());
 }

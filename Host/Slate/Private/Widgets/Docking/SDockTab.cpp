@@ -1,13 +1,47 @@
 #include "Widgets/Docking/SDockTab.h"
 
 #include "Framework/Application/SlateApplication.h"
-#include "Framework/Docking/SDockingArea.h"
+#include "Framework/Docking/DockingDragOperation.h"
+#include "Framework/Docking/SDockingTabStack.h"
 #include "Widgets/Input/SButton.h"
 #include "Widgets/Layout/SBox.h"
 #include "Widgets/SBoxPanel.h"
 
+namespace DockTab
+{
+/** The label, which can be dragged elsewhere. */
+class STabHandle : public SButton
+{
+public:
+	void Construct(const FArguments& InArgs, const TSharedRef<SDockTab>& InTab)
+	{
+		Tab = InTab;
+		SButton::Construct(InArgs);
+	}
+
+	virtual FReply OnMouseButtonDown(const FGeometry& MyGeometry, const FPointerEvent& MouseEvent) override
+	{
+		FReply Reply = SButton::OnMouseButtonDown(MyGeometry, MouseEvent);
+		return Reply.IsEventHandled() ? Reply.DetectDrag(SharedThis(this), EKeys::LeftMouseButton) : Reply;
+	}
+
+	virtual FReply OnDragDetected(const FGeometry& MyGeometry, const FPointerEvent& MouseEvent) override
+	{
+		const TSharedPtr<SDockTab> Pinned = Tab.Pin();
+		return Pinned.IsValid()
+				   ? FReply::Handled().BeginDragDrop(FDockingDragOperation::New(Pinned.ToSharedRef()))
+				   : FReply::Unhandled();
+	}
+
+private:
+	TWeakPtr<SDockTab> Tab;
+};
+}
+
 void SDockTab::Construct(const FArguments& InArgs)
 {
+	using DockTab::STabHandle;
+
 	Label = InArgs._Label;
 	TabRole = InArgs._TabRole;
 	bCanEverClose = InArgs._CanEverClose;
@@ -27,7 +61,7 @@ void SDockTab::Construct(const FArguments& InArgs)
 			SNew(SHorizontalBox)
 			+ SHorizontalBox::Slot().AutoWidth()
 			[
-				SNew(SButton)
+				SNew(STabHandle, SharedThis(this))
 				.ButtonStyle(HandleStyle)
 				.Text(this, &SDockTab::GetTabLabel)
 				.OnClicked(this, &SDockTab::OnHandleClicked)
@@ -56,14 +90,14 @@ const TSharedRef<SWidget>& SDockTab::GetContentHolder() const
 	return ContentHolder;
 }
 
-void SDockTab::SetParentArea(const TSharedPtr<SDockingArea>& InArea)
+void SDockTab::SetParent(const TSharedPtr<SDockingTabStack>& InStack)
 {
-	ParentArea = InArea;
+	ParentStack = InStack;
 }
 
-TSharedPtr<SDockingArea> SDockTab::GetParentArea() const
+TSharedPtr<SDockingTabStack> SDockTab::GetParentDockTabStack() const
 {
-	return ParentArea.Pin();
+	return ParentStack.Pin();
 }
 
 const FSlateBrush* SDockTab::GetHandleBrush() const
@@ -73,10 +107,10 @@ const FSlateBrush* SDockTab::GetHandleBrush() const
 
 void SDockTab::ActivateInParent(ETabActivationCause InActivationCause)
 {
-	const TSharedPtr<SDockingArea> Area = GetParentArea();
-	if (Area.IsValid())
+	const TSharedPtr<SDockingTabStack> Stack = GetParentDockTabStack();
+	if (Stack.IsValid())
 	{
-		Area->BringToFront(SharedThis(this));
+		Stack->BringToFront(SharedThis(this));
 		// Who calls a tab wants to work in it.
 		if (FSlateApplication::IsInitialized() && Content->SupportsKeyboardFocus())
 		{
@@ -87,13 +121,13 @@ void SDockTab::ActivateInParent(ETabActivationCause InActivationCause)
 
 bool SDockTab::IsForeground() const
 {
-	const TSharedPtr<SDockingArea> Area = GetParentArea();
-	return Area.IsValid() && Area->GetForegroundTab().Get() == this;
+	const TSharedPtr<SDockingTabStack> Stack = GetParentDockTabStack();
+	return Stack.IsValid() && Stack->GetForegroundTab().Get() == this;
 }
 
 bool SDockTab::RequestCloseTab()
 {
-	if (!GetParentArea().IsValid() || !bCanEverClose || (OnCanCloseTab.IsBound() && !OnCanCloseTab.Execute()))
+	if (!GetParentDockTabStack().IsValid() || !bCanEverClose || (OnCanCloseTab.IsBound() && !OnCanCloseTab.Execute()))
 	{
 		return false;
 	}
@@ -103,13 +137,13 @@ bool SDockTab::RequestCloseTab()
 
 void SDockTab::CloseWithoutAsking()
 {
-	const TSharedPtr<SDockingArea> Area = GetParentArea();
-	if (!Area.IsValid())
+	const TSharedPtr<SDockingTabStack> Stack = GetParentDockTabStack();
+	if (!Stack.IsValid())
 	{
 		return;
 	}
 	const TSharedRef<SDockTab> KeptAlive = SharedThis(this);
-	Area->RemoveTab(KeptAlive);
+	Stack->RemoveTab(KeptAlive);
 	OnTabClosed.ExecuteIfBound(KeptAlive);
 	SetContent(SNullWidget::NullWidget);
 }

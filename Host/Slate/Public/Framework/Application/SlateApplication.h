@@ -8,6 +8,8 @@
 #include "Layout/Geometry.h"
 #include "Widgets/SWindow.h"
 
+class FDragDropOperation;
+class FDragDropTracker;
 class FGenericWindow;
 class FGlobalTabmanager;
 class FMenuStack;
@@ -104,6 +106,15 @@ public:
 	bool ProcessMouseMoveEvent(const FPointerEvent& InMouseEvent, bool bIsSynthetic = false);
 	bool ProcessMouseWheelOrGestureEvent(const FPointerEvent& InWheelEvent, const FPointerEvent* InGestureEvent);
 
+	/** Something from another program was dropped. */
+	bool ProcessDropEvent(const FDragDropEvent& InDragDropEvent);
+
+	bool IsDragDropping() const;
+	/** Null when nothing is dragged. */
+	TSharedPtr<FDragDropOperation> GetDragDroppingContent() const;
+	/** Nobody gets what is dragged. */
+	void CancelDragDrop();
+
 	/** Gets the keys that no widget has handled, also while nothing has the focus. There is one such handler. */
 	void SetUnhandledKeyDownEventHandler(const FOnKeyEvent& NewHandler) { UnhandledKeyDownHandler = NewHandler; }
 	void SetUnhandledKeyUpEventHandler(const FOnKeyEvent& NewHandler) { UnhandledKeyUpHandler = NewHandler; }
@@ -168,6 +179,7 @@ private:
 	FOnKeyEvent UnhandledKeyDownHandler;
 	FOnKeyEvent UnhandledKeyUpHandler;
 	const TUniquePtr<FMenuStack> MenuStack;
+	const TUniquePtr<FDragDropTracker> DragDrop;
 	const TUniquePtr<FToolTipPresenter> ToolTips;
 	double NextTimerTime = 0.0; // far in the future without timers
 };

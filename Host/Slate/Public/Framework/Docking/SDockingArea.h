@@ -1,14 +1,16 @@
 #pragma once
 
 #include "CoreMinimal.h"
+#include "Framework/Docking/TabManager.h"
 #include "Widgets/DeclarativeSyntaxSupport.h"
 #include "Widgets/SCompoundWidget.h"
 
+class SDockingTabStack;
 class SDockTab;
-class SHorizontalBox;
-class SOverlay;
+class SSplitter;
+enum class EDockingSide : uint8;
 
-/** A row of tabs above the content of the one in front; the others are collapsed, so nothing in them ticks. */
+/** Stacks of tabs beside and below each other. The first stack is where a tab opens that belongs nowhere else. */
 class SDockingArea : public SCompoundWidget
 {
 public:
@@ -17,17 +19,28 @@ public:
 
 	void Construct(const FArguments& InArgs);
 
-	/** Adds a tab that is in no area yet. The first one comes to the front in any case. */
+	/** Replaces all stacks by those of a layout, without tabs in them; there must be no open tab. */
+	void RestoreFrom(const FTabManager::FArea& Layout);
+	/** The stacks, with their tabs and the closed tabs that open in them. */
+	TSharedRef<FTabManager::FArea> Persist() const;
+
+	/** Opens a tab in the stack that has a place for it. */
 	void AddTab(const TSharedRef<SDockTab>& Tab, bool bBringToFront);
-	void RemoveTab(const TSharedRef<SDockTab>& Tab);
-	void BringToFront(const TSharedRef<SDockTab>& Tab);
-	/** Null in an empty area. */
-	TSharedPtr<SDockTab> GetForegroundTab() const { return ForegroundTab.Pin(); }
-	const TArray<TSharedRef<SDockTab>>& GetTabs() const { return Tabs; }
+	/** The same for a tab without a place: into the stack that has the other one, open or not. */
+	void AddTabBeside(const TSharedRef<SDockTab>& Tab, FName OtherTab, bool bBringToFront);
+	/** Takes a tab out of its stack and puts it into another, or into a new one beside that. */
+	void MoveTab(const TSharedRef<SDockTab>& Tab, const TSharedRef<SDockingTabStack>& Stack, EDockingSide Side);
+	/** Of all stacks, in order. */
+	TArray<TSharedRef<SDockTab>> GetTabs() const;
 
 private:
-	TArray<TSharedRef<SDockTab>> Tabs;
-	TWeakPtr<SDockTab> ForegroundTab;
-	TSharedPtr<SHorizontalBox> TabWell;
-	TSharedPtr<SOverlay> Contents;
+	TSharedRef<SDockingTabStack> MakeStack(const FTabManager::FStack& Layout);
+	TSharedRef<SSplitter> MakeSplitter(const FTabManager::FSplitter& Layout);
+	TArray<TSharedRef<SDockingTabStack>> GetStacks() const;
+	/** The first one if there is none. */
+	TSharedRef<SDockingTabStack> FindStackFor(FName TabType) const;
+	TSharedRef<SDockingTabStack> AddStackBeside(const TSharedRef<SDockingTabStack>& Stack, EDockingSide Side);
+	void RemoveUnusedStacks();
+
+	TSharedPtr<SSplitter> Root;
 };

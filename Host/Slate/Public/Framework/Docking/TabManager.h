@@ -3,7 +3,9 @@
 #include "CoreMinimal.h"
 #include "Framework/Docking/WorkspaceItem.h"
 #include "Misc/Attribute.h"
+#include "Types/SlateEnums.h"
 
+class FLayoutExtender;
 class FSpawnTabArgs;
 class FTabManager;
 class SDockingArea;
@@ -44,6 +46,16 @@ private:
 	FTabId TabId;
 	TSharedPtr<SWindow> OwnerWindow;
 };
+
+namespace ETabState
+{
+enum Type : int
+{
+	OpenedTab = 1,
+	/** Not there, but this is where it opens. */
+	ClosedTab = 2,
+};
+}
 
 namespace ETabSpawnerMenuType
 {
@@ -97,7 +109,7 @@ private:
 	TWeakPtr<SDockTab> SpawnedTab;
 };
 
-/** Where a new tab goes: into the row of a tab that is open. There is one row here. */
+/** Where a new tab goes: into the row that has, or would open, the tab of an id. */
 struct FLiveTabSearch
 {
 	explicit FLiveTabSearch(FName InSearchForTabId = NAME_None)
@@ -113,6 +125,114 @@ class FTabManager : public TSharedFromThis<FTabManager>
 {
 public:
 	virtual ~FTabManager() = default;
+
+	class FStack;
+	class FSplitter;
+
+	/** A place for a tab. */
+	struct FTab
+	{
+		FTab(const FTabId& InTabId, ETabState::Type InTabState)
+			: TabId(InTabId)
+			, TabState(InTabState)
+		{
+		}
+
+		FTabId TabId;
+		ETabState::Type TabState;
+	};
+
+	/** A stack of tabs, or others beside each other. The setters chain. */
+	class FLayoutNode : public TSharedFromThis<FLayoutNode>
+	{
+	public:
+		virtual ~FLayoutNode() = default;
+
+		virtual TSharedPtr<FStack> AsStack() { return nullptr; }
+		virtual TSharedPtr<FSplitter> AsSplitter() { return nullptr; }
+		float GetSizeCoefficient() const { return SizeCoefficient; }
+
+	protected:
+		float SizeCoefficient = 1.0f; // in relation to its siblings
+	};
+
+	class FStack : public FLayoutNode
+	{
+	public:
+		TSharedRef<FStack> AddTab(const FName TabType, ETabState::Type InTabState);
+		TSharedRef<FStack> AddTab(const FTab& Tab, int32 Index);
+		TSharedRef<FStack> SetForegroundTab(const FTabId& TabId);
+		TSharedRef<FStack> SetSizeCoefficient(const float InSizeCoefficient);
+
+		const TArray<FTab>& GetTabs() const { return Tabs; }
+		const FTabId& GetForegroundTabId() const { return ForegroundTabId; }
+		virtual TSharedPtr<FStack> AsStack() override { return StaticCastSharedRef<FStack>(AsShared()); }
+
+	private:
+		TArray<FTab> Tabs;
+		FTabId ForegroundTabId;
+	};
+
+	class FSplitter : public FLayoutNode
+	{
+	public:
+		TSharedRef<FSplitter> SetSizeCoefficient(const float InSizeCoefficient);
+		TSharedRef<FSplitter> Split(TSharedRef<FLayoutNode> InNode);
+		TSharedRef<FSplitter> SetOrientation(const EOrientation InOrientation);
+
+		EOrientation GetOrientation() const { return Orientation; }
+		const TArray<TSharedRef<FLayoutNode>>& GetChildNodes() const { return ChildNodes; }
+		void ReplaceChild(int32 Index, const TSharedRef<FLayoutNode>& Node) { ChildNodes[Index] = Node; }
+		void InsertChild(int32 Index, const TSharedRef<FLayoutNode>& Node) { ChildNodes.Insert(Node, Index); }
+		virtual TSharedPtr<FSplitter> AsSplitter() override { return StaticCastSharedRef<FSplitter>(AsShared()); }
+
+	private:
+		EOrientation Orientation = Orient_Horizontal;
+		TArray<TSharedRef<FLayoutNode>> ChildNodes;
+	};
+
+	/** The whole inside of a window. */
+	class FArea : public FSplitter
+	{
+	public:
+		TSharedRef<FArea> Split(TSharedRef<FLayoutNode> InNode);
+		TSharedRef<FArea> SetOrientation(const EOrientation InOrientation);
+	};
+
+	class FLayout : public TSharedFromThis<FLayout>
+	{
+	public:
+		explicit FLayout(const FName& InLayoutName)
+			: LayoutName(InLayoutName)
+		{
+		}
+
+		TSharedRef<FLayout> AddArea(const TSharedRef<FArea>& InArea);
+		/** Null before an area was added. */
+		TSharedPtr<FArea> GetPrimaryArea() const { return PrimaryArea; }
+		FName GetLayoutName() const { return LayoutName; }
+
+		/** Adds the tabs that the layout does not have yet. */
+		void ProcessExtensions(const FLayoutExtender& Extender);
+		/** As JSON. */
+		FString ToString() const;
+		/** Null for a text that is not that of a layout. */
+		static TSharedPtr<FLayout> NewFromString(const FString& LayoutAsText);
+
+	private:
+		FName LayoutName;
+		TSharedPtr<FArea> PrimaryArea;
+	};
+
+	static TSharedRef<FLayout> NewLayout(const FName LayoutName);
+	static TSharedRef<FArea> NewPrimaryArea();
+	static TSharedRef<FSplitter> NewSplitter();
+	static TSharedRef<FStack> NewStack();
+
+	/** Host: lays the main area out anew and opens the tabs that are to be open. Asserts that none is open yet. */
+	void RestoreMainArea(const FLayout& Layout);
+	/** What RestoreMainArea needs to make it as it is now. */
+	TSharedRef<FLayout> PersistLayout() const;
 
 	/**
 	 * Opens a tab, or brings the open one to the front; there is never a second one of the same id.
@@ -139,6 +259,8 @@ protected:
 
 private:
 	TSharedPtr<SDockTab> SpawnTab(FTabSpawnerEntry& Spawner, const FTabId& TabId, bool bInvokeAsInactive);
+
+	void OpenTabs(FLayoutNode& Node);
 
 	TMap<FName, TSharedPtr<FTabSpawnerEntry>> Spawners;
 	TSharedPtr<SDockingArea> MainArea;

@@ -7,7 +7,7 @@
 #include "Widgets/Layout/SBorder.h"
 
 class SBox;
-class SDockingArea;
+class SDockingTabStack;
 class SDockTab;
 
 enum ETabRole : uint8
@@ -68,10 +68,11 @@ public:
 	/** Nothing happens to a tab that is closed already. */
 	void CloseWithoutAsking();
 
-	// For the docking area.
+	/** Null for a closed tab. */
+	TSharedPtr<SDockingTabStack> GetParentDockTabStack() const;
+	// For the stack.
 	const TSharedRef<SWidget>& GetContentHolder() const;
-	void SetParentArea(const TSharedPtr<SDockingArea>& InArea);
-	TSharedPtr<SDockingArea> GetParentArea() const;
+	void SetParent(const TSharedPtr<SDockingTabStack>& InStack);
 
 private:
 	const FSlateBrush* GetHandleBrush() const;
@@ -87,5 +88,5 @@ private:
 	TSharedRef<SWidget> Content = SNullWidget::NullWidget;
 	TSharedRef<SWidget> ContentHolder = SNullWidget::NullWidget;
 	TSharedPtr<SBox> ContentBox;
-	TWeakPtr<SDockingArea> ParentArea;
+	TWeakPtr<SDockingTabStack> ParentStack;
 };

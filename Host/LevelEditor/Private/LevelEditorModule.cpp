@@ -1,0 +1,4 @@
+#include "LevelEditor.h"
+#include "Modules/ModuleManager.h"
+
+IMPLEMENT_MODULE(FLevelEditorModule, LevelEditor)
