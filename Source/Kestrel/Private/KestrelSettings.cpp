@@ -42,6 +42,12 @@ void UKestrelSettings::AllowReading()
 	SaveConfig(CPF_Config);
 }
 
+FSimpleMulticastDelegate& UKestrelSettings::OnTextSizeChanged()
+{
+	static FSimpleMulticastDelegate TextSizeChanged;
+	return TextSizeChanged;
+}
+
 #if WITH_EDITOR
 void UKestrelSettings::PostEditChangeProperty(FPropertyChangedEvent& PropertyChangedEvent)
 {
@@ -59,6 +65,10 @@ void UKestrelSettings::PostEditChangeProperty(FPropertyChangedEvent& PropertyCha
 	else if (Changed == GET_MEMBER_NAME_CHECKED(UKestrelSettings, bLetOtherAssistantsIn))
 	{
 		FKestrelMcpServer::Get().ApplySettings();
+	}
+	else if (Changed == GET_MEMBER_NAME_CHECKED(UKestrelSettings, TextSize))
+	{
+		OnTextSizeChanged().Broadcast();
 	}
 }
 

@@ -109,6 +109,16 @@ public:
 				"Shows the headings, lists, tables and code of answers as such; otherwise answers are shown as they are written"))
 	bool bFormattedAnswers = true;
 
+	/** Points. What has another size, a heading for instance, grows and shrinks with it. */
+	UPROPERTY(config, EditAnywhere, Category = "Kestrel|Interface",
+		meta = (DisplayName = "Text Size", ClampMin = 6, ClampMax = 32,
+			ToolTip = "Size of the text of answers, prompts and code in the panel, in points"))
+	int32 TextSize = DefaultTextSize;
+
+	static constexpr int32 DefaultTextSize = 10;
+	/** The user has chosen another size. */
+	static FSimpleMulticastDelegate& OnTextSizeChanged();
+
 	UPROPERTY(config, EditAnywhere, Category = "Kestrel|Approval",
 		meta = (DisplayName = "Approval Rules",
 			ToolTip = "Your own rules for this project: what runs without asking, what asks, and what never runs"))

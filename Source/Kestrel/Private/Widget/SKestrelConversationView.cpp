@@ -15,6 +15,7 @@
 #include "Widget/Answer/SKestrelAnswer.h"
 #include "Widget/HiddenTexts.h"
 #include "Widget/KestrelStyle.h"
+#include "Widget/TextSize.h"
 #include "Widgets/Accessibility/SlateAccessibleMessageHandler.h"
 #include "Widgets/Layout/SBorder.h"
 #include "Widgets/Layout/SScrollBox.h"
@@ -119,7 +120,7 @@ SKestrelConversationView::FBlock SKestrelConversationView::AddText(
 {
 	FBlock Block;
 	FTextBlockStyle TextStyle = FCoreStyle::Get().GetWidgetStyle<FTextBlockStyle>("NormalText");
-	TextStyle.SetFont(FCoreStyle::GetDefaultFontStyle(FontStyle, FontSize));
+	TextStyle.SetFont(FCoreStyle::GetDefaultFontStyle(FontStyle, KestrelTextSize::Scale(FontSize)));
 	TextStyle.SetColorAndOpacity(Color);
 	// clang-format off
 	SAssignNew(Block.Border, SBorder)

@@ -9,6 +9,7 @@
 #include "Input/Events.h"
 #include "InputCoreTypes.h"
 #include "Kestrel.h"
+#include "KestrelSettings.h"
 #include "Layout/Geometry.h"
 #include "Layout/Visibility.h"
 #include "Misc/Attribute.h"
@@ -26,6 +27,7 @@
 #include "Widget/SKestrelClientCalls.h"
 #include "Widget/SKestrelConversationView.h"
 #include "Widget/SKestrelUndoButton.h"
+#include "Widget/Start/SKestrelExamples.h"
 #include "Widget/Status/SKestrelLoopWarning.h"
 #include "Widget/Status/SKestrelPartialAnswer.h"
 #include "Widget/Status/SKestrelStatusLine.h"
@@ -160,6 +162,7 @@ void SKestrelWidget::BindToAgent()
 	FKestrelInterface::Get().DiffMessageDelegate.BindSP(this, &SKestrelWidget::OnAddDiffMessage);
 	FKestrelInterface::Get().HintDelegate.BindSP(this, &SKestrelWidget::OnAddHint);
 	StateChangedHandle = FAgent::Get().OnStateChanged().AddSP(this, &SKestrelWidget::OnAgentStateChanged);
+	TextSizeHandle = UKestrelSettings::OnTextSizeChanged().AddSP(this, &SKestrelWidget::ShowConversationAgain);
 	RunChangedHandle = FKestrelRunStatus::Get().OnChanged().AddSP(this, &SKestrelWidget::ShowPartialAnswer);
 	OnAgentStateChanged();
 	ShowPartialAnswer();
@@ -203,6 +206,11 @@ void SKestrelWidget::ShowWelcome()
 		"Undo reverts what a conversation has changed, except for new Blueprints.");
 	Conversation->AddText(FString(TEXT(" [ Kestrel ] \n\n")) + Welcome.ToString(), FKestrelInterface::AssistantColor,
 		FKestrelInterface::RegularFontName, FKestrelInterface::AssistantFontSize);
+	// In a terminal each button is a command.
+	if (!SKestrelConversationView::IsReadOut())
+	{
+		Conversation->AddWidget(SNew(SKestrelExamples).OnChosen(this, &SKestrelWidget::UsePromptAgain));
+	}
 }
 
 void SKestrelWidget::ShowNotices()
@@ -223,6 +231,7 @@ SKestrelWidget::~SKestrelWidget()
 {
 	FAgent::Get().OnStateChanged().Remove(StateChangedHandle);
 	FKestrelRunStatus::Get().OnChanged().Remove(RunChangedHandle);
+	UKestrelSettings::OnTextSizeChanged().Remove(TextSizeHandle);
 	FTSTicker::GetCoreTicker().RemoveTicker(QueueTicker);
 }
 

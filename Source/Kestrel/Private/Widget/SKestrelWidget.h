@@ -153,6 +153,8 @@ private:
 	void CloseEarlierConversation();
 	void UsePromptAgain(const FString& Prompt);
 	void OnConversationDeleted();
+	/** From its transcript, and the earlier one that is open as well. */
+	void ShowConversationAgain();
 	/** Draws again what was said before this panel was opened, and logs what no panel has shown. */
 	void RestoreConversation();
 	void LogWhatWasMissed(TConstArrayView<FKestrelTranscriptEntry> Entries) const;
@@ -210,6 +212,7 @@ private:
 	TSharedPtr<SKestrelApprovalList> ApprovalList;
 	FDelegateHandle StateChangedHandle;
 	FDelegateHandle RunChangedHandle;
+	FDelegateHandle TextSizeHandle;
 	TSharedPtr<SKestrelPartialAnswer> PartialAnswer; // null while there is none
 	TSharedPtr<SKestrelPromptBox> PromptBox;
 	FString UnansweredPrompt; // the last that was sent, until something of an answer comes

@@ -18,6 +18,7 @@
 #include "Widget/SKestrelFold.h"
 #include "Widget/SKestrelSidewaysScrollBox.h"
 #include "Widget/SKestrelWidget.h"
+#include "Widget/TextSize.h"
 #include "Widgets/Input/SButton.h"
 #include "Widgets/Layout/SBorder.h"
 #include "Widgets/Layout/SScrollBox.h"
@@ -46,7 +47,7 @@ const FLinearColor NumberColor(0.4f, 0.4f, 0.4f, 1.0f);
 FTextBlockStyle MakeTextStyle(const FSlateColor& Color)
 {
 	FTextBlockStyle Style = FCoreStyle::Get().GetWidgetStyle<FTextBlockStyle>("NormalText");
-	Style.SetFont(FCoreStyle::GetDefaultFontStyle("Mono", FontSize));
+	Style.SetFont(FCoreStyle::GetDefaultFontStyle("Mono", KestrelTextSize::Scale(FontSize)));
 	Style.SetColorAndOpacity(Color);
 	return Style;
 }

@@ -250,12 +250,21 @@ void SKestrelWidget::OnConversationDeleted()
 		CloseEarlierConversation();
 	}
 	// What was deleted is not to be read on the screen, either.
+	ShowConversationAgain();
+}
+
+void SKestrelWidget::ShowConversationAgain()
+{
 	StopProgressAnimation();
 	Conversation->ClearBlocks();
 	PartialAnswer.Reset();
 	ShowWelcome();
 	RestoreConversation();
 	ShowPartialAnswer();
+	if (!EarlierId.IsEmpty())
+	{
+		OpenConversation(FString(EarlierId));
+	}
 }
 
 void SKestrelWidget::RestoreConversation()

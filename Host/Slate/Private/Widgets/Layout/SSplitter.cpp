@@ -106,6 +106,7 @@ FReply SSplitter::OnMouseButtonUp(const FGeometry& MyGeometry, const FPointerEve
 FReply SSplitter::OnMouseMove(const FGeometry& MyGeometry, const FPointerEvent& MouseEvent)
 {
 	const TArray<FSpan> Spans = ComputeSpans(MyGeometry);
+	bHandleIsHovered = FindHandle(MyGeometry, MouseEvent.GetScreenSpacePosition()) != INDEX_NONE;
 	if (!HasMouseCapture() || DraggedHandle == INDEX_NONE || DraggedHandle + 1 >= Spans.Num())
 	{
 		return FReply::Unhandled();
@@ -127,6 +128,9 @@ FReply SSplitter::OnMouseMove(const FGeometry& MyGeometry, const FPointerEvent& 
 
 TOptional<EMouseCursor::Type> SSplitter::GetCursor() const
 {
-	// Between its children there is nothing else that could be hovered.
+	if (!bHandleIsHovered && DraggedHandle == INDEX_NONE)
+	{
+		return TOptional<EMouseCursor::Type>();
+	}
 	return Orientation == Orient_Horizontal ? EMouseCursor::ResizeLeftRight : EMouseCursor::ResizeUpDown;
 }

@@ -92,4 +92,5 @@ private:
 	EOrientation Orientation = Orient_Horizontal;
 	float HandleSize = 0.0f;
 	int32 DraggedHandle = INDEX_NONE;
+	bool bHandleIsHovered = false; // at the last move of the pointer
 };

@@ -35,7 +35,7 @@ FText DescribeReply(const FHttpRequestPtr& Request, const FHttpResponsePtr& Resp
 		return FText::Format(LOCTEXT("KeyRefused", "{0} answers, but refuses the key."), Host);
 	}
 	return KestrelJson::ParseObject(Response->GetContentAsString()).IsValid()
-			   ? FText::Format(LOCTEXT("Works", "{0} answers and takes the key. Send the prompt again."), Host)
+			   ? FText::Format(LOCTEXT("Works", "{0} answers and takes the key."), Host)
 			   : FText::Format(
 					 LOCTEXT("Other", "{0} answers with HTTP status {1}, but not as a Kestrel service does."), Host, Code);
 }

@@ -4,6 +4,7 @@
 #include "Styling/CoreStyle.h"
 #include "Styling/ISlateStyle.h"
 #include "Widget/KestrelStyle.h"
+#include "Widget/TextSize.h"
 
 namespace KestrelMarkdownStyle
 {
@@ -22,7 +23,7 @@ float GetTextSize()
 FTextBlockStyle MakeStyle(const FName& Typeface, float Size, const FName& Color)
 {
 	FTextBlockStyle Style = FCoreStyle::Get().GetWidgetStyle<FTextBlockStyle>("NormalText");
-	Style.SetFont(FCoreStyle::GetDefaultFontStyle(Typeface, Size));
+	Style.SetFont(FCoreStyle::GetDefaultFontStyle(Typeface, KestrelTextSize::Scale(Size)));
 	Style.SetColorAndOpacity(FKestrelStyle::Get().GetSlateColor(Color));
 	return Style;
 }

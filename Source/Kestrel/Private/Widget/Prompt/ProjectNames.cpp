@@ -5,11 +5,14 @@
 #include "Agent/Text/DisplayText.h"
 #include "AssetRegistry/AssetData.h"
 #include "AssetRegistry/IAssetRegistry.h"
+#include "HAL/FileManager.h"
 #include "HAL/PlatformTime.h"
 #include "KestrelSettings.h"
+#include "Misc/FileHelper.h"
 #include "Misc/PackageName.h"
 #include "Misc/Paths.h"
 #include "UObject/Class.h"
+#include "Widget/Prompt/HeaderSymbols.h"
 
 namespace ProjectNames
 {
@@ -17,6 +20,14 @@ namespace ProjectNames
 constexpr double KeepSeconds = 60.0;
 /** More would take seconds to find and hundreds of megabytes to keep. */
 constexpr int32 MaxNames = 500'000;
+
+/** A larger header was generated. */
+constexpr int64 MaxHeaderBytes = 1024 * 1024;
+
+bool IsHeaderExtension(const FString& Extension)
+{
+	return Extension == TEXT("h") || Extension == TEXT("hpp");
+}
 
 bool IsAssetExtension(const FString& Extension)
 {
@@ -47,7 +58,7 @@ FKestrelProjectNames::FKestrelProjectNames() = default;
 FKestrelProjectNames::~FKestrelProjectNames()
 {
 	// A folder knows the one that it lies in.
-	while (IsReading())
+	while (!OpenFolders.IsEmpty())
 	{
 		OpenFolders.Pop();
 	}
@@ -62,6 +73,7 @@ void FKestrelProjectNames::Refresh()
 	}
 	LastRead = Now;
 	Index.Empty();
+	Symbols.Empty();
 	const UKestrelSettings* Settings = GetDefault<UKestrelSettings>();
 	Extensions = Settings->SupportedFileExtensions;
 	ExcludedDirs = Settings->ExcludedDirectories;
@@ -73,7 +85,7 @@ bool FKestrelProjectNames::ReadOn(double Seconds)
 	const double End = FPlatformTime::Seconds() + Seconds;
 	while (IsReading() && FPlatformTime::Seconds() < End)
 	{
-		ReadNextFolder();
+		OpenFolders.IsEmpty() ? ReadNextHeader() : ReadNextFolder();
 		LastRead = FPlatformTime::Seconds();
 	}
 	return IsReading();
@@ -94,6 +106,33 @@ void FKestrelProjectNames::ReadNextFolder()
 	}
 }
 
+void FKestrelProjectNames::ReadNextHeader()
+{
+	const FString Header = UnreadHeaders.Pop();
+	const FString Path = FPaths::ProjectDir() / Header;
+	FString Text;
+	if (Index.Num() >= ProjectNames::MaxNames || IFileManager::Get().FileSize(*Path) > ProjectNames::MaxHeaderBytes ||
+		!FFileHelper::LoadFileToString(Text, *Path))
+	{
+		return;
+	}
+	for (const FKestrelSymbol& Symbol : KestrelHeaderSymbols::Find(Text))
+	{
+		const FString Name = FString::Printf(TEXT("%s:%d/%s"), *Header, Symbol.Line, *Symbol.Name);
+		if (Add(Name))
+		{
+			Symbols.Add(Name);
+		}
+	}
+}
+
+FString FKestrelProjectNames::GetInsertion(const FString& Name) const
+{
+	return Symbols.Contains(Name)
+			   ? FString::Printf(TEXT("%s (%s)"), *FPaths::GetCleanFilename(Name), *FPaths::GetPath(Name))
+			   : Name;
+}
+
 void FKestrelProjectNames::Enter(TUniquePtr<FOpenFolder> Folder)
 {
 	FKestrelFolder::FListing Listing = Folder->Folder.List();
@@ -103,6 +142,10 @@ void FKestrelProjectNames::Enter(TUniquePtr<FOpenFolder> Folder)
 		if (Extensions.Contains(Extension) && !ProjectNames::IsAssetExtension(Extension))
 		{
 			Add(Folder->RelativePath.IsEmpty() ? File : Folder->RelativePath / File);
+			if (ProjectNames::IsHeaderExtension(Extension))
+			{
+				UnreadHeaders.Add(Folder->RelativePath / File);
+			}
 		}
 	}
 	AddAssets(Folder->Folder.GetPath());
@@ -134,10 +177,12 @@ void FKestrelProjectNames::AddAssets(const FString& FolderPath)
 	}
 }
 
-void FKestrelProjectNames::Add(const FString& Name)
+bool FKestrelProjectNames::Add(const FString& Name)
 {
-	if (KestrelDisplayText::EscapeLine(Name).Equals(Name))
+	const bool bIsWhatItLooksLike = KestrelDisplayText::EscapeLine(Name).Equals(Name);
+	if (bIsWhatItLooksLike)
 	{
 		Index.Add(Name);
 	}
+	return bIsWhatItLooksLike;
 }

@@ -14,6 +14,7 @@
 #include "Types/SlateEnums.h"
 #include "Widget/KestrelStyle.h"
 #include "Widget/Prompt/SKestrelCompletionList.h"
+#include "Widget/TextSize.h"
 #include "Widgets/Input/SButton.h"
 #include "Widgets/Input/SMenuAnchor.h"
 #include "Widgets/Layout/SBorder.h"
@@ -31,9 +32,11 @@ constexpr float MinHeight = 60.0f;
 constexpr float MaxHeight = 200.0f;
 constexpr float QueueGap = 4.0f;
 
-const FTextBlockStyle& GetTextStyle()
+FSlateFontInfo GetFont()
 {
-	return FAppStyle::Get().GetWidgetStyle<FTextBlockStyle>("NormalText");
+	FSlateFontInfo Font = FAppStyle::Get().GetWidgetStyle<FTextBlockStyle>("NormalText").Font;
+	Font.Size = KestrelTextSize::Scale(Font.Size);
+	return Font;
 }
 
 /** Two prompts as one, with a blank line between. */
@@ -86,7 +89,8 @@ TSharedRef<SWidget> SKestrelPromptBox::MakeText()
 	// clang-format off
 	return SAssignNew(Text, SMultiLineEditableText)
 		.Text(FText::FromString(FKestrelInterface::Get().GetPromptStore().TakeDraft()))
-		.TextStyle(&KestrelPromptBox::GetTextStyle())
+		.TextStyle(&FAppStyle::Get().GetWidgetStyle<FTextBlockStyle>("NormalText"))
+		.Font_Static(&KestrelPromptBox::GetFont)
 		.HintText(LOCTEXT("PromptHint", "Enter your prompt here..."))
 		.AutoWrapText(true)
 		.WrappingPolicy(ETextWrappingPolicy::AllowPerCharacterWrapping)
@@ -270,7 +274,7 @@ bool SKestrelPromptBox::FitsInRow(const FString& Line) const
 	const double Width = FVector2D(Text->GetCachedGeometry().GetLocalSize()).X;
 	const TSharedRef<FSlateFontMeasure> Measure = FSlateApplication::Get().GetRenderer()->GetFontMeasureService();
 	return Line.IsEmpty() || (Line.Len() <= MaxMeasured &&
-								 FVector2D(Measure->Measure(Line, KestrelPromptBox::GetTextStyle().Font)).X < Width);
+								 FVector2D(Measure->Measure(Line, KestrelPromptBox::GetFont())).X < Width);
 }
 
 bool SKestrelPromptBox::IsCursorInFirstRow() const

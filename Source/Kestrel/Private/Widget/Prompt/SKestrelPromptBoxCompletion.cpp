@@ -168,7 +168,7 @@ void SKestrelPromptBox::Complete(const FString& Name)
 	FString& Line = Lines[Token->LineIndex];
 	const FString Rest = Line.Mid(Token->Begin + 1 + Token->Letters.Len());
 	const bool bHasSpace = !Rest.IsEmpty() && FChar::IsWhitespace(Rest[0]);
-	const FString Start = Line.Left(Token->Begin) + Name;
+	const FString Start = Line.Left(Token->Begin) + Names.GetInsertion(Name);
 	Line = Start + (bHasSpace ? TEXT("") : TEXT(" ")) + Rest;
 	SetTextWithoutList(FString::Join(Lines, TEXT("\n")));
 	Text->GoTo(FTextLocation(Token->LineIndex, Start.Len() + 1));
