@@ -39,9 +39,9 @@ constexpr double UnattendedWaitSeconds = 0.005;
 
 /** The host's own modules, in the order in which they start. Others are loaded when they are asked for. */
 const TCHAR* const EngineModules[] = { TEXT("CoreUObject"), TEXT("SlateCore"), TEXT("Slate"), TEXT("Settings"),
-	TEXT("SettingsViewer"), TEXT("HTTP"), TEXT("HTTPServer"), TEXT("LevelEditor"), TEXT("ToolMenus"), TEXT("AssetRegistry"),
-	TEXT("AssetTools"), TEXT("UnrealEd"), TEXT("UndoHistory"), TEXT("ContentBrowser"), TEXT("Kismet"),
-	TEXT("BlueprintEditorLibrary") };
+	TEXT("SettingsViewer"), TEXT("HTTP"), TEXT("HTTPServer"), TEXT("LevelEditor"), TEXT("ToolMenus"),
+	TEXT("AssetRegistry"), TEXT("AssetTools"), TEXT("UnrealEd"), TEXT("UndoHistory"), TEXT("ContentBrowser"),
+	TEXT("Kismet"), TEXT("BlueprintEditorLibrary") };
 
 /** The first errors among the compiler's lines, or the first lines when none looks like one. */
 TArray<FString> ChooseErrors(const TArray<FString>& Lines)

@@ -70,14 +70,14 @@ TSharedRef<FTabManager::FLayout> MakeDefaultLayout()
 	constexpr float MainShare = 0.65f;
 	return FTabManager::NewLayout("LevelEditor_Layout")
 		->AddArea(FTabManager::NewPrimaryArea()
-				->SetOrientation(Orient_Horizontal)
-				->Split(FTabManager::NewStack()
-						->SetSizeCoefficient(MainShare)
-						->AddTab(ContentBrowserTab, ETabState::ClosedTab)
-						->AddTab(OutputLogTab, ETabState::ClosedTab))
-				->Split(FTabManager::NewStack()
-						->SetSizeCoefficient(1.0f - MainShare)
-						->AddTab("LevelEditorSelectionDetails", ETabState::ClosedTab)));
+					  ->SetOrientation(Orient_Horizontal)
+					  ->Split(FTabManager::NewStack()
+								  ->SetSizeCoefficient(MainShare)
+								  ->AddTab(ContentBrowserTab, ETabState::ClosedTab)
+								  ->AddTab(OutputLogTab, ETabState::ClosedTab))
+					  ->Split(FTabManager::NewStack()
+								  ->SetSizeCoefficient(1.0f - MainShare)
+								  ->AddTab("LevelEditorSelectionDetails", ETabState::ClosedTab)));
 }
 
 ECheckBoxState IsTabOpen(FName TabName)
@@ -280,8 +280,8 @@ void FMainWindow::RestoreTabs() const
 
 void FMainWindow::SaveLayout() const
 {
-	GConfig->SetString(MainWindow::TabsSection, TEXT("Layout"),
-		*FGlobalTabmanager::Get()->PersistLayout()->ToString(), MainWindow::GetLayoutFile());
+	GConfig->SetString(MainWindow::TabsSection, TEXT("Layout"), *FGlobalTabmanager::Get()->PersistLayout()->ToString(),
+		MainWindow::GetLayoutFile());
 	MainWindow::WriteVector(TEXT("Size"), Window->GetClientSizeInScreen());
 	MainWindow::WriteVector(TEXT("Position"), Window->GetPositionInScreen());
 }

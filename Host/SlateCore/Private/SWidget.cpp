@@ -139,16 +139,22 @@ FReply SWidget::OnMouseMove(const FGeometry& MyGeometry, const FPointerEvent& Mo
 	return FReply::Unhandled();
 }
 
-void SWidget::OnMouseCaptureLost(const FCaptureLostEvent& CaptureLostEvent) {}
+void SWidget::OnMouseCaptureLost(const FCaptureLostEvent& CaptureLostEvent)
+{
+}
 
 FReply SWidget::OnDragDetected(const FGeometry& MyGeometry, const FPointerEvent& MouseEvent)
 {
 	return FReply::Unhandled();
 }
 
-void SWidget::OnDragEnter(const FGeometry& MyGeometry, const FDragDropEvent& DragDropEvent) {}
+void SWidget::OnDragEnter(const FGeometry& MyGeometry, const FDragDropEvent& DragDropEvent)
+{
+}
 
-void SWidget::OnDragLeave(const FDragDropEvent& DragDropEvent) {}
+void SWidget::OnDragLeave(const FDragDropEvent& DragDropEvent)
+{
+}
 
 FReply SWidget::OnDragOver(const FGeometry& MyGeometry, const FDragDropEvent& DragDropEvent)
 {

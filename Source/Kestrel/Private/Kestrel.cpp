@@ -207,8 +207,8 @@ FString FKestrelModule::GetApiKey()
 
 void FKestrelModule::OpenSettings()
 {
-	FModuleManager::LoadModuleChecked<ISettingsModule>("Settings").ShowViewer(
-		KestrelModule::SettingsContainer, KestrelModule::SettingsCategory, KestrelModule::SettingsSection);
+	FModuleManager::LoadModuleChecked<ISettingsModule>("Settings")
+		.ShowViewer(KestrelModule::SettingsContainer, KestrelModule::SettingsCategory, KestrelModule::SettingsSection);
 }
 
 FString FKestrelModule::GetApiUrl()

@@ -6,7 +6,8 @@
 class FDragDropEvent;
 class SWidget;
 
-/** Gives a kind of operation its name, by which FDragDropEvent::GetOperationAs knows it; without RTTI there is no other. */
+/** Gives a kind of operation its name, by which FDragDropEvent::GetOperationAs knows it; without RTTI there is no
+ * other. */
 #define DRAG_DROP_OPERATOR_TYPE(TYPE, BASE)                                                                            \
 	static const FString& GetTypeId()                                                                                  \
 	{                                                                                                                  \
@@ -75,7 +76,7 @@ public:
 	TSharedPtr<OperationType> GetOperationAs() const
 	{
 		return Content.IsValid() && Content->IsOfType<OperationType>() ? StaticCastSharedPtr<OperationType>(Content)
-																		: nullptr;
+																	   : nullptr;
 	}
 
 private:

@@ -6,7 +6,6 @@
 #include "Agent/History/TransactionLookup.h"
 #include "Agent/History/UndoPreview.h"
 #include "Agent/Tools/ToolPlan.h"
-#include "Mcp/McpTools.h"
 
 #define LOCTEXT_NAMESPACE "KestrelMcpHistory"
 
@@ -65,11 +64,10 @@ void PlanRedo(const FString& ConversationId, FKestrelToolPlan& Plan)
 const TArray<FKestrelTool>& KestrelMcpHistoryTools::GetAll()
 {
 	static const TArray<FKestrelTool> Tools = {
-		{ KestrelMcpTools::UndoChanges, EKestrelToolKind::Change,
-			LOCTEXT("UndoVerb", "Undo everything that it has changed:"),
+		{ TEXT("undo_changes"), EKestrelToolKind::Change, LOCTEXT("UndoVerb", "Undo everything that it has changed:"),
 			TEXT("Reverts everything that this client has changed since it connected."), {}, nullptr, nullptr,
 			EKestrelNameInPanel::Shown, nullptr, McpHistoryTools::ApplyUndo },
-		{ KestrelMcpTools::RedoChanges, EKestrelToolKind::Change, LOCTEXT("RedoVerb", "Redo what it has undone:"),
+		{ TEXT("redo_changes"), EKestrelToolKind::Change, LOCTEXT("RedoVerb", "Redo what it has undone:"),
 			TEXT("Makes the file changes again that undo_changes has reverted."), {}, nullptr, nullptr,
 			EKestrelNameInPanel::Shown, nullptr, McpHistoryTools::ApplyRedo },
 	};

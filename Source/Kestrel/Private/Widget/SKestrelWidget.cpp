@@ -2,8 +2,8 @@
 
 #include "Agent/Agent.h"
 #include "Agent/Chat/KestrelInterface.h"
-#include "Agent/Tools/PendingTools.h"
 #include "Agent/Chat/RunStatus.h"
+#include "Agent/Tools/PendingTools.h"
 #include "Framework/Application/SlateApplication.h"
 #include "HAL/PlatformTime.h"
 #include "Input/Events.h"

@@ -1,7 +1,7 @@
 #include "Agent/Agent.h"
 #include "Agent/Chat/KestrelInterface.h"
-#include "Framework/Application/SlateApplication.h"
 #include "Agent/Chat/RunStatus.h"
+#include "Framework/Application/SlateApplication.h"
 #include "KestrelSettings.h"
 #include "Layout/Visibility.h"
 #include "Styling/AppStyle.h"

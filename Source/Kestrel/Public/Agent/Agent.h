@@ -12,8 +12,7 @@ enum class EKestrelRuling : uint8;
 struct FKestrelToolPlan;
 
 /** A tool has run. Its result is the text that the service gets; one that begins with "Error:" is a failure. */
-DECLARE_MULTICAST_DELEGATE_TwoParams(
-	FOnKestrelToolDone, const FKestrelToolPlan& /*Plan*/, const FString& /*Result*/);
+DECLARE_MULTICAST_DELEGATE_TwoParams(FOnKestrelToolDone, const FKestrelToolPlan& /*Plan*/, const FString& /*Result*/);
 
 /**
  * Drives a conversation with the AI service: one at a time, on the game thread.

@@ -1,8 +1,8 @@
+#include "Widget/Errors/FailureHelp.h"
 #include "Agent/Agent.h"
 #include "Kestrel.h"
 #include "Support/KestrelTest.h"
 #include "Support/TestPanel.h"
-#include "Widget/Errors/FailureHelp.h"
 
 namespace FailureHelpTest
 {

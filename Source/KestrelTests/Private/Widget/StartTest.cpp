@@ -53,9 +53,7 @@ void FKestrelStartSpec::Define()
 		FAgent::Get().SetAgentState(EAgentState::Idle, nullptr);
 		const FInitialRequestStateData Data(TEXT("a prompt"));
 		FAgent::Get().SetAgentState(EAgentState::InitialRequest, &Data);
-		const auto HeightOfPrompt = [&Panel]() {
-			return FVector2D(Panel.Texts(true)[1]->GetDesiredSize()).Y;
-		};
+		const auto HeightOfPrompt = [&Panel]() { return FVector2D(Panel.Texts(true)[1]->GetDesiredSize()).Y; };
 		FSlateApplication::Get().Tick();
 		const TArray<FString> Blocks = Panel.Blocks();
 		const FString Log = Panel.Log();

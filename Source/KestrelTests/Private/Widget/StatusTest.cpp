@@ -54,8 +54,7 @@ void FailToChange(const TCHAR* OldString)
 
 void ReportStatus(const TCHAR* Status)
 {
-	FHTTPAPI::Get().OnPollStatusUpdate.ExecuteIfBound(
-		TEXT("id"), TEXT("PROCESSING"), KestrelJson::ParseObject(Status));
+	FHTTPAPI::Get().OnPollStatusUpdate.ExecuteIfBound(TEXT("id"), TEXT("PROCESSING"), KestrelJson::ParseObject(Status));
 }
 
 FString Line()
@@ -148,10 +147,10 @@ public:
 }
 
 BEGIN_DEFINE_SPEC(FKestrelStatusSpec, "Kestrel.Status", KestrelTest::Flags)
-void TestHas(const TCHAR* What, const FString& Text, const TCHAR* Part)
-{
-	TestTrue(FString::Printf(TEXT("%s: \"%s\" has \"%s\""), What, *Text, Part), Text.Contains(Part));
-}
+	void TestHas(const TCHAR* What, const FString& Text, const TCHAR* Part)
+	{
+		TestTrue(FString::Printf(TEXT("%s: \"%s\" has \"%s\""), What, *Text, Part), Text.Contains(Part));
+	}
 END_DEFINE_SPEC(FKestrelStatusSpec)
 
 void FKestrelStatusSpec::Define()

@@ -22,8 +22,7 @@ TSharedPtr<SWidget> FDragDropTracker::TakeDetected(const FPointerEvent& Event)
 {
 	const TSharedPtr<SWidget> Widget = Watched.Pin();
 	const FVector2D Way = FVector2D(Event.GetScreenSpacePosition()) - FVector2D(Press.GetScreenSpacePosition());
-	const bool bIsFar =
-		FMath::Max(FMath::Abs(Way.X), FMath::Abs(Way.Y)) >= DragDropTracker::TriggerDistance;
+	const bool bIsFar = FMath::Max(FMath::Abs(Way.X), FMath::Abs(Way.Y)) >= DragDropTracker::TriggerDistance;
 	if (!Widget.IsValid() || !bIsFar)
 	{
 		return nullptr;
@@ -72,9 +71,8 @@ bool FDragDropTracker::Drop(const FPointerEvent& Event, const FPath& Path)
 	bool bHandled = false;
 	for (int32 Index = Path.Num() - 1; Index >= 0 && !bHandled; --Index)
 	{
-		const FReply Reply =
-			Path[Index]->IsEnabled() ? Path[Index]->OnDrop(Path[Index]->GetCachedGeometry(), DragEvent)
-									 : FReply::Unhandled();
+		const FReply Reply = Path[Index]->IsEnabled() ? Path[Index]->OnDrop(Path[Index]->GetCachedGeometry(), DragEvent)
+													  : FReply::Unhandled();
 		bHandled = Reply.IsEventHandled();
 		if (bHandled)
 		{

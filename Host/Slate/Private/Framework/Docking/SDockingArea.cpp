@@ -131,9 +131,9 @@ TSharedRef<SSplitter> SDockingArea::MakeSplitter(const FTabManager::FSplitter& L
 	const TSharedRef<SSplitter> Splitter = DockingArea::NewSplitter(Layout.GetOrientation());
 	for (const TSharedRef<FTabManager::FLayoutNode>& Node : Layout.GetChildNodes())
 	{
-		const TSharedRef<SWidget> Child =
-			Node->AsStack().IsValid() ? TSharedRef<SWidget>(MakeStack(*Node->AsStack()))
-									  : TSharedRef<SWidget>(MakeSplitter(*Node->AsSplitter()));
+		const TSharedRef<SWidget> Child = Node->AsStack().IsValid()
+											  ? TSharedRef<SWidget>(MakeStack(*Node->AsStack()))
+											  : TSharedRef<SWidget>(MakeSplitter(*Node->AsSplitter()));
 		Splitter->AddSlot().Value(Node->GetSizeCoefficient())[Child];
 	}
 	return Splitter;

@@ -35,8 +35,8 @@ TSharedPtr<SWidget> FDockingDragOperation::GetDefaultDecorator() const
 void SDockingTabStack::Construct(const FArguments& InArgs, const TSharedRef<SDockingArea>& InArea)
 {
 	Area = InArea;
-	SetVisibility(MakeAttributeLambda(
-		[this] { return Tabs.IsEmpty() ? EVisibility::Collapsed : EVisibility::Visible; }));
+	SetVisibility(
+		MakeAttributeLambda([this] { return Tabs.IsEmpty() ? EVisibility::Collapsed : EVisibility::Visible; }));
 	// clang-format off
 	ChildSlot
 	[
@@ -153,8 +153,8 @@ FReply SDockingTabStack::OnDrop(const FGeometry& MyGeometry, const FDragDropEven
 	{
 		return FReply::Unhandled();
 	}
-	Pinned->MoveTab(Operation->GetTab(), SharedThis(this),
-		FindSide(MyGeometry, DragDropEvent.GetScreenSpacePosition()));
+	Pinned->MoveTab(
+		Operation->GetTab(), SharedThis(this), FindSide(MyGeometry, DragDropEvent.GetScreenSpacePosition()));
 	return FReply::Handled();
 }
 

@@ -69,8 +69,7 @@ static TSharedRef<FTabManager::FStack> ReadStack(const FJsonObject& Object)
 		if ((*Tabs)[Index]->TryGetObject(Tab) && (*Tab)->TryGetStringField(TEXT("TabId"), Id) && Id.Len() < NAME_SIZE)
 		{
 			(*Tab)->TryGetStringField(TEXT("TabState"), State);
-			Stack->AddTab(
-				FName(*Id), State.Equals(TEXT("OpenedTab")) ? ETabState::OpenedTab : ETabState::ClosedTab);
+			Stack->AddTab(FName(*Id), State.Equals(TEXT("OpenedTab")) ? ETabState::OpenedTab : ETabState::ClosedTab);
 		}
 	}
 	return Stack;
@@ -107,8 +106,7 @@ static bool HasTab(FTabManager::FLayoutNode& Node, const FTabId& Id)
 {
 	if (const TSharedPtr<FTabManager::FStack> Stack = Node.AsStack())
 	{
-		return Stack->GetTabs().ContainsByPredicate(
-			[&Id](const FTabManager::FTab& Tab) { return Tab.TabId == Id; });
+		return Stack->GetTabs().ContainsByPredicate([&Id](const FTabManager::FTab& Tab) { return Tab.TabId == Id; });
 	}
 	return Node.AsSplitter()->GetChildNodes().ContainsByPredicate(
 		[&Id](const TSharedRef<FTabManager::FLayoutNode>& Child) { return HasTab(*Child, Id); });
@@ -255,8 +253,7 @@ FString FTabManager::FLayout::ToString() const
 	FString Text;
 	const TSharedRef<FJsonObject> Object = TabLayout::ToJson(*PrimaryArea);
 	Object->SetStringField(TEXT("Name"), LayoutName.ToString());
-	FJsonSerializer::Serialize(
-		Object, TJsonWriterFactory<TCHAR, TCondensedJsonPrintPolicy<TCHAR>>::Create(&Text));
+	FJsonSerializer::Serialize(Object, TJsonWriterFactory<TCHAR, TCondensedJsonPrintPolicy<TCHAR>>::Create(&Text));
 	return Text;
 }
 

@@ -77,8 +77,8 @@ TSharedPtr<SDockTab> FTabManager::SpawnTab(FTabSpawnerEntry& Spawner, const FTab
 		return nullptr;
 	}
 	const TSharedRef<SDockTab> Tab = Spawner.OnSpawnTab.Execute(Args);
-	checkf(
-		!Tab->GetParentDockTabStack().IsValid(), TEXT("The spawner of '%s' must make a new tab each time"), *TabId.ToString());
+	checkf(!Tab->GetParentDockTabStack().IsValid(), TEXT("The spawner of '%s' must make a new tab each time"),
+		*TabId.ToString());
 	Tab->SetLayoutIdentifier(TabId);
 	if (!Tab->HasLabel())
 	{

@@ -133,8 +133,7 @@ void SNotificationItem::ExpireAndFadeout()
 	if (!bIsExpiring)
 	{
 		bIsExpiring = true;
-		RegisterActiveTimer(
-			ExpireDuration, FWidgetActiveTimerDelegate::CreateSP(this, &SNotificationItem::Expire));
+		RegisterActiveTimer(ExpireDuration, FWidgetActiveTimerDelegate::CreateSP(this, &SNotificationItem::Expire));
 	}
 }
 

@@ -28,9 +28,8 @@ public:
 	virtual FReply OnDragDetected(const FGeometry& MyGeometry, const FPointerEvent& MouseEvent) override
 	{
 		const TSharedPtr<SDockTab> Pinned = Tab.Pin();
-		return Pinned.IsValid()
-				   ? FReply::Handled().BeginDragDrop(FDockingDragOperation::New(Pinned.ToSharedRef()))
-				   : FReply::Unhandled();
+		return Pinned.IsValid() ? FReply::Handled().BeginDragDrop(FDockingDragOperation::New(Pinned.ToSharedRef()))
+								: FReply::Unhandled();
 	}
 
 private:

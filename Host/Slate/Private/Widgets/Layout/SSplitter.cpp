@@ -36,7 +36,9 @@ TArray<SSplitter::FSpan> SSplitter::ComputeSpans(const FGeometry& Geometry) cons
 	for (FSpan& Span : Spans)
 	{
 		Span.Offset = Offset;
-		Span.Length = Sum > 0.0f ? static_cast<float>(FMath::RoundToInt(Room * Slots[Span.SlotIndex].GetSizeValue() / Sum)) : 0.0f;
+		Span.Length = Sum > 0.0f
+						  ? static_cast<float>(FMath::RoundToInt(Room * Slots[Span.SlotIndex].GetSizeValue() / Sum))
+						  : 0.0f;
 		Offset += Span.Length + HandleSize;
 	}
 	return Spans;

@@ -18,8 +18,7 @@ class FLayoutExtender
 {
 public:
 	/** No effect where the layout has no place for PredicateTabId, or has one for the added tab already. */
-	void ExtendLayout(
-		FTabId PredicateTabId, ELayoutExtensionPosition Position, FTabManager::FTab TabToAdd)
+	void ExtendLayout(FTabId PredicateTabId, ELayoutExtensionPosition Position, FTabManager::FTab TabToAdd)
 	{
 		Extensions.Add({ PredicateTabId, Position, TabToAdd });
 	}

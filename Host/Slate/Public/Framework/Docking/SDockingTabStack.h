@@ -23,8 +23,8 @@ enum class EDockingSide : uint8
 };
 
 /**
- * A row of tabs above the content of the one in front; the others are collapsed, so nothing in them ticks. It also knows
- * the closed tabs that open here. Without an open tab it takes no space.
+ * A row of tabs above the content of the one in front; the others are collapsed, so nothing in them ticks. It also
+ * knows the closed tabs that open here. Without an open tab it takes no space.
  */
 class SDockingTabStack : public SCompoundWidget
 {

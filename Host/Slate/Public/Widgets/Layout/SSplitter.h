@@ -9,7 +9,6 @@
 class SSplitter : public SPanel
 {
 public:
-
 	class FSlot : public TSlotBase<FSlot>
 	{
 	public:

@@ -23,7 +23,8 @@ FText DescribeReply(const FHttpRequestPtr& Request, const FHttpResponsePtr& Resp
 	const FText Host = FText::FromString(KestrelDisplayText::EscapeLine(FKestrelModule::GetApiHost()));
 	if (!bSucceeded || !Request.IsValid() || !Response.IsValid())
 	{
-		return FText::Format(LOCTEXT("NoAnswer", "{0} cannot be reached. LogHttp in the output log has the reason."), Host);
+		return FText::Format(
+			LOCTEXT("NoAnswer", "{0} cannot be reached. LogHttp in the output log has the reason."), Host);
 	}
 	const int32 Code = Response->GetResponseCode();
 	if (KestrelServiceReply::IsOfAnotherServer(*Request, *Response))
@@ -36,8 +37,8 @@ FText DescribeReply(const FHttpRequestPtr& Request, const FHttpResponsePtr& Resp
 	}
 	return KestrelJson::ParseObject(Response->GetContentAsString()).IsValid()
 			   ? FText::Format(LOCTEXT("Works", "{0} answers and takes the key."), Host)
-			   : FText::Format(
-					 LOCTEXT("Other", "{0} answers with HTTP status {1}, but not as a Kestrel service does."), Host, Code);
+			   : FText::Format(LOCTEXT("Other", "{0} answers with HTTP status {1}, but not as a Kestrel service does."),
+					 Host, Code);
 }
 }
 

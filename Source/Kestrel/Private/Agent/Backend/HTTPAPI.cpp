@@ -177,7 +177,8 @@ void FHTTPAPI::OnRegularRequestResponse(FHttpRequestPtr Request, FHttpResponsePt
 	{
 		return;
 	}
-	if (bSucceeded && Request.IsValid() && Response.IsValid() && KestrelServiceReply::IsOfAnotherServer(*Request, *Response))
+	if (bSucceeded && Request.IsValid() && Response.IsValid() &&
+		KestrelServiceReply::IsOfAnotherServer(*Request, *Response))
 	{
 		HTTPAPI::ReportRedirect();
 		FailRegularRequest(TEXT("Request Failed"));

@@ -75,8 +75,8 @@ public:
 	TOptional<double> GetSecondsToNextPoll() const;
 
 	/**
-	 * Asks the service for the status of a turn that there is not: the answer tells whether the service is there and takes
-	 * the key. Nothing of the conversation is touched, and nothing of the project is sent.
+	 * Asks the service for the status of a turn that there is not: the answer tells whether the service is there and
+	 * takes the key. Nothing of the conversation is touched, and nothing of the project is sent.
 	 */
 	void TestConnection(const FOnConnectionTestedDelegate& OnTested);
 

@@ -21,8 +21,8 @@ struct FKestrelServiceProgress
  * The conversation of now in numbers, for whoever shows how it is going: how long the agent has been working since the
  * user's last word, how many turns it took, what its tools came to, and what the service reports meanwhile.
  *
- * It listens to the agent and to the backend client from Start to Stop, whether a panel is open or not. Nothing of it is
- * logged, stored or sent. Game thread only.
+ * It listens to the agent and to the backend client from Start to Stop, whether a panel is open or not. Nothing of it
+ * is logged, stored or sent. Game thread only.
  */
 class KESTREL_API FKestrelRunStatus
 {
@@ -53,7 +53,8 @@ public:
 	TOptional<double> GetSecondsToNextPoll() const;
 	const FKestrelServiceProgress& GetProgress() const { return Progress; }
 
-	/** Whether the last failures were NumFailuresOfLoop times the same. Reading something in between changes nothing. */
+	/** Whether the last failures were NumFailuresOfLoop times the same. Reading something in between changes nothing.
+	 */
 	bool IsInLoop() const { return NumSameFailures >= NumFailuresOfLoop; }
 	int32 GetNumSameFailures() const { return NumSameFailures; }
 	/** What fails, and how: on a line each, with escapes for what cannot be seen. */

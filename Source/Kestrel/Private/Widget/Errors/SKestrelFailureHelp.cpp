@@ -96,8 +96,7 @@ void SKestrelFailureHelp::TestConnection()
 	}
 	bIsTesting = true;
 	Sentence->SetText(LOCTEXT("Testing", "Asking the service\u2026"));
-	FHTTPAPI::Get().TestConnection(
-		FOnConnectionTestedDelegate::CreateSP(this, &SKestrelFailureHelp::ShowFinding));
+	FHTTPAPI::Get().TestConnection(FOnConnectionTestedDelegate::CreateSP(this, &SKestrelFailureHelp::ShowFinding));
 }
 
 void SKestrelFailureHelp::ShowFinding(const FText& Finding)

@@ -205,7 +205,8 @@ private:
 				return;
 			}
 			Step();
-		} while (Depth > 0 && !Token.Text.IsEmpty());
+		}
+		while (Depth > 0 && !Token.Text.IsEmpty());
 	}
 
 	/** What lies between the keyword and "{" is the name behind macros and attributes, and the bases behind it. */

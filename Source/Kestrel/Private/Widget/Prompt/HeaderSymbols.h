@@ -20,7 +20,8 @@ constexpr int32 MaxSymbols = 2000;
 
 /**
  * The classes, structs and enums that a header defines, and functions and properties with UFUNCTION and UPROPERTY, in
- * their order. What is only mentioned, such as a forward declaration, is none; nor is anything in a comment or a string.
+ * their order. What is only mentioned, such as a forward declaration, is none; nor is anything in a comment or a
+ * string.
  *
  * It reads words and brackets and knows no types and no macros, so it takes the time of one pass, whatever the text is.
  */

@@ -25,7 +25,8 @@ public:
 	bool ReadOn(double Seconds);
 
 	FKestrelFuzzyIndex& GetIndex() { return Index; }
-	/** What a prompt says for a name: for something of a header, what it is and where: "AWalker (Source/Moor/Walker.h:5)". */
+	/** What a prompt says for a name: for something of a header, what it is and where: "AWalker
+	 * (Source/Moor/Walker.h:5)". */
 	FString GetInsertion(const FString& Name) const;
 
 private:
@@ -41,8 +42,8 @@ private:
 
 	FKestrelFuzzyIndex Index;
 	TArray<TUniquePtr<FOpenFolder>> OpenFolders; // from the project's folder down to the one that is being read
-	TArray<FString> UnreadHeaders; // from the project's folder; they come behind all folders
-	TSet<FString> Symbols;         // the names that are no files and assets
+	TArray<FString> UnreadHeaders;               // from the project's folder; they come behind all folders
+	TSet<FString> Symbols;                       // the names that are no files and assets
 	TArray<FString> Extensions;
 	TArray<FString> ExcludedDirs;
 	double LastRead = 0.0; // seconds of FPlatformTime; 0: never

@@ -273,8 +273,8 @@ bool SKestrelPromptBox::FitsInRow(const FString& Line) const
 	constexpr int32 MaxMeasured = 1000; // no row has room for more
 	const double Width = FVector2D(Text->GetCachedGeometry().GetLocalSize()).X;
 	const TSharedRef<FSlateFontMeasure> Measure = FSlateApplication::Get().GetRenderer()->GetFontMeasureService();
-	return Line.IsEmpty() || (Line.Len() <= MaxMeasured &&
-								 FVector2D(Measure->Measure(Line, KestrelPromptBox::GetFont())).X < Width);
+	return Line.IsEmpty() ||
+		   (Line.Len() <= MaxMeasured && FVector2D(Measure->Measure(Line, KestrelPromptBox::GetFont())).X < Width);
 }
 
 bool SKestrelPromptBox::IsCursorInFirstRow() const

@@ -28,11 +28,13 @@ struct FClass
 
 bool IsPlain(const FString& Name)
 {
-	return Name.Len() <= MaxNameLength && !Name.Contains(TEXT(" ")) && KestrelDisplayText::EscapeLine(Name).Equals(Name);
+	return Name.Len() <= MaxNameLength && !Name.Contains(TEXT(" ")) &&
+		   KestrelDisplayText::EscapeLine(Name).Equals(Name);
 }
 
 /** Headers from the outside in; the order does not depend on the file system. */
-void CollectHeaders(FKestrelFolder& Folder, const FString& RelativePath, int32& FoldersLeft, TArray<FString>& OutHeaders)
+void CollectHeaders(
+	FKestrelFolder& Folder, const FString& RelativePath, int32& FoldersLeft, TArray<FString>& OutHeaders)
 {
 	if (--FoldersLeft < 0)
 	{

@@ -1,6 +1,7 @@
 #include "Widget/Status/KestrelNotifier.h"
 
 #include "Agent/Agent.h"
+#include "Agent/Tools/PendingTools.h"
 #include "Containers/Ticker.h"
 #include "Framework/Application/SlateApplication.h"
 #include "Framework/Docking/TabManager.h"
@@ -54,7 +55,7 @@ FText FKestrelNotifier::DescribeState() const
 	case EAgentState::AwaitingApproval:
 		return FText::Format(
 			LOCTEXT("Approval", "Kestrel waits for your approval of {0} {0}|plural(one=action,other=actions)."),
-			Agent.GetPendingPlans().Num());
+			Agent.GetPendingTools().Num());
 	case EAgentState::AwaitingUpdate:
 		return LOCTEXT("Answered", "Kestrel has answered.");
 	case EAgentState::Idle:
@@ -77,9 +78,9 @@ void FKestrelNotifier::Notify(const FText& Text)
 	FNotificationInfo Info(Text);
 	// It stays for somebody who is away, and goes by itself; see WatchPanel.
 	Info.bFireAndForget = false;
-	Info.ButtonDetails.Add(FNotificationButtonInfo(LOCTEXT("Show", "Show Kestrel"),
-		LOCTEXT("ShowToolTip", "Bring the panel to the front"),
-		FSimpleDelegate::CreateRaw(this, &FKestrelNotifier::ShowPanel), SNotificationItem::CS_None));
+	Info.ButtonDetails.Add(
+		FNotificationButtonInfo(LOCTEXT("Show", "Show Kestrel"), LOCTEXT("ShowToolTip", "Bring the panel to the front"),
+			FSimpleDelegate::CreateRaw(this, &FKestrelNotifier::ShowPanel), SNotificationItem::CS_None));
 	Notification = FSlateNotificationManager::Get().AddNotification(Info);
 	Ticker = FTSTicker::GetCoreTicker().AddTicker(
 		FTickerDelegate::CreateRaw(this, &FKestrelNotifier::WatchPanel), KestrelNotifier::WatchSeconds);

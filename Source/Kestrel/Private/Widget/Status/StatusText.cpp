@@ -61,7 +61,8 @@ TArray<FText> CollectItems(const FKestrelRunStatus& Run)
 	const FKestrelServiceProgress& Progress = Run.GetProgress();
 	if (Progress.Tokens.IsSet())
 	{
-		Items.Add(FText::Format(LOCTEXT("Tokens", "{0} {0}|plural(one=token,other=tokens)"), Progress.Tokens.GetValue()));
+		Items.Add(
+			FText::Format(LOCTEXT("Tokens", "{0} {0}|plural(one=token,other=tokens)"), Progress.Tokens.GetValue()));
 	}
 	if (Progress.Attempt.Get(1) > 1)
 	{
@@ -95,7 +96,8 @@ FString DescribeSeconds(double Seconds)
 
 FText MakeLine()
 {
-	return DescribeState().IsEmpty() ? FText::GetEmpty() : Join(CollectItems(FKestrelRunStatus::Get()), TEXT(" \u00B7 "));
+	return DescribeState().IsEmpty() ? FText::GetEmpty()
+									 : Join(CollectItems(FKestrelRunStatus::Get()), TEXT(" \u00B7 "));
 }
 
 FText MakeToolTip()
