@@ -36,7 +36,7 @@ EKestrelMcpDecision KestrelMcpApproval::Decide(const FKestrelToolPlan& Plan)
 	const FString Allowed = GetAllowedByCommandLine();
 	if (Ruling == EKestrelRuling::Deny)
 	{
-		return EKestrelMcpDecision::Refuse;
+		return EKestrelMcpDecision::Deny;
 	}
 	if (!Allowed.IsEmpty())
 	{

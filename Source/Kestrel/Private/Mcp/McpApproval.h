@@ -12,6 +12,8 @@ enum class EKestrelMcpDecision : uint8
 	Ask,
 	/** Nobody is there to be asked. */
 	Refuse,
+	/** A rule of the user's or the project's is against it. */
+	Deny,
 };
 
 /**

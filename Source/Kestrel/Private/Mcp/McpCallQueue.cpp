@@ -1,6 +1,7 @@
 #include "Mcp/McpCallQueue.h"
 
 #include "Agent/Agent.h"
+#include "Agent/Chat/KestrelInterface.h"
 #include "Agent/Files/FileUtils.h"
 #include "Agent/Project/CompilationManager.h"
 #include "Agent/Tools/ToolPlan.h"
@@ -12,6 +13,8 @@
 #include "Mcp/McpHistoryTools.h"
 #include "Mcp/McpSecret.h"
 #include "Mcp/McpTools.h"
+
+#define LOCTEXT_NAMESPACE "KestrelMcpCallQueue"
 
 namespace McpCallQueue
 {
@@ -25,6 +28,7 @@ const TCHAR* const Rejected =
 const TCHAR* const Refused =
 	TEXT("Error: Not allowed. This editor was started for clients that may not do this, and nobody is at it to ask. It "
 		 "depends on --allow, and paths must lie within the project.");
+const TCHAR* const Denied = TEXT("Error: Not run, since a rule of the user's denies it.");
 const TCHAR* const TooMany = TEXT("Error: Too many calls wait already. Wait for their results first.");
 
 FString MakeToolUseId(const FKestrelMcpCall& Call)
@@ -334,7 +338,11 @@ void FKestrelMcpCallQueue::Decide(const FCallRef& Call)
 	switch (KestrelMcpApproval::Decide(*Call->Plan))
 	{
 	case EKestrelMcpDecision::Run:
+		NoteThatNobodyWasAsked(*Call);
 		Run(Call);
+		break;
+	case EKestrelMcpDecision::Deny:
+		Finish(Call, McpCallQueue::Denied);
 		break;
 	case EKestrelMcpDecision::Refuse:
 		Finish(Call, McpCallQueue::Refused);
@@ -343,6 +351,15 @@ void FKestrelMcpCallQueue::Decide(const FCallRef& Call)
 		Call->State = EKestrelMcpCallState::AwaitingApproval;
 		OnChanged.Broadcast();
 		break;
+	}
+}
+
+void FKestrelMcpCallQueue::NoteThatNobodyWasAsked(const FKestrelMcpCall& Call) const
+{
+	if (Call.Plan->Kind != EKestrelToolKind::Read && KestrelMcpApproval::GetAllowedByCommandLine().IsEmpty())
+	{
+		FKestrelInterface::Get().AddHint(FText::Format(LOCTEXT("Allowed", "Allowed by a rule, for {0}: {1}"),
+			FText::FromString(Call.Client->Name), Call.Plan->Describe()));
 	}
 }
 
@@ -392,3 +409,5 @@ void FKestrelMcpCallQueue::OnCompileFinished(
 		}
 	}
 }
+
+#undef LOCTEXT_NAMESPACE

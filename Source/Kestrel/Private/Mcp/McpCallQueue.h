@@ -108,6 +108,8 @@ private:
 	TSharedPtr<FKestrelMcpCall> FindNext() const;
 	/** Runs a call, refuses it, or lets it wait for a person. */
 	void Decide(const FCallRef& Call);
+	/** A line in the panel for a change that a rule allows. */
+	void NoteThatNobodyWasAsked(const FKestrelMcpCall& Call) const;
 	TSharedRef<FKestrelToolPlan> MakePlan(const FKestrelMcpCall& Call) const;
 	void Run(const FCallRef& Call);
 	void Finish(const FCallRef& Call, const FString& Result);

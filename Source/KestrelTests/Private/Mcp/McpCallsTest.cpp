@@ -3,10 +3,12 @@
 #include "Agent/FileHistory.h"
 #include "Agent/Tools/ToolPlan.h"
 #include "HAL/PlatformTime.h"
+#include "KestrelSettings.h"
 #include "Mcp/McpHistoryTools.h"
 #include "Misc/FileHelper.h"
 #include "Support/KestrelTest.h"
 #include "Support/TestMcpClient.h"
+#include "UObject/Class.h"
 
 namespace McpCallsTest
 {
@@ -89,6 +91,27 @@ void FKestrelMcpCallsSpec::Define()
 		TestSameText(*this, TEXT("a failure"), Client.GetMember(Outside, TEXT("isError")), TEXT("true"));
 		const int32 Failing = Scene.Change(Client, TEXT("no such text"), TEXT("1"));
 		TestTrue(TEXT("nobody is asked about a failure"), Client.GetText(Failing).StartsWith(TEXT("Error:")));
+	});
+
+	It("follows the rules for approval", [this]() {
+		FScene Scene;
+		FKestrelTestMcpClient Client(Scene.Server, TEXT("a"));
+		UKestrelSettings& Settings = *GetMutableDefault<UKestrelSettings>();
+		const TGuardValue<TArray<FKestrelApprovalRule>> Rules(Settings.ApprovalRules, {});
+		FKestrelApprovalRule& Rule = Settings.ApprovalRules.AddDefaulted_GetRef();
+		Rule.Decision = EKestrelApproval::Allow;
+		Rule.Tool = TEXT("change");
+		TestTrue(TEXT("allowed"),
+			Client.GetText(Scene.Change(Client, TEXT("one"), TEXT("1"))).StartsWith(TEXT("Successfully")));
+		Rule.Decision = EKestrelApproval::Deny;
+		TestTrue(TEXT("denied"),
+			Client.GetText(Scene.Change(Client, TEXT("two"), TEXT("2"))).StartsWith(TEXT("Error: Not run, since")));
+		TestSameText(*this, TEXT("changed once"), Scene.Read(), TEXT("1 two"));
+		Rule.Decision = EKestrelApproval::Ask;
+		Rule.Tool = TEXT("read");
+		const int32 Reading = Client.Call(TEXT("read_file"), FString::Printf(TEXT("{'path':'%s'}"), *Scene.Path()));
+		TestSameText(*this, TEXT("asked for"), Client.GetText(Reading), TEXT("waiting"));
+		Scene.Reject();
 	});
 
 	It("shows a change again whose file has changed since", [this]() {
