@@ -21,6 +21,7 @@ public class Kestrel : ModuleRules
 			"AssetRegistry",
 			"AssetTools",
 			"BlueprintGraph",
+			"ContentBrowser",
 			"Engine",
 			"HTTP",
 			"HTTPServer",

@@ -175,7 +175,7 @@ class WindowTest(ScreenTest):
         self.press("Return")
         self.button("Approve")
         # Behind the prompt are what waits, below its heading, and its change, then the buttons.
-        for name in ("What waits for approval", "Waits for approval", "Show the change"):
+        for name in ("Insert selected assets", "What waits for approval", "Waits for approval", "Show the change"):
             self.press("Tab")
             self.focused(name)
         self.press("space")

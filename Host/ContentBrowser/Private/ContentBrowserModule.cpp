@@ -1,3 +1,5 @@
+#include "ContentBrowserModule.h"
+
 #include "Framework/Docking/TabManager.h"
 #include "Modules/ModuleManager.h"
 #include "SContentBrowser.h"
@@ -10,29 +12,34 @@ namespace ContentBrowserModule
 const FName TabName("ContentBrowserTab1");
 }
 
-/** Shows the project's assets in the tab "ContentBrowserTab1". */
-class FContentBrowserModule final : public IModuleInterface
+void FContentBrowserModule::StartupModule()
 {
-public:
-	void StartupModule() override
-	{
-		FGlobalTabmanager::Get()
-			->RegisterNomadTabSpawner(
-				ContentBrowserModule::TabName, FOnSpawnTab::CreateStatic(&FContentBrowserModule::SpawnTab))
-			.SetDisplayName(LOCTEXT("TabTitle", "Content Browser"))
-			.SetTooltipText(LOCTEXT("TabTip", "The assets of this project"));
-	}
-	void ShutdownModule() override
-	{
-		FGlobalTabmanager::Get()->UnregisterNomadTabSpawner(ContentBrowserModule::TabName);
-	}
+	FGlobalTabmanager::Get()
+		->RegisterNomadTabSpawner(
+			ContentBrowserModule::TabName, FOnSpawnTab::CreateRaw(this, &FContentBrowserModule::SpawnTab))
+		.SetDisplayName(LOCTEXT("TabTitle", "Content Browser"))
+		.SetTooltipText(LOCTEXT("TabTip", "The assets of this project"));
+}
 
-private:
-	static TSharedRef<SDockTab> SpawnTab(const FSpawnTabArgs& Args)
+void FContentBrowserModule::ShutdownModule()
+{
+	FGlobalTabmanager::Get()->UnregisterNomadTabSpawner(ContentBrowserModule::TabName);
+}
+
+TSharedRef<SDockTab> FContentBrowserModule::SpawnTab(const FSpawnTabArgs& Args)
+{
+	const TSharedRef<SContentBrowser> NewBrowser = SNew(SContentBrowser);
+	Browser = NewBrowser;
+	return SNew(SDockTab).TabRole(ETabRole::NomadTab)[NewBrowser];
+}
+
+void FContentBrowserModule::GetSelectedAssets(TArray<FAssetData>& SelectedAssets)
+{
+	if (const TSharedPtr<SContentBrowser> Pinned = Browser.Pin())
 	{
-		return SNew(SDockTab).TabRole(ETabRole::NomadTab)[SNew(SContentBrowser)];
+		Pinned->GetSelectedAssets(SelectedAssets);
 	}
-};
+}
 
 #undef LOCTEXT_NAMESPACE
 

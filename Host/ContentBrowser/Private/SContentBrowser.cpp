@@ -3,6 +3,7 @@
 #include "AssetDefinitionRegistry.h"
 #include "AssetRegistry/AssetRegistryModule.h"
 #include "AssetRegistry/HostForeignPackages.h"
+#include "DragAndDrop/AssetDragDropOp.h"
 #include "Editor.h"
 #include "Framework/Application/SlateApplication.h"
 #include "InputCoreTypes.h"
@@ -132,7 +133,9 @@ TSharedRef<ITableRow> SContentBrowser::MakeRow(FItem Item, const TSharedRef<STab
 {
 	// clang-format off
 	const FText Problem = Item->bForeign ? FHostForeignPackages::Describe(Item->Data.PackageName) : FText::GetEmpty();
-	return SNew(STableRow<FItem>, Owner).ToolTipText(Problem)
+	return SNew(STableRow<FItem>, Owner)
+		.ToolTipText(Problem)
+		.OnDragDetected(this, &SContentBrowser::OnRowDragged, Item)
 		[
 			SNew(SHorizontalBox)
 			+ SHorizontalBox::Slot().AutoWidth().VAlign(VAlign_Center).Padding(0.0f, 0.0f, 8.0f, 0.0f)
@@ -162,6 +165,19 @@ TSharedRef<ITableRow> SContentBrowser::MakeRow(FItem Item, const TSharedRef<STab
 			]
 		];
 	// clang-format on
+}
+
+FReply SContentBrowser::OnRowDragged(const FGeometry& MyGeometry, const FPointerEvent& MouseEvent, FItem Item) const
+{
+	return FReply::Handled().BeginDragDrop(FAssetDragDropOp::New(TArray<FAssetData>{ Item->Data }));
+}
+
+void SContentBrowser::GetSelectedAssets(TArray<FAssetData>& OutAssets) const
+{
+	for (const FItem& Item : List->GetSelectedItems())
+	{
+		OutAssets.Add(Item->Data);
+	}
 }
 
 FReply SContentBrowser::OnListKeyDown(const FGeometry& MyGeometry, const FKeyEvent& InKeyEvent)

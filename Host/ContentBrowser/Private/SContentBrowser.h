@@ -17,6 +17,8 @@ public:
 
 	void Construct(const FArguments& InArgs);
 
+	void GetSelectedAssets(TArray<FAssetData>& OutAssets) const;
+
 	virtual void Tick(const FGeometry& AllottedGeometry, const double InCurrentTime, const float InDeltaTime) override;
 
 private:
@@ -25,6 +27,8 @@ private:
 	/** From the search box into the list. */
 	FReply OnSearchKeyDown(const FGeometry& MyGeometry, const FKeyEvent& InKeyEvent);
 	void Open(FItem Item);
+	/** One that Unreal Editor saved has a path as well, and nothing else that could be dragged. */
+	FReply OnRowDragged(const FGeometry& MyGeometry, const FPointerEvent& MouseEvent, FItem Item) const;
 	FText GetStatus() const;
 
 	FAssetList Assets;

@@ -232,7 +232,9 @@ FReply FMainWindow::OnKeyDown(const FKeyEvent& InKeyEvent)
 
 FReply FMainWindow::OnKeyUp(const FKeyEvent& InKeyEvent)
 {
-	const bool bTapped = bAltAlone && InKeyEvent.GetKey() == EKeys::LeftAlt;
+	// Another key may have been pressed with it, which a widget has handled.
+	const bool bTapped = bAltAlone && InKeyEvent.GetKey() == EKeys::LeftAlt &&
+						 FSlateApplication::Get().GetLastPressedKey() == EKeys::LeftAlt;
 	bAltAlone = false;
 	if (!bTapped)
 	{

@@ -137,6 +137,16 @@ void FSdlInput::HandleEvent(
 	case SDL_MOUSEMOTION:
 		HandleMotion(Event.motion, WindowPosition);
 		break;
+	case SDL_DROPBEGIN:
+		DroppedFiles.Empty();
+		break;
+	case SDL_DROPFILE:
+		DroppedFiles.Add(FString(Event.drop.file));
+		SDL_free(Event.drop.file);
+		break;
+	case SDL_DROPCOMPLETE:
+		HandleDrop(WindowPosition);
+		break;
 	case SDL_MOUSEWHEEL:
 		HandleWheel(Event.wheel);
 		break;
@@ -223,6 +233,23 @@ void FSdlInput::HandleMotion(const SDL_MouseMotionEvent& Event, const FVector2D&
 	FSlateApplication::Get().ProcessMouseMoveEvent(
 		FPointerEvent(0, Position, LastPosition, PressedButtons, FKey(), 0.0f, GetModifierKeys()));
 	LastPosition = Position;
+}
+
+void FSdlInput::HandleDrop(const FVector2D& WindowPosition)
+{
+	int X = 0;
+	int Y = 0;
+	SDL_GetMouseState(&X, &Y);
+	// Without a pointer in a window, as in a test, where it was last.
+	const bool bIsKnown = SDL_GetMouseFocus() != nullptr;
+	LastPosition = bIsKnown ? SdlInput::ToAbsolute(X, Y, WindowPosition) : LastPosition;
+	if (!DroppedFiles.IsEmpty())
+	{
+		const FPointerEvent Pointer(0, LastPosition, LastPosition, PressedButtons, FKey(), 0.0f, GetModifierKeys());
+		FSlateApplication::Get().ProcessDropEvent(
+			FDragDropEvent(Pointer, FExternalDragOperation::NewFiles(MoveTemp(DroppedFiles))));
+	}
+	DroppedFiles.Empty();
 }
 
 void FSdlInput::HandleWheel(const SDL_MouseWheelEvent& Event)

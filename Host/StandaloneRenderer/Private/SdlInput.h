@@ -29,8 +29,11 @@ private:
 		const FVector2D& WindowPosition);
 	void HandleMotion(const SDL_MouseMotionEvent& Event, const FVector2D& WindowPosition);
 	void HandleWheel(const SDL_MouseWheelEvent& Event);
+	/** SDL tells of each file by itself, and of where they were dropped not at all. */
+	void HandleDrop(const FVector2D& WindowPosition);
 
 	inline static uint16 Modifiers = KMOD_NONE;   // of SDL; the keyboard is one
 	FVector2D LastPosition = FVector2D(0.0, 0.0); // absolute
 	TSet<FKey> PressedButtons;
+	TArray<FString> DroppedFiles;
 };

@@ -6,6 +6,24 @@
 
 #include <gtest/gtest.h>
 
+/** Keeps the files that are dropped on it. */
+class SDropTarget : public SCompoundWidget
+{
+public:
+	SLATE_BEGIN_ARGS(SDropTarget) {}
+	SLATE_END_ARGS()
+	void Construct(const FArguments& InArgs) {}
+
+	virtual FReply OnDrop(const FGeometry& MyGeometry, const FDragDropEvent& DragDropEvent) override
+	{
+		const TSharedPtr<FExternalDragOperation> Operation = DragDropEvent.GetOperationAs<FExternalDragOperation>();
+		Files = Operation.IsValid() ? Operation->GetFiles() : TArray<FString>();
+		return FReply::Handled();
+	}
+
+	TArray<FString> Files;
+};
+
 /** SDL's events as an input method sends them; SDL itself is not started. */
 class FSdlInputTest : public testing::Test
 {
@@ -81,4 +99,22 @@ TEST_F(FSdlInputTest, KeysHaveTheModifiersOfTheirTime)
 	EXPECT_FALSE(FSdlInput::GetModifierKeys().IsControlDown());
 	Choose("all");
 	ExpectText(TEXT("all"), 3);
+}
+
+TEST_F(FSdlInputTest, DropsFilesOfOtherProgramsWhereThePointerIs)
+{
+	const TSharedRef<SDropTarget> Target = SNew(SDropTarget);
+	FSlateApplication::Get().GetTopLevelWindows()[0]->SetContent(Target);
+	FSlateApplication::Get().Tick();
+	SDL_Event Event{};
+	for (const char* Name : { "/tmp/a.txt", "/tmp/\u68EE b" })
+	{
+		Event.type = SDL_DROPFILE;
+		Event.drop.file = SDL_strdup(Name);
+		Input.HandleEvent(Event, nullptr, FVector2D(0.0, 0.0));
+	}
+	EXPECT_EQ(Target->Files.Num(), 0) << "not one by one";
+	Event.type = SDL_DROPCOMPLETE;
+	Input.HandleEvent(Event, nullptr, FVector2D(0.0, 0.0));
+	EXPECT_EQ(Target->Files, (TArray<FString>{ TEXT("/tmp/a.txt"), TEXT("/tmp/\u68EE b") }));
 }

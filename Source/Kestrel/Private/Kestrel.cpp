@@ -2,9 +2,9 @@
 
 #include "Agent/Agent.h"
 #include "Agent/Backend/HTTPAPI.h"
-#include "Agent/Chat/RunStatus.h"
 #include "Agent/Files/NativeFile.h"
 #include "Agent/Project/CompilationManager.h"
+#include "Agent/RunStatus.h"
 #include "Framework/Application/SlateApplication.h"
 #include "Framework/Commands/UIAction.h"
 #include "Framework/Commands/UICommandList.h"

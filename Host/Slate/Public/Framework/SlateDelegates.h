@@ -16,6 +16,7 @@ DECLARE_DELEGATE_OneParam(FOnTextChanged, const FText&);
 DECLARE_DELEGATE_TwoParams(FOnTextCommitted, const FText&, ETextCommit::Type);
 DECLARE_DELEGATE_RetVal_TwoParams(FReply, FOnKeyDown, const FGeometry&, const FKeyEvent&);
 DECLARE_DELEGATE_RetVal_TwoParams(FReply, FOnKeyChar, const FGeometry&, const FCharacterEvent&);
+DECLARE_DELEGATE_RetVal_TwoParams(FReply, FOnDragDetected, const FGeometry&, const FPointerEvent&);
 DECLARE_DELEGATE_RetVal(TSharedRef<SWidget>, FOnGetContent);
 DECLARE_DELEGATE_OneParam(FOnIsOpenChanged, bool);
 DECLARE_DELEGATE_OneParam(FOnCheckStateChanged, ECheckBoxState);

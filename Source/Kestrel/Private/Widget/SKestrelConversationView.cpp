@@ -137,6 +137,10 @@ SKestrelConversationView::FBlock SKestrelConversationView::AddText(
 	];
 	// clang-format on
 	AddBlock(Block.Border.ToSharedRef());
+	if (KestrelConversationView::GetBlockBrush(Text, FontStyle) == FName("Kestrel.Block.User"))
+	{
+		Turns.Add(Block.Text);
+	}
 	return Block;
 }
 
@@ -192,6 +196,7 @@ void SKestrelConversationView::ClearBlocks()
 {
 	ScrollBox->ClearChildren();
 	Provisional.Reset();
+	Turns.Empty();
 	Changes.Empty();
 	CurrentChange = INDEX_NONE;
 }
@@ -259,6 +264,25 @@ bool SKestrelConversationView::GoToChange(bool bNext)
 	bFollowsWhileReading = false;
 	OnScrolled.ExecuteIfBound(true);
 	return true;
+}
+
+TSharedPtr<SWidget> SKestrelConversationView::GoToTurn(bool bNext)
+{
+	Turns.RemoveAll([](const TWeakPtr<SWidget>& Turn) { return !Turn.IsValid(); });
+	const int32 Focused =
+		Turns.IndexOfByPredicate([](const TWeakPtr<SWidget>& Turn) { return Turn.Pin()->HasKeyboardFocus(); });
+	const int32 Wanted =
+		Focused == INDEX_NONE ? (bNext ? Turns.Num() : Turns.Num() - 1) : FMath::Max(Focused + (bNext ? 1 : -1), 0);
+	if (!Turns.IsValidIndex(Wanted))
+	{
+		FollowEnd();
+		return nullptr;
+	}
+	const TSharedPtr<SWidget> Turn = Turns[Wanted].Pin();
+	ScrollBox->ScrollDescendantIntoView(Turn, false, EDescendantScrollDestination::TopOrLeft);
+	bFollowsWhileReading = false;
+	OnScrolled.ExecuteIfBound(true);
+	return Turn;
 }
 
 void SKestrelConversationView::FollowEnd()

@@ -68,6 +68,12 @@ public:
 	 * @return false when there is none
 	 */
 	bool GoToChange(bool bNext);
+	/**
+	 * Scrolls to the user's turn after the one that has the focus, or before it; without one, to the last.
+	 *
+	 * @return the text of the turn; null behind the last one, and when there is none
+	 */
+	TSharedPtr<SWidget> GoToTurn(bool bNext);
 	/** From now on the view follows the end: whoever sends something wants to see what comes of it. */
 	void FollowEnd();
 
@@ -86,5 +92,6 @@ private:
 	FSimpleDelegate OnEndReached;
 	TArray<TWeakPtr<SWidget>> Changes;
 	int32 CurrentChange = INDEX_NONE;
+	TArray<TWeakPtr<SWidget>> Turns;   // texts of the user
 	bool bFollowsWhileReading = false; // the user went to the end, with the focus still in a block
 };

@@ -2,7 +2,7 @@
 
 #include "Agent/Agent.h"
 #include "Agent/Chat/KestrelInterface.h"
-#include "Agent/Chat/RunStatus.h"
+#include "Agent/RunStatus.h"
 #include "Agent/Tools/PendingTools.h"
 #include "Framework/Application/SlateApplication.h"
 #include "HAL/PlatformTime.h"
@@ -30,8 +30,8 @@
 #include "Widget/Start/SKestrelExamples.h"
 #include "Widget/Status/SKestrelLoopWarning.h"
 #include "Widget/Status/SKestrelPartialAnswer.h"
-#include "Widget/Status/SKestrelStatusLine.h"
 #include "Widgets/Input/SButton.h"
+#include "Widgets/Input/SComboButton.h"
 #include "Widgets/Layout/SBorder.h"
 #include "Widgets/Layout/SBox.h"
 #include "Widgets/SBoxPanel.h"
@@ -72,11 +72,6 @@ void SKestrelWidget::Construct(const FArguments& InArgs)
 			.AutoHeight()
 			[
 				MakeHistoryHeader()
-			]
-			+ SVerticalBox::Slot()
-			.AutoHeight()
-			[
-				SNew(SKestrelStatusLine)
 			]
 			+ SVerticalBox::Slot()
 			.FillHeight(1.0f)
@@ -311,6 +306,20 @@ void SKestrelWidget::OnEndReached()
 
 FReply SKestrelWidget::OnPreviewKeyDown(const FGeometry& MyGeometry, const FKeyEvent& InKeyEvent)
 {
+	const FKey Key = InKeyEvent.GetKey();
+	SKestrelConversationView& Shown = EarlierConversation.IsValid() ? *EarlierConversation : *Conversation;
+	if (InKeyEvent.IsAltDown() && (Key == EKeys::Up || Key == EKeys::Down))
+	{
+		// Behind the last turn is the prompt.
+		const TSharedPtr<SWidget> Turn = Shown.GoToTurn(Key == EKeys::Down);
+		return Turn.IsValid() ? FReply::Handled().SetUserFocus(Turn.ToSharedRef(), EFocusCause::Navigation)
+							  : HandledWithFocusOnPrompt();
+	}
+	if (Key == EKeys::F1)
+	{
+		KeysButton->SetIsOpen(!KeysButton->IsOpen());
+		return FReply::Handled();
+	}
 	if (InKeyEvent.GetKey() == EKeys::F8 && Conversation->GoToChange(!InKeyEvent.IsShiftDown()))
 	{
 		return FReply::Handled();
@@ -320,7 +329,7 @@ FReply SKestrelWidget::OnPreviewKeyDown(const FGeometry& MyGeometry, const FKeyE
 	{
 		return SCompoundWidget::OnPreviewKeyDown(MyGeometry, InKeyEvent);
 	}
-	(EarlierConversation.IsValid() ? EarlierConversation : Conversation)->TurnPage(bDown);
+	Shown.TurnPage(bDown);
 	return FReply::Handled();
 }
 
@@ -454,6 +463,11 @@ FReply SKestrelWidget::HandledWithFocusOnPrompt() const
 
 FReply SKestrelWidget::OnKeyDown(const FGeometry& MyGeometry, const FKeyEvent& InKeyEvent)
 {
+	// What popped up has closed itself with it. In the prompt box it is somebody else's.
+	if (InKeyEvent.GetKey() == EKeys::Escape && !PromptBox->GetFocusTarget()->HasKeyboardFocus())
+	{
+		return HandledWithFocusOnPrompt();
+	}
 	if (InKeyEvent.GetKey() != EKeys::Enter || InKeyEvent.IsShiftDown())
 	{
 		return SCompoundWidget::OnKeyDown(MyGeometry, InKeyEvent);

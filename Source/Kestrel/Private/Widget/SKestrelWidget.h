@@ -44,11 +44,12 @@ public:
 	virtual void Tick(const FGeometry& AllottedGeometry, const double InCurrentTime, const float InDeltaTime) override;
 	/**
 	 * The page keys turn the conversation's pages, wherever in the panel the focus is, and F8 goes to the next change,
-	 * with Shift to the one before. Asked first, since every text has a use for the page keys, but none of the
-	 * conversation's can show what lies beyond the view.
+	 * with Shift to the one before; Alt+Up and Alt+Down walk through the user's turns, and F1 lists the keys. Asked
+	 * first, since every text has a use for the page keys, but none of the conversation's can show what lies beyond the
+	 * view.
 	 */
 	virtual FReply OnPreviewKeyDown(const FGeometry& MyGeometry, const FKeyEvent& InKeyEvent) override;
-	/** Plain Enter sends; anything else is left to others. */
+	/** Plain Enter sends, Escape goes back to the prompt; anything else is left to others. */
 	virtual FReply OnKeyDown(const FGeometry& MyGeometry, const FKeyEvent& InKeyEvent) override;
 	virtual bool SupportsKeyboardFocus() const override { return true; }
 	/** Focus on the panel means focus on its prompt box. */
@@ -135,6 +136,7 @@ private:
 
 	// The conversations of the project.
 	TSharedRef<SWidget> MakeHistoryHeader();
+	TSharedRef<SWidget> MakeHistoryButton();
 	TSharedRef<SWidget> MakeConversationList();
 	FText GetConversationTitle() const;
 	EVisibility GetHistoryVisibility() const;
@@ -209,6 +211,7 @@ private:
 	FText EarlierCaution;
 	TSharedPtr<SBox> EarlierBox;
 	TSharedPtr<SComboButton> HistoryButton;
+	TSharedPtr<SComboButton> KeysButton;
 	TSharedPtr<SKestrelApprovalList> ApprovalList;
 	FDelegateHandle StateChangedHandle;
 	FDelegateHandle RunChangedHandle;

@@ -1,6 +1,6 @@
 #include "Agent/Agent.h"
 #include "Agent/Chat/KestrelInterface.h"
-#include "Agent/Chat/RunStatus.h"
+#include "Agent/RunStatus.h"
 #include "Framework/Application/SlateApplication.h"
 #include "KestrelSettings.h"
 #include "Layout/Visibility.h"

@@ -10,10 +10,12 @@
 #include "Misc/Attribute.h"
 #include "Types/SlateEnums.h"
 #include "UObject/Class.h"
+#include "Widget/KeyList.h"
 #include "Widget/Prompt/SKestrelPromptBox.h"
 #include "Widget/SKestrelConversationList.h"
 #include "Widget/SKestrelConversationView.h"
 #include "Widget/SKestrelWidget.h"
+#include "Widget/Status/SKestrelStatusLine.h"
 #include "Widgets/Input/SButton.h"
 #include "Widgets/Input/SComboButton.h"
 #include "Widgets/Layout/SBox.h"
@@ -53,16 +55,24 @@ TSharedRef<SWidget> SKestrelWidget::MakeHistoryHeader()
 		.AutoHeight()
 		.Padding(0.0f, 0.0f, 0.0f, KestrelWidgetHistory::Gap)
 		[
-			SAssignNew(HistoryButton, SComboButton)
-			.ToolTipText(LOCTEXT("HistoryToolTip", "The conversations of this project"))
-			.AccessibleText(LOCTEXT("History", "Conversations"))
-			.OnGetMenuContent(this, &SKestrelWidget::MakeConversationList)
-			.ButtonContent()
+			SNew(SHorizontalBox)
+			+ SHorizontalBox::Slot()
+			.FillWidth(1.0f)
 			[
-				SNew(SBox)
-				.Clipping(EWidgetClipping::ClipToBounds)
+				MakeHistoryButton()
+			]
+			+ SHorizontalBox::Slot()
+			.AutoWidth()
+			.Padding(KestrelWidgetHistory::Gap, 0.0f, 0.0f, 0.0f)
+			[
+				SAssignNew(KeysButton, SComboButton)
+				.HasDownArrow(false)
+				.ToolTipText(LOCTEXT("KeysToolTip", "The keys of this panel (F1)"))
+				.AccessibleText(LOCTEXT("Keys", "Keys"))
+				.OnGetMenuContent_Static(&KestrelKeyList::Make)
+				.ButtonContent()
 				[
-					SNew(STextBlock).Text(this, &SKestrelWidget::GetConversationTitle)
+					SNew(STextBlock).Text(INVTEXT("?"))
 				]
 			]
 		]
@@ -76,6 +86,11 @@ TSharedRef<SWidget> SKestrelWidget::MakeHistoryHeader()
 			[
 				MakeEarlierButtons()
 			]
+		]
+		+ SVerticalBox::Slot()
+		.AutoHeight()
+		[
+			SNew(SKestrelStatusLine)
 		];
 	// clang-format on
 }
@@ -121,6 +136,24 @@ TSharedRef<SWidget> SKestrelWidget::MakeEarlierButtons()
 			.AutoWrapText(true)
 			.Text(this, &SKestrelWidget::GetEarlierCaution)
 			.Visibility(this, &SKestrelWidget::GetUndoEarlierVisibility)
+		];
+	// clang-format on
+}
+
+TSharedRef<SWidget> SKestrelWidget::MakeHistoryButton()
+{
+	// clang-format off
+	return SAssignNew(HistoryButton, SComboButton)
+		.ToolTipText(LOCTEXT("HistoryToolTip", "The conversations of this project"))
+		.AccessibleText(LOCTEXT("History", "Conversations"))
+		.OnGetMenuContent(this, &SKestrelWidget::MakeConversationList)
+		.ButtonContent()
+		[
+			SNew(SBox)
+			.Clipping(EWidgetClipping::ClipToBounds)
+			[
+				SNew(STextBlock).Text(this, &SKestrelWidget::GetConversationTitle)
+			]
 		];
 	// clang-format on
 }

@@ -1,7 +1,7 @@
 #include "Agent/Agent.h"
 #include "Agent/Backend/HTTPAPI.h"
 #include "Agent/Chat/KestrelInterface.h"
-#include "Agent/Chat/RunStatus.h"
+#include "Agent/RunStatus.h"
 #include "Agent/Text/JsonText.h"
 #include "Dom/JsonObject.h"
 #include "Framework/Application/SlateApplication.h"
@@ -11,6 +11,7 @@
 #include "Support/KestrelTest.h"
 #include "Support/TestPanel.h"
 #include "UObject/Class.h"
+#include "Widget/SKestrelWidget.h"
 #include "Widget/Status/StatusText.h"
 #include "Widgets/Docking/SDockTab.h"
 #include "Widgets/SWidget.h"
@@ -89,13 +90,13 @@ FString ShownTexts(const FKestrelTestPanel& Panel)
 }
 
 /** Whether something in the panel will change by itself. */
-bool HasTimers(const TSharedRef<SWidget>& Widget)
+bool HasRunningTimers(const TSharedRef<SWidget>& Widget)
 {
 	bool bAny = Widget->HasActiveTimers();
 	FChildren* Children = Widget->GetChildren();
 	for (int32 Index = 0; Index < Children->Num() && !bAny; ++Index)
 	{
-		bAny = HasTimers(Children->GetChildAt(Index));
+		bAny = HasRunningTimers(Children->GetChildAt(Index));
 	}
 	return bAny;
 }
@@ -275,11 +276,11 @@ void FKestrelStatusSpec::Define()
 		const FKestrelTestPanel Panel;
 		BeginConversation();
 		Enter(EAgentState::PollRequest);
-		TestTrue(TEXT("the seconds go on"), HasTimers(Panel.Widget.ToSharedRef()));
+		TestTrue(TEXT("the seconds go on"), HasRunningTimers(Panel.Widget.ToSharedRef()));
 		Answer(TEXT("{\"type\":\"text\",\"text\":\"There.\"}"));
 		TestTrue(TEXT("answered"), FAgent::Get().GetAgentState() == EAgentState::AwaitingUpdate);
 		FSlateApplication::Get().Tick();
-		TestFalse(TEXT("nothing moves"), HasTimers(Panel.Widget.ToSharedRef()));
+		TestFalse(TEXT("nothing moves"), HasRunningTimers(Panel.Widget.ToSharedRef()));
 	});
 
 	It("notifies a user who looks elsewhere, and the platform of one who is in another program", [this]() {

@@ -118,6 +118,7 @@ FReply FSlateApplication::RouteUpwards(const FSlateWidgetPath& Path, const TFunc
 bool FSlateApplication::ProcessKeyDownEvent(const FKeyEvent& InKeyEvent)
 {
 	ToolTips->Dismiss(HoverPath);
+	LastPressedKey = InKeyEvent.GetKey();
 	if (InKeyEvent.GetKey() == EKeys::Escape && IsDragDropping())
 	{
 		CancelDragDrop();
@@ -303,11 +304,6 @@ bool FSlateApplication::ProcessDropEvent(const FDragDropEvent& InDragDropEvent)
 bool FSlateApplication::IsDragDropping() const
 {
 	return DragDrop->GetContent().IsValid();
-}
-
-TSharedPtr<FDragDropOperation> FSlateApplication::GetDragDroppingContent() const
-{
-	return DragDrop->GetContent();
 }
 
 void FSlateApplication::CancelDragDrop()

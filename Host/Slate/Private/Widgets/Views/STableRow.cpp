@@ -14,6 +14,22 @@ void STableRowBase::ConstructRow(
 	// clang-format on
 }
 
+FReply STableRowBase::OnMouseButtonDown(const FGeometry& MyGeometry, const FPointerEvent& MouseEvent)
+{
+	const TSharedPtr<STableViewBase> List = Owner.Pin();
+	if (!DragDetected.IsBound() || !List.IsValid())
+	{
+		return FReply::Unhandled();
+	}
+	FReply Reply = List->OnMouseButtonDown(List->GetCachedGeometry(), MouseEvent);
+	return Reply.IsEventHandled() ? Reply.DetectDrag(SharedThis(this), EKeys::LeftMouseButton) : Reply;
+}
+
+FReply STableRowBase::OnDragDetected(const FGeometry& MyGeometry, const FPointerEvent& MouseEvent)
+{
+	return DragDetected.IsBound() ? DragDetected.Execute(MyGeometry, MouseEvent) : FReply::Unhandled();
+}
+
 const FSlateBrush* STableRowBase::GetBrushToPaint(bool bEnabled) const
 {
 	const TSharedPtr<STableViewBase> List = Owner.Pin();

@@ -8,7 +8,6 @@
 #include "Layout/Geometry.h"
 #include "Widgets/SWindow.h"
 
-class FDragDropOperation;
 class FDragDropTracker;
 class FGenericWindow;
 class FGlobalTabmanager;
@@ -110,11 +109,11 @@ public:
 	bool ProcessDropEvent(const FDragDropEvent& InDragDropEvent);
 
 	bool IsDragDropping() const;
-	/** Null when nothing is dragged. */
-	TSharedPtr<FDragDropOperation> GetDragDroppingContent() const;
 	/** Nobody gets what is dragged. */
 	void CancelDragDrop();
 
+	/** Host: the key of the last press, whoever has handled it. */
+	const FKey& GetLastPressedKey() const { return LastPressedKey; }
 	/** Gets the keys that no widget has handled, also while nothing has the focus. There is one such handler. */
 	void SetUnhandledKeyDownEventHandler(const FOnKeyEvent& NewHandler) { UnhandledKeyDownHandler = NewHandler; }
 	void SetUnhandledKeyUpEventHandler(const FOnKeyEvent& NewHandler) { UnhandledKeyUpHandler = NewHandler; }
@@ -176,6 +175,7 @@ private:
 	FVector2D PointerPosition = FVector2D(0.0, 0.0);
 	TWeakPtr<SWidget> CompositionOwner;
 	ITextCompositionTarget* CompositionTarget = nullptr; // alive as long as its owner
+	FKey LastPressedKey;
 	FOnKeyEvent UnhandledKeyDownHandler;
 	FOnKeyEvent UnhandledKeyUpHandler;
 	const TUniquePtr<FMenuStack> MenuStack;

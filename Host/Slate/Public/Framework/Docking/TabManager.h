@@ -210,7 +210,6 @@ public:
 		TSharedRef<FLayout> AddArea(const TSharedRef<FArea>& InArea);
 		/** Null before an area was added. */
 		TSharedPtr<FArea> GetPrimaryArea() const { return PrimaryArea; }
-		FName GetLayoutName() const { return LayoutName; }
 
 		/** Adds the tabs that the layout does not have yet. */
 		void ProcessExtensions(const FLayoutExtender& Extender);

@@ -16,7 +16,6 @@ public:
 	/** Null where there is no window, or when they are switched off. */
 	TSharedPtr<SNotificationItem> AddNotification(const FNotificationInfo& Info);
 	void SetAllowNotifications(bool bShouldAllow) { bAllowNotifications = bShouldAllow; }
-	bool AreNotificationsAllowed() const { return bAllowNotifications; }
 
 private:
 	TWeakPtr<SNotificationList> List;

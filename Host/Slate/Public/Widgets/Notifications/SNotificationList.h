@@ -34,14 +34,13 @@ public:
 
 	/** Goes after the time that its info gave. */
 	void ExpireAndFadeout();
-	/** CS_None for one that tells of no work. A button is seen in its own state only. */
-	ECompletionState GetCompletionState() const { return CompletionState; }
 
 private:
 	TSharedRef<SWidget> MakeButton(const FNotificationButtonInfo& Button) const;
 	EActiveTimerReturnType Expire(double InCurrentTime, float InDeltaTime);
 
 	FOnNotificationItemExpired OnExpired;
+	// None here tells of work. A button is seen in its own state only.
 	ECompletionState CompletionState = CS_None;
 	float ExpireDuration = 0.0f; // seconds
 	bool bIsExpiring = false;

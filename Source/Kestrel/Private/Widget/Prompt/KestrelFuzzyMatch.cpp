@@ -31,6 +31,14 @@ uint64 MaskOf(TCHAR Letter)
 	return 1ull << (NumLetters + NumDigits + static_cast<uint32>(Letter) % NumOthers);
 }
 
+/** A bit for two letters that follow each other. */
+uint64 PairOf(TCHAR First, TCHAR Second)
+{
+	constexpr uint32 Spread = 31;
+	constexpr uint32 NumBits = 64;
+	return 1ull << ((static_cast<uint32>(First) * Spread + static_cast<uint32>(Second)) % NumBits);
+}
+
 bool IsHump(TCHAR Before, TCHAR Letter)
 {
 	return (FChar::IsUpper(Letter) && !FChar::IsUpper(Before)) || (FChar::IsDigit(Letter) && !FChar::IsDigit(Before));
@@ -46,7 +54,9 @@ struct FKestrelFuzzyIndex::FPattern
 		for (int32 Index = 0; Index < Letters.Len(); ++Index)
 		{
 			const TCHAR Letter = Letters[Index];
-			Mask |= FuzzyMatch::MaskOf(Letter);
+			Bits[Index] = FuzzyMatch::MaskOf(Letter);
+			Mask |= Bits[Index];
+			Pairs[Index] = Index > 0 ? FuzzyMatch::PairOf(Letters[Index - 1], Letter) : 0;
 			(Letter < FuzzyMatch::NumAscii ? Places[Letter] : OtherPlaces) |= 1ull << Index;
 		}
 	}
@@ -68,6 +78,8 @@ struct FKestrelFuzzyIndex::FPattern
 
 	const FString& Letters; // in lower case
 	uint64 Mask = 0;
+	uint64 Bits[MaxPatternLength] = {};  // of each letter
+	uint64 Pairs[MaxPatternLength] = {}; // of each letter and the one before
 	uint64 Places[FuzzyMatch::NumAscii] = {};
 	uint64 OtherPlaces = 0; // of letters that are not ASCII
 };
@@ -75,7 +87,9 @@ struct FKestrelFuzzyIndex::FPattern
 void FKestrelFuzzyIndex::Empty()
 {
 	Names.Empty();
+	Masks.Empty();
 	Entries.Empty();
+	Traits.Empty();
 	Letters.Empty();
 	Bonuses.Empty();
 	LastPattern.Empty();
@@ -118,15 +132,33 @@ void FKestrelFuzzyIndex::Add(const FString& Name)
 {
 	const FString Indexed = Name.Left(MaxNameLength);
 	FEntry& Entry = Entries.AddDefaulted_GetRef();
+	FTraits& Trait = Traits.AddDefaulted_GetRef();
+	uint64& Mask = Masks.AddDefaulted_GetRef();
 	Entry.Begin = Letters.Num();
 	Entry.Length = Indexed.Len();
-	for (const TCHAR Character : Indexed)
+	const TArray<uint8> NameBonuses = GetBonuses(Indexed);
+	int32 LastSlash = INDEX_NONE;
+	Indexed.FindLastChar(TEXT('/'), LastSlash);
+	for (int32 Index = 0; Index < Indexed.Len(); ++Index)
 	{
-		const TCHAR Letter = FChar::ToLower(Character);
+		const TCHAR Letter = FChar::ToLower(Indexed[Index]);
+		const uint64 Bit = FuzzyMatch::MaskOf(Letter);
+		const bool bBegins = NameBonuses[Index] >= FuzzyMatch::HumpBonus;
+		Mask |= Bit;
+		if (Index > LastSlash)
+		{
+			Trait.FileLetters |= Bit;
+			Trait.FileWords |= bBegins ? Bit : 0;
+		}
+		else
+		{
+			Trait.FolderWords |= bBegins ? Bit : 0;
+		}
+		Trait.FirstOfFile = Index == LastSlash + 1 ? Letter : Trait.FirstOfFile;
+		Trait.Pairs |= Index > 0 ? FuzzyMatch::PairOf(Letters.Last(), Letter) : 0;
 		Letters.Add(Letter);
-		Entry.Mask |= FuzzyMatch::MaskOf(Letter);
 	}
-	Bonuses.Append(GetBonuses(Indexed));
+	Bonuses.Append(NameBonuses);
 	Names.Add(Name);
 }
 
@@ -179,6 +211,40 @@ int32 FKestrelFuzzyIndex::Score(const FPattern& Pattern, const FEntry& Entry) co
 	return NumReached == Length ? Best[Length] : INDEX_NONE;
 }
 
+int32 FKestrelFuzzyIndex::GetUpperBound(const FPattern& Pattern, const FTraits& Name)
+{
+	constexpr int32 FirstOfFile = FuzzyMatch::FileNameBonus + FuzzyMatch::InFileNameBonus;
+	constexpr int32 WordOfFile = FuzzyMatch::WordBonus + FuzzyMatch::InFileNameBonus;
+	// The first letters are of folders, the others of the file; so far, for the best place to part them.
+	int32 OfFolders = 0;
+	int32 OfFile = FuzzyMatch::None;
+	int32 Pairs = 0;
+	for (int32 Index = 0; Index < Pattern.Letters.Len(); ++Index)
+	{
+		const uint64 Bit = Pattern.Bits[Index];
+		const int32 Begun = Pattern.Letters[Index] == Name.FirstOfFile ? FirstOfFile : FuzzyMatch::None;
+		const int32 Inside = (Name.FileWords & Bit) != 0     ? WordOfFile
+							 : (Name.FileLetters & Bit) != 0 ? FuzzyMatch::InFileNameBonus
+															 : FuzzyMatch::None;
+		OfFile = FMath::Max(OfFile + Inside, OfFolders + FMath::Max(Begun, Inside));
+		OfFolders += (Name.FolderWords & Bit) != 0 ? FuzzyMatch::FolderNameBonus : 0;
+		Pairs += (Name.Pairs & Pattern.Pairs[Index]) != 0 ? ConsecutiveBonus : 0;
+	}
+	return FMath::Max(OfFile, OfFolders) + Pairs;
+}
+
+bool FKestrelFuzzyIndex::MayBeAmong(
+	const TArray<FResult>& Best, const FPattern& Pattern, int32 Index, int32 MaxResults) const
+{
+	if (Best.Num() < MaxResults || Best.IsEmpty())
+	{
+		return MaxResults > 0;
+	}
+	const FResult& Worst = Best.Last();
+	const int32 Bound = GetUpperBound(Pattern, Traits[Index]);
+	return Bound > Worst.Score || (Bound == Worst.Score && Entries[Index].Length <= Entries[Worst.Index].Length);
+}
+
 bool FKestrelFuzzyIndex::IsBetter(const FResult& A, const FResult& B) const
 {
 	if (A.Score != B.Score)
@@ -229,11 +295,18 @@ TArray<int32> FKestrelFuzzyIndex::Find(const FString& InPattern, int32 MaxResult
 	TArray<FResult> Best;
 	LastMatches.Reset();
 	const auto Try = [this, &Pattern, &Best, MaxResults](int32 Index) {
-		const FEntry& Entry = Entries[Index];
-		const int32 Sum = (Entry.Mask & Pattern.Mask) == Pattern.Mask ? Score(Pattern, Entry) : INDEX_NONE;
-		if (Sum != INDEX_NONE)
+		if ((Masks[Index] & Pattern.Mask) != Pattern.Mask)
+		{
+			return;
+		}
+		const bool bIsScored = MayBeAmong(Best, Pattern, Index, MaxResults);
+		const int32 Sum = bIsScored ? Score(Pattern, Entries[Index]) : INDEX_NONE;
+		if (!bIsScored || Sum != INDEX_NONE)
 		{
 			LastMatches.Add(Index);
+		}
+		if (Sum != INDEX_NONE)
+		{
 			Insert(Best, { Sum, Index }, MaxResults);
 		}
 	};

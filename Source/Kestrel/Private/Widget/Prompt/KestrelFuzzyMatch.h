@@ -15,7 +15,8 @@
  * Higher scores come first, then shorter names, then by name.
  *
  * Names are prepared when they are added: a lower case copy, what each letter is worth, and a mask of the letters.
- * A pattern that continues the one before is looked for only where that one was found, and in what was added since.
+ * A pattern that continues the one before is looked for only where that one could be, and in what was added since. What
+ * cannot be among the best, by which of its letters begin something, is not scored.
  */
 class KESTREL_API FKestrelFuzzyIndex
 {
@@ -45,9 +46,18 @@ private:
 	/** One for each name; its letters begin at Begin in the pools. */
 	struct FEntry
 	{
-		uint64 Mask = 0;
 		int32 Begin = 0;
 		int32 Length = 0;
+	};
+
+	/** What a name has at all, for an upper bound of its scores. A bit for each letter, shared by some. */
+	struct FTraits
+	{
+		uint64 FileLetters = 0; // of the file's name
+		uint64 FileWords = 0;   // those of them that begin something
+		uint64 FolderWords = 0; // that begin something before it
+		uint64 Pairs = 0;       // a bit for each two that follow each other, shared by some
+		TCHAR FirstOfFile = 0;
 	};
 
 	struct FResult
@@ -58,16 +68,22 @@ private:
 
 	/** @return INDEX_NONE when the name does not match */
 	int32 Score(const FPattern& Pattern, const FEntry& Entry) const;
+	/** No score of the name is higher. */
+	static int32 GetUpperBound(const FPattern& Pattern, const FTraits& Name);
+	/** Whether the name may be better than the last of the best. */
+	bool MayBeAmong(const TArray<FResult>& Best, const FPattern& Pattern, int32 Index, int32 MaxResults) const;
 	bool IsBetter(const FResult& A, const FResult& B) const;
 	/** Keeps the best results, the best first. */
 	void Insert(TArray<FResult>& Best, const FResult& Result, int32 MaxResults) const;
 
 	TArray<FString> Names;
+	TArray<uint64> Masks; // a bit for each letter of a name: the first thing that is asked of it
 	TArray<FEntry> Entries;
+	TArray<FTraits> Traits;
 	TArray<TCHAR> Letters; // of all names, in lower case
 	TArray<uint8> Bonuses; // one for each letter
 
 	FString LastPattern;       // in lower case
-	TArray<int32> LastMatches; // of the names before NumSearched, in order
+	TArray<int32> LastMatches; // names before NumSearched that may match it, in order
 	int32 NumSearched = 0;
 };

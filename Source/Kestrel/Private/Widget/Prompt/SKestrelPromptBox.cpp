@@ -75,7 +75,17 @@ void SKestrelPromptBox::Construct(const FArguments& InArgs)
 					.MinDesiredHeight(KestrelPromptBox::MinHeight)
 					.MaxDesiredHeight(KestrelPromptBox::MaxHeight)
 					[
-						MakeText()
+						SNew(SHorizontalBox)
+						+ SHorizontalBox::Slot()
+						.FillWidth(1.0f)
+						[
+							MakeText()
+						]
+						+ SHorizontalBox::Slot()
+						.AutoWidth()
+						[
+							MakeNameButtons()
+						]
 					]
 				]
 			]
@@ -212,7 +222,7 @@ TSharedRef<SWidget> SKestrelPromptBox::GetFocusTarget() const
 
 const FSlateBrush* SKestrelPromptBox::GetBrush() const
 {
-	const bool bFocused = Text.IsValid() && Text->HasKeyboardFocus();
+	const bool bFocused = bIsDropTarget || (Text.IsValid() && Text->HasKeyboardFocus());
 	return FKestrelStyle::Get().GetBrush(bFocused ? FName("Kestrel.Prompt.Focused") : FName("Kestrel.Prompt"));
 }
 

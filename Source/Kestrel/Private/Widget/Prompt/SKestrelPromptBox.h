@@ -3,6 +3,7 @@
 #include "Containers/Ticker.h"
 #include "CoreMinimal.h"
 #include "Framework/SlateDelegates.h"
+#include "Input/DragAndDrop.h"
 #include "Input/Events.h"
 #include "Input/Reply.h"
 #include "Layout/Geometry.h"
@@ -52,11 +53,26 @@ public:
 	FString TakeQueued();
 	/** Puts what waits back into the box. */
 	void Withdraw();
+	/** Puts names where the cursor is, with blanks around them. */
+	void InsertNames(const TArray<FString>& NewNames);
+
+	/** Assets and files can be dropped: their names are inserted. */
+	virtual FReply OnDragOver(const FGeometry& MyGeometry, const FDragDropEvent& DragDropEvent) override;
+	virtual void OnDragEnter(const FGeometry& MyGeometry, const FDragDropEvent& DragDropEvent) override;
+	virtual void OnDragLeave(const FDragDropEvent& DragDropEvent) override;
+	virtual FReply OnDrop(const FGeometry& MyGeometry, const FDragDropEvent& DragDropEvent) override;
+
 	/** What takes the keyboard focus. */
 	TSharedRef<SWidget> GetFocusTarget() const;
 
 private:
 	TSharedRef<SWidget> MakeText();
+	/** Beside the text: what else it can be filled with. */
+	TSharedRef<SWidget> MakeNameButtons();
+	bool IsCursorBehindWord() const;
+	FText GetSelectionToolTip() const;
+	FReply OnNameClicked();
+	FReply OnSelectionClicked();
 	TSharedRef<SWidget> MakeQueueLine();
 	EVisibility GetQueueVisibility() const;
 	FText GetQueueText() const;
@@ -108,6 +124,7 @@ private:
 	TSharedPtr<SKestrelCompletionList> List;
 	FKestrelProjectNames Names;
 	bool bIsCompleting = false;
+	bool bIsDropTarget = false;  // what is dragged over it can be dropped
 	TOptional<FToken> Listed;    // what the list was last made for
 	TOptional<FToken> Dismissed; // the list was closed for it
 	FTSTicker::FDelegateHandle ReadTicker;

@@ -1,7 +1,7 @@
 #include "Widget/Status/SKestrelLoopWarning.h"
 
 #include "Agent/Agent.h"
-#include "Agent/Chat/RunStatus.h"
+#include "Agent/RunStatus.h"
 #include "Layout/Visibility.h"
 #include "Styling/CoreStyle.h"
 #include "Styling/ISlateStyle.h"

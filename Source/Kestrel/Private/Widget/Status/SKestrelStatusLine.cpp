@@ -1,6 +1,6 @@
 #include "Widget/Status/SKestrelStatusLine.h"
 
-#include "Agent/Chat/RunStatus.h"
+#include "Agent/RunStatus.h"
 #include "Layout/Clipping.h"
 #include "Layout/Margin.h"
 #include "Layout/Visibility.h"

@@ -1,7 +1,7 @@
 #include "Widget/Status/StatusText.h"
 
 #include "Agent/Agent.h"
-#include "Agent/Chat/RunStatus.h"
+#include "Agent/RunStatus.h"
 
 #define LOCTEXT_NAMESPACE "KestrelStatusText"
 

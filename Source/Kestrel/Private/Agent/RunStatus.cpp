@@ -1,4 +1,4 @@
-#include "Agent/Chat/RunStatus.h"
+#include "Agent/RunStatus.h"
 
 #include "Agent/Agent.h"
 #include "Agent/Backend/HTTPAPI.h"
