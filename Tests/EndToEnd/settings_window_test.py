@@ -154,7 +154,7 @@ class SettingsWindowTest(ScreenTest):
         self.choose("Edit", "Project Settings...")
         self.find("TextEdit", "API Key")
         self.close_editor()
-        self.wait_after_end("Foremost=ProjectSettings")
+        self.wait_after_end(r"\"ForegroundTab\":\"ProjectSettings\"")
         # A window on a screen that is not there any more.
         layout = os.path.join(self.project, "Saved", "Config", "LinuxEditor", "EditorLayout.ini")
         self.replace_lines(layout, {"PositionX": "9000.0", "SizeX": "900.0", "SizeY": "600.0"})
