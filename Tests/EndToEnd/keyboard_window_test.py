@@ -20,7 +20,7 @@ class KeyboardWindowTest(ScreenTest):
         passed = []
         for _ in range(most):
             self.press(key)
-            time.sleep(2 * REPORT_SECONDS)
+            time.sleep(4 * REPORT_SECONDS)
             passed += [each["name"] for each in self.widgets() if each.get("focused")]
             if passed and passed[-1] == name:
                 return passed
@@ -93,15 +93,7 @@ class KeyboardWindowTest(ScreenTest):
         self.shown("answers and takes the key")
         self.press("Escape")
         self.focused("Enter your prompt here...")
-        # The conversations, and out of them again.
-        self.focus_by_tab("Conversations", "shift+Tab")
-        self.press("Return")
-        self.shown("Search")
-        self.press("Escape")
-        self.focused("Conversations")
-        self.press("Escape")
-        self.focused("Enter your prompt here...")
-        passed = self.focus_by_tab("Undo")
+        self.focus_by_tab("Undo")
         self.press("Return")
         self.shown("Undoing Last Changes...")
         self.close_editor()

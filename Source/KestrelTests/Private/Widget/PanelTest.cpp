@@ -101,7 +101,8 @@ TSharedPtr<SWidget> FindLastEnabledButton(const TSharedRef<SWidget>& Widget)
 
 void CollectButtons(const TSharedRef<SWidget>& Widget, TArray<FSlateRect>& OutPlaces)
 {
-	if (!Widget->GetVisibility().IsVisible())
+	// What is scrolled out of the conversation keeps the place that it had.
+	if (!Widget->GetVisibility().IsVisible() || Widget->GetType() == FName("SKestrelConversationView"))
 	{
 		return;
 	}

@@ -20,6 +20,7 @@
 
 namespace KestrelPromptDrop
 {
+constexpr float ButtonGap = 2.0f;
 const FMargin ButtonPadding(4.0f, 0.0f);
 
 TArray<FString> FindSelection()
@@ -67,6 +68,7 @@ TSharedRef<SWidget> SKestrelPromptBox::MakeNameButtons()
 		+ SHorizontalBox::Slot()
 		.AutoWidth()
 		.VAlign(VAlign_Top)
+		.Padding(KestrelPromptDrop::ButtonGap, 0.0f, 0.0f, 0.0f)
 		[
 			KestrelPromptDrop::MakeButton(INVTEXT("+"), LOCTEXT("Selection", "Insert selected assets"),
 				MakeAttributeSP(this, &SKestrelPromptBox::GetSelectionToolTip), true,
