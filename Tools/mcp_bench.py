@@ -13,7 +13,8 @@ from urllib.parse import urlsplit
 
 import steps
 
-ROUND_TRIP_AIM = 1.5  # times as long as a bare handler
+LISTING_AIM = 1.5  # times as long as a bare handler
+READING_AIM = 4.0  # the same; before a file is opened, links are resolved and its place is reviewed
 FRAME_AIM = 16.7  # milliseconds, one frame in a hundred
 NUM_ROUND_TRIPS = 300
 NUM_CALLS = 1000
@@ -113,10 +114,11 @@ def measure(preset):
             frame, num_frames = file.read().split()
     line.finish("done")
     print(f"OtherAssistantsRoundTrip: a bare handler {bare:.2f} ms; tools/list {listing:.2f} ms, ratio "
-          f"{listing / bare:.2f}; a small file {reading:.2f} ms, ratio {reading / bare:.2f} (aim: below {ROUND_TRIP_AIM:g})")
+          f"{listing / bare:.2f} (aim: below {LISTING_AIM:g}); a small file {reading:.2f} ms, ratio {reading / bare:.2f} "
+          f"(aim: below {READING_AIM:g})")
     print(f"OtherAssistantsFrames: one of {num_frames} frames in a hundred takes {float(frame):.1f} ms during "
           f"{NUM_CALLS:,} calls (aim: below {FRAME_AIM:g})")
-    return listing / bare < ROUND_TRIP_AIM and reading / bare < ROUND_TRIP_AIM and float(frame) < FRAME_AIM
+    return listing / bare < LISTING_AIM and reading / bare < READING_AIM and float(frame) < FRAME_AIM
 
 
 if __name__ == "__main__":

@@ -13,7 +13,7 @@ from token_proxy import TokenProxy
 
 SOURCES = os.path.join(harness.ROOT, "Tests", "OtherAssistants")
 INSTALLED = os.path.join(harness.ROOT, "Intermediate", "OtherAssistants")
-INSTALL_SECONDS = 300
+INSTALL_SECONDS = 180
 RUN_SECONDS = 120
 
 

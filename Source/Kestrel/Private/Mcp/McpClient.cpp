@@ -127,9 +127,8 @@ void FKestrelMcpClients::MakeRoom()
 
 void FKestrelMcpClients::End(const TSharedRef<FKestrelMcpClient>& Client)
 {
-	const TSharedRef<FKestrelMcpClient> Ended = Client; // the reference may be into the list
-	Clients.Remove(Ended);
-	OnEnded.ExecuteIfBound(*Ended);
+	OnEnded.ExecuteIfBound(*Client);
+	Clients.RemoveAt(Clients.Find(Client)); // which Client may be an entry of
 	OnChanged.Broadcast();
 }
 
