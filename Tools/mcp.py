@@ -21,6 +21,7 @@ PRESET = "release"
 STARTUP_SECONDS = 600  # a project may have to be compiled first
 ANSWER_SECONDS = 120
 FAREWELL_SECONDS = 5
+PROGRESS_SECONDS = 2  # between two reports, to clients that ask for them
 VERSION_FIELD = "io.modelcontextprotocol/protocolVersion"
 NAMED_FIELDS = {"tools/call": "name", "prompts/get": "name", "resources/read": "uri"}
 
@@ -103,16 +104,44 @@ class Bridge:
         self.threads.append(thread)
 
     def exchange(self, line, message):
+        answered = threading.Event()
+        token = self.progress_token(message)
+        if token is not None:
+            threading.Thread(target=self.report_progress, args=(token, answered), daemon=True).start()
         try:
             headers, body = self.editor.post(line.strip(), self.headers_for(message))
         except OSError as error:
             body = self.describe_failure(message, error)
         else:
             self.session = headers.get("Mcp-Session-Id") or self.session
+        with self.lock:
+            answered.set()
+            self.write(body)
+
+    def write(self, body):
+        """One line; the lock is held."""
         if body:
+            self.output.write(body.replace(b"\n", b" ") + b"\n")
+            self.output.flush()
+
+    def report_progress(self, token, answered):
+        """Says that a call still goes on, and for how many seconds; nothing once it is answered."""
+        started = time.monotonic()
+        while not answered.wait(PROGRESS_SECONDS):
+            seconds = round(time.monotonic() - started, 1)
+            report = {"jsonrpc": "2.0", "method": "notifications/progress", "params": {
+                "progressToken": token, "progress": seconds, "message": f"At work for {seconds:.0f} s"}}
             with self.lock:
-                self.output.write(body.replace(b"\n", b" ") + b"\n")
-                self.output.flush()
+                if not answered.is_set():
+                    self.write(json.dumps(report).encode())
+
+    @staticmethod
+    def progress_token(message):
+        """Of a call whose client asks for reports."""
+        params = message.get("params") if isinstance(message, dict) and message.get("method") == "tools/call" else None
+        meta = params.get("_meta") if isinstance(params, dict) else None
+        token = meta.get("progressToken") if isinstance(meta, dict) else None
+        return token if isinstance(token, (str, int)) else None
 
     def headers_for(self, message):
         if not isinstance(message, dict):

@@ -1,6 +1,7 @@
 """Other assistants at the editor's server: what they are let do, and what is refused to those who are none."""
 
 import http.client
+import io
 import json
 import os
 import socket
@@ -10,8 +11,10 @@ import sys
 import threading
 import time
 import unittest
+from unittest import mock
 
 import harness
+import mcp
 from harness import EndToEndTest
 from mcp_client import PREFIX, STATELESS, Client, server_file, wait_for_server
 
@@ -283,6 +286,25 @@ class StandardStreamsTest(EndToEndTest):
         self.assertIn("Not allowed", by_id[3]["result"]["content"][0]["text"])
         self.assertEqual(len(answers), 4)
         self.assertFalse(os.path.exists(server_file(self.project)), "the address in the project is the window's")
+
+    def test_a_call_that_takes_long_reports_progress_to_who_asks(self):
+        class SlowEditor:
+            def post(self, _body, _headers):
+                time.sleep(0.5)
+                return {}, b'{"id": 1}'
+
+        output = io.BytesIO()
+        with mock.patch.object(mcp, "PROGRESS_SECONDS", 0.1):
+            bridge = mcp.Bridge(SlowEditor(), output)
+            bridge.run([json.dumps({"jsonrpc": "2.0", "id": number, "method": "tools/call", "params": {
+                "name": "compile", "_meta": meta}}) for number, meta in ((1, {"progressToken": "p"}), (2, {}))])
+            time.sleep(0.3)
+        lines = [json.loads(line) for line in output.getvalue().splitlines()]
+        reports = [line["params"] for line in lines if "params" in line]
+        self.assertGreater(len(reports), 1)
+        self.assertEqual({report["progressToken"] for report in reports}, {"p"})
+        self.assertEqual([report["progress"] for report in reports], sorted({report["progress"] for report in reports}))
+        self.assertEqual(lines[-1], {"id": 1}, "nothing comes behind the answer")
 
     def test_a_client_may_be_let_change_the_project(self):
         meta = {PREFIX + "protocolVersion": STATELESS, PREFIX + "clientCapabilities": {}}

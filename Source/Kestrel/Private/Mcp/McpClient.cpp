@@ -45,7 +45,8 @@ void FKestrelMcpClient::Record(const FKestrelTranscriptEntry& Entry)
 	{
 		bIsRecorded = true;
 		Writer.Begin(FKestrelInterface::Get().GetTranscript().GetStore(), ConversationId,
-			FText::Format(LOCTEXT("ConversationOf", "{0} (another assistant)"), FText::FromString(Name)).ToString());
+			FText::Format(LOCTEXT("ConversationOf", "{0} (another assistant)"), FText::FromString(Name)).ToString(),
+			EKestrelConversationOwner::Client);
 	}
 	Writer.Append(Entry);
 }

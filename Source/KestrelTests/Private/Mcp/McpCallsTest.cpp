@@ -282,6 +282,8 @@ void FKestrelMcpCallsSpec::Define()
 		FKestrelConversationStore& Store = FKestrelInterface::Get().GetTranscript().GetStore();
 		TestTrue(TEXT("stored"), Store.Read(Id, Entries) == EKestrelConversationRead::Done);
 		TestTrue(TEXT("named"), Store.Find(Id)->Title.Contains(TEXT("another assistant")));
+		TArray<FKestrelTranscriptEntry> Last;
+		TestFalse(TEXT("not shown without being asked for"), Store.ReadLast(Last).IsSet());
 		const FKestrelTranscriptEntry* Change = Entries.FindByPredicate(
 			[](const FKestrelTranscriptEntry& Entry) { return Entry.Kind == EKestrelTranscriptKind::Change; });
 		TestSameText(*this, TEXT("diff"), Change ? Change->After : FString(), TEXT("1 two"));

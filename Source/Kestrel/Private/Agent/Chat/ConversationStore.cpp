@@ -24,6 +24,7 @@ const TCHAR* const AllExtensions[] = { Extension, TitleExtension, DamagedExtensi
 
 const TCHAR* const VersionField = TEXT("conversation");
 const TCHAR* const PromptField = TEXT("prompt");
+const TCHAR* const ClientField = TEXT("client");
 constexpr int32 Version = 1;
 // Lines that are no blocks.
 const TCHAR* const LoggedLine = TEXT("{\"all_logged\":true}");
@@ -95,10 +96,11 @@ bool ReadHead(const FString& File, int64 Limit, TArray<uint8>& OutBytes)
 	return Handle->Read(OutBytes.GetData(), OutBytes.Num());
 }
 
-bool ReadFirstLine(const FString& Line, FString& OutPrompt)
+bool ReadFirstLine(const FString& Line, FString& OutPrompt, bool& bOutIsOfClient)
 {
 	const TSharedPtr<FJsonObject> Object = KestrelJson::ParseObject(Line);
 	int32 ReadVersion = 0;
+	bOutIsOfClient = Object.IsValid() && Object->HasField(ClientField);
 	return Object.IsValid() && Object->TryGetNumberField(VersionField, ReadVersion) && ReadVersion == Version &&
 		   Object->TryGetStringField(PromptField, OutPrompt);
 }
@@ -193,8 +195,8 @@ bool FKestrelConversationStore::ReadInfo(const FString& Id, FKestrelConversation
 	{
 		return false;
 	}
-	if (End == INDEX_NONE ||
-		!ConversationStore::ReadFirstLine(ConversationStore::FromUtf8(Head.GetData(), End), OutInfo.Prompt))
+	if (End == INDEX_NONE || !ConversationStore::ReadFirstLine(
+								 ConversationStore::FromUtf8(Head.GetData(), End), OutInfo.Prompt, OutInfo.bIsOfClient))
 	{
 		MoveAside(Id);
 		return false;
@@ -251,7 +253,7 @@ TOptional<FKestrelConversationInfo> FKestrelConversationStore::ReadLast(TArray<F
 		FKestrelConversationInfo Info;
 		// A damaged one is set aside, and the one before it is the last.
 		if (KestrelNativeFile::IsReadByOwnerOnly(GetFile(Id, ConversationStore::Extension)) && ReadInfo(Id, Info) &&
-			Read(Id, OutEntries) == EKestrelConversationRead::Done)
+			!Info.bIsOfClient && Read(Id, OutEntries) == EKestrelConversationRead::Done)
 		{
 			return Info;
 		}
@@ -281,6 +283,7 @@ EKestrelConversationRead FKestrelConversationStore::Read(const FString& Id, TArr
 		return EKestrelConversationRead::NotThere;
 	}
 	FString Prompt;
+	bool bIsOfClient = false;
 	bool bFirst = true;
 	bool bWhole = !Bytes.IsEmpty();
 	for (int32 Begin = 0; bWhole;)
@@ -291,8 +294,8 @@ EKestrelConversationRead FKestrelConversationStore::Read(const FString& Id, TArr
 			break;
 		}
 		const FString Line = ConversationStore::FromUtf8(Bytes.GetData() + Begin, End - Begin);
-		bWhole =
-			bFirst ? ConversationStore::ReadFirstLine(Line, Prompt) : ConversationStore::ReadLine(Line, OutEntries);
+		bWhole = bFirst ? ConversationStore::ReadFirstLine(Line, Prompt, bIsOfClient)
+						: ConversationStore::ReadLine(Line, OutEntries);
 		bFirst = false;
 		Begin = End + 1;
 	}
@@ -400,7 +403,8 @@ FString FKestrelConversationStore::MakeTitle(const FString& Text)
 	return Title.IsEmpty() ? LOCTEXT("NoTitle", "Conversation without a prompt").ToString() : Title;
 }
 
-void FKestrelConversationWriter::Begin(const FKestrelConversationStore& Store, const FString& Id, const FString& Prompt)
+void FKestrelConversationWriter::Begin(
+	const FKestrelConversationStore& Store, const FString& Id, const FString& Prompt, EKestrelConversationOwner Owner)
 {
 	Close();
 	if (!Store.IsOurs() || !FKestrelHistoryStore::IsConversationId(Id) ||
@@ -414,6 +418,10 @@ void FKestrelConversationWriter::Begin(const FKestrelConversationStore& Store, c
 		const TSharedRef<FJsonObject> Object = MakeShared<FJsonObject>();
 		Object->SetNumberField(ConversationStore::VersionField, ConversationStore::Version);
 		Object->SetStringField(ConversationStore::PromptField, Prompt.Left(ConversationStore::MaxPromptLength));
+		if (Owner == EKestrelConversationOwner::Client)
+		{
+			Object->SetBoolField(ConversationStore::ClientField, true);
+		}
 		WriteLine(KestrelJson::ToCondensedText(Object));
 	}
 }

@@ -14,6 +14,14 @@ struct FKestrelConversationInfo
 	FString Title;
 	FString Prompt;       // the first one
 	FDateTime LastChange; // UTC
+	bool bIsOfClient = false;
+};
+
+/** Whose conversation it is: that of the person at the panel, or what another assistant has done in the editor. */
+enum class EKestrelConversationOwner : uint8
+{
+	Panel,
+	Client,
 };
 
 /** How reading a conversation went. */
@@ -48,8 +56,8 @@ public:
 	EKestrelConversationRead Read(const FString& Id, TArray<FKestrelTranscriptEntry>& OutEntries);
 	/**
 	 * The newest conversation that can be read, to be shown without being asked for: only one whose file nobody else
-	 * may read, as this store writes them. What came with a project, out of its repository for instance, is in the
-	 * list.
+	 * may read, as this store writes them, and none of another assistant. Those, and what came with a project, out of
+	 * its repository for instance, are in the list.
 	 */
 	TOptional<FKestrelConversationInfo> ReadLast(TArray<FKestrelTranscriptEntry>& OutEntries);
 
@@ -88,7 +96,8 @@ class FKestrelConversationWriter
 {
 public:
 	/** Starts the file of a new conversation. */
-	void Begin(const FKestrelConversationStore& Store, const FString& Id, const FString& Prompt);
+	void Begin(const FKestrelConversationStore& Store, const FString& Id, const FString& Prompt,
+		EKestrelConversationOwner Owner = EKestrelConversationOwner::Panel);
 	/** Goes on with the file of a conversation that was read before, without its unfinished line. */
 	void Resume(const FKestrelConversationStore& Store, const FString& Id);
 	/** @return false when this could not be written; then nothing more is written */
