@@ -74,6 +74,11 @@ FHttpListener::~FHttpListener()
 		FHostClock::Get().Release();
 		Exchange->Respond(nullptr);
 	}
+	// The library does not stop a server that has yet to begin.
+	while (Thread.joinable() && !Server.is_running() && !bEnded)
+	{
+		std::this_thread::yield();
+	}
 	Server.stop();
 	if (Thread.joinable())
 	{
@@ -93,7 +98,10 @@ void FHttpListener::Start()
 {
 	if (bBound && !Thread.joinable())
 	{
-		Thread = std::thread([this] { Server.listen_after_bind(); });
+		Thread = std::thread([this] {
+			Server.listen_after_bind();
+			bEnded = true;
+		});
 	}
 }
 

@@ -4,6 +4,7 @@
 #include "HttpExchange.h"
 #include "HttpRouter.h"
 
+#include <atomic>
 #include <memory>
 #include <thread>
 #include <vector>
@@ -47,6 +48,7 @@ private:
 	FArrivals& Arrivals;
 	httplib::Server Server;
 	std::thread Thread;
+	std::atomic<bool> bEnded = false; // the thread has
 	bool bBound = false;
 	std::mutex Mutex;
 	std::vector<FExchangePtr> Arrived; // guarded by the mutex

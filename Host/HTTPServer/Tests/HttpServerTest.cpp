@@ -225,6 +225,16 @@ TEST_F(FHttpServerTest, TellsOfATakenPortOnlyWhereItIsAsked)
 	EXPECT_EQ(FHttpServerModule::Get().GetHttpRouter(Port, true), Router) << "one router a port";
 }
 
+TEST_F(FHttpServerTest, EndsAlsoWhenItHasHardlyBegun)
+{
+	for (int32 Round = 0; Round < 200; ++Round)
+	{
+		FHttpServerModule::Get().GetHttpRouter(FindFreePort(), true);
+		FHttpServerModule::Get().StartAllListeners();
+		FModuleManager::Get().UnloadModule("HTTPServer");
+	}
+}
+
 TEST_F(FHttpServerTest, ServesOnWhileMoreClientsComeThanItTakes)
 {
 	Bind(TEXT("/now"),
