@@ -170,12 +170,14 @@ class AttackTest(ServerTest):
                 ({"Authorization": None}, 401), ({"Authorization": "Bearer"}, 401),
                 ({"Authorization": "Bearer " + "0" * 64}, 401), ({"Authorization": f"Basic {self.token}"}, 401),
                 ({"Authorization": f"Bearer {self.token.upper()}"}, 401),
-                ({"Content-Type": "text/plain"}, 415), ({"Transfer-Encoding": "chunked"}, 400),
-                ({"Content-Encoding": "gzip"}, 400)):
+                ({"Content-Type": "text/plain"}, 415)):
             answer = client.request("tools/list", headers=headers)
             self.assertEqual(answer.status, status, headers)
             self.assertNotIn(b"read_file", answer.body)
             self.assertFalse([name for name in answer.headers if name.lower().startswith("access-control")])
+        for header in ("Transfer-Encoding", "Content-Encoding"):
+            # Without the body, which nobody would read.
+            self.assertEqual(client.send("GET", headers={header: "x"}).status, 400)
         self.assertEqual(client.request("tools/list", headers={"Authorization": None}).headers["WWW-Authenticate"], "Bearer")
         for method in ("OPTIONS", "PUT", "PATCH"):
             self.assertEqual(client.send(method).status, 405)

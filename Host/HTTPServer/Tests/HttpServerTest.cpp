@@ -148,14 +148,15 @@ TEST_F(FHttpServerTest, AnswersByItselfWhereThereIsNoRoute)
 	EXPECT_EQ(Post(("/" + std::string(5000, 'a')).c_str()), 400);
 	EXPECT_EQ(Talk([](httplib::Client& Client) { return Client.Put("/mcp", "", "text/plain")->status; }), 404);
 	EXPECT_EQ(Talk([](httplib::Client& Client) { return Client.Head("/mcp")->status; }), 400);
-	const auto SendChunk = [](size_t, httplib::DataSink& Sink) {
-		Sink.write("{}", 2);
-		Sink.done();
-		return true;
-	};
-	EXPECT_EQ(
-		Talk([&](httplib::Client& Client) { return Client.Post("/mcp", SendChunk, "application/json")->status; }), 400)
-		<< "bodies in chunks";
+	// Without their bodies, which nobody would read: a connection that ends meanwhile may take the answer with it.
+	for (const char* Header : { "Transfer-Encoding", "Content-Encoding" })
+	{
+		EXPECT_EQ(Talk([&](httplib::Client& Client) {
+			return Client.Get("/mcp", { { Header, "x" } })->status;
+		}),
+			400)
+			<< Header;
+	}
 	Router->UnbindRoute(Route);
 	EXPECT_EQ(Post("/mcp"), 404);
 }
