@@ -98,12 +98,7 @@ void SKestrelWidget::Construct(const FArguments& InArgs)
 			.MaxHeight(MakeAttributeSP(this, &SKestrelWidget::GetApprovalListHeightLimit))
 			.Padding(0.0f, KestrelWidget::PartGap, 0.0f, 0.0f)
 			[
-				SAssignNew(ApprovalList, SKestrelApprovalList)
-				.Visibility(this, &SKestrelWidget::GetApprovalListVisibility)
-				.OnMakeChangeView(this, &SKestrelWidget::MakeChangeView)
-				.OnAnswer(this, &SKestrelWidget::OnAnswerTool)
-				.OnAllowReading(this, &SKestrelWidget::OnAllowReading)
-				.OnEditRules_Static(&FKestrelModule::OpenSettings)
+				MakeApprovalList()
 			]
 			+ SVerticalBox::Slot()
 			.AutoHeight()
@@ -121,14 +116,28 @@ void SKestrelWidget::Construct(const FArguments& InArgs)
 		]
 	];
 	// clang-format on
+	BindUndoButtons();
+	Begin();
+}
 
+void SKestrelWidget::Begin()
+{
 	// A widget that is not shown yet cannot have the focus.
 	RegisterActiveTimer(0.0f, FWidgetActiveTimerDelegate::CreateSP(this, &SKestrelWidget::SetFocusPostConstruct));
-	BindUndoButtons();
 	BindToAgent();
 	ShowWelcome();
 	RestoreConversation();
 	ShowNotices();
+}
+
+TSharedRef<SWidget> SKestrelWidget::MakeApprovalList()
+{
+	return SAssignNew(ApprovalList, SKestrelApprovalList)
+		.Visibility(this, &SKestrelWidget::GetApprovalListVisibility)
+		.OnMakeChangeView(this, &SKestrelWidget::MakeChangeView)
+		.OnAnswer(this, &SKestrelWidget::OnAnswerTool)
+		.OnAllowReading(this, &SKestrelWidget::OnAllowReading)
+		.OnEditRules_Static(&FKestrelModule::OpenSettings);
 }
 
 TSharedRef<SWidget> SKestrelWidget::MakeConversationArea()

@@ -103,12 +103,15 @@ public:
 	bool IsRedoButtonEnabled() const;
 
 private:
+	/** What happens once, when all parts are there. */
+	void Begin();
 	void BindToAgent();
 	static void PauseAgent();
 	/** What the service has told of its answer, behind the last block. */
 	void ShowPartialAnswer();
 	void ShowWelcome();
 	/** The current conversation, or an earlier one in its place. */
+	TSharedRef<SWidget> MakeApprovalList();
 	TSharedRef<SWidget> MakeConversationArea();
 	/** Slate units; 0, which limits nothing, before it was painted. */
 	float GetHeight() const;
