@@ -435,7 +435,8 @@ void FAgent::HandlePollStatusRequestCompleted(const TSharedPtr<FJsonObject> Resp
 	// one.
 	const int32 NumWaiting = ToolResults.Num();
 	HandleContentBlocks(*Content);
-	if (ToolResults.Num() == NumWaiting || !PendingTools->IsEmpty())
+	// Paused, even the answers to tools that a rule denies wait: an assistant that insists on one goes on otherwise.
+	if (bPaused || ToolResults.Num() == NumWaiting || !PendingTools->IsEmpty())
 	{
 		FinishAnswerWithoutToolResults();
 		return;
