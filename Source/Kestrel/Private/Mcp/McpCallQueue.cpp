@@ -36,6 +36,12 @@ FString MakeToolUseId(const FKestrelMcpCall& Call)
 	return ToolUsePrefix + Call.Handle;
 }
 
+bool IsOfHistory(const FKestrelMcpCall& Call)
+{
+	return KestrelMcpHistoryTools::GetAll().ContainsByPredicate(
+		[&Call](const FKestrelTool& Tool) { return &Tool == Call.Tool; });
+}
+
 /** For the client: what its call waits for. */
 FString DescribeWait(const FKestrelMcpCall& Call)
 {
@@ -220,7 +226,11 @@ void FKestrelMcpCallQueue::Approve(const FString& Handle)
 		return;
 	}
 	const FCallRef Call = *Found;
-	if (Call->Plan->StillHolds())
+	if (KestrelMcpApproval::Decide(*Call->Plan) == EKestrelMcpDecision::Deny)
+	{
+		Finish(Call, McpCallQueue::Denied); // the rules have changed since
+	}
+	else if (StillHolds(*Call))
 	{
 		Run(Call);
 	}
@@ -314,9 +324,7 @@ void FKestrelMcpCallQueue::Advance()
 TSharedRef<FKestrelToolPlan> FKestrelMcpCallQueue::MakePlan(const FKestrelMcpCall& Call) const
 {
 	const FString ToolUseId = McpCallQueue::MakeToolUseId(Call);
-	const bool bOfHistory = KestrelMcpHistoryTools::GetAll().ContainsByPredicate(
-		[&Call](const FKestrelTool& Tool) { return &Tool == Call.Tool; });
-	if (bOfHistory)
+	if (McpCallQueue::IsOfHistory(Call))
 	{
 		return KestrelMcpHistoryTools::Plan(*Call.Tool, Call.Client->GetConversationId(), ToolUseId);
 	}
@@ -324,6 +332,12 @@ TSharedRef<FKestrelToolPlan> FKestrelMcpCallQueue::MakePlan(const FKestrelMcpCal
 		Call.Tool->Kind == EKestrelToolKind::Read ? EKestrelLookAhead::Unlimited : EKestrelLookAhead::Limited;
 	FKestrelToolPlanner Planner(LookAhead);
 	return Planner.Plan(Call.Tool->WireName, ToolUseId, Call.Arguments);
+}
+
+bool FKestrelMcpCallQueue::StillHolds(const FKestrelMcpCall& Call) const
+{
+	// What an undo would take changes with whatever anybody has done meanwhile.
+	return McpCallQueue::IsOfHistory(Call) ? MakePlan(Call)->LooksLike(*Call.Plan) : Call.Plan->StillHolds();
 }
 
 void FKestrelMcpCallQueue::Decide(const FCallRef& Call)

@@ -111,6 +111,8 @@ private:
 	/** A line in the panel for a change that a rule allows. */
 	void NoteThatNobodyWasAsked(const FKestrelMcpCall& Call) const;
 	TSharedRef<FKestrelToolPlan> MakePlan(const FKestrelMcpCall& Call) const;
+	/** Whether a call that was shown would still do what was shown. */
+	bool StillHolds(const FKestrelMcpCall& Call) const;
 	void Run(const FCallRef& Call);
 	void Finish(const FCallRef& Call, const FString& Result);
 	/** @param Answer  to whoever still waits */

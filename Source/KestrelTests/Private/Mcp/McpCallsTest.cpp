@@ -127,6 +127,35 @@ void FKestrelMcpCallsSpec::Define()
 		TestTrue(TEXT("result"), Client.GetText(Changing).StartsWith(TEXT("Successfully")));
 	});
 
+	It("asks the rules again when a call is approved", [this]() {
+		FScene Scene;
+		FKestrelTestMcpClient Client(Scene.Server, TEXT("a"));
+		UKestrelSettings& Settings = *GetMutableDefault<UKestrelSettings>();
+		const TGuardValue<TArray<FKestrelApprovalRule>> Rules(Settings.ApprovalRules, {});
+		const int32 Changing = Scene.Change(Client, TEXT("one"), TEXT("1"));
+		Settings.ApprovalRules.AddDefaulted_GetRef().Decision = EKestrelApproval::Deny;
+		Scene.Approve();
+		TestTrue(TEXT("denied"), Client.GetText(Changing).StartsWith(TEXT("Error: Not run, since a rule")));
+		TestSameText(*this, TEXT("not run"), Scene.Read(), TEXT("one two"));
+	});
+
+	It("shows an undo again that would take more than was shown", [this]() {
+		FScene Scene;
+		FKestrelTestMcpClient First(Scene.Server, TEXT("a"));
+		FKestrelTestMcpClient Second(Scene.Server, TEXT("b"));
+		Scene.Change(First, TEXT("one"), TEXT("1"));
+		Scene.Approve();
+		const int32 Undoing = First.Call(TEXT("undo_changes"), TEXT("{}"));
+		Scene.Change(Second, TEXT("two"), TEXT("2"));
+		Scene.Calls().Approve(Scene.Calls().GetAwaitingApproval()[1]->Handle);
+		Scene.Approve();
+		TestSameText(*this, TEXT("not undone"), Scene.Read(), TEXT("1 2"));
+		TestSameText(*this, TEXT("asked again"), First.GetText(Undoing), TEXT("waiting"));
+		TestEqual(TEXT("with a caution"), Scene.Calls().GetAwaitingApproval()[0]->Plan->Cautions.Num(), 1);
+		Scene.Approve();
+		TestSameText(*this, TEXT("undone"), Scene.Read(), TEXT("one two"));
+	});
+
 	It("answers in time with a handle, under which the result is fetched once", [this]() {
 		FScene Scene;
 		FKestrelTestMcpClient Client(Scene.Server, TEXT("a"));

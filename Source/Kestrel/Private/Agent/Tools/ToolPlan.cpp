@@ -22,6 +22,16 @@ FString GetString(const FJsonObject& Block, const TCHAR* Field)
 	return Text;
 }
 
+bool AreSame(const TArray<FText>& A, const TArray<FText>& B)
+{
+	bool bSame = A.Num() == B.Num();
+	for (int32 Index = 0; bSame && Index < A.Num(); ++Index)
+	{
+		bSame = A[Index].EqualTo(B[Index]);
+	}
+	return bSame;
+}
+
 /** A package's file with links resolved; empty when it has none, or they cannot be. */
 FString ResolvePackage(const FString& PackageName)
 {
@@ -75,7 +85,8 @@ bool FKestrelToolPlan::LooksLike(const FKestrelToolPlan& Other) const
 	const bool bSameChange =
 		!Change.IsSet() || (Change->Before.Equals(Other.Change->Before) && Change->After.Equals(Other.Change->After));
 	return bSameChange && Target.Equals(Other.Target) && RealPath.Equals(Other.RealPath) &&
-		   Refusal.Equals(Other.Refusal) && Cautions.Num() == Other.Cautions.Num();
+		   Refusal.Equals(Other.Refusal) && Verb.EqualTo(Other.Verb) && ToolPlan::AreSame(Cautions, Other.Cautions) &&
+		   FString::Join(Summary, TEXT("\n")).Equals(FString::Join(Other.Summary, TEXT("\n")));
 }
 
 FText FKestrelToolPlan::Describe() const
