@@ -383,7 +383,8 @@ void FKestrelMcpCallQueue::Run(const FCallRef& Call)
 	FString Result;
 	if (Call->Plan->Kind == EKestrelToolKind::Read)
 	{
-		Result = Call->Plan->Tool->Apply(*Call->Plan); // and nobody needs to be told
+		// And nobody needs to be told.
+		Result = Call->Plan->Refusal.IsEmpty() ? Call->Plan->Tool->Apply(*Call->Plan) : Call->Plan->Refusal;
 	}
 	else
 	{

@@ -156,6 +156,14 @@ void FKestrelMcpCallsSpec::Define()
 		TestSameText(*this, TEXT("undone"), Scene.Read(), TEXT("one two"));
 	});
 
+	It("reads nothing for a call that was shown as one that fails", [this]() {
+		FScene Scene;
+		FKestrelTestMcpClient Client(Scene.Server, TEXT("a"));
+		const int32 Reading = Client.Call(TEXT("read_file"), TEXT("{'path':'/etc/hostname','view_range':['a']}"));
+		Scene.Approve();
+		TestTrue(TEXT("failed"), Client.GetText(Reading).StartsWith(TEXT("Error: view_range must be")));
+	});
+
 	It("answers in time with a handle, under which the result is fetched once", [this]() {
 		FScene Scene;
 		FKestrelTestMcpClient Client(Scene.Server, TEXT("a"));
