@@ -218,7 +218,9 @@ void FAgent::OnCompilationFinished(
 {
 	const bool bIsOfThisConversation =
 		!CompilingConversationId.IsSet() || CompilingConversationId.GetValue().Equals(ConversationId);
-	if (bIsOfThisConversation)
+	// While another assistant's tool is at work, what it says is redirected; its call is answered with the failure.
+	const bool bIsOfAnotherAssistant = static_cast<bool>(FKestrelInterface::Get().Redirect);
+	if (bIsOfThisConversation && !bIsOfAnotherAssistant)
 	{
 		AddToolResult(ToolId, Logs, !bSuccess);
 		if (!bSuccess && !FKestrelInterface::IsCompileLabel(ToolId))

@@ -1,11 +1,14 @@
 #include "Agent/Agent.h"
 #include "Agent/Chat/KestrelInterface.h"
 #include "Agent/FileHistory.h"
+#include "Agent/Project/CompilationManager.h"
 #include "Agent/Tools/ToolPlan.h"
 #include "HAL/PlatformTime.h"
 #include "KestrelSettings.h"
 #include "Mcp/McpHistoryTools.h"
 #include "Misc/FileHelper.h"
+#include "Misc/HotReloadInterface.h"
+#include "Modules/ModuleManager.h"
 #include "Support/KestrelTest.h"
 #include "Support/TestMcpClient.h"
 #include "UObject/Class.h"
@@ -162,6 +165,21 @@ void FKestrelMcpCallsSpec::Define()
 		const int32 Reading = Client.Call(TEXT("read_file"), TEXT("{'path':'/etc/hostname','view_range':['a']}"));
 		Scene.Approve();
 		TestTrue(TEXT("failed"), Client.GetText(Reading).StartsWith(TEXT("Error: view_range must be")));
+	});
+
+	It("keeps the end of a client's compile out of the panel's own conversation", [this]() {
+		FScene Scene;
+		FKestrelTestMcpClient Client(Scene.Server, TEXT("a"));
+		IHotReloadInterface* HotReload = FModuleManager::LoadModulePtr<IHotReloadInterface>("HotReload");
+		FCompilationManager::WaitForEvent(*HotReload, /*LongestSeconds*/ 60.0);
+		const int32 NumResults = FAgent::Get().GetToolResults().Num();
+		const int32 NumMessages = FAgent::Get().GetStoredMessages().Num();
+		const int32 Compiling = Client.Call(TEXT("compile"), TEXT("{}"));
+		Scene.Approve();
+		FCompilationManager::Shutdown();
+		TestTrue(TEXT("told"), Client.GetText(Compiling).Contains(FCompilationManager::AlreadyRunning));
+		TestEqual(TEXT("results for the service"), FAgent::Get().GetToolResults().Num(), NumResults);
+		TestEqual(TEXT("messages"), FAgent::Get().GetStoredMessages().Num(), NumMessages);
 	});
 
 	It("answers in time with a handle, under which the result is fetched once", [this]() {
