@@ -1,7 +1,9 @@
 #include "Agent/Approval/ApprovalRules.h"
 
+#include "Agent/Files/PathReview.h"
 #include "KestrelProjectSettings.h"
 #include "KestrelSettings.h"
+#include "Misc/PackageName.h"
 #include "Misc/Paths.h"
 #include "UObject/Class.h"
 
@@ -14,6 +16,29 @@ bool IsBelowProject(const FString& Path)
 {
 	return !Path.IsEmpty() && FPaths::IsRelative(Path);
 }
+
+/** @param ShownPath  below the project directory, or in full */
+void AddPackageName(const FString& ShownPath, TArray<FString>& OutNames)
+{
+	const FString FullPath =
+		IsBelowProject(ShownPath) ? FPaths::ConvertRelativePathToFull(FPaths::ProjectDir() / ShownPath) : ShownPath;
+	FString Name;
+	if (!FullPath.IsEmpty() && FPackageName::TryConvertFilenameToLongPackageName(FullPath, Name))
+	{
+		OutNames.Add(Name);
+	}
+}
+}
+
+FKestrelToolPlace FKestrelToolPlace::Of(const FKestrelPathReview& Review, const FString& PackageName)
+{
+	FKestrelToolPlace Place{ Review.ShownPath, Review.RealShownPath, PackageName };
+	ApprovalRules::AddPackageName(Review.ShownPath, Place.FilePackageNames);
+	if (!Review.RealShownPath.Equals(Review.ShownPath))
+	{
+		ApprovalRules::AddPackageName(Review.RealShownPath, Place.FilePackageNames);
+	}
+	return Place;
 }
 
 FKestrelApprovalRules::FKestrelApprovalRules()
@@ -85,7 +110,8 @@ bool FKestrelApprovalRules::FRule::IsAbout(const FKestrelToolSubject& Subject) c
 
 bool FKestrelApprovalRules::FRule::Covers(const FKestrelToolPlace& Place) const
 {
-	return Path.Matches(Place.GivenPath) || Path.Matches(Place.RealPath) || Path.Matches(Place.PackageName);
+	return Path.Matches(Place.GivenPath) || Path.Matches(Place.RealPath) || Path.Matches(Place.PackageName) ||
+		   Place.FilePackageNames.ContainsByPredicate([this](const FString& Name) { return Path.Matches(Name); });
 }
 
 bool FKestrelApprovalRules::FRule::CoversWhole(const FKestrelToolPlace& Place) const

@@ -5,15 +5,22 @@
 #include "CoreMinimal.h"
 #include "KestrelApprovalRule.h"
 
+struct FKestrelPathReview;
+
 /** A file that a tool is about, by all its names. */
-struct FKestrelToolPlace
+struct KESTREL_API FKestrelToolPlace
 {
+	/** @param PackageName  of the asset that the tool names; else empty */
+	static FKestrelToolPlace Of(const FKestrelPathReview& Review, const FString& PackageName);
+
 	/** As the tool names it: below the project directory, or in full. */
 	FString GivenPath;
 	/** The place itself, likewise, with links resolved; empty when they cannot be. */
 	FString RealPath;
-	/** Of an asset's file: the name of its package; else empty. */
+	/** Of an asset that the tool names: its package; else empty. */
 	FString PackageName;
+	/** What a file below the content folders is as a package, by its given and its real path; not for all it is one. */
+	TArray<FString> FilePackageNames = {};
 };
 
 /** What rules judge. */

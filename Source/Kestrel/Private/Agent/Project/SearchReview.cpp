@@ -2,7 +2,6 @@
 
 #include "Dom/JsonObject.h"
 #include "Dom/JsonValue.h"
-#include "Misc/PackageName.h"
 #include "Misc/Paths.h"
 
 namespace SearchReview
@@ -23,12 +22,7 @@ bool FKestrelSearchReview::JudgeByRules(const FString& FullPath, const FString& 
 		return true;
 	}
 	const FKestrelPathReview Review = Reviewer.Review(FullPath, RealPath, EKestrelReviewFor::Reading);
-	FKestrelToolPlace Place{ Review.ShownPath, Review.RealShownPath, FString() };
-	if (!FPackageName::TryConvertFilenameToLongPackageName(FullPath, Place.PackageName))
-	{
-		Place.PackageName.Empty();
-	}
-	return !Rules.RestrictReading(Place);
+	return !Rules.RestrictReading(FKestrelToolPlace::Of(Review, FString()));
 }
 
 bool FKestrelSearchReview::JudgeByFolder(const FString& RealPath)

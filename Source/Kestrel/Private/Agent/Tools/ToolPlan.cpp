@@ -62,7 +62,7 @@ void FKestrelToolPlan::AddCautions(const FKestrelPathReview& Review)
 
 void FKestrelToolPlan::AddPlace(const FKestrelPathReview& Review, const FString& PackageName)
 {
-	Places.Add({ Review.ShownPath, Review.RealShownPath, PackageName });
+	Places.Add(FKestrelToolPlace::Of(Review, PackageName));
 	AddCautions(Review);
 }
 

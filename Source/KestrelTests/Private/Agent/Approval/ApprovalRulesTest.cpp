@@ -1,4 +1,5 @@
 #include "Agent/Approval/ApprovalRules.h"
+#include "Agent/Files/PathReview.h"
 #include "Support/KestrelTest.h"
 
 namespace ApprovalRulesTest
@@ -135,5 +136,29 @@ bool FKestrelApprovalRulesTest::RunTest(const FString& Parameters)
 	{
 		TestTrue(Case.What, FKestrelApprovalRules(Case.User, Case.Project).Judge(*Case.Subject) == Case.Expected);
 	}
+	return true;
+}
+
+IMPLEMENT_SIMPLE_AUTOMATION_TEST(
+	FKestrelApprovalPackageTest, "Kestrel.ApprovalRules.RestrictAssetsByWhateverName", KestrelTest::Flags)
+bool FKestrelApprovalPackageTest::RunTest(const FString& Parameters)
+{
+	using namespace ApprovalRulesTest;
+	const auto Judge = [](EKestrelApproval Decision, const TCHAR* Pattern, const FKestrelToolPlace& Place) {
+		FKestrelToolSubject Read = Subject(TEXT("read_file"), EKestrelToolKind::Read, nullptr, nullptr);
+		Read.Places.Add(Place);
+		return FKestrelApprovalRules({ Rule(Decision, TEXT(""), Pattern) }, {}).Judge(Read);
+	};
+	const TCHAR* const Doors = TEXT("/Game/Doors/*");
+	FKestrelPathReview Review;
+	Review.ShownPath = Review.RealShownPath = TEXT("Content/Doors/BP_Door.uasset");
+	const FKestrelToolPlace AsFile = FKestrelToolPlace::Of(Review, FString());
+	TestTrue(TEXT("a file"), Judge(EKestrelApproval::Deny, Doors, AsFile) == EKestrelRuling::Deny);
+	TestTrue(TEXT("a file, allowed as an asset"), Judge(EKestrelApproval::Allow, Doors, AsFile) == EKestrelRuling::None);
+	Review.ShownPath = TEXT("Content/Link/BP_Door.uasset");
+	const FKestrelToolPlace BehindLink = FKestrelToolPlace::Of(Review, TEXT("/Game/Link/BP_Door"));
+	TestTrue(TEXT("behind a link"), Judge(EKestrelApproval::Deny, Doors, BehindLink) == EKestrelRuling::Deny);
+	TestTrue(TEXT("by the link"),
+		Judge(EKestrelApproval::Ask, TEXT("/Game/Link/BP_*"), BehindLink) == EKestrelRuling::Ask);
 	return true;
 }
