@@ -3,6 +3,7 @@
 #include "Agent/Agent.h"
 #include "Agent/Chat/KestrelInterface.h"
 #include "Agent/FileHistory.h"
+#include "Agent/Files/FileUtils.h"
 #include "Agent/History/TransactionLookup.h"
 #include "Agent/History/UndoPreview.h"
 #include "Agent/Tools/ToolPlan.h"
@@ -25,6 +26,27 @@ FString ApplyRedo(const FKestrelToolPlan&)
 	return FString();
 }
 
+/** What the files of a history are to the rules, and to the person who is asked. */
+void AddFiles(const FFileHistory::FFileEntries& Entries, FKestrelToolPlan& Plan)
+{
+	TArray<FString> Paths;
+	Entries.GenerateKeyArray(Paths);
+	Plan.Target = FString::Join(Paths, TEXT(", "));
+	FKestrelProjectView View(EKestrelLookAhead::Limited);
+	for (const FString& Path : Paths)
+	{
+		Plan.AddFile(View, FFileUtils::ToAbsolutePath(Path));
+	}
+}
+
+void CautionOfOthers(const FKestrelUndoPreview& Touched, FKestrelToolPlan& Plan)
+{
+	if (Touched.TouchesOthers())
+	{
+		Plan.Caution(Touched.DescribeOthers());
+	}
+}
+
 void PlanUndo(const FString& ConversationId, FKestrelToolPlan& Plan)
 {
 	const FFileHistory::FFileEntries* Entries = FFileHistory::Get().GetFileHistories().Find(ConversationId);
@@ -34,17 +56,11 @@ void PlanUndo(const FString& ConversationId, FKestrelToolPlan& Plan)
 		Plan.Refuse(TEXT("Error: There is nothing to undo."));
 		return;
 	}
-	TArray<FString> Paths;
 	if (Entries)
 	{
-		Entries->GenerateKeyArray(Paths);
+		AddFiles(*Entries, Plan);
 	}
-	Plan.Target = FString::Join(Paths, TEXT(", "));
-	const FKestrelUndoPreview Touched = FKestrelUndoPreview::OfUndo(ConversationId);
-	if (Touched.TouchesOthers())
-	{
-		Plan.Caution(Touched.DescribeOthers());
-	}
+	CautionOfOthers(FKestrelUndoPreview::OfUndo(ConversationId), Plan);
 }
 
 void PlanRedo(const FString& ConversationId, FKestrelToolPlan& Plan)
@@ -55,9 +71,8 @@ void PlanRedo(const FString& ConversationId, FKestrelToolPlan& Plan)
 		Plan.Refuse(TEXT("Error: There is nothing to redo."));
 		return;
 	}
-	TArray<FString> Paths;
-	Entries->GenerateKeyArray(Paths);
-	Plan.Target = FString::Join(Paths, TEXT(", "));
+	AddFiles(*Entries, Plan);
+	CautionOfOthers(FKestrelUndoPreview::OfRedo(ConversationId), Plan);
 }
 }
 

@@ -159,6 +159,32 @@ void FKestrelMcpCallsSpec::Define()
 		TestSameText(*this, TEXT("undone"), Scene.Read(), TEXT("one two"));
 	});
 
+	It("tells what redoing takes from another, and asks for it as the rules for its files say", [this]() {
+		FScene Scene;
+		FKestrelTestMcpClient First(Scene.Server, TEXT("a"));
+		FKestrelTestMcpClient Second(Scene.Server, TEXT("b"));
+		UKestrelSettings& Settings = *GetMutableDefault<UKestrelSettings>();
+		const TGuardValue<TArray<FKestrelApprovalRule>> Rules(Settings.ApprovalRules, {});
+		Scene.Change(First, TEXT("one"), TEXT("1"));
+		Scene.Approve();
+		Settings.ApprovalRules.SetNum(2);
+		Settings.ApprovalRules[0].Decision = EKestrelApproval::Allow;
+		Settings.ApprovalRules[1].Path = TEXT("*.txt"); // Ask
+		const int32 Undoing = First.Call(TEXT("undo_changes"), TEXT("{}"));
+		TestSameText(*this, TEXT("asked for"), First.GetText(Undoing), TEXT("waiting"));
+		Settings.ApprovalRules.Empty();
+		if (!Scene.Calls().GetAwaitingApproval().IsEmpty())
+		{
+			Scene.Approve();
+		}
+		Scene.Change(Second, TEXT("two"), TEXT("2"));
+		Scene.Approve();
+		First.Call(TEXT("redo_changes"), TEXT("{}"));
+		const TArray<FText> Cautions = Scene.Calls().GetAwaitingApproval()[0]->Plan->Cautions;
+		TestTrue(TEXT("told before"), Cautions.Num() == 1 && Cautions[0].ToString().Contains(TEXT("A.txt")));
+		Scene.Reject();
+	});
+
 	It("reads nothing for a call that was shown as one that fails", [this]() {
 		FScene Scene;
 		FKestrelTestMcpClient Client(Scene.Server, TEXT("a"));

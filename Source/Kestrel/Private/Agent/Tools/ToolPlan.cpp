@@ -116,6 +116,11 @@ void FKestrelToolPlan::SetFile(FKestrelProjectView& View, const FString& FullPat
 	AddPlace(Review, FString());
 }
 
+void FKestrelToolPlan::AddFile(FKestrelProjectView& View, const FString& FullPath)
+{
+	AddPlace(View.Review(FullPath), FString());
+}
+
 void FKestrelToolPlan::SetPackage(FKestrelProjectView& View, const FString& PackageName)
 {
 	Target = PackageName;

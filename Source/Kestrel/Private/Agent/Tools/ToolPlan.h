@@ -38,6 +38,8 @@ struct KESTREL_API FKestrelToolPlan
 {
 	/** The place of a file that the tool is about, with everything to know of it. */
 	void SetFile(FKestrelProjectView& View, const FString& FullPath);
+	/** One of several files that the tool changes, for the rules and the cautions. */
+	void AddFile(FKestrelProjectView& View, const FString& FullPath);
 	/** The asset that a name leads to, with everything to know of its file. */
 	void SetAsset(FKestrelProjectView& View, UClass* (*GetClass)(), const FString& Name);
 	/** A Blueprint that the tool will create, unless it is refused; false when there can be none with this name. */
