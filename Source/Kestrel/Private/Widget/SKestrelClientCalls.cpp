@@ -2,10 +2,12 @@
 
 #include "Agent/Tools/PendingTools.h"
 #include "Agent/Tools/ToolPlan.h"
+#include "HAL/PlatformTime.h"
 #include "Mcp/McpServer.h"
 #include "Misc/Attribute.h"
 #include "Types/SlateEnums.h"
 #include "Widget/SKestrelApprovalList.h"
+#include "Widget/SKestrelApproveButton.h"
 #include "Widgets/Input/SButton.h"
 #include "Widgets/SBoxPanel.h"
 #include "Widgets/Text/STextBlock.h"
@@ -15,6 +17,8 @@
 namespace KestrelClientCalls
 {
 constexpr float Gap = 4.0f;
+/** A client can withdraw its call and put another in its place while a person presses the button. */
+constexpr double SecondsToLook = 0.5;
 
 FText NameClients()
 {
@@ -108,7 +112,7 @@ TSharedRef<SWidget> SKestrelClientCalls::MakeCallButtons()
 		+ SHorizontalBox::Slot()
 		.AutoWidth()
 		[
-			SNew(SButton)
+			SNew(SKestrelApproveButton)
 			.Text(LOCTEXT("Allow", "Allow this call"))
 			.ToolTipText(this, &SKestrelClientCalls::GetAllowToolTip)
 			.IsEnabled(this, &SKestrelClientCalls::MayDecide)
@@ -118,7 +122,7 @@ TSharedRef<SWidget> SKestrelClientCalls::MakeCallButtons()
 		.AutoWidth()
 		.Padding(KestrelClientCalls::Gap, 0.0f, 0.0f, 0.0f)
 		[
-			SNew(SButton)
+			SNew(SKestrelApproveButton)
 			.Text(LOCTEXT("Reject", "Reject this call"))
 			.ToolTipText(LOCTEXT("RejectToolTip", "Change nothing, and tell the assistant so"))
 			.OnClicked(this, &SKestrelClientCalls::OnRejectClicked)
@@ -130,6 +134,12 @@ void SKestrelClientCalls::OnServerChanged()
 {
 	const TArray<TSharedRef<FKestrelMcpCall>> Waiting = FKestrelMcpServer::Get().GetCalls().GetAwaitingApproval();
 	ShownHandle = Waiting.IsEmpty() ? FString() : Waiting[0]->Handle;
+	const TSharedPtr<FKestrelToolPlan> Plan = Waiting.IsEmpty() ? nullptr : Waiting[0]->Plan;
+	if (Plan != ShownPlan)
+	{
+		ShownPlan = Plan;
+		ShownSince = FPlatformTime::Seconds();
+	}
 	FKestrelPendingTools Tools;
 	if (!Waiting.IsEmpty())
 	{
@@ -193,18 +203,23 @@ FText SKestrelClientCalls::GetCallHeading() const
 
 bool SKestrelClientCalls::MayDecide() const
 {
-	return !FKestrelMcpCallQueue::IsPanelAtWork();
+	return !FKestrelMcpCallQueue::IsPanelAtWork() &&
+		   FPlatformTime::Seconds() - ShownSince >= KestrelClientCalls::SecondsToLook;
 }
 
 FText SKestrelClientCalls::GetAllowToolTip() const
 {
-	return MayDecide() ? LOCTEXT("AllowToolTip", "Run this tool for the other assistant")
-					   : LOCTEXT("PanelAtWork", "The conversation in this panel comes first.");
+	return FKestrelMcpCallQueue::IsPanelAtWork()
+			   ? LOCTEXT("PanelAtWork", "The conversation in this panel comes first.")
+			   : LOCTEXT("AllowToolTip", "Run this tool for the other assistant");
 }
 
 FReply SKestrelClientCalls::OnAllowClicked()
 {
-	FKestrelMcpServer::Get().GetCalls().Approve(ShownHandle);
+	if (MayDecide()) // the button is told in the next frame only
+	{
+		FKestrelMcpServer::Get().GetCalls().Approve(ShownHandle);
+	}
 	return FReply::Handled();
 }
 

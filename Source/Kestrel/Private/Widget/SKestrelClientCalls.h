@@ -9,6 +9,7 @@
 #include "Widgets/SCompoundWidget.h"
 
 class SKestrelApprovalList;
+struct FKestrelToolPlan;
 
 /**
  * The part of the panel that is about other assistants: whether a server listens for them, who is connected, and the
@@ -33,6 +34,7 @@ private:
 	EVisibility GetStopVisibility() const;
 	FText GetStatus() const;
 	FText GetCallHeading() const;
+	/** Whether what is shown can have been read, and the panel's own conversation is at rest. */
 	bool MayDecide() const;
 	FText GetAllowToolTip() const;
 	FReply OnAllowClicked();
@@ -41,5 +43,7 @@ private:
 
 	TSharedPtr<SKestrelApprovalList> List;
 	FString ShownHandle; // of the call in the list; empty for none
+	TSharedPtr<FKestrelToolPlan> ShownPlan;
+	double ShownSince = 0.0; // seconds of FPlatformTime
 	FDelegateHandle ChangedHandle;
 };
