@@ -209,9 +209,8 @@ bool SKestrelClientCalls::MayDecide() const
 
 FText SKestrelClientCalls::GetAllowToolTip() const
 {
-	return FKestrelMcpCallQueue::IsPanelAtWork()
-			   ? LOCTEXT("PanelAtWork", "The conversation in this panel comes first.")
-			   : LOCTEXT("AllowToolTip", "Run this tool for the other assistant");
+	return FKestrelMcpCallQueue::IsPanelAtWork() ? LOCTEXT("PanelAtWork", "The conversation in this panel comes first.")
+												 : LOCTEXT("AllowToolTip", "Run this tool for the other assistant");
 }
 
 FReply SKestrelClientCalls::OnAllowClicked()

@@ -2,6 +2,7 @@
 
 #include "Agent/Files/FileUtils.h"
 #include "Agent/Files/FolderWalk.h"
+#include "Agent/Files/NativeFile.h"
 #include "Agent/Text/DisplayText.h"
 #include "AssetRegistry/AssetData.h"
 #include "AssetRegistry/IAssetRegistry.h"
@@ -111,7 +112,8 @@ void FKestrelProjectNames::ReadNextHeader()
 	const FString Header = UnreadHeaders.Pop();
 	const FString Path = FPaths::ProjectDir() / Header;
 	FString Text;
-	if (Index.Num() >= ProjectNames::MaxNames || IFileManager::Get().FileSize(*Path) > ProjectNames::MaxHeaderBytes ||
+	if (Index.Num() >= ProjectNames::MaxNames || !KestrelNativeFile::IsRegularFile(Path) ||
+		IFileManager::Get().FileSize(*Path) > ProjectNames::MaxHeaderBytes ||
 		!FFileHelper::LoadFileToString(Text, *Path))
 	{
 		return;

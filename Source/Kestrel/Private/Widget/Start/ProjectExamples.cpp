@@ -1,6 +1,7 @@
 #include "Widget/Start/ProjectExamples.h"
 
 #include "Agent/Files/FolderWalk.h"
+#include "Agent/Files/NativeFile.h"
 #include "Agent/Text/DisplayText.h"
 #include "AssetRegistry/ARFilter.h"
 #include "AssetRegistry/AssetData.h"
@@ -73,7 +74,8 @@ FClass FindClass()
 	for (const FString& Header : Headers)
 	{
 		FString Text;
-		if (IFileManager::Get().FileSize(*(Root / Header)) > MaxHeaderBytes ||
+		if (!KestrelNativeFile::IsRegularFile(Root / Header) ||
+			IFileManager::Get().FileSize(*(Root / Header)) > MaxHeaderBytes ||
 			!FFileHelper::LoadFileToString(Text, *(Root / Header)))
 		{
 			continue;

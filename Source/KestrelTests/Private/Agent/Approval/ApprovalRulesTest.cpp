@@ -154,11 +154,12 @@ bool FKestrelApprovalPackageTest::RunTest(const FString& Parameters)
 	Review.ShownPath = Review.RealShownPath = TEXT("Content/Doors/BP_Door.uasset");
 	const FKestrelToolPlace AsFile = FKestrelToolPlace::Of(Review, FString());
 	TestTrue(TEXT("a file"), Judge(EKestrelApproval::Deny, Doors, AsFile) == EKestrelRuling::Deny);
-	TestTrue(TEXT("a file, allowed as an asset"), Judge(EKestrelApproval::Allow, Doors, AsFile) == EKestrelRuling::None);
+	TestTrue(
+		TEXT("a file, allowed as an asset"), Judge(EKestrelApproval::Allow, Doors, AsFile) == EKestrelRuling::None);
 	Review.ShownPath = TEXT("Content/Link/BP_Door.uasset");
 	const FKestrelToolPlace BehindLink = FKestrelToolPlace::Of(Review, TEXT("/Game/Link/BP_Door"));
 	TestTrue(TEXT("behind a link"), Judge(EKestrelApproval::Deny, Doors, BehindLink) == EKestrelRuling::Deny);
-	TestTrue(TEXT("by the link"),
-		Judge(EKestrelApproval::Ask, TEXT("/Game/Link/BP_*"), BehindLink) == EKestrelRuling::Ask);
+	TestTrue(
+		TEXT("by the link"), Judge(EKestrelApproval::Ask, TEXT("/Game/Link/BP_*"), BehindLink) == EKestrelRuling::Ask);
 	return true;
 }
