@@ -1,8 +1,10 @@
 #include "Agent/Approval/ApprovalRules.h"
 
 #include "Agent/Files/PathReview.h"
+#include "HAL/FileManager.h"
 #include "KestrelProjectSettings.h"
 #include "KestrelSettings.h"
+#include "Misc/FileHelper.h"
 #include "Misc/PackageName.h"
 #include "Misc/Paths.h"
 #include "UObject/Class.h"
@@ -12,16 +14,36 @@ namespace ApprovalRules
 const TCHAR* const ReadingTools[] = { KestrelToolNames::ReadFile, KestrelToolNames::ReadBlueprint,
 	KestrelToolNames::ReadBehaviorTree, KestrelToolNames::FindReference };
 
+/**
+ * A project's own configuration is what the user's settings begin with: rules in there are the project's, whatever
+ * list they are in.
+ */
+bool DoesProjectSetUserRules()
+{
+	TArray<FString> Files;
+	IFileManager::Get().FindFilesRecursive(
+		Files, *FPaths::ProjectConfigDir(), TEXT("*EditorPerUserSettings.ini"), true, false);
+	return Files.ContainsByPredicate([](const FString& File) {
+		FString Text;
+		return !FFileHelper::LoadFileToString(Text, *File) || Text.Contains(TEXT("ApprovalRules"));
+	});
+}
+
 bool IsBelowProject(const FString& Path)
 {
 	return !Path.IsEmpty() && FPaths::IsRelative(Path);
 }
 
 /** @param ShownPath  below the project directory, or in full */
+FString ToFullPath(const FString& ShownPath)
+{
+	return IsBelowProject(ShownPath) ? FPaths::ConvertRelativePathToFull(FPaths::ProjectDir() / ShownPath) : ShownPath;
+}
+
+/** @param ShownPath  below the project directory, or in full */
 void AddPackageName(const FString& ShownPath, TArray<FString>& OutNames)
 {
-	const FString FullPath =
-		IsBelowProject(ShownPath) ? FPaths::ConvertRelativePathToFull(FPaths::ProjectDir() / ShownPath) : ShownPath;
+	const FString FullPath = ToFullPath(ShownPath);
 	FString Name;
 	if (!FullPath.IsEmpty() && FPackageName::TryConvertFilenameToLongPackageName(FullPath, Name))
 	{
@@ -42,9 +64,13 @@ FKestrelToolPlace FKestrelToolPlace::Of(const FKestrelPathReview& Review, const 
 }
 
 FKestrelApprovalRules::FKestrelApprovalRules()
-	: FKestrelApprovalRules(
-		  GetDefault<UKestrelSettings>()->ApprovalRules, GetDefault<UKestrelProjectSettings>()->ApprovalRules)
 {
+	const TArray<FKestrelApprovalRule>& UserRules = GetDefault<UKestrelSettings>()->ApprovalRules;
+	const bool bAllowRisky = UserRules.ContainsByPredicate(
+		[](const FKestrelApprovalRule& Rule) { return Rule.Decision == EKestrelApproval::AllowRisky; });
+	const bool bAreOfUser = !bAllowRisky || !ApprovalRules::DoesProjectSetUserRules();
+	Add(UserRules, bAreOfUser ? EKestrelApproval::AllowRisky : EKestrelApproval::Allow);
+	Add(GetDefault<UKestrelProjectSettings>()->ApprovalRules, EKestrelApproval::Allow);
 }
 
 FKestrelApprovalRules::FKestrelApprovalRules(
@@ -111,6 +137,8 @@ bool FKestrelApprovalRules::FRule::IsAbout(const FKestrelToolSubject& Subject) c
 bool FKestrelApprovalRules::FRule::Covers(const FKestrelToolPlace& Place) const
 {
 	return Path.Matches(Place.GivenPath) || Path.Matches(Place.RealPath) || Path.Matches(Place.PackageName) ||
+		   (Path.IsAbsolute() && (Path.Matches(ApprovalRules::ToFullPath(Place.GivenPath)) ||
+									 Path.Matches(ApprovalRules::ToFullPath(Place.RealPath)))) ||
 		   Place.FilePackageNames.ContainsByPredicate([this](const FString& Name) { return Path.Matches(Name); });
 }
 

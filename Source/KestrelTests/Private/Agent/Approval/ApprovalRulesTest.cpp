@@ -1,6 +1,11 @@
 #include "Agent/Approval/ApprovalRules.h"
 #include "Agent/Files/PathReview.h"
+#include "HAL/FileManager.h"
+#include "KestrelSettings.h"
+#include "Misc/FileHelper.h"
+#include "Misc/Paths.h"
 #include "Support/KestrelTest.h"
+#include "UObject/Class.h"
 
 namespace ApprovalRulesTest
 {
@@ -104,6 +109,9 @@ TArray<FRuleCase> MakeRuleCases()
 		{ TEXT("a project allows"), {}, { Rule(Allow, TEXT("read"), TEXT("")) }, &ReadSource, EKestrelRuling::Allow },
 		{ TEXT("a project does not allow what is risky"), {}, { Rule(AllowRisky, TEXT(""), TEXT("")) }, &DeleteSource,
 			EKestrelRuling::None },
+		{ TEXT("denied by the full path"),
+			{ Rule(Deny, TEXT(""), *FPaths::ConvertRelativePathToFull(FPaths::ProjectDir() / TEXT("Source/**"))) }, {},
+			&ReadSource, EKestrelRuling::Deny },
 		{ TEXT("another tool"), { Rule(Deny, TEXT("change"), TEXT("")) }, {}, &ReadSource, EKestrelRuling::None },
 	};
 }
@@ -161,5 +169,23 @@ bool FKestrelApprovalPackageTest::RunTest(const FString& Parameters)
 	TestTrue(TEXT("behind a link"), Judge(EKestrelApproval::Deny, Doors, BehindLink) == EKestrelRuling::Deny);
 	TestTrue(
 		TEXT("by the link"), Judge(EKestrelApproval::Ask, TEXT("/Game/Link/BP_*"), BehindLink) == EKestrelRuling::Ask);
+	return true;
+}
+
+IMPLEMENT_SIMPLE_AUTOMATION_TEST(
+	FKestrelApprovalOriginTest, "Kestrel.ApprovalRules.AProjectCannotPassItsRulesOffAsTheUsers", KestrelTest::Flags)
+bool FKestrelApprovalOriginTest::RunTest(const FString& Parameters)
+{
+	UKestrelSettings& Settings = *GetMutableDefault<UKestrelSettings>();
+	const TGuardValue<TArray<FKestrelApprovalRule>> Rules(Settings.ApprovalRules,
+		{ ApprovalRulesTest::Rule(EKestrelApproval::AllowRisky, TEXT("delete"), TEXT("Source/")) });
+	const auto Allows = []() {
+		return FKestrelApprovalRules().Judge(ApprovalRulesTest::DeleteSource) == EKestrelRuling::Allow;
+	};
+	TestTrue(TEXT("the user's"), Allows());
+	const FString File = FPaths::ProjectConfigDir() / TEXT("Linux/LinuxEditorPerUserSettings.ini");
+	FFileHelper::SaveStringToFile(TEXT("[/Script/Kestrel.KestrelSettings]\n+approvalrules=(Tool=\"delete\")\n"), *File);
+	TestFalse(TEXT("perhaps the project's"), Allows());
+	IFileManager::Get().Delete(*File);
 	return true;
 }
