@@ -3,6 +3,7 @@
 #include "CoreMinimal.h"
 #include "KestrelApprovalRule.h"
 #include "UObject/Object.h"
+#include "UObject/UnrealType.h"
 
 #include "KestrelSettings.generated.h"
 

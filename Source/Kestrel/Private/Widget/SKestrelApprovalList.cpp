@@ -1,6 +1,7 @@
 #include "Widget/SKestrelApprovalList.h"
 
 #include "Agent/Text/DisplayText.h"
+#include "Framework/SlateDelegates.h"
 #include "Framework/Text/TextLayout.h"
 #include "Input/Reply.h"
 #include "Layout/Margin.h"

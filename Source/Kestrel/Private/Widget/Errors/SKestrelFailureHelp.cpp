@@ -3,6 +3,7 @@
 #include "Agent/Backend/HTTPAPI.h"
 #include "Framework/Docking/TabManager.h"
 #include "Kestrel.h"
+#include "Layout/Margin.h"
 #include "Misc/Paths.h"
 #include "SourceCodeNavigation.h"
 #include "Types/SlateEnums.h"

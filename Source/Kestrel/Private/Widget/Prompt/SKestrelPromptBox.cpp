@@ -3,6 +3,7 @@
 #include "Agent/Chat/KestrelInterface.h"
 #include "Containers/Ticker.h"
 #include "Fonts/FontMeasure.h"
+#include "Fonts/SlateFontInfo.h"
 #include "Framework/Application/SlateApplication.h"
 #include "Framework/Text/TextLayout.h"
 #include "InputCoreTypes.h"

@@ -4,6 +4,7 @@
 #include "IContentBrowserSingleton.h"
 #include "Input/DragAndDrop.h"
 #include "Layout/Margin.h"
+#include "Misc/Attribute.h"
 #include "Modules/ModuleManager.h"
 #include "Styling/AppStyle.h"
 #include "Styling/ISlateStyle.h"

@@ -10,6 +10,7 @@
 #include "HAL/FileManager.h"
 #include "Misc/FileHelper.h"
 #include "Misc/Paths.h"
+#include "UObject/Class.h"
 #include "Widget/Prompt/HeaderSymbols.h"
 
 namespace KestrelProjectExamples

@@ -6,6 +6,7 @@
 #include "Kestrel.h"
 #include "Layout/Margin.h"
 #include "Layout/Visibility.h"
+#include "Misc/Attribute.h"
 #include "Styling/SlateTypes.h"
 #include "Types/SlateEnums.h"
 #include "Types/WidgetActiveTimerDelegate.h"

@@ -3,6 +3,7 @@
 #include "Agent/Agent.h"
 #include "Agent/RunStatus.h"
 #include "Layout/Visibility.h"
+#include "Misc/Attribute.h"
 #include "Styling/CoreStyle.h"
 #include "Styling/ISlateStyle.h"
 #include "Styling/SlateTypes.h"

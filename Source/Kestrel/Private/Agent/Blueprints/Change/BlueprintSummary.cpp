@@ -9,6 +9,7 @@
 #include "EdGraphSchema_K2.h"
 #include "Engine/Blueprint.h"
 #include "Kismet2/BlueprintEditorUtils.h"
+#include "Serialization/JsonTypes.h"
 #include "UObject/ObjectPtr.h"
 
 namespace BlueprintSummary
