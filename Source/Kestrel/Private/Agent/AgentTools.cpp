@@ -69,8 +69,10 @@ void FAgent::AbortTool(const FString& ToolUseId)
 void FAgent::DenyTool(const FKestrelToolPlan& Plan)
 {
 	constexpr bool bIsError = true;
-	AddToolResult(Plan.ToolUseId, TEXT("Error: Not run, since a rule of the user's denies it."), bIsError);
+	const FString Text = TEXT("Error: Not run, since a rule of the user's denies it.");
+	AddToolResult(Plan.ToolUseId, Text, bIsError);
 	FKestrelInterface::Get().AddHint(FText::Format(LOCTEXT("Denied", "Denied by a rule: {0}"), Plan.Describe()));
+	ToolDone.Broadcast(Plan, Text);
 }
 
 bool FAgent::RunTool(const FKestrelToolPlan& Plan)
@@ -213,14 +215,20 @@ void FAgent::TriggerCompilationWithMessages(const FString& ToolId, const TArray<
 	FCompilationManager::CompileGameProject(ToolId, Messages);
 }
 
+bool FAgent::IsCompileOfPanel() const
+{
+	// While another assistant's tool is at work, what it says is redirected; its call is answered with the result.
+	const bool bIsOfAnotherAssistant = static_cast<bool>(FKestrelInterface::Get().Redirect);
+	return !bIsOfAnotherAssistant &&
+		   (!CompilingConversationId.IsSet() || CompilingConversationId.GetValue().Equals(ConversationId));
+}
+
 void FAgent::OnCompilationFinished(
 	const TArray<TSharedPtr<FJsonObject>>& Messages, const FString& ToolId, const FString& Logs, bool bSuccess)
 {
 	const bool bIsOfThisConversation =
 		!CompilingConversationId.IsSet() || CompilingConversationId.GetValue().Equals(ConversationId);
-	// While another assistant's tool is at work, what it says is redirected; its call is answered with the failure.
-	const bool bIsOfAnotherAssistant = static_cast<bool>(FKestrelInterface::Get().Redirect);
-	if (bIsOfThisConversation && !bIsOfAnotherAssistant)
+	if (IsCompileOfPanel())
 	{
 		AddToolResult(ToolId, Logs, !bSuccess);
 		if (!bSuccess && !FKestrelInterface::IsCompileLabel(ToolId))

@@ -138,7 +138,7 @@ void FKestrelRunStatus::OnToolDone(const FKestrelToolPlan& Plan, const FString& 
 void FKestrelRunStatus::OnCompileFinished(
 	const TArray<TSharedPtr<FJsonObject>>& Messages, const FString& ToolId, const FString& Logs, bool bSuccess)
 {
-	if (FKestrelInterface::IsCompileLabel(ToolId))
+	if (FKestrelInterface::IsCompileLabel(ToolId) || !FAgent::Get().IsCompileOfPanel())
 	{
 		return;
 	}

@@ -127,6 +127,9 @@ public:
 	 * under another label when it was not a tool that asked.
 	 */
 	void TriggerCompilationWithMessages(const FString& ToolId, const TArray<TSharedPtr<FJsonObject>>& Messages);
+	/** Whether the last compile is of the conversation in the panel: neither of an earlier one nor of another
+	 * assistant. */
+	bool IsCompileOfPanel() const;
 	/**
 	 * Keeps the result of a compile for the next request, and shows how it went. One that an earlier conversation asked
 	 * for is shown only.

@@ -2,6 +2,7 @@
 #include "Agent/Chat/KestrelInterface.h"
 #include "Agent/FileHistory.h"
 #include "Agent/Project/CompilationManager.h"
+#include "Agent/RunStatus.h"
 #include "Agent/Tools/ToolPlan.h"
 #include "HAL/PlatformTime.h"
 #include "KestrelSettings.h"
@@ -200,9 +201,11 @@ void FKestrelMcpCallsSpec::Define()
 		FCompilationManager::WaitForEvent(*HotReload, /*LongestSeconds*/ 60.0);
 		const int32 NumResults = FAgent::Get().GetToolResults().Num();
 		const int32 NumMessages = FAgent::Get().GetStoredMessages().Num();
+		const int32 NumFailures = FKestrelRunStatus::Get().GetNumFailures();
 		const int32 Compiling = Client.Call(TEXT("compile"), TEXT("{}"));
 		Scene.Approve();
 		FCompilationManager::Shutdown();
+		TestEqual(TEXT("failures of the panel's run"), FKestrelRunStatus::Get().GetNumFailures(), NumFailures);
 		TestTrue(TEXT("told"), Client.GetText(Compiling).Contains(FCompilationManager::AlreadyRunning));
 		TestEqual(TEXT("results for the service"), FAgent::Get().GetToolResults().Num(), NumResults);
 		TestEqual(TEXT("messages"), FAgent::Get().GetStoredMessages().Num(), NumMessages);

@@ -37,6 +37,30 @@ void AskToDelete(const FString& Path)
 	AskForTools({ DescribeDeletion(Path) });
 }
 
+/** A file that a conversation has changed from "one" to "two", and that Undo is for. */
+class FChangedFile
+{
+public:
+	FChangedFile()
+	{
+		Folder.Write(TEXT("a.txt"), TEXT("one"));
+		FAgent::Get().SetConversationId(TEXT("panel-buttons"));
+		FAgent::Get().OfferUndoOfThisConversation();
+		KestrelTest::UseTool(TEXT("update_file"),
+			{ TEXT("path"), File, TEXT("old_string"), TEXT("one"), TEXT("new_string"), TEXT("two") });
+	}
+	~FChangedFile()
+	{
+		FFileHistory::Get().ForgetRedo(TEXT("panel-buttons"));
+		FAgent::Get().SetRedoConversationID(FString());
+		FAgent::Get().SetUndoConversationID(FString());
+	}
+	UE_NONCOPYABLE(FChangedFile)
+
+	const FKestrelTestFolder Folder;
+	const FString File = Folder.Full(TEXT("a.txt"));
+};
+
 EAgentState GetState()
 {
 	return FAgent::Get().GetAgentState();
@@ -173,14 +197,9 @@ void FKestrelPanelButtonsSpec::Define()
 	});
 
 	It("reverts and restores the files of the last conversation", [this]() {
-		const FKestrelTestFolder Folder;
-		const FString File = Folder.Full(TEXT("a.txt"));
-		Folder.Write(TEXT("a.txt"), TEXT("one"));
+		const FChangedFile Changed;
+		const FString& File = Changed.File;
 		const FKestrelTestPanel Panel;
-		FAgent::Get().SetConversationId(TEXT("panel-buttons"));
-		FAgent::Get().OfferUndoOfThisConversation();
-		KestrelTest::UseTool(TEXT("update_file"),
-			{ TEXT("path"), File, TEXT("old_string"), TEXT("one"), TEXT("new_string"), TEXT("two") });
 		const auto TestFile = [this, &File](const TCHAR* What, const TCHAR* Text) {
 			KestrelTest::TestSameText(*this, What, FFileUtils::ReadFile(File), Text);
 		};
@@ -198,31 +217,20 @@ void FKestrelPanelButtonsSpec::Define()
 		KestrelTest::TestSameText(*this, TEXT("said"), Panel.LastBlock(), TEXT("Redone: 1 file."));
 		TestTrue(TEXT("and back"), Panel.Click(TEXT("Undo")));
 		TestFile(TEXT("reverted again"), TEXT("one"));
-		FFileHistory::Get().ForgetRedo(TEXT("panel-buttons"));
-		FAgent::Get().SetRedoConversationID(FString());
-		FAgent::Get().SetUndoConversationID(FString());
 	});
 
 	It("asks before changes of others go with an undo", [this]() {
-		const FKestrelTestFolder Folder;
-		const FString File = Folder.Full(TEXT("a.txt"));
-		Folder.Write(TEXT("a.txt"), TEXT("one"));
+		const FChangedFile Changed;
+		const FString& File = Changed.File;
 		const FKestrelTestPanel Panel;
-		FAgent::Get().SetConversationId(TEXT("panel-buttons"));
-		FAgent::Get().OfferUndoOfThisConversation();
-		KestrelTest::UseTool(TEXT("update_file"),
-			{ TEXT("path"), File, TEXT("old_string"), TEXT("one"), TEXT("new_string"), TEXT("two") });
-		Folder.Write(TEXT("a.txt"), TEXT("mine"));
+		Changed.Folder.Write(TEXT("a.txt"), TEXT("mine"));
 		Panel.Click(TEXT("Undo"));
 		KestrelTest::TestSameText(*this, TEXT("asked"), Panel.LastBlock(),
 			TEXT("1 file has been changed since, and goes back as well; a copy is kept: ") +
-				Folder.Name / TEXT("a.txt. Press Undo again to go on."));
+				Changed.Folder.Name / TEXT("a.txt. Press Undo again to go on."));
 		KestrelTest::TestSameText(*this, TEXT("nothing yet"), FFileUtils::ReadFile(File), TEXT("mine"));
 		Panel.Click(TEXT("Undo"));
 		KestrelTest::TestSameText(*this, TEXT("undone"), FFileUtils::ReadFile(File), TEXT("one"));
-		FFileHistory::Get().ForgetRedo(TEXT("panel-buttons"));
-		FAgent::Get().SetRedoConversationID(FString());
-		FAgent::Get().SetUndoConversationID(FString());
 	});
 
 	It("ignores the second press of a double click on Approve", [this]() {

@@ -8,6 +8,7 @@
 #include "Framework/Docking/TabManager.h"
 #include "Framework/Notifications/NotificationManager.h"
 #include "GenericPlatform/GenericWindow.h"
+#include "KestrelSettings.h"
 #include "Support/KestrelTest.h"
 #include "Support/TestPanel.h"
 #include "UObject/Class.h"
@@ -247,6 +248,15 @@ void FKestrelStatusSpec::Define()
 		RunTool(TEXT("delete_file"), TEXT("{\"path\":\"NoSuchFolder/a.txt\"}"));
 		FailToChange(TEXT("a"));
 		TestFalse(TEXT("another failure is another one"), FKestrelRunStatus::Get().IsInLoop());
+
+		UKestrelSettings& Settings = *GetMutableDefault<UKestrelSettings>();
+		const TGuardValue<TArray<FKestrelApprovalRule>> Rules(Settings.ApprovalRules, {});
+		Settings.ApprovalRules.AddDefaulted_GetRef().Decision = EKestrelApproval::Deny;
+		BeginConversation();
+		FailToChange(TEXT("a"));
+		FailToChange(TEXT("a"));
+		FailToChange(TEXT("a"));
+		TestTrue(TEXT("what a rule denies is a failure, too"), FKestrelRunStatus::Get().IsInLoop());
 	});
 
 	It("pauses and ends at once in every state", [this]() {

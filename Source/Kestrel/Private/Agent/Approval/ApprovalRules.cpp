@@ -1,5 +1,6 @@
 #include "Agent/Approval/ApprovalRules.h"
 
+#include "Agent/Files/NativeFile.h"
 #include "Agent/Files/PathReview.h"
 #include "HAL/FileManager.h"
 #include "KestrelProjectSettings.h"
@@ -24,8 +25,10 @@ bool DoesProjectSetUserRules()
 	IFileManager::Get().FindFilesRecursive(
 		Files, *FPaths::ProjectConfigDir(), TEXT("*EditorPerUserSettings.ini"), true, false);
 	return Files.ContainsByPredicate([](const FString& File) {
+		// What cannot be looked at may say anything; to open a pipe would wait for somebody to write.
 		FString Text;
-		return !FFileHelper::LoadFileToString(Text, *File) || Text.Contains(TEXT("ApprovalRules"));
+		return !KestrelNativeFile::IsRegularFile(File) || !FFileHelper::LoadFileToString(Text, *File) ||
+			   Text.Contains(TEXT("ApprovalRules"));
 	});
 }
 
