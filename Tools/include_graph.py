@@ -10,6 +10,7 @@ PRIVATE = "Source/Kestrel/Private"
 # free to all.
 LAYERS = [
     "KestrelLog.h",
+    "Agent/Work",  # what takes several frames, or other threads
     "Agent/Text",  # JSON, and names as they are shown
     "Agent/Files",  # what is done to files and to revision control
     "Agent/Approval",  # what rules allow, ask for and deny

@@ -112,6 +112,7 @@ void FKestrelModule::ShutdownModule()
 	// The HTTP module outlives this one and would call back into it.
 	FHTTPAPI::Get().AbandonRequests();
 	FHTTPAPI::Get().ClearRequestId();
+	FAgent::Get().DropTurn();
 	FKestrelRunStatus::Get().Stop();
 	FCompilationManager::Shutdown();
 	if (bHasUserInterface)

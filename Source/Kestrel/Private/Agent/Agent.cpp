@@ -8,6 +8,8 @@
 #include "Agent/Text/JsonText.h"
 #include "Agent/Tools/PendingTools.h"
 #include "Agent/Tools/ToolPlan.h"
+#include "Agent/Tools/ToolWork.h"
+#include "Agent/Work/WorkRunner.h"
 #include "Dom/JsonObject.h"
 #include "Dom/JsonValue.h"
 #include "Kestrel.h"
@@ -77,16 +79,29 @@ bool IsOfType(const FJsonObject& Block, const TCHAR* Type)
 }
 }
 
-/** The tools of an answer, one after the other. */
+/** Tools at work, one after the other: those of an answer, or those that the user has approved. */
 struct FAgent::FTurn
 {
 	const FKestrelApprovalRules Rules;
 	KestrelAgent::FSharedFinder Finder;
+	bool bGoesOn = true; // false once a tool has ended the turn
+
+	// An answer's blocks.
+	TArray<TSharedPtr<FJsonValue>> Blocks;
+	int32 NumHandled = 0;
 	TUniquePtr<FKestrelToolPlanner> Planner;
 	int32 NumToolUses = 0;
-	bool bGoesOn = true;
+	int32 NumEarlierResults = 0; // of a compile for instance, which are no reason to send a request
 	bool bDenied = false;
 	bool bRanByRule = false;
+
+	// Approved tools.
+	TArray<FKestrelPendingTools::FTool> Approved;
+	int32 NumStarted = 0;
+
+	/** Does the next thing. @return false when there is none left */
+	bool (FAgent::*DoNext)(FTurn& InOutTurn) = nullptr;
+	void (FAgent::*End)(FTurn& InOutTurn) = nullptr;
 };
 
 FAgent& FAgent::Get()
@@ -97,6 +112,7 @@ FAgent& FAgent::Get()
 
 FAgent::FAgent()
 	: PendingTools(MakeShared<FKestrelPendingTools>())
+	, ToolRunner(MakeShared<FKestrelWorkRunner>())
 {
 	FHTTPAPI& Backend = FHTTPAPI::Get();
 	Backend.OnRegularRequest.BindRaw(this, &FAgent::HandleRegularRequest);
@@ -164,8 +180,36 @@ void FAgent::EnterIdle(const FString&)
 	SetPaused(false);
 	SetApproved(false);
 	PendingTools->Empty();
+	DropTurn();
 	ClearConversationId();
 	FHTTPAPI::Get().CancelPolling();
+}
+
+void FAgent::DropTurn()
+{
+	ToolRunner->Stop();
+	Turn.Reset();
+}
+
+void FAgent::BeginTurn(const TSharedRef<FTurn>& NewTurn)
+{
+	DropTurn();
+	Turn = NewTurn;
+	Advance();
+}
+
+void FAgent::Advance()
+{
+	// A tool may drop the turn that it belongs to.
+	const TSharedPtr<FTurn> Current = Turn;
+	while (Current && Turn == Current && !ToolRunner->IsRunning())
+	{
+		if (!(this->*Current->DoNext)(*Current))
+		{
+			Turn.Reset();
+			(this->*Current->End)(*Current);
+		}
+	}
 }
 
 void FAgent::EnterInitialRequest(const FString& Prompt)
@@ -216,14 +260,18 @@ void FAgent::EnterContinue(const FString& Message)
 	if (!Message.IsEmpty())
 	{
 		AbortPendingTools();
-	}
-	else if (!RunPendingTools())
-	{
-		SetApproved(false);
-		SetAgentState(EAgentState::AwaitingApproval, nullptr);
+		SendContinue(Message);
 		return;
 	}
+	const TSharedRef<FTurn> NewTurn = MakeShared<FTurn>();
+	NewTurn->Approved = PendingTools->Take();
+	NewTurn->DoNext = &FAgent::RunNextApproved;
+	NewTurn->End = &FAgent::EndOfApproved;
+	BeginTurn(NewTurn);
+}
 
+void FAgent::SendContinue(const FString& Message)
+{
 	const TSharedRef<FJsonObject> Body = MakeShared<FJsonObject>();
 	Body->SetStringField(TEXT("message"), Message);
 	if (!ToolResults.IsEmpty())
@@ -234,43 +282,63 @@ void FAgent::EnterContinue(const FString& Message)
 	SendAndClearToolResults(Body);
 }
 
-bool FAgent::RunPendingTools()
+bool FAgent::RunNextApproved(FTurn& InOutTurn)
 {
-	// Taken first: a tool may change the agent's state.
-	const TArray<FKestrelPendingTools::FTool> Tools = PendingTools->Take();
-	const FKestrelApprovalRules Rules;
-	KestrelAgent::FSharedFinder Finder;
-	bool bTurnGoesOn = true;
-	for (int32 Index = 0; Index < Tools.Num(); ++Index)
+	if (InOutTurn.NumStarted == InOutTurn.Approved.Num())
 	{
-		const FKestrelToolPlan& Plan = *Tools[Index].Plan;
-		if (!bTurnGoesOn || Tools[Index].Answer == EKestrelAnswer::Rejected)
-		{
-			AbortTool(Plan.ToolUseId);
-		}
-		else if (Rules.Judge(Plan.MakeSubject()) == EKestrelRuling::Deny)
-		{
-			DenyTool(Plan);
-		}
-		else if (Plan.StillHolds(*Finder.Get()))
-		{
-			bTurnGoesOn = RunTool(Plan);
-			Finder.NoteThatRan(Plan);
-		}
-		else
-		{
-			for (; Index < Tools.Num(); ++Index)
-			{
-				const bool bRejected = Tools[Index].Answer == EKestrelAnswer::Rejected;
-				PendingTools->Add(Tools[Index].Plan, bRejected ? EKestrelAnswer::Rejected : EKestrelAnswer::None);
-			}
-			PendingTools->PlanAgain(Finder.Get());
-			FKestrelInterface::Get().AddHint(LOCTEXT("PlanAgain",
-				"A file has changed since its change was shown. Look at what is left, and approve again."));
-			return false;
-		}
+		return false;
+	}
+	if (bPaused)
+	{
+		KeepApproved(InOutTurn);
+		return false;
+	}
+	const FKestrelPendingTools::FTool Tool = InOutTurn.Approved[InOutTurn.NumStarted];
+	const bool bAborted = Tool.Answer == EKestrelAnswer::Rejected || !InOutTurn.bGoesOn;
+	const bool bDenied = !bAborted && InOutTurn.Rules.Judge(Tool.Plan->MakeSubject()) == EKestrelRuling::Deny;
+	if (!bAborted && !bDenied && !Tool.Plan->StillHolds(*InOutTurn.Finder.Get()))
+	{
+		KeepApproved(InOutTurn);
+		PendingTools->PlanAgain(InOutTurn.Finder.Get());
+		FKestrelInterface::Get().AddHint(LOCTEXT(
+			"PlanAgain", "A file has changed since its change was shown. Look at what is left, and approve again."));
+		return false;
+	}
+	++InOutTurn.NumStarted;
+	if (bAborted)
+	{
+		AbortTool(Tool.Plan->ToolUseId);
+	}
+	else if (bDenied)
+	{
+		DenyTool(*Tool.Plan);
+	}
+	else
+	{
+		RunTool(Tool.Plan);
 	}
 	return true;
+}
+
+void FAgent::KeepApproved(FTurn& InOutTurn)
+{
+	for (; InOutTurn.NumStarted < InOutTurn.Approved.Num(); ++InOutTurn.NumStarted)
+	{
+		const FKestrelPendingTools::FTool& Tool = InOutTurn.Approved[InOutTurn.NumStarted];
+		const bool bRejected = Tool.Answer == EKestrelAnswer::Rejected;
+		PendingTools->Add(Tool.Plan, bRejected ? EKestrelAnswer::Rejected : EKestrelAnswer::None);
+	}
+}
+
+void FAgent::EndOfApproved(FTurn&)
+{
+	if (PendingTools->IsEmpty())
+	{
+		SendContinue(FString());
+		return;
+	}
+	SetApproved(false);
+	SetAgentState(bPaused ? EAgentState::Pause : EAgentState::AwaitingApproval, nullptr);
 }
 
 void FAgent::AnswerPendingTool(int32 Index, EKestrelAnswer Answer)
@@ -431,17 +499,12 @@ void FAgent::HandlePollStatusRequestCompleted(const TSharedPtr<FJsonObject> Resp
 	{
 		return;
 	}
-	// Results of earlier tools, a compile's for instance, may wait for the next request: they are no reason to send
-	// one.
-	const int32 NumWaiting = ToolResults.Num();
-	HandleContentBlocks(*Content);
-	// Paused, even the answers to tools that a rule denies wait: an assistant that insists on one goes on otherwise.
-	if (bPaused || ToolResults.Num() == NumWaiting || !PendingTools->IsEmpty())
-	{
-		FinishAnswerWithoutToolResults();
-		return;
-	}
-	SendToolResults();
+	const TSharedRef<FTurn> NewTurn = MakeShared<FTurn>();
+	NewTurn->Blocks = *Content;
+	NewTurn->NumEarlierResults = ToolResults.Num();
+	NewTurn->DoNext = &FAgent::HandleNextBlock;
+	NewTurn->End = &FAgent::EndOfAnswer;
+	BeginTurn(NewTurn);
 }
 
 void FAgent::StoreAnswer(const TSharedPtr<FJsonObject>& Response)
@@ -468,35 +531,48 @@ void FAgent::StoreAnswer(const TSharedPtr<FJsonObject>& Response)
 	}
 }
 
-void FAgent::HandleContentBlocks(const TArray<TSharedPtr<FJsonValue>>& Content)
+bool FAgent::HandleNextBlock(FTurn& InOutTurn)
 {
-	FTurn Turn;
-	for (const TSharedPtr<FJsonValue>& Value : Content)
+	if (InOutTurn.NumHandled == InOutTurn.Blocks.Num())
 	{
-		const TSharedPtr<FJsonObject>* Block = nullptr;
-		if (!Value.IsValid() || !Value->TryGetObject(Block))
-		{
-			continue;
-		}
-		FString Text;
-		if (KestrelAgent::IsOfType(**Block, TEXT("text")) && (*Block)->TryGetStringField(TEXT("text"), Text))
-		{
-			KestrelAgent::ShowAssistantText(Text);
-		}
-		else if (KestrelAgent::IsOfType(**Block, TEXT("tool_use")))
-		{
-			HandleToolUse(Turn, **Block);
-		}
+		return false;
 	}
-	if (Turn.bDenied)
+	const TSharedPtr<FJsonValue> Value = InOutTurn.Blocks[InOutTurn.NumHandled++];
+	const TSharedPtr<FJsonObject>* Block = nullptr;
+	if (!Value.IsValid() || !Value->TryGetObject(Block))
+	{
+		return true;
+	}
+	FString Text;
+	if (KestrelAgent::IsOfType(**Block, TEXT("text")) && (*Block)->TryGetStringField(TEXT("text"), Text))
+	{
+		KestrelAgent::ShowAssistantText(Text);
+	}
+	else if (KestrelAgent::IsOfType(**Block, TEXT("tool_use")))
+	{
+		HandleToolUse(InOutTurn, **Block);
+	}
+	return true;
+}
+
+void FAgent::EndOfAnswer(FTurn& InOutTurn)
+{
+	if (InOutTurn.bDenied)
 	{
 		// They were planned on top of what never happens.
-		PendingTools->PlanAgain(Turn.Finder.Get());
+		PendingTools->PlanAgain(InOutTurn.Finder.Get());
 	}
-	if (Turn.bRanByRule && PendingTools->IsEmpty())
+	if (InOutTurn.bRanByRule && PendingTools->IsEmpty())
 	{
 		SetApproved(true);
 	}
+	// Paused, even the answers to tools that a rule denies wait: an assistant that insists on one goes on otherwise.
+	if (bPaused || ToolResults.Num() == InOutTurn.NumEarlierResults || !PendingTools->IsEmpty())
+	{
+		FinishAnswerWithoutToolResults();
+		return;
+	}
+	SendToolResults();
 }
 
 void FAgent::HandleToolUse(FTurn& InOutTurn, const FJsonObject& Block)
@@ -543,8 +619,7 @@ void FAgent::RunOrKeep(FTurn& InOutTurn, const TSharedRef<FKestrelToolPlan>& Pla
 				FText::Format(LOCTEXT("Allowed", "Allowed by a rule: {0}"), Plan->Describe()));
 			InOutTurn.bRanByRule = true;
 		}
-		InOutTurn.bGoesOn = RunTool(*Plan);
-		InOutTurn.Finder.NoteThatRan(*Plan);
+		RunTool(Plan);
 	}
 	else
 	{
@@ -559,6 +634,25 @@ bool FAgent::MayRunWithoutAsking(const FKestrelToolPlan& Plan, EKestrelRuling Ru
 		return true;
 	}
 	return Ruling != EKestrelRuling::Ask && WasApproved() && Plan.Cautions.IsEmpty();
+}
+
+void FAgent::RunTool(const TSharedRef<FKestrelToolPlan>& Plan)
+{
+	const TSharedRef<FKestrelToolWork> Work = Plan->Begin();
+	bRunsAtOnce = true;
+	ToolRunner->Start(Work, [this, Plan, Work]() {
+		const bool bGoesOn = KeepResult(*Plan, Work->GetResult());
+		if (Turn)
+		{
+			Turn->bGoesOn = bGoesOn;
+			Turn->Finder.NoteThatRan(*Plan);
+		}
+		if (!bRunsAtOnce)
+		{
+			Advance();
+		}
+	});
+	bRunsAtOnce = false;
 }
 
 void FAgent::FinishAnswerWithoutToolResults()

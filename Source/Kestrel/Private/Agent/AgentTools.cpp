@@ -4,6 +4,7 @@
 #include "Agent/Files/KeyGuard.h"
 #include "Agent/Project/CompilationManager.h"
 #include "Agent/Tools/ToolPlan.h"
+#include "Agent/Work/WorkRunner.h"
 #include "Dom/JsonObject.h"
 #include "Dom/JsonValue.h"
 #include "KestrelLog.h"
@@ -75,9 +76,13 @@ void FAgent::DenyTool(const FKestrelToolPlan& Plan)
 	ToolDone.Broadcast(Plan, Text);
 }
 
-bool FAgent::RunTool(const FKestrelToolPlan& Plan)
+TOptional<float> FAgent::GetToolProgress() const
 {
-	const FString Text = Plan.Apply();
+	return ToolRunner->IsRunning() ? TOptional<float>(ToolRunner->GetProgress()) : TOptional<float>();
+}
+
+bool FAgent::KeepResult(const FKestrelToolPlan& Plan, const FString& Text)
+{
 	const bool bIsError = FFileUtils::IsError(Text);
 	if (bIsError)
 	{
@@ -95,7 +100,8 @@ bool FAgent::RunTool(const FKestrelToolPlan& Plan)
 void FAgent::HandleResponseToolUse(const TSharedPtr<FJsonObject>& Block)
 {
 	FKestrelToolPlanner Planner(EKestrelLookAhead::Unlimited);
-	RunTool(*Planner.Plan(*Block));
+	const TSharedRef<FKestrelToolPlan> Plan = Planner.Plan(*Block);
+	KeepResult(*Plan, Plan->Apply());
 }
 
 void FAgent::HandlePauseToolUse(const TSharedPtr<FJsonObject>& Block)

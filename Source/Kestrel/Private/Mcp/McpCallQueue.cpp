@@ -384,7 +384,7 @@ void FKestrelMcpCallQueue::Run(const FCallRef& Call)
 	if (Call->Plan->Kind == EKestrelToolKind::Read)
 	{
 		// And nobody needs to be told.
-		Result = Call->Plan->Refusal.IsEmpty() ? Call->Plan->Tool->Apply(*Call->Plan) : Call->Plan->Refusal;
+		Result = Call->Plan->Apply(EKestrelStatusLine::Hidden);
 	}
 	else
 	{

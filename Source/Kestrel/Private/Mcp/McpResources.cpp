@@ -123,7 +123,7 @@ FString Read(const FKind& Kind, const FString& Value)
 		return Plan->Refusal;
 	}
 	return KestrelMcpApproval::Decide(*Plan) == EKestrelMcpDecision::Run
-			   ? Plan->Tool->Apply(*Plan)
+			   ? Plan->Apply(EKestrelStatusLine::Hidden)
 			   : FString(TEXT("Error: Only the tools can read this, with the approval of the person at the editor."));
 }
 

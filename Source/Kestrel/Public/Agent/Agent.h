@@ -7,6 +7,7 @@
 class FJsonObject;
 class FJsonValue;
 class FKestrelPendingTools;
+class FKestrelWorkRunner;
 enum class EKestrelAnswer : uint8;
 enum class EKestrelRuling : uint8;
 struct FKestrelToolPlan;
@@ -87,6 +88,10 @@ public:
 	const TArray<TSharedPtr<FJsonValue>>& GetToolResults() const { return ToolResults; }
 	void ClearToolResults() { ToolResults.Empty(); }
 	const FKestrelPendingTools& GetPendingTools() const { return *PendingTools; }
+	/** Drops the tool at work, and those behind it; their results are not kept. Also for the module's shut-down. */
+	void DropTurn();
+	/** How far the tool at work is, 0 to 1, or less than 0 where that is not known; unset when none is. */
+	TOptional<float> GetToolProgress() const;
 	/**
 	 * Accepts or rejects one of the tools that wait, or takes that back. When all are answered, the turn goes on:
 	 * those that are not rejected run.
@@ -162,23 +167,32 @@ private:
 	void EnterEndRequest(const FString& Message);
 
 	void StoreAnswer(const TSharedPtr<FJsonObject>& Response);
-	void HandleContentBlocks(const TArray<TSharedPtr<FJsonValue>>& Content);
+	void BeginTurn(const TSharedRef<FTurn>& NewTurn);
+	/** Goes on with the turn, up to its end or to a tool that takes longer than a slice. */
+	void Advance();
+	bool HandleNextBlock(FTurn& InOutTurn);
+	void EndOfAnswer(FTurn& InOutTurn);
 	/** Runs a tool that may, and keeps the others for the user. */
 	void HandleToolUse(FTurn& InOutTurn, const FJsonObject& Block);
 	void RunOrKeep(FTurn& InOutTurn, const TSharedRef<FKestrelToolPlan>& Plan);
 	void FinishAnswerWithoutToolResults();
-	/** Runs a tool and keeps its result. @return false when the turn has ended with it */
-	bool RunTool(const FKestrelToolPlan& Plan);
+	bool RunNextApproved(FTurn& InOutTurn);
+	/** Those that have not run wait again. */
+	void KeepApproved(FTurn& InOutTurn);
+	void EndOfApproved(FTurn& InOutTurn);
+	/** Runs a tool of the turn and keeps its result. */
+	void RunTool(const TSharedRef<FKestrelToolPlan>& Plan);
+	/** @return false when the turn has ended with it */
+	bool KeepResult(const FKestrelToolPlan& Plan, const FString& Text);
 	/** Answers a tool use without running anything. */
 	void AbortTool(const FString& ToolUseId);
 	/** Answers a tool use that a rule keeps from running, and says so. */
 	void DenyTool(const FKestrelToolPlan& Plan);
 	void AbortPendingTools();
-	/** @return false when some have to be shown again, since a file has changed meanwhile */
-	bool RunPendingTools();
 	/** Whether the settings, or the service's word, are enough for a tool to run. */
 	bool MayRunWithoutAsking(const FKestrelToolPlan& Plan, EKestrelRuling Ruling) const;
 	void SendToolResults();
+	void SendContinue(const FString& Message);
 	/** Sends an object of the agent's own making, and forgets the tool results that it carried. */
 	void SendAndClearToolResults(const TSharedRef<FJsonObject>& Body);
 	bool MayActWithoutAsking() const;
@@ -194,6 +208,9 @@ private:
 	TSharedPtr<FJsonObject> StoredJsonBody;
 	TArray<TSharedPtr<FJsonValue>> ToolResults;
 	TSharedRef<FKestrelPendingTools> PendingTools;
+	TSharedPtr<FTurn> Turn; // null when nothing is at work
+	TSharedRef<FKestrelWorkRunner> ToolRunner;
+	bool bRunsAtOnce = false; // while a tool's first slice is done
 	FSimpleMulticastDelegate StateChanged;
 	FOnKestrelToolDone ToolDone;
 	FDelegateHandle CompileFinishedHandle;

@@ -1,6 +1,6 @@
 #include "Agent/Agent.h"
-#include "Agent/Backend/HTTPAPI.h"
-#include "Agent/Files/TreeText.h"
+#include "Agent/Backend/FirstRequest.h"
+#include "Agent/Files/TreeWork.h"
 #include "Agent/Tools/ToolPlan.h"
 #include "Bench/BlueprintBench.h"
 #include "Dom/JsonObject.h"
@@ -39,15 +39,22 @@ double GetSize()
 	return static_cast<double>(Thousandths) / Whole;
 }
 
-/** The body of the first request: the project's files listed, parsed, put together and written. */
+/** The body of the first request: the project's files listed, put together and written. */
+TArray<uint8> MakeBody()
+{
+	const TSharedRef<FKestrelTreeWork> Work = KestrelFirstRequest::Begin(TEXT("Which files are there?"));
+	Work->Finish();
+	return MoveTemp(Work->GetBytes());
+}
+
 FString MakeFirstRequest(int32 Run, double Size)
 {
-	return FString::Printf(TEXT("%d characters"), FHTTPAPI::MakeInitialBody(TEXT("Which files are there?")).Len());
+	return FString::Printf(TEXT("%d bytes"), MakeBody().Num());
 }
 
 void ForgetTree(int32 Run, double Size)
 {
-	FKestrelTreeText::Get().Forget();
+	FKestrelKeptTree::Get().Forget();
 }
 
 /** As when a conversation has been begun before: no folder has changed for some seconds. */

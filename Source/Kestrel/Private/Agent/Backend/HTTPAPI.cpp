@@ -1,9 +1,10 @@
 #include "Agent/Backend/HTTPAPI.h"
 
 #include "Agent/Agent.h"
+#include "Agent/Backend/FirstRequest.h"
 #include "Agent/Backend/ServiceReply.h"
 #include "Agent/Chat/KestrelInterface.h"
-#include "Agent/Files/FileUtils.h"
+#include "Agent/Files/TreeWork.h"
 #include "Agent/Text/DisplayText.h"
 #include "Agent/Text/JsonText.h"
 #include "Dom/JsonObject.h"
@@ -103,23 +104,17 @@ FString FHTTPAPI::MakeStatusUrl(const FString& Id)
 void FHTTPAPI::InitialPromptRequest(const FString& Prompt)
 {
 	ClearRequestId();
-	RegularRequest(MakeInitialBody(Prompt));
+	LastCommand.Reset();
+	FirstTree = KestrelFirstRequest::Begin(Prompt);
+	FirstTreeRunner.Start(FirstTree.ToSharedRef(), [this]() {
+		const TSharedPtr<FKestrelTreeWork> Made = MoveTemp(FirstTree);
+		SendCommand(Made->GetBytes());
+	});
 }
 
-FString FHTTPAPI::MakeInitialBody(const FString& Prompt)
+TOptional<int32> FHTTPAPI::GetNumFoldersListed() const
 {
-	const TSharedRef<FJsonObject> First = MakeShared<FJsonObject>();
-	First->SetStringField(TEXT("message"), Prompt);
-	const TSharedRef<FJsonObject> Last = MakeShared<FJsonObject>();
-	Last->SetBoolField(TEXT("is_confirmation_mode"), !GetDefault<UKestrelSettings>()->bAutoApprove);
-	// The tree is a text already, and the largest part of it all.
-	const FString Tree = FFileUtils::GetSubDirectoryStructureAsJsonObject(FPaths::ProjectDir());
-	FString Body = KestrelJson::ToCondensedText(First).LeftChop(1) + TEXT(",");
-	if (!KestrelJson::IsTooDeep(Tree))
-	{
-		Body += TEXT("\"file_structure\":") + Tree + TEXT(",");
-	}
-	return Body + KestrelJson::ToCondensedText(Last).RightChop(1);
+	return FirstTree ? TOptional<int32>(FirstTree->GetNumFolders()) : TOptional<int32>();
 }
 
 void FHTTPAPI::RegularPromptRequest(const FString& Message)
@@ -138,6 +133,11 @@ void FHTTPAPI::RegularPromptRequest(const FString& Message)
 
 void FHTTPAPI::RegularRequest(const FString& Body)
 {
+	SendCommand(KestrelJson::ToUtf8(Body));
+}
+
+void FHTTPAPI::SendCommand(const TArray<uint8>& Body)
+{
 	ResetPollDelay();
 	const FHttpRequestRef Request = FHttpModule::Get().CreateRequest();
 	Request->SetVerb(TEXT("POST"));
@@ -151,7 +151,7 @@ void FHTTPAPI::RegularRequest(const FString& Body)
 	{
 		Request->SetHeader(TEXT("engine-version"), EngineVersion);
 	}
-	Request->SetContentAsString(Body);
+	Request->SetContent(Body);
 	Request->OnProcessRequestComplete().BindRaw(this, &FHTTPAPI::OnRegularRequestResponse);
 	LastCommand = Request;
 	Send(Request);
@@ -344,6 +344,8 @@ void FHTTPAPI::InterpretStatus(const TSharedRef<FJsonObject>& Reply, const FStri
 
 void FHTTPAPI::CancelPolling()
 {
+	FirstTreeRunner.Stop();
+	FirstTree.Reset();
 	bIsPolling = false;
 	Polls.Empty();
 	NumUnusableReplies = 0;

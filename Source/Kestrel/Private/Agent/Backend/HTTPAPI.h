@@ -1,11 +1,13 @@
 #pragma once
 
+#include "Agent/Work/WorkRunner.h"
 #include "Containers/Ticker.h"
 #include "CoreMinimal.h"
 #include "Interfaces/IHttpRequest.h"
 #include "Interfaces/IHttpResponse.h"
 
 class FJsonObject;
+class FKestrelTreeWork;
 
 DECLARE_DELEGATE_FourParams(FOnRegularRequestDelegate, const FString& /*Text*/, const FLinearColor& /*Color*/,
 	const FName& /*FontStyle*/, float /*FontSize*/);
@@ -49,10 +51,13 @@ public:
 	/** A status reply arrived; fired before it is interpreted. */
 	FOnPollStatusUpdateDelegate OnPollStatusUpdate;
 
-	/** First turn of a conversation: the prompt with the project's file tree. */
+	/**
+	 * First turn of a conversation: the prompt with the project's file tree. It is sent as soon as the tree is there;
+	 * CancelPolling drops it until then.
+	 */
 	void InitialPromptRequest(const FString& Prompt);
-	/** The body of that request: the prompt, the tree by the user's settings, and whether tools wait for approval. */
-	static FString MakeInitialBody(const FString& Prompt);
+	/** Folders listed for that request; unset when none is being made. */
+	TOptional<int32> GetNumFoldersListed() const;
 	/** Every later turn; the waiting tool results go with it and are forgotten. */
 	void RegularPromptRequest(const FString& Message);
 	/** Sends a body verbatim to the command endpoint. */
@@ -97,6 +102,8 @@ private:
 		double SentAt = 0.0; // seconds of FPlatformTime
 	};
 
+	/** @param Body  UTF-8 */
+	void SendCommand(const TArray<uint8>& Body);
 	void Send(const FHttpRequestRef& Request);
 	void FailRegularRequest(const TCHAR* Message);
 	/** Takes the poll that a reply belongs to; unset for a reply to another turn. */
@@ -105,6 +112,8 @@ private:
 	void CountUnusableReply();
 	void InterpretStatus(const TSharedRef<FJsonObject>& Reply, const FString& Status);
 
+	TSharedPtr<FKestrelTreeWork> FirstTree; // while it is made
+	FKestrelWorkRunner FirstTreeRunner;
 	FString RequestId; // of the turn that is being polled
 	bool bIsPolling = false;
 	FTSTicker::FDelegateHandle PollTickerHandle;

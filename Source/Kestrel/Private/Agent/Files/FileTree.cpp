@@ -1,16 +1,13 @@
 #include "Agent/Files/AssetClassCache.h"
 #include "Agent/Files/FileUtils.h"
 #include "Agent/Files/FolderWalk.h"
-#include "Agent/Files/TreeText.h"
-#include "Agent/Text/JsonText.h"
+#include "Agent/Files/TreeWork.h"
 #include "Async/TaskGraphInterfaces.h"
 #include "Dom/JsonObject.h"
-#include "KestrelSettings.h"
 #include "Misc/Paths.h"
 #include "ProfilingDebugging/MiscTrace.h"
 #include "Serialization/JsonWriter.h"
 #include "Stats/Stats.h"
-#include "UObject/Class.h"
 
 namespace FileTree
 {
@@ -146,28 +143,9 @@ TSharedPtr<FJsonObject> FFileUtils::BuildJsonTree(const FString& Path, const TAr
 
 FString FFileUtils::GetSubDirectoryStructureAsJsonObject(const FString& Path)
 {
-	TArray<FString> SupportedExtensions;
-	TArray<FString> ExcludedDirs;
-	TSet<FName> EnabledAssetClassPatterns;
-	if (const UKestrelSettings* Settings = GetDefault<UKestrelSettings>())
-	{
-		SupportedExtensions = Settings->SupportedFileExtensions;
-		ExcludedDirs = Settings->ExcludedDirectories;
-		for (const FString& Pattern : Settings->GetEnabledAssetClassPatterns())
-		{
-			EnabledAssetClassPatterns.Add(FName(*Pattern));
-		}
-	}
-
-	TRACE_BOOKMARK(TEXT("Kestrel - Start GetSubDirectoryStructure"));
-	// Classes can change without their folder.
-	const FString Text =
-		EnabledAssetClassPatterns.IsEmpty()
-			? FKestrelTreeText::Get().Make(Path, { SupportedExtensions, ExcludedDirs })
-			: KestrelJson::ToCondensedText(
-				  BuildJsonTree(Path, SupportedExtensions, ExcludedDirs, EnabledAssetClassPatterns).ToSharedRef());
-	TRACE_BOOKMARK(TEXT("Kestrel - End GetSubDirectoryStructure"));
-	return Text;
+	FKestrelTreeWork Work(Path);
+	Work.Finish();
+	return Work.GetText();
 }
 
 void FFileUtils::GetSubDirectoryStructureAsJsonObjectAsync(

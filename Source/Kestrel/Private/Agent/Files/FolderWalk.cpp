@@ -103,36 +103,59 @@ FString FKestrelFolder::ResolveFile(const FString& Name) const
 	return FolderWalk::IsLink(Given) ? KestrelNativeFile::ResolveLinks(Given) : Given;
 }
 
-void FKestrelFolder::AppendFiles(
-	TFunctionRef<bool(const FString&)> IsWanted, FMayRead MayRead, TArray<FString>& OutFiles)
+FKestrelFileWalk::FKestrelFileWalk(const FString& InRoot, FIsWanted InIsWanted, FMayRead InMayRead)
+	: IsWanted(MoveTemp(InIsWanted))
+	, MayRead(MoveTemp(InMayRead))
+	, Root(MakeUnique<FKestrelFolder>(InRoot))
 {
-	if ((!Above || bIsLink) && !MayRead(Path, bIsResolved ? RealPath : FString()))
+}
+
+bool FKestrelFileWalk::Next()
+{
+	if (Root)
+	{
+		Enter(MoveTemp(Root));
+		return true;
+	}
+	while (!Levels.IsEmpty())
+	{
+		FLevel& Level = Levels.Last();
+		if (Level.NumWalked < Level.Names.Num())
+		{
+			const FString& Name = Level.Names[Level.NumWalked++];
+			Enter(MakeUnique<FKestrelFolder>(*Level.Folder, Name));
+			return true;
+		}
+		Levels.Pop();
+	}
+	return false;
+}
+
+void FKestrelFileWalk::Enter(TUniquePtr<FKestrelFolder> Folder)
+{
+	if (Folder->MayBeElsewhere() && !MayRead(Folder->GetPath(), Folder->GetRealPath()))
 	{
 		return;
 	}
-	const FListing Listing = List();
+	FKestrelFolder::FListing Listing = Folder->List();
 	for (const FString& File : Listing.Files)
 	{
-		if (IsWanted(File) && MayRead(Path / File, ResolveFile(File)))
+		FString Path = Folder->GetPath() / File;
+		if (IsWanted(File) && MayRead(Path, Folder->ResolveFile(File)))
 		{
-			OutFiles.Add(Path / File);
+			Files.Add(MoveTemp(Path));
 		}
 	}
-	for (const FString& Name : Listing.Folders)
+	FLevel& Level = Levels.AddDefaulted_GetRef();
+	Level.Folder = MoveTemp(Folder);
+	Level.Names = MoveTemp(Listing.Folders);
+}
+
+TArray<FString> FKestrelFileWalk::FindAll(const FString& Root, FIsWanted IsWanted)
+{
+	FKestrelFileWalk Walk(Root, MoveTemp(IsWanted), [](const FString&, const FString&) { return true; });
+	while (Walk.Next())
 	{
-		FKestrelFolder(*this, Name).AppendFiles(IsWanted, MayRead, OutFiles);
 	}
-}
-
-TArray<FString> FKestrelFolder::FindFiles(const FString& Root, TFunctionRef<bool(const FString& Name)> IsWanted)
-{
-	return FindFiles(Root, IsWanted, [](const FString&, const FString&) { return true; });
-}
-
-TArray<FString> FKestrelFolder::FindFiles(
-	const FString& Root, TFunctionRef<bool(const FString& Name)> IsWanted, FMayRead MayRead)
-{
-	TArray<FString> Files;
-	FKestrelFolder(Root).AppendFiles(IsWanted, MayRead, Files);
-	return Files;
+	return MoveTemp(Walk.GetFiles());
 }

@@ -1,9 +1,10 @@
 #pragma once
 
 #include "CoreMinimal.h"
+#include "Templates/UniquePtr.h"
 
 /**
- * A folder on the way of a walk, with the way back to where the walk began. Lives on the stack of the walk.
+ * A folder on the way of a walk, with the way back to where the walk began: those above have to outlive it.
  *
  * Links to folders are followed. A folder that a link leads back to from below itself has nothing in it, since the walk
  * would never end; neither has anything that is reached through links once they have led to very many files, since a
@@ -28,23 +29,14 @@ public:
 	const FString& GetPath() const { return Path; }
 	FListing List();
 
-	/** Whether something may be looked into. RealPath has links resolved; it is empty where they cannot be. */
-	using FMayRead = TFunctionRef<bool(const FString& Path, const FString& RealPath)>;
-
-	/** The files below a folder whose names are wanted, as Root / ...; in each folder files come before folders. */
-	static TArray<FString> FindFiles(const FString& Root, TFunctionRef<bool(const FString& Name)> IsWanted);
-	/**
-	 * The same without what must not be read.
-	 *
-	 * @param MayRead  asked about each wanted file, and before the walk enters Root or a folder behind a link
-	 */
-	static TArray<FString> FindFiles(
-		const FString& Root, TFunctionRef<bool(const FString& Name)> IsWanted, FMayRead MayRead);
+	/** Empty where links cannot be resolved. @param Name  of a file in the folder */
+	FString ResolveFile(const FString& Name) const;
+	/** The place itself, absolute; empty where links cannot be resolved. */
+	FString GetRealPath() const { return bIsResolved ? RealPath : FString(); }
+	/** Whether it may be another place than its path says: where a walk begins, and behind a link. */
+	bool MayBeElsewhere() const { return !Above || bIsLink; }
 
 private:
-	void AppendFiles(TFunctionRef<bool(const FString&)> IsWanted, FMayRead MayRead, TArray<FString>& OutFiles);
-	/** Empty where links cannot be resolved. */
-	FString ResolveFile(const FString& Name) const;
 	bool IsLoop() const;
 
 	const FString Path;
@@ -54,4 +46,45 @@ private:
 	bool bIsLink = false;
 	bool bIsBelowLink = false;
 	int64 CostBelowLinks = 0; // of the whole walk, in files listed; counted where it begins
+};
+
+/**
+ * Finds the files below a folder whose names are wanted, folder by folder: in each the files come before those of the
+ * folders in it.
+ */
+class FKestrelFileWalk
+{
+public:
+	using FIsWanted = TFunction<bool(const FString& Name)>;
+	/** Whether something may be looked into. RealPath has links resolved; it is empty where they cannot be. */
+	using FMayRead = TFunction<bool(const FString& Path, const FString& RealPath)>;
+
+	/** @param InMayRead  asked about each wanted file, and before the walk enters Root or a folder behind a link */
+	FKestrelFileWalk(const FString& Root, FIsWanted InIsWanted, FMayRead InMayRead);
+	UE_NONCOPYABLE(FKestrelFileWalk)
+
+	/** All of them at once, as Root / ... */
+	static TArray<FString> FindAll(const FString& Root, FIsWanted IsWanted);
+
+	/** Walks one more folder. @return false when there is none left */
+	bool Next();
+	/** What was found so far, as Root / ... */
+	TArray<FString>& GetFiles() { return Files; }
+
+private:
+	/** A folder with those in it that are still to be walked. */
+	struct FLevel
+	{
+		TUniquePtr<FKestrelFolder> Folder; // its address is kept by those in it
+		TArray<FString> Names;
+		int32 NumWalked = 0;
+	};
+
+	void Enter(TUniquePtr<FKestrelFolder> Folder);
+
+	const FIsWanted IsWanted;
+	const FMayRead MayRead;
+	TUniquePtr<FKestrelFolder> Root; // until it is walked
+	TArray<FLevel> Levels;           // from the root down
+	TArray<FString> Files;
 };

@@ -3,6 +3,7 @@
 #include "Agent/Files/FileUtils.h"
 #include "Agent/Files/FolderWalk.h"
 #include "Agent/Text/JsonText.h"
+#include "Agent/Work/BackgroundWork.h"
 #include "Dom/JsonObject.h"
 #include "GenericPlatform/GenericPlatformFile.h"
 #include "HAL/PlatformFileManager.h"
@@ -99,45 +100,96 @@ FString Join(const TArray<FField>& Fields)
 	Text.AppendChar(TEXT('}'));
 	return Text;
 }
+
+/** Writes a tree while its folders are walked. */
+class FWriter
+{
+public:
+	/** @param InOutTree  gets the stamps */
+	FWriter(FKestrelTreeText& InOutTree, FKestrelTaskControl& InControl)
+		: Tree(InOutTree)
+		, Control(InControl)
+	{
+		for (const FString& Entry : Tree.Filter.ExcludedDirs)
+		{
+			ExcludedNames.Add(KestrelTree::CleanExcludedEntry(Entry));
+		}
+	}
+
+	/** @return the object of the whole tree; empty when there is nothing in it */
+	FString Write()
+	{
+		FKestrelFolder Folder(Tree.Path);
+		return WriteFolder(Folder);
+	}
+
+private:
+	FString WriteFolder(FKestrelFolder& Folder)
+	{
+		if (Control.IsCanceled())
+		{
+			return FString();
+		}
+		const FDateTime Time = FPlatformFileManager::Get().GetPlatformFile().GetTimeStamp(*Folder.GetPath());
+		FKestrelFolder::FListing Listing = Folder.List();
+		Tree.Stamps.Add({ Folder.GetPath(), Time });
+		Control.NumDone.Increment();
+		TArray<FField> Fields;
+		Fields.Reserve(Listing.Files.Num() + Listing.Folders.Num());
+		for (FString& File : Listing.Files)
+		{
+			if (Tree.Filter.SupportedExtensions.Contains(FPaths::GetExtension(File)))
+			{
+				Fields.Add({ MoveTemp(File), NoClassName });
+			}
+		}
+		for (FString& Name : Listing.Folders)
+		{
+			AddFolder(Folder, Name, Fields);
+		}
+		if (HasSameNames(Fields))
+		{
+			MergeSameNames(Fields);
+		}
+		return Fields.IsEmpty() ? FString() : Join(Fields);
+	}
+
+	void AddFolder(FKestrelFolder& Above, FString& Name, TArray<FField>& OutFields)
+	{
+		if (IsExcluded(Name))
+		{
+			return;
+		}
+		FKestrelFolder Folder(Above, Name);
+		FString Text = WriteFolder(Folder);
+		if (!Text.IsEmpty())
+		{
+			OutFields.Add({ MoveTemp(Name), MoveTemp(Text) });
+		}
+	}
+
+	bool IsExcluded(const FString& Name) const
+	{
+		int32 Backslash = INDEX_NONE;
+		const bool bIsPath = Name.FindChar(TEXT('\\'), Backslash); // to the exclusion, not to the system
+		return bIsPath ? IsDirectoryExcluded(Name, Tree.Filter.ExcludedDirs) : ExcludedNames.Contains(Name);
+	}
+
+	FKestrelTreeText& Tree;
+	FKestrelTaskControl& Control;
+	TSet<FString> ExcludedNames; // as they are compared
+};
 }
 
-FKestrelTreeText& FKestrelTreeText::Get()
+FKestrelKeptTree& FKestrelKeptTree::Get()
 {
-	static FKestrelTreeText Instance;
+	static FKestrelKeptTree Instance;
 	return Instance;
 }
 
-FString FKestrelTreeText::Make(const FString& Path, const FKestrelTreeFilter& Filter)
+bool FKestrelTreeText::IsFresh(const FString& WantedPath, const FKestrelTreeFilter& WantedFilter) const
 {
-	if (IsFresh(Path, Filter))
-	{
-		return Text;
-	}
-	RootPath = Path;
-	RootFilter = Filter;
-	ExcludedNames.Empty();
-	for (const FString& Entry : Filter.ExcludedDirs)
-	{
-		ExcludedNames.Add(KestrelTree::CleanExcludedEntry(Entry));
-	}
-	Stamps.Empty();
-	Text.Empty();
-	const FDateTime Start = FDateTime::UtcNow();
-	if (!IsDirectoryExcluded(KestrelTree::ToComparedPath(Path), Filter.ExcludedDirs))
-	{
-		FKestrelFolder Folder(Path);
-		Text = MakeFolder(Folder);
-	}
-	Text = Text.IsEmpty() ? FString(TEXT("{}")) : Text;
-	bIsValid = !Stamps.IsEmpty() && !Stamps.ContainsByPredicate([&Start](const FStamp& Stamp) {
-		return Stamp.Time == FDateTime::MinValue() || Stamp.Time + TreeText::StepOfTimes > Start;
-	});
-	return Text;
-}
-
-bool FKestrelTreeText::IsFresh(const FString& Path, const FKestrelTreeFilter& Filter) const
-{
-	if (!bIsValid || !Path.Equals(RootPath) || !(Filter == RootFilter))
+	if (!bCanTellChanges || !WantedPath.Equals(Path) || !(WantedFilter == Filter))
 	{
 		return false;
 	}
@@ -146,40 +198,27 @@ bool FKestrelTreeText::IsFresh(const FString& Path, const FKestrelTreeFilter& Fi
 		[&PlatformFile](const FStamp& Stamp) { return PlatformFile.GetTimeStamp(*Stamp.Path) != Stamp.Time; });
 }
 
-FString FKestrelTreeText::MakeFolder(FKestrelFolder& Folder)
+TSharedRef<const FKestrelTreeText> KestrelTree::MakeText(const TSharedPtr<const FKestrelTreeText>& Kept,
+	const FString& Path, const FKestrelTreeFilter& Filter, FKestrelTaskControl& Control)
 {
-	const FDateTime Time = FPlatformFileManager::Get().GetPlatformFile().GetTimeStamp(*Folder.GetPath());
-	FKestrelFolder::FListing Listing = Folder.List();
-	Stamps.Add({ Folder.GetPath(), Time });
-	TArray<TreeText::FField> Fields;
-	Fields.Reserve(Listing.Files.Num() + Listing.Folders.Num());
-	for (FString& File : Listing.Files)
+	if (Kept && Kept->IsFresh(Path, Filter))
 	{
-		if (RootFilter.SupportedExtensions.Contains(FPaths::GetExtension(File)))
-		{
-			Fields.Add({ MoveTemp(File), TreeText::NoClassName });
-		}
+		return Kept.ToSharedRef();
 	}
-	for (FString& Name : Listing.Folders)
+	const TSharedRef<FKestrelTreeText> Tree = MakeShared<FKestrelTreeText>();
+	Tree->Path = Path;
+	Tree->Filter = Filter;
+	const FDateTime Start = FDateTime::UtcNow();
+	if (!IsDirectoryExcluded(ToComparedPath(Path), Filter.ExcludedDirs))
 	{
-		int32 Backslash = INDEX_NONE;
-		const bool bIsPath = Name.FindChar(TEXT('\\'), Backslash); // to the exclusion, not to the system
-		if (bIsPath ? IsDirectoryExcluded(Name, RootFilter.ExcludedDirs) : ExcludedNames.Contains(Name))
-		{
-			continue;
-		}
-		FKestrelFolder Sub(Folder, Name);
-		FString SubTree = MakeFolder(Sub);
-		if (!SubTree.IsEmpty())
-		{
-			Fields.Add({ MoveTemp(Name), MoveTemp(SubTree) });
-		}
+		Tree->Text = TreeText::FWriter(*Tree, Control).Write();
 	}
-	if (TreeText::HasSameNames(Fields))
-	{
-		TreeText::MergeSameNames(Fields);
-	}
-	return Fields.IsEmpty() ? FString() : TreeText::Join(Fields);
+	Tree->Text = Tree->Text.IsEmpty() ? FString(TEXT("{}")) : Tree->Text;
+	const auto MayHideChange = [&Start](const FKestrelTreeText::FStamp& Stamp) {
+		return Stamp.Time == FDateTime::MinValue() || Stamp.Time + TreeText::StepOfTimes > Start;
+	};
+	Tree->bCanTellChanges = !Tree->Stamps.IsEmpty() && !Tree->Stamps.ContainsByPredicate(MayHideChange);
+	return Tree;
 }
 
 FString KestrelTree::CleanExcludedEntry(const FString& Entry)

@@ -3,7 +3,7 @@
 #include "CoreMinimal.h"
 #include "Misc/DateTime.h"
 
-class FKestrelFolder;
+struct FKestrelTaskControl;
 
 /** What a listing of the project keeps: extensions without a dot, and names of single folders. */
 struct FKestrelTreeFilter
@@ -18,21 +18,12 @@ struct FKestrelTreeFilter
 };
 
 /**
- * The tree of a folder as text: what FFileUtils::BuildJsonTree gives without asset classes, written as it is walked,
- * and kept for as long as no folder in it has changed. A folder changes when something in it comes, goes or gets
- * another name, which is all that the tree tells.
+ * The tree of a folder as text: what FFileUtils::BuildJsonTree gives without asset classes. It stays true for as long
+ * as no folder in it has changed; a folder changes when something in it comes, goes or gets another name, which is all
+ * that the tree tells.
  */
-class KESTREL_API FKestrelTreeText
+struct FKestrelTreeText
 {
-public:
-	static FKestrelTreeText& Get();
-
-	/** @return the JSON text, without white space */
-	FString Make(const FString& Path, const FKestrelTreeFilter& Filter);
-	/** The next tree is made anew. */
-	void Forget() { bIsValid = false; }
-
-private:
 	/** A folder that was walked, and when it had changed last. */
 	struct FStamp
 	{
@@ -40,20 +31,44 @@ private:
 		FDateTime Time;
 	};
 
-	bool IsFresh(const FString& Path, const FKestrelTreeFilter& Filter) const;
-	/** @return the object of a folder; empty when there is nothing in it */
-	FString MakeFolder(FKestrelFolder& Folder);
+	/** Looks at each folder. */
+	bool IsFresh(const FString& WantedPath, const FKestrelTreeFilter& WantedFilter) const;
 
-	FString RootPath;
-	FKestrelTreeFilter RootFilter;
-	TSet<FString> ExcludedNames; // of RootFilter, as they are compared
+	FString Path;
+	FKestrelTreeFilter Filter;
 	TArray<FStamp> Stamps;
-	FString Text;
-	bool bIsValid = false;
+	FString Text; // JSON, without white space
+	/** Whether the stamps would tell of a change. */
+	bool bCanTellChanges = false;
+};
+
+/** Keeps the last tree for the next request. Game thread only. */
+class KESTREL_API FKestrelKeptTree
+{
+public:
+	static FKestrelKeptTree& Get();
+
+	/** Null when there is none. */
+	const TSharedPtr<const FKestrelTreeText>& GetTree() const { return Tree; }
+	void Keep(const TSharedRef<const FKestrelTreeText>& Made) { Tree = Made; }
+	/** The next tree is made anew. */
+	void Forget() { Tree.Reset(); }
+
+private:
+	TSharedPtr<const FKestrelTreeText> Tree;
 };
 
 namespace KestrelTree
 {
+/**
+ * Makes the tree of a folder, on any thread.
+ *
+ * @param Kept     an earlier one, which is given back when it is still true; may be null
+ * @param Control  of the task that this is part of: NumDone counts the folders; a canceled task gets part of the tree
+ */
+KESTREL_API TSharedRef<const FKestrelTreeText> MakeText(const TSharedPtr<const FKestrelTreeText>& Kept,
+	const FString& Path, const FKestrelTreeFilter& Filter, FKestrelTaskControl& Control);
+
 /** An entry of the excluded folders as it is compared: without slashes and spaces around it. */
 FString CleanExcludedEntry(const FString& Entry);
 /**

@@ -1,5 +1,6 @@
 #include "Agent/Text/JsonText.h"
 
+#include "Containers/StringConv.h"
 #include "Dom/JsonObject.h"
 #include "Policies/CondensedJsonPrintPolicy.h"
 #include "Serialization/JsonReader.h"
@@ -36,6 +37,12 @@ bool KestrelJson::IsTooDeep(const FString& Text)
 		}
 	}
 	return false;
+}
+
+TArray<uint8> KestrelJson::ToUtf8(const FString& Text)
+{
+	const FTCHARToUTF8 Converted(*Text, Text.Len());
+	return TArray<uint8>(reinterpret_cast<const uint8*>(Converted.Get()), Converted.Length());
 }
 
 FString KestrelJson::ToCondensedText(const TSharedRef<FJsonObject>& Object)

@@ -13,6 +13,8 @@ KESTREL_API FString ToCondensedText(const TSharedRef<FJsonObject>& Object);
 /** In the engine's layout for people, a tab a level. */
 FString ToPrettyText(const TArray<TSharedPtr<FJsonValue>>& Array);
 FString ToPrettyText(const TSharedRef<FJsonObject>& Object);
+/** As it goes over the wire. */
+TArray<uint8> ToUtf8(const FString& Text);
 /** Whether a text is nested deeper than any document is, so that it had better not be parsed. */
 bool IsTooDeep(const FString& Text);
 /** Invalid when the text is no JSON object, or one that is nested deeper than any document is. */

@@ -6,7 +6,9 @@
 #include "Agent/Files/NativeFile.h"
 #include "Agent/Files/NearMatch.h"
 #include "Agent/Files/PathReview.h"
+#include "Agent/Files/TreeWork.h"
 #include "Agent/Tools/ToolPlan.h"
+#include "Agent/Tools/ToolWork.h"
 #include "GenericPlatform/GenericPlatformFile.h"
 #include "HAL/FileManager.h"
 #include "HAL/PlatformFileManager.h"
@@ -502,7 +504,7 @@ void PlanTree(FKestrelProjectView& View, FKestrelToolPlan& Plan)
 	Plan.Target = Plan.Input.Get(DirPath) / TEXT("");
 	if (!IsInProject(Folder))
 	{
-		// A whole disk would be walked on the game thread.
+		// A whole disk would be walked.
 		Plan.Refuse(FString::Printf(TEXT("Error: The folder lies outside of the project: %s"), *Folder));
 		return;
 	}
@@ -510,9 +512,28 @@ void PlanTree(FKestrelProjectView& View, FKestrelToolPlan& Plan)
 	Plan.Target /= TEXT("");
 }
 
-FString ApplyTree(const FKestrelToolPlan& Plan)
+/** Lists the folder on another thread. */
+class FTreeWork : public FKestrelToolWork
 {
-	return FFileUtils::GetSubDirectoryStructureAsJsonObject(GetFolder(Plan));
+public:
+	explicit FTreeWork(const FKestrelToolPlan& Plan)
+		: Tree(GetFolder(Plan))
+	{
+	}
+
+	virtual bool Step(double Deadline) override { return Tree.Step(Deadline); }
+	virtual float GetProgress() const override { return Tree.GetProgress(); }
+	virtual bool IsElsewhere() const override { return Tree.IsElsewhere(); }
+	virtual void Finish() override { Tree.Finish(); }
+	virtual FString GetResult() override { return Tree.GetText(); }
+
+private:
+	FKestrelTreeWork Tree;
+};
+
+TSharedRef<FKestrelToolWork> BeginTree(const FKestrelToolPlan& Plan)
+{
+	return MakeShared<FTreeWork>(Plan);
 }
 
 // Names that the panel leaves out are those of the service's first tools; the others were never in its texts.
@@ -552,7 +573,7 @@ void KestrelTools::AddFileTools(TArray<FKestrelTool>& OutTools)
 		TEXT("Reading File..."), Hidden, PlanReading, ApplyReading });
 	OutTools.Add({ KestrelToolNames::GetFileSystemTree, EKestrelToolKind::Read, LOCTEXT("Tree", "List"),
 		TEXT("Lists a folder of the project with its subfolders."), { DirPath }, nullptr, nullptr, Hidden, PlanTree,
-		ApplyTree });
+		nullptr, EKestrelAnswers::AtOnce, BeginTree });
 }
 
 #undef LOCTEXT_NAMESPACE

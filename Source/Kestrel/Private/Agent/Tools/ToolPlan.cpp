@@ -7,6 +7,7 @@
 #include "Agent/Files/NativeFile.h"
 #include "Agent/Files/PathReview.h"
 #include "Agent/Text/DisplayText.h"
+#include "Agent/Tools/ToolWork.h"
 #include "Dom/JsonObject.h"
 #include "Misc/PackageName.h"
 
@@ -289,19 +290,65 @@ bool FKestrelToolPlan::AssetsStillHold(FKestrelAssetFinder& Finder) const
 	return !Watch || Watch->IsUnchanged();
 }
 
-FString FKestrelToolPlan::Apply() const
+/** A plan that is carried out. */
+class FKestrelToolPlan::FWork : public FKestrelToolWork
 {
-	if (Status)
+public:
+	FWork(const FKestrelToolPlan& InPlan, EKestrelStatusLine StatusLine)
+		: Plan(InPlan)
 	{
-		FKestrelInterface::Get().AddOwnStatusMessage(Status);
+		if (Plan.Status && StatusLine == EKestrelStatusLine::Shown)
+		{
+			FKestrelInterface::Get().AddOwnStatusMessage(Plan.Status);
+		}
+		if (Plan.bRuns && Plan.Tool->Begin)
+		{
+			Slices = Plan.Tool->Begin(Plan);
+		}
 	}
-	if (!bRuns)
+
+	virtual bool Step(double Deadline) override { return !Slices || Slices->Step(Deadline); }
+	virtual float GetProgress() const override { return Slices ? Slices->GetProgress() : -1.0f; }
+	virtual bool IsElsewhere() const override { return Slices && Slices->IsElsewhere(); }
+	virtual void Finish() override
 	{
-		return Refusal;
+		if (Slices)
+		{
+			Slices->Finish();
+		}
 	}
+
+	virtual FString GetResult() override
+	{
+		if (!Plan.bRuns)
+		{
+			return Plan.Refusal;
+		}
+		return Slices ? Slices->GetResult() : Plan.Run();
+	}
+
+private:
+	const FKestrelToolPlan& Plan;
+	TSharedPtr<FKestrelToolWork> Slices; // null for a tool that works at once
+};
+
+TSharedRef<FKestrelToolWork> FKestrelToolPlan::Begin(EKestrelStatusLine StatusLine) const
+{
+	return MakeShared<FWork>(*this, StatusLine);
+}
+
+FString FKestrelToolPlan::Apply(EKestrelStatusLine StatusLine) const
+{
+	FWork Work(*this, StatusLine);
+	Work.Finish();
+	return Work.GetResult();
+}
+
+FString FKestrelToolPlan::Run() const
+{
 	// What nobody else has touched until now is expected to be as this tool leaves it.
 	const TArray<TSharedRef<FKestrelAssetWatch>> ExpectedAssets = FindExpected();
-	const FString Result = Run();
+	const FString Result = RunWhole();
 	for (const TSharedRef<FKestrelAssetWatch>& Each : ExpectedAssets)
 	{
 		Each->LookAgain();
@@ -327,7 +374,7 @@ TArray<TSharedRef<FKestrelAssetWatch>> FKestrelToolPlan::FindExpected() const
 	return Found;
 }
 
-FString FKestrelToolPlan::Run() const
+FString FKestrelToolPlan::RunWhole() const
 {
 	if (!bIsBeyondLimits)
 	{

@@ -9,6 +9,7 @@
 #include "CoreMinimal.h"
 
 class FJsonObject;
+class FKestrelToolWork;
 class UClass;
 
 /** How a tool changes its file. */
@@ -20,6 +21,13 @@ enum class EKestrelFileOperation : uint8
 	Update,
 	Insert,
 	Delete,
+};
+
+/** Whether the panel tells that a tool is at work. */
+enum class EKestrelStatusLine : uint8
+{
+	Shown,
+	Hidden,
 };
 
 /** A text before and after a change. */
@@ -65,7 +73,9 @@ struct KESTREL_API FKestrelToolPlan
 	bool StillHolds(FKestrelAssetFinder& Finder) const;
 	bool StillHolds() const;
 	/** Runs the tool. @return its result */
-	FString Apply() const;
+	FString Apply(EKestrelStatusLine StatusLine = EKestrelStatusLine::Shown) const;
+	/** Begins to run the tool, which goes on in slices. The plan has to outlive the work. */
+	TSharedRef<FKestrelToolWork> Begin(EKestrelStatusLine StatusLine = EKestrelStatusLine::Shown) const;
 	/** Whether others find the project's files and assets as they were, once it has run. */
 	bool LeavesAllAsItIs() const { return Kind == EKestrelToolKind::Read; }
 	bool AnswersLater() const { return Tool && Tool->Answers == EKestrelAnswers::Later; }
@@ -138,7 +148,10 @@ private:
 	bool AssetsStillHold(FKestrelAssetFinder& Finder) const;
 	/** Of the assets that the tool may change, those that are as expected. */
 	TArray<TSharedRef<FKestrelAssetWatch>> FindExpected() const;
+	/** Of a tool that works at once. */
 	FString Run() const;
+	FString RunWhole() const;
+	class FWork;
 
 	/** Looks at the files that the row's tools need. */
 	void Make(FKestrelProjectView& View);

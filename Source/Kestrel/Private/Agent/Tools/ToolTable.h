@@ -5,6 +5,7 @@
 
 class FJsonObject;
 class FKestrelProjectView;
+class FKestrelToolWork;
 struct FKestrelToolPlan;
 
 /** What the field of a tool's input holds. */
@@ -72,9 +73,15 @@ struct FKestrelTool
 	EKestrelNameInPanel NameInPanel;
 	/** Null when there is nothing to say but that the tool runs. */
 	void (*Plan)(FKestrelProjectView& View, FKestrelToolPlan& InOutPlan);
-	/** @return the tool's result; a text that begins with "Error:" is a failure */
+	/**
+	 * Null for a tool that works in slices.
+	 *
+	 * @return the tool's result; a text that begins with "Error:" is a failure
+	 */
 	FString (*Apply)(const FKestrelToolPlan& Plan);
 	EKestrelAnswers Answers = EKestrelAnswers::AtOnce;
+	/** Of a tool that may take longer than a frame. It reads the plan at once, and never again. */
+	TSharedRef<FKestrelToolWork> (*Begin)(const FKestrelToolPlan& Plan) = nullptr;
 };
 
 namespace KestrelTools

@@ -1,6 +1,7 @@
 #include "Agent/Files/TreeText.h"
 #include "Agent/Files/FileUtils.h"
 #include "Agent/Text/JsonText.h"
+#include "Agent/Work/BackgroundWork.h"
 #include "Dom/JsonObject.h"
 #include "GenericPlatform/GenericPlatformFile.h"
 #include "HAL/FileManager.h"
@@ -26,6 +27,15 @@ FString MakeByObject(const FString& Path)
 {
 	return KestrelJson::ToCondensedText(
 		FFileUtils::BuildJsonTree(Path, Filter.SupportedExtensions, Filter.ExcludedDirs, TSet<FName>()).ToSharedRef());
+}
+
+/** The text, made from an earlier tree if that is still true. */
+FString Make(
+	TSharedPtr<const FKestrelTreeText>& InOutKept, const FString& Path, const FKestrelTreeFilter& Wanted = Filter)
+{
+	FKestrelTaskControl Control;
+	InOutKept = KestrelTree::MakeText(InOutKept, Path, Wanted, Control);
+	return InOutKept->Text;
 }
 
 void Fill(const FString& Folder, FKestrelDice& Dice, int32 Depth)
@@ -58,8 +68,9 @@ bool FKestrelTreeTextTest::RunTest(const FString& Parameters)
 		const FKestrelTestFolder Folder;
 		TreeTextTest::Fill(Folder.Full(TEXT("Tree")), Dice, 3);
 		const FString Path = Folder.Full(TEXT("Tree"));
-		if (!KestrelTest::TestSameText(*this, FString::Printf(TEXT("round %d"), Round),
-				FKestrelTreeText::Get().Make(Path, TreeTextTest::Filter), TreeTextTest::MakeByObject(Path)))
+		TSharedPtr<const FKestrelTreeText> Kept;
+		if (!KestrelTest::TestSameText(*this, FString::Printf(TEXT("round %d"), Round), TreeTextTest::Make(Kept, Path),
+				TreeTextTest::MakeByObject(Path)))
 		{
 			break;
 		}
@@ -74,9 +85,9 @@ bool FKestrelTreeCacheTest::RunTest(const FString& Parameters)
 	const FKestrelTestFolder Folder;
 	const FString Sub = Folder.Full(TEXT("Sub"));
 	Folder.Write(TEXT("Sub/a.h"), TEXT("one"));
-	FKestrelTreeText& Tree = FKestrelTreeText::Get();
+	TSharedPtr<const FKestrelTreeText> Kept;
 	const auto Lists = [&](const TCHAR* File) {
-		return Tree.Make(Folder.Path, TreeTextTest::Filter).Contains(File, ESearchCase::CaseSensitive);
+		return TreeTextTest::Make(Kept, Folder.Path).Contains(File, ESearchCase::CaseSensitive);
 	};
 	TestTrue(TEXT("at first"), Lists(TEXT("a.h")) && !Lists(TEXT("b.h")));
 	Folder.Write(TEXT("Sub/b.h"), TEXT("two"));
@@ -87,7 +98,7 @@ bool FKestrelTreeCacheTest::RunTest(const FString& Parameters)
 	const FDateTime LongAgo = FDateTime::UtcNow() - FTimespan::FromHours(1.0);
 	Files.SetTimeStamp(*Sub, LongAgo);
 	Files.SetTimeStamp(*Folder.Path, LongAgo);
-	Tree.Make(Folder.Path, TreeTextTest::Filter);
+	TreeTextTest::Make(Kept, Folder.Path);
 	Files.DeleteFile(*(Sub / TEXT("b.h")));
 	Files.SetTimeStamp(*Sub, LongAgo);
 	TestTrue(TEXT("kept"), Lists(TEXT("b.h")));
@@ -95,6 +106,6 @@ bool FKestrelTreeCacheTest::RunTest(const FString& Parameters)
 	TestFalse(TEXT("another time"), Lists(TEXT("b.h")));
 	FKestrelTreeFilter Other = TreeTextTest::Filter;
 	Other.ExcludedDirs.Add(TEXT("sub"));
-	KestrelTest::TestSameText(*this, TEXT("another filter"), Tree.Make(Folder.Path, Other), TEXT("{}"));
+	KestrelTest::TestSameText(*this, TEXT("another filter"), TreeTextTest::Make(Kept, Folder.Path, Other), TEXT("{}"));
 	return true;
 }

@@ -149,7 +149,7 @@ FString FKestrelAssetFinder::FindUnlisted(const FString& Name)
 	if (!PackagesByName.IsSet())
 	{
 		PackagesByName.Emplace();
-		const TArray<FString> Files = FKestrelFolder::FindFiles(FPaths::ProjectContentDir(), [](const FString& Each) {
+		const TArray<FString> Files = FKestrelFileWalk::FindAll(FPaths::ProjectContentDir(), [](const FString& Each) {
 			return Each.EndsWith(FPackageName::GetAssetPackageExtension(), ESearchCase::IgnoreCase);
 		});
 		for (const FString& File : Files)
