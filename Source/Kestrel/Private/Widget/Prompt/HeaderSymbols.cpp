@@ -64,17 +64,13 @@ private:
 			{
 				Advance();
 			}
-			else if (Text[At] == TEXT('/') && Peek(1) == TEXT('/'))
+			else if ((Text[At] == TEXT('/') && Peek(1) == TEXT('/')) || (Text[At] == TEXT('#') && bIsLineStart))
 			{
 				SkipLine();
 			}
 			else if (Text[At] == TEXT('/') && Peek(1) == TEXT('*'))
 			{
 				SkipComment();
-			}
-			else if (Text[At] == TEXT('#') && bIsLineStart)
-			{
-				SkipLine();
 			}
 			else if (Text[At] == TEXT('"') || (Text[At] == TEXT('\'') && !(At > 0 && FChar::IsAlnum(Text[At - 1]))))
 			{

@@ -1,7 +1,6 @@
 #include "Widget/Status/SKestrelStatusLine.h"
 
 #include "Agent/RunStatus.h"
-#include "Layout/Clipping.h"
 #include "Layout/Margin.h"
 #include "Layout/Visibility.h"
 #include "Styling/ISlateStyle.h"
@@ -27,11 +26,9 @@ void SKestrelStatusLine::Construct(const FArguments& InArgs)
 	[
 		SNew(SBox)
 		.Padding(FMargin(KestrelStatusLine::SideGap, 0.0f, KestrelStatusLine::SideGap, KestrelStatusLine::BottomGap))
-		// What does not fit is in the tooltip.
-		.Clipping(EWidgetClipping::ClipToBounds)
 		.ToolTipText_Static(&KestrelStatusText::MakeToolTip)
 		[
-			SAssignNew(Line, STextBlock).TextStyle(&Style)
+			SAssignNew(Line, STextBlock).TextStyle(&Style).AutoWrapText(true)
 		]
 	];
 	// clang-format on

@@ -1,6 +1,7 @@
 #include "Widget/Status/StatusText.h"
 
 #include "Agent/Agent.h"
+#include "Agent/Backend/HTTPAPI.h"
 #include "Agent/RunStatus.h"
 
 #define LOCTEXT_NAMESPACE "KestrelStatusText"
@@ -39,12 +40,36 @@ FText DescribeActions(const FKestrelRunStatus& Run)
 			   : FText::Format(LOCTEXT("Failures", "{0}, {1} failed"), Actions, FText::AsNumber(Run.GetNumFailures()));
 }
 
+/** Work in the editor itself that takes several frames; empty when there is none. */
+FText DescribeWork()
+{
+	if (const TOptional<int32> NumFolders = FHTTPAPI::Get().GetNumFoldersListed())
+	{
+		return FText::Format(
+			LOCTEXT("Listing", "listing the project: {0} {0}|plural(one=folder,other=folders)"), NumFolders.GetValue());
+	}
+	const TOptional<float> Progress = FAgent::Get().GetToolProgress();
+	if (!Progress.IsSet())
+	{
+		return FText::GetEmpty();
+	}
+	constexpr float Hundred = 100.0f;
+	return Progress.GetValue() < 0.0f ? LOCTEXT("Tool", "a tool is at work")
+									  : FText::Format(LOCTEXT("ToolProgress", "tool at {0} %"),
+											FText::AsNumber(FMath::FloorToInt(Progress.GetValue() * Hundred)));
+}
+
 /** What is known at the moment, in the order in which it is shown. */
 TArray<FText> CollectItems(const FKestrelRunStatus& Run)
 {
 	TArray<FText> Items;
 	Items.Add(
 		FText::Format(INVTEXT("{0} {1}"), DescribeState(), FText::FromString(DescribeSeconds(Run.GetSecondsOfWork()))));
+	const FText Work = DescribeWork();
+	if (!Work.IsEmpty())
+	{
+		Items.Add(Work);
+	}
 	if (Run.GetNumTurns() > 0)
 	{
 		Items.Add(FText::Format(LOCTEXT("Turn", "turn {0}"), FText::AsNumber(Run.GetNumTurns())));
