@@ -2,10 +2,12 @@
 
 import ctypes
 import os
+import shutil
 import subprocess
 import tempfile
 import time
 
+import bench_cases
 import steps
 from xvfb import Xvfb
 
@@ -42,7 +44,7 @@ BENCHES = {
     "Conversation": [
         Figure("AddMilliseconds", "adding a block and drawing it"),
         Figure("AddRatio", "the same, to adding one to an empty panel", "times", 2.0),
-        *frames("Typing", "typing"), *frames("Scrolling", "scrolling", 8.0),
+        *frames("Typing", "typing"), *frames("Scrolling", "scrolling", 4.0),
         *frames("Jumping", "jumping to what was never shown"), *frames("Still", "nothing changes")],
     "LargeBlock": [
         Figure("AddMilliseconds", "adding and drawing it"), *frames("Scrolling", "scrolling", 8.0),
@@ -50,13 +52,39 @@ BENCHES = {
     "LargeAnswer": [
         Figure("ReadMilliseconds", "reading its Markdown"), Figure("AddMilliseconds", "reading, adding and drawing it", aim=100.0),
         Figure("ReadRatio", "reading, to md4c making HTML of it", "times", 10.0)],
+    "Restoring": [Figure("RestoringMilliseconds", "reading, adding and drawing them again", aim=150.0)],
     "UndoButtons": [
         Figure("AskNanoseconds", "asking whether there is something to undo or redo", "ns", 1000.0),
         Figure("AskRatio", "the same, to asking with one conversation", "times", 3.0)],
 }
 TITLES = {"Conversation": "5,000 blocks, 1,000 of them diffs", "LargeBlock": "A block of 1,000,000 characters",
-          "LargeAnswer": "An answer of 1,000,000 characters",
+          "LargeAnswer": "An answer of 1,000,000 characters", "Restoring": "A conversation of 1,000 messages",
           "UndoButtons": "Changes of 10,000 conversations and as many transactions"}
+
+
+# Projects so large that the work in them takes many frames.
+NUM_FOLDERS, FILES_PER_FOLDER = 50_000, 20
+NUM_SOURCES, BYTES_PER_SOURCE = 200_000, 10_000
+LONGEST_FRAME = 100.0
+
+
+def make_many_files(project):
+    for number in range(NUM_FOLDERS):
+        folder = os.path.join(project, "Content", f"Area{number % 100}", f"Level{number // 100}")
+        os.makedirs(folder)
+        for index in range(FILES_PER_FOLDER):
+            os.mknod(os.path.join(folder, f"AssetNumber{index:02}OfRoom{number}.json"))
+
+
+def make_many_sources(project):
+    case = bench_cases.FindReference()
+    case.make(project, NUM_SOURCES / case.num_files)
+
+
+WORKS = {
+    "Listing": (f"The first request in a project of {NUM_FOLDERS * FILES_PER_FOLDER:,} files", make_many_files),
+    "Search": (f"A search in {NUM_SOURCES:,} sources of {NUM_SOURCES * BYTES_PER_SOURCE / 1e9:g} GB", make_many_sources),
+}
 
 
 class PanelBench:
@@ -106,6 +134,21 @@ class PanelBench:
             times.append(1000 * (time.perf_counter() - started))
         return sorted(times)[len(times) // 2]
 
+    def measure_works(self):
+        """Frames while something takes long."""
+        good = True
+        for name, (title, make) in WORKS.items():
+            project = os.path.join(self.folder, name)
+            os.makedirs(project)
+            make(project)
+            values = PanelBench(self.preset, project, self.environment["DISPLAY"]).run(name)
+            shutil.rmtree(project)
+            print(f"{title}:")
+            for figure in [*frames(name, "the editor"), Figure(name + "Longest", "the longest frame", aim=LONGEST_FRAME),
+                           Figure(name + "Milliseconds", "all of it")]:
+                good &= figure.show(values[figure.name])
+        return good
+
     def measure_start(self):
         """From the start of the process to the panel on the screen; the first run warms the caches."""
         seconds = []
@@ -138,4 +181,4 @@ def processor_seconds(pid):
 def measure(preset):
     with tempfile.TemporaryDirectory(prefix="kestrel-bench-") as folder, Xvfb(WIDTH, HEIGHT) as screen:
         bench = PanelBench(preset, folder, screen.display)
-        return all([bench.measure_start(), bench.measure_idling(), bench.measure_frames()])
+        return all([bench.measure_start(), bench.measure_idling(), bench.measure_frames(), bench.measure_works()])

@@ -152,6 +152,14 @@ void FCurlHttpRequest::SetContent(const TArray<uint8>& ContentPayload)
 	}
 }
 
+void FCurlHttpRequest::SetContent(TArray<uint8>&& ContentPayload)
+{
+	if (CanChange(TEXT("SetContent")))
+	{
+		Content = MoveTemp(ContentPayload);
+	}
+}
+
 void FCurlHttpRequest::SetContentAsString(const FString& ContentString)
 {
 	if (CanChange(TEXT("SetContentAsString")))

@@ -58,6 +58,7 @@ public:
 	void SetURL(const FString& InURL) override;
 	void SetHeader(const FString& HeaderName, const FString& HeaderValue) override;
 	void SetContent(const TArray<uint8>& ContentPayload) override;
+	void SetContent(TArray<uint8>&& ContentPayload) override;
 	void SetContentAsString(const FString& ContentString) override;
 	void SetTimeout(float InTimeoutSecs) override;
 	FHttpRequestCompleteDelegate& OnProcessRequestComplete() override { return CompleteDelegate; }

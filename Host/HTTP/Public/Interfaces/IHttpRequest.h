@@ -41,6 +41,7 @@ public:
 	/** Replaces a header of that name in its place; names ignore case. */
 	virtual void SetHeader(const FString& HeaderName, const FString& HeaderValue) = 0;
 	virtual void SetContent(const TArray<uint8>& ContentPayload) = 0;
+	virtual void SetContent(TArray<uint8>&& ContentPayload) = 0;
 	/** Sent as UTF-8. */
 	virtual void SetContentAsString(const FString& ContentString) = 0;
 	/** Seconds for the whole request. */

@@ -1,3 +1,4 @@
+#include "Bench/PanelBench.h"
 #include "Agent/Agent.h"
 #include "Agent/Blueprints/KestrelBlueprintUtils.h"
 #include "Agent/Chat/KestrelInterface.h"
@@ -32,52 +33,12 @@ constexpr float WholeWay = 1.0e6f;
 constexpr float JumpNotches = 190.0f;
 constexpr int32 JumpsInOneDirection = 20;
 
-/** The file for the figures; empty unless this is a benchmark run. */
 FString ReportFile()
 {
 	FString File;
 	FParse::Value(FCommandLine::Get(), TEXT("-KestrelPanelBench="), File);
 	return File;
 }
-
-/** Some times, in milliseconds. */
-class FTimes
-{
-public:
-	template <typename WorkType>
-	void Measure(WorkType Work)
-	{
-		const uint64 Start = FPlatformTime::Cycles64();
-		Work();
-		Milliseconds.Add(1000.0 * FPlatformTime::ToSeconds64(FPlatformTime::Cycles64() - Start));
-	}
-	/** @param Share  0 the shortest, 0.5 the median, 1 the longest */
-	double At(double Share) const
-	{
-		TArray<double> Sorted = Milliseconds;
-		Sorted.Sort();
-		return Sorted[static_cast<int32>(Share * (Sorted.Num() - 1))];
-	}
-
-private:
-	TArray<double> Milliseconds;
-};
-
-/** The figures of a run, "<name> <value>" in each line. */
-class FReport
-{
-public:
-	void Add(const TCHAR* Name, double Value) { Text += FString::Printf(TEXT("%s %f\n"), Name, Value); }
-	void AddFrames(const TCHAR* Name, const FTimes& Times)
-	{
-		Add(*(FString(Name) + TEXT("Median")), Times.At(0.5));
-		Add(*(FString(Name) + TEXT("Longest1Percent")), Times.At(0.99));
-	}
-	bool Save() const { return FFileHelper::SaveStringToFile(Text, *ReportFile()); }
-
-private:
-	FString Text;
-};
 
 void DrawFrame()
 {
@@ -339,6 +300,9 @@ const FBench Benches[] = {
 	{ TEXT("LargeBlock"), MeasureLargeBlock },
 	{ TEXT("LargeAnswer"), MeasureLargeAnswer },
 	{ TEXT("UndoButtons"), MeasureUndoButtons },
+	{ TEXT("Restoring"), MeasureRestoring },
+	{ TEXT("Listing"), MeasureListing },
+	{ TEXT("Search"), MeasureSearch },
 };
 }
 

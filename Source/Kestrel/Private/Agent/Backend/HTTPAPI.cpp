@@ -108,7 +108,7 @@ void FHTTPAPI::InitialPromptRequest(const FString& Prompt)
 	FirstTree = KestrelFirstRequest::Begin(Prompt);
 	FirstTreeRunner.Start(FirstTree.ToSharedRef(), [this]() {
 		const TSharedPtr<FKestrelTreeWork> Made = MoveTemp(FirstTree);
-		SendCommand(Made->GetBytes());
+		SendCommand(MoveTemp(Made->GetBytes()));
 	});
 }
 
@@ -136,7 +136,7 @@ void FHTTPAPI::RegularRequest(const FString& Body)
 	SendCommand(KestrelJson::ToUtf8(Body));
 }
 
-void FHTTPAPI::SendCommand(const TArray<uint8>& Body)
+void FHTTPAPI::SendCommand(TArray<uint8>&& Body)
 {
 	ResetPollDelay();
 	const FHttpRequestRef Request = FHttpModule::Get().CreateRequest();
@@ -151,7 +151,7 @@ void FHTTPAPI::SendCommand(const TArray<uint8>& Body)
 	{
 		Request->SetHeader(TEXT("engine-version"), EngineVersion);
 	}
-	Request->SetContent(Body);
+	Request->SetContent(MoveTemp(Body));
 	Request->OnProcessRequestComplete().BindRaw(this, &FHTTPAPI::OnRegularRequestResponse);
 	LastCommand = Request;
 	Send(Request);

@@ -103,7 +103,7 @@ private:
 	};
 
 	/** @param Body  UTF-8 */
-	void SendCommand(const TArray<uint8>& Body);
+	void SendCommand(TArray<uint8>&& Body);
 	void Send(const FHttpRequestRef& Request);
 	void FailRegularRequest(const TCHAR* Message);
 	/** Takes the poll that a reply belongs to; unset for a reply to another turn. */

@@ -118,9 +118,8 @@ void FKestrelWorkRunnerSpec::Define()
 		int32 NumSteps = 2;
 		int32 NumNext = 2;
 		bool bNextDone = false;
-		Runner.Start(MakeShared<FSteps>(NumSteps), [&]() {
-			Runner.Start(MakeShared<FSteps>(NumNext), [&bNextDone]() { bNextDone = true; });
-		});
+		Runner.Start(MakeShared<FSteps>(NumSteps),
+			[&]() { Runner.Start(MakeShared<FSteps>(NumNext), [&bNextDone]() { bNextDone = true; }); });
 		TestTrue(TEXT("both"), bNextDone && !Runner.IsRunning());
 
 		class FStopper : public IKestrelSlicedWork
@@ -168,18 +167,19 @@ void FKestrelWorkRunnerSpec::Define()
 		Conversation.Receive();
 		TestTrue(TEXT("at work"), Agent.GetToolProgress().IsSet() && Agent.GetToolResults().IsEmpty());
 		TestTrue(TEXT("state"), Agent.GetAgentState() == EAgentState::PollResponse);
-		TestFalse(TEXT("not yet said"), Recorder.GetTexts().ContainsByPredicate([](const FString& Text) {
-			return Text.Contains(TEXT("Between them."));
-		}));
+		TestFalse(TEXT("not yet said"), Recorder.GetTexts().ContainsByPredicate(
+											[](const FString& Text) { return Text.Contains(TEXT("Between them.")); }));
 		bool bSawResult = false;
 		const FDelegateHandle Handle = Agent.OnToolDone().AddLambda(
 			[&](const FKestrelToolPlan&, const FString&) { bSawResult |= Agent.GetToolResults().Num() == 2; });
-		TestTrue(TEXT("sent"), TickUntil([&Agent]() { return Agent.GetToolResults().IsEmpty() && !Agent.GetToolProgress(); }));
+		TestTrue(TEXT("sent"),
+			TickUntil([&Agent]() { return Agent.GetToolResults().IsEmpty() && !Agent.GetToolProgress(); }));
 		Agent.OnToolDone().Remove(Handle);
 		TestTrue(TEXT("both results"), bSawResult);
 		const FString Said = FString::Join(Recorder.GetTexts(), TEXT("|"));
 		const int32 Between = Said.Find(TEXT("Between them."));
-		TestTrue(TEXT("in order"), Said.Find(TEXT("Finding Reference")) < Between && Between < Said.Find(TEXT("Sending request")));
+		TestTrue(TEXT("in order"),
+			Said.Find(TEXT("Finding Reference")) < Between && Between < Said.Find(TEXT("Sending request")));
 	});
 
 	It("drops the tool at work when the conversation ends, without a trace", [this]() {
