@@ -11,6 +11,7 @@ public:
 	/** @return the number afterwards */
 	int32 Increment() { return ++Counter; }
 	/** @return the number before */
+	int32 Add(int32 Amount) { return Counter.fetch_add(Amount); }
 	int32 Set(int32 Value) { return Counter.exchange(Value); }
 	int32 GetValue() const { return Counter; }
 

@@ -15,16 +15,18 @@ TSharedRef<FKestrelTreeWork> KestrelFirstRequest::Begin(const FString& Prompt)
 	Last->SetBoolField(TEXT("is_confirmation_mode"), !GetDefault<UKestrelSettings>()->bAutoApprove);
 	const FString Before = KestrelJson::ToCondensedText(First).LeftChop(1) + TEXT(",");
 	const FString After = KestrelJson::ToCondensedText(Last).RightChop(1);
-	return MakeShared<FKestrelTreeWork>(FPaths::ProjectDir(), [Before, After](const FString& Tree) {
-		TArray<uint8> Body = KestrelJson::ToUtf8(Before);
-		if (!KestrelJson::IsTooDeep(Tree))
+	return MakeShared<FKestrelTreeWork>(FPaths::ProjectDir(), [Before, After](const FKestrelTreeText& Tree) {
+		const bool bHasTree = !Tree.bIsTooDeep;
+		const TArray<uint8> Start = KestrelJson::ToUtf8(bHasTree ? Before + TEXT("\"file_structure\":") : Before);
+		const TArray<uint8> End = KestrelJson::ToUtf8(bHasTree ? TEXT(",") + After : After);
+		TArray<uint8> Body;
+		Body.Reserve(Start.Num() + Tree.Utf8.Num() + End.Num());
+		Body += Start;
+		if (bHasTree)
 		{
-			// A text already, and the largest part of it all.
-			Body += KestrelJson::ToUtf8(TEXT("\"file_structure\":"));
-			Body += KestrelJson::ToUtf8(Tree);
-			Body += KestrelJson::ToUtf8(TEXT(","));
+			Body += Tree.Utf8;
 		}
-		Body += KestrelJson::ToUtf8(After);
+		Body += End;
 		return Body;
 	});
 }

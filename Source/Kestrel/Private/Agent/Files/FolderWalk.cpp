@@ -8,9 +8,9 @@
 namespace FolderWalk
 {
 // In files listed. More than a project has in the folders that it links to, and walked in a few seconds.
-constexpr int64 MaxCostBelowLinks = 1'000'000;
+constexpr int32 MaxCostBelowLinks = 1'000'000;
 // To open a folder takes about as long as to list this many files.
-constexpr int64 FolderCost = 50;
+constexpr int32 FolderCost = 50;
 
 /** One question to the system for an ordinary folder; finding a real path takes several for each part of it. */
 bool IsLink(const FString& FullPath)
@@ -20,6 +20,18 @@ bool IsLink(const FString& FullPath)
 #else
 	return !KestrelNativeFile::ReadLink(FullPath).IsEmpty();
 #endif
+}
+
+/** What stands behind the last slash, of either kind: FPaths::GetCleanFilename without a string of the whole path. */
+const TCHAR* FindName(const TCHAR* Path)
+{
+	const TCHAR* Name = Path;
+	for (const TCHAR* C = Path; *C; ++C)
+	{
+		const bool bIsSlash = *C == TEXT('/') || *C == TEXT('\\');
+		Name = bIsSlash && C[1] ? C + 1 : Name;
+	}
+	return Name;
 }
 }
 
@@ -76,19 +88,19 @@ FKestrelFolder::FListing FKestrelFolder::List()
 		First = First->Above;
 	}
 	FListing Listing;
-	if (IsLoop() || (bIsBelowLink && First->CostBelowLinks >= FolderWalk::MaxCostBelowLinks))
+	if (IsLoop() || (bIsBelowLink && First->CostBelowLinks.GetValue() >= FolderWalk::MaxCostBelowLinks))
 	{
 		return Listing;
 	}
 	// One pass for both: with a hundred thousand files, asking the file system is what takes the time.
 	FPlatformFileManager::Get().GetPlatformFile().IterateDirectory(
 		*Path, [&Listing](const TCHAR* Entry, bool bIsFolder) {
-			(bIsFolder ? Listing.Folders : Listing.Files).Add(FPaths::GetCleanFilename(Entry));
+			(bIsFolder ? Listing.Folders : Listing.Files).Emplace(FolderWalk::FindName(Entry));
 			return true;
 		});
 	if (bIsBelowLink)
 	{
-		First->CostBelowLinks += FolderWalk::FolderCost + Listing.Files.Num() + Listing.Folders.Num();
+		First->CostBelowLinks.Add(FolderWalk::FolderCost + Listing.Files.Num() + Listing.Folders.Num());
 	}
 	return Listing;
 }

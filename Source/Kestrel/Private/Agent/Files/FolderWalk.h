@@ -1,10 +1,12 @@
 #pragma once
 
 #include "CoreMinimal.h"
+#include "HAL/ThreadSafeCounter.h"
 #include "Templates/UniquePtr.h"
 
 /**
- * A folder on the way of a walk, with the way back to where the walk began: those above have to outlive it.
+ * A folder on the way of a walk, with the way back to where the walk began: those above have to outlive it. Threads may
+ * walk different folders of one walk.
  *
  * Links to folders are followed. A folder that a link leads back to from below itself has nothing in it, since the walk
  * would never end; neither has anything that is reached through links once they have led to very many files, since a
@@ -45,7 +47,7 @@ private:
 	bool bIsResolved = true;     // false where it could not
 	bool bIsLink = false;
 	bool bIsBelowLink = false;
-	int64 CostBelowLinks = 0; // of the whole walk, in files listed; counted where it begins
+	FThreadSafeCounter CostBelowLinks; // of the whole walk, in files listed; counted where it begins
 };
 
 /**

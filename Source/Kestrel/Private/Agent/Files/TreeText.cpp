@@ -4,9 +4,11 @@
 #include "Agent/Files/FolderWalk.h"
 #include "Agent/Text/JsonText.h"
 #include "Agent/Work/BackgroundWork.h"
+#include "Async/ParallelFor.h"
 #include "Dom/JsonObject.h"
 #include "GenericPlatform/GenericPlatformFile.h"
 #include "HAL/PlatformFileManager.h"
+#include "HAL/ThreadSafeCounter.h"
 #include "Misc/Paths.h"
 #include "Misc/Timespan.h"
 
@@ -120,11 +122,14 @@ public:
 	FString Write()
 	{
 		FKestrelFolder Folder(Tree.Path);
-		return WriteFolder(Folder);
+		return WriteFolder(Folder, 0, Tree.Stamps);
 	}
 
 private:
-	FString WriteFolder(FKestrelFolder& Folder)
+	/** Folders that lie deeper have so little in them that it is not worth sharing out. */
+	static constexpr int32 SharedDepth = 3;
+
+	FString WriteFolder(FKestrelFolder& Folder, int32 Depth, TArray<FKestrelTreeText::FStamp>& OutStamps)
 	{
 		if (Control.IsCanceled())
 		{
@@ -132,7 +137,7 @@ private:
 		}
 		const FDateTime Time = FPlatformFileManager::Get().GetPlatformFile().GetTimeStamp(*Folder.GetPath());
 		FKestrelFolder::FListing Listing = Folder.List();
-		Tree.Stamps.Add({ Folder.GetPath(), Time });
+		OutStamps.Add({ Folder.GetPath(), Time });
 		Control.NumDone.Increment();
 		TArray<FField> Fields;
 		Fields.Reserve(Listing.Files.Num() + Listing.Folders.Num());
@@ -143,10 +148,8 @@ private:
 				Fields.Add({ MoveTemp(File), NoClassName });
 			}
 		}
-		for (FString& Name : Listing.Folders)
-		{
-			AddFolder(Folder, Name, Fields);
-		}
+		Listing.Folders.RemoveAll([this](const FString& Name) { return IsExcluded(Name); });
+		AddFolders(Folder, Listing.Folders, Depth, Fields, OutStamps);
 		if (HasSameNames(Fields))
 		{
 			MergeSameNames(Fields);
@@ -154,17 +157,29 @@ private:
 		return Fields.IsEmpty() ? FString() : Join(Fields);
 	}
 
-	void AddFolder(FKestrelFolder& Above, FString& Name, TArray<FField>& OutFields)
+	void AddFolders(FKestrelFolder& Above, TArray<FString>& Names, int32 Depth, TArray<FField>& OutFields,
+		TArray<FKestrelTreeText::FStamp>& OutStamps)
 	{
-		if (IsExcluded(Name))
+		const bool bShared = Depth < SharedDepth && Names.Num() > 1;
+		TArray<FString> Texts;
+		Texts.SetNum(Names.Num());
+		TArray<TArray<FKestrelTreeText::FStamp>> Stamps;
+		Stamps.SetNum(bShared ? Names.Num() : 0);
+		const auto Write = [&](int32 Index) {
+			FKestrelFolder Folder(Above, Names[Index]);
+			Texts[Index] = WriteFolder(Folder, Depth + 1, bShared ? Stamps[Index] : OutStamps);
+		};
+		ParallelFor(Names.Num(), Write, bShared ? EParallelForFlags::Unbalanced : EParallelForFlags::ForceSingleThread);
+		for (TArray<FKestrelTreeText::FStamp>& Each : Stamps)
 		{
-			return;
+			OutStamps += MoveTemp(Each);
 		}
-		FKestrelFolder Folder(Above, Name);
-		FString Text = WriteFolder(Folder);
-		if (!Text.IsEmpty())
+		for (int32 Index = 0; Index < Names.Num(); ++Index)
 		{
-			OutFields.Add({ MoveTemp(Name), MoveTemp(Text) });
+			if (!Texts[Index].IsEmpty())
+			{
+				OutFields.Add({ MoveTemp(Names[Index]), MoveTemp(Texts[Index]) });
+			}
 		}
 	}
 
@@ -194,8 +209,19 @@ bool FKestrelTreeText::IsFresh(const FString& WantedPath, const FKestrelTreeFilt
 		return false;
 	}
 	IPlatformFile& PlatformFile = FPlatformFileManager::Get().GetPlatformFile();
-	return !Stamps.ContainsByPredicate(
-		[&PlatformFile](const FStamp& Stamp) { return PlatformFile.GetTimeStamp(*Stamp.Path) != Stamp.Time; });
+	constexpr int32 NumOfBatch = 256;
+	FThreadSafeCounter NumChanged;
+	ParallelFor(FMath::DivideAndRoundUp(Stamps.Num(), NumOfBatch), [&](int32 Batch) {
+		const int32 End = FMath::Min((Batch + 1) * NumOfBatch, Stamps.Num());
+		for (int32 Index = Batch * NumOfBatch; Index < End && NumChanged.GetValue() == 0; ++Index)
+		{
+			if (PlatformFile.GetTimeStamp(*Stamps[Index].Path) != Stamps[Index].Time)
+			{
+				NumChanged.Increment();
+			}
+		}
+	});
+	return NumChanged.GetValue() == 0;
 }
 
 TSharedRef<const FKestrelTreeText> KestrelTree::MakeText(const TSharedPtr<const FKestrelTreeText>& Kept,
@@ -214,6 +240,8 @@ TSharedRef<const FKestrelTreeText> KestrelTree::MakeText(const TSharedPtr<const 
 		Tree->Text = TreeText::FWriter(*Tree, Control).Write();
 	}
 	Tree->Text = Tree->Text.IsEmpty() ? FString(TEXT("{}")) : Tree->Text;
+	Tree->Utf8 = KestrelJson::ToUtf8(Tree->Text);
+	Tree->bIsTooDeep = KestrelJson::IsTooDeep(Tree->Text);
 	const auto MayHideChange = [&Start](const FKestrelTreeText::FStamp& Stamp) {
 		return Stamp.Time == FDateTime::MinValue() || Stamp.Time + TreeText::StepOfTimes > Start;
 	};

@@ -37,7 +37,10 @@ struct FKestrelTreeText
 	FString Path;
 	FKestrelTreeFilter Filter;
 	TArray<FStamp> Stamps;
-	FString Text; // JSON, without white space
+	FString Text;       // JSON, without white space
+	TArray<uint8> Utf8; // the same as it goes over the wire
+	/** Nested deeper than any document is (KestrelJson::IsTooDeep). */
+	bool bIsTooDeep = false;
 	/** Whether the stamps would tell of a change. */
 	bool bCanTellChanges = false;
 };

@@ -27,6 +27,8 @@ FKestrelTreeWork::FKestrelTreeWork(const FString& Path, FMakeBytes MakeBytes)
 		Made->Text = KestrelJson::ToCondensedText(
 			FFileUtils::BuildJsonTree(Path, Filter.SupportedExtensions, Filter.ExcludedDirs, ClassPatterns)
 				.ToSharedRef());
+		Made->Utf8 = KestrelJson::ToUtf8(Made->Text);
+		Made->bIsTooDeep = KestrelJson::IsTooDeep(Made->Text);
 		Known = Made;
 	}
 	Work = MakeUnique<TKestrelBackgroundWork<FResult>>(
@@ -35,7 +37,7 @@ FKestrelTreeWork::FKestrelTreeWork(const FString& Path, FMakeBytes MakeBytes)
 			Result.Tree = bHasClasses ? Known : KestrelTree::MakeText(Known, Path, Filter, Control);
 			if (MakeBytes && !Control.IsCanceled())
 			{
-				Result.Bytes = MakeBytes(Result.Tree->Text);
+				Result.Bytes = MakeBytes(*Result.Tree);
 			}
 			return Result;
 		});

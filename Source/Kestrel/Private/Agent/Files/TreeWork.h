@@ -11,8 +11,8 @@
 class KESTREL_API FKestrelTreeWork : public IKestrelSlicedWork
 {
 public:
-	/** What becomes of the tree's text; runs on the worker thread. */
-	using FMakeBytes = TFunction<TArray<uint8>(const FString& Tree)>;
+	/** What becomes of the tree; runs on the worker thread. */
+	using FMakeBytes = TFunction<TArray<uint8>(const FKestrelTreeText& Tree)>;
 
 	/** @param InMakeBytes  may be empty */
 	explicit FKestrelTreeWork(const FString& InPath, FMakeBytes InMakeBytes = FMakeBytes());
