@@ -16,7 +16,8 @@ import steps
 LISTING_AIM = 1.5  # times as long as a bare handler
 READING_AIM = 4.0  # the same; before a file is opened, links are resolved and its place is reviewed
 FRAME_AIM = 16.7  # milliseconds, one frame in a hundred
-NUM_ROUND_TRIPS = 300
+NUM_ROUND_TRIPS = 100
+NUM_ROUNDS = 6
 NUM_CALLS = 1000
 STARTUP_SECONDS = 60
 
@@ -76,16 +77,18 @@ def measure_editor(folder, report, editor):
     headers["Mcp-Session-Id"] = fields[b"mcp-session-id"].decode()
     connection = Connection(address, headers)
     read = message("tools/call", name="read_file", arguments={"path": "Config/DefaultGame.ini"})
-    before = connection.time("/bare", b"{}")
-    listing = connection.time("/mcp", message("tools/list"))
-    reading = connection.time("/mcp", read)
-    connection = Connection(address, headers)
-    bare = min(before, connection.time("/bare", b"{}"))
+    times = {name: [] for name in ("bare", "file", "listing", "reading")}
+    for _ in range(NUM_ROUNDS):  # in turns: whatever else the machine does slows all of them
+        connection = Connection(address, headers)
+        for name, path, body in (("bare", "/bare", b"{}"), ("listing", "/mcp", message("tools/list")),
+                                 ("file", "/file", b"{}"), ("reading", "/mcp", read)):
+            times[name].append(connection.time(path, body))
+    best = {name: min(each) for name, each in times.items()}
     for number in range(NUM_CALLS):
         if number % 500 == 0:
             connection = Connection(address, headers)
         connection.post("/mcp", read)
-    return bare, listing, reading
+    return best
 
 
 def measure(preset):
@@ -104,7 +107,7 @@ def measure(preset):
         with subprocess.Popen(command, stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL,
                               stderr=subprocess.DEVNULL) as editor:
             try:
-                bare, listing, reading = measure_editor(folder, report, editor)
+                best = measure_editor(folder, report, editor)
                 with open(report + ".stop", "w", encoding="utf-8"):
                     pass
                 wait_for(report + ".frames", editor)
@@ -113,12 +116,14 @@ def measure(preset):
         with open(report + ".frames", encoding="utf-8-sig") as file:
             frame, num_frames = file.read().split()
     line.finish("done")
-    print(f"OtherAssistantsRoundTrip: a bare handler {bare:.2f} ms; tools/list {listing:.2f} ms, ratio "
-          f"{listing / bare:.2f} (aim: below {LISTING_AIM:g}); a small file {reading:.2f} ms, ratio {reading / bare:.2f} "
-          f"(aim: below {READING_AIM:g})")
+    listing = best["listing"] / best["bare"]
+    reading = best["reading"] / best["file"]
+    print(f"OtherAssistantsRoundTrip: tools/list {best['listing']:.3f} ms, a bare handler {best['bare']:.3f} ms, ratio "
+          f"{listing:.2f} (aim: below {LISTING_AIM:g}); a small file {best['reading']:.3f} ms, a bare handler that reads it "
+          f"{best['file']:.3f} ms, ratio {reading:.2f} (aim: below {READING_AIM:g})")
     print(f"OtherAssistantsFrames: one of {num_frames} frames in a hundred takes {float(frame):.1f} ms during "
           f"{NUM_CALLS:,} calls (aim: below {FRAME_AIM:g})")
-    return listing / bare < LISTING_AIM and reading / bare < READING_AIM and float(frame) < FRAME_AIM
+    return listing < LISTING_AIM and reading < READING_AIM and float(frame) < FRAME_AIM
 
 
 if __name__ == "__main__":

@@ -39,6 +39,28 @@ FString MakeProjectDir(const FString& NewProjectFilePath)
 }
 
 FString ProjectDir;
+
+/** Whether a path has nothing to collapse, as nearly all have not: no "." or ".." among its names, and no empty name. */
+bool IsCollapsed(const FString& Path)
+{
+	const TCHAR* Next = *Path;
+	for (int32 Index = 0; Index < Path.Len(); ++Index)
+	{
+		const bool bBeginsName = Index == 0 || Next[Index - 1] == u'/';
+		if (!bBeginsName)
+		{
+			continue;
+		}
+		const int32 NumDots = Next[Index] != u'.' ? 0 : Next[Index + 1] != u'.' ? 1 : 2;
+		const TCHAR Behind = Next[Index + NumDots];
+		const bool bEmpty = NumDots == 0 && Index > 0 && Next[Index] == u'/';
+		if (bEmpty || (NumDots > 0 && (Behind == u'/' || Behind == u'\0')))
+		{
+			return false;
+		}
+	}
+	return true;
+}
 }
 
 FString FPaths::ProjectDir()
@@ -150,6 +172,10 @@ void FPaths::NormalizeDirectoryName(FString& InPath)
 
 bool FPaths::CollapseRelativeDirectories(FString& InPath)
 {
+	if (Paths::IsCollapsed(InPath))
+	{
+		return true;
+	}
 	const bool bAbsolute = InPath.StartsWith(TEXT("/"));
 	const bool bTrailingSlash = InPath.EndsWith(TEXT("/"));
 	TArray<FString> Parts;

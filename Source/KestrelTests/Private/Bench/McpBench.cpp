@@ -10,11 +10,13 @@
 #include "Misc/CommandLine.h"
 #include "Misc/FileHelper.h"
 #include "Misc/Parse.h"
+#include "Misc/Paths.h"
 #include "Support/KestrelTest.h"
 
 /**
- * What the server for other assistants adds to the engine's HTTP server: beside it, on the same port, stands a handler
- * with nothing behind it. The launcher asks both, and ends the test by making a file.
+ * What the server for other assistants adds to the engine's HTTP server: beside it, on the same port, stand a handler
+ * with nothing behind it, and one that reads the file that clients read. The launcher asks all of them, and ends the
+ * test by making a file.
  */
 namespace McpBench
 {
@@ -53,7 +55,10 @@ public:
 			return false;
 		}
 		FTSTicker::RemoveTicker(Ticker);
-		Router->UnbindRoute(Route);
+		for (const FHttpRouteHandle& Route : Routes)
+		{
+			Router->UnbindRoute(Route);
+		}
 		Report();
 		return true;
 	}
@@ -65,18 +70,27 @@ private:
 		FString Port = FKestrelMcpServer::Get().GetUrl();
 		Port = Port.RightChop(FCString::Strlen(TEXT("http://127.0.0.1:")));
 		Router = FHttpServerModule::Get().GetHttpRouter(static_cast<uint32>(FCString::Atoi(*Port)), true);
-		Route = Router->BindRoute(FHttpPath(TEXT("/bare")), EHttpServerRequestVerbs::VERB_POST,
-			FHttpRequestHandler::CreateLambda(
-				[Text](const FHttpServerRequest& Request, const FHttpResultCallback& OnComplete) {
-					OnComplete(FHttpServerResponse::Create(Text, TEXT("text/plain")));
-					return true;
-				}));
+		Routes = { Bind(TEXT("/bare"), [Text]() { return Text; }), Bind(TEXT("/file"), []() {
+					  FString Contents;
+					  FFileHelper::LoadFileToString(Contents, *(FPaths::ProjectDir() / TEXT("Config/DefaultGame.ini")));
+					  return Contents;
+				  }) };
 		// The core ticker comes first in a frame, and the tests last.
 		Ticker = FTSTicker::GetCoreTicker().AddTicker(FTickerDelegate::CreateLambda([this](float) {
 			FrameStart = FPlatformTime::Cycles64();
 			return true;
 		}));
 		FFileHelper::SaveStringToFile(TEXT("ready"), *(ReportFile() + TEXT(".bare")));
+	}
+
+	FHttpRouteHandle Bind(const TCHAR* Path, TFunction<FString()> MakeText)
+	{
+		return Router->BindRoute(FHttpPath(Path), EHttpServerRequestVerbs::VERB_POST,
+			FHttpRequestHandler::CreateLambda(
+				[MakeText](const FHttpServerRequest& Request, const FHttpResultCallback& OnComplete) {
+					OnComplete(FHttpServerResponse::Create(MakeText(), TEXT("text/plain")));
+					return true;
+				}));
 	}
 
 	void Report()
@@ -89,7 +103,7 @@ private:
 	}
 
 	TSharedPtr<IHttpRouter> Router;
-	FHttpRouteHandle Route;
+	TArray<FHttpRouteHandle> Routes;
 	FTSTicker::FDelegateHandle Ticker;
 	uint64 FrameStart = 0;       // cycles
 	TArray<double> Milliseconds; // of the work in each frame

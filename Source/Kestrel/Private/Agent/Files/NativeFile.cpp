@@ -89,6 +89,11 @@ FString ResolveLinks(const FString& FullPath)
 		return FString();
 	}
 	const FString Path = WithoutSlashesAtTheEnd(FullPath);
+	const FString Whole = ResolveExisting(Path);
+	if (!Whole.IsEmpty())
+	{
+		return Whole; // as nearly all that is asked for does
+	}
 	const TArray<int32> Ends = FindEndsOfNames(Path);
 	// Nothing exists in a folder that does not: each look halves what is left to find out.
 	FString Real;

@@ -239,42 +239,57 @@ bool IsUnderOneOf(const FString& Path, TArrayView<const FString> Folders)
 
 bool IsOfThisPlugin(const FPlace& Place)
 {
-	return IsUnderOneOf(Place.Path, Place.Own->All);
+	return IsUnderOneOf(Place.Path, Place.Own->GetAll());
 }
 
 /** What was typed, and what files held before. */
 bool IsRecord(const FPlace& Place)
 {
-	return IsUnderOneOf(Place.Path, Place.Own->Records);
+	return IsUnderOneOf(Place.Path, Place.Own->GetRecords());
 }
 
-/** Some of this plugin's folders, with links resolved. */
-TArray<FString> ResolveOwnFolders(TArrayView<const FString> Folders, const FString& RealProjectDir)
+/** This plugin's folders as they are spelled, absolute: these stay the same as long as the editor runs. */
+struct FSpelledFolders
+{
+	TArray<FString> All;
+	TArray<FString> Records;
+	FString ProjectDir;
+
+	FSpelledFolders()
+	{
+		const TSharedPtr<IPlugin> Plugin = IPluginManager::Get().FindPlugin(TEXT("Kestrel"));
+		const FString InProject = FPaths::ConvertRelativePathToFull(FPaths::ProjectPluginsDir() / TEXT("kestrel-unreal"));
+		const FString Saved = FPaths::ConvertRelativePathToFull(FPaths::ProjectSavedDir() / TEXT("Kestrel"));
+		All = { InProject, Saved };
+		if (Plugin.IsValid())
+		{
+			All.Add(FPaths::ConvertRelativePathToFull(Plugin->GetBaseDir()));
+		}
+		Records = { InProject / TEXT("Logs"), Saved };
+		ProjectDir = WithoutSlash(FPaths::ConvertRelativePathToFull(FPaths::ProjectDir()));
+	}
+};
+
+const FSpelledFolders& GetSpelledFolders()
+{
+	static const FSpelledFolders Folders;
+	return Folders;
+}
+
+/** Where they lie may change at any time: a link can be put in their way. */
+TArray<FString> ResolveOwnFolders(const TArray<FString>& Folders, const FString& RealProjectDir)
 {
 	TArray<FString> RealFolders;
 	for (const FString& Folder : Folders)
 	{
-		const FString RealFolder =
-			Folder.IsEmpty() ? Folder : KestrelNativeFile::ResolveLinks(FPaths::ConvertRelativePathToFull(Folder));
+		const FString RealFolder = KestrelNativeFile::ResolveLinks(Folder);
 		// A project inside the plugin's folder, one for its tests, is a project like any other.
-		if (!RealFolder.IsEmpty() && !FPaths::IsUnderDirectory(RealProjectDir, RealFolder))
+		if (!RealFolder.IsEmpty() && !IsUnder(RealProjectDir, RealFolder))
 		{
 			RealFolders.Add(RealFolder);
 		}
 	}
 	return RealFolders;
-}
-
-FKestrelOwnFolders FindOwnFolders(const FString& RealProjectDir)
-{
-	const TSharedPtr<IPlugin> Plugin = IPluginManager::Get().FindPlugin(TEXT("Kestrel"));
-	const FString InProject = FPaths::ProjectPluginsDir() / TEXT("kestrel-unreal");
-	const FString Saved = FPaths::ProjectSavedDir() / TEXT("Kestrel");
-	FKestrelOwnFolders Own;
-	Own.All =
-		ResolveOwnFolders({ Plugin.IsValid() ? Plugin->GetBaseDir() : FString(), InProject, Saved }, RealProjectDir);
-	Own.Records = ResolveOwnFolders({ InProject / TEXT("Logs"), Saved }, RealProjectDir);
-	return Own;
 }
 
 bool HasColon(const FPlace& Place)
@@ -349,15 +364,33 @@ const TArray<FRule>& GetRules()
 }
 }
 
+const TArray<FString>& FKestrelOwnFolders::GetAll() const
+{
+	if (!All.IsSet())
+	{
+		All = PathReview::ResolveOwnFolders(PathReview::GetSpelledFolders().All, RealProjectDir);
+	}
+	return *All;
+}
+
+const TArray<FString>& FKestrelOwnFolders::GetRecords() const
+{
+	if (!Records.IsSet())
+	{
+		Records = PathReview::ResolveOwnFolders(PathReview::GetSpelledFolders().Records, RealProjectDir);
+	}
+	return *Records;
+}
+
 FKestrelPathReview FKestrelPathReview::Of(const FString& FullPath)
 {
 	return FKestrelPathReviewer().Review(FullPath, KestrelNativeFile::ResolveLinks(FullPath));
 }
 
 FKestrelPathReviewer::FKestrelPathReviewer()
-	: ProjectDir(PathReview::WithoutSlash(FPaths::ConvertRelativePathToFull(FPaths::ProjectDir())))
+	: ProjectDir(PathReview::GetSpelledFolders().ProjectDir)
 	, RealProjectDir(PathReview::WithoutSlash(KestrelNativeFile::ResolveLinks(ProjectDir)))
-	, OwnFolders(PathReview::FindOwnFolders(RealProjectDir))
+	, OwnFolders(RealProjectDir)
 {
 }
 

@@ -35,16 +35,29 @@ struct KESTREL_API FKestrelPathReview
 	TArray<FText> CautionsOfChange;
 };
 
-/** This plugin's folders, with links resolved. */
-struct FKestrelOwnFolders
+/** This plugin's folders, with links resolved: each kind once, when it is asked for first. */
+class FKestrelOwnFolders
 {
+public:
+	/** @param InRealProjectDir  with links resolved */
+	explicit FKestrelOwnFolders(const FString& InRealProjectDir)
+		: RealProjectDir(InRealProjectDir)
+	{
+	}
+	UE_NONCOPYABLE(FKestrelOwnFolders)
+
 	/** Its folder in the project, the one that it was loaded from, and what it saves. */
-	TArray<FString> All;
+	const TArray<FString>& GetAll() const;
 	/** What was typed, and what files held before. */
-	TArray<FString> Records;
+	const TArray<FString>& GetRecords() const;
+
+private:
+	const FString RealProjectDir;
+	mutable TOptional<TArray<FString>> All;
+	mutable TOptional<TArray<FString>> Records;
 };
 
-/** Reviews a row of paths. Where the project and this plugin lie is found out once. */
+/** Reviews a row of paths, on one thread. Where the project and this plugin lie is found out once. */
 class FKestrelPathReviewer
 {
 public:

@@ -83,9 +83,9 @@ FKestrelProjectView::FFile* FKestrelProjectView::Find(const FString& RealPath)
 			   : nullptr;
 }
 
-FKestrelPathReview FKestrelProjectView::Review(const FString& FullPath)
+FKestrelPathReview FKestrelProjectView::Review(const FString& FullPath, EKestrelReviewFor Purpose)
 {
-	return Reviewer.Review(FullPath, Resolve(FullPath));
+	return Reviewer.Review(FullPath, Resolve(FullPath), Purpose);
 }
 
 bool FKestrelProjectView::Exists(const FString& FullPath)

@@ -79,7 +79,7 @@ public:
 	void WriteUnseen(const FString& FullPath);
 	void Delete(const FString& FullPath);
 
-	FKestrelPathReview Review(const FString& FullPath);
+	FKestrelPathReview Review(const FString& FullPath, EKestrelReviewFor Purpose = EKestrelReviewFor::Change);
 	/** How long a text may be, one out of the answer or one that a change would lead to, to be kept and shown. */
 	int64 GetRoom() const;
 	/** Whether somebody will read what else there is to say of a tool, and the time to look at the project is not over.

@@ -109,7 +109,9 @@ FText FKestrelToolPlan::Describe() const
 
 void FKestrelToolPlan::SetFile(FKestrelProjectView& View, const FString& FullPath)
 {
-	const FKestrelPathReview Review = View.Review(FullPath);
+	const bool bReads = Kind == EKestrelToolKind::Read;
+	const FKestrelPathReview Review =
+		View.Review(FullPath, bReads ? EKestrelReviewFor::Reading : EKestrelReviewFor::Change);
 	FilePath = FullPath;
 	RealPath = Review.RealPath;
 	Target = Review.ShownPath;
