@@ -96,7 +96,8 @@ class Bridge:
         except ValueError:
             message = None  # the server says what is wrong with it
         # What comes behind needs the session; and notifications are over in no time.
-        if not isinstance(message, dict) or message.get("method") == "initialize" or "id" not in message:
+        is_batch = isinstance(message, list)
+        if not is_batch and (not isinstance(message, dict) or message.get("method") == "initialize" or "id" not in message):
             self.exchange(line, message)
             return
         thread = threading.Thread(target=self.exchange, args=(line, message), daemon=True)
@@ -144,6 +145,8 @@ class Bridge:
         return token if isinstance(token, (str, int)) else None
 
     def headers_for(self, message):
+        if isinstance(message, list) and self.session:
+            return {"Mcp-Session-Id": self.session}
         if not isinstance(message, dict):
             return {}
         params = message.get("params")

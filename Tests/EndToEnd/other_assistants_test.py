@@ -112,6 +112,47 @@ class OtherAssistantsTest(ServerTest):
         self.assertIn("0.0.0.0", line)
         self.assertFalse(os.path.exists(server_file(self.project)))
 
+    def plant_address(self, port):
+        """The file of an earlier run, whose port the next one takes again."""
+        os.makedirs(os.path.dirname(server_file(self.project)), exist_ok=True)
+        with open(server_file(self.project), "w", encoding="utf-8") as file:
+            json.dump({"port": port, "token": "a" * 64}, file)
+        os.chmod(server_file(self.project), 0o600)
+
+    def test_it_does_not_start_where_its_own_port_would_be_reached_by_other_machines(self):
+        self.plant_address(50123)
+        self.write("Config/DefaultEngine.ini", "[HTTPServer.Listeners]\n+ListenerOverrides=(Port=50124,BindAddress=\"0.0.0.0\")\n"
+                                               "+ListenerOverrides=(Port=50123,BindAddress=\"10.0.0.7\")\n")
+        self.start_editor("-KestrelMcp=read")
+        line = next(line for line in self.editor.stdout if "Other assistants are not let in" in line)
+        self.assertIn("10.0.0.7", line)
+
+    def test_it_notices_another_program_that_answers_in_its_place(self):
+        received = []
+        with socket.create_server(("127.0.0.1", 0)) as other:
+            port = other.getsockname()[1]
+            if not 49152 <= port <= 65535:
+                other = self.enterContext(socket.create_server(("127.0.0.1", 50125)))
+                port = 50125
+
+            def answer():
+                connection, _ = other.accept()
+                with connection:
+                    received.append(connection.recv(65536))
+                    connection.sendall(b"HTTP/1.1 200 OK\r\nContent-Length: 2\r\nConnection: close\r\n\r\n{}")
+
+            thread = threading.Thread(target=answer, daemon=True)
+            thread.start()
+            self.plant_address(port)
+            self.write("Config/DefaultEngine.ini", "[HTTPServer.Listeners]\nDefaultBindAddress=127.0.0.2\n")
+            before = os.stat(server_file(self.project)).st_mtime_ns
+            self.start_editor("-KestrelMcp=read")
+            line = next(line for line in self.editor.stdout if "Other assistants are not let in" in line)
+            thread.join(60)
+        self.assertIn("another program answers", line)
+        self.assertNotIn(b"a" * 64, received[0], "the token is not for it")
+        self.assertEqual(os.stat(server_file(self.project)).st_mtime_ns, before, "no client is sent there")
+
 
 class ProtocolTest(ServerTest):
     """Both generations of the protocol, as they go over the wire."""
@@ -151,6 +192,39 @@ class ProtocolTest(ServerTest):
             self.assertEqual((answer.status, answer.json()["error"]["code"]), (status, code), answer.body)
         self.assertEqual(client.stateless("tools/call", {"name": "read_file", "arguments": {"path": CONFIG}},
                                           headers={"Mcp-Name": "=?base64?cmVhZF9maWxl?="}).status, 200)
+
+
+    def test_a_batch_is_answered_as_one(self):
+        self.start_server("read")
+        client = Client(self.url, self.token)
+        client.initialize("2025-03-26")
+
+        def ask(identifier, method, **params):
+            return {"jsonrpc": "2.0", "id": identifier, "method": method, "params": params}
+
+        note = {"jsonrpc": "2.0", "method": "notifications/initialized"}
+        answer = client.post([ask(1, "ping"), note, ask("1", "tools/call", name="read_file", arguments={"path": CONFIG}),
+                              ask(2, "no/such"), 7, [ask(3, "ping")], ask(4, "initialize", protocolVersion="2025-03-26")])
+        self.assertEqual(answer.status, 200)
+        answers = answer.json()
+        by_id = {(type(each.get("id")), each.get("id")): each for each in answers}
+        self.assertEqual(by_id[int, 1]["result"], {})
+        self.assertIn("Feathers", by_id[str, "1"]["result"]["content"][0]["text"])
+        self.assertEqual(by_id[int, 2]["error"]["code"], -32601)
+        self.assertEqual(by_id[int, 4]["error"]["code"], -32600, "a session is not opened in a batch")
+        self.assertEqual([each["error"]["code"] for each in answers if "id" not in each], [-32600, -32600])
+        self.assertEqual(client.post([note, note]).status, 202)
+        for body in ([], [ask(number, "ping") for number in range(10_000)]):
+            self.assertEqual(client.post(body).status, 400)
+        self.assertEqual(client.send("POST", b"[" * 1_000_000).status, 400)
+        self.assertEqual(client.send("POST", b"[" + b"[]," * 1_000_000 + b"[]]").status, 400)
+        self.assertEqual(client.post([ask(1, "ping")], {"Mcp-Session-Id": None}).status, 400)
+        self.assertEqual(client.post([ask(1, "ping")], {"Mcp-Session-Id": "x"}).status, 404)
+        self.assertEqual(client.post([ask(1, "ping")], {"MCP-Protocol-Version": "2025-06-18"}).status, 400)
+        self.assertEqual(self.connect().post([ask(1, "ping")]).status, 400, "later versions have no batches")
+        meta = {PREFIX + "protocolVersion": STATELESS, PREFIX + "clientCapabilities": {}}
+        self.assertEqual(client.post([ask(1, "tools/list", _meta=meta)]).json()[0]["error"]["code"], -32600)
+        self.assert_serves()
 
 
 class AttackTest(ServerTest):

@@ -5,7 +5,7 @@ import threading
 import unittest
 
 from change_test import CodeProjectTest
-from mcp_client import Client, wait_for_server
+from mcp_client import Client, server_file, wait_for_server
 from other_assistants_test import ServerTest
 from screen import ScreenTest
 
@@ -98,6 +98,13 @@ class OtherAssistantsWindowTest(ScreenTest, CodeProjectTest, ServerTest):
         self.gone("Stop listening")
         self.assertEqual(Client(self.url, self.token).request("ping").status, 404)
         self.close_editor()
+
+    def test_a_project_cannot_let_them_in(self):
+        self.write("Config/DefaultEditorPerUserSettings.ini",
+                   "[/Script/Kestrel.KestrelSettings]\nbLetOtherAssistantsIn=True\n")
+        self.open_editor()
+        self.text("only you can let other assistants in")
+        self.assertFalse(os.path.exists(server_file(self.project)))
 
 
 if __name__ == "__main__":

@@ -8,12 +8,15 @@ await client.connect(new StreamableHTTPClientTransport(new URL(address), {
   requestInit: { headers: { Authorization: `Bearer ${token}` } } }));
 const text = result => result.content[0].text;
 const call = (name, args) => client.callTool({ name, arguments: args });
+const read = text(await call('read_file', { path: 'Config/DefaultGame.ini' }));
+const change = await call('update_file', { path: 'Config/DefaultGame.ini', old_string: '12', new_string: '13' });
+const changes_id = change.content[1].text.match(/^changes_id: (\w+)$/m)[1];
 const seen = {
   version: client.getNegotiatedProtocolVersion(),
   tools: (await client.listTools()).tools.length,
-  read: text(await call('read_file', { path: 'Config/DefaultGame.ini' })),
-  changed: text(await call('update_file', { path: 'Config/DefaultGame.ini', old_string: '12', new_string: '13' })),
-  undone: text(await call('undo_changes', {})),
+  read,
+  changed: text(change),
+  undone: text(await call('undo_changes', { changes_id })),
   failed: (await call('read_file', { path: 'No/Such.h' })).isError,
   resource: (await client.readResource({ uri: 'kestrel://project/tree' })).contents[0].mimeType,
   prompts: (await client.listPrompts()).prompts.length,

@@ -5,7 +5,6 @@
 #include "IPAddress.h"
 #include "Mcp/McpSecret.h"
 #include "Misc/ConfigCacheIni.h"
-#include "Misc/Parse.h"
 
 namespace McpAccess
 {
@@ -24,6 +23,26 @@ bool HasToken(const FHttpServerRequest& Request, const FString& Token)
 	FString Given = Authorization.Get(FString());
 	return Given.RemoveFromStart(Scheme, ESearchCase::IgnoreCase) &&
 		   KestrelMcpSecret::IsSame(Token, Given.TrimStartAndEnd());
+}
+
+/** Of a line like (Port=8080,BindAddress="127.0.0.1"); empty when it is absent. */
+FString GetMember(const FString& Line, const TCHAR* Name)
+{
+	FString Inner = Line.TrimStartAndEnd();
+	Inner.RemoveFromStart(TEXT("("));
+	Inner.RemoveFromEnd(TEXT(")"));
+	TArray<FString> Members;
+	Inner.ParseIntoArray(Members, TEXT(","));
+	for (const FString& Member : Members)
+	{
+		FString Key;
+		FString Value;
+		if (Member.Split(TEXT("="), &Key, &Value) && Key.TrimStartAndEnd().Equals(Name, ESearchCase::IgnoreCase))
+		{
+			return Value.TrimStartAndEnd().TrimQuotes();
+		}
+	}
+	return FString();
 }
 
 bool IsThisMachine(const FString& BindAddress)
@@ -89,10 +108,10 @@ FString KestrelMcpAccess::FindForeignBindAddress(uint32 Port)
 	GConfig->GetArray(McpAccess::ConfigSection, TEXT("ListenerOverrides"), Overrides, GEngineIni);
 	for (const FString& Override : Overrides)
 	{
-		int32 OverriddenPort = 0;
-		const bool bIsOurs =
-			FParse::Value(*Override, TEXT("Port="), OverriddenPort) && static_cast<uint32>(OverriddenPort) == Port;
-		if (bIsOurs && FParse::Value(*Override, TEXT("BindAddress="), Address) && !McpAccess::IsThisMachine(Address))
+		const FString OverriddenPort = McpAccess::GetMember(Override, TEXT("Port"));
+		Address = McpAccess::GetMember(Override, TEXT("BindAddress"));
+		const bool bIsOurs = FCString::Atoi64(*OverriddenPort) == static_cast<int64>(Port);
+		if (bIsOurs && !Address.IsEmpty() && !McpAccess::IsThisMachine(Address))
 		{
 			return Address;
 		}

@@ -36,12 +36,6 @@ FString MakeToolUseId(const FKestrelMcpCall& Call)
 	return ToolUsePrefix + Call.Handle;
 }
 
-bool IsOfHistory(const FKestrelMcpCall& Call)
-{
-	return KestrelMcpHistoryTools::GetAll().ContainsByPredicate(
-		[&Call](const FKestrelTool& Tool) { return &Tool == Call.Tool; });
-}
-
 /** For the client: what its call waits for. */
 FString DescribeWait(const FKestrelMcpCall& Call)
 {
@@ -93,7 +87,8 @@ bool FKestrelMcpCallQueue::IsPanelAtWork()
 }
 
 void FKestrelMcpCallQueue::Add(const TSharedRef<FKestrelMcpClient>& Client, const TSharedPtr<FJsonValue>& RequestId,
-	const FKestrelTool& Tool, const TSharedRef<FJsonObject>& Arguments, const FKestrelMcpReply& Reply)
+	const FKestrelTool& Tool, const TSharedRef<FJsonObject>& Arguments, const TSharedPtr<FKestrelMcpChanges>& Changes,
+	const FKestrelMcpReply& Reply)
 {
 	const int32 NumOfClient =
 		Calls.FilterByPredicate([&Client](const FCallRef& Call) { return Call->Client == Client; }).Num();
@@ -103,6 +98,7 @@ void FKestrelMcpCallQueue::Add(const TSharedRef<FKestrelMcpClient>& Client, cons
 		return;
 	}
 	const FCallRef Call = MakeShared<FKestrelMcpCall>(Client, RequestId, Tool, Arguments);
+	Call->Changes = Changes;
 	Call->Reply = Reply;
 	Call->AskedAt = FPlatformTime::Seconds();
 	Calls.Add(Call);
@@ -324,9 +320,10 @@ void FKestrelMcpCallQueue::Advance()
 TSharedRef<FKestrelToolPlan> FKestrelMcpCallQueue::MakePlan(const FKestrelMcpCall& Call) const
 {
 	const FString ToolUseId = McpCallQueue::MakeToolUseId(Call);
-	if (McpCallQueue::IsOfHistory(Call))
+	if (KestrelMcpHistoryTools::IsOne(*Call.Tool))
 	{
-		return KestrelMcpHistoryTools::Plan(*Call.Tool, Call.Client->GetConversationId(), ToolUseId);
+		return KestrelMcpHistoryTools::Plan(
+			*Call.Tool, Call.Changes.IsValid() ? Call.Changes->ConversationId : FString(), ToolUseId);
 	}
 	const EKestrelLookAhead LookAhead =
 		Call.Tool->Kind == EKestrelToolKind::Read ? EKestrelLookAhead::Unlimited : EKestrelLookAhead::Limited;
@@ -337,7 +334,7 @@ TSharedRef<FKestrelToolPlan> FKestrelMcpCallQueue::MakePlan(const FKestrelMcpCal
 bool FKestrelMcpCallQueue::StillHolds(const FKestrelMcpCall& Call) const
 {
 	// What an undo would take changes with whatever anybody has done meanwhile.
-	return McpCallQueue::IsOfHistory(Call) ? MakePlan(Call)->LooksLike(*Call.Plan) : Call.Plan->StillHolds();
+	return KestrelMcpHistoryTools::IsOne(*Call.Tool) ? MakePlan(Call)->LooksLike(*Call.Plan) : Call.Plan->StillHolds();
 }
 
 void FKestrelMcpCallQueue::Decide(const FCallRef& Call)
@@ -388,7 +385,8 @@ void FKestrelMcpCallQueue::Run(const FCallRef& Call)
 	}
 	else
 	{
-		FKestrelMcpScope Scope(*Call->Client);
+		Call->Changes = Call->Changes.IsValid() ? Call->Changes : Call->Client->GetOrAddChanges();
+		FKestrelMcpScope Scope(*Call->Changes);
 		Result = Call->Plan->Apply();
 		Result = Result.IsEmpty() ? FString::Join(Scope.GetLines(), TEXT("\n")) : Result;
 	}
@@ -409,7 +407,13 @@ void FKestrelMcpCallQueue::Finish(const FCallRef& Call, const FString& Result)
 	if (Reply)
 	{
 		Calls.Remove(Call);
-		Reply(FKestrelMcpAnswer::Of(KestrelMcpTools::MakeResult(*Call->Client, Call->Tool->WireName, Result)));
+		const TSharedRef<FJsonObject> Answer =
+			KestrelMcpTools::MakeResult(*Call->Client, Call->Tool->WireName, Result);
+		if (Call->Client->IsStateless() && Call->Changes.IsValid())
+		{
+			KestrelMcpTools::AddChangesId(*Answer, Call->Changes->Key);
+		}
+		Reply(FKestrelMcpAnswer::Of(Answer));
 	}
 }
 

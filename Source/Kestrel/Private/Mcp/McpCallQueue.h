@@ -7,6 +7,7 @@
 
 class FJsonObject;
 class FJsonValue;
+class FKestrelMcpChanges;
 class FKestrelMcpClient;
 struct FKestrelTool;
 struct FKestrelToolPlan;
@@ -34,6 +35,8 @@ struct FKestrelMcpCall
 	TSharedPtr<FJsonValue> RequestId; // of the request that waits, or the last one
 	const FKestrelTool* const Tool;
 	const TSharedRef<FJsonObject> Arguments;
+	/** What it changes belongs to it; null, without sessions, until something is changed. */
+	TSharedPtr<FKestrelMcpChanges> Changes;
 	EKestrelMcpCallState State = EKestrelMcpCallState::Queued;
 	TSharedPtr<FKestrelToolPlan> Plan; // once it awaits approval
 	FString Result;                    // once it is done
@@ -50,7 +53,7 @@ struct FKestrelMcpCall
  *   a call that needs nobody's approval           runs it
  *   one that does                                 shows it in the panel; Approve runs it, Reject fails it
  *   a request that has waited for 40 seconds      answers it with a handle, to be asked again
- *   a handle that nobody asks for, for 90 seconds withdraws the call; what is done is kept for ten minutes
+ *   a handle that nobody asks for, for 45 seconds withdraws the call; what is done is kept for ten minutes
  *   a request that is cancelled, a client gone    withdraws the call, unless it runs
  */
 class KESTREL_API FKestrelMcpCallQueue
@@ -58,7 +61,8 @@ class KESTREL_API FKestrelMcpCallQueue
 public:
 	/** Clients give up after a minute, and proxies before them. */
 	static constexpr double LongestWaitSeconds = 40.0;
-	static constexpr double WithdrawSeconds = 90.0;
+	/** A client that is told to ask again does so at once, or when its user has let it. */
+	static constexpr double WithdrawSeconds = 45.0;
 	static constexpr double ResultKeptSeconds = 600.0;
 	static constexpr int32 MaxCalls = 64;
 	static constexpr int32 MaxCallsOfClient = 16;
@@ -67,9 +71,10 @@ public:
 	~FKestrelMcpCallQueue();
 	UE_NONCOPYABLE(FKestrelMcpCallQueue)
 
-	/** A new call; it may run at once. */
+	/** A new call; it may run at once. @param Changes  may be null for what changes nothing, or something new */
 	void Add(const TSharedRef<FKestrelMcpClient>& Client, const TSharedPtr<FJsonValue>& RequestId,
-		const FKestrelTool& Tool, const TSharedRef<FJsonObject>& Arguments, const FKestrelMcpReply& Reply);
+		const FKestrelTool& Tool, const TSharedRef<FJsonObject>& Arguments,
+		const TSharedPtr<FKestrelMcpChanges>& Changes, const FKestrelMcpReply& Reply);
 	/** A client asks again. @return false when there is no such call */
 	bool AskAgain(const FString& Handle, const TSharedPtr<FJsonValue>& RequestId, const FKestrelMcpReply& Reply);
 	/** The call that a handle stands for; null when there is none. */

@@ -25,8 +25,29 @@ FKestrelMcpClient::FKestrelMcpClient(const FString& InName, const FString& InPro
 	: Name(McpClient::MakeShownName(InName))
 	, ProtocolVersion(InProtocolVersion)
 	, LastSeen(FPlatformTime::Seconds())
-	, ConversationId(FGuid::NewGuid().ToString(EGuidFormats::Digits))
 {
+}
+
+TSharedRef<FKestrelMcpChanges> FKestrelMcpClient::GetOrAddChanges()
+{
+	if (IsStateless() || Changes.IsEmpty())
+	{
+		Changes.Add(MakeShared<FKestrelMcpChanges>(Name));
+	}
+	if (Changes.Num() > MaxChanges)
+	{
+		Changes.RemoveAt(0);
+	}
+	return Changes.Last();
+}
+
+TSharedPtr<FKestrelMcpChanges> FKestrelMcpClient::FindChanges(const FString& Key) const
+{
+	const TSharedRef<FKestrelMcpChanges>* Found =
+		Changes.FindByPredicate([&Key](const TSharedRef<FKestrelMcpChanges>& Each) {
+			return KestrelMcpSecret::IsSame(Each->Key, Key);
+		});
+	return Found ? TSharedPtr<FKestrelMcpChanges>(*Found) : nullptr;
 }
 
 bool FKestrelMcpClient::IsStateless() const
@@ -39,25 +60,33 @@ bool FKestrelMcpClient::TakesStructuredContent() const
 	return ProtocolVersion.Compare(KestrelMcpVersions::FirstWithStructuredContent) >= 0;
 }
 
-void FKestrelMcpClient::Record(const FKestrelTranscriptEntry& Entry)
+FKestrelMcpChanges::FKestrelMcpChanges(const FString& InClientName)
+	: Key(KestrelMcpSecret::Make())
+	, ConversationId(FGuid::NewGuid().ToString(EGuidFormats::Digits))
+	, ClientName(InClientName)
+{
+}
+
+void FKestrelMcpChanges::Record(const FKestrelTranscriptEntry& Entry)
 {
 	if (!bIsRecorded)
 	{
 		bIsRecorded = true;
 		Writer.Begin(FKestrelInterface::Get().GetTranscript().GetStore(), ConversationId,
-			FText::Format(LOCTEXT("ConversationOf", "{0} (another assistant)"), FText::FromString(Name)).ToString(),
+			FText::Format(LOCTEXT("ConversationOf", "{0} (another assistant)"), FText::FromString(ClientName))
+				.ToString(),
 			EKestrelConversationOwner::Client);
 	}
 	Writer.Append(Entry);
 }
 
-FKestrelMcpScope::FKestrelMcpScope(FKestrelMcpClient& InClient)
-	: Client(InClient)
+FKestrelMcpScope::FKestrelMcpScope(FKestrelMcpChanges& InChanges)
+	: Changes(InChanges)
 	, ConversationBefore(FAgent::Get().GetConversationId())
 {
-	FAgent::Get().SetConversationId(Client.GetConversationId());
+	FAgent::Get().SetConversationId(Changes.ConversationId);
 	FKestrelInterface::Get().Redirect = [this](const FKestrelTranscriptEntry& Entry) {
-		Client.Record(Entry);
+		Changes.Record(Entry);
 		if (Entry.Kind != EKestrelTranscriptKind::Change)
 		{
 			Lines.Add(Entry.Text);

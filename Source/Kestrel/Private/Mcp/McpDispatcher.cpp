@@ -3,6 +3,7 @@
 #include "Agent/Text/JsonText.h"
 #include "Dom/JsonObject.h"
 #include "Dom/JsonValue.h"
+#include "Mcp/McpHistoryTools.h"
 #include "Mcp/McpPrompts.h"
 #include "Mcp/McpResources.h"
 #include "Mcp/McpTools.h"
@@ -95,6 +96,42 @@ FKestrelMcpAnswer AnswerList(const FKestrelMcpMessage& Message, TSharedRef<FJson
 {
 	return AsksForAnotherPage(Message) ? FKestrelMcpAnswer::Fail(KestrelMcpError::InvalidParams, TEXT("Unknown cursor"))
 									   : FKestrelMcpAnswer::Of(MakeList());
+}
+
+TSharedRef<FJsonObject> MakeToolList()
+{
+	return KestrelMcpTools::MakeList(/*bStateless*/ false);
+}
+
+TSharedRef<FJsonObject> MakeStatelessToolList()
+{
+	return KestrelMcpTools::MakeList(/*bStateless*/ true);
+}
+
+/**
+ * What a call is to belong to, and its arguments without that.
+ *
+ * @return false when there are no such changes, or have to be some
+ */
+bool FindChanges(FKestrelMcpClient& Client, const FKestrelTool& Tool, TSharedRef<FJsonObject>& InOutArguments,
+	TSharedPtr<FKestrelMcpChanges>& OutChanges)
+{
+	if (Tool.Kind == EKestrelToolKind::Read)
+	{
+		return true;
+	}
+	if (!Client.IsStateless())
+	{
+		OutChanges = Client.GetOrAddChanges();
+		return true;
+	}
+	const FString Key = GetString(*InOutArguments, KestrelMcpTools::ChangesId);
+	const TSharedRef<FJsonObject> Others = MakeShared<FJsonObject>();
+	Others->Values = InOutArguments->Values;
+	Others->RemoveField(KestrelMcpTools::ChangesId);
+	InOutArguments = Others;
+	OutChanges = Client.FindChanges(Key);
+	return OutChanges.IsValid() || (Key.IsEmpty() && !KestrelMcpHistoryTools::IsOne(Tool));
 }
 
 TArray<TSharedPtr<FJsonValue>> ListVersions()
@@ -296,9 +333,10 @@ FKestrelMcpAnswer FKestrelMcpDispatcher::Discover(const FKestrelMcpMessage&, FKe
 	return FKestrelMcpAnswer::Of(Result);
 }
 
-FKestrelMcpAnswer FKestrelMcpDispatcher::ListTools(const FKestrelMcpMessage& Message, FKestrelMcpClient&)
+FKestrelMcpAnswer FKestrelMcpDispatcher::ListTools(const FKestrelMcpMessage& Message, FKestrelMcpClient& Client)
 {
-	return McpDispatcher::AnswerList(Message, &KestrelMcpTools::MakeList);
+	return McpDispatcher::AnswerList(Message, Client.IsStateless() ? &McpDispatcher::MakeStatelessToolList
+																   : &McpDispatcher::MakeToolList);
 }
 
 FKestrelMcpAnswer FKestrelMcpDispatcher::ListResources(const FKestrelMcpMessage& Message, FKestrelMcpClient&)
@@ -387,22 +425,29 @@ void FKestrelMcpDispatcher::CallTool(
 			KestrelMcpError::InvalidParams, Tool ? TEXT("arguments must be an object") : TEXT("Unknown tool")));
 		return;
 	}
+	TSharedRef<FJsonObject> Input = Arguments.ToSharedRef();
+	TSharedPtr<FKestrelMcpChanges> Changes;
 	const FString State = McpDispatcher::GetString(*Message.Params, TEXT("requestState"));
-	if (!State.IsEmpty())
+	if (!McpDispatcher::FindChanges(*Client, *Tool, Input, Changes))
+	{
+		Reply(FKestrelMcpAnswer::Of(KestrelMcpTools::MakeResult(*Client, Tool->WireName,
+			TEXT("Error: No changes are known under this changes_id. The result of each change has one."))));
+	}
+	else if (!State.IsEmpty())
 	{
 		const FKestrelMcpCall* Call = Calls.Find(State);
 		const bool bIsSameCall =
-			Call && Call->Tool == Tool && Call->Client == Client &&
-			KestrelJson::ToCondensedText(Call->Arguments).Equals(KestrelJson::ToCondensedText(Arguments.ToSharedRef()));
+			Call && Call->Tool == Tool && Call->Client == Client && (!Changes.IsValid() || Call->Changes == Changes) &&
+			KestrelJson::ToCondensedText(Call->Arguments).Equals(KestrelJson::ToCondensedText(Input));
 		AskAgain(bIsSameCall ? State : FString(), Message, *Client, Reply);
 	}
 	else if (FCString::Strcmp(Tool->WireName, KestrelMcpTools::GetCallResult) == 0)
 	{
-		AskAgain(McpDispatcher::GetString(*Arguments, KestrelMcpTools::CallId), Message, *Client, Reply);
+		AskAgain(McpDispatcher::GetString(*Input, KestrelMcpTools::CallId), Message, *Client, Reply);
 	}
 	else
 	{
-		Calls.Add(Client, Message.Id, *Tool, Arguments.ToSharedRef(), Reply);
+		Calls.Add(Client, Message.Id, *Tool, Input, Changes, Reply);
 	}
 }
 

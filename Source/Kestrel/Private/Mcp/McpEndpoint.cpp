@@ -11,6 +11,7 @@
 #include "HttpServerResponse.h"
 #include "IHttpRouter.h"
 #include "Mcp/McpAccess.h"
+#include "Mcp/McpBatch.h"
 #include "Mcp/McpDispatcher.h"
 #include "Mcp/McpSecret.h"
 #include "Mcp/McpVersions.h"
@@ -52,9 +53,9 @@ TUniquePtr<FHttpServerResponse> MakeResponse(const TSharedPtr<FJsonValue>& Id, c
 
 void Send(const TSharedPtr<FJsonValue>& Id, const FKestrelMcpAnswer& Answer, const FHttpResultCallback& OnComplete)
 {
-	if (!Answer.Result.IsValid() && !Answer.ResultText.IsValid() && !Answer.Fault.IsSet())
+	if (Answer.IsNothing())
 	{
-		SendEmpty(EHttpServerResponseCodes::Accepted, OnComplete); // it was cancelled: nobody waits for an answer
+		SendEmpty(EHttpServerResponseCodes::Accepted, OnComplete);
 		return;
 	}
 	OnComplete(MakeResponse(Id, Answer));
@@ -205,6 +206,11 @@ void FKestrelMcpEndpoint::HandlePost(const FHttpServerRequest& Request, const FH
 		McpEndpoint::SendEmpty(EHttpServerResponseCodes::UnsupportedMedia, OnComplete);
 		return;
 	}
+	if (FKestrelMcpMessage::IsBatch(Request.Body))
+	{
+		HandleBatch(Request, OnComplete);
+		return;
+	}
 	FKestrelMcpFault Fault;
 	const TSharedPtr<FKestrelMcpMessage> Message = FKestrelMcpMessage::Parse(Request.Body, Fault);
 	if (!Message.IsValid())
@@ -306,6 +312,35 @@ void FKestrelMcpEndpoint::HandleInSession(const FHttpServerRequest& Request,
 	const FKestrelMcpRequest Parts{ Message, Client };
 	Dispatcher.Handle(Parts,
 		[Id = Message->Id, OnComplete](const FKestrelMcpAnswer& Answer) { McpEndpoint::Send(Id, Answer, OnComplete); });
+}
+
+void FKestrelMcpEndpoint::HandleBatch(const FHttpServerRequest& Request, const FHttpResultCallback& OnComplete)
+{
+	const TSharedPtr<FKestrelMcpClient> Client = FindSession(Request, OnComplete);
+	if (!Client.IsValid())
+	{
+		return;
+	}
+	const FString Version =
+		KestrelMcpAccess::GetHeader(Request, McpEndpoint::VersionHeader).Get(Client->ProtocolVersion);
+	if (!Client->ProtocolVersion.Equals(KestrelMcpVersions::WithBatches) || !Version.Equals(Client->ProtocolVersion))
+	{
+		McpEndpoint::Refuse(KestrelMcpError::InvalidRequest, TEXT("This version of the protocol has no batches"),
+			EHttpServerResponseCodes::BadRequest, OnComplete);
+		return;
+	}
+	FKestrelMcpAnswer Answer;
+	FKestrelMcpFault Fault;
+	TArray<FKestrelMcpFault> Faults;
+	const TArray<TSharedPtr<FKestrelMcpMessage>> Messages =
+		FKestrelMcpMessage::ParseBatch(Request.Body, Faults, Fault);
+	if (Messages.IsEmpty())
+	{
+		Answer.Fault = Fault;
+		McpEndpoint::Send(nullptr, Answer, OnComplete);
+		return;
+	}
+	MakeShared<FKestrelMcpBatch>(OnComplete)->Handle(Dispatcher, Client.ToSharedRef(), Messages, Faults);
 }
 
 void FKestrelMcpEndpoint::HandleDelete(const FHttpServerRequest& Request, const FHttpResultCallback& OnComplete)

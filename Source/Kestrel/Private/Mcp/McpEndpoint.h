@@ -12,7 +12,7 @@ struct FHttpServerRequest;
 
 /**
  * The path of the server to which clients send their messages, one in each POST, and which answers each with one JSON
- * object. There is nothing to listen to: GET is refused.
+ * object. An old version of the protocol may put several into one. There is nothing to listen to: GET is refused.
  */
 class KESTREL_API FKestrelMcpEndpoint : public TSharedFromThis<FKestrelMcpEndpoint>
 {
@@ -39,6 +39,7 @@ private:
 	bool Handle(const FHttpServerRequest& Request, const FHttpResultCallback& OnComplete);
 	void HandleAllowed(const FHttpServerRequest& Request, const FHttpResultCallback& OnComplete);
 	void HandlePost(const FHttpServerRequest& Request, const FHttpResultCallback& OnComplete);
+	void HandleBatch(const FHttpServerRequest& Request, const FHttpResultCallback& OnComplete);
 	void HandleDelete(const FHttpServerRequest& Request, const FHttpResultCallback& OnComplete);
 	/** A message of the version without sessions. */
 	void HandleStateless(const FHttpServerRequest& Request, const TSharedRef<FKestrelMcpMessage>& Message,

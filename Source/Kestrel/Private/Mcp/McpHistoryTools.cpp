@@ -60,6 +60,8 @@ void PlanUndo(const FString& ConversationId, FKestrelToolPlan& Plan)
 	{
 		AddFiles(*Entries, Plan);
 	}
+	// The editor does not tell which assets a step of its list has changed.
+	Plan.bHasUnknownPlaces = bHasSteps;
 	CautionOfOthers(FKestrelUndoPreview::OfUndo(ConversationId), Plan);
 }
 
@@ -87,6 +89,11 @@ const TArray<FKestrelTool>& KestrelMcpHistoryTools::GetAll()
 			EKestrelNameInPanel::Shown, nullptr, McpHistoryTools::ApplyRedo },
 	};
 	return Tools;
+}
+
+bool KestrelMcpHistoryTools::IsOne(const FKestrelTool& Tool)
+{
+	return GetAll().ContainsByPredicate([&Tool](const FKestrelTool& Each) { return &Each == &Tool; });
 }
 
 TSharedRef<FKestrelToolPlan> KestrelMcpHistoryTools::Plan(

@@ -7,6 +7,7 @@
 namespace KestrelMcpHistoryTools
 {
 const TArray<FKestrelTool>& GetAll();
+bool IsOne(const FKestrelTool& Tool);
 /** A plan of one of these tools for the conversation of the client at work. */
 TSharedRef<FKestrelToolPlan> Plan(const FKestrelTool& Tool, const FString& ConversationId, const FString& ToolUseId);
 }

@@ -31,6 +31,12 @@ TSharedRef<FJsonObject> GetObject(const FJsonObject& Object, const TCHAR* Field)
 																	  : MakeShared<FJsonObject>();
 }
 
+FString ToText(const TArray<uint8>& Bytes)
+{
+	const FUTF8ToTCHAR Utf8(reinterpret_cast<const ANSICHAR*>(Bytes.GetData()), Bytes.Num());
+	return FString::ConstructFromPtrSize(Utf8.Get(), Utf8.Length());
+}
+
 bool Refuse(int32 Code, const TCHAR* Message, FKestrelMcpFault& OutFault)
 {
 	constexpr int32 BadRequest = 400;
@@ -87,30 +93,65 @@ FKestrelMcpMessage::FKestrelMcpMessage()
 
 TSharedPtr<FKestrelMcpMessage> FKestrelMcpMessage::Parse(const TArray<uint8>& Bytes, FKestrelMcpFault& OutFault)
 {
-	const FUTF8ToTCHAR Utf8(reinterpret_cast<const ANSICHAR*>(Bytes.GetData()), Bytes.Num());
-	const FString Text = FString::ConstructFromPtrSize(Utf8.Get(), Utf8.Length());
-	if (Text.TrimStart().StartsWith(TEXT("[")))
-	{
-		McpMessage::Refuse(KestrelMcpError::InvalidRequest, TEXT("Batches are not supported"), OutFault);
-		return nullptr;
-	}
-	const TSharedPtr<FJsonObject> Object = KestrelJson::ParseObject(Text);
+	const TSharedPtr<FJsonObject> Object = KestrelJson::ParseObject(McpMessage::ToText(Bytes));
 	if (!Object.IsValid())
 	{
 		McpMessage::Refuse(KestrelMcpError::Parse, TEXT("The body is not a JSON object"), OutFault);
 		return nullptr;
 	}
-	if (!McpMessage::Check(*Object, OutFault))
+	return Make(*Object, OutFault);
+}
+
+bool FKestrelMcpMessage::IsBatch(const TArray<uint8>& Bytes)
+{
+	const uint8* First = Bytes.FindByPredicate(
+		[](uint8 Byte) { return Byte != ' ' && Byte != '\t' && Byte != '\r' && Byte != '\n'; });
+	return First && *First == '[';
+}
+
+TArray<TSharedPtr<FKestrelMcpMessage>> FKestrelMcpMessage::ParseBatch(
+	const TArray<uint8>& Bytes, TArray<FKestrelMcpFault>& OutFaults, FKestrelMcpFault& OutFault)
+{
+	const TOptional<TArray<TSharedPtr<FJsonValue>>> Values = KestrelJson::ParseArray(McpMessage::ToText(Bytes));
+	TArray<TSharedPtr<FKestrelMcpMessage>> Messages;
+	if (!Values.IsSet())
+	{
+		McpMessage::Refuse(KestrelMcpError::Parse, TEXT("The body is not a JSON array"), OutFault);
+		return Messages;
+	}
+	if (Values->IsEmpty() || Values->Num() > MaxBatch)
+	{
+		McpMessage::Refuse(KestrelMcpError::InvalidRequest,
+			Values->IsEmpty() ? TEXT("The batch is empty") : TEXT("The batch has too many messages"), OutFault);
+		return Messages;
+	}
+	for (const TSharedPtr<FJsonValue>& Value : *Values)
+	{
+		FKestrelMcpFault& Fault = OutFaults.AddDefaulted_GetRef();
+		const TSharedPtr<FJsonObject>* Object = nullptr;
+		const bool bIsObject = Value.IsValid() && Value->TryGetObject(Object);
+		if (!bIsObject)
+		{
+			McpMessage::Refuse(KestrelMcpError::InvalidRequest, TEXT("A message must be an object"), Fault);
+		}
+		Messages.Add(bIsObject ? Make(**Object, Fault) : nullptr);
+	}
+	return Messages;
+}
+
+TSharedPtr<FKestrelMcpMessage> FKestrelMcpMessage::Make(const FJsonObject& Object, FKestrelMcpFault& OutFault)
+{
+	if (!McpMessage::Check(Object, OutFault))
 	{
 		return nullptr;
 	}
 	const TSharedRef<FKestrelMcpMessage> Message = MakeShareable(new FKestrelMcpMessage());
-	Message->Id = Object->TryGetField(TEXT("id"));
-	const bool bHasMethod = Object->TryGetStringField(TEXT("method"), Message->Method);
+	Message->Id = Object.TryGetField(TEXT("id"));
+	const bool bHasMethod = Object.TryGetStringField(TEXT("method"), Message->Method);
 	Message->Kind = !bHasMethod             ? EKestrelMcpMessageKind::Response
 					: Message->Id.IsValid() ? EKestrelMcpMessageKind::Request
 											: EKestrelMcpMessageKind::Notification;
-	Message->Params = McpMessage::GetObject(*Object, TEXT("params"));
+	Message->Params = McpMessage::GetObject(Object, TEXT("params"));
 	Message->Meta = McpMessage::GetObject(*Message->Params, TEXT("_meta"));
 	return Message;
 }

@@ -34,6 +34,9 @@ struct KESTREL_API FKestrelMcpAnswer
 	static FKestrelMcpAnswer Of(const TSharedRef<FJsonObject>& Result);
 	static FKestrelMcpAnswer Fail(int32 Code, const FString& Message, int32 HttpStatus = 200);
 
+	/** Of a request that was cancelled: nobody waits for an answer. */
+	bool IsNothing() const { return !Result.IsValid() && !ResultText.IsValid() && !Fault.IsSet(); }
+
 	TSharedPtr<FJsonObject> Result;
 	/** In place of Result: its JSON text, of one that is the same each time. */
 	TSharedPtr<const FString> ResultText;
@@ -55,6 +58,8 @@ struct KESTREL_API FKestrelMcpMessage
 {
 	/** Larger messages are refused: nothing that a tool takes comes near. */
 	static constexpr int32 MaxBytes = 4 * 1024 * 1024;
+	/** Messages in a batch. */
+	static constexpr int32 MaxBatch = 64;
 
 	/**
 	 * Reads a message.
@@ -63,6 +68,16 @@ struct KESTREL_API FKestrelMcpMessage
 	 * @param OutFault  why there is none
 	 */
 	static TSharedPtr<FKestrelMcpMessage> Parse(const TArray<uint8>& Bytes, FKestrelMcpFault& OutFault);
+	/** Whether bytes may be a batch, and no message. */
+	static bool IsBatch(const TArray<uint8>& Bytes);
+	/**
+	 * Reads several messages that came as one.
+	 *
+	 * @param OutFaults  why a message is null, by its index
+	 * @param OutFault   why there are none at all: when it is set, the result is empty
+	 */
+	static TArray<TSharedPtr<FKestrelMcpMessage>> ParseBatch(
+		const TArray<uint8>& Bytes, TArray<FKestrelMcpFault>& OutFaults, FKestrelMcpFault& OutFault);
 	/** An answer as JSON text. @param Id  null when it could not be read */
 	static FString MakeText(const TSharedPtr<FJsonValue>& Id, const FKestrelMcpAnswer& Answer);
 	/** Whether two ids are the same, of the same JSON type. */
@@ -76,4 +91,5 @@ struct KESTREL_API FKestrelMcpMessage
 
 private:
 	FKestrelMcpMessage();
+	static TSharedPtr<FKestrelMcpMessage> Make(const FJsonObject& Object, FKestrelMcpFault& OutFault);
 };

@@ -1,10 +1,13 @@
 #include "Mcp/McpResources.h"
 
 #include "Agent/Blueprints/Assets/BlueprintLookup.h"
+#include "Agent/Blueprints/Assets/BlueprintPackage.h"
 #include "Agent/Files/FileUtils.h"
 #include "Agent/Files/KeyGuard.h"
 #include "Agent/Files/PathReview.h"
 #include "Agent/Project/CompilationManager.h"
+#include "Agent/Project/SearchReview.h"
+#include "Agent/Project/TreeReview.h"
 #include "Agent/Text/DisplayText.h"
 #include "Agent/Tools/ToolPlan.h"
 #include "AssetRegistry/AssetData.h"
@@ -138,6 +141,12 @@ TSharedRef<FJsonObject> MakeContents(const FString& Uri, const TCHAR* MimeType, 
 	return Result;
 }
 
+/** The engine's strings never begin with an empty one. */
+bool BeginsWith(const FString& Text, const FString& Begin)
+{
+	return Begin.IsEmpty() || Text.StartsWith(Begin, ESearchCase::IgnoreCase);
+}
+
 /** The files and folders of one folder of the project that begin like a path; not what lies in them. */
 TArray<FString> CompletePath(const FString& Value)
 {
@@ -155,23 +164,35 @@ TArray<FString> CompletePath(const FString& Value)
 	TArray<FString> Folders;
 	IFileManager::Get().FindFiles(Files, *(FullFolder / TEXT("*")), true, false);
 	IFileManager::Get().FindFiles(Folders, *(FullFolder / TEXT("*")), false, true);
-	for (const FString& Name : Folders)
-	{
-		Files.Add(Name + TEXT("/"));
-	}
-	for (const FString& Name : Files)
-	{
-		Paths.Add(Folder + Name);
-	}
+	const FKestrelSearchReview Review;
+	const FString Begin = Value.RightChop(Slash + 1);
+	const auto Add = [&](const TArray<FString>& Names, bool bAreFolders) {
+		for (const FString& Name : Names)
+		{
+			if (BeginsWith(Name, Begin) &&
+				KestrelTreeReview::MayTell(Review, FullFolder / Name, bAreFolders))
+			{
+				Paths.Add(Folder + Name + (bAreFolders ? TEXT("/") : TEXT("")));
+			}
+		}
+	};
+	Add(Files, false);
+	Add(Folders, true);
 	return Paths;
 }
 
 TArray<FString> ListAssets(const UClass& Class)
 {
+	const FKestrelSearchReview Review;
 	TArray<FString> Names;
 	for (const FAssetData& Asset : KestrelBlueprintLookup::ListAssets(Class))
 	{
-		Names.Add(Asset.AssetName.ToString());
+		// What has no file is only in memory, and nobody else's.
+		const FString File = KestrelBlueprintPackage::GetFileName(Asset.PackageName.ToString());
+		if (File.IsEmpty() || KestrelTreeReview::MayTell(Review, File, /*bIsFolder*/ false))
+		{
+			Names.Add(Asset.AssetName.ToString());
+		}
 	}
 	return Names;
 }
@@ -260,7 +281,7 @@ TOptional<TArray<FString>> KestrelMcpResources::Complete(const FString& Argument
 	}
 	// A name that is not what it looks like is of no use.
 	Values.RemoveAll([&Value](const FString& Each) {
-		return !Each.StartsWith(Value, ESearchCase::IgnoreCase) || !KestrelDisplayText::EscapeLine(Each).Equals(Each);
+		return !McpResources::BeginsWith(Each, Value) || !KestrelDisplayText::EscapeLine(Each).Equals(Each);
 	});
 	Values.Sort();
 	Values.SetNum(FMath::Min(Values.Num(), McpResources::MaxValues));

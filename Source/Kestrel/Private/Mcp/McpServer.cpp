@@ -1,5 +1,6 @@
 #include "Mcp/McpServer.h"
 
+#include "Agent/Approval/ProjectDefaults.h"
 #include "Agent/Text/DisplayText.h"
 #include "Agent/Tools/ToolPlan.h"
 #include "HttpModule.h"
@@ -10,7 +11,6 @@
 #include "KestrelSettings.h"
 #include "Mcp/McpAccess.h"
 #include "Mcp/McpApproval.h"
-#include "Mcp/McpServerFile.h"
 #include "Misc/App.h"
 #include "UObject/Class.h"
 #include "UObject/ObjectMacros.h"
@@ -40,6 +40,12 @@ FKestrelMcpServer::FKestrelMcpServer()
 }
 
 FKestrelMcpServer::~FKestrelMcpServer() = default;
+
+bool FKestrelMcpServer::IsTurnedOnByProject() const
+{
+	return KestrelMcpApproval::GetAllowedByCommandLine().IsEmpty() &&
+		   KestrelProjectDefaults::SetUserSetting(TEXT("bLetOtherAssistantsIn"));
+}
 
 bool FKestrelMcpServer::IsWanted() const
 {
@@ -77,7 +83,13 @@ void FKestrelMcpServer::Start()
 	{
 		return;
 	}
-	FKestrelMcpServerFile File = FKestrelMcpServerFile::ReadOrMake();
+	if (IsTurnedOnByProject())
+	{
+		Fail(LOCTEXT("ByProject", "The project's own configuration turns the server on, and only you can let other "
+								  "assistants in. Remove bLetOtherAssistantsIn from its EditorPerUserSettings.ini files."));
+		return;
+	}
+	File = FKestrelMcpServerFile::ReadOrMake();
 	for (int32 Tries = 0; Tries < McpServer::MaxPortsTried; ++Tries)
 	{
 		const FString ForeignAddress = KestrelMcpAccess::FindForeignBindAddress(File.Port);
@@ -101,12 +113,6 @@ void FKestrelMcpServer::Start()
 	if (!Endpoint.IsValid())
 	{
 		Fail(LOCTEXT("NoPort", "No free port was found."));
-		return;
-	}
-	if (!File.Write())
-	{
-		Fail(FText::Format(LOCTEXT("NoFile", "The token could not be written for you alone: {0}"),
-			FText::FromString(FKestrelMcpServerFile::GetPath())));
 		return;
 	}
 	Url = File.MakeUrl();
@@ -138,6 +144,13 @@ void FKestrelMcpServer::OnProbed()
 	{
 		Fail(FText::Format(LOCTEXT("NotUs", "The server cannot be reached at {0}, or another program answers there."),
 			FText::FromString(Url)));
+		return;
+	}
+	// Whoever finds the address in it sends the token there.
+	if (!File.Write())
+	{
+		Fail(FText::Format(LOCTEXT("NoFile", "The token could not be written for you alone: {0}"),
+			FText::FromString(FKestrelMcpServerFile::GetPath())));
 		return;
 	}
 	State = EKestrelMcpServerState::Listening;

@@ -4,6 +4,7 @@
 #include "CoreMinimal.h"
 #include "Mcp/McpDispatcher.h"
 #include "Mcp/McpEndpoint.h"
+#include "Mcp/McpServerFile.h"
 
 enum class EKestrelMcpServerState : uint8
 {
@@ -53,6 +54,8 @@ private:
 	FKestrelMcpServer();
 
 	bool IsWanted() const;
+	/** The user's setting begins with what the project's configuration says. */
+	bool IsTurnedOnByProject() const;
 	void Fail(const FText& Reason);
 	/** Asks the own address, to see who answers. */
 	void Probe();
@@ -62,6 +65,7 @@ private:
 	FKestrelMcpDispatcher Dispatcher;
 	TSharedPtr<FKestrelMcpEndpoint> Endpoint; // null while it is off
 	EKestrelMcpServerState State = EKestrelMcpServerState::Off;
+	FKestrelMcpServerFile File; // of the server that starts or listens
 	FString Url;
 	FText Failure;
 	FText Notice;

@@ -52,13 +52,32 @@ TSharedRef<FJsonObject> MakeAnnotations(const FKestrelTool& Tool)
 	return Annotations;
 }
 
-TSharedPtr<FJsonValue> MakeEntry(const FKestrelTool& Tool)
+TSharedRef<FJsonObject> MakeSchema(const FKestrelTool& Tool, bool bStateless)
+{
+	const TSharedRef<FJsonObject> Schema = KestrelTools::MakeInputSchema(Tool);
+	if (!bStateless || Tool.Kind == EKestrelToolKind::Read)
+	{
+		return Schema;
+	}
+	const TSharedRef<FJsonObject> Field = MakeShared<FJsonObject>();
+	Field->SetStringField(TEXT("type"), TEXT("string"));
+	Field->SetStringField(TEXT("description"),
+		TEXT("The changes_id of an earlier result: this belongs to the same changes, to be undone together."));
+	Schema->GetObjectField(TEXT("properties"))->SetObjectField(KestrelMcpTools::ChangesId, Field);
+	if (KestrelMcpHistoryTools::IsOne(Tool))
+	{
+		Schema->SetArrayField(TEXT("required"), { MakeShared<FJsonValueString>(KestrelMcpTools::ChangesId) });
+	}
+	return Schema;
+}
+
+TSharedPtr<FJsonValue> MakeEntry(const FKestrelTool& Tool, bool bStateless)
 {
 	const TSharedRef<FJsonObject> Entry = MakeShared<FJsonObject>();
 	Entry->SetStringField(TEXT("name"), Tool.WireName);
 	Entry->SetStringField(TEXT("title"), MakeTitle(Tool.WireName));
 	Entry->SetStringField(TEXT("description"), Describe(Tool));
-	Entry->SetObjectField(TEXT("inputSchema"), KestrelTools::MakeInputSchema(Tool));
+	Entry->SetObjectField(TEXT("inputSchema"), MakeSchema(Tool, bStateless));
 	Entry->SetObjectField(TEXT("annotations"), MakeAnnotations(Tool));
 	return MakeShared<FJsonValueObject>(Entry);
 }
@@ -67,7 +86,7 @@ const FKestrelTool& GetResultTool()
 {
 	static const FKestrelTool Tool = { KestrelMcpTools::GetCallResult, EKestrelToolKind::Read, FText::GetEmpty(),
 		TEXT("Returns the result of a call that had to wait, as soon as there is one. A call that nobody asks for is "
-			 "withdrawn after a minute and a half."),
+			 "withdrawn after 45 seconds."),
 		{ { KestrelMcpTools::CallId, EKestrelFieldType::Text, TEXT("The call_id that the call has returned.") } },
 		nullptr, nullptr, EKestrelNameInPanel::Shown, nullptr, nullptr };
 	return Tool;
@@ -95,33 +114,38 @@ FString Shorten(const FString& Text)
 						 Text.Len() - MaxResultLength);
 }
 
-TSharedRef<FJsonObject> MakeTextResult(const FString& Text, bool bIsError)
+TSharedPtr<FJsonValue> MakeTextContent(const FString& Text)
 {
 	const TSharedRef<FJsonObject> Content = MakeShared<FJsonObject>();
 	Content->SetStringField(TEXT("type"), TEXT("text"));
 	Content->SetStringField(TEXT("text"), Text);
+	return MakeShared<FJsonValueObject>(Content);
+}
+
+TSharedRef<FJsonObject> MakeTextResult(const FString& Text, bool bIsError)
+{
 	const TSharedRef<FJsonObject> Result = MakeShared<FJsonObject>();
-	Result->SetArrayField(TEXT("content"), { MakeShared<FJsonValueObject>(Content) });
+	Result->SetArrayField(TEXT("content"), { MakeTextContent(Text) });
 	Result->SetBoolField(TEXT("isError"), bIsError);
 	return Result;
 }
 }
 
-TSharedRef<FJsonObject> KestrelMcpTools::MakeList()
+TSharedRef<FJsonObject> KestrelMcpTools::MakeList(bool bStateless)
 {
 	TArray<TSharedPtr<FJsonValue>> Entries;
 	for (const FKestrelTool& Tool : KestrelTools::GetAll())
 	{
 		if (Tool.Kind != EKestrelToolKind::Finish)
 		{
-			Entries.Add(McpTools::MakeEntry(Tool));
+			Entries.Add(McpTools::MakeEntry(Tool, bStateless));
 		}
 	}
 	for (const FKestrelTool& Tool : KestrelMcpHistoryTools::GetAll())
 	{
-		Entries.Add(McpTools::MakeEntry(Tool));
+		Entries.Add(McpTools::MakeEntry(Tool, bStateless));
 	}
-	Entries.Add(McpTools::MakeEntry(McpTools::GetResultTool()));
+	Entries.Add(McpTools::MakeEntry(McpTools::GetResultTool(), bStateless));
 	const TSharedRef<FJsonObject> List = MakeShared<FJsonObject>();
 	List->SetArrayField(TEXT("tools"), Entries);
 	return List;
@@ -154,6 +178,15 @@ TSharedRef<FJsonObject> KestrelMcpTools::MakeResult(
 		Result->SetObjectField(TEXT("structuredContent"), Document);
 	}
 	return Result;
+}
+
+void KestrelMcpTools::AddChangesId(FJsonObject& Result, const FString& Key)
+{
+	TArray<TSharedPtr<FJsonValue>> Content = Result.GetArrayField(TEXT("content"));
+	Content.Add(McpTools::MakeTextContent(FString::Printf(
+		TEXT("changes_id: %s\nGive it to your further changes, and to undo_changes, which reverts them together."),
+		*Key)));
+	Result.SetArrayField(TEXT("content"), Content);
 }
 
 TSharedRef<FJsonObject> KestrelMcpTools::MakeWaiting(

@@ -14,8 +14,15 @@ inline const TCHAR* const GetCallResult = TEXT("get_call_result");
 /** The argument of "get_call_result". */
 inline const TCHAR* const CallId = TEXT("call_id");
 
-/** The result of "tools/list": always the same, in the same order. */
-KESTREL_API TSharedRef<FJsonObject> MakeList();
+/** An argument of what changes something, for clients without sessions: what the change belongs to. */
+inline const TCHAR* const ChangesId = TEXT("changes_id");
+
+/**
+ * The result of "tools/list": always the same, in the same order.
+ *
+ * @param bStateless  for clients without sessions
+ */
+KESTREL_API TSharedRef<FJsonObject> MakeList(bool bStateless);
 /** Null for a name that clients cannot call. */
 const FKestrelTool* Find(const FString& Name);
 /**
@@ -25,6 +32,8 @@ const FKestrelTool* Find(const FString& Name);
  * @param ToolName  tells whether the text is a document, which is given as structured content, too
  */
 TSharedRef<FJsonObject> MakeResult(const FKestrelMcpClient& Client, const FString& ToolName, const FString& Text);
+/** Tells a client without sessions in its result how to name what it has changed. */
+void AddChangesId(FJsonObject& Result, const FString& Key);
 /** For a call that goes on: the client is to ask for its result. */
 TSharedRef<FJsonObject> MakeWaiting(const FKestrelMcpClient& Client, const FString& Handle, const FString& WaitsFor);
 }

@@ -13,6 +13,8 @@ inline const TCHAR* const Stateless = TEXT("2026-07-28");
 inline const TCHAR* const WithSessions[] = { TEXT("2025-11-25"), TEXT("2025-06-18"), TEXT("2025-03-26") };
 /** The first with structured results. */
 inline const TCHAR* const FirstWithStructuredContent = TEXT("2025-06-18");
+/** The only one in which several messages may come as one. */
+inline const TCHAR* const WithBatches = TEXT("2025-03-26");
 
 /** The same version where it is known, and the newest with sessions otherwise. */
 inline FString Negotiate(const FString& Asked)

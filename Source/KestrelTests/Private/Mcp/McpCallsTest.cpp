@@ -4,13 +4,21 @@
 #include "Agent/Project/CompilationManager.h"
 #include "Agent/RunStatus.h"
 #include "Agent/Tools/ToolPlan.h"
+#include "Agent/History/TransactionLookup.h"
+#include "EdGraphSchema_K2.h"
+#include "Editor.h"
+#include "Editor/EditorEngine.h"
+#include "Engine/Blueprint.h"
 #include "HAL/PlatformTime.h"
 #include "KestrelSettings.h"
+#include "Kismet2/BlueprintEditorUtils.h"
 #include "Mcp/McpHistoryTools.h"
 #include "Misc/FileHelper.h"
 #include "Misc/HotReloadInterface.h"
 #include "Modules/ModuleManager.h"
+#include "ScopedTransaction.h"
 #include "Support/KestrelTest.h"
+#include "Support/TestContent.h"
 #include "Support/TestMcpClient.h"
 #include "UObject/Class.h"
 
@@ -186,6 +194,43 @@ void FKestrelMcpCallsSpec::Define()
 		Scene.Reject();
 	});
 
+	It("lets no rule for files undo steps in the editor", [this]() {
+		FScene Scene;
+		const FKestrelTestContent Content;
+		FKestrelTestMcpClient Client(Scene.Server, TEXT("a"));
+		UKestrelSettings& Settings = *GetMutableDefault<UKestrelSettings>();
+		const TGuardValue<TArray<FKestrelApprovalRule>> Rules(Settings.ApprovalRules, {});
+		Scene.Change(Client, TEXT("one"), TEXT("1"));
+		Scene.Approve();
+		{
+			const FScopedTransaction Transaction(
+				FText::FromString(GetKestrelTransactionName(Client.Client->GetOrAddChanges()->ConversationId)));
+			FBlueprintEditorUtils::AddMemberVariable(Content.CreateBlueprint(TEXT("BP_McpUndo")), TEXT("Toll"),
+				KestrelTest::MakePinType(UEdGraphSchema_K2::PC_Int));
+		}
+		const auto Undo = [&]() {
+			const int32 Undoing = Client.Call(TEXT("undo_changes"), TEXT("{}"));
+			const FString Text = Client.GetText(Undoing);
+			if (!Scene.Calls().GetAwaitingApproval().IsEmpty())
+			{
+				Scene.Reject();
+			}
+			return Text;
+		};
+		FKestrelApprovalRule& Rule = Settings.ApprovalRules.AddDefaulted_GetRef();
+		Rule.Decision = EKestrelApproval::AllowRisky;
+		Rule.Path = Scene.Folder.Name + TEXT("/**");
+		TestSameText(*this, TEXT("allowed for the files"), Undo(), TEXT("waiting"));
+		Rule.Path.Empty();
+		FKestrelApprovalRule& Other = Settings.ApprovalRules.AddDefaulted_GetRef();
+		Other.Decision = EKestrelApproval::Deny;
+		Other.Path = TEXT("Content/**");
+		TestSameText(*this, TEXT("denied for what may be among it"), Undo(), TEXT("waiting"));
+		Settings.ApprovalRules.SetNum(1);
+		TestTrue(TEXT("allowed for all"), Undo().Contains(TEXT("Undone: 1 file, 1 step")));
+		GEditor->ResetTransaction(FText());
+	});
+
 	It("reads nothing for a call that was shown as one that fails", [this]() {
 		FScene Scene;
 		FKestrelTestMcpClient Client(Scene.Server, TEXT("a"));
@@ -262,6 +307,55 @@ void FKestrelMcpCallsSpec::Define()
 		TestTrue(TEXT("result"), Client.GetText(Repeated).StartsWith(TEXT("Successfully")));
 		TestSameText(*this, TEXT("whole"), Client.GetMember(Repeated, TEXT("resultType")), TEXT("complete"));
 		TestSameText(*this, TEXT("once"), Scene.Read(), TEXT("1 two"));
+	});
+
+	It("keeps apart what clients of the same name change without sessions", [this]() {
+		FScene Scene;
+		FKestrelTestMcpClient First(Scene.Server, TEXT("a"), TEXT("2026-07-28"));
+		FKestrelTestMcpClient Second(Scene.Server, TEXT("a"), TEXT("2026-07-28"));
+		const auto Change = [&Scene](FKestrelTestMcpClient& Client, const TCHAR* From, const TCHAR* To,
+								const FString& Id) {
+			const int32 Number = Client.Call(TEXT("update_file"),
+				FString::Printf(TEXT("{'path':'%s','old_string':'%s','new_string':'%s','changes_id':'%s'}"),
+					*Scene.Path(), From, To, *Id));
+			if (!Scene.Calls().GetAwaitingApproval().IsEmpty())
+			{
+				Scene.Approve();
+			}
+			FString Before;
+			FString After;
+			Client.GetAnswer(Number).Split(TEXT("changes_id: "), &Before, &After);
+			return After.Left(64);
+		};
+		const auto Undo = [&Scene](FKestrelTestMcpClient& Client, const FString& Id) {
+			const int32 Number =
+				Client.Call(TEXT("undo_changes"), FString::Printf(TEXT("{'changes_id':'%s'}"), *Id));
+			if (!Scene.Calls().GetAwaitingApproval().IsEmpty())
+			{
+				Scene.Approve();
+			}
+			return Client.GetText(Number);
+		};
+		const FString OfFirst = Change(First, TEXT("one"), TEXT("1"), FString());
+		TestSameText(*this, TEXT("goes on"), Change(First, TEXT("1"), TEXT("I"), OfFirst), OfFirst);
+		const TCHAR* const Unknown = TEXT("Error: No changes are known");
+		TestTrue(TEXT("all of that name"), Undo(Second, FString()).StartsWith(Unknown));
+		TestTrue(TEXT("guessed"), Undo(Second, OfFirst.Left(63) + TEXT("x")).StartsWith(Unknown));
+		FKestrelTestMcpClient Stranger(Scene.Server, TEXT("b"), TEXT("2026-07-28"));
+		TestTrue(TEXT("of another name"), Undo(Stranger, OfFirst).StartsWith(Unknown));
+		const FString OfSecond = Change(Second, TEXT("two"), TEXT("2"), FString());
+		TestTrue(TEXT("apart"), OfSecond.Len() == 64 && !OfSecond.Equals(OfFirst));
+		TestTrue(TEXT("undone"), Undo(Second, OfSecond).Contains(TEXT("Undone: 1 file")));
+		TestSameText(*this, TEXT("only its own"), Scene.Read(), TEXT("I two"));
+		TestTrue(TEXT("both of the other's"), Undo(First, OfFirst).Contains(TEXT("Undone: 1 file")));
+		TestSameText(*this, TEXT("as before"), Scene.Read(), TEXT("one two"));
+		const int32 Waiting = Scene.Change(First, TEXT("one"), TEXT("1"));
+		Scene.Pass(FKestrelMcpCallQueue::LongestWaitSeconds);
+		const int32 Same = Scene.Change(Second, TEXT("one"), TEXT("1"));
+		Scene.Approve();
+		TestSameText(*this, TEXT("no result of the other's"), Second.GetText(Same), TEXT("waiting"));
+		TestSameText(
+			*this, TEXT("asked to ask again"), First.GetMember(Waiting, TEXT("resultType")), TEXT("input_required"));
 	});
 
 	It("keeps the result of a call that nobody asks for just then", [this]() {
@@ -355,7 +449,7 @@ void FKestrelMcpCallsSpec::Define()
 		const FKestrelPanelRecorder Panel;
 		FAgent::Get().SetConversationId(TEXT("the panel's"));
 		FKestrelTestMcpClient Client(Scene.Server, TEXT("editor\\none"));
-		const FString Id = Client.Client->GetConversationId();
+		const FString Id = Client.Client->GetOrAddChanges()->ConversationId;
 		Scene.Change(Client, TEXT("one"), TEXT("1"));
 		Scene.Approve();
 		Scene.Change(Client, TEXT("two"), TEXT("2"));

@@ -2,6 +2,7 @@
 #include "Agent/Tools/ToolTable.h"
 #include "Dom/JsonObject.h"
 #include "Dom/JsonValue.h"
+#include "KestrelSettings.h"
 #include "Mcp/McpAccess.h"
 #include "Mcp/McpMessage.h"
 #include "Mcp/McpResources.h"
@@ -10,6 +11,7 @@
 #include "Support/KestrelTest.h"
 #include "Support/TestContent.h"
 #include "Support/TestMcpClient.h"
+#include "UObject/Class.h"
 
 namespace McpProtocolTest
 {
@@ -27,7 +29,7 @@ const FMessageCase MessageCases[] = {
 	{ TEXT("a response"), TEXT("{'jsonrpc':'2.0','id':1,'result':{}}"), 0 },
 	{ TEXT("no JSON"), TEXT("{'jsonrpc'"), KestrelMcpError::Parse },
 	{ TEXT("nothing"), TEXT(""), KestrelMcpError::Parse },
-	{ TEXT("a batch"), TEXT(" [{'jsonrpc':'2.0','id':1,'method':'ping'}]"), KestrelMcpError::InvalidRequest },
+	{ TEXT("a batch"), TEXT(" [{'jsonrpc':'2.0','id':1,'method':'ping'}]"), KestrelMcpError::Parse },
 	{ TEXT("another version"), TEXT("{'jsonrpc':'1.0','id':1,'method':'ping'}"), KestrelMcpError::InvalidRequest },
 	{ TEXT("no version"), TEXT("{'id':1,'method':'ping'}"), KestrelMcpError::InvalidRequest },
 	{ TEXT("an id of null"), TEXT("{'jsonrpc':'2.0','id':null,'method':'ping'}"), KestrelMcpError::InvalidRequest },
@@ -111,7 +113,7 @@ void FKestrelMcpProtocolSpec::Define()
 	});
 
 	It("lists each tool but the one that ends a turn, with hints that tell what it does", [this]() {
-		const TArray<TSharedPtr<FJsonValue>> Listed = KestrelMcpTools::MakeList()->GetArrayField(TEXT("tools"));
+		const TArray<TSharedPtr<FJsonValue>> Listed = KestrelMcpTools::MakeList(/*bStateless*/ false)->GetArrayField(TEXT("tools"));
 		TestEqual(TEXT("how many"), Listed.Num(), KestrelTools::GetAll().Num() - 1 + 3);
 		for (const TSharedPtr<FJsonValue>& Value : Listed)
 		{
@@ -186,11 +188,58 @@ void FKestrelMcpProtocolSpec::Define()
 			Folder.Name + TEXT("/A b.txt"));
 		TestTrue(TEXT("Blueprints"),
 			KestrelMcpResources::Complete(TEXT("blueprint_name"), TEXT("bp_mcpres"))->Contains(TEXT("BP_McpResource")));
+		TestTrue(TEXT("all Blueprints"),
+			KestrelMcpResources::Complete(TEXT("blueprint_name"), FString())->Contains(TEXT("BP_McpResource")));
 		for (const TCHAR* Outside : { TEXT("/et"), TEXT("../"), TEXT("Source/../../") })
 		{
 			TestEqual(Outside, KestrelMcpResources::Complete(TEXT("path"), Outside)->Num(), 0);
 		}
 		TestFalse(TEXT("unknown"), KestrelMcpResources::Complete(TEXT("no"), FString()).IsSet());
+	});
+
+	It("tells no names of what rules keep from being read", [this]() {
+		const FKestrelTestContent Content;
+		Content.CreateBlueprint(TEXT("BP_McpKept"));
+		Content.CreateBlueprint(TEXT("BP_McpOpen"));
+		const FKestrelTestFolder Folder;
+		for (const TCHAR* Name : { TEXT("Kept/A.h"), TEXT("Kept.h"), TEXT("Keyring.h"), TEXT("Asked.cpp") })
+		{
+			Folder.Write(Name, TEXT("x"));
+		}
+		FKestrelTestMcpServer Server;
+		FKestrelTestMcpClient Client(Server, TEXT("a"));
+		UKestrelSettings& Settings = *GetMutableDefault<UKestrelSettings>();
+		const TGuardValue<TArray<FKestrelApprovalRule>> Rules(Settings.ApprovalRules, {});
+		const auto Seen = [&]() {
+			const FString InFolder = Folder.Name + TEXT("/");
+			FString Error;
+			const TSharedPtr<FJsonObject> Tree = KestrelMcpResources::Read(TEXT("kestrel://project/tree"), Error);
+			const int32 Listing = Client.Call(
+				TEXT("get_filesystem_tree"), FString::Printf(TEXT("{'dir_path':'%s'}"), *Folder.Name));
+			const FString Names = FString::Join(*KestrelMcpResources::Complete(TEXT("path"), InFolder), TEXT(" ")) +
+								  FString::Join(*KestrelMcpResources::Complete(TEXT("blueprint_name"), TEXT("BP_Mcp")),
+									  TEXT(" ")) +
+								  Client.GetText(Listing) +
+								  Tree->GetArrayField(TEXT("contents"))[0]->AsObject()->GetStringField(TEXT("text"));
+			FString Found;
+			for (const TCHAR* Name : { TEXT("Kept/"), TEXT("A.h"), TEXT("Kept.h"), TEXT("Keyring.h"), TEXT("Asked.cpp"),
+					 TEXT("BP_McpKept"), TEXT("BP_McpOpen") })
+			{
+				Found += Names.Contains(Name, ESearchCase::CaseSensitive) ? FString(Name) + TEXT(" ") : FString();
+			}
+			return Found;
+		};
+		TestSameText(*this, TEXT("without rules"), Seen(),
+			TEXT("Kept/ A.h Kept.h Keyring.h Asked.cpp BP_McpKept BP_McpOpen "));
+		Settings.ApprovalRules.SetNum(2);
+		Settings.ApprovalRules[0].Decision = EKestrelApproval::Deny;
+		Settings.ApprovalRules[0].Path = Folder.Name + TEXT("/Kept/**");
+		Settings.ApprovalRules[1].Path = TEXT("Asked.*"); // Ask
+		FKestrelApprovalRule& Rule = Settings.ApprovalRules.AddDefaulted_GetRef();
+		Rule.Decision = EKestrelApproval::Deny;
+		Rule.Tool = TEXT("read");
+		Rule.Path = TEXT("*Kept.*");
+		TestSameText(*this, TEXT("with rules"), Seen(), TEXT("Keyring.h BP_McpOpen "));
 	});
 
 	It("knows its own address, and a secret only as a whole", [this]() {

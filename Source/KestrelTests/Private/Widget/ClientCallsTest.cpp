@@ -39,7 +39,7 @@ bool FKestrelClientCallsTest::RunTest(const FString& Parameters)
 		Arguments->SetStringField(TEXT("path"), TEXT("/etc/hostname"));
 		FKestrelToolPlanner Planner(EKestrelLookAhead::Limited);
 		Calls.Add(Client, nullptr, *Planner.Plan(TEXT("read_file"), FString(), Arguments)->Tool, Arguments,
-			[](const FKestrelMcpAnswer&) {});
+			nullptr, [](const FKestrelMcpAnswer&) {});
 	};
 	const TSharedRef<FKestrelMcpClient> First = MakeShared<FKestrelMcpClient>(TEXT("a"), TEXT("2025-11-25"));
 	const TSharedRef<FKestrelMcpClient> Second = MakeShared<FKestrelMcpClient>(TEXT("b"), TEXT("2025-11-25"));

@@ -1,11 +1,9 @@
 #include "Agent/Approval/ApprovalRules.h"
 
-#include "Agent/Files/NativeFile.h"
+#include "Agent/Approval/ProjectDefaults.h"
 #include "Agent/Files/PathReview.h"
-#include "HAL/FileManager.h"
 #include "KestrelProjectSettings.h"
 #include "KestrelSettings.h"
-#include "Misc/FileHelper.h"
 #include "Misc/PackageName.h"
 #include "Misc/Paths.h"
 #include "UObject/Class.h"
@@ -14,23 +12,6 @@ namespace ApprovalRules
 {
 const TCHAR* const ReadingTools[] = { KestrelToolNames::ReadFile, KestrelToolNames::ReadBlueprint,
 	KestrelToolNames::ReadBehaviorTree, KestrelToolNames::FindReference };
-
-/**
- * A project's own configuration is what the user's settings begin with: rules in there are the project's, whatever
- * list they are in.
- */
-bool DoesProjectSetUserRules()
-{
-	TArray<FString> Files;
-	IFileManager::Get().FindFilesRecursive(
-		Files, *FPaths::ProjectConfigDir(), TEXT("*EditorPerUserSettings.ini"), true, false);
-	return Files.ContainsByPredicate([](const FString& File) {
-		// What cannot be looked at may say anything; to open a pipe would wait for somebody to write.
-		FString Text;
-		return !KestrelNativeFile::IsRegularFile(File) || !FFileHelper::LoadFileToString(Text, *File) ||
-			   Text.Contains(TEXT("ApprovalRules"));
-	});
-}
 
 bool IsBelowProject(const FString& Path)
 {
@@ -71,7 +52,8 @@ FKestrelApprovalRules::FKestrelApprovalRules()
 	const TArray<FKestrelApprovalRule>& UserRules = GetDefault<UKestrelSettings>()->ApprovalRules;
 	const bool bAllowRisky = UserRules.ContainsByPredicate(
 		[](const FKestrelApprovalRule& Rule) { return Rule.Decision == EKestrelApproval::AllowRisky; });
-	const bool bAreOfUser = !bAllowRisky || !ApprovalRules::DoesProjectSetUserRules();
+	// Rules in there are the project's, whatever list they are in.
+	const bool bAreOfUser = !bAllowRisky || !KestrelProjectDefaults::SetUserSetting(TEXT("ApprovalRules"));
 	Add(UserRules, bAreOfUser ? EKestrelApproval::AllowRisky : EKestrelApproval::Allow);
 	Add(GetDefault<UKestrelProjectSettings>()->ApprovalRules, EKestrelApproval::Allow);
 }
@@ -165,14 +147,17 @@ EKestrelRuling FKestrelApprovalRules::FRule::Judge(const FKestrelToolSubject& Su
 	const auto NotWhollyCovered = [this](const FKestrelToolPlace& Place) { return !CoversWhole(Place); };
 	const bool bIsAnyCovered =
 		Subject.Places.IsEmpty() ? Path.MatchesAll() : Subject.Places.ContainsByPredicate(Covered);
+	const bool bMustMatchAll = Subject.Places.IsEmpty() || Subject.bHasUnknownPlaces;
 	const bool bAreAllCovered =
-		Subject.Places.IsEmpty() ? Path.MatchesAll() : !Subject.Places.ContainsByPredicate(NotWhollyCovered);
+		(!bMustMatchAll || Path.MatchesAll()) && !Subject.Places.ContainsByPredicate(NotWhollyCovered);
+	// What is not known may be what the rule is about.
+	const EKestrelRuling Otherwise = Subject.bHasUnknownPlaces ? EKestrelRuling::Ask : EKestrelRuling::None;
 	switch (Decision)
 	{
 	case EKestrelApproval::Deny:
-		return bIsAnyCovered ? EKestrelRuling::Deny : EKestrelRuling::None;
+		return bIsAnyCovered ? EKestrelRuling::Deny : Otherwise;
 	case EKestrelApproval::Ask:
-		return bIsAnyCovered ? EKestrelRuling::Ask : EKestrelRuling::None;
+		return bIsAnyCovered ? EKestrelRuling::Ask : Otherwise;
 	case EKestrelApproval::AllowRisky:
 		return bAreAllCovered ? EKestrelRuling::Allow : EKestrelRuling::None;
 	case EKestrelApproval::Allow:

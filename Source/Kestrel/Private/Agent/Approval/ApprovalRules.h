@@ -30,6 +30,8 @@ struct FKestrelToolSubject
 	EKestrelToolKind Kind = EKestrelToolKind::Run;
 	/** None for a tool that is about no file in particular. */
 	TArray<FKestrelToolPlace> Places;
+	/** It is about more than its places, and nobody can say what: only a rule for all paths allows it. */
+	bool bHasUnknownPlaces = false;
 	/** Only a rule of the user's that says so allows it. */
 	bool bIsRisky = false;
 };

@@ -15,7 +15,7 @@ bool FKestrelSearchReview::Judge(const FString& FullPath, const FString& RealPat
 	return Reviewer.Review(FullPath, RealPath, EKestrelReviewFor::Reading).Cautions.IsEmpty();
 }
 
-bool FKestrelSearchReview::JudgeByRules(const FString& FullPath, const FString& RealPath) const
+bool FKestrelSearchReview::MayReadByRules(const FString& FullPath, const FString& RealPath) const
 {
 	if (!Rules.MayRestrict())
 	{
@@ -41,7 +41,7 @@ bool FKestrelSearchReview::MayRead(const FString& FullPath, const FString& RealP
 	// The names of sources and assets say nothing, but for links and names that may stand for others.
 	int32 Tilde = INDEX_NONE;
 	const bool bIsOrdinary = FullPath.Equals(RealPath) && !FullPath.FindChar(TEXT('~'), Tilde);
-	if ((bIsOrdinary ? JudgeByFolder(RealPath) : Judge(FullPath, RealPath)) && JudgeByRules(FullPath, RealPath))
+	if ((bIsOrdinary ? JudgeByFolder(RealPath) : Judge(FullPath, RealPath)) && MayReadByRules(FullPath, RealPath))
 	{
 		return true;
 	}

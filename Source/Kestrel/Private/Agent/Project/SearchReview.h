@@ -19,6 +19,10 @@ public:
 	 * @return false for what is left out, and reported
 	 */
 	bool MayRead(const FString& FullPath, const FString& RealPath);
+	/** Whether no rule denies reading it, or asks for it: what is left out is not reported. */
+	bool MayReadByRules(const FString& FullPath, const FString& RealPath) const;
+	/** False when that is so for every file. */
+	bool HasRestrictions() const { return Rules.MayRestrict(); }
 
 	/**
 	 * Sets Field on Result, if anything was left out: an object with the "count", the "reason", and the "paths" of the
@@ -28,7 +32,6 @@ public:
 
 private:
 	bool Judge(const FString& FullPath, const FString& RealPath) const;
-	bool JudgeByRules(const FString& FullPath, const FString& RealPath) const;
 	/** For a file without links in its path, about which its name says nothing. */
 	bool JudgeByFolder(const FString& RealPath);
 

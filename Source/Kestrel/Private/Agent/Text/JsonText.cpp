@@ -80,3 +80,14 @@ TSharedPtr<FJsonObject> KestrelJson::ParseObject(const FString& Text)
 	const TSharedRef<TJsonReader<>> Reader = TJsonReaderFactory<>::Create(Text);
 	return FJsonSerializer::Deserialize(Reader, Object) ? Object : nullptr;
 }
+
+TOptional<TArray<TSharedPtr<FJsonValue>>> KestrelJson::ParseArray(const FString& Text)
+{
+	TArray<TSharedPtr<FJsonValue>> Values;
+	const TSharedRef<TJsonReader<>> Reader = TJsonReaderFactory<>::Create(Text);
+	if (IsTooDeep(Text) || !FJsonSerializer::Deserialize(Reader, Values))
+	{
+		return {};
+	}
+	return Values;
+}

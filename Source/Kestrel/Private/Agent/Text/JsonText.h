@@ -19,4 +19,6 @@ TArray<uint8> ToUtf8(const FString& Text);
 bool IsTooDeep(const FString& Text);
 /** Invalid when the text is no JSON object, or one that is nested deeper than any document is. */
 KESTREL_API TSharedPtr<FJsonObject> ParseObject(const FString& Text);
+/** The same for an array. */
+TOptional<TArray<TSharedPtr<FJsonValue>>> ParseArray(const FString& Text);
 }

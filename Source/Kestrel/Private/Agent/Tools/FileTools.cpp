@@ -7,6 +7,7 @@
 #include "Agent/Files/NearMatch.h"
 #include "Agent/Files/PathReview.h"
 #include "Agent/Files/TreeWork.h"
+#include "Agent/Project/TreeReview.h"
 #include "Agent/Tools/ToolPlan.h"
 #include "Agent/Tools/ToolWork.h"
 #include "GenericPlatform/GenericPlatformFile.h"
@@ -517,7 +518,8 @@ class FTreeWork : public FKestrelToolWork
 {
 public:
 	explicit FTreeWork(const FKestrelToolPlan& Plan)
-		: Tree(GetFolder(Plan))
+		: Folder(GetFolder(Plan))
+		, Tree(Folder)
 	{
 	}
 
@@ -525,9 +527,10 @@ public:
 	virtual float GetProgress() const override { return Tree.GetProgress(); }
 	virtual bool IsElsewhere() const override { return Tree.IsElsewhere(); }
 	virtual void Finish() override { Tree.Finish(); }
-	virtual FString GetResult() override { return Tree.GetText(); }
+	virtual FString GetResult() override { return KestrelTreeReview::LeaveOutRestricted(Folder, Tree.GetText()); }
 
 private:
+	const FString Folder;
 	FKestrelTreeWork Tree;
 };
 

@@ -73,6 +73,7 @@ FKestrelToolSubject FKestrelToolPlan::MakeSubject() const
 	Subject.ToolName = Tool ? FString(Tool->WireName) : FString();
 	Subject.Kind = Kind;
 	Subject.Places = Places;
+	Subject.bHasUnknownPlaces = bHasUnknownPlaces;
 	Subject.bIsRisky = StandsOut();
 	return Subject;
 }

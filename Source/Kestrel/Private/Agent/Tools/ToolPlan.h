@@ -107,6 +107,8 @@ struct KESTREL_API FKestrelToolPlan
 	FString LinkTarget;
 	/** The files that it is about. */
 	TArray<FKestrelToolPlace> Places;
+	/** It is about more than these. */
+	bool bHasUnknownPlaces = false;
 	/** Why to look twice; a tool with a reason is not run on the service's word alone. */
 	TArray<FText> Cautions;
 	/** What else to know; no reason to ask. */
