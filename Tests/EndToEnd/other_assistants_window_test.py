@@ -103,6 +103,7 @@ class OtherAssistantsWindowTest(ScreenTest, CodeProjectTest, ServerTest):
         self.write("Config/DefaultEditorPerUserSettings.ini",
                    "[/Script/Kestrel.KestrelSettings]\nbLetOtherAssistantsIn=True\n")
         self.open_editor()
+        self.click(self.button("Kestrel"))
         self.text("only you can let other assistants in")
         self.assertFalse(os.path.exists(server_file(self.project)))
 

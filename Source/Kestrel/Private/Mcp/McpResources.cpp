@@ -142,9 +142,9 @@ TSharedRef<FJsonObject> MakeContents(const FString& Uri, const TCHAR* MimeType, 
 }
 
 /** The engine's strings never begin with an empty one. */
-bool BeginsWith(const FString& Text, const FString& Begin)
+bool BeginsWith(const FString& Name, const FString& Begin)
 {
-	return Begin.IsEmpty() || Text.StartsWith(Begin, ESearchCase::IgnoreCase);
+	return Begin.IsEmpty() || Name.StartsWith(Begin, ESearchCase::IgnoreCase);
 }
 
 /** The files and folders of one folder of the project that begin like a path; not what lies in them. */
