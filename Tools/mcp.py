@@ -163,10 +163,11 @@ class Bridge:
 
     @staticmethod
     def describe_failure(message, error):
-        if not isinstance(message, dict) or "id" not in message:
-            return b""
         fault = {"code": -32603, "message": f"The editor does not answer: {error}"}
-        return json.dumps({"jsonrpc": "2.0", "id": message["id"], "error": fault}).encode()
+        batch = message if isinstance(message, list) else [message]
+        answers = [{"jsonrpc": "2.0", "id": each["id"], "error": fault}
+                   for each in batch if isinstance(each, dict) and "id" in each]
+        return json.dumps(answers if isinstance(message, list) else answers[0]).encode() if answers else b""
 
 
 def encode(text):

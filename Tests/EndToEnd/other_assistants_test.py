@@ -373,6 +373,15 @@ class StandardStreamsTest(EndToEndTest):
         self.assertEqual(len(answers), 4)
         self.assertFalse(os.path.exists(server_file(self.project)), "the address in the project is the window's")
 
+    def test_a_batch_goes_through_as_one(self):
+        answers = self.talk(
+            {"jsonrpc": "2.0", "id": 0, "method": "initialize", "params": {
+                "protocolVersion": "2025-03-26", "capabilities": {}, "clientInfo": {"name": "old", "version": "1"}}},
+            [{"jsonrpc": "2.0", "id": 1, "method": "ping"}, {"jsonrpc": "2.0", "method": "notifications/initialized"}])
+        self.assertEqual(answers[1], [{"jsonrpc": "2.0", "id": 1, "result": {}}])
+        failed = json.loads(mcp.Bridge.describe_failure([{"id": 1}, {"method": "x"}, 7], "gone"))
+        self.assertEqual([each["id"] for each in failed], [1])
+
     def test_a_call_that_takes_long_reports_progress_to_who_asks(self):
         class SlowEditor:
             def post(self, _body, _headers):

@@ -70,14 +70,13 @@ bool KestrelMcpAccess::IsLoopback(const FString& Address)
 
 bool KestrelMcpAccess::IsOwnAuthority(const FString& Authority, uint32 Port)
 {
-	for (const TCHAR* Host : { TEXT("127.0.0.1"), TEXT("localhost"), TEXT("[::1]") })
+	FString Host = Authority;
+	if (!Host.RemoveFromEnd(FString::Printf(TEXT(":%u"), Port)))
 	{
-		if (Authority.Equals(FString::Printf(TEXT("%s:%u"), Host, Port), ESearchCase::IgnoreCase))
-		{
-			return true;
-		}
+		return false;
 	}
-	return false;
+	return Host.Equals(TEXT("127.0.0.1")) || Host.Equals(TEXT("localhost"), ESearchCase::IgnoreCase) ||
+		   Host.Equals(TEXT("[::1]"));
 }
 
 bool KestrelMcpAccess::IsFromThisMachine(const FHttpServerRequest& Request)

@@ -176,6 +176,7 @@ void FKestrelMcpProtocolSpec::Define()
 		const FString Encoded = Folder.Name.Replace(TEXT(" "), TEXT("%20"));
 		TestSameText(*this, TEXT("file"), Contents(Files + Encoded + TEXT("/A%20b.txt")), TEXT("text"));
 		TestTrue(TEXT("tree"), Contents(TEXT("kestrel://project/tree")).Contains(TEXT(".uproject")));
+		TestFalse(TEXT("compiler"), Contents(TEXT("kestrel://compile/output")).Equals(TEXT("none")));
 		TestTrue(TEXT("Blueprint"),
 			KestrelJson::ParseObject(Contents(TEXT("kestrel://blueprints/BP_McpResource"))).IsValid());
 		for (const TCHAR* Outside :

@@ -60,25 +60,24 @@ class FStageKeys
 public:
 	const TArray<FString>& Get()
 	{
-		const FString File = FPaths::ProjectConfigDir() / TEXT("DefaultPlugin.ini");
 		const FDateTime Time = IFileManager::Get().GetTimeStamp(*File);
 		const int64 Size = IFileManager::Get().FileSize(*File);
 		if (Time != TimeRead || Size != SizeRead)
 		{
 			TimeRead = Time;
 			SizeRead = Size;
-			Read(File);
+			Read();
 		}
 		return Keys;
 	}
 
 private:
-	void Read(const FString& File)
+	void Read()
 	{
 		constexpr int64 MaxBytes = 1024 * 1024; // nobody has that many stages
 		constexpr int32 MaxKeys = 16;           // each is looked for in every text that is sent
 		TArray<FString> Lines;
-		if (SizeRead > MaxBytes || !KestrelNativeFile::IsRegularFile(FPaths::ConvertRelativePathToFull(File)) ||
+		if (SizeRead > MaxBytes || !KestrelNativeFile::IsRegularFile(File) ||
 			!FFileHelper::LoadFileToStringArray(Lines, *File))
 		{
 			return;
@@ -94,6 +93,7 @@ private:
 		}
 	}
 
+	const FString File = FPaths::ConvertRelativePathToFull(FPaths::ProjectConfigDir() / TEXT("DefaultPlugin.ini"));
 	TArray<FString> Keys;
 	FDateTime TimeRead;
 	int64 SizeRead = -1;
