@@ -63,6 +63,7 @@ class OtherAssistantsWindowTest(ScreenTest, CodeProjectTest, ServerTest):
         change = Call(client, "update_file", path=CONFIG, old_string="12", new_string="13")
         self.button("Allow this call")
         self.text("Lamp of Moor, another assistant, asks:")
+        self.text(f"listening at {self.url}. Connected: Lamp of Moor.")
         self.text(f"Change {CONFIG}: 1 replacement")
         self.click(self.button("Show the change"))
         self.button("Hide the change")
@@ -98,6 +99,19 @@ class OtherAssistantsWindowTest(ScreenTest, CodeProjectTest, ServerTest):
         self.gone("Stop listening")
         self.assertEqual(Client(self.url, self.token).request("ping").status, 404)
         self.close_editor()
+
+    def test_a_call_is_withdrawn_when_its_client_goes(self):
+        self.open_with_server()
+        gone = self.connect("Passer-by")
+        asking = threading.Thread(target=gone.request, daemon=True, args=("tools/call", {
+            "name": "update_file", "arguments": {"path": CONFIG, "old_string": "12", "new_string": "13"}}))
+        asking.start()
+        self.button("Allow this call")
+        self.assertEqual(gone.send("DELETE").status, 204)
+        self.text(f"Passer-by no longer waits for this, and it was not run: Change {CONFIG}")
+        self.gone("Allow this call")
+        asking.join(60)
+        self.assertEqual(self.files_of_project("Config")[CONFIG], b"[Moor]\nFeathers=12\n")
 
     def test_a_project_cannot_let_them_in(self):
         self.write("Config/DefaultEditorPerUserSettings.ini",

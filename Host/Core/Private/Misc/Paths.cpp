@@ -40,7 +40,8 @@ FString MakeProjectDir(const FString& NewProjectFilePath)
 
 FString ProjectDir;
 
-/** Whether a path has nothing to collapse, as nearly all have not: no "." or ".." among its names, and no empty name. */
+/** Whether a path has nothing to collapse, as nearly all have not: no "." or ".." among its names, and no empty name.
+ */
 bool IsCollapsed(const FString& Path)
 {
 	const TCHAR* Next = *Path;

@@ -35,14 +35,13 @@ void FKestrelMcpBatch::HandleRequest(FKestrelMcpDispatcher& Dispatcher, const TS
 		return;
 	}
 	++NumAwaited;
-	Dispatcher.Handle(
-		{ Message, Client }, [This = AsShared(), Id = Message->Id](const FKestrelMcpAnswer& Answer) {
-			if (!Answer.IsNothing())
-			{
-				This->Add(Id, Answer);
-			}
-			This->Close();
-		});
+	Dispatcher.Handle({ Message, Client }, [This = AsShared(), Id = Message->Id](const FKestrelMcpAnswer& Answer) {
+		if (!Answer.IsNothing())
+		{
+			This->Add(Id, Answer);
+		}
+		This->Close();
+	});
 }
 
 void FKestrelMcpBatch::Add(const TSharedPtr<FJsonValue>& Id, const FKestrelMcpAnswer& Answer)

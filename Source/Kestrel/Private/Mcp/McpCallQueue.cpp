@@ -407,8 +407,7 @@ void FKestrelMcpCallQueue::Finish(const FCallRef& Call, const FString& Result)
 	if (Reply)
 	{
 		Calls.Remove(Call);
-		const TSharedRef<FJsonObject> Answer =
-			KestrelMcpTools::MakeResult(*Call->Client, Call->Tool->WireName, Result);
+		const TSharedRef<FJsonObject> Answer = KestrelMcpTools::MakeResult(*Call->Client, Call->Tool->WireName, Result);
 		if (Call->Client->IsStateless() && Call->Changes.IsValid())
 		{
 			KestrelMcpTools::AddChangesId(*Answer, Call->Changes->Key);

@@ -43,10 +43,8 @@ TSharedRef<FKestrelMcpChanges> FKestrelMcpClient::GetOrAddChanges()
 
 TSharedPtr<FKestrelMcpChanges> FKestrelMcpClient::FindChanges(const FString& Key) const
 {
-	const TSharedRef<FKestrelMcpChanges>* Found =
-		Changes.FindByPredicate([&Key](const TSharedRef<FKestrelMcpChanges>& Each) {
-			return KestrelMcpSecret::IsSame(Each->Key, Key);
-		});
+	const TSharedRef<FKestrelMcpChanges>* Found = Changes.FindByPredicate(
+		[&Key](const TSharedRef<FKestrelMcpChanges>& Each) { return KestrelMcpSecret::IsSame(Each->Key, Key); });
 	return Found ? TSharedPtr<FKestrelMcpChanges>(*Found) : nullptr;
 }
 

@@ -335,8 +335,8 @@ FKestrelMcpAnswer FKestrelMcpDispatcher::Discover(const FKestrelMcpMessage&, FKe
 
 FKestrelMcpAnswer FKestrelMcpDispatcher::ListTools(const FKestrelMcpMessage& Message, FKestrelMcpClient& Client)
 {
-	return McpDispatcher::AnswerList(Message, Client.IsStateless() ? &McpDispatcher::MakeStatelessToolList
-																   : &McpDispatcher::MakeToolList);
+	return McpDispatcher::AnswerList(
+		Message, Client.IsStateless() ? &McpDispatcher::MakeStatelessToolList : &McpDispatcher::MakeToolList);
 }
 
 FKestrelMcpAnswer FKestrelMcpDispatcher::ListResources(const FKestrelMcpMessage& Message, FKestrelMcpClient&)

@@ -332,8 +332,7 @@ void FKestrelMcpEndpoint::HandleBatch(const FHttpServerRequest& Request, const F
 	FKestrelMcpAnswer Answer;
 	FKestrelMcpFault Fault;
 	TArray<FKestrelMcpFault> Faults;
-	const TArray<TSharedPtr<FKestrelMcpMessage>> Messages =
-		FKestrelMcpMessage::ParseBatch(Request.Body, Faults, Fault);
+	const TArray<TSharedPtr<FKestrelMcpMessage>> Messages = FKestrelMcpMessage::ParseBatch(Request.Body, Faults, Fault);
 	if (Messages.IsEmpty())
 	{
 		Answer.Fault = Fault;

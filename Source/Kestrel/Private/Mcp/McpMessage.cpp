@@ -104,8 +104,8 @@ TSharedPtr<FKestrelMcpMessage> FKestrelMcpMessage::Parse(const TArray<uint8>& By
 
 bool FKestrelMcpMessage::IsBatch(const TArray<uint8>& Bytes)
 {
-	const uint8* First = Bytes.FindByPredicate(
-		[](uint8 Byte) { return Byte != ' ' && Byte != '\t' && Byte != '\r' && Byte != '\n'; });
+	const uint8* First =
+		Bytes.FindByPredicate([](uint8 Byte) { return Byte != ' ' && Byte != '\t' && Byte != '\r' && Byte != '\n'; });
 	return First && *First == '[';
 }
 

@@ -169,8 +169,7 @@ TArray<FString> CompletePath(const FString& Value)
 	const auto Add = [&](const TArray<FString>& Names, bool bAreFolders) {
 		for (const FString& Name : Names)
 		{
-			if (BeginsWith(Name, Begin) &&
-				KestrelTreeReview::MayTell(Review, FullFolder / Name, bAreFolders))
+			if (BeginsWith(Name, Begin) && KestrelTreeReview::MayTell(Review, FullFolder / Name, bAreFolders))
 			{
 				Paths.Add(Folder + Name + (bAreFolders ? TEXT("/") : TEXT("")));
 			}

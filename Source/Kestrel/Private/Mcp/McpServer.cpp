@@ -85,8 +85,9 @@ void FKestrelMcpServer::Start()
 	}
 	if (IsTurnedOnByProject())
 	{
-		Fail(LOCTEXT("ByProject", "The project's own configuration turns the server on, and only you can let other "
-								  "assistants in. Remove bLetOtherAssistantsIn from its EditorPerUserSettings.ini files."));
+		Fail(LOCTEXT("ByProject",
+			"The project's own configuration turns the server on, and only you can let other "
+			"assistants in. Remove bLetOtherAssistantsIn from its EditorPerUserSettings.ini files."));
 		return;
 	}
 	File = FKestrelMcpServerFile::ReadOrMake();

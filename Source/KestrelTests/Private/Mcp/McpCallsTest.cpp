@@ -1,10 +1,10 @@
 #include "Agent/Agent.h"
 #include "Agent/Chat/KestrelInterface.h"
 #include "Agent/FileHistory.h"
+#include "Agent/History/TransactionLookup.h"
 #include "Agent/Project/CompilationManager.h"
 #include "Agent/RunStatus.h"
 #include "Agent/Tools/ToolPlan.h"
-#include "Agent/History/TransactionLookup.h"
 #include "EdGraphSchema_K2.h"
 #include "Editor.h"
 #include "Editor/EditorEngine.h"
@@ -313,8 +313,8 @@ void FKestrelMcpCallsSpec::Define()
 		FScene Scene;
 		FKestrelTestMcpClient First(Scene.Server, TEXT("a"), TEXT("2026-07-28"));
 		FKestrelTestMcpClient Second(Scene.Server, TEXT("a"), TEXT("2026-07-28"));
-		const auto Change = [&Scene](FKestrelTestMcpClient& Client, const TCHAR* From, const TCHAR* To,
-								const FString& Id) {
+		const auto Change = [&Scene](
+								FKestrelTestMcpClient& Client, const TCHAR* From, const TCHAR* To, const FString& Id) {
 			const int32 Number = Client.Call(TEXT("update_file"),
 				FString::Printf(TEXT("{'path':'%s','old_string':'%s','new_string':'%s','changes_id':'%s'}"),
 					*Scene.Path(), From, To, *Id));
@@ -328,8 +328,7 @@ void FKestrelMcpCallsSpec::Define()
 			return After.Left(64);
 		};
 		const auto Undo = [&Scene](FKestrelTestMcpClient& Client, const FString& Id) {
-			const int32 Number =
-				Client.Call(TEXT("undo_changes"), FString::Printf(TEXT("{'changes_id':'%s'}"), *Id));
+			const int32 Number = Client.Call(TEXT("undo_changes"), FString::Printf(TEXT("{'changes_id':'%s'}"), *Id));
 			if (!Scene.Calls().GetAwaitingApproval().IsEmpty())
 			{
 				Scene.Approve();

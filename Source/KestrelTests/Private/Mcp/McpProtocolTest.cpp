@@ -113,7 +113,8 @@ void FKestrelMcpProtocolSpec::Define()
 	});
 
 	It("lists each tool but the one that ends a turn, with hints that tell what it does", [this]() {
-		const TArray<TSharedPtr<FJsonValue>> Listed = KestrelMcpTools::MakeList(/*bStateless*/ false)->GetArrayField(TEXT("tools"));
+		const TArray<TSharedPtr<FJsonValue>> Listed =
+			KestrelMcpTools::MakeList(/*bStateless*/ false)->GetArrayField(TEXT("tools"));
 		TestEqual(TEXT("how many"), Listed.Num(), KestrelTools::GetAll().Num() - 1 + 3);
 		for (const TSharedPtr<FJsonValue>& Value : Listed)
 		{
@@ -215,13 +216,13 @@ void FKestrelMcpProtocolSpec::Define()
 			const FString InFolder = Folder.Name + TEXT("/");
 			FString Error;
 			const TSharedPtr<FJsonObject> Tree = KestrelMcpResources::Read(TEXT("kestrel://project/tree"), Error);
-			const int32 Listing = Client.Call(
-				TEXT("get_filesystem_tree"), FString::Printf(TEXT("{'dir_path':'%s'}"), *Folder.Name));
-			const FString Names = FString::Join(*KestrelMcpResources::Complete(TEXT("path"), InFolder), TEXT(" ")) +
-								  FString::Join(*KestrelMcpResources::Complete(TEXT("blueprint_name"), TEXT("BP_Mcp")),
-									  TEXT(" ")) +
-								  Client.GetText(Listing) +
-								  Tree->GetArrayField(TEXT("contents"))[0]->AsObject()->GetStringField(TEXT("text"));
+			const int32 Listing =
+				Client.Call(TEXT("get_filesystem_tree"), FString::Printf(TEXT("{'dir_path':'%s'}"), *Folder.Name));
+			const FString Names =
+				FString::Join(*KestrelMcpResources::Complete(TEXT("path"), InFolder), TEXT(" ")) +
+				FString::Join(*KestrelMcpResources::Complete(TEXT("blueprint_name"), TEXT("BP_Mcp")), TEXT(" ")) +
+				Client.GetText(Listing) +
+				Tree->GetArrayField(TEXT("contents"))[0]->AsObject()->GetStringField(TEXT("text"));
 			FString Found;
 			for (const TCHAR* Name : { TEXT("Kept/"), TEXT("A.h"), TEXT("Kept.h"), TEXT("Keyring.h"), TEXT("Asked.cpp"),
 					 TEXT("BP_McpKept"), TEXT("BP_McpOpen") })
@@ -230,8 +231,8 @@ void FKestrelMcpProtocolSpec::Define()
 			}
 			return Found;
 		};
-		TestSameText(*this, TEXT("without rules"), Seen(),
-			TEXT("Kept/ A.h Kept.h Keyring.h Asked.cpp BP_McpKept BP_McpOpen "));
+		TestSameText(
+			*this, TEXT("without rules"), Seen(), TEXT("Kept/ A.h Kept.h Keyring.h Asked.cpp BP_McpKept BP_McpOpen "));
 		Settings.ApprovalRules.SetNum(2);
 		Settings.ApprovalRules[0].Decision = EKestrelApproval::Deny;
 		Settings.ApprovalRules[0].Path = Folder.Name + TEXT("/Kept/**");

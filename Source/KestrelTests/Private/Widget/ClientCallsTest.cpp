@@ -38,8 +38,8 @@ bool FKestrelClientCallsTest::RunTest(const FString& Parameters)
 		const TSharedRef<FJsonObject> Arguments = MakeShared<FJsonObject>();
 		Arguments->SetStringField(TEXT("path"), TEXT("/etc/hostname"));
 		FKestrelToolPlanner Planner(EKestrelLookAhead::Limited);
-		Calls.Add(Client, nullptr, *Planner.Plan(TEXT("read_file"), FString(), Arguments)->Tool, Arguments,
-			nullptr, [](const FKestrelMcpAnswer&) {});
+		Calls.Add(Client, nullptr, *Planner.Plan(TEXT("read_file"), FString(), Arguments)->Tool, Arguments, nullptr,
+			[](const FKestrelMcpAnswer&) {});
 	};
 	const TSharedRef<FKestrelMcpClient> First = MakeShared<FKestrelMcpClient>(TEXT("a"), TEXT("2025-11-25"));
 	const TSharedRef<FKestrelMcpClient> Second = MakeShared<FKestrelMcpClient>(TEXT("b"), TEXT("2025-11-25"));

@@ -258,7 +258,8 @@ struct FSpelledFolders
 	FSpelledFolders()
 	{
 		const TSharedPtr<IPlugin> Plugin = IPluginManager::Get().FindPlugin(TEXT("Kestrel"));
-		const FString InProject = FPaths::ConvertRelativePathToFull(FPaths::ProjectPluginsDir() / TEXT("kestrel-unreal"));
+		const FString InProject =
+			FPaths::ConvertRelativePathToFull(FPaths::ProjectPluginsDir() / TEXT("kestrel-unreal"));
 		const FString Saved = FPaths::ConvertRelativePathToFull(FPaths::ProjectSavedDir() / TEXT("Kestrel"));
 		All = { InProject, Saved };
 		if (Plugin.IsValid())
