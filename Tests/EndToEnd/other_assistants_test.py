@@ -74,6 +74,17 @@ class OtherAssistantsTest(ServerTest):
             self.assertTrue(answer["isError"] and "Not allowed" in answer["content"][0]["text"], answer)
         self.assertEqual(self.files_of_project("Config")[CONFIG], b"[Moor]\nFeathers=12\n")
 
+    def test_records_are_kept_from_clients_behind_links_as_well(self):
+        os.makedirs(os.path.join(self.project, "Elsewhere", "Own", "Logs"))
+        self.write("Elsewhere/Own/Logs/Prompts.txt", "what was typed")
+        self.write("Elsewhere/Own/Notes.txt", "a note")
+        os.makedirs(os.path.join(self.project, "Plugins"), exist_ok=True)
+        os.symlink(os.path.join(self.project, "Elsewhere", "Own"), os.path.join(self.project, "Plugins", "kestrel-unreal"))
+        client = self.start_server("read")
+        self.assertEqual(client.text("read_file", path="Elsewhere/Own/Notes.txt"), "a note")
+        for path in ("Elsewhere/Own/Logs/Prompts.txt", "Plugins/kestrel-unreal/Logs/Prompts.txt"):
+            self.assertIn("Not allowed", client.text("read_file", path=path))
+
     def test_a_change_stays_within_the_project(self):
         client = self.start_server()
         outside = os.path.join(self.scratch, "outside.txt")

@@ -35,6 +35,26 @@ bool IsReachedWithoutLinks(const FString& FullPath, const FString& Folder)
 		   ResolveLinks(FullPath).Equals(ResolveLinks(Folder) / InFolder);
 }
 
+FString ResolveLinksBelow(const FString& RealFolder, const FString& Below)
+{
+#if PLATFORM_LINUX || PLATFORM_MAC
+	TArray<FString> Names;
+	Below.ParseIntoArray(Names, TEXT("/"));
+	FString Path = RealFolder;
+	for (const FString& Name : Names)
+	{
+		Path /= Name;
+		if (!ReadLink(Path).IsEmpty())
+		{
+			return ResolveLinks(RealFolder / Below);
+		}
+	}
+	return Path;
+#else
+	return ResolveLinks(RealFolder / Below);
+#endif
+}
+
 #if PLATFORM_LINUX || PLATFORM_MAC
 bool IsRegularFile(const FString& FullPath)
 {

@@ -27,6 +27,13 @@ bool IsDanglingLink(const FString& FullPath);
  *         through, or when the path is too long (IsTooLong)
  */
 FString ResolveLinks(const FString& FullPath);
+/**
+ * The same for a place below a folder, with as few questions to the system as it takes.
+ *
+ * @param RealFolder  with links resolved
+ * @param Below       names with slashes between them
+ */
+FString ResolveLinksBelow(const FString& RealFolder, const FString& Below);
 
 /** Whether no link lies between a folder and a path in it; both absolute. */
 bool IsReachedWithoutLinks(const FString& FullPath, const FString& Folder);

@@ -283,7 +283,12 @@ TArray<FString> ResolveOwnFolders(const TArray<FString>& Folders, const FString&
 	TArray<FString> RealFolders;
 	for (const FString& Folder : Folders)
 	{
-		const FString RealFolder = KestrelNativeFile::ResolveLinks(Folder);
+		FString Below = Folder;
+		const bool bIsBelow =
+			!RealProjectDir.IsEmpty() &&
+			Below.RemoveFromStart(GetSpelledFolders().ProjectDir + TEXT("/"), ESearchCase::CaseSensitive);
+		const FString RealFolder = bIsBelow ? KestrelNativeFile::ResolveLinksBelow(RealProjectDir, Below)
+											: KestrelNativeFile::ResolveLinks(Folder);
 		// A project inside the plugin's folder, one for its tests, is a project like any other.
 		if (!RealFolder.IsEmpty() && !IsUnder(RealProjectDir, RealFolder))
 		{
