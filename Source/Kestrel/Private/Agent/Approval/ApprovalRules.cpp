@@ -21,7 +21,8 @@ bool IsBelowProject(const FString& Path)
 /** @param ShownPath  below the project directory, or in full */
 FString ToFullPath(const FString& ShownPath)
 {
-	return IsBelowProject(ShownPath) ? FPaths::ConvertRelativePathToFull(FPaths::ProjectDir() / ShownPath) : ShownPath;
+	static const FString ProjectDir = FPaths::ConvertRelativePathToFull(FPaths::ProjectDir());
+	return IsBelowProject(ShownPath) ? FPaths::ConvertRelativePathToFull(ProjectDir / ShownPath) : ShownPath;
 }
 
 /** @param ShownPath  below the project directory, or in full */

@@ -24,20 +24,20 @@ FString UnreadableFileError(const FString& FullPath)
 
 FString FFileUtils::ToAbsolutePath(const FString& Path)
 {
-	return FPaths::ConvertRelativePathToFull(FPaths::ConvertRelativePathToFull(FPaths::ProjectDir()), Path);
+	static const FString ProjectDir = FPaths::ConvertRelativePathToFull(FPaths::ProjectDir());
+	return FPaths::ConvertRelativePathToFull(ProjectDir, Path);
 }
 
 FString FFileUtils::ReadFile(const FString& Path)
 {
 	const FString FullPath = ToAbsolutePath(Path);
-	if (!FPaths::FileExists(FullPath))
-	{
-		return FileUtils::MissingFileError(FullPath);
-	}
 	FString Text;
-	return KestrelNativeFile::IsRegularFile(FullPath) && FFileHelper::LoadFileToString(Text, *FullPath)
-			   ? Text
-			   : FileUtils::UnreadableFileError(FullPath);
+	if (KestrelNativeFile::IsRegularFile(FullPath) && FFileHelper::LoadFileToString(Text, *FullPath))
+	{
+		return Text;
+	}
+	return FPaths::FileExists(FullPath) ? FileUtils::UnreadableFileError(FullPath)
+										: FileUtils::MissingFileError(FullPath);
 }
 
 FString FFileUtils::ReadFileLineRange(const FString& Path, int32 StartLine, int32 EndLine)
