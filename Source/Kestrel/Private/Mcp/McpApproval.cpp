@@ -3,6 +3,7 @@
 #include "Agent/Approval/ApprovalRules.h"
 #include "Agent/Files/PathReview.h"
 #include "Agent/Tools/ToolPlan.h"
+#include "Mcp/McpHistoryTools.h"
 #include "Misc/CommandLine.h"
 #include "Misc/Parse.h"
 
@@ -12,6 +13,22 @@ namespace McpApproval
 bool StaysInProject(const FKestrelToolPlan& Plan)
 {
 	return Plan.FilePath.IsEmpty() || FKestrelPathReview::Of(Plan.FilePath).bIsOfProject;
+}
+
+/** What the rules say; undo and redo also compile what they leave. */
+EKestrelRuling Judge(const FKestrelToolPlan& Plan)
+{
+	const FKestrelApprovalRules Rules;
+	const EKestrelRuling Ruling = Rules.Judge(Plan.MakeSubject());
+	if (!Plan.Tool || !KestrelMcpHistoryTools::IsOne(*Plan.Tool) || Ruling > EKestrelRuling::Allow)
+	{
+		return Ruling;
+	}
+	FKestrelToolSubject Compile;
+	Compile.ToolName = KestrelToolNames::Compile;
+	Compile.Kind = EKestrelToolKind::Compile;
+	const EKestrelRuling OfCompile = Rules.Judge(Compile);
+	return OfCompile > EKestrelRuling::Allow ? EKestrelRuling::Ask : FMath::Min(Ruling, OfCompile);
 }
 
 EKestrelMcpDecision DecideAlone(const FKestrelToolPlan& Plan, bool bMayChange)
@@ -32,7 +49,7 @@ FString KestrelMcpApproval::GetAllowedByCommandLine()
 
 EKestrelMcpDecision KestrelMcpApproval::Decide(const FKestrelToolPlan& Plan)
 {
-	const EKestrelRuling Ruling = FKestrelApprovalRules().Judge(Plan.MakeSubject());
+	const EKestrelRuling Ruling = McpApproval::Judge(Plan);
 	const FString Allowed = GetAllowedByCommandLine();
 	if (Ruling == EKestrelRuling::Deny)
 	{

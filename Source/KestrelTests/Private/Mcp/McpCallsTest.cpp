@@ -231,6 +231,28 @@ void FKestrelMcpCallsSpec::Define()
 		GEditor->ResetTransaction(FText());
 	});
 
+	It("lets a rule for changes undo and redo nothing, which compiles as well", [this]() {
+		FScene Scene;
+		FKestrelTestMcpClient Client(Scene.Server, TEXT("a"));
+		UKestrelSettings& Settings = *GetMutableDefault<UKestrelSettings>();
+		const TGuardValue<TArray<FKestrelApprovalRule>> Rules(Settings.ApprovalRules, {});
+		FKestrelApprovalRule& Rule = Settings.ApprovalRules.AddDefaulted_GetRef();
+		Rule.Decision = EKestrelApproval::Allow;
+		Rule.Tool = TEXT("change");
+		Scene.Change(Client, TEXT("one"), TEXT("1"));
+		TestSameText(*this, TEXT("changed"), Scene.Read(), TEXT("1 two"));
+		const int32 Undoing = Client.Call(TEXT("undo_changes"), TEXT("{}"));
+		TestSameText(*this, TEXT("asked for"), Client.GetText(Undoing), TEXT("waiting"));
+		Settings.ApprovalRules.AddDefaulted_GetRef() = Settings.ApprovalRules[0];
+		Settings.ApprovalRules[1].Tool = TEXT("compile");
+		if (!Scene.Calls().GetAwaitingApproval().IsEmpty())
+		{
+			Scene.Reject();
+			Client.Call(TEXT("undo_changes"), TEXT("{}"));
+		}
+		TestSameText(*this, TEXT("allowed both"), Scene.Read(), TEXT("one two"));
+	});
+
 	It("reads nothing for a call that was shown as one that fails", [this]() {
 		FScene Scene;
 		FKestrelTestMcpClient Client(Scene.Server, TEXT("a"));
