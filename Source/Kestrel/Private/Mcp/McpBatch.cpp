@@ -1,5 +1,6 @@
 #include "Mcp/McpBatch.h"
 
+#include "HttpServerConstants.h"
 #include "HttpServerResponse.h"
 #include "Mcp/McpDispatcher.h"
 
