@@ -5,6 +5,7 @@
 #include "Agent/Files/FileUtils.h"
 #include "Agent/Project/CompilationManager.h"
 #include "Agent/Tools/ToolPlan.h"
+#include "Agent/Tools/ToolWork.h"
 #include "Dom/JsonObject.h"
 #include "Dom/JsonValue.h"
 #include "HAL/PlatformTime.h"
@@ -44,7 +45,7 @@ FString DescribeWait(const FKestrelMcpCall& Call)
 	case EKestrelMcpCallState::AwaitingApproval:
 		return TEXT("the approval of the person at the editor");
 	case EKestrelMcpCallState::Running:
-		return TEXT("the end of the compilation");
+		return Call.Runner.IsRunning() ? TEXT("the end of the search") : TEXT("the end of the compilation");
 	default:
 		return FKestrelMcpCallQueue::IsPanelAtWork() ? TEXT("the conversation in the editor's own panel")
 													 : TEXT("the calls before it");
@@ -196,10 +197,11 @@ void FKestrelMcpCallQueue::Withdraw(const FCallRef& Call, const FKestrelMcpAnswe
 	{
 		Reply(Answer);
 	}
-	if (Call->State == EKestrelMcpCallState::Running)
+	if (Call->State == EKestrelMcpCallState::Running && !Call->Runner.IsRunning())
 	{
-		return; // what has begun ends
+		return; // what has begun to change something ends
 	}
+	Call->Runner.Stop();
 	Calls.Remove(Call);
 	if (Call->State == EKestrelMcpCallState::AwaitingApproval)
 	{
@@ -377,25 +379,33 @@ void FKestrelMcpCallQueue::NoteThatNobodyWasAsked(const FKestrelMcpCall& Call) c
 void FKestrelMcpCallQueue::Run(const FCallRef& Call)
 {
 	Call->State = EKestrelMcpCallState::Running;
-	FString Result;
 	if (Call->Plan->Kind == EKestrelToolKind::Read)
 	{
-		// And nobody needs to be told.
-		Result = Call->Plan->Apply(EKestrelStatusLine::Hidden);
+		RunReading(Call);
+		return;
 	}
-	else
-	{
-		Call->Changes = Call->Changes.IsValid() ? Call->Changes : Call->Client->GetOrAddChanges();
-		FKestrelMcpScope Scope(*Call->Changes);
-		Result = Call->Plan->Apply();
-		Result = Result.IsEmpty() ? FString::Join(Scope.GetLines(), TEXT("\n")) : Result;
-	}
+	Call->Changes = Call->Changes.IsValid() ? Call->Changes : Call->Client->GetOrAddChanges();
+	FKestrelMcpScope Scope(*Call->Changes);
+	FString Result = Call->Plan->Apply();
+	Result = Result.IsEmpty() ? FString::Join(Scope.GetLines(), TEXT("\n")) : Result;
 	// A compile that could not even begin has ended by now.
 	const bool bGoesOn = Call->Plan->AnswersLater() && !FFileUtils::IsError(Result);
 	if (Call->State == EKestrelMcpCallState::Running && !bGoesOn)
 	{
 		Finish(Call, Result);
 	}
+}
+
+void FKestrelMcpCallQueue::RunReading(const FCallRef& Call)
+{
+	// Nobody needs to be told.
+	const TSharedRef<FKestrelToolWork> Work = Call->Plan->Begin(EKestrelStatusLine::Hidden);
+	Call->Runner.Start(Work, [this, Weak = TWeakPtr<FKestrelMcpCall>(Call), Work]() {
+		if (const TSharedPtr<FKestrelMcpCall> Ended = Weak.Pin())
+		{
+			Finish(Ended.ToSharedRef(), Work->GetResult());
+		}
+	});
 }
 
 void FKestrelMcpCallQueue::Finish(const FCallRef& Call, const FString& Result)

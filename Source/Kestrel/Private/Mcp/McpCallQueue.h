@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Agent/Work/WorkRunner.h"
 #include "Containers/Ticker.h"
 #include "CoreMinimal.h"
 #include "Delegates/IDelegateInstance.h"
@@ -18,7 +19,7 @@ enum class EKestrelMcpCallState : uint8
 	Queued,
 	/** For a person. */
 	AwaitingApproval,
-	/** A compile goes on. */
+	/** A compile goes on, or a reading that takes several frames. */
 	Running,
 	Done,
 };
@@ -42,6 +43,7 @@ struct FKestrelMcpCall
 	FString Result;                    // once it is done
 	FKestrelMcpReply Reply;            // set while a request of the client waits
 	double AskedAt = 0.0;              // since when it waits; of a call that nobody asks for, when it was last answered
+	FKestrelWorkRunner Runner;         // while it reads
 };
 
 /**
@@ -54,7 +56,7 @@ struct FKestrelMcpCall
  *   one that does                                 shows it in the panel; Approve runs it, Reject fails it
  *   a request that has waited for 40 seconds      answers it with a handle, to be asked again
  *   a handle that nobody asks for, for 45 seconds withdraws the call; what is done is kept for ten minutes
- *   a request that is cancelled, a client gone    withdraws the call, unless it runs
+ *   a request that is cancelled, a client gone    withdraws the call, unless it is changing something
  */
 class KESTREL_API FKestrelMcpCallQueue
 {
@@ -80,7 +82,7 @@ public:
 	/** The call that a handle stands for; null when there is none. */
 	const FKestrelMcpCall* Find(const FString& Handle) const;
 
-	/** A client no longer waits for a request; ignored when it is unknown, done or runs. */
+	/** A client no longer waits for a request; ignored when it is unknown, done or changes something already. */
 	void Cancel(const FKestrelMcpClient& Client, const TSharedPtr<FJsonValue>& RequestId);
 	void WithdrawAllOf(const FKestrelMcpClient& Client);
 	/** The server stops: whoever waits is told so. */
@@ -119,6 +121,7 @@ private:
 	/** Whether a call that was shown would still do what was shown. */
 	bool StillHolds(const FKestrelMcpCall& Call) const;
 	void Run(const FCallRef& Call);
+	void RunReading(const FCallRef& Call);
 	void Finish(const FCallRef& Call, const FString& Result);
 	/** @param Answer  to whoever still waits */
 	void Withdraw(const FCallRef& Call, const FKestrelMcpAnswer& Answer = FKestrelMcpAnswer());

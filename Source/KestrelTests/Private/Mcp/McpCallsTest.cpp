@@ -18,6 +18,7 @@
 #include "Modules/ModuleManager.h"
 #include "ScopedTransaction.h"
 #include "Support/KestrelTest.h"
+#include "Support/SlowMotion.h"
 #include "Support/TestContent.h"
 #include "Support/TestMcpClient.h"
 #include "UObject/Class.h"
@@ -449,6 +450,25 @@ void FKestrelMcpCallsSpec::Define()
 		TestSameText(*this, TEXT("read"), Other.GetText(Waiting), TEXT("one two"));
 		Scene.Approve();
 		TestSameText(*this, TEXT("approved"), Scene.Read(), TEXT("1 two"));
+	});
+
+	It("lets a search take several frames with the calls behind it waiting, and drops it with its client", [this]() {
+		const KestrelTest::FSlowMotion SlowMotion;
+		FScene Scene;
+		FKestrelTestMcpClient Client(Scene.Server, TEXT("a"));
+		const TCHAR* const Wanted = TEXT("{'reference_string':'nothing has this in it'}");
+		const int32 Searching = Client.Call(TEXT("find_reference_in_all_files"), Wanted);
+		const int32 Reading = Client.Call(TEXT("read_file"), FString::Printf(TEXT("{'path':'%s'}"), *Scene.Path()));
+		TestSameText(*this, TEXT("under way"), Client.GetText(Searching), TEXT("waiting"));
+		TestSameText(*this, TEXT("behind it"), Client.GetText(Reading), TEXT("waiting"));
+		TestTrue(TEXT("both"), KestrelTest::TickUntil([&Scene]() { return Scene.Calls().Num() == 0; }));
+		TestTrue(TEXT("searched"), Client.GetText(Searching).Contains(TEXT("cpp_references")));
+		TestSameText(*this, TEXT("read"), Client.GetText(Reading), TEXT("one two"));
+
+		Client.Call(TEXT("find_reference_in_all_files"), Wanted);
+		Scene.Calls().WithdrawAll(FKestrelMcpAnswer());
+		TestEqual(TEXT("dropped"), Scene.Calls().Num(), 0);
+		KestrelTest::Tick();
 	});
 
 	It("takes only so many calls at once", [this]() {

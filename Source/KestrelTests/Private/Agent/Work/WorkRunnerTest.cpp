@@ -5,28 +5,15 @@
 #include "Agent/Text/JsonText.h"
 #include "Agent/Tools/PendingTools.h"
 #include "Agent/Work/BackgroundWork.h"
-#include "Containers/Ticker.h"
 #include "Dom/JsonObject.h"
 #include "Dom/JsonValue.h"
 #include "HAL/FileManager.h"
-#include "HAL/PlatformProcess.h"
 #include "HAL/PlatformTime.h"
 #include "Support/KestrelTest.h"
+#include "Support/SlowMotion.h"
 
 namespace WorkRunnerTest
 {
-/** Nothing is over with the first slice. */
-class FSlowMotion
-{
-public:
-	FSlowMotion() { FKestrelWorkRunner::FirstSliceSeconds = -1.0; }
-	~FSlowMotion() { FKestrelWorkRunner::FirstSliceSeconds = Usual; }
-	UE_NONCOPYABLE(FSlowMotion)
-
-private:
-	const double Usual = FKestrelWorkRunner::FirstSliceSeconds;
-};
-
 /** Counts its steps. */
 class FSteps : public IKestrelSlicedWork
 {
@@ -41,24 +28,6 @@ public:
 private:
 	int32& NumSteps;
 };
-
-void Tick()
-{
-	constexpr float FrameSeconds = 0.02f;
-	FPlatformProcess::Sleep(0.001f);
-	FTSTicker::GetCoreTicker().Tick(FrameSeconds);
-}
-
-/** @return false when it does not become true within some seconds */
-bool TickUntil(TFunctionRef<bool()> Condition)
-{
-	constexpr double MaxSeconds = 20.0;
-	for (const double Start = FPlatformTime::Seconds(); !Condition() && FPlatformTime::Seconds() - Start < MaxSeconds;)
-	{
-		Tick();
-	}
-	return Condition();
-}
 
 /** An answer that searches, says something, and lists a folder. */
 const TCHAR* const Answer =
@@ -92,6 +61,7 @@ public:
 DEFINE_SPEC(FKestrelWorkRunnerSpec, "Kestrel.Work", KestrelTest::Flags)
 void FKestrelWorkRunnerSpec::Define()
 {
+	using namespace KestrelTest;
 	using namespace WorkRunnerTest;
 
 	It("takes a step at once, and one in each frame, until the end or until it is stopped", [this]() {
