@@ -65,6 +65,7 @@ TITLES = {"Conversation": "5,000 blocks, 1,000 of them diffs", "LargeBlock": "A 
 # Projects so large that the work in them takes many frames.
 NUM_FOLDERS, FILES_PER_FOLDER = 50_000, 20
 NUM_SOURCES, BYTES_PER_SOURCE = 200_000, 10_000
+MEGABYTES_OF_EDITED = (1, 2, 4, 7, 200)
 LONGEST_FRAME = 100.0
 
 
@@ -81,9 +82,17 @@ def make_many_sources(project):
     case.make(project, NUM_SOURCES / case.num_files)
 
 
+def make_large_files(project):
+    line = "\tfloat HealthPoints = 100.0f; // as agreed\n"
+    for megabytes in MEGABYTES_OF_EDITED:
+        with open(os.path.join(project, f"{megabytes}.txt"), "w", encoding="utf-8") as file:
+            file.write(line * (megabytes * 1_000_000 // len(line)))
+
+
 WORKS = {
     "Listing": (f"The first request in a project of {NUM_FOLDERS * FILES_PER_FOLDER:,} files", make_many_files),
     "Search": (f"A search in {NUM_SOURCES:,} sources of {NUM_SOURCES * BYTES_PER_SOURCE / 1e9:g} GB", make_many_sources),
+    "Planning": (f"Edits planned in files of {', '.join(map(str, MEGABYTES_OF_EDITED))} MB", make_large_files),
 }
 
 

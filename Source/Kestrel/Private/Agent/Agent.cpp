@@ -12,6 +12,7 @@
 #include "Agent/Work/WorkRunner.h"
 #include "Dom/JsonObject.h"
 #include "Dom/JsonValue.h"
+#include "HAL/PlatformTime.h"
 #include "Kestrel.h"
 #include "KestrelSettings.h"
 #include "Misc/Guid.h"
@@ -80,10 +81,22 @@ bool IsOfType(const FJsonObject& Block, const TCHAR* Type)
 }
 
 /** Tools at work, one after the other: those of an answer, or those that the user has approved. */
-struct FAgent::FTurn
+class FAgent::FTurn : public IKestrelSlicedWork
 {
+public:
+	explicit FTurn(FAgent& InAgent)
+		: Agent(InAgent)
+	{
+	}
+
+	virtual bool Step(double Deadline) override { return Agent.StepTurn(*this, Deadline); }
+	virtual float GetProgress() const override { return Work ? Work->GetProgress() : -1.0f; }
+	virtual bool IsElsewhere() const override { return Work && Work->IsElsewhere(); }
+
 	const FKestrelApprovalRules Rules;
 	KestrelAgent::FSharedFinder Finder;
+	TSharedPtr<FKestrelToolPlan> Plan; // of the tool at work; null between them
+	TSharedPtr<FKestrelToolWork> Work;
 	bool bGoesOn = true; // false once a tool has ended the turn
 
 	// An answer's blocks.
@@ -99,9 +112,12 @@ struct FAgent::FTurn
 	TArray<FKestrelPendingTools::FTool> Approved;
 	int32 NumStarted = 0;
 
-	/** Does the next thing. @return false when there is none left */
+	/** Does the next thing, or begins it. @return false when there is none left */
 	bool (FAgent::*DoNext)(FTurn& InOutTurn) = nullptr;
 	void (FAgent::*End)(FTurn& InOutTurn) = nullptr;
+
+private:
+	FAgent& Agent;
 };
 
 FAgent& FAgent::Get()
@@ -112,7 +128,7 @@ FAgent& FAgent::Get()
 
 FAgent::FAgent()
 	: PendingTools(MakeShared<FKestrelPendingTools>())
-	, ToolRunner(MakeShared<FKestrelWorkRunner>())
+	, TurnRunner(MakeShared<FKestrelWorkRunner>())
 {
 	FHTTPAPI& Backend = FHTTPAPI::Get();
 	Backend.OnRegularRequest.BindRaw(this, &FAgent::HandleRegularRequest);
@@ -187,7 +203,7 @@ void FAgent::EnterIdle(const FString&)
 
 void FAgent::DropTurn()
 {
-	ToolRunner->Stop();
+	TurnRunner->Stop();
 	Turn.Reset();
 }
 
@@ -195,21 +211,36 @@ void FAgent::BeginTurn(const TSharedRef<FTurn>& NewTurn)
 {
 	DropTurn();
 	Turn = NewTurn;
-	Advance();
+	TurnRunner->Start(NewTurn, [this, NewTurn]() {
+		Turn.Reset();
+		(this->*NewTurn->End)(*NewTurn);
+	});
 }
 
-void FAgent::Advance()
+bool FAgent::StepTurn(FTurn& InOutTurn, double Deadline)
 {
-	// A tool may drop the turn that it belongs to.
-	const TSharedPtr<FTurn> Current = Turn;
-	while (Current && Turn == Current && !ToolRunner->IsRunning())
+	do
 	{
-		if (!(this->*Current->DoNext)(*Current))
+		if (InOutTurn.Work)
 		{
-			Turn.Reset();
-			(this->*Current->End)(*Current);
+			if (!InOutTurn.Work->Step(Deadline))
+			{
+				return false;
+			}
+			FinishTool(InOutTurn);
+			if (Turn.Get() != &InOutTurn)
+			{
+				return true; // the tool has dropped it
+			}
 		}
+		else if (!(this->*InOutTurn.DoNext)(InOutTurn))
+		{
+			return true;
+		}
+		// What a tool was planned on may change until the next frame.
 	}
+	while (InOutTurn.Work || FPlatformTime::Seconds() < Deadline);
+	return false;
 }
 
 void FAgent::EnterInitialRequest(const FString& Prompt)
@@ -263,7 +294,7 @@ void FAgent::EnterContinue(const FString& Message)
 		SendContinue(Message);
 		return;
 	}
-	const TSharedRef<FTurn> NewTurn = MakeShared<FTurn>();
+	const TSharedRef<FTurn> NewTurn = MakeShared<FTurn>(*this);
 	NewTurn->Approved = PendingTools->Take();
 	NewTurn->DoNext = &FAgent::RunNextApproved;
 	NewTurn->End = &FAgent::EndOfApproved;
@@ -315,7 +346,7 @@ bool FAgent::RunNextApproved(FTurn& InOutTurn)
 	}
 	else
 	{
-		RunTool(Tool.Plan);
+		BeginTool(InOutTurn, Tool.Plan);
 	}
 	return true;
 }
@@ -499,7 +530,7 @@ void FAgent::HandlePollStatusRequestCompleted(const TSharedPtr<FJsonObject> Resp
 	{
 		return;
 	}
-	const TSharedRef<FTurn> NewTurn = MakeShared<FTurn>();
+	const TSharedRef<FTurn> NewTurn = MakeShared<FTurn>(*this);
 	NewTurn->Blocks = *Content;
 	NewTurn->NumEarlierResults = ToolResults.Num();
 	NewTurn->DoNext = &FAgent::HandleNextBlock;
@@ -619,7 +650,7 @@ void FAgent::RunOrKeep(FTurn& InOutTurn, const TSharedRef<FKestrelToolPlan>& Pla
 				FText::Format(LOCTEXT("Allowed", "Allowed by a rule: {0}"), Plan->Describe()));
 			InOutTurn.bRanByRule = true;
 		}
-		RunTool(Plan);
+		BeginTool(InOutTurn, Plan);
 	}
 	else
 	{
@@ -636,23 +667,18 @@ bool FAgent::MayRunWithoutAsking(const FKestrelToolPlan& Plan, EKestrelRuling Ru
 	return Ruling != EKestrelRuling::Ask && WasApproved() && Plan.Cautions.IsEmpty();
 }
 
-void FAgent::RunTool(const TSharedRef<FKestrelToolPlan>& Plan)
+void FAgent::BeginTool(FTurn& InOutTurn, const TSharedRef<FKestrelToolPlan>& Plan)
 {
-	const TSharedRef<FKestrelToolWork> Work = Plan->Begin();
-	bRunsAtOnce = true;
-	ToolRunner->Start(Work, [this, Plan, Work]() {
-		const bool bGoesOn = KeepResult(*Plan, Work->GetResult());
-		if (Turn)
-		{
-			Turn->bGoesOn = bGoesOn;
-			Turn->Finder.NoteThatRan(*Plan);
-		}
-		if (!bRunsAtOnce)
-		{
-			Advance();
-		}
-	});
-	bRunsAtOnce = false;
+	InOutTurn.Plan = Plan;
+	InOutTurn.Work = Plan->Begin();
+}
+
+void FAgent::FinishTool(FTurn& InOutTurn)
+{
+	const TSharedPtr<FKestrelToolPlan> Plan = MoveTemp(InOutTurn.Plan);
+	const TSharedPtr<FKestrelToolWork> Work = MoveTemp(InOutTurn.Work);
+	InOutTurn.bGoesOn = KeepResult(*Plan, Work->GetResult());
+	InOutTurn.Finder.NoteThatRan(*Plan);
 }
 
 void FAgent::FinishAnswerWithoutToolResults()

@@ -78,7 +78,7 @@ void FAgent::DenyTool(const FKestrelToolPlan& Plan)
 
 TOptional<float> FAgent::GetToolProgress() const
 {
-	return ToolRunner->IsRunning() ? TOptional<float>(ToolRunner->GetProgress()) : TOptional<float>();
+	return TurnRunner->IsRunning() ? TOptional<float>(TurnRunner->GetProgress()) : TOptional<float>();
 }
 
 bool FAgent::KeepResult(const FKestrelToolPlan& Plan, const FString& Text)

@@ -152,7 +152,7 @@ public:
 
 private:
 	struct FEntryAction;
-	struct FTurn;
+	class FTurn;
 
 	FAgent();
 
@@ -168,8 +168,8 @@ private:
 
 	void StoreAnswer(const TSharedPtr<FJsonObject>& Response);
 	void BeginTurn(const TSharedRef<FTurn>& NewTurn);
-	/** Goes on with the turn, up to its end or to a tool that takes longer than a slice. */
-	void Advance();
+	/** @return true at the end of the turn */
+	bool StepTurn(FTurn& InOutTurn, double Deadline);
 	bool HandleNextBlock(FTurn& InOutTurn);
 	void EndOfAnswer(FTurn& InOutTurn);
 	/** Runs a tool that may, and keeps the others for the user. */
@@ -180,8 +180,9 @@ private:
 	/** Those that have not run wait again. */
 	void KeepApproved(FTurn& InOutTurn);
 	void EndOfApproved(FTurn& InOutTurn);
-	/** Runs a tool of the turn and keeps its result. */
-	void RunTool(const TSharedRef<FKestrelToolPlan>& Plan);
+	void BeginTool(FTurn& InOutTurn, const TSharedRef<FKestrelToolPlan>& Plan);
+	/** Keeps the result of the tool that is at its end. */
+	void FinishTool(FTurn& InOutTurn);
 	/** @return false when the turn has ended with it */
 	bool KeepResult(const FKestrelToolPlan& Plan, const FString& Text);
 	/** Answers a tool use without running anything. */
@@ -209,8 +210,7 @@ private:
 	TArray<TSharedPtr<FJsonValue>> ToolResults;
 	TSharedRef<FKestrelPendingTools> PendingTools;
 	TSharedPtr<FTurn> Turn; // null when nothing is at work
-	TSharedRef<FKestrelWorkRunner> ToolRunner;
-	bool bRunsAtOnce = false; // while a tool's first slice is done
+	TSharedRef<FKestrelWorkRunner> TurnRunner;
 	FSimpleMulticastDelegate StateChanged;
 	FOnKestrelToolDone ToolDone;
 	FDelegateHandle CompileFinishedHandle;

@@ -303,6 +303,7 @@ const FBench Benches[] = {
 	{ TEXT("Restoring"), MeasureRestoring },
 	{ TEXT("Listing"), MeasureListing },
 	{ TEXT("Search"), MeasureSearch },
+	{ TEXT("Planning"), MeasurePlanning },
 };
 }
 

@@ -57,6 +57,7 @@ TSharedRef<SWidget> OpenPanel();
 // While the editor is at work in a large project.
 void MeasureListing(FReport& Report);
 void MeasureSearch(FReport& Report);
+void MeasurePlanning(FReport& Report);
 // A conversation that is shown again.
 void MeasureRestoring(FReport& Report);
 }

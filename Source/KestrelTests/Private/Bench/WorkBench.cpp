@@ -47,18 +47,41 @@ void MeasureListing(FReport& Report)
 	FAgent::Get().EndRequest(FString());
 }
 
-void MeasureSearch(FReport& Report)
+/** @param ToolUses  of the answer, with single quotes. @param AutoContinue  whether they run unasked */
+void MeasureAnswer(FReport& Report, const TCHAR* Name, const FString& ToolUses, bool bAutoContinue)
 {
 	FAgent& Agent = FAgent::Get();
 	Agent.SetConversationId(TEXT("bench"));
 	Agent.SetAgentState(EAgentState::PollRequest, nullptr);
-	const auto Begin = [&Agent]() {
-		Agent.HandlePollStatusRequestCompleted(KestrelJson::ParseObject(
-			TEXT("{\"auto_continue\":true,\"response\":[{\"type\":\"tool_use\",\"id\":\"bench\",\"name\":"
-				 "\"find_reference_in_all_files\",\"input\":{\"reference_string\":\"takedamage\"}}]}")));
+	const FString Answer = FString::Printf(
+		TEXT("{'auto_continue':%s,'response':[%s]}"), bAutoContinue ? TEXT("true") : TEXT("false"), *ToolUses);
+	const auto Begin = [&Agent, &Answer]() {
+		Agent.HandlePollStatusRequestCompleted(KestrelJson::ParseObject(Answer.Replace(TEXT("'"), TEXT("\""))));
 	};
-	MeasureFrames(Report, TEXT("Search"), Begin, [&Agent]() { return !Agent.GetToolProgress().IsSet(); });
+	MeasureFrames(Report, Name, Begin, [&Agent]() { return !Agent.GetToolProgress().IsSet(); });
 	Agent.EndRequest(FString());
+}
+
+void MeasureSearch(FReport& Report)
+{
+	MeasureAnswer(Report, TEXT("Search"),
+		TEXT("{'type':'tool_use','id':'bench','name':'find_reference_in_all_files','input':{'reference_string':"
+			 "'takedamage'}}"),
+		true);
+}
+
+/** Edits in a row, up to what is too large to be shown. */
+void MeasurePlanning(FReport& Report)
+{
+	TArray<FString> ToolUses;
+	for (const TCHAR* File : { TEXT("1"), TEXT("2"), TEXT("4"), TEXT("7"), TEXT("200") })
+	{
+		ToolUses.Add(FString::Printf(
+			TEXT("{'type':'tool_use','id':'%s','name':'update_file','input':{'path':'%s.txt','old_string':"
+				 "'HealthPoints','new_string':'LifeEnergy'}}"),
+			File, File));
+	}
+	MeasureAnswer(Report, TEXT("Planning"), FString::Join(ToolUses, TEXT(",")), false);
 }
 
 /** The tab closed and opened again, as after a restart. */

@@ -453,8 +453,8 @@ void FKestrelMcpCallsSpec::Define()
 	});
 
 	It("lets a search take several frames with the calls behind it waiting, and drops it with its client", [this]() {
-		const KestrelTest::FSlowMotion SlowMotion;
 		FScene Scene;
+		const KestrelTest::FSlowMotion SlowMotion;
 		FKestrelTestMcpClient Client(Scene.Server, TEXT("a"));
 		const TCHAR* const Wanted = TEXT("{'reference_string':'nothing has this in it'}");
 		const int32 Searching = Client.Call(TEXT("find_reference_in_all_files"), Wanted);

@@ -4,6 +4,7 @@
 #include "Agent/KestrelAgentState.h"
 #include "CoreMinimal.h"
 #include "Misc/AutomationTest.h"
+#include "Support/SlowMotion.h"
 
 enum class EKestrelToolKind : uint8;
 
@@ -63,6 +64,7 @@ public:
 	FString GetConversations() const { return Folder.Full(TEXT("Conversations")); }
 
 private:
+	const KestrelTest::FUnhurried Unhurried; // most tests see what comes of a call as soon as it returns
 	const FKestrelTestFolder Folder;
 	FKestrelTranscript Before;
 };

@@ -9,16 +9,36 @@
 /** For tests of work that takes several frames. */
 namespace KestrelTest
 {
-/** Nothing is over with the first slice. */
-class FSlowMotion
+/** Another length of the first slice, in seconds. */
+class FFirstSlice
 {
 public:
-	FSlowMotion() { FKestrelWorkRunner::FirstSliceSeconds = -1.0; }
-	~FSlowMotion() { FKestrelWorkRunner::FirstSliceSeconds = Usual; }
-	UE_NONCOPYABLE(FSlowMotion)
+	explicit FFirstSlice(double Seconds) { FKestrelWorkRunner::FirstSliceSeconds = Seconds; }
+	~FFirstSlice() { FKestrelWorkRunner::FirstSliceSeconds = Usual; }
+	UE_NONCOPYABLE(FFirstSlice)
 
 private:
 	const double Usual = FKestrelWorkRunner::FirstSliceSeconds;
+};
+
+/** Nothing is over with the first slice. */
+class FSlowMotion : public FFirstSlice
+{
+public:
+	FSlowMotion()
+		: FFirstSlice(-1.0)
+	{
+	}
+};
+
+/** All is over with the first slice, however busy the machine is. */
+class FUnhurried : public FFirstSlice
+{
+public:
+	FUnhurried()
+		: FFirstSlice(60.0)
+	{
+	}
 };
 
 inline void Tick()

@@ -186,6 +186,7 @@ void FKestrelWorkRunnerSpec::Define()
 		FAgent& Agent = FAgent::Get();
 		Agent.PauseRequest();
 		Conversation.Receive();
+		TickUntil([&Agent]() { return Agent.GetAgentState() == EAgentState::Pause; });
 		TestEqual(TEXT("both wait"), Agent.GetPendingTools().Num(), 2);
 		Agent.Continue(FString());
 		TestTrue(TEXT("at work"), Agent.GetToolProgress().IsSet());
