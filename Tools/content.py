@@ -35,7 +35,7 @@ def make(preset, folder):
     return copy
 
 
-def content():
+def content(_arguments):
     steps.build(PRESET, ["HarrierContent"])
     with tempfile.TemporaryDirectory(prefix="kestrel-content-") as folder:
         copy = make(PRESET, folder)

@@ -94,7 +94,7 @@ def report(calls):
     return good
 
 
-def coverage():
+def coverage(_arguments):
     steps.install_packages(steps.PACKAGES + PACKAGES)
     steps.build(PRESET)
     passed = run_tests()

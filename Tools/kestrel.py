@@ -1,19 +1,26 @@
 """The launcher behind ./kestrel: installs what is missing, builds, runs, tests."""
 
 import argparse
+import importlib
 import os
 import sys
 
-sys.dont_write_bytecode = True
+sys.pycache_prefix = os.path.join(os.path.dirname(os.path.dirname(os.path.abspath(__file__))), "Intermediate", "PythonCache")
 
-import bench
-import content
-import coverage
-import lint
-import mcp
-import run
 import steps
-import testing
+
+# Of each command the module, which is loaded for that command alone, and the function.
+COMMANDS = {
+    "run": ("run", "run"),
+    "mcp": ("mcp", "mcp"),
+    "test": ("testing", "test"),
+    "bench": ("bench", "bench"),
+    "content": ("content", "content"),
+    "coverage": ("coverage", "coverage"),
+    "lint": ("lint", "lint"),
+    "symbols": ("lint", "write_engine_symbols"),
+    "format": ("lint", "format_sources"),
+}
 
 
 def main():
@@ -55,23 +62,12 @@ def main():
     commands.add_parser("help", help="show this text")
 
     arguments = parser.parse_args()
-    actions = {
-        "run": lambda: run.run(arguments),
-        "mcp": lambda: mcp.mcp(arguments),
-        "test": lambda: testing.test(arguments.filter),
-        "bench": lambda: bench.bench(arguments),
-        "content": content.content,
-        "coverage": coverage.coverage,
-        "lint": lint.lint,
-        "symbols": lint.write_engine_symbols,
-        "format": lint.format_sources,
-    }
-    action = actions.get(arguments.command)
-    if not action:
+    if arguments.command not in COMMANDS:
         parser.print_help()
         return 0 if arguments.command == "help" else 2
     try:
-        return action()
+        module, function = COMMANDS[arguments.command]
+        return getattr(importlib.import_module(module), function)(arguments)
     except steps.StepFailed as failure:
         print(failure, file=sys.stderr)
         return 1

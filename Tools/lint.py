@@ -206,7 +206,7 @@ def check_what_is_used_is_included(commands):
     return plugin_includes.check(read, plugin_includes.find_headers(steps.ROOT, folders), needs, bases)
 
 
-def write_engine_symbols():
+def write_engine_symbols(_arguments):
     steps.install_packages(steps.PACKAGES + steps.CHECK_PACKAGES)
     steps.build(PRESET)
     path, table = engine_symbols_table(CompileCommands())
@@ -273,7 +273,7 @@ CHECKS = [
 ]
 
 
-def lint():
+def lint(_arguments):
     steps.install_packages(steps.PACKAGES + steps.CHECK_PACKAGES)
     steps.build(PRESET)
     commands = CompileCommands()
@@ -290,7 +290,7 @@ def lint():
     return 0 if all_good else 1
 
 
-def format_sources():
+def format_sources(_arguments):
     steps.install_packages(steps.PACKAGES + steps.CHECK_PACKAGES)
     problem = run(["clang-format", "-i", "--", *git_files(*CPP)])
     if problem:

@@ -164,9 +164,17 @@ def build(preset, targets=()):
         build_alone(preset, targets)
 
 
+def needs_configuring(preset):
+    """The build itself configures again when a CMakeLists.txt or the list of sources has changed."""
+    result = os.path.join(build_folder(preset), "build.ninja")
+    sources = [os.path.join(ROOT, "CMakePresets.json"), os.path.abspath(__file__)]
+    return not os.path.exists(result) or any(os.path.getmtime(each) > os.path.getmtime(result) for each in sources)
+
+
 def build_alone(preset, targets):
     install_packages()
-    run_step(f"Configuring ({preset})", ["cmake", "--preset", preset], f"configure-{preset}.log")
+    if needs_configuring(preset):
+        run_step(f"Configuring ({preset})", ["cmake", "--preset", preset], f"configure-{preset}.log")
     command = ["cmake", "--build", "--preset", preset, "-j", str(JOBS)]
     if targets:
         command += ["--target", *targets]

@@ -119,7 +119,8 @@ def install_npm():
             steps.install_packages(["npm"])
 
 
-def test(name_filter=""):
+def test(arguments):
+    name_filter = arguments.filter
     steps.build(PRESET)
     install_npm()
     results_folder = os.path.join(steps.build_folder(PRESET), "TestResults")
