@@ -254,9 +254,9 @@ void FKestrelInterface::AddPassingHint(const FText& Hint) const
 	}
 }
 
-void FKestrelInterface::Record(FKestrelTranscriptEntry Entry) const
+void FKestrelInterface::Record(const FKestrelTranscriptEntry& Entry) const
 {
-	if (!Transcript.Add(MoveTemp(Entry)))
+	if (!Transcript.Add(Entry))
 	{
 		AddPassingHint(LOCTEXT(
 			"NotStored", "This conversation can no longer be stored. Make room on the disk before the next one."));

@@ -147,7 +147,7 @@ private:
 	void OfferUndoOfEarlierRun();
 	void ReportKeptText(const FString& FilePath, const FString& CopyPath) const;
 	/** Keeps a block for panels that are opened later. */
-	void Record(FKestrelTranscriptEntry Entry) const;
+	void Record(const FKestrelTranscriptEntry& Entry) const;
 	/** A hint that a panel shows once, now or when it opens. */
 	void AddPassingHint(const FText& Hint) const;
 	/** Copies of files that an editor which ended while it was writing has left behind. */

@@ -57,26 +57,24 @@ void FKestrelTranscript::RestoreLast()
 	}
 }
 
-bool FKestrelTranscript::Add(FKestrelTranscriptEntry Entry)
+bool FKestrelTranscript::Add(const FKestrelTranscriptEntry& Entry)
 {
 	const bool bStored = Writer.Append(Entry);
 	const int64 Length = static_cast<int64>(Entry.Before.Len()) + Entry.After.Len();
-	if (ChangeLength + Length > Transcript::MaxChangeLength)
-	{
-		Entry.Before.Empty();
-		Entry.After.Empty();
-		Entry.bTextsLeftOut = true;
-	}
-	else
-	{
-		ChangeLength += Length;
-	}
 	if (Entries.Num() == Transcript::MaxEntries)
 	{
 		Entries.RemoveAt(0, Transcript::NumDroppedAtOnce);
 		NumRestored = FMath::Max(NumRestored - Transcript::NumDroppedAtOnce, 0);
 	}
-	Entries.Add(MoveTemp(Entry));
+	if (ChangeLength + Length > Transcript::MaxChangeLength)
+	{
+		Entries.Add(Entry.WithoutTexts());
+	}
+	else
+	{
+		ChangeLength += Length;
+		Entries.Add(Entry);
+	}
 	return bStored;
 }
 

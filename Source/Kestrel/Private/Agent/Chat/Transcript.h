@@ -21,7 +21,7 @@ public:
 	/** The project's last conversation, as long as none has begun. What was said meanwhile is added to it. */
 	void RestoreLast();
 	/** @return false when it could not be stored, which is told once for a conversation */
-	bool Add(FKestrelTranscriptEntry Entry);
+	bool Add(const FKestrelTranscriptEntry& Entry);
 	/** A panel has shown and logged all of it. */
 	void MarkLogged();
 	/** Nothing of it stays, neither here nor in the store. What comes is not stored until the next one begins. */

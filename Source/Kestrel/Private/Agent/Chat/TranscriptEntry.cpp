@@ -95,14 +95,21 @@ FKestrelTranscriptEntry FKestrelTranscriptEntry::MakeHint(const FString& Hint)
 	return Entry;
 }
 
-FKestrelTranscriptEntry FKestrelTranscriptEntry::MakeChange(
-	const FString& FilePath, const FString& InBefore, const FString& InAfter)
+FKestrelTranscriptEntry FKestrelTranscriptEntry::MakeChange(const FString& FilePath, FString InBefore, FString InAfter)
 {
 	FKestrelTranscriptEntry Entry;
 	Entry.Kind = EKestrelTranscriptKind::Change;
 	Entry.Text = FilePath;
-	Entry.Before = InBefore;
-	Entry.After = InAfter;
+	Entry.Before = MoveTemp(InBefore);
+	Entry.After = MoveTemp(InAfter);
+	return Entry;
+}
+
+FKestrelTranscriptEntry FKestrelTranscriptEntry::WithoutTexts() const
+{
+	FKestrelTranscriptEntry Entry = MakeChange(Text, FString(), FString());
+	Entry.bTextsLeftOut = true;
+	Entry.bIsLogged = bIsLogged;
 	return Entry;
 }
 

@@ -17,7 +17,10 @@ struct KESTREL_API FKestrelTranscriptEntry
 	static FKestrelTranscriptEntry MakeStatus(
 		const FString& Message, const FLinearColor& InColor, const FName& InFontStyle, float InFontSize);
 	static FKestrelTranscriptEntry MakeHint(const FString& Hint);
-	static FKestrelTranscriptEntry MakeChange(const FString& FilePath, const FString& InBefore, const FString& InAfter);
+	static FKestrelTranscriptEntry MakeChange(const FString& FilePath, FString InBefore, FString InAfter);
+
+	/** The same of a change whose texts are too large to be kept. */
+	FKestrelTranscriptEntry WithoutTexts() const;
 
 	/** A line of JSON, without its end. A change with more than MaxChangeLength characters comes without its texts. */
 	FString ToLine(int32 MaxChangeLength) const;

@@ -138,18 +138,57 @@ FString AdaptTabs(const FString& OldString, const FString& Text)
 }
 
 /** @return the count of replacements made in Text */
-int32 ReplaceTolerantly(FString& Text, const FString& OldString, const FString& NewString)
+/**
+ * FString::ReplaceInline into another text, which is made once and at its length: a large one takes its time.
+ *
+ * @return how often it was replaced, which is never for a text that would stay the same; then OutAfter is left alone
+ */
+int32 ReplaceInto(const FString& Text, const FString& OldString, const FString& NewString, FString& OutAfter)
 {
-	const auto Replace = [&Text, &NewString](const FString& Old) {
-		return Text.ReplaceInline(*Old, *NewString, ESearchCase::CaseSensitive);
-	};
+	// Texts end at a null character, as they do for the engine.
+	const int32 OldLength = FCString::Strlen(*OldString);
+	const int32 NewLength = FCString::Strlen(*NewString);
+	if (OldLength == 0 || FCString::Strcmp(*OldString, *NewString) == 0)
+	{
+		return 0;
+	}
+	TArray<int32> Places;
+	// A search that starts at the very end would begin before it.
+	for (int32 From = 0; From < Text.Len();)
+	{
+		const int32 Place = Text.Find(*OldString, ESearchCase::CaseSensitive, ESearchDir::FromStart, From);
+		if (Place == INDEX_NONE)
+		{
+			break;
+		}
+		Places.Add(Place);
+		From = Place + OldLength;
+	}
+	if (Places.IsEmpty())
+	{
+		return 0;
+	}
+	OutAfter.Empty(Text.Len() + Places.Num() * (NewLength - OldLength));
+	int32 Done = 0;
+	for (const int32 Place : Places)
+	{
+		OutAfter.AppendChars(*Text + Done, Place - Done);
+		OutAfter.AppendChars(*NewString, NewLength);
+		Done = Place + OldLength;
+	}
+	OutAfter.AppendChars(*Text + Done, Text.Len() - Done);
+	return Places.Num();
+}
+
+int32 ReplaceTolerantly(const FString& Text, const FString& OldString, const FString& NewString, FString& OutAfter)
+{
 	if (Holds(Text, *OldString))
 	{
-		return Replace(OldString);
+		return ReplaceInto(Text, OldString, NewString, OutAfter);
 	}
-	int32 Count = Replace(AdaptTabs(AdaptLineEnds(OldString, Text), Text));
-	Count = Count > 0 ? Count : Replace(AdaptLineEnds(OldString, Text));
-	return Count > 0 ? Count : Replace(AdaptTabs(OldString, Text));
+	int32 Count = ReplaceInto(Text, AdaptTabs(AdaptLineEnds(OldString, Text), Text), NewString, OutAfter);
+	Count = Count > 0 ? Count : ReplaceInto(Text, AdaptLineEnds(OldString, Text), NewString, OutAfter);
+	return Count > 0 ? Count : ReplaceInto(Text, AdaptTabs(OldString, Text), NewString, OutAfter);
 }
 
 TArray<FString> SplitIntoLines(const FString& Text)
@@ -248,13 +287,19 @@ FString FFileUtils::UpdateFile(const FString& Path, const FString& OldString, co
 FString FFileUtils::ReplaceInText(const FString& FullPath, const FString& Text, const FString& OldString,
 	const FString& NewString, FString& OutAfter, int32& OutNumReplacements)
 {
-	OutAfter = Text;
+	OutNumReplacements = 0;
 	if (!FileEdits::HoldsNormalized(Text, OldString))
 	{
+		OutAfter = Text;
 		return MakeError(TEXT("String not found in file"), FullPath);
 	}
-	OutNumReplacements = FileEdits::ReplaceTolerantly(OutAfter, OldString, NewString);
-	return OutNumReplacements > 0 ? FString() : MakeError(TEXT("No replacements made in file"), FullPath);
+	OutNumReplacements = FileEdits::ReplaceTolerantly(Text, OldString, NewString, OutAfter);
+	if (OutNumReplacements == 0)
+	{
+		OutAfter = Text;
+		return MakeError(TEXT("No replacements made in file"), FullPath);
+	}
+	return FString();
 }
 
 FString FFileUtils::WriteUpdatedText(const FString& FullPath, const FString& After, int32 NumReplacements)

@@ -105,9 +105,8 @@ FString Resolve(const FString& Path)
 }
 }
 
-FString KestrelKeyGuard::Hide(const FString& Text)
+FString KestrelKeyGuard::Hide(FString Hidden)
 {
-	FString Hidden = Text;
 	KeyGuard::HideIn(Hidden, GetDefault<UKestrelSettings>()->ApiKey);
 	KeyGuard::HideIn(Hidden, FKestrelModule::GetApiKey());
 	static KeyGuard::FStageKeys StageKeys;

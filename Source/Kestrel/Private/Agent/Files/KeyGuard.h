@@ -9,7 +9,7 @@ namespace KestrelKeyGuard
  * The text with "[API key]" for each key, as it is or as quoted documents write it. Shorter ones than 8 stay. On the
  * game thread.
  */
-FString Hide(const FString& Text);
+FString Hide(FString Text);
 /**
  * Whether a file is made to hold the key: the user's settings, of any platform.
  *

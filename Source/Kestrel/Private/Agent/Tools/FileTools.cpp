@@ -299,7 +299,7 @@ void PlanUpdate(FKestrelProjectView& View, FKestrelToolPlan& Plan)
 		return; // and yet it runs: a text that nearly matches has the file checked out
 	}
 	Plan.NumReplacements = NumReplacements;
-	Plan.SetChange(View, State.Text, MoveTemp(After));
+	Plan.SetChange(View, View.TakeText(Plan.FilePath), MoveTemp(After));
 	LeaveChange(View, Plan);
 }
 
@@ -323,7 +323,7 @@ void PlanInsertion(FKestrelProjectView& View, FKestrelToolPlan& Plan)
 	}
 	FString After = FFileUtils::InsertIntoText(State.Text, LineIndex, Plan.Input.Get(NewString), Plan.LineIndex);
 	NoteEncoding(After, Plan);
-	Plan.SetChange(View, State.Text, MoveTemp(After));
+	Plan.SetChange(View, View.TakeText(Plan.FilePath), MoveTemp(After));
 	LeaveChange(View, Plan);
 }
 

@@ -129,6 +129,12 @@ const FKestrelFileState& FKestrelProjectView::Look(const FString& FullPath)
 	return File->State;
 }
 
+FString FKestrelProjectView::TakeText(const FString& FullPath)
+{
+	FFile* const File = Find(GetKey(FullPath));
+	return File ? MoveTemp(File->State.Text) : FString();
+}
+
 int64 FKestrelProjectView::GetRoom() const
 {
 	if (LookAhead == EKestrelLookAhead::Unlimited)

@@ -68,6 +68,8 @@ public:
 	 * @return the state, for as long as nothing else is looked at or left behind
 	 */
 	const FKestrelFileState& Look(const FString& FullPath);
+	/** The text of a file that was looked at, and is about to be left behind with another: the view keeps none. */
+	FString TakeText(const FString& FullPath);
 	bool Exists(const FString& FullPath);
 	/** Whether the path is a folder, or would be one that a tool has put a file into. */
 	bool IsFolder(const FString& FullPath);

@@ -217,7 +217,7 @@ void FKestrelToolPlan::NoteThatItCannotBeShown()
 	}
 }
 
-void FKestrelToolPlan::SetChange(FKestrelProjectView& View, const FString& Before, FString After)
+void FKestrelToolPlan::SetChange(FKestrelProjectView& View, FString Before, FString After)
 {
 	if (!bIsBeyondLimits && !View.TakeRoomFor(After.Len()))
 	{
@@ -225,7 +225,7 @@ void FKestrelToolPlan::SetChange(FKestrelProjectView& View, const FString& Befor
 	}
 	if (!bIsBeyondLimits)
 	{
-		Change = FKestrelChange{ Before, MoveTemp(After) };
+		Change = FKestrelChange{ MoveTemp(Before), MoveTemp(After) };
 		if (!KestrelDisplayText::IsWorthComparing(Change->Before, Change->After))
 		{
 			NoteThatItCannotBeShown();

@@ -57,7 +57,7 @@ struct KESTREL_API FKestrelToolPlan
 	/** What changes is beyond the limits. */
 	void LeaveForLater();
 	/** What changes, unless that is too large to keep. */
-	void SetChange(FKestrelProjectView& View, const FString& Before, FString After);
+	void SetChange(FKestrelProjectView& View, FString Before, FString After);
 	/** The file as the tool expects to find it. */
 	void Expect(const FKestrelFileState& State);
 	/** The tool will fail with this result, and do nothing. */
