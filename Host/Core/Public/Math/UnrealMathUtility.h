@@ -2,6 +2,7 @@
 
 #include "HAL/Platform.h"
 
+#include <bit>
 #include <cmath>
 
 #define UE_SMALL_NUMBER (1.e-8f)
@@ -64,5 +65,9 @@ struct FMath
 		return std::fabs(A - B) <= Tolerance;
 	}
 	static bool IsNearlyZero(double A, double Tolerance = UE_SMALL_NUMBER) { return std::fabs(A) <= Tolerance; }
+	/** Of those that are set. */
+	static int32 CountBits(uint64 Bits) { return std::popcount(Bits); }
+	/** 32 for zero. */
+	static uint32 CountTrailingZeros(uint32 Value) { return static_cast<uint32>(std::countr_zero(Value)); }
 	static bool IsFinite(double A) { return std::isfinite(A); }
 };

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "CoreMinimal.h"
+#include "EdGraph/EdGraphNode.h"
 #include "Engine/Blueprint.h"
 #include "TestBlueprint.generated.h"
 
@@ -9,4 +10,17 @@ UCLASS()
 class UKestrelTestBlueprint : public UBlueprint
 {
 	GENERATED_BODY()
+};
+
+/** As plugins have them: what it shows stands in no package. */
+UCLASS()
+class UKestrelTestOddNode : public UEdGraphNode
+{
+	GENERATED_BODY()
+
+public:
+	FText GetNodeTitle(ENodeTitleType::Type TitleType) const override
+	{
+		return FText::FromString(TEXT("Shown from elsewhere"));
+	}
 };

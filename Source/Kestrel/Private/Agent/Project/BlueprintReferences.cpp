@@ -1,15 +1,19 @@
 #include "Agent/Blueprints/Assets/BlueprintLookup.h"
-#include "Agent/Blueprints/Assets/BlueprintPackage.h"
 #include "Agent/Files/NativeFile.h"
+#include "Agent/Project/BlueprintSearch.h"
 #include "Agent/Project/KestrelFindUtils.h"
 #include "Agent/Project/SearchReview.h"
 #include "AssetRegistry/AssetData.h"
+#include "AssetRegistry/IAssetRegistry.h"
 #include "Dom/JsonObject.h"
 #include "Dom/JsonValue.h"
 #include "EdGraph/EdGraph.h"
 #include "EdGraph/EdGraphNode.h"
 #include "EdGraph/EdGraphPin.h"
 #include "Engine/Blueprint.h"
+#include "GenericPlatform/GenericPlatformFile.h"
+#include "HAL/PlatformFileManager.h"
+#include "HAL/PlatformTime.h"
 #include "Misc/PackageName.h"
 #include "Misc/Paths.h"
 #include "Misc/ScopedSlowTask.h"
@@ -21,37 +25,11 @@ namespace BlueprintReferences
 {
 using FValues = TArray<TSharedPtr<FJsonValue>>;
 
-/** Whether texts have the searched one in them. Names are few and met often, so what they gave is kept. */
-class FNeedle
-{
-public:
-	explicit FNeedle(const FString& InText)
-		: Text(InText)
-	{
-	}
-
-	/** The engine does not find the empty text, which is in every text. */
-	bool IsIn(const FString& Candidate) const { return Text.IsEmpty() || Candidate.Contains(Text); }
-
-	bool IsIn(FName Name)
-	{
-		if (const bool* Known = Names.Find(Name))
-		{
-			return *Known;
-		}
-		return Names.Add(Name, IsIn(Name.ToString()));
-	}
-
-private:
-	const FString Text;
-	TMap<FName, bool> Names;
-};
-
 /** Searches one Blueprint. */
 class FSearch
 {
 public:
-	FSearch(const UBlueprint& InBlueprint, FNeedle& InNeedle, FValues& InResults)
+	FSearch(const UBlueprint& InBlueprint, FKestrelNameNeedle& InNeedle, FValues& InResults)
 		: Blueprint(InBlueprint)
 		, Needle(InNeedle)
 		, Results(InResults)
@@ -137,18 +115,11 @@ private:
 	}
 
 	const UBlueprint& Blueprint;
-	FNeedle& Needle;
+	FKestrelNameNeedle& Needle;
 	FValues& Results;
 	const FString BlueprintName;
 	const FString FilePath;
 };
-
-/** What has no file is only in memory, and nobody else's. */
-bool MayRead(FKestrelSearchReview& Review, const FAssetData& Asset)
-{
-	const FString File = KestrelBlueprintPackage::GetFileName(Asset.PackageName.ToString());
-	return File.IsEmpty() || Review.MayRead(File, KestrelNativeFile::ResolveLinks(File));
-}
 
 /** Those of the project's own content. */
 TArray<FAssetData> ListBlueprints()
@@ -159,27 +130,123 @@ TArray<FAssetData> ListBlueprints()
 }
 }
 
-void FKestrelFindUtils::FindInAllBlueprintFiles(const FString& ReferenceString, TSharedPtr<FJsonObject>& Result)
+bool FKestrelNameNeedle::IsIn(FName Name)
 {
-	const TArray<FAssetData> Assets = BlueprintReferences::ListBlueprints();
-	FScopedSlowTask Progress(
-		static_cast<float>(Assets.Num()), LOCTEXT("SearchingBlueprints", "Searching the Blueprints..."));
-	Progress.MakeDialogDelayed(1.0f); // seconds
-	BlueprintReferences::FNeedle Needle(ReferenceString);
-	BlueprintReferences::FValues References;
-	FKestrelSearchReview Review;
-	for (const FAssetData& Asset : Assets)
+	if (const bool* Known = Names.Find(Name))
 	{
-		Progress.EnterProgressFrame();
-		const UBlueprint* Blueprint =
-			BlueprintReferences::MayRead(Review, Asset) ? Cast<UBlueprint>(Asset.GetAsset()) : nullptr;
-		if (Blueprint)
+		return *Known;
+	}
+	return Names.Add(Name, IsIn(Name.ToString()));
+}
+
+FKestrelBlueprintSearch::FKestrelBlueprintSearch(const FString& Text)
+	: Needle(Text)
+{
+}
+
+bool FKestrelBlueprintSearch::Step(double Deadline)
+{
+	if (!Filter.IsSet() && !List())
+	{
+		return false;
+	}
+	if (!bFiltered)
+	{
+		bFiltered = Filter->Step(Deadline);
+		return bFiltered && Assets.IsEmpty();
+	}
+	while (NextAsset < Assets.Num())
+	{
+		SearchNext(); // at least one, however late it is
+		if (FPlatformTime::Seconds() >= Deadline)
 		{
-			BlueprintReferences::FSearch(*Blueprint, Needle, References).Run();
+			break;
 		}
 	}
-	Result->SetArrayField(TEXT("blueprint_references"), References);
-	Review.Report(*Result, TEXT("blueprints_not_searched"));
+	return NextAsset == Assets.Num();
+}
+
+bool FKestrelBlueprintSearch::List()
+{
+	if (IAssetRegistry::Get()->IsLoadingAssets())
+	{
+		return false;
+	}
+	Assets = BlueprintReferences::ListBlueprints();
+	Filter.Emplace(Needle.GetText(), Assets);
+	return true;
+}
+
+/** What has no file is only in memory, and nobody else's. */
+bool FKestrelBlueprintSearch::MayRead(const FString& File)
+{
+	if (File.IsEmpty())
+	{
+		return true;
+	}
+	FString Folder = FPaths::GetPath(File);
+	if (!Folder.Equals(LastFolder, ESearchCase::CaseSensitive))
+	{
+		RealLastFolder = KestrelNativeFile::ResolveLinks(Folder);
+		LastFolder = MoveTemp(Folder);
+	}
+	// The links of a folder's path are those of all its files.
+	const bool bPlain = !RealLastFolder.IsEmpty() &&
+						FPlatformFileManager::Get().GetPlatformFile().IsSymlink(*File) == ESymlinkResult::NonSymlink;
+	return Review.MayRead(
+		File, bPlain ? RealLastFolder / FPaths::GetCleanFilename(File) : KestrelNativeFile::ResolveLinks(File));
+}
+
+void FKestrelBlueprintSearch::SearchNext()
+{
+	const FAssetData& Asset = Assets[NextAsset++];
+	if (!MayRead(Filter->GetFile(Asset.PackageName)))
+	{
+		return;
+	}
+	const bool bLoaded = Asset.IsAssetLoaded();
+	if (!bLoaded && !Filter->MayMatch(Asset.PackageName))
+	{
+		return;
+	}
+	NumLoaded += bLoaded ? 0 : 1;
+	if (const UBlueprint* Blueprint = Cast<UBlueprint>(Asset.GetAsset()))
+	{
+		BlueprintReferences::FSearch(*Blueprint, Needle, References).Run();
+	}
+}
+
+float FKestrelBlueprintSearch::GetProgress() const
+{
+	constexpr float FilterShare = 0.3f; // of the time, where most packages are not loaded
+	const float Searched = static_cast<float>(NextAsset) / static_cast<float>(FMath::Max(Assets.Num(), 1));
+	return Filter.IsSet() ? FilterShare * Filter->GetProgress() + (1.0f - FilterShare) * Searched : -1.0f;
+}
+
+void FKestrelBlueprintSearch::Report(FJsonObject& Result) const
+{
+	Result.SetArrayField(TEXT("blueprint_references"), References);
+	Review.Report(Result, TEXT("blueprints_not_searched"));
+}
+
+void FKestrelFindUtils::FindInAllBlueprintFiles(const FString& ReferenceString, TSharedPtr<FJsonObject>& Result)
+{
+	constexpr double SecondsPerReport = 0.1;
+	if (IAssetRegistry::Get()->IsLoadingAssets())
+	{
+		IAssetRegistry::Get()->WaitForCompletion();
+	}
+	FScopedSlowTask Progress(1.0f, LOCTEXT("SearchingBlueprints", "Searching the Blueprints..."));
+	Progress.MakeDialogDelayed(1.0f); // seconds
+	FKestrelBlueprintSearch Search(ReferenceString);
+	float Reported = 0.0f;
+	while (!Search.Step(FPlatformTime::Seconds() + SecondsPerReport))
+	{
+		const float Done = FMath::Max(Search.GetProgress(), Reported);
+		Progress.EnterProgressFrame(Done - Reported);
+		Reported = Done;
+	}
+	Search.Report(*Result);
 }
 
 void FKestrelFindUtils::FindInBlueprint(
@@ -187,7 +254,7 @@ void FKestrelFindUtils::FindInBlueprint(
 {
 	if (Blueprint)
 	{
-		BlueprintReferences::FNeedle Needle(ReferenceString);
+		FKestrelNameNeedle Needle(ReferenceString);
 		BlueprintReferences::FSearch(*Blueprint, Needle, Results).Run();
 	}
 }

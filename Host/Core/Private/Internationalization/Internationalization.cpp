@@ -1,0 +1,7 @@
+#include "Internationalization/Internationalization.h"
+
+FInternationalization& FInternationalization::Get()
+{
+	static FInternationalization Instance;
+	return Instance;
+}
