@@ -1,14 +1,18 @@
 #include "Agent/Blueprints/Assets/BlueprintLookup.h"
 #include "Agent/Blueprints/BlueprintDocument.h"
 #include "Agent/Blueprints/KestrelBlueprintUtils.h"
+#include "Agent/Blueprints/Read/BlueprintRead.h"
 #include "Agent/Text/JsonText.h"
 #include "Components/ActorComponent.h"
 #include "Dom/JsonObject.h"
 #include "Dom/JsonValue.h"
 #include "EdGraph/EdGraph.h"
+#include "EdGraph/EdGraphNode.h"
+#include "EdGraph/EdGraphPin.h"
 #include "Engine/Blueprint.h"
 #include "Engine/BlueprintGeneratedClass.h"
 #include "GameFramework/Actor.h"
+#include "HAL/PlatformTime.h"
 #include "Templates/Casts.h"
 #include "Templates/SubclassOf.h"
 #include "UObject/Interface.h"
@@ -20,13 +24,7 @@ namespace BlueprintReader
 {
 using FValues = TArray<TSharedPtr<FJsonValue>>;
 
-void SetUnlessEmpty(FJsonObject& Object, const TCHAR* Field, const FValues& Values)
-{
-	if (Values.Num() > 0)
-	{
-		Object.SetArrayField(Field, Values);
-	}
-}
+constexpr int32 MaxStarts = 3; // somebody who edits the Blueprint all the time gets it in one step
 
 TSharedRef<FJsonObject> MakeParameter(const FProperty& Property)
 {
@@ -34,36 +32,6 @@ TSharedRef<FJsonObject> MakeParameter(const FProperty& Property)
 	Parameter->SetStringField(TEXT("Name"), Property.GetName());
 	Parameter->SetObjectField(TEXT("Type"), FKestrelBlueprintUtils::GetVarJSonObjectFromProperty(&Property));
 	return Parameter;
-}
-
-void AddReturnType(const UFunction& Function, FJsonObject& Object)
-{
-	if (const FProperty* ReturnProperty = Function.GetReturnProperty())
-	{
-		const TSharedRef<FJsonObject> ReturnType = MakeShared<FJsonObject>();
-		ReturnType->SetStringField(TEXT("Name"), TEXT("ReturnValue"));
-		ReturnType->SetObjectField(TEXT("Type"), FKestrelBlueprintUtils::GetVarJSonObjectFromProperty(ReturnProperty));
-		Object.SetObjectField(TEXT("ReturnType"), ReturnType);
-		return;
-	}
-	Object.SetStringField(TEXT("ReturnType"), TEXT("void"));
-}
-
-void AddParameters(const UFunction& Function, FJsonObject& Object)
-{
-	FValues InParams;
-	FValues OutParams;
-	for (TFieldIterator<FProperty> It(&Function); It; ++It)
-	{
-		// Local variables and what the compiler keeps between nodes are properties of the function, too.
-		if (It->HasAnyPropertyFlags(CPF_Parm) && !It->HasAnyPropertyFlags(CPF_ReturnParm))
-		{
-			FValues& Params = It->HasAnyPropertyFlags(CPF_OutParm) ? OutParams : InParams;
-			Params.Add(MakeShared<FJsonValueObject>(MakeParameter(**It)));
-		}
-	}
-	SetUnlessEmpty(Object, TEXT("InParams"), InParams);
-	SetUnlessEmpty(Object, TEXT("OutParams"), OutParams);
 }
 
 const UEdGraph* FindFunctionGraph(const UBlueprint& Blueprint, const UFunction& Function)
@@ -74,97 +42,28 @@ const UEdGraph* FindFunctionGraph(const UBlueprint& Blueprint, const UFunction& 
 	return Found ? Found->Get() : nullptr;
 }
 
-FValues DescribeFunctions(const UBlueprint& Blueprint, const UClass& Class)
+/** Room that is too small is made larger at the cost of a copy. */
+int32 EstimateLength(const UEdGraph& Graph)
 {
-	FValues Functions;
-	for (TFieldIterator<UFunction> It(&Class); It; ++It)
+	constexpr int64 NodeLength = 140;
+	constexpr int64 PinLength = 110;
+	constexpr int64 LinkLength = 60;
+	int64 Length = 0;
+	for (const UEdGraphNode* Node : Graph.Nodes)
 	{
-		if (!KestrelBlueprintDocument::IsWanted(**It))
+		Length += NodeLength;
+		for (int32 Index = 0; Node && Index < Node->Pins.Num(); ++Index)
 		{
-			continue;
-		}
-		const TSharedRef<FJsonObject> Function = MakeShared<FJsonObject>();
-		Function->SetStringField(TEXT("Name"), It->GetName());
-		AddReturnType(**It, *Function);
-		AddParameters(**It, *Function);
-		if (const UEdGraph* Graph = FindFunctionGraph(Blueprint, **It))
-		{
-			Function->SetObjectField(TEXT("EdGraph"), FKestrelBlueprintUtils::ReadEdGraph(Graph));
-		}
-		Functions.Add(MakeShared<FJsonValueObject>(Function));
-	}
-	return Functions;
-}
-
-/** Those that the class default object has; what the Blueprint adds exists as templates alone. */
-FValues DescribeComponents(const UClass& Class)
-{
-	FValues Components;
-	const AActor* Actor = Cast<AActor>(Class.GetDefaultObject());
-	if (!Actor)
-	{
-		return Components;
-	}
-	TArray<UActorComponent*> Owned;
-	Actor->GetComponents(Owned);
-	for (const UActorComponent* Component : Owned)
-	{
-		const TSharedRef<FJsonObject> Object = MakeShared<FJsonObject>();
-		Object->SetStringField(TEXT("Name"), Component->GetName());
-		Object->SetStringField(TEXT("ClassName"), Component->GetClass()->GetName());
-		Components.Add(MakeShared<FJsonValueObject>(Object));
-	}
-	return Components;
-}
-
-FValues DescribeGraphs(const TArray<TObjectPtr<UEdGraph>>& Graphs)
-{
-	FValues Documents;
-	for (const UEdGraph* Graph : Graphs)
-	{
-		if (Graph)
-		{
-			Documents.Add(MakeShared<FJsonValueObject>(FKestrelBlueprintUtils::ReadEdGraph(Graph)));
+			const UEdGraphPin* Pin = Node->Pins[Index];
+			Length += PinLength + LinkLength * (Pin ? Pin->LinkedTo.Num() : 0);
 		}
 	}
-	return Documents;
+	return static_cast<int32>(FMath::Min<int64>(Length, MAX_int32 / 8));
 }
 
-FValues DescribeInterfaces(const UBlueprint& Blueprint)
+TArray<FString> GetKeys(const FString& DataSubset)
 {
-	FValues Interfaces;
-	for (const FBPInterfaceDescription& Description : Blueprint.ImplementedInterfaces)
-	{
-		const UClass* Interface = Description.Interface;
-		if (Interface && Interface->IsChildOf(UInterface::StaticClass()))
-		{
-			const TSharedRef<FJsonObject> Object = MakeShared<FJsonObject>();
-			Object->SetStringField(TEXT("Name"), Interface->GetName());
-			Object->SetArrayField(TEXT("Graphs"), DescribeGraphs(Description.Graphs));
-			Interfaces.Add(MakeShared<FJsonValueObject>(Object));
-		}
-	}
-	return Interfaces;
-}
-
-TSharedRef<FJsonObject> MakeDocument(const UBlueprint& Blueprint, const UClass& Class)
-{
-	const TSharedRef<FJsonObject> Document = MakeShared<FJsonObject>();
-	Document->SetStringField(TEXT("Name"), Blueprint.GetName());
-	Document->SetStringField(TEXT("Path"), Blueprint.GetPathName());
-	const UClass* SuperClass = Class.GetSuperClass();
-	Document->SetStringField(TEXT("SuperClass"), SuperClass ? SuperClass->GetName() : TEXT("None"));
-	Document->SetObjectField(TEXT("Variables"), KestrelBlueprintDocument::DescribeVariables(*Class.GetDefaultObject()));
-	SetUnlessEmpty(*Document, TEXT("Functions"), DescribeFunctions(Blueprint, Class));
-	SetUnlessEmpty(*Document, TEXT("Components"), DescribeComponents(Class));
-	SetUnlessEmpty(*Document, TEXT("Interfaces"), DescribeInterfaces(Blueprint));
-	Document->SetArrayField(TEXT("Graphs"), DescribeGraphs(Blueprint.UbergraphPages));
-	return Document;
-}
-
-/** "ParentClass" is no member of the document: the super class is told only when "SuperClass" itself is asked for. */
-TSharedRef<FJsonObject> Select(const FJsonObject& Document, const FString& DataSubset)
-{
+	// "ParentClass" is no section: the super class is told only when "SuperClass" itself is asked for.
 	TArray<FString> Keys = { TEXT("Name"), TEXT("Path"), TEXT("ParentClass") };
 	if (DataSubset.Equals(TEXT("All"), ESearchCase::IgnoreCase))
 	{
@@ -174,16 +73,366 @@ TSharedRef<FJsonObject> Select(const FJsonObject& Document, const FString& DataS
 	{
 		Keys.Add(DataSubset);
 	}
-	const TSharedRef<FJsonObject> Selected = MakeShared<FJsonObject>();
-	for (const FString& Key : Keys)
+	return Keys;
+}
+}
+
+/** Writes the sections of a Blueprint's document, with places for its graphs. */
+class FKestrelBlueprintSections
+{
+public:
+	FKestrelBlueprintSections(
+		FKestrelBlueprintRead& InRead, const UBlueprint& InBlueprint, const UBlueprintGeneratedClass& InClass)
+		: Read(InRead)
+		, Blueprint(InBlueprint)
+		, Class(InClass)
 	{
-		if (const TSharedPtr<FJsonValue> Value = Document.TryGetField(Key))
+	}
+
+	/** @return the document without its graphs */
+	FString Write(const TArray<FString>& Keys)
+	{
+		// The object finds out which of two keys that differ in letter case stays, and where.
+		FJsonObject Selected;
+		for (const FString& Key : Keys)
 		{
-			Selected->SetField(Key, Value);
+			if (FindSection(Key))
+			{
+				Selected.SetField(Key, MakeShared<FJsonValueNull>());
+			}
+		}
+		Json.Open('{');
+		for (const auto& Pair : Selected.Values)
+		{
+			const FString Key(*Pair.Key);
+			const FKestrelJsonBuilder::FMark Before = Json.GetMark();
+			Json.Key(Key);
+			if (!(this->*FindSection(Key)->Write)())
+			{
+				Json.GoBackTo(Before);
+			}
+		}
+		Json.Close('}');
+		return Json.TakeText();
+	}
+
+private:
+	struct FSection
+	{
+		const TCHAR* Key;
+		bool (FKestrelBlueprintSections::*Write)(); // false for nothing, which is left out
+	};
+
+	static const FSection* FindSection(const FString& Key)
+	{
+		static const FSection Sections[] = {
+			{ TEXT("Name"), &FKestrelBlueprintSections::WriteName },
+			{ TEXT("Path"), &FKestrelBlueprintSections::WritePath },
+			{ TEXT("SuperClass"), &FKestrelBlueprintSections::WriteSuperClass },
+			{ TEXT("Variables"), &FKestrelBlueprintSections::WriteVariables },
+			{ TEXT("Functions"), &FKestrelBlueprintSections::WriteFunctions },
+			{ TEXT("Components"), &FKestrelBlueprintSections::WriteComponents },
+			{ TEXT("Interfaces"), &FKestrelBlueprintSections::WriteInterfaces },
+			{ TEXT("Graphs"), &FKestrelBlueprintSections::WriteEventGraphs },
+		};
+		for (const FSection& Section : Sections)
+		{
+			if (Key.Equals(Section.Key, ESearchCase::IgnoreCase))
+			{
+				return &Section;
+			}
+		}
+		return nullptr;
+	}
+
+	bool WriteName()
+	{
+		Json.String(Blueprint.GetName());
+		return true;
+	}
+
+	bool WritePath()
+	{
+		Json.String(Blueprint.GetPathName());
+		return true;
+	}
+
+	bool WriteSuperClass()
+	{
+		const UClass* SuperClass = Class.GetSuperClass();
+		Json.String(SuperClass ? SuperClass->GetName() : FString(TEXT("None")));
+		return true;
+	}
+
+	bool WriteVariables()
+	{
+		Json.Object(KestrelBlueprintDocument::DescribeVariables(*Class.GetDefaultObject()));
+		return true;
+	}
+
+	bool WriteFunctions()
+	{
+		bool bAny = false;
+		Json.Open('[');
+		for (TFieldIterator<UFunction> It(&Class); It; ++It)
+		{
+			if (KestrelBlueprintDocument::IsWanted(**It))
+			{
+				WriteFunction(**It);
+				bAny = true;
+			}
+		}
+		Json.Close(']');
+		return bAny;
+	}
+
+	void WriteFunction(const UFunction& Function)
+	{
+		Json.Open('{');
+		Json.Key(TEXT("Name"));
+		Json.String(Function.GetName());
+		Json.Key(TEXT("ReturnType"));
+		WriteReturnType(Function);
+		WriteParameters(Function, TEXT("InParams"), CPF_None);
+		WriteParameters(Function, TEXT("OutParams"), CPF_OutParm);
+		if (const UEdGraph* Graph = BlueprintReader::FindFunctionGraph(Blueprint, Function))
+		{
+			Json.Key(TEXT("EdGraph"));
+			LeavePlace(*Graph);
+		}
+		Json.Close('}');
+	}
+
+	void WriteReturnType(const UFunction& Function)
+	{
+		const FProperty* Property = Function.GetReturnProperty();
+		if (!Property)
+		{
+			Json.String(TEXT("void"));
+			return;
+		}
+		const TSharedRef<FJsonObject> ReturnType = MakeShared<FJsonObject>();
+		ReturnType->SetStringField(TEXT("Name"), TEXT("ReturnValue"));
+		ReturnType->SetObjectField(TEXT("Type"), FKestrelBlueprintUtils::GetVarJSonObjectFromProperty(Property));
+		Json.Object(ReturnType);
+	}
+
+	/** @param OutFlag  CPF_OutParm for outputs, or none for inputs */
+	void WriteParameters(const UFunction& Function, const TCHAR* Key, EPropertyFlags OutFlag)
+	{
+		const FKestrelJsonBuilder::FMark Before = Json.GetMark();
+		bool bAny = false;
+		Json.Key(Key);
+		Json.Open('[');
+		for (TFieldIterator<FProperty> It(&Function); It; ++It)
+		{
+			// Local variables and what the compiler keeps between nodes are properties of the function, too.
+			const bool bParameter = It->HasAnyPropertyFlags(CPF_Parm) && !It->HasAnyPropertyFlags(CPF_ReturnParm);
+			if (bParameter && It->HasAnyPropertyFlags(CPF_OutParm) == (OutFlag != CPF_None))
+			{
+				Json.Object(BlueprintReader::MakeParameter(**It));
+				bAny = true;
+			}
+		}
+		Json.Close(']');
+		if (!bAny)
+		{
+			Json.GoBackTo(Before);
 		}
 	}
-	return Selected;
+
+	/** Those that the class default object has; what the Blueprint adds exists as templates alone. */
+	bool WriteComponents()
+	{
+		TArray<UActorComponent*> Owned;
+		if (const AActor* Actor = Cast<AActor>(Class.GetDefaultObject()))
+		{
+			Actor->GetComponents(Owned);
+		}
+		Json.Open('[');
+		for (const UActorComponent* Component : Owned)
+		{
+			Json.Open('{');
+			Json.Key(TEXT("Name"));
+			Json.String(Component->GetName());
+			Json.Key(TEXT("ClassName"));
+			Json.String(Component->GetClass()->GetName());
+			Json.Close('}');
+		}
+		Json.Close(']');
+		return !Owned.IsEmpty();
+	}
+
+	bool WriteInterfaces()
+	{
+		bool bAny = false;
+		Json.Open('[');
+		for (const FBPInterfaceDescription& Description : Blueprint.ImplementedInterfaces)
+		{
+			const UClass* Interface = Description.Interface;
+			if (Interface && Interface->IsChildOf(UInterface::StaticClass()))
+			{
+				Json.Open('{');
+				Json.Key(TEXT("Name"));
+				Json.String(Interface->GetName());
+				Json.Key(TEXT("Graphs"));
+				WriteGraphs(Description.Graphs);
+				Json.Close('}');
+				bAny = true;
+			}
+		}
+		Json.Close(']');
+		return bAny;
+	}
+
+	bool WriteEventGraphs()
+	{
+		WriteGraphs(Blueprint.UbergraphPages);
+		return true;
+	}
+
+	void WriteGraphs(const TArray<TObjectPtr<UEdGraph>>& Graphs)
+	{
+		Json.Open('[');
+		for (const UEdGraph* Graph : Graphs)
+		{
+			if (Graph)
+			{
+				LeavePlace(*Graph);
+			}
+		}
+		Json.Close(']');
+	}
+
+	void LeavePlace(const UEdGraph& Graph)
+	{
+		Json.Raw(FStringView());
+		Read.Places.Add({ Json.Len(), &Graph, Graph.Nodes.Num() });
+		Read.NumNodes += Graph.Nodes.Num();
+		Read.NumCharacters += BlueprintReader::EstimateLength(Graph);
+	}
+
+	FKestrelBlueprintRead& Read;
+	FKestrelJsonBuilder Json;
+	const UBlueprint& Blueprint;
+	const UBlueprintGeneratedClass& Class;
+};
+
+FKestrelBlueprintRead::FKestrelBlueprintRead(const FKestrelAssetAddress& InAddress, const FString& InDataSubset)
+	: Address(InAddress)
+	, DataSubset(InDataSubset)
+{
 }
+
+bool FKestrelBlueprintRead::Step(double Deadline)
+{
+	Graphs.ForgetNodes(); // whatever happened since the last step
+	if (!bDone && (NumStarts == 0 || !AreGraphsAsBefore()))
+	{
+		Start();
+	}
+	const bool bMayStop = NumStarts < BlueprintReader::MaxStarts;
+	while (!bDone)
+	{
+		bDone = !WriteNext();
+		if (bMayStop && FPlatformTime::Seconds() >= Deadline)
+		{
+			break;
+		}
+	}
+	return bDone;
+}
+
+float FKestrelBlueprintRead::GetProgress() const
+{
+	return bDone ? 1.0f : static_cast<float>(NumWritten) / static_cast<float>(FMath::Max(NumNodes, 1));
+}
+
+FString FKestrelBlueprintRead::TakeResult()
+{
+	return Json.TakeText();
+}
+
+void FKestrelBlueprintRead::Fail(const FString& Error)
+{
+	Json.Object(KestrelBlueprintDocument::MakeError(Error));
+	bDone = true;
+}
+
+void FKestrelBlueprintRead::Reset()
+{
+	Json.GoBackTo({});
+	Places.Empty();
+	NextPlace = 0;
+	NextNode = INDEX_NONE;
+	NumNodes = 0;
+	NumCharacters = 0;
+	NumWritten = 0;
+}
+
+void FKestrelBlueprintRead::Start()
+{
+	++NumStarts;
+	Reset();
+	FString Error;
+	const UBlueprint* Blueprint = KestrelBlueprintLookup::LoadBlueprint(Address, Error);
+	if (!Blueprint)
+	{
+		Fail(Error);
+		return;
+	}
+	const UBlueprintGeneratedClass* Class = Cast<UBlueprintGeneratedClass>(Blueprint->GeneratedClass.Get());
+	if (!Class)
+	{
+		Fail(FString::Printf(TEXT("Loaded asset is not a Blueprint: %s"), *Address.Name));
+		return;
+	}
+	Frame = FKestrelBlueprintSections(*this, *Blueprint, *Class).Write(BlueprintReader::GetKeys(DataSubset));
+	Json.Reserve(Frame.Len() + NumCharacters);
+}
+
+bool FKestrelBlueprintRead::AreGraphsAsBefore() const
+{
+	for (int32 Index = NextPlace; Index < Places.Num(); ++Index)
+	{
+		const UEdGraph* Graph = Places[Index].Graph.Get();
+		if (!Graph || Graph->Nodes.Num() != Places[Index].NumNodes)
+		{
+			return false;
+		}
+	}
+	return true;
+}
+
+bool FKestrelBlueprintRead::WriteNext()
+{
+	const FStringView Text(Frame);
+	const int32 Start = NextPlace == 0 ? 0 : Places[NextPlace - 1].Offset;
+	if (NextPlace == Places.Num())
+	{
+		Json.Paste(Text.RightChop(Start));
+		return false;
+	}
+	const FPlace& Place = Places[NextPlace];
+	const UEdGraph& Graph = *Place.Graph.Get();
+	if (NextNode < 0)
+	{
+		Json.Paste(Text.Mid(Start, Place.Offset - Start));
+		Graphs.Begin(Graph);
+		NextNode = 0;
+	}
+	else if (NextNode < Graph.Nodes.Num())
+	{
+		Graphs.WriteNode(Graph.Nodes[NextNode++]);
+		++NumWritten;
+	}
+	else
+	{
+		Graphs.End();
+		++NextPlace;
+		NextNode = INDEX_NONE;
+	}
+	return true;
 }
 
 FString FKestrelBlueprintUtils::ReadBlueprint(const FString& BlueprintName, FString DataSubset)
@@ -193,19 +442,11 @@ FString FKestrelBlueprintUtils::ReadBlueprint(const FString& BlueprintName, FStr
 
 FString FKestrelBlueprintUtils::ReadBlueprint(const FKestrelAssetAddress& Address, const FString& DataSubset)
 {
-	FString Error;
-	const UBlueprint* Blueprint = KestrelBlueprintLookup::LoadBlueprint(Address, Error);
-	if (!Blueprint)
+	FKestrelBlueprintRead Read(Address, DataSubset);
+	while (!Read.Step(FPlatformTime::Seconds() + 1.0))
 	{
-		return SerializeJson(KestrelBlueprintDocument::MakeError(Error));
 	}
-	const UBlueprintGeneratedClass* Class = Cast<UBlueprintGeneratedClass>(Blueprint->GeneratedClass.Get());
-	if (!Class)
-	{
-		return SerializeJson(KestrelBlueprintDocument::MakeError(
-			FString::Printf(TEXT("Loaded asset is not a Blueprint: %s"), *Address.Name)));
-	}
-	return SerializeJson(BlueprintReader::Select(*BlueprintReader::MakeDocument(*Blueprint, *Class), DataSubset));
+	return Read.TakeResult();
 }
 
 FString FKestrelBlueprintUtils::SerializeJson(const TSharedPtr<FJsonObject>& Object)

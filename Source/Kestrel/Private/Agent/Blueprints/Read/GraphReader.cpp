@@ -1,6 +1,6 @@
 #include "Agent/Blueprints/KestrelBlueprintUtils.h"
-#include "Dom/JsonObject.h"
-#include "Dom/JsonValue.h"
+#include "Agent/Blueprints/Read/GraphDocument.h"
+#include "Agent/Text/JsonText.h"
 #include "EdGraph/EdGraph.h"
 #include "EdGraph/EdGraphNode.h"
 #include "EdGraph/EdGraphPin.h"
@@ -11,154 +11,151 @@
 #include "UObject/Class.h"
 #include "UObject/WeakObjectPtrTemplates.h"
 
-namespace GraphReader
+void FKestrelGraphDocument::Begin(const UEdGraph& Graph)
 {
-constexpr int32 MaxPinMembers = 6; // a graph has very many pins: room that grows with each member would cost twice
+	Json.Open('{');
+	Json.Key(TEXT("Name"));
+	Json.String(Graph.GetName());
+	Json.Key(TEXT("Class"));
+	Json.String(Graph.GetClass()->GetName());
+	Json.Key(TEXT("Nodes"));
+	Json.Open('[');
+}
 
-/** What many places of a document say. They share the value: none changes once it is made. */
-class FSharedValues
+void FKestrelGraphDocument::End()
 {
-public:
-	/** Titles are put together from many parts, and each node's is asked for once for each of its links. */
-	TSharedPtr<FJsonValue> GetTitle(const UEdGraphNode* Node)
+	Json.Close(']');
+	Json.Close('}');
+}
+
+void FKestrelGraphDocument::Write(const UEdGraph& Graph)
+{
+	Begin(Graph);
+	for (const UEdGraphNode* Node : Graph.Nodes)
 	{
-		if (const TSharedPtr<FJsonValue>* Known = Titles.Find(Node))
+		WriteNode(Node);
+	}
+	End();
+}
+
+void FKestrelGraphDocument::WriteNode(const UEdGraphNode* Node)
+{
+	if (!Node)
+	{
+		return;
+	}
+	Json.Open('{');
+	Json.Key(TEXT("Title"));
+	Json.Raw(GetTitle(Node));
+	Json.Key(TEXT("Class"));
+	Json.Raw(GetName(Node->GetClass()->GetFName()));
+	Json.Key(TEXT("Properties"));
+	WriteProperties(*Node);
+	Json.Key(TEXT("Pins"));
+	Json.Open('[');
+	for (const UEdGraphPin* Pin : Node->Pins)
+	{
+		if (Pin)
 		{
-			return *Known;
+			WritePin(*Pin);
 		}
-		const FString Title = Node ? Node->GetNodeTitle(ENodeTitleType::FullTitle).ToString() : FString();
-		return Titles.Add(Node, MakeShared<FJsonValueString>(Title));
 	}
-
-	/** Names are spelt as they are, although the engine takes two spellings for the same name. */
-	TSharedPtr<FJsonValue> GetName(const FName& Name)
-	{
-		FSpelling& Known = Names.FindOrAdd(Name);
-		if (!Known.Value || !Known.Name.IsEqual(Name, ENameCase::CaseSensitive))
-		{
-			Known = { Name, MakeShared<FJsonValueString>(Name.ToString()) };
-		}
-		return Known.Value;
-	}
-
-	TSharedPtr<FJsonValue> GetDirection(const UEdGraphPin& Pin) const
-	{
-		return Pin.Direction == EGPD_Input ? Input : Output;
-	}
-
-private:
-	struct FSpelling
-	{
-		FName Name;
-		TSharedPtr<FJsonValue> Value;
-	};
-
-	TMap<const UEdGraphNode*, TSharedPtr<FJsonValue>> Titles;
-	TMap<FName, FSpelling> Names;
-	const TSharedPtr<FJsonValue> Input = MakeShared<FJsonValueString>(TEXT("Input"));
-	const TSharedPtr<FJsonValue> Output = MakeShared<FJsonValueString>(TEXT("Output"));
-};
+	Json.Close(']');
+	Json.Close('}');
+}
 
 /**
  * A class's name has no prefix in the engine, so that none of these names is met; they stay as the service knows them,
  * which counts on the empty object.
  */
-TSharedRef<FJsonObject> DescribeProperties(const UEdGraphNode& Node)
+void FKestrelGraphDocument::WriteProperties(const UEdGraphNode& Node)
 {
-	const TSharedRef<FJsonObject> Properties = MakeShared<FJsonObject>();
-	const FString Class = Node.GetClass()->GetName();
-	if (Class.Equals(TEXT("UK2Node_VariableGet"), ESearchCase::IgnoreCase))
+	static const FName GetNode(TEXT("UK2Node_VariableGet")); // names compare without letter case
+	static const FName SetNode(TEXT("UK2Node_VariableSet"));
+	static const FName CallNode(TEXT("UK2Node_CallFunction"));
+	const FName Class = Node.GetClass()->GetFName();
+	Json.Open('{');
+	if (Class == GetNode || Class == SetNode)
 	{
-		if (const UK2Node_VariableGet* Get = Cast<UK2Node_VariableGet>(&Node))
+		if (const UK2Node_Variable* Variable = Cast<UK2Node_Variable>(&Node))
 		{
-			Properties->SetStringField(TEXT("VariableName"), Get->GetVarNameString());
+			Json.Key(TEXT("VariableName"));
+			Json.String(Variable->GetVarNameString());
 		}
 	}
-	else if (Class.Equals(TEXT("UK2Node_VariableSet"), ESearchCase::IgnoreCase))
-	{
-		if (const UK2Node_VariableSet* Set = Cast<UK2Node_VariableSet>(&Node))
-		{
-			Properties->SetStringField(TEXT("VariableName"), Set->GetVarNameString());
-		}
-	}
-	else if (Class.Equals(TEXT("UK2Node_CallFunction"), ESearchCase::IgnoreCase))
+	else if (Class == CallNode)
 	{
 		if (const UK2Node_CallFunction* Call = Cast<UK2Node_CallFunction>(&Node))
 		{
-			Properties->SetStringField(TEXT("FunctionName"), Call->GetFunctionName().ToString());
+			Json.Key(TEXT("FunctionName"));
+			Json.Raw(GetName(Call->GetFunctionName()));
 		}
 	}
-	return Properties;
+	Json.Close('}');
 }
 
-TSharedRef<FJsonObject> DescribeConnection(const UEdGraphPin& Linked, FSharedValues& Shared)
+void FKestrelGraphDocument::WritePin(const UEdGraphPin& Pin)
 {
-	const TSharedRef<FJsonObject> Connection = MakeShared<FJsonObject>();
-	Connection->SetField(TEXT("Node"), Shared.GetTitle(Linked.GetOwningNodeUnchecked()));
-	Connection->SetField(TEXT("Pin"), Shared.GetName(Linked.PinName));
-	return Connection;
-}
-
-TSharedRef<FJsonObject> DescribePin(const UEdGraphPin& Pin, FSharedValues& Shared)
-{
-	const TSharedRef<FJsonObject> Object = MakeShared<FJsonObject>();
-	Object->Values.Reserve(MaxPinMembers);
-	Object->SetField(TEXT("Name"), Shared.GetName(Pin.PinName));
-	Object->SetStringField(TEXT("Value"), Pin.DefaultValue);
-	Object->SetField(TEXT("Direction"), Shared.GetDirection(Pin));
-	Object->SetField(TEXT("Category"), Shared.GetName(Pin.PinType.PinCategory));
+	Json.Open('{');
+	Json.Key(TEXT("Name"));
+	Json.Raw(GetName(Pin.PinName));
+	Json.Key(TEXT("Value"));
+	Json.String(Pin.DefaultValue);
+	Json.Key(TEXT("Direction"));
+	Json.Raw(Pin.Direction == EGPD_Input ? FStringView(TEXT("\"Input\"")) : FStringView(TEXT("\"Output\"")));
+	Json.Key(TEXT("Category"));
+	Json.Raw(GetName(Pin.PinType.PinCategory));
 	if (const UObject* SubCategoryObject = Pin.PinType.PinSubCategoryObject.Get())
 	{
-		Object->SetField(TEXT("SubCategoryObject"), Shared.GetName(SubCategoryObject->GetFName()));
+		Json.Key(TEXT("SubCategoryObject"));
+		Json.Raw(GetName(SubCategoryObject->GetFName()));
 	}
-	TArray<TSharedPtr<FJsonValue>> Connections;
-	Connections.Reserve(Pin.LinkedTo.Num());
+	Json.Key(TEXT("Connections"));
+	Json.Open('[');
 	for (const UEdGraphPin* Linked : Pin.LinkedTo)
 	{
 		if (Linked)
 		{
-			Connections.Add(MakeShared<FJsonValueObject>(DescribeConnection(*Linked, Shared)));
+			WriteLink(*Linked);
 		}
 	}
-	Object->SetArrayField(TEXT("Connections"), MoveTemp(Connections));
-	return Object;
+	Json.Close(']');
+	Json.Close('}');
 }
 
-TSharedRef<FJsonObject> DescribeNode(const UEdGraphNode& Node, FSharedValues& Shared)
+void FKestrelGraphDocument::WriteLink(const UEdGraphPin& Linked)
 {
-	const TSharedRef<FJsonObject> Object = MakeShared<FJsonObject>();
-	Object->SetField(TEXT("Title"), Shared.GetTitle(&Node));
-	Object->SetField(TEXT("Class"), Shared.GetName(Node.GetClass()->GetFName()));
-	Object->SetObjectField(TEXT("Properties"), DescribeProperties(Node));
-	TArray<TSharedPtr<FJsonValue>> Pins;
-	Pins.Reserve(Node.Pins.Num());
-	for (const UEdGraphPin* Pin : Node.Pins)
-	{
-		if (Pin)
-		{
-			Pins.Add(MakeShared<FJsonValueObject>(DescribePin(*Pin, Shared)));
-		}
-	}
-	Object->SetArrayField(TEXT("Pins"), MoveTemp(Pins));
-	return Object;
+	Json.Open('{');
+	Json.Key(TEXT("Node"));
+	Json.Raw(GetTitle(Linked.GetOwningNodeUnchecked()));
+	Json.Key(TEXT("Pin"));
+	Json.Raw(GetName(Linked.PinName));
+	Json.Close('}');
 }
+
+const FString& FKestrelGraphDocument::GetTitle(const UEdGraphNode* Node)
+{
+	if (const FString* Known = Titles.Find(Node))
+	{
+		return *Known;
+	}
+	const FString Title = Node ? Node->GetNodeTitle(ENodeTitleType::FullTitle).ToString() : FString();
+	return Titles.Add(Node, FKestrelJsonBuilder::Quote(Title));
+}
+
+const FString& FKestrelGraphDocument::GetName(FName Name)
+{
+	FSpelling& Known = Names.FindOrAdd(Name);
+	if (Known.Quoted.IsEmpty() || !Known.Name.IsEqual(Name, ENameCase::CaseSensitive))
+	{
+		Known = { Name, FKestrelJsonBuilder::Quote(Name.ToString()) };
+	}
+	return Known.Quoted;
 }
 
 TSharedPtr<FJsonObject> FKestrelBlueprintUtils::ReadEdGraph(const UEdGraph* Graph)
 {
-	const TSharedRef<FJsonObject> Document = MakeShared<FJsonObject>();
-	Document->SetStringField(TEXT("Name"), Graph->GetName());
-	Document->SetStringField(TEXT("Class"), Graph->GetClass()->GetName());
-	GraphReader::FSharedValues Shared;
-	TArray<TSharedPtr<FJsonValue>> Nodes;
-	Nodes.Reserve(Graph->Nodes.Num());
-	for (const UEdGraphNode* Node : Graph->Nodes)
-	{
-		if (Node) // null for one whose class is gone
-		{
-			Nodes.Add(MakeShared<FJsonValueObject>(GraphReader::DescribeNode(*Node, Shared)));
-		}
-	}
-	Document->SetArrayField(TEXT("Nodes"), MoveTemp(Nodes));
-	return Document;
+	FKestrelJsonBuilder Json;
+	FKestrelGraphDocument(Json).Write(*Graph);
+	return KestrelJson::ParseObject(Json.TakeText());
 }
