@@ -1,3 +1,4 @@
+#include "Compiler/BlueprintCompilationManager.h"
 #include "EdGraphSchema_K2.h"
 #include "K2Node_FunctionEntry.h"
 #include "K2Node_FunctionResult.h"
@@ -60,7 +61,8 @@ void FBlueprintEditorUtils::FinishFunctionGraph(UBlueprint* Blueprint, UEdGraph*
 	Blueprint->Modify();
 	Blueprint->FunctionGraphs.Add(Graph);
 	ValidateBlueprintChildVariables(Blueprint, Graph->GetFName());
-	MarkBlueprintAsStructurallyModified(Blueprint);
+	FBlueprintCompilationManager::ExtendSkeleton(*Blueprint, *Graph);
+	MarkBlueprintAsModified(Blueprint);
 }
 
 void FBlueprintEditorUtils::RemoveGraph(UBlueprint* Blueprint, UEdGraph* GraphToRemove)

@@ -1,3 +1,4 @@
+#include "Compiler/BlueprintCompilationManager.h"
 #include "EdGraphSchema_K2.h"
 #include "Engine/BlueprintGeneratedClass.h"
 #include "Engine/SimpleConstructionScript.h"
@@ -145,7 +146,8 @@ bool FBlueprintEditorUtils::AddMemberVariable(
 	Variable.PropertyFlags |= bDelegate ? CPF_BlueprintAssignable | CPF_BlueprintCallable : CPF_None;
 	Blueprint->NewVariables.Add(MoveTemp(Variable));
 	ValidateBlueprintChildVariables(Blueprint, NewVarName);
-	MarkBlueprintAsStructurallyModified(Blueprint);
+	FBlueprintCompilationManager::ExtendSkeleton(*Blueprint, Blueprint->NewVariables.Last());
+	MarkBlueprintAsModified(Blueprint);
 	return true;
 }
 

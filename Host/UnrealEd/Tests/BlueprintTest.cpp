@@ -36,6 +36,48 @@ TEST_F(BlueprintTest, NewBlueprintOfAnActorHasHintsConstructionScriptAndRoot)
 	EXPECT_EQ(Plain->FunctionGraphs.Num(), 0);
 }
 
+/** The members of a class of its own, with where they lie and what they are. */
+static std::vector<std::string> DescribeMembers(const UClass* Class)
+{
+	std::vector<std::string> Members;
+	for (TFieldIterator<FProperty> It(Class, EFieldIterationFlags::None); It; ++It)
+	{
+		Members.push_back(ToUtf8(
+			FString::Printf(TEXT("%s %s at %d"), *It->GetCPPType(), *It->GetName(), It->GetOffset_ForInternal())));
+	}
+	for (TFieldIterator<UFunction> It(Class, EFieldIterationFlags::None); It; ++It)
+	{
+		Members.push_back(ToUtf8(FString::Printf(TEXT("%s of %d bytes"), *It->GetName(), It->PropertiesSize)));
+	}
+	std::sort(Members.begin(), Members.end());
+	return Members;
+}
+
+TEST_F(BlueprintTest, MembersThatAreAddedOneByOneAreThoseOfASkeletonBuiltAsAWhole)
+{
+	UBlueprint* const Blueprint = Make(TEXT("/Game/BP_Many"));
+	UBlueprint* const Child = Make(TEXT("/Game/BP_ManyChild"), Blueprint->GeneratedClass);
+	for (UBlueprint* const Each : { Child, Blueprint }) // one without children, then one with some
+	{
+		for (const FName Category :
+			{ UEdGraphSchema_K2::PC_Boolean, UEdGraphSchema_K2::PC_Int64, UEdGraphSchema_K2::PC_String })
+		{
+			const FString Name = Each->GetName() + Category.ToString();
+			EXPECT_TRUE(FBlueprintEditorUtils::AddMemberVariable(Each, FName(*Name), MakeType(Category)));
+			UEdGraph* const Graph = FBlueprintEditorUtils::CreateNewGraph(
+				Each, FName(*(TEXT("Do") + Name)), UEdGraph::StaticClass(), UEdGraphSchema_K2::StaticClass());
+			FBlueprintEditorUtils::AddFunctionGraph<UClass>(Each, Graph, false, nullptr);
+		}
+	}
+	for (UBlueprint* const Each : { Child, Blueprint })
+	{
+		const std::vector<std::string> Extended = DescribeMembers(Each->SkeletonGeneratedClass);
+		EXPECT_GT(Extended.size(), 6u);
+		FBlueprintEditorUtils::MarkBlueprintAsStructurallyModified(Each);
+		EXPECT_EQ(DescribeMembers(Each->SkeletonGeneratedClass), Extended);
+	}
+}
+
 TEST_F(BlueprintTest, VariableIsInTheSkeletonAtOnceAndInTheClassAfterCompiling)
 {
 	UBlueprint* const Blueprint = Make(TEXT("/Game/BP_Vars"));

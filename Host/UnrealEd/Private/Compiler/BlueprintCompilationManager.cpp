@@ -108,6 +108,30 @@ void BuildSkeleton(UBlueprint& Blueprint)
 		.Build(GetParentOrObject(Blueprint, EBuiltClass::Skeleton));
 }
 
+/** Whether the skeleton is there and lacks nothing but what is to be added. */
+bool CanBeExtended(const UBlueprint& Blueprint)
+{
+	const UClass* const Class = Blueprint.SkeletonGeneratedClass;
+	return Class && Class->HasAnyClassFlags(CLASS_CompiledFromBlueprint) && !Class->GetDefaultObject(false) &&
+		   Class->GetSuperClass() == &GetParentOrObject(Blueprint, EBuiltClass::Skeleton) &&
+		   FBlueprintCompilationManager::GetChildren(Blueprint).IsEmpty();
+}
+
+template <typename MemberType>
+void ExtendSkeleton(UBlueprint& Blueprint, const MemberType& Member)
+{
+	FCompilerResultsLog Log;
+	Log.bSilentMode = true;
+	const bool bExtended =
+		CanBeExtended(Blueprint) &&
+		FBlueprintClassBuilder(Blueprint, FindOrMakeClass(Blueprint, EBuiltClass::Skeleton), EBuiltClass::Skeleton, Log)
+			.Extend(Member);
+	if (!bExtended)
+	{
+		FBlueprintCompilationManager::RegenerateSkeleton(Blueprint);
+	}
+}
+
 void ApplyDefault(const FBPVariableDescription& Variable, UObject& Defaults, FCompilerResultsLog& Log)
 {
 	const FProperty* const Property = Defaults.GetClass()->FindPropertyByName(Variable.VarName);
@@ -363,6 +387,16 @@ void FBlueprintCompilationManager::RegenerateSkeleton(UBlueprint& Blueprint)
 	{
 		BlueprintCompilation::BuildSkeleton(*Child);
 	}
+}
+
+void FBlueprintCompilationManager::ExtendSkeleton(UBlueprint& Blueprint, const FBPVariableDescription& Variable)
+{
+	BlueprintCompilation::ExtendSkeleton(Blueprint, Variable);
+}
+
+void FBlueprintCompilationManager::ExtendSkeleton(UBlueprint& Blueprint, const UEdGraph& FunctionGraph)
+{
+	BlueprintCompilation::ExtendSkeleton(Blueprint, FunctionGraph);
 }
 
 void FBlueprintCompilationManager::PrepareReferences(UBlueprint& Blueprint)

@@ -20,6 +20,12 @@ public:
 	static void Compile(UBlueprint& Blueprint, EBlueprintCompileOptions Options, FCompilerResultsLog& Log);
 	/** Also those of the children. */
 	static void RegenerateSkeleton(UBlueprint& Blueprint);
+	/**
+	 * The same for a variable or a function that has just been added to the Blueprint. What else has changed meanwhile
+	 * is in the skeleton when it is next regenerated as a whole.
+	 */
+	static void ExtendSkeleton(UBlueprint& Blueprint, const FBPVariableDescription& Variable);
+	static void ExtendSkeleton(UBlueprint& Blueprint, const UEdGraph& FunctionGraph);
 	/** Blueprints in memory that derive from this one, nearer ones first. */
 	static TArray<UBlueprint*> GetChildren(const UBlueprint& Blueprint);
 

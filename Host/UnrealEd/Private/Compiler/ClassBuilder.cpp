@@ -75,6 +75,41 @@ void FBlueprintClassBuilder::Build(UClass& Parent)
 	}
 }
 
+bool FBlueprintClassBuilder::IsMemberThere(FName Name) const
+{
+	return Class.FindPropertyByName(Name) || Class.FindFunctionByName(Name, EIncludeSuperFlag::ExcludeSuper);
+}
+
+bool FBlueprintClassBuilder::Extend(const FBPVariableDescription& Variable)
+{
+	if (Variable.VarName.IsNone() || IsMemberThere(Variable.VarName))
+	{
+		return false;
+	}
+	for (TFieldIterator<FProperty> It(&Class, EFieldIterationFlags::None); It; ++It)
+	{
+		LastProperty = *It;
+	}
+	AddVariable(Variable);
+	Class.StaticLink(true);
+	return true;
+}
+
+bool FBlueprintClassBuilder::Extend(const UEdGraph& FunctionGraph)
+{
+	if (IsMemberThere(FunctionGraph.GetFName()))
+	{
+		return false;
+	}
+	AddGraphFunction(FunctionGraph);
+	UFunction* const Function = Class.FindFunctionByName(FunctionGraph.GetFName(), EIncludeSuperFlag::ExcludeSuper);
+	if (Function)
+	{
+		Function->StaticLink(true);
+	}
+	return true;
+}
+
 bool FBlueprintClassBuilder::IsNameTaken(FName Name) const
 {
 	return Names.Contains(Name);

@@ -24,8 +24,17 @@ public:
 
 	/** Under the parent, which is complete. The class is linked afterwards. */
 	void Build(UClass& Parent);
+	/**
+	 * Adds a member to a class that was built before the Blueprint had it: to build all of them again for each of many
+	 * would take the square of their number.
+	 *
+	 * @return false, with nothing changed, when the name is taken
+	 */
+	bool Extend(const FBPVariableDescription& Variable);
+	bool Extend(const UEdGraph& FunctionGraph);
 
 private:
+	bool IsMemberThere(FName Name) const;
 	void AddUberGraphFrame();
 	void AddComponents();
 	void AddVariables();

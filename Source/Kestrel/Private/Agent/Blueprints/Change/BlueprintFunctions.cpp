@@ -1,5 +1,6 @@
 #include "Agent/Blueprints/Change/BlueprintFunctions.h"
 
+#include "Agent/Blueprints/BlueprintDocument.h"
 #include "Agent/Blueprints/Change/BlueprintGraphWriter.h"
 #include "Agent/Blueprints/Change/BlueprintMembers.h"
 #include "Agent/Blueprints/Change/BlueprintMessages.h"
@@ -26,10 +27,9 @@ const TCHAR* const OutParamsKey = TEXT("OutParams");
 
 UEdGraph* FindGraph(const UBlueprint& Blueprint, const FString& Name)
 {
-	const TObjectPtr<UEdGraph>* Found =
-		Blueprint.FunctionGraphs.FindByPredicate([&Name](const TObjectPtr<UEdGraph>& Graph) {
-			return Graph && Graph->GetName().Equals(Name, ESearchCase::IgnoreCase);
-		});
+	const FName Wanted = KestrelBlueprintDocument::ToName(Name); // names compare without letter case
+	const TObjectPtr<UEdGraph>* Found = Blueprint.FunctionGraphs.FindByPredicate(
+		[Wanted](const TObjectPtr<UEdGraph>& Graph) { return Graph && Graph->GetFName() == Wanted; });
 	return Found ? Found->Get() : nullptr;
 }
 
