@@ -91,16 +91,15 @@ void UScriptStruct::ExportText(FString& ValueStr, const void* Value, const void*
 	const void* const Delta = (StructFlags & STRUCT_Atomic) ? Value : Defaults;
 	ValueStr += TEXT("(");
 	const TCHAR* Separator = TEXT("");
-	FString Member;
 	for (TFieldIterator<FProperty> It(this); It; ++It)
 	{
 		for (int32 Index = 0; Index < It->ArrayDim && It->ShouldPort(PortFlags); ++Index)
 		{
-			Member.Reset();
-			if (!It->ExportText_InContainer(
-					Index, Member, Value, Delta, OwnerObject, PortFlags | PPF_Delimited, ExportRootScope))
+			const void* const Member = It->ContainerPtrToValuePtr<void>(Value, Index);
+			const void* const Default = Delta ? It->ContainerPtrToValuePtr<void>(Delta, Index) : nullptr;
+			if (Member != Default && It->Identical(Member, Default, static_cast<uint32>(PortFlags | PPF_Delimited)))
 			{
-				continue;
+				continue; // written into the text itself: graphs have very many pins
 			}
 			ValueStr += Separator;
 			It->GetFName().AppendString(ValueStr);
@@ -108,7 +107,8 @@ void UScriptStruct::ExportText(FString& ValueStr, const void* Value, const void*
 			{
 				ValueStr += FString::Printf(TEXT("[%d]"), Index);
 			}
-			(ValueStr += TEXT("=")) += Member;
+			ValueStr += TEXT("=");
+			It->ExportText_Direct(ValueStr, Member, Default, OwnerObject, PortFlags | PPF_Delimited, ExportRootScope);
 			Separator = TEXT(",");
 		}
 	}

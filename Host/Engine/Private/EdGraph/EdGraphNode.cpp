@@ -234,13 +234,16 @@ void UEdGraphNode::ExportCustomProperties(FOutputDevice& Out, uint32 Indent)
 {
 	static const FEdGraphPinText Defaults;
 	const UScriptStruct* const Struct = FEdGraphPinText::StaticStruct();
+	const FString Start =
+		FString::ChrN(static_cast<int32>(Indent), u' ') + TEXT("CustomProperties ") + EdGraphNodeImpl::PinPrefix;
+	FString Line;
 	for (const UEdGraphPin* const Pin : Pins)
 	{
 		const FEdGraphPinText Data = Pin->ToText();
-		FString Text;
-		Struct->ExportText(Text, &Data, &Defaults, this, PPF_None, nullptr);
-		Out.Logf(TEXT("%sCustomProperties %s%s"), *FString::ChrN(static_cast<int32>(Indent), u' '),
-			*EdGraphNodeImpl::PinPrefix, *Text);
+		Line.Reset();
+		Line += Start;
+		Struct->ExportText(Line, &Data, &Defaults, this, PPF_None, nullptr);
+		Out.Log(Line);
 	}
 }
 
