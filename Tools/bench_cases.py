@@ -215,7 +215,7 @@ class ReadBlueprint(Case):
 
     test = "ReadBlueprint"
     peer = "json.dumps and json.loads"
-    aim = 0.6
+    aim = 0.25
     growth_base = 0.1
     limit = "the document's text written once"
     num_nodes = 2000
@@ -239,6 +239,15 @@ class ReadBlueprint(Case):
 
     def run_peer(self, _folder, _run, _output):
         json.loads(json.dumps(self.document, separators=(",", ":")))
+
+
+class ReadInSteps(ReadBlueprint):
+    """The longest step of reading ten times as many nodes, which no frame can be shorter than."""
+
+    test = "ReadInSteps"
+    aim = math.inf
+    seconds_aim = 0.05
+    growth_base = None
 
 
 class PlanManyTools(Case):
@@ -318,11 +327,11 @@ class ScanContent(ManyAssets):
 
 
 class FindInFiles(ManyAssets):
-    """A name looked for in 2,000 Blueprints that have to be loaded, against `grep` in their files."""
+    """A name looked for in 2,000 Blueprints of which none is loaded, against `grep` in their files."""
 
     test = "FindInFiles"
     peer = "grep -ril"
-    aim = 100.0
+    aim = 8.0
     growth_base = 0.1
     limit = "each package's file read once"
     num_assets = 2000
@@ -331,11 +340,30 @@ class FindInFiles(ManyAssets):
         subprocess.run(["grep", "-ril", "thing199", os.path.join(folder, "Content")], stdout=output, check=True)
 
 
+class FindAgain(FindInFiles):
+    """The same once they have been searched."""
+
+    test = "FindAgain"
+    aim = 3.0
+    limit = "two system calls a package"
+
+
 class FindInMemory(FindInFiles):
     """The same once they are loaded."""
 
     test = "FindInMemory"
     aim = 4.0
+    limit = "each node's title made once"
+
+
+class FindInSteps(FindInFiles):
+    """The longest step of the search in 20,000 Blueprints, which no frame can be shorter than."""
+
+    test = "FindInSteps"
+    aim = math.inf
+    seconds_aim = 0.1
+    growth_base = None
+    num_assets = 20_000
 
 
 class ModifyBlueprint(Case):
@@ -343,8 +371,8 @@ class ModifyBlueprint(Case):
 
     test = "ModifyBlueprint"
     peer = "half of the document"
-    aim = 2.8
-    seconds_aim = 2.0
+    aim = 2.3
+    seconds_aim = 1.0
     growth_base = 0.02
     limit = "each variable and node made once, and the Blueprint compiled and saved once"
 
@@ -376,8 +404,8 @@ def a_tenth_changed(dice, count):
 
 
 CASES = [
-    ReadBlueprint(), LookUpBlueprint(), ScanContent(),
-    FindInFiles(), FindInMemory(), ModifyBlueprint(), UndoModification(),
+    ReadBlueprint(), ReadInSteps(), LookUpBlueprint(), ScanContent(),
+    FindInFiles(), FindAgain(), FindInMemory(), FindInSteps(), ModifyBlueprint(), UndoModification(),
     FirstRequest(), NextRequest(), FindReference(), ReplaceText(), PlanEdits(), PlanManyTools(), CompletePath(),
     CompareLines("drawn from 50 lines", 0.25, drawn_from(50)),
     CompareLines("drawn from 2,000 lines", 0.1, drawn_from(2000)),

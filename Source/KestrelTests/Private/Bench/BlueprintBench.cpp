@@ -1,6 +1,9 @@
 #include "Bench/BlueprintBench.h"
 
+#include "Agent/Blueprints/Assets/BlueprintLookup.h"
 #include "Agent/Blueprints/KestrelBlueprintUtils.h"
+#include "Agent/Blueprints/Read/BlueprintRead.h"
+#include "Agent/Project/BlueprintSearch.h"
 #include "Agent/Project/KestrelFindUtils.h"
 #include "AssetRegistry/AssetData.h"
 #include "AssetRegistry/IAssetRegistry.h"
@@ -11,11 +14,14 @@
 #include "Editor.h"
 #include "Editor/EditorEngine.h"
 #include "Engine/Blueprint.h"
+#include "HAL/PlatformProcess.h"
+#include "HAL/PlatformTime.h"
 #include "K2Node_CallFunction.h"
 #include "Kismet/KismetSystemLibrary.h"
 
 namespace KestrelBlueprintBench
 {
+constexpr int32 NumReadNodes = 2000;
 constexpr int32 LinksPerNode = 5;
 
 int32 Scale(int32 Number, double Size)
@@ -45,7 +51,8 @@ void FillGraph(UEdGraph& Graph, int32 NumNodes)
 	}
 }
 
-FString ReadBlueprintOf(int32 NumNodes)
+/** @return its name */
+FString MakeLargeBlueprint(int32 NumNodes)
 {
 	const FString Name = FString::Printf(TEXT("BP_Large%d"), NumNodes);
 	if (!FKestrelBlueprintUtils::GetBlueprintFromtBlueprintName(Name))
@@ -53,7 +60,20 @@ FString ReadBlueprintOf(int32 NumNodes)
 		FKestrelBlueprintUtils::CreateBlueprintAsset(TEXT("/Game"), Name, TEXT("Actor"));
 		FillGraph(*FKestrelBlueprintUtils::GetBlueprintFromtBlueprintName(Name)->UbergraphPages[0], NumNodes);
 	}
-	return FString::Printf(TEXT("%d characters"), FKestrelBlueprintUtils::ReadBlueprint(Name, TEXT("Graphs")).Len());
+	return Name;
+}
+
+double LongestStep = 0.0;
+
+void RunInSteps(IKestrelSlicedWork& Work)
+{
+	LongestStep = 0.0;
+	for (bool bDone = false; !bDone;)
+	{
+		const uint64 Start = FPlatformTime::Cycles64();
+		bDone = Work.Step(0.0); // a deadline that is over: as little as possible
+		LongestStep = FMath::Max(LongestStep, FPlatformTime::ToSeconds64(FPlatformTime::Cycles64() - Start));
+	}
 }
 
 constexpr int32 NumVariables = 1000;
@@ -107,8 +127,17 @@ FString MakeDocument(double Size)
 
 FString KestrelBlueprintBench::ReadBlueprint(int32 Run, double Size)
 {
-	constexpr int32 NumNodes = 2000;
-	return ReadBlueprintOf(Scale(NumNodes, Size));
+	const FString Name = MakeLargeBlueprint(Scale(NumReadNodes, Size));
+	return FString::Printf(TEXT("%d characters"), FKestrelBlueprintUtils::ReadBlueprint(Name, TEXT("Graphs")).Len());
+}
+
+FString KestrelBlueprintBench::ReadInSteps(int32 Run, double Size)
+{
+	const FString Name = MakeLargeBlueprint(Scale(NumReadNodes * 10, Size));
+	const FString Path = FString::Printf(TEXT("/Game/%s.%s"), *Name, *Name);
+	FKestrelBlueprintRead Read(FKestrelAssetAddress{ Name, Path }, TEXT("Graphs"));
+	RunInSteps(Read);
+	return FString::Printf(TEXT("%d characters"), Read.TakeResult().Len());
 }
 
 FString KestrelBlueprintBench::LookUpBlueprint(int32 Run, double Size)
@@ -142,13 +171,40 @@ void KestrelBlueprintBench::PrepareFindInFiles(int32 Run, double Size)
 	IAssetRegistry::Get()->ScanPathsSynchronous({ TEXT("/Game") }, true);
 }
 
-void KestrelBlueprintBench::PrepareFindInMemory(int32 Run, double Size)
+void KestrelBlueprintBench::PrepareFindAgain(int32 Run, double Size)
 {
+	constexpr float SettlingSeconds = 4.0f; // nothing is kept of files that have just been written
 	if (Run == 0)
 	{
+		FPlatformProcess::Sleep(SettlingSeconds);
 		PrepareFindInFiles(Run, Size);
 		FindInBlueprints(Run, Size);
 	}
+}
+
+void KestrelBlueprintBench::PrepareFindInMemory(int32 Run, double Size)
+{
+	TSharedPtr<FJsonObject> Everything = MakeShared<FJsonObject>();
+	if (Run == 0)
+	{
+		PrepareFindInFiles(Run, Size);
+		FKestrelFindUtils::FindInAllBlueprintFiles(TEXT("event"), Everything); // loads them, for their nodes
+	}
+}
+
+FString KestrelBlueprintBench::FindInSteps(int32 Run, double Size)
+{
+	IAssetRegistry::Get()->WaitForCompletion();
+	FKestrelBlueprintSearch Search(TEXT("thing199"));
+	RunInSteps(Search);
+	FJsonObject Result;
+	Search.Report(Result);
+	return FString::Printf(TEXT("%d matches"), Result.GetArrayField(TEXT("blueprint_references")).Num());
+}
+
+double KestrelBlueprintBench::GetLongestStep()
+{
+	return LongestStep;
 }
 
 FString KestrelBlueprintBench::ModifyBlueprint(int32 Run, double Size)

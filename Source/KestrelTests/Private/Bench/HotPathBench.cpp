@@ -191,6 +191,8 @@ struct FBench
 	// What is not compared with another program: half of the same, or something else to put it into proportion.
 	FString (*PeerWork)(int32 Run, double Size) = nullptr;
 	void (*PreparePeer)(int32 Run, double Size) = nullptr;
+	// What is measured, in seconds, when it is not how long the work takes.
+	double (*GetSeconds)() = nullptr;
 };
 
 template <FString (*Work)(int32 Run, double Size)>
@@ -226,6 +228,11 @@ const FBench Benches[] = {
 	{ TEXT("LookUpBlueprint"), KestrelBlueprintBench::LookUpBlueprint },
 	{ TEXT("ScanContent"), KestrelBlueprintBench::ScanContent },
 	{ TEXT("FindInFiles"), KestrelBlueprintBench::FindInBlueprints, KestrelBlueprintBench::PrepareFindInFiles, 1 },
+	{ TEXT("FindAgain"), KestrelBlueprintBench::FindInBlueprints, KestrelBlueprintBench::PrepareFindAgain },
+	{ TEXT("FindInSteps"), KestrelBlueprintBench::FindInSteps, KestrelBlueprintBench::PrepareFindInFiles, 1, nullptr,
+		nullptr, KestrelBlueprintBench::GetLongestStep },
+	{ TEXT("ReadInSteps"), KestrelBlueprintBench::ReadInSteps, nullptr, UsualNumRuns, nullptr, nullptr,
+		KestrelBlueprintBench::GetLongestStep },
 	{ TEXT("FindInMemory"), KestrelBlueprintBench::FindInBlueprints, KestrelBlueprintBench::PrepareFindInMemory },
 	{ TEXT("ModifyBlueprint"), KestrelBlueprintBench::ModifyBlueprint, KestrelBlueprintBench::PrepareModify, 3,
 		ModifyHalf, PrepareModifyHalf },
@@ -252,7 +259,8 @@ FString MeasureRun(const FBench& Bench, int32 Run)
 	FString Outcome;
 	FString PeerOutcome;
 	const double Size = GetSize();
-	const double Seconds = Time(Bench.Work, Bench.Prepare, Run, Size, Outcome);
+	const double WorkSeconds = Time(Bench.Work, Bench.Prepare, Run, Size, Outcome);
+	const double Seconds = Bench.GetSeconds ? Bench.GetSeconds() : WorkSeconds;
 	const double PeerSeconds = Bench.PeerWork ? Time(Bench.PeerWork, Bench.PreparePeer, Run, Size, PeerOutcome) : 0.0;
 	return FString::Printf(TEXT("%.9f %.9f %s\n"), Seconds, PeerSeconds, *Outcome);
 }

@@ -6,6 +6,8 @@
 #include "AssetRegistry/IAssetRegistry.h"
 #include "Engine/Blueprint.h"
 #include "HAL/PlatformTime.h"
+#include "Misc/PackageName.h"
+#include "Misc/Paths.h"
 #include "Templates/Casts.h"
 #include "UObject/Class.h"
 #include "UObject/ObjectMacros.h"
@@ -27,6 +29,19 @@ bool IsNative(const UObject& Type)
 	const UClass* Owner = Class ? Class : Type.GetTypedOuter<UClass>();
 	return Owner ? Owner->HasAnyClassFlags(CLASS_Native)
 				 : Type.GetOutermost()->GetName().StartsWith(TEXT("/Script/"), ESearchCase::CaseSensitive);
+}
+
+/** Whether a name is that of a file for sure. */
+bool IsPlainName(const FString& Package, int32 Start)
+{
+	for (int32 Index = Start; Index < Package.Len(); ++Index)
+	{
+		if (!FChar::IsAlnum(Package[Index]) && Package[Index] != '_')
+		{
+			return false;
+		}
+	}
+	return Start < Package.Len() && Package.Len() < NAME_SIZE;
 }
 
 bool IsUnsaved(FName PackageName)
@@ -72,7 +87,23 @@ bool FKestrelPackageFilter::MayMatch(FName Package) const
 const FString& FKestrelPackageFilter::GetFile(FName Package)
 {
 	const FString* Known = Files.Find(Package);
-	return Known ? *Known : Files.Add(Package, KestrelBlueprintPackage::GetFileName(Package.ToString()));
+	return Known ? *Known : Files.Add(Package, FindFile(Package.ToString()));
+}
+
+/** Packages of a folder lie beside each other, and to convert a path takes longer than all else about it. */
+FString FKestrelPackageFilter::FindFile(const FString& Package)
+{
+	int32 Slash = INDEX_NONE;
+	Package.FindLastChar('/', Slash);
+	const FString Folder = Package.Left(Slash + 1);
+	if (Folder.Equals(LastFolder, ESearchCase::CaseSensitive) && PackageFilter::IsPlainName(Package, Slash + 1))
+	{
+		return LastFolderFiles / Package.RightChop(Slash + 1) + FPackageName::GetAssetPackageExtension();
+	}
+	FString File = KestrelBlueprintPackage::GetFileName(Package);
+	LastFolder = File.IsEmpty() ? FString() : Folder;
+	LastFolderFiles = FPaths::GetPath(File);
+	return File;
 }
 
 void FKestrelPackageFilter::Advance()

@@ -43,6 +43,7 @@ private:
 	/** The assets that what a Blueprint shows can come from. */
 	void ListSources();
 	void AddBits(FName Package, uint32 Bits);
+	FString FindFile(const FString& Package);
 
 	EStage Stage = EStage::LookForUnloaded;
 	int32 Next = 0; // of what the stage goes through
@@ -51,6 +52,8 @@ private:
 	TArray<TWeakObjectPtr<UObject>> Types; // whose names may stand for words
 	TArray<FName> Sources;                 // packages
 	TMap<FName, FString> Files;            // by package
+	FString LastFolder;                    // of packages
+	FString LastFolderFiles;               // where it is on the disk
 	TMap<FName, uint32> Found;             // words, by package
 	TArray<FName> ToFollow;                // packages whose words their users may show
 };
