@@ -2,7 +2,7 @@
 
 #include "Agent/Project/PackageFilter.h"
 #include "Agent/Project/SearchReview.h"
-#include "Agent/Tools/SlicedWork.h"
+#include "Agent/Work/SlicedWork.h"
 #include "AssetRegistry/AssetData.h"
 #include "CoreMinimal.h"
 

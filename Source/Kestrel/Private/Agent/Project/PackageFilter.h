@@ -1,7 +1,7 @@
 #pragma once
 
 #include "Agent/Project/SearchWords.h"
-#include "Agent/Tools/SlicedWork.h"
+#include "Agent/Work/SlicedWork.h"
 #include "AssetRegistry/AssetData.h"
 #include "CoreMinimal.h"
 #include "UObject/WeakObjectPtrTemplates.h"

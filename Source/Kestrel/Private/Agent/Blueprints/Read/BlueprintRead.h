@@ -3,7 +3,7 @@
 #include "Agent/Blueprints/Assets/BlueprintLookup.h"
 #include "Agent/Blueprints/Read/GraphDocument.h"
 #include "Agent/Text/JsonBuilder.h"
-#include "Agent/Tools/SlicedWork.h"
+#include "Agent/Work/SlicedWork.h"
 #include "CoreMinimal.h"
 #include "UObject/WeakObjectPtrTemplates.h"
 
