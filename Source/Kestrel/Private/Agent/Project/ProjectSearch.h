@@ -1,18 +1,22 @@
 #pragma once
 
+#include "Agent/Project/BlueprintSearch.h"
 #include "Agent/Project/SourceSearch.h"
 #include "Agent/Work/SlicedWork.h"
 #include "CoreMinimal.h"
 
-/** FKestrelFindUtils::FindInAllFiles in slices. */
+/**
+ * FKestrelFindUtils::FindInAllFiles in slices. Blueprints are searched on the game thread while others read the
+ * sources.
+ */
 class KESTREL_API FKestrelProjectSearch : public IKestrelSlicedWork
 {
 public:
 	explicit FKestrelProjectSearch(const FString& InReferenceString);
 
 	virtual bool Step(double Deadline) override;
-	virtual float GetProgress() const override { return Sources.GetProgress(); }
-	virtual bool IsElsewhere() const override { return Sources.IsElsewhere(); }
+	virtual float GetProgress() const override;
+	virtual bool IsElsewhere() const override { return bHasBlueprints && Sources.IsElsewhere(); }
 	virtual void Finish() override;
 
 	/** The document, at the end. */
@@ -21,4 +25,6 @@ public:
 private:
 	const FString ReferenceString;
 	FKestrelSourceSearch Sources;
+	FKestrelBlueprintSearch Blueprints;
+	bool bHasBlueprints = false; // they are searched
 };

@@ -1,10 +1,12 @@
 #include "Agent/Agent.h"
 #include "Agent/Blueprints/Change/BlueprintSummary.h"
 #include "Agent/Blueprints/KestrelBlueprintUtils.h"
+#include "Agent/Blueprints/Read/BlueprintRead.h"
 #include "Agent/Blueprints/Types/TypeLookup.h"
 #include "Agent/History/TransactionLookup.h"
 #include "Agent/Text/JsonText.h"
 #include "Agent/Tools/ToolPlan.h"
+#include "Agent/Tools/ToolWork.h"
 #include "BehaviorTree/BehaviorTree.h"
 #include "Dom/JsonObject.h"
 #include "Engine/Blueprint.h"
@@ -62,9 +64,26 @@ void PlanRead(FKestrelProjectView& View, FKestrelToolPlan& Plan)
 	Plan.SetAsset(View, &UBlueprint::StaticClass, Plan.Input.Get(ReadName));
 }
 
-FString ApplyRead(const FKestrelToolPlan& Plan)
+/** Reads some nodes in each slice. */
+class FReadWork : public FKestrelToolWork
 {
-	return FKestrelBlueprintUtils::ReadBlueprint(Plan.Asset, Plan.Input.Get(DataSubset));
+public:
+	explicit FReadWork(const FKestrelToolPlan& Plan)
+		: Read(Plan.Asset, Plan.Input.Get(DataSubset))
+	{
+	}
+
+	virtual bool Step(double Deadline) override { return Read.Step(Deadline); }
+	virtual float GetProgress() const override { return Read.GetProgress(); }
+	virtual FString GetResult() override { return Read.TakeResult(); }
+
+private:
+	FKestrelBlueprintRead Read;
+};
+
+TSharedRef<FKestrelToolWork> BeginRead(const FKestrelToolPlan& Plan)
+{
+	return MakeShared<FReadWork>(Plan);
 }
 
 /** Whether a string in a JSON document holds a NUL, which is always escaped there. A backslash is only in strings. */
@@ -152,7 +171,8 @@ void KestrelTools::AddBlueprintTools(TArray<FKestrelTool>& OutTools)
 		EKestrelNameInPanel::Hidden, PlanCreate, ApplyCreate });
 	OutTools.Add({ KestrelToolNames::ReadBlueprint, EKestrelToolKind::Read, LOCTEXT("ReadAsset", "Read the asset"),
 		TEXT("Reads a Blueprint as a JSON document."), { ReadName, DataSubset }, MissingRequiredFields,
-		TEXT("Reading Blueprint Asset ..."), EKestrelNameInPanel::Hidden, PlanRead, ApplyRead });
+		TEXT("Reading Blueprint Asset ..."), EKestrelNameInPanel::Hidden, PlanRead, nullptr, EKestrelAnswers::AtOnce,
+		BeginRead });
 	OutTools.Add({ KestrelToolNames::ModifyBlueprint, EKestrelToolKind::Change,
 		LOCTEXT("ModifyBlueprint", "Change the Blueprint"),
 		TEXT("Adds and changes variables, functions and nodes of a Blueprint."), { ModifiedName, Updates },
