@@ -12,7 +12,6 @@
 #include "Agent/Work/WorkRunner.h"
 #include "Dom/JsonObject.h"
 #include "Dom/JsonValue.h"
-#include "HAL/PlatformTime.h"
 #include "Kestrel.h"
 #include "KestrelSettings.h"
 #include "Misc/Guid.h"
@@ -104,13 +103,25 @@ public:
 	int32 NumHandled = 0;
 	TUniquePtr<FKestrelToolPlanner> Planner;
 	int32 NumToolUses = 0;
-	int32 NumEarlierResults = 0; // of a compile for instance, which are no reason to send a request
+	int32 NumEarlierResults = 0;       // of a compile for instance, which are no reason to send a request
+	int64 NumBytesOfEarlierFrames = 0; // that the planner has read
 	bool bDenied = false;
 	bool bRanByRule = false;
 
 	// Approved tools.
 	TArray<FKestrelPendingTools::FTool> Approved;
 	int32 NumStarted = 0;
+
+	/** Whether plans have read so much since this was last so that the next ones had better wait for a frame. */
+	bool HasReadMuch()
+	{
+		constexpr int64 MaxBytesOfFrame = 4 * 1024 * 1024;
+		const int64 NumBytes = Planner ? Planner->GetNumBytesRead() : 0;
+		const bool bMuch = NumBytes - NumBytesOfEarlierFrames > MaxBytesOfFrame;
+		// Each planner counts anew.
+		NumBytesOfEarlierFrames = bMuch ? NumBytes : FMath::Min(NumBytes, NumBytesOfEarlierFrames);
+		return bMuch;
+	}
 
 	/** Does the next thing, or begins it. @return false when there is none left */
 	bool (FAgent::*DoNext)(FTurn& InOutTurn) = nullptr;
@@ -219,8 +230,14 @@ void FAgent::BeginTurn(const TSharedRef<FTurn>& NewTurn)
 
 bool FAgent::StepTurn(FTurn& InOutTurn, double Deadline)
 {
-	do
+	// Not by the time that it takes: how the results of tools are put together is not to depend on how busy the machine
+	// is. Nor between a plan and its tool: what it was planned on may change until the next frame.
+	while (InOutTurn.Work || !InOutTurn.HasReadMuch())
 	{
+		if (!InOutTurn.Work && !(this->*InOutTurn.DoNext)(InOutTurn))
+		{
+			return true;
+		}
 		if (InOutTurn.Work)
 		{
 			if (!InOutTurn.Work->Step(Deadline))
@@ -233,13 +250,7 @@ bool FAgent::StepTurn(FTurn& InOutTurn, double Deadline)
 				return true; // the tool has dropped it
 			}
 		}
-		else if (!(this->*InOutTurn.DoNext)(InOutTurn))
-		{
-			return true;
-		}
-		// What a tool was planned on may change until the next frame.
 	}
-	while (InOutTurn.Work || FPlatformTime::Seconds() < Deadline);
 	return false;
 }
 

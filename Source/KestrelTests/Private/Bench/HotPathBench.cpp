@@ -1,6 +1,7 @@
 #include "Agent/Agent.h"
 #include "Agent/Backend/FirstRequest.h"
 #include "Agent/Files/TreeWork.h"
+#include "Agent/Project/SourceSearch.h"
 #include "Agent/Tools/ToolPlan.h"
 #include "Bench/BlueprintBench.h"
 #include "Dom/JsonObject.h"
@@ -76,6 +77,16 @@ FString FindReference(int32 Run, double Size)
 	TArray<FString> Files;
 	Found.ParseIntoArray(Files, TEXT("\"Type\""));
 	return FString::Printf(TEXT("%d files found"), Files.Num() - 1);
+}
+
+/** The same on one thread. */
+FString FindOnOneThread(int32 Run, double Size)
+{
+	FKestrelSourceSearch Search(TEXT("takedamage"), EParallelForFlags::ForceSingleThread);
+	Search.Finish();
+	const TSharedRef<FJsonObject> Found = MakeShared<FJsonObject>();
+	Search.Report(*Found);
+	return FString::Printf(TEXT("%d files found"), Found->GetArrayField(TEXT("cpp_references")).Num());
 }
 
 /** A name replaced all over a large file, and back in the next run: with the record for undo and all. */
@@ -219,6 +230,7 @@ const FBench Benches[] = {
 	{ TEXT("FirstRequest"), MakeFirstRequest, ForgetTree },
 	{ TEXT("NextRequest"), MakeFirstRequest, KeepTree },
 	{ TEXT("FindReference"), FindReference },
+	{ TEXT("FindOnOneThread"), FindOnOneThread },
 	{ TEXT("ReplaceText"), ReplaceText, BeginConversation },
 	{ TEXT("PlanEdits"), PlanEdits },
 	{ TEXT("PlanManyTools"), PlanManyTools, nullptr, 3, DoHalf<PlanManyTools> },

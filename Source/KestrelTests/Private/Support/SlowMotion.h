@@ -44,7 +44,7 @@ public:
 inline void Tick()
 {
 	constexpr float FrameSeconds = 0.02f;
-	FPlatformProcess::Sleep(0.001f);
+	FPlatformProcess::Sleep(0.006f); // work pauses for a moment between two slices
 	FTSTicker::GetCoreTicker().Tick(FrameSeconds);
 }
 

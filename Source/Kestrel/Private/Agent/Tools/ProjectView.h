@@ -89,6 +89,8 @@ public:
 	bool HasTimeForNotes() const;
 	/** @return false when there is not as much */
 	bool TakeRoomFor(int64 NumCharacters);
+	/** And characters kept. */
+	int64 GetNumBytesRead() const { return NumBytesRead; }
 	FKestrelAssetView& GetAssets() { return Assets; }
 
 private:

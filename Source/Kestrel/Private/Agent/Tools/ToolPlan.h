@@ -192,6 +192,8 @@ public:
 	TSharedRef<FKestrelToolPlan> Plan(const FString& Name, const FString& Id, const TSharedPtr<FJsonObject>& Input);
 	/** The same tool use with the files as they are now. */
 	TSharedRef<FKestrelToolPlan> PlanAgain(const FKestrelToolPlan& Plan);
+	/** Of files, and characters that are kept. */
+	int64 GetNumBytesRead() const { return View.GetNumBytesRead(); }
 
 private:
 	FKestrelProjectView View;
