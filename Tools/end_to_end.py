@@ -1,8 +1,10 @@
 """The ctest entries EndToEnd<n>: a share of the tests of Tests/EndToEnd each, with JSON results."""
 
+import collections
 import json
 import os
 import sys
+import time
 import unittest
 
 sys.dont_write_bytecode = True
@@ -17,9 +19,15 @@ class Recorder(unittest.TextTestResult):
     def __init__(self, *arguments, **options):
         super().__init__(*arguments, **options)
         self.cases = []
+        self.started = time.monotonic()
 
     def record(self, test, message="", skipped=""):
-        self.cases.append({"name": name_of(test), "message": message, "skipped": skipped})
+        seconds = round(time.monotonic() - self.started, 1)
+        self.cases.append({"name": name_of(test), "message": message, "skipped": skipped, "seconds": seconds})
+
+    def startTest(self, test):
+        super().startTest(test)
+        self.started = time.monotonic()
 
     def addSuccess(self, test):
         super().addSuccess(test)
@@ -59,9 +67,16 @@ def flatten(suite):
 
 def share_of(tests, share, num_shares):
     """Whole classes: what a class prepares for its tests is prepared once. They wait more than they work, so the shares
-    run at the same time."""
-    classes = sorted({type(test).__qualname__ for test in tests})
-    return [test for test in tests if classes.index(type(test).__qualname__) % num_shares == share]
+    run at the same time. Each class goes to the share with the fewest tests, the largest first."""
+    sizes = collections.Counter(type(test).__qualname__ for test in tests)
+    shares = [0] * num_shares
+    mine = set()
+    for name, size in sorted(sizes.items(), key=lambda each: (-each[1], each[0])):
+        smallest = shares.index(min(shares))
+        shares[smallest] += size
+        if smallest == share:
+            mine.add(name)
+    return [test for test in tests if type(test).__qualname__ in mine]
 
 
 def main(preset, share, num_shares):
