@@ -126,6 +126,27 @@ TEST_F(FScrollBoxTest, BringsAWidgetIntoView)
 	EXPECT_EQ(Box->GetScrollOffset(), 500.0f);
 }
 
+TEST_F(FScrollBoxTest, BringsAPartOfALongWidgetIntoView)
+{
+	AddBlocks(2);
+	const TSharedRef<SVerticalBox> Column = SNew(SVerticalBox);
+	TSharedPtr<SBlock> Wanted;
+	for (int32 Index = 0; Index < 40; ++Index)
+	{
+		const TSharedRef<SBlock> Block = SNew(SBlock);
+		Column->AddSlot().AutoHeight()[Block];
+		Wanted = Index == 15 ? Block.ToSharedPtr() : Wanted;
+	}
+	Box->AddSlot()[Column];
+	Box->ScrollDescendantIntoView(Wanted);
+	Tick();
+	EXPECT_EQ(Box->GetScrollOffset(), 18 * 50.0f - 300.0f);
+	Tick();
+	Box->ScrollDescendantIntoView(Wanted, false, EDescendantScrollDestination::TopOrLeft);
+	Tick();
+	EXPECT_EQ(Box->GetScrollOffset(), 17 * 50.0f);
+}
+
 TEST_F(FScrollBoxTest, LeavesWhatIsOutOfViewAlone)
 {
 	AddBlocks(5000);

@@ -15,6 +15,7 @@
 #include "Widget/Answer/SKestrelAnswer.h"
 #include "Widget/HiddenTexts.h"
 #include "Widget/KestrelStyle.h"
+#include "Widget/SKestrelPart.h"
 #include "Widget/TextSize.h"
 #include "Widgets/Accessibility/SlateAccessibleMessageHandler.h"
 #include "Widgets/Layout/SBorder.h"
@@ -32,6 +33,9 @@ constexpr float MaxBlockWidth = 900.0f;
 constexpr float EndTolerance = 2.0f;
 // Of the view's height: the last lines that were read are still seen on the next page.
 constexpr float PageFraction = 0.9f;
+// A text that was painted for the first time knows its wrapped height in the next frame, the text in a part that was
+// made then one later.
+constexpr int32 FramesToSettle = 4;
 
 /** Who speaks is told by the style of the text; what was given up, by its words. */
 FName GetBlockBrush(const FString& Text, const FName& FontStyle)
@@ -104,13 +108,14 @@ SKestrelConversationView::FBlock SKestrelConversationView::AddMessage(
 void SKestrelConversationView::AddAnswer(const FString& Source)
 {
 	// clang-format off
-	AddBlock(
+	Append(
 		SNew(SBorder)
 		.BorderImage(FKestrelStyle::Get().GetBrush("Kestrel.Block.Answer"))
 		.Padding(KestrelConversationView::BlockPadding)
 		[
 			SNew(SKestrelAnswer)
 			.Source(Source)
+			.OnPartShown(this, &SKestrelConversationView::OnPartShown)
 		]);
 	// clang-format on
 }
@@ -151,17 +156,31 @@ void SKestrelConversationView::AddBlock(const TSharedRef<SBorder>& Border)
 
 void SKestrelConversationView::AddWidget(const TSharedRef<SWidget>& Widget)
 {
+	// clang-format off
+	Append(
+		SNew(SKestrelPart)
+		.OnShown(this, &SKestrelConversationView::OnPartShown)
+		[
+			Widget
+		]);
+	// clang-format on
+}
+
+void SKestrelConversationView::Append(const TSharedRef<SWidget>& Widget)
+{
 	const TSharedPtr<SWidget> Last = Provisional;
 	SetProvisional(nullptr);
-	AddSlot(Widget);
+	Slots.Add(AddSlot(Widget));
 	SetProvisional(Last);
 }
 
-void SKestrelConversationView::AddSlot(const TSharedRef<SWidget>& Widget)
+SScrollBox::FSlot* SKestrelConversationView::AddSlot(const TSharedRef<SWidget>& Widget)
 {
+	SScrollBox::FSlot* Slot = nullptr;
 	// clang-format off
 	ScrollBox->AddSlot()
-	.Padding(MakeAttributeSP(this, &SKestrelConversationView::GetBlockMargin))
+	.Expose(Slot)
+	.Padding(MakeBlockMargin())
 	[
 		Widget
 	];
@@ -170,6 +189,7 @@ void SKestrelConversationView::AddSlot(const TSharedRef<SWidget>& Widget)
 	{
 		ScrollBox->ScrollToEnd();
 	}
+	return Slot;
 }
 
 void SKestrelConversationView::SetProvisional(const TSharedPtr<SWidget>& Widget)
@@ -179,22 +199,71 @@ void SKestrelConversationView::SetProvisional(const TSharedPtr<SWidget>& Widget)
 		ScrollBox->RemoveSlot(Provisional.ToSharedRef());
 	}
 	Provisional = Widget;
-	if (Provisional.IsValid())
+	ProvisionalSlot = Provisional.IsValid() ? AddSlot(Provisional.ToSharedRef()) : nullptr;
+}
+
+FMargin SKestrelConversationView::MakeBlockMargin() const
+{
+	return FMargin(SideMargin, 0.0f, SideMargin, KestrelConversationView::BlockPadding);
+}
+
+void SKestrelConversationView::Tick(
+	const FGeometry& AllottedGeometry, const double InCurrentTime, const float InDeltaTime)
+{
+	SCompoundWidget::Tick(AllottedGeometry, InCurrentTime, InDeltaTime);
+	KeepPlaceWhilePartsSettle();
+	const float Width = static_cast<float>(FVector2D(AllottedGeometry.GetLocalSize()).X);
+	const float NewMargin = FMath::Max(0.0f, (Width - KestrelConversationView::MaxBlockWidth) / 2.0f);
+	if (NewMargin == SideMargin)
 	{
-		AddSlot(Provisional.ToSharedRef());
+		return;
+	}
+	SideMargin = NewMargin;
+	for (SScrollBox::FSlot* const Slot : Slots)
+	{
+		Slot->SetPadding(MakeBlockMargin());
+	}
+	if (ProvisionalSlot)
+	{
+		ProvisionalSlot->SetPadding(MakeBlockMargin());
 	}
 }
 
-FMargin SKestrelConversationView::GetBlockMargin() const
+void SKestrelConversationView::OnPartShown(const TSharedRef<SKestrelPart>& Part)
 {
-	const float Width = static_cast<float>(FVector2D(GetCachedGeometry().GetLocalSize()).X);
-	const float Side = FMath::Max(0.0f, (Width - KestrelConversationView::MaxBlockWidth) / 2.0f);
-	return FMargin(Side, 0.0f, Side, KestrelConversationView::BlockPadding);
+	const double Top = FVector2D(GetCachedGeometry().GetAbsolutePosition()).Y;
+	if (FVector2D(Part->GetCachedGeometry().GetAbsolutePosition()).Y >= Top)
+	{
+		return;
+	}
+	const float Height = static_cast<float>(FVector2D(Part->GetDesiredSize()).Y);
+	SettlingParts.Add({ Part, Height, KestrelConversationView::FramesToSettle });
+}
+
+void SKestrelConversationView::KeepPlaceWhilePartsSettle()
+{
+	float Growth = 0.0f;
+	for (FSettlingPart& Settling : SettlingParts)
+	{
+		const TSharedPtr<SWidget> Part = Settling.Part.Pin();
+		const float Height = Part.IsValid() ? static_cast<float>(FVector2D(Part->GetDesiredSize()).Y) : Settling.Height;
+		Growth += Height - Settling.Height;
+		Settling.Height = Height;
+		--Settling.FramesLeft;
+	}
+	SettlingParts.RemoveAll([](const FSettlingPart& Settling) { return Settling.FramesLeft == 0; });
+	if (Growth != 0.0f && !FollowsEnd())
+	{
+		ScrollBox->SetScrollOffset(ScrollBox->GetScrollOffset() + Growth);
+	}
 }
 
 void SKestrelConversationView::ClearBlocks()
 {
 	ScrollBox->ClearChildren();
+	Slots.Empty();
+	ProvisionalSlot = nullptr;
+	SettlingParts.Empty();
 	Provisional.Reset();
 	Turns.Empty();
 	Changes.Empty();

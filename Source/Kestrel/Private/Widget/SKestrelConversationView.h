@@ -1,14 +1,16 @@
 #pragma once
 
 #include "CoreMinimal.h"
+#include "Layout/Geometry.h"
 #include "Layout/Margin.h"
 #include "Misc/Attribute.h"
 #include "Widgets/DeclarativeSyntaxSupport.h"
+#include "Widgets/Layout/SScrollBox.h"
 #include "Widgets/SCompoundWidget.h"
 
 class SBorder;
 class SMultiLineEditableText;
-class SScrollBox;
+class SKestrelPart;
 
 /** The user has scrolled. */
 DECLARE_DELEGATE_OneParam(FOnKestrelScrolled, bool /*bAwayFromEnd*/);
@@ -36,6 +38,7 @@ public:
 	};
 
 	void Construct(const FArguments& InArgs);
+	virtual void Tick(const FGeometry& AllottedGeometry, const double InCurrentTime, const float InDeltaTime) override;
 
 	/**
 	 * A message at the end of the conversation: the service's answers as formatted text if the settings want that,
@@ -79,13 +82,28 @@ public:
 
 private:
 	void AddAnswer(const FString& Source);
-	void AddSlot(const TSharedRef<SWidget>& Widget);
-	/** Around a block; it keeps lines short in a wide panel. */
-	FMargin GetBlockMargin() const;
+	void Append(const TSharedRef<SWidget>& Widget);
+	SScrollBox::FSlot* AddSlot(const TSharedRef<SWidget>& Widget);
+	/** Around each block; it keeps lines short in a wide panel. */
+	FMargin MakeBlockMargin() const;
+	void OnPartShown(const TSharedRef<SKestrelPart>& Part);
+	void KeepPlaceWhilePartsSettle();
 	bool FollowsEnd() const;
 	void OnUserScrolled(float ScrollOffset);
 
+	/** A part that begins above the view and changes its height. */
+	struct FSettlingPart
+	{
+		TWeakPtr<SWidget> Part;
+		float Height; // at the last frame
+		int32 FramesLeft;
+	};
+
 	TSharedPtr<SScrollBox> ScrollBox;
+	TArray<SScrollBox::FSlot*> Slots; // but for that of Provisional
+	SScrollBox::FSlot* ProvisionalSlot = nullptr;
+	float SideMargin = 0.0f; // of all of them, in Slate units
+	TArray<FSettlingPart> SettlingParts;
 	TSharedPtr<SWidget> Provisional; // the last slot of the box; null: none
 	TAttribute<bool> IsUserScrolling;
 	FOnKestrelScrolled OnScrolled;

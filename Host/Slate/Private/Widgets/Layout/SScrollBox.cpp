@@ -149,21 +149,48 @@ void SScrollPanel::OnArrangeChildren(const FGeometry& AllottedGeometry, FArrange
 	}
 }
 
-bool SScrollPanel::FindSpanOf(const TSharedRef<SWidget>& Descendant, float& OutBegin, float& OutEnd) const
+namespace ScrollBox
 {
-	TSharedPtr<SWidget> Child = Descendant;
-	while (Child.IsValid() && Child->GetParentWidget().Get() != this)
+/** Where Parent puts its child; the parent's own place if the child has none. */
+static FGeometry FindChildGeometry(const FArrangedWidget& Parent, const TSharedRef<SWidget>& Child)
+{
+	FArrangedChildren Arranged(EVisibility::Visible);
+	Parent.Widget->ArrangeChildren(Parent.Geometry, Arranged);
+	for (const FArrangedWidget& Candidate : Arranged.GetInternalArray())
 	{
-		Child = Child->GetParentWidget();
-	}
-	for (int32 Index = 0; Child.IsValid() && Index < FMath::Min(Slots.Num(), SlotEnds.Num()); ++Index)
-	{
-		if (Slots[Index].GetWidget() == Child.ToSharedRef())
+		if (Candidate.Widget == Child)
 		{
-			OutBegin = Index > 0 ? SlotEnds[Index - 1] : 0.0f;
-			OutEnd = SlotEnds[Index];
-			return true;
+			return Candidate.Geometry;
 		}
+	}
+	return Parent.Geometry;
+}
+}
+
+bool SScrollPanel::FindSpanOf(
+	const FGeometry& AllottedGeometry, const TSharedRef<SWidget>& Descendant, float& OutBegin, float& OutEnd) const
+{
+	TArray<TSharedRef<SWidget>> Path; // from the descendant up
+	TSharedPtr<SWidget> Next = Descendant;
+	while (Next.IsValid() && Next.Get() != this)
+	{
+		Path.Add(Next.ToSharedRef());
+		Next = Next->GetParentWidget();
+	}
+	for (int32 Index = 0; Next.IsValid() && Index < FMath::Min(Slots.Num(), SlotEnds.Num()); ++Index)
+	{
+		if (Slots[Index].GetWidget() != Path.Last())
+		{
+			continue;
+		}
+		FArrangedWidget Arranged = ArrangeSlot(AllottedGeometry, Index);
+		for (int32 Depth = Path.Num() - 2; Depth >= 0; --Depth)
+		{
+			Arranged = FArrangedWidget(Path[Depth], ScrollBox::FindChildGeometry(Arranged, Path[Depth]));
+		}
+		OutBegin = ViewOffset + Along(AllottedGeometry.AbsoluteToLocal(Arranged.Geometry.GetAbsolutePosition()));
+		OutEnd = OutBegin + Along(Arranged.Geometry.GetLocalSize());
+		return true;
 	}
 	return false;
 }
@@ -264,7 +291,7 @@ void SScrollBox::ScrollDescendantIntoView(const TSharedPtr<SWidget>& WidgetToFin
 	RevealRequest = FRevealRequest{ WidgetToFind, InDestination, Padding };
 }
 
-void SScrollBox::ApplyPendingRequests()
+void SScrollBox::ApplyPendingRequests(const FGeometry& AllottedGeometry)
 {
 	if (bScrollToEnd)
 	{
@@ -276,7 +303,7 @@ void SScrollBox::ApplyPendingRequests()
 	const TSharedPtr<SWidget> Target = Request.IsSet() ? Request.GetValue().Widget.Pin() : nullptr;
 	float Begin = 0.0f;
 	float End = 0.0f;
-	if (!Target.IsValid() || !ScrollPanel->FindSpanOf(Target.ToSharedRef(), Begin, End))
+	if (!Target.IsValid() || !ScrollPanel->FindSpanOf(AllottedGeometry, Target.ToSharedRef(), Begin, End))
 	{
 		return;
 	}
@@ -303,7 +330,7 @@ void SScrollBox::Tick(const FGeometry& AllottedGeometry, const double InCurrentT
 {
 	SCompoundWidget::Tick(AllottedGeometry, InCurrentTime, InDeltaTime);
 	ViewLength = GetViewLength(AllottedGeometry);
-	ApplyPendingRequests();
+	ApplyPendingRequests(AllottedGeometry);
 	DesiredScrollOffset = FMath::Clamp(DesiredScrollOffset, 0.0f, GetScrollOffsetOfEnd());
 	ScrollPanel->ViewOffset = DesiredScrollOffset;
 	ScrollBar->SetState(GetViewOffsetFraction(), GetViewFraction());

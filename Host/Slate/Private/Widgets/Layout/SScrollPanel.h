@@ -27,8 +27,9 @@ public:
 	virtual FChildren* GetChildren() override { return &Slots; }
 
 	float GetContentLength() const { return SlotEnds.Num() > 0 ? SlotEnds.Last() : 0.0f; }
-	/** Where the child that holds Descendant begins and ends; false if none does. */
-	bool FindSpanOf(const TSharedRef<SWidget>& Descendant, float& OutBegin, float& OutEnd) const;
+	/** Where Descendant begins and ends, as offsets from the start; false if it is not in the panel. */
+	bool FindSpanOf(
+		const FGeometry& AllottedGeometry, const TSharedRef<SWidget>& Descendant, float& OutBegin, float& OutEnd) const;
 
 	TPanelChildren<SScrollBox::FSlot> Slots{ this };
 	float ViewOffset = 0.0f;

@@ -85,7 +85,7 @@ private:
 	void ScrollBarMoved(float OffsetFraction);
 	float GetContentLength() const;
 	float GetViewLength(const FGeometry& AllottedGeometry) const;
-	void ApplyPendingRequests();
+	void ApplyPendingRequests(const FGeometry& AllottedGeometry);
 
 	struct FRevealRequest
 	{

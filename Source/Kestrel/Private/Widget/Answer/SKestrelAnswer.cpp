@@ -32,6 +32,7 @@ void SKestrelAnswer::Construct(const FArguments& InArgs)
 			SNew(SKestrelMarkdown)
 			.Source(Source)
 			.OnLinkChosen(this, &SKestrelAnswer::OnLinkChosen)
+			.OnPartShown(InArgs._OnPartShown)
 		]
 	];
 	// clang-format on

@@ -2,6 +2,7 @@
 
 #include "CoreMinimal.h"
 #include "Input/Reply.h"
+#include "Widget/SKestrelPart.h"
 #include "Widgets/DeclarativeSyntaxSupport.h"
 #include "Widgets/SCompoundWidget.h"
 
@@ -14,6 +15,8 @@ public:
 	SLATE_BEGIN_ARGS(SKestrelAnswer) {}
 	/** Markdown, as the service wrote it. */
 	SLATE_ARGUMENT(FString, Source)
+	/** See SKestrelMarkdown. */
+	SLATE_EVENT(FOnKestrelPartShown, OnPartShown)
 	SLATE_END_ARGS()
 
 	void Construct(const FArguments& InArgs);

@@ -10,6 +10,7 @@
 #include "Widget/Answer/MarkdownStyle.h"
 #include "Widget/KestrelStyle.h"
 #include "Widget/Markdown/CodeHighlight.h"
+#include "Widget/SKestrelPart.h"
 #include "Widget/SKestrelSidewaysScrollBox.h"
 #include "Widgets/Input/SButton.h"
 #include "Widgets/Layout/SBorder.h"
@@ -33,6 +34,10 @@ constexpr float MarkerWidth = 20.0f;
 constexpr float MarkerGap = 4.0f;
 constexpr float CodePadding = 8.0f;
 constexpr float CellPadding = 4.0f;
+// A text that is higher is made in parts.
+constexpr float MaxHeightAtOnce = 4000.0f;
+constexpr float MinPartHeight = 1000.0f;
+constexpr float LineHeight = 16.0f; // about
 
 /** Above a block: it belongs to what stands closer. */
 float GapAbove(const FMarkdownBlock& Block, bool bFirst)
@@ -44,17 +49,79 @@ float GapAbove(const FMarkdownBlock& Block, bool bFirst)
 	return Block.bTight ? TightGap : Block.Kind == EMarkdownBlock::Heading ? HeadingGap : BlockGap;
 }
 
+int32 CountCharacters(const FMarkdownText& Text)
+{
+	int32 Length = 0;
+	for (const FMarkdownSpan& Span : Text)
+	{
+		Length += Span.Text.Len();
+	}
+	return Length;
+}
+
+int32 CountLines(const FString& Code)
+{
+	int32 Lines = 0;
+	for (const TCHAR Character : Code)
+	{
+		Lines += Character == TEXT('\n') ? 1 : 0;
+	}
+	return Lines;
+}
+
 /** Of the text of a cell, with a limit, so that one long cell leaves room for the others. */
 float MeasureCell(const FMarkdownText& Cell)
 {
 	constexpr int32 MaxLength = 60;
 	constexpr int32 MinLength = 4;
-	int32 Length = 0;
-	for (const FMarkdownSpan& Span : Cell)
+	return static_cast<float>(FMath::Clamp(CountCharacters(Cell), MinLength, MaxLength));
+}
+
+/**
+ * A comment or a string that goes over the end of a piece would be coloured wrongly from there on, so a piece ends
+ * behind an empty line if there is one in reach.
+ */
+int32 FindEndOfPiece(const FString& Code, int32 Begin)
+{
+	constexpr int32 MinLines = 300;
+	constexpr int32 MaxLines = 500;
+	int32 NumLines = 0;
+	for (int32 Index = Begin; Index < Code.Len(); ++Index)
 	{
-		Length += Span.Text.Len();
+		if (Code[Index] != TEXT('\n'))
+		{
+			continue;
+		}
+		++NumLines;
+		const bool bIsEmpty = Index > Begin && Code[Index - 1] == TEXT('\n');
+		if (NumLines >= MaxLines || (NumLines >= MinLines && bIsEmpty))
+		{
+			return Index + 1;
+		}
 	}
-	return static_cast<float>(FMath::Clamp(Length, MinLength, MaxLength));
+	return Code.Len();
+}
+
+/** Of a block that is not made yet, with what is above it. It only has to be good enough for the scroll bar. */
+float EstimateHeight(const FMarkdownBlock& Block)
+{
+	constexpr float CodeFrameHeight = 44.0f;
+	constexpr float RowHeight = 24.0f;
+	constexpr int32 CharactersPerLine = 80;
+	const float Gap = GapAbove(Block, false);
+	switch (Block.Kind)
+	{
+	case EMarkdownBlock::Code:
+		return Gap + CodeFrameHeight + LineHeight * CountLines(Block.Code);
+	case EMarkdownBlock::Rule:
+		return Gap;
+	case EMarkdownBlock::Table:
+		return Gap + RowHeight * Block.Table.Rows.Num();
+	case EMarkdownBlock::Paragraph:
+	case EMarkdownBlock::Heading:
+		break;
+	}
+	return Gap + LineHeight * (1 + CountCharacters(Block.Text) / CharactersPerLine);
 }
 
 EHorizontalAlignment ToSlate(EMarkdownAlignment Alignment)
@@ -101,24 +168,105 @@ TSharedRef<SWidget> MakeMarker(const FString& Marker)
 void SKestrelMarkdown::Construct(const FArguments& InArgs)
 {
 	OnLinkChosen = InArgs._OnLinkChosen;
-	const TSharedRef<SVerticalBox> Column = SNew(SVerticalBox);
-	AddBlocks(KestrelMarkdown::Read(InArgs._Source), *Column);
-	ChildSlot[Column];
+	OnPartShown = InArgs._OnPartShown;
+	Blocks = KestrelMarkdown::Read(InArgs._Source);
+	if (!OnPartShown.IsBound())
+	{
+		ChildSlot[MakeBlocks(0, Blocks.Num())];
+		Blocks.Empty();
+		return;
+	}
+	SplitLongCode();
+	ChildSlot[MakeParts()];
 }
 
-void SKestrelMarkdown::AddBlocks(TArray<FMarkdownBlock>&& Blocks, SVerticalBox& Column)
+void SKestrelMarkdown::SplitLongCode()
 {
+	TArray<FMarkdownBlock> Pieces;
+	Pieces.Reserve(Blocks.Num());
+	for (FMarkdownBlock& Block : Blocks)
+	{
+		const FString Code = Block.Kind == EMarkdownBlock::Code ? Block.Code : FString();
+		int32 End = KestrelMarkdownView::FindEndOfPiece(Code, 0);
+		FMarkdownBlock Piece = MoveTemp(Block);
+		if (End == Code.Len())
+		{
+			Pieces.Add(MoveTemp(Piece));
+			continue;
+		}
+		Piece.Code = Code.Left(End);
+		Pieces.Add(Piece);
+		for (int32 Begin = End; Begin < Code.Len(); Begin = End)
+		{
+			End = KestrelMarkdownView::FindEndOfPiece(Code, Begin);
+			Piece.Code = Code.Mid(Begin, End - Begin);
+			for (FMarkdownContainer& Container : Piece.Containers)
+			{
+				Container.Marker.Empty();
+			}
+			Continuations.Add(Pieces.Add(Piece));
+		}
+	}
+	Blocks = MoveTemp(Pieces);
+}
+
+TSharedRef<SWidget> SKestrelMarkdown::MakeParts()
+{
+	using namespace KestrelMarkdownView;
+	TArray<float> Heights;
+	float Whole = 0.0f;
+	for (const FMarkdownBlock& Block : Blocks)
+	{
+		Whole += Heights.Add_GetRef(EstimateHeight(Block));
+	}
+	const bool bAtOnce = Whole <= MaxHeightAtOnce;
+	const TSharedRef<SVerticalBox> Column = SNew(SVerticalBox);
+	int32 First = 0;
+	float Height = 0.0f;
 	for (int32 Index = 0; Index < Blocks.Num(); ++Index)
 	{
-		const float Gap = KestrelMarkdownView::GapAbove(Blocks[Index], Index == 0);
+		Height += Heights[Index];
+		const bool bIsLast = Index + 1 == Blocks.Num();
+		if (!bIsLast && (bAtOnce || Height < MinPartHeight))
+		{
+			continue;
+		}
+		const TSharedRef<SKestrelPart> Part = SNew(SKestrelPart)
+												  .OnMake(this, &SKestrelMarkdown::MakeBlocks, First, Index + 1)
+												  .EstimatedHeight(Height)
+												  .PaintsWhole(true)
+												  .OnShown(OnPartShown);
+		Column->AddSlot().AutoHeight()[Part];
+		if (bAtOnce)
+		{
+			Part->Make();
+		}
+		First = Index + 1;
+		Height = 0.0f;
+	}
+	if (bAtOnce)
+	{
+		Blocks.Empty();
+	}
+	return Column;
+}
+
+TSharedRef<SWidget> SKestrelMarkdown::MakeBlocks(int32 First, int32 End)
+{
+	const TSharedRef<SVerticalBox> Column = SNew(SVerticalBox);
+	for (int32 Index = First; Index < End; ++Index)
+	{
+		const bool bFirst = Index == 0 || Continuations.Contains(Index);
+		const float Gap = KestrelMarkdownView::GapAbove(Blocks[Index], bFirst);
 		// clang-format off
-		Column.AddSlot()
+		Column->AddSlot()
 		.AutoHeight()
 		[
-			PutIntoContainers(Blocks[Index], Gap, MakeContent(Blocks[Index]))
+			PutIntoContainers(Blocks[Index], Gap, MakeContent(Index))
 		];
 		// clang-format on
 	}
+	return Column;
 }
 
 TSharedRef<SWidget> SKestrelMarkdown::PutIntoContainers(
@@ -150,12 +298,13 @@ TSharedRef<SWidget> SKestrelMarkdown::PutIntoContainers(
 	return Row;
 }
 
-TSharedRef<SWidget> SKestrelMarkdown::MakeContent(const FMarkdownBlock& Block)
+TSharedRef<SWidget> SKestrelMarkdown::MakeContent(int32 Index)
 {
+	const FMarkdownBlock& Block = Blocks[Index];
 	switch (Block.Kind)
 	{
 	case EMarkdownBlock::Code:
-		return MakeCode(Block);
+		return MakeCode(Index);
 	case EMarkdownBlock::Rule:
 		return SNew(SSeparator).Orientation(Orient_Horizontal).Thickness(1.0f);
 	case EMarkdownBlock::Table:
@@ -173,51 +322,63 @@ TSharedRef<SWidget> SKestrelMarkdown::MakeText(const FMarkdownText& Text, int32 
 		LOCTEXT("Answer", "Answer"), OnLinkChosen);
 }
 
-TSharedRef<SWidget> SKestrelMarkdown::MakeCode(const FMarkdownBlock& Block)
+TSharedRef<SWidget> SKestrelMarkdown::MakeCode(int32 Index)
 {
-	const FTextBlockStyle Small = KestrelMarkdownStyle::MakeSmallStyle();
-	const FString Code = Block.Code;
+	const FMarkdownBlock& Block = Blocks[Index];
+	const TSharedRef<SVerticalBox> Column = SNew(SVerticalBox);
+	if (!Continuations.Contains(Index))
+	{
+		Column->AddSlot().AutoHeight()[MakeCodeHeading(Index)];
+	}
 	// clang-format off
+	Column->AddSlot()
+	.AutoHeight()
+	[
+		SNew(SKestrelSidewaysScrollBox)
+		.Orientation(Orient_Horizontal)
+		+ SScrollBox::Slot()
+		[
+			SKestrelStyledText::Make(
+				KestrelMarkdownPieces::MakeCode(Block.Code, Block.Language), false, LOCTEXT("Code", "Code"))
+		]
+	];
 	return SNew(SBorder)
 		.BorderImage(FKestrelStyle::Get().GetBrush("Kestrel.Block.Code"))
 		.Padding(KestrelMarkdownView::CodePadding)
 		[
-			SNew(SVerticalBox)
-			+ SVerticalBox::Slot()
-			.AutoHeight()
-			[
-				SNew(SHorizontalBox)
-				+ SHorizontalBox::Slot()
-				.FillWidth(1.0f)
-				.VAlign(VAlign_Center)
-				[
-					SNew(STextBlock)
-					.Text(FText::FromString(KestrelMarkdownPieces::ShowLanguage(Block.Language)))
-					.TextStyle(&Small)
-				]
-				+ SHorizontalBox::Slot()
-				.AutoWidth()
-				[
-					SNew(SButton)
-					.Text(LOCTEXT("CopyCode", "Copy"))
-					.ToolTipText(LOCTEXT("CopyCodeToolTip", "Copy this code"))
-					.OnClicked_Lambda([Code]() {
-						FPlatformApplicationMisc::ClipboardCopy(*Code);
-						return FReply::Handled();
-					})
-				]
-			]
-			+ SVerticalBox::Slot()
-			.AutoHeight()
-			[
-				SNew(SKestrelSidewaysScrollBox)
-				.Orientation(Orient_Horizontal)
-				+ SScrollBox::Slot()
-				[
-					SKestrelStyledText::Make(
-						KestrelMarkdownPieces::MakeCode(Block.Code, Block.Language), false, LOCTEXT("Code", "Code"))
-				]
-			]
+			Column
+		];
+	// clang-format on
+}
+
+TSharedRef<SWidget> SKestrelMarkdown::MakeCodeHeading(int32 Index) const
+{
+	FString Code = Blocks[Index].Code;
+	for (int32 Next = Index + 1; Continuations.Contains(Next); ++Next)
+	{
+		Code += Blocks[Next].Code;
+	}
+	const FTextBlockStyle Small = KestrelMarkdownStyle::MakeSmallStyle();
+	// clang-format off
+	return SNew(SHorizontalBox)
+		+ SHorizontalBox::Slot()
+		.FillWidth(1.0f)
+		.VAlign(VAlign_Center)
+		[
+			SNew(STextBlock)
+			.Text(FText::FromString(KestrelMarkdownPieces::ShowLanguage(Blocks[Index].Language)))
+			.TextStyle(&Small)
+		]
+		+ SHorizontalBox::Slot()
+		.AutoWidth()
+		[
+			SNew(SButton)
+			.Text(LOCTEXT("CopyCode", "Copy"))
+			.ToolTipText(LOCTEXT("CopyCodeToolTip", "Copy this code"))
+			.OnClicked_Lambda([Code]() {
+				FPlatformApplicationMisc::ClipboardCopy(*Code);
+				return FReply::Handled();
+			})
 		];
 	// clang-format on
 }
