@@ -30,6 +30,41 @@ class KeyboardWindowTest(ScreenTest):
         return self.wait_for(f"{part!r}", lambda widgets: next(
             (each for each in widgets if part in each["name"] + each.get("value", "")), None))
 
+    def use_the_list_of_conversations(self):
+        """From the prompt box and back to it."""
+        self.focus_by_tab("Conversations", "shift+Tab")
+        self.press("Return")
+        self.focused("Search conversations")
+        self.type("walk")
+        self.focus_by_tab("More for read @walk")
+        self.press("Return")
+        self.focus_by_tab("Rename")
+        self.press("Return")
+        self.focused("New title")
+        self.type("The gate")
+        self.press("Return")
+        self.button("Open The gate")
+        self.focused("Search conversations", "walk")
+        self.press("Escape")
+        self.gone("Open The gate")
+        self.press("Escape")
+        self.focused("Enter your prompt here...")
+        self.focus_by_tab("Conversations", "shift+Tab")
+        self.press("Return")
+        self.focused("Search conversations")
+        self.focus_by_tab("More for The gate")
+        self.press("Return")
+        self.focus_by_tab("Delete")
+        self.press("Return")
+        self.focused("Keep it")
+        self.screen.picture("keyboard-4-list")
+        self.press("Return")
+        self.gone("Keep it")
+        self.press("Escape")
+        self.gone("Delete all")
+        self.press("Escape")
+        self.focused("Enter your prompt here...")
+
     def test_everything_in_the_panel_is_reached_and_done_with_keys(self):
         service = self.start_service()
         change = tool("t1", "update_file", path="Source/Moor/Walker.h", old_string="12", new_string="13")
@@ -96,6 +131,9 @@ class KeyboardWindowTest(ScreenTest):
         self.focus_by_tab("Undo")
         self.press("Return")
         self.shown("Undoing Last Changes...")
+        self.press("Escape")
+        self.focused("Enter your prompt here...")
+        self.use_the_list_of_conversations()
         self.close_editor()
 
 

@@ -200,7 +200,12 @@ bool FSlateAccessibleWidget::SupportsFocus() const
 bool FSlateAccessibleWidget::HasFocus() const
 {
 	const TSharedPtr<SWidget> Pinned = Widget.Pin();
-	return Pinned.IsValid() && Pinned->HasKeyboardFocus();
+	if (!Pinned.IsValid() || Pinned->HasKeyboardFocus())
+	{
+		return Pinned.IsValid();
+	}
+	// A combo box speaks for the button in it, which has the focus.
+	return !Pinned->CanChildrenBeAccessible() && Pinned->HasFocusedDescendants();
 }
 
 void FSlateAccessibleWidget::SetFocus()

@@ -369,6 +369,7 @@ FReply SKestrelConversationList::StartRenaming(const FKestrelConversationInfo& I
 			.Text(FText::FromString(Info.Title))
 			.SelectAllTextWhenFocused(true)
 			.RevertTextOnEscape(true)
+			.ClearKeyboardFocusOnCommit(false) // it goes back to the search
 			.AccessibleText(LOCTEXT("NewTitle", "New title"))
 			.ToolTipText(LOCTEXT("NewTitleToolTip", "Press Enter to rename. Without a title it gets its own one back."))
 			.OnTextCommitted_Lambda([this, Id = Info.Id](const FText& Text, ETextCommit::Type CommitType) {
