@@ -94,7 +94,7 @@ public:
 	EKestrelBlueprintContentFilter BlueprintContentFilter =
 		EKestrelBlueprintContentFilter::UseOnlyBlueprintVisibleContent;
 
-	/** Lets the agent run the tools of an answer without asking. */
+	/** Lets the agent run the tools of an answer without asking, even where a rule says to ask; denied is denied. */
 	UPROPERTY()
 	bool bAutoApprove = false;
 
