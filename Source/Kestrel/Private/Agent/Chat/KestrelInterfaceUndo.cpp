@@ -62,9 +62,8 @@ void FKestrelInterface::UndoLastOperation()
 		FKestrelBlueprintUtils::CompileDirtyBlueprints();
 		FKestrelBlueprintUtils::SaveAndCompileAllDirtyBlueprints();
 	}
-	AddHint(FText::Format(LOCTEXT("Undone", "Undone: {0} {0}|plural(one=file,other=files), {1} "
-											"{1}|plural(one=step in the editor,other=steps in the editor)."),
-		NumFilesUndone, NumStepsUndone));
+	AddHint(FText::Format(
+		LOCTEXT("Undone", "Undone: {0}."), FKestrelUndoPreview::DescribeCounts(NumFilesUndone, NumStepsUndone)));
 	if (bEditorUndone && NumOtherSteps > 0)
 	{
 		AddHint(FText::Format(

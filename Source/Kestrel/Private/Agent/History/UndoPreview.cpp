@@ -102,11 +102,16 @@ void FKestrelUndoPreview::LookAtSteps(const FString& Id)
 	}
 }
 
-FText FKestrelUndoPreview::Describe() const
+FText FKestrelUndoPreview::DescribeCounts(int32 Files, int32 Steps)
 {
-	return FText::Format(LOCTEXT("Counts", "{0} {0}|plural(one=file,other=files), {1} "
-										   "{1}|plural(one=step in the editor,other=steps in the editor)"),
-		NumFiles, NumSteps);
+	const FText FilesText = FText::Format(LOCTEXT("Files", "{0} {0}|plural(one=file,other=files)"), Files);
+	const FText StepsText =
+		FText::Format(LOCTEXT("Steps", "{0} {0}|plural(one=step in the editor,other=steps in the editor)"), Steps);
+	if (Files == 0 || Steps == 0)
+	{
+		return Steps == 0 ? FilesText : StepsText;
+	}
+	return FText::Format(LOCTEXT("FilesAndSteps", "{0}, {1}"), FilesText, StepsText);
 }
 
 FText FKestrelUndoPreview::DescribeOthers() const

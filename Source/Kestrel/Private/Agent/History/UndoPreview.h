@@ -13,8 +13,9 @@ struct KESTREL_API FKestrelUndoPreview
 	static FKestrelUndoPreview OfUndo(const FString& Id, int32 MaxFiles = MAX_int32);
 	static FKestrelUndoPreview OfRedo(const FString& Id, int32 MaxFiles = MAX_int32);
 
-	/** "3 files, 1 step in the editor" */
-	FText Describe() const;
+	/** "3 files, 1 step in the editor", without what there is none of */
+	static FText DescribeCounts(int32 Files, int32 Steps);
+	FText Describe() const { return DescribeCounts(NumFiles, NumSteps); }
 	/** Whether something goes that is not the conversation's. */
 	bool TouchesOthers() const { return !OtherSteps.IsEmpty() || !FilesOfOthers.IsEmpty(); }
 	/** What goes that is not the conversation's, as sentences; empty for nothing. */

@@ -67,8 +67,8 @@ void FKestrelTransactionUndoSpec::Define()
 		AddVariable(Blueprint, GetKestrelTransactionName(TEXT("UNDO-TEST")), TEXT("Others"));
 		AddVariable(Blueprint, TEXT("By hand"), TEXT("Late"));
 		TestTrue(TEXT("can undo"), Interface.CanUndo());
-		KestrelTest::TestSameText(*this, TEXT("touches"), Interface.PreviewUndo().Describe().ToString(),
-			TEXT("0 files, 1 step in the editor"));
+		KestrelTest::TestSameText(
+			*this, TEXT("touches"), Interface.PreviewUndo().Describe().ToString(), TEXT("1 step in the editor"));
 		KestrelTest::TestSameText(*this, TEXT("touches of others"), Interface.PreviewUndo().DescribeOthers().ToString(),
 			TEXT("2 later steps in the editor that you or others made go with them: By hand, Kestrel Transaction "
 				 "UNDO-TEST."));
@@ -79,7 +79,7 @@ void FKestrelTransactionUndoSpec::Define()
 		FString Text;
 		FFileHelper::LoadFileToString(Text, *Content.GetFile(TEXT("BP_Undo")));
 		TestTrue(TEXT("in the file"), Text.Contains(TEXT("Early")) && !Text.Contains(TEXT("Ours")));
-		TestTrue(TEXT("said"), Recorder.Hints.Contains(TEXT("Undone: 0 files, 1 step in the editor.")) &&
+		TestTrue(TEXT("said"), Recorder.Hints.Contains(TEXT("Undone: 1 step in the editor.")) &&
 								   Recorder.Hints.Contains(TEXT("With them 2 later steps of others.")));
 		TestFalse(TEXT("undone, and not to be made again"), Interface.CanUndo() || Interface.CanRedo());
 		TestEqual(TEXT("undone entries stay"), GEditor->Trans->GetUndoCount(), 3);
