@@ -17,8 +17,9 @@ namespace
 {
 constexpr float Padding = 12.0f;
 constexpr float RowGap = 2.0f;
-constexpr float KeyWidth = 120.0f;
-constexpr float MeaningWidth = 170.0f;
+constexpr float KeyGap = 8.0f;
+constexpr float KeyWidth = 136.0f;
+constexpr float MeaningWidth = 160.0f;
 
 struct FRow
 {
@@ -61,7 +62,7 @@ TSharedRef<SWidget> Make()
 				SNew(SBox)
 				.WidthOverride(KeyWidth)
 				[
-					SNew(STextBlock).Text(Row.Key)
+					SNew(STextBlock).Text(Row.Key).WrapTextAt(KeyWidth - KeyGap)
 				]
 			]
 			+ SHorizontalBox::Slot()

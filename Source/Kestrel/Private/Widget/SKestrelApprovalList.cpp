@@ -33,7 +33,7 @@ constexpr float FontSize = 9.0f;
 /** Rows are many: their buttons are lower than those of the panel. */
 const FMargin ButtonPadding(6.0f, 0.0f);
 /** Slate units; more rows, and unfolded changes, scroll. */
-constexpr float MaxHeight = 240.0f;
+constexpr float MaxHeight = 480.0f;
 
 const FLinearColor PlainColor(0.55f, 0.55f, 0.55f);
 const FLinearColor FailingColor(0.32f, 0.32f, 0.32f);

@@ -23,6 +23,7 @@
 #include "Widgets/Layout/SBorder.h"
 #include "Widgets/Layout/SScrollBox.h"
 #include "Widgets/Layout/SSeparator.h"
+#include "Widgets/Layout/SWrapBox.h"
 #include "Widgets/SBoxPanel.h"
 #include "Widgets/SNullWidget.h"
 #include "Widgets/Text/SMultiLineEditableText.h"
@@ -34,6 +35,7 @@ namespace KestrelDiffView
 {
 constexpr float BlockPadding = 8.0f;
 constexpr float ColumnGap = 8.0f;
+constexpr float HeaderGap = 2.0f;
 constexpr float ChunkGap = 4.0f;
 constexpr float FontSize = 9.0f;
 // Of a path in a header: so much leaves room for the counts in a window of 600 units.
@@ -344,44 +346,36 @@ TSharedRef<SWidget> SKestrelWidget::MakeDiffHeader(const FString& FilePath, cons
 	const int32 NumRemoved = KestrelDiffView::CountLines(Chunks, EDiffLineType::Removed);
 	// The path is no button's label: whoever reads the panel by its labels would take a file "pause" for the button.
 	// clang-format off
-	return SNew(SHorizontalBox)
-		+ SHorizontalBox::Slot()
-		.AutoWidth()
+	return SNew(SWrapBox)
+		.UseAllottedSize(true)
+		.InnerSlotPadding(FVector2D(KestrelDiffView::ColumnGap, KestrelDiffView::HeaderGap))
+		+ SWrapBox::Slot()
 		.VAlign(VAlign_Center)
 		[
 			SNew(STextBlock)
 			.Text(FText::FromString(KestrelDiffView::Shorten(KestrelDisplayText::EscapeLine(ShownPath))))
 			.ToolTipText(FText::FromString(KestrelDisplayText::EscapeLine(FilePath)))
 		]
-		+ SHorizontalBox::Slot()
-		.AutoWidth()
+		+ SWrapBox::Slot()
 		.VAlign(VAlign_Center)
-		.Padding(KestrelDiffView::ColumnGap, 0.0f)
 		[
 			KestrelDiffView::MakeCount(
 				FText::FromString(FString::Printf(TEXT("+%d"), NumAdded)), KestrelDiffView::AddedColor)
 		]
-		+ SHorizontalBox::Slot()
-		.AutoWidth()
+		+ SWrapBox::Slot()
 		.VAlign(VAlign_Center)
 		[
 			KestrelDiffView::MakeCount(
 				FText::FromString(FString::Printf(TEXT("-%d"), NumRemoved)), KestrelDiffView::RemovedColor)
 		]
-		+ SHorizontalBox::Slot()
-		.AutoWidth()
-		.VAlign(VAlign_Center)
-		.Padding(KestrelDiffView::ColumnGap, 0.0f, 0.0f, 0.0f)
+		+ SWrapBox::Slot()
 		[
 			SNew(SButton)
 			.Text(LOCTEXT("OpenFile", "Open file"))
 			.ToolTipText(LOCTEXT("OpenToolTip", "Open the file at the first change"))
 			.OnClicked(this, &SKestrelWidget::OnOpenFileClicked, FilePath, KestrelDiffView::FindFirstChange(Chunks))
 		]
-		+ SHorizontalBox::Slot()
-		.AutoWidth()
-		.VAlign(VAlign_Center)
-		.Padding(KestrelDiffView::ColumnGap, 0.0f, 0.0f, 0.0f)
+		+ SWrapBox::Slot()
 		[
 			SNew(SButton)
 			.Text(LOCTEXT("CopyPath", "Copy path"))
