@@ -386,7 +386,7 @@ class OddFilesTest(EndToEndTest):
         self.change(f'replace "old" with "new" in {outside}', 'replace "12" with "13" in Config/DefaultGame.ini')
         run = self.run_editor("-Prompt=/undo")
         self.assertIn(f"what lies outside the project or behind links, or is very large: {outside}", run.output)
-        self.assertIn("Undone: 1 file,", run.output)
+        self.assertIn("Undone: 1 file.", run.output)
         with open(outside, encoding="utf-8") as file:
             self.assertEqual(file.read(), "new\n")
 
@@ -396,7 +396,7 @@ class OddFilesTest(EndToEndTest):
             text = file.read().replace(b"13", b"12")
             file.seek(0)
             file.write(text)
-        self.assertIn("Undone: 1 file,", self.run_editor("-Prompt=/undo").output)
+        self.assertIn("Undone: 1 file.", self.run_editor("-Prompt=/undo").output)
 
     def test_a_copy_left_by_an_editor_that_died_is_offered_at_the_next_start(self):
         rescue = self.path("Saved", "Kestrel", "Rescue")

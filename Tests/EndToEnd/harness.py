@@ -20,6 +20,7 @@ PRESET = os.environ.get("KESTREL_PRESET", "dev")
 API_KEY = "kestrel-end-to-end-key"
 # Nothing here takes seconds; who reaches this hangs.
 LONGEST_RUN_SECONDS = 60
+FAREWELL_SECONDS = 20
 
 
 class EditorRun:

@@ -31,9 +31,12 @@ class ServerTest(EndToEndTest):
         self.addCleanup(self.stop_editor)
 
     def stop_editor(self):
-        self.editor.kill()
-        self.editor.wait()
-        self.editor.stdout.close()
+        self.editor.terminate()
+        try:
+            self.assertEqual(self.editor.wait(harness.FAREWELL_SECONDS), 0)
+        finally:
+            self.editor.kill()
+            self.editor.stdout.close()
 
     def start_server(self, allow="change"):
         self.start_editor(f"-KestrelMcp={allow}")

@@ -24,12 +24,27 @@
 #include "Modules/ModuleManager.h"
 #include "StandaloneRenderer.h"
 
+#include <csignal>
 #include <cstdio>
 
 DEFINE_LOG_CATEGORY_STATIC(LogHostEditor, Log, All);
 
 namespace HostEditor
 {
+volatile std::sig_atomic_t bIsToEnd = 0;
+
+/** Whoever starts an editor without a window ends it like this: it closes down as if its window was closed. */
+void OnTerminate(int Signal)
+{
+	bIsToEnd = 1;
+	std::signal(Signal, SIG_DFL); // the next one ends one that hangs
+}
+
+void ListenForTermination()
+{
+	std::signal(SIGTERM, &OnTerminate);
+}
+
 constexpr double FrameSeconds = 1.0 / 60.0;
 // Frames go on so long after the last event: layouts settle, tool tips come up.
 constexpr double SettlingSeconds = 1.0;
@@ -224,8 +239,13 @@ void FHostEditor::CreateMainWindow()
 
 int32 FHostEditor::Run()
 {
+	HostEditor::ListenForTermination();
 	while (!IsEngineExitRequested())
 	{
+		if (HostEditor::bIsToEnd)
+		{
+			RequestEngineExit(TEXT("SIGTERM"));
+		}
 		Tick();
 		Idle();
 	}

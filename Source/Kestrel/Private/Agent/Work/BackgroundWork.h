@@ -27,12 +27,11 @@ template <typename ResultType>
 class TKestrelBackgroundWork : public IKestrelSlicedWork
 {
 public:
-	/** @param Body  a function of (FKestrelTaskControl&); it should end soon once the work is canceled */
-	template <typename BodyType>
-	explicit TKestrelBackgroundWork(BodyType&& Body)
+	/** @param Body  should end soon once the work is canceled */
+	explicit TKestrelBackgroundWork(TFunction<ResultType(FKestrelTaskControl&)> Body)
 	{
 		Task = UE::Tasks::Launch(
-			UE_SOURCE_LOCATION, [Control = Control, Body = Forward<BodyType>(Body)]() { return Body(*Control); });
+			UE_SOURCE_LOCATION, [Control = Control, Body = MoveTemp(Body)]() { return Body(*Control); });
 	}
 
 	virtual ~TKestrelBackgroundWork() override
