@@ -5,6 +5,7 @@
 #include "HAL/PlatformTime.h"
 #include "HttpManagerState.h"
 #include "HttpModule.h"
+#include "Math/UnrealMathUtility.h"
 #include "Misc/App.h"
 #include "Misc/EngineVersion.h"
 

@@ -122,6 +122,7 @@ void ParallelFor(int32 Num, TFunctionRef<void(int32)> Body, EParallelForFlags Fl
 	std::vector<UE::Tasks::TTask<bool>> Helpers;
 	const int32 NumThreads =
 		Flags == EParallelForFlags::ForceSingleThread ? 1 : std::min(Num, UE::Tasks::Private::GetNumWorkers());
+	Helpers.reserve(static_cast<std::size_t>(std::max(NumThreads - 1, 0)));
 	for (int32 Index = 0; Index < NumThreads - 1; ++Index)
 	{
 		Helpers.push_back(UE::Tasks::Launch(TEXT("ParallelFor"), TakeAll));

@@ -3,6 +3,7 @@
 #include "GenericPlatform/GenericPlatformFile.h"
 #include "HAL/PlatformFileManager.h"
 #include "HAL/PlatformProcess.h"
+#include "Math/UnrealMathUtility.h"
 #include "Misc/Guid.h"
 
 namespace Paths

@@ -121,7 +121,8 @@ float EstimateHeight(const FMarkdownBlock& Block)
 	case EMarkdownBlock::Heading:
 		break;
 	}
-	return Gap + LineHeight * (1 + CountCharacters(Block.Text) / CharactersPerLine);
+	const int32 NumLines = 1 + CountCharacters(Block.Text) / CharactersPerLine;
+	return Gap + LineHeight * static_cast<float>(NumLines);
 }
 
 EHorizontalAlignment ToSlate(EMarkdownAlignment Alignment)
