@@ -16,16 +16,12 @@ TSharedRef<FKestrelTreeWork> KestrelFirstRequest::Begin(const FString& Prompt)
 	const FString Before = KestrelJson::ToCondensedText(First).LeftChop(1) + TEXT(",");
 	const FString After = KestrelJson::ToCondensedText(Last).RightChop(1);
 	return MakeShared<FKestrelTreeWork>(FPaths::ProjectDir(), [Before, After](const FKestrelTreeText& Tree) {
-		const bool bHasTree = !Tree.bIsTooDeep;
-		const TArray<uint8> Start = KestrelJson::ToUtf8(bHasTree ? Before + TEXT("\"file_structure\":") : Before);
-		const TArray<uint8> End = KestrelJson::ToUtf8(bHasTree ? TEXT(",") + After : After);
+		const TArray<uint8> Start = KestrelJson::ToUtf8(Before + TEXT("\"file_structure\":"));
+		const TArray<uint8> End = KestrelJson::ToUtf8(TEXT(",") + After);
 		TArray<uint8> Body;
 		Body.Reserve(Start.Num() + Tree.Utf8.Num() + End.Num());
 		Body += Start;
-		if (bHasTree)
-		{
-			Body += Tree.Utf8;
-		}
+		Body += Tree.Utf8;
 		Body += End;
 		return Body;
 	});

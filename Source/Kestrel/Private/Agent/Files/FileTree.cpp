@@ -80,7 +80,8 @@ struct FTreeFilter
 	}
 };
 
-TSharedRef<FJsonObject> BuildTree(FKestrelFolder& Folder, const FString& ComparedPath, const FTreeFilter& Filter)
+TSharedRef<FJsonObject> BuildTree(
+	FKestrelFolder& Folder, const FString& ComparedPath, const FTreeFilter& Filter, int32 Depth = 0)
 {
 	TRACE_BOOKMARK(TEXT("Kestrel - Start BuildJsonTree"));
 	const TSharedRef<FJsonObject> Tree = MakeShared<FJsonObject>();
@@ -88,7 +89,11 @@ TSharedRef<FJsonObject> BuildTree(FKestrelFolder& Folder, const FString& Compare
 	{
 		return Tree;
 	}
-	const FKestrelFolder::FListing Listing = Folder.List();
+	FKestrelFolder::FListing Listing = Folder.List();
+	if (!KestrelTree::MayHaveFolders(Depth))
+	{
+		Listing.Folders.Empty();
+	}
 	for (const FString& File : Listing.Files)
 	{
 		FString ClassName;
@@ -100,7 +105,7 @@ TSharedRef<FJsonObject> BuildTree(FKestrelFolder& Folder, const FString& Compare
 	for (const FString& Name : Listing.Folders)
 	{
 		FKestrelFolder Sub(Folder, Name);
-		const TSharedRef<FJsonObject> SubTree = BuildTree(Sub, ComparedPath / Name, Filter);
+		const TSharedRef<FJsonObject> SubTree = BuildTree(Sub, ComparedPath / Name, Filter, Depth + 1);
 		if (!SubTree->Values.IsEmpty())
 		{
 			Tree->SetObjectField(Name, SubTree);

@@ -148,8 +148,11 @@ private:
 				Fields.Add({ MoveTemp(File), NoClassName });
 			}
 		}
-		Listing.Folders.RemoveAll([this](const FString& Name) { return IsExcluded(Name); });
-		AddFolders(Folder, Listing.Folders, Depth, Fields, OutStamps);
+		if (KestrelTree::MayHaveFolders(Depth))
+		{
+			Listing.Folders.RemoveAll([this](const FString& Name) { return IsExcluded(Name); });
+			AddFolders(Folder, Listing.Folders, Depth, Fields, OutStamps);
+		}
 		if (HasSameNames(Fields))
 		{
 			MergeSameNames(Fields);
@@ -241,12 +244,16 @@ TSharedRef<const FKestrelTreeText> KestrelTree::MakeText(const TSharedPtr<const 
 	}
 	Tree->Text = Tree->Text.IsEmpty() ? FString(TEXT("{}")) : Tree->Text;
 	Tree->Utf8 = KestrelJson::ToUtf8(Tree->Text);
-	Tree->bIsTooDeep = KestrelJson::IsTooDeep(Tree->Text);
 	const auto MayHideChange = [&Start](const FKestrelTreeText::FStamp& Stamp) {
 		return Stamp.Time == FDateTime::MinValue() || Stamp.Time + TreeText::StepOfTimes > Start;
 	};
 	Tree->bCanTellChanges = !Tree->Stamps.IsEmpty() && !Tree->Stamps.ContainsByPredicate(MayHideChange);
 	return Tree;
+}
+
+bool KestrelTree::MayHaveFolders(int32 Depth)
+{
+	return Depth + 1 < KestrelJson::MaxDepth;
 }
 
 FString KestrelTree::CleanExcludedEntry(const FString& Entry)

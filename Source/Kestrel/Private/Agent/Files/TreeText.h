@@ -39,8 +39,6 @@ struct FKestrelTreeText
 	TArray<FStamp> Stamps;
 	FString Text;       // JSON, without white space
 	TArray<uint8> Utf8; // the same as it goes over the wire
-	/** Nested deeper than any document is (KestrelJson::IsTooDeep). */
-	bool bIsTooDeep = false;
 	/** Whether the stamps would tell of a change. */
 	bool bCanTellChanges = false;
 };
@@ -71,6 +69,14 @@ namespace KestrelTree
  */
 KESTREL_API TSharedRef<const FKestrelTreeText> MakeText(const TSharedPtr<const FKestrelTreeText>& Kept,
 	const FString& Path, const FKestrelTreeFilter& Filter, FKestrelTaskControl& Control);
+
+/**
+ * Whether a tree goes on below a folder; what lies deeper than a document is nested is left out. Trees are written
+ * recursively, and stacks of worker threads are small.
+ *
+ * @param Depth  0 for the folder whose tree it is
+ */
+bool MayHaveFolders(int32 Depth);
 
 /** An entry of the excluded folders as it is compared: without slashes and spaces around it. */
 FString CleanExcludedEntry(const FString& Entry);

@@ -28,7 +28,6 @@ FKestrelTreeWork::FKestrelTreeWork(const FString& Path, FMakeBytes MakeBytes)
 			FFileUtils::BuildJsonTree(Path, Filter.SupportedExtensions, Filter.ExcludedDirs, ClassPatterns)
 				.ToSharedRef());
 		Made->Utf8 = KestrelJson::ToUtf8(Made->Text);
-		Made->bIsTooDeep = KestrelJson::IsTooDeep(Made->Text);
 		Known = Made;
 	}
 	Work = MakeUnique<TKestrelBackgroundWork<FResult>>(

@@ -7,12 +7,6 @@
 #include "Serialization/JsonSerializer.h"
 #include "Serialization/JsonWriter.h"
 
-namespace JsonText
-{
-/** Values are destroyed and read recursively, so that the depth of a text from outside is that of the stack. */
-constexpr int32 MaxDepth = 256;
-}
-
 bool KestrelJson::IsTooDeep(const FString& Text)
 {
 	int32 Depth = 0;
@@ -31,7 +25,7 @@ bool KestrelJson::IsTooDeep(const FString& Text)
 			Depth += *C == '{' || *C == '[';
 			Depth -= *C == '}' || *C == ']';
 		}
-		if (Depth > JsonText::MaxDepth)
+		if (Depth > MaxDepth)
 		{
 			return true;
 		}

@@ -8,6 +8,8 @@ class FJsonValue;
 /** JSON as texts, in the forms that go over the wire. */
 namespace KestrelJson
 {
+/** Values are destroyed and read recursively, so that the depth of a text from outside is that of the stack. */
+constexpr int32 MaxDepth = 256;
 /** Without any white space. */
 KESTREL_API FString ToCondensedText(const TSharedRef<FJsonObject>& Object);
 /** In the engine's layout for people, a tab a level. */

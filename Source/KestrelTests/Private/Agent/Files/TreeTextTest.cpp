@@ -109,3 +109,27 @@ bool FKestrelTreeCacheTest::RunTest(const FString& Parameters)
 	KestrelTest::TestSameText(*this, TEXT("another filter"), TreeTextTest::Make(Kept, Folder.Path, Other), TEXT("{}"));
 	return true;
 }
+
+IMPLEMENT_SIMPLE_AUTOMATION_TEST(
+	FKestrelTreeDepthTest, "Kestrel.TreeText.LeavesOutFoldersThatLieTooDeepForADocument", KestrelTest::Flags)
+bool FKestrelTreeDepthTest::RunTest(const FString& Parameters)
+{
+	constexpr int32 NumFolders = KestrelJson::MaxDepth + 50;
+	const FKestrelTestFolder Folder;
+	FString Below;
+	for (int32 Depth = 1; Depth <= NumFolders; ++Depth)
+	{
+		Below /= TEXT("d");
+		if (Depth == KestrelJson::MaxDepth - 1)
+		{
+			Folder.Write(*(Below / TEXT("last.h")), TEXT("x"));
+		}
+	}
+	Folder.Write(*(Below / TEXT("deep.h")), TEXT("x"));
+	TSharedPtr<const FKestrelTreeText> Kept;
+	const FString Text = TreeTextTest::Make(Kept, Folder.Path);
+	TestTrue(TEXT("can be parsed"), KestrelJson::ParseObject(Text).IsValid());
+	TestTrue(TEXT("the last folder that fits"), Text.Contains(TEXT("last.h")));
+	TestFalse(TEXT("a deeper one"), Text.Contains(TEXT("deep.h")));
+	return KestrelTest::TestSameText(*this, TEXT("as an object"), Text, TreeTextTest::MakeByObject(Folder.Path));
+}
