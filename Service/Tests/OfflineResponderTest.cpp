@@ -165,6 +165,13 @@ TEST_F(OfflineResponderTest, SumsUpScriptsAndSearches)
 							   R"("Blueprint":"BP_A"},{"Type":"Blueprint File","Blueprint":"BP_Health"}]})" } }),
 		"No source file has \"Health\" in it.\n\nIt is in 2 Blueprints:\n  BP_A:\n    Variable Health\n  BP_Health:\n"
 		"    Blueprint File");
+	const std::string Partly = Ask("find Health").back()["id"];
+	EXPECT_EQ(Report({ { "tool_use_id", Partly },
+				  { "content", R"({"cpp_references":[],"cpp_files_not_searched":["/p/Dump.h"],)"
+							   R"("cpp_not_searched":{"count":2,"reason":"r","paths":["/q/A.h","/q/B.h"]},)"
+							   R"("blueprints_not_searched":{"count":1,"paths":[7]}})" } }),
+		"No source file has \"Health\" in it.\n\nNot searched, since reading them needs your approval:\n  /q/A.h\n"
+		"  /q/B.h\n\nNot searched, since they are too large:\n  /p/Dump.h");
 }
 
 TEST_F(OfflineResponderTest, ListsFoldersAndCutsWhatIsLong)

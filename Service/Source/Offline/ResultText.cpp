@@ -148,6 +148,36 @@ std::string DescribeFiles(const Plain::FindText& Request, const Json& Files)
 	return Text + (Files.size() > MaxQuotedLines ? "\n  ... and more" : "");
 }
 
+/** The beginning of a list of paths with a line above, or nothing for none. What is no path is left out. */
+std::string DescribePaths(const std::string& Heading, const std::vector<Json>& Lists)
+{
+	std::string Text;
+	size_t NumPaths = 0;
+	for (const Json& List : Lists)
+	{
+		for (const Json& Path : List)
+		{
+			if (Path.is_string() && NumPaths++ < MaxQuotedLines)
+			{
+				Text += "\n  " + Path.get<std::string>();
+			}
+		}
+	}
+	return Text.empty() ? "" : "\n\n" + Heading + Text + (NumPaths > MaxQuotedLines ? "\n  ... and more" : "");
+}
+
+/** What a search has left out, which may have the text in it all the same. */
+std::string DescribeNotSearched(const Json& Found)
+{
+	const auto LeftOut = [&Found](const char* Field) {
+		const Json Value = Found.value(Field, Json());
+		return Value.is_object() ? Value.value("paths", Json::array()) : Json::array();
+	};
+	return DescribePaths("Not searched, since reading them needs your approval:",
+			   { LeftOut("cpp_not_searched"), LeftOut("blueprints_not_searched") }) +
+		   DescribePaths("Not searched, since they are too large:", { Found.value("cpp_files_not_searched", Json()) });
+}
+
 std::string DescribeReferences(const Plain::FindText& Request, const std::string& Content)
 {
 	const Json Found = Json::parse(Content, nullptr, false);
@@ -157,7 +187,8 @@ std::string DescribeReferences(const Plain::FindText& Request, const std::string
 	}
 	const std::string Blueprints =
 		DescribeBlueprintReferences(Found.value("blueprint_references", Json::array()), MaxQuotedLines);
-	return DescribeFiles(Request, Found["cpp_references"]) + (Blueprints.empty() ? "" : "\n\n" + Blueprints);
+	return DescribeFiles(Request, Found["cpp_references"]) + (Blueprints.empty() ? "" : "\n\n" + Blueprints) +
+		   DescribeNotSearched(Found);
 }
 
 /** The lines of a failed build that say why, or all of them. */
