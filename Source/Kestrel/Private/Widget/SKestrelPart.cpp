@@ -5,6 +5,7 @@
 #include "Layout/ChildrenBase.h"
 #include "Layout/Geometry.h"
 #include "Layout/SlateRect.h"
+#include "Styling/WidgetStyle.h"
 #include "Types/SlateEnums.h"
 #include "Widgets/Layout/SBox.h"
 

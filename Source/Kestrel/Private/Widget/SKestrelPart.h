@@ -5,6 +5,7 @@
 #include "Input/Reply.h"
 #include "Layout/Geometry.h"
 #include "Layout/SlateRect.h"
+#include "Styling/WidgetStyle.h"
 #include "Types/PaintArgs.h"
 #include "Widgets/DeclarativeSyntaxSupport.h"
 #include "Widgets/SCompoundWidget.h"

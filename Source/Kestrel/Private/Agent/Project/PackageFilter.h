@@ -4,6 +4,7 @@
 #include "Agent/Work/SlicedWork.h"
 #include "AssetRegistry/AssetData.h"
 #include "CoreMinimal.h"
+#include "UObject/Object.h"
 #include "UObject/WeakObjectPtrTemplates.h"
 
 /**

@@ -5,6 +5,8 @@
 #include "Dom/JsonObject.h"
 #include "Dom/JsonValue.h"
 #include "HAL/FileManager.h"
+#include "HAL/PlatformTime.h"
+#include "HAL/ThreadSafeCounter.h"
 #include "KestrelLog.h"
 #include "Misc/FileHelper.h"
 #include "Misc/Paths.h"
