@@ -37,7 +37,7 @@ private:
 	{
 		int32 Offset = 0; // in the text without graphs
 		TWeakObjectPtr<const UEdGraph> Graph;
-		int32 NumNodes = 0;
+		uint32 NodesHash = 0; // of which nodes it has, in which order
 	};
 
 	/** Loads the Blueprint and writes all but its graphs. */

@@ -15,6 +15,7 @@
 #include "HAL/PlatformTime.h"
 #include "Templates/Casts.h"
 #include "Templates/SubclassOf.h"
+#include "Templates/TypeHash.h"
 #include "UObject/Interface.h"
 #include "UObject/ObjectMacros.h"
 #include "UObject/ObjectPtr.h"
@@ -59,6 +60,17 @@ int32 EstimateLength(const UEdGraph& Graph)
 		}
 	}
 	return static_cast<int32>(FMath::Min<int64>(Length, MAX_int32 / 8));
+}
+
+/** A node that takes the place of another leaves their number as it is. */
+uint32 HashNodes(const UEdGraph& Graph)
+{
+	uint32 Hash = 0;
+	for (const UEdGraphNode* Node : Graph.Nodes)
+	{
+		Hash = HashCombine(Hash, GetTypeHash(Node));
+	}
+	return Hash;
 }
 
 TArray<FString> GetKeys(const FString& DataSubset)
@@ -307,7 +319,7 @@ private:
 	void LeavePlace(const UEdGraph& Graph)
 	{
 		Json.Raw(FStringView());
-		Read.Places.Add({ Json.Len(), &Graph, Graph.Nodes.Num() });
+		Read.Places.Add({ Json.Len(), &Graph, BlueprintReader::HashNodes(Graph) });
 		Read.NumNodes += Graph.Nodes.Num();
 		Read.NumCharacters += BlueprintReader::EstimateLength(Graph);
 	}
@@ -396,7 +408,7 @@ bool FKestrelBlueprintRead::AreGraphsAsBefore() const
 	for (int32 Index = NextPlace; Index < Places.Num(); ++Index)
 	{
 		const UEdGraph* Graph = Places[Index].Graph.Get();
-		if (!Graph || Graph->Nodes.Num() != Places[Index].NumNodes)
+		if (!Graph || BlueprintReader::HashNodes(*Graph) != Places[Index].NodesHash)
 		{
 			return false;
 		}

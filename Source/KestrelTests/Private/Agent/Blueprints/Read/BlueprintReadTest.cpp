@@ -164,6 +164,25 @@ void FKestrelBlueprintReadSpec::Define()
 			FKestrelBlueprintUtils::ReadBlueprint(TEXT("BP_Changed"), TEXT("Graphs")));
 	});
 
+	It("begins again when a node has taken the place of another", [this]() {
+		const FKestrelTestContent Content;
+		UBlueprint* Blueprint = Content.CreateBlueprint(TEXT("BP_Replaced"));
+		UEdGraph& Graph = *Blueprint->UbergraphPages[0];
+		FKestrelBlueprintRead Read(GetAddress(*Blueprint), TEXT("Graphs"));
+		for (int32 Step = 0; !Read.Step(0.0); ++Step)
+		{
+			if (Step == 2)
+			{
+				Graph.RemoveNode(Graph.Nodes[0]);
+				FGraphNodeCreator<UK2Node_CustomEvent> Events(Graph);
+				Events.CreateNode()->CustomFunctionName = TEXT("Instead");
+				Events.Finalize();
+			}
+		}
+		KestrelTest::TestSameText(*this, TEXT("document"), Read.TakeResult(),
+			FKestrelBlueprintUtils::ReadBlueprint(TEXT("BP_Replaced"), TEXT("Graphs")));
+	});
+
 	It("keeps the place of a section that is asked for in other letters", [this]() {
 		const FKestrelTestContent Content;
 		UBlueprint* Blueprint = Content.CreateBlueprint(TEXT("BP_Keys"));
