@@ -112,6 +112,12 @@ void FHTTPAPI::InitialPromptRequest(const FString& Prompt)
 	});
 }
 
+void FHTTPAPI::DropFirstRequest()
+{
+	FirstTreeRunner.Stop();
+	FirstTree.Reset();
+}
+
 TOptional<int32> FHTTPAPI::GetNumFoldersListed() const
 {
 	return FirstTree ? TOptional<int32>(FirstTree->GetNumFolders()) : TOptional<int32>();
@@ -138,6 +144,7 @@ void FHTTPAPI::RegularRequest(const FString& Body)
 
 void FHTTPAPI::SendCommand(TArray<uint8>&& Body)
 {
+	DropFirstRequest();
 	ResetPollDelay();
 	const FHttpRequestRef Request = FHttpModule::Get().CreateRequest();
 	Request->SetVerb(TEXT("POST"));
@@ -344,8 +351,7 @@ void FHTTPAPI::InterpretStatus(const TSharedRef<FJsonObject>& Reply, const FStri
 
 void FHTTPAPI::CancelPolling()
 {
-	FirstTreeRunner.Stop();
-	FirstTree.Reset();
+	DropFirstRequest();
 	bIsPolling = false;
 	Polls.Empty();
 	NumUnusableReplies = 0;

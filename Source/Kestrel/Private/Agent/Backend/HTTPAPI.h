@@ -102,6 +102,8 @@ private:
 		double SentAt = 0.0; // seconds of FPlatformTime
 	};
 
+	/** One that is still being made is not sent. */
+	void DropFirstRequest();
 	/** @param Body  UTF-8 */
 	void SendCommand(TArray<uint8>&& Body);
 	void Send(const FHttpRequestRef& Request);

@@ -26,9 +26,17 @@ void FKestrelWorkRunner::Stop()
 
 bool FKestrelWorkRunner::Step(double Deadline)
 {
+	if (bIsStepping)
+	{
+		return true; // what runs lets the editor tick
+	}
 	// What runs may stop this, and so may whoever is told of its end.
 	const TSharedPtr<IKestrelSlicedWork> Current = Work;
-	const bool bDone = Current->Step(Deadline);
+	bool bDone = false;
+	{
+		const TGuardValue<bool> Stepping(bIsStepping, true);
+		bDone = Current->Step(Deadline);
+	}
 	if (Work != Current)
 	{
 		return false;

@@ -37,5 +37,6 @@ private:
 
 	TSharedPtr<IKestrelSlicedWork> Work;
 	TFunction<void()> OnDone;
+	bool bIsStepping = false;
 	FTSTicker::FDelegateHandle TickerHandle;
 };

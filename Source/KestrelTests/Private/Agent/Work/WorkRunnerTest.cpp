@@ -29,6 +29,24 @@ private:
 	int32& NumSteps;
 };
 
+/** So many that they are not listed at once. */
+class FManyFolders
+{
+public:
+	FManyFolders()
+	{
+		for (int32 Index = 0; Index < 500; ++Index)
+		{
+			IFileManager::Get().MakeDirectory(*Folder.Full(FString::FromInt(Index)));
+		}
+		FKestrelKeptTree::Get().Forget();
+	}
+	UE_NONCOPYABLE(FManyFolders)
+
+private:
+	const FKestrelTestFolder Folder;
+};
+
 /** An answer that searches, says something, and lists a folder. */
 const TCHAR* const Answer =
 	TEXT("{\"auto_continue\":true,\"response\":["
@@ -114,6 +132,33 @@ void FKestrelWorkRunnerSpec::Define()
 		TestFalse(TEXT("nobody is told"), bDone || Runner.IsRunning());
 	});
 
+	It("takes no step inside another one, should a step let the editor tick", [this]() {
+		class FTicking : public IKestrelSlicedWork
+		{
+		public:
+			virtual bool Step(double) override
+			{
+				const TGuardValue<int32> Inside(Depth, Depth + 1);
+				Deepest = FMath::Max(Deepest, Depth);
+				if (Depth < 3)
+				{
+					Tick();
+				}
+				return ++NumSteps >= 3;
+			}
+			virtual float GetProgress() const override { return -1.0f; }
+
+			int32 Depth = 0;
+			int32 Deepest = 0;
+			int32 NumSteps = 0;
+		};
+		FKestrelWorkRunner Runner;
+		const TSharedRef<FTicking> Work = MakeShared<FTicking>();
+		Runner.Start(Work, []() {});
+		TestTrue(TEXT("done"), TickUntil([&Runner]() { return !Runner.IsRunning(); }));
+		TestEqual(TEXT("one in another"), Work->Deepest, 1);
+	});
+
 	It("asks a task to end when its work is dropped, and waits for it", [this]() {
 		int32 NumRounds = 0;
 		{
@@ -195,16 +240,22 @@ void FKestrelWorkRunnerSpec::Define()
 		TestTrue(TEXT("one ran, one waits"), Agent.GetToolResults().Num() == 1 && Agent.GetPendingTools().Num() == 1);
 	});
 
+	It("lets a later command take the place of a first request that is not yet made", [this]() {
+		const FKestrelPanelRecorder Recorder;
+		const FSlowMotion SlowMotion;
+		const FManyFolders Folders;
+		FHTTPAPI::Get().InitialPromptRequest(TEXT("Who is there?"));
+		TestTrue(TEXT("under way"), FHTTPAPI::Get().GetNumFoldersListed().IsSet());
+		FHTTPAPI::Get().RegularRequest(TEXT("{}"));
+		TestFalse(TEXT("dropped"), FHTTPAPI::Get().GetNumFoldersListed().IsSet());
+		FHTTPAPI::Get().CancelPolling();
+	});
+
 	It("sends no first request when the conversation ends before the project is listed", [this]() {
 		const FKestrelPanelRecorder Recorder;
 		const FKestrelTestLog Log;
 		const FSlowMotion SlowMotion;
-		const FKestrelTestFolder Folder;
-		for (int32 Index = 0; Index < 500; ++Index)
-		{
-			IFileManager::Get().MakeDirectory(*Folder.Full(FString::FromInt(Index)));
-		}
-		FKestrelKeptTree::Get().Forget();
+		const FManyFolders Folders;
 		FAgent& Agent = FAgent::Get();
 		const FInitialRequestStateData Prompt(TEXT("Who is there?"));
 		Agent.SetAgentState(EAgentState::InitialRequest, &Prompt);
