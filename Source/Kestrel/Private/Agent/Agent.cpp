@@ -8,7 +8,7 @@
 #include "Agent/Text/JsonText.h"
 #include "Agent/Tools/PendingTools.h"
 #include "Agent/Tools/ToolPlan.h"
-#include "Agent/Tools/ToolWork.h"
+#include "Agent/Work/TextWork.h"
 #include "Agent/Work/WorkRunner.h"
 #include "Dom/JsonObject.h"
 #include "Dom/JsonValue.h"
@@ -95,7 +95,7 @@ public:
 	const FKestrelApprovalRules Rules;
 	KestrelAgent::FSharedFinder Finder;
 	TSharedPtr<FKestrelToolPlan> Plan; // of the tool at work; null between them
-	TSharedPtr<FKestrelToolWork> Work;
+	TSharedPtr<IKestrelTextWork> Work;
 	bool bGoesOn = true; // false once a tool has ended the turn
 
 	// An answer's blocks.
@@ -687,8 +687,8 @@ void FAgent::BeginTool(FTurn& InOutTurn, const TSharedRef<FKestrelToolPlan>& Pla
 void FAgent::FinishTool(FTurn& InOutTurn)
 {
 	const TSharedPtr<FKestrelToolPlan> Plan = MoveTemp(InOutTurn.Plan);
-	const TSharedPtr<FKestrelToolWork> Work = MoveTemp(InOutTurn.Work);
-	InOutTurn.bGoesOn = KeepResult(*Plan, Work->GetResult());
+	const TSharedPtr<IKestrelTextWork> Work = MoveTemp(InOutTurn.Work);
+	InOutTurn.bGoesOn = KeepResult(*Plan, Work->TakeText());
 	InOutTurn.Finder.NoteThatRan(*Plan);
 }
 

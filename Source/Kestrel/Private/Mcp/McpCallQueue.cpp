@@ -5,7 +5,7 @@
 #include "Agent/Files/FileUtils.h"
 #include "Agent/Project/CompilationManager.h"
 #include "Agent/Tools/ToolPlan.h"
-#include "Agent/Tools/ToolWork.h"
+#include "Agent/Work/TextWork.h"
 #include "Dom/JsonObject.h"
 #include "Dom/JsonValue.h"
 #include "HAL/PlatformTime.h"
@@ -399,11 +399,11 @@ void FKestrelMcpCallQueue::Run(const FCallRef& Call)
 void FKestrelMcpCallQueue::RunReading(const FCallRef& Call)
 {
 	// Nobody needs to be told.
-	const TSharedRef<FKestrelToolWork> Work = Call->Plan->Begin(EKestrelStatusLine::Hidden);
+	const TSharedRef<IKestrelTextWork> Work = Call->Plan->Begin(EKestrelStatusLine::Hidden);
 	Call->Runner.Start(Work, [this, Weak = TWeakPtr<FKestrelMcpCall>(Call), Work]() {
 		if (const TSharedPtr<FKestrelMcpCall> Ended = Weak.Pin())
 		{
-			Finish(Ended.ToSharedRef(), Work->GetResult());
+			Finish(Ended.ToSharedRef(), Work->TakeText());
 		}
 	});
 }

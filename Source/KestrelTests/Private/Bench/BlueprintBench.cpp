@@ -137,7 +137,7 @@ FString KestrelBlueprintBench::ReadInSteps(int32 Run, double Size)
 	const FString Path = FString::Printf(TEXT("/Game/%s.%s"), *Name, *Name);
 	FKestrelBlueprintRead Read(FKestrelAssetAddress{ Name, Path }, TEXT("Graphs"));
 	RunInSteps(Read);
-	return FString::Printf(TEXT("%d characters"), Read.TakeResult().Len());
+	return FString::Printf(TEXT("%d characters"), Read.TakeText().Len());
 }
 
 FString KestrelBlueprintBench::LookUpBlueprint(int32 Run, double Size)

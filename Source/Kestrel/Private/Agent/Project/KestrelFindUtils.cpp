@@ -8,7 +8,7 @@ FString FKestrelFindUtils::FindInAllFiles(const FString& ReferenceString)
 {
 	FKestrelProjectSearch Search(ReferenceString);
 	Search.Finish();
-	return Search.MakeText();
+	return Search.TakeText();
 }
 
 void FKestrelFindUtils::FindInAllCppFiles(const FString& ReferenceString, TSharedPtr<FJsonObject>& Result)

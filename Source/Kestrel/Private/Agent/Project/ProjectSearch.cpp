@@ -40,7 +40,7 @@ void FKestrelProjectSearch::Finish()
 	}
 }
 
-FString FKestrelProjectSearch::MakeText()
+FString FKestrelProjectSearch::TakeText()
 {
 	TSharedPtr<FJsonObject> Result = MakeShared<FJsonObject>();
 	Result->SetStringField(TEXT("reference_string"), ReferenceString);

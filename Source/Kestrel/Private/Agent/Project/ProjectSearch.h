@@ -2,14 +2,14 @@
 
 #include "Agent/Project/BlueprintSearch.h"
 #include "Agent/Project/SourceSearch.h"
-#include "Agent/Work/SlicedWork.h"
+#include "Agent/Work/TextWork.h"
 #include "CoreMinimal.h"
 
 /**
  * FKestrelFindUtils::FindInAllFiles in slices. Blueprints are searched on the game thread while others read the
  * sources.
  */
-class KESTREL_API FKestrelProjectSearch : public IKestrelSlicedWork
+class KESTREL_API FKestrelProjectSearch : public IKestrelTextWork
 {
 public:
 	explicit FKestrelProjectSearch(const FString& InReferenceString);
@@ -19,8 +19,8 @@ public:
 	virtual bool IsElsewhere() const override { return bHasBlueprints && Sources.IsElsewhere(); }
 	virtual void Finish() override;
 
-	/** The document, at the end. */
-	FString MakeText();
+	/** The document. */
+	virtual FString TakeText() override;
 
 private:
 	const FString ReferenceString;

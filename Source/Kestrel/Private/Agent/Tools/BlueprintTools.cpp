@@ -6,7 +6,6 @@
 #include "Agent/History/TransactionLookup.h"
 #include "Agent/Text/JsonText.h"
 #include "Agent/Tools/ToolPlan.h"
-#include "Agent/Tools/ToolWork.h"
 #include "BehaviorTree/BehaviorTree.h"
 #include "Dom/JsonObject.h"
 #include "Engine/Blueprint.h"
@@ -64,26 +63,9 @@ void PlanRead(FKestrelProjectView& View, FKestrelToolPlan& Plan)
 	Plan.SetAsset(View, &UBlueprint::StaticClass, Plan.Input.Get(ReadName));
 }
 
-/** Reads some nodes in each slice. */
-class FReadWork : public FKestrelToolWork
+TSharedRef<IKestrelTextWork> BeginRead(const FKestrelToolPlan& Plan)
 {
-public:
-	explicit FReadWork(const FKestrelToolPlan& Plan)
-		: Read(Plan.Asset, Plan.Input.Get(DataSubset))
-	{
-	}
-
-	virtual bool Step(double Deadline) override { return Read.Step(Deadline); }
-	virtual float GetProgress() const override { return Read.GetProgress(); }
-	virtual FString GetResult() override { return Read.TakeResult(); }
-
-private:
-	FKestrelBlueprintRead Read;
-};
-
-TSharedRef<FKestrelToolWork> BeginRead(const FKestrelToolPlan& Plan)
-{
-	return MakeShared<FReadWork>(Plan);
+	return MakeShared<FKestrelBlueprintRead>(Plan.Asset, Plan.Input.Get(DataSubset));
 }
 
 /** Whether a string in a JSON document holds a NUL, which is always escaped there. A backslash is only in strings. */

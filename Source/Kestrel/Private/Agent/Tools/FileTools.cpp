@@ -9,7 +9,7 @@
 #include "Agent/Files/TreeWork.h"
 #include "Agent/Project/TreeReview.h"
 #include "Agent/Tools/ToolPlan.h"
-#include "Agent/Tools/ToolWork.h"
+#include "Agent/Work/TextWork.h"
 #include "GenericPlatform/GenericPlatformFile.h"
 #include "HAL/FileManager.h"
 #include "HAL/PlatformFileManager.h"
@@ -514,7 +514,7 @@ void PlanTree(FKestrelProjectView& View, FKestrelToolPlan& Plan)
 }
 
 /** Lists the folder on another thread. */
-class FTreeWork : public FKestrelToolWork
+class FTreeWork : public IKestrelTextWork
 {
 public:
 	explicit FTreeWork(const FKestrelToolPlan& Plan)
@@ -527,14 +527,14 @@ public:
 	virtual float GetProgress() const override { return Tree.GetProgress(); }
 	virtual bool IsElsewhere() const override { return Tree.IsElsewhere(); }
 	virtual void Finish() override { Tree.Finish(); }
-	virtual FString GetResult() override { return KestrelTreeReview::LeaveOutRestricted(Folder, Tree.GetText()); }
+	virtual FString TakeText() override { return KestrelTreeReview::LeaveOutRestricted(Folder, Tree.GetText()); }
 
 private:
 	const FString Folder;
 	FKestrelTreeWork Tree;
 };
 
-TSharedRef<FKestrelToolWork> BeginTree(const FKestrelToolPlan& Plan)
+TSharedRef<IKestrelTextWork> BeginTree(const FKestrelToolPlan& Plan)
 {
 	return MakeShared<FTreeWork>(Plan);
 }

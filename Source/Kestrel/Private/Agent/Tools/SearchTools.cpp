@@ -1,6 +1,5 @@
 #include "Agent/Project/ProjectSearch.h"
 #include "Agent/Tools/ToolPlan.h"
-#include "Agent/Tools/ToolWork.h"
 
 #define LOCTEXT_NAMESPACE "KestrelSearchTools"
 
@@ -14,28 +13,9 @@ void PlanSearch(FKestrelProjectView&, FKestrelToolPlan& Plan)
 	Plan.Target = Plan.Input.Get(Reference);
 }
 
-/** Searches in slices. */
-class FSearchWork : public FKestrelToolWork
+TSharedRef<IKestrelTextWork> BeginSearch(const FKestrelToolPlan& Plan)
 {
-public:
-	explicit FSearchWork(const FKestrelToolPlan& Plan)
-		: Search(Plan.Input.Get(Reference))
-	{
-	}
-
-	virtual bool Step(double Deadline) override { return Search.Step(Deadline); }
-	virtual float GetProgress() const override { return Search.GetProgress(); }
-	virtual bool IsElsewhere() const override { return Search.IsElsewhere(); }
-	virtual void Finish() override { Search.Finish(); }
-	virtual FString GetResult() override { return Search.MakeText(); }
-
-private:
-	FKestrelProjectSearch Search;
-};
-
-TSharedRef<FKestrelToolWork> BeginSearch(const FKestrelToolPlan& Plan)
-{
-	return MakeShared<FSearchWork>(Plan);
+	return MakeShared<FKestrelProjectSearch>(Plan.Input.Get(Reference));
 }
 }
 

@@ -7,7 +7,7 @@
 #include "Agent/Files/NativeFile.h"
 #include "Agent/Files/PathReview.h"
 #include "Agent/Text/DisplayText.h"
-#include "Agent/Tools/ToolWork.h"
+#include "Agent/Work/TextWork.h"
 #include "Dom/JsonObject.h"
 #include "Misc/PackageName.h"
 
@@ -294,7 +294,7 @@ bool FKestrelToolPlan::AssetsStillHold(FKestrelAssetFinder& Finder) const
 }
 
 /** A plan that is carried out. */
-class FKestrelToolPlan::FWork : public FKestrelToolWork
+class FKestrelToolPlan::FWork : public IKestrelTextWork
 {
 public:
 	FWork(const FKestrelToolPlan& InPlan, EKestrelStatusLine StatusLine)
@@ -321,21 +321,21 @@ public:
 		}
 	}
 
-	virtual FString GetResult() override
+	virtual FString TakeText() override
 	{
 		if (!Plan.bRuns)
 		{
 			return Plan.Refusal;
 		}
-		return Slices ? Slices->GetResult() : Plan.Run();
+		return Slices ? Slices->TakeText() : Plan.Run();
 	}
 
 private:
 	const FKestrelToolPlan& Plan;
-	TSharedPtr<FKestrelToolWork> Slices; // null for a tool that works at once
+	TSharedPtr<IKestrelTextWork> Slices; // null for a tool that works at once
 };
 
-TSharedRef<FKestrelToolWork> FKestrelToolPlan::Begin(EKestrelStatusLine StatusLine) const
+TSharedRef<IKestrelTextWork> FKestrelToolPlan::Begin(EKestrelStatusLine StatusLine) const
 {
 	return MakeShared<FWork>(*this, StatusLine);
 }
@@ -344,7 +344,7 @@ FString FKestrelToolPlan::Apply(EKestrelStatusLine StatusLine) const
 {
 	FWork Work(*this, StatusLine);
 	Work.Finish();
-	return Work.GetResult();
+	return Work.TakeText();
 }
 
 FString FKestrelToolPlan::Run() const

@@ -9,7 +9,7 @@
 #include "CoreMinimal.h"
 
 class FJsonObject;
-class FKestrelToolWork;
+class IKestrelTextWork;
 class UClass;
 
 /** How a tool changes its file. */
@@ -75,7 +75,7 @@ struct KESTREL_API FKestrelToolPlan
 	/** Runs the tool. @return its result */
 	FString Apply(EKestrelStatusLine StatusLine = EKestrelStatusLine::Shown) const;
 	/** Begins to run the tool, which goes on in slices. The plan has to outlive the work. */
-	TSharedRef<FKestrelToolWork> Begin(EKestrelStatusLine StatusLine = EKestrelStatusLine::Shown) const;
+	TSharedRef<IKestrelTextWork> Begin(EKestrelStatusLine StatusLine = EKestrelStatusLine::Shown) const;
 	/** Whether others find the project's files and assets as they were, once it has run. */
 	bool LeavesAllAsItIs() const { return Kind == EKestrelToolKind::Read; }
 	bool AnswersLater() const { return Tool && Tool->Answers == EKestrelAnswers::Later; }

@@ -5,7 +5,7 @@
 
 class FJsonObject;
 class FKestrelProjectView;
-class FKestrelToolWork;
+class IKestrelTextWork;
 struct FKestrelToolPlan;
 
 /** What the field of a tool's input holds. */
@@ -81,7 +81,7 @@ struct FKestrelTool
 	FString (*Apply)(const FKestrelToolPlan& Plan);
 	EKestrelAnswers Answers = EKestrelAnswers::AtOnce;
 	/** Of a tool that may take longer than a frame. It reads the plan at once, and never again. */
-	TSharedRef<FKestrelToolWork> (*Begin)(const FKestrelToolPlan& Plan) = nullptr;
+	TSharedRef<IKestrelTextWork> (*Begin)(const FKestrelToolPlan& Plan) = nullptr;
 };
 
 namespace KestrelTools

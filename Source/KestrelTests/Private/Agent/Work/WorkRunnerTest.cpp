@@ -73,6 +73,9 @@ public:
 	UE_NONCOPYABLE(FConversation)
 
 	void Receive() const { FAgent::Get().HandlePollStatusRequestCompleted(KestrelJson::ParseObject(Answer)); }
+
+	const FKestrelPanelRecorder Recorder;
+	const KestrelTest::FSlowMotion SlowMotion;
 };
 }
 
@@ -175,14 +178,12 @@ void FKestrelWorkRunnerSpec::Define()
 	});
 
 	It("keeps the order of an answer while a tool takes several frames", [this]() {
-		const FKestrelPanelRecorder Recorder;
-		const FSlowMotion SlowMotion;
 		const FConversation Conversation;
 		FAgent& Agent = FAgent::Get();
 		Conversation.Receive();
 		TestTrue(TEXT("at work"), Agent.GetToolProgress().IsSet() && Agent.GetToolResults().IsEmpty());
 		TestTrue(TEXT("state"), Agent.GetAgentState() == EAgentState::PollResponse);
-		TestFalse(TEXT("not yet said"), Recorder.GetTexts().ContainsByPredicate(
+		TestFalse(TEXT("not yet said"), Conversation.Recorder.GetTexts().ContainsByPredicate(
 											[](const FString& Text) { return Text.Contains(TEXT("Between them.")); }));
 		bool bSawResult = false;
 		const FDelegateHandle Handle = Agent.OnToolDone().AddLambda(
@@ -191,31 +192,28 @@ void FKestrelWorkRunnerSpec::Define()
 			TickUntil([&Agent]() { return Agent.GetToolResults().IsEmpty() && !Agent.GetToolProgress(); }));
 		Agent.OnToolDone().Remove(Handle);
 		TestTrue(TEXT("both results"), bSawResult);
-		const FString Said = FString::Join(Recorder.GetTexts(), TEXT("|"));
+		const FString Said = FString::Join(Conversation.Recorder.GetTexts(), TEXT("|"));
 		const int32 Between = Said.Find(TEXT("Between them."));
 		TestTrue(TEXT("in order"),
 			Said.Find(TEXT("Finding Reference")) < Between && Between < Said.Find(TEXT("Sending request")));
 	});
 
 	It("drops the tool at work when the conversation ends, without a trace", [this]() {
-		const FKestrelPanelRecorder Recorder;
-		const FSlowMotion SlowMotion;
 		const FConversation Conversation;
 		FAgent& Agent = FAgent::Get();
 		Conversation.Receive();
 		Agent.EndRequest(FString());
-		const int32 NumMessages = Recorder.Messages.Num();
+		const int32 NumMessages = Conversation.Recorder.Messages.Num();
 		for (int32 Frame = 0; Frame < 10; ++Frame)
 		{
 			Tick();
 		}
 		TestTrue(TEXT("idle"), Agent.GetAgentState() == EAgentState::Idle && !Agent.GetToolProgress());
-		TestTrue(TEXT("no result"), Agent.GetToolResults().IsEmpty() && Recorder.Messages.Num() == NumMessages);
+		TestTrue(
+			TEXT("no result"), Agent.GetToolResults().IsEmpty() && Conversation.Recorder.Messages.Num() == NumMessages);
 	});
 
 	It("keeps the tools behind the one at work when it is paused", [this]() {
-		const FKestrelPanelRecorder Recorder;
-		const FSlowMotion SlowMotion;
 		const FConversation Conversation;
 		FAgent& Agent = FAgent::Get();
 		Conversation.Receive();
@@ -225,8 +223,6 @@ void FKestrelWorkRunnerSpec::Define()
 	});
 
 	It("lets approved tools be paused as well", [this]() {
-		const FKestrelPanelRecorder Recorder;
-		const FSlowMotion SlowMotion;
 		const FConversation Conversation;
 		FAgent& Agent = FAgent::Get();
 		Agent.PauseRequest();

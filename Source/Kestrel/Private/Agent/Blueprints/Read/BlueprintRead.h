@@ -3,7 +3,7 @@
 #include "Agent/Blueprints/Assets/BlueprintLookup.h"
 #include "Agent/Blueprints/Read/GraphDocument.h"
 #include "Agent/Text/JsonBuilder.h"
-#include "Agent/Work/SlicedWork.h"
+#include "Agent/Work/TextWork.h"
 #include "CoreMinimal.h"
 #include "UObject/WeakObjectPtrTemplates.h"
 
@@ -16,7 +16,7 @@ class UEdGraph;
  * Reads a Blueprint, as FKestrelBlueprintUtils::ReadBlueprint does at once, a few nodes at a time. When the Blueprint's
  * graphs change between two steps, the work begins again; after some times it is done in one step.
  */
-class KESTREL_API FKestrelBlueprintRead final : public IKestrelSlicedWork
+class KESTREL_API FKestrelBlueprintRead final : public IKestrelTextWork
 {
 public:
 	/** @param InDataSubset  "All", or the name of the one section to read beside "Name" and "Path" */
@@ -27,7 +27,7 @@ public:
 	float GetProgress() const override;
 
 	/** At the end, once: the document, or an object with "Error". */
-	FString TakeResult();
+	FString TakeText() override;
 
 private:
 	friend class FKestrelBlueprintSections;

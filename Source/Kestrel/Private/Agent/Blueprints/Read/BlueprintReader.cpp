@@ -360,7 +360,7 @@ float FKestrelBlueprintRead::GetProgress() const
 	return bDone ? 1.0f : static_cast<float>(NumWritten) / static_cast<float>(FMath::Max(NumNodes, 1));
 }
 
-FString FKestrelBlueprintRead::TakeResult()
+FString FKestrelBlueprintRead::TakeText()
 {
 	return Json.TakeText();
 }
@@ -458,7 +458,7 @@ FString FKestrelBlueprintUtils::ReadBlueprint(const FKestrelAssetAddress& Addres
 	while (!Read.Step(FPlatformTime::Seconds() + 1.0))
 	{
 	}
-	return Read.TakeResult();
+	return Read.TakeText();
 }
 
 FString FKestrelBlueprintUtils::SerializeJson(const TSharedPtr<FJsonObject>& Object)

@@ -139,7 +139,7 @@ void FKestrelBlueprintReadSpec::Define()
 			++NumSteps;
 		}
 		TestTrue(TEXT("a slice for each node"), NumSteps > 40);
-		KestrelTest::TestSameText(*this, TEXT("in slices"), Read.TakeResult(), Expected);
+		KestrelTest::TestSameText(*this, TEXT("in slices"), Read.TakeText(), Expected);
 		const UEdGraph& Graph = *Blueprint->UbergraphPages[0];
 		KestrelTest::TestSameText(*this, TEXT("as an object"),
 			KestrelJson::ToCondensedText(FKestrelBlueprintUtils::ReadEdGraph(&Graph).ToSharedRef()),
@@ -160,7 +160,7 @@ void FKestrelBlueprintReadSpec::Define()
 				Graph.RemoveNode(Graph.Nodes.Last());
 			}
 		}
-		KestrelTest::TestSameText(*this, TEXT("document"), Read.TakeResult(),
+		KestrelTest::TestSameText(*this, TEXT("document"), Read.TakeText(),
 			FKestrelBlueprintUtils::ReadBlueprint(TEXT("BP_Changed"), TEXT("Graphs")));
 	});
 
@@ -179,7 +179,7 @@ void FKestrelBlueprintReadSpec::Define()
 				Events.Finalize();
 			}
 		}
-		KestrelTest::TestSameText(*this, TEXT("document"), Read.TakeResult(),
+		KestrelTest::TestSameText(*this, TEXT("document"), Read.TakeText(),
 			FKestrelBlueprintUtils::ReadBlueprint(TEXT("BP_Replaced"), TEXT("Graphs")));
 	});
 
