@@ -199,11 +199,13 @@ uint32 FKestrelPackageIndex::Read(
 	Entry.Size = Bytes.Num();
 	Entry.UnknownNodesKey = Words.GetUnknownNodesKey();
 	uint32 Bits = FindNames(Words, Entry.bHasUnknownNode);
+	const TConstArrayView<uint8> Shown(Folded.GetData(), NumFolded);
 	for (int32 Index = 0; Index < Words.GetWords().Num(); ++Index)
 	{
 		const FKestrelSearchWord& Word = Words.GetWords()[Index];
 		const uint32 Bit = 1u << Index;
-		Bits |= Entry.bHasUnknownNode || Word.bIsAnywhere || (!(Bits & Bit) && Contains(Word.Letters)) ? Bit : 0u;
+		Bits |=
+			Entry.bHasUnknownNode || Word.bIsAnywhere || (!(Bits & Bit) && Word.Needle.OccursInBytes(Shown)) ? Bit : 0u;
 	}
 	Keep(Package, MoveTemp(Entry));
 	return Bits;
@@ -224,32 +226,6 @@ void FKestrelPackageIndex::Fold()
 		Out += *Each != 0;
 	}
 	NumFolded = static_cast<int32>(Out - Folded.GetData());
-}
-
-/** Horspool's algorithm (R. N. Horspool, "Practical fast searching in strings", 1980). */
-bool FKestrelPackageIndex::Contains(const TArray<uint8>& Letters) const
-{
-	const int32 Length = Letters.Num();
-	int32 Steps[256];
-	for (int32& Step : Steps)
-	{
-		Step = Length;
-	}
-	for (int32 Index = 0; Index < Length - 1; ++Index)
-	{
-		Steps[Letters[Index]] = Length - 1 - Index;
-	}
-	const uint8* const Begin = Folded.GetData();
-	for (int32 At = 0; At + Length <= NumFolded;)
-	{
-		const uint8 Last = Begin[At + Length - 1];
-		if (Last == Letters.Last() && FMemory::Memcmp(Begin + At, Letters.GetData(), Length) == 0)
-		{
-			return true;
-		}
-		At += Steps[Last];
-	}
-	return false;
 }
 
 uint32 FKestrelPackageIndex::FindNames(const FKestrelSearchWords& Words, bool& bOutUnknownNode) const

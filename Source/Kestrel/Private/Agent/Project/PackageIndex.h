@@ -43,7 +43,6 @@ private:
 	uint32 FindInEntry(const FEntry& Entry, const FKestrelSearchWords& Words) const;
 	uint32 Read(FName Package, const FString& File, const FDateTime& Time, const FKestrelSearchWords& Words);
 	void Fold();
-	bool Contains(const TArray<uint8>& Letters) const;
 	/** @return the words whose other names are there */
 	uint32 FindNames(const FKestrelSearchWords& Words, bool& bOutUnknownNode) const;
 	void Keep(FName Package, FEntry&& Entry);

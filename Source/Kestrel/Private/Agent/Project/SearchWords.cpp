@@ -145,12 +145,9 @@ void AddNamesOfChildren(FKestrelSearchWord& Word, const UClass* Class)
 
 FKestrelSearchWord::FKestrelSearchWord(const FString& InText)
 	: Text(InText)
+	, Needle(InText)
 	, Trigrams(SearchWords::MakeTrigrams(InText))
 {
-	for (const TCHAR C : Text)
-	{
-		Letters.Add(static_cast<uint8>(C));
-	}
 }
 
 void FKestrelSearchWord::AddName(FName Name)

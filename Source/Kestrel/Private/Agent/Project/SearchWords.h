@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Agent/Project/TextNeedle.h"
 #include "CoreMinimal.h"
 
 class UEnum;
@@ -52,7 +53,7 @@ struct FKestrelSearchWord
 	void AddName(FName Name);
 
 	FString Text;                     // in lower case
-	TArray<uint8> Letters;            // the same
+	FKestrelTextNeedle Needle;        // of the same
 	TArray<uint32> Trigrams;          // of the letters, mixed; empty for words that are too short
 	TSet<uint32> NameHashes;          // of names that stand for it
 	TArray<TArray<uint32>> NameParts; // the trigrams of these names

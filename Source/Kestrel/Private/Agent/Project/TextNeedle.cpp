@@ -55,7 +55,7 @@ bool FKestrelTextNeedle::OccursIn(const TArray<uint8>& Bytes) const
 	return Text.IsEmpty() || FileText.Contains(Text); // the engine does not find the empty text
 }
 
-bool FKestrelTextNeedle::OccursInBytes(const TArray<uint8>& Bytes) const
+bool FKestrelTextNeedle::OccursInBytes(TConstArrayView<uint8> Bytes) const
 {
 	// Plain pointers: the checks of the arrays would take longer than the search.
 	const uint8* const Begin = Bytes.GetData();

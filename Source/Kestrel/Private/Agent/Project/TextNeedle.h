@@ -16,12 +16,13 @@ public:
 
 	/** @param Bytes  a whole file */
 	bool OccursIn(const TArray<uint8>& Bytes) const;
+	/** Of a text in ASCII: whether it is in the bytes as they are. */
+	bool OccursInBytes(TConstArrayView<uint8> Bytes) const;
 
 private:
-	bool OccursInBytes(const TArray<uint8>& Bytes) const;
 	bool IsAt(const uint8* Place) const;
 
-	const FString Text;
+	FString Text;
 	bool bIsAscii = false;
 	TArray<uint8> Lower; // the text in lower case, when it is ASCII
 	int32 Steps[256];    // how far to go on when a byte stands under the last place; set when it is ASCII
